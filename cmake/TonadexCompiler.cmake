@@ -1,0 +1,33 @@
+# Warnings, sanitizers and the rule "one static library per folder", in one place.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_VERIFY_INTERFACE_HEADER_SETS ON)
+
+set(TONADEX_SANITIZE "" CACHE STRING "Sanitizers, comma separated: address,undefined or thread")
+
+add_library(tonadex_compiler INTERFACE)
+target_compile_options(tonadex_compiler INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  target_compile_options(tonadex_compiler INTERFACE -Wno-restrict)  # false alarms on std::string
+endif()
+if(TONADEX_SANITIZE)
+  target_compile_options(tonadex_compiler INTERFACE
+    -fsanitize=${TONADEX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(tonadex_compiler INTERFACE -fsanitize=${TONADEX_SANITIZE})
+  target_compile_definitions(tonadex_compiler INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+
+# tonadex_library(<folder> SOURCES … HEADERS … LINK …): the static library of one folder.
+# LINK names the only folders it may include; headers are checked to stand alone.
+function(tonadex_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINK" ${ARGN})
+  add_library(tonadex_${name} STATIC ${ARG_SOURCES})
+  target_sources(tonadex_${name} PUBLIC FILE_SET HEADERS
+    BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${ARG_HEADERS})
+  target_include_directories(tonadex_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(tonadex_${name} PUBLIC ${ARG_LINK} PRIVATE tonadex_compiler)
+endfunction()
