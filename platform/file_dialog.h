@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tonadex::platform {
+
+// What the system's file dialogs take and give back: the OPENFILENAMEA record without its later
+// extension fields. Texts are Windows-1252 and may hold NULs where the record asks for them.
+struct FileDialogRecord {
+  std::uint32_t lStructSize = 76;
+  std::intptr_t hwndOwner = 0;
+  std::string lpstrFilter;        // description NUL pattern NUL … NUL NUL
+  std::int32_t nFilterIndex = 1;  // 1-based pair of lpstrFilter
+  std::string lpstrFile;          // in: initial name filled with NULs; out: full path
+  std::int32_t nMaxFile = 0;      // size of the file-name buffer in characters
+  std::string lpstrFileTitle;     // in: filled with blanks; out: name without folder
+  std::int32_t nMaxFileTitle = 260;
+  std::string lpstrInitialDir;
+  std::string lpstrTitle;
+  std::uint32_t Flags = 0;
+  std::uint16_t nFileOffset = 0;
+  std::uint16_t nFileExtension = 0;
+  std::string lpstrDefExt;
+  std::string lpTemplateName = "0";  // ignored by the dialog: no template flag is ever set
+};
+
+// The system's modal file dialogs. Both return false when the user cancelled or the dialog failed
+// (the record is then left as it was) and true after a choice, with the record refreshed.
+class FileDialogs {
+ public:
+  virtual ~FileDialogs() = default;
+  virtual bool GetSaveFileName(FileDialogRecord& record) = 0;
+  virtual bool GetOpenFileName(FileDialogRecord& record) = 0;
+};
+
+}  // namespace tonadex::platform

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace tonadex::platform {
+
+// The hidden rich-text control that fills and prints the sheet.
+class RichTextBox {
+ public:
+  virtual ~RichTextBox() = default;
+  // Loads an RTF file. Throws core::RunTimeError when the file cannot be read.
+  virtual void LoadFile(const std::filesystem::path& file) = 0;
+  // The whole RTF source, bytes in Windows-1252.
+  virtual std::string TextRTF() const = 0;
+  virtual void SetTextRTF(std::string_view source) = 0;
+  // Prints everything on the default printer. Throws core::RunTimeError when there is none or it
+  // fails; where the platform prints to a file instead, it tells the user where.
+  virtual void SelPrint() = 0;
+};
+
+}  // namespace tonadex::platform

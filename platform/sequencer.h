@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+
+namespace tonadex::platform {
+
+// The MIDI sequencer, driven by three commands:
+//   "open FILE type sequencer alias NAME", "play NAME notify", "close NAME".
+// FILE stands without quotation marks, so a path that holds a blank cannot be opened.
+class Sequencer {
+ public:
+  virtual ~Sequencer() = default;
+  // Returns at once, 0 on success, else an error number. Never throws.
+  // After "close" no sound is heard any more.
+  virtual int SendString(std::string_view command) = 0;
+};
+
+}  // namespace tonadex::platform

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace tonadex::platform {
+
+// The small things that the program asks of the system and its shell.
+class ShellServices {
+ public:
+  virtual ~ShellServices() = default;
+  // The folder that holds ver.dat, print.rtf, the help and melodias/. Never the current directory.
+  virtual std::filesystem::path ProgramFolder() const = 0;
+  // The temporary folder with its trailing separator, Windows-1252.
+  virtual std::string TempPath() const = 0;
+  // Keeps the window above all others without moving or resizing it.
+  virtual void SetTopMost(std::intptr_t window) = 0;
+  // Lets pending paint and input events run once.
+  virtual void DoEvents() = 0;
+  virtual void Beep() = 0;
+  // Opens the help file as a whole (no topic, no index). A missing file is the viewer's to report.
+  virtual void OpenHelp(const std::filesystem::path& file) = 0;
+  // Ends the program at once.
+  virtual void End() = 0;
+};
+
+}  // namespace tonadex::platform

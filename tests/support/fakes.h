@@ -1,0 +1,164 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/runtime_error.h"
+#include "platform/file_dialog.h"
+#include "platform/http.h"
+#include "platform/registry.h"
+#include "platform/rich_text.h"
+#include "platform/sequencer.h"
+#include "platform/shell_services.h"
+#include "platform/web_view.h"
+
+// Hand-written stand-ins for the platform that record what they are asked.
+namespace tonadex::test {
+
+class FakeRegistry : public platform::Registry {
+ public:
+  std::optional<platform::RegistryValue> QueryValue(std::uint32_t root, std::string_view key,
+                                                    std::string_view name) override {
+    const auto found = values.find(Path(root, key, name));
+    return found == values.end() ? std::nullopt : std::optional(found->second);
+  }
+  bool SetValue(std::uint32_t root, std::string_view key, std::string_view name,
+                const platform::RegistryValue& value) override {
+    ++writes;
+    if (!broken) {
+      values[Path(root, key, name)] = value;
+    }
+    return !broken;
+  }
+  static std::string Path(std::uint32_t root, std::string_view key, std::string_view name) {
+    return std::to_string(root) + '/' + std::string(key) + '/' + std::string(name);
+  }
+
+  std::map<std::string, platform::RegistryValue> values;
+  int writes = 0;
+  bool broken = false;  // nothing can be stored
+};
+
+// Answers each dialog with the next of `answers`; none (or no answer left) is a cancel.
+class FakeFileDialogs : public platform::FileDialogs {
+ public:
+  bool GetSaveFileName(platform::FileDialogRecord& record) override {
+    return Answer("save", record);
+  }
+  bool GetOpenFileName(platform::FileDialogRecord& record) override {
+    return Answer("open", record);
+  }
+
+  std::deque<std::optional<std::string>> answers;  // full paths
+  std::vector<platform::FileDialogRecord> asked;   // as they came in
+  std::vector<std::string> kinds;                  // "save" or "open"
+
+ private:
+  bool Answer(std::string_view kind, platform::FileDialogRecord& record) {
+    kinds.emplace_back(kind);
+    asked.push_back(record);
+    if (answers.empty() || !answers.front()) {
+      return false;
+    }
+    record.lpstrFile = *answers.front() + std::string(3, '\0');
+    record.lpstrFileTitle = answers.front()->substr(answers.front()->find_last_of("/\\") + 1) + " ";
+    answers.pop_front();
+    return true;
+  }
+};
+
+class FakeSequencer : public platform::Sequencer {
+ public:
+  int SendString(std::string_view command) override {
+    commands.emplace_back(command);
+    return result;
+  }
+
+  std::vector<std::string> commands;
+  int result = 0;
+};
+
+// Answers each request with the next of `replies`; none (or no reply left) is a failed transfer.
+class ScriptedHttp : public platform::HttpGet {
+ public:
+  std::string Get(std::string_view url) override {
+    urls.emplace_back(url);
+    if (during) {
+      during();
+    }
+    std::optional<std::string> reply;
+    if (!replies.empty()) {
+      reply = std::move(replies.front());
+      replies.pop_front();
+    }
+    if (!reply) {
+      throw platform::TransferError("no se ha podido conectar");
+    }
+    return *std::move(reply);
+  }
+
+  std::deque<std::optional<std::string>> replies;
+  std::vector<std::string> urls;
+  std::function<void()> during;  // called while the request runs; may be empty
+};
+
+class FakeWebViews : public platform::WebViews {
+ public:
+  void Navigate(platform::WebViewId view, std::string_view url) override {
+    log.push_back((view == platform::WebViewId::kNavbanner ? "navbanner " : "WebBrowser1 ") +
+                  std::string(url));
+    if (broken) {
+      throw std::runtime_error("no web view");
+    }
+  }
+
+  std::vector<std::string> log;  // "navbanner URL" or "WebBrowser1 URL"
+  bool broken = false;
+};
+
+// Reads the template from disk and keeps what is printed.
+class FakeRichTextBox : public platform::RichTextBox {
+ public:
+  void LoadFile(const std::filesystem::path& file) override;
+  std::string TextRTF() const override { return source; }
+  void SetTextRTF(std::string_view newSource) override { source = newSource; }
+  void SelPrint() override {
+    if (noPrinter) {
+      throw core::RunTimeError(core::ErrorNumber::kDeviceFailure, "No hay impresora");
+    }
+    printed.push_back(source);
+  }
+
+  std::string source;
+  std::vector<std::string> printed;
+  bool noPrinter = false;
+};
+
+class FakeShell : public platform::ShellServices {
+ public:
+  explicit FakeShell(std::filesystem::path folder) : programFolder(std::move(folder)) {
+    tempPath = (programFolder / "temp").string() + '/';
+  }
+  std::filesystem::path ProgramFolder() const override { return programFolder; }
+  std::string TempPath() const override { return tempPath; }
+  void SetTopMost(std::intptr_t window) override { topMost.push_back(window); }
+  void DoEvents() override { ++doEvents; }
+  void Beep() override { ++beeps; }
+  void OpenHelp(const std::filesystem::path& file) override { help.push_back(file); }
+  void End() override { ++ends; }
+
+  std::filesystem::path programFolder;
+  std::string tempPath;
+  std::vector<std::intptr_t> topMost;
+  std::vector<std::filesystem::path> help;
+  int doEvents = 0, beeps = 0, ends = 0;
+};
+
+}  // namespace tonadex::test

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace tonadex::test {
+
+// An empty folder of its own that removes itself with everything in it.
+class TempFolder {
+ public:
+  TempFolder();
+  ~TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
+
+  // Writes a file below the folder, making the folders on the way.
+  void Write(const std::filesystem::path& name, std::string_view bytes) const;
+  // The file's bytes, "(none)" when there is no such file.
+  std::string Read(const std::filesystem::path& name) const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace tonadex::test

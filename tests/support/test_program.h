@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "app/program.h"
+#include "platform/message_box.h"
+#include "tests/support/fakes.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::test {
+
+// A whole program over recording fakes, with a program folder of its own that holds an empty
+// melodias/ and temp/, and a scripted server at http://servidor. Message boxes of the thread that
+// made it are recorded.
+struct TestProgram {
+  TestProgram() {
+    std::filesystem::create_directory(folder / "melodias");
+    std::filesystem::create_directory(folder / "temp");
+  }
+
+  TempFolder folder;
+  FakeRegistry registry;
+  FakeFileDialogs fileDialogs;
+  FakeSequencer sequencer;
+  ScriptedHttp http;
+  FakeWebViews webViews;
+  FakeRichTextBox richText;
+  FakeShell shell{folder.path()};
+  platform::RecordingMessages boxes;
+  platform::ScopedMessageSink sink{boxes};
+  app::Program program{{registry, fileDialogs, sequencer, http, webViews, richText, shell},
+                       "http://servidor"};
+};
+
+}  // namespace tonadex::test
