@@ -1,0 +1,134 @@
+#include "core/number.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "core/runtime_error.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+
+namespace tonadex::core {
+namespace {
+
+// How much of a text that is no number is quoted in a message.
+constexpr std::ptrdiff_t kMaxQuoted = 40;
+
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// Drops the leading digits of `text`; false when there is none.
+bool SkipDigits(std::string_view& text) {
+  const std::size_t size = text.size();
+  while (!text.empty() && IsDigit(text.front())) {
+    text.remove_prefix(1);
+  }
+  return text.size() < size;
+}
+
+bool SkipSign(std::string_view& text) {
+  if (text.empty() || (text.front() != '+' && text.front() != '-')) {
+    return false;
+  }
+  text.remove_prefix(1);
+  return true;
+}
+
+bool SkipLetter(std::string_view& text, char lower) {
+  if (text.empty() || ToLower(text.front()) != lower) {
+    return false;
+  }
+  text.remove_prefix(1);
+  return true;
+}
+
+bool IsNumber(std::string_view text) {
+  SkipSign(text);
+  if (!SkipDigits(text)) {
+    return false;
+  }
+  if (SkipLetter(text, '.') && !SkipDigits(text)) {
+    return false;
+  }
+  if (SkipLetter(text, 'e')) {
+    SkipSign(text);
+    if (!SkipDigits(text)) {
+      return false;
+    }
+  }
+  return text.empty();
+}
+
+[[noreturn]] void ThrowOverflow() {
+  throw RunTimeError(ErrorNumber::kOverflow,
+                     std::string(u8"un número es demasiado grande o demasiado pequeño"_w));
+}
+
+// A number too small for a double reads as 0, one too large is an overflow.
+double OutOfRange(std::string_view number) {
+  const std::string_view digits =
+      Left(number, static_cast<std::ptrdiff_t>(number.find_first_of(".eE")));
+  const bool tiny = Contains(number, "e-") || Contains(number, "E-") ||
+                    digits.find_first_not_of('0') == std::string_view::npos;
+  if (!tiny) {
+    ThrowOverflow();
+  }
+  return 0;
+}
+
+template <typename Whole>
+Whole Checked(double value) {
+  const double rounded = RoundHalfEven(value);
+  if (!(rounded >= std::numeric_limits<Whole>::min() &&
+        rounded <= std::numeric_limits<Whole>::max())) {
+    ThrowOverflow();
+  }
+  return static_cast<Whole>(rounded);
+}
+
+}  // namespace
+
+double ToNumber(std::string_view text) {
+  if (text.empty()) {
+    return 0;
+  }
+  std::string_view number = Trim(text);
+  if (!IsNumber(number)) {
+    throw RunTimeError(ErrorNumber::kTypeMismatch, std::string(u8"«"_w) +
+                                                       std::string(Left(text, kMaxQuoted)) +
+                                                       std::string(u8"» no es un número"_w));
+  }
+  if (number.front() == '+') {
+    number.remove_prefix(1);  // from_chars takes "-" alone
+  }
+  double value = 0;
+  const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
+  return result.ec == std::errc::result_out_of_range ? OutOfRange(number) : value;
+}
+
+double RoundHalfEven(double value) {
+  const double below = std::floor(value);
+  const double rest = value - below;
+  if (rest != 0.5) {
+    return rest < 0.5 ? below : below + 1;
+  }
+  return std::fmod(below, 2) == 0 ? below : below + 1;
+}
+
+std::int16_t ToInt16(double value) {
+  return Checked<std::int16_t>(value);
+}
+std::int32_t ToInt32(double value) {
+  return Checked<std::int32_t>(value);
+}
+
+double Divide(double dividend, double divisor) {
+  if (divisor == 0) {
+    throw RunTimeError(ErrorNumber::kDivisionByZero, u8"división por cero"_w.data());
+  }
+  return dividend / divisor;
+}
+
+}  // namespace tonadex::core

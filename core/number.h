@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+// Numbers in texts and their checked conversions.
+namespace tonadex::core {
+
+// The number that a text stands for: blanks around it trimmed, optional sign, decimal digits,
+// optional fraction behind ".", optional exponent behind "e" or "E"; no locale. "" counts as 0.
+// Errors: type mismatch for any other text, overflow beyond the range of a double.
+double ToNumber(std::string_view text);
+
+// The nearest whole number, halves to the even neighbour: 0.5 gives 0, 1.5 and 2.5 give 2.
+double RoundHalfEven(double value);
+
+// Rounded half to even. Overflow when the result lies outside -32768 to 32767.
+std::int16_t ToInt16(double value);
+// Rounded half to even. Overflow when the result does not fit 32 bits.
+std::int32_t ToInt32(double value);
+
+// dividend / divisor. Division by zero is a run-time failure.
+double Divide(double dividend, double divisor);
+
+}  // namespace tonadex::core

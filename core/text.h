@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Checked text helpers. Texts are Windows-1252, positions count from 1, comparisons are binary.
+namespace tonadex::core {
+
+inline constexpr std::string_view kCrLf = "\r\n";
+
+// Most parts that SplitText can give; one more is a run-time failure.
+inline constexpr std::size_t kMaxParts = 5001;
+
+// The character's code, 0 to 255.
+constexpr unsigned char Code(char c) {
+  return static_cast<unsigned char>(c);
+}
+
+// Upper and lower case follow Windows-1252, accented letters included, in every locale.
+char ToLower(char c);
+char ToUpper(char c);
+std::string ToLower(std::string_view text);
+std::string ToUpper(std::string_view text);
+
+// The first `count` characters, all of a shorter text. A negative count is an invalid argument.
+std::string_view Left(std::string_view text, std::ptrdiff_t count);
+// The last `count` characters, all of a shorter text. A negative count is an invalid argument.
+std::string_view Right(std::string_view text, std::ptrdiff_t count);
+// The text from 1-based position `start` on, "" past its end. A start below 1 is an invalid
+// argument.
+std::string_view Mid(std::string_view text, std::ptrdiff_t start);
+// 1-based position of the first `what` at or after `start`, 0 when there is none. A start below 1
+// is an invalid argument; an empty `what` is found at `start`.
+std::ptrdiff_t InStr(std::string_view text, std::string_view what, std::ptrdiff_t start = 1);
+// InStr whose answer must fit 16 bits: a hit past position 32767 is an overflow.
+std::ptrdiff_t InStr16(std::string_view text, char what);
+bool Contains(std::string_view text, std::string_view what);
+// Without the blanks (only " ") at both ends.
+std::string_view Trim(std::string_view text);
+
+// The program's own split. An empty text gives one empty part and a trailing delimiter a final
+// empty part. Kept quirk: whenever the remaining text starts with the delimiter, part 0 becomes ""
+// even if it already held a text ("a,,b" gives "", "", "b"); melodies that phones have long been
+// given are refused or accepted by it.
+// Errors: subscript beyond kMaxParts parts, overflow for a delimiter further than 32767 characters
+// into the remaining text.
+std::vector<std::string_view> SplitText(std::string_view text, char delimiter);
+
+// Replaces every occurrence, from left to right, in one pass; an empty `what` changes nothing.
+// Gives the new text, which is also left in `text`.
+const std::string& ReplaceAll(std::string& text, std::string_view what,
+                              std::string_view replacement);
+
+}  // namespace tonadex::core

@@ -1,0 +1,109 @@
+#include "core/windows1252.h"
+
+namespace tonadex::core {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr char32_t kMalformed = 0xFFFFFFFF;
+
+struct Decoded {
+  char32_t character;  // kMalformed when the bytes are no UTF-8
+  std::size_t length;  // bytes to go on by; 1 for a malformed byte
+};
+
+constexpr bool IsContinuation(unsigned char byte) {
+  return (byte & 0xC0u) == 0x80;
+}
+
+Decoded DecodeOne(std::string_view bytes) {
+  const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+  const unsigned char lead = byteAt(0);
+  if (lead < 0x80) {
+    return {lead, 1};
+  }
+  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  if (lead < 0xC2 || lead > 0xF4 || bytes.size() < length) {
+    return {kMalformed, 1};
+  }
+  char32_t character = lead & (0x7Fu >> length);
+  for (std::size_t i = 1; i < length; ++i) {
+    if (!IsContinuation(byteAt(i))) {
+      return {kMalformed, 1};
+    }
+    character = (character << 6) | (byteAt(i) & 0x3Fu);
+  }
+  const bool overlong = (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
+  const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
+  if (overlong || surrogate || character > 0x10FFFF) {
+    return {kMalformed, 1};
+  }
+  return {character, length};
+}
+
+bool IsAscii(std::string_view bytes) {
+  for (const char c : bytes) {
+    if (static_cast<unsigned char>(c) >= 0x80) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+bool IsUtf8(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const Decoded next = DecodeOne(bytes);
+    if (next.character == kMalformed) {
+      return false;
+    }
+    bytes.remove_prefix(next.length);
+  }
+  return true;
+}
+
+std::string FromUtf8(std::string_view utf8) {
+  std::string text;
+  text.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const Decoded next = DecodeOne(utf8);
+    text += FromUnicode(next.character);
+    utf8.remove_prefix(next.length);
+  }
+  return text;
+}
+
+std::string FromOutside(std::string_view bytes) {
+  if (IsAscii(bytes) || !IsUtf8(bytes)) {
+    return std::string(bytes);
+  }
+  if (bytes.starts_with(kByteOrderMark)) {
+    bytes.remove_prefix(kByteOrderMark.size());
+  }
+  return FromUtf8(bytes);
+}
+
+void AppendUtf8(std::string& utf8, std::string_view text) {
+  for (const char c : text) {
+    const char32_t character = ToUnicode(static_cast<unsigned char>(c));
+    if (character < 0x80) {
+      utf8 += c;
+    } else if (character < 0x800) {
+      utf8 += static_cast<char>(0xC0 | (character >> 6));
+      utf8 += static_cast<char>(0x80 | (character & 0x3F));
+    } else {
+      utf8 += static_cast<char>(0xE0 | (character >> 12));
+      utf8 += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
+      utf8 += static_cast<char>(0x80 | (character & 0x3F));
+    }
+  }
+}
+
+std::string ToUtf8(std::string_view text) {
+  std::string utf8;
+  utf8.reserve(text.size());
+  AppendUtf8(utf8, text);
+  return utf8;
+}
+
+}  // namespace tonadex::core

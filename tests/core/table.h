@@ -1,0 +1,52 @@
+#pragma once
+
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/text.h"
+
+namespace tonadex::test {
+
+// The fields of one row; what a row lacks is "".
+struct Row {
+  std::vector<std::string> fields;
+  const std::string& operator[](std::size_t i) const {
+    static const std::string kNone;
+    return i < fields.size() ? fields[i] : kNone;
+  }
+};
+
+inline Row ReadRow(std::string line) {
+  Row row;
+  for (const std::string_view part : core::SplitText(line, '|')) {
+    std::string field(core::Trim(part));
+    core::ReplaceAll(field, "_", " ");
+    core::ReplaceAll(field, "¶", "\r\n");
+    row.fields.push_back(std::move(field));
+  }
+  return row;
+}
+
+// The rows below "[section]" of the layer's table.txt: UTF-8, fields parted by "|" with any blanks
+// around, "_" for a blank that counts and "¶" for CR LF; "//" begins a comment line.
+inline std::vector<Row> Table(std::string_view section) {
+  std::vector<Row> rows;
+  std::ifstream in(TONADEX_TABLE);
+  bool inside = false;
+  for (std::string line; std::getline(in, line);) {
+    if (line.starts_with('[')) {
+      inside = line == "[" + std::string(section) + "]";
+    } else if (inside && !line.empty() && !line.starts_with("//")) {
+      rows.push_back(ReadRow(line));
+    }
+  }
+  if (rows.empty()) {
+    throw std::runtime_error("no rows in section " + std::string(section));
+  }
+  return rows;
+}
+
+}  // namespace tonadex::test

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/rtttl.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "platform/message_box.h"
+
+// What the tests of melody code share. Expected texts are UTF-8, as an editor shows them.
+namespace tonadex::test {
+
+// Records the message boxes of its scope.
+struct Boxes {
+  platform::RecordingMessages recorded;
+  platform::ScopedMessageSink scope{recorded};
+
+  // Each box as its text in UTF-8, "!" (exclamation) or "i" (information) in front and the title
+  // in brackets where it is not the default one; boxes are parted by "|".
+  std::string Text() const {
+    std::string text;
+    for (const platform::Message& box : recorded.messages) {
+      text += text.empty() ? "" : "|";
+      text += box.icon == platform::Icon::kExclamation   ? "!"
+              : box.icon == platform::Icon::kInformation ? "i"
+                                                         : "";
+      text += box.title == platform::kDefaultTitle ? "" : "[" + box.title + "]";
+      text += core::ToUtf8(box.text);
+    }
+    return text;
+  }
+};
+
+// A fresh record; bare notes get the header "x:d=4,o=5,b=125:".
+inline core::RTTTLMelody MelodyOf(std::string_view text) {
+  core::RTTTLMelody melody;
+  melody.Text = text.find(':') == std::string_view::npos ? "x:d=4,o=5,b=125:" : "";
+  melody.Text += text;
+  return melody;
+}
+
+inline core::RTTTLMelody ParsedMelody(std::string_view text) {
+  core::RTTTLMelody melody = MelodyOf(text);
+  core::ParseRTTTL(melody);
+  return melody;
+}
+
+// The number of the run-time failure that the step ends in, 0 for none.
+template <typename Step>
+int ErrorOf(Step step) {
+  try {
+    step();
+  } catch (const core::RunTimeError& error) {
+    return static_cast<int>(error.number);
+  }
+  return 0;
+}
+
+// "4D 54 68" for "MTh".
+inline std::string Hex(std::string_view bytes) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string hex;
+  for (const char byte : bytes) {
+    const auto code = static_cast<unsigned char>(byte);
+    hex += hex.empty() ? "" : " ";
+    hex += kDigits[code / 16u];
+    hex += kDigits[code % 16u];
+  }
+  return hex;
+}
+
+inline std::string Repeated(std::string_view text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) {
+    all += text;
+  }
+  return all;
+}
+
+}  // namespace tonadex::test
