@@ -1,0 +1,147 @@
+#include "formats/ems.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/number.h"
+#include "core/windows1252.h"
+#include "formats/findings.h"
+#include "formats/imelody_notation.h"
+
+namespace tonadex::formats {
+namespace {
+
+using namespace core::literals;
+
+constexpr double kLowestOctave = 1;
+constexpr double kHighestOctave = 8;
+constexpr int kOctaveSpan = 3;         // iMelody octaves above the base
+constexpr int kLowestIMelody = 4;      // needs no octave mark
+constexpr std::size_t kLineSize = 75;  // longest iMelody line
+constexpr std::size_t kNoteSize = 7;   // longest note, "*5#d2." and one more
+
+constexpr std::string_view kFinding = "ERROR: La nota # ";
+constexpr std::string_view kBadDuration = u8" no tiene una duración válida"_w;
+constexpr std::string_view kBadDigit = " no tiene una duracion valida.";  // no accents, as ever
+
+struct Length {
+  std::string_view duration;
+  bool isLong;
+};
+
+constexpr std::array kLengths = std::to_array<Length>(
+    {{"1", true}, {"2", true}, {"4", true}, {"8", false}, {"16", false}, {"32", false}});
+
+bool IsOutOfRange(double octave) {
+  return octave > kHighestOctave || octave < kLowestOctave;
+}
+
+void AppendEMelodyNote(const core::RTTTLNote& note, bool isLong, bool high, std::string& text) {
+  if (core::IsPause(note)) {
+    text += isLong ? "pp" : "p";
+    return;
+  }
+  if (high) {
+    text += '+';
+  }
+  if (note.Note.ends_with('#')) {
+    text += '#';
+  }
+  const char letter = note.Note.front();
+  text += isLong ? core::ToUpper(letter) : letter;
+}
+
+void AppendIMelodyNote(const core::RTTTLNote& note, double octave, std::int16_t baseOctave,
+                       std::string_view digit, std::string& text) {
+  const double clamped = std::clamp<double>(octave, baseOctave, baseOctave + kOctaveSpan);
+  const int written = kLowestIMelody + core::ToInt16(clamped) - baseOctave;
+  if (written != kLowestIMelody) {
+    text.append("*").append(std::to_string(written));
+  }
+  if (note.Note.ends_with('#')) {
+    text += '#';
+  }
+  text += note.Note.front();
+  text += digit;
+}
+
+// The melody line with its folds, without the last line end.
+std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
+                         std::int16_t baseOctave) {
+  std::string text = "MELODY:";
+  text.reserve(melody.Notes.size() * kNoteSize);
+  std::size_t lineStart = 0;
+  std::string_view digit;
+  std::string_view rest;
+  std::size_t number = 0;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    ++number;
+    const std::string_view known = IMelodyDigit(note.Duration);
+    if (known.empty()) {
+      AppendFinding(warnings, kFinding, number, kBadDigit);
+    } else {
+      digit = known;
+    }
+    const double octave = core::ToNumber(note.Octave);
+    if (IsOutOfRange(octave)) {
+      AppendFinding(warnings, kFinding, number, u8" está fuera del rango de octavas permitido."_w);
+    }
+    if (text.size() - lineStart + kNoteSize > kLineSize) {
+      text += core::kCrLf;
+      lineStart = text.size();
+    }
+    if (!core::IsPause(note)) {
+      AppendIMelodyNote(note, octave, baseOctave, digit, text);
+    } else if (known.empty()) {
+      AppendFinding(warnings, kFinding, number, kBadDuration);
+      text += rest;
+    } else {
+      rest = IMelodyRest(note.Duration);
+      text += rest;
+    }
+    if (note.Dotted) {
+      text += '.';
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string EMelodyText(core::RTTTLMelody& melody, std::string& warnings, std::int16_t baseOctave) {
+  if (!core::ParseOrReport(melody)) {
+    return {};
+  }
+  warnings.clear();
+  std::string text = "BEGIN:EMELODY\r\nVERSION:1.0\r\nMELODY:";
+  text.reserve(text.size() + melody.Notes.size() * 3);
+  bool isLong = false;
+  std::size_t number = 0;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    ++number;
+    const auto length = std::ranges::find(kLengths, note.Duration, &Length::duration);
+    if (length == kLengths.end()) {
+      AppendFinding(warnings, kFinding, number, kBadDuration);
+    } else {
+      isLong = length->isLong;
+    }
+    const double octave = core::ToNumber(note.Octave);
+    if (IsOutOfRange(octave)) {
+      AppendFinding(warnings, kFinding, number, u8" está fuera del rango de octavas permitido"_w);
+    }
+    AppendEMelodyNote(note, isLong, octave > baseOctave, text);
+  }
+  return text + "\r\nEND:EMELODY";
+}
+
+std::string IMelodyText(core::RTTTLMelody& melody, std::string& warnings, std::int16_t baseOctave) {
+  if (!core::ParseOrReport(melody)) {
+    return {};
+  }
+  warnings.clear();
+  return "BEGIN:IMELODY\r\nVERSION:1.2\r\nFORMAT:CLASS1.0\r\nNAME:" + melody.Name +
+         "\r\nBEAT:" + melody.Beats + "\r\n" + IMelodyNotes(melody, warnings, baseOctave) +
+         "\r\nEND:IMELODY";
+}
+
+}  // namespace tonadex::formats

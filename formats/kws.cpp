@@ -1,0 +1,149 @@
+#include "formats/kws.h"
+
+#include <limits>
+#include <vector>
+
+#include "core/melody_file.h"
+#include "core/number.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "formats/findings.h"
+#include "formats/note_length.h"
+#include "formats/number_helpers.h"
+#include "formats/pitch.h"
+
+namespace tonadex::formats {
+namespace {
+
+using namespace core::literals;
+
+// The layout in one place, so that what a phone corrects is one line.
+constexpr int kLowestOctave = 4;  // the format has no lower one
+constexpr int kLowestNote = 1;    // its c
+constexpr unsigned char kNoteKind = 4;
+constexpr unsigned char kPauseKind = 0;
+constexpr std::int64_t kMaxEntryMs = 0xFFFF;
+constexpr std::size_t kMaxEntries = 0xFFFF;
+constexpr std::size_t kHeaderSize = 6;
+constexpr std::size_t kEntrySize = 4;
+
+struct Entry {
+  unsigned char note = 0;
+  unsigned char kind = kPauseKind;
+  std::int64_t ms = 0;
+};
+
+[[noreturn]] void ThrowOutOfRange(std::string_view what) {
+  throw core::RunTimeError(core::ErrorNumber::kOverflow, std::string(what));
+}
+
+unsigned char NoteByte(const core::RTTTLNote& note) {
+  const int octave = core::ToInt16(core::ToNumber(note.Octave));
+  const int number = (octave - kLowestOctave) * 12 + Semitone(note.Note).value_or(0) + kLowestNote;
+  if (number > std::numeric_limits<unsigned char>::max()) {
+    ThrowOutOfRange(u8"una nota está por encima de lo que permite el formato KWS"_w);
+  }
+  return static_cast<unsigned char>(number);
+}
+
+std::int32_t LengthMs(double duration, double tempo, bool dotted) {
+  const std::int32_t ms = core::ToInt32(ExactNoteLengthMs(duration, tempo, dotted));
+  if (ms < 0) {
+    ThrowOutOfRange("el tempo es negativo");
+  }
+  return ms;
+}
+
+bool LiesTooLow(const core::RTTTLMelody& melody) {
+  for (const core::RTTTLNote& note : melody.Notes) {
+    if (!core::IsPause(note) && core::ToNumber(note.Octave) < kLowestOctave) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// One entry per run of equal notes or pauses, of any length.
+std::vector<Entry> MergedEntries(const core::RTTTLMelody& melody, std::string& warnings) {
+  std::vector<Entry> entries;
+  std::size_t number = 0;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    ++number;
+    const double duration = core::ToNumber(note.Duration);
+    if (!IsPhoneDuration(duration)) {
+      AppendFinding(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      continue;
+    }
+    const std::int32_t ms = LengthMs(duration, ToTempo(melody.Beats), note.Dotted);
+    const Entry entry =
+        core::IsPause(note) ? Entry{0, kPauseKind, ms} : Entry{NoteByte(note), kNoteKind, ms};
+    if (!entries.empty() && entries.back().note == entry.note &&
+        entries.back().kind == entry.kind) {
+      entries.back().ms += ms;
+    } else {
+      entries.push_back(entry);
+    }
+  }
+  return entries;
+}
+
+void AppendWord(std::uint16_t word, std::string& bytes) {
+  bytes += static_cast<char>(word & 0xFF);
+  bytes += static_cast<char>(word >> 8);
+}
+
+void AppendEntry(unsigned char note, unsigned char kind, std::int64_t ms, std::string& bytes) {
+  const std::uint16_t word = LowWord(static_cast<std::int32_t>(ms));
+  const auto high = static_cast<unsigned>(word >> 8);
+  bytes += static_cast<char>(note);
+  bytes += static_cast<char>(kind);
+  bytes += static_cast<char>((word & 0xFFu) ^ ((high << 1) & 0xFFu));
+  bytes += static_cast<char>(high);
+}
+
+std::string EntryBytes(const std::vector<Entry>& entries) {
+  std::string bytes;
+  for (const Entry& entry : entries) {
+    std::int64_t rest = entry.ms;
+    do {
+      if (bytes.size() == kMaxEntries * kEntrySize) {
+        ThrowOutOfRange(u8"la melodía es demasiado larga para el formato KWS"_w);
+      }
+      const std::int64_t part = std::min(rest, kMaxEntryMs);
+      AppendEntry(entry.note, entry.kind, part, bytes);
+      rest -= part;
+    } while (rest > 0);
+  }
+  return bytes;
+}
+
+}  // namespace
+
+std::optional<std::string> KwsBytes(const core::RTTTLMelody& melody, std::string& warnings) {
+  if (LiesTooLow(melody)) {
+    return std::nullopt;
+  }
+  const std::string entries = EntryBytes(MergedEntries(melody, warnings));
+  const auto inverted = ~static_cast<std::int32_t>(kHeaderSize + entries.size());
+  std::string bytes;
+  AppendWord(LowWord(inverted), bytes);
+  AppendWord(LowWord(inverted >> 16), bytes);
+  AppendWord(LowWord(static_cast<std::int32_t>(entries.size() / kEntrySize)), bytes);
+  return bytes + entries;
+}
+
+KwsResult WriteKws(core::RTTTLMelody& melody, std::string& warnings, std::int16_t /*baseOctave*/,
+                   std::string_view fileName) {
+  if (!core::ParseOrReport(melody)) {
+    return KwsResult::kNotParsed;
+  }
+  const std::optional<std::string> bytes = KwsBytes(melody, warnings);
+  if (!bytes) {
+    return KwsResult::kTooLow;
+  }
+  const bool written =
+      core::SkipErrors([&] { core::WriteBytes(core::PathFromText(fileName), *bytes); });
+  return written ? KwsResult::kWritten : KwsResult::kWriteFailed;
+}
+
+}  // namespace tonadex::formats

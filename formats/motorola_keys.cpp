@@ -1,0 +1,151 @@
+#include "formats/motorola_keys.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/number.h"
+#include "core/windows1252.h"
+#include "formats/findings.h"
+#include "formats/imelody_notation.h"
+#include "formats/note_length.h"
+#include "formats/octave_band.h"
+
+namespace tonadex::formats {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::int16_t kDefaultBaseOctave = 5;
+constexpr int kOctaveSpan = 3;  // octaves above the base
+
+struct LetterKey {
+  char letter;
+  char key;
+  std::size_t presses;
+};
+
+constexpr std::array kLetterKeys = std::to_array<LetterKey>({
+    {'a', '2', 1},
+    {'b', '2', 2},
+    {'c', '2', 3},
+    {'d', '3', 1},
+    {'e', '3', 2},
+    {'f', '3', 3},
+    {'g', '4', 1},
+    {'p', '4', 2},
+});
+
+struct DurationCode {
+  std::string_view duration;
+  double code;
+};
+
+constexpr std::array kDurationCodes =
+    std::to_array<DurationCode>({{"32", 1}, {"16", 1}, {"8", 2}, {"4", 2}, {"2", 3}, {"1", 3}});
+
+constexpr std::string_view kKeysInstruction =
+    u8"Introduce la melodia en tu móvil pulsando las teclas indicadas.\r\n\r\n"
+    u8"No debes introducir los espacios. Tonadex los muestra solo para facilitar la lectura"
+    u8"\r\n\r\n"_w;
+constexpr std::string_view kIMelodyInstruction =
+    u8"Esta melodia es válida para móviles Motorola que soporten las pulsaciones I-Melody.\r\n"
+    u8"El tempo de la melodia original se ha convertido de "_w;
+
+// What the phone's composer remembers from note to note.
+struct Composer {
+  int octave = 2;
+  double durationCode = 1;
+  LetterKey letter{'\0', '\0', 0};  // the last recognised one
+};
+
+std::int16_t BaseOrDefault(std::int16_t baseOctave) {
+  return baseOctave == 0 ? kDefaultBaseOctave : baseOctave;
+}
+
+// An unknown duration stands for itself ("64" is code 64): deliberate.
+double CodeOf(std::string_view duration) {
+  const auto found = std::ranges::find(kDurationCodes, duration, &DurationCode::duration);
+  return found == kDurationCodes.end() ? core::ToNumber(duration) : found->code;
+}
+
+void AppendGroup(const core::RTTTLNote& note, int octave, Composer& phone, std::string& keys) {
+  if (octave != phone.octave) {
+    keys.append(static_cast<std::size_t>(octave), '1');
+    phone.octave = octave;
+  }
+  const auto found = std::ranges::find(kLetterKeys, note.Note.front(), &LetterKey::letter);
+  phone.letter = found == kLetterKeys.end() ? phone.letter : *found;
+  keys.append(phone.letter.presses, phone.letter.key);
+  if (note.Note.ends_with('#')) {
+    keys += '7';
+  }
+  const double code = CodeOf(note.Duration);
+  if (code != phone.durationCode) {
+    keys.append(static_cast<std::size_t>(std::max<std::int16_t>(core::ToInt16(code), 0)), '0');
+    phone.durationCode = code;
+  }
+  keys += ' ';
+}
+
+// base, base + 1, base + 2 are written 3, 4, 5; base + 3 has no number of its own and stands as
+// the melody's octave: deliberate, the phones have always been given it so.
+int WrittenOctave(std::string_view octave, std::int16_t base) {
+  const double clamped = std::clamp<double>(core::ToNumber(octave), base, base + kOctaveSpan);
+  const int above = core::ToInt16(clamped) - base;
+  return above == kOctaveSpan ? base + above : 3 + above;
+}
+
+}  // namespace
+
+std::string MotorolaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
+                               std::int16_t baseOctave) {
+  if (!core::ParseOrReport(melody)) {
+    return {};
+  }
+  const std::int16_t base = BaseOrDefault(baseOctave);
+  std::string keys;
+  keys.reserve(melody.Notes.size() * 6);
+  Composer phone;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    AppendGroup(note, OctaveBand(note, base) + 1, phone, keys);
+  }
+  warnings = kKeysInstruction;
+  return keys;
+}
+
+std::string MotorolaIMelodyKeys(core::RTTTLMelody& melody, std::string& warnings,
+                                std::int16_t baseOctave) {
+  if (!core::ParseOrReport(melody)) {
+    return {};
+  }
+  const std::int16_t base = BaseOrDefault(baseOctave);
+  warnings = std::string(kIMelodyInstruction) + melody.Beats + " a 125.\r\n";
+  std::string keys;
+  keys.reserve(melody.Notes.size() * 6);
+  std::string pitch;
+  std::string_view rest;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    // In a dotted band the pitch ends in ".": the band's dot is never written and a sharp is lost.
+    // Deliberate, the phones have always been given it so.
+    pitch = note.Note;
+    const std::string_view duration =
+        DurationForLength(NoteLengthMs(note.Duration, melody.Beats, note.Dotted), pitch);
+    if (core::Contains(pitch, "p")) {
+      rest = IMelodyRest(duration);
+      keys += rest;
+    } else {
+      keys.append("*").append(std::to_string(WrittenOctave(note.Octave, base)));
+      if (pitch.ends_with('#')) {
+        keys += '#';
+      }
+      keys += pitch.front();
+      keys += IMelodyDigit(duration);
+    }
+    if (note.Dotted) {
+      keys += '.';
+    }
+  }
+  return keys;
+}
+
+}  // namespace tonadex::formats

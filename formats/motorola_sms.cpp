@@ -1,0 +1,81 @@
+#include "formats/motorola_sms.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/windows1252.h"
+#include "formats/number_helpers.h"
+#include "formats/octave_band.h"
+
+namespace tonadex::formats {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::int16_t kDefaultBaseOctave = 5;
+constexpr std::size_t kMaxNotes = 35;  // what fits the message
+
+constexpr std::string_view kTooLong =
+    "Melodia demasiado larga para Motorola.Solo se muestran las primeras 35 notas de la melodia."
+    "\r\n\r\n";
+constexpr std::string_view kInstruction =
+    u8"Envia esta melodia a tu teléfono escribiendo esto en un mensaje de texto, o mediante un "
+    u8"cable de datos."_w;
+
+constexpr std::array<std::string_view, 3> kOctaveMarks = {"-", "", "+"};
+
+// Position + 1 is the digit of the duration.
+constexpr std::array<std::string_view, 6> kDurations = {"32", "16", "8", "4", "2", "1"};
+
+void AppendToken(const core::RTTTLNote& note, int octaveBand, std::string& tokens) {
+  if (core::IsPause(note)) {
+    tokens += 'R';
+  } else {
+    for (const char c : note.Note) {
+      tokens += core::ToUpper(c);
+    }
+    tokens += kOctaveMarks[static_cast<std::size_t>(octaveBand)];
+  }
+  const auto duration = std::ranges::find(kDurations, note.Duration);
+  if (duration != kDurations.end()) {
+    tokens += static_cast<char>('1' + (duration - kDurations.begin()));
+  }
+}
+
+}  // namespace
+
+std::string CheckCharacters(std::string_view tokens) {
+  std::int32_t check = 0;
+  for (const char c : tokens) {
+    check ^= core::Code(c);
+  }
+  // One hexadecimal digit is first and last at once: below 16 both characters are the same.
+  const std::int32_t last = check % 16;
+  const std::int32_t first = check < 16 ? last : ShiftRight(check, 4);
+  return {static_cast<char>('0' + first), static_cast<char>('0' + last)};
+}
+
+std::string MotorolaSmsText(core::RTTTLMelody& melody, std::string& warnings,
+                            std::int16_t baseOctave) {
+  if (!core::ParseOrReport(melody)) {
+    return {};
+  }
+  const std::int16_t base = baseOctave == 0 ? kDefaultBaseOctave : baseOctave;
+  warnings.clear();
+  std::string tokens;
+  std::size_t count = 0;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    if (count == kMaxNotes) {
+      break;
+    }
+    ++count;
+    AppendToken(note, OctaveBand(note, base), tokens);
+  }
+  if (count == kMaxNotes) {  // a melody of exactly 35 notes is told so too: deliberate
+    warnings += kTooLong;
+  }
+  warnings += kInstruction;
+  return "L35&2 " + tokens + "&&" + CheckCharacters(tokens);
+}
+
+}  // namespace tonadex::formats

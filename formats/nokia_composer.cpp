@@ -1,0 +1,61 @@
+#include "formats/nokia_composer.h"
+
+#include "core/windows1252.h"
+#include "formats/findings.h"
+#include "formats/octave_band.h"
+
+namespace tonadex::formats {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::size_t kMaxNotes = 50;  // the composer's memory; advice, not a cut
+constexpr std::string_view kTooLong = u8"ERROR: La melodia excede el límite de 50 notas.\r\n"_w;
+constexpr std::size_t kTokenSize = 7;  // "32.#c1 "
+
+void AppendToken(const core::RTTTLNote& note, int octave, std::string& text) {
+  text += note.Duration;
+  if (note.Dotted) {
+    text += '.';  // stays in front of a pause too: "4.-", as the phone's users know it
+  }
+  if (core::IsPause(note)) {
+    text += '-';
+  } else if (note.Note.ends_with('#')) {
+    text.append("#").append(note.Note, 0, note.Note.size() - 1);
+  } else {
+    text += note.Note;
+  }
+  if (!core::IsPause(note)) {
+    text += static_cast<char>('0' + octave);
+  }
+  text += ' ';
+}
+
+}  // namespace
+
+std::string NokiaComposerText(core::RTTTLMelody& melody, std::string& warnings,
+                              std::int16_t baseOctave) {
+  if (!core::ParseOrReport(melody)) {
+    return {};
+  }
+  if (melody.Notes.size() > kMaxNotes) {
+    warnings += kTooLong;
+  }
+  std::string text;
+  text.reserve(melody.Notes.size() * kTokenSize);
+  std::size_t number = 0;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    ++number;
+    const int octave = OctaveBand(note, baseOctave) + 1;
+    if (core::IsPause(note) && note.Dotted) {
+      AppendFinding(warnings, "ERROR: La nota #", number, " - . no se permite en pausa");
+    }
+    AppendToken(note, octave, text);
+    if (!core::IsPause(note) && (octave < 1 || octave > 3)) {  // guards the folding above
+      AppendFinding(warnings, "La nota #", number, u8" - está fuera del rango de octavas."_w);
+    }
+  }
+  return text;
+}
+
+}  // namespace tonadex::formats

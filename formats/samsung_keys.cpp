@@ -1,0 +1,170 @@
+#include "formats/samsung_keys.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/number.h"
+#include "core/windows1252.h"
+#include "formats/findings.h"
+#include "formats/note_keys.h"
+
+namespace tonadex::formats {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::int16_t kDefaultBaseOctave = 4;
+constexpr int kOctaveSpan = 3;          // octaves above the base that the phone has
+constexpr std::size_t kMaxNotes = 100;  // the composer's memory; advice, not a cut
+
+struct Presses {
+  std::string_view duration;
+  std::size_t note, pause, dotRest;
+};
+
+// Type 1 writes its pauses with the note column; its dot rest is a rest of half the note, a
+// thirty-second's half rounded to a sixteenth.
+constexpr std::array kPresses1 = std::to_array<Presses>({
+    {"1", 2, 2, 1},
+    {"2", 1, 1, 0},
+    {"4", 0, 0, 4},
+    {"8", 4, 4, 3},
+    {"16", 3, 3, 3},
+    {"32", 3, 3, 3},
+});
+constexpr std::array kPresses2 = std::to_array<Presses>({
+    {"1", 4, 4, 0},
+    {"2", 3, 4, 0},
+    {"4", 0, 1, 0},
+    {"8", 1, 2, 0},
+    {"16", 2, 3, 0},
+    {"32", 2, 3, 0},
+});
+
+struct Type {
+  const std::array<Presses, 6>& presses;
+  char sharpKey, durationKey;
+  std::string_view introduction;
+  std::string_view tooLong;
+  std::string_view finding;     // in front of a note's number
+  std::string_view outOfRange;  // behind it
+  bool pauseColumn;             // pauses are ">" alone, else "0" and the duration key
+  bool dotRests;
+};
+
+constexpr Type kType1 = {kPresses1,
+                         '#',
+                         '*',
+                         "",
+                         u8"La melodía supera el máximo de notas permitidas (100).\r\n"_w,
+                         "La nota # ",
+                         u8" está fuera del rango de octavas."_w,
+                         false,
+                         true};
+constexpr Type kType2 = {
+    kPresses2,
+    '^',
+    '<',
+    u8"Las flechas del teclado de tu móvil se representan con los signos <,>,^\r\n"_w,
+    u8"Error > La melodía supera el máximo de notas permitidas (100).\r\n"_w,
+    "Error > La nota # ",
+    u8" está fuera del rango de octavas"_w,
+    true,
+    false};
+
+// Counts kept for notes of an unknown duration, and the key for an unknown letter.
+struct Memory {
+  std::size_t note = 0;     // updated by pauses too
+  std::size_t pause = 0;    // by pauses alone
+  std::size_t dotRest = 0;  // by dotted notes alone
+  char key = '\0';
+};
+
+const Presses* FindPresses(const Type& type, std::string_view duration) {
+  const auto found = std::ranges::find(type.presses, duration, &Presses::duration);
+  return found == type.presses.end() ? nullptr : &*found;
+}
+
+std::string_view OctaveMark(double octave, std::int16_t base) {
+  return octave <= base ? "88" : octave > base + 1 ? "8" : "";
+}
+
+void AppendPause(const Type& type, const Presses* known, Memory& memory, std::string& keys) {
+  if (type.pauseColumn) {
+    memory.pause = known == nullptr ? memory.pause : known->pause;
+    keys.append(memory.pause, '>');
+  } else {
+    keys.append("0").append(memory.note, type.durationKey);
+  }
+  keys += ' ';
+}
+
+void AppendDotRest(const Presses* known, Memory& memory, std::string& keys) {
+  memory.dotRest = known == nullptr ? memory.dotRest : known->dotRest;
+  keys.append("0").append(memory.dotRest, '*').append(" ");
+}
+
+void AppendNote(const Type& type, const core::RTTTLNote& note, std::string_view octaveMark,
+                Memory& memory, std::string& keys) {
+  const char key = NoteKey(note.Note.front());
+  memory.key = key == '\0' ? memory.key : key;
+  if (memory.key != '\0') {
+    keys += memory.key;
+  }
+  if (core::Contains(note.Note, "#")) {
+    keys += type.sharpKey;
+  }
+  keys.append(octaveMark).append(memory.note, type.durationKey).append(" ");
+}
+
+std::string SamsungKeyPresses(const Type& type, core::RTTTLMelody& melody, std::string& warnings,
+                              std::int16_t baseOctave) {
+  if (!core::ParseOrReport(melody)) {
+    return {};
+  }
+  const std::int16_t base = baseOctave == 0 ? kDefaultBaseOctave : baseOctave;
+  warnings += type.introduction;
+  if (melody.Notes.size() > kMaxNotes) {
+    warnings += type.tooLong;
+  }
+  std::string keys;
+  keys.reserve(melody.Notes.size() * 6);
+  Memory memory;
+  std::size_t number = 0;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    ++number;
+    const double octave = core::ToNumber(note.Octave);
+    if (octave > base + kOctaveSpan || octave < base) {
+      AppendFinding(warnings, type.finding, number, type.outOfRange);
+    }
+    const Presses* known = FindPresses(type, note.Duration);
+    if (known == nullptr) {
+      AppendFinding(warnings, type.finding, number, u8" no tiene una duración válida"_w);
+    } else {
+      memory.note = known->note;
+    }
+    if (core::IsPause(note)) {
+      AppendPause(type, known, memory, keys);
+      continue;
+    }
+    AppendNote(type, note, OctaveMark(octave, base), memory, keys);
+    if (type.dotRests && note.Dotted) {
+      AppendDotRest(known, memory, keys);
+    }
+  }
+  return keys;
+}
+
+}  // namespace
+
+std::string SamsungKeyPresses1(core::RTTTLMelody& melody, std::string& warnings,
+                               std::int16_t baseOctave) {
+  return SamsungKeyPresses(kType1, melody, warnings, baseOctave);
+}
+
+std::string SamsungKeyPresses2(core::RTTTLMelody& melody, std::string& warnings,
+                               std::int16_t baseOctave) {
+  return SamsungKeyPresses(kType2, melody, warnings, baseOctave);
+}
+
+}  // namespace tonadex::formats

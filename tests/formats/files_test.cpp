@@ -1,0 +1,94 @@
+// The formats whose layout is a file: Kyocera KWS and Trium MDY.
+#include <gtest/gtest.h>
+
+#include "core/text.h"
+#include "formats/kws.h"
+#include "formats/trium_mdy.h"
+#include "tests/core/table.h"
+#include "tests/core/test_melody.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::formats {
+namespace {
+
+using test::Boxes;
+using test::ErrorOf;
+using test::Hex;
+using test::MelodyOf;
+using test::ParsedMelody;
+using test::Row;
+using test::Table;
+
+// The sentences on notes whose numbers are named.
+std::string WithoutLength(std::string_view numbers) {
+  std::string sentences;
+  for (const std::string_view number : core::SplitText(numbers, ' ')) {
+    sentences += number.empty()
+                     ? ""
+                     : "La nota # " + std::string(number) + " no tiene una duración válida\r\n";
+  }
+  return sentences;
+}
+
+TEST(KwsBytes, WritesMergedEntries) {
+  for (const Row& row : Table("Kws")) {
+    std::string warnings;
+    const auto bytes = KwsBytes(ParsedMelody(row[0]), warnings);
+    EXPECT_EQ(bytes ? Hex(*bytes) : "none", row[1]) << row[0];
+    EXPECT_EQ(core::ToUtf8(warnings), WithoutLength(row[2])) << row[0];
+  }
+  for (const auto& [text, error] : {std::pair{"x:d=4,o=4,b=0:c", 11},
+                                    {"x:d=4,o=4:p", 11},
+                                    {"x:d=4,o=k,b=9:c", 13},
+                                    {"x:d=k,o=4,b=9:p", 13},
+                                    {"x:d=4,o=26,b=9:c", 6},
+                                    {"x:d=4,o=4,b=-9:c", 6}}) {
+    std::string warnings;
+    EXPECT_EQ(ErrorOf([&] { KwsBytes(ParsedMelody(text), warnings); }), error) << text;
+  }
+}
+
+TEST(WriteKws, TellsWhyThereIsNoFile) {
+  const test::TempFolder folder;
+  const auto write = [&](std::string_view text, std::string_view name) {
+    core::RTTTLMelody melody = MelodyOf(text);
+    std::string warnings;
+    return WriteKws(melody, warnings, 9, (folder / name).string());
+  };
+  EXPECT_EQ(write("x:d=4,o=4,b=120:c", "a.kws"), KwsResult::kWritten);
+  EXPECT_EQ(Hex(folder.Read("a.kws")), "F5 FF FF FF 01 00 01 04 F6 01");
+  EXPECT_EQ(write("x:d=4,o=3,b=120:c", "b.kws"), KwsResult::kTooLow);
+  EXPECT_EQ(write("x:y", "b.kws"), KwsResult::kNotParsed);
+  EXPECT_EQ(folder.Read("b.kws"), "(none)");
+  EXPECT_EQ(write("x:d=4,o=4,b=120:c", "none/b.kws"), KwsResult::kWriteFailed);
+}
+
+TEST(TriumMdyText, NamesNotesTheGermanWay) {
+  for (const Row& row : Table("Mdy")) {
+    std::string want = "NAME=x TEMPO=100 " + row[1] + (row[1].empty() ? "" : " ");
+    core::ReplaceAll(want, " ", "\r\n");
+    core::RTTTLMelody melody = MelodyOf(row[0]);
+    std::string warnings;
+    EXPECT_EQ(TriumMdyText(melody, warnings), want);
+    EXPECT_EQ(core::ToUtf8(warnings), WithoutLength(row[2])) << row[0];
+  }
+  for (const auto& [text, error] :
+       {std::pair{"x:d=4,o=5,b=0:p", 11}, {"x:d=k,o=5,b=9:p", 13}, {"x:d=4,o=k,b=9:c", 13}}) {
+    core::RTTTLMelody melody = MelodyOf(text);
+    std::string warnings;
+    EXPECT_EQ(ErrorOf([&] { TriumMdyText(melody, warnings); }), error) << text;
+  }
+}
+
+TEST(TriumMdyText, ReportsTheFirstPitchWithoutAName) {
+  const Boxes boxes;
+  core::RTTTLMelody melody = MelodyOf("Mi vals:d=4,o=5,b=100:c,b#,x,3e#,d");
+  std::string warnings;
+  EXPECT_EQ(TriumMdyText(melody, warnings), "NAME=Mi vals\r\nTEMPO=100\r\nMc4\r\nMd4\r\n");
+  EXPECT_EQ(boxes.Text(),
+            "!Kann nicht konvertieren!\r\nb# Bereiche: c bis H\r\nDatei:     Mi vals");
+  EXPECT_EQ(core::ToUtf8(warnings), "La nota # 4 no tiene una duración válida\r\n");
+}
+
+}  // namespace
+}  // namespace tonadex::formats
