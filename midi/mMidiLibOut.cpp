@@ -1,0 +1,178 @@
+#include "midi/mMidiLibOut.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "core/melody_file.h"
+#include "core/number.h"
+#include "core/runtime_error.h"
+#include "formats/number_helpers.h"
+#include "formats/pitch.h"
+
+namespace tonadex::midi {
+namespace {
+
+constexpr std::int32_t kTempoMicroseconds = 5000000;  // per quarter note
+constexpr int kChannel = 0;
+constexpr int kOnVelocity = 100;
+constexpr int kOffVelocity = 0;
+
+// Text and tempo events, ready but for their length and content.
+constexpr std::string_view kMetaCredits("\x00\xFF\x02", 3);
+constexpr std::string_view kMetaTrackName("\x00\xFF\x03", 3);
+constexpr std::string_view kMetaTempo("\x00\xFF\x51\x03", 4);
+constexpr std::string_view kMetaEndOfTrack("\x00\xFF\x2F\x00", 4);
+constexpr std::string_view kVolume("\x00\xB0\x07\x7F", 4);  // controller 7, full
+
+struct BaseTicks {
+  double duration;
+  double ticks;
+};
+
+constexpr std::array kBaseTicks = std::to_array<BaseTicks>(
+    {{1, 1536}, {2, 768}, {4, 384}, {8, 192}, {16, 96}, {32, 48}, {64, 24}});
+
+char ToByte(std::int32_t value) {
+  if (value < 0 || value > 255) {
+    throw core::RunTimeError(core::ErrorNumber::kInvalidArgument,
+                             std::to_string(value) + " no cabe en un byte");
+  }
+  return static_cast<char>(value);
+}
+
+std::string TextEvent(std::string_view event, std::string_view text) {
+  std::string bytes(event);
+  bytes += ToByte(static_cast<std::int32_t>(std::min<std::size_t>(text.size(), 256)));
+  bytes += text;
+  return bytes;
+}
+
+}  // namespace
+
+std::int16_t WriteMidiFile(const core::RTTTLMelody& melody) {
+  const bool written = core::SkipErrors(
+      [&] { core::WriteBytes(core::PathFromText(melody.FileName), MidiFileBytes(melody)); });
+  return written ? kMidiWritten : kMidiFailed;
+}
+
+std::string MidiFileBytes(const core::RTTTLMelody& melody) {
+  const std::string track = MidiCreditsEvent(melody.Credits) +
+                            MidiTrackNameEvent(melody.TrackName) + MidiVolumeEvent() +
+                            MidiTempoEvent(melody.Beats) + MidiProgramChange(melody.Instrument) +
+                            MidiNoteEvents(melody) + MidiEndOfTrack();
+  return MidiHeaderChunk(0, 1, MidiDivision(melody.Beats)) + MidiTrackHeader(track) + track;
+}
+
+std::int16_t MidiDivision(std::string_view beats) {
+  const std::int16_t twice = core::ToInt16(core::ToNumber(beats) * 385 / 120);
+  return core::ToInt16(twice / 2.0);
+}
+
+std::string MidiHeaderChunk(std::int16_t format, std::int16_t tracks, std::int16_t division) {
+  return "MThd" + LongToBytes(6) + WordToBytes(format) + WordToBytes(tracks) +
+         WordToBytes(division);
+}
+
+std::string MidiTrackHeader(std::string_view trackData) {
+  return "MTrk" + LongToBytes(static_cast<std::int32_t>(trackData.size()));
+}
+
+std::string MidiCreditsEvent(std::string_view text) {
+  return TextEvent(kMetaCredits, text);
+}
+
+std::string MidiTrackNameEvent(std::string_view text) {
+  return TextEvent(kMetaTrackName, text);
+}
+
+std::string MidiVolumeEvent() {
+  return std::string(kVolume);
+}
+
+std::string MidiTempoEvent(std::string_view /*beats*/) {
+  std::string bytes(kMetaTempo);
+  for (const int shift : {16, 8, 0}) {
+    bytes += ToByte(formats::ShiftRight(kTempoMicroseconds, shift) & 0xFF);
+  }
+  return bytes;
+}
+
+std::string MidiProgramChange(std::int16_t instrument) {
+  const int program = instrument;
+  return MidiEvent(0, kProgramChange, kChannel, {&program, 1});
+}
+
+std::string MidiNoteEvents(const core::RTTTLMelody& melody) {
+  constexpr std::size_t kPairSize = 8;
+  std::string events;
+  events.reserve(melody.Notes.size() * kPairSize);
+  std::int32_t pause = 0;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    const std::int16_t number = NumberOf(note);
+    const std::int16_t ticks = NoteTicks(core::ToNumber(note.Duration), note.Dotted);
+    if (number == kPauseNumber) {
+      pause = core::ToInt32(static_cast<double>(pause) + ticks);
+    } else {
+      events += MidiNotePair(pause, ticks, number);
+      pause = 0;
+    }
+  }
+  return events;
+}
+
+std::string MidiNotePair(std::int32_t delta, std::int16_t ticks, std::int16_t noteNumber) {
+  return MidiEvent(delta, kNoteOn, kChannel, PairArray(noteNumber, kOnVelocity)) +
+         MidiEvent(ticks, kNoteOff, kChannel, PairArray(noteNumber, kOffVelocity));
+}
+
+std::string MidiEndOfTrack() {
+  return std::string(kMetaEndOfTrack);
+}
+
+std::string MidiEvent(std::int32_t delta, int status, int channel, std::span<const int> data) {
+  std::string bytes = WriteVarLen(delta);
+  bytes += ToByte(status | channel);
+  for (const int value : data) {
+    bytes += ToByte(value);
+  }
+  return bytes;
+}
+
+std::string WriteVarLen(std::int32_t value) {
+  return {static_cast<char>(value & 127)};
+}
+
+std::string LongToBytes(std::int32_t value) {
+  return WordToBytes(value >> 16) + WordToBytes(value);
+}
+
+std::string WordToBytes(std::int32_t value) {
+  const int word = formats::LowWord(value);
+  return {ToByte(formats::ShiftRight(word, 8)), ToByte(word & 0xFF)};
+}
+
+std::array<int, 2> PairArray(int first, int second) {
+  return {first, second};
+}
+
+std::int16_t NoteTicks(double duration, bool dotted) {
+  const auto base = std::ranges::find(kBaseTicks, duration, &BaseTicks::duration);
+  const double count = base == kBaseTicks.end() ? 0 : core::RoundHalfEven(base->ticks / 2);
+  return core::ToInt16(dotted ? count * 0.1 * 1.5 : count * 0.1);
+}
+
+std::int16_t NoteNumber(std::string_view pitch, std::int16_t octaveLessOne) {
+  if (pitch == "p") {
+    return kPauseNumber;
+  }
+  return core::ToInt16(octaveLessOne * 12 + 12 + formats::Semitone(pitch).value_or(0));
+}
+
+std::int16_t NumberOf(const core::RTTTLNote& note) {
+  const double octave = core::ToNumber(note.Octave);
+  return core::IsPause(note)
+             ? kPauseNumber
+             : NoteNumber(note.Note, core::ToInt16(core::RoundHalfEven(octave) - 1));
+}
+
+}  // namespace tonadex::midi

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "core/rtttl.h"
+
+// Standard MIDI files, format 0, one track. Bytes are held in strings, one character a byte;
+// numbers stand most significant byte first.
+//
+// Delta times are one byte each, the low seven bits of the value, so note lengths are counted in
+// coarse ticks below 128. The tempo event always says 5,000,000 microseconds per quarter note, and
+// the header's division, about 1.604 times the beats per minute, brings the real time out right.
+// Deliberate: change none of the three without the others.
+namespace tonadex::midi {
+
+inline constexpr std::int16_t kMidiWritten = 0;
+inline constexpr std::int16_t kMidiFailed = -1;
+inline constexpr std::int16_t kPauseNumber = -1;  // "note number" of a pause
+
+inline constexpr int kNoteOn = 0x90;
+inline constexpr int kNoteOff = 0x80;
+inline constexpr int kControlChange = 0xB0;
+inline constexpr int kProgramChange = 0xC0;
+
+// Writes a parsed melody (Credits, TrackName, Instrument, Beats, Notes) to the path that FileName
+// names, creating or truncating it. kMidiWritten or, after any failure, kMidiFailed, without a
+// message; a file may then be left behind, empty or partly written. Pauses at the end are lost.
+std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
+
+// The whole file that WriteMidiFile writes. Throws core::RunTimeError.
+std::string MidiFileBytes(const core::RTTTLMelody& melody);
+
+// Ticks per quarter note of the header for a tempo text: beats x 385 / 120, rounded half to even to
+// 16 bits, halved, rounded again. "" counts as 0. Errors: type mismatch, overflow.
+std::int16_t MidiDivision(std::string_view beats);
+
+// The procedures below give bytes and throw core::RunTimeError for a value that fits no byte.
+
+std::string MidiHeaderChunk(std::int16_t format, std::int16_t tracks, std::int16_t division);
+// "MTrk" and the length of the data; the data itself is not included.
+std::string MidiTrackHeader(std::string_view trackData);
+// Text events have one length byte: at most 255 characters.
+std::string MidiCreditsEvent(std::string_view text);
+std::string MidiTrackNameEvent(std::string_view text);
+std::string MidiVolumeEvent();
+// The tempo is ignored; see above.
+std::string MidiTempoEvent(std::string_view beats);
+std::string MidiProgramChange(std::int16_t instrument);
+std::string MidiNoteEvents(const core::RTTTLMelody& melody);
+// Note-on after `delta` ticks and note-off `ticks` later.
+std::string MidiNotePair(std::int32_t delta, std::int16_t ticks, std::int16_t noteNumber);
+std::string MidiEndOfTrack();
+// One channel event: delta byte, status OR channel, data bytes.
+std::string MidiEvent(std::int32_t delta, int status, int channel, std::span<const int> data);
+// Always one byte, value AND 127.
+std::string WriteVarLen(std::int32_t value);
+std::string LongToBytes(std::int32_t value);
+// The low 16 bits of the value.
+std::string WordToBytes(std::int32_t value);
+std::array<int, 2> PairArray(int first, int second);
+
+// Ticks of a note of 1/duration: whole 77, half 38, quarter 19, eighth 10, sixteenth 5,
+// thirty-second 2, sixty-fourth 1; dotted 115, 58, 29, 14, 7, 4, 2; 0 for another duration.
+std::int16_t NoteTicks(double duration, bool dotted);
+
+// 12 x octave + semitone, c of octave 5 is 60; kPauseNumber for "p". A pitch that is none counts as
+// c. `octaveLessOne` is the note's octave less 1. Overflow beyond 16 bits.
+std::int16_t NoteNumber(std::string_view pitch, std::int16_t octaveLessOne);
+
+// The note number of a melody's note. A pause's octave must be a number too, of any size.
+// Errors: type mismatch, overflow.
+std::int16_t NumberOf(const core::RTTTLNote& note);
+
+}  // namespace tonadex::midi

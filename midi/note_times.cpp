@@ -1,0 +1,44 @@
+#include "midi/note_times.h"
+
+#include "core/number.h"
+#include "midi/mMidiLibOut.h"
+
+namespace tonadex::midi {
+namespace {
+
+constexpr double kQuarterMs = 5000;  // of the tempo event
+constexpr std::int32_t kDeltaMask = 127;
+
+// Pauses that a delta byte cut short end where the note behind them begins.
+void CutPauses(std::vector<NoteTime>& times, double end) {
+  for (auto time = times.rbegin(); time != times.rend() && time->number == kPauseNumber; ++time) {
+    time->start = time->start < end ? time->start : end;
+    time->end = time->end < end ? time->end : end;
+  }
+}
+
+}  // namespace
+
+std::vector<NoteTime> NoteTimes(const core::RTTTLMelody& melody) {
+  const double tick = core::Divide(kQuarterMs, MidiDivision(melody.Beats));
+  std::vector<NoteTime> times;
+  std::int32_t now = 0;  // ticks
+  std::int32_t pause = 0;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    const std::int16_t number = NumberOf(note);
+    const std::int16_t ticks = NoteTicks(core::ToNumber(note.Duration), note.Dotted);
+    if (number == kPauseNumber) {
+      times.push_back({(now + pause) * tick, (now + pause + ticks) * tick, number});
+      pause += ticks;
+      continue;
+    }
+    now += pause & kDeltaMask;
+    pause = 0;
+    CutPauses(times, now * tick);
+    times.push_back({now * tick, (now + ticks) * tick, number});
+    now += ticks;
+  }
+  return times;
+}
+
+}  // namespace tonadex::midi

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "core/rtttl.h"
+#include "platform/sequencer.h"
+
+// Melodies on the system's MIDI sequencer, under the alias "mR2M", at most one at a time.
+namespace tonadex::midi {
+
+// Parses melody.Text (errors are reported and what was parsed plays all the same), writes
+// TempFolder + "rtlTmpFile.mid" and plays it while the message box "Reproduciendo melodia: …" is
+// shown; closing the box stops the sound. The file stays. Where it cannot be written a box says so
+// and melody.FileName keeps its path; else FileName is as before.
+void PlayMelody(core::RTTTLMelody& melody, platform::Sequencer& sequencer);
+
+// Sends open and play for melody.FileName; results are ignored.
+void MciOpenAndPlay(const core::RTTTLMelody& melody, platform::Sequencer& sequencer);
+
+// Sends close; gives the sequencer's answer.
+int MciClose(platform::Sequencer& sequencer);
+
+}  // namespace tonadex::midi

@@ -1,0 +1,107 @@
+#include "midi/mMidiLibOut.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "formats/pitch.h"
+#include "tests/core/table.h"
+#include "tests/core/test_melody.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::midi {
+namespace {
+
+using test::ErrorOf;
+using test::Hex;
+using test::ParsedMelody;
+using test::Repeated;
+
+TEST(MidiFileBytes, HoldsTwoChunksAndNothingElse) {
+  core::RTTTLMelody melody = ParsedMelody("x:d=4,o=5,b=63:c");
+  melody.Credits = "(c)\r\n\xF1";
+  melody.TrackName = "";
+  melody.Instrument = 99;
+  EXPECT_EQ(Hex(MidiFileBytes(melody)),
+            "4D 54 68 64 00 00 00 06 00 00 00 01 00 65 "  // format 0, one track, division 101
+            "4D 54 72 6B 00 00 00 28 "
+            "00 FF 02 06 28 63 29 0D 0A F1 "
+            "00 FF 03 00 "
+            "00 B0 07 7F "
+            "00 FF 51 03 4C 4B 40 "
+            "00 C0 63 "
+            "00 90 3C 64 13 80 3C 00 "
+            "00 FF 2F 00");
+}
+
+TEST(MidiNoteEvents, CountsPausesAndWrapsDeltas) {
+  for (const test::Row& row : test::Table("NoteEvents")) {
+    EXPECT_EQ(Hex(MidiNoteEvents(ParsedMelody(row[0]))), row[1]) << row[0];
+  }
+}
+
+TEST(NoteTicks, EveryDurationPlainAndDotted) {
+  std::string ticks;
+  for (const double duration : {1., 2., 4., 8., 16., 32., 64., 128., 3., 0., 4.5, -4.}) {
+    ticks += std::to_string(NoteTicks(duration, false)) + "/" +
+             std::to_string(NoteTicks(duration, true)) + " ";
+  }
+  EXPECT_EQ(ticks, "77/115 38/58 19/29 10/14 5/7 2/4 1/2 0/0 0/0 0/0 0/0 0/0 ");
+}
+
+TEST(NoteNumber, EveryPitchInEveryOctave) {
+  std::int16_t number = 0;
+  for (std::int16_t octave = 0; octave <= 10; ++octave) {
+    for (const std::string_view pitch : formats::kPitches) {
+      EXPECT_EQ(NoteNumber(pitch, static_cast<std::int16_t>(octave - 1)), number++) << pitch;
+    }
+  }
+  EXPECT_EQ(NoteNumber("p", 4), kPauseNumber);
+  EXPECT_EQ(NoteNumber("C#", 4), 60) << "letters are lower case";
+  EXPECT_EQ(NoteNumber("e#", 4), 60);
+  EXPECT_EQ(ErrorOf([] { NoteNumber("c", 3000); }), 6);
+}
+
+TEST(MidiDivision, FollowsTheTempo) {
+  std::vector<int> divisions;
+  for (const std::string_view beats : {"63", "125", "225", "", "1", "900", "-63", "10213"}) {
+    divisions.push_back(MidiDivision(beats));
+  }
+  EXPECT_EQ(divisions, (std::vector<int>{101, 200, 361, 0, 2, 1444, -101, 16384}));
+  EXPECT_EQ(ErrorOf([] { MidiDivision("10214"); }), 6) << "the first rounding has 16 bits";
+  EXPECT_EQ(ErrorOf([] { MidiDivision("fast"); }), 13);
+}
+
+TEST(MidiBytes, OneByteEach) {
+  EXPECT_EQ(Hex(WriteVarLen(127) + WriteVarLen(128) + WriteVarLen(154)), "7F 00 1A");
+  EXPECT_EQ(Hex(LongToBytes(0x12345678) + LongToBytes(-2)), "12 34 56 78 FF FF FF FE");
+  EXPECT_EQ(Hex(WordToBytes(0x12345) + WordToBytes(-1)), "23 45 FF FF");
+  EXPECT_EQ(Hex(MidiTrackHeader(std::string(300, 'x'))), "4D 54 72 6B 00 00 01 2C");
+  EXPECT_EQ(Hex(MidiEvent(5, 0x90, 3, PairArray(60, 255))), "05 93 3C FF");
+  EXPECT_EQ(MidiCreditsEvent(std::string(255, 'x')).size(), 259u);
+  EXPECT_EQ(ErrorOf([] { MidiTrackNameEvent(std::string(256, 'x')); }), 5);
+  EXPECT_EQ(ErrorOf([] { MidiCreditsEvent(std::string(256, 'x')); }), 5);
+}
+
+TEST(WriteMidiFile, AnyFailureIsMinusOne) {
+  const test::TempFolder folder;
+  const auto write = [&](std::string_view text, std::string_view name, std::int16_t instrument) {
+    core::RTTTLMelody melody = ParsedMelody(text);
+    melody.FileName = (folder / name).string();
+    melody.Instrument = instrument;
+    return WriteMidiFile(melody);
+  };
+  folder.Write("a.mid", Repeated("old", 100));
+  EXPECT_EQ(write("p", "a.mid", 0), kMidiWritten);
+  EXPECT_EQ(folder.Read("a.mid").size(), 14u + 8 + 4 + 4 + 4 + 7 + 3 + 4) << "truncated";
+  EXPECT_EQ(write("p", "none/a.mid", 0), kMidiFailed);
+  EXPECT_EQ(write("p", "", 0), kMidiFailed) << "a folder";
+  EXPECT_EQ(write("p", "a.mid", 256), kMidiFailed);
+  for (const std::string_view text : {"x:d=4,o=5,b=fast:p", "x:d=4,o=high,b=9:p", "x:d=k,b=9:p",
+                                      "x:d=4,o=22,b=9:c", "x:d=4,o=-1,b=9:c", "x:d=4,b=99999:p"}) {
+    EXPECT_EQ(write(text, "a.mid", 0), kMidiFailed) << text;
+  }
+}
+
+}  // namespace
+}  // namespace tonadex::midi
