@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "nokia3210/mod_nok.h"
+
+namespace tonadex::nokia3210 {
+
+// The two ways to write notes.
+enum class NoteKind : std::int16_t {
+  kComposer = 1,  // "8.#c2 4-": as the phone's composer shows them, parted by a blank
+  kRTTTL = 2,     // "8c#.6,p": a notes section without its header, parted by ","
+};
+
+// One note or pause of the composer.
+struct cNote {
+  std::uint8_t Duration = 4;  // 1, 2, 4, 8, 16 or 32
+  char Letter = 'c';          // a to g, p for a pause
+  char Octave = '1';          // mark 1 to 3; 0 and 4 stand for the octaves that the phone lacks
+  bool Sharp = false;
+  bool Dotted = false;
+
+  bool IsPause() const { return Letter == 'p'; }
+  // The note with nothing left out: "8.#c2", "4.-".
+  std::string Full_ComposerNote() const;
+  // The note with nothing left out: "8c#.6", "4p.".
+  std::string Full_RTTTLNote() const;
+  // A run of notes as one text, nothing behind the last note. RTTTL leaves out the duration and the
+  // octave that equal the defaults; composer notation leaves nothing out.
+  static std::string NoteBatch(std::span<const cNote> notes, NoteKind kind,
+                               const Defaults& defaults);
+
+  friend bool operator==(const cNote&, const cNote&) = default;
+};
+
+// The duration that a text names ("16" gives 16), 0 for a text that is none of the six.
+std::uint8_t DurationOf(std::string_view text);
+
+}  // namespace tonadex::nokia3210

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "nokia3210/cnote.h"
+
+namespace tonadex::nokia3210 {
+
+// The notes of a melody, numbered from 1.
+class CNotes {
+ public:
+  void Add(const cNote& note) { notes_.push_back(note); }
+  std::size_t Count() const { return notes_.size(); }
+  // Errors of both: subscript for a number outside 1 to Count().
+  const cNote& Item(std::size_t number) const;
+  void Delete(std::size_t number);
+  void Clear() { notes_.clear(); }
+  auto begin() const { return notes_.begin(); }
+  auto end() const { return notes_.end(); }
+
+  // Reads a run of notes and adds them. Any bytes may come; time is linear in their number.
+  // What cannot be read is left out up to the next separator and logged once per place, under
+  // kConvertSource: "Posición n: no se entiende «text»", n the 1-based position in `text`.
+  //
+  // kComposer, as typed: [duration] then a note with its marks "." and "#" before or behind the
+  // letter and an octave 1 to 3, or a pause "-" or "p". Notes may run together or be parted by
+  // blanks, tabs, line ends, "," and ";"; "(4c2)" and "(hold 4c2)" dot the note; a tempo in front
+  // ("Tempo=120:", "120 ") is read over. Upper case counts as lower case and h as b. A missing
+  // duration is the default one, a missing octave "1".
+  //
+  // kRTTTL: the notes section, or a whole melody whose header then gives the defaults.
+  void GetNotes(std::string_view text, NoteKind kind, const Defaults& defaults, ErrorLog& log);
+
+ private:
+  std::vector<cNote> notes_;
+};
+
+}  // namespace tonadex::nokia3210

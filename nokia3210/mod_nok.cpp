@@ -1,0 +1,60 @@
+#include "nokia3210/mod_nok.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tonadex::nokia3210 {
+namespace {
+
+struct OctaveRow {
+  std::string_view octave;
+  std::string_view mapped;
+  std::string_view message;  // logged when not empty
+};
+
+// RTTTL octave to composer mark, then back.
+constexpr std::array<OctaveRow, 8> kOctaves = {{
+    {"5", "1", ""},
+    {"6", "2", ""},
+    {"7", "3", ""},
+    {"1", "5", ""},
+    {"2", "6", ""},
+    {"3", "7", ""},
+    {"4", "0",
+     "RTTTL Octave 4 Not supported by Nokia 3210.  Please increase the default octave by 1 in "
+     "Cantorix (use octave 5,6,7 only)."},
+    {"8", "4", "RTTTL Octave 8 is not a valid octave and is not supported by the Nokia 3210."},
+}};
+
+constexpr std::string_view kKeyNotes = "-cdefgab";  // position = key
+constexpr std::string_view kKeys = "01234567";
+
+}  // namespace
+
+void ErrorLog::AddError(std::string_view source, std::string_view message) {
+  if (!text_.empty()) {
+    text_ += '\r';
+  }
+  text_ += '[';
+  text_ += source;
+  text_ += "] ";
+  text_ += message;
+}
+
+std::string_view GetOctave(std::string_view octave, ErrorLog& log) {
+  const auto* row = std::ranges::find(kOctaves, octave, &OctaveRow::octave);
+  if (row == kOctaves.end()) {
+    return "";
+  }
+  if (!row->message.empty()) {
+    log.AddError(kGetOctaveSource, row->message);
+  }
+  return row->mapped;
+}
+
+std::string_view GetKey(std::string_view note) {
+  const std::size_t key = note.size() == 1 ? kKeyNotes.find(note) : std::string_view::npos;
+  return key == std::string_view::npos ? "" : kKeys.substr(key, 1);
+}
+
+}  // namespace tonadex::nokia3210

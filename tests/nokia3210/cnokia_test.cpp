@@ -1,0 +1,189 @@
+#include "nokia3210/cnokia.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "core/rtttl.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "formats/nokia_composer.h"
+#include "tests/core/table.h"
+
+namespace tonadex::nokia3210 {
+namespace {
+
+using namespace std::string_view_literals;
+
+// Log: UTF-8; "5 «4x»" stands for an unread place, entries parted by ";".
+std::string WholeLog(std::string_view entries) {
+  std::string log;
+  while (!entries.empty()) {
+    const std::string_view entry = entries.substr(0, entries.find(';'));
+    const std::size_t blank = entry.find(' ');
+    log += log.empty() ? "" : "\r";
+    log += entry.starts_with('[')
+               ? std::string(entry)
+               : "[CNokia.Convert] Posición " + std::string(entry.substr(0, blank)) +
+                     ": no se entiende" + std::string(entry.substr(blank));
+    entries.remove_prefix(std::min(entry.size() + 1, entries.size()));
+  }
+  return log;
+}
+
+void ExpectConverts(NoteKind showType, std::string_view given, std::string_view want,
+                    std::string_view log) {
+  SCOPED_TRACE(given);
+  CNokia converter;
+  converter.ShowType = showType;
+  converter.SetOriginalText(given);
+  converter.Convert();
+  EXPECT_EQ(converter.ConvertedNotes(), want);
+  EXPECT_EQ(core::ToUtf8(converter.ConversionErrors()), WholeLog(log));
+  const auto parted = std::ranges::count(want, showType == NoteKind::kRTTTL ? ',' : ' ');
+  EXPECT_EQ(converter.NoteCount(), want.empty() ? 0 : static_cast<std::size_t>(parted) + 1);
+}
+
+constexpr std::string_view kOctaveLog =
+    "[modNok.GetOctave] RTTTL Octave 4 Not supported by Nokia 3210.  Please increase the default "
+    "octave by 1 in Cantorix (use octave 5,6,7 only).;"
+    "[modNok.GetOctave] RTTTL Octave 8 is not a valid octave and is not supported by the Nokia "
+    "3210.";
+
+TEST(CNokia, ReadsWhatIsTypedAndShowsWhatIsRead) {
+  for (const test::Row& row : test::Table("Typed")) {
+    ExpectConverts(NoteKind::kRTTTL, row[0], row[1], row[2]);
+  }
+  ExpectConverts(NoteKind::kRTTTL, "4c,8d;\r\n\t2e,,;\r1f", "c,8d,2e,1f", "");
+  ExpectConverts(NoteKind::kRTTTL, "4c \0\xFF\x80 4\xE1 d"sv, "c,d", "4 «\0ÿ€»;8 «4á»"sv);
+  for (const test::Row& row : test::Table("RTTTL")) {
+    ExpectConverts(NoteKind::kComposer, row[0], row[1], row[2]);
+  }
+  ExpectConverts(NoteKind::kComposer, "c4,8d8,e", "4c0 8d4 4e1", kOctaveLog);
+}
+
+TEST(ModNok, MapsOctavesAndKeys) {
+  ErrorLog log;
+  std::string octaves;
+  for (const std::string_view octave :
+       {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "", "55"}) {
+    octaves.append(GetOctave(octave, log)).append("|");
+  }
+  EXPECT_EQ(octaves, "|5|6|7|0|1|2|3|4||||");
+  EXPECT_EQ(log.Text(), WholeLog(kOctaveLog));
+  std::string keys;
+  for (const std::string_view note :
+       {"c", "d", "e", "f", "g", "a", "b", "-", "C", "h", "p", "", "cd"}) {
+    keys.append(GetKey(note)).append("|");
+  }
+  EXPECT_EQ(keys, "1|2|3|4|5|6|7|0||||||");
+}
+
+TEST(CNokia, KeepsItsPropertiesAndStartsAfresh) {
+  CNokia converter;
+  converter.Defaults = {.Duration = "8", .Octave = "6"};
+  converter.Tempo = 120;
+  converter.SetOriginalText("c 4d2 8e2 x");
+  converter.Convert();
+  converter.Convert();
+  EXPECT_EQ(converter.ConvertedNotes(), "c5,4d,e");
+  EXPECT_EQ(core::ToUtf8(converter.ConversionErrors()), WholeLog("11 «x»"));
+  converter.Clear();
+  EXPECT_EQ(converter.OriginalText() + converter.ConvertedNotes() + converter.ConversionErrors(),
+            "");
+  EXPECT_EQ(converter.NoteCount(), 0u);
+  EXPECT_EQ(converter.Tempo, 120);
+  converter.AddError("CNote.NoteBatch", "uno");
+  converter.AddError("CNotes.Add", "dos");
+  EXPECT_EQ(converter.ConversionErrors(), "[CNote.NoteBatch] uno\r[CNotes.Add] dos");
+}
+
+TEST(CNotes, CountsFromOne) {
+  CNotes notes;
+  ErrorLog log;
+  notes.GetNotes("8.#c2 4.-", NoteKind::kComposer, {}, log);
+  EXPECT_EQ(notes.Item(1).Full_RTTTLNote() + notes.Item(2).Full_RTTTLNote(), "8c#.64p.");
+  notes.Delete(1);
+  EXPECT_EQ(notes.Item(1).Full_ComposerNote(), "4.-");
+  for (const std::size_t number : {std::size_t{0}, std::size_t{2}}) {
+    EXPECT_THROW(notes.Item(number), core::RunTimeError);
+    EXPECT_THROW(notes.Delete(number), core::RunTimeError);
+  }
+}
+
+// Any pattern that made the scanner look at a byte again and again would take hours here.
+TEST(CNokia, ReadsMegabytesOfGarbageInOneGo) {
+  constexpr std::size_t kSize = 2'000'000;
+  for (const std::string_view pattern :
+       {"("sv, "(hold "sv, "(hold("sv, "1"sv, "c2"sv, "c2222"sv, "."sv, "c.#"sv, "Tempo="sv, "x"sv,
+        "-"sv, "c2("sv, "\0"sv, "x "sv, "(c)"sv, "c,"sv}) {
+    std::string text;
+    while (text.size() < kSize) {
+      text += pattern;
+    }
+    for (const NoteKind kind : {NoteKind::kRTTTL, NoteKind::kComposer}) {
+      CNokia converter;
+      converter.ShowType = kind;
+      converter.SetOriginalText(text);
+      converter.Convert();
+      EXPECT_TRUE(converter.NoteCount() > 0 || !converter.ConversionErrors().empty()) << pattern;
+    }
+  }
+}
+
+// Notes of octaves 4 to 6, as a phone with base octave 4 can play them.
+std::string RandomNotes(std::mt19937& random) {
+  constexpr std::array kDurations = {"", "1", "2", "4", "8", "16", "32"};
+  constexpr std::array kPitches = {"c", "c#", "d", "d#", "e", "f", "f#",
+                                   "g", "g#", "a", "a#", "b", "h", "p"};
+  constexpr std::array kOctaves = {"", "4", "5", "6"};
+  const auto pick = [&](const auto& texts) { return std::string(texts[random() % texts.size()]); };
+  std::string notes;
+  for (std::size_t left = random() % 80 + 1; left > 0; --left) {
+    const std::string pitch = pick(kPitches);
+    notes += pick(kDurations) + pitch + (random() % 3 == 0 ? "." : "") +
+             (pitch == "p" ? "" : pick(kOctaves)) + (left > 1 ? "," : "");
+  }
+  return notes;
+}
+
+core::RTTTLMelody Parsed(const std::string& notes) {
+  core::RTTTLMelody melody;
+  melody.Text = "x:d=4,o=5,b=100:" + notes;
+  EXPECT_EQ(core::ParseRTTTL(melody), core::kParsed) << notes;
+  return melody;
+}
+
+TEST(CNokia, ReadsBackWhatTheComposerWriterWrites) {
+  std::mt19937 random(3210);
+  for (int melodies = 0; melodies < 5000; ++melodies) {
+    core::RTTTLMelody melody = Parsed(RandomNotes(random));
+    std::string warnings;
+    const std::string composer = formats::NokiaComposerText(melody, warnings, 4);
+    CNokia converter;
+    converter.SetOriginalText(composer);
+    converter.Convert();
+    ASSERT_EQ(converter.ConversionErrors(), "") << melody.Text;
+    ASSERT_EQ(converter.NoteCount(), melody.Notes.size());
+    const std::string rtttl = converter.ConvertedNotes();
+    const core::RTTTLMelody read = Parsed(rtttl);
+    for (std::size_t i = 0; i < melody.Notes.size(); ++i) {
+      core::RTTTLNote want = melody.Notes[i];
+      const std::string octave(1, static_cast<char>(want.Octave.front() + 1));
+      want.Octave = core::IsPause(want) ? read.DefaultOctave : octave;
+      ASSERT_EQ(read.Notes[i], want) << melody.Text << " note " << i;
+    }
+    converter.ShowType = NoteKind::kComposer;
+    converter.SetOriginalText(rtttl);
+    converter.Convert();
+    ASSERT_EQ(converter.ConvertedNotes() + " ", composer);
+  }
+}
+
+}  // namespace
+}  // namespace tonadex::nokia3210
