@@ -1,0 +1,70 @@
+#include "core/phone_catalogue.h"
+
+#include <gtest/gtest.h>
+
+#include "core/dispatcher/conversion.h"
+#include "tests/core/table.h"
+#include "tests/core/test_melody.h"
+
+namespace tonadex::core {
+namespace {
+
+class NoFile : public SaveFileQuestion {
+ public:
+  std::optional<std::string> AskSaveFile(const SaveRequest& request) override {
+    asked = request.DialogTitle;
+    return std::nullopt;
+  }
+  std::string asked;
+};
+
+// The title behind the melody's name, or the title of the save dialog.
+std::string OutputOf(std::string_view model) {
+  NoFile question;
+  RTTTLMelody melody = test::MelodyOf("c");
+  const auto page = ConvertSelectedMelody(melody, model, "x", question);
+  return page ? std::string(Trim(Mid(page->title, 10))) : question.asked;
+}
+
+// Row, output and the brand that the saved model restores, of the whole catalogue.
+TEST(PhoneCatalogue, EveryRowHasAnOutputAndABrand) {
+  const std::vector<test::Row> table = test::Table("Catalogue");
+  std::vector<std::string> brands = {"kept"};
+  const PhoneCatalogue catalogue = LoadPhoneCatalogue(brands);
+  EXPECT_EQ(brands,
+            (std::vector<std::string>{"kept", "Nokia", "Kyocera", "Samsung", "EMS", "Motorola",
+                                      "Ericsson", "Mitsubishi Trium", "Siemens"}));
+  for (std::size_t i = 0; i < catalogue.rows.size(); ++i) {
+    ASSERT_EQ(catalogue.rows[i], i < table.size() ? table[i][0] : "") << i;
+  }
+  ASSERT_EQ(CatalogueRows().size(), table.size());
+  for (const test::Row& row : table) {
+    const std::string_view model = SplitCatalogueRow(row[0])->model;
+    EXPECT_EQ(ToUtf8(OutputOf(model)), row[1]) << model;
+    const auto brand = RestoredBrand(model);
+    EXPECT_EQ(brand ? std::to_string(*brand) : "", row[2]) << model;
+  }
+}
+
+TEST(PhoneCatalogue, ListsAndRestoresExactly) {
+  std::vector<std::string> ignored;
+  PhoneCatalogue catalogue = LoadPhoneCatalogue(ignored);
+  EXPECT_EQ(ModelsOfBrand(catalogue, "EMS"),
+            (std::vector<std::string_view>{" EMelody", " IMelody"}));
+  EXPECT_EQ(ModelsOfBrand(catalogue, "Nokia").size(), 5u);
+  catalogue.rows[400] = "Nokia^a^b^c";
+  catalogue.rows[401] = "Nokia^a";
+  catalogue.rows[500] = "Nokia^ last^x";
+  EXPECT_EQ(ModelsOfBrand(catalogue, "Nokia").back(), " last");
+  EXPECT_EQ(ModelsOfBrand(catalogue, "Nokia").size(), 6u);
+  for (const std::string_view brand : {"nokia", "Nokia ", "", "Mitsubishi"}) {
+    EXPECT_TRUE(ModelsOfBrand(catalogue, brand).empty()) << brand;
+  }
+  EXPECT_EQ(RestoredBrand(" Pulsaciones Tipo 1"), 2u);
+  EXPECT_EQ(RestoredBrand(" Pulsaciones Tipo 2"), 2u);
+  EXPECT_EQ(RestoredBrand(""), std::nullopt);
+  EXPECT_EQ(RestoredBrand("EMelody"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tonadex::core
