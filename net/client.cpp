@@ -1,0 +1,32 @@
+#include "net/client.h"
+
+#include <utility>
+
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+
+namespace tonadex::net {
+
+using namespace core::literals;
+
+Fetch FetchFrom(platform::HttpGet& http, std::string base) {
+  return [&http, base = std::move(base)](std::string_view path) {
+    try {
+      return http.Get(base + std::string(path));
+    } catch (const platform::TransferError& error) {
+      throw core::RunTimeError(core::ErrorNumber::kTransfer,
+                               std::string(u8"el servidor de melodías no responde ("_w) +
+                                   core::FromUtf8(error.what()) + ")");
+    }
+  };
+}
+
+std::string EscapeSharps(std::string_view text) {
+  std::string escaped(text);
+  core::ReplaceAll(escaped, "#", core::kSharpEscape);
+  return escaped;
+}
+
+}  // namespace tonadex::net

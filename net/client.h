@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "platform/http.h"
+
+// Requests to the melody server.
+namespace tonadex::net {
+
+// Gives the reply to a path of the server (addresses.h). Errors: core::RunTimeError (kTransfer)
+// when no reply came.
+using Fetch = std::function<std::string(std::string_view path)>;
+
+// A Fetch that goes to `base` + path as typed. `http` outlives it.
+Fetch FetchFrom(platform::HttpGet& http, std::string base);
+
+// Texts travel and are stored with "juh9hay" in place of every "#", which would end an address.
+std::string EscapeSharps(std::string_view text);
+
+}  // namespace tonadex::net

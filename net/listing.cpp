@@ -1,0 +1,84 @@
+#include "net/listing.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "core/melody_file.h"
+#include "core/number.h"
+#include "core/runtime_error.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+
+namespace tonadex::net {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::array<std::string_view, kHintCount> kHints = {
+    u8"No se encontró ninguna melodía"_w,
+    u8"Inténtalo de nuevo con menos palabras o quita/pon acentos."_w};
+
+// The text behind the first full stop, which stands in the description of a record that has one
+// there; such a record has no number that can be read.
+std::string_view NumberText(std::string_view record) {
+  const std::ptrdiff_t stop = core::InStr(record, ".");
+  return stop == 0 ? std::string_view() : core::Mid(record, stop + 1);
+}
+
+std::int32_t RecordNumber(std::string_view text) {
+  std::int32_t number = 0;
+  core::SkipErrors([&] { number = core::ToInt32(core::ToNumber(text)); });
+  return number;
+}
+
+// The record with its number cut off and the parenthesis closed. A number that cannot be found
+// within the last characters leaves it as it is.
+std::string CloseRecord(std::string_view record) {
+  std::string closed(record);
+  core::SkipErrors([&] { closed = std::string(core::CutNumber(record)) + ")"; });
+  return closed;
+}
+
+// The stem, when the text has one and its description says the same.
+std::optional<std::string_view> StemLikeDescription(std::string_view text) {
+  const std::ptrdiff_t open = core::InStr(text, " (");
+  if (open == 0) {
+    return std::nullopt;
+  }
+  std::string_view stem = core::Mid(text, open + 2);
+  if (stem.empty()) {
+    return std::nullopt;
+  }
+  stem.remove_suffix(1);
+  return stem == core::Left(text, open - 1) ? std::optional(stem) : std::nullopt;
+}
+
+}  // namespace
+
+std::string_view HintRow(std::size_t index) {
+  return kHints.at(index);
+}
+
+bool IsHintRow(std::string_view row) {
+  return std::ranges::find(kHints, row) != kHints.end();
+}
+
+Listing ParseListing(std::string_view reply, bool stemAlone) {
+  Listing listing;
+  std::size_t end = 0;
+  for (; (end = reply.find(kRecordEnd)) != std::string_view::npos;
+       reply.remove_prefix(end + kRecordEnd.size())) {
+    const std::string_view record = reply.substr(0, end);
+    listing.number = NumberText(record);
+    listing.record = CloseRecord(record);
+    const auto stem = stemAlone ? StemLikeDescription(listing.record) : std::nullopt;
+    listing.rows.push_back(
+        {std::string(stem.value_or(listing.record)), RecordNumber(listing.number)});
+  }
+  listing.rest = reply;
+  return listing;
+}
+
+}  // namespace tonadex::net

@@ -1,0 +1,71 @@
+#include "net/file_name.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "tests/core/table.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::net {
+namespace {
+
+using namespace core::literals;
+using namespace std::string_view_literals;
+
+TEST(IsSafeFileName, AcceptsWhatEveryPlatformHolds) {
+  for (const test::Row& row : test::Table("File names")) {
+    EXPECT_EQ(IsSafeFileName(core::FromUtf8(row[0])), row[1] == "safe") << row[0];
+  }
+  EXPECT_TRUE(IsSafeFileName(std::string(kMaxFileNameBytes, 'a')));
+  EXPECT_FALSE(IsSafeFileName(std::string(kMaxFileNameBytes + 1, 'a')));
+  EXPECT_FALSE(IsSafeFileName(std::string(kMaxFileNameBytes / 2 + 1, '\xF1')));
+  EXPECT_FALSE(IsSafeFileName("vals\0.1"sv));
+}
+
+// Windows holds neither control characters nor these signs in a file name.
+TEST(IsSafeFileName, KnowsEveryCharacter) {
+  std::string refused;
+  for (int code = 0; code < 256; ++code) {
+    const std::string name = {'a', static_cast<char>(code), 'a'};
+    if (!IsSafeFileName(name)) {
+      refused += name[1];
+    }
+  }
+  std::string want;
+  for (char code = 0; code < 32; ++code) {
+    want += code;
+  }
+  want += "\"*/:<>?\\|\x7F\x81\x8D\x8F\x90\x9D";
+  EXPECT_EQ(refused, want);
+}
+
+TEST(StoreFile, ReplacesWholeFilesAndLeavesNothingBeside) {
+  const test::TempFolder folder;
+  folder.Write("vals.120", "a much longer text than the new one");
+  StoreFile(folder.path(), "vals.120", "short\r\n");
+  EXPECT_EQ(folder.Read("vals.120"), "short\r\n");
+  StoreFile(folder.path(), u8"cañón €.1"_w, "x");
+  EXPECT_EQ(folder.Read(core::PathFromText(u8"cañón €.1"_w)), "x");
+  const auto entries = std::filesystem::directory_iterator(folder.path());
+  EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
+}
+
+TEST(StoreFile, FailsWithoutATrace) {
+  const test::TempFolder folder;
+  std::filesystem::create_directories(folder / "inner" / "vals.1");  // a folder is in the way
+  const auto inner = folder / "inner";
+  EXPECT_THROW(StoreFile(inner, "../escaped.1", "x"), core::RunTimeError);
+  EXPECT_THROW(StoreFile(inner, "vals.1", "x"), core::RunTimeError);
+  EXPECT_THROW(StoreFile(folder / "missing", "vals.1", "x"), core::RunTimeError);
+  const auto entries = std::filesystem::recursive_directory_iterator(folder.path());
+  EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
+}
+
+}  // namespace
+}  // namespace tonadex::net

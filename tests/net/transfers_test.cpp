@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "net/client.h"
+#include "net/download.h"
+#include "net/upload.h"
+#include "platform/message_box.h"
+#include "tests/core/table.h"
+#include "tests/support/fakes.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::net {
+namespace {
+
+using platform::Icon;
+
+// The server at "http://s", with what was asked of it.
+struct Server {
+  test::ScriptedHttp http;
+  Fetch fetch = FetchFrom(http, "http://s");
+};
+
+TEST(FetchFrom, TurnsAFailedTransferIntoARunTimeError) {
+  Server server;
+  try {
+    server.fetch("/azar.php");
+    FAIL();
+  } catch (const core::RunTimeError& error) {
+    EXPECT_EQ(error.number, core::ErrorNumber::kTransfer);
+  }
+  EXPECT_EQ(server.http.urls, std::vector<std::string>{"http://s/azar.php"});
+}
+
+TEST(DownloadMelody, StoresTheReplyOrWhatWasHeld) {
+  const std::pair<std::optional<std::string>, std::string> cases[] = {
+      {"x:cjuh9hay", "x:cjuh9hay\r\n"},
+      {"x\n\n", "x\n\r\n"},
+      {"x\r\n", "x\r\r\n"},
+      {"", "\r\n"},
+      {std::nullopt, "before\r\n"}};
+  for (const auto& [reply, stored] : cases) {
+    Server server;
+    server.http.replies = {reply};
+    const test::TempFolder folder;
+    std::string text = "before";
+    EXPECT_EQ(DownloadMelody(server.fetch, folder.path(), "Vals (vals)", 120, text),
+              reply.has_value());
+    EXPECT_EQ(folder.Read("vals.120"), stored);
+    EXPECT_EQ(server.http.urls, std::vector<std::string>{"http://s/tonos/vals.120"});
+  }
+}
+
+TEST(DownloadMelody, StoresNothingOutsideTheFolder) {
+  Server server;
+  server.http.replies.assign(3, "x");
+  const test::TempFolder folder;
+  std::filesystem::create_directory(folder / "melodias");
+  std::string text;
+  for (const std::string_view row : {"a (../evil)", "a (CON)", "../evil"}) {
+    EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", row, 1, text));
+  }
+  EXPECT_EQ(server.http.urls.front(), "http://s/tonos/../evil.1");
+  EXPECT_TRUE(std::filesystem::is_empty(folder / "melodias"));
+  EXPECT_EQ(folder.Read("evil.1"), "(none)");
+}
+
+struct Outcome {
+  UploadResult result;
+  std::string_view box;
+  Icon icon;
+};
+const std::map<std::string, Outcome> kOutcomes = {
+    {"sent",
+     {UploadResult::kSent, "Melodia subida correctamente. Gracias por colaborar con Tonadex.",
+      Icon::kInformation}},
+    {"there",
+     {UploadResult::kAlreadyThere,
+      "La melodia NO se ha subido, pues ya existia en nuestro servidor.", Icon::kInformation}},
+    {"invalid",
+     {UploadResult::kNotValid, "La melodia Tema NO es una melodia RTTTL valida.",
+      Icon::kExclamation}},
+    {"stop",
+     {UploadResult::kStopInName,
+      "La melodia NO se ha subido, pues no puede contener puntos en su nombre.", Icon::kNone}}};
+
+TEST(UploadMelody, ChecksAndSends) {
+  for (const test::Row& row : test::Table("Uploads")) {
+    SCOPED_TRACE(row[1]);
+    Server server;
+    server.http.replies = {core::FromUtf8(row[2]), "ERROR"};
+    platform::RecordingMessages boxes;
+    const platform::ScopedMessageSink sink(boxes);
+    std::string text = core::FromUtf8(row[1]), listing;
+    const auto result = UploadMelody(server.fetch, core::FromUtf8(row[0]), text, listing);
+    const Outcome& want = kOutcomes.at(row[3]);
+    EXPECT_EQ(result, want.result);
+    EXPECT_EQ(boxes.messages,
+              (std::vector<platform::Message>{{std::string(want.box), "Tonadex", want.icon}}));
+    std::vector<std::string> urls = {"http://s/todoslostonos.php"};
+    if (want.result == UploadResult::kSent) {
+      urls.push_back("http://s/uploadertonos.php?filename=" + core::FromUtf8(row[4]) +
+                     "&contents=" + text);
+    }
+    EXPECT_EQ(server.http.urls, urls);
+    EXPECT_EQ(text, core::FromUtf8(row[5].empty() ? row[1] : row[5]));
+    EXPECT_EQ(listing, row[2]);
+  }
+}
+
+// Each sign that would break the address, in the text and in the name.
+TEST(IsUploadable, RefusesWhatBreaksAnAddress) {
+  for (const char sign : std::string_view("/\\?'&")) {
+    const std::string text = "T:d=4,o=5,b=100:c";
+    EXPECT_TRUE(IsUploadable(text, "T.17"));
+    EXPECT_FALSE(IsUploadable(text + sign, "T.18")) << sign;
+    EXPECT_FALSE(IsUploadable(text, std::string("T") + sign + ".17")) << sign;
+  }
+}
+
+TEST(UploadMelody, LetsAFailedRequestThrough) {
+  Server server;
+  platform::RecordingMessages boxes;
+  const platform::ScopedMessageSink sink(boxes);
+  std::string text = "T:d=4,o=5,b=100:c";
+  std::string listing = "before";
+  EXPECT_THROW(UploadMelody(server.fetch, "T", text, listing), core::RunTimeError);
+  server.http.replies = {std::string()};
+  EXPECT_THROW(UploadMelody(server.fetch, "T", text, listing), core::RunTimeError);
+  EXPECT_EQ(server.http.urls.size(), 3u);
+  EXPECT_TRUE(boxes.messages.empty());
+}
+
+}  // namespace
+}  // namespace tonadex::net
