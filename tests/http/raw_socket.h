@@ -1,0 +1,67 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+// Sockets on the loopback address that say exactly what a test wants them to say.
+namespace tonadex::test {
+
+class RawSocket {
+ public:
+  explicit RawSocket(int handle) : handle_(handle) {}
+  RawSocket(RawSocket&& other) noexcept : handle_(other.handle_) { other.handle_ = -1; }
+  RawSocket(const RawSocket&) = delete;
+  RawSocket& operator=(const RawSocket&) = delete;
+  ~RawSocket();
+
+  static RawSocket Connect(std::uint16_t port);
+
+  // False once the other side has hung up.
+  bool Send(std::string_view bytes) const;
+  void EndSending() const;
+  // What comes until `end` has come, the other side ends or nothing came for 20 s.
+  std::string ReadUntil(std::string_view end) const;
+  std::string ReadAll() const { return ReadUntil({}); }
+  int handle() const { return handle_; }
+
+ private:
+  int handle_;
+};
+
+// Accepts connections one after the other, reads a request from each and lets `answer` talk.
+class RawServer {
+ public:
+  using Answer = std::function<void(const RawSocket& client)>;
+  explicit RawServer(Answer answer);
+  ~RawServer();
+  RawServer(const RawServer&) = delete;
+  RawServer& operator=(const RawServer&) = delete;
+
+  std::uint16_t port() const { return port_; }
+  std::string Base() const { return "http://127.0.0.1:" + std::to_string(port_); }
+  // First lines of the requests so far.
+  std::vector<std::string> RequestLines();
+
+ private:
+  void Run();
+
+  Answer answer_;
+  std::uint16_t port_ = 0;
+  int listener_;
+  std::atomic<bool> ending_{false};
+  std::mutex mutex_;
+  std::vector<std::string> lines_;
+  std::thread thread_;
+};
+
+// A listening socket of `backlog`; gives its handle and sets the port.
+int ListenOnLoopback(int backlog, std::uint16_t& port);
+
+}  // namespace tonadex::test
