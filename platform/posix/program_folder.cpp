@@ -1,0 +1,142 @@
+#include "platform/posix/program_folder.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "core/melody_file.h"
+#include "platform/posix/atomic_file.h"
+#include "platform/posix/user_folders.h"
+
+namespace tonadex::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Copied on the first start; the second list again with a newer version.
+constexpr std::array<std::string_view, 4> kFiles = {"ver.dat", "print.rtf", "TONADEX.HLP",
+                                                    "noactualiza.tdx"};
+constexpr std::array<std::string_view, 2> kRenewed = {"ver.dat", "TONADEX.HLP"};
+constexpr std::string_view kMelodies = "melodias";
+
+// Holds the ver.dat of the data that was copied last.
+constexpr std::string_view kMarker = ".tonadex-datos";
+
+constexpr std::size_t kMaxFileBytes = std::size_t{16} << 20;
+
+bool Copy(const fs::path& from, const fs::path& to) {
+  const auto bytes = ReadSmallFile(from, kMaxFileBytes);
+  return bytes && WriteAtomically(to, *bytes, Durability::kRename);
+}
+
+bool CopyMissing(const fs::path& from, const fs::path& to) {
+  std::error_code failure;
+  const bool there = fs::exists(fs::symlink_status(to, failure));
+  return there || !fs::exists(from, failure) || Copy(from, to);
+}
+
+std::vector<fs::path> FilesOf(const fs::path& folder) {
+  std::vector<fs::path> files;
+  std::error_code failure;
+  for (fs::directory_iterator at(folder, failure), end; !failure && at != end;
+       at.increment(failure)) {
+    if (at->is_regular_file(failure)) {
+      files.push_back(at->path());
+    }
+  }
+  return files;
+}
+
+bool CopyAllMissing(const fs::path& folder, const fs::path& installed) {
+  bool done = true;
+  for (const std::string_view name : kFiles) {
+    done &= CopyMissing(installed / name, folder / name);
+  }
+  std::error_code failure;
+  fs::create_directories(folder / kMelodies, failure);
+  for (const fs::path& melody : FilesOf(installed / kMelodies)) {
+    done &= CopyMissing(melody, folder / kMelodies / melody.filename());
+  }
+  return done && !failure;
+}
+
+bool Renew(const fs::path& folder, const fs::path& installed) {
+  bool done = true;
+  for (const std::string_view name : kRenewed) {
+    std::error_code failure;
+    done &= !fs::exists(installed / name, failure) || Copy(installed / name, folder / name);
+  }
+  return done;
+}
+
+// The numbers in a version text: 1, 0, 12 for "1.0.12". Figures that no version has are cut.
+std::vector<int> VersionNumbers(std::string_view text) {
+  std::vector<int> numbers;
+  bool within = false;
+  for (const char c : text) {
+    const bool digit = c >= '0' && c <= '9';
+    if (digit && !within) {
+      numbers.push_back(0);
+    }
+    if (digit && numbers.back() < 1'000'000) {
+      numbers.back() = numbers.back() * 10 + (c - '0');
+    }
+    within = digit;
+  }
+  return numbers;
+}
+
+}  // namespace
+
+fs::path ProgramFolderPath() {
+  std::error_code failure;
+  if (const char* chosen = std::getenv("TONADEX_HOME"); chosen != nullptr && *chosen != '\0') {
+    const fs::path folder = fs::absolute(chosen, failure);
+    return failure ? fs::path(chosen) : folder;
+  }
+  const fs::path data = DataFolder();
+  return (data.empty() ? core::PathFromText(PrivateTempFolder()) : data) / "tonadex";
+}
+
+fs::path InstalledData() {
+  std::error_code failure;
+  const fs::path executable = fs::read_symlink("/proc/self/exe", failure);
+  fs::path beside = executable.parent_path().parent_path() / "share" / "tonadex";
+  if (!failure && fs::is_regular_file(beside / "ver.dat", failure)) {
+    return beside;
+  }
+  fs::path built = TONADEX_DATA_DIR;
+  return fs::is_regular_file(built / "ver.dat", failure) ? built : fs::path();
+}
+
+bool SeedProgramFolder(const fs::path& folder, const fs::path& installed) {
+  std::error_code failure;
+  fs::create_directories(folder, failure);
+  if (failure || fs::equivalent(folder, installed, failure)) {
+    return !failure;
+  }
+  const auto version = ReadSmallFile(installed / "ver.dat", kMaxFileBytes);
+  if (!version) {
+    return false;
+  }
+  const fs::path marker = folder / kMarker;
+  const auto seeded = ReadSmallFile(marker, kMaxFileBytes);
+  if (seeded && VersionNumbers(*version) <= VersionNumbers(*seeded)) {
+    return true;
+  }
+  const bool done = seeded ? Renew(folder, installed) : CopyAllMissing(folder, installed);
+  return done && WriteAtomically(marker, *version, Durability::kRename);
+}
+
+fs::path PrepareProgramFolder() {
+  fs::path folder = ProgramFolderPath();
+  SeedProgramFolder(folder, InstalledData());  // without it the program runs all the same
+  return folder;
+}
+
+}  // namespace tonadex::platform

@@ -1,0 +1,90 @@
+#include "platform/sound/fluid_engine.h"
+
+#include <dlfcn.h>
+
+#include <array>
+#include <cstdint>
+#include <fstream>
+#include <mutex>
+#include <string_view>
+#include <system_error>
+
+namespace tonadex::platform {
+namespace {
+
+// A lone voice may be louder than the share that FluidSynth gives each of many.
+constexpr double kGain = 0.8;
+
+using AlsaErrorHandler = void (*)(const char*, int, const char*, int, const char*, ...);
+
+void IgnoreAlsaError(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
+                     const char* /*format*/, ...) {}
+
+// Whether the file is a whole soundfont (versions 2 and 3). FluidSynth tells too, but then a
+// library below it prints.
+bool IsSoundFont(const std::filesystem::path& file) {
+  std::error_code failure;
+  if (!std::filesystem::is_regular_file(file, failure)) {
+    return false;
+  }
+  std::array<char, 12> head{};
+  std::ifstream(file, std::ios::binary).read(head.data(), head.size());
+  const std::string_view text(head.data(), head.size());
+  std::uintmax_t length = 8;  // of the file, from the little-endian length of the rest
+  for (unsigned i = 0; i < 4; ++i) {
+    length += static_cast<std::uintmax_t>(static_cast<unsigned char>(head[4 + i])) << (8 * i);
+  }
+  return text.starts_with("RIFF") && text.ends_with("sfbk") &&
+         length <= std::filesystem::file_size(file, failure);
+}
+
+}  // namespace
+
+void SilenceLibraries() {
+  static std::once_flag once;
+  std::call_once(once, [] {
+    for (int level = FLUID_PANIC; level < LAST_LOG_LEVEL; ++level) {
+      fluid_set_log_function(level, nullptr, nullptr);
+    }
+    // ALSA complains on its own. It comes with FluidSynth, where that was built with it.
+    if (void* found = ::dlsym(RTLD_DEFAULT, "snd_lib_error_set_handler")) {
+      reinterpret_cast<int (*)(AlsaErrorHandler)>(found)(IgnoreAlsaError);
+    }
+  });
+}
+
+FluidEngine MakeEngine(const std::vector<std::filesystem::path>& soundFonts,
+                       const std::string& midiBytes) {
+  SilenceLibraries();
+  FluidEngine engine;
+  engine.settings.reset(new_fluid_settings());
+  if (!engine.settings) {
+    return engine;
+  }
+  fluid_settings_t* settings = engine.settings.get();
+  fluid_settings_setnum(settings, "synth.gain", kGain);
+  fluid_settings_setnum(settings, "synth.sample-rate", kSampleRate);
+  // The player counts samples, not time. Without a hall, silence is silent at once.
+  fluid_settings_setstr(settings, "player.timing-source", "sample");
+  fluid_settings_setint(settings, "synth.reverb.active", 0);
+  fluid_settings_setint(settings, "synth.chorus.active", 0);
+  engine.synth.reset(new_fluid_synth(settings));
+  if (!engine.synth) {
+    return engine;
+  }
+  for (const std::filesystem::path& file : soundFonts) {
+    if (IsSoundFont(file) &&
+        fluid_synth_sfload(engine.synth.get(), file.c_str(), 1) != FLUID_FAILED) {
+      engine.soundFontLoaded = true;
+      break;
+    }
+  }
+  engine.player.reset(new_fluid_player(engine.synth.get()));
+  if (engine.player &&
+      fluid_player_add_mem(engine.player.get(), midiBytes.data(), midiBytes.size()) != FLUID_OK) {
+    engine.player.reset();
+  }
+  return engine;
+}
+
+}  // namespace tonadex::platform

@@ -1,0 +1,84 @@
+// What the sequencer plays in real time, through a device that writes down what it hears.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <optional>
+#include <thread>
+
+#include "platform/sound/fluid_sequencer.h"
+#include "tests/platform/rendered_sound.h"
+#include "tests/platform/sounding_melody.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::platform {
+namespace {
+
+class LiveSoundTest : public testing::Test {
+ protected:
+  void Play(std::string_view melody) {
+    ASSERT_EQ(test::WriteMelody(folder / "m.mid", melody), midi::kMidiWritten);
+    sequencer.emplace(SoundOptions{{"pipewire", "file:" + (folder / "heard.raw").string()},
+                                   SoundOptionsFromEnvironment().soundFonts});
+    EXPECT_EQ(
+        sequencer->SendString("open " + (folder / "m.mid").string() + " type sequencer alias mR2M"),
+        0);
+    EXPECT_EQ(sequencer->SendString("play mR2M notify"), 0);
+  }
+  void WaitUntil(double positionMs) {
+    for (int i = 0; i < 5000 && sequencer->PositionMs().value_or(0) < positionMs; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    ASSERT_GE(sequencer->PositionMs().value_or(0), positionMs);
+  }
+  // Everything heard, from the first sound on.
+  std::vector<double> Heard() const {
+    std::vector<double> samples = test::ReadSamples(folder / "heard.raw", 0);
+    const auto sounds = [](double sample) { return std::abs(sample) > 0.002; };
+    samples.erase(samples.begin(), std::find_if(samples.begin(), samples.end(), sounds));
+    return samples;
+  }
+
+  test::TempFolder folder;
+  std::optional<FluidSequencer> sequencer;
+};
+
+TEST_F(LiveSoundTest, NotesComeInTimeWithThePosition) {
+  Play("x:d=8,o=5,b=100:c,e,g");  // ten ticks of 31.25 ms each
+  WaitUntil(1100);
+  const double position = sequencer->PositionMs().value();
+  EXPECT_NEAR(test::LengthMs(Heard()), position, 150);
+  sequencer.reset();
+  const std::vector<test::HeardNote> notes = test::HearNotes(Heard());
+  ASSERT_EQ(notes.size(), 3u);
+  constexpr int kPitches[] = {60, 64, 67};
+  for (std::size_t i = 0; i < notes.size(); ++i) {
+    EXPECT_EQ(notes[i].pitch, kPitches[i]);
+    EXPECT_NEAR(notes[i].start, static_cast<double>(i) * 312.5, 40);
+  }
+}
+
+TEST_F(LiveSoundTest, CloseSilencesAtOnce) {
+  Play("x:d=1,o=5,b=60:c,c,c");
+  WaitUntil(400);
+  EXPECT_GT(test::Loudness(Heard(), 100, 200), 0.01);
+  EXPECT_FALSE(sequencer->IsSilent());
+  EXPECT_EQ(sequencer->SendString("close mR2M"), 0);
+  const double heard = test::LengthMs(Heard());
+  sequencer.reset();  // gives the device back
+  const std::vector<double> all = Heard();
+  EXPECT_LT(test::LengthMs(all), heard + 150);
+  EXPECT_LT(test::Loudness(all, heard + 20, 200), 0.0005);
+}
+
+TEST_F(LiveSoundTest, CloseWhileStartingKeepsItSilent) {
+  Play("x:d=1,o=5,b=60:c,c,c");
+  EXPECT_EQ(sequencer->SendString("close mR2M"), 0);
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  sequencer.reset();
+  EXPECT_EQ(test::LengthMs(Heard()), 0);
+}
+
+}  // namespace
+}  // namespace tonadex::platform

@@ -1,0 +1,85 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+#include "cli/context.h"
+#include "tests/platform/environment.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::cli {
+namespace {
+
+constexpr const char* kSilentNote =
+    "tonadex-cli: sin dispositivo de sonido, la melodía corre en silencio\n";
+
+struct Outcome {
+  int code = 0;
+  std::string out, err;
+  friend bool operator==(const Outcome&, const Outcome&) = default;
+};
+void PrintTo(const Outcome& outcome, std::ostream* os) {
+  *os << outcome.code << " out=" << outcome.out << " err=" << outcome.err;
+}
+
+class ReproducirTest : public testing::Test {
+ protected:
+  Outcome Play(const std::string& melody, std::vector<const char*> arguments = {}) const {
+    arguments.insert(arguments.begin(), {"tonadex-cli", "reproducir", "-"});
+    std::istringstream in(melody);
+    std::ostringstream out, err;
+    const int code = cli::Run(static_cast<int>(arguments.size()), arguments.data(), in, out, err);
+    return {code, out.str(), err.str()};
+  }
+
+  const test::TempFolder folder;
+  const test::ScopedVariable runtime{"XDG_RUNTIME_DIR", folder.path().string()};
+  const test::ScopedVariable sound{"TONADEX_SOUND", "ninguno"};
+};
+
+TEST_F(ReproducirTest, PlaysToTheEndAndTellsWhatIsWrong) {
+  EXPECT_EQ(Play("Vals:d=16,o=5,b=225:c,cjuh9hay,e"),
+            (Outcome{0, "Reproduciendo Vals\n", kSilentNote}));
+  EXPECT_EQ(Play("Vals:d=16,o=5,b=225:c,4,e"),
+            (Outcome{1, "Reproduciendo Vals\n",
+                     std::string("-: Error encontrado al separar la nota #2\n"
+                                 "Comprueba que el RTTL sea correcto\n\n"
+                                 "Asegurate también de que no hay dos\ncomas (,,) consecutivas\n") +
+                         kSilentNote}));
+  const Outcome noTempo = Play("Vals:d=16,o=5,b=0:c");
+  EXPECT_EQ(noTempo.code, 1);
+  EXPECT_EQ(noTempo.out, "");
+  EXPECT_TRUE(std::filesystem::is_empty(folder / "tonadex"));  // the MIDI file is gone
+}
+
+TEST_F(ReproducirTest, InterruptEndsItAtOnce) {
+  for (const int signal : {SIGINT, SIGTERM}) {
+    const auto begun = std::chrono::steady_clock::now();
+    std::thread user([signal] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(400));
+      ::kill(::getpid(), signal);
+    });
+    EXPECT_EQ(Play("Largo:d=1,o=5,b=60:c,c,c").code, 130);
+    user.join();
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(1500));
+  }
+}
+
+TEST_F(ReproducirTest, WritesASoundFileOnlyForAWholeMelody) {
+  const std::string good = (folder / "bien.wav").string(), bad = (folder / "mal.wav").string();
+  const std::string nowhere = (folder / "no/m.wav").string();
+  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", good.c_str()}), (Outcome{}));
+  EXPECT_GT(std::filesystem::file_size(good), 10'000u);
+  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c,4", {"--wav", bad.c_str()}).code, 1);
+  EXPECT_FALSE(std::filesystem::exists(bad));
+  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", nowhere.c_str()}),
+            (Outcome{3, "",
+                     "tonadex-cli: " + nowhere + ": no se puede escribir el fichero de sonido\n"}));
+}
+
+}  // namespace
+}  // namespace tonadex::cli

@@ -1,0 +1,93 @@
+#include "platform/sound/render_to_wav.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "midi/note_times.h"
+#include "tests/platform/rendered_sound.h"
+#include "tests/platform/sounding_melody.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::platform {
+namespace {
+
+constexpr std::size_t kWavHeader = 44;
+
+class RenderToWavTest : public testing::Test {
+ protected:
+  RenderResult Render(std::string_view melody, std::int16_t instrument = test::kPiano) {
+    EXPECT_EQ(test::WriteMelody(folder / "m.mid", melody, instrument), midi::kMidiWritten);
+    const RenderResult result = RenderToWav(folder / "m.mid", folder / "m.wav");
+    samples = test::ReadSamples(folder / "m.wav", kWavHeader);
+    return result;
+  }
+
+  test::TempFolder folder;
+  std::vector<double> samples;
+};
+
+// Rests of three whole notes are 231 ticks, of which a delta byte keeps 103; a pause at the end is
+// not in the file.
+TEST_F(RenderToWavTest, EveryNoteHasItsPitchAndItsTimes) {
+  for (const std::string_view text :
+       {test::kMelody, std::string_view("x:d=4,o=5,b=100:2.c,1p,1p,1p,e,2p,8g#,1p")}) {
+    SCOPED_TRACE(text);
+    ASSERT_EQ(Render(text), RenderResult::kDone);
+    core::RTTTLMelody melody;
+    melody.Text = text;
+    ASSERT_EQ(core::ParseRTTTL(melody), core::kParsed);
+    std::vector<midi::NoteTime> want = midi::NoteTimes(melody);
+    std::erase_if(want, [](const auto& time) { return time.number == midi::kPauseNumber; });
+    const std::vector<test::HeardNote> heard = test::HearNotes(samples);
+    ASSERT_EQ(heard.size(), want.size());
+    for (std::size_t i = 0; i < heard.size(); ++i) {
+      EXPECT_EQ(heard[i].pitch, want[i].number) << i;
+      EXPECT_NEAR(heard[i].start, want[i].start, 25) << i;
+      const double end = want[i].end;
+      if (i + 1 == want.size() || want[i + 1].start > end + 30) {
+        EXPECT_NEAR(heard[i].start + heard[i].length, end, 250) << i;
+        EXPECT_LT(test::Loudness(samples, end + 40, 20), test::Loudness(samples, end - 40, 40));
+      }
+    }
+    // The file ends when the last note has faded, not before and not much later.
+    EXPECT_GT(test::LengthMs(samples), want.back().end);
+    EXPECT_LT(test::LengthMs(samples), want.back().end + 3000);
+  }
+}
+
+TEST_F(RenderToWavTest, TheInstrumentOfTheProgramIsHeardWithoutDistortion) {
+  ASSERT_EQ(Render("x:d=8,o=6,b=225:c,e,g,c7,c,e,g,c7,1p,c", 99), RenderResult::kDone);
+  const double loudest = *std::max_element(samples.begin(), samples.end());
+  EXPECT_GT(loudest, 0.2);
+  EXPECT_LT(loudest, 0.95);
+}
+
+TEST_F(RenderToWavTest, OddMelodiesEnd) {
+  for (const std::string_view melody :
+       {"x:d=4,o=5,b=0:c,d", "x:d=4,o=5,b=100:p", "x:d=4,o=5,b=100:3c"}) {
+    EXPECT_EQ(Render(melody), RenderResult::kDone) << melody;
+    EXPECT_LT(test::LengthMs(samples), 10'000) << melody;
+  }
+}
+
+TEST_F(RenderToWavTest, AFailureLeavesTheFileThatWasThere) {
+  ASSERT_EQ(test::WriteMelody(folder / "m.mid"), midi::kMidiWritten);
+  folder.Write("text.mid", "no music");
+  folder.Write("old.wav", "old");
+  folder.Write("cut.sf2", std::string("RIFF\xFF\0\0\0sfbk", 12) + "LIST");
+  const SoundOptions broken = {{}, {"/nowhere.sf2", folder / "text.mid", folder / "cut.sf2"}};
+  testing::internal::CaptureStderr();
+  const auto old = folder / "old.wav";
+  EXPECT_EQ(RenderToWav(folder / "none.mid", old), RenderResult::kNoMidiFile);
+  EXPECT_EQ(RenderToWav(folder / "text.mid", old), RenderResult::kNoMidiFile);
+  EXPECT_EQ(RenderToWav(folder / "m.mid", old, broken), RenderResult::kNoSoundFont);
+  EXPECT_EQ(RenderToWav(folder / "m.mid", folder / "no/m.wav"), RenderResult::kWriteFailed);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(folder.Read("old.wav"), "old");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 4);
+}
+
+}  // namespace
+}  // namespace tonadex::platform

@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "platform/sound/fluid_sequencer.h"
+#include "tests/platform/environment.h"
+#include "tests/platform/sounding_melody.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::platform {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double MsSince(Clock::time_point begun) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - begun).count();
+}
+
+bool WaitFor(const std::function<bool()>& condition) {
+  const Clock::time_point begun = Clock::now();
+  while (!condition()) {
+    if (MsSince(begun) > 10'000) {
+      return false;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  return true;
+}
+
+class FluidSequencerTest : public testing::Test {
+ protected:
+  FluidSequencerTest() { EXPECT_EQ(test::WriteMelody(file), midi::kMidiWritten); }
+  std::string OpenCommand(const std::string& name) const {
+    return "open " + name + " type sequencer alias mR2M";
+  }
+  static SoundOptions Drivers(std::vector<std::string> drivers) {
+    return {std::move(drivers), SoundOptionsFromEnvironment().soundFonts};
+  }
+
+  test::TempFolder folder;
+  const std::filesystem::path file = folder / "m.mid";
+};
+
+TEST_F(FluidSequencerTest, AnswersCommandsWithTheirNumbers) {
+  std::filesystem::create_directory(folder / "con blanco");
+  std::filesystem::copy(file, folder / "con blanco/m.mid");
+  std::filesystem::copy(file, folder / "a\u00f1o\u20ac.mid");
+  const std::string base = folder.path().string();
+  const std::pair<std::string, int> script[] = {
+      {"play mR2M notify", 263},
+      {"close mR2M", 263},
+      {OpenCommand(base + "/none.mid"), 275},
+      {OpenCommand(base), 275},
+      {OpenCommand(base + "/con blanco/m.mid"), 261},
+      {OpenCommand("\"" + base + "/con blanco/m.mid\""), 261},
+      {"play mR2M notify", 263},
+      {OpenCommand(base + "/a\xF1o\x80.mid"), 0},
+      {OpenCommand(base + "/m.mid"), 289},
+      {"play otro notify", 263},
+      {"close otro", 263},
+      {"play mR2M notify", 0},
+      {"play mR2M notify", 0},
+      {"close mR2M", 0},
+      {"close mR2M", 263},
+      {"", 261},
+      {"status mR2M", 261},
+  };
+  FluidSequencer sequencer(Drivers({"file"}));
+  for (const auto& [command, want] : script) {
+    EXPECT_EQ(sequencer.SendString(command), want) << command;
+  }
+}
+
+TEST_F(FluidSequencerTest, WithoutSoundTheClockStandsInAndNothingIsPrinted) {
+  const SoundOptions noFont = {{"file"}, {"/nowhere.sf2"}};
+  const test::ScopedVariable off("TONADEX_SOUND", "ninguno");
+  for (const SoundOptions& options :
+       {noFont, Drivers({"pipewire", "oss", "none such"}), SoundOptionsFromEnvironment()}) {
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    {
+      FluidSequencer sequencer(options);
+      EXPECT_EQ(sequencer.SendString(OpenCommand(file.string())), 0);
+      EXPECT_EQ(sequencer.PositionMs(), std::nullopt);
+      EXPECT_EQ(sequencer.SendString("play mR2M notify"), 0);
+      EXPECT_TRUE(WaitFor([&] { return sequencer.PositionMs() > 50; }));
+      EXPECT_TRUE(sequencer.IsSilent());
+      const Clock::time_point begun = Clock::now();
+      const double before = sequencer.PositionMs().value();
+      std::this_thread::sleep_for(std::chrono::milliseconds(30));
+      EXPECT_NEAR(sequencer.PositionMs().value() - before, MsSince(begun), 20);
+      EXPECT_EQ(sequencer.SendString("close mR2M"), 0);
+      EXPECT_EQ(sequencer.PositionMs(), std::nullopt);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  }
+}
+
+// Whatever devices this machine has, or has not.
+TEST_F(FluidSequencerTest, TheUsualDriversNeitherHangNorPrint) {
+  const test::ScopedVariable automatic("TONADEX_SOUND", "auto");
+  testing::internal::CaptureStderr();
+  const Clock::time_point begun = Clock::now();
+  {
+    FluidSequencer sequencer;
+    sequencer.SendString(OpenCommand(file.string()));
+    sequencer.SendString("play mR2M notify");
+    EXPECT_TRUE(WaitFor([&] { return sequencer.PositionMs() > 20; }));
+  }
+  EXPECT_LT(MsSince(begun), 4000);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+// The orders of an impatient user: none may wait for the device or for the playback before.
+TEST_F(FluidSequencerTest, OrdersNeverWait) {
+  FluidSequencer sequencer(Drivers({"file"}));
+  for (int i = 0; i < 20; ++i) {
+    for (const std::string& command :
+         {OpenCommand(file.string()), std::string("play mR2M notify"), std::string("close mR2M")}) {
+      if (i % 4 == 0 && command.starts_with("close")) {
+        ASSERT_TRUE(WaitFor([&] { return sequencer.PositionMs() > 0; }));
+      }
+      const Clock::time_point begun = Clock::now();
+      ASSERT_EQ(sequencer.SendString(command), 0) << command;
+      EXPECT_LT(MsSince(begun), 250) << command;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tonadex::platform

@@ -1,0 +1,114 @@
+#include "platform/posix/settings_file.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "tests/platform/environment.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::platform {
+namespace {
+
+constexpr std::string_view kKey = "tonadex\\";
+
+std::string Query(SettingsFile& settings, std::string_view name = "modelo") {
+  const auto value = settings.QueryValue(kHkeyClassesRoot, kKey, name);
+  return value ? (value->type == kRegSz ? "=" : "?") + value->data : "none";
+}
+
+bool Set(SettingsFile& settings, std::string_view data, std::string_view name = "modelo") {
+  return settings.SetValue(kHkeyClassesRoot, kKey, name, {kRegSz, std::string(data)});
+}
+
+TEST(SettingsFile, KeepsEveryTextByteForByteInReadableUtf8) {
+  const test::TempFolder folder;
+  const auto file = folder / "a/b/ajustes.ini";
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) {
+    all += static_cast<char>(byte);
+  }
+  for (const std::string& text : {std::string(" Nokia 3310 "), std::string(), all, all + all}) {
+    SettingsFile written(file);
+    ASSERT_TRUE(Set(written, text));
+    SettingsFile read(file);
+    EXPECT_EQ(Query(read), "=" + text);
+  }
+  SettingsFile settings(file);
+  ASSERT_TRUE(Set(settings, " caf\xE9 \x80 \"x\" \\ \x81\n"));
+  ASSERT_TRUE(settings.SetValue(0x80000001, "otra", "n", {kRegSz, "1"}));
+  ASSERT_TRUE(Set(settings, "2", "segundo"));
+  EXPECT_EQ(folder.Read("a/b/ajustes.ini"),
+            "[HKEY_CLASSES_ROOT\\tonadex\\]\n"
+            "\"modelo\"=\" café € \\\"x\\\" \\\\ \\x81\\x0A\"\n"
+            "[HKEY_80000001\\otra]\n\"n\"=\"1\"\n"
+            "[HKEY_CLASSES_ROOT\\tonadex\\]\n\"segundo\"=\"2\"\n");
+  EXPECT_EQ(Query(settings, "segundo"), "=2");
+  EXPECT_FALSE(settings.SetValue(kHkeyClassesRoot, kKey, "modelo", {3, "binary"}));
+}
+
+TEST(SettingsFile, WhatCannotBeReadIsMissingAndIsWrittenAnew) {
+  const std::string good = "[HKEY_CLASSES_ROOT\\tonadex\\]\n\"modelo\"=\"KWS\"\n";
+  const std::string open = good.substr(0, good.size() - 2);  // before the closing quotation mark
+  const std::pair<std::string, std::string> cases[] = {
+      {"", "none"},
+      {"# nota\r\n\r\n" + open + "\"\r\n", "=KWS"},
+      {open + "\"", "=KWS"},
+      {"[HKEY_CLASSES_ROOT\\otra\\]\n\"modelo\"=\"KWS\"\n", "none"},
+      {"\"modelo\"=\"KWS\"\n", "none"},
+      {open, "none"},
+      {open + "\\x8", "none"},
+      {open + "\\q\"\n", "none"},
+      {good + "\xE9\n", "none"},
+      {good + std::string(kMaxSettingsBytes - good.size(), '#'), "=KWS"},
+      {good + std::string(kMaxSettingsBytes - good.size() + 1, '#'), "none"},
+  };
+  for (const auto& [bytes, want] : cases) {
+    const test::TempFolder folder;
+    folder.Write("f", bytes);
+    SettingsFile settings(folder / "f");
+    EXPECT_EQ(Query(settings), want) << bytes.substr(0, 80);
+    EXPECT_TRUE(Set(settings, "0"));
+    EXPECT_EQ(Query(settings), "=0") << bytes.substr(0, 80);
+  }
+}
+
+TEST(SettingsFile, AFailureLeavesTheOldFileAndNothingElse) {
+  const test::TempFolder folder;
+  folder.Write("f", "old");
+  SettingsFile inAFile(folder / "f/ajustes.ini");  // its folder is a file
+  EXPECT_FALSE(Set(inAFile, "x"));
+  SettingsFile tooLong(folder / "f");
+  EXPECT_FALSE(Set(tooLong, std::string(kMaxSettingsBytes, 'x')));
+  EXPECT_EQ(folder.Read("f"), "old");
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  SettingsFile pipe(folder / "pipe");
+  EXPECT_EQ(Query(pipe), "none");  // and does not wait for a writer
+  std::filesystem::create_directory(folder / "d");
+  SettingsFile directory(folder / "d");
+  EXPECT_FALSE(Set(directory, "x"));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 3);
+}
+
+TEST(SettingsFile, ALinkedFileStaysALink) {
+  const test::TempFolder folder;
+  folder.Write("real/f", "");
+  std::filesystem::create_symlink(folder / "real/f", folder / "link");
+  SettingsFile settings(folder / "link");
+  ASSERT_TRUE(Set(settings, "1"));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+  EXPECT_EQ(folder.Read("real/f"), "[HKEY_CLASSES_ROOT\\tonadex\\]\n\"modelo\"=\"1\"\n");
+}
+
+TEST(SettingsFile, LiesInTheConfigurationFolder) {
+  const test::ScopedVariable home("HOME", "/casa");
+  for (const std::optional<std::string>& unusable :
+       {std::optional<std::string>(), std::optional<std::string>("relative")}) {
+    const test::ScopedVariable config("XDG_CONFIG_HOME", unusable);
+    EXPECT_EQ(SettingsFile::DefaultPath(), "/casa/.config/tonadex/ajustes.ini");
+  }
+  const test::ScopedVariable config("XDG_CONFIG_HOME", "/x y");
+  EXPECT_EQ(SettingsFile::DefaultPath(), "/x y/tonadex/ajustes.ini");
+}
+
+}  // namespace
+}  // namespace tonadex::platform
