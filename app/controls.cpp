@@ -1,0 +1,51 @@
+#include "app/controls.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tonadex::app {
+
+std::string_view Control::SelectedText() const {
+  return listIndex < 0 || std::cmp_greater_equal(listIndex, rows.size())
+             ? std::string_view()
+             : rows[static_cast<std::size_t>(listIndex)].text;
+}
+
+std::int32_t Control::SelectedData() const {
+  return listIndex < 0 || std::cmp_greater_equal(listIndex, rows.size())
+             ? 0
+             : rows[static_cast<std::size_t>(listIndex)].itemData;
+}
+
+void Control::Clear() {
+  rows.clear();
+  listIndex = -1;
+  text.clear();
+}
+
+void Control::AddRow(std::string_view rowText, std::int32_t itemData) {
+  rows.push_back({std::string(rowText), itemData});
+}
+
+void Control::Select(int index) {
+  listIndex = index >= 0 && std::cmp_less(index, rows.size()) ? index : -1;
+  text = SelectedText();
+}
+
+void Control::SetText(std::string_view newText) {
+  const auto row = std::ranges::find(rows, newText, &ListRow::text);
+  listIndex = row == rows.end() ? -1 : static_cast<int>(row - rows.begin());
+  text = newText;
+}
+
+std::string PlainCaption(std::string_view caption) {
+  std::string plain;
+  for (const char c : caption) {
+    if (c != '&') {
+      plain += c;
+    }
+  }
+  return plain;
+}
+
+}  // namespace tonadex::app

@@ -1,0 +1,163 @@
+#include <optional>
+#include <system_error>
+
+#include "app/cls_open_save.h"
+#include "app/form1.h"
+#include "app/print_sheet.h"
+#include "core/dispatcher/conversion.h"
+#include "core/melody_file.h"
+#include "core/number.h"
+#include "core/runtime_error.h"
+#include "core/text.h"
+#include "midi/playback.h"
+
+// The repertoire page: listing, playing, converting, printing.
+namespace tonadex::app {
+namespace {
+
+// The ordinary files of a folder in the order in which it yields them, none when it cannot be read.
+// Left out: hidden ones, and those whose name cannot be a row's text, so that no row could find
+// them again.
+std::vector<std::filesystem::path> MelodyFiles(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> files;
+  std::error_code failed;
+  for (std::filesystem::directory_iterator at(folder, failed), end; !failed && at != end;
+       at.increment(failed)) {
+    const std::filesystem::path name = at->path().filename();
+    std::error_code unknown;
+    if (at->is_regular_file(unknown) && !name.native().starts_with('.') &&
+        core::PathFromText(core::TextFromPath(name)) == name) {
+      files.push_back(at->path());
+    }
+  }
+  return files;
+}
+
+// The dispatcher's question for a file, asked in the system's save dialog.
+class SaveDialogQuestion : public core::SaveFileQuestion {
+ public:
+  explicit SaveDialogQuestion(Program& program) : program_(program) {}
+
+  std::optional<std::string> AskSaveFile(const core::SaveRequest& request) override {
+    clsOpenSave dialog(program_.services.fileDialogs);
+    dialog.hWnd = static_cast<std::int32_t>(program_.window);
+    dialog.DefaultExt = request.DefaultExt;
+    dialog.DialogTitle = request.DialogTitle;
+    dialog.SetFilter(request.Filter);
+    dialog.InitDir = core::TextFromPath(program_.ProgramFolder());
+    dialog.FilterIndex = request.FilterIndex;
+    dialog.CancelError = request.CancelError;
+    return dialog.ShowSave() == kDialogCancelled ? std::nullopt : std::optional(dialog.FileName);
+  }
+
+ private:
+  Program& program_;
+};
+
+}  // namespace
+
+// Steps that fail are skipped until the first row has its number; from there on the first failure
+// ends the filling, without a message, and the rows so far stay.
+void Form1::FillRepertoire() {
+  List1.Clear();
+  bool skipping = true;
+  const auto step = [&skipping](const auto& work) {
+    if (skipping) {
+      core::SkipErrors(work);
+    } else {
+      work();
+    }
+  };
+  core::SkipErrors([&] {
+    for (const std::filesystem::path& file : MelodyFiles(program_.MelodyFolder())) {
+      std::string line;
+      std::string stem;
+      step([&] { line = core::ReadMelodyLine(file); });
+      const std::string name = core::ScanName(line);
+      const std::string formed = name + " (" + core::TextFromPath(file.filename());
+      step([&] {
+        stem = core::Mid(core::CutNumber(formed), static_cast<std::ptrdiff_t>(name.size()) + 3);
+      });
+      List1.AddRow(stem == name ? stem : name + " (" + stem + ")");
+      skipping = false;
+      List1.rows.back().itemData =
+          core::ToInt32(core::ToNumber(core::Mid(formed, core::InStr(formed, ".") + 1)));
+    }
+  });
+}
+
+std::filesystem::path Form1::SelectedFile() const {
+  return program_.MelodyFolder() /
+         core::PathFromText(core::MelodyFileName(List1.SelectedText(), List1.SelectedData()));
+}
+
+void Form1::List1_Click() {
+  repertoireDrawing = {};
+  if (paginaactual == kRepertoirePage && !List1.SelectedText().empty()) {
+    core::SkipErrors([this] {
+      repertoireDrawing = MelodyDrawing(core::ReadMelodyLine(SelectedFile()), program_.gPhoneModel);
+    });
+  }
+}
+
+void Form1::List1_DblClick() {
+  if (paginaactual == kRepertoirePage) {
+    picreproducir_Click();
+  } else {
+    picdescargar_Click();
+  }
+}
+
+void Form1::Play(Sounding what) {
+  struct Scope {
+    Sounding& sounding;
+    ~Scope() { sounding = Sounding::kNothing; }
+  } const scope{sounding};
+  sounding = what;
+  midi::PlayMelody(program_.gMelody, program_.services.sequencer);
+}
+
+void Form1::picreproducir_Click() {
+  if (List1.SelectedText().empty()) {
+    return;
+  }
+  const std::string line = core::ReadMelodyLine(SelectedFile());
+  core::SkipErrors([&] {
+    program_.gMelody.Text = core::UndoSharpEscape(line);
+    Play(Sounding::kRepertoire);
+  });
+}
+
+void Form1::ConvertSelectedMelody() {
+  const std::string row(List1.SelectedText());
+  program_.gMelody.Text = core::UndoSharpEscape(core::ReadMelodyLine(SelectedFile()));
+  SaveDialogQuestion question(program_);
+  const auto page =
+      core::ConvertSelectedMelody(program_.gMelody, program_.gPhoneModel, row, question);
+  if (page) {
+    lbltextresult.caption = page->title;
+    textresultado.text = page->result;
+    Textavisos.text = page->notices;
+    texttempo.text = page->tempo;
+    resultRow_ = row;
+    resultModel_ = program_.gPhoneModel;
+  }
+}
+
+void Form1::picconvertir_Click() {
+  if (!List1.SelectedText().empty()) {
+    ConvertSelectedMelody();
+    picimprimir.enabled = true;
+  }
+}
+
+void Form1::picimprimir_Click() {
+  PrintSheet(program_.services.RichTextBox1, program_.ProgramFolder() / kSheetTemplate,
+             {.title = std::string(List1.SelectedText()),
+              .instructions = Textavisos.text,
+              .tempo = texttempo.text,
+              .melody = textresultado.text,
+              .model = program_.gPhoneModel});
+}
+
+}  // namespace tonadex::app

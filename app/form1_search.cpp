@@ -1,0 +1,69 @@
+#include "app/form1.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "net/addresses.h"
+#include "net/download.h"
+#include "net/listing.h"
+#include "net/upload.h"
+#include "platform/message_box.h"
+
+// The melody server: search, random pick, download and upload.
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::string_view kDownloaded =
+    u8"La melodía se ha bajado correctamente. Puedes verla en tu repertorio"_w;
+
+net::Fetch FetchThrough(Program& program) {
+  return [&program](std::string_view path) { return Request(program, path); };
+}
+
+}  // namespace
+
+void Form1::ReadListing(std::string_view address, bool stemAlone) {
+  List1.Clear();
+  // A failed request leaves Text1 as it was, and that is what is read.
+  core::SkipErrors([&] { Text1.text = Request(program_, address); });
+  program_.services.shell.DoEvents();
+  const net::Listing listing = net::ParseListing(Text1.text, stemAlone);
+  for (const net::ListingRow& row : listing.rows) {
+    List1.AddRow(row.text, row.number);
+  }
+  Text1.text = listing.rest;
+  if (!listing.rows.empty()) {
+    Text2.text = listing.record;
+    Text3.text = listing.number;
+  } else {
+    for (std::size_t i = 0; i < net::kHintCount; ++i) {
+      List1.AddRow(net::HintRow(i));
+      List1.rows.back().hint = true;
+    }
+  }
+}
+
+void Form1::picabuscar_Click() {
+  ReadListing(net::SearchAddress(txtbuscar.text), true);
+}
+
+void Form1::picazar_Click() {
+  ReadListing(net::kRandomPath, false);
+}
+
+void Form1::picdescargar_Click() {
+  const std::string row(List1.SelectedText());
+  if (row.empty() || net::IsHintRow(row)) {
+    return;
+  }
+  net::DownloadMelody(FetchThrough(program_), program_.MelodyFolder(), row, List1.SelectedData(),
+                      Text1.text);
+  // Shown whatever the server sent, as it always has been.
+  platform::MsgBox(kDownloaded, platform::Icon::kInformation);
+}
+
+void Form1::subemelodia(const std::string& nombre) {
+  net::UploadMelody(FetchThrough(program_), nombre, melodiasube, Text1.text);
+}
+
+}  // namespace tonadex::app

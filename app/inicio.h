@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+
+#include "app/controls.h"
+#include "app/program.h"
+
+namespace tonadex::app {
+
+// The splash window's model. The shell creates it, calls Form_Load once its window exists, ticks
+// Timer1 while that is enabled and, as soon as `finished` is true, creates Form1, calls its
+// Form_Load, shows it and closes the splash.
+class inicio {
+ public:
+  explicit inicio(Program& program);
+  inicio(const inicio&) = delete;
+  inicio& operator=(const inicio&) = delete;
+
+  // `window` is the splash's window handle. Never throws.
+  void Form_Load(std::intptr_t window);
+  void Timer1_Timer();
+
+  Control Label1;  // the version: "Beta 0.8" unless ver.dat says otherwise
+  Control Frame1;  // the note for a first run; its caption is the text
+  Control Timer1;  // one interval of 2 s
+
+  bool finished = false;  // time for Form1
+
+ private:
+  Program& program_;
+  int counter_ = 0;  // 1 after loading, then one more per tick
+};
+
+}  // namespace tonadex::app

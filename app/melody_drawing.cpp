@@ -1,0 +1,160 @@
+#include "app/melody_drawing.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <vector>
+
+#include "app/phone_formats.h"
+#include "core/melody_file.h"
+#include "core/number.h"
+#include "core/rtttl.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "formats/note_length.h"
+#include "formats/pitch.h"
+#include "midi/mMidiLibOut.h"
+#include "midi/note_times.h"
+#include "nokia3210/octave_range.h"
+#include "platform/message_box.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+
+constexpr int kSemitones = 12;
+constexpr int kQuartersPerBar = 4;
+constexpr int kQuarterMs = 60000;  // at tempo 1
+constexpr int kRangeSpan = 2;      // as the converters ask for it
+
+struct Octaves {
+  int lowest = 0, highest = 0;
+};
+
+// What the model plays of this melody; none when it plays everything.
+std::optional<Octaves> PlayedOctaves(core::RTTTLMelody melody, std::string_view model) {
+  constexpr int kHighest = 10;
+  const PhoneFormat* format = FindFormat(model);
+  if (format == nullptr || format->range == OctaveRange::kAny) {
+    return std::nullopt;
+  }
+  if (format->range == OctaveRange::kFrom) {
+    return Octaves{format->lowest, kHighest};
+  }
+  int lowest = format->lowest;
+  if (format->range == OctaveRange::kAround) {
+    lowest = nokia3210::AutoOctave(melody, kRangeSpan);
+  }
+  return Octaves{lowest, lowest + format->octaves - 1};
+}
+
+// A note of the drawing, none for one that cannot be read.
+std::optional<DrawnNote> DrawNote(const core::RTTTLNote& note, double tempo,
+                                  const std::optional<Octaves>& played) {
+  const double duration = core::ToNumber(note.Duration);
+  if (!formats::IsPhoneDuration(duration)) {
+    return std::nullopt;
+  }
+  DrawnNote drawn;
+  drawn.length = formats::ExactNoteLengthMs(duration, tempo, note.Dotted);
+  drawn.dotted = note.Dotted;
+  drawn.pause = core::IsPause(note);
+  if (drawn.pause) {
+    return drawn;
+  }
+  const std::optional<int> semitone = formats::Semitone(note.Note);
+  if (!semitone) {
+    return std::nullopt;
+  }
+  const int octave = core::ToInt16(core::ToNumber(note.Octave));
+  drawn.name = formats::kSpanishPitches[static_cast<std::size_t>(*semitone)];
+  drawn.pitch = kSemitones * octave + *semitone;
+  drawn.outside = played && (octave < played->lowest || octave > played->highest);
+  return drawn;
+}
+
+void Append(Drawing& drawing, DrawnNote note) {
+  note.start = drawing.length;
+  drawing.length += note.length;
+  if (!note.pause) {
+    const bool first = drawing.highest == 0;
+    drawing.lowest = first ? note.pitch : std::min(drawing.lowest, note.pitch);
+    drawing.highest = std::max(drawing.highest, note.pitch);
+  }
+  drawing.notes.push_back(std::move(note));
+}
+
+void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
+  core::RTTTLMelody melody;
+  core::InitMelody(melody, {});
+  melody.Text = core::UndoSharpEscape(rtttl);
+  core::ParseRTTTL(melody);
+  const double tempo = formats::ToTempo(melody.Beats);
+  if (tempo < 0 || melody.Notes.begin() == melody.Notes.end()) {
+    return;
+  }
+  std::optional<Octaves> played;
+  core::SkipErrors([&] { played = PlayedOctaves(melody, model); });
+  drawing.barLength = kQuartersPerBar * kQuarterMs / tempo;
+  // A melody that no MIDI file can hold does not sound, so its times do not matter.
+  std::vector<midi::NoteTime> times(melody.Notes.size());
+  core::SkipErrors([&] { times = midi::NoteTimes(melody); });
+  std::size_t index = 0;
+  for (const core::RTTTLNote& note : melody.Notes) {
+    const midi::NoteTime& time = times[index++];
+    if (time.number != midi::kPauseNumber) {
+      drawing.soundLength = time.end;
+    }
+    core::SkipErrors([&] {
+      if (auto drawn = DrawNote(note, tempo, played)) {
+        drawn->sounds = time.start;
+        Append(drawing, *std::move(drawn));
+      }
+    });
+  }
+}
+
+std::string PitchName(int pitch) {
+  const int semitone = pitch % kSemitones;
+  return std::string(formats::kSpanishPitches[static_cast<std::size_t>(semitone)]) + " " +
+         std::to_string(pitch / kSemitones);
+}
+
+std::string Count(std::size_t number, std::string_view one, std::string_view many) {
+  return std::to_string(number) + " " + std::string(number == 1 ? one : many);
+}
+
+}  // namespace
+
+Drawing MelodyDrawing(std::string_view rtttl, std::string_view model) {
+  platform::RecordingMessages unread;  // the parser reports; a drawing is silent
+  const platform::ScopedMessageSink sink(unread);
+  Drawing drawing;
+  core::SkipErrors([&] { Draw(drawing, rtttl, model); });
+  return drawing.notes.empty() ? Drawing{} : drawing;
+}
+
+int NoteAt(const Drawing& drawing, double ms) {
+  if (ms < 0 || ms >= drawing.soundLength) {
+    return -1;
+  }
+  const auto next = std::ranges::upper_bound(drawing.notes, ms, {}, &DrawnNote::sounds);
+  return static_cast<int>(next - drawing.notes.begin()) - 1;
+}
+
+std::string DrawingInWords(const Drawing& drawing) {
+  if (drawing.notes.empty()) {
+    return std::string(u8"Ninguna melodía"_w);
+  }
+  const auto seconds = static_cast<std::size_t>(std::lround(drawing.length / 1000));
+  std::string words = Count(drawing.notes.size(), "nota o pausa", "notas y pausas") + ", " +
+                      Count(seconds, "segundo", "segundos");
+  if (drawing.highest != 0) {
+    words += ", de " + PitchName(drawing.lowest) + " a " + PitchName(drawing.highest);
+  }
+  return words;
+}
+
+}  // namespace tonadex::app

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// A melody as a picture: plain data for the shells.
+namespace tonadex::app {
+
+struct DrawnNote {
+  double start = 0;   // ms from the melody's beginning
+  double length = 0;  // ms
+  double sounds = 0;  // ms from the start of the playback; the sequencer's steps are coarse
+  int pitch = 0;      // as in the MIDI file, 60 is c of octave 5; 0 for a pause
+  std::string name;   // "do#" to "si"; "" for a pause
+  bool pause = false;
+  bool dotted = false;
+  bool outside = false;  // outside what the chosen phone plays
+
+  friend bool operator==(const DrawnNote&, const DrawnNote&) = default;
+};
+
+struct Drawing {
+  std::vector<DrawnNote> notes;  // back to back, in time order; empty when nothing can be drawn
+  double length = 0;             // ms
+  double soundLength = 0;        // ms of playback; pauses at the end are not played
+  double barLength = 0;          // ms between bar lines: four quarter notes
+  int lowest = 0, highest = 0;   // of the sounding notes' pitches; 0 when none sounds
+
+  friend bool operator==(const Drawing&, const Drawing&) = default;
+};
+
+// The drawing of an RTTTL text; its "#" are restored from the escape if need be. Notes that cannot
+// be read are left out; a text that is no melody gives an empty drawing. `model` is a model text of
+// the catalogue, for `outside`; "" or an unknown one plays everything. Never throws, shows nothing.
+Drawing MelodyDrawing(std::string_view rtttl, std::string_view model = {});
+
+// Index of the note that sounds (or of the pause) `ms` after the playback began, -1 before it and
+// behind its end.
+int NoteAt(const Drawing& drawing, double ms);
+
+// A melody in words, for those who do not see it: "24 notas y pausas, 12 segundos, de do 5 a la 6".
+std::string DrawingInWords(const Drawing& drawing);
+
+}  // namespace tonadex::app

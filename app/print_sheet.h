@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "platform/rich_text.h"
+
+// The printed sheet: an RTF template with five placeholder words.
+namespace tonadex::app {
+
+inline constexpr std::string_view kSheetTemplate = "print.rtf";  // in the program folder
+
+// What the sheet shows, Windows-1252.
+struct SheetValues {
+  std::string title;         // the melody's row
+  std::string instructions;  // with the writer's notices
+  std::string tempo;
+  std::string melody;  // the converted melody
+  std::string model;   // the stored phone model
+};
+
+// The format label of a phone model, compared exactly; "" for a model without one. " EMelody" and
+// " IMelody" have none: the labels have always spelt them otherwise.
+std::string_view FormatLabel(std::string_view model);
+
+// Loads the template, replaces every placeholder and prints. Values go into the RTF source as they
+// are, unescaped, one placeholder after the other. Errors: core::RunTimeError when the template
+// cannot be read or nothing prints.
+void PrintSheet(platform::RichTextBox& box, const std::filesystem::path& sheetTemplate,
+                const SheetValues& values);
+
+}  // namespace tonadex::app

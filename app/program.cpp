@@ -1,0 +1,75 @@
+#include "app/program.h"
+
+#include <utility>
+
+#include "core/runtime_error.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+#include "net/client.h"
+#include "platform/message_box.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::string_view kUnhandledMessage =
+    u8"Se ha producido un error inesperado y el programa debe cerrarse:"_w;
+constexpr int kUnhandledExitCode = 1;
+
+// Sets `busy` for the length of a request.
+class BusyScope {
+ public:
+  explicit BusyScope(Program& program) : program_(program) { Set(true); }
+  ~BusyScope() { Set(false); }
+  BusyScope(const BusyScope&) = delete;
+  BusyScope& operator=(const BusyScope&) = delete;
+
+ private:
+  void Set(bool busy) {
+    program_.busy = busy;
+    if (program_.busyChanged) {
+      program_.busyChanged();
+    }
+  }
+  Program& program_;
+};
+
+// The system's own errors speak Windows-1252, the library's something that may be UTF-8.
+std::string ErrorText(const std::exception& error) {
+  return dynamic_cast<const core::RunTimeError*>(&error) != nullptr
+             ? error.what()
+             : core::FromOutside(error.what());
+}
+
+}  // namespace
+
+Program::Program(Services platformServices, std::string server)
+    : services(platformServices), serverBase(std::move(server)) {}
+
+std::string Request(Program& program, std::string_view path) {
+  const BusyScope busy(program);
+  return net::FetchFrom(program.services.Inet1, program.serverBase)(path);
+}
+
+void ReportUnhandled(Program& program, const std::exception& error) {
+  platform::MsgBox(std::string(kUnhandledMessage) + std::string(core::kCrLf) + ErrorText(error),
+                   platform::Icon::kExclamation);
+  program.exitCode = kUnhandledExitCode;
+  program.services.shell.End();
+}
+
+bool RunHandler(Program& program, const std::function<void()>& handler) {
+  if (program.busy) {
+    return true;
+  }
+  try {
+    handler();
+    return true;
+  } catch (const std::exception& error) {
+    ReportUnhandled(program, error);
+    return false;
+  }
+}
+
+}  // namespace tonadex::app

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "core/phone_catalogue.h"
+#include "core/rtttl.h"
+#include "platform/file_dialog.h"
+#include "platform/http.h"
+#include "platform/registry.h"
+#include "platform/rich_text.h"
+#include "platform/sequencer.h"
+#include "platform/shell_services.h"
+#include "platform/web_view.h"
+
+// What outlives both windows of one running program.
+namespace tonadex::app {
+
+// What the program asks of the system. The shell owns them; they outlive the program.
+// Message boxes go to the calling thread's platform::MessageSink.
+struct Services {
+  platform::Registry& registry;
+  platform::FileDialogs& fileDialogs;
+  platform::Sequencer& sequencer;
+  platform::HttpGet& Inet1;
+  platform::WebViews& webViews;
+  platform::RichTextBox& RichTextBox1;
+  platform::ShellServices& shell;
+};
+
+// Two programs in one process share nothing. Used from one thread, that of the windows.
+struct Program {
+  // `serverBase`: base address of the melody server, Windows-1252, without a trailing "/"
+  // ("http://127.0.0.1:8080"). It may be set later, as long as no handler has run.
+  explicit Program(Services platformServices, std::string serverBase = {});
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  std::filesystem::path ProgramFolder() const { return services.shell.ProgramFolder(); }
+  std::filesystem::path MelodyFolder() const { return ProgramFolder() / "melodias"; }
+
+  Services services;
+  std::string serverBase;
+  std::intptr_t window = 0;  // the main window's handle, owner of the file dialogs; 0 for none
+
+  core::RTTTLMelody gMelody;
+  std::string gPhoneModel;  // a model text of the catalogue, or any other text, "0" at first
+  std::string gVersion;     // what ver.dat says
+  core::PhoneCatalogue PhoneCatalogue;
+
+  // A request runs: only painting goes on. `busyChanged` (may be empty) is called after each
+  // change, so that the shell can draw it before the request blocks.
+  bool busy = false;
+  std::function<void()> busyChanged;
+
+  int exitCode = 0;  // 1 after an unhandled error
+};
+
+// A GET request with `program.busy` set meanwhile; `path` begins with "/" and goes behind the
+// server's base address as typed. Errors: core::RunTimeError (kTransfer) when no reply came.
+std::string Request(Program& program, std::string_view path);
+
+// Reports an error that no handler caught, in a message box (exclamation): "Se ha producido un
+// error inesperado y el programa debe cerrarse:" CR LF and what it is. Then sets exitCode to 1 and
+// calls ShellServices::End.
+void ReportUnhandled(Program& program, const std::exception& error);
+
+// The one place where a shell calls handlers: runs `handler`, reports what escapes it through
+// ReportUnhandled and gives false in that case. While a request runs (`busy`) events are dropped:
+// the handler is not run and true is given.
+bool RunHandler(Program& program, const std::function<void()>& handler);
+
+}  // namespace tonadex::app

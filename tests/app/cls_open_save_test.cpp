@@ -1,0 +1,80 @@
+#include "app/cls_open_save.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <tuple>
+
+#include "core/runtime_error.h"
+#include "tests/support/fakes.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace std::string_literals;
+
+class ClsOpenSave : public testing::Test {
+ protected:
+  test::FakeFileDialogs dialogs;
+  clsOpenSave dialog{dialogs};
+};
+
+TEST_F(ClsOpenSave, StoresTheFilterWithNuls) {
+  EXPECT_EQ(dialog.Filter(), "All Files (*.*)\0*.*\0"s);
+  for (const auto& [given, stored] : {std::pair{" (*.kws)|*.kws|", " (*.kws)\0*.kws\0\0"s},
+                                      std::pair{"Texto|*.txt", "Texto\0*.txt\0"s},
+                                      std::pair{"Texto|*.txt||", "Texto\0*.txt\0\0"s}}) {
+    dialog.SetFilter(given);
+    EXPECT_EQ(dialog.Filter(), stored);
+  }
+}
+
+TEST_F(ClsOpenSave, FillsTheWholeRecord) {
+  dialog.hWnd = 77;
+  dialog.MaxFileSize = 6;
+  dialog.FileName = "a.kws";
+  dialog.FileTitle = "t";
+  dialog.DialogTitle = "Grabar";
+  dialog.DefaultExt = "kws";
+  dialog.FilterIndex = 2;
+  dialog.Flags = 4;
+  dialog.SetFilter("K|*.kws|");
+  dialog.ShowSave();
+  ASSERT_EQ(dialogs.asked.size(), 1u);
+  const platform::FileDialogRecord& record = dialogs.asked[0];
+  EXPECT_EQ(
+      std::tuple(record.lStructSize, record.hwndOwner, record.nFilterIndex, record.nMaxFile,
+                 record.nMaxFileTitle, record.Flags, record.nFileOffset, record.nFileExtension),
+      std::tuple(76u, 77, 2, 6, 260, 4u, 0, 0));
+  EXPECT_EQ(record.lpstrFilter, "K\0*.kws\0\0"s);
+  EXPECT_EQ(record.lpstrFile, "a.kws\0\0"s);
+  EXPECT_EQ(record.lpstrFileTitle, "t" + std::string(256, ' '));
+  EXPECT_EQ(record.lpstrInitialDir + "|" + record.lpstrTitle + "|" + record.lpstrDefExt + "|" +
+                record.lpTemplateName,
+            "C:\\|Grabar|kws|0");
+}
+
+TEST_F(ClsOpenSave, TellsACancelOnlyWithCancelError) {
+  dialog.FileName = "before";
+  EXPECT_EQ(dialog.ShowOpen(), kDialogClosed);
+  dialog.CancelError = true;
+  EXPECT_EQ(dialog.ShowSave(), kDialogCancelled);
+  EXPECT_EQ(dialog.FileName, "before");
+  dialogs.answers = {"C:\\mi carpeta\\vals.kws"};
+  EXPECT_EQ(dialog.ShowOpen(), kDialogClosed);
+  EXPECT_EQ(dialog.FileName, "C:\\mi carpeta\\vals.kws");
+  EXPECT_EQ(dialog.FileTitle, "vals.kws");
+  EXPECT_EQ(dialog.FileExt, "kws");
+  EXPECT_EQ(dialogs.kinds, (std::vector<std::string>{"open", "save", "open"}));
+}
+
+TEST_F(ClsOpenSave, FailsBeforeTheDialogForANameThatDoesNotFit) {
+  dialog.FileName = std::string(261, 'x');
+  dialog.ShowSave();
+  dialog.FileName += 'x';
+  EXPECT_THROW(dialog.ShowSave(), core::RunTimeError);
+  EXPECT_EQ(dialogs.asked.size(), 1u);
+}
+
+}  // namespace
+}  // namespace tonadex::app

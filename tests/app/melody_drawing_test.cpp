@@ -1,0 +1,94 @@
+#include "app/melody_drawing.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/message_box.h"
+
+namespace tonadex::app {
+namespace {
+
+// "start+length name/pitch" of each note, "." behind a dotted one, "!" behind one outside.
+std::string Notes(const Drawing& drawing) {
+  std::string text;
+  for (const DrawnNote& note : drawing.notes) {
+    text += std::to_string(static_cast<int>(note.start)) + "+" +
+            std::to_string(static_cast<int>(note.length)) + " " +
+            (note.pause ? "-" : note.name + "/" + std::to_string(note.pitch)) +
+            (note.dotted ? "." : "") + (note.outside ? "!" : "") + "|";
+  }
+  return text;
+}
+
+TEST(MelodyDrawing, GivesTimesAndPitches) {
+  const Drawing drawing = MelodyDrawing("x:d=4,o=5,b=120:c,8f#.6,p,2h4,16a#");
+  EXPECT_EQ(Notes(drawing),
+            "0+500 do/60|500+375 fa#/78.|875+500 -|1375+1000 si/59|2375+125 la#/70|");
+  EXPECT_EQ(drawing.length, 2500);
+  EXPECT_EQ(drawing.barLength, 2000);
+  EXPECT_EQ(drawing.lowest, 59);
+  EXPECT_EQ(drawing.highest, 78);
+  EXPECT_EQ(DrawingInWords(drawing), "5 notas y pausas, 3 segundos, de si 4 a fa# 6");
+}
+
+TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
+  platform::RecordingMessages boxes;
+  const platform::ScopedMessageSink sink(boxes);
+  EXPECT_EQ(Notes(MelodyDrawing("x:d=4,o=5,b=120:c,x,7c,9,p#,cjuh9hay")),
+            "0+500 do/60|500+500 do#/61|");
+  for (const std::string_view text :
+       {"", ":", "x", "x:d=4:", "x:d=4,o=5,b=0:c", "x:d=4,o=5,b=x:c", "x:d=4,o=5,b=-5:c"}) {
+    EXPECT_EQ(MelodyDrawing(text, " Pulsaciones"), Drawing{}) << text;
+  }
+  EXPECT_TRUE(boxes.messages.empty());
+}
+
+// Octaves 4 to 8: the phone's three lie around the two most used ones, 5 and 6.
+TEST(MelodyDrawing, MarksNotesOutsideThePhonesRange) {
+  const auto outside = [](std::string_view model) {
+    std::string marks;
+    for (const DrawnNote& note :
+         MelodyDrawing("x:d=4,o=5,b=120:c4,c,c,c6,c6,c7,c8,p", model).notes) {
+      marks += note.outside ? '!' : '.';
+    }
+    return marks;
+  };
+  EXPECT_EQ(outside(" Pulsaciones"), "!.....!.");
+  EXPECT_EQ(outside(" EMelody"), "!....!!.");
+  EXPECT_EQ(outside(" IMelody"), "!.......");
+  EXPECT_EQ(outside(" KWS"), "........");
+  EXPECT_EQ(outside("MDY (cable)"), "!....!!.");
+  EXPECT_EQ(outside(" RTTTL (cable)"), "........");
+  EXPECT_EQ(outside("0"), "........");
+}
+
+// The marks follow the MIDI file: at tempo 120 a tick is 5000 / 192 ms, a quarter 19 ticks, an
+// eighth 10. A pause of more than 127 ticks loses 128 of them.
+TEST(NoteAt, FollowsThePlayback) {
+  constexpr double kTick = 5000.0 / 192;
+  const auto noteAt = [](std::string_view notes, double ticks) {
+    return NoteAt(MelodyDrawing("x:d=4,o=5,b=120:" + std::string(notes)), ticks * kTick + 0.001);
+  };
+  struct Case {
+    std::string_view notes;
+    std::vector<int> ticks, want;
+  };
+  const Case cases[] = {
+      {"c,8d,e", {-1, 0, 18, 19, 28, 29, 47, 48}, {-1, 0, 0, 1, 1, 2, 2, -1}},
+      {"c,p,d,p", {18, 19, 37, 38, 56, 57}, {0, 1, 1, 2, 2, -1}},
+      {"c,1p,1p,d", {18, 19, 44, 45, 63, 64}, {0, 1, 1, 3, 3, -1}},
+      {"c,x,d", {18, 38, 56, 57}, {0, 1, 1, -1}},
+  };
+  for (const Case& c : cases) {
+    for (std::size_t i = 0; i < c.ticks.size(); ++i) {
+      EXPECT_EQ(noteAt(c.notes, c.ticks[i]), c.want[i]) << c.notes << " at " << c.ticks[i];
+    }
+  }
+  EXPECT_EQ(NoteAt({}, 0), -1);
+}
+
+}  // namespace
+}  // namespace tonadex::app
