@@ -1,0 +1,44 @@
+#include "server/configured_server.h"
+
+#include <cstdlib>
+
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/text.h"
+
+namespace tonadex::server {
+namespace {
+
+constexpr const char* kVariable = "TONADEX_SERVIDOR";
+constexpr std::string_view kFileName = "servidor.txt";
+
+std::string FromFile(const std::filesystem::path& programFolder) {
+  std::string line;
+  core::SkipErrors(
+      [&] { line = core::ReadFirstLine(programFolder / kFileName, core::kMaxLineBytes); });
+  return line;
+}
+
+std::string Cleaned(std::string_view address) {
+  address = core::Trim(address);
+  while (address.ends_with('/')) {
+    address.remove_suffix(1);
+  }
+  return std::string(address);
+}
+
+}  // namespace
+
+std::string ConfiguredServer(const std::string& argument,
+                             const std::filesystem::path& programFolder) {
+  const char* variable = std::getenv(kVariable);
+  for (const std::string& address :
+       {Cleaned(argument), Cleaned(variable == nullptr ? "" : variable)}) {
+    if (!address.empty()) {
+      return address;
+    }
+  }
+  return Cleaned(FromFile(programFolder));
+}
+
+}  // namespace tonadex::server

@@ -1,0 +1,195 @@
+#include "server/embedded_server.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <fstream>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+#include "core/melody_file.h"
+#include "server/file_system.h"
+#include "server/http_server.h"
+#include "server/shelf.h"
+
+namespace tonadex::server {
+namespace {
+
+namespace fs = std::filesystem;
+using std::chrono::milliseconds;
+
+constexpr std::string_view kPortName = ".puerto";
+constexpr std::string_view kPortTemporaryName = ".puerto-nuevo";
+constexpr int kPortLookMs = 20;
+
+}  // namespace
+
+void PublishPort(const fs::path& folder, std::uint16_t port) {
+  core::WriteBytes(folder / kPortTemporaryName, std::to_string(port) + "\n");
+  fs::rename(folder / kPortTemporaryName, folder / kPortName);
+}
+
+void WithdrawPort(const fs::path& folder) {
+  std::error_code ignored;
+  fs::remove(folder / kPortName, ignored);
+}
+
+std::optional<std::uint16_t> PublishedPort(const fs::path& folder) {
+  std::ifstream input(folder / kPortName);
+  std::uint16_t port = 0;
+  return input >> port ? std::optional(port) : std::nullopt;
+}
+
+struct EmbeddedServer::State {
+  State(fs::path serverFolder, fs::path firstMelodies)
+      : folder(std::move(serverFolder)), source(std::move(firstMelodies)) {}
+
+  bool TryHost(std::uint16_t wantedPort);
+  bool TryGuest();
+  void StartServer(ShelfAccess access, std::uint16_t wantedPort);
+  void Watch();
+  Reply Answer(const Request& request);
+
+  const fs::path folder, source;
+  mutable std::mutex mutex;  // guards what follows, the lock aside
+  EmbeddedRole role = EmbeddedRole::kHost;
+  std::uint16_t port = 0;
+  std::shared_ptr<Shelf> shelf;
+  bool ending = false;
+  std::condition_variable ended;
+  std::unique_ptr<FolderLock> lock;
+  std::unique_ptr<HttpServer> server;
+  std::thread watcher;
+};
+
+Reply EmbeddedServer::State::Answer(const Request& request) {
+  std::shared_ptr<Shelf> current;
+  {
+    const std::lock_guard guard(mutex);
+    current = shelf;
+  }
+  return Handle(request, *current);
+}
+
+// A reader's server stays and gets the other shelf. A lost port is replaced by any other.
+void EmbeddedServer::State::StartServer(ShelfAccess access, std::uint16_t wantedPort) {
+  auto newShelf = std::make_shared<Shelf>(folder, access);
+  {
+    const std::lock_guard guard(mutex);
+    shelf = std::move(newShelf);
+  }
+  if (!server) {
+    const auto answer = [this](const Request& request) { return Answer(request); };
+    ServerOptions options;
+    options.port = wantedPort;
+    try {
+      server = std::make_unique<HttpServer>(options, answer);
+    } catch (const std::runtime_error&) {
+      if (wantedPort == 0) {
+        throw;
+      }
+      options.port = 0;
+      server = std::make_unique<HttpServer>(options, answer);
+    }
+  }
+  const std::lock_guard guard(mutex);
+  port = server->Port();
+  role = access == ShelfAccess::kReadWrite ? EmbeddedRole::kHost : EmbeddedRole::kReader;
+}
+
+bool EmbeddedServer::State::TryHost(std::uint16_t wantedPort) {
+  lock = FolderLock::Try(folder);
+  if (!lock) {
+    return false;
+  }
+  WithdrawPort(folder);  // of a program that was killed
+  FillEmptyShelf(folder, source);
+  StartServer(ShelfAccess::kReadWrite, wantedPort);
+  PublishPort(folder, server->Port());
+  return true;
+}
+
+bool EmbeddedServer::State::TryGuest() {
+  const auto published = PublishedPort(folder);
+  if (!published || !Answers(*published)) {
+    return false;
+  }
+  role = EmbeddedRole::kGuest;
+  port = *published;
+  return true;
+}
+
+// Takes the host's place when it ends.
+void EmbeddedServer::State::Watch() {
+  std::unique_lock guard(mutex);
+  while (!ended.wait_for(guard, milliseconds(kGuestPollMs), [this] { return ending; })) {
+    const std::uint16_t wantedPort = port;
+    guard.unlock();
+    bool hosting = false;
+    try {
+      hosting = TryHost(wantedPort);
+    } catch (const std::exception&) {
+      lock.reset();  // another program may be luckier; we look again later
+    }
+    guard.lock();
+    if (hosting) {
+      return;
+    }
+  }
+}
+
+EmbeddedServer::EmbeddedServer(fs::path folder, fs::path firstMelodies)
+    : state_(std::make_unique<State>(std::move(folder), std::move(firstMelodies))) {
+  fs::create_directories(state_->folder);
+  const auto deadline = Clock::now() + milliseconds(kPortWaitMs);
+  bool hosting = state_->TryHost(0);
+  bool guest = !hosting && state_->TryGuest();
+  while (!hosting && !guest && Clock::now() < deadline) {
+    std::this_thread::sleep_for(milliseconds(kPortLookMs));
+    hosting = state_->TryHost(0);
+    guest = !hosting && state_->TryGuest();
+  }
+  if (!hosting && !guest) {
+    state_->StartServer(ShelfAccess::kReadOnly, 0);
+  }
+  if (!hosting) {
+    state_->watcher = std::thread([this] { state_->Watch(); });
+  }
+}
+
+EmbeddedServer::~EmbeddedServer() {
+  {
+    const std::lock_guard guard(state_->mutex);
+    state_->ending = true;
+  }
+  state_->ended.notify_all();
+  if (state_->watcher.joinable()) {
+    state_->watcher.join();
+  }
+  if (state_->lock) {
+    WithdrawPort(state_->folder);
+  }
+  state_->server.reset();
+}
+
+std::string EmbeddedServer::BaseAddress() const {
+  const std::lock_guard guard(state_->mutex);
+  return "http://127.0.0.1:" + std::to_string(state_->port);
+}
+
+EmbeddedRole EmbeddedServer::Role() const {
+  const std::lock_guard guard(state_->mutex);
+  return state_->role;
+}
+
+std::unique_ptr<EmbeddedServer> TryEmbeddedServer(const fs::path& programFolder,
+                                                  const fs::path& installedData) {
+  try {
+    return std::make_unique<EmbeddedServer>(programFolder / "servidor", installedData / "servidor");
+  } catch (const std::exception&) {
+    return nullptr;
+  }
+}
+
+}  // namespace tonadex::server

@@ -1,0 +1,188 @@
+#include "server/handler.h"
+
+#include <array>
+#include <utility>
+
+#include "core/text.h"
+#include "core/windows1252.h"
+#include "net/addresses.h"
+#include "server/pages.h"
+
+namespace tonadex::server {
+namespace {
+
+using namespace core::literals;
+
+constexpr int kMelodyMaxAgeSeconds = 24 * 60 * 60;  // a melody never changes
+constexpr int kPageMaxAgeSeconds = 60;
+
+struct Target {
+  std::string_view path, query;
+};
+
+// Proxies send the whole address ("http://host/path").
+std::string_view WithoutHost(std::string_view target) {
+  const std::size_t scheme = target.find("://");
+  if (target.starts_with('/') || scheme == target.npos) {
+    return target;
+  }
+  const std::size_t path = target.find('/', scheme + 3);
+  return path == target.npos ? "/" : target.substr(path);
+}
+
+Target SplitTarget(std::string_view target) {
+  target = WithoutHost(target);
+  const std::size_t mark = target.find('?');
+  return {target.substr(0, mark), mark == target.npos ? "" : target.substr(mark + 1)};
+}
+
+// What stands behind "key=", up to the end of the query: values go out as typed, "&" included.
+std::string_view RestAfter(std::string_view query, std::string_view key) {
+  for (std::size_t at = 0; at < query.size();) {
+    const std::string_view rest = query.substr(at);
+    if (rest.starts_with(key) && rest.substr(key.size()).starts_with('=')) {
+      return rest.substr(key.size() + 1);
+    }
+    at = std::min(query.find('&', at), query.size() - 1) + 1;
+  }
+  return {};
+}
+
+std::string_view UpToAmpersand(std::string_view value) {
+  return value.substr(0, value.find('&'));
+}
+
+Reply OwnedReply(std::string body) {
+  Reply reply;
+  reply.body = std::make_shared<const std::string>(std::move(body));
+  return reply;
+}
+
+Reply PageReply(std::string utf8) {
+  Reply reply = OwnedReply(std::move(utf8));
+  reply.contentType = kHtmlType;
+  reply.maxAgeSeconds = kPageMaxAgeSeconds;
+  return reply;
+}
+
+Reply AnswerSearch(const Request&, std::string_view query, Shelf& shelf) {
+  return OwnedReply(shelf.Search(UndoEscapes(RestAfter(query, net::kSearchKey))));
+}
+
+Reply AnswerRandom(const Request& request, std::string_view, Shelf& shelf) {
+  return OwnedReply(shelf.Random(request.random));
+}
+
+Reply AnswerFullListing(const Request&, std::string_view, Shelf& shelf) {
+  Reply reply;
+  reply.body = shelf.FullListing();
+  return reply;
+}
+
+struct UploadReply {
+  UploadResult result;
+  int status;
+  std::string_view text;
+};
+
+constexpr UploadReply kUploadReplies[] = {
+    {UploadResult::kStored, 200, u8"La melodía está en el servidor. ¡Gracias!"_w},
+    {UploadResult::kExists, 409, u8"La melodía ya estaba en el servidor."_w},
+    {UploadResult::kTooMany, 429, u8"Demasiadas melodías en poco tiempo. Espera un minuto."_w},
+    {UploadResult::kReadOnly, 403, u8"Este servidor solo deja leer."_w},
+    {UploadResult::kDiskFailure, 500, u8"No se ha podido guardar la melodía."_w},
+};
+
+Reply AnswerUpload(const Request& request, std::string_view query, Shelf& shelf) {
+  const std::string name = UndoEscapes(UpToAmpersand(RestAfter(query, net::kUploadNameKey)));
+  const std::string contents =
+      UndoEscapes(UpToAmpersand(RestAfter(query, net::kUploadContentsKey)));
+  const UploadAnswer answer = shelf.Upload(name, contents, request.client, request.now);
+  for (const UploadReply& reply : kUploadReplies) {
+    if (reply.result == answer.result) {
+      return TextReply(reply.status, reply.text);
+    }
+  }
+  return TextReply(400, answer.fault);
+}
+
+Reply AnswerBanner(const Request&, std::string_view, Shelf& shelf) {
+  return PageReply(BannerPage(shelf));
+}
+
+Reply AnswerInternetPage(const Request&, std::string_view, Shelf& shelf) {
+  return PageReply(InternetPage(shelf));
+}
+
+Reply AnswerStartPage(const Request&, std::string_view query, Shelf& shelf) {
+  return PageReply(StartPage(shelf, UndoEscapes(RestAfter(query, net::kVersionKey))));
+}
+
+struct Endpoint {
+  std::string_view path;
+  Reply (*answer)(const Request& request, std::string_view query, Shelf& shelf);
+};
+
+constexpr Endpoint kEndpoints[] = {
+    {net::kSearchPath, AnswerSearch},           {net::kRandomPath, AnswerRandom},
+    {net::kFullListingPath, AnswerFullListing}, {net::kUploadPath, AnswerUpload},
+    {net::kBannerPath, AnswerBanner},           {net::kInternetPagePath, AnswerInternetPage},
+    {net::kStartPagePath, AnswerStartPage},
+};
+
+Reply AnswerMelody(std::string_view escapedName, const Shelf& shelf) {
+  auto melody = shelf.Melody(UndoEscapes(escapedName));
+  if (!melody) {
+    return TextReply(404, u8"No hay ninguna melodía con ese nombre."_w);
+  }
+  Reply reply = OwnedReply(std::move(*melody));
+  reply.maxAgeSeconds = kMelodyMaxAgeSeconds;
+  return reply;
+}
+
+int HexDigit(char c) {
+  return c >= '0' && c <= '9'   ? c - '0'
+         : c >= 'a' && c <= 'f' ? c - 'a' + 10
+         : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                : -1;
+}
+
+}  // namespace
+
+std::string UndoEscapes(std::string_view text) {
+  std::string plain;
+  plain.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool room = text[i] == '%' && i + 2 < text.size();
+    const int high = room ? HexDigit(text[i + 1]) : -1;
+    const int low = room ? HexDigit(text[i + 2]) : -1;
+    if (high >= 0 && low >= 0) {
+      plain += static_cast<char>(high * 16 + low);
+      i += 2;
+    } else {
+      plain += text[i];
+    }
+  }
+  return plain;
+}
+
+Reply TextReply(int status, std::string_view text) {
+  Reply reply = OwnedReply(std::string(text));
+  reply.status = status;
+  return reply;
+}
+
+Reply Handle(const Request& request, Shelf& shelf) {
+  const Target target = SplitTarget(request.target);
+  for (const Endpoint& endpoint : kEndpoints) {
+    if (target.path == endpoint.path) {
+      return endpoint.answer(request, target.query, shelf);
+    }
+  }
+  if (target.path.starts_with(net::kMelodyFolderPath)) {
+    return AnswerMelody(target.path.substr(net::kMelodyFolderPath.size()), shelf);
+  }
+  return TextReply(404, u8"Aquí no hay nada."_w);
+}
+
+}  // namespace tonadex::server

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "server/rate_limit.h"
+#include "server/shelf.h"
+
+namespace tonadex::server {
+
+struct Request {
+  std::string target;        // path and query as they came, bytes above 127 included
+  std::string client;        // stands for who asks, in the limit of uploads
+  Clock::time_point now;     // for that limit
+  std::uint64_t random = 0;  // what a random choice is made with
+};
+
+inline constexpr std::string_view kTextType = "text/plain; charset=windows-1252";
+inline constexpr std::string_view kHtmlType = "text/html; charset=utf-8";
+
+struct Reply {
+  int status = 200;
+  std::string_view contentType = kTextType;
+  SharedText body;
+  int maxAgeSeconds = 0;  // how long a cache may keep it
+};
+
+Reply TextReply(int status, std::string_view text);
+
+// The server: a reply for each request. The only thing it changes is the shelf. Never throws
+// (memory aside).
+Reply Handle(const Request& request, Shelf& shelf);
+
+// %XX undone; a "%" without two hexadecimal digits stays, "+" is a plus.
+std::string UndoEscapes(std::string_view text);
+
+}  // namespace tonadex::server

@@ -1,0 +1,487 @@
+#include "server/http_server.h"
+
+#include <utility>  // Asio's coroutines use std::exchange without including it
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <boost/asio/bind_executor.hpp>
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/redirect_error.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/strand.hpp>
+#include <boost/asio/use_awaitable.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/status.hpp>
+#include <condition_variable>
+#include <csignal>
+#include <mutex>
+#include <optional>
+#include <random>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+#include "core/text.h"
+#include "core/windows1252.h"
+
+namespace tonadex::server {
+namespace {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+using asio::ip::tcp;
+using core::Code;
+using namespace core::literals;
+using ErrorCode = boost::system::error_code;
+
+constexpr std::size_t kReadBytes = std::size_t{8} << 10;
+constexpr int kMinThreads = 4;  // an upload waits for the disk in its thread
+
+// A request as far as the socket loop understands it.
+struct Parsed {
+  int refusal = 0;  // status of the reply when the request is not to be handled, else 0
+  bool head = false;
+  bool keepAlive = false;
+  std::string method, target, forwardedFor;
+};
+
+Parsed Refused(int status) {
+  Parsed parsed;
+  parsed.refusal = status;
+  return parsed;
+}
+
+void AppendEscaped(std::string& text, char c) {
+  constexpr std::string_view kHex = "0123456789ABCDEF";
+  text += '%';
+  text += kHex[Code(c) >> 4];
+  text += kHex[Code(c) & 15];
+}
+
+// Blanks and control characters between the first and the last blank of the request line belong to
+// the target: clients send what was typed. NUL stays and makes the request a bad one.
+std::string WithEscapedTarget(std::string_view head) {
+  const std::string_view line = head.substr(0, head.find("\r\n"));
+  const std::size_t first = line.find(' ');
+  const std::size_t last = line.rfind(' ');
+  std::string escaped;
+  escaped.reserve(head.size());
+  for (std::size_t i = 0; i < head.size(); ++i) {
+    const char c = head[i];
+    if (i > first && i < last && c != '\0' && (Code(c) <= ' ' || c == '\x7f')) {
+      AppendEscaped(escaped, c);
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+// `head`: request line and fields, the blank line included.
+Parsed ParseHead(std::string_view head) {
+  const std::string text = WithEscapedTarget(head);
+  http::request_parser<http::empty_body> parser;
+  parser.header_limit(static_cast<std::uint32_t>(text.size() + 1));
+  ErrorCode error;
+  parser.put(asio::buffer(text), error);
+  if (error || !parser.is_header_done()) {
+    return Refused(400);
+  }
+  const auto& request = parser.get();
+  if (parser.chunked() || parser.content_length().value_or(0) != 0) {
+    return Refused(400);  // nothing here takes a body
+  }
+  Parsed parsed;
+  parsed.head = request.method() == http::verb::head;
+  if (!parsed.head && request.method() != http::verb::get) {
+    return Refused(405);
+  }
+  parsed.method = std::string(request.method_string());
+  parsed.target = std::string(request.target());
+  parsed.keepAlive = parser.keep_alive();
+  parsed.forwardedFor = std::string(request["X-Forwarded-For"]);
+  return parsed;
+}
+
+// The request line and all fields have limits of their own. 0 while both hold.
+int LimitRefusal(std::string_view buffer, std::size_t headBytes) {
+  const std::size_t line = std::min(buffer.find('\n'), headBytes);
+  return line > kMaxRequestLineBytes ? 414 : headBytes - line > kMaxFieldBytes ? 431 : 0;
+}
+
+std::string ReplyHead(const Reply& reply, bool keepAlive) {
+  const auto reason = http::obsolete_reason(static_cast<http::status>(reply.status));
+  std::string head = "HTTP/1.1 " + std::to_string(reply.status) + " ";
+  head.append(reason.data(), reason.size());
+  head.append("\r\nServer: Tonadex\r\nContent-Type: ").append(reply.contentType);
+  head.append("\r\nContent-Length: ").append(std::to_string(reply.body->size()));
+  head.append("\r\nX-Content-Type-Options: nosniff\r\nCache-Control: ");
+  head.append(reply.maxAgeSeconds > 0 ? "max-age=" + std::to_string(reply.maxAgeSeconds)
+                                      : "no-store");
+  head.append(reply.status == 405 ? "\r\nAllow: GET, HEAD" : "");
+  head.append(keepAlive ? "\r\nConnection: keep-alive" : "\r\nConnection: close");
+  return head.append("\r\n\r\n");
+}
+
+Reply RefusalReply(int status) {
+  constexpr std::string_view kBusy = u8"El servidor está ocupado. Prueba dentro de un momento."_w;
+  constexpr std::string_view kBad = u8"La petición no se entiende."_w;
+  return TextReply(status, status == 503 ? kBusy : kBad);
+}
+
+// Who asks, for limits: an IPv6 network (/64) counts as one.
+std::string ClientOf(const asio::ip::address& address) {
+  if (!address.is_v6() || address.to_v6().is_v4_mapped()) {
+    return address.to_string();
+  }
+  asio::ip::address_v6::bytes_type bytes = address.to_v6().to_bytes();
+  std::fill(bytes.begin() + bytes.size() / 2, bytes.end(), std::uint8_t{0});
+  return asio::ip::address_v6(bytes).to_string();
+}
+
+// The last address of the field: the one that our own proxy wrote; those before it are hearsay.
+std::optional<asio::ip::address> LastForwarded(std::string_view field) {
+  const std::size_t comma = field.rfind(',');
+  const std::string_view last = core::Trim(field.substr(comma == field.npos ? 0 : comma + 1));
+  ErrorCode error;
+  const auto address = asio::ip::make_address(std::string(last), error);
+  return error ? std::nullopt : std::optional(address);
+}
+
+std::string PathForLog(std::string_view target) {
+  std::string path;
+  for (const char c : target.substr(0, target.find('?'))) {
+    if (Code(c) > ' ' && Code(c) < 0x7f) {
+      path += c;
+    } else {
+      AppendEscaped(path, c);
+    }
+  }
+  return path;
+}
+
+std::string UtcNow() {
+  using namespace std::chrono;
+  const auto now = floor<milliseconds>(system_clock::now());
+  const auto today = floor<days>(now);
+  const year_month_day date(today);
+  const hh_mm_ss time(now - today);
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ", int(date.year()),
+                unsigned(date.month()), unsigned(date.day()), int(time.hours().count()),
+                int(time.minutes().count()), int(time.seconds().count()),
+                int(time.subseconds().count()));
+  return text.data();
+}
+
+int ThreadCount(const ServerOptions& options) {
+  const int cores = static_cast<int>(std::thread::hardware_concurrency());
+  return options.threads > 0 ? options.threads : std::max(kMinThreads, 2 * cores);
+}
+
+std::uint64_t NextRandom() {
+  thread_local std::mt19937_64 random{std::random_device{}()};
+  return random();
+}
+
+class Counted {
+ public:
+  explicit Counted(std::atomic<int>& counter) : counter_(&counter) { ++counter; }
+  Counted(Counted&& other) noexcept : counter_(std::exchange(other.counter_, nullptr)) {}
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+  ~Counted() {
+    if (counter_ != nullptr) {
+      --*counter_;
+    }
+  }
+
+ private:
+  std::atomic<int>* counter_;
+};
+
+}  // namespace
+
+struct HttpServer::State {
+  State(ServerOptions serverOptions, RequestHandler requestHandler)
+      : options(std::move(serverOptions)), handler(std::move(requestHandler)) {}
+
+  void Listen();
+  void Start();
+  void Stop();
+  asio::awaitable<void> AcceptLoop();
+  asio::awaitable<void> Serve(tcp::socket socket, Counted counted);
+  asio::awaitable<void> RefuseBusy(tcp::socket socket, Counted counted);
+  asio::awaitable<std::optional<Parsed>> ReadRequest(beast::tcp_stream& stream,
+                                                     std::string& buffer);
+  asio::awaitable<bool> WriteReply(beast::tcp_stream& stream, const Reply& reply, bool keepAlive,
+                                   bool bodyToo);
+  asio::awaitable<void> Linger(beast::tcp_stream& stream);
+  Reply Answer(const Parsed& parsed, const asio::ip::address& address);
+  void Log(const Parsed& parsed, const asio::ip::address& address, const Reply& reply,
+           Clock::time_point start) const;
+  void Admit(tcp::socket socket);
+  void BusyChanged(int change);
+
+  const ServerOptions options;
+  const RequestHandler handler;
+  std::atomic<bool> stopping{false};
+  std::atomic<int> connections{0};
+  std::atomic<int> refused{0};
+  std::mutex mutex;
+  std::condition_variable idle;
+  int busy = 0;  // requests between their last byte and the reply's; guarded by mutex
+  std::uint16_t port = 0;
+  std::vector<std::thread> threads;
+  asio::io_context context;  // owns the connections, which use all of the above
+  tcp::acceptor acceptor{asio::make_strand(context)};
+};
+
+void HttpServer::State::Listen() {
+  const tcp::endpoint endpoint(asio::ip::make_address(options.address), options.port);
+  acceptor.open(endpoint.protocol());
+#ifndef _WIN32
+  acceptor.set_option(tcp::acceptor::reuse_address(true));
+#endif
+  acceptor.bind(endpoint);
+  acceptor.listen(asio::socket_base::max_listen_connections);
+  port = acceptor.local_endpoint().port();
+}
+
+void HttpServer::State::Start() {
+  asio::co_spawn(acceptor.get_executor(), AcceptLoop(), asio::detached);
+  for (int i = ThreadCount(options); i > 0; --i) {
+    threads.emplace_back([this] { context.run(); });
+  }
+}
+
+void HttpServer::State::Stop() {
+  stopping = true;
+  asio::post(acceptor.get_executor(), [this] {
+    ErrorCode ignored;
+    acceptor.close(ignored);
+  });
+  {
+    std::unique_lock lock(mutex);
+    idle.wait_for(lock, std::chrono::milliseconds(kStopGraceMs), [this] { return busy == 0; });
+  }
+  context.stop();
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  threads.clear();
+}
+
+void HttpServer::State::BusyChanged(int change) {
+  const std::lock_guard lock(mutex);
+  busy += change;
+  if (busy == 0) {
+    idle.notify_all();
+  }
+}
+
+asio::awaitable<void> HttpServer::State::AcceptLoop() {
+  asio::steady_timer pause(acceptor.get_executor());
+  while (!stopping) {
+    ErrorCode error;
+    tcp::socket socket =
+        co_await acceptor.async_accept(asio::any_io_executor(asio::make_strand(context)),
+                                       asio::redirect_error(asio::use_awaitable, error));
+    if (!error) {
+      Admit(std::move(socket));
+    } else if (!stopping) {  // out of file handles, as a rule
+      pause.expires_after(std::chrono::milliseconds(kAcceptRetryMs));
+      co_await pause.async_wait(asio::redirect_error(asio::use_awaitable, error));
+    }
+  }
+}
+
+void HttpServer::State::Admit(tcp::socket socket) {
+  const auto executor = socket.get_executor();
+  if (connections < options.maxConnections) {
+    asio::co_spawn(executor, Serve(std::move(socket), Counted(connections)), asio::detached);
+  } else if (refused < kMaxRefusedConnections) {
+    asio::co_spawn(executor, RefuseBusy(std::move(socket), Counted(refused)), asio::detached);
+  }
+}
+
+// Gives nothing when the client is gone or too slow before a whole request has arrived. What
+// follows the request stays in the buffer.
+asio::awaitable<std::optional<Parsed>> HttpServer::State::ReadRequest(beast::tcp_stream& stream,
+                                                                      std::string& buffer) {
+  stream.expires_after(options.slowClient);
+  std::size_t searched = 0;
+  for (;;) {
+    const std::size_t end = buffer.find("\r\n\r\n", searched);
+    const std::size_t headBytes = end == buffer.npos ? buffer.size() : end + 4;
+    if (const int status = LimitRefusal(buffer, headBytes); status != 0) {
+      co_return Refused(status);
+    }
+    if (end != buffer.npos) {
+      Parsed parsed = ParseHead(std::string_view(buffer).substr(0, headBytes));
+      buffer.erase(0, headBytes);
+      co_return parsed;
+    }
+    searched = buffer.size() < 3 ? 0 : buffer.size() - 3;
+    const std::size_t size = buffer.size();
+    buffer.resize(size + kReadBytes);
+    ErrorCode error;
+    const std::size_t count =
+        co_await stream.async_read_some(asio::buffer(buffer.data() + size, kReadBytes),
+                                        asio::redirect_error(asio::use_awaitable, error));
+    buffer.resize(size + count);
+    if (error) {
+      const bool half = error == asio::error::eof && !buffer.empty();
+      co_return half ? std::optional(Refused(400)) : std::nullopt;
+    }
+  }
+}
+
+// Slice by slice, so that a slow client has time for each and a dead one does not stay.
+asio::awaitable<bool> HttpServer::State::WriteReply(beast::tcp_stream& stream, const Reply& reply,
+                                                    bool keepAlive, bool bodyToo) {
+  const std::string head = ReplyHead(reply, keepAlive);
+  std::string_view body = bodyToo ? std::string_view(*reply.body) : std::string_view();
+  std::string_view first = head;
+  do {
+    const std::string_view slice = body.substr(0, kWriteSliceBytes);
+    const std::array<asio::const_buffer, 2> buffers = {asio::buffer(first.data(), first.size()),
+                                                       asio::buffer(slice.data(), slice.size())};
+    stream.expires_after(options.slowClient);
+    ErrorCode error;
+    co_await asio::async_write(stream, buffers, asio::redirect_error(asio::use_awaitable, error));
+    if (error) {
+      co_return false;
+    }
+    first = {};
+    body.remove_prefix(slice.size());
+  } while (!body.empty());
+  co_return true;
+}
+
+// Closing with unread bytes would tear the reply out of the client's hands.
+asio::awaitable<void> HttpServer::State::Linger(beast::tcp_stream& stream) {
+  ErrorCode error;
+  stream.socket().shutdown(tcp::socket::shutdown_send, error);
+  stream.expires_after(std::chrono::milliseconds(kLingerMs));
+  std::array<char, 4096> rubbish;
+  for (std::size_t total = 0; !error && total < kMaxLingerBytes;) {
+    total += co_await stream.async_read_some(asio::buffer(rubbish),
+                                             asio::redirect_error(asio::use_awaitable, error));
+  }
+}
+
+Reply HttpServer::State::Answer(const Parsed& parsed, const asio::ip::address& address) {
+  if (parsed.refusal != 0) {
+    return RefusalReply(parsed.refusal);
+  }
+  try {
+    return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom()});
+  } catch (const std::exception&) {
+    return RefusalReply(500);
+  }
+}
+
+void HttpServer::State::Log(const Parsed& parsed, const asio::ip::address& address,
+                            const Reply& reply, Clock::time_point start) const {
+  if (!options.log) {
+    return;
+  }
+  const std::chrono::duration<double, std::milli> taken = Clock::now() - start;
+  std::array<char, 32> milliseconds{};
+  std::snprintf(milliseconds.data(), milliseconds.size(), "%.2f", taken.count());
+  const std::string method =
+      parsed.refusal != 0 ? "- -" : parsed.method + " " + PathForLog(parsed.target);
+  options.log(UtcNow() + " " + address.to_string() + " " + method + " " +
+              std::to_string(reply.status) + " " + std::to_string(reply.body->size()) + " " +
+              milliseconds.data());
+}
+
+asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted) {
+  ErrorCode error;
+  const asio::ip::address peer = socket.remote_endpoint(error).address();
+  socket.set_option(tcp::no_delay(true), error);
+  beast::tcp_stream stream(std::move(socket));
+  std::string buffer;
+  for (bool open = true; open;) {
+    const std::optional<Parsed> parsed = co_await ReadRequest(stream, buffer);
+    if (!parsed) {
+      co_return;
+    }
+    BusyChanged(1);
+    const Clock::time_point start = Clock::now();
+    const auto forwarded = options.behindProxy ? LastForwarded(parsed->forwardedFor) : std::nullopt;
+    const asio::ip::address address = forwarded.value_or(peer);
+    const Reply reply = Answer(*parsed, address);
+    open = parsed->keepAlive && !stopping;
+    const bool written = co_await WriteReply(stream, reply, open, !parsed->head);
+    Log(*parsed, address, reply, start);
+    BusyChanged(-1);
+    if (!written) {
+      co_return;
+    }
+  }
+  co_await Linger(stream);
+}
+
+asio::awaitable<void> HttpServer::State::RefuseBusy(tcp::socket socket, Counted) {
+  beast::tcp_stream stream(std::move(socket));
+  ErrorCode error;
+  const asio::ip::address peer = stream.socket().remote_endpoint(error).address();
+  const Reply reply = RefusalReply(503);
+  Log(Refused(503), peer, reply, Clock::now());
+  if (co_await WriteReply(stream, reply, false, true)) {
+    co_await Linger(stream);
+  }
+}
+
+HttpServer::HttpServer(ServerOptions options, RequestHandler handler)
+    : state_(std::make_unique<State>(std::move(options), std::move(handler))) {
+  try {
+    state_->Listen();
+  } catch (const boost::system::system_error& error) {
+    throw std::runtime_error(error.code().message());
+  }
+  state_->Start();
+}
+
+HttpServer::~HttpServer() {
+  Stop();
+}
+
+std::uint16_t HttpServer::Port() const {
+  return state_->port;
+}
+
+void HttpServer::Stop() {
+  if (!state_->threads.empty()) {
+    state_->Stop();
+  }
+}
+
+bool Answers(std::uint16_t port) {
+  asio::io_context context;
+  tcp::socket socket(context);
+  ErrorCode error;
+  socket.connect({asio::ip::address_v4::loopback(), port}, error);
+  return !error;
+}
+
+void WaitForEndSignal() {
+  asio::io_context context;
+  asio::signal_set signals(context, SIGTERM, SIGINT);
+  signals.async_wait([](ErrorCode, int) {});
+  context.run();
+}
+
+}  // namespace tonadex::server

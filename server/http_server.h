@@ -1,0 +1,56 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "server/handler.h"
+#include "server/limits.h"
+
+namespace tonadex::server {
+
+struct ServerOptions {
+  std::string address = "127.0.0.1";  // a numeric address to listen on
+  std::uint16_t port = 0;             // 0: any free one
+  bool behindProxy = false;           // the client's address stands in X-Forwarded-For
+  int threads = 0;                    // 0: as many as suit the machine
+  int maxConnections = kMaxConnections;
+  std::chrono::milliseconds slowClient{kSlowClientMs};
+  // Gets one line for each request, UTF-8 without a line end: time (UTC), address, method, path,
+  // status, bytes of the body, milliseconds. What was searched for or uploaded is not in it.
+  // Called from several threads. May be empty.
+  std::function<void(std::string_view line)> log;
+};
+
+using RequestHandler = std::function<Reply(const Request&)>;
+
+// Speaks HTTP on a socket: reads requests (blanks and bytes above 127 in their first line
+// included), hands those that are well formed to the handler and sends its replies. Knows no path.
+class HttpServer {
+ public:
+  // Listens from here on, in threads of its own, which call the handler. Throws
+  // std::runtime_error when it cannot listen.
+  HttpServer(ServerOptions options, RequestHandler handler);
+  ~HttpServer();
+  HttpServer(const HttpServer&) = delete;
+  HttpServer& operator=(const HttpServer&) = delete;
+
+  std::uint16_t Port() const;
+  // Takes no more requests, lets the replies under way end (kStopGraceMs at most).
+  void Stop();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+// Whether something listens on this port of the loopback address.
+bool Answers(std::uint16_t port);
+
+// Blocks until the program is told to end (SIGTERM, SIGINT).
+void WaitForEndSignal();
+
+}  // namespace tonadex::server

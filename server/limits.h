@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// Every limit of the server, its unit in its name.
+namespace tonadex::server {
+
+// Requests.
+inline constexpr std::size_t kMaxRequestLineBytes = std::size_t{64} << 10;
+inline constexpr std::size_t kMaxFieldBytes = std::size_t{16} << 10;  // all header fields together
+inline constexpr int kSlowClientMs = 10'000;  // for a request to arrive, a slice to be taken
+inline constexpr int kLingerMs = 1'000;       // for a client to read a refusal
+inline constexpr std::size_t kMaxLingerBytes = std::size_t{1} << 20;
+inline constexpr std::size_t kWriteSliceBytes = std::size_t{64} << 10;
+
+// Connections.
+inline constexpr int kMaxConnections = 512;          // served at the same time
+inline constexpr int kMaxRefusedConnections = 4096;  // being told 503 at the same time
+inline constexpr int kAcceptRetryMs = 100;           // after running out of file handles
+inline constexpr int kStopGraceMs = 3'000;           // for replies under way when the server ends
+
+// Listings.
+inline constexpr std::size_t kMaxSearchRecords = 500;
+inline constexpr std::size_t kRandomRecords = 10;
+inline constexpr std::size_t kNewsRecords = 8;
+inline constexpr std::size_t kMaxDescriptionBytes = 100;
+
+// Melodies. A file's number has at most five digits, so that clients find it in a record.
+inline constexpr std::uint32_t kMaxNumber = 99'999;
+inline constexpr std::size_t kMaxFileNameUtf8Bytes = 200;
+inline constexpr std::size_t kMaxFileBytes = std::size_t{1} << 20;
+inline constexpr std::size_t kNamePrefixBytes = 512;  // read of each file for its name
+
+// Uploads.
+inline constexpr int kUploadsPerMinute = 20;  // from one address
+inline constexpr std::size_t kMaxRememberedAddresses = 10'000;
+
+// The embedded server.
+inline constexpr int kGuestPollMs = 500;   // between two looks whether the folder became free
+inline constexpr int kPortWaitMs = 2'000;  // for the first program to say where it listens
+
+}  // namespace tonadex::server

@@ -1,0 +1,107 @@
+#include "server/melody_name.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "core/melody_file.h"
+#include "core/rtttl.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+#include "net/file_name.h"
+#include "net/listing.h"
+#include "net/upload.h"
+#include "server/limits.h"
+
+namespace tonadex::server {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::string_view kBadName =
+    u8"El nombre del fichero no es válido: nombre.número, sin puntos en el nombre."_w;
+constexpr std::string_view kBadForm = u8"El texto no es una melodía RTTTL válida."_w;
+constexpr std::string_view kBadKey =
+    u8"El nombre del fichero no corresponde al nombre y la longitud de la melodía."_w;
+
+std::optional<std::uint32_t> ParseNumber(std::string_view digits) {
+  std::uint32_t number = 0;
+  const char* end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, number);
+  const bool whole = error == std::errc() && stop == end && number <= kMaxNumber;
+  if (!whole || (digits.size() > 1 && digits.front() == '0')) {
+    return std::nullopt;
+  }
+  return number;
+}
+
+// The line ends that a pasted text may bring along stay outside the melody's first line.
+std::string_view WithoutLineEnds(std::string_view text) {
+  while (text.ends_with('\r') || text.ends_with('\n')) {
+    text.remove_suffix(1);
+  }
+  return text;
+}
+
+bool HasControls(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), [](char c) { return core::Code(c) < 0x20; });
+}
+
+// Clients look at the header alone; notes that cannot be read would be of no use to anybody.
+bool IsReadable(std::string_view text) {
+  core::RTTTLMelody melody;
+  melody.Text = text;
+  return !HasControls(text) && core::ParseRTTTL(melody) == core::kParsed;
+}
+
+char DescriptionCharacter(char c) {
+  return c == '(' ? '[' : c == ')' ? ']' : core::Code(c) < 0x20 ? ' ' : c;
+}
+
+}  // namespace
+
+std::optional<MelodyName> ParseMelodyName(std::string_view fileName) {
+  const std::size_t dot = fileName.find('.');
+  if (dot == fileName.npos || dot == 0 || !net::IsSafeFileName(fileName) ||
+      core::Contains(fileName, net::kRecordEnd) ||
+      core::ToUtf8(fileName).size() > kMaxFileNameUtf8Bytes) {
+    return std::nullopt;
+  }
+  const auto number = ParseNumber(fileName.substr(dot + 1));
+  if (!number) {
+    return std::nullopt;
+  }
+  return MelodyName{fileName.substr(0, dot), *number};
+}
+
+std::string Description(std::string_view line, std::string_view stem) {
+  const std::size_t colon = line.find(':');
+  const std::string_view name =
+      core::Trim(colon == line.npos ? stem : line.substr(0, std::min(colon, kMaxDescriptionBytes)));
+  std::string description;
+  for (const char c : name) {
+    if (c != '.') {
+      description += DescriptionCharacter(c);
+    }
+  }
+  return description;
+}
+
+std::string Record(std::string_view description, std::string_view fileName) {
+  std::string record(description);
+  return record.append(" (").append(fileName).append(net::kRecordEnd);
+}
+
+std::string_view UploadFault(std::string_view fileName, std::string_view contents) {
+  const auto name = ParseMelodyName(fileName);
+  if (!name) {
+    return kBadName;
+  }
+  const std::string melody = core::UndoSharpEscape(contents);
+  if (!net::IsUploadable(melody, fileName) || !IsReadable(WithoutLineEnds(melody))) {
+    return kBadForm;
+  }
+  const std::string_view melodyName = std::string_view(melody).substr(0, melody.find(':'));
+  return net::UploadKey(melodyName, melody) == fileName ? std::string_view() : kBadKey;
+}
+
+}  // namespace tonadex::server

@@ -1,0 +1,209 @@
+#include "server/pages.h"
+
+#include <charconv>
+#include <cstdint>
+
+#include "core/windows1252.h"
+#include "server/limits.h"
+
+namespace tonadex::server {
+namespace {
+
+constexpr std::string_view kHead = R"html(<!DOCTYPE html>
+<html lang="es">
+<head>
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<title>Tonadex</title>
+<style>
+:root { color-scheme: light dark; --ground: #fbfcfa; --text: #1c211d; --soft: #59635b;
+  --accent: #14532d; --line: #d9e0d9; --display: #cfe3b4; --ink: #17240f; }
+@media (prefers-color-scheme: dark) {
+  :root { --ground: #1b1e1b; --text: #e6ebe5; --soft: #a3ada4; --accent: #7fc796;
+    --line: #363d37; --display: #17240f; --ink: #cfe3b4; } }
+* { box-sizing: border-box; }
+body { margin: 0; background: var(--ground); color: var(--text);
+  font: 15px/1.5 "Segoe UI", "Noto Sans", "DejaVu Sans", Verdana, sans-serif; }
+main { max-width: 880px; margin: 0 auto; padding: 24px 16px 32px; }
+h1 { margin: 0; color: var(--accent); font-size: 30px; letter-spacing: -0.5px; line-height: 1.2; }
+h2 { margin: 0 0 8px; color: var(--accent); font-size: 17px; }
+p { margin: 0 0 8px; }
+.soft { color: var(--soft); }
+.grid { display: grid; grid-template-columns: repeat(auto-fit, minmax(260px, 1fr)); gap: 16px;
+  margin-top: 16px; }
+.card { border: 1px solid var(--line); border-radius: 8px; padding: 16px; overflow-wrap: anywhere; }
+.display { margin-top: 16px; padding: 16px; border-radius: 12px; background: var(--display);
+  color: var(--ink); font: 16px/1.6 "DejaVu Sans Mono", Consolas, monospace;
+  overflow-wrap: anywhere; }
+.wide { grid-column: 1 / -1; }
+.card .soft { margin: 8px 0 0; }
+ol, ul { margin: 0; padding-left: 20px; }
+li { margin: 4px 0; }
+table { border-collapse: collapse; }
+td { padding: 4px 16px 4px 0; vertical-align: top; }
+td:first-child, code { font-family: "DejaVu Sans Mono", Consolas, monospace; white-space: nowrap; }
+)html";
+
+constexpr std::string_view kBody = "</style>\n</head>\n<body>\n";
+constexpr std::string_view kEnd = "</body>\n</html>\n";
+
+// One line that thins out from the right when the window is narrow; never taller than the banner.
+constexpr std::string_view kBannerStyle = R"html(
+html, body { height: 60px; overflow: hidden; }
+.banner { display: flex; align-items: center; gap: 16px; height: 60px; padding: 0 16px;
+  white-space: nowrap; overflow: hidden; }
+.banner h1 { font-size: 22px; }
+.banner .display { margin: 0; padding: 4px 12px; border-radius: 8px; flex: none; }
+.banner .soft { overflow: hidden; text-overflow: ellipsis; min-width: 0; }
+)html";
+
+constexpr std::string_view kSteps = R"html(<section class="card">
+<h2>En tres pasos</h2>
+<ol>
+<li><b>Opciones:</b> elige la marca y el modelo de tu móvil.</li>
+<li><b>Buscar:</b> escribe una palabra del título y descarga la melodía.</li>
+<li><b>Repertorio:</b> escúchala, conviértela y pásala a tu móvil.</li>
+</ol>
+</section>
+)html";
+
+constexpr std::string_view kRtttlGuide = R"html(<section class="card wide">
+<h2>Así se escribe una melodía</h2>
+<table>
+<tr><td>d=4</td><td>la duración de las notas que no dicen otra: 1, 2, 4, 8, 16 o 32</td></tr>
+<tr><td>o=5</td><td>la octava de las notas que no dicen otra: de 4 a 7</td></tr>
+<tr><td>b=120</td><td>el tempo, en negras por minuto</td></tr>
+<tr><td>8c#.6</td><td>corchea, do sostenido, con puntillo, octava 6</td></tr>
+<tr><td>p</td><td>un silencio</td></tr>
+</table>
+<p class="soft">Do, re, mi, fa, sol, la, si se escriben c, d, e, f, g, a, b.</p>
+</section>
+<section class="card">
+<h2>Comparte las tuyas</h2>
+<ul>
+<li>Ponle un nombre corto, sin puntos ni comillas: por él la buscarán los demás.</li>
+<li>Escúchala en la página Inicio antes de subirla.</li>
+<li>Sube solo lo que puedas compartir: tus melodías y las que ya son de todos.</li>
+<li>Una melodía subida no se cambia; con otro nombre puedes subir otra versión.</li>
+</ul>
+</section>
+)html";
+
+std::string Escaped(std::string_view text) {
+  std::string html;
+  for (const char c : core::ToUtf8(text)) {
+    switch (c) {
+      case '<':
+        html += "&lt;";
+        break;
+      case '>':
+        html += "&gt;";
+        break;
+      case '&':
+        html += "&amp;";
+        break;
+      case '"':
+        html += "&quot;";
+        break;
+      default:
+        html += c;
+    }
+  }
+  return html;
+}
+
+// "12.345", as Spanish groups thousands.
+std::string Grouped(std::size_t number) {
+  std::string digits = std::to_string(number);
+  for (std::size_t at = digits.size(); at > 3;) {
+    at -= 3;
+    digits.insert(at, 1, '.');
+  }
+  return digits;
+}
+
+std::string CountSentence(std::size_t melodies) {
+  return melodies == 1 ? "1 melodía" : Grouped(melodies) + " melodías";
+}
+
+std::string_view NameOf(std::string_view record) {
+  return record.substr(0, record.find(" ("));
+}
+
+std::string NewsCard(const Shelf& shelf) {
+  std::string items;
+  for (const std::string& record : shelf.Newest(kNewsRecords)) {
+    if (const std::string_view name = NameOf(record); !name.empty()) {
+      items += "<li>" + Escaped(name) + "</li>\n";
+    }
+  }
+  return "<section class=\"card\">\n<h2>Lo último que ha llegado</h2>\n" +
+         (items.empty() ? "<p class=\"soft\">Todavía no hay melodías. Sube la primera.</p>\n"
+                        : "<ul>\n" + items + "</ul>\n") +
+         "</section>\n";
+}
+
+// The next number of a dotted version, 0 at its end.
+std::uint32_t TakeNumber(std::string_view& version) {
+  std::uint32_t number = 0;
+  std::from_chars(version.data(), version.data() + version.size(), number);
+  const std::size_t dot = version.find('.');
+  version = dot == version.npos ? "" : version.substr(dot + 1);
+  return number;
+}
+
+bool IsOlder(std::string_view version, std::string_view than) {
+  while (!version.empty() || !than.empty()) {
+    const std::uint32_t left = TakeNumber(version);
+    const std::uint32_t right = TakeNumber(than);
+    if (left != right) {
+      return left < right;
+    }
+  }
+  return false;
+}
+
+std::string VersionSentence(std::string_view version) {
+  const std::string current = Escaped(TONADEX_VERSION);
+  if (version.empty()) {
+    return "La versión actual es la " + current + ".";
+  }
+  if (IsOlder(version, TONADEX_VERSION)) {
+    return "Hay una versión nueva, la " + current + ". Tú tienes la " + Escaped(version) + ".";
+  }
+  return "Tienes la última versión (" + Escaped(version) + ").";
+}
+
+std::string Page(std::string_view style, const std::string& content) {
+  std::string page(kHead);
+  return page.append(style).append(kBody).append(content).append(kEnd);
+}
+
+}  // namespace
+
+std::string BannerPage(const Shelf& shelf) {
+  return Page(kBannerStyle,
+              "<div class=\"banner\"><h1>Tonadex</h1><div class=\"display\">&#9834; " +
+                  CountSentence(shelf.size()) +
+                  "</div><div class=\"soft\">Busca una, llévala a tu móvil y comparte las tuyas."
+                  "</div></div>\n");
+}
+
+std::string InternetPage(const Shelf& shelf) {
+  return Page({},
+              "<main>\n<h1>Melodías de todos</h1>\n"
+              "<div class=\"display\">Tema:d=4,o=5,b=120:c,8d#,8e.6,2p,g</div>\n"
+              "<div class=\"grid\">\n" +
+                  std::string(kRtttlGuide) + NewsCard(shelf) + "</div>\n</main>\n");
+}
+
+std::string StartPage(const Shelf& shelf, std::string_view version) {
+  return Page({},
+              "<main>\n<h1>Tonadex</h1>\n<p class=\"soft\">Melodías para los móviles de "
+              "siempre.</p>\n<div class=\"display\">&#9834; " +
+                  CountSentence(shelf.size()) + " en el servidor<br>" + VersionSentence(version) +
+                  "</div>\n<div class=\"grid\">\n" + std::string(kSteps) + NewsCard(shelf) +
+                  "</div>\n</main>\n");
+}
+
+}  // namespace tonadex::server

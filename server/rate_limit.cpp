@@ -1,0 +1,40 @@
+#include "server/rate_limit.h"
+
+#include <algorithm>
+
+#include "server/limits.h"
+
+namespace tonadex::server {
+double RateLimit::Refilled(const Allowance& allowance, Clock::time_point now) const {
+  const double minutes = std::chrono::duration<double, std::ratio<60>>(now - allowance.at).count();
+  return std::min<double>(perMinute_, allowance.left + minutes * perMinute_);
+}
+
+void RateLimit::Forget(Clock::time_point now) {
+  std::erase_if(allowances_,
+                [&](const auto& entry) { return Refilled(entry.second, now) >= perMinute_; });
+}
+
+bool RateLimit::Allow(std::string_view address, Clock::time_point now) {
+  const std::lock_guard lock(mutex_);
+  std::string key(address);
+  auto entry = allowances_.find(key);
+  if (entry == allowances_.end()) {
+    if (allowances_.size() >= kMaxRememberedAddresses) {
+      Forget(now);
+    }
+    if (allowances_.size() >= kMaxRememberedAddresses) {
+      return false;
+    }
+    entry = allowances_.emplace(std::move(key), Allowance{double(perMinute_), now}).first;
+  }
+  Allowance& allowance = entry->second;
+  allowance = {Refilled(allowance, now), now};
+  if (allowance.left < 1) {
+    return false;
+  }
+  allowance.left -= 1;
+  return true;
+}
+
+}  // namespace tonadex::server

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <chrono>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace tonadex::server {
+
+using Clock = std::chrono::steady_clock;
+
+// How often one address may do something: `perMinute` times at once, then as the minute passes.
+// Safe to use from several threads.
+class RateLimit {
+ public:
+  explicit RateLimit(int perMinute) : perMinute_(perMinute) {}
+
+  // Counts one more and says whether it is allowed.
+  bool Allow(std::string_view address, Clock::time_point now);
+
+ private:
+  struct Allowance {
+    double left = 0;
+    Clock::time_point at;
+  };
+  double Refilled(const Allowance& allowance, Clock::time_point now) const;
+  void Forget(Clock::time_point now);
+
+  int perMinute_;
+  std::mutex mutex_;
+  std::unordered_map<std::string, Allowance> allowances_;
+};
+
+}  // namespace tonadex::server

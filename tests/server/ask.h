@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "tests/http/raw_socket.h"
+
+// Asking a server in so many bytes.
+namespace tonadex::test {
+
+// Replies one behind the other, each as "status body" (a reply without its whole body ends in
+// "[cut]").
+inline std::vector<std::string> SplitReplies(std::string text) {
+  std::vector<std::string> replies;
+  while (!text.empty()) {
+    const std::size_t head = text.find("\r\n\r\n");
+    const std::size_t length = text.find("Content-Length: ");
+    if (head == text.npos || length > head) {
+      replies.push_back("[no reply] " + text);
+      break;
+    }
+    const std::size_t size = std::strtoul(text.c_str() + length + 16, nullptr, 10);
+    const std::string body = text.substr(head + 4, size);
+    replies.push_back(text.substr(9, 3) + " " + body + (body.size() < size ? "[cut]" : ""));
+    text.erase(0, head + 4 + body.size());
+  }
+  return replies;
+}
+
+// Sends bytes, ends, and gives every reply.
+inline std::vector<std::string> Converse(std::uint16_t port, const std::string& bytes) {
+  const RawSocket client = RawSocket::Connect(port);
+  client.Send(bytes);
+  client.EndSending();
+  return SplitReplies(client.ReadAll());
+}
+
+// One GET; "status body", "" when no reply came.
+inline std::string Ask(std::uint16_t port, const std::string& target,
+                       const std::string& fields = {}) {
+  const RawSocket client = RawSocket::Connect(port);
+  client.Send("GET " + target + " HTTP/1.1\r\nConnection: close\r\n" + fields + "\r\n");
+  const auto replies = SplitReplies(client.ReadAll());
+  return replies.empty() ? "" : replies.front();
+}
+
+}  // namespace tonadex::test

@@ -1,0 +1,85 @@
+#include "server/handler.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "core/windows1252.h"
+#include "server/pages.h"
+#include "tests/core/table.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::server {
+namespace {
+
+using namespace core::literals;
+using std::string;
+using test::TempFolder;
+
+TEST(Handle, Answers) {
+  for (const test::Row& row : test::Table("Targets")) {
+    SCOPED_TRACE(row[0]);
+    const TempFolder folder;
+    folder.Write("secreto.12", "outside");
+    folder.Write("servidor/vals.120", "Vals:d=4,o=5,b=63:c");
+    folder.Write("servidor/anil.8", string(u8"Añil:d=4"_w));
+    folder.Write("servidor/.candado", "");
+    const auto now = std::filesystem::last_write_time(folder / "servidor/anil.8");
+    std::filesystem::last_write_time(folder / "servidor/vals.120", now - std::chrono::hours(1));
+    Shelf shelf(folder / "servidor", ShelfAccess::kReadWrite);
+    const Reply reply = Handle({core::FromUtf8(row[0]), "client", {}, 1}, shelf);
+    EXPECT_EQ(std::to_string(reply.status), row[1]);
+    EXPECT_EQ(core::ToUtf8(*reply.body), row[2]);
+    EXPECT_EQ(reply.contentType, kTextType);
+  }
+}
+
+TEST(Handle, StoresWhatIsUploaded) {
+  const TempFolder folder;
+  Shelf shelf(folder.path(), ShelfAccess::kReadWrite);
+  const string target =
+      "/uploadertonos.php?filename=Mi%20t\xE9ma%25.29&contents=Mi%20t\xE9ma%25:d=4,o=5,b=100:c,"
+      "djuh9hay,e";
+  EXPECT_EQ(*Handle({target, "client", {}, 1}, shelf).body,
+            u8"La melodía está en el servidor. ¡Gracias!"_w);
+  const string stored = string(u8"Mi téma%:d=4,o=5,b=100:c,djuh9hay,e"_w);
+  EXPECT_EQ(folder.Read(u8"Mi téma%.29"), stored);
+  EXPECT_EQ(*Handle({"/tonos/Mi%20t\xE9ma%.29", "client", {}, 1}, shelf).body, stored);
+  EXPECT_EQ(Handle({target, "client", {}, 1}, shelf).status, 409);
+}
+
+TEST(UndoEscapes, KeepsWhatIsNoEscape) {
+  EXPECT_EQ(UndoEscapes("%41%4a%4A%zz%4%%34%1g%"), "AJJ%zz%4%4%1g%");
+}
+
+TEST(Pages, EscapeWhatComesFromOutside) {
+  const TempFolder folder;
+  folder.Write("x.1", "<b>&\"x\":d=4");
+  const Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  for (const string& page : {StartPage(shelf, "<i>9"), InternetPage(shelf)}) {
+    EXPECT_NE(page.find("<li>&lt;b&gt;&amp;&quot;x&quot;</li>"), page.npos);
+    EXPECT_EQ(page.find("<i>"), page.npos);
+    EXPECT_TRUE(core::IsUtf8(page));
+    EXPECT_EQ(page.find("http"), page.npos);  // nothing from elsewhere
+  }
+  EXPECT_NE(StartPage(shelf, "").find("1 melodía en el servidor"), string::npos);
+  EXPECT_NE(BannerPage(shelf).find("1 melodía<"), string::npos);
+}
+
+TEST(StartPage, SaysWhetherTheVersionIsCurrent) {
+  const TempFolder folder;
+  const Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  const string current = TONADEX_VERSION;
+  const std::pair<string, string> cases[] = {
+      {"", "La versión actual es la " + current + "."},
+      {"Beta 0.8", "Hay una versión nueva, la " + current + ". Tú tienes la Beta 0.8."},
+      {current, "Tienes la última versión (" + current + ")."},
+      {"99.10", "Tienes la última versión (99.10)."},
+  };
+  for (const auto& [version, sentence] : cases) {
+    EXPECT_NE(StartPage(shelf, version).find(sentence), string::npos) << version;
+  }
+}
+
+}  // namespace
+}  // namespace tonadex::server

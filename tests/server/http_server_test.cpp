@@ -1,0 +1,222 @@
+#include "server/http_server.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <deque>
+#include <future>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "core/windows1252.h"
+#include "server/file_system.h"
+#include "tests/core/table.h"
+#include "tests/server/ask.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::server {
+namespace {
+
+using std::string;
+using std::chrono::milliseconds;
+using test::Ask;
+using test::Converse;
+using test::RawSocket;
+
+// Gives the target back.
+Reply Echo(const Request& request) {
+  return TextReply(200, request.target);
+}
+
+ServerOptions Quick() {
+  ServerOptions options;
+  options.slowClient = milliseconds(400);
+  return options;
+}
+
+const string kBad = "400 La petici\xF3n no se entiende.";
+
+string Refusal(const char* status) {
+  return status + kBad.substr(3);
+}
+
+string Get(const string& target, const string& fields = "Host: x\r\n") {
+  return "GET " + target + " HTTP/1.1\r\n" + fields + "\r\n";
+}
+
+// The replies to raw bytes, parted by " & ", and whether the server lives on.
+string Replies(const HttpServer& server, const string& request) {
+  string replies;
+  for (const string& reply : Converse(server.Port(), request)) {
+    replies += (replies.empty() ? "" : " & ") + reply;
+  }
+  EXPECT_EQ(Ask(server.Port(), "/alive"), "200 /alive");
+  return replies;
+}
+
+TEST(HttpServer, AnswersOrRefusesAnyRequest) {
+  HttpServer server(Quick(), Echo);
+  for (const test::Row& row : test::Table("Requests")) {
+    EXPECT_EQ(core::ToUtf8(Replies(server, core::FromUtf8(row[0]))), row[1]) << row[0];
+  }
+  const string longest = "/" + string(kMaxRequestLineBytes - 20, 'x');
+  const std::pair<string, string> cases[] = {
+      {Get("/\x80\xE1 \xFF"), "200 /\x80\xE1%20\xFF"},
+      {Get("/\t\x01\x1F\x7F"), "200 /%09%01%1F%7F"},
+      {Get(string("/a\0b", 4)), kBad},
+      {"\x16\x03\x01\x02\r\n\r\n", kBad},
+      {"GET / HTTP/1.1\nHost: x\n\n", kBad},
+      {Get(longest), "200 " + longest},
+      {Get(longest + string(20, 'x')), Refusal("414")},
+      {string(kMaxRequestLineBytes * 4, 'x'), Refusal("414")},
+      {Get("/x", "A: " + string(kMaxFieldBytes, 'x') + "\r\n"), Refusal("431")},
+      {"GET / HTTP/1.1\r\n" + string(kMaxFieldBytes * 4, 'x'), Refusal("431")}};
+  for (const auto& [request, replies] : cases) {
+    EXPECT_EQ(Replies(server, request), replies) << request.substr(0, 80);
+  }
+}
+
+TEST(HttpServer, AnswersHeadWithoutTheBody) {
+  HttpServer server(Quick(), Echo);
+  const RawSocket client = RawSocket::Connect(server.Port());
+  client.Send("HEAD /abc HTTP/1.1\r\nConnection: close\r\n\r\n");
+  const string reply = client.ReadAll();
+  EXPECT_NE(reply.find("Content-Length: 4\r\n"), reply.npos);
+  EXPECT_EQ(reply.substr(reply.size() - 4), "\r\n\r\n");
+}
+
+TEST(HttpServer, TurnsAnExceptionIntoAReply) {
+  HttpServer server(Quick(), [](const Request&) -> Reply { throw std::runtime_error("x"); });
+  EXPECT_EQ(Ask(server.Port(), "/"), Refusal("500"));
+}
+
+TEST(HttpServer, LetsGoOfSlowClientsWhileOthersAreServed) {
+  const string large(std::size_t{64} << 20, 'x');
+  std::promise<void> gaveUp;
+  ServerOptions options = Quick();
+  options.log = [&](std::string_view line) {
+    line.find("/large") != line.npos ? gaveUp.set_value() : void();
+  };
+  HttpServer server(options, [&](const Request& request) {
+    return TextReply(200, request.target == "/large" ? large : "ok");
+  });
+  const RawSocket reader = RawSocket::Connect(server.Port());
+  reader.Send(Get("/large"));  // and never reads
+  const RawSocket silent = RawSocket::Connect(server.Port());
+  const RawSocket writer = RawSocket::Connect(server.Port());
+  const auto start = Clock::now();
+  while (writer.Send("x") && Clock::now() - start < std::chrono::seconds(3)) {
+    std::this_thread::sleep_for(milliseconds(20));
+  }
+  EXPECT_LT(Clock::now() - start, std::chrono::seconds(3));  // not for ever
+  EXPECT_EQ(silent.ReadAll(), "");
+  EXPECT_EQ(Ask(server.Port(), "/"), "200 ok");
+  ASSERT_EQ(gaveUp.get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready);
+  EXPECT_LT(reader.ReadAll().size(), large.size());
+}
+
+TEST(HttpServer, ServesItsMostConnectionsAndTellsTheRestToComeBack) {
+  constexpr int kClients = 2000;
+  RaiseOpenFileLimit();
+  rlimit limit{};
+  ::getrlimit(RLIMIT_NOFILE, &limit);
+  if (limit.rlim_cur < 2 * kClients + 200) {  // two sockets for each connection
+    GTEST_SKIP() << "this system does not allow enough open files";
+  }
+  HttpServer server({}, Echo);
+  {
+    std::deque<RawSocket> clients;
+    for (int i = 0; i < kClients; ++i) {
+      clients.push_back(RawSocket::Connect(server.Port()));
+    }
+    int served = 0, busy = 0;
+    for (const RawSocket& client : clients) {
+      client.Send(Get("/x"));
+    }
+    for (const RawSocket& client : clients) {
+      const string reply = client.ReadUntil("\r\n\r\n");
+      served += reply.starts_with("HTTP/1.1 200 ");
+      busy += reply.starts_with("HTTP/1.1 503 ");
+    }
+    EXPECT_EQ(served, kMaxConnections);
+    EXPECT_EQ(busy, kClients - kMaxConnections);
+  }
+  const auto end = Clock::now() + std::chrono::seconds(10);
+  while (Ask(server.Port(), "/x") != "200 /x") {
+    ASSERT_LT(Clock::now(), end);
+  }
+}
+
+TEST(HttpServer, LimitsUploadsByTheAddressThatTheProxyWrote) {
+  const test::TempFolder folder;
+  Shelf shelf(folder.path(), ShelfAccess::kReadWrite, 1);
+  const auto handler = [&](const Request& request) { return Handle(request, shelf); };
+  ServerOptions options = Quick();
+  HttpServer open(options, handler);
+  options.behindProxy = true;
+  HttpServer proxied(options, handler);
+  const auto status = [](const HttpServer& server, const string& forwarded) {
+    const string fields = forwarded.empty() ? "" : "X-Forwarded-For: " + forwarded + "\r\n";
+    return Ask(server.Port(), "/uploadertonos.php?filename=&contents=", fields).substr(0, 3);
+  };
+  EXPECT_EQ(status(open, "9.9.9.1"), "400");  // a wrong upload counts, too
+  EXPECT_EQ(status(open, "9.9.9.2"), "429");  // hearsay
+  EXPECT_EQ(status(proxied, ""), "429");      // 127.0.0.1 itself
+  EXPECT_EQ(status(proxied, "nonsense"), "429");
+  EXPECT_EQ(status(proxied, "9.9.9.1, 9.9.9.3"), "400");
+  EXPECT_EQ(status(proxied, "9.9.9.2, 9.9.9.3"), "429");
+  EXPECT_EQ(status(proxied, "2001:db8::1"), "400");
+  EXPECT_EQ(status(proxied, "2001:db8:0:0:ffff::2"), "429");  // the same network
+  EXPECT_EQ(status(proxied, "2001:db8:0:1::2"), "400");
+}
+
+TEST(HttpServer, LogsOneLineForEachRequestWithoutItsQuery) {
+  std::mutex mutex;
+  string log;
+  ServerOptions options = Quick();
+  options.behindProxy = true;
+  options.log = [&](std::string_view line) {
+    const std::lock_guard lock(mutex);
+    const std::size_t blank = line.find(' ');
+    EXPECT_EQ(blank, string("0000-00-00T00:00:00.000Z").size());
+    EXPECT_EQ(line.rfind('.'), line.size() - 3);  // milliseconds with two decimals
+    log.append(line.substr(blank + 1, line.rfind(' ') - blank - 1)) += '\n';
+  };
+  {
+    HttpServer server(options, Echo);
+    Ask(server.Port(), "/listatonos.php?cadenadebusqueda=secreto", "X-Forwarded-For: 9.9.9.1\r\n");
+    Ask(server.Port(), "/a\xE1\x01 HTTP/1.1");
+    Converse(server.Port(), "rubbish\r\n\r\n");
+  }
+  EXPECT_EQ(log,
+            "9.9.9.1 GET /listatonos.php 200 40\n"
+            "127.0.0.1 GET /a%E1%01%20HTTP/1.1 200 17\n"
+            "127.0.0.1 - - 400 27\n");
+}
+
+TEST(HttpServer, LetsRepliesUnderWayEndWhenItStops) {
+  std::promise<void> asked;
+  HttpServer server(Quick(), [&](const Request& request) {
+    asked.set_value();
+    std::this_thread::sleep_for(milliseconds(100));
+    return Echo(request);
+  });
+  auto reply = std::async(std::launch::async, [&] { return Ask(server.Port(), "/x"); });
+  asked.get_future().wait();
+  server.Stop();
+  EXPECT_EQ(reply.get(), "200 /x");
+  EXPECT_THROW(RawSocket::Connect(server.Port()), std::runtime_error);
+}
+
+TEST(HttpServer, SaysThatItCannotListen) {
+  HttpServer server(Quick(), Echo);
+  ServerOptions options;
+  options.port = server.Port();
+  EXPECT_THROW(HttpServer(options, Echo), std::runtime_error);
+  options.address = "no address";
+  EXPECT_THROW(HttpServer(options, Echo), std::runtime_error);
+}
+
+}  // namespace
+}  // namespace tonadex::server

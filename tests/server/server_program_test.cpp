@@ -1,0 +1,165 @@
+// The program tonadex-server itself: killed, ended, started twice.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "net/listing.h"
+#include "net/upload.h"
+#include "server/embedded_server.h"
+#include "tests/server/ask.h"
+#include "tests/support/temp_folder.h"
+
+#ifdef TONADEX_SERVER_PROGRAM
+
+namespace tonadex::server {
+namespace {
+
+using std::string;
+using test::Ask;
+using test::TempFolder;
+using Clock = std::chrono::steady_clock;
+
+class Program {
+ public:
+  explicit Program(const TempFolder& home) : process_(::fork()) {
+    if (process_ == 0) {
+      ::dup2(::open("/dev/null", O_WRONLY), 1);
+      ::dup2(1, 2);
+      ::execl(TONADEX_SERVER_PROGRAM, "tonadex-server", "--puerto", "0", "--proxy", "--carpeta",
+              (home / "servidor").c_str(), "--registro", (home / "log").c_str(), "--estanteria", "",
+              nullptr);
+      ::_exit(127);
+    }
+  }
+  ~Program() {
+    if (process_ > 0) {
+      End(SIGKILL);
+    }
+  }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  // Exit code, or minus the signal that ended it.
+  int End(int signal) {
+    ::kill(process_, signal);
+    return Wait();
+  }
+  int Wait() {
+    int status = 0;
+    ::waitpid(process_, &status, 0);
+    process_ = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  }
+
+ private:
+  pid_t process_;
+};
+
+// The port of a program that has just been started; 0 when it does not come up.
+std::uint16_t WaitForPort(const TempFolder& home) {
+  for (const auto end = Clock::now() + std::chrono::seconds(20); Clock::now() < end;) {
+    if (const auto port = PublishedPort(home / "servidor")) {
+      return *port;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return 0;
+}
+
+string MelodyText(const string& name) {
+  return name + ":d=4,o=5,b=100:" + string(3000, ' ') + "c,d,e," + name.back() + "juh9hay";
+}
+
+string KeyOf(const string& name) {
+  return net::UploadKey(name, name + ":d=4,o=5,b=100:" + string(3000, ' ') + "c,d,e,x#");
+}
+
+// Uploads one melody after the other until the server is gone; keeps the acknowledged names.
+void UploadUntilGone(std::uint16_t port, const string& prefix, std::mutex& mutex,
+                     std::vector<string>& acknowledged) {
+  for (int i = 0;; ++i) {
+    const string name = prefix + std::to_string(i) + "a";
+    try {
+      const string reply =
+          Ask(port, "/uploadertonos.php?filename=" + KeyOf(name) + "&contents=" + MelodyText(name),
+              "X-Forwarded-For: 2001:" + std::to_string(i) + "::1\r\n");
+      if (!reply.starts_with("200 ")) {
+        return;
+      }
+    } catch (const std::runtime_error&) {
+      return;
+    }
+    const std::lock_guard lock(mutex);
+    acknowledged.push_back(name);
+  }
+}
+
+TEST(ServerProgram, LosesNothingAcknowledgedWhenKilledAndServesNothingHalf) {
+  const TempFolder home;
+  std::vector<string> acknowledged;
+  for (int round = 0; round < 4; ++round) {
+    Program program(home);
+    const std::uint16_t port = WaitForPort(home);
+    ASSERT_NE(port, 0);
+    std::mutex mutex;
+    std::vector<std::thread> clients;
+    for (int client = 0; client < 4; ++client) {
+      clients.emplace_back([&, client] {
+        UploadUntilGone(port, "r" + std::to_string(round) + "c" + std::to_string(client) + "n",
+                        mutex, acknowledged);
+      });
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(150 + 20 * round));
+    EXPECT_EQ(program.End(SIGKILL), -SIGKILL);
+    for (std::thread& client : clients) {
+      client.join();
+    }
+    WithdrawPort(home / "servidor");  // so that the next round waits for its own
+  }
+  ASSERT_GT(acknowledged.size(), 8u);
+
+  Program program(home);
+  const std::uint16_t port = WaitForPort(home);
+  ASSERT_NE(port, 0);
+  for (const string& name : acknowledged) {
+    EXPECT_EQ(Ask(port, "/tonos/" + KeyOf(name)), "200 " + MelodyText(name));
+  }
+  const auto rows = net::ParseListing(Ask(port, "/todoslostonos.php").substr(4), true).rows;
+  for (const net::ListingRow& row : rows) {
+    EXPECT_EQ(Ask(port, "/tonos/" + KeyOf(row.text)), "200 " + MelodyText(row.text));
+  }
+  EXPECT_GE(rows.size(), acknowledged.size());
+  for (const auto& entry : std::filesystem::directory_iterator(home / "servidor")) {
+    EXPECT_FALSE(entry.path().filename().string().starts_with(".subida")) << entry.path();
+  }
+}
+
+TEST(ServerProgram, EndsCleanlyAndKeepsItsFolderToItself) {
+  const TempFolder home;
+  Program program(home);
+  const std::uint16_t port = WaitForPort(home);
+  ASSERT_NE(port, 0);
+  EXPECT_EQ(Ask(port, "/azar.php"), "200 ");
+  EXPECT_EQ(Program(home).Wait(), 1);
+  EXPECT_EQ(Ask(port, "/mini.php?version=1").substr(0, 4), "200 ");
+  EXPECT_EQ(program.End(SIGTERM), 0);
+  EXPECT_EQ(PublishedPort(home / "servidor"), std::nullopt);
+  const string log = home.Read("log");
+  EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2);
+  EXPECT_NE(log.find(" 127.0.0.1 GET /azar.php 200 0 "), log.npos);
+}
+
+}  // namespace
+}  // namespace tonadex::server
+
+#endif
