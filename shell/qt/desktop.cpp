@@ -1,0 +1,105 @@
+#include "shell/qt/desktop.h"
+
+#include <QApplication>
+#include <QTimer>
+#include <future>
+
+#include "platform/http/http_client.h"
+#include "platform/posix/program_folder.h"
+#include "platform/posix/settings_file.h"
+#include "platform/posix/user_folders.h"
+#include "platform/sound/fluid_sequencer.h"
+#include "server/configured_server.h"
+#include "server/embedded_server.h"
+#include "shell/qt/help/help_window.h"
+#include "shell/qt/print/rich_text_box.h"
+#include "shell/qt/services/qt_services.h"
+#include "shell/qt/splash.h"
+#include "shell/qt/window/main_window.h"
+
+namespace tonadex::shell {
+namespace {
+
+constexpr int kSplashPaintMs = 200;
+
+using Server = std::unique_ptr<server::EmbeddedServer>;
+
+}  // namespace
+
+// In the order in which they depend on each other.
+struct Desktop::Parts {
+  explicit Parts(const std::string& argument)
+      : folder(platform::PrepareProgramFolder()),
+        shell(hooks, repainting, folder, platform::PrivateTempFolder()),
+        program({settings, fileDialogs, sequencer, http, webViews, richText, shell},
+                server::ConfiguredServer(argument, folder)),
+        splash(program) {
+    if (program.serverBase.empty()) {
+      // Beside the splash, which stands for two seconds.
+      starting = std::async(std::launch::async, server::TryEmbeddedServer, folder,
+                            platform::InstalledData());
+    }
+    hooks.openHelp = [this](const std::filesystem::path& file) { OpenHelp(file); };
+  }
+
+  void OpenHelp(const std::filesystem::path& file) {
+    if (help == nullptr) {
+      help = std::make_unique<HelpWindow>();
+    }
+    help->Open(file);
+  }
+
+  void MakeWindow() {
+    if (window != nullptr) {
+      return;
+    }
+    window = std::make_unique<MainWindow>(program, hooks, repainting,
+                                          [this] { return sequencer.PositionMs(); });
+    window->PrepareBrowser();
+  }
+
+  void OpenWindow() {
+    if (starting.valid()) {
+      embedded = starting.get();
+      program.serverBase = embedded != nullptr ? embedded->BaseAddress() : "";
+    }
+    MakeWindow();
+    window->Load();
+    window->show();
+    splash.close();
+  }
+
+  std::filesystem::path folder;
+  WindowHooks hooks;
+  Repainting repainting;
+  platform::SettingsFile settings{platform::SettingsFile::DefaultPath()};
+  QtFileDialogs fileDialogs{hooks};
+  platform::FluidSequencer sequencer;
+  platform::HttpClient http{
+      {.pump = [this] { repainting.Once(Repainting::Input::kLost); }, .progress = {}}};
+  QtWebViews webViews{hooks};
+  QtRichTextBox richText;
+  QtShellServices shell;
+  QtMessageBoxes boxes{hooks};
+  platform::ScopedMessageSink sink{boxes};
+  std::future<Server> starting;
+  Server embedded;
+  app::Program program;
+  Splash splash;
+  std::unique_ptr<MainWindow> window;
+  std::unique_ptr<HelpWindow> help;
+};
+
+Desktop::Desktop(const std::string& server) : parts_(std::make_unique<Parts>(server)) {}
+Desktop::~Desktop() = default;
+
+int Desktop::Run() {
+  QObject::connect(&parts_->splash, &Splash::Finished, [this] { parts_->OpenWindow(); });
+  parts_->splash.Start();
+  // The window is made while the splash stands, once that has been painted.
+  QTimer::singleShot(kSplashPaintMs, &parts_->splash, [this] { parts_->MakeWindow(); });
+  const int code = QApplication::exec();
+  return parts_->program.exitCode != 0 ? parts_->program.exitCode : code;
+}
+
+}  // namespace tonadex::shell

@@ -1,0 +1,93 @@
+#include <unistd.h>
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QLoggingCategory>
+#include <QTranslator>
+#include <cstdio>
+#include <cstdlib>
+
+#include "shell/qt/desktop.h"
+#include "shell/qt/theme/theme.h"
+
+namespace {
+
+constexpr int kNoDisplay = 3;  // exit code; a script can then start the terminal program
+constexpr int kBadArguments = 2;
+
+// The toolkit gives up when it finds no screen. It says so here, before anything else was done.
+void ReportNoDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
+  if (type == QtFatalMsg) {
+    std::fputs(
+        "Tonadex necesita una pantalla y no la encuentra.\n"
+        "Abre una sesión de escritorio o usa el programa de terminal: tonadex-cli --help\n",
+        stderr);
+    std::_Exit(kNoDisplay);
+  }
+}
+
+void PrepareEnvironment() {
+  // The browser's sandbox refuses to work for root; for everyone else it stays on.
+  if (geteuid() == 0) {
+    qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+  }
+}
+
+void LoadTranslations(QApplication& application) {
+  QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+  auto* translator = new QTranslator(&application);
+  if (translator->load(QStringLiteral("qtbase_es"),
+                       QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QCoreApplication::installTranslator(translator);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  PrepareEnvironment();
+  qInstallMessageHandler(ReportNoDisplay);
+  QApplication application(argc, argv);
+  qInstallMessageHandler(nullptr);
+  QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
+  QCoreApplication::setApplicationName(QStringLiteral("tonadex"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(TONADEX_VERSION));
+  QGuiApplication::setApplicationDisplayName(QStringLiteral("Tonadex"));
+  QGuiApplication::setDesktopFileName(QStringLiteral("tonadex"));
+  LoadTranslations(application);
+
+  QCommandLineParser arguments;
+  arguments.setApplicationDescription(
+      QStringLiteral("Melodías para móviles de antes: buscar, escuchar, convertir e imprimir."));
+  const QCommandLineOption server(
+      QStringLiteral("servidor"),
+      QStringLiteral("Dirección del servidor de melodías; sin ella, el del programa."),
+      QStringLiteral("URL"));
+  const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("ayuda")},
+                                QStringLiteral("Muestra esta ayuda."));
+  arguments.addOption(server);
+  arguments.addOption(help);
+  const bool understood = arguments.parse(QCoreApplication::arguments());
+  if (arguments.isSet(help)) {
+    std::fputs(qPrintable(arguments.helpText()), stdout);
+    return 0;
+  }
+  if (!understood || !arguments.positionalArguments().isEmpty()) {
+    std::fprintf(stderr, "%s\n%s", qPrintable(arguments.errorText()),
+                 qPrintable(arguments.helpText()));
+    return kBadArguments;
+  }
+
+  QApplication::setQuitOnLastWindowClosed(false);
+  tonadex::shell::ApplyTheme(application);
+  if (tonadex::shell::CurrentTheme().dark &&
+      qEnvironmentVariableIsEmpty("QTWEBENGINE_CHROMIUM_FLAGS")) {
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS", "--force-dark-mode");  // pages that know dark colours
+  }
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/shell/tonadex.svg")));
+  tonadex::shell::Desktop desktop(arguments.value(server).toStdString());
+  return desktop.Run();
+}

@@ -1,0 +1,217 @@
+#include "shell/qt/print/rich_text_box.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QLibrary>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QTextDocument>
+#include <algorithm>
+
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "platform/message_box.h"
+#include "shell/qt/rtf/rtf_reader.h"
+#include "shell/qt/rtf/text_document.h"
+
+namespace tonadex::shell {
+namespace {
+
+using core::literals::operator""_w;
+
+constexpr auto kDocumentName = "Tonadex";
+constexpr int kPdfDotsPerInch = 1200;
+constexpr int kTwipsPerPoint = 20;
+constexpr int kSmallestText = 1440;  // twips of text that margins always leave free
+
+QString ToQString(std::string_view text) {
+  return QString::fromStdString(core::ToUtf8(text));
+}
+
+std::string FromQString(const QString& text) {
+  return core::FromUtf8(text.toStdString());
+}
+
+[[noreturn]] void Fail(std::string_view why, const QString& what) {
+  throw core::RunTimeError(core::ErrorNumber::kDeviceFailure,
+                           std::string(why) + FromQString(what) + std::string(u8"»"_w));
+}
+
+// Margins that leave no room for text are those of a plain sheet.
+QMarginsF MarginsOf(const rtf::Page& page) {
+  const bool fits = page.left + page.right <= page.width - kSmallestText &&
+                    page.top + page.bottom <= page.height - kSmallestText;
+  const rtf::Page from = fits ? page : rtf::Page{};
+  return QMarginsF(from.left, from.top, from.right, from.bottom) / kTwipsPerPoint;
+}
+
+QPageSize SizeOf(const rtf::Page& page) {
+  const QSizeF points =
+      QSizeF(std::min(page.width, page.height), std::max(page.width, page.height));
+  return QPageSize(points / kTwipsPerPoint, QPageSize::Point, {}, QPageSize::FuzzyMatch);
+}
+
+// The sheet's own margins, but for those of the paper where the printer cannot print.
+QPageLayout LayoutOf(const rtf::Page& page, const QPageSize& paper, const QMarginsF& smallest) {
+  const QMarginsF margins = MarginsOf(page);
+  const auto direction = page.width > page.height ? QPageLayout::Landscape : QPageLayout::Portrait;
+  return QPageLayout(
+      paper, direction,
+      {std::max(margins.left(), smallest.left()), std::max(margins.top(), smallest.top()),
+       std::max(margins.right(), smallest.right()), std::max(margins.bottom(), smallest.bottom())},
+      QPageLayout::Point, smallest);
+}
+
+void DrawPage(QPainter& painter, const QTextDocument& document, const QRectF& page) {
+  constexpr double kEdge = 0.1;  // a line that only touches the page belongs to the next one
+  QAbstractTextDocumentLayout::PaintContext paint;
+  paint.clip = page.adjusted(0, kEdge, 0, -kEdge);
+  paint.palette.setColor(QPalette::Text, Qt::black);
+  painter.save();
+  painter.translate(-page.topLeft());
+  painter.setClipRect(paint.clip);
+  document.documentLayout()->draw(&painter, paint);
+  painter.restore();
+}
+
+// Draws every page within the device's margins. Gives false when the device fails.
+bool DrawPages(QPagedPaintDevice& device, const rtf::Document& source) {
+  QTextDocument document;
+  document.setUseDesignMetrics(true);
+  rtf::FillTextDocument(document, source);
+  document.setDocumentMargin(0);
+  const double dots = rtf::DotsPerInch();
+  const QSizeF area = device.pageLayout().paintRect(QPageLayout::Point).size() * dots / 72;
+  document.setPageSize(area + QSizeF(1, 0));  // papers count in whole points, tabs do not
+  QPainter painter;
+  if (!painter.begin(&device)) {
+    return false;
+  }
+  painter.scale(device.logicalDpiX() / dots, device.logicalDpiY() / dots);
+  const int pages = document.pageCount();
+  for (int page = 0; page < pages; ++page) {
+    if (page > 0 && !device.newPage()) {
+      return false;
+    }
+    DrawPage(painter, document, QRectF(QPointF(0, page * area.height()), area));
+  }
+  return painter.end();
+}
+
+// What the spooler answered to the last job. The toolkit does not hand it on.
+bool SpoolerRefused() {
+  using LastError = int (*)();
+  constexpr int kFirstError = 0x400;
+  QLibrary spooler("cups", 2);
+  const auto lastError = reinterpret_cast<LastError>(spooler.resolve("cupsLastError"));
+  return lastError != nullptr && lastError() >= kFirstError;
+}
+
+QMarginsF SmallestMargins(QPageLayout layout) {
+  layout.setUnits(QPageLayout::Point);
+  return layout.minimumMargins();
+}
+
+void PrintOn(const QPrinterInfo& info, const rtf::Document& source) {
+  QPrinter printer(info, QPrinter::HighResolution);
+  printer.setDocName(kDocumentName);
+  const QPageSize wanted = SizeOf(source.page);
+  const QPageLayout usual = printer.pageLayout();
+  const bool supported = info.supportedPageSizes().contains(wanted);
+  printer.setPageLayout(
+      LayoutOf(source.page, supported ? wanted : usual.pageSize(), SmallestMargins(usual)));
+  if (!DrawPages(printer, source) || printer.printerState() == QPrinter::Error ||
+      SpoolerRefused()) {
+    Fail(u8"no se puede imprimir en la impresora «"_w, info.printerName());
+  }
+}
+
+void PrintToPdf(const QString& path, const rtf::Document& source) {
+  QSaveFile file(path);
+  bool written = file.open(QIODevice::WriteOnly);
+  if (written) {
+    QPdfWriter writer(&file);
+    writer.setTitle(kDocumentName);
+    writer.setCreator(kDocumentName);
+    writer.setResolution(kPdfDotsPerInch);
+    writer.setPageLayout(LayoutOf(source.page, SizeOf(source.page), {}));
+    written = DrawPages(writer, source);
+  }
+  if (!written || !file.commit()) {
+    Fail(u8"no se puede escribir el fichero «"_w, path);
+  }
+}
+
+QString NewPdfPath() {
+  const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  folder.mkpath(".");
+  QString path = folder.filePath("Tonadex.pdf");
+  for (int number = 2; QFileInfo::exists(path); ++number) {
+    path = folder.filePath(QString("Tonadex (%1).pdf").arg(number));
+  }
+  return path;
+}
+
+void PrintToNewPdf(const rtf::Document& source) {
+  const QString path = NewPdfPath();
+  PrintToPdf(path, source);
+  std::string text(u8"No hay ninguna impresora predeterminada.\r\nLa hoja está guardada en:\r\n"_w);
+  text += FromQString(QDir::toNativeSeparators(path));
+  platform::MsgBox(text, platform::Icon::kInformation);
+}
+
+class WindowlessRichTextBox : public QtRichTextBox {
+ public:
+  using QtRichTextBox::QtRichTextBox;
+
+  void SelPrint() override {
+    if (QCoreApplication::instance() != nullptr) {
+      QtRichTextBox::SelPrint();
+      return;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    int count = 1;
+    char name[] = "tonadex-cli";
+    char* arguments[] = {name, nullptr};
+    const QGuiApplication application(count, arguments);
+    QtRichTextBox::SelPrint();
+  }
+};
+
+}  // namespace
+
+void QtRichTextBox::LoadFile(const std::filesystem::path& file) {
+  source_ = rtf::ReadSource(file);
+}
+
+void QtRichTextBox::SelPrint() {
+  const rtf::Document document = rtf::ReadRtf(source_);
+  if (!target_.pdf.empty()) {
+    PrintToPdf(QString::fromStdString(target_.pdf.string()), document);
+    return;
+  }
+  const QPrinterInfo printer = target_.printer.empty()
+                                   ? QPrinterInfo::defaultPrinter()
+                                   : QPrinterInfo::printerInfo(ToQString(target_.printer));
+  if (!printer.isNull()) {
+    PrintOn(printer, document);
+  } else if (target_.printer.empty()) {
+    PrintToNewPdf(document);
+  } else {
+    Fail(u8"no existe la impresora «"_w, ToQString(target_.printer));
+  }
+}
+
+std::unique_ptr<platform::RichTextBox> MakeWindowlessRichTextBox(PrintTarget target) {
+  return std::make_unique<WindowlessRichTextBox>(std::move(target));
+}
+
+}  // namespace tonadex::shell

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+// A rich-text file as plain data: what its words ask for, before anyone lays it out. Lengths are
+// twips (1/1440 inch), type sizes half points. Every number is within the bounds that its field
+// names, whatever the file held.
+namespace tonadex::shell::rtf {
+
+inline constexpr int kMaxTwips = 31680;        // 22 inches: no paper is wider
+inline constexpr int kMaxHalfPoints = 800;     // 400 points
+inline constexpr int kDefaultHalfPoints = 24;  // 12 points
+inline constexpr std::size_t kMaxTabs = 32;    // of one paragraph
+
+struct Colour {
+  std::uint8_t red = 0;
+  std::uint8_t green = 0;
+  std::uint8_t blue = 0;
+
+  friend bool operator==(const Colour&, const Colour&) = default;
+};
+
+enum class FontFamily : std::uint8_t { kAny, kSerif, kSans, kFixed };
+
+struct Font {
+  std::u16string name;
+  FontFamily family = FontFamily::kAny;
+};
+
+enum class Script : std::uint8_t { kNormal, kSuper, kSub };
+
+struct RunFormat {
+  int font = -1;  // number in Document::fonts, -1: the default one
+  int halfPoints = kDefaultHalfPoints;
+  bool bold = false;
+  bool italic = false;
+  bool underline = false;
+  bool strike = false;
+  bool hidden = false;  // only while reading: hidden text is left out
+  Script script = Script::kNormal;
+  std::optional<Colour> colour;  // none: the reader's own
+  std::optional<Colour> ground;
+
+  friend bool operator==(const RunFormat&, const RunFormat&) = default;
+};
+
+// Text of one format. Besides letters it holds tabs (U+0009) and line breaks within the paragraph
+// (U+2028); no other control character, no lone surrogate, no noncharacter.
+struct Run {
+  std::u16string text;
+  RunFormat format;
+};
+
+enum class Alignment : std::uint8_t { kLeft, kCentre, kRight, kJustify };
+enum class TabKind : std::uint8_t { kLeft, kCentre, kRight, kDecimal };
+
+struct Tab {
+  int position = 0;  // from the left margin of the page, 0 to kMaxTwips
+  TabKind kind = TabKind::kLeft;
+
+  friend bool operator==(const Tab&, const Tab&) = default;
+};
+
+enum Side : std::uint8_t { kTop, kLeft, kBottom, kRight };
+
+struct Border {
+  int width = 0;  // 0: none
+  std::optional<Colour> colour;
+  int space = 0;  // between line and text
+
+  friend bool operator==(const Border&, const Border&) = default;
+};
+
+struct ParagraphFormat {
+  Alignment alignment = Alignment::kLeft;
+  int left = 0;  // indents, -kMaxTwips to kMaxTwips
+  int right = 0;
+  int first = 0;   // of the first line, added to `left`
+  int before = 0;  // spacing, 0 to kMaxTwips
+  int after = 0;
+  int lineHeight = 0;       // 0: as the type asks; positive: at least; negative: exactly
+  bool lineFactor = false;  // lineHeight counts in 240ths of a line instead
+  bool keepTogether = false;
+  bool keepWithNext = false;
+  bool pageBefore = false;
+  int style = 0;    // number in Document::styles
+  int heading = 0;  // 1 to 6; 0: no heading. From \s1 to \s6 and \outlinelevel
+  std::array<Border, 4> borders;
+  std::optional<Colour> shading;
+  std::vector<Tab> tabs;  // at most kMaxTabs, rising
+
+  friend bool operator==(const ParagraphFormat&, const ParagraphFormat&) = default;
+};
+
+struct Paragraph {
+  ParagraphFormat format;
+  std::vector<Run> runs;
+};
+
+// The sheet: A4 with margins of an inch unless the file says otherwise.
+struct Page {
+  int width = 11906;
+  int height = 16838;
+  int left = 1440;
+  int right = 1440;
+  int top = 1440;
+  int bottom = 1440;
+};
+
+struct Document {
+  Page page;
+  int defaultFont = 0;
+  std::map<int, Font> fonts;
+  std::vector<std::optional<Colour>> colours;  // an empty entry is the reader's own colour
+  std::map<int, std::u16string> styles;
+  std::vector<Paragraph> paragraphs;
+};
+
+}  // namespace tonadex::shell::rtf

@@ -1,0 +1,740 @@
+#include "shell/qt/rtf/rtf_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <fstream>
+#include <utility>
+
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+
+namespace tonadex::shell::rtf {
+namespace {
+
+// Groups nested deeper share the formats of this depth: the stack stays small for any garbage.
+constexpr std::size_t kMaxSavedGroups = 100'000;
+constexpr int kMaxNumber = 1'000'000'000;
+constexpr int kMaxHeading = 6;
+constexpr std::string_view kRawBytes = "bin";  // its bytes are no text, braces among them included
+constexpr char16_t kTab = u'\t';
+constexpr char16_t kLineBreak = u'\u2028';
+constexpr char16_t kReplacement = u'\uFFFD';
+
+constexpr bool IsLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+constexpr bool IsHigh(char16_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+constexpr bool IsLow(char16_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+// Characters that a text cannot hold: controls and the noncharacters that documents use as marks.
+constexpr bool IsNoText(char16_t unit) {
+  return (unit < 0x20 && unit != kTab) || unit == 0x7F || unit == 0x2029 || unit >= 0xFFFE ||
+         unit == 0xFFFC || (unit >= 0xFDD0 && unit <= 0xFDEF);
+}
+
+constexpr int HexDigit(char c) {
+  if (IsDigit(c)) {
+    return c - '0';
+  }
+  const int letter = c | 0x20;
+  return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
+}
+
+// Where the text of a group goes.
+enum class Destination : std::uint8_t { kBody, kFonts, kColours, kStyles };
+
+// What a closing brace restores.
+struct GroupState {
+  RunFormat run;
+  ParagraphFormat paragraph;
+  Destination destination = Destination::kBody;
+  int fallback = 1;  // characters that stand after \u for readers without Unicode
+};
+
+class Reader {
+ public:
+  explicit Reader(std::string_view source) : source_(source) {}
+
+  Document Read();
+
+  // The actions of the control words.
+  RunFormat& Characters() { return state_.run; }
+  ParagraphFormat& Format() { return state_.paragraph; }
+  Page& Sheet() { return document_.page; }
+  void Enter(Destination destination) { state_.destination = destination; }
+  void Skip() { skipped_ = 1; }
+  void SkipBytes(int count);
+  void Character(char16_t unit);
+  void Unicode(int value);
+  void SetFallback(int count) { state_.fallback = std::clamp(count, 0, kMaxNumber); }
+  void SetDefaultFont(int font);
+  void Plain();
+  void EndParagraph();
+  void BreakPage();
+  void SetStyle(int style);
+  void SetHeading(int level);
+  void SetTabKind(TabKind kind) { tabKind_ = kind; }
+  void AddTab(int position);
+  void StartBorder(std::uint8_t sides);
+  template <typename Change>
+  void ChangeBorders(Change change);
+  void SetColourPart(std::uint8_t Colour::*part, int value);
+  std::optional<Colour> ColourAt(int index) const;
+  void SetFontFamily(FontFamily family);
+
+ private:
+  void OpenGroup();
+  void CloseGroup();
+  void Control();
+  void Symbol(char symbol);
+  void HexCharacter();
+  void Word();
+  std::optional<int> Number();
+  void Byte(char byte);
+  bool TakeFallback();
+  void Emit(char16_t unit);
+  void EmitBody(char16_t unit);
+  void Put(char16_t unit);
+  void EndColour();
+
+  std::string_view source_;
+  std::size_t at_ = 0;
+  bool finished_ = false;
+  bool groupStart_ = false;   // nothing but line ends since the brace
+  std::size_t skipped_ = 0;   // groups open within a skipped destination, it included
+  std::size_t unsaved_ = 0;   // groups open beyond kMaxSavedGroups
+  int pendingFallback_ = 0;   // characters still to be left out after \u
+  char16_t pendingHigh_ = 0;  // first half of a surrogate pair
+  bool pageBreak_ = false;    // the next paragraph starts a page
+  TabKind tabKind_ = TabKind::kLeft;
+  std::uint8_t borderSides_ = 0;  // bits of the borders that the next words describe
+  Colour colour_;                 // the entry of the colour table being read
+  bool colourGiven_ = false;
+  GroupState state_;
+  std::vector<GroupState> saved_;
+  Paragraph paragraph_;
+  Document document_;
+};
+
+struct ControlWord {
+  std::string_view name;
+  int missing;  // the value of a word that carries no number
+  void (*apply)(Reader& reader, int value);
+};
+
+int Length(int value) {
+  return std::clamp(value, -kMaxTwips, kMaxTwips);
+}
+int Spacing(int value) {
+  return std::clamp(value, 0, kMaxTwips);
+}
+int Extent(int value, int otherwise) {
+  return value > 0 ? std::min(value, kMaxTwips) : otherwise;
+}
+
+void SkipDestination(Reader& reader, int /*value*/) {
+  reader.Skip();
+}
+void NewParagraph(Reader& reader, int /*value*/) {
+  reader.EndParagraph();
+}
+void NewPage(Reader& reader, int /*value*/) {
+  reader.BreakPage();
+}
+void Underline(Reader& reader, int value) {
+  reader.Characters().underline = value != 0;
+}
+void Ground(Reader& reader, int value) {
+  reader.Characters().ground = reader.ColourAt(value);
+}
+
+template <char16_t kUnit>
+void PutCharacter(Reader& reader, int /*value*/) {
+  reader.Character(kUnit);
+}
+template <bool RunFormat::*kFlag>
+void SetFlag(Reader& reader, int value) {
+  reader.Characters().*kFlag = value != 0;
+}
+template <Script kScript>
+void SetScript(Reader& reader, int value) {
+  reader.Characters().script = value != 0 ? kScript : Script::kNormal;
+}
+template <Alignment kAlignment>
+void Align(Reader& reader, int /*value*/) {
+  reader.Format().alignment = kAlignment;
+}
+template <int ParagraphFormat::*kField>
+void SetIndent(Reader& reader, int value) {
+  reader.Format().*kField = Length(value);
+}
+template <int ParagraphFormat::*kField>
+void SetSpacing(Reader& reader, int value) {
+  reader.Format().*kField = Spacing(value);
+}
+template <int Page::*kField>
+void SetPage(Reader& reader, int value) {
+  reader.Sheet().*kField = Extent(value, reader.Sheet().*kField);
+}
+template <int Page::*kField>
+void SetMargin(Reader& reader, int value) {
+  reader.Sheet().*kField = Spacing(value);
+}
+template <FontFamily kFamily>
+void SetFamily(Reader& reader, int /*value*/) {
+  reader.SetFontFamily(kFamily);
+}
+template <TabKind kKind>
+void SetTab(Reader& reader, int /*value*/) {
+  reader.SetTabKind(kKind);
+}
+template <Destination kDestination>
+void EnterDestination(Reader& reader, int /*value*/) {
+  reader.Enter(kDestination);
+}
+template <std::uint8_t Colour::*kPart>
+void ColourPart(Reader& reader, int value) {
+  reader.SetColourPart(kPart, value);
+}
+template <std::uint8_t kSides>
+void BorderAt(Reader& reader, int /*value*/) {
+  reader.StartBorder(kSides);
+}
+// A line style gives the border its usual width of three quarters of a point.
+void BorderLine(Reader& reader, int /*value*/) {
+  reader.ChangeBorders([](Border& border) { border.width = std::max(border.width, 15); });
+}
+void BorderWidth(Reader& reader, int value) {
+  reader.ChangeBorders([=](Border& border) { border.width = std::clamp(value, 0, 255); });
+}
+void NoBorder(Reader& reader, int /*value*/) {
+  reader.ChangeBorders([](Border& border) { border = {}; });
+}
+void BorderSpace(Reader& reader, int value) {
+  reader.ChangeBorders([=](Border& border) { border.space = Spacing(value); });
+}
+void BorderColour(Reader& reader, int value) {
+  const auto colour = reader.ColourAt(value);
+  reader.ChangeBorders([=](Border& border) { border.colour = colour; });
+}
+// \shading counts hundredths of a percent of black where no colour is given.
+void Shade(Reader& reader, int value) {
+  const auto grey = static_cast<std::uint8_t>(255 - std::clamp(value, 0, 10000) * 255 / 10000);
+  reader.Format().shading = Colour{grey, grey, grey};
+}
+
+constexpr std::uint8_t Bit(Side side) {
+  return static_cast<std::uint8_t>(1u << side);
+}
+constexpr std::uint8_t kBox = 0x0F;
+
+// In the order of their names: they are looked up by bisection.
+constexpr auto kWords = std::to_array<ControlWord>({
+    {"annotation", 0, SkipDestination},
+    {"author", 0, SkipDestination},
+    {"b", 1, SetFlag<&RunFormat::bold>},
+    {kRawBytes, 0, [](Reader& r, int v) { r.SkipBytes(v); }},
+    {"blue", 0, ColourPart<&Colour::blue>},
+    {"box", 0, BorderAt<kBox>},
+    {"brdrb", 0, BorderAt<Bit(kBottom)>},
+    {"brdrcf", 0, BorderColour},
+    {"brdrdash", 0, BorderLine},
+    {"brdrdb", 0, BorderLine},
+    {"brdrdot", 0, BorderLine},
+    {"brdrhair", 0, BorderLine},
+    {"brdrl", 0, BorderAt<Bit(kLeft)>},
+    {"brdrnone", 0, NoBorder},
+    {"brdrr", 0, BorderAt<Bit(kRight)>},
+    {"brdrs", 0, BorderLine},
+    {"brdrt", 0, BorderAt<Bit(kTop)>},
+    {"brdrth", 0, BorderLine},
+    {"brdrw", 15, BorderWidth},
+    {"brsp", 0, BorderSpace},
+    {"bullet", 0, PutCharacter<u'\u2022'>},
+    {"cb", 0, Ground},
+    {"cbpat", 0, [](Reader& r, int v) { r.Format().shading = r.ColourAt(v); }},
+    {"cell", 0, PutCharacter<kTab>},
+    {"cf", 0, [](Reader& r, int v) { r.Characters().colour = r.ColourAt(v); }},
+    {"chcbpat", 0, Ground},
+    {"colortbl", 0, EnterDestination<Destination::kColours>},
+    {"comment", 0, SkipDestination},
+    {"deff", 0, [](Reader& r, int v) { r.SetDefaultFont(v); }},
+    {"emdash", 0, PutCharacter<u'\u2014'>},
+    {"emspace", 0, PutCharacter<u'\u2003'>},
+    {"endash", 0, PutCharacter<u'\u2013'>},
+    {"enspace", 0, PutCharacter<u'\u2002'>},
+    {"f", 0, [](Reader& r, int v) { r.Characters().font = std::max(v, 0); }},
+    {"fi", 0, SetIndent<&ParagraphFormat::first>},
+    {"filetbl", 0, SkipDestination},
+    {"fldinst", 0, SkipDestination},
+    {"fmodern", 0, SetFamily<FontFamily::kFixed>},
+    {"fonttbl", 0, EnterDestination<Destination::kFonts>},
+    {"footer", 0, SkipDestination},
+    {"footerf", 0, SkipDestination},
+    {"footerl", 0, SkipDestination},
+    {"footerr", 0, SkipDestination},
+    {"footnote", 0, SkipDestination},
+    {"froman", 0, SetFamily<FontFamily::kSerif>},
+    {"fs", kDefaultHalfPoints,
+     [](Reader& r, int v) { r.Characters().halfPoints = std::clamp(v, 2, kMaxHalfPoints); }},
+    {"fswiss", 0, SetFamily<FontFamily::kSans>},
+    {"green", 0, ColourPart<&Colour::green>},
+    {"header", 0, SkipDestination},
+    {"headerf", 0, SkipDestination},
+    {"headerl", 0, SkipDestination},
+    {"headerr", 0, SkipDestination},
+    {"highlight", 0, Ground},
+    {"i", 1, SetFlag<&RunFormat::italic>},
+    {"info", 0, SkipDestination},
+    {"keep", 1, [](Reader& r, int v) { r.Format().keepTogether = v != 0; }},
+    {"keepn", 1, [](Reader& r, int v) { r.Format().keepWithNext = v != 0; }},
+    {"ldblquote", 0, PutCharacter<u'\u201C'>},
+    {"li", 0, SetIndent<&ParagraphFormat::left>},
+    {"lin", 0, SetIndent<&ParagraphFormat::left>},
+    {"line", 0, PutCharacter<kLineBreak>},
+    {"listtable", 0, SkipDestination},
+    {"lquote", 0, PutCharacter<u'\u2018'>},
+    {"margb", 0, SetMargin<&Page::bottom>},
+    {"margl", 0, SetMargin<&Page::left>},
+    {"margr", 0, SetMargin<&Page::right>},
+    {"margt", 0, SetMargin<&Page::top>},
+    {"nonshppict", 0, SkipDestination},
+    {"nosupersub", 0, [](Reader& r, int) { r.Characters().script = Script::kNormal; }},
+    {"object", 0, SkipDestination},
+    {"outlinelevel", 0, [](Reader& r, int v) { r.SetHeading(std::clamp(v, -1, kMaxHeading) + 1); }},
+    {"page", 0, NewPage},
+    {"pagebb", 1, [](Reader& r, int v) { r.Format().pageBefore = v != 0; }},
+    {"paperh", 0, SetPage<&Page::height>},
+    {"paperw", 0, SetPage<&Page::width>},
+    {"par", 0, NewParagraph},
+    {"pard", 0,
+     [](Reader& r, int) {
+       r.Format() = {};
+       r.SetTabKind(TabKind::kLeft);
+       r.StartBorder(0);
+     }},
+    {"pict", 0, SkipDestination},
+    {"plain", 0, [](Reader& r, int) { r.Plain(); }},
+    {"private", 0, SkipDestination},
+    {"qc", 0, Align<Alignment::kCentre>},
+    {"qj", 0, Align<Alignment::kJustify>},
+    {"ql", 0, Align<Alignment::kLeft>},
+    {"qmspace", 0, PutCharacter<u'\u2005'>},
+    {"qr", 0, Align<Alignment::kRight>},
+    {"rdblquote", 0, PutCharacter<u'\u201D'>},
+    {"red", 0, ColourPart<&Colour::red>},
+    {"revtbl", 0, SkipDestination},
+    {"ri", 0, SetIndent<&ParagraphFormat::right>},
+    {"rin", 0, SetIndent<&ParagraphFormat::right>},
+    {"row", 0, NewParagraph},
+    {"rquote", 0, PutCharacter<u'\u2019'>},
+    {"rxe", 0, SkipDestination},
+    {"s", 0, [](Reader& r, int v) { r.SetStyle(v); }},
+    {"sa", 0, SetSpacing<&ParagraphFormat::after>},
+    {"sb", 0, SetSpacing<&ParagraphFormat::before>},
+    {"sect", 0, NewPage},
+    {"shading", 0, Shade},
+    {"sl", 0, SetIndent<&ParagraphFormat::lineHeight>},
+    {"slmult", 0, [](Reader& r, int v) { r.Format().lineFactor = v != 0; }},
+    {"strike", 1, SetFlag<&RunFormat::strike>},
+    {"stylesheet", 0, EnterDestination<Destination::kStyles>},
+    {"sub", 1, SetScript<Script::kSub>},
+    {"super", 1, SetScript<Script::kSuper>},
+    {"tab", 0, PutCharacter<kTab>},
+    {"tc", 0, SkipDestination},
+    {"tqc", 0, SetTab<TabKind::kCentre>},
+    {"tqdec", 0, SetTab<TabKind::kDecimal>},
+    {"tqr", 0, SetTab<TabKind::kRight>},
+    {"tx", 0, [](Reader& r, int v) { r.AddTab(v); }},
+    {"u", 0, [](Reader& r, int v) { r.Unicode(v); }},
+    {"uc", 1, [](Reader& r, int v) { r.SetFallback(v); }},
+    {"ul", 1, Underline},
+    {"uld", 1, Underline},
+    {"uldash", 1, Underline},
+    {"uldb", 1, Underline},
+    {"ulnone", 0, [](Reader& r, int) { r.Characters().underline = false; }},
+    {"ulw", 1, Underline},
+    {"v", 1, SetFlag<&RunFormat::hidden>},
+    {"xe", 0, SkipDestination},
+});
+
+static_assert(std::ranges::is_sorted(kWords, {}, &ControlWord::name));
+
+const ControlWord* FindWord(std::string_view name) {
+  const auto found = std::ranges::lower_bound(kWords, name, {}, &ControlWord::name);
+  return found != kWords.end() && found->name == name ? &*found : nullptr;
+}
+
+// Words whose effect is one character of the text: such a word can be the fallback of a \u.
+bool StandsForCharacter(const ControlWord& word) {
+  constexpr std::string_view kCharacters[] = {"bullet",    "emdash",    "emspace", "endash",
+                                              "enspace",   "ldblquote", "lquote",  "qmspace",
+                                              "rdblquote", "rquote",    "tab"};
+  return std::ranges::binary_search(kCharacters, word.name);
+}
+
+Document Reader::Read() {
+  while (at_ < source_.size() && !finished_) {
+    const char c = source_[at_++];
+    switch (c) {
+      case '{':
+        OpenGroup();
+        break;
+      case '}':
+        CloseGroup();
+        break;
+      case '\\':
+        Control();
+        break;
+      case '\r':
+      case '\n':
+      case '\0':
+        break;
+      default:
+        Byte(c);
+    }
+  }
+  if (!paragraph_.runs.empty() || pendingHigh_ != 0) {
+    EndParagraph();
+  }
+  return std::move(document_);
+}
+
+void Reader::OpenGroup() {
+  groupStart_ = true;
+  pendingFallback_ = 0;
+  if (skipped_ > 0) {
+    ++skipped_;
+  } else if (saved_.size() < kMaxSavedGroups) {
+    saved_.push_back(state_);
+  } else {
+    ++unsaved_;
+  }
+}
+
+void Reader::CloseGroup() {
+  groupStart_ = false;
+  pendingFallback_ = 0;
+  if (skipped_ > 1) {
+    --skipped_;
+    return;
+  }
+  skipped_ = 0;
+  if (unsaved_ > 0) {
+    --unsaved_;
+  } else if (saved_.size() > 1) {
+    state_ = std::move(saved_.back());
+    saved_.pop_back();
+  } else {
+    finished_ = !saved_.empty();
+  }
+}
+
+void Reader::Control() {
+  if (at_ == source_.size()) {
+    return;
+  }
+  if (IsLetter(source_[at_])) {
+    groupStart_ = false;
+    Word();
+  } else {
+    Symbol(source_[at_++]);
+  }
+}
+
+void Reader::Symbol(char symbol) {
+  if (symbol == '*' && groupStart_ && skipped_ == 0) {
+    Skip();
+  }
+  groupStart_ = false;
+  switch (symbol) {
+    case '\'':
+      HexCharacter();
+      break;
+    case '\\':
+    case '{':
+    case '}':
+      Byte(symbol);
+      break;
+    case '~':
+      Character(u'\u00A0');
+      break;
+    case '-':
+      Character(u'\u00AD');
+      break;
+    case '_':
+      Character(u'\u2011');
+      break;
+    case '\t':
+      Character(kTab);
+      break;
+    case '\r':
+    case '\n':
+      EndParagraph();
+      break;
+    default:
+      break;
+  }
+}
+
+void Reader::HexCharacter() {
+  if (source_.size() - at_ < 2) {
+    return;
+  }
+  const int high = HexDigit(source_[at_]);
+  const int low = HexDigit(source_[at_ + 1]);
+  if (high >= 0 && low >= 0) {
+    at_ += 2;
+    Byte(static_cast<char>(high * 16 + low));
+  }
+}
+
+// A word is its letters, an optional number and one optional blank that belongs to it.
+void Reader::Word() {
+  const std::size_t start = at_;
+  while (at_ < source_.size() && IsLetter(source_[at_])) {
+    ++at_;
+  }
+  const ControlWord* word = FindWord(source_.substr(start, at_ - start));
+  const std::optional<int> number = Number();
+  if (at_ < source_.size() && source_[at_] == ' ') {
+    ++at_;
+  }
+  if (word == nullptr || (skipped_ > 0 && word->name != kRawBytes)) {
+    return;
+  }
+  if (!StandsForCharacter(*word)) {
+    pendingFallback_ = 0;
+  }
+  word->apply(*this, number.value_or(word->missing));
+}
+
+std::optional<int> Reader::Number() {
+  const bool negative =
+      at_ + 1 < source_.size() && source_[at_] == '-' && IsDigit(source_[at_ + 1]);
+  at_ += negative ? 1u : 0u;
+  std::optional<int> number;
+  for (; at_ < source_.size() && IsDigit(source_[at_]); ++at_) {
+    const int digit = source_[at_] - '0';
+    number = number.value_or(0) < kMaxNumber / 10 ? number.value_or(0) * 10 + digit : kMaxNumber;
+  }
+  return negative ? std::optional(-*number) : number;
+}
+
+void Reader::Byte(char byte) {
+  groupStart_ = false;
+  Character(static_cast<char16_t>(core::ToUnicode(static_cast<unsigned char>(byte))));
+}
+
+bool Reader::TakeFallback() {
+  if (pendingFallback_ == 0) {
+    return false;
+  }
+  --pendingFallback_;
+  return true;
+}
+
+void Reader::Character(char16_t unit) {
+  if (skipped_ == 0 && !TakeFallback()) {
+    Emit(unit);
+  }
+}
+
+void Reader::Unicode(int value) {
+  Emit(static_cast<char16_t>(value & 0xFFFF));
+  pendingFallback_ = state_.fallback;
+}
+
+void Reader::SkipBytes(int count) {
+  at_ += std::min(source_.size() - at_, static_cast<std::size_t>(std::max(count, 0)));
+}
+
+void Reader::Emit(char16_t unit) {
+  switch (state_.destination) {
+    case Destination::kBody:
+      EmitBody(unit);
+      break;
+    case Destination::kColours:
+      if (unit == u';') {
+        EndColour();
+      }
+      break;
+    case Destination::kFonts:
+      if (unit != u';') {
+        document_.fonts[std::max(state_.run.font, 0)].name += unit;
+      }
+      break;
+    case Destination::kStyles:
+      if (unit != u';') {
+        document_.styles[state_.paragraph.style] += unit;
+      }
+      break;
+  }
+}
+
+// Halves of a surrogate pair may come apart; only whole pairs reach the text.
+void Reader::EmitBody(char16_t unit) {
+  if (state_.run.hidden) {
+    return;
+  }
+  const char16_t high = std::exchange(pendingHigh_, char16_t{0});
+  if (high != 0 && IsLow(unit)) {
+    Put(high);
+    paragraph_.runs.back().text += unit;
+    return;
+  }
+  if (high != 0) {
+    Put(kReplacement);
+  }
+  if (IsHigh(unit)) {
+    pendingHigh_ = unit;
+  } else if (!IsNoText(unit)) {
+    Put(IsLow(unit) ? kReplacement : unit);
+  }
+}
+
+void Reader::Put(char16_t unit) {
+  if (paragraph_.runs.empty() || paragraph_.runs.back().format != state_.run) {
+    paragraph_.runs.push_back({{}, state_.run});
+  }
+  paragraph_.runs.back().text += unit;
+}
+
+void Reader::EndColour() {
+  document_.colours.push_back(colourGiven_ ? std::optional(colour_) : std::nullopt);
+  colour_ = {};
+  colourGiven_ = false;
+}
+
+void Reader::SetDefaultFont(int font) {
+  document_.defaultFont = std::max(font, 0);
+}
+
+void Reader::Plain() {
+  state_.run = {};
+}
+
+void Reader::EndParagraph() {
+  pendingFallback_ = 0;
+  if (skipped_ > 0 || state_.destination != Destination::kBody) {
+    return;
+  }
+  if (std::exchange(pendingHigh_, char16_t{0}) != 0) {
+    Put(kReplacement);
+  }
+  paragraph_.format = state_.paragraph;
+  paragraph_.format.pageBefore |= std::exchange(pageBreak_, false);
+  document_.paragraphs.push_back(std::exchange(paragraph_, {}));
+}
+
+void Reader::BreakPage() {
+  if (!paragraph_.runs.empty()) {
+    EndParagraph();
+  }
+  pageBreak_ = true;
+}
+
+void Reader::SetStyle(int style) {
+  state_.paragraph.style = std::max(style, 0);
+  SetHeading(style >= 1 && style <= kMaxHeading ? style : 0);
+}
+
+void Reader::SetHeading(int level) {
+  state_.paragraph.heading = level >= 1 && level <= kMaxHeading ? level : 0;
+}
+
+void Reader::AddTab(int position) {
+  auto& tabs = state_.paragraph.tabs;
+  if (position >= 0 && position <= kMaxTwips && tabs.size() < kMaxTabs) {
+    const Tab tab{position, tabKind_};
+    tabs.insert(std::ranges::upper_bound(tabs, position, {}, &Tab::position), tab);
+  }
+  tabKind_ = TabKind::kLeft;
+}
+
+void Reader::StartBorder(std::uint8_t sides) {
+  borderSides_ = sides;
+}
+
+template <typename Change>
+void Reader::ChangeBorders(Change change) {
+  for (std::size_t side = 0; side < state_.paragraph.borders.size(); ++side) {
+    if ((unsigned{borderSides_} >> side & 1u) != 0) {
+      change(state_.paragraph.borders[side]);
+    }
+  }
+}
+
+void Reader::SetColourPart(std::uint8_t Colour::*part, int value) {
+  if (state_.destination == Destination::kColours) {
+    colour_.*part = static_cast<std::uint8_t>(std::clamp(value, 0, 255));
+    colourGiven_ = true;
+  }
+}
+
+std::optional<Colour> Reader::ColourAt(int index) const {
+  if (index < 0 || static_cast<std::size_t>(index) >= document_.colours.size()) {
+    return std::nullopt;
+  }
+  return document_.colours[static_cast<std::size_t>(index)];
+}
+
+void Reader::SetFontFamily(FontFamily family) {
+  if (state_.destination == Destination::kFonts) {
+    document_.fonts[std::max(state_.run.font, 0)].family = family;
+  }
+}
+
+}  // namespace
+
+std::string ReadSource(const std::filesystem::path& file) {
+  using core::literals::operator""_w;
+  const auto fail = [&](core::ErrorNumber number, std::string_view why) {
+    return core::RunTimeError(number,
+                              std::string(why) + core::TextFromPath(file) + std::string(u8"»"_w));
+  };
+  std::error_code ignored;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream || std::filesystem::is_directory(file, ignored)) {
+    throw fail(core::ErrorNumber::kFileNotFound, u8"no se puede abrir el fichero «"_w);
+  }
+  std::string source;
+  std::array<char, 65536> block;
+  while (stream.read(block.data(), block.size()) || stream.gcount() > 0) {
+    source.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+  }
+  if (stream.bad()) {
+    throw fail(core::ErrorNumber::kDeviceFailure, u8"no se puede leer el fichero «"_w);
+  }
+  return source;
+}
+
+bool LooksLikeRtf(std::string_view source) {
+  return source.starts_with("{\\rtf");
+}
+
+Document ReadRtf(std::string_view source) {
+  return Reader(source).Read();
+}
+
+std::u16string PlainText(const Document& document) {
+  std::u16string text;
+  for (const Paragraph& paragraph : document.paragraphs) {
+    for (const Run& run : paragraph.runs) {
+      text += run.text;
+    }
+    text += u'\n';
+  }
+  return text;
+}
+
+}  // namespace tonadex::shell::rtf

@@ -1,0 +1,334 @@
+#include "shell/qt/rtf/text_document.h"
+
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QString>
+#include <QTextBlockFormat>
+#include <QTextCharFormat>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextFrame>
+#include <QTextOption>
+#include <QTextTable>
+#include <algorithm>
+
+namespace tonadex::shell::rtf {
+namespace {
+
+constexpr double kPointsPerHalf = 0.5;
+constexpr double kTwipsPerInch = 1440;
+constexpr double kSingleLine = 240;
+constexpr double kScreenLinePercent = 115;
+
+QColor ToQColor(const Colour& colour) {
+  return {colour.red, colour.green, colour.blue};
+}
+
+QFont::StyleHint HintOf(FontFamily family) {
+  switch (family) {
+    case FontFamily::kSerif:
+      return QFont::Serif;
+    case FontFamily::kSans:
+      return QFont::SansSerif;
+    case FontFamily::kFixed:
+      return QFont::Monospace;
+    case FontFamily::kAny:
+      break;
+  }
+  return QFont::AnyStyle;
+}
+
+QTextOption::TabType TypeOf(TabKind kind) {
+  switch (kind) {
+    case TabKind::kCentre:
+      return QTextOption::CenterTab;
+    case TabKind::kRight:
+      return QTextOption::RightTab;
+    case TabKind::kDecimal:
+      return QTextOption::DelimiterTab;
+    case TabKind::kLeft:
+      break;
+  }
+  return QTextOption::LeftTab;
+}
+
+Qt::Alignment AlignmentOf(Alignment alignment) {
+  switch (alignment) {
+    case Alignment::kCentre:
+      return Qt::AlignHCenter;
+    case Alignment::kRight:
+      return Qt::AlignRight;
+    case Alignment::kJustify:
+      return Qt::AlignJustify;
+    case Alignment::kLeft:
+      break;
+  }
+  return Qt::AlignLeft;
+}
+
+bool Framed(const ParagraphFormat& format) {
+  return format.shading.has_value() ||
+         std::ranges::any_of(format.borders, [](const Border& b) { return b.width > 0; });
+}
+
+// Neighbours share one frame when nothing that shapes the frame differs.
+bool SameFrame(const ParagraphFormat& a, const ParagraphFormat& b) {
+  return a.borders == b.borders && a.shading == b.shading && a.left == b.left &&
+         a.right == b.right && !b.pageBefore;
+}
+
+class Filler {
+ public:
+  Filler(QTextDocument& target, const Document& source, const Drawing& drawing)
+      : source_(source),
+        drawing_(drawing),
+        dotsPerTwip_(DotsPerInch() / kTwipsPerInch * drawing.scale),
+        cursor_(&target) {}
+
+  void Fill() {
+    cursor_.beginEditBlock();
+    const auto& paragraphs = source_.paragraphs;
+    for (std::size_t i = 0; i < paragraphs.size();) {
+      i = Framed(paragraphs[i].format) ? FillFrame(i) : FillPlain(i);
+    }
+    cursor_.endEditBlock();
+  }
+
+ private:
+  std::size_t FillPlain(std::size_t at);
+  std::size_t FillFrame(std::size_t from);
+  void FillRuns(const Paragraph& paragraph);
+  QTextBlockFormat BlockFormatOf(const ParagraphFormat& format) const;
+  void SetTabs(QTextBlockFormat& block, const ParagraphFormat& format) const;
+  QTextTableFormat FrameFormatOf(const ParagraphFormat& first, int spaceAfter) const;
+  int SpaceAfter(std::size_t at) const;
+  void SetBorders(QTextTableCell cell, const ParagraphFormat& format) const;
+  QTextCharFormat CharFormatOf(const RunFormat& format) const;
+  void SetFont(QTextCharFormat& target, const RunFormat& format) const;
+  double Pixels(int twips) const { return twips * dotsPerTwip_; }
+  QColor Ink(const Colour& colour) const {
+    return drawing_.ink ? drawing_.ink(ToQColor(colour)) : ToQColor(colour);
+  }
+  QColor Ground(const Colour& colour) const {
+    return drawing_.ground ? drawing_.ground(ToQColor(colour)) : ToQColor(colour);
+  }
+
+  const Document& source_;
+  const Drawing& drawing_;
+  double dotsPerTwip_;
+  QTextCursor cursor_;
+  bool fresh_ = true;  // the cursor's block is still free
+};
+
+std::size_t Filler::FillPlain(std::size_t at) {
+  const Paragraph& paragraph = source_.paragraphs[at];
+  const QTextBlockFormat block = BlockFormatOf(paragraph.format);
+  const QTextCharFormat characters =
+      CharFormatOf(paragraph.runs.empty() ? RunFormat{} : paragraph.runs.back().format);
+  if (fresh_) {
+    cursor_.setBlockFormat(block);
+    cursor_.setBlockCharFormat(characters);
+  } else {
+    cursor_.insertBlock(block, characters);
+  }
+  fresh_ = false;
+  FillRuns(paragraph);
+  return at + 1;
+}
+
+// A table of one cell: the only frame whose sides can be drawn one by one.
+std::size_t Filler::FillFrame(std::size_t from) {
+  const auto& paragraphs = source_.paragraphs;
+  const ParagraphFormat& first = paragraphs[from].format;
+  std::size_t end = from + 1;
+  while (end < paragraphs.size() && SameFrame(first, paragraphs[end].format)) {
+    ++end;
+  }
+  if (!fresh_) {
+    cursor_.insertBlock(QTextBlockFormat{}, QTextCharFormat{});
+  }
+  QTextTable* frame = cursor_.insertTable(1, 1, FrameFormatOf(first, SpaceAfter(end - 1)));
+  cursor_ = frame->cellAt(0, 0).firstCursorPosition();
+  fresh_ = true;
+  for (std::size_t i = from; i < end; ++i) {
+    FillPlain(i);
+    QTextBlockFormat block = cursor_.blockFormat();
+    block.setLeftMargin(0);
+    block.setRightMargin(0);
+    block.setTopMargin(i == from ? 0 : block.topMargin());
+    block.setBottomMargin(i + 1 == end ? 0 : block.bottomMargin());
+    cursor_.setBlockFormat(block);
+  }
+  SetBorders(frame->cellAt(0, 0), first);  // last: the first block would take it away
+  cursor_ = frame->lastCursorPosition();
+  cursor_.movePosition(QTextCursor::NextBlock);
+  fresh_ = true;
+  return end;
+}
+
+void Filler::FillRuns(const Paragraph& paragraph) {
+  for (const Run& run : paragraph.runs) {
+    cursor_.insertText(QString::fromStdU16String(run.text), CharFormatOf(run.format));
+  }
+}
+
+QTextBlockFormat Filler::BlockFormatOf(const ParagraphFormat& format) const {
+  QTextBlockFormat block;
+  const bool ragged = drawing_.screen && format.alignment == Alignment::kJustify;
+  block.setAlignment(ragged ? Qt::AlignLeft : AlignmentOf(format.alignment));
+  block.setLeftMargin(Pixels(format.left));
+  block.setRightMargin(Pixels(format.right));
+  block.setTextIndent(Pixels(format.first));
+  block.setTopMargin(Pixels(format.before));
+  block.setBottomMargin(Pixels(format.after));
+  block.setHeadingLevel(format.heading);
+  block.setNonBreakableLines(false);
+  if (format.lineFactor && format.lineHeight > 0) {
+    block.setLineHeight(100 * format.lineHeight / kSingleLine,
+                        QTextBlockFormat::ProportionalHeight);
+  } else if (format.lineHeight != 0) {
+    block.setLineHeight(Pixels(std::abs(format.lineHeight)), format.lineHeight < 0
+                                                                 ? QTextBlockFormat::FixedHeight
+                                                                 : QTextBlockFormat::MinimumHeight);
+  } else if (drawing_.screen) {
+    block.setLineHeight(kScreenLinePercent, QTextBlockFormat::ProportionalHeight);
+  }
+  if (format.pageBefore) {
+    block.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+  }
+  SetTabs(block, format);
+  return block;
+}
+
+// A hanging first line makes the left indent a tab stop of its own. The layout counts from the
+// start of the line, the file from the left margin of the page; lines after the first are rarely
+// tabbed, so the first one decides.
+void Filler::SetTabs(QTextBlockFormat& block, const ParagraphFormat& format) const {
+  QList<QTextOption::Tab> tabs;
+  const auto add = [&](int position, TabKind kind) {
+    tabs.append({Pixels(position - format.left - format.first), TypeOf(kind), QChar(u',')});
+  };
+  if (format.first < 0) {
+    add(format.left, TabKind::kLeft);
+  }
+  for (const Tab& tab : format.tabs) {
+    add(tab.position, tab.kind);
+  }
+  block.setTabPositions(tabs);
+}
+
+// The layout drops the space before a paragraph that follows a frame: the frame takes it on.
+int Filler::SpaceAfter(std::size_t at) const {
+  const auto& paragraphs = source_.paragraphs;
+  const int after = paragraphs[at].format.after;
+  return at + 1 < paragraphs.size() ? std::max(after, paragraphs[at + 1].format.before) : after;
+}
+
+QTextTableFormat Filler::FrameFormatOf(const ParagraphFormat& first, int spaceAfter) const {
+  QTextTableFormat frame;
+  frame.setBorder(0);
+  frame.setBorderStyle(QTextFrameFormat::BorderStyle_None);
+  frame.setCellSpacing(0);
+  frame.setCellPadding(0);
+  frame.setWidth(QTextLength(QTextLength::PercentageLength, 100));
+  frame.setLeftMargin(Pixels(first.left));
+  frame.setRightMargin(Pixels(first.right));
+  frame.setTopMargin(Pixels(first.before));
+  frame.setBottomMargin(Pixels(spaceAfter));
+  if (first.pageBefore) {
+    frame.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+  }
+  return frame;
+}
+
+void Filler::SetBorders(QTextTableCell cell, const ParagraphFormat& format) const {
+  constexpr int kShadedSpace = 80;  // between a shaded ground's edge and its text
+  QTextTableCellFormat shape;
+  const auto brushOf = [&](const Border& border) {
+    return border.colour ? QBrush(Ink(*border.colour)) : QBrush(Ink({}));
+  };
+  const auto styleOf = [](const Border& border) {
+    return border.width > 0 ? QTextFrameFormat::BorderStyle_Solid
+                            : QTextFrameFormat::BorderStyle_None;
+  };
+  const auto paddingOf = [&](const Border& border) {
+    return Pixels(std::max(border.space, format.shading ? kShadedSpace : 0));
+  };
+  const auto& [top, left, bottom, right] = format.borders;
+  shape.setTopBorder(Pixels(top.width));
+  shape.setLeftBorder(Pixels(left.width));
+  shape.setBottomBorder(Pixels(bottom.width));
+  shape.setRightBorder(Pixels(right.width));
+  shape.setTopBorderBrush(brushOf(top));
+  shape.setLeftBorderBrush(brushOf(left));
+  shape.setBottomBorderBrush(brushOf(bottom));
+  shape.setRightBorderBrush(brushOf(right));
+  shape.setTopBorderStyle(styleOf(top));
+  shape.setLeftBorderStyle(styleOf(left));
+  shape.setBottomBorderStyle(styleOf(bottom));
+  shape.setRightBorderStyle(styleOf(right));
+  shape.setTopPadding(paddingOf(top));
+  shape.setLeftPadding(paddingOf(left));
+  shape.setBottomPadding(paddingOf(bottom));
+  shape.setRightPadding(paddingOf(right));
+  if (format.shading) {
+    shape.setBackground(Ground(*format.shading));
+  }
+  cell.setFormat(shape);
+}
+
+QTextCharFormat Filler::CharFormatOf(const RunFormat& format) const {
+  QTextCharFormat characters;
+  SetFont(characters, format);
+  characters.setFontPointSize(format.halfPoints * kPointsPerHalf * drawing_.scale);
+  characters.setFontWeight(format.bold ? QFont::Bold : QFont::Normal);
+  characters.setFontItalic(format.italic);
+  characters.setFontUnderline(format.underline);
+  characters.setFontStrikeOut(format.strike);
+  if (format.script != Script::kNormal) {
+    characters.setVerticalAlignment(format.script == Script::kSuper
+                                        ? QTextCharFormat::AlignSuperScript
+                                        : QTextCharFormat::AlignSubScript);
+  }
+  if (format.colour) {
+    characters.setForeground(Ink(*format.colour));
+  }
+  if (format.ground) {
+    characters.setBackground(Ground(*format.ground));
+  }
+  return characters;
+}
+
+void Filler::SetFont(QTextCharFormat& target, const RunFormat& format) const {
+  auto font = source_.fonts.find(format.font >= 0 ? format.font : source_.defaultFont);
+  if (font == source_.fonts.end()) {
+    font = source_.fonts.find(source_.defaultFont);
+  }
+  const Font chosen = font == source_.fonts.end() ? Font{} : font->second;
+  if (!drawing_.screen) {
+    if (!chosen.name.empty()) {
+      target.setFontFamilies({QString::fromStdU16String(chosen.name)});
+    }
+    target.setFontStyleHint(HintOf(chosen.family));
+  } else if (chosen.family == FontFamily::kFixed) {
+    target.setFontFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
+    target.setFontFixedPitch(true);
+  }
+}
+
+}  // namespace
+
+double DotsPerInch() {
+  constexpr double kWithoutScreen = 96;
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  return screen == nullptr ? kWithoutScreen : screen->logicalDotsPerInchY();
+}
+
+void FillTextDocument(QTextDocument& target, const Document& source, const Drawing& drawing) {
+  target.setUndoRedoEnabled(false);
+  target.clear();
+  Filler(target, source, drawing).Fill();
+}
+
+}  // namespace tonadex::shell::rtf

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QColor>
+#include <functional>
+
+#include "shell/qt/rtf/rtf_document.h"
+
+class QTextDocument;
+
+namespace tonadex::shell::rtf {
+
+// How a rich text is drawn. As it stands: to the letter, for paper.
+struct Drawing {
+  double scale = 1;     // of type and lengths
+  bool screen = false;  // the program's own typefaces, nothing justified: columns are narrow
+  // What becomes of the file's colours; none leaves them.
+  std::function<QColor(const QColor&)> ink;
+  std::function<QColor(const QColor&)> ground;
+};
+
+// Fills `target` anew with the whole text. It is laid out in dots of the screen, also for paper: a
+// layout that is given another paint device scales some lengths and forgets the indents. Bordered
+// or shaded neighbours of one format become one frame. Headings keep their level in
+// QTextBlockFormat::headingLevel. Undo is switched off.
+void FillTextDocument(QTextDocument& target, const Document& source, const Drawing& drawing = {});
+
+// Dots to the inch of that layout.
+double DotsPerInch();
+
+}  // namespace tonadex::shell::rtf

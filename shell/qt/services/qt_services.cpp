@@ -1,0 +1,207 @@
+#include "shell/qt/services/qt_services.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QShortcut>
+#include <QWindow>
+
+#include "core/melody_file.h"
+#include "shell/qt/text.h"
+#include "shell/qt/widgets/web_pane.h"
+
+namespace tonadex::shell {
+namespace {
+
+QString Lines(std::string_view text) {
+  return ToQString(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).replace('\r', '\n');
+}
+
+QMessageBox::Icon BoxIcon(platform::Icon icon) {
+  switch (icon) {
+    case platform::Icon::kInformation:
+      return QMessageBox::Information;
+    case platform::Icon::kExclamation:
+      return QMessageBox::Warning;
+    case platform::Icon::kNone:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+// "description NUL pattern NUL … NUL NUL" as the toolkit's list of name filters.
+QStringList NameFilters(const std::string& pairs) {
+  const QStringList parts = ToQString(pairs).split(QChar(u'\0'), Qt::SkipEmptyParts);
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    const QString pattern = QString(parts[i + 1]).replace(';', ' ');
+    const QString words = parts[i].section('(', 0, 0).trimmed();
+    filters << (words.isEmpty() ? pattern : QStringLiteral("%1 (%2)").arg(words, pattern));
+  }
+  return filters;
+}
+
+bool RunDialog(QFileDialog::AcceptMode mode, platform::FileDialogRecord& record, QWidget* owner) {
+  QFileDialog dialog(owner, ToQString(record.lpstrTitle), ToQString(record.lpstrInitialDir));
+  dialog.setAcceptMode(mode);
+  dialog.setFileMode(mode == QFileDialog::AcceptSave ? QFileDialog::AnyFile
+                                                     : QFileDialog::ExistingFile);
+  const QStringList filters = NameFilters(record.lpstrFilter);
+  dialog.setNameFilters(filters);
+  if (record.nFilterIndex >= 1 && record.nFilterIndex <= filters.size()) {
+    dialog.selectNameFilter(filters[record.nFilterIndex - 1]);
+  }
+  dialog.setDefaultSuffix(ToQString(record.lpstrDefExt));
+  const std::string name = record.lpstrFile.substr(0, record.lpstrFile.find('\0'));
+  if (!name.empty()) {
+    dialog.selectFile(ToQString(name));
+  }
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+    return false;
+  }
+  const std::filesystem::path chosen = dialog.selectedFiles().constFirst().toStdU16String();
+  record.lpstrFile = core::TextFromPath(chosen);
+  record.lpstrFileTitle = core::TextFromPath(chosen.filename());
+  record.lpstrInitialDir = core::TextFromPath(chosen.parent_path());
+  const qsizetype filter = filters.indexOf(dialog.selectedNameFilter());
+  if (filter >= 0) {
+    record.nFilterIndex = static_cast<std::int32_t>(filter) + 1;
+  }
+  return true;
+}
+
+bool IsInput(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::TouchBegin:
+    case QEvent::TouchEnd:
+    case QEvent::TouchUpdate:
+    case QEvent::InputMethod:
+    case QEvent::DragEnter:
+    case QEvent::Drop:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+// Lets everything pass but what the user does.
+class Repainting::InputFilter : public QObject {
+ public:
+  using QObject::QObject;
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Close) {
+      event->ignore();
+      return true;
+    }
+    return IsInput(event->type());
+  }
+};
+
+Repainting::Repainting() : filter_(std::make_unique<InputFilter>()) {}
+Repainting::~Repainting() = default;
+
+void Repainting::Once(Input input) {
+  if (active_) {
+    return;
+  }
+  active_ = true;
+  qApp->installEventFilter(filter_.get());
+  QCoreApplication::processEvents(input == Input::kKept ? QEventLoop::ExcludeUserInputEvents
+                                                        : QEventLoop::AllEvents);
+  qApp->removeEventFilter(filter_.get());
+  active_ = false;
+}
+
+void QtMessageBoxes::Show(const platform::Message& message) {
+  if (hooks_.draw) {
+    hooks_.draw();
+  }
+  QMessageBox box(BoxIcon(message.icon), ToQString(message.title), {}, QMessageBox::Ok,
+                  hooks_.window);
+  box.setTextFormat(Qt::PlainText);
+  box.setText(Lines(message.text));
+  // What it says can be passed on.
+  QObject::connect(new QShortcut(QKeySequence::Copy, &box), &QShortcut::activated, &box,
+                   [&box] { QApplication::clipboard()->setText(box.text()); });
+  box.show();
+  if (hooks_.opened) {
+    hooks_.opened(&box);
+  }
+  box.exec();
+  if (hooks_.closed) {
+    hooks_.closed();
+  }
+}
+
+bool QtFileDialogs::GetSaveFileName(platform::FileDialogRecord& record) {
+  return RunDialog(QFileDialog::AcceptSave, record, hooks_.window);
+}
+
+bool QtFileDialogs::GetOpenFileName(platform::FileDialogRecord& record) {
+  return RunDialog(QFileDialog::AcceptOpen, record, hooks_.window);
+}
+
+QtShellServices::QtShellServices(WindowHooks& hooks, Repainting& repainting,
+                                 std::filesystem::path folder, std::string tempPath)
+    : hooks_(hooks),
+      repainting_(repainting),
+      folder_(std::move(folder)),
+      tempPath_(std::move(tempPath)) {}
+
+void QtShellServices::SetTopMost(std::intptr_t window) {
+  const QWidgetList widgets = QApplication::topLevelWidgets();
+  for (QWidget* widget : widgets) {
+    // The flag of the native window: that of the widget would hide and show it again.
+    if (widget->windowHandle() != nullptr &&
+        static_cast<std::intptr_t>(widget->winId()) == window) {
+      widget->windowHandle()->setFlag(Qt::WindowStaysOnTopHint);
+    }
+  }
+}
+
+void QtShellServices::DoEvents() {
+  if (hooks_.draw) {
+    hooks_.draw();
+  }
+  repainting_.Once(Repainting::Input::kKept);
+}
+
+void QtShellServices::Beep() {
+  QApplication::beep();
+}
+
+void QtShellServices::OpenHelp(const std::filesystem::path& file) {
+  if (hooks_.openHelp) {
+    hooks_.openHelp(file);
+  }
+}
+
+void QtShellServices::End() {
+  ended_ = true;
+  const QWidgetList widgets = QApplication::topLevelWidgets();
+  for (QWidget* widget : widgets) {
+    widget->hide();
+  }
+  QCoreApplication::quit();
+}
+
+void QtWebViews::Navigate(platform::WebViewId view, std::string_view url) {
+  const auto& pane = view == platform::WebViewId::kNavbanner ? hooks_.banner : hooks_.page;
+  if (pane != nullptr) {
+    pane->Navigate(url);
+  }
+}
+
+}  // namespace tonadex::shell

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "platform/file_dialog.h"
+#include "platform/message_box.h"
+#include "platform/shell_services.h"
+#include "platform/web_view.h"
+
+// What the program asks of the desktop, answered by Qt.
+namespace tonadex::shell {
+
+class WebPane;
+
+// What the services need of the windows, which are made later. Empty ones are left out.
+struct WindowHooks {
+  QPointer<QWidget> window;                  // owner of the dialogs
+  std::function<void()> draw;                // the model onto the widgets
+  std::function<void(QWidget* box)> opened;  // a message box stands
+  std::function<void()> closed;
+  std::function<void(const std::filesystem::path&)> openHelp;
+  QPointer<WebPane> page, banner;
+};
+
+// Paints what waits to be painted while a handler runs; no other handler starts.
+class Repainting {
+ public:
+  Repainting();
+  ~Repainting();
+  Repainting(const Repainting&) = delete;
+  Repainting& operator=(const Repainting&) = delete;
+
+  enum class Input {
+    kKept,  // what the user did waits for the handler's end
+    kLost,  // and comes to nothing: the program was seen to be busy
+  };
+  void Once(Input input);
+  // Whether Once is under way: events must not reach handlers then.
+  bool Active() const { return active_; }
+
+ private:
+  class InputFilter;
+  std::unique_ptr<InputFilter> filter_;
+  bool active_ = false;
+};
+
+class QtMessageBoxes : public platform::MessageSink {
+ public:
+  explicit QtMessageBoxes(WindowHooks& hooks) : hooks_(hooks) {}
+  void Show(const platform::Message& message) override;
+
+ private:
+  WindowHooks& hooks_;
+};
+
+class QtFileDialogs : public platform::FileDialogs {
+ public:
+  explicit QtFileDialogs(WindowHooks& hooks) : hooks_(hooks) {}
+  bool GetSaveFileName(platform::FileDialogRecord& record) override;
+  bool GetOpenFileName(platform::FileDialogRecord& record) override;
+
+ private:
+  WindowHooks& hooks_;
+};
+
+class QtShellServices : public platform::ShellServices {
+ public:
+  // `folder`: the program folder.
+  QtShellServices(WindowHooks& hooks, Repainting& repainting, std::filesystem::path folder,
+                  std::string tempPath);
+
+  std::filesystem::path ProgramFolder() const override { return folder_; }
+  std::string TempPath() const override { return tempPath_; }
+  void SetTopMost(std::intptr_t window) override;
+  void DoEvents() override;
+  void Beep() override;
+  void OpenHelp(const std::filesystem::path& file) override;
+  // Closes every window and leaves the event loop.
+  void End() override;
+  bool Ended() const { return ended_; }
+
+ private:
+  WindowHooks& hooks_;
+  Repainting& repainting_;
+  std::filesystem::path folder_;
+  std::string tempPath_;
+  bool ended_ = false;
+};
+
+class QtWebViews : public platform::WebViews {
+ public:
+  explicit QtWebViews(WindowHooks& hooks) : hooks_(hooks) {}
+  void Navigate(platform::WebViewId view, std::string_view url) override;
+
+ private:
+  WindowHooks& hooks_;
+};
+
+}  // namespace tonadex::shell

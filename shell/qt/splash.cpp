@@ -1,0 +1,111 @@
+#include "shell/qt/splash.h"
+
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScreen>
+#include <QTimer>
+
+#include "core/rtttl.h"
+#include "shell/qt/text.h"
+#include "shell/qt/theme/theme.h"
+
+namespace tonadex::shell {
+namespace {
+
+constexpr QSize kSize(420, 240);
+constexpr QColor kGround(0x12, 0x50, 0x39);
+constexpr QColor kInk(0xf2, 0xf8, 0xe9);
+
+app::Drawing BuiltInMelody() {
+  core::RTTTLMelody melody;
+  core::InitMelody(melody, {});
+  return app::MelodyDrawing(melody.Text);
+}
+
+QLabel* Words(QWidget* parent, const char* name, const QFont& font, const QRect& place) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(QLatin1String(name));
+  label->setFont(font);
+  label->setWordWrap(true);
+  label->setGeometry(place);
+  QPalette palette = label->palette();
+  palette.setColor(QPalette::WindowText, kInk);
+  label->setPalette(palette);
+  return label;
+}
+
+}  // namespace
+
+Splash::Splash(app::Program& program)
+    : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint),
+      program_(program),
+      model_(program),
+      pattern_(BuiltInMelody()),
+      timer_(new QTimer(this)) {
+  setFixedSize(kSize);
+  setWindowTitle(QStringLiteral("Tonadex"));
+  const Theme theme = CurrentTheme();
+  QFont large = theme.title;
+  large.setPixelSize(52);
+  large.setWeight(QFont::Bold);
+  auto* title = Words(this, "title", large, QRect(32, 40, 360, 64));
+  title->setText(windowTitle());
+  QFont plain = theme.body;
+  plain.setPixelSize(15);
+  version_ = Words(this, "Label1", plain, QRect(36, 104, 350, 24));
+  plain.setPixelSize(12);
+  firstRun_ = Words(this, "Frame1", plain, QRect(36, 180, 350, 48));
+  timer_->setObjectName(QStringLiteral("Timer1"));
+  connect(timer_, &QTimer::timeout, this, &Splash::Tick);
+}
+
+void Splash::Start() {
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  move(screen.center() - rect().center());
+  show();
+  app::RunHandler(program_, [this] { model_.Form_Load(static_cast<std::intptr_t>(winId())); });
+  Draw();
+}
+
+void Splash::Tick() {
+  app::RunHandler(program_, [this] { model_.Timer1_Timer(); });
+  Draw();
+  if (model_.finished) {
+    emit Finished();
+  }
+}
+
+void Splash::Draw() {
+  version_->setText(ToQString(model_.Label1.caption));
+  firstRun_->setText(ToQString(model_.Frame1.caption));
+  firstRun_->setVisible(model_.Frame1.visible);
+  if (!model_.Timer1.enabled) {
+    timer_->stop();
+  } else if (!timer_->isActive()) {
+    timer_->start(static_cast<int>(model_.Timer1.interval));
+  }
+}
+
+void Splash::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.fillRect(rect(), kGround);
+  QColor quiet = kInk;
+  quiet.setAlphaF(0.22F);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(quiet);
+  const int spread = std::max(1, pattern_.highest - pattern_.lowest);
+  constexpr double kPixelsPerMs = 0.05;
+  for (const app::DrawnNote& note : pattern_.notes) {
+    const double x = 36 + note.start * kPixelsPerMs;
+    if (!note.pause && x < width()) {
+      const double y = 216 - (note.pitch - pattern_.lowest) * 72.0 / spread;
+      painter.drawRoundedRect(QRectF(x, y, std::max(4.0, note.length * kPixelsPerMs - 3), 7), 3.5,
+                              3.5);
+    }
+  }
+}
+
+}  // namespace tonadex::shell

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+#include <QString>
+
+class QApplication;
+
+// Type, spacing and colour of the program, chosen once here.
+namespace tonadex::shell {
+
+// Distances in device-independent pixels: multiples of the grid.
+inline constexpr int kGrid = 8;
+inline constexpr int kPageMargin = 2 * kGrid;
+inline constexpr int kCardPadding = 2 * kGrid;
+inline constexpr int kFieldGap = kGrid / 2;  // a label above its field
+inline constexpr int kRadius = 6;
+
+struct Theme {
+  bool dark = false;
+  QColor window, card, text, muted, border, hover;
+  QColor accent;      // the one accent: marks, links, the sounding note
+  QColor accentText;  // on a ground of the accent
+  QColor accentWash;  // a quiet ground for what is selected
+  QColor good, bad;   // the live check's sentence
+  QColor displayGround, displayInk, displayFaint;  // the phone's display
+
+  QFont body, small, title, heading, mono;
+  int controlHeight = 36;  // buttons and one-line fields
+};
+
+// The theme that fits the application's palette and font as they are now.
+// Light or dark follows the system's palette.
+Theme CurrentTheme();
+
+// Gives the application its style, palette and style sheet. Call once before the first window and
+// again when the system's palette or font changed.
+void ApplyTheme(QApplication& application);
+
+}  // namespace tonadex::shell

@@ -1,0 +1,163 @@
+#include "shell/qt/widgets/row_list.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+#include "shell/qt/text.h"
+#include "shell/qt/theme/theme.h"
+
+namespace tonadex::shell {
+namespace {
+
+// Draws "name (file)" with the file quieter, and a sentence for the user as one.
+class RowDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    const QString text = index.data().toString().trimmed();
+    const bool hint = index.data(RowsModel::kHintRole).toBool();
+    QStyleOptionViewItem ground = option;
+    initStyleOption(&ground, index);
+    ground.text.clear();
+    ground.state &= ~QStyle::State_HasFocus;  // the list's frame shows the focus
+    QApplication::style()->drawControl(QStyle::CE_ItemViewItem, &ground, painter, option.widget);
+
+    const Theme theme = CurrentTheme();
+    const bool enabled = option.state & QStyle::State_Enabled;
+    const QRect place = option.rect.adjusted(kGrid + 4, 0, -kGrid, 0);
+    const qsizetype split = hint ? -1 : text.indexOf(QStringLiteral(" ("));
+    const QString name = split < 0 ? text : text.left(split);
+    QFont font = option.font;
+    font.setItalic(hint);
+    font.setWeight(option.state & QStyle::State_Selected ? QFont::DemiBold : QFont::Normal);
+    const QFontMetrics metrics(font);
+    painter->setFont(font);
+    painter->setPen(hint || !enabled ? theme.muted : theme.text);
+    painter->drawText(place, Qt::AlignVCenter,
+                      metrics.elidedText(name, Qt::ElideRight, place.width()));
+    const int used = metrics.horizontalAdvance(name) + kGrid;
+    if (split >= 0 && used < place.width()) {
+      font.setWeight(QFont::Normal);
+      painter->setFont(font);
+      painter->setPen(theme.muted);
+      const QFontMetrics quiet(font);
+      painter->drawText(
+          place.adjusted(used, 0, 0, 0), Qt::AlignVCenter,
+          quiet.elidedText(text.mid(split + 1), Qt::ElideRight, place.width() - used));
+    }
+  }
+};
+
+}  // namespace
+
+bool RowsModel::SetRows(const std::vector<app::ListRow>& rows) {
+  if (rows == rows_) {
+    return false;
+  }
+  beginResetModel();
+  rows_ = rows;
+  endResetModel();
+  return true;
+}
+
+int RowsModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant RowsModel::data(const QModelIndex& index, int role) const {
+  const app::ListRow& row = rows_[static_cast<std::size_t>(index.row())];
+  switch (role) {
+    case Qt::DisplayRole:
+    case Qt::ToolTipRole:
+      return ToQString(row.text);
+    case kHintRole:
+      return row.hint;
+    default:
+      return {};
+  }
+}
+
+RowList::RowList(QWidget* parent) : QListView(parent), model_(new RowsModel(this)) {
+  setModel(model_);
+  setItemDelegate(new RowDelegate(this));
+  setUniformItemSizes(true);
+  setEditTriggers(NoEditTriggers);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollMode(ScrollPerPixel);
+  setMouseTracking(true);
+}
+
+void RowList::SetControl(const app::Control& control) {
+  setting_ = true;
+  const bool fresh = model_->SetRows(control.rows);
+  text_ = control.text;
+  if (fresh || SelectedRow() != control.listIndex) {
+    if (control.listIndex < 0) {
+      clearSelection();
+      setCurrentIndex({});
+    } else {
+      setCurrentIndex(model_->index(control.listIndex));
+    }
+  }
+  setting_ = false;
+}
+
+void RowList::SetInvitation(const QString& sentence) {
+  if (sentence != invitation_) {
+    invitation_ = sentence;
+    viewport()->update();
+  }
+}
+
+void RowList::paintEvent(QPaintEvent* event) {
+  QListView::paintEvent(event);
+  if (model_->Rows().empty() && !invitation_.isEmpty()) {
+    QPainter painter(viewport());
+    painter.setPen(CurrentTheme().muted);
+    const QRect place = viewport()->rect().adjusted(kPageMargin, 0, -kPageMargin, 0);
+    painter.drawText(place, Qt::AlignCenter | Qt::TextWordWrap, invitation_);
+  }
+}
+
+void RowList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QListView::currentChanged(current, previous);
+  if (!setting_ && current.isValid()) {
+    text_ = model_->Rows()[static_cast<std::size_t>(current.row())].text;
+    emit RowChosen();
+  }
+}
+
+// The toolkit would choose the first row for a list that has none; only the user chooses.
+void RowList::focusInEvent(QFocusEvent* event) {
+  const bool none = !currentIndex().isValid();
+  setting_ = true;
+  QListView::focusInEvent(event);
+  if (none) {
+    setCurrentIndex({});
+  }
+  setting_ = false;
+}
+
+void RowList::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (SelectedRow() >= 0) {
+      emit RowActivated();
+    }
+    return;
+  }
+  QListView::keyPressEvent(event);
+}
+
+void RowList::mouseDoubleClickEvent(QMouseEvent* event) {
+  QListView::mouseDoubleClickEvent(event);
+  if (event->button() == Qt::LeftButton && indexAt(event->pos()).isValid()) {
+    emit RowActivated();
+  }
+}
+
+}  // namespace tonadex::shell

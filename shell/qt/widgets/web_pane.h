@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QStackedWidget>
+#include <QUrl>
+
+class QLabel;
+class QWebEngineView;
+
+namespace tonadex::shell {
+
+// A web view whose browser is made when it is first seen, or by Prepare. Where it is not
+// built in, and while a page cannot be reached, a quiet page of our own stands in its place.
+class WebPane : public QStackedWidget {
+  Q_OBJECT
+ public:
+  enum class Kind { kPage, kBanner };
+  explicit WebPane(Kind kind, QWidget* parent = nullptr);
+
+  // Makes the browser. The first one of a window must be made before the window shows: it changes
+  // how the window is drawn, and a standing window would be made anew.
+  void Prepare();
+  // Windows-1252, as the program composed it. (Re)loads.
+  void Navigate(std::string_view address);
+  const std::string& Address() const { return address_; }
+
+ signals:
+  // A click wanted to lead away from the banner; the view stays where it is.
+  void LeaveAttempted();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void Load();
+  void ShowQuietPage();
+
+  Kind kind_;
+  std::string address_;
+  bool pending_ = false;
+  QLabel* quiet_;
+  QWebEngineView* view_ = nullptr;
+};
+
+}  // namespace tonadex::shell

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <span>
+#include <vector>
+
+#include "app/form1.h"
+#include "app/form1_tables.h"
+
+class QWidget;
+
+namespace tonadex::shell {
+
+// A control of the window model and the object that draws it: a widget, for a timer a QTimer.
+// Scratch storage has none.
+struct BoundControl {
+  const app::ControlInfo* info;
+  QObject* object;
+  QWidget* widget;  // `object` as a widget, nullptr for a timer
+};
+
+// Ties every control of the model to one widget of the same name. It knows how the kinds of
+// controls are drawn and read back, and nothing of what they mean.
+class Binding {
+ public:
+  using Handler = std::function<void()>;
+  // Calls a handler of the model: copies the user's edits in, runs it, draws.
+  using Dispatch = std::function<void(const Handler&)>;
+
+  // Makes the widgets as children of `parent`, connected by the model's table of handlers.
+  Binding(app::Form1& form, QWidget* parent, Dispatch dispatch);
+
+  std::span<const BoundControl> Controls() const { return bound_; }
+  QWidget* Widget(app::Control app::Form1::*member) const;
+  QObject* Object(app::Control app::Form1::*member) const;
+
+  // What the user typed and chose, into the model.
+  void CopyIn();
+  // The model's state onto the widgets; what is as it should be is left alone.
+  void Draw();
+
+ private:
+  void Connect(const app::HandlerInfo& info, const Dispatch& dispatch);
+  void ConnectChoice(const Dispatch& dispatch);
+
+  app::Form1& form_;
+  std::vector<BoundControl> bound_;
+  bool drawing_ = false;  // signals of widgets that are being drawn are no user's doing
+};
+
+}  // namespace tonadex::shell

@@ -1,0 +1,441 @@
+#include "shell/qt/window/main_window.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QScreen>
+#include <QShortcut>
+#include <QSlider>
+#include <QStandardPaths>
+#include <QStyle>
+#include <QTimer>
+#include <QToolButton>
+#include <algorithm>
+#include <array>
+
+#include "app/composer_keys.h"
+#include "app/words.h"
+#include "core/runtime_error.h"
+#include "shell/qt/text.h"
+#include "shell/qt/theme/theme.h"
+#include "shell/qt/widgets/busy_line.h"
+#include "shell/qt/widgets/key_row.h"
+#include "shell/qt/widgets/melody_view.h"
+#include "shell/qt/widgets/phone_display.h"
+#include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/web_pane.h"
+
+namespace tonadex::shell {
+namespace {
+
+namespace words = app::words;
+using app::Form1;
+
+constexpr QSize kFirstSize(1000, 700);
+constexpr QSize kLeastSize(900, 600);
+constexpr int kListWidth = 280;
+constexpr int kFollowIntervalMs = 30;
+constexpr std::int16_t kBackspace = 8;
+
+struct Shortcut {
+  const char* keys;
+  app::Control Form1::*button;
+};
+constexpr std::array<Shortcut, 6> kShortcuts = {{{"Ctrl+1", &Form1::cmdinicio},
+                                                 {"Ctrl+2", &Form1::cmdbuscar},
+                                                 {"Ctrl+3", &Form1::cmdrepertorio},
+                                                 {"Ctrl+4", &Form1::cmd906},
+                                                 {"Ctrl+5", &Form1::cmdopciones},
+                                                 {"F1", &Form1::cmdayuda}}};
+
+void DrawCheck(QLabel* label, const app::Check& check) {
+  label->setText(ToQString(check.sentence));
+  const char* tone = check.verdict == app::Verdict::kGood  ? "good"
+                     : check.verdict == app::Verdict::kBad ? "bad"
+                                                           : "";
+  if (label->property("tone").toString() != QLatin1String(tone)) {
+    label->setProperty("tone", QLatin1String(tone));
+    label->style()->unpolish(label);
+    label->style()->polish(label);
+  }
+}
+
+void DrawMelody(MelodyView* view, const app::Drawing& drawing) {
+  view->SetDrawing(drawing, ToQString(app::DrawingInWords(drawing)), ToQString(words::kDrawing));
+}
+
+}  // namespace
+
+MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& repainting,
+                       Position position)
+    : program_(program),
+      hooks_(hooks),
+      repainting_(repainting),
+      position_(std::move(position)),
+      form_(program),
+      binding_(form_, this, [this](const Binding::Handler& handler) { Run(handler); }),
+      parts_(LayOut(binding_, this)),
+      follow_(new QTimer(this)) {
+  setObjectName(QStringLiteral("Form1"));
+  setWindowTitle(ToQString(words::kWindowTitle));
+  setMinimumSize(kLeastSize);
+  resize(kFirstSize.boundedTo(screen()->availableSize()).expandedTo(kLeastSize));
+  for (MelodyView* view : {parts_.repertoireView, parts_.composerView, parts_.rtttlView}) {
+    view->setAccessibleName(ToQString(words::kDrawing));
+  }
+  follow_->setInterval(kFollowIntervalMs);
+  connect(follow_, &QTimer::timeout, this, &MainWindow::FollowMelody);
+
+  hooks_.window = this;
+  hooks_.draw = [this] { Draw(); };
+  hooks_.opened = [this](QWidget* box) {
+    if (form_.sounding != app::Sounding::kNothing) {
+      PlaceBox(box);
+      follow_->start();
+    }
+  };
+  hooks_.closed = [this] {
+    follow_->stop();
+    FollowMelody();
+  };
+  hooks_.page = qobject_cast<WebPane*>(binding_.Widget(&Form1::WebBrowser1));
+  hooks_.banner = qobject_cast<WebPane*>(binding_.Widget(&Form1::navbanner));
+  program_.busyChanged = [this] { DrawBusy(); };
+  ConnectParts();
+  AddShortcuts();
+  SetTabOrder();
+}
+
+MainWindow::~MainWindow() {
+  program_.busyChanged = nullptr;
+  hooks_.draw = nullptr;
+  hooks_.opened = nullptr;
+  hooks_.closed = nullptr;
+}
+
+void MainWindow::PrepareBrowser() {
+  hooks_.page->Prepare();
+}
+
+void MainWindow::Load() {
+  program_.window = static_cast<std::intptr_t>(winId());
+  app::RunHandler(program_, [this] { form_.Form_Load(); });
+  loaded_ = true;
+  Draw();
+}
+
+void MainWindow::Run(const Binding::Handler& handler) {
+  if (!loaded_ || repainting_.Active()) {
+    return;
+  }
+  app::RunHandler(program_, [&] {
+    binding_.CopyIn();
+    handler();
+  });
+  app::RunHandler(program_, [this] { Draw(); });
+}
+
+// ---- Wiring
+// ----------------------------------------------------------------------------------------
+
+void MainWindow::ConnectParts() {
+  const auto options = [this] { Run([this] { form_.cmdopciones_Click(); }); };
+  connect(parts_.phone, &QToolButton::clicked, this, options);
+  connect(parts_.goToSearch, &QPushButton::clicked, this,
+          [this] { Run([this] { form_.cmdbuscar_Click(); }); });
+  connect(parts_.copy, &QPushButton::clicked, this, &MainWindow::CopyResult);
+  connect(parts_.saveAs, &QPushButton::clicked, this, &MainWindow::SaveResult);
+  connect(parts_.keys, &KeyRow::KeyPressed, this, &MainWindow::PressKey);
+  auto* tempo = qobject_cast<QComboBox*>(binding_.Widget(&Form1::txtcompoTempo));
+  tempo->lineEdit()->installEventFilter(this);
+  binding_.Widget(&Form1::txtbuscar)->installEventFilter(this);
+}
+
+void MainWindow::AddShortcuts() {
+  for (const Shortcut& row : kShortcuts) {
+    auto* button = qobject_cast<QAbstractButton*>(binding_.Widget(row.button));
+    auto* shortcut = new QShortcut(QKeySequence(QLatin1String(row.keys)), this);
+    connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
+  }
+  connect(new QShortcut(QKeySequence(QKeySequence::Quit), this), &QShortcut::activated, this,
+          &QWidget::close);
+  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  connect(escape, &QShortcut::activated, this, [this] {
+    if (const app::Control* shown = form_.NavigationButton()) {
+      for (const BoundControl& bound : binding_.Controls()) {
+        if (&(form_.*bound.info->member) == shown) {
+          bound.widget->setFocus(Qt::ShortcutFocusReason);
+        }
+      }
+    }
+  });
+}
+
+// Reading order: the model's order, with the window's own widgets behind what they belong to.
+void MainWindow::SetTabOrder() {
+  QWidget* last = nullptr;
+  const auto follow = [&last](QWidget* next) {
+    if (next->focusPolicy() == Qt::NoFocus) {
+      return;  // such a one would break the chain
+    }
+    if (last != nullptr) {
+      QWidget::setTabOrder(last, next);
+    }
+    last = next;
+  };
+  for (const BoundControl& bound : binding_.Controls()) {
+    if (bound.widget == nullptr) {
+      continue;
+    }
+    if (bound.info->member == &Form1::cmdayuda) {
+      follow(parts_.phone);
+    }
+    follow(bound.widget);
+    if (bound.info->member == &Form1::List1) {
+      follow(parts_.goToSearch);
+    } else if (bound.info->member == &Form1::textresultado) {
+      follow(parts_.copy);
+      follow(parts_.saveAs);
+      follow(parts_.size);
+    } else if (bound.info->member == &Form1::txtmelodiacompo) {
+      follow(parts_.keys->First());
+      last = parts_.keys->Last();
+      follow(parts_.composerView);
+    } else if (bound.info->member == &Form1::txtrtttlsube) {
+      follow(parts_.rtttlView);
+    } else if (bound.info->member == &Form1::picimprimir) {
+      follow(parts_.repertoireView);
+    }
+  }
+}
+
+// ---- Drawing
+// ---------------------------------------------------------------------------------------
+
+void MainWindow::Draw() {
+  if (!loaded_) {
+    return;
+  }
+  DrawGroups();
+  binding_.Draw();
+  DrawParts();
+  DrawResult();
+  DrawDrawings();
+  if (pageDrawn_ != form_.paginaactual) {
+    pageDrawn_ = form_.paginaactual;
+    FocusPage();
+  }
+}
+
+// A part of the window shows while one of the controls in it does.
+void MainWindow::DrawGroups() {
+  for (QWidget* group : std::as_const(parts_.groups)) {
+    const bool shown =
+        std::ranges::any_of(binding_.Controls(), [this, group](const BoundControl& bound) {
+          return bound.widget != nullptr && (form_.*bound.info->member).visible &&
+                 group->isAncestorOf(bound.widget);
+        });
+    if (group->isHidden() == shown) {
+      group->setVisible(shown);
+    }
+  }
+  const bool narrow = !parts_.resultColumn->isHidden();
+  parts_.listColumn->setMaximumWidth(narrow ? kListWidth : QWIDGETSIZE_MAX);
+  parts_.listColumn->setMinimumWidth(narrow ? kListWidth : 0);
+}
+
+void MainWindow::DrawParts() {
+  const app::Control* shown = form_.NavigationButton();
+  for (const app::NavigationInfo& info : app::NavigationRow()) {
+    auto* button = qobject_cast<QAbstractButton*>(binding_.Widget(info.button));
+    button->setChecked(&(form_.*info.button) == shown);
+  }
+  const QString phone = ToQString(form_.PhoneLabel());
+  parts_.phone->setText(phone);
+  parts_.phone->setAccessibleName(phone);
+  parts_.phone->setToolTip(ToQString(words::kChoosePhone));
+  parts_.optionsSentence->setText(ToQString(form_.OptionsSentence()));
+  parts_.goToSearch->setVisible(form_.OffersSearch());
+  qobject_cast<RowList*>(binding_.Widget(&Form1::List1))
+      ->SetInvitation(ToQString(form_.EmptySentence()));
+  parts_.display->SetInvitation(ToQString(form_.EmptyResultSentence()));
+  DrawCheck(parts_.composerCheck, form_.composerCheck);
+  DrawCheck(parts_.rtttlCheck, form_.rtttlCheck);
+  parts_.copy->setEnabled(form_.ResultCanBeSaved());
+  parts_.saveAs->setEnabled(form_.ResultCanBeSaved());
+}
+
+void MainWindow::DrawResult() {
+  const QString text = ToQString(form_.textresultado.text);
+  if (text == parts_.display->Text()) {
+    return;
+  }
+  std::vector<DisplayGroup> groups;
+  for (const app::ResultGroup& group : form_.ResultGroupsShown()) {
+    groups.push_back(
+        {ToQString(group.text), static_cast<int>(group.heldFrom), static_cast<int>(group.heldTo)});
+  }
+  parts_.display->SetResult(text, groups, form_.ResultIsKeyPresses());
+  parts_.copy->setText(ToQString(words::kCopy));
+}
+
+void MainWindow::DrawDrawings() {
+  DrawMelody(parts_.repertoireView, form_.repertoireDrawing);
+  DrawMelody(parts_.composerView, form_.composerDrawing);
+  DrawMelody(parts_.rtttlView, form_.rtttlDrawing);
+}
+
+void MainWindow::FocusPage() {
+  for (const BoundControl& bound : binding_.Controls()) {
+    const bool navigation = std::ranges::any_of(
+        app::NavigationRow(),
+        [&bound](const app::NavigationInfo& info) { return info.button == bound.info->member; });
+    if (!navigation && bound.widget != nullptr && bound.widget->isVisibleTo(this) &&
+        bound.widget->isEnabled() && (bound.widget->focusPolicy() & Qt::TabFocus)) {
+      bound.widget->setFocus(Qt::OtherFocusReason);
+      return;
+    }
+  }
+}
+
+// ---- Waiting and sounding
+// --------------------------------------------------------------------------
+
+void MainWindow::DrawBusy() {
+  if (program_.busy == waiting_) {
+    return;
+  }
+  waiting_ = program_.busy;
+  if (waiting_) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    Draw();
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+  parts_.busy->SetBusy(waiting_);
+  repainting_.Once(waiting_ ? Repainting::Input::kKept : Repainting::Input::kLost);
+}
+
+void MainWindow::FollowMelody() {
+  const std::optional<double> position = position_ ? position_() : std::nullopt;
+  const std::array<std::pair<app::Sounding, MelodyView*>, 3> views = {
+      {{app::Sounding::kRepertoire, parts_.repertoireView},
+       {app::Sounding::kComposer, parts_.composerView},
+       {app::Sounding::kRtttl, parts_.rtttlView}}};
+  for (const auto& [what, view] : views) {
+    view->SetPosition(follow_->isActive() && form_.sounding == what ? position.value_or(-1) : -1);
+  }
+}
+
+// Away from the drawing that is followed.
+void MainWindow::PlaceBox(QWidget* box) const {
+  const MelodyView* view = form_.sounding == app::Sounding::kComposer ? parts_.composerView
+                           : form_.sounding == app::Sounding::kRtttl  ? parts_.rtttlView
+                                                                      : parts_.repertoireView;
+  const int middle = view->mapTo(this, view->rect().center()).y();
+  const QPoint corner = mapToGlobal(QPoint(0, 0));
+  const int x = corner.x() + (width() - box->width()) / 2;
+  const int below = corner.y() + height() - box->height() - 3 * kGrid;
+  const int above = corner.y() + 2 * kGrid;
+  box->move(x, middle < height() / 2 ? below : above);
+}
+
+// ---- What the window does by itself
+// ----------------------------------------------------------------
+
+void MainWindow::CopyResult() {
+  QString text = parts_.display->Text();
+  QApplication::clipboard()->setText(text.replace("\r\n", "\n").replace('\r', '\n'));
+  parts_.copy->setText(ToQString(words::kCopied));
+  QTimer::singleShot(1500, parts_.copy,
+                     [copy = parts_.copy] { copy->setText(ToQString(words::kCopy)); });
+}
+
+void MainWindow::SaveResult() {
+  Run([this] {
+    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    const QString file = QFileDialog::getSaveFileName(
+        this, ToQString(words::kSaveAs), folder.filePath(ToQString(form_.SuggestedResultName())));
+    if (file.isEmpty()) {
+      return;
+    }
+    QSaveFile save(file);
+    const std::string& bytes = form_.textresultado.text;
+    const auto size = static_cast<qint64>(bytes.size());
+    if (!save.open(QIODevice::WriteOnly) || save.write(bytes.data(), size) != size ||
+        !save.commit()) {
+      platform::MsgBox(words::kNotSaved, platform::Icon::kExclamation);
+    }
+  });
+}
+
+void MainWindow::PressKey(const QString& key, bool held) {
+  auto* area = qobject_cast<QPlainTextEdit*>(binding_.Widget(&Form1::txtmelodiacompo));
+  const app::ComposerText before{FromQString(area->toPlainText()),
+                                 static_cast<std::size_t>(area->textCursor().position())};
+  const app::ComposerText after = app::PressKey(before, FromQString(key), held);
+  if (after == before) {
+    return;
+  }
+  QTextCursor cursor(area->document());
+  cursor.beginEditBlock();  // one step to undo
+  cursor.select(QTextCursor::Document);
+  cursor.insertText(ToQString(after.text));
+  cursor.endEditBlock();
+  cursor.setPosition(static_cast<int>(after.cursor));
+  area->setTextCursor(cursor);
+}
+
+bool MainWindow::FilterTempoKey(QKeyEvent* event) {
+  const QString typed = event->text();
+  const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
+  const bool backspace = event->key() == Qt::Key_Backspace;
+  if (command || typed.isEmpty() || (!backspace && !typed[0].isPrint())) {
+    return false;
+  }
+  const std::string characters = FromQString(typed);
+  std::int16_t code = backspace ? kBackspace : static_cast<unsigned char>(characters[0]);
+  Run([this, &code] { form_.txtcompoTempo_KeyPress(code); });
+  return code == 0;
+}
+
+// From the search words down into what was found.
+bool MainWindow::GoToList(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Down) {
+    return false;
+  }
+  auto* list = qobject_cast<RowList*>(binding_.Widget(&Form1::List1));
+  list->setFocus(Qt::OtherFocusReason);
+  if (list->SelectedRow() < 0) {
+    list->setCurrentIndex(list->model()->index(0, 0));
+  }
+  return true;
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    auto* key = static_cast<QKeyEvent*>(event);
+    return watched->objectName() == QLatin1String("txtbuscar") ? GoToList(key)
+                                                               : FilterTempoKey(key);
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (program_.busy || repainting_.Active()) {
+    event->ignore();
+    return;
+  }
+  event->accept();
+  app::RunHandler(program_, [this] { form_.Form_QueryUnload(); });
+}
+
+}  // namespace tonadex::shell

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "app/form1.h"
+#include "shell/qt/services/qt_services.h"
+#include "shell/qt/window/binding.h"
+#include "shell/qt/window/pages.h"
+
+class QTimer;
+
+namespace tonadex::shell {
+
+// The main window: draws Form1, calls its handlers, decides nothing.
+class MainWindow : public QWidget {
+  Q_OBJECT
+ public:
+  // Milliseconds since a melody began to sound, none while nothing plays.
+  using Position = std::function<std::optional<double>()>;
+
+  MainWindow(app::Program& program, WindowHooks& hooks, Repainting& repainting, Position position);
+  ~MainWindow() override;
+
+  // Makes the browser of WebBrowser1, which takes a moment. Call before Load, while nothing waits.
+  void PrepareBrowser();
+  // Runs Form_Load and draws; call before show().
+  void Load();
+
+  app::Form1& Form() { return form_; }
+  const Binding& Bound() const { return binding_; }
+  const PageParts& Parts() const { return parts_; }
+
+  // Calls a handler of the model with the user's edits copied in, and draws what it changed.
+  void Run(const Binding::Handler& handler);
+  void Draw();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void ConnectParts();
+  void AddShortcuts();
+  void SetTabOrder();
+  void DrawGroups();
+  void DrawParts();
+  void DrawResult();
+  void DrawDrawings();
+  void DrawBusy();
+  void FollowMelody();
+  void PlaceBox(QWidget* box) const;
+  void FocusPage();
+  void PressKey(const QString& key, bool held);
+  void CopyResult();
+  void SaveResult();
+  bool GoToList(class QKeyEvent* event);
+  bool FilterTempoKey(class QKeyEvent* event);
+
+  app::Program& program_;
+  WindowHooks& hooks_;
+  Repainting& repainting_;
+  Position position_;
+  app::Form1 form_;
+  Binding binding_;
+  PageParts parts_;
+  QTimer* follow_;
+  std::string drawnResult_;
+  bool loaded_ = false;
+  bool waiting_ = false;
+  std::int16_t pageDrawn_ = app::kNoPage;
+};
+
+}  // namespace tonadex::shell

@@ -1,0 +1,201 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractTextDocumentLayout>
+#include <QClipboard>
+#include <QMimeData>
+#include <QTextBlock>
+#include <QtTest>
+
+#include "app/result_groups.h"
+#include "shell/qt/text.h"
+#include "shell/qt/widgets/melody_view.h"
+#include "shell/qt/widgets/phone_display.h"
+#include "shell/qt/widgets/row_list.h"
+
+namespace tonadex::test {
+namespace {
+
+using shell::DisplayGroup;
+using shell::PhoneDisplay;
+
+std::vector<DisplayGroup> Groups(const std::string& text) {
+  std::vector<DisplayGroup> groups;
+  for (const app::ResultGroup& group : app::ResultGroups(text)) {
+    groups.push_back({shell::ToQString(group.text), static_cast<int>(group.heldFrom),
+                      static_cast<int>(group.heldTo)});
+  }
+  return groups;
+}
+
+void Show(PhoneDisplay& display, const std::string& text, bool counted = false) {
+  display.resize(300, 200);
+  display.SetResult(shell::ToQString(text), Groups(text), counted);
+  display.show();
+}
+
+// The lines as they are drawn, without what only allows or forbids breaks.
+QStringList Lines(const PhoneDisplay& display) {
+  QStringList lines;
+  for (QTextBlock block = display.document()->firstBlock(); block.isValid(); block = block.next()) {
+    display.document()->documentLayout()->blockBoundingRect(block);  // lays it out
+    for (int i = 0; i < block.layout()->lineCount(); ++i) {
+      const QTextLine line = block.layout()->lineAt(i);
+      lines
+          << block.text().mid(line.textStart(), line.textLength()).remove(QChar(0x200B)).trimmed();
+    }
+  }
+  return lines;
+}
+
+struct Result {
+  const char* name;
+  std::string text;
+};
+void PrintTo(const Result& result, std::ostream* os) {
+  *os << result.name;
+}
+
+class PhoneDisplayTest : public testing::TestWithParam<Result> {};
+
+TEST_P(PhoneDisplayTest, NoGroupIsTornAndCopyingGivesTheText) {
+  const std::string& text = GetParam().text;
+  for (const int pixels : {16, 24, 40}) {
+    PhoneDisplay display;
+    display.SetPixelSize(pixels);
+    Show(display, text);
+    const QString lines = Lines(display).join('\n');
+    for (const DisplayGroup& group : Groups(text)) {
+      EXPECT_TRUE(lines.contains(QString(group.text).replace(' ', QChar(0xA0))))
+          << group.text.toStdString() << " in\n"
+          << lines.toStdString();
+    }
+    EXPECT_EQ(display.Text(), shell::ToQString(text));
+    QApplication::clipboard()->clear();
+    display.selectAll();
+    display.copy();
+    EXPECT_EQ(QApplication::clipboard()->text(),
+              shell::ToQString(text).replace("\r\n", "\n").replace('\r', '\n'));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Results, PhoneDisplayTest,
+    testing::Values(Result{"Keys", "18 3 (5)9 08 68# 5 3 199 188* 3 59 08 68 5 3 199 188** "},
+                    Result{"Rtttl", "Vals:d=4,o=5,b=160:e6,8b,8c6,16d6,e.,8p,c6,8d#6,b,a,g,e,c"},
+                    Result{"Lines", "NAME=x\r\nTEMPO=100\r\nMc4\r\n\r\nMD#8.\r\n"},
+                    Result{"OnlyBlanks", "   "}, Result{"Empty", ""}),
+    [](const auto& i) { return std::string{i.param.name}; });
+
+TEST(PhoneDisplay, APartOfTheTextIsCopiedAsItStands) {
+  PhoneDisplay display;
+  Show(display, "a:d=4,o=5,b=100:c,d,e");
+  QTextCursor cursor = display.textCursor();
+  cursor.setPosition(0);
+  cursor.setPosition(static_cast<int>(display.toPlainText().indexOf('b')) + 2,
+                     QTextCursor::KeepAnchor);
+  display.setTextCursor(cursor);
+  display.copy();
+  EXPECT_EQ(QApplication::clipboard()->text(), "a:d=4,o=5,b=");
+}
+
+TEST(PhoneDisplay, ArrowKeysMarkGroupByGroup) {
+  PhoneDisplay display;
+  Show(display, "18 (5)9 08", true);
+  EXPECT_EQ(display.MarkedGroup(), -1);
+  const auto press = [&display](Qt::Key key) {
+    QTest::keyClick(&display, key);
+    return display.MarkedGroup();
+  };
+  EXPECT_EQ(press(Qt::Key_Right), 0);
+  EXPECT_EQ(press(Qt::Key_Right), 1);
+  EXPECT_EQ(press(Qt::Key_Right), 2);
+  EXPECT_EQ(press(Qt::Key_Right), 2);
+  EXPECT_EQ(press(Qt::Key_Left), 1);
+  EXPECT_EQ(press(Qt::Key_Home), 0);
+}
+
+TEST(PhoneDisplay, HeldKeysAloneAreHeavier) {
+  PhoneDisplay display;
+  Show(display, "18 (5)9 08", true);
+  QString heavy;
+  for (int i = 0; i < display.toPlainText().size(); ++i) {
+    QTextCursor at(display.document());
+    at.setPosition(i + 1);
+    if (at.charFormat().fontWeight() > QFont::Bold) {
+      heavy += display.toPlainText()[i];
+    }
+  }
+  EXPECT_EQ(heavy, "(5)");
+}
+
+TEST(PhoneDisplay, CountedGroupsLeaveRoomForTheirNumbers) {
+  PhoneDisplay plain, counted;
+  Show(plain, "18 3 59");
+  Show(counted, "18 3 59", true);
+  EXPECT_LT(counted.viewport()->width(), plain.viewport()->width());
+}
+
+app::Drawing LongDrawing() {
+  std::string melody = "x:d=16,o=5,b=100:";
+  for (int i = 0; i < 200; ++i) {
+    melody += i % 2 == 0 ? "c," : "a#.6,";
+  }
+  return app::MelodyDrawing(melody + "p");
+}
+
+TEST(MelodyView, KeepsTheSoundingNoteInView) {
+  shell::MelodyView view;
+  view.resize(500, 150);
+  view.show();
+  const app::Drawing drawing = LongDrawing();
+  view.SetDrawing(drawing, {}, {});
+  for (std::size_t i = 0; i < drawing.notes.size(); i += 7) {
+    const app::DrawnNote& note = drawing.notes[i];
+    view.SetPosition(note.start + note.length / 2);
+    EXPECT_EQ(view.SoundingNote(), static_cast<int>(i));
+    EXPECT_TRUE(view.rect().toRectF().contains(view.NoteBox(note))) << i;
+  }
+  view.SetPosition(-1);
+  EXPECT_EQ(view.SoundingNote(), -1);
+}
+
+TEST(MelodyView, HigherNotesStandHigherAndNoneOutside) {
+  shell::MelodyView view;
+  view.resize(400, 100);
+  const app::Drawing drawing = app::MelodyDrawing("x:d=4,o=4,b=100:c,c#,b,c5,a8");
+  view.SetDrawing(drawing, {}, {});
+  for (std::size_t i = 1; i < drawing.notes.size(); ++i) {
+    EXPECT_LT(view.NoteBox(drawing.notes[i]).y(), view.NoteBox(drawing.notes[i - 1]).y());
+    EXPECT_GE(view.NoteBox(drawing.notes[i]).x(), view.NoteBox(drawing.notes[i - 1]).right());
+  }
+  EXPECT_GE(view.NoteBox(drawing.notes.back()).y(), 0);
+  EXPECT_LE(view.NoteBox(drawing.notes.front()).bottom(), view.height());
+}
+
+TEST(RowList, ShowsTenThousandRowsAtOnce) {
+  app::Control control;
+  for (int i = 0; i < 10'000; ++i) {
+    control.AddRow("melodía" + std::to_string(i), i);
+  }
+  shell::RowList list;
+  list.resize(280, 500);
+  list.show();
+  QElapsedTimer timer;
+  timer.start();
+  list.SetControl(control);
+  list.grab();
+  EXPECT_LT(timer.elapsed(), 500);
+  EXPECT_EQ(list.SelectedRow(), -1);
+}
+
+TEST(Text, EveryByteComesBack) {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) {
+    all += static_cast<char>(byte);
+  }
+  EXPECT_EQ(shell::FromQString(shell::ToQString(all)), all);
+  EXPECT_EQ(shell::FromQString(QStringLiteral("€日𝄞")), "\x80??");
+}
+
+}  // namespace
+}  // namespace tonadex::test

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <string>
+
+#include "platform/message_box.h"
+#include "shell/qt/services/qt_services.h"
+#include "shell/qt/window/main_window.h"
+#include "tests/support/test_program.h"
+
+namespace tonadex::test {
+
+// The main window over a whole program whose platform is recorded; no display needed.
+struct TestWindow {
+  TestWindow() { window.Load(); }
+
+  // A melody of the repertoire.
+  void AddMelody(const std::string& fileName, const std::string& line) const {
+    test.folder.Write(std::filesystem::path("melodias") / fileName, line);
+  }
+  QWidget* Widget(const char* name) const { return window.findChild<QWidget*>(name); }
+  // Presses a button as a click does.
+  void Click(const char* name) const { window.findChild<QAbstractButton*>(name)->click(); }
+
+  TestProgram test;
+  shell::WindowHooks hooks;
+  shell::Repainting repainting;
+  std::optional<double> position;  // of the melody that sounds
+  shell::MainWindow window{test.program, hooks, repainting, [this] { return position; }};
+  app::Form1& form = window.Form();
+};
+
+}  // namespace tonadex::test

@@ -1,0 +1,232 @@
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QtTest>
+#include <fstream>
+
+#include "core/windows1252.h"
+#include "shell/qt/splash.h"
+#include "shell/qt/text.h"
+#include "shell/qt/widgets/key_row.h"
+#include "shell/qt/widgets/melody_view.h"
+#include "shell/qt/widgets/phone_display.h"
+#include "shell/qt/widgets/row_list.h"
+#include "tests/qt/window_fixture.h"
+
+namespace tonadex::test {
+namespace {
+
+using namespace core::literals;
+using shell::RowList;
+
+void SelectRow(TestWindow& t, int row) {
+  auto* list = qobject_cast<RowList*>(t.Widget("List1"));
+  list->setCurrentIndex(list->model()->index(row, 0));
+}
+
+// Runs `look` as soon as a modal window stands, then closes it.
+template <typename Look>
+void WhenModal(Look look) {
+  QTimer::singleShot(0, qApp, [look] {
+    QWidget* modal = QApplication::activeModalWidget();
+    ASSERT_NE(modal, nullptr);
+    look(modal);
+    modal->close();
+  });
+}
+
+TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
+  TestWindow t;
+  shell::QtMessageBoxes boxes(t.hooks);
+  platform::ScopedMessageSink sink(boxes);
+  t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,e,g,c6");
+  t.window.show();
+  t.Click("cmdrepertorio");
+  SelectRow(t, 0);
+  t.position = 1500;
+  const shell::MelodyView* view = t.window.Parts().repertoireView;
+  WhenModal([&](QWidget* box) {
+    EXPECT_TRUE(QTest::qWaitFor([view] { return view->SoundingNote() == 1; }));
+    EXPECT_EQ(qobject_cast<QMessageBox*>(box)->text(), "Reproduciendo melodia: Vals");
+    EXPECT_EQ(box->windowTitle(), "Reproduciendo");
+    EXPECT_EQ(qobject_cast<QMessageBox*>(box)->icon(), QMessageBox::Information);
+    const QRect drawing(view->mapToGlobal(QPoint(0, 0)), view->size());
+    EXPECT_FALSE(box->geometry().intersects(drawing));
+  });
+  QTest::keyClick(t.Widget("List1"), Qt::Key_Return);
+  EXPECT_EQ(view->SoundingNote(), -1);
+  EXPECT_EQ(t.test.sequencer.commands.back(), "close mR2M");
+}
+
+TEST(MainWindow, TheResultIsDrawnCopiedAndSavedByteForByte) {
+  TestWindow t;
+  t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,8e.,2g,c6");
+  t.test.program.gPhoneModel = "MDY (cable)";
+  t.window.show();
+  t.Click("cmdrepertorio");
+  EXPECT_FALSE(t.window.Parts().saveAs->isEnabled());
+  SelectRow(t, 0);
+  t.Click("picconvertir");
+  EXPECT_EQ(shell::FromQString(t.window.Parts().display->Text()), t.form.textresultado.text);
+  t.window.Parts().copy->click();
+  EXPECT_TRUE(QApplication::clipboard()->text().startsWith("NAME=Vals\nTEMPO=100\n"));
+  const QString file = QString::fromStdString((t.test.folder / "salida.txt").string());
+  QTimer::singleShot(0, qApp, [file] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    dialog->selectFile(file);
+    QMetaObject::invokeMethod(dialog, "accept");
+  });
+  t.window.Parts().saveAs->click();
+  EXPECT_EQ(t.test.folder.Read("salida.txt"), t.form.textresultado.text);
+}
+
+TEST(MainWindow, ARowWhoseFileIsGoneIsReportedAndEndsTheProgram) {
+  TestWindow t;
+  t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c");
+  t.Click("cmdrepertorio");
+  SelectRow(t, 0);
+  std::filesystem::remove(t.test.folder / "melodias" / "vals.20");
+  t.Click("picreproducir");
+  ASSERT_EQ(t.test.boxes.messages.size(), 1U);
+  EXPECT_EQ(t.test.boxes.messages[0].icon, platform::Icon::kExclamation);
+  EXPECT_EQ(t.test.program.exitCode, 1);
+  EXPECT_EQ(t.test.shell.ends, 1);
+}
+
+TEST(MainWindow, WhileARequestRunsOnlyPaintingGoesOn) {
+  TestWindow t;
+  t.window.show();
+  t.Click("cmdbuscar");
+  int during = 0;
+  t.test.http.during = [&] {
+    ++during;
+    EXPECT_NE(QApplication::overrideCursor(), nullptr);
+    // What the user does meanwhile comes to nothing, at once and afterwards.
+    QApplication::postEvent(t.Widget("picazar"),
+                            new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, " "));
+    QApplication::postEvent(t.Widget("picazar"),
+                            new QKeyEvent(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier, " "));
+    QApplication::postEvent(&t.window, new QCloseEvent);
+    t.repainting.Once(shell::Repainting::Input::kLost);
+    t.Click("cmdrepertorio");
+  };
+  t.test.http.replies = {"Vals (vals.20)498"};
+  t.Click("picabuscar");
+  QApplication::processEvents();
+  EXPECT_EQ(during, 1);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(t.form.paginaactual, app::kSearchPage);
+  EXPECT_EQ(qobject_cast<RowList*>(t.Widget("List1"))->Rows().size(), 1U);
+  EXPECT_EQ(t.test.shell.ends, 0);
+}
+
+TEST(MainWindow, TheTempoBoxTakesThreeDigits) {
+  TestWindow t;
+  t.window.show();
+  t.Click("cmdinicio");
+  auto* tempo = qobject_cast<QComboBox*>(t.Widget("txtcompoTempo"));
+  tempo->lineEdit()->clear();
+  QTest::keyClicks(tempo->lineEdit(), "1a2-34");
+  EXPECT_EQ(tempo->currentText(), "123");
+  EXPECT_EQ(t.test.shell.beeps, 3);
+  QTest::keyClick(tempo->lineEdit(), Qt::Key_Backspace);
+  EXPECT_EQ(tempo->currentText(), "12");
+  EXPECT_EQ(t.test.shell.beeps, 3);
+}
+
+TEST(MainWindow, ThePhonesKeysComposeAndTheDrawingFollows) {
+  TestWindow t;
+  t.window.show();
+  t.Click("cmdinicio");
+  auto* notes = qobject_cast<QPlainTextEdit*>(t.Widget("txtmelodiacompo"));
+  for (QPushButton* key : t.window.Parts().keys->findChildren<QPushButton*>()) {
+    if (key->text() == "1" || key->text() == "8" || key->text() == "#" || key->text() == "0") {
+      key->click();
+    }
+  }
+  EXPECT_EQ(t.form.composerDrawing.notes.size(), 2U);
+  EXPECT_EQ(shell::FromQString(notes->toPlainText()), t.form.txtmelodiacompo.text);
+  notes->undo();
+  EXPECT_NE(shell::FromQString(notes->toPlainText()), "");
+}
+
+TEST(MainWindow, ShortcutsLeadToThePages) {
+  TestWindow t;
+  t.window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&t.window));
+  constexpr std::pair<Qt::Key, int> kPages[] = {{Qt::Key_1, app::kStartPage},
+                                                {Qt::Key_2, app::kSearchPage},
+                                                {Qt::Key_3, app::kRepertoirePage},
+                                                {Qt::Key_4, app::kInternetPage},
+                                                {Qt::Key_5, app::kOptionsPage}};
+  for (const auto& [key, page] : kPages) {
+    QTest::keyClick(&t.window, key, Qt::ControlModifier);
+    EXPECT_EQ(t.form.paginaactual, page);
+  }
+  QTest::keyClick(&t.window, Qt::Key_F1);
+  EXPECT_EQ(t.test.shell.help, std::vector{t.test.folder / "TONADEX.HLP"});
+  QTest::keyClick(&t.window, Qt::Key_Escape);
+  EXPECT_EQ(QApplication::focusWidget(), t.Widget("cmdopciones"));
+}
+
+TEST(MainWindow, ClosingEndsTheProgram) {
+  TestWindow t;
+  t.window.show();
+  t.window.close();
+  EXPECT_EQ(t.test.shell.ends, 1);
+  EXPECT_EQ(t.test.program.exitCode, 0);
+}
+
+TEST(QtFileDialogs, AskAsTheRecordSays) {
+  shell::WindowHooks hooks;
+  shell::QtFileDialogs dialogs(hooks);
+  TempFolder folder;
+  platform::FileDialogRecord record;
+  record.lpstrFilter = std::string(" (*.kws)\0*.kws\0\0", 16);
+  record.lpstrTitle = u8"Grabar Melodía kws"_w;
+  record.lpstrInitialDir = folder.path().string();
+  record.nFilterIndex = 2;
+  record.lpstrFile = std::string(261, '\0');
+  const platform::FileDialogRecord before = record;
+  WhenModal([](QWidget* dialog) {
+    EXPECT_EQ(dialog->windowTitle(), u8"Grabar Melodía kws");
+    EXPECT_EQ(qobject_cast<QFileDialog*>(dialog)->nameFilters(), QStringList{"*.kws"});
+  });
+  EXPECT_FALSE(dialogs.GetSaveFileName(record));
+  EXPECT_EQ(record.lpstrFile, before.lpstrFile);
+  QTimer::singleShot(0, qApp, [] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    dialog->selectFile(u8"canción.kws");
+    QMetaObject::invokeMethod(dialog, "accept");
+  });
+  EXPECT_TRUE(dialogs.GetSaveFileName(record));
+  EXPECT_EQ(record.lpstrFile, folder.path().string() + std::string(u8"/canción.kws"_w));
+  EXPECT_EQ(record.lpstrFileTitle, u8"canción.kws"_w);
+}
+
+TEST(Splash, ShowsTheVersionAndHandsOver) {
+  TestProgram test;
+  test.folder.Write("ver.dat", "\"1.2.3\"\r\n");
+  shell::Splash splash(test.program);
+  QSignalSpy finished(&splash, &shell::Splash::Finished);
+  splash.Start();
+  EXPECT_EQ(splash.findChild<QLabel*>("Label1")->text(), "1.2.3");
+  EXPECT_FALSE(splash.findChild<QLabel*>("Frame1")->isVisible());
+  EXPECT_EQ(test.shell.topMost.size(), 1U);
+  auto* timer = splash.findChild<QTimer*>("Timer1");
+  EXPECT_EQ(timer->interval(), 2000);
+  timer->start(1);  // the interval itself is not waited for
+  EXPECT_TRUE(finished.wait());
+  EXPECT_FALSE(timer->isActive());
+}
+
+}  // namespace
+}  // namespace tonadex::test

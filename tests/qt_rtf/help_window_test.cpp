@@ -1,0 +1,182 @@
+#include "shell/qt/help/help_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTextBrowser>
+#include <QToolButton>
+#include <QTreeWidget>
+
+#include "shell/qt/help/folding.h"
+#include "shell/qt/help/paper_colours.h"
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::shell {
+namespace {
+
+// Two chapters of two sections each; every section fills a page.
+std::string Manual() {
+  std::string source = "{\\rtf1";
+  for (const char* chapter : {"Uno", "Dos"}) {
+    source += std::string("\\pard\\s1\\fs32 Cap\\'edtulo ") + chapter + "\\par";
+    for (const char* section : {"A", "B"}) {
+      source += std::string("\\pard\\s2\\fs28 Secci\\'f3n ") + section + " de " + chapter + "\\par";
+      for (int line = 0; line < 60; ++line) {
+        source += "\\pard\\fs22 Una l\\'ednea del texto.\\par";
+      }
+    }
+  }
+  return source + "\\pard Pulsaci\\'d3N y \\'d1and\\'fa\\par}";
+}
+
+class HelpWindowTest : public testing::Test {
+ protected:
+  HelpWindowTest() {
+    folder.Write("TONADEX.HLP", Manual());
+    window.Open(folder / "TONADEX.HLP");
+    QApplication::processEvents();
+  }
+
+  template <typename Widget>
+  Widget& Get(const char* name) {
+    return *window.findChild<Widget*>(name);
+  }
+  QString Hits(const QString& wanted) {
+    Get<QLineEdit>("helpSearch").setText(wanted);
+    return Get<QLabel>("helpHits").text();
+  }
+  QString Marked() {
+    return Get<QTextBrowser>("helpText").extraSelections().last().cursor.selectedText();
+  }
+  QString Chapter() { return Get<QTreeWidget>("helpContents").currentItem()->text(0); }
+  void Choose(const char* title) {
+    auto& contents = Get<QTreeWidget>("helpContents");
+    contents.setCurrentItem(contents.findItems(title, Qt::MatchExactly | Qt::MatchRecursive)[0]);
+  }
+
+  test::TempFolder folder;
+  HelpWindow window;
+};
+
+QStringList Outline(const QTreeWidgetItem& item) {
+  QStringList lines = {item.text(0)};
+  for (int i = 0; i < item.childCount(); ++i) {
+    for (const QString& line : Outline(*item.child(i))) {
+      lines += "  " + line;
+    }
+  }
+  return lines;
+}
+
+TEST_F(HelpWindowTest, ContentsAreTheHeadings) {
+  EXPECT_EQ(Outline(*Get<QTreeWidget>("helpContents").invisibleRootItem()).mid(1),
+            (QStringList{"  Capítulo Uno", "    Sección A de Uno", "    Sección B de Uno",
+                         "  Capítulo Dos", "    Sección A de Dos", "    Sección B de Dos"}));
+}
+
+TEST_F(HelpWindowTest, SearchFindsAllWithoutAccentsOrCase) {
+  EXPECT_EQ(Hits("pulsacion"), "1 de 1");
+  EXPECT_EQ(Marked(), QString("PulsaciÓN"));
+  EXPECT_EQ(Hits("ÑANDU"), "1 de 1");
+  EXPECT_EQ(Hits("seccion"), "1 de 4") << "after the end it begins again";
+  Choose("Capítulo Dos");
+  EXPECT_EQ(Hits("secciÓn"), "3 de 4") << "it goes on from the place that is shown";
+  Get<QToolButton>("helpPrevious").click();
+  EXPECT_EQ(Get<QLabel>("helpHits").text(), "2 de 4");
+  for (int i = 0; i < 3; ++i) {
+    Get<QToolButton>("helpNext").click();
+  }
+  EXPECT_EQ(Get<QLabel>("helpHits").text(), "1 de 4");
+  EXPECT_EQ(Get<QTextBrowser>("helpText").extraSelections().size(), 5);
+  EXPECT_EQ(Hits("zzz"), "No aparece");
+  EXPECT_FALSE(Get<QToolButton>("helpNext").isEnabled());
+  EXPECT_EQ(Hits(""), "");
+  EXPECT_TRUE(Get<QTextBrowser>("helpText").extraSelections().isEmpty());
+}
+
+TEST_F(HelpWindowTest, GoesBackAndForward) {
+  EXPECT_FALSE(Get<QToolButton>("helpBack").isEnabled());
+  Choose("Capítulo Dos");
+  Choose("Sección B de Uno");
+  Get<QToolButton>("helpBack").click();
+  EXPECT_EQ(Chapter(), "Capítulo Dos");
+  Get<QToolButton>("helpBack").click();
+  EXPECT_EQ(Get<QTextBrowser>("helpText").verticalScrollBar()->value(), 0);
+  EXPECT_FALSE(Get<QToolButton>("helpBack").isEnabled());
+  Get<QToolButton>("helpForward").click();
+  Get<QToolButton>("helpForward").click();
+  EXPECT_EQ(Chapter(), "Sección B de Uno");
+  EXPECT_FALSE(Get<QToolButton>("helpForward").isEnabled());
+}
+
+TEST_F(HelpWindowTest, ZoomKeepsThePlace) {
+  auto& text = Get<QTextBrowser>("helpText");
+  Choose("Sección B de Dos");
+  const double before = text.document()->size().height();
+  for (int i = 0; i < 20; ++i) {
+    Get<QToolButton>("helpZoomIn").click();
+  }
+  EXPECT_GT(text.document()->size().height(), 1.5 * before);
+  EXPECT_EQ(Chapter(), "Sección B de Dos");
+  EXPECT_FALSE(Get<QToolButton>("helpZoomIn").isEnabled());
+  Get<QToolButton>("helpZoomReset").click();
+  EXPECT_EQ(text.document()->size().height(), before);
+  EXPECT_EQ(Get<QToolButton>("helpZoomReset").text(), "100 %");
+}
+
+TEST_F(HelpWindowTest, EveryControlSaysWhatItIs) {
+  for (const QToolButton* button : window.findChildren<QToolButton*>()) {
+    if (!button->objectName().startsWith("help")) {
+      continue;  // the search field's own
+    }
+    EXPECT_FALSE(button->accessibleName().isEmpty()) << button->objectName().toStdString();
+    EXPECT_FALSE(button->toolTip().isEmpty()) << button->objectName().toStdString();
+  }
+  for (const char* name : {"helpSearch", "helpContents", "helpText"}) {
+    EXPECT_FALSE(Get<QWidget>(name).accessibleName().isEmpty()) << name;
+  }
+}
+
+TEST_F(HelpWindowTest, ReportsWhatItCannotShow) {
+  folder.Write("otro.hlp", "MZ\x01\x02");
+  HelpWindow other;
+  for (const auto& [file, why] :
+       {std::pair{"nada.hlp", "No se encuentra"}, std::pair{"otro.hlp", "no es una ayuda"}}) {
+    other.Open(folder / file);
+    const QString text = other.findChild<QTextBrowser*>("helpText")->toPlainText();
+    EXPECT_TRUE(text.startsWith("No se puede mostrar la ayuda\n") && text.contains(why) &&
+                text.contains(file))
+        << text.toStdString();
+    EXPECT_FALSE(other.findChild<QTreeWidget*>("helpContents")->isVisible());
+  }
+  folder.Write("otro.hlp", Manual());
+  other.Open(folder / "otro.hlp");
+  EXPECT_TRUE(other.findChild<QTreeWidget*>("helpContents")->isVisible()) << "it tries again";
+}
+
+TEST(FindAll, FoldedAndInPlace) {
+  EXPECT_EQ(Folded("ÁÑü\u2029\u00A0ß\tŒ€"), QString("anu  ß œ€"));
+  EXPECT_EQ(FindAll(Folded("Más MAS masmas"), Folded("MÁS")), (std::vector<int>{0, 4, 8, 11}));
+  EXPECT_EQ(FindAll("aaaa", "aa"), (std::vector<int>{0, 2}));
+  EXPECT_EQ(FindAll("a", ""), std::vector<int>());
+}
+
+TEST(PaperColours, ReadableOnAnyGround) {
+  for (const QColor& ground : {QColor("#ffffff"), QColor("#242926"), QColor("#000000")}) {
+    for (const QColor& ink : {QColor("#000000"), QColor("#14532d"), QColor("#ffff00"),
+                              QColor("#777777"), QColor("#ffffff")}) {
+      EXPECT_GE(Contrast(ReadableInk(ink, ground), ground), 4.5)
+          << ink.name().toStdString() << " on " << ground.name().toStdString();
+    }
+    const QColor tint = TintedGround("#dbe8d3", ground);
+    EXPECT_LT(Contrast(tint, ground), 2) << tint.name().toStdString();
+  }
+  EXPECT_EQ(ReadableInk("#14532d", "#ffffff"), QColor("#14532d"));
+  EXPECT_EQ(TintedGround("#dbe8d3", "#ffffff"), QColor("#dbe8d3"));
+}
+
+}  // namespace
+}  // namespace tonadex::shell

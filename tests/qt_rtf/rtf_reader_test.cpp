@@ -1,0 +1,198 @@
+#include "shell/qt/rtf/rtf_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <random>
+
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "tests/core/table.h"
+#include "tests/support/temp_folder.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace tonadex::shell::rtf {
+namespace {
+
+std::string Utf8(const std::u16string& text) {
+  std::string bytes;
+  for (const char16_t unit : text) {
+    bytes += unit == u'\u2028'   ? "<line>"
+             : unit == u'\t'     ? "<tab>"
+             : unit == u'\u20AC' ? "€"
+             : unit > 0xFF       ? "<" + std::to_string(unit) + ">"
+                                 : core::ToUtf8(std::string(1, static_cast<char>(unit)));
+  }
+  return bytes;
+}
+
+std::string Text(const Colour& colour) {
+  return std::to_string(colour.red) + "." + std::to_string(colour.green) + "." +
+         std::to_string(colour.blue);
+}
+
+template <typename Number>
+void Say(std::string& words, const char* name, Number value, Number usual) {
+  if (value != usual) {
+    words += std::string(words.empty() ? "" : " ") + name + std::to_string(value);
+  }
+}
+
+void Say(std::string& words, const std::string& word, bool said) {
+  words += said ? (words.empty() ? "" : " ") + word : "";
+}
+
+std::string Words(const RunFormat& format) {
+  std::string words;
+  Say(words, "f", format.font, -1);
+  Say(words, "fs", format.halfPoints, kDefaultHalfPoints);
+  for (const auto& [word, said] : {std::pair{"b", format.bold},
+                                   {"i", format.italic},
+                                   {"ul", format.underline},
+                                   {"strike", format.strike},
+                                   {"super", format.script == Script::kSuper},
+                                   {"sub", format.script == Script::kSub}}) {
+    Say(words, word, said);
+  }
+  Say(words, "ink" + Text(format.colour.value_or(Colour{})), format.colour.has_value());
+  Say(words, "ground" + Text(format.ground.value_or(Colour{})), format.ground.has_value());
+  return words;
+}
+
+std::string Words(const ParagraphFormat& format) {
+  static constexpr const char* kAlignments[] = {"", "centre", "right", "justify"};
+  static constexpr const char* kTabs[] = {"tab", "ctab", "rtab", "dtab"};
+  static constexpr const char* kSides[] = {"top", "left", "bottom", "right"};
+  std::string words = kAlignments[static_cast<std::size_t>(format.alignment)];
+  for (const auto& [word, value] : {std::pair{"h", format.heading},
+                                    {"s", format.style},
+                                    {"li", format.left},
+                                    {"ri", format.right},
+                                    {"fi", format.first},
+                                    {"sb", format.before},
+                                    {"sa", format.after}}) {
+    Say(words, word, value, 0);
+  }
+  Say(words, format.lineFactor ? "lines" : "sl", format.lineHeight, 0);
+  Say(words, "page", format.pageBefore);
+  Say(words, "shade" + Text(format.shading.value_or(Colour{})), format.shading.has_value());
+  for (const Tab& tab : format.tabs) {
+    Say(words, kTabs[static_cast<std::size_t>(tab.kind)], tab.position, -1);
+  }
+  for (std::size_t side = 0; side < 4; ++side) {
+    const Border& border = format.borders[side];
+    Say(words, kSides[side], border.width, 0);
+    Say(words, "+", border.space, 0);
+    Say(words, "in" + Text(border.colour.value_or(Colour{})), border.colour.has_value());
+  }
+  return words;
+}
+
+// The paragraphs, parted by " / ": each one's format, then each run as format and text.
+std::string Describe(const Document& document) {
+  std::string text;
+  for (const Paragraph& paragraph : document.paragraphs) {
+    text += (text.empty() ? "[" : " / [") + Words(paragraph.format) + "]";
+    for (const Run& run : paragraph.runs) {
+      text += "(" + Words(run.format) + ")" + Utf8(run.text);
+    }
+  }
+  return text;
+}
+
+// What a text file cannot hold, then the table.
+TEST(ReadRtf, TextAndFormats) {
+  const std::pair<std::string_view, std::string> cases[] = {
+      {"", ""},
+      {"{\\rtf1 se\xF1"
+       "al 5\x80}",
+       "[]()señal 5€"},
+      {"{\\rtf1 a\r\nb\nc\\\nd\\\r\ne\\par\r\nf}", "[]()abc / []()d / []()e / []()f"},
+      {R"({\rtf1\lquote a\rquote\~\_\-\bullet\tab b\line c\emdash\endash\ldblquote\rdblquote})",
+       "[]()<8216>a<8217>\u00A0<8209>\u00AD<8226><tab>b<line>c<8212><8211><8220><8221>"}};
+  for (const auto& [source, want] : cases) {
+    EXPECT_EQ(Describe(ReadRtf(source)), want) << source;
+  }
+  for (const test::Row& row : test::Table("Sources")) {
+    EXPECT_EQ(Describe(ReadRtf(row[0])), row[1]) << row[0];
+  }
+}
+
+TEST(ReadRtf, Tables) {
+  const Document document = ReadRtf(
+      R"({\rtf1\deff1{\fonttbl{\f0\froman\fcharset0{\*\panose 02}Tinta;}{\f1\fmodern M\'e1quina;}})"
+      R"({\stylesheet{\s0 Normal;}{\s1\b T\'edtulo;}{\*\cs9 Otro;}})"
+      R"(\paperw8392\paperh11906\margl0\margr100\margt-1\margb99999 texto})");
+  EXPECT_EQ(document.defaultFont, 1);
+  ASSERT_EQ(document.fonts.size(), 2u);
+  EXPECT_EQ(document.fonts.at(0).name, u"Tinta");
+  EXPECT_EQ(document.fonts.at(0).family, FontFamily::kSerif);
+  EXPECT_EQ(document.fonts.at(1).name, u"M\u00E1quina");
+  EXPECT_EQ(document.fonts.at(1).family, FontFamily::kFixed);
+  EXPECT_EQ(document.styles, (std::map<int, std::u16string>{{0, u"Normal"}, {1, u"T\u00EDtulo"}}));
+  const Page& page = document.page;
+  EXPECT_EQ((std::array{page.width, page.height, page.left, page.right, page.top, page.bottom}),
+            (std::array{8392, 11906, 0, 100, 0, kMaxTwips}));
+  EXPECT_EQ(Describe(document), "[]()texto");
+}
+
+std::string Repeated(std::string_view part, std::size_t bytes) {
+  std::string text;
+  while (text.size() < bytes) {
+    text += part;
+  }
+  return text;
+}
+
+// A quadratic reader would need hours for these.
+TEST(ReadRtf, MegabytesOfAnythingInNoTime) {
+  const auto start = std::chrono::steady_clock::now();
+  for (const std::string_view part :
+       {"{", "}", "{}", "\\", "{\\b x", "{\\*", "\\tx1 ", "\\par ", "{\\fonttbl", "\\u1 ", "\\'",
+        "{\\colortbl;;", "\\f1;x", "a", "{\\stylesheet\\s1 x", "\\bin", "\\b a\\b0 b"}) {
+    ReadRtf("{\\rtf1 " + Repeated(part, 1'000'000));
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+}
+
+TEST(ReadRtf, DeepNestingRestoresFormats) {
+  const std::string open = Repeated("{\\b", 150'000);
+  const std::string close(50'000, '}');
+  EXPECT_EQ(Describe(ReadRtf("{\\rtf1 a" + open + " b" + close + "c}")), "[]()a(b)b()c");
+  const std::string deep(3'000'000, '{');
+  const std::string back(3'000'000, '}');
+  EXPECT_EQ(Describe(ReadRtf("{\\rtf1 a" + deep + "\\i b{\\*\\x{c}}" + back + "d}e")),
+            "[]()a(i)b()d");
+}
+
+TEST(ReadRtf, GarbageKeepsThePromises) {
+  static constexpr std::string_view kPieces[] = {
+      "{",         "}",         "\\",          "\\*",       "\\par ",     "\\b",
+      "\\u-10180", "\\u56398?", "\\'e1",       "\\fonttbl", "\\colortbl", "\\tx",
+      "\\li",      "-99999",    "77777777777", " ",         "ñ\x01\xFF",  "\\bin",
+      "\\pict",    "\\brdrt",   "\\brdrw",     "\\s3",      "\\page",     "\\uc4"};
+  std::mt19937 random(1959);
+  for (int round = 0; round < 3000; ++round) {
+    std::string source;
+    while (source.size() < 200) {
+      source += random() % 4 == 0 ? std::string(1, static_cast<char>(random() % 256))
+                                  : std::string(kPieces[random() % std::size(kPieces)]);
+    }
+    const std::vector<std::uint8_t> bytes(source.begin(), source.end());
+    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+  }
+}
+
+TEST(ReadSource, BytesOrAReason) {
+  const test::TempFolder folder;
+  const std::string bytes = "{\\rtf1 \xF1\r\n\0\x1A}" + std::string(100'000, 'x');
+  folder.Write("hoja.rtf", bytes);
+  EXPECT_EQ(ReadSource(folder / "hoja.rtf"), bytes);
+  EXPECT_THROW(ReadSource(folder / "nada.rtf"), core::RunTimeError);
+  EXPECT_THROW(ReadSource(folder.path()), core::RunTimeError);
+}
+
+}  // namespace
+}  // namespace tonadex::shell::rtf
