@@ -1,0 +1,96 @@
+#include "cli/context.h"
+
+#include <algorithm>
+
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+
+namespace tonadex::cli {
+namespace {
+
+// A repertoire file's number has at most five digits.
+bool IsRepertoireName(std::string_view fileName) {
+  const std::size_t stop = fileName.find('.');
+  if (stop == 0 || stop == std::string_view::npos) {
+    return false;
+  }
+  const std::string_view number = fileName.substr(stop + 1);
+  return !number.empty() && number.size() <= 5 &&
+         number.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+std::string RowOf(const std::filesystem::path& file, std::string_view line) {
+  const std::string fileName = core::TextFromPath(file.filename());
+  if (IsRepertoireName(fileName)) {
+    return core::RepertoireRow(line, fileName).text;
+  }
+  const std::string text = core::UndoSharpEscape(line);
+  return text.substr(0, text.find(':'));
+}
+
+bool ReadBytes(Context& context, const std::string& file, std::string& bytes) {
+  if (file == "-") {
+    bytes = core::ReadFirstLine(context.in, core::kMaxLineBytes);
+    return true;
+  }
+  try {
+    bytes = core::ReadFirstLine(ArgumentPath(file), core::kMaxLineBytes);
+    return true;
+  } catch (const core::RunTimeError& error) {
+    Fail(context, ExitCode::kSystemFailed, core::ToUtf8(error.what()));
+    return false;
+  }
+}
+
+}  // namespace
+
+void Fail(Context& context, ExitCode code) {
+  context.exitCode = std::max(context.exitCode, code);
+}
+
+void Fail(Context& context, ExitCode code, std::string_view utf8Message) {
+  context.err << "tonadex-cli: " << utf8Message << '\n';
+  Fail(context, code);
+}
+
+std::string ForTerminal(std::string_view text) {
+  std::string plain(text);
+  core::ReplaceAll(plain, core::kCrLf, "\n");
+  for (char& c : plain) {
+    c = c == '\r' ? '\n' : (core::Code(c) < 0x20 && c != '\n' && c != '\t') || c == 0x7F ? '?' : c;
+  }
+  return core::ToUtf8(plain);
+}
+
+std::filesystem::path ArgumentPath(const std::string& utf8) {
+  return std::u8string(utf8.begin(), utf8.end());
+}
+
+bool ReadMelody(Context& context, const std::string& file, MelodyInput& input) {
+  std::string bytes;
+  if (!ReadBytes(context, file, bytes)) {
+    return false;
+  }
+  if (bytes.size() > core::kMaxLineBytes) {
+    Fail(context, ExitCode::kNotConverted,
+         file + ": la primera línea pasa de 1 MiB y no puede ser una melodía");
+    return false;
+  }
+  input.name = file;
+  input.line = core::FromOutside(bytes);
+  input.row = RowOf(ArgumentPath(file), input.line);
+  return true;
+}
+
+void LoadMelody(core::RTTTLMelody& melody, std::string_view line) {
+  core::InitMelody(melody, "");
+  melody.Text = core::UndoSharpEscape(line);
+}
+
+std::vector<std::string> FilesOrInput(const std::vector<std::string>& files) {
+  return files.empty() ? std::vector<std::string>{"-"} : files;
+}
+
+}  // namespace tonadex::cli

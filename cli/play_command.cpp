@@ -1,0 +1,259 @@
+// reproducir: plays a melody, or renders it to a sound file.
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <system_error>
+#include <thread>
+
+#include "cli/context.h"
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "formats/pitch.h"
+#include "midi/mMidiLibOut.h"
+#include "midi/note_times.h"
+#include "midi/playback.h"
+#include "platform/message_box.h"
+#include "platform/posix/user_folders.h"
+#include "platform/sound/fluid_sequencer.h"
+#include "platform/sound/render_to_wav.h"
+
+namespace tonadex::cli {
+namespace {
+
+using platform::RenderResult;
+
+constexpr std::chrono::milliseconds kLook{20};  // how often the keyboard is obeyed
+constexpr double kFadingMs = 600;               // the last note is let fade
+
+struct RenderFailure {
+  RenderResult result;
+  const char* message;
+};
+
+constexpr RenderFailure kRenderFailures[] = {
+    {RenderResult::kNoMidiFile, "no se puede leer el fichero MIDI temporal"},
+    {RenderResult::kNoSoundFont,
+     "no hay sonidos de instrumentos: instala el paquete timgm6mb-soundfont o pon en "
+     "TONADEX_SOUNDFONT un fichero .sf2"},
+    {RenderResult::kWriteFailed, "no se puede escribir el fichero de sonido"},
+    {RenderResult::kNoSound, "este programa se ha compilado sin sonido"},
+};
+
+volatile sig_atomic_t interrupted = 0;
+
+// Ctrl+C and a polite kill end the melody, not the program, until the end of the scope.
+class ScopedInterrupt {
+ public:
+  ScopedInterrupt() {
+    interrupted = 0;
+    struct sigaction action = {};
+    action.sa_handler = [](int number) { interrupted = number; };
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+      ::sigaction(kSignals[i], &action, &before_[i]);
+    }
+  }
+  ~ScopedInterrupt() {
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+      ::sigaction(kSignals[i], &before_[i], nullptr);
+    }
+  }
+  ScopedInterrupt(const ScopedInterrupt&) = delete;
+  ScopedInterrupt& operator=(const ScopedInterrupt&) = delete;
+
+ private:
+  static constexpr std::array kSignals = {SIGINT, SIGTERM};
+  std::array<struct sigaction, kSignals.size()> before_ = {};
+};
+
+// A MIDI file of the melody in the user's temporary folder, gone at the end of the scope.
+class TemporaryMidi {
+ public:
+  explicit TemporaryMidi(core::RTTTLMelody& melody) {
+    melody.FileName =
+        platform::PrivateTempFolder() + "tonadex-cli-" + std::to_string(::getpid()) + ".mid";
+    path_ = core::PathFromText(melody.FileName);
+    written_ = midi::WriteMidiFile(melody) == midi::kMidiWritten;
+  }
+  ~TemporaryMidi() {
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+  }
+  TemporaryMidi(const TemporaryMidi&) = delete;
+  TemporaryMidi& operator=(const TemporaryMidi&) = delete;
+
+  bool IsWritten() const { return written_; }
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+  bool written_ = false;
+};
+
+std::string Seconds(double ms) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%.1f", ms / 1000);
+  return text.data();
+}
+
+std::string NoteName(std::int16_t number) {
+  if (number == midi::kPauseNumber) {
+    return "pausa";
+  }
+  const int octave = static_cast<int>(std::floor(number / 12.0));
+  return std::string(formats::kSpanishPitches[static_cast<std::size_t>(number - 12 * octave)]) +
+         " " + std::to_string(octave);
+}
+
+// A line that is written over itself. Nothing where nobody looks.
+class ProgressLine {
+ public:
+  ProgressLine(Context& context, const std::vector<midi::NoteTime>& times)
+      : out_(context.out),
+        times_(times),
+        visible_(&context.out == &std::cout && ::isatty(STDOUT_FILENO) == 1) {}
+  ~ProgressLine() {
+    if (visible_) {
+      out_ << '\n' << std::flush;
+    }
+  }
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+
+  void Show(double ms) {
+    while (next_ < times_.size() && times_[next_].end <= ms) {
+      ++next_;
+    }
+    if (!visible_) {
+      return;
+    }
+    const double end = times_.back().end;
+    const std::string text = Seconds(std::min(ms, end)) + " / " + Seconds(end) + " s  " +
+                             (next_ < times_.size() ? NoteName(times_[next_].number) : "");
+    if (text != shown_) {
+      out_ << '\r' << text << "\x1b[K" << std::flush;
+      shown_ = text;
+    }
+  }
+
+ private:
+  std::ostream& out_;
+  const std::vector<midi::NoteTime>& times_;
+  bool visible_;
+  std::size_t next_ = 0;  // the note that sounds
+  std::string shown_;
+};
+
+// Parses the melody and reports what is wrong; what was understood stays to be played.
+void Parse(Context& context, const MelodyInput& input, core::RTTTLMelody& melody) {
+  platform::RecordingMessages messages;
+  const platform::ScopedMessageSink scope(messages);
+  LoadMelody(melody, input.line);
+  if (!core::ParseOrReport(melody)) {
+    Fail(context, ExitCode::kNotConverted);
+  }
+  for (const platform::Message& message : messages.messages) {
+    context.err << input.name << ": " << ForTerminal(message.text) << '\n';
+  }
+}
+
+void Follow(Context& context, platform::FluidSequencer& sequencer,
+            const std::vector<midi::NoteTime>& times) {
+  ProgressLine progress(context, times);
+  bool told = false;
+  while (interrupted == 0) {
+    const double ms = sequencer.PositionMs().value_or(0);
+    if (sequencer.IsSilent() && !told) {
+      context.err << "tonadex-cli: sin dispositivo de sonido, la melodía corre en silencio\n";
+      told = true;
+    }
+    progress.Show(ms);
+    if (ms >= times.back().end + kFadingMs) {
+      return;
+    }
+    std::this_thread::sleep_for(kLook);
+  }
+}
+
+void Play(Context& context, const core::RTTTLMelody& melody,
+          const std::vector<midi::NoteTime>& times) {
+  const ScopedInterrupt scope;
+  platform::FluidSequencer sequencer;
+  context.out << "Reproduciendo " << ForTerminal(melody.Name) << '\n' << std::flush;
+  midi::MciOpenAndPlay(melody, sequencer);
+  Follow(context, sequencer, times);
+  midi::MciClose(sequencer);
+  if (interrupted != 0) {
+    Fail(context, ExitCode::kInterrupted);
+  }
+}
+
+void Render(Context& context, const std::filesystem::path& midiFile, const std::string& output) {
+  const RenderResult result = platform::RenderToWav(midiFile, ArgumentPath(output));
+  for (const RenderFailure& failure : kRenderFailures) {
+    if (failure.result == result) {
+      Fail(context, ExitCode::kSystemFailed, output + ": " + failure.message);
+    }
+  }
+}
+
+void PlayFile(Context& context, const std::string& file, const std::string& output) {
+  MelodyInput input;
+  core::RTTTLMelody melody;
+  if (!ReadMelody(context, file, input)) {
+    return;
+  }
+  Parse(context, input, melody);
+  if (context.exitCode != ExitCode::kDone && !output.empty()) {
+    return;
+  }
+  try {
+    const std::vector<midi::NoteTime> times = midi::NoteTimes(melody);
+    midi::MidiFileBytes(melody);
+    if (times.empty()) {
+      return;
+    }
+    const TemporaryMidi temporary(melody);
+    if (!temporary.IsWritten()) {
+      Fail(context, ExitCode::kSystemFailed,
+           "no se puede escribir el fichero «" + core::ToUtf8(melody.FileName) + "»");
+    } else if (output.empty()) {
+      Play(context, melody, times);
+    } else {
+      Render(context, temporary.Path(), output);
+    }
+  } catch (const core::RunTimeError& error) {
+    Fail(context, ExitCode::kNotConverted, file + ": " + core::ToUtf8(error.what()));
+  }
+}
+
+}  // namespace
+
+void AddReproducir(CLI::App& app, Context& context) {
+  struct Options {
+    std::string file, output;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App& command = *app.add_subcommand("reproducir", "Toca una melodía");
+  command.add_option("fichero", options->file, "Melodía RTTTL; \"-\" es la entrada estándar")
+      ->type_name("FICHERO")
+      ->required();
+  command.add_option("--wav", options->output, "La graba como fichero de sonido, sin tocarla")
+      ->type_name("SALIDA");
+  command.footer(
+      "Ctrl+C la para al instante (código de salida 130). Una melodía con errores se toca\n"
+      "hasta donde se entiende, pero no se graba; el código es 1.");
+  command.callback([&context, options] { PlayFile(context, options->file, options->output); });
+}
+
+}  // namespace tonadex::cli

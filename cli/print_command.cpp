@@ -1,0 +1,124 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "app/print_sheet.h"
+#include "cli/context.h"
+#include "cli/conversion_record.h"
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#ifdef TONADEX_CLI_QT
+#include "platform/posix/program_folder.h"
+#include "shell/qt/print/rich_text_box.h"
+#elif defined(_WIN32)
+#include "platform/win32/program_folder.h"
+#include "platform/win32/rich_text_box.h"
+#endif
+
+namespace tonadex::cli {
+namespace {
+
+struct PrintOptions {
+  std::string model, file, pdf, printer;
+};
+
+void ShowMessages(Context& context, const std::vector<platform::Message>& messages) {
+  for (const platform::Message& message : messages) {
+    context.err << ForTerminal(message.text) << '\n';
+  }
+}
+
+#ifdef TONADEX_CLI_QT
+
+void PrintPage(Context& context, const PrintOptions& options, const app::SheetValues& values) {
+  platform::RecordingMessages messages;
+  const platform::ScopedMessageSink scope(messages);
+  try {
+    const auto box = shell::MakeWindowlessRichTextBox(
+        {.printer = core::FromUtf8(options.printer), .pdf = ArgumentPath(options.pdf)});
+    app::PrintSheet(*box, platform::PrepareProgramFolder() / app::kSheetTemplate, values);
+  } catch (const core::RunTimeError& error) {
+    Fail(context, ExitCode::kSystemFailed, core::ToUtf8(error.what()));
+  }
+  ShowMessages(context, messages.messages);
+}
+
+#elif defined(_WIN32)
+
+void PrintPage(Context& context, const PrintOptions& options, const app::SheetValues& values) {
+  if (!options.pdf.empty() || !options.printer.empty()) {
+    Fail(context, ExitCode::kWrongUse, "en Windows se imprime en la impresora predeterminada");
+    return;
+  }
+  try {
+    platform::RichEditBox box;
+    app::PrintSheet(box, platform::PrepareProgramFolder() / app::kSheetTemplate, values);
+  } catch (const core::RunTimeError& error) {
+    Fail(context, ExitCode::kSystemFailed, core::ToUtf8(error.what()));
+  }
+}
+
+#else
+
+void PrintPage(Context& context, const PrintOptions& /*options*/,
+               const app::SheetValues& /*values*/) {
+  Fail(context, ExitCode::kSystemFailed,
+       "este tonadex-cli no puede imprimir: se compiló sin el programa de escritorio");
+}
+
+#endif
+
+void Print(Context& context, const PrintOptions& options) {
+  if (!options.pdf.empty() && !options.printer.empty()) {
+    Fail(context, ExitCode::kWrongUse, "elige --pdf o --impresora");
+    return;
+  }
+  MelodyInput input;
+  if (!ReadMelody(context, options.file, input)) {
+    return;
+  }
+  const std::string model = core::FromUtf8(options.model);
+  if (core::SavesFile(model)) {
+    Fail(context, ExitCode::kWrongUse,
+         "«" + options.model + "» graba un fichero que no se imprime");
+    return;
+  }
+  core::RTTTLMelody melody;
+  const ConversionRecord record = ConvertLine(melody, input.line, model, input.row, std::nullopt);
+  ShowMessages(context, record.messages);
+  if (HasErrors(record)) {
+    Fail(context, ExitCode::kNotConverted);
+    return;
+  }
+  if (record.page->result.empty()) {
+    Fail(context, ExitCode::kNotConverted, core::ToUtf8(record.page->notices));
+    return;
+  }
+  PrintPage(context, options,
+            {.title = input.row,
+             .instructions = record.page->notices,
+             .tempo = record.page->tempo,
+             .melody = record.page->result,
+             .model = model});
+}
+
+}  // namespace
+
+void AddImprimir(CLI::App& app, Context& context) {
+  auto options = std::make_shared<PrintOptions>();
+  CLI::App& command = *app.add_subcommand(
+      "imprimir", "Imprime la hoja de una melodía convertida, para guardarla junto al móvil");
+  command.add_option("-m,--modelo", options->model, "Texto exacto del modelo en el catálogo")
+      ->type_name("TEXTO")
+      ->required();
+  command.add_option("--pdf", options->pdf, "Escribe un PDF en vez de imprimir")
+      ->type_name("SALIDA");
+  command.add_option("--impresora", options->printer, "Impresora, en vez de la predeterminada")
+      ->type_name("NOMBRE");
+  command.add_option("fichero", options->file, "Melodía RTTTL; \"-\" es la entrada estándar")
+      ->type_name("FICHERO")
+      ->required();
+  command.callback([&context, options] { Print(context, *options); });
+}
+
+}  // namespace tonadex::cli

@@ -1,0 +1,92 @@
+// The program itself, with the system's pipes around it.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <tuple>
+#include <vector>
+
+#include "tests/support/temp_folder.h"
+
+namespace tonadex::cli {
+namespace {
+
+#ifdef __SANITIZE_ADDRESS__
+constexpr long kMostKiB = 400 * 1024;  // its freed memory stays for a while
+#else
+constexpr long kMostKiB = 34 * 1024;  // 23 MiB are the libraries of printing
+#endif
+
+struct Ended {
+  int code = -1;
+  long peakKiB = 0;
+};
+
+// Runs it with the file as standard input and its output thrown away.
+Ended RunOn(const std::string& file, std::vector<const char*> arguments) {
+  arguments.insert(arguments.begin(), TONADEX_CLI);
+  arguments.push_back(nullptr);
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(open(file.c_str(), O_RDONLY), 0);
+    dup2(open("/dev/null", O_WRONLY), 1);
+    dup2(1, 2);
+    execv(TONADEX_CLI, const_cast<char* const*>(arguments.data()));
+    _exit(127);
+  }
+  int status = 0;
+  rusage usage{};
+  wait4(child, &status, 0, &usage);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, usage.ru_maxrss};
+}
+
+TEST(CliProcess, HugeInputTakesLittleMemory) {
+  const test::TempFolder folder;
+  folder.Write("huge", "x");
+  std::filesystem::resize_file(folder / "huge", 100'000'000);  // NULs, and no line end
+  const std::string huge = (folder / "huge").string();
+  const std::string many = (folder / "many").string();
+  ASSERT_EQ(std::system(("yes x:d=4,o=5,b=9:c | head -c 1600000 > " + many).c_str()), 0);
+  for (const auto& [input, arguments, code] :
+       {std::tuple{huge, std::vector{"convertir", "-t", "3310"}, 1},
+        {huge, {"convertir", "-t", "3310", "--lineas"}, 0},
+        {many, {"convertir", "-t", "3310", "--lineas"}, 0}}) {
+    const Ended ended = RunOn(input, arguments);
+    EXPECT_EQ(ended.code, code);
+    EXPECT_LT(ended.peakKiB, kMostKiB);
+  }
+}
+
+TEST(CliProcess, AnswersThroughAPipeThatStaysOpen) {
+  const test::TempFolder folder;
+  const std::string answer = (folder / "answer").string();
+  // The input ends only when the answer has arrived, or after 20 s.
+  const std::string command = "{ echo x:d=4,o=5,b=9:c; for i in $(seq 200); do test -s " + answer +
+                              " && break; sleep 0.1; done; test -s " + answer + " || touch " +
+                              answer + ".late; } | " TONADEX_CLI " convertir -t 3310 --lineas > " +
+                              answer;
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_FALSE(std::filesystem::exists(answer + ".late"));
+}
+
+TEST(CliProcess, EndsWhenItsReaderLeaves) {
+  const test::TempFolder folder;
+  const std::string code = (folder / "code").string();
+  EXPECT_EQ(std::system(("yes x:d=4,o=5,b=9:c | { timeout 60 " TONADEX_CLI
+                         " convertir -t 3310 --lineas; echo $? > " +
+                         code + "; } | head -n 1 > /dev/null")
+                            .c_str()),
+            0);
+  const std::string ended = folder.Read("code");
+  EXPECT_TRUE(ended == "3\n" || ended == "141\n") << ended << " (141: the broken pipe's signal)";
+  EXPECT_EQ(std::system(TONADEX_CLI " modelos > /dev/full 2> /dev/null; test $? -eq 3"), 0);
+  EXPECT_EQ(std::system("yes x:d=4,o=5,b=9:c | timeout 60 " TONADEX_CLI " convertir -t 3310 "
+                        "--lineas > /dev/full 2> /dev/null; test $? -eq 3"),
+            0);
+}
+
+}  // namespace
+}  // namespace tonadex::cli
