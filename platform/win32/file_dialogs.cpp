@@ -1,0 +1,69 @@
+#include "platform/win32/file_dialogs.h"
+
+#include <windows.h>
+
+#include <commdlg.h>
+
+#include <algorithm>
+
+#undef GetSaveFileName
+#undef GetOpenFileName
+
+namespace tonadex::platform {
+namespace {
+
+// The dialogs change the process's current folder and expect buffers as long as they are told.
+constexpr std::size_t kExtensionRoom = 16;
+
+using Dialog = BOOL(WINAPI*)(LPOPENFILENAMEA);
+
+bool Run(Dialog dialog, FileDialogRecord& record) {
+  std::string file = record.lpstrFile;
+  std::string title = record.lpstrFileTitle;
+  std::string folder = record.lpstrInitialDir;
+  std::string extension = record.lpstrDefExt;
+  file.resize(std::max(file.size(), static_cast<std::size_t>(std::max(record.nMaxFile, 0))) + 1);
+  title.resize(std::max(title.size(), static_cast<std::size_t>(std::max(record.nMaxFileTitle, 0))) +
+               1);
+  extension.reserve(kExtensionRoom);
+
+  OPENFILENAMEA system{};
+  // The record's old form: 76 bytes in 32-bit programs, more where pointers are longer.
+  system.lStructSize = OPENFILENAME_SIZE_VERSION_400A;
+  system.hwndOwner = reinterpret_cast<HWND>(record.hwndOwner);
+  system.lpstrFilter = record.lpstrFilter.c_str();
+  system.nFilterIndex = static_cast<DWORD>(record.nFilterIndex);
+  system.lpstrFile = file.data();
+  system.nMaxFile = static_cast<DWORD>(record.nMaxFile);
+  system.lpstrFileTitle = title.data();
+  system.nMaxFileTitle = static_cast<DWORD>(record.nMaxFileTitle);
+  system.lpstrInitialDir = folder.c_str();
+  system.lpstrTitle = record.lpstrTitle.empty() ? nullptr : record.lpstrTitle.c_str();
+  system.Flags = record.Flags;
+  system.nFileOffset = record.nFileOffset;
+  system.nFileExtension = record.nFileExtension;
+  system.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
+  system.lpTemplateName = record.lpTemplateName.c_str();
+  if (dialog(&system) == 0) {
+    return false;
+  }
+  record.Flags = system.Flags;
+  record.nFilterIndex = static_cast<std::int32_t>(system.nFilterIndex);
+  record.nFileOffset = system.nFileOffset;
+  record.nFileExtension = system.nFileExtension;
+  record.lpstrFile = file;
+  record.lpstrFileTitle = title;
+  return true;
+}
+
+}  // namespace
+
+bool WindowsFileDialogs::GetSaveFileName(FileDialogRecord& record) {
+  return Run(&GetSaveFileNameA, record);
+}
+
+bool WindowsFileDialogs::GetOpenFileName(FileDialogRecord& record) {
+  return Run(&GetOpenFileNameA, record);
+}
+
+}  // namespace tonadex::platform

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "platform/sequencer.h"
+
+namespace tonadex::platform {
+
+// The system's MIDI sequencer, through MCI command strings.
+class MciSequencer : public Sequencer {
+ public:
+  // What takes a command and answers 0 or an MCI error number; the system's when none is given.
+  using Send = std::function<int(const std::string& command)>;
+  explicit MciSequencer(Send send = {});
+
+  int SendString(std::string_view command) override;
+  // How long the melody has been playing, ms; none when nothing plays.
+  std::optional<double> PositionMs() const;
+
+ private:
+  Send send_;
+  std::optional<unsigned long long> started_;
+};
+
+}  // namespace tonadex::platform

@@ -1,0 +1,29 @@
+#include "platform/win32/program_folder.h"
+
+#include <windows.h>
+
+#include <string>
+
+namespace tonadex::platform {
+
+std::filesystem::path ProgramFolderPath() {
+  std::wstring file(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD size = GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size()));
+    if (size < file.size()) {
+      file.resize(size);
+      return std::filesystem::path(file).parent_path();
+    }
+    file.resize(2 * file.size());
+  }
+}
+
+std::filesystem::path PrepareProgramFolder() {
+  return ProgramFolderPath();
+}
+
+std::filesystem::path InstalledData() {
+  return ProgramFolderPath();
+}
+
+}  // namespace tonadex::platform

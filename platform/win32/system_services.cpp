@@ -1,0 +1,51 @@
+#include "platform/win32/system_services.h"
+
+#include <windows.h>
+
+namespace tonadex::platform {
+
+SystemServices::SystemServices(WindowHooks& hooks, std::filesystem::path programFolder)
+    : hooks_(hooks), folder_(std::move(programFolder)) {}
+
+std::string SystemServices::TempPath() const {
+  std::string path(MAX_PATH + 1, '\0');
+  path.resize(GetTempPathA(static_cast<DWORD>(path.size()), path.data()));
+  return path;
+}
+
+void SystemServices::SetTopMost(std::intptr_t window) {
+  SetWindowPos(reinterpret_cast<HWND>(window), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
+void SystemServices::DoEvents() {
+  if (hooks_.draw) {
+    hooks_.draw();
+  }
+  PumpPaint();
+}
+
+void SystemServices::Beep() {
+  MessageBeep(MB_OK);
+}
+
+void SystemServices::OpenHelp(const std::filesystem::path& file) {
+  if (hooks_.openHelp) {
+    hooks_.openHelp(file);
+  }
+}
+
+void SystemServices::End() {
+  PostQuitMessage(0);
+}
+
+void PumpPaint() {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_INPUT) != 0) {
+    // Dropped.
+  }
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE) != 0) {
+    DispatchMessageW(&message);
+  }
+}
+
+}  // namespace tonadex::platform

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "platform/shell_services.h"
+
+namespace tonadex::platform {
+
+// What the services need of the program's windows; empty ones are left out.
+struct WindowHooks {
+  std::function<void()> draw;  // the model onto the window
+  std::function<void(const std::filesystem::path&)> openHelp;
+};
+
+// The small services, by kernel32 and user32.
+class SystemServices : public ShellServices {
+ public:
+  // `programFolder`: that of the executable.
+  explicit SystemServices(WindowHooks& hooks, std::filesystem::path programFolder);
+
+  std::filesystem::path ProgramFolder() const override { return folder_; }
+  std::string TempPath() const override;
+  void SetTopMost(std::intptr_t window) override;
+  void DoEvents() override;
+  void Beep() override;
+  void OpenHelp(const std::filesystem::path& file) override;
+  // Leaves the message loop.
+  void End() override;
+
+ private:
+  WindowHooks& hooks_;
+  std::filesystem::path folder_;
+};
+
+// Paints what waits to be painted. What the user types and clicks meanwhile is dropped, and no
+// timer ticks: no handler starts while another runs.
+void PumpPaint();
+
+}  // namespace tonadex::platform

@@ -1,0 +1,367 @@
+#include "platform/win32/web_control.h"
+
+#include <exdisp.h>
+#include <exdispid.h>
+#include <mshtmhst.h>
+#include <ole2.h>
+
+#include <atomic>
+#include <string>
+#include <utility>
+
+#include "platform/win32/wide_text.h"
+
+namespace tonadex::platform {
+namespace {
+
+constexpr wchar_t kHostClass[] = L"TonadexWeb";
+
+// A counted reference that lets go by itself.
+template <typename T>
+class Ref {
+ public:
+  Ref() = default;
+  ~Ref() { Reset(); }
+  Ref(const Ref&) = delete;
+  Ref& operator=(const Ref&) = delete;
+
+  T* operator->() const { return pointer_; }
+  T* get() const { return pointer_; }
+  explicit operator bool() const { return pointer_ != nullptr; }
+  T** out() { return &pointer_; }
+  void** any() { return reinterpret_cast<void**>(&pointer_); }
+  void Reset() {
+    if (pointer_ != nullptr) {
+      std::exchange(pointer_, nullptr)->Release();
+    }
+  }
+
+ private:
+  T* pointer_ = nullptr;
+};
+
+class Text {
+ public:
+  explicit Text(std::wstring_view text)
+      : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
+  ~Text() { SysFreeString(text_); }
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+  BSTR get() const { return text_; }
+
+ private:
+  BSTR text_;
+};
+
+}  // namespace
+
+// What the control asks of the window that holds it.
+struct WebControl::Site final : IOleClientSite,
+                                IOleInPlaceSite,
+                                IOleInPlaceFrame,
+                                IDocHostUIHandler,
+                                DWebBrowserEvents2 {
+  Site(HWND parent, Links linksKind, std::function<void()> leftCallback);
+
+  static LRESULT CALLBACK HostProcedure(HWND, UINT, WPARAM, LPARAM);
+  static HWND MakeHost(HWND parent);
+  void Make();
+  void Drop();
+  void Fit();
+  HRESULT BeforeNavigate(DISPPARAMS& arguments);
+
+  HWND host = nullptr;
+  Links links;
+  std::function<void()> left;
+  Ref<IOleObject> object;
+  Ref<IWebBrowser2> browser;
+  Ref<IOleInPlaceActiveObject> active;
+  Ref<IConnectionPoint> events;
+  DWORD eventsCookie = 0;
+  bool tried = false, works = true;
+  bool ours = false;  // the navigation that begins is one that the program asked for
+  std::atomic<ULONG> references{1};
+
+  // IUnknown
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override;
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG rest = --references;
+    if (rest == 0) {
+      delete this;
+    }
+    return rest;
+  }
+  // IOleClientSite
+  HRESULT STDMETHODCALLTYPE SaveObject() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetContainer(IOleContainer** out) override {
+    *out = nullptr;
+    return E_NOINTERFACE;
+  }
+  HRESULT STDMETHODCALLTYPE ShowObject() override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE OnShowWindow(BOOL) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE RequestNewObjectLayout() override { return E_NOTIMPL; }
+  // IOleWindow, IOleInPlaceSite
+  HRESULT STDMETHODCALLTYPE GetWindow(HWND* out) override {
+    *out = host;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE CanInPlaceActivate() override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE OnInPlaceActivate() override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE OnUIActivate() override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** window,
+                                             LPRECT position, LPRECT clip,
+                                             LPOLEINPLACEFRAMEINFO info) override;
+  HRESULT STDMETHODCALLTYPE Scroll(SIZE) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE OnUIDeactivate(BOOL) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE OnInPlaceDeactivate() override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE DiscardUndoState() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE DeactivateAndUndo() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE OnPosRectChange(LPCRECT) override { return S_OK; }
+  // IOleInPlaceUIWindow, IOleInPlaceFrame
+  HRESULT STDMETHODCALLTYPE GetBorder(LPRECT) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE RequestBorderSpace(LPCBORDERWIDTHS) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetBorderSpace(LPCBORDERWIDTHS) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetActiveObject(IOleInPlaceActiveObject*, LPCOLESTR) override {
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetMenu(HMENU, HOLEMENU, HWND) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE RemoveMenus(HMENU) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetStatusText(LPCOLESTR) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
+  // IDocHostUIHandler
+  HRESULT STDMETHODCALLTYPE ShowContextMenu(DWORD, POINT*, IUnknown*, IDispatch*) override {
+    return S_OK;  // none
+  }
+  HRESULT STDMETHODCALLTYPE GetHostInfo(DOCHOSTUIINFO* info) override {
+    info->dwFlags = DOCHOSTUIFLAG_NO3DBORDER | DOCHOSTUIFLAG_THEME | DOCHOSTUIFLAG_DPI_AWARE |
+                    (links == Links::kReport ? DOCHOSTUIFLAG_SCROLL_NO : 0);
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE ShowUI(DWORD, IOleInPlaceActiveObject*, IOleCommandTarget*,
+                                   IOleInPlaceFrame*, IOleInPlaceUIWindow*) override {
+    return S_FALSE;
+  }
+  HRESULT STDMETHODCALLTYPE HideUI() override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE UpdateUI() override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE OnDocWindowActivate(BOOL) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE OnFrameWindowActivate(BOOL) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override {
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE TranslateAccelerator(LPMSG, const GUID*, DWORD) override {
+    return S_FALSE;
+  }
+  HRESULT STDMETHODCALLTYPE GetOptionKeyPath(LPOLESTR*, DWORD) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetDropTarget(IDropTarget*, IDropTarget**) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE GetExternal(IDispatch** out) override {
+    *out = nullptr;
+    return S_FALSE;
+  }
+  HRESULT STDMETHODCALLTYPE TranslateUrl(DWORD, OLECHAR*, OLECHAR** out) override {
+    *out = nullptr;
+    return S_FALSE;
+  }
+  HRESULT STDMETHODCALLTYPE FilterDataObject(IDataObject*, IDataObject** out) override {
+    *out = nullptr;
+    return S_FALSE;
+  }
+  // IDispatch of DWebBrowserEvents2
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    *count = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*,
+                                   EXCEPINFO*, UINT*) override;
+};
+
+LRESULT CALLBACK WebControl::Site::HostProcedure(HWND window, UINT message, WPARAM wide,
+                                                 LPARAM data) {
+  auto* site = reinterpret_cast<Site*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (message == WM_SIZE && site != nullptr) {
+    site->Fit();
+  }
+  return DefWindowProcW(window, message, wide, data);
+}
+
+HWND WebControl::Site::MakeHost(HWND parent) {
+  WNDCLASSW kind{};
+  kind.lpfnWndProc = HostProcedure;
+  kind.hInstance = GetModuleHandleW(nullptr);
+  kind.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  kind.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
+  kind.lpszClassName = kHostClass;
+  RegisterClassW(&kind);  // again is no harm
+  return CreateWindowExW(WS_EX_CONTROLPARENT, kHostClass, L"", WS_CHILD | WS_CLIPCHILDREN, 0, 0, 1,
+                         1, parent, nullptr, kind.hInstance, nullptr);
+}
+
+WebControl::Site::Site(HWND parent, Links linksKind, std::function<void()> leftCallback)
+    : host(MakeHost(parent)), links(linksKind), left(std::move(leftCallback)) {
+  SetWindowLongPtrW(host, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+}
+
+HRESULT WebControl::Site::QueryInterface(REFIID id, void** out) {
+  *out = nullptr;
+  if (id == IID_IUnknown || id == IID_IOleClientSite) {
+    *out = static_cast<IOleClientSite*>(this);
+  } else if (id == IID_IOleWindow || id == IID_IOleInPlaceSite) {
+    *out = static_cast<IOleInPlaceSite*>(this);
+  } else if (id == IID_IOleInPlaceUIWindow || id == IID_IOleInPlaceFrame) {
+    *out = static_cast<IOleInPlaceFrame*>(this);
+  } else if (id == IID_IDocHostUIHandler) {
+    *out = static_cast<IDocHostUIHandler*>(this);
+  } else if (id == IID_IDispatch || id == DIID_DWebBrowserEvents2) {
+    *out = static_cast<DWebBrowserEvents2*>(this);
+  } else {
+    return E_NOINTERFACE;
+  }
+  AddRef();
+  return S_OK;
+}
+
+HRESULT WebControl::Site::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** window,
+                                           LPRECT position, LPRECT clip,
+                                           LPOLEINPLACEFRAMEINFO info) {
+  *frame = this;
+  AddRef();
+  *window = nullptr;
+  GetClientRect(host, position);
+  *clip = *position;
+  info->fMDIApp = FALSE;
+  info->hwndFrame = GetAncestor(host, GA_ROOT);
+  info->haccel = nullptr;
+  info->cAccelEntries = 0;
+  return S_OK;
+}
+
+void WebControl::Site::Make() {
+  tried = true;
+  RECT place{};
+  GetClientRect(host, &place);
+  Ref<IConnectionPointContainer> points;
+  works = CoCreateInstance(CLSID_WebBrowser, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject,
+                           object.any()) == S_OK &&
+          object->SetClientSite(this) == S_OK &&
+          SUCCEEDED(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, this, 0, host, &place)) &&
+          object->QueryInterface(IID_IWebBrowser2, browser.any()) == S_OK;
+  if (!works) {
+    Drop();
+    return;
+  }
+  browser->put_Silent(VARIANT_TRUE);  // no box about a script's error
+  object->QueryInterface(IID_IOleInPlaceActiveObject, active.any());
+  if (object->QueryInterface(IID_IConnectionPointContainer, points.any()) == S_OK &&
+      points->FindConnectionPoint(DIID_DWebBrowserEvents2, events.out()) == S_OK) {
+    events->Advise(static_cast<DWebBrowserEvents2*>(this), &eventsCookie);
+  }
+}
+
+void WebControl::Site::Drop() {
+  if (events && eventsCookie != 0) {
+    events->Unadvise(eventsCookie);
+  }
+  events.Reset();
+  active.Reset();
+  browser.Reset();
+  if (object) {
+    object->Close(OLECLOSE_NOSAVE);
+    object->SetClientSite(nullptr);
+  }
+  object.Reset();
+}
+
+void WebControl::Site::Fit() {
+  Ref<IOleInPlaceObject> place;
+  if (object && object->QueryInterface(IID_IOleInPlaceObject, place.any()) == S_OK) {
+    RECT area{};
+    GetClientRect(host, &area);
+    place->SetObjectRects(&area, &area);
+  }
+}
+
+HRESULT WebControl::Site::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*,
+                                 EXCEPINFO*, UINT*) {
+  if (id == DISPID_BEFORENAVIGATE2 && arguments != nullptr && arguments->cArgs == 7) {
+    return BeforeNavigate(*arguments);
+  }
+  if (id == DISPID_NEWWINDOW2 && arguments != nullptr && arguments->cArgs == 2) {
+    *arguments->rgvarg[0].pboolVal = VARIANT_TRUE;  // no window of its own
+    if (links == Links::kReport && left) {
+      left();
+    }
+  }
+  return S_OK;
+}
+
+// Arguments stand from last to first: [0] is Cancel, [6] the frame that navigates.
+HRESULT WebControl::Site::BeforeNavigate(DISPPARAMS& arguments) {
+  Ref<IUnknown> frame, whole;
+  if (links == Links::kFollow || arguments.rgvarg[6].pdispVal == nullptr ||
+      arguments.rgvarg[6].pdispVal->QueryInterface(IID_IUnknown, frame.any()) != S_OK ||
+      browser->QueryInterface(IID_IUnknown, whole.any()) != S_OK || frame.get() != whole.get()) {
+    return S_OK;  // a frame within the page
+  }
+  if (std::exchange(ours, false)) {
+    return S_OK;
+  }
+  *arguments.rgvarg[0].pboolVal = VARIANT_TRUE;
+  if (left) {
+    left();
+  }
+  return S_OK;
+}
+
+WebControl::WebControl(HWND parent, Links links, std::function<void()> left)
+    : site_(new Site(parent, links, std::move(left))) {}
+
+WebControl::~WebControl() {
+  SetWindowLongPtrW(site_->host, GWLP_USERDATA, 0);  // no harm when the window is gone already
+  site_->Drop();
+  site_->left = nullptr;
+  site_->Release();
+}
+
+HWND WebControl::window() const {
+  return site_->host;
+}
+
+void WebControl::Navigate(std::string_view url) {
+  if (!site_->tried) {
+    site_->Make();
+  }
+  if (!site_->browser) {
+    return;
+  }
+  const Text address(ToWide(url));
+  VARIANT where{};
+  where.vt = VT_BSTR;
+  where.bstrVal = address.get();
+  VARIANT flags{};
+  flags.vt = VT_I4;
+  flags.lVal = navNoHistory | navNoReadFromCache;
+  VARIANT none{};
+  site_->ours = true;
+  site_->browser->Navigate2(&where, &flags, &none, &none, &none);
+}
+
+bool WebControl::Works() const {
+  return site_->works;
+}
+
+bool WebControl::TranslateKey(MSG& message) {
+  return site_->active && IsChild(site_->host, message.hwnd) &&
+         site_->active->TranslateAccelerator(&message) == S_OK;
+}
+
+}  // namespace tonadex::platform

@@ -1,0 +1,148 @@
+#include "shell/win32/desktop.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <ole2.h>
+
+#include <future>
+#include <memory>
+
+#include "platform/http/http_client.h"
+#include "platform/win32/file_dialogs.h"
+#include "platform/win32/mci_sequencer.h"
+#include "platform/win32/program_folder.h"
+#include "platform/win32/rich_text_box.h"
+#include "platform/win32/system_services.h"
+#include "platform/win32/windows_registry.h"
+#include "server/configured_server.h"
+#include "server/embedded_server.h"
+#include "shell/win32/drawing.h"
+#include "shell/win32/help_window.h"
+#include "shell/win32/main_window.h"
+#include "shell/win32/message_boxes.h"
+#include "shell/win32/splash.h"
+
+namespace tonadex::shell {
+namespace {
+
+using Server = std::unique_ptr<server::EmbeddedServer>;
+
+// The system's libraries that want a beginning and an end.
+class SystemLibraries {
+ public:
+  SystemLibraries() {
+    OleInitialize(nullptr);
+    const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&controls);
+    const Gdiplus::GdiplusStartupInput input;
+    Gdiplus::GdiplusStartup(&drawing_, &input, nullptr);
+  }
+  ~SystemLibraries() {
+    Gdiplus::GdiplusShutdown(drawing_);
+    OleUninitialize();
+  }
+  SystemLibraries(const SystemLibraries&) = delete;
+  SystemLibraries& operator=(const SystemLibraries&) = delete;
+
+ private:
+  ULONG_PTR drawing_ = 0;
+};
+
+// Calls reach the window's two browsers once the window stands.
+class WindowWebViews : public platform::WebViews {
+ public:
+  explicit WindowWebViews(std::unique_ptr<MainWindow>& window) : window_(window) {}
+  void Navigate(platform::WebViewId view, std::string_view url) override {
+    if (window_ != nullptr) {
+      window_->Navigate(view, url);
+    }
+  }
+
+ private:
+  std::unique_ptr<MainWindow>& window_;
+};
+
+// In the order in which they depend on each other.
+struct Desktop {
+  explicit Desktop(const std::string& argument)
+      : folder(platform::ProgramFolderPath()),
+        shell(hooks, folder),
+        program({registry, fileDialogs, sequencer, http, webViews, richText, shell},
+                server::ConfiguredServer(argument, folder)),
+        splash(program, [this] { OpenWindow(); }) {
+    if (program.serverBase.empty()) {
+      // Beside the splash, which stands for two seconds.
+      starting = std::async(std::launch::async, server::TryEmbeddedServer, folder,
+                            platform::InstalledData());
+    }
+    hooks.openHelp = [this](const std::filesystem::path& file) { OpenHelp(file); };
+  }
+
+  void OpenHelp(const std::filesystem::path& file) {
+    if (help == nullptr) {
+      help = std::make_unique<HelpWindow>();
+    }
+    help->Open(file);
+  }
+
+  void OpenWindow() {
+    if (starting.valid()) {
+      embedded = starting.get();
+      program.serverBase = embedded != nullptr ? embedded->BaseAddress() : "";
+    }
+    window = std::make_unique<MainWindow>(program, hooks, boxOwner,
+                                          [this] { return sequencer.PositionMs(); });
+    window->Load();
+    splash.Close();
+  }
+
+  bool Translate(MSG& message) {
+    return (window != nullptr && window->Translate(message)) ||
+           (help != nullptr && help->Translate(message));
+  }
+
+  SystemLibraries libraries;
+  std::filesystem::path folder;
+  platform::WindowHooks hooks;
+  platform::WindowsRegistry registry;
+  platform::WindowsFileDialogs fileDialogs;
+  platform::MciSequencer sequencer;
+  std::unique_ptr<MainWindow> window;
+  platform::HttpClient http{{.pump =
+                                 [this] {
+                                   if (window != nullptr) {
+                                     window->Wait();
+                                   }
+                                 },
+                             .progress = {}}};
+  WindowWebViews webViews{window};
+  platform::RichEditBox richText;
+  platform::SystemServices shell;
+  MessageBoxes::Owner boxOwner;
+  MessageBoxes boxes{boxOwner};
+  platform::ScopedMessageSink sink{boxes};
+  std::future<Server> starting;
+  Server embedded;
+  app::Program program;
+  Splash splash;
+  std::unique_ptr<HelpWindow> help;
+};
+
+}  // namespace
+
+int RunDesktop(const std::string& server) {
+  Desktop desktop(server);
+  desktop.splash.Start();
+  MSG message;
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (!desktop.Translate(message)) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+  }
+  desktop.window.reset();  // it uses what is declared behind it
+  return desktop.program.exitCode;
+}
+
+}  // namespace tonadex::shell

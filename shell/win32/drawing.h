@@ -1,0 +1,36 @@
+#pragma once
+
+#include <windows.h>
+
+#include <objidl.h>
+
+// The system's header wants these two unqualified.
+#include <algorithm>
+namespace Gdiplus {
+using std::max;
+using std::min;
+}  // namespace Gdiplus
+#include <gdiplus.h>
+
+#include <string>
+
+namespace tonadex::shell {
+
+inline Gdiplus::Color Colour(COLORREF colour, int alpha = 255) {
+  return {static_cast<BYTE>(alpha), GetRValue(colour), GetGValue(colour), GetBValue(colour)};
+}
+
+// A rounded rectangle, filled and framed; a width of 0 leaves the frame out.
+void RoundedBox(HDC context, const RECT& box, int radius, COLORREF fill, COLORREF frame,
+                int frameWidth);
+
+// Text in one font and colour; `format` as for DrawTextW.
+void Words(HDC context, const std::wstring& text, RECT box, HFONT font, COLORREF colour,
+           UINT format);
+
+// Width of a text on one line, pixels.
+int TextWidth(HFONT font, const std::wstring& text);
+// Height of a text wrapped to a width.
+int TextHeight(HFONT font, const std::wstring& text, int width);
+
+}  // namespace tonadex::shell

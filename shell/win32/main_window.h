@@ -1,0 +1,85 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "app/form1.h"
+#include "platform/win32/system_services.h"
+#include "shell/win32/binding.h"
+#include "shell/win32/message_boxes.h"
+#include "shell/win32/pages.h"
+#include "shell/win32/theme.h"
+
+namespace tonadex::shell {
+
+// The main window: Form1's model in native controls.
+class MainWindow {
+ public:
+  // How long the melody has sounded, ms; none when nothing does.
+  using Position = std::function<std::optional<double>()>;
+
+  MainWindow(app::Program& program, platform::WindowHooks& hooks, MessageBoxes::Owner& boxes,
+             Position position);
+  ~MainWindow();
+  MainWindow(const MainWindow&) = delete;
+  MainWindow& operator=(const MainWindow&) = delete;
+
+  // Runs Form_Load and shows the window.
+  void Load();
+  HWND window() const { return window_; }
+  // Before a message is dispatched: keyboard and shortcuts. True when it is dealt with.
+  bool Translate(MSG& message);
+  // Paints what waits while a request runs.
+  void Wait();
+  void Navigate(platform::WebViewId view, std::string_view url);
+
+ private:
+  static LRESULT CALLBACK WindowProcedure(HWND, UINT, WPARAM, LPARAM);
+  std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
+  // The single place where handlers of the model start.
+  void Run(const Binding::Handler& handler);
+
+  void Command(int id, int notification);
+  void Draw();
+  void DrawParts();
+  void LayOutPage();
+  void FocusPage();
+  void DrawBusy();
+  void FollowMelody();
+  void PlaceBox(HWND box) const;
+  void Paint();
+  LRESULT ColourOf(HDC context, HWND control, UINT message) const;
+  void SetFonts();
+  void ChangeTheme(UINT dotsPerInch);
+  void AddTooltips();
+
+  bool Shortcut(const MSG& message);
+  bool EnterKey();
+  void CopyResult();
+  void SaveResult();
+  void PressKey(std::string_view key, bool held);
+  void FilterTempo();
+  void Close();
+
+  app::Program& program_;
+  platform::WindowHooks& hooks_;
+  MessageBoxes::Owner& boxes_;
+  Position position_;
+  app::Form1 form_;
+  Theme theme_;
+  HWND window_ = nullptr;
+  std::unique_ptr<Binding> binding_;
+  PageParts parts_;
+  std::vector<Frame> frames_;
+  std::string layout_;  // what the present layout was made for
+  HWND focus_ = nullptr;
+  std::int16_t pageDrawn_ = app::kNoPage;
+  bool loaded_ = false;
+  bool pumping_ = false;  // only painting goes on
+};
+
+}  // namespace tonadex::shell

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+#include "platform/message_box.h"
+
+namespace tonadex::shell {
+
+// The system's message boxes.
+class MessageBoxes : public platform::MessageSink {
+ public:
+  // The window that owns the boxes, null for none, and what happens around one.
+  struct Owner {
+    HWND window = nullptr;
+    std::function<void()> opening, closed;
+    std::function<void(HWND box)> place;  // the box stands, not yet shown
+  };
+  explicit MessageBoxes(Owner& owner) : owner_(owner) {}
+  void Show(const platform::Message& message) override;
+
+ private:
+  Owner& owner_;
+};
+
+}  // namespace tonadex::shell

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+#include "app/inicio.h"
+#include "app/melody_drawing.h"
+#include "shell/win32/theme.h"
+
+namespace tonadex::shell {
+
+// The splash window: inicio's model.
+class Splash {
+ public:
+  // `finished`: time for the main window.
+  Splash(app::Program& program, std::function<void()> finished);
+  ~Splash();
+  Splash(const Splash&) = delete;
+  Splash& operator=(const Splash&) = delete;
+
+  void Start();
+  void Close();
+
+ private:
+  static LRESULT CALLBACK WindowProcedure(HWND, UINT, WPARAM, LPARAM);
+  void Tick();
+  void Draw();
+  void Paint();
+
+  app::Program& program_;
+  app::inicio model_;
+  std::function<void()> finished_;
+  Theme theme_;
+  app::Drawing pattern_;
+  HWND window_ = nullptr;
+};
+
+}  // namespace tonadex::shell

@@ -1,0 +1,184 @@
+#include "shell/win32/widgets/button.h"
+
+#include <memory>
+
+#include "shell/win32/drawing.h"
+#include "shell/win32/hook.h"
+#include "shell/win32/icons.h"
+#include "shell/win32/window_text.h"
+
+namespace tonadex::shell {
+namespace {
+
+constexpr wchar_t kFaceProperty[] = L"TonadexFace";
+constexpr int kIconSize = 20, kNavigationIconSize = 24;
+
+struct Face {
+  ButtonLook look;
+  std::string_view icon;
+  bool hot = false, checked = false;
+};
+
+Face* FaceOf(HWND button) {
+  return static_cast<Face*>(GetPropW(button, kFaceProperty));
+}
+
+void SetHot(HWND button, Face& face, bool hot) {
+  if (face.hot == hot) {
+    return;
+  }
+  face.hot = hot;
+  InvalidateRect(button, nullptr, TRUE);
+  if (hot) {
+    TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, button, 0};
+    TrackMouseEvent(&track);
+  }
+}
+
+struct Ink {
+  COLORREF fill, frame, text;
+  int frameWidth;
+};
+
+Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
+  const Colours& c = theme.colours;
+  const bool focus = (item.itemState & ODS_FOCUS) != 0;
+  const bool pressed = (item.itemState & ODS_SELECTED) != 0;
+  Ink ink{c.card, c.border, c.text, theme.Px(1)};
+  if (face.look == ButtonLook::kNavigation || face.look == ButtonLook::kLink) {
+    ink.fill = ink.frame = c.card;
+    ink.text = face.checked ? c.accent : c.text;
+  } else if (face.look == ButtonLook::kPrimary) {
+    ink = {c.accent, c.accent, c.accentText, theme.Px(1)};
+  }
+  if (face.hot && !pressed) {
+    ink.fill = face.look == ButtonLook::kPrimary ? Blend(c.text, c.accent, 0.15) : c.hover;
+  }
+  if (pressed && face.look != ButtonLook::kPrimary) {
+    ink.fill = c.accentWash;
+  }
+  if ((item.itemState & ODS_DISABLED) != 0) {
+    ink = {c.window, c.border, Blend(c.text, c.window, 0.5), theme.Px(1)};
+  }
+  if (focus) {
+    ink.frame = face.look == ButtonLook::kPrimary ? c.text : c.accent;
+    ink.frameWidth = theme.Px(2);
+  }
+  return ink;
+}
+
+UINT PrefixFlag(const DRAWITEMSTRUCT& item) {
+  return (item.itemState & ODS_NOACCEL) != 0 ? DT_HIDEPREFIX : 0U;
+}
+
+void DrawNavigation(const DRAWITEMSTRUCT& item, const Face& face, const Ink& ink,
+                    const Theme& theme) {
+  const RECT& box = item.rcItem;
+  const int size = theme.Px(kNavigationIconSize);
+  const int left = (box.left + box.right - size) / 2;
+  const int top = box.top + theme.Px(kGrid);
+  DrawIcon(item.hDC, face.icon, {left, top, left + size, top + size}, ink.text);
+  RECT words = box;
+  words.top = top + size + theme.Px(2);
+  Words(item.hDC, WindowText(item.hwndItem), words,
+        face.checked ? theme.bold.get() : theme.body.get(), ink.text,
+        DT_CENTER | DT_SINGLELINE | PrefixFlag(item));
+  if (face.checked) {
+    RECT mark = box;
+    mark.top = mark.bottom - theme.Px(3);
+    const Brush brush(CreateSolidBrush(theme.colours.accent));
+    FillRect(item.hDC, &mark, brush.get());
+  }
+}
+
+void DrawKey(const DRAWITEMSTRUCT& item, const Ink& ink, const Theme& theme) {
+  const std::wstring caption = WindowText(item.hwndItem);
+  const std::size_t end = caption.find(L"\r\n");
+  RECT upper = item.rcItem;
+  upper.top += theme.Px(3);
+  Words(item.hDC, caption.substr(0, end), upper, theme.bold.get(), ink.text,
+        DT_CENTER | DT_SINGLELINE | DT_NOPREFIX);
+  if (end != std::wstring::npos) {
+    RECT lower = item.rcItem;
+    lower.top += theme.Px(2) + theme.line;
+    Words(item.hDC, caption.substr(end + 2), lower, theme.small.get(), theme.colours.muted,
+          DT_CENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+  }
+}
+
+void DrawCommand(const DRAWITEMSTRUCT& item, const Face& face, const Ink& ink, const Theme& theme) {
+  const std::wstring caption = WindowText(item.hwndItem);
+  const int icon = face.icon.empty() ? 0 : theme.Px(kIconSize);
+  const int gap = icon == 0 ? 0 : theme.Px(6);
+  const int width = icon + gap + TextWidth(theme.body.get(), PlainWords(caption));
+  RECT words = item.rcItem;
+  words.left = std::max(words.left + LONG{theme.Px(4)}, (words.left + words.right - width) / 2);
+  const int top = (words.top + words.bottom - icon) / 2;
+  DrawIcon(item.hDC, face.icon, {words.left, top, words.left + icon, top + icon}, ink.text);
+  words.left += icon + gap;
+  words.right -= theme.Px(4);
+  Words(item.hDC, caption, words, theme.body.get(), ink.text,
+        DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | PrefixFlag(item));
+}
+
+}  // namespace
+
+HWND MakeButton(HWND parent, int id, ButtonLook look, std::string_view icon) {
+  const HWND button =
+      CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_TABSTOP | BS_OWNERDRAW, 0, 0, 1, 1, parent,
+                      reinterpret_cast<HMENU>(LONG_PTR{id}), GetModuleHandleW(nullptr), nullptr);
+  auto face = std::make_shared<Face>(Face{look, icon});
+  SetPropW(button, kFaceProperty, face.get());
+  HookWindow(button, [face](HWND window, UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
+    if (message == WM_MOUSEMOVE) {
+      SetHot(window, *face, true);
+    } else if (message == WM_MOUSELEAVE) {
+      SetHot(window, *face, false);
+    } else if (message == WM_ERASEBKGND) {
+      return 1;
+    }
+    return std::nullopt;
+  });
+  return button;
+}
+
+void SetChecked(HWND button, bool checked) {
+  Face* face = FaceOf(button);
+  if (face != nullptr && face->checked != checked) {
+    face->checked = checked;
+    InvalidateRect(button, nullptr, TRUE);
+  }
+}
+
+void DrawButton(const DRAWITEMSTRUCT& item, const Theme& theme) {
+  const Face* face = FaceOf(item.hwndItem);
+  if (face == nullptr) {
+    return;
+  }
+  const bool onBar = face->look == ButtonLook::kNavigation || face->look == ButtonLook::kLink;
+  const bool onCard = onBar || face->look == ButtonLook::kKey;
+  FillRect(item.hDC, &item.rcItem, onCard ? theme.cardBrush.get() : theme.windowBrush.get());
+  const Ink ink = InkOf(*face, item, theme);
+  RoundedBox(item.hDC, item.rcItem, face->look == ButtonLook::kNavigation ? 1 : theme.Px(kRadius),
+             ink.fill, ink.frame, ink.frameWidth);
+  if (face->look == ButtonLook::kNavigation) {
+    DrawNavigation(item, *face, ink, theme);
+  } else if (face->look == ButtonLook::kKey) {
+    DrawKey(item, ink, theme);
+  } else {
+    DrawCommand(item, *face, ink, theme);
+  }
+}
+
+int ButtonWidth(HWND button, const Theme& theme) {
+  const Face* face = FaceOf(button);
+  const std::wstring caption = PlainWords(WindowText(button));
+  if (face != nullptr && face->look == ButtonLook::kNavigation) {
+    return TextWidth(theme.bold.get(), caption) + theme.Px(3 * kGrid);
+  }
+  const bool icon = face != nullptr && !face->icon.empty();
+  return TextWidth(theme.body.get(), caption) + theme.Px(icon ? kIconSize + 6 : 0) +
+         theme.Px(4 * kGrid);
+}
+
+}  // namespace tonadex::shell

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "app/controls.h"
+#include "shell/win32/theme.h"
+
+namespace tonadex::shell {
+
+// A list of rows that we paint, in the system's list box.
+class RowList {
+ public:
+  RowList(HWND parent, int id, const Theme& theme);
+
+  HWND window() const { return window_; }
+  // Rows and selection as the model has them.
+  void Draw(const app::Control& control);
+  // What the empty list says.
+  void SetInvitation(const std::wstring& invitation);
+  void ThemeChanged();
+  int Selected() const;
+
+  // Answers the parent's WM_DRAWITEM.
+  static void DrawRow(const DRAWITEMSTRUCT& item, const Theme& theme);
+
+ private:
+  void PaintInvitation();
+
+  HWND window_;
+  const Theme& theme_;
+  std::vector<app::ListRow> rows_;
+  std::wstring invitation_;
+};
+
+}  // namespace tonadex::shell

@@ -1,0 +1,86 @@
+#include "shell/win32/window_text.h"
+
+#include <initguid.h>
+#include <objbase.h>
+#include <oleacc.h>
+
+#include <cstring>
+
+#include "platform/win32/wide_text.h"
+#include "shell/win32/hook.h"
+
+namespace tonadex::shell {
+
+std::wstring WindowText(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(
+      static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
+
+std::string TextOf(HWND window) {
+  return platform::FromWide(WindowText(window));
+}
+
+void SetText(HWND window, std::string_view text) {
+  SetWords(window, platform::ToWideLines(text));
+}
+
+void SetWords(HWND window, const std::wstring& words) {
+  if (WindowText(window) != words) {
+    SetWindowTextW(window, words.c_str());
+    InvalidateRect(window, nullptr, TRUE);
+  }
+}
+
+std::wstring PlainWords(const std::wstring& caption) {
+  std::wstring plain;
+  for (const wchar_t c : caption) {
+    if (c != L'&') {
+      plain += c;
+    }
+  }
+  return plain;
+}
+
+void SetSpokenName(HWND window, std::string_view name) {
+  IAccPropServices* services = nullptr;
+  if (name.empty() ||
+      CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices,
+                       reinterpret_cast<void**>(&services)) != S_OK) {
+    return;
+  }
+  services->SetHwndPropStr(window, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, PROPID_ACC_NAME,
+                           platform::ToWide(name).c_str());
+  services->Release();
+}
+
+void PutOnClipboard(HWND owner, std::string_view text) {
+  const std::wstring wide = platform::ToWideLines(text);
+  const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
+  if (OpenClipboard(owner) == 0) {
+    return;
+  }
+  EmptyClipboard();
+  if (const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes)) {
+    std::memcpy(GlobalLock(memory), wide.c_str(), bytes);
+    GlobalUnlock(memory);
+    SetClipboardData(CF_UNICODETEXT, memory);
+  }
+  CloseClipboard();
+}
+
+HWND MakeBareWindow(HWND parent, DWORD style) {
+  constexpr wchar_t kClass[] = L"TonadexPart";
+  WNDCLASSW kind{};
+  kind.style = CS_HREDRAW | CS_VREDRAW;
+  kind.lpfnWndProc = DefWindowProcW;
+  kind.hInstance = GetModuleHandleW(nullptr);
+  kind.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  kind.lpszClassName = kClass;
+  RegisterClassW(&kind);  // again is no harm
+  return CreateWindowExW(0, kClass, L"", WS_CHILD | style, 0, 0, 1, 1, parent, nullptr,
+                         kind.hInstance, nullptr);
+}
+
+}  // namespace tonadex::shell

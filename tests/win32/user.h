@@ -1,0 +1,35 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+
+#include "app/form1.h"
+
+// Someone at the screen: looks for windows, clicks and types as a person does.
+namespace tonadex::test {
+
+// Whether `condition` comes true within the time, looked at again and again.
+bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = 20000);
+
+// The visible top-level window of this class and, unless 0, of this process; null for none in time.
+HWND WaitForWindow(const wchar_t* kind, DWORD process = 0, DWORD milliseconds = 20000);
+
+// The window of a control of the main window.
+HWND ControlWindow(HWND mainWindow, app::Control app::Form1::*member);
+
+std::string TextIn(HWND window);  // Windows-1252
+
+// The mouse, in the middle of a window or at a place within it.
+void Click(HWND window);
+void ClickAt(HWND window, int x, int y);
+// A row of a list box.
+void ClickRow(HWND list, int row);
+void Type(const std::wstring& text);
+void Press(WORD key, bool alt = false);
+
+// Waits for a message box of the process, gives its text and closes it.
+std::string AnswerBox(DWORD process, std::string* title = nullptr);
+
+}  // namespace tonadex::test

@@ -1,0 +1,194 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <memory>
+
+#include "app/form1_tables.h"
+#include "core/windows1252.h"
+#include "shell/win32/pages.h"
+#include "tests/support/temp_folder.h"
+#include "tests/win32/user.h"
+#include "tests/win32/windows_process.h"
+
+namespace tonadex::test {
+namespace {
+
+using namespace core::literals;
+using app::Form1;
+
+constexpr wchar_t kMainClass[] = L"TonadexForm1";
+constexpr std::string_view kModel = "3210,3310,3330,3390,8250";
+
+// The program as users unpack it, with one melody of its own in front of the repertoire.
+class WindowTest : public testing::Test {
+ protected:
+  WindowTest() {
+    ForgetModel();
+    UnpackProgram("shell/win32/tonadex.exe", folder.path());
+    std::filesystem::remove_all(folder / "melodias");
+    folder.Write("melodias/prueba.33", "Prueba:d=4,o=5,b=90:c,8d#.6,2p,g");
+  }
+  ~WindowTest() override { ForgetModel(); }
+  static void ForgetModel() {
+    RegDeleteKeyA(HKEY_CLASSES_ROOT, "tonadex");
+    RegDeleteKeyA(HKEY_CURRENT_USER, "Software\\Classes\\tonadex");
+  }
+
+  void Start() {
+    program = std::make_unique<RunningProgram>(folder / "tonadex.exe");
+    window = WaitForWindow(kMainClass, program->id());
+    ASSERT_NE(window, nullptr);
+    const HWND splash = FindWindowW(L"TonadexInicio", nullptr);
+    ASSERT_TRUE(WaitUntil([splash] { return IsWindow(splash) == 0; }));
+    SetForegroundWindow(window);
+  }
+  HWND Of(app::Control Form1::*member) const { return ControlWindow(window, member); }
+  bool Shows(app::Control Form1::*member) const {
+    return WaitUntil([&] { return IsWindowVisible(Of(member)) != 0; });
+  }
+  bool Reads(app::Control Form1::*member, std::string_view text) const {
+    return WaitUntil([&] { return TextIn(Of(member)) == text; }, 5000);
+  }
+  DWORD Close() {
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    return program->WaitForEnd();
+  }
+  // By brand and row of its models.
+  void ChoosePhone(int brand, int model) {
+    Click(Of(&Form1::cmdopciones));
+    ASSERT_TRUE(Shows(&Form1::cmbformatos));
+    ClickRow(Of(&Form1::cmbmarcas), brand);
+    ASSERT_TRUE(WaitUntil(
+        [&] { return SendMessageW(Of(&Form1::cmbmarcas), LB_GETCURSEL, 0, 0) == brand; }));
+    ClickRow(Of(&Form1::cmbformatos), model);
+    ASSERT_TRUE(WaitUntil(
+        [&] { return SendMessageW(Of(&Form1::cmbformatos), LB_GETCURSEL, 0, 0) == model; }));
+  }
+  void ChooseMelody() {
+    Click(Of(&Form1::cmdrepertorio));
+    ASSERT_TRUE(Shows(&Form1::textresultado));
+    ClickRow(Of(&Form1::List1), 0);
+    ASSERT_TRUE(
+        WaitUntil([&] { return SendMessageW(Of(&Form1::List1), LB_GETCURSEL, 0, 0) == 0; }));
+  }
+
+  TempFolder folder;
+  std::unique_ptr<RunningProgram> program;
+  HWND window = nullptr;
+};
+
+TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
+  Start();
+  EXPECT_EQ(TextIn(GetDlgItem(window, shell::kPhoneId)), std::string(u8"Elige tu móvil"_w));
+  ChoosePhone(0, 3);
+  ChooseMelody();
+  Click(Of(&Form1::picconvertir));
+  EXPECT_TRUE(
+      Reads(&Form1::lbltextresult, "Melodia Prueba (prueba) para Nokia en formato de compositor."));
+  EXPECT_EQ(TextIn(Of(&Form1::textresultado)), "4c1 8.#d2 2- 4g1");
+  EXPECT_EQ(TextIn(Of(&Form1::texttempo)), "90");
+  EXPECT_NE(IsWindowEnabled(Of(&Form1::picimprimir)), 0);
+  EXPECT_EQ(Close(), 0U);
+
+  Start();
+  EXPECT_EQ(TextIn(GetDlgItem(window, shell::kPhoneId)), std::string(u8"Nokia 3210, 3310 …"_w));
+  Click(Of(&Form1::cmdopciones));
+  ASSERT_TRUE(Shows(&Form1::cmbformatos));
+  EXPECT_TRUE(WaitUntil([&] {
+    return SendMessageW(Of(&Form1::cmbformatos), LB_GETCURSEL, 0, 0) == 3;
+  })) << kModel;
+  EXPECT_EQ(Close(), 0U);
+}
+
+TEST_F(WindowTest, EveryButtonOfTheRowLeadsToItsPage) {
+  Start();
+  for (const app::NavigationInfo& info : app::NavigationRow()) {
+    Click(Of(info.button));
+    for (const auto member : app::PageControls(info.page)) {
+      EXPECT_TRUE(Shows(member)) << app::PlainCaption(TextIn(Of(info.button)));
+    }
+  }
+  const HWND help = WaitForWindow(L"TonadexAyuda", program->id());
+  EXPECT_NE(help, nullptr);
+  PostMessageW(help, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(help) == 0; }));
+  EXPECT_TRUE(std::filesystem::exists(folder / "actualiza.tdx"));
+}
+
+TEST_F(WindowTest, SearchesDownloadsAndShowsTheMelodyByKeyboardAlone) {
+  Start();
+  Press('B', true);
+  ASSERT_TRUE(Shows(&Form1::txtbuscar));
+  Type(L"cumpleaños");
+  ASSERT_TRUE(Reads(&Form1::txtbuscar, u8"cumpleaños"_w));
+  Press(VK_RETURN);
+  ASSERT_TRUE(WaitUntil([&] { return SendMessageW(Of(&Form1::List1), LB_GETCOUNT, 0, 0) == 1; }));
+  for (int i = 0; i < 3; ++i) {
+    Press(VK_TAB);  // over the two buttons to the list
+  }
+  Press(VK_DOWN);
+  ASSERT_TRUE(WaitUntil([&] { return SendMessageW(Of(&Form1::List1), LB_GETCURSEL, 0, 0) == 0; }));
+  Press(VK_RETURN);
+  EXPECT_EQ(
+      AnswerBox(program->id()),
+      std::string(u8"La melodía se ha bajado correctamente. Puedes verla en tu repertorio"_w));
+  Press('R', true);
+  ASSERT_TRUE(Shows(&Form1::textresultado));
+  EXPECT_TRUE(WaitUntil([&] { return SendMessageW(Of(&Form1::List1), LB_GETCOUNT, 0, 0) == 2; }));
+}
+
+TEST_F(WindowTest, PlaysUnderItsMessageBox) {
+  Start();
+  ChooseMelody();
+  Click(Of(&Form1::picreproducir));
+  std::string title;
+  EXPECT_EQ(AnswerBox(program->id(), &title), "Reproduciendo melodia: Prueba");
+  EXPECT_EQ(title, "Reproduciendo");
+  EXPECT_TRUE(std::filesystem::exists(std::filesystem::temp_directory_path() / "rtlTmpFile.mid"));
+}
+
+TEST_F(WindowTest, AFileForAPhoneGoesWhereTheUserSays) {
+  Start();
+  ChoosePhone(7, 0);
+  ChooseMelody();
+  Click(Of(&Form1::picconvertir));
+  HWND dialog = WaitForWindow(L"#32770", program->id());
+  ASSERT_NE(dialog, nullptr);
+  while (GetDlgItem(dialog, 0x480) == nullptr && GetDlgItem(dialog, 0x47C) == nullptr) {
+    AnswerBox(program->id());  // what is said before
+    dialog = WaitForWindow(L"#32770", program->id());
+    ASSERT_NE(dialog, nullptr);
+  }
+  const HWND name =
+      GetDlgItem(dialog, 0x480) != nullptr ? GetDlgItem(dialog, 0x480) : GetDlgItem(dialog, 0x47C);
+  SendMessageW(name, WM_SETTEXT, 0,
+               reinterpret_cast<LPARAM>((folder / "tono.mid").wstring().c_str()));
+  PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(WaitUntil([&] { return folder.Read("tono.mid").starts_with("MThd"); }, 8000));
+}
+
+TEST_F(WindowTest, TheTempoBoxTakesThreeDigitsAndNothingElse) {
+  Start();
+  Click(Of(&Form1::cmdinicio));
+  ASSERT_TRUE(Shows(&Form1::txtcompoTempo));
+  ClickAt(Of(&Form1::txtcompoTempo), 12, 10);
+  Press(VK_END);
+  for (int i = 0; i < 3; ++i) {
+    Press(VK_BACK);
+  }
+  Type(L"1x2ñ34");
+  EXPECT_TRUE(Reads(&Form1::txtcompoTempo, "123")) << TextIn(Of(&Form1::txtcompoTempo));
+}
+
+TEST_F(WindowTest, AnUnhandledErrorIsToldAndEndsTheProgram) {
+  Start();
+  ChooseMelody();
+  std::filesystem::remove(folder / "melodias/prueba.33");
+  Click(Of(&Form1::picreproducir));
+  EXPECT_TRUE(AnswerBox(program->id())
+                  .starts_with("Se ha producido un error inesperado y el programa debe cerrarse:"));
+  EXPECT_EQ(program->WaitForEnd(), 1U);
+}
+
+}  // namespace
+}  // namespace tonadex::test
