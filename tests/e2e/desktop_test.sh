@@ -1,0 +1,163 @@
+#!/usr/bin/env bash
+# Drives the real desktop program by the keyboard on a display of its own, with a fresh home:
+# chooses a phone, converts and plays, searches and downloads, uploads, prints, restarts.
+#   desktop_test.sh TONADEX CLIPBOARD [FOLDER FOR SCREENSHOTS]
+set -euo pipefail
+tonadex=$1 clipboard=$2 shots=${3:-}
+home=$(mktemp -d)
+xvfb='' program=''
+
+cleanup() {
+  [ -z "$program" ] || kill "$program" 2>/dev/null || true
+  [ -z "$xvfb" ] || kill "$xvfb" 2>/dev/null || true
+  rm -rf "$home"
+}
+trap cleanup EXIT
+
+fail() {
+  echo "FALLO: $*" >&2
+  [ -z "$shots" ] || import -window root "$shots/fallo.png" || true
+  exit 1
+}
+
+# wait_for "what" command…: until the command succeeds, 60 s at most.
+wait_for() {
+  local what=$1 end=$((SECONDS + 60))
+  shift
+  until "$@" >/dev/null 2>&1; do
+    [ $SECONDS -lt $end ] || fail "no llega: $what"
+    sleep 0.05
+  done
+}
+
+# The visible windows of that title.
+window() { xdotool search --onlyvisible --name "^$1\$" 2>/dev/null; }
+
+# Finds the main window, which is at least 900 wide; the splash has the same title, is smaller, and
+# can go while it is asked about.
+main_window() {
+  local id WIDTH HEIGHT X Y SCREEN
+  for id in $(window Tonadex); do
+    WIDTH=0
+    eval "$(xdotool getwindowgeometry --shell "$id" 2>/dev/null)"
+    if [ "$WIDTH" -ge 900 ]; then main=$id && return 0; fi
+  done
+  return 1
+}
+focused() { xdotool windowfocus "$1" && [ "$(xdotool getwindowfocus)" = "$1" ]; }
+
+# The search page's button renames the update marker: the first sign that keys arrive.
+ready() { main_window && focused "$main" && keys ctrl+2 && [ -e "$folder/actualiza.tdx" ]; }
+
+start() {
+  [ ! -e "$folder/actualiza.tdx" ] || mv "$folder/actualiza.tdx" "$folder/noactualiza.tdx"
+  "$tonadex" 2>"$home/errores.txt" &
+  program=$!
+  wait_for "la ventana" main_window
+  picture bienvenida
+  wait_for "la respuesta a una tecla" ready
+}
+
+quit() {
+  xdotool key ctrl+q
+  local code=0
+  wait "$program" || code=$?
+  program=''
+  [ "$code" = 0 ] || fail "el programa acaba con $code"
+}
+
+keys() { xdotool key --delay 20 "$@"; }
+
+# tab_to "what" TEXT: goes on by the tabulator until Ctrl+C gives the text.
+copied() { keys Tab ctrl+a ctrl+c && [ "$("$clipboard")" = "$1" ]; }
+tab_to() { wait_for "$1 («$2»)" copied "$2"; }
+
+# A message box of that title: its text must hold the words. It is closed with Enter.
+box_says() { keys ctrl+c && "$clipboard" | grep -qF "$1"; }
+answer_box() {
+  local title=$1 words=$2 box
+  small_box() { box=$(window "$title" | grep -vx "$main"); }
+  wait_for "el mensaje «$title»" small_box
+  wait_for "el foco del mensaje" focused "$box"
+  wait_for "el mensaje «$words»" box_says "$words"
+  [ -z "${3:-}" ] || picture "$3"
+  keys Return
+  wait_for "el cierre del mensaje" bash -c "! xdotool search --onlyvisible --name '^$title\$' | grep -qx $box"
+  wait_for "el foco" focused "$main"
+}
+
+picture() { [ -z "$shots" ] || { sleep 0.5 && import -window root "$shots/$1.png"; }; }
+
+exec {fd}<> <(:)
+Xvfb -displayfd "$fd" -noreset -screen 0 1000x700x24 -nolisten tcp >/dev/null 2>&1 &
+xvfb=$!
+read -r -t 20 number <&"$fd" || fail "no hay Xvfb"
+export DISPLAY=:$number HOME=$home XDG_RUNTIME_DIR=$home/run TONADEX_SOUND=ninguno QT_QPA_PLATFORM=xcb
+export CUPS_SERVER=$home/none  # no printer: the sheet becomes a PDF
+unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME TONADEX_HOME TONADEX_SERVIDOR WAYLAND_DISPLAY
+mkdir -m 700 "$XDG_RUNTIME_DIR"
+mkdir "$home/Documents"
+folder=$home/.local/share/tonadex
+setting=$home/.config/tonadex/ajustes.ini
+
+echo "Elegir un móvil"
+start
+keys ctrl+5 Tab Home End
+picture opciones
+keys ctrl+3
+wait_for "el móvil guardado" grep -qF '"modelo"=" Pulsaciones"' "$setting"
+
+echo "Escuchar y convertir"
+printf 'Zztop prueba:d=4,o=5,b=60:c,8e.,2gjuh9hay\r\n' >"$folder/melodias/zzprueba.38"
+keys ctrl+2 ctrl+3 z z
+keys Return
+answer_box Reproduciendo "Reproduciendo melodia: Zztop prueba" reproducir
+[ -n "$(find "$home" -name rtlTmpFile.mid)" ] || fail "no hay fichero MIDI"
+keys alt+c
+tab_to "las pulsaciones" "1* (3)8 599# "
+picture repertorio
+tab_to "los avisos" "En el compositor de tu Nokia debes pulsar las teclas que se indican para poder introducir la melodía en tu móvil
+Al introducir las notas rodeadas entre paréntesis, debes mantener pulsada esta tecla durante 3 segundos
+Los espacios sólo sirven para facilitar la lectura, no debes introducirlos en tu móvil"
+
+echo "Imprimir"
+keys alt+m
+answer_box Tonadex ".pdf"
+[ -n "$(find "$home" -name '*.pdf')" ] || fail "no hay hoja"
+
+echo "Buscar y descargar"
+keys ctrl+2
+rm "$folder"/melodias/*
+xdotool type --delay 20 "noche"
+keys Return
+found() { keys Down ctrl+c && "$clipboard" | grep -q '(NochedePaz)'; }
+wait_for "lo encontrado" found
+picture buscar
+keys Return
+answer_box Tonadex "La melodía se ha bajado correctamente."
+ls "$folder"/melodias/*.* >/dev/null || fail "no se ha bajado nada"
+
+echo "Componer y subir"
+keys ctrl+1
+xdotool type --delay 20 "Prueba"
+keys Tab ctrl+a
+xdotool type --delay 20 "120"
+keys Tab
+xdotool type --delay 20 "8c1 8e1 4.g1 8- #a1 2c2"
+picture inicio
+keys alt+s
+answer_box Tonadex "Melodia subida correctamente."
+ls "$folder"/servidor/Prueba.* >/dev/null || fail "el servidor no la tiene"
+keys alt+s
+answer_box Tonadex "existia"
+
+echo "Cerrar y volver a empezar"
+quit
+start
+keys ctrl+3 ctrl+5 ctrl+3
+grep -qF '"modelo"=" Pulsaciones"' "$setting" || fail "el móvil no se ha conservado"
+keys Down alt+c
+keys_shown() { keys Tab ctrl+a ctrl+c && "$clipboard" | grep -qE '^([0-9()*#]+ ){20,}$'; }
+wait_for "las pulsaciones de otra melodía" keys_shown
+quit
+echo "Bien"
