@@ -1,0 +1,59 @@
+# What run.sh, test.sh and check.sh share: packages, build folder, presets. Debian 12.
+# shellcheck shell=bash
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+build_packages=(
+  g++ cmake ninja-build ca-certificates
+  libboost-dev libcli11-dev nlohmann-json3-dev
+  libfluidsynth-dev timgm6mb-soundfont
+  qt6-base-dev libqt6svg6-dev qt6-webengine-dev qt6-translations-l10n
+  fonts-dejavu-core xdg-utils
+)
+test_packages=(
+  libgtest-dev libgmock-dev libbenchmark-dev
+  xvfb xauth xdotool xclip
+  cups cups-client cups-filters poppler-utils
+  timidity procps
+)
+windows_packages=(
+  g++ cmake ninja-build libboost-dev libcli11-dev nlohmann-json3-dev libgtest-dev googletest
+  g++-mingw-w64-x86-64-posix zip
+  wine wine64 xvfb fonts-dejavu-core
+)
+check_packages=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14)
+
+say() { printf '\033[1m%s\033[0m\n' "$*" >&2; }
+
+is_installed() {
+  [ "$(dpkg-query -W -f='${db:Status-Abbrev}' "$1" 2>/dev/null)" = "ii " ]
+}
+
+# install_packages NAME…: installs what is missing, as root or through sudo.
+install_packages() {
+  local missing=() package as_root=()
+  for package in "$@"; do
+    is_installed "$package" || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  say "Instalando paquetes: ${missing[*]}"
+  "${as_root[@]}" apt-get -o DPkg::Lock::Timeout=600 update -qq
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600 install -y -qq \
+    --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build PRESET [TARGET…]: configures and builds; quick when nothing has changed.
+build() {
+  local preset=$1
+  shift
+  local targets=()
+  [ $# -eq 0 ] || targets=(--target "$@")
+  (cd "$root" && cmake --preset "$preset" >"/tmp/tonadex-configure-$$.log" 2>&1) || {
+    cat "/tmp/tonadex-configure-$$.log" >&2
+    rm -f "/tmp/tonadex-configure-$$.log"
+    return 1
+  }
+  rm -f "/tmp/tonadex-configure-$$.log"
+  (cd "$root" && cmake --build --preset "$preset" "${targets[@]}" >&2)
+}
