@@ -29,7 +29,7 @@ h1 { margin: 0; color: var(--accent); font-size: 30px; letter-spacing: -0.5px; l
 h2 { margin: 0 0 8px; color: var(--accent); font-size: 17px; }
 p { margin: 0 0 8px; }
 .soft { color: var(--soft); }
-.grid { display: grid; grid-template-columns: repeat(auto-fit, minmax(260px, 1fr)); gap: 16px;
+.grid { display: grid; grid-template-columns: repeat(auto-fit, minmax(300px, 1fr)); gap: 16px;
   margin-top: 16px; }
 .card { border: 1px solid var(--line); border-radius: 8px; padding: 16px; overflow-wrap: anywhere; }
 .display { margin-top: 16px; padding: 16px; border-radius: 12px; background: var(--display);
