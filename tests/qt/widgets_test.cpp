@@ -128,6 +128,25 @@ TEST(PhoneDisplay, HeldKeysAloneAreHeavier) {
   EXPECT_EQ(heavy, "(5)");
 }
 
+TEST(PhoneDisplay, FillsItsPlaceUntilSomeoneChoosesASize) {
+  PhoneDisplay display;
+  display.resize(500, 200);
+  Show(display, "1 2 3 ", true);
+  const int alone = display.PixelSize();
+  std::string melody;
+  for (int note = 0; note < 200; ++note) {
+    melody += "288** ";
+  }
+  Show(display, melody, true);
+  EXPECT_LT(display.PixelSize(), alone);
+  display.resize(1600, 900);
+  EXPECT_EQ(display.PixelSize(), alone);
+  display.SetPixelSize(18);
+  display.resize(500, 200);
+  Show(display, "1 2 3 ", true);
+  EXPECT_EQ(display.PixelSize(), 18);
+}
+
 TEST(PhoneDisplay, CountedGroupsLeaveRoomForTheirNumbers) {
   PhoneDisplay plain, counted;
   Show(plain, "18 3 59");

@@ -15,6 +15,7 @@ namespace {
 
 constexpr QChar kBreakHere(0x200B);   // no width: a line may end here
 constexpr QChar kKeepTogether(0xA0);  // a blank that no line ends at
+constexpr int kSmallestFit = 20, kLargestFit = 30;  // pixels, where nobody has chosen
 
 // The document's text is built from the result's: breaks are allowed between neighbouring groups
 // and forbidden within them. `origin` maps back, so that copying gives the result itself.
@@ -55,7 +56,7 @@ PhoneDisplay::PhoneDisplay(QWidget* parent)
   document()->setDocumentMargin(kGrid / 2);
   margin_->setAttribute(Qt::WA_TransparentForMouseEvents);
   connect(this, &QPlainTextEdit::updateRequest, margin_, [this] { margin_->update(); });
-  SetFontFor(kSmallestPixels + 4);
+  SetFontFor(kSmallestFit);
 }
 
 void PhoneDisplay::SetResult(const QString& text, const std::vector<DisplayGroup>& groups,
@@ -99,6 +100,7 @@ void PhoneDisplay::SetResult(const QString& text, const std::vector<DisplayGroup
   SetFontFor(PixelSize());
   SetHeldFormats();
   PlaceMargin();
+  FitText();
 }
 
 void PhoneDisplay::SetHeldFormats() {
@@ -117,9 +119,30 @@ void PhoneDisplay::SetHeldFormats() {
 void PhoneDisplay::SetPixelSize(int pixels) {
   const int wanted = std::clamp(pixels, kSmallestPixels, kLargestPixels);
   if (wanted != PixelSize()) {
+    sizeChosen_ = true;
     SetFontFor(wanted);
     PlaceMargin();
     emit PixelSizeChanged(wanted);
+  }
+}
+
+void PhoneDisplay::FitText() {
+  if (sizeChosen_ || fitting_ || text_.isEmpty()) {
+    return;
+  }
+  fitting_ = true;  // each size moves the margin, and so resizes the place again
+  const int before = PixelSize();
+  for (int pixels = kLargestFit; pixels >= kSmallestFit; pixels -= 2) {
+    SetFontFor(pixels);
+    PlaceMargin();
+    const qreal lines = document()->size().height();  // a plain document counts its lines
+    if (lines * QFontMetricsF(font()).lineSpacing() + kGrid <= viewport()->height()) {
+      break;
+    }
+  }
+  fitting_ = false;
+  if (PixelSize() != before) {
+    emit PixelSizeChanged(PixelSize());
   }
 }
 
@@ -284,6 +307,7 @@ void PhoneDisplay::wheelEvent(QWheelEvent* event) {
 void PhoneDisplay::resizeEvent(QResizeEvent* event) {
   QPlainTextEdit::resizeEvent(event);
   PlaceMargin();
+  FitText();
 }
 
 void PhoneDisplay::changeEvent(QEvent* event) {

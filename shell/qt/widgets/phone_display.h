@@ -14,6 +14,7 @@ struct DisplayGroup {
 
 // A text on a phone's monochrome display: monospaced, wrapped between groups, for reading,
 // selecting and copying. The group under the pointer, or reached with the arrow keys, is marked.
+// Until someone chooses a size, the text is as large as its place allows, within limits.
 class PhoneDisplay : public QPlainTextEdit {
   Q_OBJECT
  public:
@@ -63,6 +64,7 @@ class PhoneDisplay : public QPlainTextEdit {
   void Mark(int group);
   void StepMark(int step);
   void SetFontFor(int pixels);
+  void FitText();
   void PaintMargin(QPainter& painter) const;
   void PlaceMargin();
   void SetHeldFormats();
@@ -73,6 +75,8 @@ class PhoneDisplay : public QPlainTextEdit {
   QWidget* margin_;
   bool counted_ = false;
   int marked_ = -1;
+  bool sizeChosen_ = false;
+  bool fitting_ = false;
 };
 
 }  // namespace tonadex::shell
