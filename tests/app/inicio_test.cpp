@@ -2,17 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
-#include <string_view>
 
 #include "app/settings.h"
+#include "core/windows1252.h"
+#include "tests/core/table.h"
 #include "tests/support/test_program.h"
 
 namespace tonadex::app {
 namespace {
-
-using namespace std::string_literals;
 
 TEST(Inicio, LastsOneInterval) {
   test::TestProgram test;
@@ -28,58 +26,32 @@ TEST(Inicio, LastsOneInterval) {
   EXPECT_FALSE(splash.Timer1.enabled);
 }
 
-struct VersionCase {
-  std::string_view name;
-  std::optional<std::string_view> file;
-  std::string_view label, version;
-};
-
-const VersionCase kVersionCases[] = {{"Missing", std::nullopt, "Beta 0.8", ""},
-                                     {"Empty", "", "Beta 0.8", ""},
-                                     {"Plain", "1.0.2\r\n", "1.0.2", "1.0.2"},
-                                     {"List", " 1.0 ,2,3", "1.0", "1.0"},
-                                     {"Quoted", "\"1,0 b\",x", "1,0 b", "1,0 b"},
-                                     {"Utf8", "versi\xC3\xB3n", "versi\xF3n", "versi\xF3n"}};
-
-TEST(InicioVersion, IsTheFirstItem) {
-  for (const VersionCase& c : kVersionCases) {
-    SCOPED_TRACE(c.name);
+TEST(Inicio, ShowsTheFirstItemOfTheVersionFile) {
+  for (const test::Row& row : test::Table("Versions")) {
+    SCOPED_TRACE(row[0]);
     test::TestProgram test;
-    if (c.file) {
-      test.folder.Write("ver.dat", *c.file);
+    if (row[0] != "(none)") {
+      test.folder.Write("ver.dat", row[0]);
     }
     inicio splash(test.program);
     splash.Form_Load(0);
-    EXPECT_EQ(splash.Label1.caption, c.label);
-    EXPECT_EQ(test.program.gVersion, c.version);
+    EXPECT_EQ(splash.Label1.caption, row[1]);
+    EXPECT_EQ(test.program.gVersion, row[2]);
   }
 }
 
-struct SettingCase {
-  std::string_view name;
-  std::optional<platform::RegistryValue> stored;
-  std::string model;
-};
-
-const SettingCase kSettingCases[] = {
-    {"Missing", std::nullopt, "0"},
-    {"LeadingBlankStays", platform::RegistryValue{1, " KWS"}, " KWS"},
-    {"CutAtNul", platform::RegistryValue{1, " KWS\0rest"s}, " KWS"},
-    {"Empty", platform::RegistryValue{1, ""}, "0"},
-    {"NulOnly", platform::RegistryValue{1, "\0"s}, "0"},
-    {"NoText", platform::RegistryValue{4, " KWS"}, "0"}};
-
 // The note for a first run stays hidden in every case: a missing model reads "0".
-TEST(InicioModel, IsTheSavedSetting) {
-  for (const SettingCase& c : kSettingCases) {
-    SCOPED_TRACE(c.name);
+TEST(Inicio, TakesTheSavedModel) {
+  for (const test::Row& row : test::Table("Settings")) {
+    SCOPED_TRACE(row[1]);
     test::TestProgram test;
-    if (c.stored) {
-      test.registry.SetValue(platform::kHkeyClassesRoot, "tonadex\\", "modelo", *c.stored);
+    if (row[0] != "0") {
+      test.registry.SetValue(platform::kHkeyClassesRoot, "tonadex\\", "modelo",
+                             {static_cast<std::uint32_t>(std::stoul(row[0])), row[1]});
     }
     inicio splash(test.program);
     splash.Form_Load(0);
-    EXPECT_EQ(test.program.gPhoneModel, c.model);
+    EXPECT_EQ(test.program.gPhoneModel, row[2]);
     EXPECT_FALSE(splash.Frame1.visible);
   }
 }

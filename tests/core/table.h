@@ -25,13 +25,17 @@ inline Row ReadRow(std::string line) {
     std::string field(core::Trim(part));
     core::ReplaceAll(field, "_", " ");
     core::ReplaceAll(field, "¶", "\r\n");
+    for (std::size_t at = 0; (at = field.find("\\x", at)) != std::string::npos; ++at) {
+      field.replace(at, 4, 1, static_cast<char>(std::stoi(field.substr(at + 2, 2), nullptr, 16)));
+    }
     row.fields.push_back(std::move(field));
   }
   return row;
 }
 
 // The rows below "[section]" of the layer's table.txt: UTF-8, fields parted by "|" with any blanks
-// around, "_" for a blank that counts and "¶" for CR LF; "//" begins a comment line.
+// around, "_" for a blank that counts, "¶" for CR LF and "\x00" for any byte; "//" begins a comment
+// line.
 inline std::vector<Row> Table(std::string_view section) {
   std::vector<Row> rows;
   std::ifstream in(TONADEX_TABLE);

@@ -11,22 +11,26 @@
 // What the tests of melody code share. Expected texts are UTF-8, as an editor shows them.
 namespace tonadex::test {
 
+// A box as its text in UTF-8, "!" (exclamation) or "i" (information) in front and the title in
+// brackets where it is not the default one.
+inline std::string BoxText(const platform::Message& box) {
+  std::string text = box.icon == platform::Icon::kExclamation   ? "!"
+                     : box.icon == platform::Icon::kInformation ? "i"
+                                                                : "";
+  text += box.title == platform::kDefaultTitle ? "" : "[" + core::ToUtf8(box.title) + "]";
+  return text + core::ToUtf8(box.text);
+}
+
 // Records the message boxes of its scope.
 struct Boxes {
   platform::RecordingMessages recorded;
   platform::ScopedMessageSink scope{recorded};
 
-  // Each box as its text in UTF-8, "!" (exclamation) or "i" (information) in front and the title
-  // in brackets where it is not the default one; boxes are parted by "|".
+  // Every box, parted by "|".
   std::string Text() const {
     std::string text;
     for (const platform::Message& box : recorded.messages) {
-      text += text.empty() ? "" : "|";
-      text += box.icon == platform::Icon::kExclamation   ? "!"
-              : box.icon == platform::Icon::kInformation ? "i"
-                                                         : "";
-      text += box.title == platform::kDefaultTitle ? "" : "[" + box.title + "]";
-      text += core::ToUtf8(box.text);
+      text += (text.empty() ? "" : "|") + BoxText(box);
     }
     return text;
   }

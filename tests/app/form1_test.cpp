@@ -1,0 +1,248 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/composer_keys.h"
+#include "app/form1.h"
+#include "app/form1_tables.h"
+#include "core/runtime_error.h"
+#include "tests/core/table.h"
+#include "tests/core/test_melody.h"
+#include "tests/support/test_program.h"
+
+namespace tonadex::app {
+namespace {
+
+class Form1Test : public testing::Test {
+ protected:
+  void SetUp() override {
+    form.Form_Load();
+    test.webViews.log.clear();
+  }
+  // The visible controls outside the navigation row, timers left out, in alphabetical order.
+  std::string Visible() const {
+    std::set<std::string_view> names;
+    for (const ControlInfo& info : Controls()) {
+      const bool navigation = std::ranges::any_of(
+          NavigationRow(), [&](const auto& each) { return each.button == info.member; });
+      const bool visible = (form.*info.member).visible;
+      EXPECT_TRUE(visible || !navigation) << info.name;
+      if (visible && !navigation && info.kind != ControlKind::kTimer) {
+        names.insert(info.name);
+      }
+    }
+    std::string text;
+    for (const std::string_view name : names) {
+      text.append(text.empty() ? "" : " ").append(name);
+    }
+    return text;
+  }
+  void Click(const test::Row& page) {
+    const Control& button = form.*FindControl(page[0])->member;
+    for (const HandlerInfo& info : Handlers()) {
+      if (&(form.*info.control) == &button) {
+        (form.*info.handler)();
+      }
+    }
+  }
+
+  test::TestProgram test;
+  Form1 form{test.program};
+};
+
+// From every page to every page: what is shown, which page is marked, and where the web views went.
+TEST_F(Form1Test, ShowTheirControlsAlone) {
+  EXPECT_EQ(Visible(), "WebBrowser1");
+  EXPECT_EQ(form.NavigationButton(), nullptr);
+  const std::vector<test::Row> pages = test::Table("Pages");
+  for (const test::Row& from : pages) {
+    for (const test::Row& to : pages) {
+      SCOPED_TRACE(from[0] + " to " + to[0]);
+      Click(from);
+      test.webViews.log.clear();
+      Click(to);
+      EXPECT_EQ(Visible(), to[2]);
+      EXPECT_EQ(std::to_string(form.paginaactual), to[1]);
+      EXPECT_EQ(form.NavigationButton(), &(form.*FindControl(to[0])->member));
+      const std::string went = to[1] == "5" ? "WebBrowser1 http://servidor/mini906.php"
+                                            : "navbanner http://servidor/banners.php";
+      EXPECT_EQ(test.webViews.log, std::vector(from[0] == to[0] ? 0 : 1, went));
+    }
+  }
+}
+
+TEST_F(Form1Test, HaveNoMnemonicTwice) {
+  const auto count = [this](Control Form1::*member, std::map<char, int>& used) {
+    const std::string& caption = (form.*member).caption;
+    const std::size_t mark = caption.find('&');
+    if (mark != std::string::npos) {
+      ++used[static_cast<char>(std::tolower(caption[mark + 1]))];
+    }
+  };
+  for (const std::int16_t page : {kSearchPage, kRepertoirePage, kOptionsPage, kStartPage}) {
+    std::map<char, int> used;
+    for (const NavigationInfo& info : NavigationRow()) {
+      count(info.button, used);
+    }
+    for (const auto member : PageControls(page)) {
+      count(member, used);
+    }
+    for (const auto& [letter, times] : used) {
+      EXPECT_EQ(times, 1) << letter << " on page " << page;
+    }
+  }
+}
+
+TEST(CmdopcionesClick, RestoresTheSavedModel) {
+  for (const test::Row& row : test::Table("Saved models")) {
+    SCOPED_TRACE(row[0]);
+    test::TestProgram test;
+    test.program.gPhoneModel = row[0];
+    Form1 form(test.program);
+    form.Form_Load();
+    form.cmdopciones_Click();
+    EXPECT_EQ(form.cmbmarcas.rows.size(), 8u);
+    EXPECT_EQ(std::to_string(form.cmbmarcas.listIndex), row[1]);
+    EXPECT_EQ(form.cmbmarcas.text, form.cmbmarcas.SelectedText());
+    EXPECT_EQ(form.cmbformatos.text, row[2]);
+    EXPECT_EQ(std::to_string(form.cmbformatos.listIndex), row[3]);
+    EXPECT_EQ(test.shell.doEvents, 1);
+    form.cmdbuscar_Click();
+    EXPECT_EQ(test.registry.values["2147483648/tonadex\\/modelo"].data, row[2]);
+  }
+}
+
+TEST_F(Form1Test, ReportWhatNoHandlerCatches) {
+  EXPECT_FALSE(RunHandler(test.program, [] {
+    throw core::RunTimeError(core::ErrorNumber::kFileNotFound, "no hay fichero");
+  }));
+  ASSERT_EQ(test.boxes.messages.size(), 1u);
+  EXPECT_EQ(test::BoxText(test.boxes.messages[0]),
+            "!Se ha producido un error inesperado y el programa debe cerrarse:\r\nno hay fichero");
+  EXPECT_EQ(test.shell.ends, 1);
+  EXPECT_EQ(test.program.exitCode, 1);
+}
+
+TEST_F(Form1Test, DropEventsWhileARequestRuns) {
+  form.cmdbuscar_Click();
+  std::vector<bool> busy;
+  test.program.busyChanged = [&] { busy.push_back(test.program.busy); };
+  test.http.during = [&] {
+    EXPECT_TRUE(RunHandler(test.program, [&] { form.cmdrepertorio_Click(); }));
+  };
+  EXPECT_TRUE(RunHandler(test.program, [&] { form.picazar_Click(); }));
+  EXPECT_EQ(form.paginaactual, 1);
+  EXPECT_EQ(busy, (std::vector<bool>{true, false}));
+}
+
+TEST_F(Form1Test, ListOneRowForEachFileOfTheRepertoire) {
+  for (const test::Row& row : test::Table("Files")) {
+    std::filesystem::remove_all(test.folder / "melodias");
+    test.folder.Write("melodias/" + row[0], row[1]);
+    form.cmdbuscar_Click();
+    form.cmdrepertorio_Click();
+    std::string rows;
+    for (const ListRow& each : form.List1.rows) {
+      rows += each.text + "=" + std::to_string(each.itemData) + ";";
+    }
+    EXPECT_EQ(rows, row[2]) << row[0];
+  }
+}
+
+TEST_F(Form1Test, ListTenThousandFiles) {
+  for (int i = 0; i < 10'000; ++i) {
+    test.folder.Write("melodias/m" + std::to_string(i) + ".9", "M:d=4:c,d");
+  }
+  form.cmdrepertorio_Click();
+  EXPECT_EQ(form.List1.rows.size(), 10'000u);
+}
+
+// A melody is marked as sounding while its box is up.
+TEST_F(Form1Test, TellWhichMelodySounds) {
+  struct Watch : platform::MessageSink {
+    explicit Watch(const Form1& window) : form(window) {}
+    void Show(const platform::Message&) override { seen.push_back(form.sounding); }
+    const Form1& form;
+    std::vector<Sounding> seen;
+  } watch(form);
+  const platform::ScopedMessageSink sink(watch);
+  test.folder.Write("melodias/vals.120", "Vals:d=4,o=5,b=100:c");
+  form.cmdrepertorio_Click();
+  form.List1.Select(0);
+  form.picreproducir_Click();
+  form.txtrtttlsube.text = "Vals:d=4,o=5,b=100:c";
+  form.cmdscuchartttl_Click();
+  form.txtcomponombremelodia.text = "x";
+  form.txtmelodiacompo.text = "4c1";
+  form.cmdscuchacumpo_Click();
+  EXPECT_EQ(watch.seen,
+            (std::vector{Sounding::kRepertoire, Sounding::kRtttl, Sounding::kComposer}));
+  EXPECT_EQ(form.sounding, Sounding::kNothing);
+}
+
+TEST_F(Form1Test, DrawWhatIsSelectedOrTyped) {
+  test.folder.Write("melodias/vals.120", "Vals:d=4,o=5,b=100:c,8cjuh9hay6,p");
+  form.cmdrepertorio_Click();
+  form.List1.Select(0);
+  form.List1_Click();
+  EXPECT_EQ(form.repertoireDrawing, MelodyDrawing("Vals:d=4,o=5,b=100:c,8c#6,p"));
+  form.txtmelodiacompo.text = "4c1 8.#d2 4-";
+  form.txtcompoTempo.text = "90";
+  form.txtmelodiacompo_Change();
+  EXPECT_EQ(form.composerDrawing, MelodyDrawing("x:d=4,o=5,b=90:c,8d#.6,p"));
+}
+
+TEST_F(Form1Test, WarnBeyondFiftyNotes) {
+  form.txtcomponombremelodia.text = "Tema";
+  for (const auto& [notes, warning, verdict] :
+       {std::tuple{50, "", Verdict::kGood},
+        {51, "ADVERTENCIA: La melodia tiene mas de 50 notas.", Verdict::kBad}}) {
+    form.txtmelodiacompo.text = test::Repeated("4c1 ", notes);
+    form.txtmelodiacompo_Change();
+    EXPECT_EQ(form.composerCheck.verdict, verdict);
+    form.cmdscuchacumpo_Click();
+    EXPECT_EQ(form.lblMsg.caption, warning);
+  }
+  EXPECT_EQ(test.boxes.messages.size(), 2u) << "both are played";
+}
+
+TEST_F(Form1Test, FilterTheKeysOfTheTempoBox) {
+  for (const auto& [typed, passing] : {std::pair{"12", "\b0123456789"}, {"123", "\b"}}) {
+    std::string keys;
+    for (std::int16_t key = 1; key < 256; ++key) {
+      form.txtcompoTempo.text = typed;
+      std::int16_t code = key;
+      form.txtcompoTempo_KeyPress(code);
+      keys += code == key ? std::string(1, static_cast<char>(key)) : "";
+    }
+    EXPECT_EQ(keys, passing);
+  }
+  EXPECT_EQ(test.shell.beeps, 244 + 254);
+}
+
+// "!" in front of a key holds it.
+TEST(PressKey, ActsAsThePhone) {
+  for (const test::Row& row : test::Table("Keys")) {
+    const std::size_t cursor = row[0].find('^');
+    ComposerText text{row[0], cursor};
+    text.text.erase(cursor, 1);
+    bool held = false;
+    for (const char key : row[1]) {
+      if (key != '!') {
+        text = PressKey(text, std::string_view(&key, 1), held);
+      }
+      held = key == '!';
+    }
+    text.text.insert(text.cursor, "^");
+    EXPECT_EQ(text.text, row[2]) << row[0] << " " << row[1];
+  }
+}
+
+}  // namespace
+}  // namespace tonadex::app

@@ -1,0 +1,210 @@
+// The main window, driven by the scenarios of scenarios.txt, which explains its own form.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/form1.h"
+#include "app/form1_tables.h"
+#include "core/melody_file.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+#include "tests/core/table.h"
+#include "tests/core/test_melody.h"
+#include "tests/support/test_program.h"
+
+namespace tonadex::app {
+namespace {
+
+using test::Row;
+
+struct Scenario {
+  std::string name;
+  std::vector<std::string> steps;
+};
+
+void PrintTo(const Scenario& scenario, std::ostream* os) {
+  *os << scenario.name;
+}
+
+std::vector<Scenario> Scenarios() {
+  std::vector<Scenario> scenarios;
+  std::ifstream in(TONADEX_SCENARIOS);
+  for (std::string line; std::getline(in, line);) {
+    if (line.starts_with('[')) {
+      scenarios.push_back({line.substr(1, line.find(']') - 1), {}});
+    } else if (!line.empty() && !line.starts_with("//")) {
+      scenarios.back().steps.push_back(line);
+    }
+  }
+  return scenarios;
+}
+
+class Form1Scenario : public testing::TestWithParam<Scenario> {
+ protected:
+  using Step = void (Form1Scenario::*)(const Row&);
+
+  Control& Named(const std::string& name) { return form.*FindControl(name)->member; }
+
+  template <Event event>
+  void Raise(const Row& row) {
+    for (const HandlerInfo& info : Handlers()) {
+      if (&(form.*info.control) == &Named(row[0]) && info.event == event) {
+        const int error = test::ErrorOf([&] { (form.*info.handler)(); });
+        failure_ = error == 0 ? "" : "error " + std::to_string(error) + "\n";
+        return;
+      }
+    }
+    FAIL() << "no such handler";
+  }
+
+  // What has happened outside since it was last asked for.
+  std::string Effects() {
+    std::string effects;
+    const auto add = [&effects](std::string_view kind, auto& happened, auto inWords) {
+      for (const auto& each : std::exchange(happened, {})) {
+        effects.append(kind).append(" ").append(inWords(each)).append("\n");
+      }
+    };
+    const auto utf8 = [](const std::string& text) { return core::ToUtf8(text); };
+    const auto times = [&effects](std::string_view what, int& count) {
+      effects += count == 0 ? "" : std::string(what) + " " + std::to_string(count) + "\n";
+      count = 0;
+    };
+    add("box", test.boxes.messages, test::BoxText);
+    add("get", test.http.urls, utf8);
+    add("web", test.webViews.log, utf8);
+    add("mci", test.sequencer.commands, utf8);
+    add("print", test.richText.printed, utf8);
+    add("dialog", test.fileDialogs.asked, [](const platform::FileDialogRecord& asked) {
+      return core::ToUtf8(asked.lpstrTitle) + " in " + asked.lpstrInitialDir + ", filter " +
+             std::to_string(asked.nFilterIndex);
+    });
+    add("help", test.shell.help, [](const auto& file) { return file.string(); });
+    times("events", test.shell.doEvents);
+    times("saved", test.registry.writes);
+    times("end", test.shell.ends);
+    core::ReplaceAll(effects, "http://servidor", "");
+    core::ReplaceAll(effects, test.folder.path().string(), "@");
+    core::ReplaceAll(effects, "\r\n", "¶");
+    core::ReplaceAll(effects, "\r", "¶");
+    return effects + std::exchange(failure_, {});
+  }
+
+  std::string Value(const std::string& name) {
+    const std::size_t dot = name.find('.');
+    const std::string field = name.substr(std::min(dot, name.size() - 1) + 1);
+    if (dot == std::string::npos) {
+      const std::map<std::string, std::string> values = {
+          {"page", std::to_string(form.paginaactual)},
+          {"melodiasube", form.melodiasube},
+          {"melody", test.program.gMelody.Text},
+          {"instrument", std::to_string(test.program.gMelody.Instrument)},
+          {"phone", test.program.gPhoneModel},
+          {"saved", test.registry.values["2147483648/tonadex\\/modelo"].data},
+          {"empty", form.EmptySentence() + (form.OffersSearch() ? " [search]" : "")},
+          {"no result", form.EmptyResultSentence()},
+          {"file name", form.ResultCanBeSaved() ? form.SuggestedResultName() : ""},
+          {"count", form.composerCheck.sentence},
+          {"composed notes", std::to_string(form.composerDrawing.notes.size())},
+          {"repertoire notes", std::to_string(form.repertoireDrawing.notes.size())}};
+      return values.at(name);
+    }
+    const Control& control = Named(name.substr(0, dot));
+    std::string rows;
+    for (const ListRow& row : control.rows) {
+      rows += row.text + "=" + std::to_string(row.itemData) + (row.hint ? "?;" : ";");
+    }
+    return std::map<std::string, std::string>{{"text", control.text},
+                                              {"caption", control.caption},
+                                              {"address", control.address},
+                                              {"index", std::to_string(control.listIndex)},
+                                              {"enabled", control.enabled ? "yes" : "no"},
+                                              {"rows", rows}}
+        .at(field);
+  }
+
+  void Start(const Row& row) {
+    form.Form_Load();
+    Raise<Event::kClick>(row);
+    Effects();
+  }
+  void Load(const Row& row) {
+    test.program.gVersion = row[0];
+    form.Form_Load();
+  }
+  void Compose(const Row& row) {
+    form.txtcomponombremelodia.text = core::FromUtf8(row[0]);
+    form.txtcompoTempo.text = row[1];
+    form.txtmelodiacompo.text = row[2];
+    form.lblMsg.caption = "before";
+  }
+  void Type(const Row& row) { Named(row[0]).text = core::FromUtf8(row[1]); }
+  void Select(const Row& row) { Named(row[0]).Select(std::stoi(row[1])); }
+  void File(const Row& row) { test.folder.Write(row[0], core::FromUtf8(row[1])); }
+  void Gone(const Row& row) { std::filesystem::remove_all(test.folder / row[0]); }
+  void Holds(const Row& row) { EXPECT_EQ(core::ToUtf8(test.folder.Read(row[0])), row[1]); }
+  void Is(const Row& row) { EXPECT_EQ(core::ToUtf8(Value(row[0])), row[1]); }
+  void Phone(const Row& row) { test.program.gPhoneModel = row[0]; }
+  void Reply(const Row& row) { test.http.replies.emplace_back(row[0]); }
+  void Answer(const Row& row) {
+    test.fileDialogs.answers = {core::TextFromPath(test.folder / row[0])};
+  }
+  void Broken(const Row& row) {
+    (row[0] == "printer" ? test.richText.noPrinter : test.webViews.broken) = true;
+  }
+  void QueryUnload(const Row&) { form.Form_QueryUnload(); }
+
+  test::TestProgram test;
+  Form1 form{test.program};
+  const std::map<std::string, Step> verbs = {{"start", &Form1Scenario::Start},
+                                             {"load", &Form1Scenario::Load},
+                                             {"compose", &Form1Scenario::Compose},
+                                             {"type", &Form1Scenario::Type},
+                                             {"select", &Form1Scenario::Select},
+                                             {"file", &Form1Scenario::File},
+                                             {"gone", &Form1Scenario::Gone},
+                                             {"holds", &Form1Scenario::Holds},
+                                             {"is", &Form1Scenario::Is},
+                                             {"phone", &Form1Scenario::Phone},
+                                             {"reply", &Form1Scenario::Reply},
+                                             {"answer", &Form1Scenario::Answer},
+                                             {"broken", &Form1Scenario::Broken},
+                                             {"close", &Form1Scenario::QueryUnload},
+                                             {"click", &Form1Scenario::Raise<Event::kClick>},
+                                             {"activate", &Form1Scenario::Raise<Event::kActivate>},
+                                             {"change", &Form1Scenario::Raise<Event::kChange>},
+                                             {"tick", &Form1Scenario::Raise<Event::kTick>},
+                                             {"lead", &Form1Scenario::Raise<Event::kNavigation>}};
+
+ private:
+  std::string failure_;
+};
+
+TEST_P(Form1Scenario, HasTheseEffectsAndNoOthers) {
+  std::string done, want;
+  const auto check = [&] { EXPECT_EQ(Effects(), want) << done; };
+  for (const std::string& step : GetParam().steps) {
+    if (step.starts_with("> ")) {
+      want += step.substr(2) + "\n";
+      continue;
+    }
+    check();
+    SCOPED_TRACE(step);
+    const std::size_t verb = std::min(step.find(' '), step.size());
+    (this->*verbs.at(step.substr(0, verb)))(test::ReadRow(step.substr(verb)));
+    done = step;
+    want.clear();
+  }
+  check();
+}
+
+INSTANTIATE_TEST_SUITE_P(Window, Form1Scenario, testing::ValuesIn(Scenarios()),
+                         [](const auto& tested) { return tested.param.name; });
+
+}  // namespace
+}  // namespace tonadex::app
