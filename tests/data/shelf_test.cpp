@@ -1,0 +1,148 @@
+// The table of melodies that the program ships with: each is well formed and fits every phone.
+#include "data/shelf.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "core/rtttl.h"
+#include "core/text.h"
+#include "nokia3210/octave_range.h"
+
+namespace tonadex::data {
+namespace {
+
+using std::string;
+
+// Lengths are counted in sixty-fourths of a whole note: the dot of a thirty-second is one.
+constexpr int kWhole = 64;
+constexpr int kQuarter = kWhole / 4;
+
+// The names leave out what file names, addresses and the form of a melody cannot hold.
+const string kName = R"([^().,:/\\?'&#=|"*<>\x01-\x1F\x7F ]+)";
+const std::regex kMelody(kName + "(?: " + kName +
+                         ")*:d=(?:1|2|4|8|16|32),o=[4-7],b=(?:[4-9]\\d|1\\d\\d|2[0-3]\\d|240):"
+                         "[^:]+");
+// Pauses take neither dot nor octave.
+const std::regex kNote("(?:1|2|4|8|16|32)?(?:p|(?:[cdfga]#?|[eb])\\.?[4-7]?)");
+const std::regex kMetre("([1-9]\\d?)/(1|2|4|8|16|32)");
+const std::regex kUpbeat("(\\d\\d?)(?:/(1|2|4|8|16))?");
+const std::regex kStem("[A-Za-z0-9_-]+");
+
+// "3/8" of `unit`; -1 for a text that is no fraction.
+int Fraction(const string& text, const std::regex& form, int unit) {
+  std::smatch parts;
+  if (!std::regex_match(text, parts, form)) {
+    return -1;
+  }
+  return std::stoi(parts[1]) * unit / (parts[2].matched ? std::stoi(parts[2]) : 1);
+}
+
+int Length(const core::RTTTLNote& note) {
+  const int plain = kWhole / std::stoi(string(note.Duration));
+  return plain + (note.Dotted ? plain / 2 : 0);
+}
+
+// Whole bars, no note across a bar line; upbeat and last bar are one bar together.
+string BarFault(const core::NoteList& notes, int bar, int upbeat) {
+  if (bar <= 0 || upbeat < 0 || upbeat >= bar) {
+    return "metre and upbeat do not fit";
+  }
+  const int start = (bar - upbeat) % bar;
+  int position = start;
+  for (std::size_t i = 0; i < notes.size(); ++i) {
+    position = position % bar + Length(notes[i]);
+    if (position > bar) {
+      return "note " + std::to_string(i + 1) + " crosses the end of a bar";
+    }
+  }
+  return position % bar == start ? "" : "the last bar does not complete the melody";
+}
+
+// Three octaves around the two that are used most; at most a whole note of silence.
+string PhoneFault(core::RTTTLMelody& melody) {
+  const int lowest = nokia3210::AutoOctave(melody, 2);
+  int silence = 0;
+  for (std::size_t i = 0; i < melody.Notes.size(); ++i) {
+    const core::RTTTLNote& note = melody.Notes[i];
+    const int octave = std::stoi(string(note.Octave));
+    if (!core::IsPause(note) && (octave < lowest || octave > lowest + 2)) {
+      return "note " + std::to_string(i + 1) + " falls outside the octaves of a phone";
+    }
+    silence = core::IsPause(note) ? silence + Length(note) : 0;
+    if (silence > kWhole) {
+      return "a silence is longer than a whole note";
+    }
+  }
+  const bool fits = melody.Notes.size() >= 8 && melody.Notes.size() <= 50;
+  return fits ? "" : std::to_string(melody.Notes.size()) + " notes";
+}
+
+// What is wrong with a row, "" for nothing.
+string Fault(const ShelfRow& row) {
+  if (!std::regex_match(row.stem, kStem) || (row.flags != "-" && !row.InRepertoire())) {
+    return "bad stem or flag";
+  }
+  if (!std::regex_match(row.rtttl, kMelody)) {
+    return "bad name or header";
+  }
+  const std::string_view notes = std::string_view(row.rtttl).substr(row.rtttl.rfind(':') + 1);
+  for (const std::string_view note : SplitAt(notes, ',')) {
+    if (!std::regex_match(note.begin(), note.end(), kNote)) {
+      return "bad note " + string(note);
+    }
+  }
+  core::RTTTLMelody melody;
+  melody.Text = row.rtttl;
+  if (core::ParseRTTTL(melody) != core::kParsed) {
+    return "does not parse";
+  }
+  const string fault = BarFault(melody.Notes, Fraction(row.metre, kMetre, kWhole),
+                                Fraction(row.upbeat, kUpbeat, kQuarter));
+  return fault.empty() ? PhoneFault(melody) : fault;
+}
+
+TEST(Shelf, HoldsMelodiesThatEveryPhoneTakes) {
+  std::ifstream table(TONADEX_SHELF, std::ios::binary);
+  const std::vector<ShelfRow> rows = ReadShelf(table);
+  std::set<string> stems, names, keys;  // all different, letters' case apart
+  for (const ShelfRow& row : rows) {
+    EXPECT_EQ(Fault(row), "") << "line " << row.line;
+    EXPECT_TRUE(stems.insert(core::ToLower(row.stem)).second) << row.stem;
+    EXPECT_TRUE(names.insert(core::ToLower(row.Name())).second) << row.stem;
+    EXPECT_TRUE(keys.insert(row.Name() + "." + std::to_string(row.rtttl.size())).second);
+  }
+  EXPECT_GE(rows.size(), 64u);
+  EXPECT_GE(std::ranges::count_if(rows, &ShelfRow::InRepertoire), 30);
+}
+
+// A check that stopped looking would let these rows pass.
+TEST(Shelf, RefusesWhatAPhoneCannotPlay) {
+  struct {
+    std::string_view row, fault;
+  } constexpr kRows[] = {
+      {"a | 4/4 | 1 | - | A:d=4,o=5,b=120:c,c,d,e,f,g,a.,8p,b,c.6,8d,p", ""},
+      {"a | 3/4 | 1 | - | A:d=4,o=5,b=120:c,c,d,e,f,g,a.,8p,b,c.6,8d,p", "note 7 crosses the"},
+      {"a | 4/4 | 1 | - | A:d=4,o=5,b=120:c,c,d,e,f,g,a.,8p,b,c.6,8d", "the last bar"},
+      {"a | 4/4 | 4 | - | A:d=4,o=5,b=120:c,c,d,e,f,g,a.,8p,b,c.6,8d,p", "metre"},
+      {"a | 4/4 | 1 | - | A:d=4,o=5,b=120:c,c,d,e#,f,g,a.,8p,b,c.6,8d,p", "bad note e#"},
+      {"a | 4/4 | 1 | - | A:d=4,o=5,b=120:c4,c,d,e,f,g,a.,8p,b,c.7,8d,p", "note 1 falls"},
+      {"a | 4/4 | 0 | - | A:d=1,o=5,b=120:c,c,d,e,2p,2p,2p,2c,g,a", "a silence"},
+      {"a | 4/4 | 0 | - | A:d=1,o=5,b=120:c,c,d,e,f,g,a", "7 notes"},
+      {"a.b | 4/4 | 1 | - | A:d=4,o=5,b=120:c", "bad stem"},
+      {"a | 4/4 | 1 | x | A:d=4,o=5,b=120:c", "bad stem"},
+      {"a | 4/4 | 1 | - | A:d=4,o=5,b=12:c,c,c,c", "bad name"},
+      {"a | 4/4 | 1 | - | A  b:d=4,o=5,b=120:c,c,c,c", "bad name"},
+  };
+  for (const auto& [row, fault] : kRows) {
+    const string found = Fault(ParseShelfRow(row, 0));
+    EXPECT_TRUE(fault.empty() ? found.empty() : found.starts_with(fault)) << row << ": " << found;
+  }
+}
+
+}  // namespace
+}  // namespace tonadex::data
