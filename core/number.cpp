@@ -12,6 +12,8 @@
 namespace tonadex::core {
 namespace {
 
+constexpr std::size_t kWholeDigits = 9;  // so many digits fit a 32-bit number
+
 // How much of a text that is no number is quoted in a message.
 constexpr std::ptrdiff_t kMaxQuoted = 40;
 
@@ -61,6 +63,21 @@ bool IsNumber(std::string_view text) {
   return text.empty();
 }
 
+// Short runs of digits are nearly all the numbers there are; -1 for any other text.
+std::int32_t ShortWhole(std::string_view text) {
+  if (text.empty() || text.size() > kWholeDigits) {
+    return -1;
+  }
+  std::int32_t value = 0;
+  for (const char c : text) {
+    if (!IsDigit(c)) {
+      return -1;
+    }
+    value = value * 10 + (c - '0');
+  }
+  return value;
+}
+
 [[noreturn]] void ThrowOverflow() {
   throw RunTimeError(ErrorNumber::kOverflow,
                      std::string(u8"un número es demasiado grande o demasiado pequeño"_w));
@@ -93,6 +110,9 @@ Whole Checked(double value) {
 double ToNumber(std::string_view text) {
   if (text.empty()) {
     return 0;
+  }
+  if (const std::int32_t whole = ShortWhole(text); whole >= 0) {
+    return whole;
   }
   std::string_view number = Trim(text);
   if (!IsNumber(number)) {

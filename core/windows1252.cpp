@@ -1,5 +1,7 @@
 #include "core/windows1252.h"
 
+#include <algorithm>
+
 namespace tonadex::core {
 namespace {
 
@@ -40,13 +42,20 @@ Decoded DecodeOne(std::string_view bytes) {
   return {character, length};
 }
 
-bool IsAscii(std::string_view bytes) {
-  for (const char c : bytes) {
-    if (static_cast<unsigned char>(c) >= 0x80) {
-      return false;
-    }
+std::string_view AsciiPrefix(std::string_view bytes) {
+  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+  return {bytes.begin(), std::ranges::find_if_not(bytes, isAscii)};
+}
+
+// A character above 0x7F, two or three bytes.
+void AppendCharacter(std::string& utf8, char32_t character) {
+  if (character < 0x800) {
+    utf8 += static_cast<char>(0xC0 | (character >> 6));
+  } else {
+    utf8 += static_cast<char>(0xE0 | (character >> 12));
+    utf8 += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
   }
-  return true;
+  utf8 += static_cast<char>(0x80 | (character & 0x3F));
 }
 
 }  // namespace
@@ -74,7 +83,7 @@ std::string FromUtf8(std::string_view utf8) {
 }
 
 std::string FromOutside(std::string_view bytes) {
-  if (IsAscii(bytes) || !IsUtf8(bytes)) {
+  if (AsciiPrefix(bytes).size() == bytes.size() || !IsUtf8(bytes)) {
     return std::string(bytes);
   }
   if (bytes.starts_with(kByteOrderMark)) {
@@ -84,18 +93,15 @@ std::string FromOutside(std::string_view bytes) {
 }
 
 void AppendUtf8(std::string& utf8, std::string_view text) {
-  for (const char c : text) {
-    const char32_t character = ToUnicode(static_cast<unsigned char>(c));
-    if (character < 0x80) {
-      utf8 += c;
-    } else if (character < 0x800) {
-      utf8 += static_cast<char>(0xC0 | (character >> 6));
-      utf8 += static_cast<char>(0x80 | (character & 0x3F));
-    } else {
-      utf8 += static_cast<char>(0xE0 | (character >> 12));
-      utf8 += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
-      utf8 += static_cast<char>(0x80 | (character & 0x3F));
+  for (;;) {
+    const std::string_view plain = AsciiPrefix(text);  // nearly always the whole text
+    utf8 += plain;
+    text.remove_prefix(plain.size());
+    if (text.empty()) {
+      return;
     }
+    AppendCharacter(utf8, ToUnicode(static_cast<unsigned char>(text.front())));
+    text.remove_prefix(1);
   }
 }
 
