@@ -89,6 +89,25 @@ void LoadMelody(core::RTTTLMelody& melody, std::string_view line) {
   melody.Text = core::UndoSharpEscape(line);
 }
 
+bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody) {
+  platform::RecordingMessages messages;
+  const platform::ScopedMessageSink scope(messages);
+  LoadMelody(melody, input.line);
+  const bool parsed = core::ParseOrReport(melody);
+  ShowMessages(context, messages.messages, input.name + ": ");
+  if (!parsed) {
+    Fail(context, ExitCode::kNotConverted);
+  }
+  return parsed;
+}
+
+void ShowMessages(Context& context, const std::vector<platform::Message>& messages,
+                  std::string_view before) {
+  for (const platform::Message& message : messages) {
+    context.err << before << ForTerminal(message.text) << '\n';
+  }
+}
+
 std::vector<std::string> FilesOrInput(const std::vector<std::string>& files) {
   return files.empty() ? std::vector<std::string>{"-"} : files;
 }

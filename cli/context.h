@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/rtttl.h"
+#include "platform/message_box.h"
 
 namespace CLI {
 class App;
@@ -57,6 +58,14 @@ bool ReadMelody(Context& context, const std::string& file, MelodyInput& input);
 
 // A record fresh from its defaults with the line's text, sharps restored.
 void LoadMelody(core::RTTTLMelody& melody, std::string_view line);
+
+// Loads and parses it; what is wrong is shown behind the input's name, the exit code is kept and
+// false given. What was understood stays in `melody`.
+bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody);
+
+// Messages of the program on the error stream, one a line, each behind `before`.
+void ShowMessages(Context& context, const std::vector<platform::Message>& messages,
+                  std::string_view before = {});
 
 // "-" for standard input when no file is named.
 std::vector<std::string> FilesOrInput(const std::vector<std::string>& files);

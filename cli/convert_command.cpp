@@ -5,7 +5,7 @@
 #include "cli/context.h"
 #include "cli/conversion_record.h"
 #include "cli/line_stream.h"
-#include "cli/phone_finder.h"
+#include "cli/shared_options.h"
 #include "core/melody_file.h"
 #include "core/phone_catalogue.h"
 #include "core/runtime_error.h"
@@ -15,29 +15,12 @@ namespace tonadex::cli {
 namespace {
 
 struct ConvertOptions {
-  std::string model, phone, row, saveFile;
+  PhoneChoice phone;
+  std::string row, saveFile;
   bool allModels = false, json = false, lines = false, resultOnly = false;
   std::vector<std::string> files;
-  const CLI::Option *modelOption = nullptr, *phoneOption = nullptr, *saveOption = nullptr;
+  const CLI::Option* saveOption = nullptr;
 };
-
-// The model of --telefono; reports the candidates when the name means none or several.
-std::optional<std::string> PhoneModel(Context& context, const std::string& name) {
-  const std::vector<core::CatalogueRow> found = FindPhones(core::FromUtf8(name));
-  if (found.size() == 1) {
-    return std::string(found.front().model);
-  }
-  if (found.empty()) {
-    Fail(context, ExitCode::kWrongUse,
-         "ningún móvil del catálogo responde a «" + name + "»; mira «tonadex-cli modelos»");
-    return std::nullopt;
-  }
-  Fail(context, ExitCode::kWrongUse, "«" + name + "» puede ser:");
-  for (const core::CatalogueRow& row : found) {
-    context.err << "  " << row.brand << ": \"" << row.model << "\"\n";
-  }
-  return std::nullopt;
-}
 
 std::vector<std::string> ChosenModels(Context& context, const ConvertOptions& options) {
   if (options.allModels) {
@@ -47,17 +30,8 @@ std::vector<std::string> ChosenModels(Context& context, const ConvertOptions& op
     }
     return models;
   }
-  if (options.phoneOption->count() > 0) {
-    const auto model = PhoneModel(context, options.phone);
-    return model ? std::vector{*model} : std::vector<std::string>();
-  }
-  return {core::FromUtf8(options.model)};
-}
-
-void PrintMessages(Context& context, const ConversionRecord& record) {
-  for (const platform::Message& message : record.messages) {
-    context.err << ForTerminal(message.text) << '\n';
-  }
+  const auto model = ChosenModel(context, options.phone);
+  return model ? std::vector{*model} : std::vector<std::string>();
 }
 
 void PrintPage(Context& context, const core::ConversionPage& page, bool resultOnly) {
@@ -111,7 +85,7 @@ void ConvertOne(Context& context, const ConvertOptions& options, const MelodyInp
   if (options.json) {
     PrintJson(context, input, model, record);
   } else {
-    PrintMessages(context, record);
+    ShowMessages(context, record.messages);
     if (record.page) {
       PrintPage(context, *record.page, options.resultOnly);
     }
@@ -176,8 +150,7 @@ void ConvertLineFiles(Context& context, const ConvertOptions& options,
 }
 
 void Convert(Context& context, const ConvertOptions& options) {
-  if (options.allModels + (options.modelOption->count() > 0) + (options.phoneOption->count() > 0) !=
-      1) {
+  if (options.allModels ? options.phone.IsGiven() : !options.phone.IsOne()) {
     Fail(context, ExitCode::kWrongUse, "elige el móvil con --telefono, --modelo o --todos");
     return;
   }
@@ -198,13 +171,7 @@ void AddConvertir(CLI::App& app, Context& context) {
   auto options = std::make_shared<ConvertOptions>();
   CLI::App& command = *app.add_subcommand(
       "convertir", "Convierte melodías en lo que acepta un móvil (título, resultado y avisos)");
-  options->phoneOption = command
-                             .add_option("-t,--telefono", options->phone,
-                                         "Móvil o formato: 3310, \"Nokia 3310\", t68i, imelody")
-                             ->type_name("NOMBRE");
-  options->modelOption =
-      command.add_option("-m,--modelo", options->model, "Texto exacto del modelo en el catálogo")
-          ->type_name("TEXTO");
+  AddPhone(command, options->phone);
   command.add_flag("--todos", options->allModels, "Convierte para todos los modelos del catálogo");
   command.add_option("--fila", options->row, "Nombre de la melodía en el título")
       ->type_name("TEXTO");
@@ -215,8 +182,7 @@ void AddConvertir(CLI::App& app, Context& context) {
   command.add_flag("--solo-resultado", options->resultOnly, "Muestra solo el resultado");
   command.add_flag("--lineas", options->lines,
                    "Cada línea es una melodía: un objeto JSON por línea, en orden");
-  command.add_option("ficheros", options->files, "Melodías RTTTL; \"-\" es la entrada estándar")
-      ->type_name("FICHERO");
+  AddMelodies(command, options->files);
   command.callback([&context, options] { Convert(context, *options); });
 }
 

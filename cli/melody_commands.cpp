@@ -5,40 +5,14 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/context.h"
+#include "cli/shared_options.h"
 #include "core/phone_catalogue.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "midi/mMidiLibOut.h"
-#include "platform/message_box.h"
 
 namespace tonadex::cli {
 namespace {
-
-// Shows the program's messages on the error stream, behind the name of what they are about.
-class TerminalMessages : public platform::MessageSink {
- public:
-  TerminalMessages(Context& context, std::string name)
-      : context_(context), name_(std::move(name)) {}
-  void Show(const platform::Message& message) override {
-    context_.err << name_ << ": " << ForTerminal(message.text) << '\n';
-  }
-
- private:
-  Context& context_;
-  std::string name_;
-};
-
-// Parses the melody, reporting what is wrong.
-bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody) {
-  TerminalMessages messages(context, input.name);
-  const platform::ScopedMessageSink scope(messages);
-  LoadMelody(melody, input.line);
-  if (core::ParseOrReport(melody)) {
-    return true;
-  }
-  Fail(context, ExitCode::kNotConverted);
-  return false;
-}
 
 void PrintModels(Context& context, const std::string& brand, bool json) {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
@@ -109,8 +83,7 @@ void AddModelos(CLI::App& app, Context& context) {
 void AddComprobar(CLI::App& app, Context& context) {
   auto files = std::make_shared<std::vector<std::string>>();
   CLI::App& command = *app.add_subcommand("comprobar", "Dice qué está mal en una melodía RTTTL");
-  command.add_option("ficheros", *files, "Melodías RTTTL; \"-\" es la entrada estándar")
-      ->type_name("FICHERO");
+  AddMelodies(command, *files);
   command.callback([&context, files] { Check(context, *files); });
 }
 
@@ -120,9 +93,7 @@ void AddMidi(CLI::App& app, Context& context) {
   };
   auto options = std::make_shared<Options>();
   CLI::App& command = *app.add_subcommand("midi", "Graba una melodía como fichero MIDI");
-  command.add_option("fichero", options->file, "Melodía RTTTL; \"-\" es la entrada estándar")
-      ->type_name("FICHERO")
-      ->required();
+  AddMelody(command, options->file);
   command.add_option("-o,--salida", options->output, "Fichero MIDI que se escribe")
       ->type_name("SALIDA")
       ->required();

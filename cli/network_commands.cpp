@@ -156,7 +156,8 @@ void List(Context& context, const NetworkOptions& options, const std::string& pa
     const net::Listing listing = net::ParseListing(reply, stemAlone);
     PrintRows(context, listing.rows, options.json);
     if (listing.rows.empty()) {
-      Fail(context, ExitCode::kNotConverted, core::ToUtf8(net::HintRow(0)));
+      Fail(context, ExitCode::kNotConverted, core::ToUtf8(net::HintRow(0)) + ".");
+      context.err << (stemAlone ? core::ToUtf8(net::HintRow(1)) + "\n" : "");
     }
   });
 }

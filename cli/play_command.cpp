@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "cli/context.h"
+#include "cli/shared_options.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -23,7 +24,6 @@
 #include "midi/mMidiLibOut.h"
 #include "midi/note_times.h"
 #include "midi/playback.h"
-#include "platform/message_box.h"
 #include "platform/posix/user_folders.h"
 #include "platform/sound/fluid_sequencer.h"
 #include "platform/sound/render_to_wav.h"
@@ -154,19 +154,6 @@ class ProgressLine {
   std::string shown_;
 };
 
-// Parses the melody and reports what is wrong; what was understood stays to be played.
-void Parse(Context& context, const MelodyInput& input, core::RTTTLMelody& melody) {
-  platform::RecordingMessages messages;
-  const platform::ScopedMessageSink scope(messages);
-  LoadMelody(melody, input.line);
-  if (!core::ParseOrReport(melody)) {
-    Fail(context, ExitCode::kNotConverted);
-  }
-  for (const platform::Message& message : messages.messages) {
-    context.err << input.name << ": " << ForTerminal(message.text) << '\n';
-  }
-}
-
 void Follow(Context& context, platform::FluidSequencer& sequencer,
             const std::vector<midi::NoteTime>& times) {
   ProgressLine progress(context, times);
@@ -213,8 +200,7 @@ void PlayFile(Context& context, const std::string& file, const std::string& outp
   if (!ReadMelody(context, file, input)) {
     return;
   }
-  Parse(context, input, melody);
-  if (context.exitCode != ExitCode::kDone && !output.empty()) {
+  if (!ParseMelody(context, input, melody) && !output.empty()) {
     return;
   }
   try {
@@ -245,9 +231,7 @@ void AddReproducir(CLI::App& app, Context& context) {
   };
   auto options = std::make_shared<Options>();
   CLI::App& command = *app.add_subcommand("reproducir", "Toca una melodía");
-  command.add_option("fichero", options->file, "Melodía RTTTL; \"-\" es la entrada estándar")
-      ->type_name("FICHERO")
-      ->required();
+  AddMelody(command, options->file);
   command.add_option("--wav", options->output, "La graba como fichero de sonido, sin tocarla")
       ->type_name("SALIDA");
   command.footer(

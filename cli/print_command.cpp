@@ -4,6 +4,7 @@
 #include "app/print_sheet.h"
 #include "cli/context.h"
 #include "cli/conversion_record.h"
+#include "cli/shared_options.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -19,14 +20,9 @@ namespace tonadex::cli {
 namespace {
 
 struct PrintOptions {
-  std::string model, file, pdf, printer;
+  PhoneChoice phone;
+  std::string file, pdf, printer;
 };
-
-void ShowMessages(Context& context, const std::vector<platform::Message>& messages) {
-  for (const platform::Message& message : messages) {
-    context.err << ForTerminal(message.text) << '\n';
-  }
-}
 
 #ifdef TONADEX_CLI_QT
 
@@ -73,18 +69,22 @@ void Print(Context& context, const PrintOptions& options) {
     Fail(context, ExitCode::kWrongUse, "elige --pdf o --impresora");
     return;
   }
-  MelodyInput input;
-  if (!ReadMelody(context, options.file, input)) {
+  if (!options.phone.IsOne()) {
+    Fail(context, ExitCode::kWrongUse, "elige el móvil con --telefono o --modelo");
     return;
   }
-  const std::string model = core::FromUtf8(options.model);
-  if (core::SavesFile(model)) {
+  const auto model = ChosenModel(context, options.phone);
+  MelodyInput input;
+  if (!model || !ReadMelody(context, options.file, input)) {
+    return;
+  }
+  if (core::SavesFile(*model)) {
     Fail(context, ExitCode::kWrongUse,
-         "«" + options.model + "» graba un fichero que no se imprime");
+         "«" + core::ToUtf8(*model) + "» graba un fichero que no se imprime");
     return;
   }
   core::RTTTLMelody melody;
-  const ConversionRecord record = ConvertLine(melody, input.line, model, input.row, std::nullopt);
+  const ConversionRecord record = ConvertLine(melody, input.line, *model, input.row, std::nullopt);
   ShowMessages(context, record.messages);
   if (HasErrors(record)) {
     Fail(context, ExitCode::kNotConverted);
@@ -99,7 +99,7 @@ void Print(Context& context, const PrintOptions& options) {
              .instructions = record.page->notices,
              .tempo = record.page->tempo,
              .melody = record.page->result,
-             .model = model});
+             .model = *model});
 }
 
 }  // namespace
@@ -108,16 +108,12 @@ void AddImprimir(CLI::App& app, Context& context) {
   auto options = std::make_shared<PrintOptions>();
   CLI::App& command = *app.add_subcommand(
       "imprimir", "Imprime la hoja de una melodía convertida, para guardarla junto al móvil");
-  command.add_option("-m,--modelo", options->model, "Texto exacto del modelo en el catálogo")
-      ->type_name("TEXTO")
-      ->required();
+  AddPhone(command, options->phone);
   command.add_option("--pdf", options->pdf, "Escribe un PDF en vez de imprimir")
       ->type_name("SALIDA");
   command.add_option("--impresora", options->printer, "Impresora, en vez de la predeterminada")
       ->type_name("NOMBRE");
-  command.add_option("fichero", options->file, "Melodía RTTTL; \"-\" es la entrada estándar")
-      ->type_name("FICHERO")
-      ->required();
+  AddMelody(command, options->file);
   command.callback([&context, options] { Print(context, *options); });
 }
 

@@ -25,6 +25,7 @@ inline Row ReadRow(std::string line) {
     std::string field(core::Trim(part));
     core::ReplaceAll(field, "_", " ");
     core::ReplaceAll(field, "¶", "\r\n");
+    core::ReplaceAll(field, "\\n", "\n");
     for (std::size_t at = 0; (at = field.find("\\x", at)) != std::string::npos; ++at) {
       field.replace(at, 4, 1, static_cast<char>(std::stoi(field.substr(at + 2, 2), nullptr, 16)));
     }
@@ -34,8 +35,8 @@ inline Row ReadRow(std::string line) {
 }
 
 // The rows below "[section]" of the layer's table.txt: UTF-8, fields parted by "|" with any blanks
-// around, "_" for a blank that counts, "¶" for CR LF and "\x00" for any byte; "//" begins a comment
-// line.
+// around, "_" for a blank that counts, "¶" for CR LF, "\n" for LF and "\x00" for any byte; "//"
+// begins a comment line.
 inline std::vector<Row> Table(std::string_view section) {
   std::vector<Row> rows;
   std::ifstream in(TONADEX_TABLE);
