@@ -149,12 +149,12 @@ constexpr auto kPages = std::to_array<Page>({
 });
 
 constexpr auto kNavigation = std::to_array<NavigationInfo>({
-    {&F::cmdinicio, kStartPage},
-    {&F::cmdbuscar, kSearchPage},
-    {&F::cmdrepertorio, kRepertoirePage},
-    {&F::cmd906, kInternetPage},
-    {&F::cmdopciones, kOptionsPage},
-    {&F::cmdayuda, kNoPage},
+    {&F::cmdinicio, kStartPage, '1'},
+    {&F::cmdbuscar, kSearchPage, '2'},
+    {&F::cmdrepertorio, kRepertoirePage, '3'},
+    {&F::cmd906, kInternetPage, '4'},
+    {&F::cmdopciones, kOptionsPage, '5'},
+    {&F::cmdayuda, kNoPage, '\0'},
 });
 
 }  // namespace
@@ -179,6 +179,10 @@ std::span<Control Form1::*const> PageControls(std::int16_t page) {
 
 std::span<const NavigationInfo> NavigationRow() {
   return kNavigation;
+}
+
+bool IsNavigation(Control Form1::*control) {
+  return std::ranges::find(kNavigation, control, &NavigationInfo::button) != kNavigation.end();
 }
 
 }  // namespace tonadex::app

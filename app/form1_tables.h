@@ -51,7 +51,9 @@ std::span<Control Form1::*const> PageControls(std::int16_t page);
 struct NavigationInfo {
   Control Form1::*button;
   std::int16_t page;
+  char digit;  // pressed with Ctrl; '\0' for the button of F1
 };
 std::span<const NavigationInfo> NavigationRow();
+bool IsNavigation(Control Form1::*control);
 
 }  // namespace tonadex::app

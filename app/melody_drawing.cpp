@@ -157,4 +157,10 @@ std::string DrawingInWords(const Drawing& drawing) {
   return words;
 }
 
+std::string NoteInWords(const DrawnNote& note) {
+  std::string words = (note.pause ? "pausa" : note.name) + ", ";
+  words += std::to_string(std::lround(note.length)) + " ms";
+  return note.outside ? words + std::string(u8" (fuera del alcance del móvil)"_w) : words;
+}
+
 }  // namespace tonadex::app

@@ -42,4 +42,7 @@ int NoteAt(const Drawing& drawing, double ms);
 // A melody in words, for those who do not see it: "24 notas y pausas, 12 segundos, de do 5 a la 6".
 std::string DrawingInWords(const Drawing& drawing);
 
+// A note in words: "do#, 300 ms", and when the chosen phone does not play it.
+std::string NoteInWords(const DrawnNote& note);
+
 }  // namespace tonadex::app

@@ -2,15 +2,14 @@
 
 #include <QApplication>
 #include <QTimer>
-#include <future>
 
 #include "platform/http/http_client.h"
 #include "platform/posix/program_folder.h"
 #include "platform/posix/settings_file.h"
 #include "platform/posix/user_folders.h"
 #include "platform/sound/fluid_sequencer.h"
-#include "server/configured_server.h"
-#include "server/embedded_server.h"
+#include "shell/common/desktop_server.h"
+#include "shell/common/on_first_use.h"
 #include "shell/qt/help/help_window.h"
 #include "shell/qt/print/rich_text_box.h"
 #include "shell/qt/services/qt_services.h"
@@ -22,8 +21,6 @@ namespace {
 
 constexpr int kSplashPaintMs = 200;
 
-using Server = std::unique_ptr<server::EmbeddedServer>;
-
 }  // namespace
 
 // In the order in which they depend on each other.
@@ -31,22 +28,11 @@ struct Desktop::Parts {
   explicit Parts(const std::string& argument)
       : folder(platform::PrepareProgramFolder()),
         shell(hooks, repainting, folder, platform::PrivateTempFolder()),
+        server(argument, folder, platform::InstalledData()),
         program({settings, fileDialogs, sequencer, http, webViews, richText, shell},
-                server::ConfiguredServer(argument, folder)),
+                server.Configured()),
         splash(program) {
-    if (program.serverBase.empty()) {
-      // Beside the splash, which stands for two seconds.
-      starting = std::async(std::launch::async, server::TryEmbeddedServer, folder,
-                            platform::InstalledData());
-    }
-    hooks.openHelp = [this](const std::filesystem::path& file) { OpenHelp(file); };
-  }
-
-  void OpenHelp(const std::filesystem::path& file) {
-    if (help == nullptr) {
-      help = std::make_unique<HelpWindow>();
-    }
-    help->Open(file);
+    hooks.openHelp = [this](const std::filesystem::path& file) { help.Get().Open(file); };
   }
 
   void MakeWindow() {
@@ -59,10 +45,7 @@ struct Desktop::Parts {
   }
 
   void OpenWindow() {
-    if (starting.valid()) {
-      embedded = starting.get();
-      program.serverBase = embedded != nullptr ? embedded->BaseAddress() : "";
-    }
+    program.serverBase = server.Address();
     MakeWindow();
     window->Load();
     window->show();
@@ -82,12 +65,11 @@ struct Desktop::Parts {
   QtShellServices shell;
   QtMessageBoxes boxes{hooks};
   platform::ScopedMessageSink sink{boxes};
-  std::future<Server> starting;
-  Server embedded;
+  DesktopServer server;
   app::Program program;
   Splash splash;
   std::unique_ptr<MainWindow> window;
-  std::unique_ptr<HelpWindow> help;
+  OnFirstUse<HelpWindow> help;
 };
 
 Desktop::Desktop(const std::string& server) : parts_(std::make_unique<Parts>(server)) {}

@@ -7,22 +7,11 @@
 #include <QScreen>
 #include <QTimer>
 
-#include "core/rtttl.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
 
 namespace tonadex::shell {
 namespace {
-
-constexpr QSize kSize(420, 240);
-constexpr QColor kGround(0x12, 0x50, 0x39);
-constexpr QColor kInk(0xf2, 0xf8, 0xe9);
-
-app::Drawing BuiltInMelody() {
-  core::RTTTLMelody melody;
-  core::InitMelody(melody, {});
-  return app::MelodyDrawing(melody.Text);
-}
 
 QLabel* Words(QWidget* parent, const char* name, const QFont& font, const QRect& place) {
   auto* label = new QLabel(parent);
@@ -31,7 +20,7 @@ QLabel* Words(QWidget* parent, const char* name, const QFont& font, const QRect&
   label->setWordWrap(true);
   label->setGeometry(place);
   QPalette palette = label->palette();
-  palette.setColor(QPalette::WindowText, kInk);
+  palette.setColor(QPalette::WindowText, QColor(QRgb{kSplash.ink}));
   label->setPalette(palette);
   return label;
 }
@@ -42,9 +31,9 @@ Splash::Splash(app::Program& program)
     : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint),
       program_(program),
       model_(program),
-      pattern_(BuiltInMelody()),
+      pattern_(app::SplashBars()),
       timer_(new QTimer(this)) {
-  setFixedSize(kSize);
+  setFixedSize(kSplash.width, kSplash.height);
   setWindowTitle(QStringLiteral("Tonadex"));
   const Theme theme = CurrentTheme();
   QFont large = theme.title;
@@ -91,20 +80,14 @@ void Splash::Draw() {
 void Splash::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.fillRect(rect(), kGround);
-  QColor quiet = kInk;
-  quiet.setAlphaF(0.22F);
+  painter.fillRect(rect(), QColor(QRgb{kSplash.ground}));
+  QColor quiet(QRgb{kSplash.ink});
+  quiet.setAlphaF(static_cast<float>(kSplash.pattern));
   painter.setPen(Qt::NoPen);
   painter.setBrush(quiet);
-  const int spread = std::max(1, pattern_.highest - pattern_.lowest);
-  constexpr double kPixelsPerMs = 0.05;
-  for (const app::DrawnNote& note : pattern_.notes) {
-    const double x = 36 + note.start * kPixelsPerMs;
-    if (!note.pause && x < width()) {
-      const double y = 216 - (note.pitch - pattern_.lowest) * 72.0 / spread;
-      painter.drawRoundedRect(QRectF(x, y, std::max(4.0, note.length * kPixelsPerMs - 3), 7), 3.5,
-                              3.5);
-    }
+  for (const app::Box& bar : pattern_) {
+    painter.drawRoundedRect(QRectF(bar.x, bar.y, bar.width, bar.height), bar.height / 2,
+                            bar.height / 2);
   }
 }
 

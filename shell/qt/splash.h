@@ -3,7 +3,7 @@
 #include <QWidget>
 
 #include "app/inicio.h"
-#include "app/melody_drawing.h"
+#include "app/melody_picture.h"
 
 class QLabel;
 class QTimer;
@@ -30,7 +30,7 @@ class Splash : public QWidget {
 
   app::Program& program_;
   app::inicio model_;
-  app::Drawing pattern_;  // the built-in melody
+  std::vector<app::Box> pattern_;
   QLabel* version_;
   QLabel* firstRun_;
   QTimer* timer_;

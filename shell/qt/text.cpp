@@ -15,6 +15,10 @@ QString ToQString(std::string_view text) {
   return unicode;
 }
 
+QString ToQStringLines(std::string_view text) {
+  return ToQString(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).replace('\r', '\n');
+}
+
 std::string FromQString(const QString& text) {
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(text.size()));

@@ -8,6 +8,8 @@
 namespace tonadex::shell {
 
 QString ToQString(std::string_view text);
+// The same with the toolkit's line ends (LF) for the program's (CR LF, CR).
+QString ToQStringLines(std::string_view text);
 
 // A character that Windows-1252 lacks becomes "?".
 std::string FromQString(const QString& text);

@@ -15,52 +15,10 @@ namespace {
 
 using app::Control;
 using app::ControlInfo;
-using app::ControlKind;
 using app::Event;
+using app::Look;
 
-// ---- How a control looks: by name where it is not the usual widget of its kind ------------------
-
-struct Special {
-  std::string_view control;
-  Widget widget;
-};
-constexpr auto kSpecials = std::to_array<Special>({{"Textavisos", Widget::kNotices},
-                                                   {"texttempo", Widget::kReading},
-                                                   {"cmbmarcas", Widget::kList},
-                                                   {"cmbformatos", Widget::kList}});
-
-Widget UsualWidget(ControlKind kind) {
-  switch (kind) {
-    case ControlKind::kLabel:
-    case ControlKind::kFrame:
-      return Widget::kLabel;
-    case ControlKind::kButton:
-    case ControlKind::kPictureButton:
-      return Widget::kButton;
-    case ControlKind::kTextBox:
-      return Widget::kLine;
-    case ControlKind::kTextArea:
-      return Widget::kArea;
-    case ControlKind::kResultBox:
-      return Widget::kDisplay;
-    case ControlKind::kListBox:
-      return Widget::kList;
-    case ControlKind::kComboBox:
-      return Widget::kComboBox;
-    case ControlKind::kWebView:
-      return Widget::kBrowser;
-    case ControlKind::kTimer:
-      return Widget::kTimer;
-    case ControlKind::kStorage:
-      break;
-  }
-  return Widget::kNone;
-}
-
-Widget WidgetOf(const ControlInfo& info) {
-  const auto* special = std::ranges::find(kSpecials, info.name, &Special::control);
-  return special != kSpecials.end() ? special->widget : UsualWidget(info.kind);
-}
+// ---- How a control looks ------------------------------------------------------------------------
 
 HWND MakeWindow(const wchar_t* kind, DWORD style, HWND parent, int id) {
   return CreateWindowExW(0, kind, L"", WS_CHILD | style, 0, 0, 1, 1, parent,
@@ -88,9 +46,9 @@ void KeepScrollBarInNeed(HWND edit) {
   });
 }
 
-HWND MakeEdit(Widget widget, HWND parent, int id) {
-  const bool reading = widget == Widget::kReading || widget == Widget::kNotices;
-  const bool lines = widget == Widget::kArea || widget == Widget::kNotices;
+HWND MakeEdit(Look look, HWND parent, int id) {
+  const bool reading = look == Look::kReading || look == Look::kNotices;
+  const bool lines = look == Look::kArea || look == Look::kNotices;
   DWORD style = WS_TABSTOP | (reading ? ES_READONLY : 0U);
   style |= lines ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : ES_AUTOHSCROLL;
   const HWND edit = MakeWindow(L"EDIT", style, parent, id);
@@ -116,19 +74,14 @@ void RepaintFrameWithFocus(HWND field, HWND parent) {
   });
 }
 
-bool HasFrame(Widget widget) {
-  return widget == Widget::kLine || widget == Widget::kReading || widget == Widget::kArea ||
-         widget == Widget::kNotices || widget == Widget::kList || widget == Widget::kDisplay;
-}
-
-bool IsNavigation(const ControlInfo& info) {
-  return std::ranges::find(app::NavigationRow(), info.member, &app::NavigationInfo::button) !=
-         app::NavigationRow().end();
+bool HasFrame(Look look) {
+  return look == Look::kLine || look == Look::kReading || look == Look::kArea ||
+         look == Look::kNotices || look == Look::kList || look == Look::kDisplay;
 }
 
 HWND MakeBoundButton(const ControlInfo& info, HWND parent, int id) {
   const app::ControlPicture* picture = app::FindPicture(info.name);
-  const ButtonLook look = IsNavigation(info)                       ? ButtonLook::kNavigation
+  const ButtonLook look = app::IsNavigation(info.member)           ? ButtonLook::kNavigation
                           : picture != nullptr && picture->primary ? ButtonLook::kPrimary
                                                                    : ButtonLook::kCommand;
   return MakeButton(parent, id, look, picture != nullptr ? picture->icon : "");
@@ -165,27 +118,29 @@ void DrawTimer(BoundControl& bound, const Control& control, HWND parent) {
 }
 
 void DrawContent(BoundControl& bound, const Control& control) {
-  switch (bound.widget) {
-    case Widget::kLabel:
-    case Widget::kButton:
+  switch (bound.look) {
+    case Look::kLabel:
+    case Look::kNavigation:
+    case Look::kButton:
       SetText(bound.window, control.caption);
       break;
-    case Widget::kLine:
-    case Widget::kReading:
-    case Widget::kArea:
-    case Widget::kNotices:
+    case Look::kLine:
+    case Look::kReading:
+    case Look::kArea:
+    case Look::kNotices:
       SetText(bound.window, control.text);
       break;
-    case Widget::kList:
+    case Look::kList:
       bound.list->Draw(control);
       break;
-    case Widget::kComboBox:
+    case Look::kComboBox:
       DrawComboBox(bound.window, control);
       break;
-    case Widget::kDisplay:  // the window gives it the text with its groups
-    case Widget::kBrowser:
-    case Widget::kTimer:
-    case Widget::kNone:
+    case Look::kDisplay:  // the window gives it the text with its groups
+    case Look::kPage:
+    case Look::kBanner:
+    case Look::kTimer:
+    case Look::kNone:
       break;
   }
 }
@@ -205,7 +160,7 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
   for (const ControlInfo& info : app::Controls()) {
     bound_.push_back(Make(info, id++));
     SetSpokenName(bound_.back().window, info.spoken);
-    if (HasFrame(bound_.back().widget)) {
+    if (HasFrame(bound_.back().look)) {
       RepaintFrameWithFocus(bound_.back().window, parent_);
     }
   }
@@ -213,34 +168,37 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
 }
 
 BoundControl Binding::Make(const ControlInfo& info, int id) {
-  BoundControl bound{&info, WidgetOf(info), nullptr, nullptr, nullptr, nullptr, false};
-  switch (bound.widget) {
-    case Widget::kLabel:
-      bound.window = MakeWindow(L"STATIC", SS_LEFT, parent_, id);
+  BoundControl bound{&info, app::LookOf(info), nullptr, nullptr, nullptr, nullptr, false};
+  switch (bound.look) {
+    case Look::kLabel:
+      bound.window = MakeWindow(
+          L"STATIC", SS_LEFT | ((form_.*info.member).useMnemonic ? 0U : SS_NOPREFIX), parent_, id);
       break;
-    case Widget::kButton:
+    case Look::kNavigation:
+    case Look::kButton:
       bound.window = MakeBoundButton(info, parent_, id);
       break;
-    case Widget::kLine:
-    case Widget::kReading:
-    case Widget::kArea:
-    case Widget::kNotices:
-      bound.window = MakeEdit(bound.widget, parent_, id);
+    case Look::kLine:
+    case Look::kReading:
+    case Look::kArea:
+    case Look::kNotices:
+      bound.window = MakeEdit(bound.look, parent_, id);
       break;
-    case Widget::kDisplay:
+    case Look::kDisplay:
       bound.display = std::make_unique<PhoneDisplay>(parent_, id, theme_);
       bound.window = bound.display->window();
       break;
-    case Widget::kList:
+    case Look::kList:
       bound.list = std::make_unique<RowList>(parent_, id, theme_);
       bound.window = bound.list->window();
       break;
-    case Widget::kComboBox:
+    case Look::kComboBox:
       bound.window = MakeWindow(
           L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL, parent_, id);
       break;
-    case Widget::kBrowser: {
-      const bool banner = info.member == &app::Form1::navbanner;
+    case Look::kPage:
+    case Look::kBanner: {
+      const bool banner = bound.look == Look::kBanner;
       bound.browser = std::make_unique<platform::WebControl>(
           parent_,
           banner ? platform::WebControl::Links::kReport : platform::WebControl::Links::kFollow,
@@ -249,8 +207,8 @@ BoundControl Binding::Make(const ControlInfo& info, int id) {
       SetWindowLongPtrW(bound.window, GWLP_ID, id);
       break;
     }
-    case Widget::kTimer:
-    case Widget::kNone:
+    case Look::kTimer:
+    case Look::kNone:
       break;
   }
   return bound;
@@ -263,7 +221,7 @@ const BoundControl& Binding::Of(Control app::Form1::*member) const {
 
 const BoundControl* Binding::Find(HWND window) const {
   const auto found = std::ranges::find_if(bound_, [window](const BoundControl& row) {
-    return row.window != nullptr && (row.window == window || (row.widget == Widget::kComboBox &&
+    return row.window != nullptr && (row.window == window || (row.look == Look::kComboBox &&
                                                               IsChild(row.window, window) != 0));
   });
   return window == nullptr || found == bound_.end() ? nullptr : &*found;
@@ -272,9 +230,9 @@ const BoundControl* Binding::Find(HWND window) const {
 void Binding::CopyIn() {
   for (const BoundControl& bound : bound_) {
     Control& control = form_.*bound.info->member;
-    if (bound.widget == Widget::kLine || bound.widget == Widget::kArea) {
+    if (bound.look == Look::kLine || bound.look == Look::kArea) {
       CopyText(bound.window, control);
-    } else if (bound.widget == Widget::kComboBox) {
+    } else if (bound.look == Look::kComboBox) {
       CopyText(bound.window, control);
       const std::string text = control.text;
       control.SetText(text);
@@ -288,7 +246,7 @@ void Binding::Draw() {
   drawing_ = true;
   for (BoundControl& bound : bound_) {
     const Control& control = form_.*bound.info->member;
-    if (bound.widget == Widget::kTimer) {
+    if (bound.look == Look::kTimer) {
       DrawTimer(bound, control, parent_);
     }
     if (bound.window == nullptr) {
@@ -316,7 +274,7 @@ void Binding::ThemeChanged() {
       ApplyTheme(bound.window, theme_);
     }
     if (bound.window != nullptr && bound.display == nullptr) {
-      const bool notes = bound.widget == Widget::kArea;
+      const bool notes = bound.look == Look::kArea;
       SendMessageW(bound.window, WM_SETFONT,
                    reinterpret_cast<WPARAM>(notes ? theme_.mono.get() : theme_.body.get()), TRUE);
     }
@@ -350,24 +308,25 @@ bool Binding::Command(int id, int notification) {
     return false;
   }
   const BoundControl& bound = bound_[static_cast<std::size_t>(index)];
-  switch (bound.widget) {
-    case Widget::kButton:
+  switch (bound.look) {
+    case Look::kNavigation:
+    case Look::kButton:
       if (notification == BN_CLICKED) {
         Raise(bound, Event::kClick);
       }
       break;
-    case Widget::kLine:
-    case Widget::kArea:
+    case Look::kLine:
+    case Look::kArea:
       if (notification == EN_CHANGE) {
         Raise(bound, Event::kChange);
       }
       break;
-    case Widget::kList:
+    case Look::kList:
       if (notification == LBN_SELCHANGE || notification == LBN_DBLCLK) {
         Raise(bound, notification == LBN_DBLCLK ? Event::kActivate : Event::kClick);
       }
       break;
-    case Widget::kComboBox:
+    case Look::kComboBox:
       if (notification == CBN_SELCHANGE) {
         // Its text follows only after this message.
         const auto row = SendMessageW(bound.window, CB_GETCURSEL, 0, 0);
@@ -389,7 +348,7 @@ bool Binding::Command(int id, int notification) {
 bool Binding::Tick(UINT_PTR timer) {
   for (const BoundControl& bound : bound_) {
     const auto id = static_cast<UINT_PTR>(bound.info - app::Controls().data()) + kFirstControlId;
-    if (bound.widget == Widget::kTimer && id == timer) {
+    if (bound.look == Look::kTimer && id == timer) {
       Raise(bound, Event::kTick);
       return true;
     }

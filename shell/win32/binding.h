@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "app/control_looks.h"
 #include "app/form1.h"
 #include "app/form1_tables.h"
 #include "platform/win32/web_control.h"
@@ -16,28 +17,12 @@
 
 namespace tonadex::shell {
 
-// What a control of the model is drawn with.
-enum class Widget {
-  kLabel,
-  kButton,
-  kLine,      // edit control of one line
-  kReading,   // the same, read only
-  kArea,      // of several lines
-  kNotices,   // the same, read only
-  kDisplay,   // the phone's display
-  kList,      // rows that we paint
-  kComboBox,  // edit control with a list to drop
-  kBrowser,
-  kTimer,
-  kNone,  // scratch storage
-};
-
 // The system's ids of the controls: the first one and one more for each row of app::Controls().
 inline constexpr int kFirstControlId = 1000;
 
 struct BoundControl {
   const app::ControlInfo* info;
-  Widget widget;
+  app::Look look;
   HWND window = nullptr;  // null for a timer and for storage
   std::unique_ptr<RowList> list;
   std::unique_ptr<PhoneDisplay> display;

@@ -5,7 +5,6 @@
 #include <commctrl.h>
 #include <ole2.h>
 
-#include <future>
 #include <memory>
 
 #include "platform/http/http_client.h"
@@ -15,8 +14,8 @@
 #include "platform/win32/rich_text_box.h"
 #include "platform/win32/system_services.h"
 #include "platform/win32/windows_registry.h"
-#include "server/configured_server.h"
-#include "server/embedded_server.h"
+#include "shell/common/desktop_server.h"
+#include "shell/common/on_first_use.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/help_window.h"
 #include "shell/win32/main_window.h"
@@ -25,8 +24,6 @@
 
 namespace tonadex::shell {
 namespace {
-
-using Server = std::unique_ptr<server::EmbeddedServer>;
 
 // The system's libraries that want a beginning and an end.
 class SystemLibraries {
@@ -68,29 +65,15 @@ struct Desktop {
   explicit Desktop(const std::string& argument)
       : folder(platform::ProgramFolderPath()),
         shell(hooks, folder),
+        server(argument, folder, platform::InstalledData()),
         program({registry, fileDialogs, sequencer, http, webViews, richText, shell},
-                server::ConfiguredServer(argument, folder)),
+                server.Configured()),
         splash(program, [this] { OpenWindow(); }) {
-    if (program.serverBase.empty()) {
-      // Beside the splash, which stands for two seconds.
-      starting = std::async(std::launch::async, server::TryEmbeddedServer, folder,
-                            platform::InstalledData());
-    }
-    hooks.openHelp = [this](const std::filesystem::path& file) { OpenHelp(file); };
-  }
-
-  void OpenHelp(const std::filesystem::path& file) {
-    if (help == nullptr) {
-      help = std::make_unique<HelpWindow>();
-    }
-    help->Open(file);
+    hooks.openHelp = [this](const std::filesystem::path& file) { help.Get().Open(file); };
   }
 
   void OpenWindow() {
-    if (starting.valid()) {
-      embedded = starting.get();
-      program.serverBase = embedded != nullptr ? embedded->BaseAddress() : "";
-    }
+    program.serverBase = server.Address();
     window = std::make_unique<MainWindow>(program, hooks, boxOwner,
                                           [this] { return sequencer.PositionMs(); });
     window->Load();
@@ -99,7 +82,7 @@ struct Desktop {
 
   bool Translate(MSG& message) {
     return (window != nullptr && window->Translate(message)) ||
-           (help != nullptr && help->Translate(message));
+           (help.Made() != nullptr && help.Made()->Translate(message));
   }
 
   SystemLibraries libraries;
@@ -122,11 +105,10 @@ struct Desktop {
   MessageBoxes::Owner boxOwner;
   MessageBoxes boxes{boxOwner};
   platform::ScopedMessageSink sink{boxes};
-  std::future<Server> starting;
-  Server embedded;
+  DesktopServer server;
   app::Program program;
   Splash splash;
-  std::unique_ptr<HelpWindow> help;
+  OnFirstUse<HelpWindow> help;
 };
 
 }  // namespace

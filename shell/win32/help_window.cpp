@@ -11,6 +11,7 @@
 #include "platform/win32/wide_text.h"
 #include "shell/qt/rtf/rtf_reader.h"
 #include "shell/win32/drawing.h"
+#include "shell/win32/hook.h"
 #include "shell/win32/widgets/button.h"
 #include "shell/win32/window_text.h"
 
@@ -36,20 +37,15 @@ std::string PlainPage(const std::string& words) {
 }  // namespace
 
 HelpWindow::HelpWindow() : theme_(GetDpiForSystem()) {
-  WNDCLASSW kind{};
-  kind.lpfnWndProc = WindowProcedure;
-  kind.hInstance = GetModuleHandleW(nullptr);
-  kind.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  kind.hIcon = LoadIconW(kind.hInstance, MAKEINTRESOURCEW(1));
-  kind.lpszClassName = kClass;
-  RegisterClassW(&kind);
-  window_ = CreateWindowExW(
-      WS_EX_CONTROLPARENT, kClass, platform::ToWide(app::words::kHelpTitle).c_str(),
-      WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, theme_.Px(kWidth),
-      theme_.Px(kHeight), nullptr, nullptr, kind.hInstance, nullptr);
+  RegisterKind(kClass, ObjectProcedure<HelpWindow>);
+  const HINSTANCE program = GetModuleHandleW(nullptr);
+  window_ =
+      CreateWindowExW(WS_EX_CONTROLPARENT, kClass, platform::ToWide(app::words::kHelpTitle).c_str(),
+                      WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT,
+                      theme_.Px(kWidth), theme_.Px(kHeight), nullptr, nullptr, program, nullptr);
   search_ = CreateWindowExW(
       WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0, 0, 1,
-      1, window_, reinterpret_cast<HMENU>(LONG_PTR{kSearchId}), kind.hInstance, nullptr);
+      1, window_, reinterpret_cast<HMENU>(LONG_PTR{kSearchId}), program, nullptr);
   SendMessageW(search_, EM_SETCUEBANNER, TRUE,
                reinterpret_cast<LPARAM>(platform::ToWide(kSearchWords).c_str()));
   SendMessageW(search_, WM_SETFONT, reinterpret_cast<WPARAM>(theme_.body.get()), TRUE);
@@ -68,13 +64,13 @@ HelpWindow::HelpWindow() : theme_(GetDpiForSystem()) {
     ShowWindow(child, SW_SHOW);
   }
   // Last, when everything that messages use is there.
-  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  SetObject(window_, this);
   ApplyTheme(window_, theme_);
   LayOut();
 }
 
 HelpWindow::~HelpWindow() {
-  SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+  SetObject<HelpWindow>(window_, nullptr);
   DestroyWindow(window_);
 }
 
@@ -180,16 +176,6 @@ bool HelpWindow::Translate(MSG& message) {
   return IsDialogMessageW(window_, &message) != 0;
 }
 
-LRESULT CALLBACK HelpWindow::WindowProcedure(HWND window, UINT message, WPARAM wide, LPARAM data) {
-  auto* self = reinterpret_cast<HelpWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (self != nullptr) {
-    if (const auto result = self->Handle(message, wide, data)) {
-      return *result;
-    }
-  }
-  return DefWindowProcW(window, message, wide, data);
-}
-
 std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data) {
   switch (message) {
     case WM_COMMAND:
@@ -200,11 +186,9 @@ std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data
         GoTo(headings_[static_cast<std::size_t>(contents_->Selected())]);
       }
       return 0;
-    case WM_DRAWITEM: {
-      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(data);
-      item.CtlType == ODT_LISTBOX ? RowList::DrawRow(item, theme_) : DrawButton(item, theme_);
+    case WM_DRAWITEM:
+      DrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(data), theme_);
       return TRUE;
-    }
     case WM_CTLCOLORLISTBOX:
     case WM_CTLCOLOREDIT:
       SetTextColor(reinterpret_cast<HDC>(wide), theme_.colours.text);

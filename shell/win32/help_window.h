@@ -26,10 +26,10 @@ class HelpWindow {
   // reported on the page itself.
   void Open(const std::filesystem::path& file);
   bool Translate(MSG& message);
+  // Answers the window's messages.
+  std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
 
  private:
-  static LRESULT CALLBACK WindowProcedure(HWND, UINT, WPARAM, LPARAM);
-  std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
   void Load(const std::filesystem::path& file);
   void FillContents(const std::string& source);
   void LayOut();

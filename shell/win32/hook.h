@@ -35,6 +35,25 @@ inline void HookWindow(HWND window, Procedure procedure) {
                     reinterpret_cast<DWORD_PTR>(kept));
 }
 
+// The procedure of a window whose user data is an object of class T: its Handle answers first.
+template <typename T>
+LRESULT CALLBACK ObjectProcedure(HWND window, UINT message, WPARAM wide, LPARAM data) {
+  auto* self = reinterpret_cast<T*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  const std::optional<LRESULT> result =
+      self != nullptr ? self->Handle(message, wide, data) : std::nullopt;
+  return result ? *result : DefWindowProcW(window, message, wide, data);
+}
+
+// From now on, or no longer for nullptr, the object answers the window's messages.
+template <typename T>
+void SetObject(HWND window, T* object) {
+  SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(object));
+}
+
+// A kind of windows of our own; again is no harm.
+void RegisterKind(const wchar_t* name, WNDPROC procedure, UINT style = 0,
+                  const wchar_t* cursor = IDC_ARROW);
+
 // A bare child window for a widget of our own; its behaviour is hooked.
 HWND MakeBareWindow(HWND parent, DWORD style);
 

@@ -25,24 +25,10 @@ namespace {
 namespace words = app::words;
 using app::Event;
 using app::Form1;
+using app::Look;
 
 constexpr wchar_t kClass[] = L"TonadexForm1";
-constexpr int kFirstWidth = 1000, kFirstHeight = 700, kLeastWidth = 900, kLeastHeight = 600;
 constexpr UINT_PTR kFollowTimer = 1, kCopiedTimer = 2;
-constexpr UINT kFollowMs = 30, kCopiedMs = 1500;
-constexpr int kIconResource = 1;
-
-struct ShortcutRow {
-  WPARAM key;
-  bool control;
-  app::Control Form1::*button;
-};
-constexpr std::array<ShortcutRow, 6> kShortcuts = {{{'1', true, &Form1::cmdinicio},
-                                                    {'2', true, &Form1::cmdbuscar},
-                                                    {'3', true, &Form1::cmdrepertorio},
-                                                    {'4', true, &Form1::cmd906},
-                                                    {'5', true, &Form1::cmdopciones},
-                                                    {VK_F1, false, &Form1::cmdayuda}}};
 
 constexpr auto kTitles = std::to_array<app::Control Form1::*>(
     {&Form1::lbltitulocompo, &Form1::lbltitulortttl, &Form1::lbltextresult});
@@ -69,17 +55,11 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
       position_(std::move(position)),
       form_(program),
       theme_(GetDpiForSystem()) {
-  WNDCLASSW kind{};
-  kind.lpfnWndProc = WindowProcedure;
-  kind.hInstance = GetModuleHandleW(nullptr);
-  kind.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  kind.hIcon = LoadIconW(kind.hInstance, MAKEINTRESOURCEW(kIconResource));
-  kind.lpszClassName = kClass;
-  RegisterClassW(&kind);
-  CreateWindowExW(WS_EX_CONTROLPARENT, kClass, platform::ToWide(words::kWindowTitle).c_str(),
-                  WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT,
-                  theme_.Px(kFirstWidth), theme_.Px(kFirstHeight), nullptr, nullptr, kind.hInstance,
-                  this);
+  RegisterKind(kClass, ObjectProcedure<MainWindow>);
+  window_ = CreateWindowExW(
+      WS_EX_CONTROLPARENT, kClass, platform::ToWide(words::kWindowTitle).c_str(),
+      WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, theme_.Px(kFirstWidth),
+      theme_.Px(kFirstHeight), nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
   ApplyTheme(window_, theme_);
   binding_ = std::make_unique<Binding>(form_, window_, theme_,
                                        [this](const Binding::Handler& handler) { Run(handler); });
@@ -90,6 +70,7 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
   SetFonts();
   AddTooltips();
   FilterTempo();
+  SetObject(window_, this);  // when everything that messages use is there
 
   hooks_.draw = [this] { Draw(); };
   boxes_.window = window_;
@@ -102,8 +83,8 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
   boxes_.place = [this](HWND box) { PlaceBox(box); };
   boxes_.closed = [this] {
     KillTimer(window_, kFollowTimer);
-    for (const auto* view : {&parts_.repertoireView, &parts_.composerView, &parts_.rtttlView}) {
-      (*view)->SetPosition(-1);
+    for (const MelodyPart& melody : parts_.Melodies()) {
+      melody.view->SetPosition(-1);
     }
   };
   program_.window = reinterpret_cast<std::intptr_t>(window_);
@@ -114,7 +95,7 @@ MainWindow::~MainWindow() {
   program_.busyChanged = nullptr;
   hooks_.draw = nullptr;
   boxes_ = {};
-  loaded_ = false;
+  SetObject<MainWindow>(window_, nullptr);
   parts_ = {};
   binding_.reset();  // the web controls go before their parent
   DestroyWindow(window_);
@@ -139,54 +120,52 @@ void MainWindow::Run(const Binding::Handler& handler) {
 
 // ---- Messages -----------------------------------------------------------------------------------
 
-LRESULT CALLBACK MainWindow::WindowProcedure(HWND window, UINT message, WPARAM wide, LPARAM data) {
-  if (message == WM_NCCREATE) {
-    auto* self = static_cast<MainWindow*>(reinterpret_cast<CREATESTRUCTW*>(data)->lpCreateParams);
-    self->window_ = window;
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-  }
-  auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (self != nullptr && self->binding_ != nullptr) {
-    if (const auto result = self->Handle(message, wide, data)) {
-      return *result;
-    }
-  }
-  return DefWindowProcW(window, message, wide, data);
-}
-
 std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data) {
   switch (message) {
     case WM_COMMAND:
       Command(LOWORD(wide), HIWORD(wide));
       return 0;
     case WM_TIMER:
-      if (wide == kFollowTimer) {
-        FollowMelody();
-      } else if (wide == kCopiedTimer) {
-        KillTimer(window_, kCopiedTimer);
-        SetText(parts_.copy, words::kCopy);
-      } else {
-        binding_->Tick(wide);
-      }
+      Tick(wide);
       return 0;
     case kBannerLeft:
       binding_->Raise(binding_->Of(&Form1::navbanner), Event::kNavigation);
       return 0;
-    case WM_DRAWITEM: {
-      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(data);
-      item.CtlType == ODT_LISTBOX ? RowList::DrawRow(item, theme_) : DrawButton(item, theme_);
-      return TRUE;
-    }
-    case WM_CTLCOLORSTATIC:
-    case WM_CTLCOLOREDIT:
-    case WM_CTLCOLORLISTBOX:
-      return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data), message);
     case WM_HSCROLL:
       if (reinterpret_cast<HWND>(data) == parts_.size) {
         binding_->Of(&Form1::textresultado)
             .display->SetPixelSize(static_cast<int>(SendMessageW(parts_.size, TBM_GETPOS, 0, 0)));
       }
       return 0;
+    case WM_ACTIVATE:
+      if (LOWORD(wide) == WA_INACTIVE) {
+        focus_ = GetFocus();
+        return 0;
+      }
+      [[fallthrough]];
+    case WM_SETFOCUS:
+      if (focus_ != nullptr && IsChild(window_, focus_) != 0) {
+        SetFocus(focus_);
+      }
+      return 0;
+    case WM_CLOSE:
+      Close();
+      return 0;
+    default:
+      return HandleLook(message, wide, data);
+  }
+}
+
+// What has to do with size and looks.
+std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM data) {
+  switch (message) {
+    case WM_DRAWITEM:
+      DrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(data), theme_);
+      return TRUE;
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+      return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data), message);
     case WM_SIZE:
       layout_.clear();
       LayOutPage();
@@ -200,18 +179,6 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
       return 0;
     case WM_ERASEBKGND:
       return 1;
-    case WM_ACTIVATE:
-      if (LOWORD(wide) == WA_INACTIVE) {
-        focus_ = GetFocus();
-      } else if (focus_ != nullptr && IsChild(window_, focus_) != 0) {
-        SetFocus(focus_);
-      }
-      return 0;
-    case WM_SETFOCUS:
-      if (focus_ != nullptr && IsChild(window_, focus_) != 0) {
-        SetFocus(focus_);
-      }
-      return 0;
     case WM_DPICHANGED: {
       const RECT& place = *reinterpret_cast<const RECT*>(data);
       ChangeTheme(LOWORD(wide));
@@ -223,11 +190,19 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
     case WM_SYSCOLORCHANGE:
       ChangeTheme(theme_.dpi);
       return std::nullopt;
-    case WM_CLOSE:
-      Close();
-      return 0;
     default:
       return std::nullopt;
+  }
+}
+
+void MainWindow::Tick(UINT_PTR timer) {
+  if (timer == kFollowTimer) {
+    FollowMelody();
+  } else if (timer == kCopiedTimer) {
+    KillTimer(window_, kCopiedTimer);
+    SetText(parts_.copy, words::kCopy);
+  } else {
+    binding_->Tick(timer);
   }
 }
 
@@ -276,9 +251,11 @@ bool MainWindow::Translate(MSG& message) {
 
 bool MainWindow::Shortcut(const MSG& message) {
   const bool control = GetKeyState(VK_CONTROL) < 0;
-  for (const ShortcutRow& row : kShortcuts) {
-    if (row.key == message.wParam && row.control == control) {
-      binding_->Raise(binding_->Of(row.button), Event::kClick);
+  for (const app::NavigationInfo& info : app::NavigationRow()) {
+    const bool help = info.digit == '\0';
+    const WPARAM key = help ? VK_F1 : static_cast<WPARAM>(info.digit);
+    if (key == message.wParam && control != help) {
+      binding_->Raise(binding_->Of(info.button), Event::kClick);
       return true;
     }
   }
@@ -307,7 +284,7 @@ bool MainWindow::EnterKey() {
     }
   }
   // Several lines may be typed into an area; elsewhere Enter does nothing.
-  return bound == nullptr || bound->widget != Widget::kArea;
+  return bound == nullptr || bound->look != Look::kArea;
 }
 
 // Each typed character passes the model before the tempo box gets it.
@@ -369,11 +346,9 @@ void MainWindow::DrawParts() {
   display.SetInvitation(form_.EmptyResultSentence());
   display.SetResult(form_.textresultado.text, form_.ResultGroupsShown(),
                     form_.ResultIsKeyPresses());
-  parts_.repertoireView->SetDrawing(form_.repertoireDrawing,
-                                    app::DrawingInWords(form_.repertoireDrawing), {});
-  parts_.composerView->SetDrawing(form_.composerDrawing, app::DrawingInWords(form_.composerDrawing),
-                                  {});
-  parts_.rtttlView->SetDrawing(form_.rtttlDrawing, app::DrawingInWords(form_.rtttlDrawing), {});
+  for (const MelodyPart& melody : parts_.Melodies()) {
+    melody.view->SetDrawing(form_.*melody.drawing, platform::ToWide(words::kDrawing));
+  }
 }
 
 // Only when something has moved: a page, the banner, a text that takes more lines.
@@ -396,11 +371,9 @@ void MainWindow::LayOutPage() {
 
 void MainWindow::FocusPage() {
   for (const BoundControl& bound : binding_->Controls()) {
-    const bool navigation =
-        std::ranges::find(app::NavigationRow(), bound.info->member, &app::NavigationInfo::button) !=
-        app::NavigationRow().end();
-    if (!navigation && bound.window != nullptr && bound.browser == nullptr &&
-        (form_.*bound.info->member).visible && IsWindowEnabled(bound.window) != 0 &&
+    if (!app::IsNavigation(bound.info->member) && bound.window != nullptr &&
+        bound.browser == nullptr && (form_.*bound.info->member).visible &&
+        IsWindowEnabled(bound.window) != 0 &&
         (GetWindowLongPtrW(bound.window, GWL_STYLE) & WS_TABSTOP) != 0) {
       focus_ = bound.window;
       break;
@@ -454,7 +427,7 @@ LRESULT MainWindow::ColourOf(HDC context, HWND control, UINT message) const {
   }
   const BoundControl* bound = binding_->Find(control);
   const bool label =
-      message == WM_CTLCOLORSTATIC && (bound == nullptr || bound->widget == Widget::kLabel);
+      message == WM_CTLCOLORSTATIC && (bound == nullptr || bound->look == Look::kLabel);
   // Labels stand on a card or on the window, all else on a ground of its own.
   RECT place{};
   GetWindowRect(control, &place);
@@ -542,27 +515,22 @@ void MainWindow::Navigate(platform::WebViewId view, std::string_view url) {
 }
 
 void MainWindow::FollowMelody() {
-  const std::array<std::pair<app::Sounding, MelodyView*>, 3> views = {
-      {{app::Sounding::kRepertoire, parts_.repertoireView.get()},
-       {app::Sounding::kComposer, parts_.composerView.get()},
-       {app::Sounding::kRtttl, parts_.rtttlView.get()}}};
   const std::optional<double> position = position_ ? position_() : std::nullopt;
-  for (const auto& [what, view] : views) {
-    view->SetPosition(form_.sounding == what ? position.value_or(-1) : -1);
+  for (const MelodyPart& melody : parts_.Melodies()) {
+    melody.view->SetPosition(form_.sounding == melody.what ? position.value_or(-1) : -1);
   }
 }
 
 // Away from the drawing that is followed.
 void MainWindow::PlaceBox(HWND box) const {
-  if (form_.sounding == app::Sounding::kNothing) {
+  const auto melodies = parts_.Melodies();
+  const auto sounding = std::ranges::find(melodies, form_.sounding, &MelodyPart::what);
+  if (sounding == melodies.end()) {
     return;
   }
-  const MelodyView& view = form_.sounding == app::Sounding::kComposer ? *parts_.composerView
-                           : form_.sounding == app::Sounding::kRtttl  ? *parts_.rtttlView
-                                                                      : *parts_.repertoireView;
   RECT window{}, drawing{}, size{};
   GetWindowRect(window_, &window);
-  GetWindowRect(view.window(), &drawing);
+  GetWindowRect(sounding->view->window(), &drawing);
   GetWindowRect(box, &size);
   const LONG width = size.right - size.left, height = size.bottom - size.top;
   const bool drawnAbove = drawing.top + drawing.bottom < window.top + window.bottom;

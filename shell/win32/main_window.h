@@ -36,10 +36,12 @@ class MainWindow {
   // Paints what waits while a request runs.
   void Wait();
   void Navigate(platform::WebViewId view, std::string_view url);
+  // Answers the window's messages.
+  std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
 
  private:
-  static LRESULT CALLBACK WindowProcedure(HWND, UINT, WPARAM, LPARAM);
-  std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
+  std::optional<LRESULT> HandleLook(UINT message, WPARAM wide, LPARAM data);
+  void Tick(UINT_PTR timer);
   // The single place where handlers of the model start.
   void Run(const Binding::Handler& handler);
 

@@ -19,8 +19,8 @@ using app::Form1;
 namespace words = app::words;
 using Member = Control Form1::*;
 
-constexpr int kBannerHeight = 60, kBusyHeight = 3;
-constexpr int kListWidth = 280, kWidestCard = 760, kTallestCard = 480;
+constexpr int kBusyHeight = 3;
+constexpr int kWidestCard = 760, kTallestCard = 480;
 constexpr int kViewHeight = 104, kNoticesHeight = 84, kTempoWidth = 96;
 
 // ---- Making -------------------------------------------------------------------------------------
@@ -369,6 +369,12 @@ void Show(HWND window, bool shown) {
 }
 
 }  // namespace
+
+std::array<MelodyPart, 3> PageParts::Melodies() const {
+  return {{{app::Sounding::kRepertoire, &Form1::repertoireDrawing, repertoireView.get()},
+           {app::Sounding::kComposer, &Form1::composerDrawing, composerView.get()},
+           {app::Sounding::kRtttl, &Form1::rtttlDrawing, rtttlView.get()}}};
+}
 
 PageParts MakeParts(const Binding& binding, HWND parent, const Theme& theme,
                     KeyRow::Pressed pressed) {

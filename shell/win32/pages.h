@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -22,6 +23,13 @@ enum PartId : int {
   kFirstKeyId = 2100,
 };
 
+// A melody that can sound, and its picture.
+struct MelodyPart {
+  app::Sounding what;
+  app::Drawing app::Form1::*drawing;
+  MelodyView* view;
+};
+
 struct PageParts {
   HWND phone = nullptr;  // the chosen phone, a way to the options
   HWND goToSearch = nullptr;
@@ -32,6 +40,8 @@ struct PageParts {
   std::unique_ptr<BusyLine> busy;
   std::unique_ptr<MelodyView> repertoireView, composerView, rtttlView;
   std::unique_ptr<KeyRow> keys;
+
+  std::array<MelodyPart, 3> Melodies() const;
 };
 
 // Makes the parts and puts every window into reading order, which is the order of the Tab key.

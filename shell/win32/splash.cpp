@@ -3,23 +3,16 @@
 #include <algorithm>
 
 #include "app/words.h"
-#include "core/rtttl.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
+#include "shell/win32/hook.h"
 
 namespace tonadex::shell {
 namespace {
 
 constexpr wchar_t kClass[] = L"TonadexInicio";
-constexpr int kWidth = 420, kHeight = 240;
 constexpr UINT_PTR kTimer = 1;
-constexpr COLORREF kGround = RGB(0x12, 0x50, 0x39), kInk = RGB(0xF2, 0xF8, 0xE9);
-
-app::Drawing BuiltInMelody() {
-  core::RTTTLMelody melody;
-  core::InitMelody(melody, {});
-  return app::MelodyDrawing(melody.Text);
-}
+constexpr COLORREF kGround = SystemColour(kSplash.ground), kInk = SystemColour(kSplash.ink);
 
 }  // namespace
 
@@ -28,19 +21,14 @@ Splash::Splash(app::Program& program, std::function<void()> finished)
       model_(program),
       finished_(std::move(finished)),
       theme_(GetDpiForSystem()),
-      pattern_(BuiltInMelody()) {
-  WNDCLASSW kind{};
-  kind.lpfnWndProc = WindowProcedure;
-  kind.hInstance = GetModuleHandleW(nullptr);
-  kind.hCursor = LoadCursorW(nullptr, IDC_APPSTARTING);
-  kind.lpszClassName = kClass;
-  RegisterClassW(&kind);
-  const int width = theme_.Px(kWidth), height = theme_.Px(kHeight);
+      pattern_(app::SplashBars()) {
+  RegisterKind(kClass, ObjectProcedure<Splash>, 0, IDC_APPSTARTING);
+  const int width = theme_.Px(kSplash.width), height = theme_.Px(kSplash.height);
   window_ = CreateWindowExW(0, kClass, platform::ToWide(app::words::kWindowTitle).c_str(), WS_POPUP,
                             (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
                             (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height, nullptr,
-                            nullptr, kind.hInstance, nullptr);
-  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+                            nullptr, GetModuleHandleW(nullptr), nullptr);
+  SetObject(window_, this);
 }
 
 Splash::~Splash() {
@@ -76,41 +64,34 @@ void Splash::Draw() {
   InvalidateRect(window_, nullptr, FALSE);
 }
 
-LRESULT CALLBACK Splash::WindowProcedure(HWND window, UINT message, WPARAM wide, LPARAM data) {
-  auto* self = reinterpret_cast<Splash*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (self != nullptr && message == WM_PAINT) {
-    self->Paint();
+std::optional<LRESULT> Splash::Handle(UINT message, WPARAM, LPARAM) {
+  if (message == WM_PAINT) {
+    Paint();
     return 0;
   }
-  if (self != nullptr && message == WM_TIMER) {
-    self->Tick();
+  if (message == WM_TIMER) {
+    Tick();
     return 0;
   }
-  return DefWindowProcW(window, message, wide, data);
+  return std::nullopt;
 }
 
 void Splash::Paint() {
   const BufferedPaint paint(window_);
   const Brush ground(CreateSolidBrush(kGround));
   FillRect(paint.get(), &paint.area(), ground.get());
-  const double scale = theme_.dpi / 96.0, pixelsPerMs = 0.05 * scale;
-  const int spread = std::max(1, pattern_.highest - pattern_.lowest);
-  for (const app::DrawnNote& note : pattern_.notes) {
-    const auto left = static_cast<LONG>(36 * scale + note.start * pixelsPerMs);
-    if (note.pause || left > paint.area().right) {
-      continue;
-    }
-    const auto top =
-        static_cast<LONG>(scale * (216 - (note.pitch - pattern_.lowest) * 72.0 / spread));
-    const auto width = static_cast<LONG>(std::max(4 * scale, note.length * pixelsPerMs - 3));
-    RoundedBox(paint.get(), {left, top, left + width, top + theme_.Px(7)},
-               std::min(theme_.Px(3), static_cast<int>(width / 2)), Blend(kInk, kGround, 0.22), 0,
-               0);
+  const double scale = theme_.dpi / 96.0;
+  for (const app::Box& bar : pattern_) {
+    const RECT place{static_cast<LONG>(bar.x * scale), static_cast<LONG>(bar.y * scale),
+                     static_cast<LONG>(bar.right() * scale),
+                     static_cast<LONG>(bar.bottom() * scale)};
+    const int radius = static_cast<int>(std::min(bar.width, bar.height) / 2 * scale);
+    RoundedBox(paint.get(), place, radius, Blend(kInk, kGround, kSplash.pattern), 0, 0);
   }
   const auto words = [&](const std::string& text, int top, int height, HFONT font) {
     Words(paint.get(), platform::ToWide(text),
-          {theme_.Px(36), theme_.Px(top), theme_.Px(kWidth - 32), theme_.Px(top + height)}, font,
-          kInk, DT_LEFT | DT_WORDBREAK | DT_NOPREFIX);
+          {theme_.Px(36), theme_.Px(top), theme_.Px(kSplash.width - 32), theme_.Px(top + height)},
+          font, kInk, DT_LEFT | DT_WORDBREAK | DT_NOPREFIX);
   };
   const Font large(CreateFontW(-theme_.Px(52), 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE,
                                DEFAULT_CHARSET, 0, 0, CLEARTYPE_QUALITY, DEFAULT_PITCH,

@@ -3,9 +3,11 @@
 #include <windows.h>
 
 #include <functional>
+#include <optional>
+#include <vector>
 
 #include "app/inicio.h"
-#include "app/melody_drawing.h"
+#include "app/melody_picture.h"
 #include "shell/win32/theme.h"
 
 namespace tonadex::shell {
@@ -21,9 +23,10 @@ class Splash {
 
   void Start();
   void Close();
+  // Answers the window's messages.
+  std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
 
  private:
-  static LRESULT CALLBACK WindowProcedure(HWND, UINT, WPARAM, LPARAM);
   void Tick();
   void Draw();
   void Paint();
@@ -32,7 +35,7 @@ class Splash {
   app::inicio model_;
   std::function<void()> finished_;
   Theme theme_;
-  app::Drawing pattern_;
+  std::vector<app::Box> pattern_;
   HWND window_ = nullptr;
 };
 

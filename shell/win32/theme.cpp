@@ -14,38 +14,43 @@ constexpr std::array<const wchar_t*, 3> kMonoFonts = {L"Consolas", L"DejaVu Sans
 constexpr double kBodyPoints = 10, kSmallPoints = 9, kTitlePoints = 13;
 constexpr DWORD kDarkTitleBar = 20;  // DWMWA_USE_IMMERSIVE_DARK_MODE
 
-constexpr Colours kLight = {
-    .window = RGB(0xF4, 0xF6, 0xF3),
-    .card = RGB(0xFF, 0xFF, 0xFF),
-    .border = RGB(0xC9, 0xCF, 0xCB),
-    .hover = RGB(0xEA, 0xEE, 0xEA),
-    .text = RGB(0x1B, 0x21, 0x1E),
-    .muted = RGB(0x5A, 0x64, 0x5E),
-    .accent = RGB(0x17, 0x68, 0x4A),
-    .accentText = RGB(0xFF, 0xFF, 0xFF),
-    .accentWash = RGB(0xDD, 0xEC, 0xE4),
-    .good = RGB(0x17, 0x68, 0x4A),
-    .bad = RGB(0xA8, 0x32, 0x1F),
-    .displayGround = RGB(0xC9, 0xDA, 0xB2),
-    .displayInk = RGB(0x10, 0x1F, 0x10),
-    .displayFaint = RGB(0x4C, 0x5E, 0x42),
+// The colours that go with the tones.
+struct Grounds {
+  Rgb window, card, border, hover, text, muted, accentWash, displayFaint;
 };
-constexpr Colours kDark = {
-    .window = RGB(0x1B, 0x1F, 0x1D),
-    .card = RGB(0x24, 0x29, 0x26),
-    .border = RGB(0x4A, 0x53, 0x4E),
-    .hover = RGB(0x2F, 0x36, 0x32),
-    .text = RGB(0xE7, 0xEB, 0xE8),
-    .muted = RGB(0xA3, 0xAD, 0xA7),
-    .accent = RGB(0x5C, 0xC4, 0x9A),
-    .accentText = RGB(0x0A, 0x1F, 0x16),
-    .accentWash = RGB(0x26, 0x42, 0x37),
-    .good = RGB(0x5C, 0xC4, 0x9A),
-    .bad = RGB(0xF0, 0x91, 0x7F),
-    .displayGround = RGB(0x0F, 0x1A, 0x10),
-    .displayInk = RGB(0xC2, 0xE2, 0xAB),
-    .displayFaint = RGB(0x7C, 0x97, 0x6C),
-};
+constexpr Grounds kLight = {.window = 0xF4F6F3,
+                            .card = 0xFFFFFF,
+                            .border = 0xC9CFCB,
+                            .hover = 0xEAEEEA,
+                            .text = 0x1B211E,
+                            .muted = 0x5A645E,
+                            .accentWash = 0xDDECE4,
+                            .displayFaint = 0x4C5E42};
+constexpr Grounds kDark = {.window = 0x1B1F1D,
+                           .card = 0x242926,
+                           .border = 0x4A534E,
+                           .hover = 0x2F3632,
+                           .text = 0xE7EBE8,
+                           .muted = 0xA3ADA7,
+                           .accentWash = 0x264237,
+                           .displayFaint = 0x7C976C};
+
+Colours OwnColours(const Tones& tones, const Grounds& grounds) {
+  return {.window = SystemColour(grounds.window),
+          .card = SystemColour(grounds.card),
+          .border = SystemColour(grounds.border),
+          .hover = SystemColour(grounds.hover),
+          .text = SystemColour(grounds.text),
+          .muted = SystemColour(grounds.muted),
+          .accent = SystemColour(tones.accent),
+          .accentText = SystemColour(tones.accentText),
+          .accentWash = SystemColour(grounds.accentWash),
+          .good = SystemColour(tones.good),
+          .bad = SystemColour(tones.bad),
+          .displayGround = SystemColour(tones.displayGround),
+          .displayInk = SystemColour(tones.displayInk),
+          .displayFaint = SystemColour(grounds.displayFaint)};
+}
 
 // A contrast theme's colours are the user's own choice.
 Colours ContrastColours() {
@@ -102,8 +107,8 @@ Theme::Theme(UINT dotsPerInch)
     : dpi(dotsPerInch),
       dark(WantsDark() && !HasContrastTheme()),
       colours(HasContrastTheme() ? ContrastColours()
-              : dark             ? kDark
-                                 : kLight),
+              : dark             ? OwnColours(kDarkTones, kDark)
+                                 : OwnColours(kLightTones, kLight)),
       body(MakeFont(kBodyFont, kBodyPoints, dpi)),
       small(MakeFont(kBodyFont, kSmallPoints, dpi)),
       title(MakeFont(kBodyFont, kTitlePoints, dpi, FW_SEMIBOLD)),

@@ -4,15 +4,11 @@
 
 #include <string>
 
+#include "shell/common/look.h"
 #include "shell/win32/handles.h"
 
 // Type, spacing and colour of the program, chosen once here.
 namespace tonadex::shell {
-
-// Distances at 96 dots per inch: multiples of the grid.
-inline constexpr int kGrid = 8;
-inline constexpr int kPageMargin = 2 * kGrid;
-inline constexpr int kRadius = 6;
 
 struct Colours {
   COLORREF window, card, border, hover;
@@ -28,6 +24,7 @@ struct Colours {
 struct Theme {
   explicit Theme(UINT dotsPerInch);
 
+  // A device-independent distance in pixels.
   int Px(int distance) const { return MulDiv(distance, static_cast<int>(dpi), 96); }
 
   UINT dpi;
@@ -40,6 +37,11 @@ struct Theme {
   int control;    // height of buttons and one-line fields
   Brush windowBrush, cardBrush;
 };
+
+// A colour as the system takes it.
+constexpr COLORREF SystemColour(Rgb colour) {
+  return RGB(colour >> 16 & 0xFF, colour >> 8 & 0xFF, colour & 0xFF);
+}
 
 // `part` of `over` on `under`, 0 to 1.
 COLORREF Blend(COLORREF over, COLORREF under, double part);

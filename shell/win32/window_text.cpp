@@ -70,17 +70,23 @@ void PutOnClipboard(HWND owner, std::string_view text) {
   CloseClipboard();
 }
 
+void RegisterKind(const wchar_t* name, WNDPROC procedure, UINT style, const wchar_t* cursor) {
+  constexpr int kIconResource = 1;
+  WNDCLASSW kind{};
+  kind.style = style;
+  kind.lpfnWndProc = procedure;
+  kind.hInstance = GetModuleHandleW(nullptr);
+  kind.hCursor = LoadCursorW(nullptr, cursor);
+  kind.hIcon = LoadIconW(kind.hInstance, MAKEINTRESOURCEW(kIconResource));
+  kind.lpszClassName = name;
+  RegisterClassW(&kind);
+}
+
 HWND MakeBareWindow(HWND parent, DWORD style) {
   constexpr wchar_t kClass[] = L"TonadexPart";
-  WNDCLASSW kind{};
-  kind.style = CS_HREDRAW | CS_VREDRAW;
-  kind.lpfnWndProc = DefWindowProcW;
-  kind.hInstance = GetModuleHandleW(nullptr);
-  kind.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  kind.lpszClassName = kClass;
-  RegisterClassW(&kind);  // again is no harm
+  RegisterKind(kClass, DefWindowProcW, CS_HREDRAW | CS_VREDRAW);
   return CreateWindowExW(0, kClass, L"", WS_CHILD | style, 0, 0, 1, 1, parent, nullptr,
-                         kind.hInstance, nullptr);
+                         GetModuleHandleW(nullptr), nullptr);
 }
 
 }  // namespace tonadex::shell

@@ -8,7 +8,6 @@
 
 #include "app/result_groups.h"
 #include "shell/qt/text.h"
-#include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
 
@@ -152,43 +151,6 @@ TEST(PhoneDisplay, CountedGroupsLeaveRoomForTheirNumbers) {
   Show(plain, "18 3 59");
   Show(counted, "18 3 59", true);
   EXPECT_LT(counted.viewport()->width(), plain.viewport()->width());
-}
-
-app::Drawing LongDrawing() {
-  std::string melody = "x:d=16,o=5,b=100:";
-  for (int i = 0; i < 200; ++i) {
-    melody += i % 2 == 0 ? "c," : "a#.6,";
-  }
-  return app::MelodyDrawing(melody + "p");
-}
-
-TEST(MelodyView, KeepsTheSoundingNoteInView) {
-  shell::MelodyView view;
-  view.resize(500, 150);
-  view.show();
-  const app::Drawing drawing = LongDrawing();
-  view.SetDrawing(drawing, {}, {});
-  for (std::size_t i = 0; i < drawing.notes.size(); i += 7) {
-    const app::DrawnNote& note = drawing.notes[i];
-    view.SetPosition(note.start + note.length / 2);
-    EXPECT_EQ(view.SoundingNote(), static_cast<int>(i));
-    EXPECT_TRUE(view.rect().toRectF().contains(view.NoteBox(note))) << i;
-  }
-  view.SetPosition(-1);
-  EXPECT_EQ(view.SoundingNote(), -1);
-}
-
-TEST(MelodyView, HigherNotesStandHigherAndNoneOutside) {
-  shell::MelodyView view;
-  view.resize(400, 100);
-  const app::Drawing drawing = app::MelodyDrawing("x:d=4,o=4,b=100:c,c#,b,c5,a8");
-  view.SetDrawing(drawing, {}, {});
-  for (std::size_t i = 1; i < drawing.notes.size(); ++i) {
-    EXPECT_LT(view.NoteBox(drawing.notes[i]).y(), view.NoteBox(drawing.notes[i - 1]).y());
-    EXPECT_GE(view.NoteBox(drawing.notes[i]).x(), view.NoteBox(drawing.notes[i - 1]).right());
-  }
-  EXPECT_GE(view.NoteBox(drawing.notes.back()).y(), 0);
-  EXPECT_LE(view.NoteBox(drawing.notes.front()).bottom(), view.height());
 }
 
 TEST(RowList, ShowsTenThousandRowsAtOnce) {

@@ -53,7 +53,7 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
   t.position = 1500;
   const shell::MelodyView* view = t.window.Parts().repertoireView;
   WhenModal([&](QWidget* box) {
-    EXPECT_TRUE(QTest::qWaitFor([view] { return view->SoundingNote() == 1; }));
+    EXPECT_TRUE(QTest::qWaitFor([view] { return view->Picture().sounding() == 1; }));
     EXPECT_EQ(qobject_cast<QMessageBox*>(box)->text(), "Reproduciendo melodia: Vals");
     EXPECT_EQ(box->windowTitle(), "Reproduciendo");
     EXPECT_EQ(qobject_cast<QMessageBox*>(box)->icon(), QMessageBox::Information);
@@ -61,7 +61,7 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
     EXPECT_FALSE(box->geometry().intersects(drawing));
   });
   QTest::keyClick(t.Widget("List1"), Qt::Key_Return);
-  EXPECT_EQ(view->SoundingNote(), -1);
+  EXPECT_EQ(view->Picture().sounding(), -1);
   EXPECT_EQ(t.test.sequencer.commands.back(), "close mR2M");
 }
 

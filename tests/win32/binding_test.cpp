@@ -15,8 +15,8 @@ using namespace core::literals;
 using app::Control;
 using app::ControlKind;
 using app::Event;
+using app::Look;
 using shell::BoundControl;
-using shell::Widget;
 
 // The model bound to windows, without the main window around it.
 struct BoundForm {
@@ -41,7 +41,7 @@ void SetEverything(const BoundControl& bound, Control& control, const std::strin
   control.enabled = false;
   control.caption = text;
   control.text = text;
-  if (bound.widget == Widget::kList || bound.widget == Widget::kComboBox) {
+  if (bound.look == Look::kList || bound.look == Look::kComboBox) {
     control.rows = {{"uno", 1}, {text, 2}};
     control.Select(1);
   }
@@ -83,8 +83,7 @@ TEST(WindowsBinding, EveryControlIsDrawnAsItStandsAndReadBack) {
     t.binding.Draw();
     EXPECT_FALSE(HasStyle(bound.window, WS_VISIBLE));
     EXPECT_FALSE(HasStyle(bound.window, WS_DISABLED));
-    if (bound.widget == Widget::kLine || bound.widget == Widget::kArea ||
-        bound.widget == Widget::kComboBox) {
+    if (bound.look == Look::kLine || bound.look == Look::kArea || bound.look == Look::kComboBox) {
       SetWindowTextW(bound.window, L"\u00E1b");
       t.binding.CopyIn();
       EXPECT_EQ(control.text,
@@ -110,7 +109,7 @@ bool Report(BoundForm& t, const app::HandlerInfo& row) {
     case Event::kActivate:
       return t.binding.Command(id, LBN_DBLCLK);
     case Event::kChange:
-      return t.binding.Command(id, bound.widget == Widget::kComboBox ? CBN_EDITCHANGE : EN_CHANGE);
+      return t.binding.Command(id, bound.look == Look::kComboBox ? CBN_EDITCHANGE : EN_CHANGE);
     case Event::kTick:
       return t.binding.Tick(static_cast<UINT_PTR>(bound.info - app::Controls().data()) +
                             shell::kFirstControlId);

@@ -14,10 +14,6 @@
 namespace tonadex::shell {
 namespace {
 
-QString Lines(std::string_view text) {
-  return ToQString(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).replace('\r', '\n');
-}
-
 QMessageBox::Icon BoxIcon(platform::Icon icon) {
   switch (icon) {
     case platform::Icon::kInformation:
@@ -131,7 +127,7 @@ void QtMessageBoxes::Show(const platform::Message& message) {
   QMessageBox box(BoxIcon(message.icon), ToQString(message.title), {}, QMessageBox::Ok,
                   hooks_.window);
   box.setTextFormat(Qt::PlainText);
-  box.setText(Lines(message.text));
+  box.setText(ToQStringLines(message.text));
   // What it says can be passed on.
   QObject::connect(new QShortcut(QKeySequence::Copy, &box), &QShortcut::activated, &box,
                    [&box] { QApplication::clipboard()->setText(box.text()); });

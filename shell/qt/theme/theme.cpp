@@ -27,13 +27,6 @@ QColor Blend(const QColor& over, const QColor& under, double part) {
           mix(over.blue(), under.blue())};
 }
 
-struct Tones {
-  const char *accent, *accentText, *good, *bad, *displayGround, *displayInk;
-};
-
-constexpr Tones kLight = {"#17684a", "#ffffff", "#17684a", "#a8321f", "#c9dab2", "#101f10"};
-constexpr Tones kDark = {"#5cc49a", "#0a1f16", "#5cc49a", "#f0917f", "#0f1a10", "#c2e2ab"};
-
 // The grounds where the system names none of its own: those of the server's pages.
 QPalette OwnPalette(bool dark) {
   const QColor window(dark ? "#1b1e1b" : "#fbfcfa");
@@ -211,20 +204,20 @@ Theme CurrentTheme() {
   const QPalette palette = QApplication::palette();
   Theme theme;
   theme.dark = IsDark(palette);
-  const Tones& tones = theme.dark ? kDark : kLight;
+  const Tones& tones = theme.dark ? kDarkTones : kLightTones;
   theme.window = palette.color(QPalette::Window);
   theme.card = palette.color(QPalette::Base);
   theme.text = palette.color(QPalette::WindowText);
-  theme.accent = QColor(tones.accent);
-  theme.accentText = QColor(tones.accentText);
+  theme.accent = QColor(QRgb{tones.accent});
+  theme.accentText = QColor(QRgb{tones.accentText});
   theme.accentWash = Blend(theme.accent, theme.card, theme.dark ? 0.24 : 0.13);
   theme.muted = Blend(theme.text, theme.window, 0.66);
   theme.border = Blend(theme.text, theme.window, theme.dark ? 0.24 : 0.2);
   theme.hover = Blend(theme.text, theme.card, 0.06);
-  theme.good = QColor(tones.good);
-  theme.bad = QColor(tones.bad);
-  theme.displayGround = QColor(tones.displayGround);
-  theme.displayInk = QColor(tones.displayInk);
+  theme.good = QColor(QRgb{tones.good});
+  theme.bad = QColor(QRgb{tones.bad});
+  theme.displayGround = QColor(QRgb{tones.displayGround});
+  theme.displayInk = QColor(QRgb{tones.displayInk});
   theme.displayFaint = Blend(theme.displayInk, theme.displayGround, 0.4);
 
   theme.body = BodyFont(QApplication::font());

@@ -5,17 +5,15 @@
 #include <QPalette>
 #include <QString>
 
+#include "shell/common/look.h"
+
 class QApplication;
 
 // Type, spacing and colour of the program, chosen once here.
 namespace tonadex::shell {
 
-// Distances in device-independent pixels: multiples of the grid.
-inline constexpr int kGrid = 8;
-inline constexpr int kPageMargin = 2 * kGrid;
 inline constexpr int kCardPadding = 2 * kGrid;
 inline constexpr int kFieldGap = kGrid / 2;  // a label above its field
-inline constexpr int kRadius = 6;
 
 struct Theme {
   bool dark = false;

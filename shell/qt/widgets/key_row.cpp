@@ -11,11 +11,6 @@
 #include "shell/qt/theme/theme.h"
 
 namespace tonadex::shell {
-namespace {
-
-constexpr qint64 kHoldMs = 600;  // as long as a phone takes a key for held
-
-}  // namespace
 
 KeyRow::KeyRow(QWidget* parent)
     : QWidget(parent), hold_(new QPushButton(QStringLiteral("( )"), this)) {

@@ -7,8 +7,6 @@
 #include <QScrollBar>
 #include <QToolTip>
 #include <QWheelEvent>
-#include <algorithm>
-#include <cmath>
 
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
@@ -16,19 +14,8 @@
 namespace tonadex::shell {
 namespace {
 
-constexpr double kMostPixelsPerMs = 0.2;
-constexpr double kNoteHeight = 12;
-constexpr int kStaffLines = 5;
-constexpr int kLeastSemitones = 12;
-
-double ShortestNote(const app::Drawing& drawing) {
-  double shortest = drawing.length;
-  for (const app::DrawnNote& note : drawing.notes) {
-    if (note.length > 0) {
-      shortest = std::min(shortest, note.length);
-    }
-  }
-  return shortest;
+QRectF RectOf(const app::Box& box) {
+  return {box.x, box.y, box.width, box.height};
 }
 
 }  // namespace
@@ -39,78 +26,54 @@ MelodyView::MelodyView(QWidget* parent)
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setMinimumHeight(kLeastHeight);
   setMaximumHeight(kLargestHeight);
-  connect(scroll_, &QScrollBar::valueChanged, this, [this] { update(); });
+  connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
+    picture_.ScrollTo(value);
+    update();
+  });
   scroll_->setFocusPolicy(Qt::NoFocus);
 }
 
-void MelodyView::SetDrawing(const app::Drawing& drawing, const QString& words,
-                            const QString& invitation) {
-  if (drawing.notes == drawing_.notes && invitation == invitation_) {
+void MelodyView::SetDrawing(const app::Drawing& drawing, const QString& invitation) {
+  if (drawing.notes == picture_.drawing().notes && invitation == invitation_) {
     return;  // where it was scrolled to, and the sounding note, stay
   }
-  drawing_ = drawing;
   invitation_ = invitation;
-  sounding_ = -1;
-  setAccessibleDescription(words);
-  scroll_->setValue(0);
-  PlaceScrollBar();
+  picture_.SetDrawing(drawing);
+  setAccessibleDescription(ToQString(app::DrawingInWords(drawing)));
+  FitPicture();
   update();
 }
 
 void MelodyView::SetPosition(double ms) {
-  const int sounding = ms < 0 ? -1 : app::NoteAt(drawing_, ms);
-  if (sounding == sounding_) {
-    return;
+  if (picture_.Follow(ms)) {
+    scroll_->setValue(static_cast<int>(picture_.scrolled()));
+    update();
   }
-  sounding_ = sounding;
-  if (sounding >= 0) {
-    const QRectF box = NoteBox(drawing_.notes[static_cast<std::size_t>(sounding)]);
-    const QRectF staff = Staff();
-    if (box.right() > staff.right() - 2 * kGrid || box.left() < staff.left()) {
-      scroll_->setValue(scroll_->value() + static_cast<int>(box.left() - staff.left()) - 6 * kGrid);
-    }
-  }
-  update();
 }
 
-QRectF MelodyView::Staff() const {
-  const int bottom = scroll_->isHidden() ? kGrid : scroll_->height() + kGrid;
-  return QRectF(rect()).adjusted(1.5 * kGrid, 2.5 * kGrid, -1.5 * kGrid, -bottom - kGrid);
-}
-
-// The whole melody in view where its shortest note stays legible, else as long as it takes.
-double MelodyView::PixelsPerMs() const {
-  if (drawing_.length <= 0) {
-    return 0;
-  }
-  const double fitting = (width() - 3.0 * kGrid) / drawing_.length;
-  // The shortest note is to have room for its name.
+// The scroll bar takes its height from the picture.
+void MelodyView::FitPicture() {
   const int name = QFontMetrics(CurrentTheme().small).horizontalAdvance(QStringLiteral("sol"));
-  const double legible = name / ShortestNote(drawing_);
-  return std::max(fitting, std::min(legible, kMostPixelsPerMs));
-}
-
-void MelodyView::PlaceScrollBar() {
-  const double wanted = PixelsPerMs() * drawing_.length;
-  const int page = std::max(1, width() - 3 * kGrid);
-  const int hidden = static_cast<int>(std::ceil(wanted)) - page;
-  scroll_->setVisible(hidden > 1);
-  scroll_->setRange(0, std::max(0, hidden));
-  scroll_->setPageStep(page);
-  scroll_->setSingleStep(6 * kGrid);
   const int thickness = scroll_->sizeHint().height();
+  app::PictureSize size{static_cast<double>(width()), static_cast<double>(height()),
+                        static_cast<double>(name)};
+  picture_.SetSize(size);
+  const bool longer = picture_.Overflow() > 0;
+  if (longer) {
+    size.height -= thickness;
+    picture_.SetSize(size);
+  }
+  const double scrolled = picture_.scrolled();
+  scroll_->setVisible(longer);
+  scroll_->setRange(0, static_cast<int>(picture_.Overflow()));
+  scroll_->setPageStep(static_cast<int>(picture_.Page()));
+  scroll_->setSingleStep(static_cast<int>(app::MelodyPicture::kScrollStep));
+  scroll_->setValue(static_cast<int>(scrolled));
   scroll_->setGeometry(1, height() - thickness - 1, width() - 2, thickness);
 }
 
-QRectF MelodyView::NoteBox(const app::DrawnNote& note) const {
-  const QRectF staff = Staff();
-  const double scale = PixelsPerMs();
-  const int spread = std::max(kLeastSemitones, drawing_.highest - drawing_.lowest);
-  const double middle = (drawing_.highest + drawing_.lowest) / 2.0;
-  const double step = (staff.height() - kNoteHeight) / spread;
-  const double y = staff.center().y() - (note.pitch - middle) * step - kNoteHeight / 2;
-  const double x = staff.left() + note.start * scale - scroll_->value();
-  return {x, y, std::max(3.0, note.length * scale - 2), kNoteHeight};
+void MelodyView::ScrollBy(int pixels) {
+  scroll_->setValue(scroll_->value() + pixels);
 }
 
 void MelodyView::paintEvent(QPaintEvent*) {
@@ -124,73 +87,62 @@ void MelodyView::paintEvent(QPaintEvent*) {
   inside.addRoundedRect(QRectF(rect()).adjusted(2, 2, -2, -2), kRadius, kRadius);
   painter.setClipPath(inside);
   PaintGround(painter);
-  if (drawing_.notes.empty()) {
+  if (picture_.drawing().notes.empty()) {
     painter.setPen(theme.muted);
     painter.setFont(theme.body);
     painter.drawText(rect().adjusted(kPageMargin, kGrid, -kPageMargin, -kGrid),
                      Qt::AlignCenter | Qt::TextWordWrap, invitation_);
     return;
   }
-  for (std::size_t i = 0; i < drawing_.notes.size(); ++i) {
-    if (!drawing_.notes[i].pause) {
-      PaintNote(painter, drawing_.notes[i], static_cast<int>(i) == sounding_);
-    }
+  for (const std::size_t index : picture_.NotesInView()) {
+    PaintNote(painter, index);
   }
 }
 
 void MelodyView::PaintGround(QPainter& painter) const {
   const Theme theme = CurrentTheme();
-  const QRectF staff = Staff();
   QColor faint = theme.border;
-  faint.setAlphaF(drawing_.notes.empty() ? 0.35F : 0.7F);
+  faint.setAlphaF(picture_.drawing().notes.empty() ? 0.35F : 0.7F);
   painter.setPen(QPen(faint, 1));
-  for (int line = 0; line < kStaffLines; ++line) {
-    const double y = staff.top() + (line + 0.5) * staff.height() / kStaffLines;
+  for (const double y : picture_.StaffLines()) {
     painter.drawLine(QPointF(0, y), QPointF(width(), y));
   }
-  if (drawing_.barLength <= 0) {
-    return;
-  }
   painter.setPen(QPen(theme.border, 1));
-  for (double at = 0; at < drawing_.length; at += drawing_.barLength) {
-    const double x = staff.left() + at * PixelsPerMs() - scroll_->value() - 1;
-    if (x > -2 && x < width() + 2) {
-      painter.drawLine(QPointF(x, staff.top() - kGrid), QPointF(x, staff.bottom() + kGrid / 2.0));
-    }
+  for (const app::Box& bar : picture_.BarLines()) {
+    painter.drawLine(QPointF(bar.x, bar.y), QPointF(bar.x, bar.bottom()));
   }
 }
 
-void MelodyView::PaintNote(QPainter& painter, const app::DrawnNote& note, bool sounds) const {
+void MelodyView::PaintNote(QPainter& painter, std::size_t index) const {
   const Theme theme = CurrentTheme();
-  const QRectF box = NoteBox(note);
-  if (box.right() < 0 || box.left() > width()) {
-    return;
-  }
+  const app::DrawnNote& note = picture_.drawing().notes[index];
+  const QRectF box = RectOf(picture_.NoteBox(index));
+  const bool sounds = static_cast<int>(index) == picture_.sounding();
   QColor ink = sounds ? theme.accent : theme.text;
   if (!sounds) {
     ink.setAlphaF(0.62F);
   }
   painter.setPen(note.outside ? QPen(ink, 1.25) : QPen(Qt::NoPen));
   painter.setBrush(note.outside ? QBrush(ink, Qt::BDiagPattern) : QBrush(ink));
-  painter.drawRoundedRect(box, 4, 4);
+  painter.drawRoundedRect(box, app::kNoteRadius, app::kNoteRadius);
   painter.setPen(sounds ? theme.accent : theme.text);
   if (note.dotted) {
     painter.setBrush(painter.pen().color());
-    painter.drawEllipse(QPointF(box.right() - 1, box.top() - 4), 1.8, 1.8);
+    painter.drawEllipse(QPointF(box.right() - 1, box.top() - app::kDotRise), app::kDotRadius,
+                        app::kDotRadius);
   }
   QFont font = theme.small;
   font.setBold(sounds);
   painter.setFont(font);
   const QString name = ToQString(note.name);
-  const QFontMetrics metrics(font);
-  if (metrics.horizontalAdvance(name) <= box.width() + kGrid / 2) {
-    painter.drawText(QPointF(box.left(), box.top() - 3), name);
+  if (QFontMetrics(font).horizontalAdvance(name) <= box.width() + app::kNameOverhang) {
+    painter.drawText(QPointF(box.left(), box.top() - app::kNameRise), name);
   }
 }
 
 void MelodyView::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  PlaceScrollBar();
+  FitPicture();
 }
 
 void MelodyView::wheelEvent(QWheelEvent* event) {
@@ -199,40 +151,32 @@ void MelodyView::wheelEvent(QWheelEvent* event) {
     return;
   }
   const QPoint turn = event->angleDelta();
-  scroll_->setValue(scroll_->value() - (turn.x() != 0 ? turn.x() : turn.y()));
+  ScrollBy(-(turn.x() != 0 ? turn.x() : turn.y()));
 }
 
 void MelodyView::keyPressEvent(QKeyEvent* event) {
-  const int step = event->key() == Qt::Key_Right  ? scroll_->singleStep()
-                   : event->key() == Qt::Key_Left ? -scroll_->singleStep()
-                                                  : 0;
-  if (step == 0) {
-    QWidget::keyPressEvent(event);
+  if (event->key() == Qt::Key_Right || event->key() == Qt::Key_Left) {
+    ScrollBy(event->key() == Qt::Key_Right ? scroll_->singleStep() : -scroll_->singleStep());
     return;
   }
-  scroll_->setValue(scroll_->value() + step);
+  QWidget::keyPressEvent(event);
 }
 
 bool MelodyView::event(QEvent* event) {
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+    FitPicture();  // names take another width
+  }
   if (event->type() != QEvent::ToolTip) {
     return QWidget::event(event);
   }
   const auto* help = static_cast<QHelpEvent*>(event);
-  const double ms = (help->pos().x() - Staff().left() + scroll_->value()) / PixelsPerMs();
-  const int index = drawing_.notes.empty() ? -1 : app::NoteAt(drawing_, ms);
+  const int index = picture_.NoteUnder(help->pos().x());
   if (index < 0) {
     QToolTip::hideText();
     return true;
   }
-  const app::DrawnNote& note = drawing_.notes[static_cast<std::size_t>(index)];
-  const QString what = note.pause ? QStringLiteral("pausa") : ToQString(note.name);
-  QToolTip::showText(
-      help->globalPos(),
-      QStringLiteral("%1, %2 ms%3")
-          .arg(what)
-          .arg(std::lround(note.length))
-          .arg(note.outside ? QStringLiteral(" (fuera del alcance del móvil)") : QString()),
-      this);
+  const auto& note = picture_.drawing().notes[static_cast<std::size_t>(index)];
+  QToolTip::showText(help->globalPos(), ToQString(app::NoteInWords(note)), this);
   return true;
 }
 

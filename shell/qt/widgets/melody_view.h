@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "app/melody_drawing.h"
+#include "app/melody_picture.h"
 
 class QScrollBar;
 
@@ -15,15 +15,13 @@ class MelodyView : public QWidget {
  public:
   explicit MelodyView(QWidget* parent = nullptr);
 
-  // `words` says the drawing to those who do not see it; `invitation` stands in an empty one.
-  void SetDrawing(const app::Drawing& drawing, const QString& words, const QString& invitation);
+  // `invitation` stands in an empty one.
+  void SetDrawing(const app::Drawing& drawing, const QString& invitation);
   // Marks the note that sounds and keeps it in view; a negative position marks none.
   void SetPosition(double ms);
   static constexpr int kLeastHeight = 80;
   static constexpr int kLargestHeight = 220;
-  int SoundingNote() const { return sounding_; }
-  // Where a note of the drawing stands now, in the widget.
-  QRectF NoteBox(const app::DrawnNote& note) const;
+  const app::MelodyPicture& Picture() const { return picture_; }
 
   QSize sizeHint() const override { return {480, kLeastHeight}; }
   QSize minimumSizeHint() const override { return {200, kLeastHeight}; }
@@ -36,15 +34,13 @@ class MelodyView : public QWidget {
   bool event(QEvent* event) override;
 
  private:
-  QRectF Staff() const;
-  double PixelsPerMs() const;
   void PaintGround(QPainter& painter) const;
-  void PaintNote(QPainter& painter, const app::DrawnNote& note, bool sounds) const;
-  void PlaceScrollBar();
+  void PaintNote(QPainter& painter, std::size_t index) const;
+  void FitPicture();
+  void ScrollBy(int pixels);
 
-  app::Drawing drawing_;
+  app::MelodyPicture picture_;
   QString invitation_;
-  int sounding_ = -1;
   QScrollBar* scroll_;
 };
 

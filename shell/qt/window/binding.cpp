@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 
+#include "app/control_looks.h"
 #include "app/control_pictures.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/icons.h"
@@ -27,8 +28,9 @@ using app::ControlInfo;
 using app::ControlKind;
 using app::Event;
 using app::Form1;
+using app::Look;
 
-// ---- How a control looks: by name where it is not the usual widget of its kind ------------------
+// ---- How a control looks ------------------------------------------------------------------------
 
 // The line under a mnemonic undoes the kerning beside it, which the toolkit does not reckon with.
 class FieldLabel : public QLabel {
@@ -40,7 +42,7 @@ class FieldLabel : public QLabel {
   static QSize Wider(QSize size) { return size + QSize(kGrid / 2, 0); }
 };
 
-QWidget* MakeLabel(const ControlInfo&) {
+QWidget* MakeLabel() {
   auto* label = new FieldLabel;
   label->setWordWrap(true);
   label->setTextFormat(Qt::PlainText);
@@ -69,47 +71,39 @@ QWidget* MakeNavigationButton(const ControlInfo& info) {
   return button;
 }
 
-QWidget* MakeTextBox(const ControlInfo&) {
-  return new QLineEdit;
-}
-
 // Takes the height that is left and asks for none.
 class TextArea : public QPlainTextEdit {
  public:
   QSize sizeHint() const override { return {QPlainTextEdit::sizeHint().width(), minimumHeight()}; }
 };
 
-QWidget* MakeTextArea(const ControlInfo&) {
+QPlainTextEdit* MakeTextArea() {
   auto* area = new TextArea;
   area->setTabChangesFocus(true);
   return area;
 }
 
-QWidget* MakeReadOnlyArea(const ControlInfo& info) {
-  auto* area = static_cast<QPlainTextEdit*>(MakeTextArea(info));
+QWidget* MakeReadOnlyArea() {
+  auto* area = MakeTextArea();
   area->setReadOnly(true);
   area->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   return area;
 }
 
-QWidget* MakeDisplay(const ControlInfo&) {
+QWidget* MakeDisplay() {
   auto* display = new PhoneDisplay;
   display->setTabChangesFocus(true);
   return display;
 }
 
-QWidget* MakeReading(const ControlInfo&) {
+QWidget* MakeReading() {
   auto* box = new QLineEdit;
   box->setReadOnly(true);
   box->setAlignment(Qt::AlignRight);
   return box;
 }
 
-QWidget* MakeList(const ControlInfo&) {
-  return new RowList;
-}
-
-QWidget* MakeComboBox(const ControlInfo&) {
+QWidget* MakeComboBox() {
   auto* box = new QComboBox;
   box->setEditable(true);
   box->setInsertPolicy(QComboBox::NoInsert);
@@ -117,58 +111,34 @@ QWidget* MakeComboBox(const ControlInfo&) {
   return box;
 }
 
-QWidget* MakePage(const ControlInfo&) {
-  return new WebPane(WebPane::Kind::kPage);
-}
-QWidget* MakeBanner(const ControlInfo&) {
-  return new WebPane(WebPane::Kind::kBanner);
-}
-
-using Make = QWidget* (*)(const ControlInfo&);
-struct Special {
-  std::string_view control;
-  Make make;
-};
-constexpr std::array<Special, 12> kSpecials = {{{"cmdinicio", MakeNavigationButton},
-                                                {"cmdbuscar", MakeNavigationButton},
-                                                {"cmdrepertorio", MakeNavigationButton},
-                                                {"cmd906", MakeNavigationButton},
-                                                {"cmdopciones", MakeNavigationButton},
-                                                {"cmdayuda", MakeNavigationButton},
-                                                {"Textavisos", MakeReadOnlyArea},
-                                                {"texttempo", MakeReading},
-                                                {"cmbmarcas", MakeList},
-                                                {"cmbformatos", MakeList},
-                                                {"navbanner", MakeBanner},
-                                                {"WebBrowser1", MakePage}}};
-
-Make MakerOf(const ControlInfo& info) {
-  const auto* special = std::find_if(kSpecials.begin(), kSpecials.end(),
-                                     [&](const Special& row) { return row.control == info.name; });
-  if (special != kSpecials.end()) {
-    return special->make;
-  }
-  switch (info.kind) {
-    case ControlKind::kLabel:
-    case ControlKind::kFrame:
-      return MakeLabel;
-    case ControlKind::kButton:
-    case ControlKind::kPictureButton:
-      return MakeButton;
-    case ControlKind::kTextBox:
-      return MakeTextBox;
-    case ControlKind::kTextArea:
-      return MakeTextArea;
-    case ControlKind::kResultBox:
-      return MakeDisplay;
-    case ControlKind::kListBox:
-      return MakeList;
-    case ControlKind::kComboBox:
-      return MakeComboBox;
-    case ControlKind::kWebView:
-      return MakePage;
-    case ControlKind::kTimer:
-    case ControlKind::kStorage:
+QWidget* MakeWidget(const ControlInfo& info) {
+  switch (app::LookOf(info)) {
+    case Look::kLabel:
+      return MakeLabel();
+    case Look::kNavigation:
+      return MakeNavigationButton(info);
+    case Look::kButton:
+      return MakeButton(info);
+    case Look::kLine:
+      return new QLineEdit;
+    case Look::kReading:
+      return MakeReading();
+    case Look::kArea:
+      return MakeTextArea();
+    case Look::kNotices:
+      return MakeReadOnlyArea();
+    case Look::kDisplay:
+      return MakeDisplay();
+    case Look::kList:
+      return new RowList;
+    case Look::kComboBox:
+      return MakeComboBox();
+    case Look::kPage:
+      return new WebPane(WebPane::Kind::kPage);
+    case Look::kBanner:
+      return new WebPane(WebPane::Kind::kBanner);
+    case Look::kTimer:
+    case Look::kNone:
       break;
   }
   return nullptr;
@@ -176,34 +146,17 @@ Make MakerOf(const ControlInfo& info) {
 
 // ---- Drawing and reading back, by class of widget -----------------------------------------------
 
-// Line ends of the model (CR LF, CR) and of the toolkit (LF).
-QString Lines(std::string_view text) {
-  return ToQString(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).replace('\r', '\n');
-}
-
-void DrawLabel(QLabel& label, const Control& control) {
-  const QString caption = ToQString(control.caption);
-  if (label.text() != caption) {
-    label.setText(caption);
-  }
-}
-
-void DrawButton(QAbstractButton& button, const Control& control) {
-  const QString caption = ToQString(control.caption);
-  if (button.text() != caption) {
-    button.setText(caption);
-  }
-}
-
-void DrawLine(QLineEdit& line, const Control& control) {
-  const QString text = ToQString(control.text);
-  if (line.text() != text) {
-    line.setText(text);
+// Labels, buttons and lines of text.
+template <typename TextWidget>
+void DrawText(TextWidget& widget, std::string_view words) {
+  const QString text = ToQString(words);
+  if (widget.text() != text) {
+    widget.setText(text);
   }
 }
 
 void DrawArea(QPlainTextEdit& area, const Control& control) {
-  const QString text = Lines(control.text);
+  const QString text = ToQStringLines(control.text);
   if (area.toPlainText() != text) {
     area.setPlainText(text);
   }
@@ -250,11 +203,11 @@ void DrawObject(const BoundControl& bound, const Control& control) {
     widget.setEnabled(control.enabled);
   }
   if (auto* label = qobject_cast<QLabel*>(&widget)) {
-    DrawLabel(*label, control);
+    DrawText(*label, control.caption);
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
-    DrawButton(*button, control);
+    DrawText(*button, control.caption);
   } else if (auto* line = qobject_cast<QLineEdit*>(&widget)) {
-    DrawLine(*line, control);
+    DrawText(*line, control.text);
   } else if (qobject_cast<PhoneDisplay*>(&widget) != nullptr) {
     // The window gives it the text with its groups.
   } else if (auto* area = qobject_cast<QPlainTextEdit*>(&widget)) {
@@ -277,7 +230,7 @@ void CopyInObject(const BoundControl& bound, Control& control) {
   } else if (qobject_cast<const PhoneDisplay*>(bound.object) != nullptr) {
     // Read, never typed into.
   } else if (const auto* area = qobject_cast<const QPlainTextEdit*>(bound.object)) {
-    if (area->toPlainText() != Lines(control.text)) {
+    if (area->toPlainText() != ToQStringLines(control.text)) {
       control.text = FromQString(area->toPlainText().replace('\n', QLatin1String("\r\n")));
     }
   } else if (const auto* list = qobject_cast<const RowList*>(bound.object)) {
@@ -292,8 +245,7 @@ void CopyInObject(const BoundControl& bound, Control& control) {
   }
 }
 
-// ---- Events
-// --------------------------------------------------------------------------------------
+// ---- Events -------------------------------------------------------------------------------------
 
 using Fire = std::function<void()>;
 
@@ -323,8 +275,8 @@ Binding::Binding(Form1& form, QWidget* parent, Dispatch dispatch) : form_(form) 
     BoundControl bound{&info, nullptr, nullptr};
     if (info.kind == ControlKind::kTimer) {
       bound.object = new QTimer(parent);
-    } else if (const Make make = MakerOf(info)) {
-      bound.widget = make(info);
+    } else if (QWidget* widget = MakeWidget(info)) {
+      bound.widget = widget;
       bound.widget->setParent(parent);
       bound.widget->setToolTip(ToQString(info.help));
       bound.widget->setAccessibleName(ToQString(info.spoken));

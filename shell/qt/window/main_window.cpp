@@ -39,22 +39,7 @@ namespace {
 namespace words = app::words;
 using app::Form1;
 
-constexpr QSize kFirstSize(1000, 700);
-constexpr QSize kLeastSize(900, 600);
-constexpr int kListWidth = 280;
-constexpr int kFollowIntervalMs = 30;
 constexpr std::int16_t kBackspace = 8;
-
-struct Shortcut {
-  const char* keys;
-  app::Control Form1::*button;
-};
-constexpr std::array<Shortcut, 6> kShortcuts = {{{"Ctrl+1", &Form1::cmdinicio},
-                                                 {"Ctrl+2", &Form1::cmdbuscar},
-                                                 {"Ctrl+3", &Form1::cmdrepertorio},
-                                                 {"Ctrl+4", &Form1::cmd906},
-                                                 {"Ctrl+5", &Form1::cmdopciones},
-                                                 {"F1", &Form1::cmdayuda}}};
 
 void DrawCheck(QLabel* label, const app::Check& check) {
   label->setText(ToQString(check.sentence));
@@ -66,10 +51,6 @@ void DrawCheck(QLabel* label, const app::Check& check) {
     label->style()->unpolish(label);
     label->style()->polish(label);
   }
-}
-
-void DrawMelody(MelodyView* view, const app::Drawing& drawing) {
-  view->SetDrawing(drawing, ToQString(app::DrawingInWords(drawing)), ToQString(words::kDrawing));
 }
 
 }  // namespace
@@ -86,12 +67,14 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
       follow_(new QTimer(this)) {
   setObjectName(QStringLiteral("Form1"));
   setWindowTitle(ToQString(words::kWindowTitle));
-  setMinimumSize(kLeastSize);
-  resize(kFirstSize.boundedTo(screen()->availableSize()).expandedTo(kLeastSize));
-  for (MelodyView* view : {parts_.repertoireView, parts_.composerView, parts_.rtttlView}) {
-    view->setAccessibleName(ToQString(words::kDrawing));
+  setMinimumSize(kLeastWidth, kLeastHeight);
+  resize(QSize(kFirstWidth, kFirstHeight)
+             .boundedTo(screen()->availableSize())
+             .expandedTo(minimumSize()));
+  for (const MelodyPart& melody : parts_.Melodies()) {
+    melody.view->setAccessibleName(ToQString(words::kDrawing));
   }
-  follow_->setInterval(kFollowIntervalMs);
+  follow_->setInterval(kFollowMs);
   connect(follow_, &QTimer::timeout, this, &MainWindow::FollowMelody);
 
   hooks_.window = this;
@@ -143,8 +126,7 @@ void MainWindow::Run(const Binding::Handler& handler) {
   app::RunHandler(program_, [this] { Draw(); });
 }
 
-// ---- Wiring
-// ----------------------------------------------------------------------------------------
+// ---- Wiring -------------------------------------------------------------------------------------
 
 void MainWindow::ConnectParts() {
   const auto options = [this] { Run([this] { form_.cmdopciones_Click(); }); };
@@ -160,9 +142,11 @@ void MainWindow::ConnectParts() {
 }
 
 void MainWindow::AddShortcuts() {
-  for (const Shortcut& row : kShortcuts) {
-    auto* button = qobject_cast<QAbstractButton*>(binding_.Widget(row.button));
-    auto* shortcut = new QShortcut(QKeySequence(QLatin1String(row.keys)), this);
+  for (const app::NavigationInfo& info : app::NavigationRow()) {
+    auto* button = qobject_cast<QAbstractButton*>(binding_.Widget(info.button));
+    const QKeySequence keys = info.digit == '\0' ? QKeySequence(Qt::Key_F1)
+                                                 : QKeySequence(Qt::CTRL | Qt::Key(info.digit));
+    auto* shortcut = new QShortcut(keys, this);
     connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
   }
   connect(new QShortcut(QKeySequence(QKeySequence::Quit), this), &QShortcut::activated, this,
@@ -217,8 +201,7 @@ void MainWindow::SetTabOrder() {
   }
 }
 
-// ---- Drawing
-// ---------------------------------------------------------------------------------------
+// ---- Drawing ------------------------------------------------------------------------------------
 
 void MainWindow::Draw() {
   if (!loaded_) {
@@ -288,26 +271,23 @@ void MainWindow::DrawResult() {
 }
 
 void MainWindow::DrawDrawings() {
-  DrawMelody(parts_.repertoireView, form_.repertoireDrawing);
-  DrawMelody(parts_.composerView, form_.composerDrawing);
-  DrawMelody(parts_.rtttlView, form_.rtttlDrawing);
+  for (const MelodyPart& melody : parts_.Melodies()) {
+    melody.view->SetDrawing(form_.*melody.drawing, ToQString(words::kDrawing));
+  }
 }
 
 void MainWindow::FocusPage() {
   for (const BoundControl& bound : binding_.Controls()) {
-    const bool navigation = std::ranges::any_of(
-        app::NavigationRow(),
-        [&bound](const app::NavigationInfo& info) { return info.button == bound.info->member; });
-    if (!navigation && bound.widget != nullptr && bound.widget->isVisibleTo(this) &&
-        bound.widget->isEnabled() && (bound.widget->focusPolicy() & Qt::TabFocus)) {
+    if (!app::IsNavigation(bound.info->member) && bound.widget != nullptr &&
+        bound.widget->isVisibleTo(this) && bound.widget->isEnabled() &&
+        (bound.widget->focusPolicy() & Qt::TabFocus)) {
       bound.widget->setFocus(Qt::OtherFocusReason);
       return;
     }
   }
 }
 
-// ---- Waiting and sounding
-// --------------------------------------------------------------------------
+// ---- Waiting and sounding -----------------------------------------------------------------------
 
 void MainWindow::DrawBusy() {
   if (program_.busy == waiting_) {
@@ -326,20 +306,20 @@ void MainWindow::DrawBusy() {
 
 void MainWindow::FollowMelody() {
   const std::optional<double> position = position_ ? position_() : std::nullopt;
-  const std::array<std::pair<app::Sounding, MelodyView*>, 3> views = {
-      {{app::Sounding::kRepertoire, parts_.repertoireView},
-       {app::Sounding::kComposer, parts_.composerView},
-       {app::Sounding::kRtttl, parts_.rtttlView}}};
-  for (const auto& [what, view] : views) {
-    view->SetPosition(follow_->isActive() && form_.sounding == what ? position.value_or(-1) : -1);
+  for (const MelodyPart& melody : parts_.Melodies()) {
+    const bool sounds = follow_->isActive() && form_.sounding == melody.what;
+    melody.view->SetPosition(sounds ? position.value_or(-1) : -1);
   }
 }
 
 // Away from the drawing that is followed.
 void MainWindow::PlaceBox(QWidget* box) const {
-  const MelodyView* view = form_.sounding == app::Sounding::kComposer ? parts_.composerView
-                           : form_.sounding == app::Sounding::kRtttl  ? parts_.rtttlView
-                                                                      : parts_.repertoireView;
+  const auto melodies = parts_.Melodies();
+  const auto sounding = std::ranges::find(melodies, form_.sounding, &MelodyPart::what);
+  if (sounding == melodies.end()) {
+    return;
+  }
+  const MelodyView* view = sounding->view;
   const int middle = view->mapTo(this, view->rect().center()).y();
   const QPoint corner = mapToGlobal(QPoint(0, 0));
   const int x = corner.x() + (width() - box->width()) / 2;
@@ -348,14 +328,12 @@ void MainWindow::PlaceBox(QWidget* box) const {
   box->move(x, middle < height() / 2 ? below : above);
 }
 
-// ---- What the window does by itself
-// ----------------------------------------------------------------
+// ---- What the window does by itself -------------------------------------------------------------
 
 void MainWindow::CopyResult() {
-  QString text = parts_.display->Text();
-  QApplication::clipboard()->setText(text.replace("\r\n", "\n").replace('\r', '\n'));
+  QApplication::clipboard()->setText(ToQStringLines(form_.textresultado.text));
   parts_.copy->setText(ToQString(words::kCopied));
-  QTimer::singleShot(1500, parts_.copy,
+  QTimer::singleShot(kCopiedMs, parts_.copy,
                      [copy = parts_.copy] { copy->setText(ToQString(words::kCopy)); });
 }
 

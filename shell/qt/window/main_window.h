@@ -67,7 +67,6 @@ class MainWindow : public QWidget {
   Binding binding_;
   PageParts parts_;
   QTimer* follow_;
-  std::string drawnResult_;
   bool loaded_ = false;
   bool waiting_ = false;
   std::int16_t pageDrawn_ = app::kNoPage;

@@ -24,7 +24,6 @@ namespace {
 namespace words = app::words;
 using app::Form1;
 
-constexpr int kBannerHeight = 60;
 constexpr int kWidestCard = 860;
 constexpr int kNoticesHeight = 96;
 
@@ -116,9 +115,10 @@ class Layouter {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(kGrid, 0, kGrid, 0);
     row->setSpacing(kFieldGap);
-    for (const auto member : {&Form1::cmdinicio, &Form1::cmdbuscar, &Form1::cmdrepertorio,
-                              &Form1::cmd906, &Form1::cmdopciones}) {
-      row->addWidget(Of(member));
+    for (const app::NavigationInfo& info : app::NavigationRow()) {
+      if (info.button != &Form1::cmdayuda) {
+        row->addWidget(Of(info.button));
+      }
     }
     row->addStretch(1);
     parts_.phone = new QToolButton;
@@ -361,6 +361,12 @@ class Layouter {
 };
 
 }  // namespace
+
+std::array<MelodyPart, 3> PageParts::Melodies() const {
+  return {{{app::Sounding::kRepertoire, &Form1::repertoireDrawing, repertoireView},
+           {app::Sounding::kComposer, &Form1::composerDrawing, composerView},
+           {app::Sounding::kRtttl, &Form1::rtttlDrawing, rtttlView}}};
+}
 
 PageParts LayOut(Binding& binding, QWidget* window) {
   return Layouter(binding, window).Run();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <array>
 
 #include "shell/qt/window/binding.h"
 
@@ -15,6 +16,13 @@ class BusyLine;
 class KeyRow;
 class MelodyView;
 class PhoneDisplay;
+
+// A melody that can sound, and its picture.
+struct MelodyPart {
+  app::Sounding what;
+  app::Drawing app::Form1::*drawing;
+  MelodyView* view;
+};
 
 // What stands in the window beside the model's controls.
 struct PageParts {
@@ -32,6 +40,8 @@ struct PageParts {
   KeyRow* keys = nullptr;
   // Parts of the window that show while one of the controls in them does, inner ones first.
   QList<QWidget*> groups;
+
+  std::array<MelodyPart, 3> Melodies() const;
 };
 
 // Lays the bound widgets out in the window, navigation row on top. The layout knows places, never

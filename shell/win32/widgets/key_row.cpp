@@ -1,16 +1,12 @@
 #include "shell/win32/widgets/key_row.h"
 
 #include "platform/win32/wide_text.h"
+#include "shell/common/look.h"
 #include "shell/win32/hook.h"
 #include "shell/win32/widgets/button.h"
 #include "shell/win32/window_text.h"
 
 namespace tonadex::shell {
-namespace {
-
-constexpr ULONGLONG kHeldMs = 500;
-
-}  // namespace
 
 KeyRow::KeyRow(HWND parent, int firstId, Pressed pressed)
     : firstId_(firstId), pressed_(std::move(pressed)) {
@@ -34,7 +30,8 @@ bool KeyRow::Command(int id) {
     return false;
   }
   const bool held =
-      (downSince_ != 0 && GetTickCount64() - downSince_ >= kHeldMs) || GetKeyState(VK_SHIFT) < 0;
+      (downSince_ != 0 && GetTickCount64() - downSince_ >= static_cast<ULONGLONG>(kHoldMs)) ||
+      GetKeyState(VK_SHIFT) < 0;
   downSince_ = 0;
   pressed_(app::ComposerKeys()[static_cast<std::size_t>(index)].label, held);
   return true;

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "app/melody_drawing.h"
+#include "app/melody_picture.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/theme.h"
 
@@ -18,32 +18,26 @@ class MelodyView {
   MelodyView(HWND parent, const Theme& theme);
 
   HWND window() const { return window_; }
-  // `words` say the picture; `invitation` stands in an empty one.
-  void SetDrawing(const app::Drawing& drawing, const std::string& words,
-                  const std::wstring& invitation);
+  // `invitation` stands in an empty one.
+  void SetDrawing(const app::Drawing& drawing, const std::wstring& invitation);
   // Marks the note that sounds at `ms` and keeps it in view; negative for none.
   void SetPosition(double ms);
 
  private:
   std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
   void Paint();
-  void PaintGround(Gdiplus::Graphics& graphics) const;
-  void PaintNote(Gdiplus::Graphics& graphics, HDC context, const app::DrawnNote& note,
-                 bool sounds) const;
-  Gdiplus::RectF Staff() const;
-  Gdiplus::RectF NoteBox(const app::DrawnNote& note) const;
-  double PixelsPerMs() const;
-  int Width() const;
-  void PlaceScrollBar();
-  void ScrollTo(int position);
+  void PaintGround(Gdiplus::Graphics& graphics, int width) const;
+  void PaintNote(Gdiplus::Graphics& graphics, HDC context, std::size_t index) const;
+  double Scale() const;  // pixels per device-independent pixel
+  Gdiplus::RectF RectOf(const app::Box& box) const;
+  void FitPicture();
+  void ScrollTo(double position);
   void Scroll(WORD how);
 
   HWND window_;
   const Theme& theme_;
-  app::Drawing drawing_;
+  app::MelodyPicture picture_;
   std::wstring invitation_;
-  int sounding_ = -1;
-  int scrolled_ = 0;  // pixels
 };
 
 }  // namespace tonadex::shell

@@ -3,6 +3,7 @@
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
+#include "shell/win32/widgets/button.h"
 
 namespace tonadex::shell {
 
@@ -93,6 +94,10 @@ void RowList::DrawRow(const DRAWITEMSTRUCT& item, const Theme& theme) {
   Words(item.hDC, text, box, hint ? theme.small.get() : theme.body.get(),
         hint ? theme.colours.muted : theme.colours.text,
         DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+}
+
+void DrawItem(const DRAWITEMSTRUCT& item, const Theme& theme) {
+  item.CtlType == ODT_LISTBOX ? RowList::DrawRow(item, theme) : DrawButton(item, theme);
 }
 
 }  // namespace tonadex::shell

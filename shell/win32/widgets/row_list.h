@@ -23,7 +23,6 @@ class RowList {
   void ThemeChanged();
   int Selected() const;
 
-  // Answers the parent's WM_DRAWITEM.
   static void DrawRow(const DRAWITEMSTRUCT& item, const Theme& theme);
 
  private:
@@ -34,5 +33,8 @@ class RowList {
   std::vector<app::ListRow> rows_;
   std::wstring invitation_;
 };
+
+// Answers the parent's WM_DRAWITEM, for lists and buttons.
+void DrawItem(const DRAWITEMSTRUCT& item, const Theme& theme);
 
 }  // namespace tonadex::shell

@@ -1,0 +1,155 @@
+#include "app/melody_picture.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/rtttl.h"
+
+namespace tonadex::app {
+namespace {
+
+constexpr double kSide = 12, kAbove = 20, kBelow = 12;  // around the staff
+constexpr int kStaffLines = 5;
+constexpr double kNoteHeight = 12, kLeastNoteWidth = 3, kNoteGap = 2;
+constexpr int kLeastSemitones = 12;  // a few neighbouring notes do not fill the height
+constexpr double kMostPixelsPerMs = 0.2;
+constexpr double kBarAbove = 8, kBarBelow = 4;
+constexpr double kAhead = 16;  // a sounding note that near to the right end scrolls
+
+double ShortestNote(const Drawing& drawing) {
+  double shortest = drawing.length;
+  for (const DrawnNote& note : drawing.notes) {
+    shortest = note.length > 0 ? std::min(shortest, note.length) : shortest;
+  }
+  return shortest;
+}
+
+}  // namespace
+
+void MelodyPicture::SetDrawing(const Drawing& drawing) {
+  drawing_ = drawing;
+  sounding_ = -1;
+  scrolled_ = 0;
+  pixelsPerMs_ = PixelsPerMs();
+}
+
+void MelodyPicture::SetSize(const PictureSize& size) {
+  size_ = size;
+  pixelsPerMs_ = PixelsPerMs();
+  ScrollTo(scrolled_);
+}
+
+Box MelodyPicture::Staff() const {
+  return {kSide, kAbove, size_.width - 2 * kSide, size_.height - kAbove - kBelow};
+}
+
+double MelodyPicture::PixelsPerMs() const {
+  if (drawing_.length <= 0) {
+    return 0;
+  }
+  const double legible = std::min(size_.name / ShortestNote(drawing_), kMostPixelsPerMs);
+  return std::max(Staff().width / drawing_.length, legible);
+}
+
+double MelodyPicture::XOf(double ms) const {
+  return kSide + ms * pixelsPerMs_ - scrolled_;
+}
+
+double MelodyPicture::Page() const {
+  return std::max(1.0, Staff().width);
+}
+
+double MelodyPicture::Overflow() const {
+  const double hidden = std::ceil(pixelsPerMs_ * drawing_.length) - std::floor(Page());
+  return hidden > 1 ? hidden : 0;
+}
+
+void MelodyPicture::ScrollTo(double position) {
+  scrolled_ = std::clamp(position, 0.0, Overflow());
+}
+
+bool MelodyPicture::Follow(double ms) {
+  const int sounding = ms < 0 ? -1 : NoteAt(drawing_, ms);
+  if (sounding == sounding_) {
+    return false;
+  }
+  sounding_ = sounding;
+  if (sounding >= 0) {
+    const Box box = NoteBox(static_cast<std::size_t>(sounding));
+    if (box.right() > Staff().right() - kAhead || box.x < kSide) {
+      ScrollTo(scrolled_ + box.x - kSide - kScrollStep);
+    }
+  }
+  return true;
+}
+
+std::vector<double> MelodyPicture::StaffLines() const {
+  std::vector<double> lines;
+  for (int line = 0; line < kStaffLines; ++line) {
+    lines.push_back(kAbove + (line + 0.5) * Staff().height / kStaffLines);
+  }
+  return lines;
+}
+
+std::vector<Box> MelodyPicture::BarLines() const {
+  std::vector<Box> lines;
+  const double top = kAbove - kBarAbove, height = Staff().height + kBarAbove + kBarBelow;
+  for (int bar = 0; drawing_.barLength > 0 && bar * drawing_.barLength < drawing_.length; ++bar) {
+    const double x = XOf(bar * drawing_.barLength) - 1;
+    if (x >= 0 && x < size_.width) {
+      lines.push_back({x, top, 0, height});
+    }
+  }
+  return lines;
+}
+
+Box MelodyPicture::NoteBox(std::size_t index) const {
+  const DrawnNote& note = drawing_.notes[index];
+  const Box staff = Staff();
+  const int spread = std::max(kLeastSemitones, drawing_.highest - drawing_.lowest);
+  const double step = (staff.height - kNoteHeight) / spread;
+  const double middle = (drawing_.highest + drawing_.lowest) / 2.0;
+  const double centre = staff.y + staff.height / 2 - (note.pitch - middle) * step;
+  return {XOf(note.start), centre - kNoteHeight / 2,
+          std::max(kLeastNoteWidth, note.length * pixelsPerMs_ - kNoteGap), kNoteHeight};
+}
+
+std::vector<std::size_t> MelodyPicture::NotesInView() const {
+  std::vector<std::size_t> notes;
+  for (std::size_t i = 0; i < drawing_.notes.size(); ++i) {
+    const Box box = NoteBox(i);
+    if (!drawing_.notes[i].pause && box.right() >= 0 && box.x <= size_.width) {
+      notes.push_back(i);
+    }
+  }
+  return notes;
+}
+
+int MelodyPicture::NoteUnder(double x) const {
+  const double ms = pixelsPerMs_ > 0 ? (x - XOf(0)) / pixelsPerMs_ : -1;
+  if (ms < 0 || ms >= drawing_.length) {
+    return -1;
+  }
+  const auto next = std::ranges::upper_bound(drawing_.notes, ms, {}, &DrawnNote::start);
+  return static_cast<int>(next - drawing_.notes.begin()) - 1;
+}
+
+std::vector<Box> SplashBars() {
+  constexpr double kLeft = 36, kFoot = 216, kHeight = 72, kThickness = 7;
+  constexpr double kPixelsPerMs = 0.05, kLeastWidth = 4, kGap = 3;
+  core::RTTTLMelody melody;
+  core::InitMelody(melody, {});
+  const Drawing drawing = MelodyDrawing(melody.Text);
+  const double step = kHeight / std::max(1, drawing.highest - drawing.lowest);
+  std::vector<Box> bars;
+  for (const DrawnNote& note : drawing.notes) {
+    if (!note.pause) {
+      bars.push_back({kLeft + note.start * kPixelsPerMs,
+                      kFoot - (note.pitch - drawing.lowest) * step,
+                      std::max(kLeastWidth, note.length * kPixelsPerMs - kGap), kThickness});
+    }
+  }
+  return bars;
+}
+
+}  // namespace tonadex::app
