@@ -15,7 +15,7 @@ struct ControlInfo {
   Control Form1::*member;
   std::string_view caption;  // at the start; Windows-1252, "&" before the mnemonic
   std::string_view help;     // tooltip, Windows-1252; "" for none
-  std::string_view spoken;   // accessible name; "" where the caption, its own text or a label says it
+  std::string_view spoken;   // accessible name; "" where its own text or a label says it
 };
 
 // In tab order within each page; the navigation row first.
