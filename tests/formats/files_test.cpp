@@ -37,14 +37,10 @@ TEST(KwsBytes, WritesMergedEntries) {
     EXPECT_EQ(bytes ? Hex(*bytes) : "none", row[1]) << row[0];
     EXPECT_EQ(core::ToUtf8(warnings), WithoutLength(row[2])) << row[0];
   }
-  for (const auto& [text, error] : {std::pair{"x:d=4,o=4,b=0:c", 11},
-                                    {"x:d=4,o=4:p", 11},
-                                    {"x:d=4,o=k,b=9:c", 13},
-                                    {"x:d=k,o=4,b=9:p", 13},
-                                    {"x:d=4,o=26,b=9:c", 6},
-                                    {"x:d=4,o=4,b=-9:c", 6}}) {
+  for (const Row& row : Table("Kws failures")) {
     std::string warnings;
-    EXPECT_EQ(ErrorOf([&] { KwsBytes(ParsedMelody(text), warnings); }), error) << text;
+    const int error = ErrorOf([&] { KwsBytes(ParsedMelody(row[0]), warnings); });
+    EXPECT_EQ(std::to_string(error), row[1]) << row[0];
   }
 }
 
@@ -72,11 +68,11 @@ TEST(TriumMdyText, NamesNotesTheGermanWay) {
     EXPECT_EQ(TriumMdyText(melody, warnings), want);
     EXPECT_EQ(core::ToUtf8(warnings), WithoutLength(row[2])) << row[0];
   }
-  for (const auto& [text, error] :
-       {std::pair{"x:d=4,o=5,b=0:p", 11}, {"x:d=k,o=5,b=9:p", 13}, {"x:d=4,o=k,b=9:c", 13}}) {
-    core::RTTTLMelody melody = MelodyOf(text);
+  for (const Row& row : Table("Mdy failures")) {
+    core::RTTTLMelody melody = MelodyOf(row[0]);
     std::string warnings;
-    EXPECT_EQ(ErrorOf([&] { TriumMdyText(melody, warnings); }), error) << text;
+    const int error = ErrorOf([&] { TriumMdyText(melody, warnings); });
+    EXPECT_EQ(std::to_string(error), row[1]) << row[0];
   }
 }
 

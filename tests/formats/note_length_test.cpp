@@ -35,21 +35,12 @@ TEST(NoteLengthMs, IsTheNearestMillisecondAtEveryTempo) {
 }
 
 TEST(NoteLengthMs, RoundsHalvesToEvenAndChecksItsInput) {
-  EXPECT_EQ(NoteLengthMs("32", "125", false), 63);
-  EXPECT_EQ(NoteLengthMs("32", "125", true), 94);   // 94.5
-  EXPECT_EQ(NoteLengthMs("32", "250", false), 32);  // 31.5
-  EXPECT_EQ(NoteLengthMs("8", "100", false), 312);  // 312.5
-  EXPECT_EQ(NoteLengthMs("4", "100", true), 938);   // 937.5, rounded once
-  EXPECT_EQ(NoteLengthMs("4", "62.5", false), 1000);
-  EXPECT_EQ(NoteLengthMs("4", "-125", false), -500);
-  for (const std::string_view unknown : {"64", "3", "4 ", "04", "4.0", ""}) {
-    EXPECT_EQ(NoteLengthMs(unknown, "0", true), 0) << "before the tempo is looked at: " << unknown;
+  for (const test::Row& row : test::Table("Note lengths")) {
+    int length = 0;
+    const int error = ErrorOf([&] { length = NoteLengthMs(row[0], row[1], row[2] == "yes"); });
+    EXPECT_EQ(error == 0 ? std::to_string(length) : "error " + std::to_string(error), row[3])
+        << row[0] << " at " << row[1];
   }
-  EXPECT_EQ(ErrorOf([] { NoteLengthMs("4", "0", false); }), 11);
-  EXPECT_EQ(ErrorOf([] { NoteLengthMs("4", "", false); }), 11);
-  EXPECT_EQ(ErrorOf([] { NoteLengthMs("4", "fast", false); }), 13);
-  EXPECT_EQ(NoteLengthMs("1", "7.63", false), 32765);
-  EXPECT_EQ(ErrorOf([] { NoteLengthMs("1", "7.62", false); }), 6);
 }
 
 // "85=32 110=32. …": the last millisecond of each run of equal answers.
@@ -79,10 +70,9 @@ TEST(RtttlAtTempo125, RewritesDurations) {
     core::RTTTLMelody melody = test::MelodyOf(row[0]);
     EXPECT_EQ(RtttlAtTempo125(melody), row[1]);
   }
-  for (const auto& [text, error] :
-       {std::pair{"x:b=0:4c", 11}, {"x:o=5:4c", 11}, {"x:b=rápido:4c", 13}, {"x:b=1:1c", 6}}) {
-    core::RTTTLMelody melody = test::MelodyOf(text);
-    EXPECT_EQ(ErrorOf([&] { RtttlAtTempo125(melody); }), error) << text;
+  for (const test::Row& row : test::Table("Tempo125 failures")) {
+    core::RTTTLMelody melody = test::MelodyOf(row[0]);
+    EXPECT_EQ(std::to_string(ErrorOf([&] { RtttlAtTempo125(melody); })), row[1]) << row[0];
   }
 }
 
