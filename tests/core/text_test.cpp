@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
 namespace tonadex::core {
@@ -10,22 +11,13 @@ namespace {
 using test::ErrorOf;
 using test::Repeated;
 
-std::string Split(std::string_view text) {
-  std::string parts;
-  for (const std::string_view part : SplitText(text, ',')) {
-    parts.append("[").append(part).append("]");
-  }
-  return parts;
-}
-
 TEST(SplitText, KeepsItsQuirks) {
-  for (const auto& [text, parts] : {std::pair{"", "[]"},
-                                    {"a,b", "[a][b]"},
-                                    {"a,", "[a][]"},
-                                    {",", "[][]"},
-                                    {"a,,b", "[][][b]"},  // an empty part empties the first
-                                    {"a,b,,", "[][b][][]"}}) {
-    EXPECT_EQ(Split(text), parts);
+  for (const test::Row& row : test::Table("Splits")) {
+    std::string parts;
+    for (const std::string_view part : SplitText(row[0], ',')) {
+      parts.append("[").append(part).append("]");
+    }
+    EXPECT_EQ(parts, row[1]);
   }
 }
 
@@ -37,18 +29,10 @@ TEST(SplitText, HasItsLimits) {
 }
 
 TEST(ReplaceAll, GoesOnceFromLeftToRight) {
-  struct Case {
-    std::string_view text, what, by, want;
-  };
-  for (const Case& c : {Case{"juh9hayjuh9hay c", "juh9hay", "#", "## c"},
-                        {"juh9hjuh9hayay", "juh9hay", "#", "juh9h#ay"},
-                        {"aaa", "aa", "b", "ba"},
-                        {"a-a", "a", "aa", "aa-aa"},
-                        {"abc", "", "x", "abc"},
-                        {"", "a", "b", ""}}) {
-    std::string text(c.text);
-    EXPECT_EQ(ReplaceAll(text, c.what, c.by), c.want);
-    EXPECT_EQ(text, c.want);
+  for (const test::Row& row : test::Table("Replacements")) {
+    std::string text = row[0];
+    EXPECT_EQ(ReplaceAll(text, row[1], row[2]), row[3]);
+    EXPECT_EQ(text, row[3]);
   }
   std::string long_text = Repeated("a", 2'000'000);
   ReplaceAll(long_text, "a", "bb");  // quadratic time would show

@@ -11,15 +11,13 @@
 #include "net/client.h"
 #include "net/download.h"
 #include "net/upload.h"
-#include "platform/message_box.h"
 #include "tests/core/table.h"
+#include "tests/core/test_melody.h"
 #include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::net {
 namespace {
-
-using platform::Icon;
 
 // The server at "http://s", with what was asked of it.
 struct Server {
@@ -71,40 +69,26 @@ TEST(DownloadMelody, StoresNothingOutsideTheFolder) {
   EXPECT_EQ(folder.Read("evil.1"), "(none)");
 }
 
-struct Outcome {
-  UploadResult result;
-  std::string_view box;
-  Icon icon;
-};
-const std::map<std::string, Outcome> kOutcomes = {
-    {"sent",
-     {UploadResult::kSent, "Melodia subida correctamente. Gracias por colaborar con Tonadex.",
-      Icon::kInformation}},
-    {"there",
-     {UploadResult::kAlreadyThere,
-      "La melodia NO se ha subido, pues ya existia en nuestro servidor.", Icon::kInformation}},
-    {"invalid",
-     {UploadResult::kNotValid, "La melodia Tema NO es una melodia RTTTL valida.",
-      Icon::kExclamation}},
-    {"stop",
-     {UploadResult::kStopInName,
-      "La melodia NO se ha subido, pues no puede contener puntos en su nombre.", Icon::kNone}}};
-
 TEST(UploadMelody, ChecksAndSends) {
+  std::map<std::string, std::string> boxes;
+  for (const test::Row& row : test::Table("Upload boxes")) {
+    boxes[row[0]] = row[1];
+  }
+  const std::map<std::string, UploadResult> results = {{"sent", UploadResult::kSent},
+                                                       {"there", UploadResult::kAlreadyThere},
+                                                       {"invalid", UploadResult::kNotValid},
+                                                       {"stop", UploadResult::kStopInName}};
   for (const test::Row& row : test::Table("Uploads")) {
     SCOPED_TRACE(row[1]);
     Server server;
     server.http.replies = {core::FromUtf8(row[2]), "ERROR"};
-    platform::RecordingMessages boxes;
-    const platform::ScopedMessageSink sink(boxes);
+    const test::Boxes shown;
     std::string text = core::FromUtf8(row[1]), listing;
-    const auto result = UploadMelody(server.fetch, core::FromUtf8(row[0]), text, listing);
-    const Outcome& want = kOutcomes.at(row[3]);
-    EXPECT_EQ(result, want.result);
-    EXPECT_EQ(boxes.messages,
-              (std::vector<platform::Message>{{std::string(want.box), "Tonadex", want.icon}}));
+    EXPECT_EQ(UploadMelody(server.fetch, core::FromUtf8(row[0]), text, listing),
+              results.at(row[3]));
+    EXPECT_EQ(shown.Text(), boxes.at(row[3]));
     std::vector<std::string> urls = {"http://s/todoslostonos.php"};
-    if (want.result == UploadResult::kSent) {
+    if (row[3] == "sent") {
       urls.push_back("http://s/uploadertonos.php?filename=" + core::FromUtf8(row[4]) +
                      "&contents=" + text);
     }
@@ -126,15 +110,14 @@ TEST(IsUploadable, RefusesWhatBreaksAnAddress) {
 
 TEST(UploadMelody, LetsAFailedRequestThrough) {
   Server server;
-  platform::RecordingMessages boxes;
-  const platform::ScopedMessageSink sink(boxes);
+  const test::Boxes boxes;
   std::string text = "T:d=4,o=5,b=100:c";
   std::string listing = "before";
   EXPECT_THROW(UploadMelody(server.fetch, "T", text, listing), core::RunTimeError);
   server.http.replies = {std::string()};
   EXPECT_THROW(UploadMelody(server.fetch, "T", text, listing), core::RunTimeError);
   EXPECT_EQ(server.http.urls.size(), 3u);
-  EXPECT_TRUE(boxes.messages.empty());
+  EXPECT_EQ(boxes.Text(), "");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "server/limits.h"
+#include "tests/core/table.h"
 
 namespace tonadex::server {
 namespace {
@@ -14,18 +15,9 @@ using std::chrono::seconds;
 TEST(RateLimit, AllowsSoManyAMinuteFromEachAddress) {
   RateLimit limit(3);
   Clock::time_point now{};
-  const struct {
-    const char* address;
-    seconds later;
-    bool allowed;
-  } asked[] = {{"a", seconds(0), true},    {"a", seconds(0), true},  {"a", seconds(0), true},
-               {"a", seconds(0), false},   {"b", seconds(0), true},  {"a", seconds(19), false},
-               {"a", seconds(1), true},    {"a", seconds(0), false},  // a third of the minute
-               {"a", seconds(3600), true}, {"a", seconds(0), true},  {"a", seconds(0), true},
-               {"a", seconds(0), false}};  // never more than one minute's worth
-  for (const auto& ask : asked) {
-    now += ask.later;
-    EXPECT_EQ(limit.Allow(ask.address, now), ask.allowed) << (&ask - asked);
+  for (const test::Row& row : test::Table("Allowances")) {
+    now += seconds(std::stoi(row[1]));
+    EXPECT_EQ(limit.Allow(row[0], now), row[2] == "yes");
   }
 }
 

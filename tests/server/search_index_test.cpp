@@ -14,7 +14,6 @@
 namespace tonadex::server {
 namespace {
 
-using namespace core::literals;
 using std::string;
 
 TEST(Fold, BringsEveryByteToLowerCaseWithoutAccents) {
@@ -29,23 +28,10 @@ TEST(Fold, BringsEveryByteToLowerCaseWithoutAccents) {
             "aaaaaaæceeeeiiiiðnooooo×ouuuuyþßaaaaaaæceeeeiiiiðnooooo÷ouuuuyþy");
 }
 
-struct Entry {
-  std::string_view description, fileName;
-};
-
-constexpr Entry kEntries[] = {
-    {u8"Vals de las flores"_w, "flores.120"},  // 0, the oldest
-    {u8"Canción de cuna"_w, "cuna.98"},        // 1
-    {"Himno", "himno-alegria.77"},             // 2
-    {u8"España cañí"_w, "pasodoble.300"},      // 3
-    {"Vals triste", "Vals triste.50"},         // 4
-    {"xyz", "xyz+1.5"},                        // 5, the newest
-};
-
 TEST(SearchIndex, FindsNewestFirst) {
   SearchIndex index;
-  for (const Entry& entry : kEntries) {
-    index.Add(entry.description, entry.fileName);
+  for (const test::Row& row : test::Table("Searched melodies")) {
+    index.Add(core::FromUtf8(row[0]), row[1]);
   }
   for (const test::Row& row : test::Table("Searches")) {
     string found;
