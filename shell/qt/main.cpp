@@ -55,7 +55,6 @@ int main(int argc, char** argv) {
   QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
   QCoreApplication::setApplicationName(QStringLiteral("tonadex"));
   QCoreApplication::setApplicationVersion(QStringLiteral(TONADEX_VERSION));
-  QGuiApplication::setApplicationDisplayName(QStringLiteral("Tonadex"));
   QGuiApplication::setDesktopFileName(QStringLiteral("tonadex"));
   LoadTranslations(application);
 

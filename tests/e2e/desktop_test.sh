@@ -79,6 +79,7 @@ answer_box() {
   small_box() { box=$(window "$title" | grep -vx "$main"); }
   wait_for "el mensaje «$title»" small_box
   wait_for "el foco del mensaje" focused "$box"
+  [ "$(xdotool getwindowname "$box")" = "$title" ] || fail "el título del mensaje «$title»"
   wait_for "el mensaje «$words»" box_says "$words"
   [ -z "${3:-}" ] || picture "$3"
   keys Return
