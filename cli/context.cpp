@@ -24,7 +24,9 @@ bool IsRepertoireName(std::string_view fileName) {
 std::string RowOf(const std::filesystem::path& file, std::string_view line) {
   const std::string fileName = core::TextFromPath(file.filename());
   if (IsRepertoireName(fileName)) {
-    return core::RepertoireRow(line, fileName).text;
+    std::string row;  // stays empty for a nameless melody in "a.1", as in the list
+    core::SkipErrors([&] { row = core::RepertoireRow(line, fileName).text; });
+    return row;
   }
   const std::string text = core::UndoSharpEscape(line);
   return text.substr(0, text.find(':'));
@@ -53,6 +55,17 @@ void Fail(Context& context, ExitCode code) {
 void Fail(Context& context, ExitCode code, std::string_view utf8Message) {
   context.err << "tonadex-cli: " << utf8Message << '\n';
   Fail(context, code);
+}
+
+std::string WordsOf(const std::exception& error) {
+  if (dynamic_cast<const core::RunTimeError*>(&error) != nullptr) {
+    return core::ToUtf8(error.what());
+  }
+  if (const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&error)) {
+    const std::u8string path = file->path1().u8string();
+    return "no se puede crear ni abrir «" + std::string(path.begin(), path.end()) + "»";
+  }
+  return error.what();
 }
 
 std::string ForTerminal(std::string_view text) {

@@ -10,6 +10,7 @@
 #include "core/phone_catalogue.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "midi/mMidiLibOut.h"
 
 namespace tonadex::cli {
 namespace {
@@ -69,6 +70,13 @@ void PrintJson(Context& context, const MelodyInput& input, const std::string& mo
   context.out << json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
 }
 
+// Whether the file could not be written, unlike a melody that gives no bytes to write.
+bool FileFailed(const ConversionRecord& record, const core::RTTTLMelody& melody) {
+  return !record.page && !record.messages.empty() &&
+         record.messages.back().text.starts_with("Ocurrio un error al") &&
+         core::SkipErrors([&melody] { midi::MidiFileBytes(melody); });
+}
+
 void ConvertOne(Context& context, const ConvertOptions& options, const MelodyInput& input,
                 const std::string& model) {
   core::RTTTLMelody melody;
@@ -80,7 +88,7 @@ void ConvertOne(Context& context, const ConvertOptions& options, const MelodyInp
   const ConversionRecord record = ConvertLine(melody, input.line, model, row, file);
   const bool cancelled = core::SavesFile(model) && !file;
   if (HasErrors(record) && !(cancelled && options.allModels)) {
-    Fail(context, ExitCode::kNotConverted);
+    Fail(context, FileFailed(record, melody) ? ExitCode::kSystemFailed : ExitCode::kNotConverted);
   }
   if (options.json) {
     PrintJson(context, input, model, record);

@@ -123,10 +123,8 @@ void WithServer(Context& context, const NetworkOptions& options, Work&& work) {
   try {
     Server server(context, options.server);
     work(server);
-  } catch (const core::RunTimeError& error) {
-    Fail(context, ExitCode::kSystemFailed, core::ToUtf8(error.what()));
   } catch (const std::exception& error) {
-    Fail(context, ExitCode::kSystemFailed, error.what());
+    Fail(context, ExitCode::kSystemFailed, WordsOf(error));
   }
 }
 

@@ -127,7 +127,7 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   } catch (const CLI::ParseError& error) {
     return ReportUse(error, context);
   } catch (const std::exception& error) {
-    Fail(context, ExitCode::kSystemFailed, std::string("error inesperado: ") + error.what());
+    Fail(context, ExitCode::kSystemFailed, "error inesperado: " + WordsOf(error));
   }
   if (!out.flush()) {
     Fail(context, ExitCode::kSystemFailed, "no se puede escribir el resultado");

@@ -21,6 +21,8 @@ TEST(Cli, AnswersAndTellsTheShellWhatWentWrong) {
   folder.Write("good", kGood);
   folder.Write("vals.120", kGood);
   folder.Write("bad", "x:y");
+  folder.Write("untimed", "x:d=4,o=5,b=z:c");
+  folder.Write("a.1", "");
   folder.Write("long", std::string(core::kMaxLineBytes + 1, 'x'));
   test::ExpectRuns("Runs", folder.path().string() + "/");
   EXPECT_EQ(RunCli({}).code, 2);
