@@ -25,7 +25,7 @@ namespace words = app::words;
 using app::Form1;
 
 constexpr int kWidestCard = 860;
-constexpr int kNoticesHeight = 96;
+constexpr int kNoticesHeight = 112;
 
 QBoxLayout* Box(QBoxLayout::Direction direction, int spacing) {
   auto* box = new QBoxLayout(direction);
@@ -238,11 +238,11 @@ class Layouter {
     auto* column = Column();
     column->addLayout(commands);
     column->addWidget(LabelOf(&Form1::lbltextresult));
-    column->addWidget(parts_.repertoireView, 2);
-    column->addWidget(parts_.display, 3);
+    column->addWidget(parts_.repertoireView, 3);
+    column->addWidget(parts_.display, 5);
     column->addLayout(DisplayFoot());
     column->addLayout(NoticesHead());
-    column->addWidget(Of(&Form1::Textavisos), 1);
+    column->addWidget(Of(&Form1::Textavisos), 3);
     return Group(column);
   }
 
