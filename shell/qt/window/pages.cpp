@@ -243,7 +243,7 @@ class Layouter {
     column->addLayout(DisplayFoot());
     column->addLayout(NoticesHead());
     column->addWidget(Of(&Form1::Textavisos), 3);
-    return Group(column);
+    return Scrolled(column);  // large letters may need more than the window has
   }
 
   QWidget* OptionsPage() {
