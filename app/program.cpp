@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "core/runtime_error.h"
+#include "core/error_words.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "net/client.h"
@@ -35,13 +35,6 @@ class BusyScope {
   Program& program_;
 };
 
-// The system's own errors speak Windows-1252, the library's something that may be UTF-8.
-std::string ErrorText(const std::exception& error) {
-  return dynamic_cast<const core::RunTimeError*>(&error) != nullptr
-             ? error.what()
-             : core::FromOutside(error.what());
-}
-
 }  // namespace
 
 Program::Program(Services platformServices, std::string server)
@@ -53,8 +46,9 @@ std::string Request(Program& program, std::string_view path) {
 }
 
 void ReportUnhandled(Program& program, const std::exception& error) {
-  platform::MsgBox(std::string(kUnhandledMessage) + std::string(core::kCrLf) + ErrorText(error),
-                   platform::Icon::kExclamation);
+  platform::MsgBox(
+      std::string(kUnhandledMessage) + std::string(core::kCrLf) + core::ErrorWords(error),
+      platform::Icon::kExclamation);
   program.exitCode = kUnhandledExitCode;
   program.services.shell.End();
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/error_words.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
@@ -58,14 +59,7 @@ void Fail(Context& context, ExitCode code, std::string_view utf8Message) {
 }
 
 std::string WordsOf(const std::exception& error) {
-  if (dynamic_cast<const core::RunTimeError*>(&error) != nullptr) {
-    return core::ToUtf8(error.what());
-  }
-  if (const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&error)) {
-    const std::u8string path = file->path1().u8string();
-    return "no se puede crear ni abrir «" + std::string(path.begin(), path.end()) + "»";
-  }
-  return error.what();
+  return core::ToUtf8(core::ErrorWords(error));
 }
 
 std::string ForTerminal(std::string_view text) {

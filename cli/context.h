@@ -40,7 +40,7 @@ void Fail(Context& context, ExitCode code);
 // Writes "tonadex-cli: <message>" to the error stream and keeps the exit code.
 void Fail(Context& context, ExitCode code, std::string_view utf8Message);
 
-// What an error says, in UTF-8; the library's own words about files would be English.
+// What an error says (core::ErrorWords), in UTF-8.
 std::string WordsOf(const std::exception& error);
 
 // A Windows-1252 text for a terminal: UTF-8, lines ended by LF, control characters as "?".

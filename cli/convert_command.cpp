@@ -50,10 +50,11 @@ void PrintPage(Context& context, const core::ConversionPage& page, bool resultOn
   }
 }
 
-// A text result goes to --salida too; the writers of files have used it already.
+// A text result goes to --salida too; the writers of files have used it already. Where there is
+// none, the file keeps what it holds.
 void SaveResult(Context& context, const ConvertOptions& options, const std::string& model,
                 const core::ConversionPage& page) {
-  if (options.saveFile.empty() || core::SavesFile(model)) {
+  if (options.saveFile.empty() || page.result.empty() || core::SavesFile(model)) {
     return;
   }
   try {

@@ -63,8 +63,8 @@ std::filesystem::path PathFromText(std::string_view text);
 // The text of a path; a character that Windows-1252 lacks becomes "?".
 std::string TextFromPath(const std::filesystem::path& path);
 
-// Creates or truncates the file and writes the bytes. Errors: device failure; a partly written file
-// may be left behind.
+// Puts the bytes in place of the file, which is whole or as it was before; a symbolic link stays
+// and its target is replaced. Devices and pipes are written to as they are. Errors: device failure.
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);
 
 }  // namespace tonadex::core

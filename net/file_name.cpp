@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <random>
 #include <string>
-#include <system_error>
 
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
@@ -40,11 +38,6 @@ bool IsDeviceName(std::string_view name) {
          std::ranges::any_of(kNumberedDevices, numbered);
 }
 
-// Hidden and short: the listing of the folder passes it over, and any name's file can have one.
-std::string TemporaryName() {
-  return ".tonadex-" + std::to_string(std::random_device{}());
-}
-
 }  // namespace
 
 bool IsSafeFileName(std::string_view name) {
@@ -64,23 +57,7 @@ std::filesystem::path SafePath(const std::filesystem::path& folder, std::string_
 }
 
 void StoreFile(const std::filesystem::path& folder, std::string_view name, std::string_view bytes) {
-  const std::filesystem::path target = SafePath(folder, name);
-  const std::filesystem::path temporary = folder / TemporaryName();
-  std::error_code failed;
-  try {
-    core::WriteBytes(temporary, bytes);
-  } catch (const core::RunTimeError&) {
-    std::filesystem::remove(temporary, failed);
-    throw;
-  }
-  std::filesystem::rename(temporary, target, failed);
-  if (failed) {
-    std::error_code ignored;
-    std::filesystem::remove(temporary, ignored);
-    throw core::RunTimeError(core::ErrorNumber::kDeviceFailure,
-                             std::string(u8"no se puede escribir el fichero «"_w) +
-                                 std::string(name) + std::string(u8"»"_w));
-  }
+  core::WriteBytes(SafePath(folder, name), bytes);
 }
 
 }  // namespace tonadex::net

@@ -18,8 +18,8 @@ bool IsSafeFileName(std::string_view name);
 // folder / name. Errors: core::RunTimeError (kInvalidArgument) for a name that is refused.
 std::filesystem::path SafePath(const std::filesystem::path& folder, std::string_view name);
 
-// Writes folder / name under a temporary name and renames it over whatever was there: the file is
-// whole or not there. Errors: invalid argument for a refused name, device failure.
+// Writes folder / name, whole or not at all. Errors: invalid argument for a refused name, device
+// failure.
 void StoreFile(const std::filesystem::path& folder, std::string_view name, std::string_view bytes);
 
 }  // namespace tonadex::net

@@ -88,5 +88,25 @@ TEST(CliProcess, EndsWhenItsReaderLeaves) {
             0);
 }
 
+TEST(CliProcess, KeepsTheOldFileWhenItCannotWriteTheNewOne) {
+  const test::TempFolder folder;
+  folder.Write("m", "x:d=4,o=5,b=100:c");
+  const std::string base = folder.path().string() + "/";
+  const std::tuple<const char*, const char*, int> cases[] = {
+      {"ulimit -f 0", "convertir -t 3310", 3},
+      {"ulimit -f 0", "convertir -m ' KWS'", 3},
+      {"ulimit -f 0", "midi", 3},
+      {"true", "convertir -m 'no such model'", 1},
+  };
+  for (const auto& [disk, command, code] : cases) {
+    folder.Write("old", "old");
+    const std::string line = "trap '' XFSZ; " + std::string(disk) + "; " TONADEX_CLI " " + command +
+                             " -o " + base + "old " + base + "m > /dev/null 2>&1";
+    EXPECT_EQ(WEXITSTATUS(std::system(line.c_str())), code) << command;
+    EXPECT_EQ(folder.Read("old"), "old") << command;
+  }
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2);
+}
+
 }  // namespace
 }  // namespace tonadex::cli

@@ -7,6 +7,9 @@
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/temp_folder.h"
+#ifndef _WIN32
+#include "tests/support/full_disk.h"
+#endif
 
 namespace tonadex::core {
 namespace {
@@ -57,6 +60,30 @@ TEST(WriteBytes, WritesOrFails) {
   EXPECT_EQ(ErrorOf([&] { WriteBytes(folder.path(), "x"); }), 57);
   EXPECT_EQ(ErrorOf([&] { WriteBytes(folder / "no/file", "x"); }), 57);
 }
+
+#ifndef _WIN32
+TEST(WriteBytes, LeavesTheOldFileOnAFullDisk) {
+  namespace fs = std::filesystem;
+  const test::TempFolder folder;
+  folder.Write("file", "old");
+  fs::permissions(folder / "file", fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink(folder / "file", folder / "link");
+  {
+    const test::FullDisk full(3);
+    for (const char* name : {"file", "link", "new"}) {
+      EXPECT_EQ(ErrorOf([&] { WriteBytes(folder / name, "long"); }), 57) << name;
+    }
+    EXPECT_EQ(ErrorOf([&] { WriteBytes("/dev/full", "x"); }), 57);
+  }
+  EXPECT_EQ(folder.Read("file"), "old");
+  WriteBytes(folder / "link", "long");
+  EXPECT_EQ(folder.Read("file"), "long");
+  EXPECT_EQ(fs::status(folder / "file").permissions(),
+            fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_TRUE(fs::is_symlink(folder / "link"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 2);
+}
+#endif
 
 TEST(RepertoireRow, IsNameAndStem) {
   for (const test::Row& row : test::Table("Rows")) {

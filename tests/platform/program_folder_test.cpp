@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "tests/platform/environment.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::platform {
@@ -53,6 +54,19 @@ class SeedProgramFolderTest : public testing::Test {
 TEST_F(SeedProgramFolderTest, FirstStartAddsWhatIsMissing) {
   folder.Write("home/melodias/vals.120", "mine");
   ASSERT_TRUE(Seed());
+  EXPECT_EQ(Home(),
+            ".tonadex-datos=1.9.0;TONADEX.HLP=help 1.9.0;melodias/jota.90=J;"
+            "melodias/vals.120=mine;noactualiza.tdx=;print.rtf=P;ver.dat=1.9.0;");
+}
+
+TEST_F(SeedProgramFolderTest, GoesOnWhenTheDiskHasRoomAgain) {
+  {
+    const test::FullDisk full(1);
+    EXPECT_FALSE(Seed());
+  }
+  EXPECT_EQ(Home(), "melodias/jota.90=J;melodias/vals.120=V;noactualiza.tdx=;print.rtf=P;");
+  folder.Write("home/melodias/vals.120", "mine");
+  EXPECT_TRUE(Seed());
   EXPECT_EQ(Home(),
             ".tonadex-datos=1.9.0;TONADEX.HLP=help 1.9.0;melodias/jota.90=J;"
             "melodias/vals.120=mine;noactualiza.tdx=;print.rtf=P;ver.dat=1.9.0;");

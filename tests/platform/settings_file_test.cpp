@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include "tests/platform/environment.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::platform {
@@ -79,6 +80,11 @@ TEST(SettingsFile, AFailureLeavesTheOldFileAndNothingElse) {
   EXPECT_FALSE(Set(inAFile, "x"));
   SettingsFile tooLong(folder / "f");
   EXPECT_FALSE(Set(tooLong, std::string(kMaxSettingsBytes, 'x')));
+  {
+    const test::FullDisk full(2);
+    SettingsFile settings(folder / "f");
+    EXPECT_FALSE(Set(settings, "x"));
+  }
   EXPECT_EQ(folder.Read("f"), "old");
   ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
   SettingsFile pipe(folder / "pipe");
