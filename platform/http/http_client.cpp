@@ -15,11 +15,16 @@
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
+#include <charconv>
+#include <cstdint>
 #include <exception>
 #include <future>
 #include <memory>
 #include <thread>
 #include <vector>
+
+#include "core/error_words.h"
+#include "core/windows1252.h"
 
 namespace tonadex::platform {
 namespace {
@@ -75,6 +80,12 @@ bool IsHostText(std::string_view authority) {
   return !authority.empty();
 }
 
+bool IsPort(std::string_view text) {
+  std::uint16_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
 // Splits "host:port" or "[address]:port". The port is "80" when there is none.
 void SplitAuthority(Url& url) {
   const std::string_view text = url.authority;
@@ -98,6 +109,9 @@ Url ParseUrl(std::string_view text) {
     throw TransferError("La dirección del servidor no es válida");
   }
   SplitAuthority(url);
+  if (!IsPort(url.port)) {
+    throw TransferError("El puerto del servidor no es válido");
+  }
   url.target = EscapeTarget(text.substr(authorityEnd));
   if (!url.target.starts_with('/')) {
     url.target.insert(0, 1, '/');
@@ -129,7 +143,7 @@ TransferError ToTransferError(const ErrorCode& code) {
   const bool reply = code.category() == make_error_code(http::error::bad_version).category();
   return TransferError(
       (reply ? "La respuesta del servidor no se entiende (" : "No hay conexión con el servidor (") +
-      code.message() + ")");
+      core::ToUtf8(core::ErrorWords(std::error_code(code))) + ")");
 }
 
 // Waits in slices of pumpInterval until `finished(slice)` says so.
@@ -240,16 +254,29 @@ void ParseEnd(Parser& parser) {
   }
 }
 
+bool Drips(std::size_t received, Clock::duration taken, const HttpLimits& limits) {
+  const double seconds = std::chrono::duration<double>(taken).count();
+  return taken > limits.dripTimeout &&
+         static_cast<double>(received) < seconds * static_cast<double>(limits.leastBytesPerSecond);
+}
+
 // Reads piece by piece, so that each has the whole time-out.
 asio::awaitable<HttpReply> ReadReply(beast::tcp_stream& stream, const Transfer& transfer) {
   beast::flat_buffer buffer;
   Parser parser;
   parser.body_limit(transfer.limits.maxBodyBytes);
+  const Clock::time_point start = Clock::now();
+  std::size_t received = 0;
   while (!parser.is_done()) {
     ErrorCode error;
     stream.expires_after(transfer.limits.idleTimeout);
-    buffer.commit(co_await stream.async_read_some(
-        buffer.prepare(kReadBytes), asio::redirect_error(asio::use_awaitable, error)));
+    const std::size_t count = co_await stream.async_read_some(
+        buffer.prepare(kReadBytes), asio::redirect_error(asio::use_awaitable, error));
+    buffer.commit(count);
+    received += count;
+    if (!error && Drips(received, Clock::now() - start, transfer.limits)) {
+      error = beast::error::timeout;
+    }
     if (error && error != asio::error::eof) {
       throw boost::system::system_error(error);
     }

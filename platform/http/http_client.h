@@ -15,6 +15,10 @@ namespace tonadex::platform {
 struct HttpLimits {
   std::chrono::milliseconds connectTimeout{10'000};  // finding the host's address included
   std::chrono::milliseconds idleTimeout{30'000};     // without a byte, sending or receiving
+  // A reply that drips would keep a window waiting for hours: from this time on it must have come
+  // at this pace, on the whole.
+  std::chrono::milliseconds dripTimeout{60'000};
+  std::size_t leastBytesPerSecond = 100;
   std::size_t maxBodyBytes = std::size_t{64} << 20;
   std::chrono::milliseconds pumpInterval{20};
 };

@@ -23,7 +23,12 @@ using test::RawSocket;
 
 constexpr milliseconds kIdle{250};
 constexpr std::size_t kMaxBody = 100'000;
-constexpr HttpLimits kShortLimits{milliseconds(400), kIdle, kMaxBody, milliseconds(5)};
+constexpr HttpLimits kShortLimits{.connectTimeout = milliseconds(400),
+                                  .idleTimeout = kIdle,
+                                  .dripTimeout = milliseconds(1500),
+                                  .leastBytesPerSecond = 1000,
+                                  .maxBodyBytes = kMaxBody,
+                                  .pumpInterval = milliseconds(5)};
 constexpr const char* kSlow = "failed: El servidor no responde a tiempo";
 
 std::string WithLength(std::size_t length, const std::string& body) {
@@ -56,6 +61,13 @@ RawServer::Answer SaysForEver(const std::string& start, const std::string& piece
 void Drip(const RawSocket& client) {
   for (const char c : WithLength(6, "gotera")) {
     client.Send(std::string(1, c));
+    std::this_thread::sleep_for(milliseconds(8));
+  }
+}
+
+void DripForEver(const RawSocket& client) {
+  client.Send("HTTP/1.1 200 OK\r\n\r\n");
+  while (client.Send("x")) {
     std::this_thread::sleep_for(milliseconds(8));
   }
 }
@@ -102,6 +114,7 @@ TEST(HttpClientGet, LimitsTimeAndSize) {
                 "failed: La respuesta del servidor no se entiende (header limit exceeded)");
   ExpectOutcome(Stalls(WithLength(10, "medio")), kSlow);
   ExpectOutcome(Stalls(""), kSlow);
+  ExpectOutcome(DripForEver, kSlow);
 }
 
 TEST(HttpClientGet, SendsTargetsAsTyped) {
