@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "core/melody_file.h"
+#include "core/runtime_error.h"
 #include "server/file_system.h"
 #include "server/http_server.h"
 #include "server/shelf.h"
@@ -20,14 +21,13 @@ namespace fs = std::filesystem;
 using std::chrono::milliseconds;
 
 constexpr std::string_view kPortName = ".puerto";
-constexpr std::string_view kPortTemporaryName = ".puerto-nuevo";
 constexpr int kPortLookMs = 20;
 
 }  // namespace
 
-void PublishPort(const fs::path& folder, std::uint16_t port) {
-  core::WriteBytes(folder / kPortTemporaryName, std::to_string(port) + "\n");
-  fs::rename(folder / kPortTemporaryName, folder / kPortName);
+bool PublishPort(const fs::path& folder, std::uint16_t port) {
+  return core::SkipErrors(
+      [&] { core::WriteBytes(folder / kPortName, std::to_string(port) + "\n"); });
 }
 
 void WithdrawPort(const fs::path& folder) {
@@ -47,7 +47,9 @@ struct EmbeddedServer::State {
 
   bool TryHost(std::uint16_t wantedPort);
   bool TryGuest();
-  void StartServer(ShelfAccess access, std::uint16_t wantedPort);
+  bool Join();
+  void Read();
+  void StartServer(std::shared_ptr<Shelf> newShelf, EmbeddedRole newRole, std::uint16_t wantedPort);
   void Watch();
   Reply Answer(const Request& request);
 
@@ -73,8 +75,8 @@ Reply EmbeddedServer::State::Answer(const Request& request) {
 }
 
 // A reader's server stays and gets the other shelf. A lost port is replaced by any other.
-void EmbeddedServer::State::StartServer(ShelfAccess access, std::uint16_t wantedPort) {
-  auto newShelf = std::make_shared<Shelf>(folder, access);
+void EmbeddedServer::State::StartServer(std::shared_ptr<Shelf> newShelf, EmbeddedRole newRole,
+                                        std::uint16_t wantedPort) {
   {
     const std::lock_guard guard(mutex);
     shelf = std::move(newShelf);
@@ -95,7 +97,7 @@ void EmbeddedServer::State::StartServer(ShelfAccess access, std::uint16_t wanted
   }
   const std::lock_guard guard(mutex);
   port = server->Port();
-  role = access == ShelfAccess::kReadWrite ? EmbeddedRole::kHost : EmbeddedRole::kReader;
+  role = newRole;
 }
 
 bool EmbeddedServer::State::TryHost(std::uint16_t wantedPort) {
@@ -105,7 +107,8 @@ bool EmbeddedServer::State::TryHost(std::uint16_t wantedPort) {
   }
   WithdrawPort(folder);  // of a program that was killed
   FillEmptyShelf(folder, source);
-  StartServer(ShelfAccess::kReadWrite, wantedPort);
+  StartServer(std::make_shared<Shelf>(folder, ShelfAccess::kReadWrite), EmbeddedRole::kHost,
+              wantedPort);
   PublishPort(folder, server->Port());
   return true;
 }
@@ -118,6 +121,35 @@ bool EmbeddedServer::State::TryGuest() {
   role = EmbeddedRole::kGuest;
   port = *published;
   return true;
+}
+
+// Host or guest; false when the folder's owner cannot be reached.
+bool EmbeddedServer::State::Join() {
+  fs::create_directories(folder);
+  const auto deadline = Clock::now() + milliseconds(kPortWaitMs);
+  for (;;) {
+    if (TryHost(0) || TryGuest()) {
+      return true;
+    }
+    if (Clock::now() >= deadline) {
+      return false;
+    }
+    std::this_thread::sleep_for(milliseconds(kPortLookMs));
+  }
+}
+
+void EmbeddedServer::State::Read() {
+  std::shared_ptr<Shelf> readable;
+  try {
+    readable = std::make_shared<Shelf>(folder, ShelfAccess::kReadOnly);
+  } catch (const std::exception&) {
+    // It is not there, or not ours to read.
+  }
+  std::error_code ignored;
+  if (!readable || (readable->size() == 0 && fs::is_directory(source, ignored))) {
+    readable = std::make_shared<Shelf>(source, ShelfAccess::kReadOnly);
+  }
+  StartServer(std::move(readable), EmbeddedRole::kReader, 0);
 }
 
 // Takes the host's place when it ends.
@@ -141,19 +173,19 @@ void EmbeddedServer::State::Watch() {
 
 EmbeddedServer::EmbeddedServer(fs::path folder, fs::path firstMelodies)
     : state_(std::make_unique<State>(std::move(folder), std::move(firstMelodies))) {
-  fs::create_directories(state_->folder);
-  const auto deadline = Clock::now() + milliseconds(kPortWaitMs);
-  bool hosting = state_->TryHost(0);
-  bool guest = !hosting && state_->TryGuest();
-  while (!hosting && !guest && Clock::now() < deadline) {
-    std::this_thread::sleep_for(milliseconds(kPortLookMs));
-    hosting = state_->TryHost(0);
-    guest = !hosting && state_->TryGuest();
+  bool mayHostLater = true;
+  try {
+    if (state_->Join()) {
+      mayHostLater = state_->role == EmbeddedRole::kGuest;
+    } else {
+      state_->Read();
+    }
+  } catch (const std::exception&) {  // the disk is full, or the folder not ours to write
+    state_->lock.reset();
+    state_->Read();
+    mayHostLater = false;
   }
-  if (!hosting && !guest) {
-    state_->StartServer(ShelfAccess::kReadOnly, 0);
-  }
-  if (!hosting) {
+  if (mayHostLater) {
     state_->watcher = std::thread([this] { state_->Watch(); });
   }
 }

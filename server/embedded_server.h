@@ -10,14 +10,15 @@ namespace tonadex::server {
 
 // Says where the folder's server listens on this machine, for the programs that find the folder
 // taken; nothing in the folder means that nobody does.
-void PublishPort(const std::filesystem::path& folder, std::uint16_t port);
+// False when that cannot be written.
+bool PublishPort(const std::filesystem::path& folder, std::uint16_t port);
 void WithdrawPort(const std::filesystem::path& folder);
 std::optional<std::uint16_t> PublishedPort(const std::filesystem::path& folder);
 
 enum class EmbeddedRole {
   kHost,    // the folder is ours: listens, and takes uploads
   kGuest,   // uses the server of the program that has the folder
-  kReader,  // that program's server cannot be reached: a server of our own that takes no uploads
+  kReader,  // its server cannot be reached, or the folder cannot be written: one that only reads
 };
 
 // The melody server inside another program: on a free port of this machine's own loopback address,
@@ -26,7 +27,8 @@ enum class EmbeddedRole {
 class EmbeddedServer {
  public:
   // `folder` is made when it is missing and filled from `firstMelodies` when it holds none.
-  // Throws std::exception when there can be no server (folder or sockets not to be had).
+  // When it can be neither made nor filled (a full disk, no permission), what can be read of it is
+  // served, else `firstMelodies` itself. Throws std::exception when there can be no server.
   EmbeddedServer(std::filesystem::path folder, std::filesystem::path firstMelodies);
   ~EmbeddedServer();
   EmbeddedServer(const EmbeddedServer&) = delete;

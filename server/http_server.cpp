@@ -27,9 +27,11 @@
 #include <optional>
 #include <random>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 #include <vector>
 
+#include "core/error_words.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 
@@ -450,7 +452,9 @@ HttpServer::HttpServer(ServerOptions options, RequestHandler handler)
   try {
     state_->Listen();
   } catch (const boost::system::system_error& error) {
-    throw std::runtime_error(error.code().message());
+    throw std::runtime_error("no se puede escuchar en " + state_->options.address + ", puerto " +
+                             std::to_string(state_->options.port) + ": " +
+                             core::ToUtf8(core::ErrorWords(std::error_code(error.code()))));
   }
   state_->Start();
 }
@@ -477,11 +481,22 @@ bool Answers(std::uint16_t port) {
   return !error;
 }
 
-void WaitForEndSignal() {
+void WaitForEndSignal(const std::function<void()>& reload) {
   asio::io_context context;
   asio::signal_set signals(context, SIGTERM, SIGINT);
-  signals.async_wait([](ErrorCode, int) {});
-  context.run();
+#ifdef SIGHUP
+  signals.add(SIGHUP);
+#endif
+  for (;;) {
+    int got = 0;
+    signals.async_wait([&got](ErrorCode, int signal) { got = signal; });
+    context.run();
+    if (got == SIGTERM || got == SIGINT) {
+      return;
+    }
+    context.restart();
+    reload();
+  }
 }
 
 }  // namespace tonadex::server

@@ -50,7 +50,8 @@ class HttpServer {
 // Whether something listens on this port of the loopback address.
 bool Answers(std::uint16_t port);
 
-// Blocks until the program is told to end (SIGTERM, SIGINT).
-void WaitForEndSignal();
+// Blocks until the program is told to end (SIGTERM, SIGINT). Calls `reload` for each SIGHUP, where
+// the system has it.
+void WaitForEndSignal(const std::function<void()>& reload);
 
 }  // namespace tonadex::server

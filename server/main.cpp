@@ -5,6 +5,8 @@
 #include <mutex>
 #include <string>
 
+#include "core/error_words.h"
+#include "core/windows1252.h"
 #include "server/embedded_server.h"
 #include "server/file_system.h"
 #include "server/http_server.h"
@@ -67,13 +69,25 @@ class LineLog {
   }
   void operator()(std::string_view line) {
     const std::lock_guard lock(mutex_);
-    (file_.is_open() ? file_ : std::cerr) << line << std::endl;
+    std::ostream& out = file_.is_open() ? file_ : std::cerr;
+    out.clear();  // after a full disk: the next line may find room
+    out << line << std::endl;
   }
 
  private:
   std::mutex mutex_;
   std::ofstream file_;
 };
+
+void Reload(Shelf& shelf) {
+  try {
+    shelf.Reload();
+    std::cout << "Carpeta leída de nuevo: " << shelf.size() << " melodías" << std::endl;
+  } catch (const std::exception& error) {  // what was there is served on
+    std::cerr << "tonadex-server: " << tonadex::core::ToUtf8(tonadex::core::ErrorWords(error))
+              << std::endl;
+  }
+}
 
 void Serve(Arguments arguments) {
   const fs::path folder = arguments.folder;
@@ -88,10 +102,13 @@ void Serve(Arguments arguments) {
   Shelf shelf(folder, ShelfAccess::kReadWrite);
   arguments.server.log = [&log](std::string_view line) { log(line); };
   HttpServer server(arguments.server, [&shelf](const Request& r) { return Handle(r, shelf); });
-  PublishPort(folder, server.Port());
+  if (!PublishPort(folder, server.Port())) {
+    std::cerr << "tonadex-server: aviso: no se puede escribir en la carpeta «" << arguments.folder
+              << "»; se sirve lo que hay" << std::endl;
+  }
   std::cout << "Tonadex " << TONADEX_VERSION << ": " << shelf.size() << " melodías en http://"
             << arguments.server.address << ":" << server.Port() << "/" << std::endl;
-  WaitForEndSignal();
+  WaitForEndSignal([&shelf] { Reload(shelf); });
   WithdrawPort(folder);
 }
 
@@ -111,10 +128,15 @@ int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
   try {
     app.parse(argc, argv);
     Serve(arguments);
+  } catch (const CLI::Success& success) {  // --help, --version
+    return app.exit(success);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kWrongArguments;
+    std::cerr << "tonadex-server: los argumentos no se entienden (" << error.what()
+              << "); prueba «tonadex-server --help»" << std::endl;
+    return kWrongArguments;
   } catch (const std::exception& error) {
-    std::cerr << "tonadex-server: " << error.what() << std::endl;
+    std::cerr << "tonadex-server: " << tonadex::core::ToUtf8(tonadex::core::ErrorWords(error))
+              << std::endl;
     return kCannotStart;
   }
 }

@@ -48,6 +48,16 @@ std::vector<StoredMelody> ReadFolder(const fs::path& folder) {
   return melodies;
 }
 
+SearchIndex IndexOf(const fs::path& folder) {
+  SearchIndex index;
+  const std::vector<StoredMelody> melodies = ReadFolder(folder);
+  index.Reserve(melodies.size());
+  for (const StoredMelody& melody : melodies) {
+    index.Add(melody.description, melody.fileName);
+  }
+  return index;
+}
+
 bool HoldsMelodies(const fs::path& folder) {
   return std::any_of(fs::directory_iterator(folder), fs::directory_iterator(), [](const auto& e) {
     return ParseMelodyName(core::TextFromPath(e.path().filename())).has_value();
@@ -61,11 +71,15 @@ Shelf::Shelf(fs::path folder, ShelfAccess access, int uploadsPerMinute)
   if (access_ == ShelfAccess::kReadWrite) {
     RemoveUnfinished(folder_);
   }
-  const std::vector<StoredMelody> melodies = ReadFolder(folder_);
-  index_.Reserve(melodies.size());
-  for (const StoredMelody& melody : melodies) {
-    index_.Add(melody.description, melody.fileName);
-  }
+  index_ = IndexOf(folder_);
+}
+
+void Shelf::Reload() {
+  const std::unique_lock files(files_);
+  SearchIndex index = IndexOf(folder_);
+  const std::unique_lock lock(mutex_);
+  index_ = std::move(index);
+  fullListing_.reset();
 }
 
 std::size_t Shelf::size() const {
@@ -143,6 +157,7 @@ UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
   if (const std::string_view fault = UploadFault(fileName, contents); !fault.empty()) {
     return {UploadResult::kRefused, fault};
   }
+  const std::shared_lock files(files_);
   switch (CreateDurably(folder_, core::PathFromText(fileName), contents)) {
     case CreateResult::kExists:
       return {UploadResult::kExists, {}};

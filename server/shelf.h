@@ -28,12 +28,16 @@ struct UploadAnswer {
 };
 
 // The melodies of one folder, one file each, named "stem.number" and stored as they were sent. The
-// folder is the truth: it is read once, at the start, and an index of names is kept in memory.
+// folder is the truth: it is read at the start, and an index of names is kept in memory.
 // All texts are Windows-1252. Safe to use from several threads.
 class Shelf {
  public:
   // Reads the folder, which must exist. For kReadWrite the caller holds the folder's lock.
   Shelf(std::filesystem::path folder, ShelfAccess access, int uploadsPerMinute = kUploadsPerMinute);
+
+  // Reads the folder again, for files that were put there or taken away by hand; uploads wait
+  // meanwhile. Throws std::filesystem::filesystem_error, and keeps what it had, when it cannot.
+  void Reload();
 
   std::size_t size() const;
   // Listings: runs of "description (stem.number)498".
@@ -56,6 +60,7 @@ class Shelf {
   const std::filesystem::path folder_;
   const ShelfAccess access_;
   RateLimit uploads_;
+  std::shared_mutex files_;          // shared by uploads, held alone to read the folder again
   mutable std::shared_mutex mutex_;  // guards what follows
   SearchIndex index_;
   mutable SharedText fullListing_;  // null until asked for after a change

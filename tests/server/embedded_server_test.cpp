@@ -81,5 +81,21 @@ TEST(EmbeddedServer, ReadsWhileTheFoldersOwnerDoesNotListen) {
   EXPECT_EQ(Get(server, "/listatonos.php?cadenadebusqueda=una"), "Una (Una.23)498");
 }
 
+TEST(EmbeddedServer, ReadsWhatItCannotWrite) {
+  const TempFolder first, home;
+  first.Write("vals.29", "Vals:d=4,o=5,b=63:c,d");
+  home.Write("file", "");
+  home.Write("own/jota.29", "Jota:d=4,o=5,b=63:c,d");
+  std::filesystem::create_directory(home / "own/.candado");  // in the way of the lock
+  for (const auto& [folder, listing] :
+       {std::pair{"file/servidor", "Vals (vals.29)498"}, {"own", "Jota (jota.29)498"}}) {
+    const EmbeddedServer server(home / folder, first.path());
+    EXPECT_EQ(server.Role(), EmbeddedRole::kReader) << folder;
+    EXPECT_EQ(Get(server, "/todoslostonos.php"), listing);
+    EXPECT_EQ(Get(server, UploadPath("Una")), "Este servidor solo deja leer.");
+  }
+  EXPECT_THROW(EmbeddedServer(home / "file/servidor", home / "none"), std::exception);
+}
+
 }  // namespace
 }  // namespace tonadex::server

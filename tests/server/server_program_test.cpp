@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -49,6 +50,7 @@ class Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
+  void Signal(int signal) const { ::kill(process_, signal); }
   // Exit code, or minus the signal that ended it.
   int End(int signal) {
     ::kill(process_, signal);
@@ -152,11 +154,48 @@ TEST(ServerProgram, EndsCleanlyAndKeepsItsFolderToItself) {
   EXPECT_EQ(Ask(port, "/azar.php"), "200 ");
   EXPECT_EQ(Program(home).Wait(), 1);
   EXPECT_EQ(Ask(port, "/mini.php?version=1").substr(0, 4), "200 ");
+  home.Write("servidor/mano.29", "Mano:d=4");
+  program.Signal(SIGHUP);
+  string listing;
+  for (const auto end = Clock::now() + std::chrono::seconds(20);
+       listing != "200 Mano (mano.29)498" && Clock::now() < end;) {
+    listing = Ask(port, "/todoslostonos.php");
+  }
+  EXPECT_EQ(listing, "200 Mano (mano.29)498");
   EXPECT_EQ(program.End(SIGTERM), 0);
   EXPECT_EQ(PublishedPort(home / "servidor"), std::nullopt);
   const string log = home.Read("log");
-  EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2);
+  EXPECT_GE(std::count(log.begin(), log.end(), '\n'), 3);
   EXPECT_NE(log.find(" 127.0.0.1 GET /azar.php 200 0 "), log.npos);
+}
+
+TEST(ServerProgram, SaysWhyItCannotStart) {
+  const TempFolder home;
+  home.Write("file", "");
+  const test::RawServer other([](const test::RawSocket&) {});
+  const string port = other.Base().substr(other.Base().rfind(':') + 1);
+  const string folder = home.path().string();
+  const struct {
+    string arguments, says;
+    int code;
+  } cases[] = {
+      {"--puerto " + port + " --carpeta " + folder + "/a",
+       "no se puede escuchar en 127.0.0.1, puerto " + port + ": otro programa usa ya ese puerto",
+       1},
+      {"--puerto 0 --carpeta " + folder + "/file", "«" + folder + "/file»: no es una carpeta", 1},
+      {"--puerto 0 --registro " + folder + " --carpeta " + folder + "/a",
+       "no se puede escribir el registro «" + folder + "»", 1},
+      {"--puerto mucho",
+       "los argumentos no se entienden (Could not convert: --puerto = mucho); prueba "
+       "«tonadex-server --help»",
+       2},
+  };
+  for (const auto& c : cases) {
+    const string command = TONADEX_SERVER_PROGRAM " --estanteria '' " + c.arguments + " 2> " +
+                           folder + "/said > /dev/null";
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), c.code);
+    EXPECT_EQ(home.Read("said"), "tonadex-server: " + c.says + "\n");
+  }
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "core/windows1252.h"
 #include "net/listing.h"
 #include "server/file_system.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::server {
@@ -111,6 +112,31 @@ TEST(ShelfUpload, SaysWhyNothingWasStored) {
   fs::remove_all(gone.path());
   EXPECT_EQ(lost.Upload("Tema.25", kTema, "a", kNow).result, UploadResult::kDiskFailure);
   EXPECT_EQ(lost.size(), 0u);
+}
+
+TEST(ShelfUpload, LeavesNothingOnAFullDisk) {
+  const TempFolder folder;
+  Shelf shelf(folder.path(), ShelfAccess::kReadWrite);
+  {
+    const test::FullDisk full(8);
+    EXPECT_EQ(shelf.Upload("Tema.25", kTema, "a", kNow).result, UploadResult::kDiskFailure);
+  }
+  EXPECT_EQ(FilesIn(folder), std::set<string>{});
+  EXPECT_EQ(shelf.Upload("Tema.25", kTema, "a", kNow).result, UploadResult::kStored);
+}
+
+TEST(ShelfReload, FindsWhatCameAndWentByHand) {
+  const TempFolder folder;
+  folder.Write("vals.29", "Vals:d=4");
+  Shelf shelf(folder.path(), ShelfAccess::kReadWrite);
+  EXPECT_EQ(*shelf.FullListing(), "Vals (vals.29)498");
+  fs::rename(folder / "vals.29", folder / "jota.29");
+  shelf.Reload();
+  EXPECT_EQ(*shelf.FullListing(), "Vals (jota.29)498");
+  EXPECT_EQ(shelf.Search("vals"), "Vals (jota.29)498");
+  fs::remove_all(folder.path());
+  EXPECT_THROW(shelf.Reload(), fs::filesystem_error);
+  EXPECT_EQ(shelf.size(), 1u);
 }
 
 TEST(FillEmptyShelf, FillsOnceAndGoesOnAfterAnInterruption) {
