@@ -11,6 +11,7 @@
 #include <cstdlib>
 
 #include "shell/qt/desktop.h"
+#include "shell/qt/theme/system_scheme.h"
 #include "shell/qt/theme/theme.h"
 
 namespace {
@@ -81,7 +82,11 @@ int main(int argc, char** argv) {
   }
 
   QApplication::setQuitOnLastWindowClosed(false);
-  tonadex::shell::ApplyTheme(application);
+  const auto applyTheme = [&application] {
+    tonadex::shell::ApplyTheme(application, tonadex::shell::SystemPrefersDark());
+  };
+  applyTheme();
+  const tonadex::shell::SchemeWatcher follow(applyTheme);
   if (tonadex::shell::CurrentTheme().dark &&
       qEnvironmentVariableIsEmpty("QTWEBENGINE_CHROMIUM_FLAGS")) {
     qputenv("QTWEBENGINE_CHROMIUM_FLAGS", "--force-dark-mode");  // pages that know dark colours

@@ -229,11 +229,11 @@ class WindowSizeTest : public testing::TestWithParam<Size> {
     QFont larger = before_;
     larger.setPointSizeF(before_.pointSizeF() * GetParam().type);
     QApplication::setFont(larger);
-    shell::ApplyTheme(*qApp);
+    shell::ApplyTheme(*qApp, false);
   }
   void TearDown() override {
     QApplication::setFont(before_);
-    shell::ApplyTheme(*qApp);
+    shell::ApplyTheme(*qApp, false);
   }
   QFont before_ = QApplication::font();
 };

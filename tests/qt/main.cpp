@@ -10,6 +10,6 @@ int main(int argc, char** argv) {
   }
   testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);
-  tonadex::shell::ApplyTheme(application);
+  tonadex::shell::ApplyTheme(application, false);
   return RUN_ALL_TESTS();
 }

@@ -14,6 +14,8 @@
 #include "core/windows1252.h"
 #include "shell/qt/splash.h"
 #include "shell/qt/text.h"
+#include "shell/qt/theme/system_scheme.h"
+#include "shell/qt/theme/theme.h"
 #include "shell/qt/widgets/key_row.h"
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
@@ -183,6 +185,34 @@ TEST(MainWindow, ClosingEndsTheProgram) {
   t.window.close();
   EXPECT_EQ(t.test.shell.ends, 1);
   EXPECT_EQ(t.test.program.exitCode, 0);
+}
+
+TEST(Theme, AStandingWindowTakesTheColoursThatTheSystemChangesTo) {
+  TestWindow t;
+  t.window.show();
+  t.Click("cmdopciones");
+  int changes = 0;
+  const shell::SchemeWatcher watcher([&changes] {
+    shell::ApplyTheme(*qApp, changes % 2 == 0);
+    ++changes;
+  });
+  for (const bool dark : {true, false}) {
+    const int before = changes;
+    QEvent themeChange(QEvent::ThemeChange);
+    QApplication::sendEvent(&t.window, &themeChange);
+    QApplication::sendEvent(t.Widget("cmbmarcas"), &themeChange);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return changes > before; }));
+    EXPECT_EQ(changes, before + 1);
+    EXPECT_EQ(shell::CurrentTheme().dark, dark);
+    const QImage picture = t.window.grab().toImage();
+    EXPECT_EQ(picture.pixelColor(picture.width() / 2, picture.height() - 4).lightness() < 128,
+              dark);
+    const QImage phone = t.window.Parts().optionsPicture->pixmap().toImage();
+    for (int y = 0; y < phone.height(); ++y) {
+      const QColor ink = phone.pixelColor(phone.width() / 2, y);
+      EXPECT_TRUE(ink.alpha() < 255 || (ink.lightness() > 128) == dark);
+    }
+  }
 }
 
 TEST(QtFileDialogs, AskAsTheRecordSays) {

@@ -248,7 +248,8 @@ void HelpWindow::ShowFailure(const std::filesystem::path& file, const QString& w
 // Lays the text out anew: zoom, colours and type are part of it.
 void HelpWindow::Draw() {
   const QScopedValueRollback guard(drawing_, true);
-  const QColor page = text_->palette().color(QPalette::Base);
+  // The application's: while colours change, the text's own palette comes after this window's.
+  const QColor page = QApplication::palette().color(QPalette::Base);
   const double size = QApplication::font().pointSizeF() * kReadingSize;
   rtf::Drawing drawing;
   drawing.scale = 2 * size / BodySize(manual_) * std::pow(kZoomFactor, zoomStep_);

@@ -9,7 +9,6 @@
 #include <algorithm>
 
 #include "shell/qt/theme/icons.h"
-#include "shell/qt/theme/system_scheme.h"
 
 // The pictures lie in a static library: the linker keeps them for this call alone. It must stand
 // outside of any namespace.
@@ -230,13 +229,14 @@ Theme CurrentTheme() {
   return theme;
 }
 
-void ApplyTheme(QApplication& application) {
+void ApplyTheme(QApplication& application, bool dark) {
   KeepResources();
+  QApplication::setPalette(QPalette());  // the system's, whatever stood before
   application.setStyle(new Style);
   QPalette palette = QApplication::palette();
   const QColor standard = application.style()->standardPalette().color(QPalette::Window);
   if (palette.color(QPalette::Window) == standard) {
-    palette = OwnPalette(IsDark(palette) || SystemPrefersDark());
+    palette = OwnPalette(dark || IsDark(palette));
     QApplication::setPalette(palette);
   }
   const Theme theme = CurrentTheme();

@@ -32,8 +32,9 @@ struct Theme {
 // Light or dark follows the system's palette.
 Theme CurrentTheme();
 
-// Gives the application its style, palette and style sheet. Call once before the first window and
-// again when the system's palette or font changed.
-void ApplyTheme(QApplication& application);
+// Gives the application its style, palette and style sheet. Call before the first window and again
+// when the system's palette or font changed: windows that stand follow. `dark` decides where the
+// system names no colours of its own.
+void ApplyTheme(QApplication& application, bool dark);
 
 }  // namespace tonadex::shell

@@ -13,8 +13,8 @@
 namespace tonadex::shell {
 namespace {
 
-constexpr QChar kBreakHere(0x200B);   // no width: a line may end here
-constexpr QChar kKeepTogether(0xA0);  // a blank that no line ends at
+constexpr QChar kBreakHere(0x200B);                 // no width: a line may end here
+constexpr QChar kKeepTogether(0xA0);                // a blank that no line ends at
 constexpr int kSmallestFit = 20, kLargestFit = 30;  // pixels, where nobody has chosen
 
 // The document's text is built from the result's: breaks are allowed between neighbouring groups
@@ -314,6 +314,7 @@ void PhoneDisplay::changeEvent(QEvent* event) {
   QPlainTextEdit::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && margin_ != nullptr) {
     margin_->update();
+    Mark(-1);  // it has colours of its own
   }
 }
 

@@ -1,5 +1,6 @@
 #include "shell/qt/widgets/web_pane.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QTimer>
 
@@ -39,6 +40,15 @@ class GuardedPage : public QWebEnginePage {
   bool guard_;
   WebPane* pane_;
 };
+
+// The browser knows no colours but those with which the program began: what a page keeps for dark
+// ones is switched on or off here.
+constexpr char kSchemeScript[] = R"(
+  window.schemeRules ??= [...document.styleSheets].flatMap(sheet => [...sheet.cssRules])
+      .filter(rule => /prefers-color-scheme: *dark/.test(rule.media?.mediaText));
+  window.schemeRules.forEach(rule => { rule.media.mediaText = '%1' == 'dark' ? 'all' : 'not all'; });
+  document.documentElement.style.colorScheme = '%1';
+)";
 #endif
 
 }  // namespace
@@ -75,19 +85,34 @@ void WebPane::ShowQuietPage() {
   setCurrentWidget(quiet_);
 }
 
+void WebPane::changeEvent(QEvent* event) {
+  QStackedWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && view_ != nullptr) {
+    FollowScheme();
+  }
+}
+
 #ifdef TONADEX_WEBENGINE
+void WebPane::FollowScheme() {
+  const Theme theme = CurrentTheme();
+  view_->page()->setBackgroundColor(theme.window);
+  view_->page()->runJavaScript(
+      QString::fromLatin1(kSchemeScript).arg(QLatin1String(theme.dark ? "dark" : "light")));
+}
+
 void WebPane::Prepare() {
   if (view_ == nullptr) {
     view_ = new QWebEngineView(this);
     auto* profile = new QWebEngineProfile(view_);  // keeps nothing on the disk
     auto* page = new GuardedPage(profile, kind_ == Kind::kBanner, this);
-    page->setBackgroundColor(CurrentTheme().window);
     page->settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
     page->settings()->setAttribute(QWebEngineSettings::ShowScrollBars, kind_ == Kind::kPage);
     view_->setPage(page);
+    FollowScheme();
     view_->setContextMenuPolicy(Qt::NoContextMenu);
     connect(view_, &QWebEngineView::loadFinished, this, [this](bool loaded) {
       if (loaded) {
+        FollowScheme();
         setCurrentWidget(view_);
       } else {
         ShowQuietPage();
@@ -106,6 +131,7 @@ void WebPane::Load() {
   view_->load(QUrl::fromEncoded(QByteArray::fromStdString(address_)));
 }
 #else
+void WebPane::FollowScheme() {}
 void WebPane::Prepare() {}
 
 void WebPane::Load() {

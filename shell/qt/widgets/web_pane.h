@@ -29,10 +29,12 @@ class WebPane : public QStackedWidget {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void Load();
   void ShowQuietPage();
+  void FollowScheme();
 
   Kind kind_;
   std::string address_;

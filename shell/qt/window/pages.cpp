@@ -1,6 +1,7 @@
 #include "shell/qt/window/pages.h"
 
 #include <QBoxLayout>
+#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -47,6 +48,24 @@ QLabel* MutedLabel(const QString& text = {}) {
   label->setTextFormat(Qt::PlainText);
   return label;
 }
+
+// A picture in the colours of the theme that stands.
+class PictureLabel : public QLabel {
+ public:
+  explicit PictureLabel(const QString& name) : picture_(ThemedIcon(name)) { Draw(); }
+
+ protected:
+  void changeEvent(QEvent* event) override {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+      Draw();
+    }
+  }
+
+ private:
+  void Draw() { setPixmap(picture_.pixmap(32, 32)); }
+  QIcon picture_;
+};
 
 QPushButton* CommandButton(std::string_view words, const char* icon) {
   auto* button = new QPushButton(ToQString(words));
@@ -254,10 +273,9 @@ class Layouter {
     title->setFont(CurrentTheme().title);
     parts_.optionsSentence = new QLabel;
     parts_.optionsSentence->setWordWrap(true);
-    auto* picture = new QLabel;
-    picture->setPixmap(ThemedIcon(QStringLiteral("movil")).pixmap(32, 32));
     auto* gets = Row();
-    gets->addWidget(picture);
+    parts_.optionsPicture = new PictureLabel(QStringLiteral("movil"));
+    gets->addWidget(parts_.optionsPicture);
     gets->addWidget(parts_.optionsSentence, 1);
 
     auto* column = Column(kPageMargin);

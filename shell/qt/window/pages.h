@@ -36,7 +36,7 @@ struct PageParts {
   PhoneDisplay* display = nullptr;
   MelodyView *repertoireView = nullptr, *composerView = nullptr, *rtttlView = nullptr;
   QLabel *composerCheck = nullptr, *rtttlCheck = nullptr;
-  QLabel* optionsSentence = nullptr;
+  QLabel *optionsSentence = nullptr, *optionsPicture = nullptr;
   KeyRow* keys = nullptr;
   // Parts of the window that show while one of the controls in them does, inner ones first.
   QList<QWidget*> groups;
