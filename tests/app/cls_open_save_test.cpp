@@ -40,8 +40,7 @@ TEST_F(ClsOpenSave, FillsTheWholeRecord) {
   dialog.Flags = 4;
   dialog.SetFilter("K|*.kws|");
   dialog.ShowSave();
-  ASSERT_EQ(dialogs.asked.size(), 1u);
-  const platform::FileDialogRecord& record = dialogs.asked[0];
+  const platform::FileDialogRecord& record = dialogs.asked.at(0);
   EXPECT_EQ(
       std::tuple(record.lStructSize, record.hwndOwner, record.nFilterIndex, record.nMaxFile,
                  record.nMaxFileTitle, record.Flags, record.nFileOffset, record.nFileExtension),

@@ -4,9 +4,9 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/message_box.h"
+#include "tests/core/table.h"
 
 namespace tonadex::app {
 namespace {
@@ -48,44 +48,23 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
 
 // Octaves 4 to 8: the phone's three lie around the two most used ones, 5 and 6.
 TEST(MelodyDrawing, MarksNotesOutsideThePhonesRange) {
-  const auto outside = [](std::string_view model) {
+  for (const test::Row& row : test::Table("Octaves outside")) {
     std::string marks;
     for (const DrawnNote& note :
-         MelodyDrawing("x:d=4,o=5,b=120:c4,c,c,c6,c6,c7,c8,p", model).notes) {
+         MelodyDrawing("x:d=4,o=5,b=120:c4,c,c,c6,c6,c7,c8,p", row[0]).notes) {
       marks += note.outside ? '!' : '.';
     }
-    return marks;
-  };
-  EXPECT_EQ(outside(" Pulsaciones"), "!.....!.");
-  EXPECT_EQ(outside(" EMelody"), "!....!!.");
-  EXPECT_EQ(outside(" IMelody"), "!.......");
-  EXPECT_EQ(outside(" KWS"), "........");
-  EXPECT_EQ(outside("MDY (cable)"), "!....!!.");
-  EXPECT_EQ(outside(" RTTTL (cable)"), "........");
-  EXPECT_EQ(outside("0"), "........");
+    EXPECT_EQ(marks, row[1]) << row[0];
+  }
 }
 
 // The marks follow the MIDI file: at tempo 120 a tick is 5000 / 192 ms, a quarter 19 ticks, an
-// eighth 10. A pause of more than 127 ticks loses 128 of them.
+// eighth 10.
 TEST(NoteAt, FollowsThePlayback) {
-  constexpr double kTick = 5000.0 / 192;
-  const auto noteAt = [](std::string_view notes, double ticks) {
-    return NoteAt(MelodyDrawing("x:d=4,o=5,b=120:" + std::string(notes)), ticks * kTick + 0.001);
-  };
-  struct Case {
-    std::string_view notes;
-    std::vector<int> ticks, want;
-  };
-  const Case cases[] = {
-      {"c,8d,e", {-1, 0, 18, 19, 28, 29, 47, 48}, {-1, 0, 0, 1, 1, 2, 2, -1}},
-      {"c,p,d,p", {18, 19, 37, 38, 56, 57}, {0, 1, 1, 2, 2, -1}},
-      {"c,1p,1p,d", {18, 19, 44, 45, 63, 64}, {0, 1, 1, 3, 3, -1}},
-      {"c,x,d", {18, 38, 56, 57}, {0, 1, 1, -1}},
-  };
-  for (const Case& c : cases) {
-    for (std::size_t i = 0; i < c.ticks.size(); ++i) {
-      EXPECT_EQ(noteAt(c.notes, c.ticks[i]), c.want[i]) << c.notes << " at " << c.ticks[i];
-    }
+  for (const test::Row& row : test::Table("Playback")) {
+    const double ms = std::stoi(row[1]) * 5000.0 / 192 + 0.001;
+    EXPECT_EQ(std::to_string(NoteAt(MelodyDrawing("x:d=4,o=5,b=120:" + row[0]), ms)), row[2])
+        << row[0] << " at " << row[1];
   }
   EXPECT_EQ(NoteAt({}, 0), -1);
 }

@@ -79,19 +79,11 @@ TEST(ParseRTTTLNote, ReadsByPosition) {
 }
 
 TEST(ShowRTTTLError, SaysWhatTheCodeMeans) {
-  const test::Boxes boxes;
-  for (const std::int16_t code : {std::int16_t{-1}, kParsed, kSectionsError, kParseFailure,
-                                  std::int16_t{1}, std::int16_t{5001}}) {
-    ShowRTTTLError(code);
+  for (const Row& row : Table("Error boxes")) {
+    const test::Boxes boxes;
+    ShowRTTTLError(static_cast<std::int16_t>(std::stoi(row[0])));
+    EXPECT_EQ(boxes.Text(), row[1]);
   }
-  EXPECT_EQ(boxes.Text(),
-            "Error encontrado al separar las secciones del RTTTL.\r\n"
-            "Comprueba que los separadores ':' están colocados correctamente|"
-            "Error desconocido al separar las notas del RTTTL.Comprueba que sea correcto|"
-            "Error encontrado al separar la nota #1\r\nComprueba que el RTTL sea correcto\r\n\r\n"
-            "Asegurate también de que no hay dos\r\ncomas (,,) consecutivas|"
-            "Error encontrado al separar la nota #5001\r\nComprueba que el RTTL sea correcto\r\n"
-            "\r\nAsegurate también de que no hay dos\r\ncomas (,,) consecutivas");
 }
 
 TEST(InitMelody, LeavesNothingOfAnotherMelody) {

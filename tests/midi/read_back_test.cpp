@@ -16,8 +16,6 @@ struct Event {
   std::string what;
 };
 
-#ifdef TONADEX_TIMIDITY
-
 constexpr double kSamplesPerMs = 44.1;
 
 // "Midi Event 57330: ME_NOTEON 0 81 100" lines of the player's trace.
@@ -57,14 +55,6 @@ TEST(MidiFile, IsReadByAnotherProgram) {
     EXPECT_NEAR(read[i].ms, want[i].ms, 0.5) << want[i].what;
   }
 }
-
-#else
-
-TEST(MidiFile, IsReadByAnotherProgram) {
-  GTEST_SKIP() << "timidity is not installed";
-}
-
-#endif
 
 }  // namespace
 }  // namespace tonadex::midi

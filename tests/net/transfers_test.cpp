@@ -37,20 +37,14 @@ TEST(FetchFrom, TurnsAFailedTransferIntoARunTimeError) {
 }
 
 TEST(DownloadMelody, StoresTheReplyOrWhatWasHeld) {
-  const std::pair<std::optional<std::string>, std::string> cases[] = {
-      {"x:cjuh9hay", "x:cjuh9hay\r\n"},
-      {"x\n\n", "x\n\r\n"},
-      {"x\r\n", "x\r\r\n"},
-      {"", "\r\n"},
-      {std::nullopt, "before\r\n"}};
-  for (const auto& [reply, stored] : cases) {
+  for (const test::Row& row : test::Table("Downloads")) {
     Server server;
-    server.http.replies = {reply};
+    const bool fails = row[0] == "(fails)";
+    server.http.replies = {fails ? std::nullopt : std::optional(row[0])};
     const test::TempFolder folder;
     std::string text = "before";
-    EXPECT_EQ(DownloadMelody(server.fetch, folder.path(), "Vals (vals)", 120, text),
-              reply.has_value());
-    EXPECT_EQ(folder.Read("vals.120"), stored);
+    EXPECT_EQ(DownloadMelody(server.fetch, folder.path(), "Vals (vals)", 120, text), !fails);
+    EXPECT_EQ(folder.Read("vals.120"), row[1]);
     EXPECT_EQ(server.http.urls, std::vector<std::string>{"http://s/tonos/vals.120"});
   }
 }

@@ -14,6 +14,8 @@
 #include <thread>
 #include <vector>
 
+#include "core/melody_file.h"
+#include "core/text.h"
 #include "net/listing.h"
 #include "net/upload.h"
 #include "server/embedded_server.h"
@@ -79,11 +81,12 @@ std::uint16_t WaitForPort(const TempFolder& home) {
 }
 
 string MelodyText(const string& name) {
-  return name + ":d=4,o=5,b=100:" + string(3000, ' ') + "c,d,e," + name.back() + "juh9hay";
+  return name + ":d=4,o=5,b=100:" + string(3000, ' ') + "c,d,e,ajuh9hay";
 }
 
 string KeyOf(const string& name) {
-  return net::UploadKey(name, name + ":d=4,o=5,b=100:" + string(3000, ' ') + "c,d,e,x#");
+  string text = MelodyText(name);
+  return net::UploadKey(name, core::ReplaceAll(text, core::kSharpEscape, "#"));
 }
 
 // Uploads one melody after the other until the server is gone; keeps the acknowledged names.
