@@ -90,6 +90,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     times("end", test.shell.ends);
     core::ReplaceAll(effects, "http://servidor", "");
     core::ReplaceAll(effects, test.folder.path().string(), "@");
+    core::ReplaceAll(effects, "\\", "/");  // in Windows' file names
     core::ReplaceAll(effects, "\r\n", "¶");
     core::ReplaceAll(effects, "\r", "¶");
     return effects + std::exchange(failure_, {});
