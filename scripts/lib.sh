@@ -7,7 +7,7 @@ build_packages=(
   g++ cmake ninja-build ca-certificates
   libboost-dev libcli11-dev nlohmann-json3-dev
   libfluidsynth-dev timgm6mb-soundfont
-  qt6-base-dev libqt6svg6-dev qt6-webengine-dev qt6-translations-l10n
+  qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-translations-l10n
   fonts-dejavu-core xdg-utils
 )
 test_packages=(
@@ -21,6 +21,7 @@ windows_packages=(
   g++-mingw-w64-x86-64-posix zip
   wine wine64 xvfb fonts-dejavu-core
 )
+package_packages=(dpkg-dev binutils gzip librsvg2-bin)
 check_packages=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14)
 
 say() { printf '\033[1m%s\033[0m\n' "$*" >&2; }

@@ -122,7 +122,7 @@ int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
   argv = given.values();
 #endif
   CLI::App app("Servidor de melodías de Tonadex");
-  app.set_version_flag("--version", TONADEX_VERSION);
+  app.set_version_flag("--version", "tonadex-server " TONADEX_VERSION);
   Arguments arguments;
   AddArguments(app, arguments);
   try {

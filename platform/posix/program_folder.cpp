@@ -24,6 +24,10 @@ constexpr std::array<std::string_view, 4> kFiles = {"ver.dat", "print.rtf", "TON
 constexpr std::array<std::string_view, 2> kRenewed = {"ver.dat", "TONADEX.HLP"};
 constexpr std::string_view kMelodies = "melodias";
 
+// Names of the data's folder beside "bin": the desktop's, and the one of a machine that has the
+// server alone.
+constexpr std::array<std::string_view, 2> kDataNames = {"tonadex", "tonadex-server"};
+
 // Holds the ver.dat of the data that was copied last.
 constexpr std::string_view kMarker = ".tonadex-datos";
 
@@ -106,12 +110,17 @@ fs::path ProgramFolderPath() {
 fs::path InstalledData() {
   std::error_code failure;
   const fs::path executable = fs::read_symlink("/proc/self/exe", failure);
-  fs::path beside = executable.parent_path().parent_path() / "share" / "tonadex";
-  if (!failure && fs::is_regular_file(beside / "ver.dat", failure)) {
-    return beside;
+  std::vector<fs::path> places;
+  for (const std::string_view name : kDataNames) {
+    places.push_back(executable.parent_path().parent_path() / "share" / name);
   }
-  fs::path built = TONADEX_DATA_DIR;
-  return fs::is_regular_file(built / "ver.dat", failure) ? built : fs::path();
+  places.emplace_back(TONADEX_DATA_DIR);
+  for (const fs::path& place : places) {
+    if (place.is_absolute() && fs::is_regular_file(place / "ver.dat", failure)) {
+      return place;
+    }
+  }
+  return {};
 }
 
 bool SeedProgramFolder(const fs::path& folder, const fs::path& installed) {

@@ -11,7 +11,7 @@ namespace tonadex::platform {
 std::filesystem::path ProgramFolderPath();
 
 // The data that came with the program: ../share/tonadex as seen from the folder of the executable,
-// else that of the build tree; empty when there is none.
+// else ../share/tonadex-server, else that of the build tree; empty when there is none.
 std::filesystem::path InstalledData();
 
 // First start (the folder has no marker of an earlier one): copies every file of `installed` that

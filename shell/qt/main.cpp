@@ -7,8 +7,10 @@
 #include <QLocale>
 #include <QLoggingCategory>
 #include <QTranslator>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include "shell/qt/desktop.h"
 #include "shell/qt/theme/system_scheme.h"
@@ -30,6 +32,11 @@ void ReportNoDisplay(QtMsgType type, const QMessageLogContext&, const QString&) 
   }
 }
 
+// Answered before a screen is needed.
+bool AsksForVersion(int argc, char** argv) {
+  return std::find(argv, argv + argc, std::string_view("--version")) != argv + argc;
+}
+
 void PrepareEnvironment() {
   // The browser's sandbox refuses to work for root; for everyone else it stays on.
   if (geteuid() == 0) {
@@ -49,6 +56,10 @@ void LoadTranslations(QApplication& application) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (AsksForVersion(argc, argv)) {
+    std::puts("tonadex " TONADEX_VERSION);
+    return 0;
+  }
   PrepareEnvironment();
   qInstallMessageHandler(ReportNoDisplay);
   QApplication application(argc, argv);
@@ -68,7 +79,10 @@ int main(int argc, char** argv) {
       QStringLiteral("URL"));
   const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("ayuda")},
                                 QStringLiteral("Muestra esta ayuda."));
+  const QCommandLineOption version(QStringLiteral("version"),
+                                   QStringLiteral("Muestra la versión."));
   arguments.addOption(server);
+  arguments.addOption(version);
   arguments.addOption(help);
   const bool understood = arguments.parse(QCoreApplication::arguments());
   if (arguments.isSet(help)) {

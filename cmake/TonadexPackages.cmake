@@ -1,0 +1,93 @@
+# What a system wants beside the programs and their data (manual pages, software catalogue, unit of
+# the server, papers), and the two Debian packages: "tonadex", the desktop and the terminal program,
+# and "tonadex-server", which pulls in no window.
+if(NOT CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  return()
+endif()
+set(packaging ${PROJECT_SOURCE_DIR}/packaging)
+set(papers ${PROJECT_BINARY_DIR}/packaging)
+
+# A release is dated in CHANGELOG.md, "## 1.0.0 - 2026-05-04"; before that it is today's.
+file(STRINGS CHANGELOG.md heading REGEX "^## .*[0-9]+-[0-9]+-[0-9]+" LIMIT_COUNT 1)
+if(heading MATCHES "([0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9])")
+  set(TONADEX_RELEASE_DATE ${CMAKE_MATCH_1})
+else()
+  string(TIMESTAMP TONADEX_RELEASE_DATE "%Y-%m-%d" UTC)
+endif()
+execute_process(COMMAND date -u -R -d ${TONADEX_RELEASE_DATE}
+  OUTPUT_VARIABLE TONADEX_RELEASE_MAIL_DATE OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+
+configure_file(${packaging}/tonadex.metainfo.xml.in ${papers}/tonadex.metainfo.xml @ONLY)
+install(FILES ${papers}/tonadex.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+
+# manual_page(program component)
+function(manual_page program component)
+  configure_file(${packaging}/man/${program}.1.in ${papers}/${program}.1 @ONLY)
+  install(FILES ${papers}/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+    COMPONENT ${component})
+endfunction()
+manual_page(tonadex desktop)
+manual_page(tonadex-cli desktop)
+manual_page(tonadex-server server)
+
+# papers(package component)
+function(papers package component)
+  set(PACKAGE ${package})
+  configure_file(${packaging}/debian/changelog.in ${papers}/${package}/changelog @ONLY)
+  install(FILES ${packaging}/debian/copyright ${papers}/${package}/changelog
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${component})
+endfunction()
+papers(tonadex desktop)
+papers(tonadex-server server)
+install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex)
+install(FILES docs/server.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server
+  COMPONENT server)
+install(FILES server/deploy/nginx.conf
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server/examples COMPONENT server)
+# It starts /usr/bin/tonadex-server, so it comes with the package alone.
+install(FILES server/deploy/tonadex-server.service DESTINATION lib/systemd/system
+  COMPONENT server EXCLUDE_FROM_ALL)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME tonadex)
+set(CPACK_PACKAGE_VENDOR Tonadex)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_CONTACT "Tonadex maintainers <maintainers@localhost>")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
+  GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_PRE_BUILD_SCRIPTS ${packaging}/compress.cmake)
+set(CPACK_COMPONENTS_ALL desktop server)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+
+# Loaded at run time, so that no linker tells: the toolkit's Spanish buttons and the sounds.
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME tonadex)
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS
+  "qt6-translations-l10n, timgm6mb-soundfont | sf2-soundfont-gm")
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_SUGGESTS "cups, qt6-wayland, tonadex-server")
+set(CPACK_DEBIAN_DESKTOP_DESCRIPTION "Tus melodías RTTTL, en tu móvil de antes
+Busca, compón, escucha e imprime melodías RTTTL y las convierte en lo que
+acepta cada móvil: notación del compositor, pulsaciones de teclas, textos para
+SMS o cable y ficheros MIDI o KWS.
+
+Incluye el programa de escritorio, tonadex, y el de terminal, tonadex-cli.")
+
+set(CPACK_DEBIAN_SERVER_PACKAGE_NAME tonadex-server)
+set(CPACK_DEBIAN_SERVER_PACKAGE_SECTION net)
+set(CPACK_DEBIAN_SERVER_PACKAGE_SUGGESTS "nginx")
+set(CPACK_DEBIAN_SERVER_PACKAGE_CONTROL_EXTRA
+  "${packaging}/server/postinst;${packaging}/server/prerm;${packaging}/server/postrm")
+set(CPACK_DEBIAN_SERVER_DESCRIPTION "Servidor de melodías de Tonadex
+Guarda melodías RTTTL y las da a buscar, descargar y subir a los programas de
+Tonadex y a cualquier otro por HTTP. Trae melodías de dominio público.
+
+El servicio tonadex-server.service se instala sin arrancarlo.")
+include(CPack)

@@ -1,0 +1,31 @@
+# cmake -DPROGRAM=<tonadex.exe> -DVERSION=<file VERSION> -P check_windows_version.cmake
+# The fixed part of the version resource: its signature, 1.0 as the structure's own version, then the
+# file's and the product's version as two 32-bit words each, in little-endian hex digits.
+cmake_minimum_required(VERSION 3.25)
+file(STRINGS ${VERSION} version LIMIT_COUNT 1)
+string(REPLACE "." ";" numbers "${version};0")
+
+set(words "")
+foreach(number IN LISTS numbers)
+  math(EXPR high "${number} / 256")
+  math(EXPR low "${number} % 256")
+  set(word "")
+  foreach(byte ${low} ${high})
+    math(EXPR digits "256 + ${byte}" OUTPUT_FORMAT HEXADECIMAL)
+    string(SUBSTRING ${digits} 3 2 digits)
+    string(APPEND word ${digits})
+  endforeach()
+  list(APPEND words ${word})
+endforeach()
+list(GET words 0 major)
+list(GET words 1 minor)
+list(GET words 2 patch)
+list(GET words 3 build)
+set(expected "${minor}${major}${build}${patch}")
+
+file(READ ${PROGRAM} bytes HEX)
+string(TOLOWER "bd04effe00000100${expected}${expected}" expected)
+string(FIND "${bytes}" "${expected}" found)
+if(found EQUAL -1)
+  message(FATAL_ERROR "${PROGRAM} has no version resource of ${version}")
+endif()

@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# Installs into a folder, moves it, and works from there with a fresh home.
+#   install_test.sh BUILD VERSION-FILE CMAKE
+set -euo pipefail
+build=$1 version=$(head -n 1 "$2") cmake=$3
+folder=$(mktemp -d)
+server=''
+cleanup() {
+  [ -z "$server" ] || kill "$server" 2>/dev/null || true
+  rm -rf "$folder"
+}
+trap cleanup EXIT
+
+fail() { echo "FALLO: $*" >&2 && exit 1; }
+is() { [ "$2" = "$3" ] || fail "$1: «$2» en vez de «$3»"; }
+
+"$cmake" --install "$build" --prefix "$folder/first" >/dev/null
+mv "$folder/first" "$folder/moved"
+bin=$folder/moved/bin share=$folder/moved/share
+mkdir "$folder/home" "$folder/cwd"
+run() { (cd "$folder/cwd" && env -i HOME="$folder/home" PATH="$PATH" LC_ALL=C.UTF-8 "$@"); }
+
+for program in tonadex tonadex-cli tonadex-server; do
+  is "$program --version" "$(run "$bin/$program" --version)" "$program $version"
+done
+is ver.dat "$(tr -d '\r' <"$share/tonadex/ver.dat")" "$version"
+grep -qF "release version=\"$version\"" "$share/metainfo/tonadex.metainfo.xml" || fail metainfo
+for page in "$share"/man/man1/tonadex{,-cli,-server}.1; do
+  grep -q "^\.TH .* \"Tonadex $version\"" "$page" || fail "$page"
+done
+entry() { sed -n "s/^$1=//p" "$share/applications/tonadex.desktop"; }
+[ -x "$bin/$(entry Exec)" ] || fail "la entrada del menú arranca «$(entry Exec)»"
+[ -s "$share/icons/hicolor/scalable/apps/$(entry Icon).svg" ] || fail "icono $(entry Icon)"
+
+# A melody that only the installed shelf has: the build's own would not do.
+rm "$share"/tonadex/servidor/*
+planted=Plantada:d=4,o=5,b=120:c,d,e
+printf '%s' "$planted" >"$share/tonadex/servidor/Plantada.${#planted}"
+found=$(run "$bin/tonadex-cli" buscar plantada)
+[[ $found == *"Plantada.${#planted}"* ]] || fail "buscar dice «$found»"
+run "$bin/tonadex-cli" descargar "Plantada.${#planted}" >/dev/null
+user=$folder/home/.local/share/tonadex
+is ver.dat "$(tr -d '\r' <"$user/ver.dat")" "$version"
+is "lo descargado" "$(tr -d '\r' <"$user/melodias/Plantada.${#planted}")" "$planted"
+is convertir "$(run "$bin/tonadex-cli" convertir -t t68i --solo-resultado "$user/melodias/ParaElisa."* |
+  head -n 1 | tr -d '\r')" "BEGIN:IMELODY"
+
+"$bin/tonadex-server" --puerto 0 --carpeta "$folder/shelf" --registro "$folder/log" >"$folder/said" &
+server=$!
+for ((i = 0; i < 400; i++)); do grep -q http "$folder/said" && break || sleep 0.05; done
+said=$(cat "$folder/said")
+[[ $said == "Tonadex $version: 1 melodías en http://127.0.0.1:"* ]] || fail "el servidor dice «$said»"
+port=$(sed 's|.*:\([0-9]*\)/$|\1|' "$folder/said")
+page() {
+  exec 3<>"/dev/tcp/127.0.0.1/$port"
+  printf 'GET /mini.php?version=%s HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n' "$1" >&3
+  cat <&3
+}
+grep -qF "última versión ($version)" <<<"$(page "$version")" || fail "no es la última versión"
+grep -qF "la $version. Tú tienes la 0.9.9" <<<"$(page 0.9.9)" || fail "no avisa de la versión nueva"
