@@ -30,7 +30,7 @@ deb() {
 tarball() {
   install_packages git gzip
   local name=tonadex-$version
-  git -C "$root" rev-parse -q --verify HEAD >/dev/null ||
+  git -C "$root" rev-parse -q --verify HEAD >/dev/null 2>&1 ||
     { echo "El tarball se hace en el repositorio de git." >&2 && exit 1; }
   git -C "$root" diff --quiet HEAD || say "Aviso: lo que no está en git no va en el tarball"
   git -C "$root" archive --prefix="$name/" HEAD | gzip -9n >"$dist/$name.tar.gz"
