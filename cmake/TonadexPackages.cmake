@@ -7,8 +7,9 @@ endif()
 set(packaging ${PROJECT_SOURCE_DIR}/packaging)
 set(papers ${PROJECT_BINARY_DIR}/packaging)
 
-# A release is dated in CHANGELOG.md, "## 1.0.0 - 2026-05-04"; before that it is today's.
-file(STRINGS CHANGELOG.md heading REGEX "^## .*[0-9]+-[0-9]+-[0-9]+" LIMIT_COUNT 1)
+# A release is dated in CHANGELOG.md, "## 1.0.0 (2026-05-04)"; before that its date is today's.
+string(REPLACE "." "\\." version_pattern ${PROJECT_VERSION})
+file(STRINGS CHANGELOG.md heading REGEX "^## ${version_pattern} " LIMIT_COUNT 1)
 if(heading MATCHES "([0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9])")
   set(TONADEX_RELEASE_DATE ${CMAKE_MATCH_1})
 else()

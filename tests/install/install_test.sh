@@ -25,6 +25,7 @@ for program in tonadex tonadex-cli tonadex-server; do
 done
 is ver.dat "$(tr -d '\r' <"$share/tonadex/ver.dat")" "$version"
 grep -qF "release version=\"$version\"" "$share/metainfo/tonadex.metainfo.xml" || fail metainfo
+grep -qF "## $version " "$share/doc/tonadex/CHANGELOG.md" || fail "CHANGELOG.md no la nombra"
 for page in "$share"/man/man1/tonadex{,-cli,-server}.1; do
   grep -q "^\.TH .* \"Tonadex $version\"" "$page" || fail "$page"
 done
