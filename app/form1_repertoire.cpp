@@ -6,7 +6,6 @@
 #include "app/print_sheet.h"
 #include "core/dispatcher/conversion.h"
 #include "core/melody_file.h"
-#include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "midi/playback.h"
@@ -80,8 +79,7 @@ void Form1::FillRepertoire() {
       });
       List1.AddRow(stem == name ? stem : name + " (" + stem + ")");
       skipping = false;
-      List1.rows.back().itemData =
-          core::ToInt32(core::ToNumber(core::Mid(formed, core::InStr(formed, ".") + 1)));
+      List1.rows.back().itemData = core::FileNumber(formed);
     }
   });
 }

@@ -133,15 +133,22 @@ std::string_view CutNumber(std::string_view text) {
   return Left(text, InStr(text, ".", length - kNumberSpan) - 1);
 }
 
+std::int32_t FileNumber(std::string_view formed) {
+  const std::string_view number = Mid(formed, InStr(formed, ".") + 1);
+  if (number.empty()) {  // "vals." has no number; elsewhere an empty text counts as 0
+    throw RunTimeError(ErrorNumber::kTypeMismatch, std::string(u8"falta el número del fichero"_w));
+  }
+  return ToInt32(ToNumber(number));
+}
+
 MelodyRow RepertoireRow(std::string_view line, std::string_view fileName) {
   const std::string name = ScanName(line);
   const std::string formed = name + " (" + std::string(fileName);
-  const std::string_view number = Mid(formed, InStr(formed, ".") + 1);
   const std::string_view cut = CutNumber(formed);
   const std::string_view stem = Mid(cut, static_cast<std::ptrdiff_t>(name.size()) + 3);
   MelodyRow row;
   row.text = stem == name ? std::string(stem) : std::string(cut) + ")";
-  row.number = ToInt32(ToNumber(number));
+  row.number = FileNumber(formed);
   return row;
 }
 

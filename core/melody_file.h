@@ -43,6 +43,10 @@ std::string ScanName(std::string_view line);
 // digits is cut off. Errors: invalid argument when there is no such full stop.
 std::string_view CutNumber(std::string_view text);
 
+// The number of a file in `name (file name`: what stands behind the first full stop. Errors: type
+// mismatch when that is no number, also when nothing stands there.
+std::int32_t FileNumber(std::string_view formed);
+
 struct MelodyRow {
   std::string text;         // "name (stem)", or the stem alone when both are the same
   std::int32_t number = 0;  // item data: the number of the file name
