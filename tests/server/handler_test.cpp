@@ -64,6 +64,11 @@ TEST(Pages, EscapeWhatComesFromOutside) {
   }
   EXPECT_NE(StartPage(shelf, "").find("1 melodía en el servidor"), string::npos);
   EXPECT_NE(BannerPage(shelf).find("1 melodía<"), string::npos);
+  for (int i = 0; i < 1234; ++i) {
+    folder.Write(std::to_string(i) + ".1", "x");
+  }
+  const Shelf large(folder.path(), ShelfAccess::kReadOnly);
+  EXPECT_NE(BannerPage(large).find("1.235 melodías<"), string::npos) << BannerPage(large);
 }
 
 TEST(StartPage, SaysWhetherTheVersionIsCurrent) {
