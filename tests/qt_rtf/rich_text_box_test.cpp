@@ -12,6 +12,7 @@
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "platform/message_box.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::shell {
@@ -92,6 +93,14 @@ TEST_F(RichTextBoxTest, FailuresAreErrors) {
     box.SetTextRTF("{\\rtf1 x}");
     EXPECT_THROW(box.SelPrint(), core::RunTimeError);
   }
+  folder.Write("hoja.pdf", "old");
+  {
+    const test::FullDisk full(200);  // less than a sheet, which is less than the toolkit's buffer
+    QtRichTextBox box({.printer = {}, .pdf = folder / "hoja.pdf"});
+    box.SetTextRTF("{\\rtf1 x}");
+    EXPECT_THROW(box.SelPrint(), core::RunTimeError);
+  }
+  EXPECT_EQ(folder.Read("hoja.pdf"), "old");
   folder.Write("config/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/fichero\"\n");
   QtRichTextBox box;
   box.SetTextRTF("{\\rtf1 x}");

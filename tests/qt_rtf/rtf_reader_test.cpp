@@ -192,6 +192,8 @@ TEST(ReadSource, BytesOrAReason) {
   EXPECT_EQ(ReadSource(folder / "hoja.rtf"), bytes);
   EXPECT_THROW(ReadSource(folder / "nada.rtf"), core::RunTimeError);
   EXPECT_THROW(ReadSource(folder.path()), core::RunTimeError);
+  std::filesystem::resize_file(folder / "hoja.rtf", (std::uintmax_t{64} << 20) + 1);
+  EXPECT_THROW(ReadSource(folder / "hoja.rtf"), core::RunTimeError);
 }
 
 }  // namespace

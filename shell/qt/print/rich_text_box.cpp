@@ -144,7 +144,8 @@ void PrintToPdf(const QString& path, const rtf::Document& source) {
     writer.setPageLayout(LayoutOf(source.page, SizeOf(source.page), {}));
     written = DrawPages(writer, source);
   }
-  if (!written || !file.commit()) {
+  // Committing overlooks that what is still in the buffer found no room.
+  if (!written || !file.flush() || !file.commit()) {
     Fail(u8"no se puede escribir el fichero «"_w, path);
   }
 }

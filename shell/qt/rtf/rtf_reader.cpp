@@ -15,6 +15,7 @@ namespace {
 
 // Groups nested deeper share the formats of this depth: the stack stays small for any garbage.
 constexpr std::size_t kMaxSavedGroups = 100'000;
+constexpr std::size_t kMaxSourceBytes = std::size_t{64} << 20;  // a sheet or a manual is far less
 constexpr int kMaxNumber = 1'000'000'000;
 constexpr int kMaxHeading = 6;
 constexpr std::string_view kRawBytes = "bin";  // its bytes are no text, braces among them included
@@ -711,6 +712,9 @@ std::string ReadSource(const std::filesystem::path& file) {
   std::array<char, 65536> block;
   while (stream.read(block.data(), block.size()) || stream.gcount() > 0) {
     source.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+    if (source.size() > kMaxSourceBytes) {
+      throw fail(core::ErrorNumber::kDeviceFailure, u8"es demasiado grande el fichero «"_w);
+    }
   }
   if (stream.bad()) {
     throw fail(core::ErrorNumber::kDeviceFailure, u8"no se puede leer el fichero «"_w);

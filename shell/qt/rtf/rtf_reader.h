@@ -8,7 +8,7 @@
 
 namespace tonadex::shell::rtf {
 
-// The bytes of a file. Throws core::RunTimeError (file not found, device failure).
+// The bytes of a file, 64 MiB at most. Throws core::RunTimeError (file not found, device failure).
 std::string ReadSource(const std::filesystem::path& file);
 
 // Whether the bytes begin as a rich-text file does.

@@ -12,6 +12,9 @@
 namespace tonadex::shell {
 namespace {
 
+// Drawing takes time for each character, and a file that is no melody makes a row of a mebibyte.
+constexpr std::size_t kMostShown = 500;
+
 // Draws "name (file)" with the file quieter, and a sentence for the user as one.
 class RowDelegate : public QStyledItemDelegate {
  public:
@@ -74,7 +77,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
-      return ToQString(row.text);
+      return ToQString(std::string_view(row.text).substr(0, kMostShown));
     case kHintRole:
       return row.hint;
     default:

@@ -10,7 +10,6 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QScreen>
 #include <QShortcut>
 #include <QSlider>
@@ -20,9 +19,11 @@
 #include <QToolButton>
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 #include "app/composer_keys.h"
 #include "app/words.h"
+#include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
@@ -345,11 +346,8 @@ void MainWindow::SaveResult() {
     if (file.isEmpty()) {
       return;
     }
-    QSaveFile save(file);
-    const std::string& bytes = form_.textresultado.text;
-    const auto size = static_cast<qint64>(bytes.size());
-    if (!save.open(QIODevice::WriteOnly) || save.write(bytes.data(), size) != size ||
-        !save.commit()) {
+    const std::filesystem::path path = file.toStdU16String();
+    if (!core::SkipErrors([&] { core::WriteBytes(path, form_.textresultado.text); })) {
       platform::MsgBox(words::kNotSaved, platform::Icon::kExclamation);
     }
   });
