@@ -56,6 +56,28 @@ void AddArguments(CLI::App& app, Arguments& arguments) {
                "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For");
 }
 
+// The words that CLI11 puts into its help, in Spanish.
+void TranslateHelp(CLI::App& app) {
+  const auto formatter = std::make_shared<CLI::Formatter>();
+  formatter->label("Usage", "Uso");
+  formatter->label("OPTIONS", "OPCIONES");
+  formatter->label("TEXT", "TEXTO");
+  formatter->label("UINT", "PUERTO");
+  app.formatter(formatter);
+  app.set_help_flag("-h,--help", "Muestra esta ayuda");
+  for (CLI::Option* option : app.get_options()) {
+    option->group("Opciones");
+  }
+}
+
+// Of CLI11's English sentence, the argument that it is about: before or behind the colon.
+std::string Culprit(const CLI::ParseError& error) {
+  const std::string detail = error.what();
+  const std::size_t colon = detail.find(": ");
+  return detail.substr(detail.starts_with('-') || colon == detail.npos ? 0 : colon + 2,
+                       detail.starts_with('-') ? colon : detail.npos);
+}
+
 // Lines of several threads, one after the other, on the disk at once.
 class LineLog {
  public:
@@ -122,16 +144,17 @@ int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
   argv = given.values();
 #endif
   CLI::App app("Servidor de melodías de Tonadex");
-  app.set_version_flag("--version", "tonadex-server " TONADEX_VERSION);
+  app.set_version_flag("--version", "tonadex-server " TONADEX_VERSION, "Muestra la versión");
   Arguments arguments;
   AddArguments(app, arguments);
+  TranslateHelp(app);
   try {
     app.parse(argc, argv);
     Serve(arguments);
   } catch (const CLI::Success& success) {  // --help, --version
     return app.exit(success);
   } catch (const CLI::ParseError& error) {
-    std::cerr << "tonadex-server: los argumentos no se entienden (" << error.what()
+    std::cerr << "tonadex-server: los argumentos no se entienden (" << Culprit(error)
               << "); prueba «tonadex-server --help»" << std::endl;
     return kWrongArguments;
   } catch (const std::exception& error) {
