@@ -14,17 +14,17 @@
 namespace tonadex::app {
 namespace {
 
-// The ordinary files of a folder in the order in which it yields them, none when it cannot be read.
-// Left out: hidden ones, and those whose name cannot be a row's text, so that no row could find
-// them again.
-std::vector<std::filesystem::path> MelodyFiles(const std::filesystem::path& folder) {
+// The ordinary files of the repertoire in the order in which it yields them, none when it cannot be
+// read. Left out: hidden ones, and those whose name cannot be a row's text, so that no row could
+// find them again.
+std::vector<std::filesystem::path> MelodyFiles(const Program& program) {
   std::vector<std::filesystem::path> files;
   std::error_code failed;
-  for (std::filesystem::directory_iterator at(folder, failed), end; !failed && at != end;
-       at.increment(failed)) {
+  for (std::filesystem::directory_iterator at(program.MelodyFolder(), failed), end;
+       !failed && at != end; at.increment(failed)) {
     const std::filesystem::path name = at->path().filename();
     std::error_code unknown;
-    if (at->is_regular_file(unknown) && !name.native().starts_with('.') &&
+    if (at->is_regular_file(unknown) && !program.services.shell.IsHidden(at->path()) &&
         core::PathFromText(core::TextFromPath(name)) == name) {
       files.push_back(at->path());
     }
@@ -68,7 +68,7 @@ void Form1::FillRepertoire() {
     }
   };
   core::SkipErrors([&] {
-    for (const std::filesystem::path& file : MelodyFiles(program_.MelodyFolder())) {
+    for (const std::filesystem::path& file : MelodyFiles(program_)) {
       std::string line;
       std::string stem;
       step([&] { line = core::ReadMelodyLine(file); });

@@ -14,6 +14,10 @@ class ShellServices {
   virtual std::filesystem::path ProgramFolder() const = 0;
   // The temporary folder with its trailing separator, Windows-1252.
   virtual std::string TempPath() const = 0;
+  // Whether listings of its folder pass the file over.
+  virtual bool IsHidden(const std::filesystem::path& file) const {
+    return file.filename().native().starts_with('.');
+  }
   // Keeps the window above all others without moving or resizing it.
   virtual void SetTopMost(std::intptr_t window) = 0;
   // Lets pending paint and input events run once.

@@ -38,11 +38,11 @@ bool Run(Dialog dialog, FileDialogRecord& record) {
   system.lpstrFileTitle = title.data();
   system.nMaxFileTitle = static_cast<DWORD>(record.nMaxFileTitle);
   system.lpstrInitialDir = folder.c_str();
-  system.lpstrTitle = record.lpstrTitle.empty() ? nullptr : record.lpstrTitle.c_str();
+  system.lpstrTitle = record.lpstrTitle.c_str();
   system.Flags = record.Flags;
   system.nFileOffset = record.nFileOffset;
   system.nFileExtension = record.nFileExtension;
-  system.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
+  system.lpstrDefExt = extension.c_str();
   system.lpTemplateName = record.lpTemplateName.c_str();
   if (dialog(&system) == 0) {
     return false;

@@ -13,6 +13,13 @@ std::string SystemServices::TempPath() const {
   return path;
 }
 
+bool SystemServices::IsHidden(const std::filesystem::path& file) const {
+  const DWORD attributes = GetFileAttributesW(file.c_str());
+  return ShellServices::IsHidden(file) ||
+         (attributes != INVALID_FILE_ATTRIBUTES &&
+          (attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) != 0);
+}
+
 void SystemServices::SetTopMost(std::intptr_t window) {
   SetWindowPos(reinterpret_cast<HWND>(window), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
 }

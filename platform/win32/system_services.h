@@ -22,6 +22,8 @@ class SystemServices : public ShellServices {
 
   std::filesystem::path ProgramFolder() const override { return folder_; }
   std::string TempPath() const override;
+  // By its attributes as well: Windows itself leaves a desktop.ini in folders.
+  bool IsHidden(const std::filesystem::path& file) const override;
   void SetTopMost(std::intptr_t window) override;
   void DoEvents() override;
   void Beep() override;

@@ -93,6 +93,11 @@ TEST(SystemServices, KnowTheFoldersAndKeepAWindowOnTop) {
   platform::WindowHooks hooks;
   platform::SystemServices services(hooks, platform::ProgramFolderPath());
   EXPECT_TRUE(std::filesystem::exists(services.ProgramFolder() / "tonadex_win32_test.exe"));
+  const TempFolder folder;
+  folder.Write("desktop.ini", "x");
+  EXPECT_FALSE(services.IsHidden(folder / "desktop.ini"));
+  SetFileAttributesW((folder / "desktop.ini").c_str(), FILE_ATTRIBUTE_HIDDEN);
+  EXPECT_TRUE(services.IsHidden(folder / "desktop.ini"));
   const std::string temp = services.TempPath();
   EXPECT_TRUE(temp.ends_with('\\'));
   EXPECT_TRUE(std::filesystem::is_directory(temp)) << temp;
