@@ -89,6 +89,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     times("saved", test.registry.writes);
     times("end", test.shell.ends);
     core::ReplaceAll(effects, "http://servidor", "");
+    core::ReplaceAll(effects, (test.folder / "").string(), "@/");
     core::ReplaceAll(effects, test.folder.path().string(), "@");
     core::ReplaceAll(effects, "\\", "/");  // in Windows' file names
     core::ReplaceAll(effects, "\r\n", "¶");
