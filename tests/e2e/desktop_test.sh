@@ -146,10 +146,17 @@ xdotool type --delay 20 "120"
 keys Tab
 xdotool type --delay 20 "8c1 8e1 4.g1 8- #a1 2c2"
 picture inicio
+keys alt+e
+answer_box Reproduciendo "Reproduciendo melodia: Prueba"
 keys alt+s
 answer_box Tonadex "Melodia subida correctamente."
 ls "$folder"/servidor/Prueba.* >/dev/null || fail "el servidor no la tiene"
-keys alt+s
+keys alt+x
+xdotool type --delay 20 "Otra:d=4,o=5,b=100:c,d#,8e."
+keys alt+l
+answer_box Tonadex "Melodia subida correctamente."
+grep -qF "c,djuh9hay,8e." "$folder/servidor/Otra.27" || fail "el servidor no tiene el texto RTTTL"
+keys alt+l
 answer_box Tonadex "existia"
 
 echo "Cerrar y volver a empezar"
