@@ -42,7 +42,7 @@ papers(tonadex desktop)
 papers(tonadex-server server)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex)
-install(FILES docs/server.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server
+install(FILES docs/server.md docs/faults.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server
   COMPONENT server)
 install(FILES server/deploy/nginx.conf
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server/examples COMPONENT server)
