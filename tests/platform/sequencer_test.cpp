@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "platform/sound/fluid_sequencer.h"
+#include "tests/core/table.h"
 #include "tests/platform/environment.h"
 #include "tests/platform/sounding_melody.h"
 #include "tests/support/temp_folder.h"
@@ -47,29 +48,11 @@ TEST_F(FluidSequencerTest, AnswersCommandsWithTheirNumbers) {
   std::filesystem::create_directory(folder / "con blanco");
   std::filesystem::copy(file, folder / "con blanco/m.mid");
   std::filesystem::copy(file, folder / "a\u00f1o\u20ac.mid");
-  const std::string base = folder.path().string();
-  const std::pair<std::string, int> script[] = {
-      {"play mR2M notify", 263},
-      {"close mR2M", 263},
-      {OpenCommand(base + "/none.mid"), 275},
-      {OpenCommand(base), 275},
-      {OpenCommand(base + "/con blanco/m.mid"), 261},
-      {OpenCommand("\"" + base + "/con blanco/m.mid\""), 261},
-      {"play mR2M notify", 263},
-      {OpenCommand(base + "/a\xF1o\x80.mid"), 0},
-      {OpenCommand(base + "/m.mid"), 289},
-      {"play otro notify", 263},
-      {"close otro", 263},
-      {"play mR2M notify", 0},
-      {"play mR2M notify", 0},
-      {"close mR2M", 0},
-      {"close mR2M", 263},
-      {"", 261},
-      {"status mR2M", 261},
-  };
   FluidSequencer sequencer(Drivers({"file"}));
-  for (const auto& [command, want] : script) {
-    EXPECT_EQ(sequencer.SendString(command), want) << command;
+  for (test::Row& row : test::Table("Sequencer")) {
+    std::string& command = row.fields[0];
+    core::ReplaceAll(command, "@", folder.path().string());
+    EXPECT_EQ(std::to_string(sequencer.SendString(command)), row[1]) << command;
   }
 }
 

@@ -5,8 +5,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTimer>
+#include <QtTest>
 #include <map>
-#include <set>
 
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
@@ -14,182 +14,118 @@
 #include "shell/qt/widgets/row_list.h"
 #include "shell/qt/widgets/web_pane.h"
 #include "tests/qt/window_fixture.h"
+#include "tests/support/binding_checks.h"
 
 namespace tonadex::test {
 namespace {
 
-using app::Control;
-using app::ControlKind;
+using app::ControlInfo;
+using app::Event;
 using shell::BoundControl;
 using shell::FromQString;
 using shell::RowList;
-using shell::ToQString;
 
-// A text that a widget shows, whatever its class.
-std::string Shown(QWidget* widget) {
-  if (auto* label = qobject_cast<QLabel*>(widget)) return FromQString(label->text());
-  if (auto* button = qobject_cast<QAbstractButton*>(widget)) return FromQString(button->text());
-  if (auto* line = qobject_cast<QLineEdit*>(widget)) return FromQString(line->text());
-  if (auto* display = qobject_cast<shell::PhoneDisplay*>(widget))
-    return FromQString(display->Text());
-  if (auto* area = qobject_cast<QPlainTextEdit*>(widget)) return FromQString(area->toPlainText());
-  if (auto* list = qobject_cast<RowList*>(widget)) return list->Text();
-  if (auto* box = qobject_cast<QComboBox*>(widget)) return FromQString(box->currentText());
-  return "(no text)";
-}
+// The model bound to widgets, without the main window around them.
+struct BoundForm : Screen {
+  BoundForm() { form.Form_Load(); }
 
-// What the user would do to change it; false where he cannot.
-bool TypeInto(QWidget* widget, const QString& text) {
-  if (auto* line = qobject_cast<QLineEdit*>(widget); line != nullptr && !line->isReadOnly()) {
-    line->setText(text);
-  } else if (auto* area = qobject_cast<QPlainTextEdit*>(widget);
-             area != nullptr && !area->isReadOnly()) {
-    area->setPlainText(text);
-  } else if (auto* box = qobject_cast<QComboBox*>(widget)) {
-    box->setEditText(text);
-  } else {
-    return false;
+  template <typename Kind>
+  Kind* As(const ControlInfo& info) {
+    return qobject_cast<Kind*>(binding.Object(info.member));
   }
-  return true;
-}
-
-bool HasCaption(ControlKind kind) {
-  return kind == ControlKind::kLabel || kind == ControlKind::kButton ||
-         kind == ControlKind::kPictureButton;
-}
-bool HasRows(ControlKind kind) {
-  return kind == ControlKind::kListBox || kind == ControlKind::kComboBox;
-}
-
-TEST(Binding, EveryControlIsDrawnAsItStandsAndReadBack) {
-  TestWindow t;
-  for (const BoundControl& bound : t.window.Bound().Controls()) {
-    const std::string name(bound.info->name);
-    SCOPED_TRACE(name);
-    Control& control = t.form.*bound.info->member;
-    if (bound.info->kind == ControlKind::kStorage) {
-      EXPECT_EQ(bound.object, nullptr);
-      continue;
+  void Draw() override { binding.Draw(); }
+  void CopyIn() override { binding.CopyIn(); }
+  bool Exists(const ControlInfo& info) override { return As<QWidget>(info) != nullptr; }
+  bool Visible(const ControlInfo& info) override { return !As<QWidget>(info)->isHidden(); }
+  bool Enabled(const ControlInfo& info) override { return As<QWidget>(info)->isEnabled(); }
+  std::optional<std::string> Shown(const ControlInfo& info) override {
+    if (As<shell::PhoneDisplay>(info) || As<shell::WebPane>(info)) return std::nullopt;
+    if (auto* label = As<QLabel>(info)) return FromQString(label->text());
+    if (auto* button = As<QAbstractButton>(info)) return FromQString(button->text());
+    if (auto* line = As<QLineEdit>(info)) return FromQString(line->text());
+    if (auto* area = As<QPlainTextEdit>(info)) return FromQString(area->toPlainText());
+    if (auto* box = As<QComboBox>(info)) return FromQString(box->currentText());
+    return FromQString(As<RowList>(info)->currentIndex().data().toString());
+  }
+  bool Type(const ControlInfo& info, const std::string& text) override {
+    auto* line = As<QLineEdit>(info);
+    auto* area = As<QPlainTextEdit>(info);
+    if (line != nullptr && !line->isReadOnly()) {
+      line->setText(shell::ToQString(text));
+    } else if (area != nullptr && !area->isReadOnly()) {
+      area->setPlainText(shell::ToQStringLines(text));
+    } else if (auto* box = As<QComboBox>(info)) {
+      box->setEditText(shell::ToQString(text));
+    } else {
+      return false;
     }
-    ASSERT_NE(bound.object, nullptr);
-    EXPECT_EQ(t.window.findChild<QObject*>(ToQString(bound.info->name)), bound.object);
-    if (bound.info->kind == ControlKind::kTimer) {
-      control.enabled = true;
-      control.interval = 4321;
-      t.window.Draw();
-      EXPECT_TRUE(qobject_cast<QTimer*>(bound.object)->isActive());
-      EXPECT_EQ(qobject_cast<QTimer*>(bound.object)->interval(), 4321);
-      continue;
+    return true;
+  }
+  bool Choose(const ControlInfo& info, int row) override {
+    auto* list = As<RowList>(info);
+    if (list != nullptr) {
+      list->setCurrentIndex(list->model()->index(row, 0));
     }
-    const std::string accented = FromQString(QStringLiteral("Canción ñ € «%1»").arg(name.size()));
-    control.visible = true;
-    control.enabled = false;
-    if (HasCaption(bound.info->kind)) {
-      control.caption = accented;
-    } else if (HasRows(bound.info->kind)) {
-      control.rows = {{"uno", 1}, {accented, 2}};
-      control.Select(1);
-      control.text = accented;
-    } else if (bound.info->kind != ControlKind::kWebView) {
-      control.text = accented;
-    }
-    t.window.Draw();
-    EXPECT_FALSE(bound.widget->isHidden());
-    EXPECT_FALSE(bound.widget->isEnabled());
-    if (bound.info->kind != ControlKind::kWebView) {
-      EXPECT_EQ(Shown(bound.widget), accented);
-    }
-    control.visible = false;
-    control.enabled = true;
-    t.window.Draw();
-    EXPECT_TRUE(bound.widget->isHidden());
-    EXPECT_TRUE(bound.widget->isEnabled());
-    if (TypeInto(bound.widget, QStringLiteral("á\nb"))) {
-      t.window.Run([] {});
-      const bool lines = bound.info->kind == ControlKind::kTextArea;
-      EXPECT_EQ(control.text, lines ? "\xE1\r\nb" : Shown(bound.widget));
-    }
-    if (auto* list = qobject_cast<RowList*>(bound.widget)) {
-      list->setCurrentIndex(list->model()->index(0, 0));
-      EXPECT_EQ(control.listIndex, 0);
+    return list != nullptr;
+  }
+  void Do(const app::HandlerInfo& row, const ControlInfo& info) override {
+    if (auto* button = As<QAbstractButton>(info)) {
+      button->click();
+    } else if (auto* timer = As<QTimer>(info)) {
+      const int before = dispatched;
+      timer->start(0);
+      EXPECT_TRUE(QTest::qWaitFor([&] { return dispatched > before; }));
+      timer->stop();
+    } else if (auto* pane = As<shell::WebPane>(info)) {
+      emit pane->LeaveAttempted();
+    } else if (row.event == Event::kActivate || row.event == Event::kEnter) {
+      QTest::keyClick(As<QWidget>(info), Qt::Key_Return);
+    } else if (!Choose(info, 1)) {
+      Type(info, "otro");
     }
   }
+
+  TestProgram test;
+  app::Form1 form{test.program};
+  QWidget parent;
+  int dispatched = 0;
+  shell::Binding binding{form, &parent, [this](const auto&) { ++dispatched; }};
+};
+
+TEST(Binding, DrawsReadsBackAndReachesEveryHandler) {
+  BoundForm t;
+  CheckBinding(t.form, t, t.dispatched);
 }
 
 TEST(Binding, ATextThatNoRowHoldsStaysAsItIs) {
-  TestWindow t;
-  t.test.program.gPhoneModel = "0";
-  t.Click("cmdopciones");
-  EXPECT_EQ(qobject_cast<RowList*>(t.Widget("cmbformatos"))->SelectedRow(), -1);
-  EXPECT_EQ(t.form.cmbformatos.text, "0");
-  t.window.show();
-  t.Widget("cmbformatos")->setFocus();  // going past it is no choice
-  t.Click("cmdbuscar");
-  EXPECT_EQ(t.test.program.gPhoneModel, "0");
+  BoundForm t;
+  CheckForeignText(t.test, t.form, t);
 }
 
-TEST(Binding, AChosenBrandAndModelAreSavedOnLeaving) {
-  TestWindow t;
-  t.Click("cmdopciones");
-  auto* brands = qobject_cast<RowList*>(t.Widget("cmbmarcas"));
-  auto* models = qobject_cast<RowList*>(t.Widget("cmbformatos"));
-  brands->setCurrentIndex(brands->model()->index(1, 0));
-  ASSERT_EQ(models->Rows().size(), 2U);
-  models->setCurrentIndex(models->model()->index(1, 0));
-  t.Click("cmdrepertorio");
-  EXPECT_EQ(t.test.program.gPhoneModel, "2119,2135,2255,2235,3035");
-}
-
+// What the model shows stands in parts of the window that show, too.
 TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
-  TestWindow t;
-  t.window.show();
-  for (const app::NavigationInfo& info : app::NavigationRow()) {
-    auto* button = qobject_cast<QAbstractButton*>(t.window.Bound().Widget(info.button));
-    SCOPED_TRACE(button->objectName().toStdString());
-    button->click();
-    const auto page = app::PageControls(t.form.paginaactual);
-    for (const BoundControl& bound : t.window.Bound().Controls()) {
-      if (bound.widget == nullptr) {
-        continue;
-      }
-      const bool onPage = std::find(page.begin(), page.end(), bound.info->member) != page.end();
-      const bool shown = bound.widget->isVisible();
-      EXPECT_EQ(shown, (t.form.*bound.info->member).visible) << bound.info->name;
-      EXPECT_TRUE(shown || !onPage) << bound.info->name;
-    }
-    for (const app::NavigationInfo& other : app::NavigationRow()) {
-      auto* mark = qobject_cast<QAbstractButton*>(t.window.Bound().Widget(other.button));
-      EXPECT_EQ(mark->isChecked(), other.page != 0 && other.page == t.form.paginaactual);
-    }
-  }
-}
-
-// The names by which a screen reader, or a key with Alt, finds what can be used.
-TEST(Binding, EveryWidgetOfEveryPageHasANameAndAMnemonicOfItsOwn) {
   TestWindow t;
   t.window.show();
   for (const app::NavigationInfo& info : app::NavigationRow()) {
     qobject_cast<QAbstractButton*>(t.window.Bound().Widget(info.button))->click();
     SCOPED_TRACE(t.form.paginaactual);
-    std::map<QString, QString> mnemonics;
-    for (QWidget* widget : t.window.findChildren<QWidget*>()) {
-      if (!widget->isVisible()) {
-        continue;
+    for (const BoundControl& bound : t.window.Bound().Controls()) {
+      if (bound.widget != nullptr) {
+        EXPECT_EQ(bound.widget->isVisible(), (t.form.*bound.info->member).visible)
+            << bound.info->name;
       }
-      auto* button = qobject_cast<QAbstractButton*>(widget);
-      auto* label = qobject_cast<QLabel*>(widget);
-      const QString text = button != nullptr  ? button->text()
-                           : label != nullptr ? label->text()
-                                              : "";
-      if ((widget->focusPolicy() & Qt::TabFocus) && widget->focusProxy() == nullptr &&
-          !widget->objectName().startsWith("qt_")) {
-        EXPECT_FALSE(widget->accessibleName().isEmpty() && text.isEmpty())
+    }
+    for (const app::NavigationInfo& other : app::NavigationRow()) {
+      auto* mark = qobject_cast<QAbstractButton*>(t.window.Bound().Widget(other.button));
+      EXPECT_EQ(mark->isChecked(), other.page != 0 && other.page == t.form.paginaactual);
+    }
+    // A screen reader has a name for whatever the keyboard reaches.
+    for (const QWidget* widget : t.window.findChildren<QWidget*>()) {
+      if (widget->isVisible() && (widget->focusPolicy() & Qt::TabFocus) &&
+          widget->focusProxy() == nullptr && !widget->objectName().startsWith("qt_")) {
+        EXPECT_FALSE(widget->accessibleName().isEmpty() &&
+                     widget->property("text").toString().isEmpty())
             << widget->metaObject()->className() << " " << widget->objectName().toStdString();
-      }
-      if (button != nullptr || (label != nullptr && label->buddy() != nullptr)) {
-        const QString key = QKeySequence::mnemonic(text).toString();
-        const bool fresh = key.isEmpty() || mnemonics.emplace(key, text).second;
-        EXPECT_TRUE(fresh) << text.toStdString() << " and " << mnemonics[key].toStdString();
       }
     }
   }
@@ -214,68 +150,53 @@ TEST(Binding, TabGoesInReadingOrder) {
   EXPECT_GT(last, 0U);
 }
 
-struct Size {
-  const char* name;
-  int width, height;
-  double type;
-};
-void PrintTo(const Size& size, std::ostream* os) {
-  *os << size.name;
-}
-
-class WindowSizeTest : public testing::TestWithParam<Size> {
+// Every page, with a result in it, at a size of the window and of the type.
+class WindowSizeTest : public testing::TestWithParam<std::tuple<int, int, double>> {
  protected:
-  void SetUp() override {
-    QFont larger = before_;
-    larger.setPointSizeF(before_.pointSizeF() * GetParam().type);
-    QApplication::setFont(larger);
+  WindowSizeTest() { SetType(std::get<2>(GetParam())); }
+  ~WindowSizeTest() override { SetType(1); }
+  void SetType(double factor) {
+    QFont font = usual_;
+    font.setPointSizeF(usual_.pointSizeF() * factor);
+    QApplication::setFont(font);
     shell::ApplyTheme(*qApp, false);
   }
-  void TearDown() override {
-    QApplication::setFont(before_);
-    shell::ApplyTheme(*qApp, false);
-  }
-  QFont before_ = QApplication::font();
+  const QFont usual_ = QApplication::font();
 };
 
 TEST_P(WindowSizeTest, NoWordIsCut) {
+  const QSize size(std::get<0>(GetParam()), std::get<1>(GetParam()));
   TestWindow t;
   t.AddMelody("vals.20", "Vals de las flores:d=4,o=5,b=100:c,e,g,p,c6");
   t.test.program.gPhoneModel = " Pulsaciones";
-  t.window.resize(GetParam().width, GetParam().height);
+  t.window.resize(size);
   t.window.show();
   for (const app::NavigationInfo& info : app::NavigationRow()) {
     qobject_cast<QAbstractButton*>(t.window.Bound().Widget(info.button))->click();
     if (t.form.paginaactual == app::kRepertoirePage) {
-      auto* list = qobject_cast<RowList*>(t.Widget("List1"));
-      list->setCurrentIndex(list->model()->index(0, 0));
+      t.SelectRow(0);
       t.Click("picconvertir");
     }
     QApplication::processEvents();
-    EXPECT_EQ(t.window.size(), QSize(GetParam().width, GetParam().height));
-    for (QWidget* widget : t.window.findChildren<QWidget*>()) {
-      const auto* label = qobject_cast<QLabel*>(widget);
-      const bool words = (label != nullptr && !label->text().isEmpty()) ||
-                         qobject_cast<QAbstractButton*>(widget) != nullptr;
-      if (!words || !widget->isVisible()) {
-        continue;
+    EXPECT_EQ(t.window.size(), size);
+    for (const QWidget* widget : t.window.findChildren<QWidget*>()) {
+      const auto* label = qobject_cast<const QLabel*>(widget);
+      const bool button = qobject_cast<const QAbstractButton*>(widget) != nullptr;
+      if (widget->isVisible() && (button || (label != nullptr && !label->text().isEmpty()))) {
+        const int needed = label != nullptr && label->wordWrap()
+                               ? label->heightForWidth(widget->width())
+                               : widget->minimumSizeHint().height();
+        EXPECT_TRUE(widget->height() >= needed &&
+                    widget->width() >= widget->minimumSizeHint().width())
+            << t.form.paginaactual << widget->objectName().toStdString();
       }
-      const int needed = label != nullptr && label->wordWrap()
-                             ? label->heightForWidth(widget->width())
-                             : widget->minimumSizeHint().height();
-      EXPECT_GE(widget->height(), needed)
-          << t.form.paginaactual << widget->objectName().toStdString();
-      EXPECT_GE(widget->width(), widget->minimumSizeHint().width())
-          << t.form.paginaactual << widget->objectName().toStdString();
     }
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, WindowSizeTest,
-                         testing::Values(Size{"Least", 900, 600, 1}, Size{"First", 1000, 700, 1},
-                                         Size{"LargeType", 1024, 768, 1.5},
-                                         Size{"Large", 1600, 1000, 1}),
-                         [](const auto& i) { return std::string{i.param.name}; });
+                         testing::Values(std::tuple{900, 600, 1.0}, std::tuple{1000, 700, 1.0},
+                                         std::tuple{1024, 768, 1.5}, std::tuple{1600, 1000, 1.0}));
 
 }  // namespace
 }  // namespace tonadex::test

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QListView>
 #include <string>
 
 #include "platform/message_box.h"
@@ -22,6 +23,11 @@ struct TestWindow {
   QWidget* Widget(const char* name) const { return window.findChild<QWidget*>(name); }
   // Presses a button as a click does.
   void Click(const char* name) const { window.findChild<QAbstractButton*>(name)->click(); }
+  // As a click on a row of the melodies does.
+  void SelectRow(int row) const {
+    auto* list = window.findChild<QListView*>("List1");
+    list->setCurrentIndex(list->model()->index(row, 0));
+  }
 
   TestProgram test;
   shell::WindowHooks hooks;

@@ -12,6 +12,7 @@
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "platform/message_box.h"
+#include "tests/core/table.h"
 #include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
@@ -43,25 +44,14 @@ class RichTextBoxTest : public testing::Test {
 
 // Values are part of the source: they can change its structure.
 TEST_F(RichTextBoxTest, ValuesGoIntoTheSourceAsTheyAre) {
-  struct Case {
-    std::string source, title, melody, want;
-  };
-  const Case cases[] = {
-      {"{\\rtf1 cambiatitulo / cambiatitulo: cambiamelodia, cambiamelodia.}", "uno", "8c 8d",
-       "uno / uno: 8c 8d, 8c 8d."},
-      {"{\\rtf1 cambiatitulo|cambiamelodia.}", "a{\\*\\x ", "b}c", "ac."},
-      {"{\\rtf1 cambiatitulo|cambiamelodia.}", "a\\b{c}\\par d", "e\nf", "ac d|ef."},
-      {"{\\rtf1 cambiatitulo|cambiamelodia.}", "a}", "b", "a"},
-      {"{\\rtf1 cambiatitulo|cambiamelodia.}", "cambiamelodia", "8c", "8c|8c."},
-  };
-  for (const Case& sheet : cases) {
-    folder.Write("print.rtf", sheet.source);
+  for (const test::Row& row : test::Table("Sheets")) {
+    folder.Write("print.rtf", row[0]);
     QtRichTextBox box({.printer = {}, .pdf = folder / "hoja.pdf"});
     app::SheetValues values{};
-    values.title = sheet.title;
-    values.melody = sheet.melody;
+    values.title = row[1];
+    values.melody = row[2];
     app::PrintSheet(box, folder / "print.rtf", values);
-    EXPECT_EQ(PdfText(folder / "hoja.pdf"), sheet.want);
+    EXPECT_EQ(PdfText(folder / "hoja.pdf"), row[3]);
   }
   EXPECT_TRUE(messages.messages.empty());
 }
@@ -119,47 +109,27 @@ TEST_F(RichTextBoxTest, AnySheetPrints) {
 }
 
 TEST_F(RichTextBoxTest, FromTheCommandLine) {
-  struct Case {
-    std::vector<std::string> arguments;
-    int code;
-    std::string errors;
-  };
   folder.Write("print.rtf", "{\\rtf1 cambiatitulo|cambiamodelo|cambiatempo|cambiamelodia}");
   folder.Write("vals.txt", "Vals\xF1:d=4,o=5,b=63:c,8d#6");
   folder.Write("mala.txt", "x:d=4");
   qputenv("TONADEX_HOME", folder.path().c_str());
   const std::string pdf = (folder / "hoja.pdf").string();
-  const std::string melody = (folder / "vals.txt").string();
-  const std::string kBad =
-      "Error desconocido al separar las notas del RTTTL.Comprueba que sea correcto\n";
-  const Case cases[] = {
-      {{"-m", " Compositor", melody, "--pdf", pdf}, 0, ""},
-      {{"-m", " Compositor", (folder / "mala.txt").string(), "--pdf", pdf + "2"}, 1, kBad + kBad},
-      {{"-m", "?", melody, "--pdf", pdf + "2"},
-       1,
-       "tonadex-cli: Selecciona el modelo de tu móvil en el apartado de opciones para poder usar "
-       "el programa\n"},
-      {{"-m", " KWS", melody}, 2, "tonadex-cli: « KWS» graba un fichero que no se imprime\n"},
-      {{"-m", " Compositor", melody, "--pdf", pdf, "--impresora", "X"},
-       2,
-       "tonadex-cli: elige --pdf o --impresora\n"},
-      {{"-m", " Compositor", melody, "--impresora", "X"},
-       3,
-       "tonadex-cli: no existe la impresora «X»\n"},
-  };
-  for (const Case& run : cases) {
-    std::vector<const char*> arguments = {"tonadex-cli", "imprimir"};
-    for (const std::string& argument : run.arguments) {
-      arguments.push_back(argument.c_str());
+  for (const test::Row& row : test::Table("Command line")) {
+    const std::string melody = (folder / row[1]).string(), target = (folder / row[3]).string();
+    std::vector<const char*> arguments = {"tonadex-cli", "imprimir", "-m", row[0].c_str(),
+                                          melody.c_str()};
+    for (std::size_t i = 2; i < 6 && !row[i].empty(); ++i) {
+      arguments.push_back(i == 3 && row[2] == "--pdf" ? target.c_str() : row[i].c_str());
     }
     std::istringstream in;
     std::ostringstream out, err;
-    EXPECT_EQ(cli::Run(static_cast<int>(arguments.size()), arguments.data(), in, out, err),
-              run.code);
-    EXPECT_EQ(out.str() + err.str(), run.errors);
+    EXPECT_EQ(std::to_string(
+                  cli::Run(static_cast<int>(arguments.size()), arguments.data(), in, out, err)),
+              row[6]);
+    EXPECT_EQ(out.str() + err.str(), row[7]);
   }
   EXPECT_EQ(PdfText(pdf), "Valsñ|Nokia>Compositor.|63|4c1 8#d2");
-  EXPECT_FALSE(std::filesystem::exists(pdf + "2"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "otra.pdf"));
 }
 
 }  // namespace

@@ -3,15 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdint>
-#include <random>
 
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "tests/core/table.h"
 #include "tests/support/temp_folder.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace tonadex::shell::rtf {
 namespace {
@@ -165,24 +161,6 @@ TEST(ReadRtf, DeepNestingRestoresFormats) {
   const std::string back(3'000'000, '}');
   EXPECT_EQ(Describe(ReadRtf("{\\rtf1 a" + deep + "\\i b{\\*\\x{c}}" + back + "d}e")),
             "[]()a(i)b()d");
-}
-
-TEST(ReadRtf, GarbageKeepsThePromises) {
-  static constexpr std::string_view kPieces[] = {
-      "{",         "}",         "\\",          "\\*",       "\\par ",     "\\b",
-      "\\u-10180", "\\u56398?", "\\'e1",       "\\fonttbl", "\\colortbl", "\\tx",
-      "\\li",      "-99999",    "77777777777", " ",         "ñ\x01\xFF",  "\\bin",
-      "\\pict",    "\\brdrt",   "\\brdrw",     "\\s3",      "\\page",     "\\uc4"};
-  std::mt19937 random(1959);
-  for (int round = 0; round < 3000; ++round) {
-    std::string source;
-    while (source.size() < 200) {
-      source += random() % 4 == 0 ? std::string(1, static_cast<char>(random() % 256))
-                                  : std::string(kPieces[random() % std::size(kPieces)]);
-    }
-    const std::vector<std::uint8_t> bytes(source.begin(), source.end());
-    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
-  }
 }
 
 TEST(ReadSource, BytesOrAReason) {

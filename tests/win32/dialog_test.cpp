@@ -51,15 +51,5 @@ TEST(FileDialogs, GiveTheChosenNameBackFieldByField) {
   EXPECT_EQ(dialog.FilterIndex, 1);
 }
 
-TEST(FileDialogs, ACancelLeavesTheNameAndIsTold) {
-  platform::WindowsFileDialogs dialogs;
-  app::clsOpenSave dialog(dialogs);
-  dialog.FileName = "antes.mid";
-  dialog.CancelError = true;
-  const auto user = Answer([](HWND window) { PostMessageW(window, WM_COMMAND, IDCANCEL, 0); });
-  EXPECT_EQ(dialog.ShowSave(), app::kDialogCancelled);
-  EXPECT_EQ(dialog.FileName, "antes.mid");
-}
-
 }  // namespace
 }  // namespace tonadex::test

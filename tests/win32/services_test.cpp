@@ -149,16 +149,6 @@ TEST(RichEditBox, FillsTheSheetAndReportsThatNothingPrints) {
   }
 }
 
-TEST(RichEditBox, AMissingTemplateIsAnError) {
-  platform::RichEditBox box;
-  try {
-    box.LoadFile("Z:\\no\\hay\\print.rtf");
-    ADD_FAILURE();
-  } catch (const core::RunTimeError& error) {
-    EXPECT_EQ(error.number, core::ErrorNumber::kFileNotFound);
-  }
-}
-
 TEST(WebControl, StaysSilentWhereNoPageCanBeShown) {
   const HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 200, 200, nullptr, nullptr,
                                       nullptr, nullptr);

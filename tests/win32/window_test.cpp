@@ -147,26 +147,6 @@ TEST_F(WindowTest, PlaysUnderItsMessageBox) {
   EXPECT_TRUE(std::filesystem::exists(std::filesystem::temp_directory_path() / "rtlTmpFile.mid"));
 }
 
-TEST_F(WindowTest, AFileForAPhoneGoesWhereTheUserSays) {
-  Start();
-  ChoosePhone(7, 0);
-  ChooseMelody();
-  Click(Of(&Form1::picconvertir));
-  HWND dialog = WaitForWindow(L"#32770", program->id());
-  ASSERT_NE(dialog, nullptr);
-  while (GetDlgItem(dialog, 0x480) == nullptr && GetDlgItem(dialog, 0x47C) == nullptr) {
-    AnswerBox(program->id());  // what is said before
-    dialog = WaitForWindow(L"#32770", program->id());
-    ASSERT_NE(dialog, nullptr);
-  }
-  const HWND name =
-      GetDlgItem(dialog, 0x480) != nullptr ? GetDlgItem(dialog, 0x480) : GetDlgItem(dialog, 0x47C);
-  SendMessageW(name, WM_SETTEXT, 0,
-               reinterpret_cast<LPARAM>((folder / "tono.mid").wstring().c_str()));
-  PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-  EXPECT_TRUE(WaitUntil([&] { return folder.Read("tono.mid").starts_with("MThd"); }, 8000));
-}
-
 TEST_F(WindowTest, TheTempoBoxTakesThreeDigitsAndNothingElse) {
   Start();
   Click(Of(&Form1::cmdinicio));

@@ -1,0 +1,80 @@
+#!/usr/bin/env bash
+# print_queue_test.sh TONADEX_CLI: prints through a print server of its own, whose queues write PDFs
+# into a folder that goes away. Whoever runs it needs no right over the machine's printers.
+set -euo pipefail
+cli=$1 model=/usr/share/ppd/cupsfilters/Generic-PDF_Printer-PDF.ppd
+export PATH=$PATH:/usr/sbin
+for needed in cupsd lpadmin lpstat pdftotext "$model"; do
+  command -v "$needed" >/dev/null || [ -e "$needed" ] || { echo "SKIPPED: no $needed"; exit 77; }
+done
+
+root=$(mktemp -d)
+trap 'kill "$server" 2>/dev/null && wait "$server" || true; rm -rf "$root"' EXIT
+fail() { echo "FAILED: $*"; tail -n 40 "$root/error.log"; exit 1; }
+until_true() {  # command…: for 10 s at most
+  for _ in $(seq 500); do "$@" >/dev/null 2>&1 && return; sleep 0.02; done
+  fail "no answer: $*"
+}
+
+chmod 755 "$root"  # the filters of a server that root started run as another user
+mkdir -p "$root"/{out,run,spool/tmp,cache,etc/ppd,home/melodias}
+cat >"$root/cupsd.conf" <<END
+Listen $root/run/cups.sock
+DefaultAuthType None
+WebInterface No
+Browsing No
+LogLevel debug
+<Location />
+  Order allow,deny
+  Allow all
+</Location>
+<Policy default>
+  <Limit All>
+    Order allow,deny
+    Allow all
+  </Limit>
+</Policy>
+END
+cat >"$root/cups-files.conf" <<END
+FileDevice Yes
+Sandboxing relaxed
+ServerRoot $root/etc
+RequestRoot $root/spool
+TempDir $root/spool/tmp
+CacheDir $root/cache
+StateDir $root/run
+ErrorLog $root/error.log
+AccessLog $root/access.log
+PageLog $root/page.log
+END
+export CUPS_SERVER=$root/run/cups.sock TONADEX_HOME=$root/home
+cupsd -f -c "$root/cupsd.conf" -s "$root/cups-files.conf" &
+server=$!
+until_true lpstat -r
+for queue in OTRA CASA CERRADA; do
+  lpadmin -p "$queue" -v "file:$root/out/$queue.pdf" -P "$model" -E 2>/dev/null
+done
+lpadmin -d CASA
+cupsreject CERRADA
+
+printf '%s' '{\rtf1\ansi\deff0{\fonttbl{\f0\fswiss Arial;}}\paperw11906\paperh16838\margl1134' \
+  '\f0\fs40\b cambiatitulo\b0\fs24\par Formato: cambiamodelo\par Tempo: cambiatempo\par' \
+  ' Melod\'"'"'eda: cambiamelodia\par\page \'"'"'daltima p\'"'"'e1gina\par}' >"$root/home/print.rtf"
+echo 'Canción del ñandú:d=4,o=5,b=125:c,8d#6' >"$root/melodia.txt"
+sheet() { "$cli" imprimir -m ' Compositor' "$root/melodia.txt" "$@"; }
+arrived() { [ -s "$root/out/$1.pdf" ] && [ -z "$(lpstat -o)" ]; }
+
+sheet
+until_true arrived CASA
+text=$(pdftotext -layout -nopgbrk "$root/out/CASA.pdf" - | xargs)
+[ "$text" = 'Canción del ñandú Formato: Nokia>Compositor. Tempo: 125 Melodía: 4c1 8#d2 Última página' ] ||
+  fail "the page says: $text"
+pdfinfo "$root/out/CASA.pdf" | grep -q '(A4)' || fail "the paper is no A4"
+sheet --impresora OTRA
+until_true arrived OTRA
+for refused in 'CERRADA:no se puede imprimir en la impresora «CERRADA»' \
+  'NINGUNA:no existe la impresora «NINGUNA»'; do
+  code=0
+  said=$(sheet --impresora "${refused%%:*}" 2>&1) || code=$?
+  [ "$code:$said" = "3:tonadex-cli: ${refused#*:}" ] || fail "$code:$said"
+done

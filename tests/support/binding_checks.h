@@ -1,0 +1,89 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "app/form1_tables.h"
+#include "core/windows1252.h"
+#include "tests/support/test_program.h"
+
+// What every shell owes the model's tables, checked on whatever toolkit.
+namespace tonadex::test {
+
+// What a person sees of the bound controls and does to them. Texts are Windows-1252.
+class Screen {
+ public:
+  virtual ~Screen() = default;
+  virtual void Draw() = 0;
+  virtual void CopyIn() = 0;
+  virtual bool Exists(const app::ControlInfo& info) = 0;
+  virtual bool Visible(const app::ControlInfo& info) = 0;
+  virtual bool Enabled(const app::ControlInfo& info) = 0;
+  // Of a list its selected row; none where the binding draws no text.
+  virtual std::optional<std::string> Shown(const app::ControlInfo& info) = 0;
+  // False where the user cannot type, or choose a row.
+  virtual bool Type(const app::ControlInfo& info, const std::string& text) = 0;
+  virtual bool Choose(const app::ControlInfo& info, int row) = 0;
+  // Does what the system reports as this event.
+  virtual void Do(const app::HandlerInfo& row, const app::ControlInfo& info) = 0;
+};
+
+// Every control is drawn as it stands and read back; every handler is reached. `dispatched` counts
+// the calls that the binding makes.
+inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched) {
+  const std::string text(core::FromUtf8("Canción ñ € «x»"));
+  for (const app::ControlInfo& info : app::Controls()) {
+    SCOPED_TRACE(info.name);
+    app::Control& control = form.*info.member;
+    const bool drawn =
+        info.kind != app::ControlKind::kStorage && info.kind != app::ControlKind::kTimer;
+    ASSERT_EQ(screen.Exists(info), drawn);
+    if (!drawn) {
+      continue;
+    }
+    control.rows = {{"uno", 1}, {text, 2}};
+    control.Select(1);
+    control.caption = control.text = text;
+    for (const bool on : {true, false}) {
+      control.visible = on;
+      control.enabled = !on;
+      screen.Draw();
+      EXPECT_EQ(screen.Visible(info), on);
+      EXPECT_EQ(screen.Enabled(info), !on);
+    }
+    EXPECT_EQ(screen.Shown(info).value_or(text), text);
+    const std::string typed = info.kind == app::ControlKind::kTextArea ? "\xE1\r\nb" : "\xE1\xF1o";
+    if (screen.Type(info, typed)) {
+      screen.CopyIn();
+      EXPECT_EQ(control.text, typed);
+    } else if (screen.Choose(info, 0)) {
+      screen.CopyIn();
+      EXPECT_EQ(control.listIndex, 0);
+      EXPECT_EQ(control.text, "uno");
+    }
+  }
+  for (const app::HandlerInfo& row : app::Handlers()) {
+    for (const app::ControlInfo& info : app::Controls()) {
+      if (info.member == row.control) {
+        const int before = dispatched;
+        screen.Do(row, info);
+        EXPECT_EQ(dispatched, before + 1) << info.name << ", event " << static_cast<int>(row.event);
+      }
+    }
+  }
+}
+
+// A saved model that the catalogue lacks is no row, and stays.
+inline void CheckForeignText(TestProgram& test, app::Form1& form, Screen& screen) {
+  test.program.gPhoneModel = "0";
+  form.cmdopciones_Click();
+  screen.Draw();
+  screen.CopyIn();
+  EXPECT_EQ(form.cmbformatos.listIndex, -1);
+  form.cmdbuscar_Click();
+  EXPECT_EQ(test.program.gPhoneModel, "0");
+}
+
+}  // namespace tonadex::test
