@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Drives the real desktop program by the keyboard on a display of its own, with a fresh home:
-# chooses a phone, converts and plays, searches and downloads, uploads, prints, restarts.
+# chooses a phone, composes, plays and uploads, finds and downloads the same melody, converts and
+# prints it, and starts again.
 #   desktop_test.sh TONADEX CLIPBOARD [FOLDER FOR SCREENSHOTS]
 set -euo pipefail
 tonadex=$1 clipboard=$2 shots=${3:-}
@@ -100,6 +101,7 @@ mkdir -m 700 "$XDG_RUNTIME_DIR"
 mkdir "$home/Documents"
 folder=$home/.local/share/tonadex
 setting=$home/.config/tonadex/ajustes.ini
+presses="18 3 (5)9 08 6# 19* "  # of the melody composed below
 
 echo "Elegir un móvil"
 start
@@ -108,37 +110,7 @@ picture opciones
 keys ctrl+3
 wait_for "el móvil guardado" grep -qF '"modelo"=" Pulsaciones"' "$setting"
 
-echo "Escuchar y convertir"
-printf 'Zztop prueba:d=4,o=5,b=60:c,8e.,2gjuh9hay\r\n' >"$folder/melodias/zzprueba.38"
-keys ctrl+2 ctrl+3 z z
-keys Return
-answer_box Reproduciendo "Reproduciendo melodia: Zztop prueba" reproducir
-[ -n "$(find "$home" -name rtlTmpFile.mid)" ] || fail "no hay fichero MIDI"
-keys alt+c
-tab_to "las pulsaciones" "1* (3)8 599# "
-picture repertorio
-tab_to "los avisos" "En el compositor de tu Nokia debes pulsar las teclas que se indican para poder introducir la melodía en tu móvil
-Al introducir las notas rodeadas entre paréntesis, debes mantener pulsada esta tecla durante 3 segundos
-Los espacios sólo sirven para facilitar la lectura, no debes introducirlos en tu móvil"
-
-echo "Imprimir"
-keys alt+m
-answer_box Tonadex ".pdf"
-[ -n "$(find "$home" -name '*.pdf')" ] || fail "no hay hoja"
-
-echo "Buscar y descargar"
-keys ctrl+2
-rm "$folder"/melodias/*
-xdotool type --delay 20 "noche"
-keys Return
-found() { keys Down ctrl+c && "$clipboard" | grep -q '(NochedePaz)'; }
-wait_for "lo encontrado" found
-picture buscar
-keys Return
-answer_box Tonadex "La melodía se ha bajado correctamente."
-ls "$folder"/melodias/*.* >/dev/null || fail "no se ha bajado nada"
-
-echo "Componer y subir"
+echo "Componer, escuchar y subir"
 keys ctrl+1
 xdotool type --delay 20 "Prueba"
 keys Tab ctrl+a
@@ -148,6 +120,7 @@ xdotool type --delay 20 "8c1 8e1 4.g1 8- #a1 2c2"
 picture inicio
 keys alt+e
 answer_box Reproduciendo "Reproduciendo melodia: Prueba"
+[ -n "$(find "$home" -name rtlTmpFile.mid)" ] || fail "no hay fichero MIDI"
 keys alt+s
 answer_box Tonadex "Melodia subida correctamente."
 ls "$folder"/servidor/Prueba.* >/dev/null || fail "el servidor no la tiene"
@@ -159,13 +132,38 @@ grep -qF "c,djuh9hay,8e." "$folder/servidor/Otra.27" || fail "el servidor no tie
 keys alt+l
 answer_box Tonadex "existia"
 
+echo "Buscar y descargar"
+keys ctrl+2
+rm "$folder"/melodias/*
+xdotool type --delay 20 "prueba"
+keys Return
+found() { keys Down ctrl+c && "$clipboard" | grep -q '^Prueba'; }
+wait_for "lo encontrado" found
+picture buscar
+keys Return
+answer_box Tonadex "La melodía se ha bajado correctamente."
+tr -d '\r\n' <"$(ls "$folder"/melodias/Prueba.*)" | cmp - "$folder"/servidor/Prueba.* || fail "no ha llegado lo que se subió"
+
+echo "Escuchar, convertir e imprimir"
+keys ctrl+3 p
+keys Return
+answer_box Reproduciendo "Reproduciendo melodia: Prueba" reproducir
+keys alt+c
+tab_to "las pulsaciones" "$presses"
+picture repertorio
+tab_to "los avisos" "En el compositor de tu Nokia debes pulsar las teclas que se indican para poder introducir la melodía en tu móvil
+Al introducir las notas rodeadas entre paréntesis, debes mantener pulsada esta tecla durante 3 segundos
+Los espacios sólo sirven para facilitar la lectura, no debes introducirlos en tu móvil"
+keys alt+m
+answer_box Tonadex ".pdf"
+find "$home" -name '*.pdf' -exec pdftotext -raw {} - \; | grep -qF "${presses% }" || fail "no hay hoja"
+
 echo "Cerrar y volver a empezar"
 quit
 start
 keys ctrl+3 ctrl+5 ctrl+3
 grep -qF '"modelo"=" Pulsaciones"' "$setting" || fail "el móvil no se ha conservado"
 keys Down alt+c
-keys_shown() { keys Tab ctrl+a ctrl+c && "$clipboard" | grep -qE '^([0-9()*#]+ ){20,}$'; }
-wait_for "las pulsaciones de otra melodía" keys_shown
+tab_to "las pulsaciones, otra vez" "$presses"
 quit
 echo "Bien"
