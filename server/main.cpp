@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 
+#include "cli/terminal_words.h"
 #include "core/error_words.h"
 #include "core/windows1252.h"
 #include "server/embedded_server.h"
@@ -42,6 +43,7 @@ void AddArguments(CLI::App& app, Arguments& arguments) {
   arguments.firstMelodies = installed.empty() ? "" : (installed / "servidor").string();
   arguments.server.port = kDefaultPort;
   app.add_option("--puerto", arguments.server.port, "Puerto en el que escucha (0: uno libre)")
+      ->type_name("PUERTO")
       ->capture_default_str();
   app.add_option("--direccion", arguments.server.address,
                  "Dirección numérica en la que escucha; 0.0.0.0 para todas")
@@ -54,28 +56,6 @@ void AddArguments(CLI::App& app, Arguments& arguments) {
       ->capture_default_str();
   app.add_flag("--proxy", arguments.server.behindProxy,
                "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For");
-}
-
-// The words that CLI11 puts into its help, in Spanish.
-void TranslateHelp(CLI::App& app) {
-  const auto formatter = std::make_shared<CLI::Formatter>();
-  formatter->label("Usage", "Uso");
-  formatter->label("OPTIONS", "OPCIONES");
-  formatter->label("TEXT", "TEXTO");
-  formatter->label("UINT", "PUERTO");
-  app.formatter(formatter);
-  app.set_help_flag("-h,--help", "Muestra esta ayuda");
-  for (CLI::Option* option : app.get_options()) {
-    option->group("Opciones");
-  }
-}
-
-// Of CLI11's English sentence, the argument that it is about: before or behind the colon.
-std::string Culprit(const CLI::ParseError& error) {
-  const std::string detail = error.what();
-  const std::size_t colon = detail.find(": ");
-  return detail.substr(detail.starts_with('-') || colon == detail.npos ? 0 : colon + 2,
-                       detail.starts_with('-') ? colon : detail.npos);
 }
 
 // Lines of several threads, one after the other, on the disk at once.
@@ -147,15 +127,15 @@ int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
   app.set_version_flag("--version", "tonadex-server " TONADEX_VERSION, "Muestra la versión");
   Arguments arguments;
   AddArguments(app, arguments);
-  TranslateHelp(app);
+  tonadex::cli::TranslateHelp(app);
   try {
     app.parse(argc, argv);
     Serve(arguments);
   } catch (const CLI::Success& success) {  // --help, --version
     return app.exit(success);
   } catch (const CLI::ParseError& error) {
-    std::cerr << "tonadex-server: los argumentos no se entienden (" << Culprit(error)
-              << "); prueba «tonadex-server --help»" << std::endl;
+    std::cerr << "tonadex-server: " << tonadex::cli::UseError(error)
+              << "\nPrueba «tonadex-server --help»." << std::endl;
     return kWrongArguments;
   } catch (const std::exception& error) {
     std::cerr << "tonadex-server: " << tonadex::core::ToUtf8(tonadex::core::ErrorWords(error))

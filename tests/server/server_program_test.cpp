@@ -189,7 +189,7 @@ TEST(ServerProgram, SaysWhyItCannotStart) {
       {"--puerto 0 --registro " + folder + " --carpeta " + folder + "/a",
        "no se puede escribir el registro «" + folder + "»", 1},
       {"--puerto mucho",
-       "los argumentos no se entienden (--puerto = mucho); prueba «tonadex-server --help»", 2},
+       "el valor de una opción no es válido: --puerto\nPrueba «tonadex-server --help».", 2},
   };
   for (const auto& c : cases) {
     const string command = TONADEX_SERVER_PROGRAM " --estanteria '' " + c.arguments + " 2> " +
