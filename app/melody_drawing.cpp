@@ -25,6 +25,7 @@ namespace {
 using namespace core::literals;
 
 constexpr int kSemitones = 12;
+constexpr int kHighestOctave = 10;  // 0 is the lowest
 constexpr int kQuartersPerBar = 4;
 constexpr int kQuarterMs = 60000;  // at tempo 1
 constexpr int kRangeSpan = 2;      // as the converters ask for it
@@ -35,13 +36,12 @@ struct Octaves {
 
 // What the model plays of this melody; none when it plays everything.
 std::optional<Octaves> PlayedOctaves(core::RTTTLMelody melody, std::string_view model) {
-  constexpr int kHighest = 10;
   const PhoneFormat* format = FindFormat(model);
   if (format == nullptr || format->range == OctaveRange::kAny) {
     return std::nullopt;
   }
   if (format->range == OctaveRange::kFrom) {
-    return Octaves{format->lowest, kHighest};
+    return Octaves{format->lowest, kHighestOctave};
   }
   int lowest = format->lowest;
   if (format->range == OctaveRange::kAround) {
@@ -69,6 +69,9 @@ std::optional<DrawnNote> DrawNote(const core::RTTTLNote& note, double tempo,
     return std::nullopt;
   }
   const int octave = core::ToInt16(core::ToNumber(note.Octave));
+  if (octave < 0 || octave > kHighestOctave) {
+    return std::nullopt;
+  }
   drawn.name = formats::kSpanishPitches[static_cast<std::size_t>(*semitone)];
   drawn.pitch = kSemitones * octave + *semitone;
   drawn.outside = played && (octave < played->lowest || octave > played->highest);
@@ -78,12 +81,18 @@ std::optional<DrawnNote> DrawNote(const core::RTTTLNote& note, double tempo,
 void Append(Drawing& drawing, DrawnNote note) {
   note.start = drawing.length;
   drawing.length += note.length;
-  if (!note.pause) {
-    const bool first = drawing.highest == 0;
-    drawing.lowest = first ? note.pitch : std::min(drawing.lowest, note.pitch);
-    drawing.highest = std::max(drawing.highest, note.pitch);
-  }
   drawing.notes.push_back(std::move(note));
+}
+
+void SetExtremes(Drawing& drawing) {
+  bool first = true;
+  for (const DrawnNote& note : drawing.notes) {
+    if (!note.pause) {
+      drawing.lowest = first ? note.pitch : std::min(drawing.lowest, note.pitch);
+      drawing.highest = std::max(drawing.highest, note.pitch);
+      first = false;
+    }
+  }
 }
 
 void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
@@ -114,6 +123,7 @@ void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
       }
     });
   }
+  SetExtremes(drawing);
 }
 
 std::string PitchName(int pitch) {

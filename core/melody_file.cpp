@@ -1,5 +1,6 @@
 #include "core/melody_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <random>
@@ -158,7 +159,7 @@ std::string_view RowStem(std::string_view row) {
     return row;
   }
   const std::string_view inner = Mid(row, open + 2);
-  return Left(inner, static_cast<std::ptrdiff_t>(inner.size()) - 1);
+  return inner.substr(0, std::max<std::size_t>(inner.size(), 1) - 1);
 }
 
 std::string MelodyFileName(std::string_view row, std::int32_t number) {

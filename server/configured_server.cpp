@@ -1,10 +1,11 @@
 #include "server/configured_server.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
-#include "core/text.h"
+#include "core/windows1252.h"
 
 namespace tonadex::server {
 namespace {
@@ -16,12 +17,12 @@ std::string FromFile(const std::filesystem::path& programFolder) {
   std::string line;
   core::SkipErrors(
       [&] { line = core::ReadFirstLine(programFolder / kFileName, core::kMaxLineBytes); });
-  return line;
+  return core::FromOutside(line);  // editors put a byte order mark in front
 }
 
 std::string Cleaned(std::string_view address) {
-  address = core::Trim(address);
-  while (address.ends_with('/')) {
+  address.remove_prefix(std::min(address.find_first_not_of(' '), address.size()));
+  while (address.ends_with('/') || address.ends_with(' ')) {
     address.remove_suffix(1);
   }
   return std::string(address);

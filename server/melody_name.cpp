@@ -53,15 +53,22 @@ bool IsReadable(std::string_view text) {
   return !HasControls(text) && core::ParseRTTTL(melody) == core::kParsed;
 }
 
-char DescriptionCharacter(char c) {
-  return c == '(' ? '[' : c == ')' ? ']' : core::Code(c) < 0x20 ? ' ' : c;
+std::string Shown(std::string_view name) {
+  std::string shown;
+  for (const char c : name) {
+    if (c != '.') {
+      shown += c == '(' ? '[' : c == ')' ? ']' : core::Code(c) < 0x20 ? ' ' : c;
+    }
+  }
+  return std::string(core::Trim(shown));
 }
 
 }  // namespace
 
 std::optional<MelodyName> ParseMelodyName(std::string_view fileName) {
   const std::size_t dot = fileName.find('.');
-  if (dot == fileName.npos || dot == 0 || !net::IsSafeFileName(fileName) ||
+  const std::string_view stem = fileName.substr(0, dot);
+  if (dot == fileName.npos || core::Trim(stem).empty() || !net::IsSafeFileName(fileName) ||
       core::Contains(fileName, net::kRecordEnd) ||
       core::ToUtf8(fileName).size() > kMaxFileNameUtf8Bytes) {
     return std::nullopt;
@@ -70,20 +77,16 @@ std::optional<MelodyName> ParseMelodyName(std::string_view fileName) {
   if (!number) {
     return std::nullopt;
   }
-  return MelodyName{fileName.substr(0, dot), *number};
+  return MelodyName{stem, *number};
 }
 
 std::string Description(std::string_view line, std::string_view stem) {
   const std::size_t colon = line.find(':');
-  const std::string_view name =
-      core::Trim(colon == line.npos ? stem : line.substr(0, std::min(colon, kMaxDescriptionBytes)));
-  std::string description;
-  for (const char c : name) {
-    if (c != '.') {
-      description += DescriptionCharacter(c);
-    }
+  std::string name;
+  if (colon != line.npos) {
+    name = Shown(line.substr(0, std::min(colon, kMaxDescriptionBytes)));
   }
-  return description;
+  return name.empty() ? Shown(stem) : name;
 }
 
 std::string Record(std::string_view description, std::string_view fileName) {

@@ -2,7 +2,6 @@
 
 #include <utility>  // Asio's coroutines use std::exchange without including it
 
-#include <algorithm>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/error.hpp>
 #include <boost/asio/io_context.hpp>
@@ -15,7 +14,6 @@
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
-#include <charconv>
 #include <cstdint>
 #include <exception>
 #include <future>
@@ -25,6 +23,7 @@
 
 #include "core/error_words.h"
 #include "core/windows1252.h"
+#include "platform/http/url.h"
 
 namespace tonadex::platform {
 namespace {
@@ -36,88 +35,7 @@ using asio::ip::tcp;
 using ErrorCode = boost::system::error_code;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::string_view kScheme = "http://";
-constexpr std::string_view kDefaultPort = "80";
 constexpr std::size_t kReadBytes = std::size_t{64} << 10;
-
-struct Url {
-  std::string authority;  // as the Host field wants it: "example:8080", "[::1]:80"
-  std::string host;
-  std::string port;
-  std::string target;
-};
-
-// Servers and proxies refuse these in a request line; everything else goes out as typed.
-std::string EscapeTarget(std::string_view typed) {
-  std::string target;
-  for (const char c : typed) {
-    switch (c) {
-      case ' ':
-        target += "%20";
-        break;
-      case '\r':
-        target += "%0D";
-        break;
-      case '\n':
-        target += "%0A";
-        break;
-      case '\0':
-        target += "%00";
-        break;
-      default:
-        target += c;
-    }
-  }
-  return target;
-}
-
-bool IsHostText(std::string_view authority) {
-  for (const char c : authority) {
-    if (c <= ' ' || c == '@' || c == '\x7f') {  // bytes above 127 are negative: refused too
-      return false;
-    }
-  }
-  return !authority.empty();
-}
-
-bool IsPort(std::string_view text) {
-  std::uint16_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size();
-}
-
-// Splits "host:port" or "[address]:port". The port is "80" when there is none.
-void SplitAuthority(Url& url) {
-  const std::string_view text = url.authority;
-  const bool bracketed = text.front() == '[';
-  const std::size_t hostEnd = bracketed ? text.find(']') : text.find(':');
-  url.host =
-      text.substr(bracketed ? 1 : 0, bracketed && hostEnd != text.npos ? hostEnd - 1 : hostEnd);
-  const std::size_t colon = text.find(':', bracketed ? hostEnd : 0);
-  url.port = colon == text.npos ? kDefaultPort : text.substr(colon + 1);
-}
-
-Url ParseUrl(std::string_view text) {
-  if (!text.starts_with(kScheme)) {
-    throw TransferError("La dirección del servidor debe empezar por http://");
-  }
-  text.remove_prefix(kScheme.size());
-  const std::size_t authorityEnd = std::min(text.find_first_of("/?#"), text.size());
-  Url url;
-  url.authority = text.substr(0, authorityEnd);
-  if (!IsHostText(url.authority)) {
-    throw TransferError("La dirección del servidor no es válida");
-  }
-  SplitAuthority(url);
-  if (!IsPort(url.port)) {
-    throw TransferError("El puerto del servidor no es válido");
-  }
-  url.target = EscapeTarget(text.substr(authorityEnd));
-  if (!url.target.starts_with('/')) {
-    url.target.insert(0, 1, '/');
-  }
-  return url;
-}
 
 struct ErrorWords {
   ErrorCode code;

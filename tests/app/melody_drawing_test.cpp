@@ -40,10 +40,13 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
   EXPECT_EQ(Notes(MelodyDrawing("x:d=4,o=5,b=120:c,x,7c,9,p#,cjuh9hay")),
             "0+500 do/60|500+500 do#/61|");
   for (const std::string_view text :
-       {"", ":", "x", "x:d=4:", "x:d=4,o=5,b=0:c", "x:d=4,o=5,b=x:c", "x:d=4,o=5,b=-5:c"}) {
+       {"", ":", "x", "x:d=4:", "x:d=4,o=5,b=0:c", "x:d=4,o=5,b=x:c", "x:d=4,o=5,b=-5:c",
+        "x:d=4,o=-1,b=9:c,d", "x:d=4,o=11,b=9:c"}) {
     EXPECT_EQ(MelodyDrawing(text, " Pulsaciones"), Drawing{}) << text;
   }
   EXPECT_TRUE(boxes.messages.empty());
+  EXPECT_EQ(DrawingInWords(MelodyDrawing("x:d=4,o=-1,b=120:d,c0,c#5")),
+            "2 notas y pausas, 1 segundo, de do 0 a do# 5");
 }
 
 // Octaves 4 to 8: the phone's three lie around the two most used ones, 5 and 6.

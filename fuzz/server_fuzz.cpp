@@ -1,0 +1,150 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "core/melody_file.h"
+#include "fuzz/require.h"
+#include "net/file_name.h"
+#include "net/listing.h"
+#include "server/handler.h"
+#include "server/http_server.h"
+#include "server/shelf.h"
+#include "tests/http/raw_socket.h"
+#include "tests/support/temp_folder.h"
+
+// Any bytes as what a client sends, over a real connection to a server with a small shelf.
+namespace {
+
+using namespace tonadex;
+
+constexpr std::string_view kMelody = "Vals:d=4,o=5,b=100:c,8cjuh9hay6,p\r\n";
+
+// A server whose replies depend on the request and the shelf alone.
+class Conversation {
+ public:
+  Conversation() { Refill(); }
+
+  // What the server says to `bytes`, sent in two pieces that part at `cut`.
+  std::string Replies(std::string_view bytes, std::size_t cut) {
+    const auto client = test::RawSocket::Connect(server_.Port());
+    client.Send(bytes.substr(0, cut));
+    client.Send(bytes.substr(cut));
+    client.EndSending();
+    return client.ReadAll();
+  }
+  // The log so far, taken out.
+  std::vector<std::string> TakeLog() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(log_, {});
+  }
+  server::Shelf& shelf() { return *shelf_; }
+  const std::filesystem::path& path() const { return folder_->path(); }
+  void Refill() {
+    auto folder = std::make_unique<test::TempFolder>();
+    folder->Write("vals.34", kMelody);
+    folder->Write("a\u00f1o (2).5", "A\u00f1o:d=4,o=5,b=100:c");
+    const std::lock_guard lock(mutex_);
+    shelf_ = std::make_unique<server::Shelf>(folder->path(), server::ShelfAccess::kReadWrite, 1000);
+    folder_ = std::move(folder);
+  }
+
+ private:
+  server::Reply Answer(server::Request request) {
+    request.random = 0;
+    const std::lock_guard lock(mutex_);
+    return server::Handle(request, *shelf_);
+  }
+  server::ServerOptions Options() {
+    server::ServerOptions options;
+    options.behindProxy = true;
+    options.threads = 1;
+    options.log = [this](std::string_view line) {
+      const std::lock_guard lock(mutex_);
+      log_.emplace_back(line);
+    };
+    return options;
+  }
+
+  std::mutex mutex_;
+  std::unique_ptr<test::TempFolder> folder_;
+  std::unique_ptr<server::Shelf> shelf_;
+  std::vector<std::string> log_;
+  server::HttpServer server_{Options(), [this](const auto& request) { return Answer(request); }};
+};
+
+// time address method path status bytes milliseconds
+std::vector<std::string_view> Fields(std::string_view line) {
+  std::vector<std::string_view> fields;
+  for (std::size_t at = 0; at < line.size();) {
+    const std::size_t end = std::min(line.find(' ', at), line.size());
+    fields.push_back(line.substr(at, end - at));
+    at = end + 1;
+  }
+  return fields;
+}
+
+// Each line of the log is one reply, and the replies are whole.
+void CheckReplies(std::string_view replies, const std::vector<std::string>& log) {
+  for (const std::string& line : log) {
+    Require(std::ranges::all_of(line, [](char c) { return c >= ' ' && c < '\x7f'; }),
+            "a log line that is no plain text");
+    const auto fields = Fields(line);
+    Require(fields.size() == 7, "a log line with other fields");
+    const std::string start = "HTTP/1.1 " + std::string(fields[4]) + " ";
+    Require(replies.starts_with(start), "another status than the log's");
+    Require(fields[4] != "500" && fields[4] != "503", "an input that is too much for the server");
+    const std::size_t body = replies.find("\r\n\r\n");
+    Require(body != replies.npos, "a reply without end");
+    const std::string length = "\r\nContent-Length: " + std::string(fields[5]) + "\r\n";
+    Require(replies.substr(0, body).find(length) != replies.npos, "another length than the log's");
+    const std::size_t size = fields[2] == "HEAD" ? 0 : std::stoul(std::string(fields[5]));
+    Require(replies.size() >= body + 4 + size, "a reply that is cut");
+    replies.remove_prefix(body + 4 + size);
+  }
+  Require(replies.empty(), "a reply that is not in the log");
+}
+
+// What was uploaded can be found, fetched and stored by any client, and is all that was written.
+void CheckShelf(Conversation& conversation) {
+  const server::Shelf& shelf = conversation.shelf();
+  const net::Listing listing = net::ParseListing(*shelf.FullListing(), true);
+  Require(listing.rest.empty() && listing.rows.size() == shelf.size(), "a listing out of step");
+  for (const net::ListingRow& row : listing.rows) {
+    const std::string name = core::MelodyFileName(row.text, row.number);
+    Require(net::IsSafeFileName(name), "a file name that no client stores");
+    Require(shelf.Melody(name).has_value(), "a melody that its listing does not lead to");
+  }
+  const std::filesystem::directory_iterator files(conversation.path());
+  Require(static_cast<std::size_t>(std::distance(begin(files), end(files))) == shelf.size(),
+          "other files than melodies");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static Conversation conversation;
+  if (size == 0) {
+    return 0;
+  }
+  const std::string bytes(data + 1, data + size);
+  const std::size_t before = conversation.shelf().size();
+  std::string first;
+  for (const std::size_t cut : {bytes.size(), std::min<std::size_t>(data[0], bytes.size())}) {
+    const std::string replies = conversation.Replies(bytes, cut);
+    CheckReplies(replies, conversation.TakeLog());
+    if (!(first.empty() || replies == first)) std::cerr << "[[" << first << "]] [[" << replies << "]]\n";
+    Require(first.empty() || replies == first, "the pieces of a request make a difference");
+    first = replies;
+    if (conversation.shelf().size() != before) {
+      CheckShelf(conversation);
+      conversation.Refill();
+    }
+  }
+  return 0;
+}

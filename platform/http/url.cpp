@@ -1,0 +1,88 @@
+#include "platform/http/url.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <system_error>
+
+#include "platform/http.h"
+
+namespace tonadex::platform {
+namespace {
+
+constexpr std::string_view kScheme = "http://";
+constexpr std::string_view kDefaultPort = "80";
+
+// Servers and proxies refuse these in a request line; everything else goes out as typed.
+std::string EscapeTarget(std::string_view typed) {
+  std::string target;
+  for (const char c : typed) {
+    switch (c) {
+      case ' ':
+        target += "%20";
+        break;
+      case '\r':
+        target += "%0D";
+        break;
+      case '\n':
+        target += "%0A";
+        break;
+      case '\0':
+        target += "%00";
+        break;
+      default:
+        target += c;
+    }
+  }
+  return target;
+}
+
+bool IsHostText(std::string_view authority) {
+  return std::ranges::all_of(authority, [](char c) { return c > ' ' && c < '\x7f' && c != '@'; });
+}
+
+bool IsPort(std::string_view text) {
+  std::uint16_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+// Splits "host:port" or "[address]:port". False when it is neither.
+bool SplitAuthority(Url& url) {
+  const std::string_view text = url.authority;
+  const std::size_t bracket = text.starts_with('[') ? text.find(']') : 0;
+  if (bracket == text.npos) {
+    return false;
+  }
+  const std::size_t hostEnd = bracket == 0 ? std::min(text.find(':'), text.size()) : bracket + 1;
+  url.host = bracket == 0 ? text.substr(0, hostEnd) : text.substr(1, bracket - 1);
+  const std::string_view rest = text.substr(hostEnd);  // ":port", ":" or nothing
+  url.port = rest.size() > 1 ? rest.substr(1) : kDefaultPort;
+  return !url.host.empty() && (rest.empty() || rest.front() == ':');
+}
+
+}  // namespace
+
+Url ParseUrl(std::string_view text) {
+  if (!text.starts_with(kScheme)) {
+    throw TransferError("La dirección del servidor debe empezar por http://");
+  }
+  text.remove_prefix(kScheme.size());
+  const std::size_t authorityEnd = std::min(text.find_first_of("/?#"), text.size());
+  Url url;
+  url.authority = text.substr(0, authorityEnd);
+  if (!IsHostText(url.authority) || !SplitAuthority(url)) {
+    throw TransferError("La dirección del servidor no es válida");
+  }
+  if (!IsPort(url.port)) {
+    throw TransferError("El puerto del servidor no es válido");
+  }
+  url.target = EscapeTarget(text.substr(authorityEnd));
+  if (!url.target.starts_with('/')) {
+    url.target.insert(0, 1, '/');
+  }
+  return url;
+}
+
+}  // namespace tonadex::platform
