@@ -55,9 +55,9 @@ void CheckStems(const net::Listing& search, const net::Listing& all) {
     const std::string& stem = search.rows[i].text;
     Require(search.rows[i].number == all.rows[i].number, "a search with other numbers");
     const std::string& row = all.rows[i].text;  // its last character need not be ")"
-    Require(
-        stem == row || (row.starts_with(stem + " (" + stem) && row.size() == 2 * stem.size() + 3),
-        "a stem that is not its description");
+    Require(stem == row || (row.starts_with(std::string(stem).append(" (").append(stem)) &&
+                            row.size() == 2 * stem.size() + 3),
+            "a stem that is not its description");
   }
 }
 

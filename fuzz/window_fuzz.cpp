@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -47,8 +48,9 @@ void CheckDrawing(const app::Drawing& drawing) {
 
 std::string WithoutBlanks(std::string_view text) {
   std::string rest;
-  std::ranges::copy_if(text, std::back_inserter(rest),
-                       [](char c) { return c != ' ' && c != '\r' && c != '\n'; });
+  std::ranges::copy_if(text, std::back_inserter(rest), [](char c) {
+    return std::string_view(" \t\r\n").find(c) == std::string_view::npos;
+  });
   return rest;
 }
 

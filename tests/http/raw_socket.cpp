@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <stdexcept>
 
 namespace tonadex::test {
@@ -29,7 +30,11 @@ const sockaddr* Plain(const sockaddr_in& address) {
 
 bool Readable(int handle, int milliseconds) {
   pollfd look{handle, POLLIN, 0};
-  return ::poll(&look, 1, milliseconds) > 0;
+  int ready = 0;
+  do {
+    ready = ::poll(&look, 1, milliseconds);
+  } while (ready < 0 && errno == EINTR);  // fuzzers set alarms
+  return ready > 0;
 }
 
 }  // namespace
