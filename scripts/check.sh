@@ -15,11 +15,12 @@ tsan() { cmake --workflow --preset tsan; }
 fuzz() {
   cmake --workflow --preset fuzz
   local seconds=${1:-600} target name
+  [ ! -d /dev/shm ] || export TMPDIR=/dev/shm  # some targets write files
   for target in build/fuzz/fuzz/*_fuzz; do
     name=$(basename "$target")
     mkdir -p "build/fuzz/corpus/$name"
-    "$target" -max_total_time="$seconds" -print_final_stats=1 "build/fuzz/corpus/$name" \
-      "fuzz/corpus/${name%_fuzz}"
+    "$target" -max_total_time="$seconds" -timeout=25 -print_final_stats=1 \
+      -artifact_prefix="build/fuzz/$name-" "build/fuzz/corpus/$name" "fuzz/corpus/${name%_fuzz}"
   done
 }
 

@@ -223,7 +223,7 @@ HttpReply Perform(const Transfer& transfer) {
   bool done = false;
   asio::io_context context(1);  // last: it owns the running transfer, which uses all of the above
   asio::co_spawn(context, Run(transfer), [&](std::exception_ptr error, HttpReply received) {
-    failure = error;
+    failure = std::move(error);
     reply = std::move(received);
     done = true;
   });
