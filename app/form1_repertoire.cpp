@@ -77,7 +77,7 @@ void Form1::FillRepertoire() {
       step([&] {
         stem = core::Mid(core::CutNumber(formed), static_cast<std::ptrdiff_t>(name.size()) + 3);
       });
-      List1.AddRow(stem == name ? stem : name + " (" + stem + ")");
+      List1.AddRow(stem == name ? stem : std::string(name).append(" (").append(stem).append(")"));
       skipping = false;
       List1.rows.back().itemData = core::FileNumber(formed);
     }

@@ -85,6 +85,7 @@ bool MelodyPicture::Follow(double ms) {
 
 std::vector<double> MelodyPicture::StaffLines() const {
   std::vector<double> lines;
+  lines.reserve(kStaffLines);
   for (int line = 0; line < kStaffLines; ++line) {
     lines.push_back(kAbove + (line + 0.5) * Staff().height / kStaffLines);
   }

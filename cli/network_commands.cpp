@@ -180,7 +180,7 @@ void DownloadOne(Context& context, Server& server, const fs::path& folder,
     Fail(context, ExitCode::kWrongUse, name + ": no es un nombre de melodía (nombre.número)");
     return;
   }
-  const std::string reply = server.Get(net::MelodyAddress(fileName));
+  std::string reply = server.Get(net::MelodyAddress(fileName));
   if (server.Refused()) {
     Fail(context, ExitCode::kNotConverted, name + ": " + RefusalWords(server));
     return;

@@ -114,7 +114,9 @@ void CheckBody(const std::string& body, std::size_t cut) {
 void CheckTarget(const std::string& typed) {
   static std::mutex mutex;
   static std::string seen;
-  static server::HttpServer server({.threads = 1}, [](const server::Request& request) {
+  server::ServerOptions options;
+  options.threads = 1;
+  static server::HttpServer server(options, [](const server::Request& request) {
     const std::lock_guard lock(mutex);
     seen = server::UndoEscapes(request.target);
     return server::TextReply(200, "");

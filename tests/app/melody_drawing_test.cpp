@@ -45,7 +45,7 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
     EXPECT_EQ(MelodyDrawing(text, " Pulsaciones"), Drawing{}) << text;
   }
   EXPECT_TRUE(boxes.messages.empty());
-  EXPECT_EQ(DrawingInWords(MelodyDrawing("x:d=4,o=-1,b=120:d,c0,c#5")),
+  EXPECT_EQ(DrawingInWords(MelodyDrawing("x:d=4,o=0,b=120:c,c#5")),
             "2 notas y pausas, 1 segundo, de do 0 a do# 5");
 }
 
