@@ -148,7 +148,7 @@ void MelodyView::Paint() {
   if (picture_.drawing().notes.empty()) {
     InflateRect(&area, -theme_.Px(kPageMargin), -theme_.Px(kGrid));
     Words(paint.get(), invitation_, area, theme_.body.get(), theme_.colours.muted,
-          DT_CENTER | DT_VCENTER | DT_WORDBREAK | DT_NOPREFIX);
+          DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
     return;
   }
   for (const std::size_t index : picture_.NotesInView()) {
