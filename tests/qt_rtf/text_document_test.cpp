@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kSource =
     R"({\rtf1\deff0{\fonttbl{\f0\fswiss Uno;}{\f1\fmodern Dos;}}{\colortbl;\red9\green99\blue199;})"
-    R"(\pard\s1\qc\li720\fi-360\tx1440\sb240\sa120 T\'edtulo\par)"
+    R"(\pard\s1\qc\li720\fi-360\tx540\tx1440\sb240\sa120 T\'edtulo\par)"
     R"(\pard\qj\fs20 a{\b\i\ul\cf1\f1\fs30 b}{\super 2}\line c\par)"
     R"(\pard\li360\box\brdrs\brdrw20\cbpat1 d\par e\par\pard\sb400 f\par})";
 
@@ -38,10 +38,11 @@ TEST(FillTextDocument, OnPaper) {
   EXPECT_EQ((std::array{Twips(format.leftMargin()), Twips(format.textIndent()),
                         Twips(format.topMargin()), Twips(format.bottomMargin())}),
             (std::array{720.0, -360.0, 240.0, 120.0}));
-  // Stops count from the start of the line: the hanging indent's own, then the one asked for.
-  ASSERT_EQ(format.tabPositions().size(), 2);
-  EXPECT_EQ(Twips(format.tabPositions()[0].position), 360);
-  EXPECT_EQ(Twips(format.tabPositions()[1].position), 1080);
+  // Stops count from the start of the line: the hanging indent's own between those asked for.
+  ASSERT_EQ(format.tabPositions().size(), 3);
+  EXPECT_EQ(Twips(format.tabPositions()[0].position), 180);
+  EXPECT_EQ(Twips(format.tabPositions()[1].position), 360);
+  EXPECT_EQ(Twips(format.tabPositions()[2].position), 1080);
   const QTextBlock second = title.next();
   EXPECT_EQ(second.text(), QString("ab2\u2028c"));
   EXPECT_EQ(second.blockFormat().alignment(), Qt::AlignJustify);

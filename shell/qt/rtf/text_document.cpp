@@ -206,14 +206,14 @@ QTextBlockFormat Filler::BlockFormatOf(const ParagraphFormat& format) const {
 // tabbed, so the first one decides.
 void Filler::SetTabs(QTextBlockFormat& block, const ParagraphFormat& format) const {
   QList<QTextOption::Tab> tabs;
-  const auto add = [&](int position, TabKind kind) {
-    tabs.append({Pixels(position - format.left - format.first), TypeOf(kind), QChar(u',')});
-  };
+  std::vector<Tab> stops = format.tabs;
   if (format.first < 0) {
-    add(format.left, TabKind::kLeft);
+    stops.insert(std::ranges::upper_bound(stops, format.left, {}, &Tab::position),
+                 {format.left, TabKind::kLeft});
   }
-  for (const Tab& tab : format.tabs) {
-    add(tab.position, tab.kind);
+  for (const Tab& tab : stops) {  // rising: the layout takes the first one behind the text
+    tabs.append(
+        {Pixels(tab.position - format.left - format.first), TypeOf(tab.kind), QChar(u',')});
   }
   block.setTabPositions(tabs);
 }
