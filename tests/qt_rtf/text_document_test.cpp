@@ -66,6 +66,8 @@ TEST(FillTextDocument, NeighboursShareAFrame) {
   // The space before "f": the layout would drop it behind a frame.
   EXPECT_EQ(Twips(frame.format().bottomMargin()), 400);
   EXPECT_EQ(document.lastBlock().text(), QString("f"));
+  FillTextDocument(document, ReadRtf("{\\rtf1\\box\\brdrs a\\par\\pagebb b\\par}"));
+  EXPECT_EQ(document.rootFrame()->childFrames().size(), 2) << "a new page, a new frame";
 }
 
 TEST(FillTextDocument, OnTheScreen) {
