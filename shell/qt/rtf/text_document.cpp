@@ -212,8 +212,7 @@ void Filler::SetTabs(QTextBlockFormat& block, const ParagraphFormat& format) con
                  {format.left, TabKind::kLeft});
   }
   for (const Tab& tab : stops) {  // rising: the layout takes the first one behind the text
-    tabs.append(
-        {Pixels(tab.position - format.left - format.first), TypeOf(tab.kind), QChar(u',')});
+    tabs.append({Pixels(tab.position - format.left - format.first), TypeOf(tab.kind), QChar(u',')});
   }
   block.setTabPositions(tabs);
 }
