@@ -19,10 +19,9 @@ class SchemeWatcher : public QObject {
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
- private slots:
-  void SettingChanged(const QString& group, const QString& key);
-
  private:
+  Q_SLOT void SettingChanged(const QString& group, const QString& key);
+
   QTimer once_;  // every window hears of one change
 };
 
