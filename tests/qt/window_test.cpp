@@ -130,11 +130,11 @@ TEST(MainWindow, TheTempoBoxTakesThreeDigits) {
   t.window.show();
   t.Click("cmdinicio");
   auto* tempo = qobject_cast<QComboBox*>(t.Widget("txtcompoTempo"));
-  tempo->lineEdit()->clear();
-  QTest::keyClicks(tempo->lineEdit(), "1a2-34");
+  tempo->clearEditText();
+  QTest::keyClicks(tempo, "1a2-34");
   EXPECT_EQ(tempo->currentText(), "123");
   EXPECT_EQ(t.test.shell.beeps, 3);
-  QTest::keyClick(tempo->lineEdit(), Qt::Key_Backspace);
+  QTest::keyClick(tempo, Qt::Key_Backspace);
   EXPECT_EQ(tempo->currentText(), "12");
   EXPECT_EQ(t.test.shell.beeps, 3);
 }

@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
@@ -137,8 +136,8 @@ void MainWindow::ConnectParts() {
   connect(parts_.copy, &QPushButton::clicked, this, &MainWindow::CopyResult);
   connect(parts_.saveAs, &QPushButton::clicked, this, &MainWindow::SaveResult);
   connect(parts_.keys, &KeyRow::KeyPressed, this, &MainWindow::PressKey);
-  auto* tempo = qobject_cast<QComboBox*>(binding_.Widget(&Form1::txtcompoTempo));
-  tempo->lineEdit()->installEventFilter(this);
+  // The box keeps the focus and hands keys on to its line, past a filter of the line.
+  binding_.Widget(&Form1::txtcompoTempo)->installEventFilter(this);
   binding_.Widget(&Form1::txtbuscar)->installEventFilter(this);
 }
 
