@@ -110,9 +110,13 @@ void WebPane::Prepare() {
     view_->setPage(page);
     FollowScheme();
     view_->setContextMenuPolicy(Qt::NoContextMenu);
+    view_->setFocusPolicy(kind_ == Kind::kBanner ? Qt::NoFocus : Qt::StrongFocus);
     connect(view_, &QWebEngineView::loadFinished, this, [this](bool loaded) {
       if (loaded) {
         FollowScheme();
+        if (QWidget* inner = view_->focusProxy(); inner != nullptr && kind_ == Kind::kBanner) {
+          inner->setFocusPolicy(Qt::NoFocus);  // nothing in it is for the keyboard
+        }
         setCurrentWidget(view_);
       } else {
         ShowQuietPage();
