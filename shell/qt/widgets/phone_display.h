@@ -32,6 +32,9 @@ class PhoneDisplay : public QPlainTextEdit {
   static constexpr int kLargestPixels = 40;
   // Takes the height that is left and asks for none.
   QSize sizeHint() const override { return {QPlainTextEdit::sizeHint().width(), minimumHeight()}; }
+  QSize minimumSizeHint() const override {
+    return {QPlainTextEdit::minimumSizeHint().width(), minimumHeight()};
+  }
   int PixelSize() const { return font().pixelSize(); }
 
   // 0-based marked group, -1 for none.

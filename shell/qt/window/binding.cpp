@@ -75,6 +75,9 @@ QWidget* MakeNavigationButton(const ControlInfo& info) {
 class TextArea : public QPlainTextEdit {
  public:
   QSize sizeHint() const override { return {QPlainTextEdit::sizeHint().width(), minimumHeight()}; }
+  QSize minimumSizeHint() const override {
+    return {QPlainTextEdit::minimumSizeHint().width(), minimumHeight()};
+  }
 };
 
 QPlainTextEdit* MakeTextArea() {
