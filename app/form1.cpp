@@ -236,7 +236,8 @@ const Control* Form1::NavigationButton() const {
 }
 
 std::string Form1::PhoneLabel() const {
-  return PhoneName(program_.gPhoneModel);
+  // On the page of the options the model is saved when the page is left.
+  return PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program_.gPhoneModel);
 }
 
 std::string Form1::OptionsSentence() const {
