@@ -76,8 +76,7 @@ constexpr auto kControls = std::to_array<ControlInfo>({
      u8"Subir al servidor la melodía compuesta"_w, u8"Subir al servidor la melodía compuesta"_w},
     // RTTTL box.
     {"lbltitulortttl", Kind::kLabel, &F::lbltitulortttl, u8"Melodía en RTTTL"_w, "", ""},
-    {"labelformatortttl", Kind::kLabel, &F::labelformatortttl,
-     u8"Te&xto RTTTL, como Vals:d=4,o=5,b=120:c,8e,g,p"_w, "", ""},
+    {"labelformatortttl", Kind::kLabel, &F::labelformatortttl, "Te&xto RTTTL", "", ""},
     {"txtrtttlsube", Kind::kTextArea, &F::txtrtttlsube, "", "", "Texto RTTTL"},
     {"cmdscuchartttl", Kind::kButton, &F::cmdscuchartttl, "Esc&uchar", "Escuchar el texto RTTTL",
      "Escuchar el texto RTTTL"},

@@ -23,7 +23,7 @@ constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kInvitation =
     u8"Escribe o pega una melodía en RTTTL, por ejemplo «Vals:d=4,o=5,b=120:c,8e,g,p»."_w;
 constexpr std::string_view kNoSections =
-    u8"Faltan los «:» que separan el nombre, los ajustes y las notas."_w;
+    u8"Faltan los «:» que separan el nombre, la cabecera y las notas."_w;
 constexpr std::string_view kNoName = u8"Falta el nombre de la melodía delante del primer «:»."_w;
 constexpr std::string_view kNoTempo = u8"El tempo, detrás de «b=», tiene que ser un número."_w;
 constexpr std::string_view kBadCharacters =
@@ -39,8 +39,8 @@ struct Setting {
 };
 constexpr std::array<Setting, 3> kSettings = {{
     {":d=", u8"Falta la duración: «d=4» justo detrás del primer «:»."_w},
-    {",o=", u8"Falta la octava: «,o=5» en los ajustes."_w},
-    {",b=", u8"Falta el tempo: «,b=120» en los ajustes."_w},
+    {",o=", u8"Falta la octava: «,o=5» en la cabecera."_w},
+    {",b=", u8"Falta el tempo: «,b=120» en la cabecera."_w},
 }};
 
 std::string Quoted(std::string_view text) {
