@@ -245,31 +245,32 @@ void Upload(Context& context, const NetworkOptions& options) {
 struct NetworkCommand {
   const char* name;
   const char* description;
-  const char* argumentsName;  // null for a command without arguments
+  const char* argumentsWord;  // null for a command without arguments
+  const char* argumentsName;
   const char* argumentsHelp;
   void (*run)(Context& context, const NetworkOptions& options);
   bool listsMelodies, needsArguments;
 };
 
 constexpr NetworkCommand kCommands[] = {
-    {"buscar", "Busca melodías en el servidor", "PALABRA",
+    {"buscar", "Busca melodías en el servidor", "palabras", "PALABRA",
      "Palabras del nombre; sin ninguna salen las más nuevas", Search, true, false},
-    {"azar", "Muestra unas melodías del servidor al azar", nullptr, nullptr,
+    {"azar", "Muestra unas melodías del servidor al azar", nullptr, nullptr, nullptr,
      [](Context& context, const NetworkOptions& options) {
        List(context, options, std::string(net::kRandomPath), false);
      },
      true, false},
-    {"descargar", "Trae melodías del servidor al repertorio", "MELODIA",
+    {"descargar", "Trae melodías del servidor al repertorio", "melodias", "MELODIA",
      "Nombre.número, como lo muestra buscar", Download, false, true},
-    {"subir", "Da melodías RTTTL al servidor", "FICHERO",
+    {"subir", "Da melodías RTTTL al servidor", "ficheros", "FICHERO",
      "Melodías RTTTL; \"-\" es la entrada estándar", Upload, false, false},
 };
 
 void AddCommand(CLI::App& app, Context& context, const NetworkCommand& command) {
   auto options = std::make_shared<NetworkOptions>();
   CLI::App& added = *app.add_subcommand(command.name, command.description);
-  if (command.argumentsName != nullptr) {
-    added.add_option("argumentos", options->arguments, command.argumentsHelp)
+  if (command.argumentsWord != nullptr) {
+    added.add_option(command.argumentsWord, options->arguments, command.argumentsHelp)
         ->type_name(command.argumentsName)
         ->required(command.needsArguments);
   }
