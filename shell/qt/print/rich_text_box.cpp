@@ -27,6 +27,8 @@ namespace {
 using core::literals::operator""_w;
 
 constexpr auto kDocumentName = "Tonadex";
+constexpr std::string_view kNoPrinter =
+    u8"No hay ninguna impresora predeterminada.\r\nLa hoja está guardada en:\r\n"_w;
 constexpr int kPdfDotsPerInch = 1200;
 constexpr int kTwipsPerPoint = 20;
 constexpr int kSmallestText = 1440;  // twips of text that margins always leave free
@@ -163,7 +165,7 @@ QString NewPdfPath() {
 void PrintToNewPdf(const rtf::Document& source) {
   const QString path = NewPdfPath();
   PrintToPdf(path, source);
-  std::string text(u8"No hay ninguna impresora predeterminada.\r\nLa hoja está guardada en:\r\n"_w);
+  std::string text(kNoPrinter);
   text += FromQString(QDir::toNativeSeparators(path));
   platform::MsgBox(text, platform::Icon::kInformation);
 }

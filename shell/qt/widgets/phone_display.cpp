@@ -53,7 +53,7 @@ PhoneDisplay::PhoneDisplay(QWidget* parent)
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   setMouseTracking(true);
   viewport()->setMouseTracking(true);
-  document()->setDocumentMargin(kGrid / 2);
+  document()->setDocumentMargin(kGrid / 2.0);
   margin_->setAttribute(Qt::WA_TransparentForMouseEvents);
   connect(this, &QPlainTextEdit::updateRequest, margin_, [this] { margin_->update(); });
   SetFontFor(kSmallestFit);

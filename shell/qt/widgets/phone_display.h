@@ -36,12 +36,10 @@ class PhoneDisplay : public QPlainTextEdit {
     return {QPlainTextEdit::minimumSizeHint().width(), minimumHeight()};
   }
   int PixelSize() const { return font().pixelSize(); }
+  void SetPixelSize(int pixels);
 
   // 0-based marked group, -1 for none.
   int MarkedGroup() const { return marked_; }
-
- public slots:
-  void SetPixelSize(int pixels);
 
  signals:
   void PixelSizeChanged(int pixels);

@@ -273,7 +273,7 @@ void ConnectText(QWidget* widget, Event event, const Fire& fire) {
 
 }  // namespace
 
-Binding::Binding(Form1& form, QWidget* parent, Dispatch dispatch) : form_(form) {
+Binding::Binding(Form1& form, QWidget* parent, const Dispatch& dispatch) : form_(form) {
   for (const ControlInfo& info : app::Controls()) {
     BoundControl bound{&info, nullptr, nullptr};
     if (info.kind == ControlKind::kTimer) {

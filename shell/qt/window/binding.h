@@ -29,7 +29,7 @@ class Binding {
   using Dispatch = std::function<void(const Handler&)>;
 
   // Makes the widgets as children of `parent`, connected by the model's table of handlers.
-  Binding(app::Form1& form, QWidget* parent, Dispatch dispatch);
+  Binding(app::Form1& form, QWidget* parent, const Dispatch& dispatch);
 
   std::span<const BoundControl> Controls() const { return bound_; }
   QWidget* Widget(app::Control app::Form1::*member) const;

@@ -104,7 +104,7 @@ MainWindow::~MainWindow() {
   hooks_.closed = nullptr;
 }
 
-void MainWindow::PrepareBrowser() {
+void MainWindow::PrepareBrowser() const {
   hooks_.page->Prepare();
 }
 
@@ -330,7 +330,7 @@ void MainWindow::PlaceBox(QWidget* box) const {
 
 // ---- What the window does by itself -------------------------------------------------------------
 
-void MainWindow::CopyResult() {
+void MainWindow::CopyResult() const {
   QApplication::clipboard()->setText(ToQStringLines(form_.textresultado.text));
   parts_.copy->setText(ToQString(words::kCopied));
   QTimer::singleShot(kCopiedMs, parts_.copy,
@@ -377,7 +377,10 @@ bool MainWindow::FilterTempoKey(QKeyEvent* event) {
     return false;
   }
   const std::string characters = FromQString(typed);
-  std::int16_t code = backspace ? kBackspace : static_cast<unsigned char>(characters[0]);
+  std::int16_t code = kBackspace;
+  if (!backspace) {
+    code = static_cast<unsigned char>(characters[0]);
+  }
   Run([this, &code] { form_.txtcompoTempo_KeyPress(code); });
   return code == 0;
 }

@@ -25,7 +25,7 @@ class MainWindow : public QWidget {
   ~MainWindow() override;
 
   // Makes the browser of WebBrowser1, which takes a moment. Call before Load, while nothing waits.
-  void PrepareBrowser();
+  void PrepareBrowser() const;
   // Runs Form_Load and draws; call before show().
   void Load();
 
@@ -54,7 +54,7 @@ class MainWindow : public QWidget {
   void PlaceBox(QWidget* box) const;
   void FocusPage();
   void PressKey(const QString& key, bool held);
-  void CopyResult();
+  void CopyResult() const;
   void SaveResult();
   bool GoToList(class QKeyEvent* event);
   bool FilterTempoKey(class QKeyEvent* event);
