@@ -26,8 +26,12 @@ std::vector<std::string> Arguments(int argc, const char* const* argv) {
   return arguments;
 }
 
-int ReportUse(const CLI::ParseError& error, Context& context) {
-  Fail(context, ExitCode::kWrongUse, UseError(error) + "\nPrueba «tonadex-cli --help».");
+int ReportUse(const CLI::ParseError& error, const CLI::App& app, Context& context) {
+  // Before it looks at words that it does not know, CLI11 misses a command.
+  const std::vector<std::string> unknown = app.remaining();
+  const bool noCommand = app.get_subcommands().empty() && !unknown.empty();
+  const std::string words = noCommand ? UseError(CLI::ExtrasError({unknown[0]})) : UseError(error);
+  Fail(context, ExitCode::kWrongUse, words + "\nPrueba «tonadex-cli --help».");
   return static_cast<int>(context.exitCode);
 }
 
@@ -59,7 +63,7 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
     app.exit(success, out, err);
     return static_cast<int>(ExitCode::kDone);
   } catch (const CLI::ParseError& error) {
-    return ReportUse(error, context);
+    return ReportUse(error, app, context);
   } catch (const std::exception& error) {
     Fail(context, ExitCode::kSystemFailed, "error inesperado: " + WordsOf(error));
   }
