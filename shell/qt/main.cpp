@@ -44,6 +44,26 @@ void PrepareEnvironment() {
   }
 }
 
+// What the toolkit's Spanish texts leave out of its file dialog.
+class FileKinds : public QTranslator {
+ public:
+  using QTranslator::QTranslator;
+
+  bool isEmpty() const override { return false; }
+
+  QString translate(const char* context, const char* text, const char*, int) const override {
+    if (std::string_view(context) != "QAbstractFileIconProvider") {
+      return {};
+    }
+    const std::string_view kind = text;
+    return kind == "Folder"    ? QStringLiteral("Carpeta")
+           : kind == "%1 File" ? QStringLiteral("Fichero %1")
+           : kind == "File"    ? QStringLiteral("Fichero")
+           : kind == "Drive"   ? QStringLiteral("Unidad")
+                               : QString();
+  }
+};
+
 void LoadTranslations(QApplication& application) {
   QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
   auto* translator = new QTranslator(&application);
@@ -51,6 +71,7 @@ void LoadTranslations(QApplication& application) {
                        QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
     QCoreApplication::installTranslator(translator);
   }
+  QCoreApplication::installTranslator(new FileKinds(&application));
 }
 
 }  // namespace
