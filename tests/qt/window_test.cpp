@@ -125,6 +125,22 @@ TEST(MainWindow, WhileARequestRunsOnlyPaintingGoesOn) {
   EXPECT_EQ(t.test.shell.ends, 0);
 }
 
+TEST(MainWindow, EnterPressesTheButtonThatHasTheFocus) {
+  TestWindow t;
+  t.window.show();
+  for (const auto& [name, page] :
+       {std::pair("cmdbuscar", app::kSearchPage), std::pair("cmdopciones", app::kOptionsPage)}) {
+    t.Widget(name)->setFocus();
+    QTest::keyClick(t.Widget(name), Qt::Key_Return);
+    EXPECT_EQ(t.form.paginaactual, page);
+  }
+  t.Click("cmdbuscar");
+  t.test.http.replies = {"Vals (vals.20)498"};
+  t.Widget("picazar")->setFocus();
+  QTest::keyClick(t.Widget("picazar"), Qt::Key_Enter);
+  EXPECT_EQ(qobject_cast<RowList*>(t.Widget("List1"))->Rows().size(), 1U);
+}
+
 TEST(MainWindow, TheTempoBoxTakesThreeDigits) {
   TestWindow t;
   t.window.show();

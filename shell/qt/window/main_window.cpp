@@ -407,6 +407,17 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
   return QWidget::eventFilter(watched, event);
 }
 
+// Enter presses the button that has the focus; outside dialogs the toolkit knows Space alone.
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  auto* button = qobject_cast<QAbstractButton*>(focusWidget());
+  if (enter && button != nullptr && !event->isAutoRepeat()) {
+    button->click();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (program_.busy || repainting_.Active()) {
     event->ignore();

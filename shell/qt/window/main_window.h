@@ -38,6 +38,7 @@ class MainWindow : public QWidget {
   void Draw();
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
