@@ -6,7 +6,7 @@ build=$1 version=$(head -n 1 "$2") cmake=$3
 folder=$(mktemp -d)
 server=''
 cleanup() {
-  [ -z "$server" ] || kill "$server" 2>/dev/null || true
+  [ -z "$server" ] || { kill "$server" && wait "$server"; } 2>/dev/null || true
   rm -rf "$folder"
 }
 trap cleanup EXIT
@@ -48,7 +48,7 @@ is convertir "$(run "$bin/tonadex-cli" convertir -t t68i --solo-resultado "$user
 
 "$bin/tonadex-server" --puerto 0 --carpeta "$folder/shelf" --registro "$folder/log" >"$folder/said" &
 server=$!
-for ((i = 0; i < 400; i++)); do grep -q http "$folder/said" && break || sleep 0.05; done
+for ((i = 0; i < 1200; i++)); do grep -q http "$folder/said" && break || sleep 0.05; done
 said=$(cat "$folder/said")
 [[ $said == "Tonadex $version: 1 melodías en http://127.0.0.1:"* ]] || fail "el servidor dice «$said»"
 port=$(sed 's|.*:\([0-9]*\)/$|\1|' "$folder/said")

@@ -87,14 +87,12 @@ std::string TextIn(HWND window) {
 // By messages to the window under that place: the emulated mouse loses a click now and then.
 void ClickAt(HWND window, int x, int y) {
   HWND target = window;
-  WaitUntil(
-      [&] {
-        POINT place{x, y};
-        ClientToScreen(window, &place);
-        target = WindowFromPoint(place);
-        return target == window || IsChild(window, target) != 0;
-      },
-      5000);
+  WaitUntil([&] {
+    POINT place{x, y};
+    ClientToScreen(window, &place);
+    target = WindowFromPoint(place);
+    return target == window || IsChild(window, target) != 0;
+  });
   POINT place{x, y};
   MapWindowPoints(window, target, &place, 1);
   const LPARAM where = MAKELPARAM(place.x, place.y);
@@ -105,7 +103,7 @@ void ClickAt(HWND window, int x, int y) {
 
 void Click(HWND window) {
   RECT area{};
-  WaitUntil([&] { return GetClientRect(window, &area) != 0 && area.right > 8; }, 5000);
+  WaitUntil([&] { return GetClientRect(window, &area) != 0 && area.right > 8; });
   GetClientRect(window, &area);
   ClickAt(window, area.right / 2, area.bottom / 2);
 }

@@ -10,11 +10,14 @@
 // Someone at the screen: looks for windows, clicks and types as a person does.
 namespace tonadex::test {
 
+// What a busy machine may take; nothing that works comes near it.
+inline constexpr DWORD kPatienceMs = 60'000;
+
 // Whether `condition` comes true within the time, looked at again and again.
-bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = 20000);
+bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = kPatienceMs);
 
 // The visible top-level window of this class and, unless 0, of this process; null for none in time.
-HWND WaitForWindow(const wchar_t* kind, DWORD process = 0, DWORD milliseconds = 20000);
+HWND WaitForWindow(const wchar_t* kind, DWORD process = 0, DWORD milliseconds = kPatienceMs);
 
 // The window of a control of the main window.
 HWND ControlWindow(HWND mainWindow, app::Control app::Form1::*member);

@@ -47,7 +47,7 @@ class WindowTest : public testing::Test {
     return WaitUntil([&] { return IsWindowVisible(Of(member)) != 0; });
   }
   bool Reads(app::Control Form1::*member, std::string_view text) const {
-    return WaitUntil([&] { return TextIn(Of(member)) == text; }, 5000);
+    return WaitUntil([&] { return TextIn(Of(member)) == text; });
   }
   DWORD Close() {
     PostMessageW(window, WM_CLOSE, 0, 0);

@@ -33,7 +33,7 @@ class RunningProgram {
 
   DWORD id() const { return process_.dwProcessId; }
   // The exit code; 0xFFFFFFFF when it does not end in time.
-  DWORD WaitForEnd(DWORD milliseconds = 20000);
+  DWORD WaitForEnd(DWORD milliseconds = 60'000);
 
  private:
   PROCESS_INFORMATION process_{};
