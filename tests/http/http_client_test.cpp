@@ -21,14 +21,16 @@ using std::chrono::milliseconds;
 using test::RawServer;
 using test::RawSocket;
 
-constexpr milliseconds kIdle{250};
 constexpr std::size_t kMaxBody = 100'000;
-constexpr HttpLimits kShortLimits{.connectTimeout = milliseconds(400),
-                                  .idleTimeout = kIdle,
-                                  .dripTimeout = milliseconds(1500),
-                                  .leastBytesPerSecond = 1000,
-                                  .maxBodyBytes = kMaxBody,
-                                  .pumpInterval = milliseconds(5)};
+// The time-outs of the program, for what must not run into one even on a machine that stands still
+// for a moment; and short ones for what must.
+constexpr HttpLimits kPatient{.maxBodyBytes = kMaxBody, .pumpInterval = milliseconds(5)};
+constexpr HttpLimits kHasty{.connectTimeout = milliseconds(400),
+                            .idleTimeout = milliseconds(250),
+                            .dripTimeout = milliseconds(1500),
+                            .leastBytesPerSecond = 1000,
+                            .maxBodyBytes = kMaxBody,
+                            .pumpInterval = milliseconds(5)};
 constexpr const char* kSlow = "failed: El servidor no responde a tiempo";
 
 std::string WithLength(std::size_t length, const std::string& body) {
@@ -82,7 +84,7 @@ RawServer::Answer Stalls(const std::string& start) {
 
 void ExpectOutcome(const RawServer::Answer& answer, const std::string& want) {
   RawServer server(answer);
-  HttpClient client({}, kShortLimits);
+  HttpClient client({}, want == kSlow ? kHasty : kPatient);
   EXPECT_EQ(Outcome(client, server.Base() + "/x"), want);
   EXPECT_EQ(server.RequestLines().size(), 1u);
 }
@@ -131,7 +133,7 @@ TEST(HttpClientGet, SendsTargetsAsTyped) {
 }
 
 TEST(HttpClientGet, RefusesAddressesThatItCannotUse) {
-  HttpClient client({}, kShortLimits);
+  HttpClient client({}, kPatient);
   for (const test::Row& row : test::Table("Addresses")) {
     EXPECT_EQ(Outcome(client, row[0]), "failed: " + row[1]) << row[0];
     EXPECT_EQ(client.LastStatus(), 0);
@@ -143,10 +145,8 @@ TEST(HttpClientGet, GivesUpConnectingAfterItsTime) {
   std::uint16_t port = 0;
   const int listener = test::ListenOnLoopback(0, port);
   const RawSocket queued = RawSocket::Connect(port);
-  HttpClient client({}, kShortLimits);
-  const auto start = std::chrono::steady_clock::now();
+  HttpClient client({}, kHasty);
   EXPECT_EQ(Outcome(client, "http://127.0.0.1:" + std::to_string(port)), kSlow);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
   ::close(listener);
 }
 
@@ -166,7 +166,7 @@ TEST(HttpClientGet, PumpsInTheCallersThreadAndTellsProgress) {
     last = received;
     total = all;
   };
-  HttpClient client(hooks, kShortLimits);
+  HttpClient client(hooks, kPatient);
   EXPECT_EQ(client.Get(server.Base()), "gotera");
   EXPECT_GE(pumped, 5);
   EXPECT_EQ(last, 6u);
@@ -175,8 +175,7 @@ TEST(HttpClientGet, PumpsInTheCallersThreadAndTellsProgress) {
 
 TEST(HttpClientGet, CanBeLeftThroughThePump) {
   RawServer server([](const RawSocket& client) { client.ReadAll(); });
-  HttpClient client({.pump = [] { throw std::runtime_error("closed"); }, .progress = {}},
-                    kShortLimits);
+  HttpClient client({.pump = [] { throw std::runtime_error("closed"); }, .progress = {}}, kPatient);
   EXPECT_THROW(client.Get(server.Base()), std::runtime_error);
 }
 

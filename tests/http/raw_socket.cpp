@@ -13,7 +13,7 @@
 namespace tonadex::test {
 namespace {
 
-constexpr int kPatienceMs = 20'000;
+constexpr int kPatienceMs = 60'000;
 constexpr int kLookMs = 20;
 
 sockaddr_in Loopback(std::uint16_t port) {

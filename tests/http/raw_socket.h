@@ -26,7 +26,7 @@ class RawSocket {
   // False once the other side has hung up.
   bool Send(std::string_view bytes) const;
   void EndSending() const;
-  // What comes until `end` has come, the other side ends or nothing came for 20 s.
+  // What comes until `end` has come, the other side ends or nothing came for a minute.
   std::string ReadUntil(std::string_view end) const;
   std::string ReadAll() const { return ReadUntil({}); }
   int handle() const { return handle_; }

@@ -31,7 +31,7 @@ string UploadPath(const string& name) {
 }
 
 void WaitForRole(const EmbeddedServer& server, EmbeddedRole role) {
-  const auto end = Clock::now() + std::chrono::seconds(20);
+  const auto end = Clock::now() + std::chrono::seconds(60);
   while (server.Role() != role && Clock::now() < end) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
