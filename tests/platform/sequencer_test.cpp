@@ -22,7 +22,7 @@ double MsSince(Clock::time_point begun) {
 bool WaitFor(const std::function<bool()>& condition) {
   const Clock::time_point begun = Clock::now();
   while (!condition()) {
-    if (MsSince(begun) > 10'000) {
+    if (MsSince(begun) > 30'000) {
       return false;
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
@@ -72,8 +72,12 @@ TEST_F(FluidSequencerTest, WithoutSoundTheClockStandsInAndNothingIsPrinted) {
       EXPECT_TRUE(sequencer.IsSilent());
       const Clock::time_point begun = Clock::now();
       const double before = sequencer.PositionMs().value();
+      const Clock::time_point asked = Clock::now();
       std::this_thread::sleep_for(std::chrono::milliseconds(30));
-      EXPECT_NEAR(sequencer.PositionMs().value() - before, MsSince(begun), 20);
+      const double least = MsSince(asked);
+      const double passed = sequencer.PositionMs().value() - before;
+      EXPECT_GE(passed, least);
+      EXPECT_LE(passed, MsSince(begun));
       EXPECT_EQ(sequencer.SendString("close mR2M"), 0);
       EXPECT_EQ(sequencer.PositionMs(), std::nullopt);
     }
@@ -93,7 +97,7 @@ TEST_F(FluidSequencerTest, TheUsualDriversNeitherHangNorPrint) {
     sequencer.SendString("play mR2M notify");
     EXPECT_TRUE(WaitFor([&] { return sequencer.PositionMs() > 20; }));
   }
-  EXPECT_LT(MsSince(begun), 4000);
+  EXPECT_LT(MsSince(begun), 10'000);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
@@ -108,7 +112,7 @@ TEST_F(FluidSequencerTest, OrdersNeverWait) {
       }
       const Clock::time_point begun = Clock::now();
       ASSERT_EQ(sequencer.SendString(command), 0) << command;
-      EXPECT_LT(MsSince(begun), 250) << command;
+      EXPECT_LT(MsSince(begun), 1000) << command;  // a device may take longer to start
     }
   }
 }
