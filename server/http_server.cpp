@@ -282,6 +282,8 @@ void HttpServer::State::Stop() {
     thread.join();
   }
   threads.clear();
+  ErrorCode ignored;
+  acceptor.close(ignored);  // where no thread came to do it
 }
 
 void HttpServer::State::BusyChanged(int change) {
@@ -456,7 +458,13 @@ HttpServer::HttpServer(ServerOptions options, RequestHandler handler)
                              std::to_string(state_->options.port) + ": " +
                              core::ToUtf8(core::ErrorWords(std::error_code(error.code()))));
   }
-  state_->Start();
+  try {
+    state_->Start();
+  } catch (const std::system_error& error) {  // no thread, or not all of them
+    state_->Stop();
+    throw std::runtime_error("no se pueden crear los hilos del servidor: " +
+                             core::ToUtf8(core::ErrorWords(error.code())));
+  }
 }
 
 HttpServer::~HttpServer() {
