@@ -94,15 +94,23 @@ class OrderedResults {
   bool closed_ = false;
 };
 
+// However the reader or the writer ends: the other one would wait for ever.
+class ClosesAtEnd {
+ public:
+  explicit ClosesAtEnd(OrderedResults& results) : results_(results) {}
+  ~ClosesAtEnd() { results_.Close(); }
+  ClosesAtEnd(const ClosesAtEnd&) = delete;
+  ClosesAtEnd& operator=(const ClosesAtEnd&) = delete;
+
+ private:
+  OrderedResults& results_;
+};
+
 void WriteResults(OrderedResults& results, std::ostream& out) {
-  while (true) {
-    std::future<std::string> next = results.Pop();
-    if (!next.valid()) {
-      return;
-    }
+  const ClosesAtEnd closing(results);
+  for (std::future<std::string> next = results.Pop(); next.valid(); next = results.Pop()) {
     out << next.get() << std::flush;
     if (!out) {
-      results.Close();
       return;
     }
   }
@@ -123,20 +131,25 @@ Batch ReadBatch(std::istream& in) {
   return lines;
 }
 
+void ReadLines(std::istream& in, std::string_view model, std::string_view row,
+               OrderedResults& results) {
+  const ClosesAtEnd closing(results);
+  for (Batch lines = ReadBatch(in); !lines.empty(); lines = ReadBatch(in)) {
+    auto task = [batch = std::move(lines), model, row] { return ConvertBatch(batch, model, row); };
+    if (!results.Push(std::async(std::launch::async, std::move(task)))) {
+      return;
+    }
+  }
+}
+
 }  // namespace
 
 bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model,
                   std::string_view row) {
   OrderedResults results(2 * std::size_t{std::max(2u, std::thread::hardware_concurrency())});
-  std::jthread writer([&] { WriteResults(results, out); });
-  for (Batch lines = ReadBatch(in); !lines.empty(); lines = ReadBatch(in)) {
-    auto task = [batch = std::move(lines), model, row] { return ConvertBatch(batch, model, row); };
-    if (!results.Push(std::async(std::launch::async, std::move(task)))) {
-      break;
-    }
-  }
-  results.Close();
-  writer.join();
+  auto writer = std::async(std::launch::async, [&] { WriteResults(results, out); });
+  ReadLines(in, model, row, results);
+  writer.get();
   return static_cast<bool>(out);
 }
 
