@@ -9,8 +9,7 @@
 namespace tonadex::server {
 
 // Says where the folder's server listens on this machine, for the programs that find the folder
-// taken; nothing in the folder means that nobody does.
-// False when that cannot be written.
+// taken; nothing in the folder means that nobody does. False when that cannot be written.
 bool PublishPort(const std::filesystem::path& folder, std::uint16_t port);
 void WithdrawPort(const std::filesystem::path& folder);
 std::optional<std::uint16_t> PublishedPort(const std::filesystem::path& folder);

@@ -35,7 +35,7 @@ struct FileHead {
   std::int64_t modified = 0;  // a time stamp that only serves to compare
 };
 
-// The first `maxBytes` of a file; none when it cannot be read or is no ordinary file.
+// The first `maxBytes` of a file and its time. False when it cannot be read or is no ordinary file.
 bool ReadHead(const std::filesystem::path& file, std::size_t maxBytes, FileHead& head);
 
 // Keeps other programs (and other locks of this one) from writing to a folder; ends with the

@@ -5,6 +5,7 @@
 #include "server/limits.h"
 
 namespace tonadex::server {
+
 double RateLimit::Refilled(const Allowance& allowance, Clock::time_point now) const {
   const double minutes = std::chrono::duration<double, std::ratio<60>>(now - allowance.at).count();
   return std::min<double>(perMinute_, allowance.left + minutes * perMinute_);

@@ -13,7 +13,7 @@ namespace tonadex::server {
 std::string Fold(std::string_view text);
 
 // The names of all melodies in one piece of memory, searched by going through it from the newest
-// melody to the oldest. Not synchronised; holds up to 4 GiB of names.
+// melody to the oldest. Texts are Windows-1252. Not synchronised; holds up to 4 GiB of names.
 class SearchIndex {
  public:
   // The newest melody comes last. Neither text holds control characters.

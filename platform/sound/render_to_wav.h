@@ -15,10 +15,9 @@ enum class RenderResult {
 };
 
 // Plays a MIDI file into a sound file (WAV, 44100 Hz, stereo, 16 bits), as fast as the machine can:
-// what the sequencer would have played, until the last note has faded
-// or an hour is full. The drivers of `options` are
-// not used. The sound file appears when it is complete; after a failure what was there is still
-// there.
+// what the sequencer would have played, until the last note has faded or an hour is full. The
+// drivers of `options` are not used. The sound file appears when it is complete; after a failure
+// what was there is still there.
 RenderResult RenderToWav(const std::filesystem::path& midiFile,
                          const std::filesystem::path& wavFile,
                          const SoundOptions& options = SoundOptionsFromEnvironment());

@@ -20,6 +20,7 @@ using core::ErrorNumber;
 using core::RunTimeError;
 
 constexpr int kTwipsPerInch = 1440;
+constexpr UINT kUtf16 = 1200;  // as a code page
 
 class PrinterContext {
  public:
@@ -51,7 +52,7 @@ class PrinterContext {
 };
 
 LONG TextLength(HWND control) {
-  GETTEXTLENGTHEX want{GTL_NUMCHARS | GTL_PRECISE, 1200};
+  GETTEXTLENGTHEX want{GTL_NUMCHARS | GTL_PRECISE, kUtf16};
   return static_cast<LONG>(
       SendMessageW(control, EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&want), 0));
 }

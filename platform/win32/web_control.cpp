@@ -78,7 +78,7 @@ struct WebControl::Site final : IOleClientSite,
   Ref<IOleInPlaceActiveObject> active;
   Ref<IConnectionPoint> events;
   DWORD eventsCookie = 0;
-  bool tried = false, works = true;
+  bool tried = false;
   bool ours = false;  // the navigation that begins is one that the program asked for
   std::atomic<ULONG> references{1};
 
@@ -250,11 +250,12 @@ void WebControl::Site::Make() {
   RECT place{};
   GetClientRect(host, &place);
   Ref<IConnectionPointContainer> points;
-  works = CoCreateInstance(CLSID_WebBrowser, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject,
-                           object.any()) == S_OK &&
-          object->SetClientSite(this) == S_OK &&
-          SUCCEEDED(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, this, 0, host, &place)) &&
-          object->QueryInterface(IID_IWebBrowser2, browser.any()) == S_OK;
+  const bool works =
+      CoCreateInstance(CLSID_WebBrowser, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject,
+                       object.any()) == S_OK &&
+      object->SetClientSite(this) == S_OK &&
+      SUCCEEDED(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, this, 0, host, &place)) &&
+      object->QueryInterface(IID_IWebBrowser2, browser.any()) == S_OK;
   if (!works) {
     Drop();
     return;
@@ -353,10 +354,6 @@ void WebControl::Navigate(std::string_view url) {
   VARIANT none{};
   site_->ours = true;
   site_->browser->Navigate2(&where, &flags, &none, &none, &none);
-}
-
-bool WebControl::Works() const {
-  return site_->works;
 }
 
 bool WebControl::TranslateKey(MSG& message) {

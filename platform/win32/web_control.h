@@ -27,8 +27,6 @@ class WebControl {
   HWND window() const;
   // Loads the address (Windows-1252), again when it is shown already.
   void Navigate(std::string_view url);
-  // Whether the control could be made; true until the first navigation.
-  bool Works() const;
   // Gives a keystroke to the page that has the focus; true when the page took it.
   bool TranslateKey(MSG& message);
 

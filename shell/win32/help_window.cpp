@@ -4,6 +4,8 @@
 #include <commdlg.h>
 #include <richedit.h>
 
+#include <algorithm>
+
 #include "app/words.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"

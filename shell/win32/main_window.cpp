@@ -29,6 +29,7 @@ using app::Look;
 
 constexpr wchar_t kClass[] = L"TonadexForm1";
 constexpr UINT_PTR kFollowTimer = 1, kCopiedTimer = 2;
+constexpr std::size_t kLongestPath = 32768;  // of the system's W functions
 
 constexpr auto kTitles = std::to_array<app::Control Form1::*>(
     {&Form1::lbltitulocompo, &Form1::lbltitulortttl, &Form1::lbltextresult});
@@ -551,7 +552,7 @@ void MainWindow::CopyResult() {
 void MainWindow::SaveResult() {
   Run([this] {
     std::wstring file = platform::ToWide(form_.SuggestedResultName());
-    file.resize(32768);
+    file.resize(kLongestPath);
     std::wstring filter = platform::ToWide(words::kFilterText);
     filter += std::wstring(L"\0*.txt\0*.*\0*.*\0", 15);
     const std::wstring title = platform::ToWide(words::kSaveAs);

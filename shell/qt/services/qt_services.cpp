@@ -185,7 +185,6 @@ void QtShellServices::OpenHelp(const std::filesystem::path& file) {
 }
 
 void QtShellServices::End() {
-  ended_ = true;
   const QWidgetList widgets = QApplication::topLevelWidgets();
   for (QWidget* widget : widgets) {
     widget->hide();

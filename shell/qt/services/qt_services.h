@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "platform/file_dialog.h"
@@ -81,14 +82,12 @@ class QtShellServices : public platform::ShellServices {
   void OpenHelp(const std::filesystem::path& file) override;
   // Closes every window and leaves the event loop.
   void End() override;
-  bool Ended() const { return ended_; }
 
  private:
   WindowHooks& hooks_;
   Repainting& repainting_;
   std::filesystem::path folder_;
   std::string tempPath_;
-  bool ended_ = false;
 };
 
 class QtWebViews : public platform::WebViews {
