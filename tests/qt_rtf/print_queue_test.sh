@@ -53,9 +53,12 @@ END
 export CUPS_SERVER=$root/run/cups.sock TONADEX_HOME=$root/home
 cupsd -f -c "$root/cupsd.conf" -s "$root/cups-files.conf" &
 server=$!
-until_true lpstat -r
+# lpstat succeeds without a server too; its word counts.
+listens() { LC_ALL=C lpstat -r | grep -q 'scheduler is running'; }
+until_true listens
 for queue in OTRA CASA CERRADA; do
-  lpadmin -p "$queue" -v "file:$root/out/$queue.pdf" -P "$model" -E 2>/dev/null
+  lpadmin -p "$queue" -v "file:$root/out/$queue.pdf" -P "$model" -E 2>"$root/said" ||
+    fail "no queue $queue: $(cat "$root/said")"
 done
 lpadmin -d CASA
 cupsreject CERRADA
