@@ -149,6 +149,13 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
         SetFocus(focus_);
       }
       return 0;
+    case WM_NEXTDLGCTL: {  // from a label's mnemonic: to the label, then on to its field
+      const HWND next = LOWORD(data) != 0
+                            ? reinterpret_cast<HWND>(wide)
+                            : GetNextDlgTabItem(window_, GetFocus(), wide != 0 ? TRUE : FALSE);
+      SetFocus(next);
+      return 0;
+    }
     case WM_CLOSE:
       Close();
       return 0;

@@ -135,6 +135,11 @@ TEST_F(WindowTest, SearchesDownloadsAndShowsTheMelodyByKeyboardAlone) {
   Press('R', true);
   ASSERT_TRUE(Shows(&Form1::textresultado));
   EXPECT_TRUE(WaitUntil([&] { return SendMessageW(Of(&Form1::List1), LB_GETCOUNT, 0, 0) == 2; }));
+  Press('I', true);
+  ASSERT_TRUE(Shows(&Form1::txtrtttlsube));
+  Press('X', true);  // by its label
+  Type(L"Vals");
+  EXPECT_TRUE(Reads(&Form1::txtrtttlsube, "Vals"));
 }
 
 TEST_F(WindowTest, PlaysUnderItsMessageBox) {
