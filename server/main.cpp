@@ -47,12 +47,17 @@ void AddArguments(CLI::App& app, Arguments& arguments) {
       ->capture_default_str();
   app.add_option("--direccion", arguments.server.address,
                  "Dirección numérica en la que escucha; 0.0.0.0 para todas")
+      ->type_name("DIRECCIÓN")
       ->capture_default_str();
-  app.add_option("--carpeta", arguments.folder, "Carpeta de las melodías")->capture_default_str();
+  app.add_option("--carpeta", arguments.folder, "Carpeta de las melodías")
+      ->type_name("CARPETA")
+      ->capture_default_str();
   app.add_option("--registro", arguments.logFile,
-                 "Fichero al que se añade una línea por petición (si falta, la salida de errores)");
+                 "Fichero al que se añade una línea por petición (si falta, la salida de errores)")
+      ->type_name("FICHERO");
   app.add_option("--estanteria", arguments.firstMelodies,
                  "Melodías con las que se llena una carpeta vacía")
+      ->type_name("CARPETA")
       ->capture_default_str();
   app.add_flag("--proxy", arguments.server.behindProxy,
                "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For");
@@ -123,7 +128,7 @@ int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
   argc = given.count();
   argv = given.values();
 #endif
-  CLI::App app("Servidor de melodías de Tonadex");
+  CLI::App app("Servidor de melodías de Tonadex", "tonadex-server");
   app.set_version_flag("--version", "tonadex-server " TONADEX_VERSION, "Muestra la versión");
   Arguments arguments;
   AddArguments(app, arguments);
