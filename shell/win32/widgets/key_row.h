@@ -10,8 +10,8 @@
 
 namespace tonadex::shell {
 
-// The phone's keys under the composer's notes. A key kept down for half a second, by mouse or with
-// the Shift key, counts as held.
+// The phone's keys under the composer's notes. A key that the mouse keeps down for kHoldMs, or that
+// is pressed with the Shift key, counts as held.
 class KeyRow {
  public:
   using Pressed = std::function<void(std::string_view label, bool held)>;
