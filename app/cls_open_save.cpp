@@ -1,6 +1,5 @@
 #include "app/cls_open_save.h"
 
-#include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"

@@ -2,13 +2,13 @@
 
 #include <array>
 #include <exception>
+#include <filesystem>
 #include <system_error>
 
 #include "app/form1_tables.h"
 #include "app/phone_words.h"
 #include "app/settings.h"
 #include "core/dispatcher/conversion.h"
-#include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "net/addresses.h"

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <memory>
 
 #include "app/form1.h"
 #include "core/melody_file.h"

@@ -1,5 +1,7 @@
+#include <filesystem>
 #include <optional>
 #include <system_error>
+#include <vector>
 
 #include "app/cls_open_save.h"
 #include "app/form1.h"

@@ -1,9 +1,9 @@
 #include "app/melody_drawing.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "app/phone_formats.h"

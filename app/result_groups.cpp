@@ -1,6 +1,7 @@
 #include "app/result_groups.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/phone_formats.h"
 #include "core/melody_file.h"

@@ -1,7 +1,6 @@
 #include "app/rtttl_check.h"
 
 #include <array>
-#include <optional>
 
 #include "core/number.h"
 #include "core/rtttl.h"

@@ -8,6 +8,7 @@
 #include "cli/shared_options.h"
 #include "core/phone_catalogue.h"
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "midi/mMidiLibOut.h"
 

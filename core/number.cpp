@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <system_error>
 
 #include "core/runtime_error.h"
 #include "core/text.h"

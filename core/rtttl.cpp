@@ -5,6 +5,7 @@
 #include <span>
 
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "platform/message_box.h"
 

@@ -7,8 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "core/text.h"
-
 // The melody record and the parser of RTTTL: "name:d=4,o=5,b=63:8c#.6,p,…".
 namespace tonadex::core {
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "core/number.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/findings.h"
 #include "formats/imelody_notation.h"

@@ -1,5 +1,6 @@
 #include "formats/kws.h"
 
+#include <algorithm>
 #include <limits>
 #include <vector>
 

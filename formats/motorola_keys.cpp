@@ -4,8 +4,8 @@
 #include <array>
 
 #include "core/number.h"
+#include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/findings.h"
 #include "formats/imelody_notation.h"
 #include "formats/note_length.h"
 #include "formats/octave_band.h"

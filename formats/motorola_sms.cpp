@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/number_helpers.h"
 #include "formats/octave_band.h"

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "core/number.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/findings.h"
 #include "formats/note_keys.h"

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "core/number.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/findings.h"
 #include "formats/note_length.h"

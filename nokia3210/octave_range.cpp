@@ -7,6 +7,7 @@
 
 #include "core/number.h"
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 
 namespace tonadex::nokia3210 {
