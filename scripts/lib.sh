@@ -1,4 +1,4 @@
-# What run.sh, test.sh and check.sh share: packages, build folder, presets. Debian 12.
+# What the scripts share: packages, build folder, presets. Debian 12.
 # shellcheck shell=bash
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -48,13 +48,11 @@ install_packages() {
 build() {
   local preset=$1
   shift
-  local targets=()
+  local targets=() configured
   [ $# -eq 0 ] || targets=(--target "$@")
-  (cd "$root" && cmake --preset "$preset" >"/tmp/tonadex-configure-$$.log" 2>&1) || {
-    cat "/tmp/tonadex-configure-$$.log" >&2
-    rm -f "/tmp/tonadex-configure-$$.log"
+  configured=$(cd "$root" && cmake --preset "$preset" 2>&1) || {
+    printf '%s\n' "$configured" >&2
     return 1
   }
-  rm -f "/tmp/tonadex-configure-$$.log"
   (cd "$root" && cmake --build --preset "$preset" "${targets[@]}" >&2)
 }
