@@ -76,10 +76,8 @@ void Form1::FillRepertoire() {
       step([&] { line = core::ReadMelodyLine(file); });
       const std::string name = core::ScanName(line);
       const std::string formed = name + " (" + core::TextFromPath(file.filename());
-      step([&] {
-        stem = core::Mid(core::CutNumber(formed), static_cast<std::ptrdiff_t>(name.size()) + 3);
-      });
-      List1.AddRow(stem == name ? stem : std::string(name).append(" (").append(stem).append(")"));
+      step([&] { stem = core::FormedStem(formed, name); });
+      List1.AddRow(core::RowText(name, stem));
       skipping = false;
       List1.rows.back().itemData = core::FileNumber(formed);
     }

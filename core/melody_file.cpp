@@ -142,15 +142,23 @@ std::int32_t FileNumber(std::string_view formed) {
   return ToInt32(ToNumber(number));
 }
 
+std::string_view FormedStem(std::string_view formed, std::string_view name) {
+  const std::size_t open = name.size() + std::string_view(" (").size();
+  return Mid(CutNumber(formed), static_cast<std::ptrdiff_t>(open) + 1);
+}
+
+std::string RowText(std::string_view name, std::string_view stem) {
+  std::string text(stem);
+  if (stem != name) {
+    text.insert(0, std::string(name) + " (").append(")");
+  }
+  return text;
+}
+
 MelodyRow RepertoireRow(std::string_view line, std::string_view fileName) {
   const std::string name = ScanName(line);
   const std::string formed = name + " (" + std::string(fileName);
-  const std::string_view cut = CutNumber(formed);
-  const std::string_view stem = Mid(cut, static_cast<std::ptrdiff_t>(name.size()) + 3);
-  MelodyRow row;
-  row.text = stem == name ? std::string(stem) : std::string(cut) + ")";
-  row.number = FileNumber(formed);
-  return row;
+  return {RowText(name, FormedStem(formed, name)), FileNumber(formed)};
 }
 
 std::string_view RowStem(std::string_view row) {

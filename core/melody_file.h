@@ -47,8 +47,14 @@ std::string_view CutNumber(std::string_view text);
 // mismatch when that is no number, also when nothing stands there.
 std::int32_t FileNumber(std::string_view formed);
 
+// The stem in `name (file name`. Errors: those of CutNumber.
+std::string_view FormedStem(std::string_view formed, std::string_view name);
+
+// "name (stem)", or the stem alone when both are the same.
+std::string RowText(std::string_view name, std::string_view stem);
+
 struct MelodyRow {
-  std::string text;         // "name (stem)", or the stem alone when both are the same
+  std::string text;         // as RowText gives it
   std::int32_t number = 0;  // item data: the number of the file name
 };
 
