@@ -13,6 +13,8 @@ namespace {
 
 using namespace core::literals;
 using nokia3210::cNote;
+using nokia3210::kNeverSharp;
+using nokia3210::kNoteSeparators;
 
 constexpr std::array<ComposerKey, kKeyCount> kKeys = {{
     {"1", "do", u8"Do; mantenla pulsada para una nota con puntillo"_w},
@@ -31,13 +33,11 @@ constexpr std::array<ComposerKey, kKeyCount> kKeys = {{
 
 constexpr std::string_view kNoteKeys = "1234567";
 constexpr std::string_view kLetters = "cdefgab";  // of the note keys
-constexpr std::string_view kNeverSharp = "eb";
-constexpr std::string_view kSeparators = " \t\r\n,;";
 constexpr std::uint8_t kLongest = 1, kShortest = 32;
 
 // The end of the run without separators that begins at `from`; a parenthesis is kept whole.
 std::size_t WordEnd(std::string_view text, std::size_t from) {
-  const std::size_t end = std::min(text.find_first_of(kSeparators, from), text.size());
+  const std::size_t end = std::min(text.find_first_of(kNoteSeparators, from), text.size());
   const std::size_t close = text.find(')', from);
   return text[from] == '(' && close != std::string_view::npos ? std::max(end, close + 1) : end;
 }
@@ -49,10 +49,10 @@ struct Word {
 // The last word that begins before the cursor.
 std::optional<Word> WordAt(std::string_view text, std::size_t cursor) {
   std::optional<Word> word;
-  std::size_t at = text.find_first_not_of(kSeparators);
+  std::size_t at = text.find_first_not_of(kNoteSeparators);
   while (at != std::string_view::npos && at < cursor) {
     word = Word{at, WordEnd(text, at)};
-    at = text.find_first_not_of(kSeparators, word->to);
+    at = text.find_first_not_of(kNoteSeparators, word->to);
   }
   return word;
 }
@@ -80,7 +80,7 @@ ComposerText Insert(const ComposerText& before, cNote note) {
   ComposerText after = before;
   std::string inserted = (at == 0 ? "" : " ") + note.Full_ComposerNote();
   after.cursor = at + inserted.size();
-  if (at < before.text.size() && kSeparators.find(before.text[at]) == std::string_view::npos) {
+  if (at < before.text.size() && kNoteSeparators.find(before.text[at]) == std::string_view::npos) {
     inserted += ' ';
   }
   after.text.insert(at, inserted);

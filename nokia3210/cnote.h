@@ -15,6 +15,8 @@ enum class NoteKind : std::int16_t {
   kRTTTL = 2,     // "8c#.6,p": a notes section without its header, parted by ","
 };
 
+inline constexpr std::string_view kNeverSharp = "eb";  // letters that the composer cannot sharpen
+
 // One note or pause of the composer.
 struct cNote {
   std::uint8_t Duration = 4;  // 1, 2, 4, 8, 16 or 32

@@ -14,7 +14,6 @@ namespace {
 
 using namespace core::literals;
 
-constexpr std::string_view kSeparators = " \t\r\n,;";
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kHold = "(hold ";
@@ -48,12 +47,12 @@ class ComposerScanner {
 
   void ReadAll(CNotes& notes, ErrorLog& log) {
     SkipTempo();
-    while ((at_ = text_.find_first_not_of(kSeparators, at_)) != std::string_view::npos) {
+    while ((at_ = text_.find_first_not_of(kNoteSeparators, at_)) != std::string_view::npos) {
       const std::size_t start = at_;
       if (const std::optional<cNote> note = ReadHeldOrToken()) {
         notes.Add(*note);
       } else {
-        at_ = std::min(text_.find_first_of(kSeparators, at_), text_.size());
+        at_ = std::min(text_.find_first_of(kNoteSeparators, at_), text_.size());
         LogUnread(log, start, text_.substr(start, at_ - start));
       }
     }
@@ -127,7 +126,8 @@ class ComposerScanner {
     }
     const bool read = pause ? !note.Sharp && ReadMarks(note, ".")
                             : ReadLetter(note) && ReadMarks(note, ".#") &&
-                                  (!note.Sharp || !IsOneOf(note.Letter, "eb")) && ReadOctave(note);
+                                  (!note.Sharp || !IsOneOf(note.Letter, kNeverSharp)) &&
+                                  ReadOctave(note);
     return read ? std::optional(note) : std::nullopt;
   }
 
@@ -192,7 +192,8 @@ std::optional<cNote> ToComposer(const core::RTTTLNote& parsed, ErrorLog& log) {
   if (core::IsPause(parsed)) {
     return note;
   }
-  const bool known = IsOneOf(note.Letter, "abcdefg") && !(note.Sharp && IsOneOf(note.Letter, "eb"));
+  const bool known =
+      IsOneOf(note.Letter, "abcdefg") && !(note.Sharp && IsOneOf(note.Letter, kNeverSharp));
   if (!known || parsed.Octave.size() != 1 || parsed.Octave.front() < '4') {
     return std::nullopt;
   }
@@ -213,7 +214,7 @@ void ReadRTTTL(std::string_view text, const Defaults& defaults, CNotes& notes, E
     melody.Text = text;
     core::SkipErrors([&] { core::ParseRTTTLHeader(melody); });
   }
-  while ((at = text.find_first_not_of(kSeparators, at)) != std::string_view::npos) {
+  while ((at = text.find_first_not_of(kNoteSeparators, at)) != std::string_view::npos) {
     const std::size_t end = std::min(text.find(',', at), text.size());
     std::string item = core::ToLower(text.substr(at, end - at));
     std::erase_if(item, [](char c) { return IsOneOf(c, kBlanks); });

@@ -8,6 +8,9 @@
 
 namespace tonadex::nokia3210 {
 
+// What parts the notes of a typed text, blanks among them.
+inline constexpr std::string_view kNoteSeparators = " \t\r\n,;";
+
 // The notes of a melody, numbered from 1.
 class CNotes {
  public:
