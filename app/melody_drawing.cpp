@@ -24,11 +24,7 @@ namespace {
 
 using namespace core::literals;
 
-constexpr int kSemitones = 12;
 constexpr int kHighestOctave = 10;  // 0 is the lowest
-constexpr int kQuartersPerBar = 4;
-constexpr int kQuarterMs = 60000;  // at tempo 1
-constexpr int kRangeSpan = 2;      // as the converters ask for it
 
 struct Octaves {
   int lowest = 0, highest = 0;
@@ -45,7 +41,7 @@ std::optional<Octaves> PlayedOctaves(core::RTTTLMelody melody, std::string_view 
   }
   int lowest = format->lowest;
   if (format->range == OctaveRange::kAround) {
-    lowest = nokia3210::AutoOctave(melody, kRangeSpan);
+    lowest = nokia3210::AutoOctave(melody, nokia3210::kRangeSpan);
   }
   return Octaves{lowest, lowest + format->octaves - 1};
 }
@@ -73,7 +69,7 @@ std::optional<DrawnNote> DrawNote(const core::RTTTLNote& note, double tempo,
     return std::nullopt;
   }
   drawn.name = formats::kSpanishPitches[static_cast<std::size_t>(*semitone)];
-  drawn.pitch = kSemitones * octave + *semitone;
+  drawn.pitch = formats::kSemitones * octave + *semitone;
   drawn.outside = played && (octave < played->lowest || octave > played->highest);
   return drawn;
 }
@@ -106,7 +102,7 @@ void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
   }
   std::optional<Octaves> played;
   core::SkipErrors([&] { played = PlayedOctaves(melody, model); });
-  drawing.barLength = kQuartersPerBar * kQuarterMs / tempo;
+  drawing.barLength = formats::kWholeNoteMs / tempo;
   // A melody that no MIDI file can hold does not sound, so its times do not matter.
   std::vector<midi::NoteTime> times(melody.Notes.size());
   core::SkipErrors([&] { times = midi::NoteTimes(melody); });
@@ -127,9 +123,9 @@ void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
 }
 
 std::string PitchName(int pitch) {
-  const int semitone = pitch % kSemitones;
+  const int semitone = pitch % formats::kSemitones;
   return std::string(formats::kSpanishPitches[static_cast<std::size_t>(semitone)]) + " " +
-         std::to_string(pitch / kSemitones);
+         std::to_string(pitch / formats::kSemitones);
 }
 
 std::string Count(std::size_t number, std::string_view one, std::string_view many) {

@@ -40,7 +40,8 @@ struct Entry {
 
 unsigned char NoteByte(const core::RTTTLNote& note) {
   const int octave = core::ToInt16(core::ToNumber(note.Octave));
-  const int number = (octave - kLowestOctave) * 12 + Semitone(note.Note).value_or(0) + kLowestNote;
+  const int number =
+      (octave - kLowestOctave) * kSemitones + Semitone(note.Note).value_or(0) + kLowestNote;
   if (number > std::numeric_limits<unsigned char>::max()) {
     ThrowOutOfRange(u8"una nota está por encima de lo que permite el formato KWS"_w);
   }

@@ -16,7 +16,8 @@ namespace {
 using namespace core::literals;
 
 constexpr std::int16_t kDefaultBaseOctave = 5;
-constexpr int kOctaveSpan = 3;  // octaves above the base
+constexpr int kOctaveSpan = 3;     // octaves above the base
+constexpr int kWrittenOctave = 3;  // what iMelody keys call the base
 
 struct LetterKey {
   char letter;
@@ -58,10 +59,6 @@ struct Composer {
   LetterKey letter{'\0', '\0', 0};  // the last recognised one
 };
 
-std::int16_t BaseOrDefault(std::int16_t baseOctave) {
-  return baseOctave == 0 ? kDefaultBaseOctave : baseOctave;
-}
-
 // An unknown duration stands for itself ("64" is code 64): deliberate.
 double CodeOf(std::string_view duration) {
   const auto found = std::ranges::find(kDurationCodes, duration, &DurationCode::duration);
@@ -92,7 +89,7 @@ void AppendGroup(const core::RTTTLNote& note, int octave, Composer& phone, std::
 int WrittenOctave(std::string_view octave, std::int16_t base) {
   const double clamped = std::clamp<double>(core::ToNumber(octave), base, base + kOctaveSpan);
   const int above = core::ToInt16(clamped) - base;
-  return above == kOctaveSpan ? base + above : 3 + above;
+  return above == kOctaveSpan ? base + above : kWrittenOctave + above;
 }
 
 }  // namespace
@@ -102,7 +99,7 @@ std::string MotorolaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
   if (!core::ParseOrReport(melody)) {
     return {};
   }
-  const std::int16_t base = BaseOrDefault(baseOctave);
+  const std::int16_t base = BaseOctave(baseOctave, kDefaultBaseOctave);
   std::string keys;
   keys.reserve(melody.Notes.size() * 6);
   Composer phone;
@@ -118,7 +115,7 @@ std::string MotorolaIMelodyKeys(core::RTTTLMelody& melody, std::string& warnings
   if (!core::ParseOrReport(melody)) {
     return {};
   }
-  const std::int16_t base = BaseOrDefault(baseOctave);
+  const std::int16_t base = BaseOctave(baseOctave, kDefaultBaseOctave);
   warnings = std::string(kIMelodyInstruction) + melody.Beats + " a 125.\r\n";
   std::string keys;
   keys.reserve(melody.Notes.size() * 6);

@@ -61,7 +61,7 @@ std::string MotorolaSmsText(core::RTTTLMelody& melody, std::string& warnings,
   if (!core::ParseOrReport(melody)) {
     return {};
   }
-  const std::int16_t base = baseOctave == 0 ? kDefaultBaseOctave : baseOctave;
+  const std::int16_t base = BaseOctave(baseOctave, kDefaultBaseOctave);
   warnings.clear();
   std::string tokens;
   std::size_t count = 0;

@@ -10,9 +10,12 @@
 namespace tonadex::formats {
 namespace {
 
+constexpr double kDotFactor = 1.5;
+constexpr int kTableTempo = 125;  // of both tables
+
 struct BaseLength {
   std::string_view duration;
-  int ms;  // at tempo 125; a thirty-second's 62.5 is stored rounded
+  int ms;  // a thirty-second's 62.5 is stored rounded
 };
 
 constexpr std::array kBaseLengths = std::to_array<BaseLength>(
@@ -54,7 +57,7 @@ double ToTempo(std::string_view beats) {
 
 double ExactNoteLengthMs(double duration, double tempo, bool dotted) {
   const double plain = kWholeNoteMs / (tempo * duration);
-  return dotted ? plain * 1.5 : plain;
+  return dotted ? plain * kDotFactor : plain;
 }
 
 bool IsPhoneDuration(double duration) {
@@ -66,8 +69,8 @@ std::int16_t NoteLengthMs(std::string_view duration, std::string_view tempo, boo
   if (base == kBaseLengths.end()) {
     return 0;
   }
-  const double plain = base->ms * 125 / ToTempo(tempo);
-  return core::ToInt16(dotted ? plain * 1.5 : plain);
+  const double plain = base->ms * kTableTempo / ToTempo(tempo);
+  return core::ToInt16(dotted ? plain * kDotFactor : plain);
 }
 
 std::string_view DurationForLength(std::int16_t lengthMs, std::string& noteText) {

@@ -7,12 +7,14 @@
 
 namespace tonadex::formats {
 
-// The twelve pitches of an octave, c first, as the parser writes them.
-inline constexpr std::array<std::string_view, 12> kPitches = {"c",  "c#", "d",  "d#", "e",  "f",
-                                                              "f#", "g",  "g#", "a",  "a#", "b"};
+inline constexpr int kSemitones = 12;  // of an octave
+
+// The pitches of an octave, c first, as the parser writes them.
+inline constexpr std::array<std::string_view, kSemitones> kPitches = {
+    "c", "c#", "d", "d#", "e", "f", "f#", "g", "g#", "a", "a#", "b"};
 
 // The same in the words of Spanish musicians.
-inline constexpr std::array<std::string_view, 12> kSpanishPitches = {
+inline constexpr std::array<std::string_view, kSemitones> kSpanishPitches = {
     "do", "do#", "re", "re#", "mi", "fa", "fa#", "sol", "sol#", "la", "la#", "si"};
 
 // Semitones above c; none for a text that is no pitch.

@@ -8,6 +8,7 @@
 #include "core/windows1252.h"
 #include "formats/findings.h"
 #include "formats/note_keys.h"
+#include "formats/octave_band.h"
 
 namespace tonadex::formats {
 namespace {
@@ -123,7 +124,7 @@ std::string SamsungKeyPresses(const Type& type, core::RTTTLMelody& melody, std::
   if (!core::ParseOrReport(melody)) {
     return {};
   }
-  const std::int16_t base = baseOctave == 0 ? kDefaultBaseOctave : baseOctave;
+  const std::int16_t base = BaseOctave(baseOctave, kDefaultBaseOctave);
   warnings += type.introduction;
   if (melody.Notes.size() > kMaxNotes) {
     warnings += type.tooLong;

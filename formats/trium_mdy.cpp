@@ -20,8 +20,8 @@ using namespace core::literals;
 constexpr double kFirstHighOctave = 6;  // written in upper case from here on
 
 // German names by semitone; the range that the message names is c to H.
-constexpr std::array<std::string_view, 12> kNames = {"c",  "c#", "d",  "d#", "e",  "f",
-                                                     "f#", "g",  "g#", "a",  "a#", "h"};
+constexpr std::array<std::string_view, kSemitones> kNames = {"c",  "c#", "d",  "d#", "e",  "f",
+                                                             "f#", "g",  "g#", "a",  "a#", "h"};
 
 struct Length {
   double ms;  // at tempo 100, where a whole note lasts 2400 ms

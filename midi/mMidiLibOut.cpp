@@ -16,13 +16,14 @@ constexpr std::int32_t kTempoMicroseconds = 5000000;  // per quarter note
 constexpr int kChannel = 0;
 constexpr int kOnVelocity = 100;
 constexpr int kOffVelocity = 0;
+constexpr int kVolumeController = 7;
+constexpr int kFullVolume = 127;
 
-// Text and tempo events, ready but for their length and content.
+// Meta events, ready but for their length and content.
 constexpr std::string_view kMetaCredits("\x00\xFF\x02", 3);
 constexpr std::string_view kMetaTrackName("\x00\xFF\x03", 3);
 constexpr std::string_view kMetaTempo("\x00\xFF\x51\x03", 4);
 constexpr std::string_view kMetaEndOfTrack("\x00\xFF\x2F\x00", 4);
-constexpr std::string_view kVolume("\x00\xB0\x07\x7F", 4);  // controller 7, full
 
 struct BaseTicks {
   double duration;
@@ -40,6 +41,7 @@ char ToByte(std::int32_t value) {
   return static_cast<char>(value);
 }
 
+// A longer text than its length byte can tell is refused by ToByte.
 std::string TextEvent(std::string_view event, std::string_view text) {
   std::string bytes(event);
   bytes += ToByte(static_cast<std::int32_t>(std::min<std::size_t>(text.size(), 256)));
@@ -86,7 +88,7 @@ std::string MidiTrackNameEvent(std::string_view text) {
 }
 
 std::string MidiVolumeEvent() {
-  return std::string(kVolume);
+  return MidiEvent(0, kControlChange, kChannel, PairArray(kVolumeController, kFullVolume));
 }
 
 std::string MidiTempoEvent(std::string_view /*beats*/) {
@@ -165,7 +167,8 @@ std::int16_t NoteNumber(std::string_view pitch, std::int16_t octaveLessOne) {
   if (pitch == "p") {
     return kPauseNumber;
   }
-  return core::ToInt16(octaveLessOne * 12 + 12 + formats::Semitone(pitch).value_or(0));
+  return core::ToInt16((octaveLessOne + 1) * formats::kSemitones +
+                       formats::Semitone(pitch).value_or(0));
 }
 
 std::int16_t NumberOf(const core::RTTTLNote& note) {

@@ -13,7 +13,8 @@
 namespace tonadex::nokia3210 {
 namespace {
 
-constexpr int kOctaves = 11;  // 0 to 10
+constexpr int kOctaves = 11;               // 0 to 10
+constexpr std::ptrdiff_t kMaxQuoted = 40;  // of a text that is no such octave
 
 struct OctaveCount {
   int octave = 0;
@@ -38,7 +39,7 @@ OctaveCounts CountOctaves(const core::RTTTLMelody& melody) {
     const std::string_view text = melody.Notes[i].Octave;
     const int octave = core::ToInt16(core::ToNumber(text));
     if (octave < 0 || octave >= kOctaves) {
-      ThrowSubscript(core::Left(text, 40));
+      ThrowSubscript(core::Left(text, kMaxQuoted));
     }
     ++counts[static_cast<std::size_t>(octave)].count;
   }

@@ -8,6 +8,9 @@
 // Which octaves of a melody a phone with few of them should play.
 namespace tonadex::nokia3210 {
 
+// The span that the converters ask for.
+inline constexpr int kRangeSpan = 2;
+
 // Parses the melody (errors are reported and what was parsed counts) and gives the lowest octave of
 // a range placed around the `rangeSpan` most used ones: their average less half the span, rounded
 // up. Of octaves used equally often the higher one counts first; pauses count with their octave.

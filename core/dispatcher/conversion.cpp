@@ -26,8 +26,6 @@ namespace {
 using platform::Icon;
 using platform::MsgBox;
 
-constexpr int kRangeSpan = 2;  // octaves around which the phone's range is placed
-
 constexpr std::string_view kNoModel =
     u8"Selecciona el modelo de tu móvil en el apartado de opciones para poder usar el programa"_w;
 constexpr std::string_view kCannotConvert = u8"No se puede convertir la melodía: "_w;
@@ -65,7 +63,8 @@ struct Job {
 using Produce = std::optional<std::string> (*)(Job& job);
 
 std::int16_t BaseOctave(Job& job) {
-  return nokia3210::frmOctave{job.melody}.mGetOctaveRange(job.melody.DefaultOctave, kRangeSpan);
+  return nokia3210::frmOctave{job.melody}.mGetOctaveRange(job.melody.DefaultOctave,
+                                                          nokia3210::kRangeSpan);
 }
 
 // The writers of phones with an octave range, which is computed just before.
