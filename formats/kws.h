@@ -14,7 +14,7 @@ enum class KwsResult {
   kWritten,
   kNotParsed,    // reported already
   kTooLow,       // a note lies below octave 4; nothing was written
-  kWriteFailed,  // a partly written file may be left behind
+  kWriteFailed,  // as core::WriteBytes leaves it
 };
 
 // The bytes of the file for a parsed melody, all numbers little-endian:

@@ -27,8 +27,8 @@ inline constexpr int kControlChange = 0xB0;
 inline constexpr int kProgramChange = 0xC0;
 
 // Writes a parsed melody (Credits, TrackName, Instrument, Beats, Notes) to the path that FileName
-// names, creating or truncating it. kMidiWritten or, after any failure, kMidiFailed, without a
-// message; a file may then be left behind, empty or partly written. Pauses at the end are lost.
+// names, as core::WriteBytes does. kMidiWritten or, after any failure, kMidiFailed, without a
+// message. Pauses at the end are lost.
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
 
 // The whole file that WriteMidiFile writes. Throws core::RunTimeError.

@@ -12,7 +12,7 @@ namespace tonadex::net {
 
 inline constexpr std::string_view kRecordEnd = ")498";
 
-// The two rows shown when a listing holds none; they are no melodies.
+// The rows shown when a listing holds none, 0 and 1; they are no melodies.
 inline constexpr std::size_t kHintCount = 2;
 std::string_view HintRow(std::size_t index);
 bool IsHintRow(std::string_view row);

@@ -4,7 +4,7 @@
 
 namespace tonadex::platform {
 
-// The MIDI sequencer, driven by three commands:
+// The MIDI sequencer, driven by three commands in Windows-1252:
 //   "open FILE type sequencer alias NAME", "play NAME notify", "close NAME".
 // FILE stands without quotation marks, so a path that holds a blank cannot be opened.
 class Sequencer {

@@ -6,7 +6,7 @@ namespace tonadex::platform {
 
 enum class WebViewId { kWebBrowser1, kNavbanner };
 
-// The window's two embedded web views. Any call may throw; the program ignores it.
+// The window's two embedded web views. `url` is Windows-1252. What a call throws is ignored.
 class WebViews {
  public:
   virtual ~WebViews() = default;
