@@ -2,9 +2,7 @@
 
 #include <utility>
 
-#include "core/melody_file.h"
 #include "core/runtime_error.h"
-#include "core/text.h"
 #include "core/windows1252.h"
 
 namespace tonadex::net {
@@ -21,12 +19,6 @@ Fetch FetchFrom(platform::HttpGet& http, std::string base) {
                                    core::FromUtf8(error.what()) + ")");
     }
   };
-}
-
-std::string EscapeSharps(std::string_view text) {
-  std::string escaped(text);
-  core::ReplaceAll(escaped, "#", core::kSharpEscape);
-  return escaped;
 }
 
 }  // namespace tonadex::net

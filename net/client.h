@@ -16,7 +16,4 @@ using Fetch = std::function<std::string(std::string_view path)>;
 // A Fetch that goes to `base` + path as typed. `http` outlives it.
 Fetch FetchFrom(platform::HttpGet& http, std::string base);
 
-// Texts travel and are stored with "juh9hay" in place of every "#", which would end an address.
-std::string EscapeSharps(std::string_view text);
-
 }  // namespace tonadex::net

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/melody_file.h"
 #include "core/text.h"
 #include "net/addresses.h"
 #include "platform/message_box.h"
@@ -57,7 +58,7 @@ UploadResult UploadMelody(const Fetch& fetch, std::string_view name, std::string
     platform::MsgBox(NotValidMessage(name), platform::Icon::kExclamation);
     return UploadResult::kNotValid;
   }
-  text = EscapeSharps(text);
+  core::ReplaceAll(text, "#", core::kSharpEscape);
   if (HasStopInName(text)) {
     platform::MsgBox(kStopInNameMessage);
     return UploadResult::kStopInName;
