@@ -147,7 +147,7 @@ std::int32_t ToInt32(double value) {
 
 double Divide(double dividend, double divisor) {
   if (divisor == 0) {
-    throw RunTimeError(ErrorNumber::kDivisionByZero, u8"división por cero"_w.data());
+    throw RunTimeError(ErrorNumber::kDivisionByZero, std::string(u8"división por cero"_w));
   }
   return dividend / divisor;
 }

@@ -134,9 +134,10 @@ std::int16_t ParseNotes(RTTTLMelody& melody, std::string_view section) {
   for (const std::string_view part : items) {
     const auto offset = part.empty() ? 0 : part.data() - section.data();
     std::span<char> item(texts.data() + offset, part.size());
-    melody.Notes.Append(ReadNote(item, duration, octave));
+    const RTTTLNote note = ReadNote(item, duration, octave);
+    melody.Notes.Append(note);
     ++number;
-    if (melody.Notes[static_cast<std::size_t>(number) - 1].Note.empty()) {
+    if (note.Note.empty()) {
       code = number;
     }
   }
