@@ -9,7 +9,6 @@
 #include "core/dispatcher/conversion.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
-#include "core/text.h"
 #include "midi/playback.h"
 
 // The repertoire page: listing, playing, converting, printing.
