@@ -114,9 +114,12 @@ void MainWindow::Run(const Binding::Handler& handler) {
   if (!loaded_ || pumping_) {
     return;
   }
-  binding_->CopyIn();
-  app::RunHandler(program_, handler);
-  Draw();
+  // All of it: the system's own code, which calls us, lets no exception through.
+  app::RunHandler(program_, [&] {
+    binding_->CopyIn();
+    handler();
+  });
+  app::RunHandler(program_, [this] { Draw(); });
 }
 
 // ---- Messages -----------------------------------------------------------------------------------
