@@ -117,7 +117,7 @@ wait_for "el móvil guardado" grep -qF '"modelo"=" Pulsaciones"' "$setting"
 echo "Componer, escuchar y subir"
 keys ctrl+1
 xdotool type --delay 20 "Prueba"
-keys Tab ctrl+a
+keys Tab ctrl+a BackSpace
 xdotool type --delay 20 "120"
 keys Tab
 xdotool type --delay 20 "8c1 8e1 4.g1 8- #a1 2c2"
@@ -127,7 +127,7 @@ answer_box Reproduciendo "Reproduciendo melodia: Prueba"
 [ -n "$(find "$home" -name rtlTmpFile.mid)" ] || fail "no hay fichero MIDI"
 keys alt+s
 answer_box Tonadex "Melodia subida correctamente."
-ls "$folder"/servidor/Prueba.* >/dev/null || fail "el servidor no la tiene"
+grep -qF "b=120:" "$folder"/servidor/Prueba.* || fail "el servidor no la tiene"
 keys alt+x
 xdotool type --delay 20 "Otra:d=4,o=5,b=100:c,d#,8e."
 keys alt+l
