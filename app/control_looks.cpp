@@ -20,7 +20,7 @@ constexpr auto kSpecials = std::to_array<Special>({{&Form1::Textavisos, Look::kN
 // By position of the kind.
 constexpr auto kUsual = std::to_array<Look>(
     {Look::kLabel, Look::kButton, Look::kButton, Look::kLine, Look::kArea, Look::kDisplay,
-     Look::kList, Look::kComboBox, Look::kLabel, Look::kPage, Look::kTimer, Look::kNone});
+     Look::kList, Look::kComboBox, Look::kPage, Look::kTimer, Look::kNone});
 static_assert(kUsual.size() == static_cast<std::size_t>(ControlKind::kStorage) + 1);
 
 }  // namespace

@@ -17,7 +17,6 @@ enum class ControlKind {
   kResultBox,      // text, several lines, read by the user and never typed into
   kListBox,        // rows, listIndex
   kComboBox,       // text (any, also one that no row holds), rows, listIndex
-  kFrame,          // caption; a note that is shown or not
   kWebView,        // address, navigations
   kTimer,          // enabled, interval
   kStorage,        // text; scratch storage, never shown and bound to no widget

@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "app/form1.h"
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
@@ -29,12 +29,8 @@ constexpr std::size_t kTempoDigits = 3;
 constexpr std::int16_t kBackspace = 8;
 constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no number
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool IsTempo(std::string_view text) {
-  return !text.empty() && text.size() <= kTempoDigits && std::ranges::all_of(text, IsDigit);
+  return !text.empty() && text.size() <= kTempoDigits && std::ranges::all_of(text, core::IsDigit);
 }
 
 // name:d=4,o=5,b=120:notes

@@ -7,6 +7,7 @@
 #include "app/form1.h"
 #include "app/print_sheet.h"
 #include "core/dispatcher/conversion.h"
+#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "midi/playback.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/error_words.h"
+#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/text.h"

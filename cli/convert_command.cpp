@@ -6,7 +6,7 @@
 #include "cli/conversion_record.h"
 #include "cli/line_stream.h"
 #include "cli/shared_options.h"
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/phone_catalogue.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"

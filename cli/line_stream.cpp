@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cli/conversion_record.h"
+#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/windows1252.h"
 

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "cli/context.h"
+#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/number.h"
 #include "core/runtime_error.h"

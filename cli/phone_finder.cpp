@@ -9,7 +9,7 @@ namespace tonadex::cli {
 namespace {
 
 bool IsWordCharacter(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || core::Code(c) >= 0xC0;
+  return core::IsDigit(c) || (c >= 'a' && c <= 'z') || core::Code(c) >= 0xC0;
 }
 
 std::vector<std::string> Words(std::string_view text) {

@@ -17,7 +17,7 @@
 
 #include "cli/context.h"
 #include "cli/shared_options.h"
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "formats/pitch.h"

@@ -5,7 +5,6 @@
 #include "cli/context.h"
 #include "cli/conversion_record.h"
 #include "cli/shared_options.h"
-#include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #ifdef TONADEX_CLI_QT

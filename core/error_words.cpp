@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string_view>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 

@@ -18,10 +18,6 @@ constexpr std::size_t kWholeDigits = 9;  // so many digits fit a 32-bit number
 // How much of a text that is no number is quoted in a message.
 constexpr std::ptrdiff_t kMaxQuoted = 40;
 
-constexpr bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 // Drops the leading digits of `text`; false when there is none.
 bool SkipDigits(std::string_view& text) {
   const std::size_t size = text.size();

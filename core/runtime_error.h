@@ -14,8 +14,7 @@ enum class ErrorNumber {
   kTypeMismatch = 13,  // a text that is no number
   kFileNotFound = 53,
   kDeviceFailure = 57,  // disk or printer
-  kPathNotFound = 76,
-  kTransfer = 1000,  // a request that brought no reply
+  kTransfer = 1000,     // a request that brought no reply
 };
 
 // The one exception of the system's own rules. It is thrown by the checked helpers of this folder

@@ -18,6 +18,10 @@ constexpr unsigned char Code(char c) {
   return static_cast<unsigned char>(c);
 }
 
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 // Upper and lower case follow Windows-1252, accented letters included, in every locale.
 char ToLower(char c);
 char ToUpper(char c);

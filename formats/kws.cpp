@@ -4,7 +4,7 @@
 #include <limits>
 #include <vector>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/text.h"
 #include "fuzz/require.h"

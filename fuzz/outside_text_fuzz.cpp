@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 
+#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/number.h"
 #include "core/runtime_error.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/number.h"
 #include "core/runtime_error.h"
 #include "formats/number_helpers.h"

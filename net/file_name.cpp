@@ -4,7 +4,7 @@
 #include <array>
 #include <string>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"

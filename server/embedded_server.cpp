@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "server/file_system.h"
 #include "server/http_server.h"

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "server/file_system.h"
 #include "server/melody_name.h"
 

@@ -9,7 +9,8 @@
 #include <system_error>
 #include <vector>
 
-#include "core/melody_file.h"
+#include "core/files.h"
+#include "core/text.h"
 #include "platform/posix/atomic_file.h"
 #include "platform/posix/user_folders.h"
 
@@ -83,7 +84,7 @@ std::vector<int> VersionNumbers(std::string_view text) {
   std::vector<int> numbers;
   bool within = false;
   for (const char c : text) {
-    const bool digit = c >= '0' && c <= '9';
+    const bool digit = core::IsDigit(c);
     if (digit && !within) {
       numbers.push_back(0);
     }

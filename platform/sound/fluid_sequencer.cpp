@@ -4,7 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "platform/posix/atomic_file.h"
 #include "platform/sound/sequencer_commands.h"
 

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <string>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "platform/win32/rich_edit.h"

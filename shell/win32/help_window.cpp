@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "app/words.h"
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "platform/win32/rich_edit.h"
 #include "platform/win32/wide_text.h"

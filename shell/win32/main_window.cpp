@@ -10,7 +10,7 @@
 
 #include "app/composer_keys.h"
 #include "app/words.h"
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"

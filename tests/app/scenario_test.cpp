@@ -10,7 +10,7 @@
 
 #include "app/form1.h"
 #include "app/form1_tables.h"
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "tests/core/table.h"

@@ -1,4 +1,5 @@
 #include "core/melody_file.h"
+#include "core/files.h"
 
 #include <gtest/gtest.h>
 

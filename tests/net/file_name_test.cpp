@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "tests/core/table.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/rtttl.h"
 #include "midi/mMidiLibOut.h"
 

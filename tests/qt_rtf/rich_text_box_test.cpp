@@ -8,7 +8,7 @@
 
 #include "app/print_sheet.h"
 #include "cli/context.h"
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "platform/message_box.h"

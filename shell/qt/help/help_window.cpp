@@ -21,7 +21,7 @@
 #include <cmath>
 #include <map>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "shell/qt/help/folding.h"

@@ -14,7 +14,6 @@
 #include <QTextDocument>
 #include <algorithm>
 
-#include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "platform/message_box.h"

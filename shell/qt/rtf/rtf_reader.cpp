@@ -6,8 +6,9 @@
 #include <fstream>
 #include <utility>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 
 namespace tonadex::shell::rtf {
@@ -26,9 +27,6 @@ constexpr char16_t kReplacement = u'\uFFFD';
 constexpr bool IsLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
-constexpr bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 constexpr bool IsHigh(char16_t unit) {
   return unit >= 0xD800 && unit <= 0xDBFF;
 }
@@ -43,7 +41,7 @@ constexpr bool IsNoText(char16_t unit) {
 }
 
 constexpr int HexDigit(char c) {
-  if (IsDigit(c)) {
+  if (core::IsDigit(c)) {
     return c - '0';
   }
   const int letter = c | 0x20;
@@ -521,10 +519,10 @@ void Reader::Word() {
 
 std::optional<int> Reader::Number() {
   const bool negative =
-      at_ + 1 < source_.size() && source_[at_] == '-' && IsDigit(source_[at_ + 1]);
+      at_ + 1 < source_.size() && source_[at_] == '-' && core::IsDigit(source_[at_ + 1]);
   at_ += negative ? 1u : 0u;
   std::optional<int> number;
-  for (; at_ < source_.size() && IsDigit(source_[at_]); ++at_) {
+  for (; at_ < source_.size() && core::IsDigit(source_[at_]); ++at_) {
     const int digit = source_[at_] - '0';
     number = number.value_or(0) < kMaxNumber / 10 ? number.value_or(0) * 10 + digit : kMaxNumber;
   }

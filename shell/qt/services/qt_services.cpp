@@ -7,7 +7,7 @@
 #include <QShortcut>
 #include <QWindow>
 
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "shell/qt/text.h"
 #include "shell/qt/widgets/web_pane.h"
 

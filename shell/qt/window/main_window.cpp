@@ -22,7 +22,7 @@
 
 #include "app/composer_keys.h"
 #include "app/words.h"
-#include "core/melody_file.h"
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
