@@ -112,6 +112,7 @@ fs::path InstalledData() {
   std::error_code failure;
   const fs::path executable = fs::read_symlink("/proc/self/exe", failure);
   std::vector<fs::path> places;
+  places.reserve(kDataNames.size() + 1);
   for (const std::string_view name : kDataNames) {
     places.push_back(executable.parent_path().parent_path() / "share" / name);
   }
