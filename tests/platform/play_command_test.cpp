@@ -2,15 +2,15 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <array>
 #include <chrono>
 #include <future>
 #include <mutex>
 #include <sstream>
 #include <thread>
-#include <utility>
 #include <vector>
 
-#include "cli/context.h"
+#include "tests/cli/run_cli.h"
 #include "tests/platform/environment.h"
 #include "tests/support/temp_folder.h"
 
@@ -20,27 +20,12 @@ namespace {
 constexpr const char* kSilentNote =
     "tonadex-cli: sin dispositivo de sonido, la melodía corre en silencio\n";
 
-struct Outcome {
-  int code = 0;
-  std::string out, err;
-  friend bool operator==(const Outcome&, const Outcome&) = default;
-};
-void PrintTo(const Outcome& outcome, std::ostream* os) {
-  *os << outcome.code << " out=" << outcome.out << " err=" << outcome.err;
-}
-
 class ReproducirTest : public testing::Test {
  protected:
-  static int Play(const std::string& melody, std::vector<const char*> arguments, std::ostream& out,
-                  std::ostream& err) {
-    arguments.insert(arguments.begin(), {"tonadex-cli", "reproducir", "-"});
-    std::istringstream in(melody);
-    return cli::Run(static_cast<int>(arguments.size()), arguments.data(), in, out, err);
-  }
-  Outcome Play(const std::string& melody, std::vector<const char*> arguments = {}) const {
-    std::ostringstream out, err;
-    const int code = Play(melody, std::move(arguments), out, err);
-    return {code, out.str(), err.str()};
+  static std::string Play(const std::string& melody, std::vector<std::string> arguments = {}) {
+    arguments.insert(arguments.begin(), {"reproducir", "-"});
+    const test::Outcome outcome = test::RunCli(arguments, melody);
+    return std::to_string(outcome.code) + " " + outcome.out + "! " + outcome.err;
   }
 
   const test::TempFolder folder;
@@ -50,16 +35,14 @@ class ReproducirTest : public testing::Test {
 
 TEST_F(ReproducirTest, PlaysToTheEndAndTellsWhatIsWrong) {
   EXPECT_EQ(Play("Vals:d=16,o=5,b=225:c,cjuh9hay,e"),
-            (Outcome{0, "Reproduciendo Vals\n", kSilentNote}));
+            std::string("0 Reproduciendo Vals\n! ") + kSilentNote);
   EXPECT_EQ(Play("Vals:d=16,o=5,b=225:c,4,e"),
-            (Outcome{1, "Reproduciendo Vals\n",
-                     std::string("-: Error encontrado al separar la nota #2\n"
-                                 "Comprueba que el RTTL sea correcto\n\n"
-                                 "Asegurate también de que no hay dos\ncomas (,,) consecutivas\n") +
-                         kSilentNote}));
-  const Outcome noTempo = Play("Vals:d=16,o=5,b=0:c");
-  EXPECT_EQ(noTempo.code, 1);
-  EXPECT_EQ(noTempo.out, "");
+            std::string("1 Reproduciendo Vals\n! "
+                        "-: Error encontrado al separar la nota #2\n"
+                        "Comprueba que el RTTL sea correcto\n\n"
+                        "Asegurate también de que no hay dos\ncomas (,,) consecutivas\n") +
+                kSilentNote);
+  EXPECT_TRUE(Play("Vals:d=16,o=5,b=0:c").starts_with("1 ! "));
   EXPECT_TRUE(std::filesystem::is_empty(folder / "tonadex"));  // the MIDI file is gone
 }
 
@@ -88,7 +71,8 @@ TEST_F(ReproducirTest, InterruptEndsIt) {
       std::this_thread::sleep_for(std::chrono::milliseconds(100));
       ::kill(::getpid(), signal);
     });
-    EXPECT_EQ(Play("Largo:d=1,o=5,b=60:c,c,c,c,c,c", {}, out, err), 130);
+    std::istringstream in("Largo:d=1,o=5,b=60:c,c,c,c,c,c");
+    EXPECT_EQ(cli::Run(3, std::array{"tonadex-cli", "reproducir", "-"}.data(), in, out, err), 130);
     EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(10));  // of 24
   }
 }
@@ -96,13 +80,12 @@ TEST_F(ReproducirTest, InterruptEndsIt) {
 TEST_F(ReproducirTest, WritesASoundFileOnlyForAWholeMelody) {
   const std::string good = (folder / "bien.wav").string(), bad = (folder / "mal.wav").string();
   const std::string nowhere = (folder / "no/m.wav").string();
-  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", good.c_str()}), (Outcome{}));
+  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", good}), "0 ! ");
   EXPECT_GT(std::filesystem::file_size(good), 10'000u);
-  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c,4", {"--wav", bad.c_str()}).code, 1);
+  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c,4", {"--wav", bad}).front(), '1');
   EXPECT_FALSE(std::filesystem::exists(bad));
-  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", nowhere.c_str()}),
-            (Outcome{3, "",
-                     "tonadex-cli: " + nowhere + ": no se puede escribir el fichero de sonido\n"}));
+  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", nowhere}),
+            "3 ! tonadex-cli: " + nowhere + ": no se puede escribir el fichero de sonido\n");
 }
 
 }  // namespace
