@@ -2,10 +2,10 @@
 #include <memory>
 
 #include "app/form1.h"
-#include "core/files.h"
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
 #include "nokia3210/cnokia.h"
 #include "platform/message_box.h"
 
@@ -48,7 +48,7 @@ nokia3210::CNokia& Form1::Converter() {
   if (converter_ == nullptr) {
     converter_ = std::make_unique<nokia3210::CNokia>();
     converter_->ShowType = nokia3210::NoteKind::kRTTTL;
-    converter_->Folder = core::TextFromPath(program_.ProgramFolder());
+    converter_->Folder = files::TextFromPath(program_.ProgramFolder());
   }
   return *converter_;
 }

@@ -7,9 +7,10 @@
 #include "app/form1.h"
 #include "app/print_sheet.h"
 #include "core/dispatcher/conversion.h"
-#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
+#include "files/paths.h"
+#include "files/read.h"
 #include "midi/playback.h"
 
 // The repertoire page: listing, playing, converting, printing.
@@ -27,7 +28,7 @@ std::vector<std::filesystem::path> MelodyFiles(const Program& program) {
     const std::filesystem::path name = at->path().filename();
     std::error_code unknown;
     if (at->is_regular_file(unknown) && !program.services.shell.IsHidden(at->path()) &&
-        core::PathFromText(core::TextFromPath(name)) == name) {
+        files::PathFromText(files::TextFromPath(name)) == name) {
       files.push_back(at->path());
     }
   }
@@ -45,7 +46,7 @@ class SaveDialogQuestion : public core::SaveFileQuestion {
     dialog.DefaultExt = request.DefaultExt;
     dialog.DialogTitle = request.DialogTitle;
     dialog.SetFilter(request.Filter);
-    dialog.InitDir = core::TextFromPath(program_.ProgramFolder());
+    dialog.InitDir = files::TextFromPath(program_.ProgramFolder());
     dialog.FilterIndex = request.FilterIndex;
     dialog.CancelError = request.CancelError;
     return dialog.ShowSave() == kDialogCancelled ? std::nullopt : std::optional(dialog.FileName);
@@ -73,9 +74,9 @@ void Form1::FillRepertoire() {
     for (const std::filesystem::path& file : MelodyFiles(program_)) {
       std::string line;
       std::string stem;
-      step([&] { line = core::ReadMelodyLine(file); });
+      step([&] { line = files::ReadMelodyLine(file); });
       const std::string name = core::ScanName(line);
-      const std::string formed = name + " (" + core::TextFromPath(file.filename());
+      const std::string formed = name + " (" + files::TextFromPath(file.filename());
       step([&] { stem = core::FormedStem(formed, name); });
       List1.AddRow(core::RowText(name, stem));
       skipping = false;
@@ -86,14 +87,15 @@ void Form1::FillRepertoire() {
 
 std::filesystem::path Form1::SelectedFile() const {
   return program_.MelodyFolder() /
-         core::PathFromText(core::MelodyFileName(List1.SelectedText(), List1.SelectedData()));
+         files::PathFromText(core::MelodyFileName(List1.SelectedText(), List1.SelectedData()));
 }
 
 void Form1::List1_Click() {
   repertoireDrawing = {};
   if (paginaactual == kRepertoirePage && !List1.SelectedText().empty()) {
     core::SkipErrors([this] {
-      repertoireDrawing = MelodyDrawing(core::ReadMelodyLine(SelectedFile()), program_.gPhoneModel);
+      repertoireDrawing =
+          MelodyDrawing(files::ReadMelodyLine(SelectedFile()), program_.gPhoneModel);
     });
   }
 }
@@ -119,7 +121,7 @@ void Form1::picreproducir_Click() {
   if (List1.SelectedText().empty()) {
     return;
   }
-  const std::string line = core::ReadMelodyLine(SelectedFile());
+  const std::string line = files::ReadMelodyLine(SelectedFile());
   core::SkipErrors([&] {
     program_.gMelody.Text = core::UndoSharpEscape(line);
     Play(Sounding::kRepertoire);
@@ -128,7 +130,7 @@ void Form1::picreproducir_Click() {
 
 void Form1::ConvertSelectedMelody() {
   const std::string row(List1.SelectedText());
-  program_.gMelody.Text = core::UndoSharpEscape(core::ReadMelodyLine(SelectedFile()));
+  program_.gMelody.Text = core::UndoSharpEscape(files::ReadMelodyLine(SelectedFile()));
   SaveDialogQuestion question(program_);
   const auto page =
       core::ConvertSelectedMelody(program_.gMelody, program_.gPhoneModel, row, question);

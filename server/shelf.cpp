@@ -7,7 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "core/files.h"
+#include "files/paths.h"
+#include "files/write.h"
+
 #include "server/file_system.h"
 #include "server/melody_name.h"
 
@@ -36,7 +38,7 @@ std::vector<StoredMelody> ReadFolder(const fs::path& folder) {
   std::vector<StoredMelody> melodies;
   FileHead head;
   for (const auto& entry : fs::directory_iterator(folder)) {
-    std::string fileName = core::TextFromPath(entry.path().filename());
+    std::string fileName = files::TextFromPath(entry.path().filename());
     if (ParseMelodyName(fileName) && ReadHead(entry.path(), kNamePrefixBytes, head)) {
       std::string description = DescriptionOf(head.bytes, fileName);
       melodies.push_back({head.modified, std::move(fileName), std::move(description)});
@@ -60,7 +62,7 @@ SearchIndex IndexOf(const fs::path& folder) {
 
 bool HoldsMelodies(const fs::path& folder) {
   return std::any_of(fs::directory_iterator(folder), fs::directory_iterator(), [](const auto& e) {
-    return ParseMelodyName(core::TextFromPath(e.path().filename())).has_value();
+    return ParseMelodyName(files::TextFromPath(e.path().filename())).has_value();
   });
 }
 
@@ -140,7 +142,7 @@ std::vector<std::string> Shelf::Newest(std::size_t count) const {
 std::optional<std::string> Shelf::Melody(std::string_view fileName) const {
   FileHead head;
   if (!ParseMelodyName(fileName) ||
-      !ReadHead(folder_ / core::PathFromText(fileName), kMaxFileBytes, head)) {
+      !ReadHead(folder_ / files::PathFromText(fileName), kMaxFileBytes, head)) {
     return std::nullopt;
   }
   return std::move(head.bytes);
@@ -158,7 +160,7 @@ UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
     return {UploadResult::kRefused, fault};
   }
   const std::shared_lock files(files_);
-  switch (CreateDurably(folder_, core::PathFromText(fileName), contents)) {
+  switch (CreateDurably(folder_, files::PathFromText(fileName), contents)) {
     case CreateResult::kExists:
       return {UploadResult::kExists, {}};
     case CreateResult::kFailed:
@@ -179,11 +181,11 @@ void FillEmptyShelf(const fs::path& folder, const fs::path& source) {
       (HoldsMelodies(folder) && !fs::exists(folder / kFillingMark))) {
     return;
   }
-  core::WriteBytes(folder / kFillingMark, {});
+  files::WriteBytes(folder / kFillingMark, {});
   FileHead head;
   for (const auto& entry : fs::directory_iterator(source)) {
     const fs::path name = entry.path().filename();
-    if (ParseMelodyName(core::TextFromPath(name)) && ReadHead(entry.path(), kMaxFileBytes, head) &&
+    if (ParseMelodyName(files::TextFromPath(name)) && ReadHead(entry.path(), kMaxFileBytes, head) &&
         CreateWhole(folder, name, head.bytes) == CreateResult::kFailed) {
       throw fs::filesystem_error("copy", entry.path(), folder,
                                  std::make_error_code(std::errc::io_error));

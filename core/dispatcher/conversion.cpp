@@ -7,6 +7,8 @@
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/write.h"
 #include "formats/ems.h"
 #include "formats/kws.h"
 #include "formats/motorola_keys.h"
@@ -98,21 +100,21 @@ std::optional<std::string> SavedKws(Job& job) {
   if (!file) {
     return std::nullopt;
   }
-  const std::int16_t baseOctave = BaseOctave(job);
-  switch (formats::WriteKws(job.melody, job.notices, baseOctave, *file)) {
-    case formats::KwsResult::kWritten:
-      MsgBox(std::string(kKwsWritten) + *file, Icon::kInformation);
-      return std::string(kKwsShown);
-    case formats::KwsResult::kTooLow:
-      MsgBox(kKwsTooLow, Icon::kExclamation);
-      return std::nullopt;
-    case formats::KwsResult::kWriteFailed:
-      MsgBox(std::string(kKwsFailed) + *file, Icon::kExclamation);
-      return std::nullopt;
-    case formats::KwsResult::kNotParsed:
-      return std::nullopt;
+  BaseOctave(job);
+  if (!ParseOrReport(job.melody)) {
+    return std::nullopt;
   }
-  return std::nullopt;
+  const std::optional<std::string> bytes = formats::KwsBytes(job.melody, job.notices);
+  if (!bytes) {
+    MsgBox(kKwsTooLow, Icon::kExclamation);
+    return std::nullopt;
+  }
+  if (!SkipErrors([&] { files::WriteBytes(files::PathFromText(*file), *bytes); })) {
+    MsgBox(std::string(kKwsFailed) + *file, Icon::kExclamation);
+    return std::nullopt;
+  }
+  MsgBox(std::string(kKwsWritten) + *file, Icon::kInformation);
+  return std::string(kKwsShown);
 }
 
 std::optional<std::string> SavedMidi(Job& job) {

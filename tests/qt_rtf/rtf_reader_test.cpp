@@ -4,10 +4,8 @@
 
 #include <chrono>
 
-#include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "tests/core/table.h"
-#include "tests/support/temp_folder.h"
 
 namespace tonadex::shell::rtf {
 namespace {
@@ -161,17 +159,6 @@ TEST(ReadRtf, DeepNestingRestoresFormats) {
   const std::string back(3'000'000, '}');
   EXPECT_EQ(Describe(ReadRtf("{\\rtf1 a" + deep + "\\i b{\\*\\x{c}}" + back + "d}e")),
             "[]()a(i)b()d");
-}
-
-TEST(ReadSource, BytesOrAReason) {
-  const test::TempFolder folder;
-  const std::string bytes = "{\\rtf1 \xF1\r\n\0\x1A}" + std::string(100'000, 'x');
-  folder.Write("hoja.rtf", bytes);
-  EXPECT_EQ(ReadSource(folder / "hoja.rtf"), bytes);
-  EXPECT_THROW(ReadSource(folder / "nada.rtf"), core::RunTimeError);
-  EXPECT_THROW(ReadSource(folder.path()), core::RunTimeError);
-  std::filesystem::resize_file(folder / "hoja.rtf", (std::uintmax_t{64} << 20) + 1);
-  EXPECT_THROW(ReadSource(folder / "hoja.rtf"), core::RunTimeError);
 }
 
 }  // namespace

@@ -22,8 +22,8 @@
 
 #include "app/composer_keys.h"
 #include "app/words.h"
-#include "core/files.h"
 #include "core/runtime_error.h"
+#include "files/write.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
 #include "shell/qt/widgets/busy_line.h"
@@ -346,7 +346,7 @@ void MainWindow::SaveResult() {
       return;
     }
     const std::filesystem::path path = file.toStdU16String();
-    if (!core::SkipErrors([&] { core::WriteBytes(path, form_.textresultado.text); })) {
+    if (!core::SkipErrors([&] { files::WriteBytes(path, form_.textresultado.text); })) {
       platform::MsgBox(words::kNotSaved, platform::Icon::kExclamation);
     }
   });
