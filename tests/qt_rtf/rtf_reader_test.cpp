@@ -89,7 +89,7 @@ std::string Describe(const Document& document) {
   std::string text;
   for (const Paragraph& paragraph : document.paragraphs) {
     text += (text.empty() ? "[" : " / [") + Words(paragraph.format) + "]";
-    for (const Run& run : paragraph.runs) {
+    for (const auto& run : paragraph.runs) {
       text += "(" + Words(run.format) + ")" + Utf8(run.text);
     }
   }
@@ -149,6 +149,31 @@ TEST(ReadRtf, MegabytesOfAnythingInNoTime) {
     ReadRtf("{\\rtf1 " + Repeated(part, 1'000'000));
   }
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+}
+
+// Laying out and printing a paragraph of megabytes as one takes minutes.
+TEST(ReadRtf, CutsLongParagraphs) {
+  const std::string words = Repeated("una palabra ", 36'000), one(40'000, 'x');
+  const Document document = ReadRtf("{\\rtf1\\sb20\\sa30\\fi40\\outlinelevel0 " + words + "\\b " +
+                                    words + one + "\\par}");
+  std::u16string all;
+  const std::size_t last = document.paragraphs.size() - 1;
+  ASSERT_GT(last, 6u);
+  for (std::size_t i = 0; i <= last; ++i) {
+    const auto& [format, runs] = document.paragraphs[i];
+    std::u16string text;
+    for (const auto& run : runs) {
+      text += run.text;
+    }
+    EXPECT_LE(text.size(), kMaxParagraphText);
+    EXPECT_TRUE(i > 3 || text.ends_with(u' '));
+    EXPECT_EQ(format.before, i == 0 ? 20 : 0);
+    EXPECT_EQ(format.first, i == 0 ? 40 : 0);
+    EXPECT_EQ(format.heading, i == 0 ? 1 : 0);
+    EXPECT_EQ(format.after, i == last ? 30 : 0);
+    all += text;
+  }
+  EXPECT_EQ(Utf8(all), words + words + one);
 }
 
 TEST(ReadRtf, DeepNestingRestoresFormats) {

@@ -47,6 +47,34 @@ constexpr int HexDigit(char c) {
 // Where the text of a group goes.
 enum class Destination : std::uint8_t { kBody, kFonts, kColours, kStyles };
 
+// Appends the paragraph in pieces of at most kMaxParagraphText characters, cut behind a blank where
+// there is one. Spacing, first indent and heading stay at the ends of the whole.
+void AppendPieces(const Paragraph& whole, std::vector<Paragraph>& pieces) {
+  Paragraph piece{whole.format, {}};
+  std::size_t room = kMaxParagraphText;
+  for (const Run& run : whole.runs) {
+    std::u16string_view rest = run.text;
+    while (rest.size() > room) {
+      std::size_t cut = rest.substr(0, room).rfind(u' ') + 1;
+      if (cut == 0) {
+        cut = room > 0 && IsLow(rest[room]) ? room - 1 : room;
+      }
+      if (cut > 0) {
+        piece.runs.push_back({std::u16string(rest.substr(0, cut)), run.format});
+      }
+      piece.format.after = 0;
+      pieces.push_back(std::exchange(piece, {whole.format, {}}));
+      piece.format.before = piece.format.first = piece.format.heading = 0;
+      piece.format.pageBefore = false;
+      rest.remove_prefix(cut);
+      room = kMaxParagraphText;
+    }
+    room -= rest.size();
+    piece.runs.push_back({std::u16string(rest), run.format});
+  }
+  pieces.push_back(std::move(piece));
+}
+
 // What a closing brace restores.
 struct GroupState {
   RunFormat run;
@@ -628,7 +656,7 @@ void Reader::EndParagraph() {
   }
   paragraph_.format = state_.paragraph;
   paragraph_.format.pageBefore |= std::exchange(pageBreak_, false);
-  document_.paragraphs.push_back(std::exchange(paragraph_, {}));
+  AppendPieces(std::exchange(paragraph_, {}), document_.paragraphs);
 }
 
 void Reader::BreakPage() {
