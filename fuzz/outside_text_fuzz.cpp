@@ -16,6 +16,7 @@
 namespace {
 
 namespace core = tonadex::core;
+namespace files = tonadex::files;
 
 void CheckConversions(const std::string& bytes) {
   const std::string text = core::FromOutside(bytes);

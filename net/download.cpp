@@ -12,7 +12,8 @@ namespace {
 // Whether the repertoire can list a file of this name. A file whose number it cannot read would end
 // every later listing.
 bool CanBeListed(std::string_view fileName) {
-  return !fileName.starts_with('.') && core::SkipErrors([&] { core::RepertoireRow("", fileName); });
+  return !fileName.starts_with('.') &&
+         core::SkipErrors([&] { core::RepertoireRow("x:", fileName); });
 }
 
 }  // namespace
