@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-// What this folder asks of the operating system. Only its own sources include this.
+// What this folder asks of the operating system. Nothing outside it uses this.
 namespace tonadex::files::system {
 
 // An open file, closed at the end of the scope.

@@ -147,7 +147,9 @@ fs::path PrepareProgramFolder() {
   fs::path folder = ProgramFolderPath();
   for (const fs::path& written : {folder, folder / kMelodies, folder / "servidor",
                                   ConfigFolder() / "tonadex", fs::path(PrivateTempFolder())}) {
-    files::RemoveTemporaryFiles(written);
+    if (written.is_absolute()) {  // without a home there is no settings folder
+      files::RemoveTemporaryFiles(written);
+    }
   }
   SeedProgramFolder(folder, InstalledData());  // without it the program runs all the same
   return folder;
