@@ -85,7 +85,12 @@ void Form1::Form_Load() {
 }
 
 void Form1::Form_QueryUnload() {
-  program_.services.shell.End();
+  if (program_.busy) {
+    program_.closing = true;
+    GiveUpRequest(program_);
+  } else {
+    program_.services.shell.End();
+  }
 }
 
 void Form1::ocultapagina() {
