@@ -79,7 +79,7 @@ void Form1::FillRepertoire() {
       step([&] { stem = core::FormedStem(formed, name); });
       List1.AddRow(core::RowText(name, stem));
       skipping = false;
-      List1.rows.back().itemData = core::FileNumber(formed);
+      List1.rows.SetLastData(core::FileNumber(formed));
     }
   });
 }

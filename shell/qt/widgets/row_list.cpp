@@ -58,7 +58,7 @@ class RowDelegate : public QStyledItemDelegate {
 
 }  // namespace
 
-bool RowsModel::SetRows(const std::vector<app::ListRow>& rows) {
+bool RowsModel::SetRows(const app::ListRows& rows) {
   if (rows == rows_) {
     return false;
   }
@@ -73,11 +73,11 @@ int RowsModel::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
-  const app::ListRow& row = rows_[static_cast<std::size_t>(index.row())];
+  const app::ListRow row = rows_[static_cast<std::size_t>(index.row())];
   switch (role) {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
-      return ToQString(std::string_view(row.text).substr(0, kMostShown));
+      return ToQString(row.text.substr(0, kMostShown));
     case kHintRole:
       return row.hint;
     default:

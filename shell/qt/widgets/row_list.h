@@ -3,7 +3,6 @@
 #include <QAbstractListModel>
 #include <QListView>
 #include <functional>
-#include <vector>
 
 #include "app/controls.h"
 
@@ -18,14 +17,14 @@ class RowsModel : public QAbstractListModel {
   enum Roles { kHintRole = Qt::UserRole };
 
   // True when the rows are other ones than before.
-  bool SetRows(const std::vector<app::ListRow>& rows);
-  const std::vector<app::ListRow>& Rows() const { return rows_; }
+  bool SetRows(const app::ListRows& rows);
+  const app::ListRows& Rows() const { return rows_; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
-  std::vector<app::ListRow> rows_;
+  app::ListRows rows_;
 };
 
 // A list of one column that draws and gives back a list control: rows, selected row and, where the
@@ -37,7 +36,7 @@ class RowList : public QListView {
 
   void SetControl(const app::Control& control);
   int SelectedRow() const { return currentIndex().isValid() ? currentIndex().row() : -1; }
-  const std::vector<app::ListRow>& Rows() const { return model_->Rows(); }
+  const app::ListRows& Rows() const { return model_->Rows(); }
   // The selected row's text or, with none selected, the text that was set.
   const std::string& Text() const { return text_; }
   // What stands in the list while it has no row.

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <string>
-#include <vector>
 
 #include "app/controls.h"
 #include "shell/win32/theme.h"
@@ -30,7 +29,7 @@ class RowList {
 
   HWND window_;
   const Theme& theme_;
-  std::vector<app::ListRow> rows_;
+  app::ListRows rows_;
   std::wstring invitation_;
 };
 
