@@ -261,7 +261,8 @@ bool MainWindow::Translate(MSG& message) {
 }
 
 bool MainWindow::Shortcut(const MSG& message) {
-  const bool control = GetKeyState(VK_CONTROL) < 0;
+  // AltGr, which types signs, is Ctrl and Alt together.
+  const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
   for (const app::NavigationInfo& info : app::NavigationRow()) {
     const bool help = info.digit == '\0';
     const WPARAM key = help ? VK_F1 : static_cast<WPARAM>(info.digit);

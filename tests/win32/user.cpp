@@ -46,6 +46,12 @@ void SendKey(WORD key, wchar_t character, DWORD flags) {
   Send(input);
 }
 
+// A key by its place on the keyboard, as the keyboard reports it. Wine looks at its code alone.
+void SendPlace(WORD key, DWORD flags) {
+  const auto place = static_cast<wchar_t>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
+  SendKey(key, place, flags | KEYEVENTF_SCANCODE | (key == VK_RMENU ? KEYEVENTF_EXTENDEDKEY : 0U));
+}
+
 }  // namespace
 
 bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds) {
@@ -121,14 +127,14 @@ void Type(const std::wstring& text) {
   }
 }
 
-void Press(WORD key, bool alt) {
-  if (alt) {
-    SendKey(VK_MENU, 0, 0);
+void Press(WORD key, const std::vector<WORD>& held) {
+  for (const WORD modifier : held) {
+    SendPlace(modifier, 0);
   }
-  SendKey(key, 0, 0);
-  SendKey(key, 0, KEYEVENTF_KEYUP);
-  if (alt) {
-    SendKey(VK_MENU, 0, KEYEVENTF_KEYUP);
+  SendPlace(key, 0);
+  SendPlace(key, KEYEVENTF_KEYUP);
+  for (const WORD modifier : held) {
+    SendPlace(modifier, KEYEVENTF_KEYUP);
   }
 }
 
