@@ -202,8 +202,9 @@ HWND WebControl::Site::MakeHost(HWND parent) {
   kind.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
   kind.lpszClassName = kHostClass;
   RegisterClassW(&kind);  // again is no harm
-  return CreateWindowExW(WS_EX_CONTROLPARENT, kHostClass, L"", WS_CHILD | WS_CLIPCHILDREN, 0, 0, 1,
-                         1, parent, nullptr, kind.hInstance, nullptr);
+  return CreateWindowExW(WS_EX_CONTROLPARENT, kHostClass, L"",
+                         WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 0, 0, 1, 1, parent, nullptr,
+                         kind.hInstance, nullptr);
 }
 
 WebControl::Site::Site(HWND parent, Links linksKind, std::function<void()> leftCallback)

@@ -120,6 +120,16 @@ void ClickRow(HWND list, int row) {
   ClickAt(list, 30, (row - top) * height + height / 2);
 }
 
+void ClickScreen(int x, int y) {
+  SetCursorPos(x, y);
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  for (const int flags : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
+    input.mi.dwFlags = static_cast<DWORD>(flags);
+    Send(input);
+  }
+}
+
 void Type(const std::wstring& text) {
   for (const wchar_t character : text) {
     SendKey(0, character, KEYEVENTF_UNICODE);
