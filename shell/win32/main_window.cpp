@@ -253,11 +253,9 @@ bool MainWindow::Translate(MSG& message) {
   if (message.message == WM_KEYDOWN && Shortcut(message)) {
     return true;
   }
-  if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) {
-    for (const BoundControl& bound : binding_->Controls()) {
-      if (bound.browser != nullptr && bound.browser->TranslateKey(message)) {
-        return true;
-      }
+  for (const BoundControl& bound : binding_->Controls()) {
+    if (bound.browser != nullptr && bound.browser->Translate(message)) {
+      return true;
     }
   }
   return IsDialogMessageW(window_, &message) != 0;
