@@ -6,11 +6,11 @@
 #include "app/cls_open_save.h"
 #include "app/form1.h"
 #include "app/print_sheet.h"
-#include "core/dispatcher/conversion.h"
 #include "core/files.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "midi/playback.h"
+#include "phones/conversion.h"
 
 // The repertoire page: listing, playing, converting, printing.
 namespace tonadex::app {
@@ -34,12 +34,12 @@ std::vector<std::filesystem::path> MelodyFiles(const Program& program) {
   return files;
 }
 
-// The dispatcher's question for a file, asked in the system's save dialog.
-class SaveDialogQuestion : public core::SaveFileQuestion {
+// The conversion's question for a file, asked in the system's save dialog.
+class SaveDialogQuestion : public phones::SaveFileQuestion {
  public:
   explicit SaveDialogQuestion(Program& program) : program_(program) {}
 
-  std::optional<std::string> AskSaveFile(const core::SaveRequest& request) override {
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest& request) override {
     clsOpenSave dialog(program_.services.fileDialogs);
     dialog.hWnd = static_cast<std::int32_t>(program_.window);
     dialog.DefaultExt = request.DefaultExt;
@@ -131,7 +131,7 @@ void Form1::ConvertSelectedMelody() {
   program_.gMelody.Text = core::UndoSharpEscape(core::ReadMelodyLine(SelectedFile()));
   SaveDialogQuestion question(program_);
   const auto page =
-      core::ConvertSelectedMelody(program_.gMelody, program_.gPhoneModel, row, question);
+      phones::ConvertSelectedMelody(program_.gMelody, program_.gPhoneModel, row, question).page;
   if (page) {
     lbltextresult.caption = page->title;
     textresultado.text = page->result;
