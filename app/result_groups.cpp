@@ -50,7 +50,7 @@ std::vector<ResultGroup> ResultGroups(std::string_view result) {
 
 bool IsKeyPresses(std::string_view model) {
   const phones::Format* format = phones::FindFormat(model);
-  return format != nullptr && format->keyPresses;
+  return format != nullptr && format->kind == phones::Kind::kKeys;
 }
 
 std::string SuggestedFileName(std::string_view row, std::string_view model) {

@@ -18,9 +18,8 @@ enum class OctaveRange {
 
 // Octaves that a format plays; most writers fold the others onto them.
 struct Octaves {
-  OctaveRange range = OctaveRange::kAny;
-  int lowest = 0;
-  int count = 0;
+  OctaveRange range;
+  int lowest, count;
 };
 
 // A conversion under way and its output step, see phones/outputs.h.
@@ -28,20 +27,25 @@ struct Job;
 enum class Outcome;
 using Output = Outcome (*)(Job& job);
 
+enum class Kind {
+  kText,
+  kKeys,  // a text of keys to press
+  kFile,  // asked for while converting; nothing to show
+};
+
 // Texts are Windows-1252.
 struct Format {
   std::string_view code;
   Output output;
-  std::string_view titleSuffix;      // behind "Melodia " and the melody's row
-  std::string_view instruction;      // what to do with the result
-  std::string_view gets;             // what this phone gets, without full stop
-  std::string_view limits = {};      // more of it: begins with a comma, behind the octaves
-  std::string_view extension;        // of a saved result, without its full stop
-  std::string_view sheetLabel = {};  // on the printed sheet
-  Octaves octaves = {};
-  std::size_t noteLimit = 0;  // 0 for none
-  bool keyPresses = false;
-  bool savesFile = false;  // the result is a file, asked for while converting
+  Kind kind;
+  std::string_view extension;  // of a saved result, without its full stop
+  Octaves octaves;
+  std::size_t noteLimit;         // 0 for none
+  std::string_view sheetLabel;   // on the printed sheet
+  std::string_view titleSuffix;  // behind "Melodia " and the melody's row
+  std::string_view instruction;  // what to do with the result
+  std::string_view gets;         // what this phone gets; its notes and octaves follow
+  std::string_view limits;       // and then this: begins with a comma
 };
 
 // The format of a model text, compared exactly; nullptr when the catalogue does not hold it.

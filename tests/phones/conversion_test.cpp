@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "phones/catalogue.h"
 #include "phones/formats.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
@@ -113,6 +114,30 @@ TEST(ConvertSelectedMelody, SaysWhyItCannotConvert) {
   Answer cancel;
   EXPECT_FALSE(ConvertSelectedMelody(fresh, " Compositor", "", cancel).page);
   EXPECT_EQ(boxes.Text().find(Expanded("%?|!No se puede convertir")), 0u);
+}
+
+// Each note repeats the header's duration: thirty thousand digits would give 150 MB.
+TEST(ConvertSelectedMelody, RefusesLongDefaults) {
+  const std::string notes = ",b=120:" + test::Repeated("c,", 5000) + "c";
+  const std::string digits(30000, '9');
+  for (const CatalogueRow& row : CatalogueRows()) {
+    for (const std::string& header : {"d=" + digits + ",o=5", "d=4,o=5." + digits}) {
+      Answer answer("unwritten");
+      const std::string text = "x:" + header + notes;
+      const Conversion conversion = Converted(text, row.model, answer);
+      if (row.code == "NRTLNOMOD") {
+        EXPECT_EQ(conversion.page->result, text);
+        continue;
+      }
+      EXPECT_EQ(Words(conversion.outcome), "(cannot convert)") << row.model;
+      EXPECT_TRUE(
+          core::ToUtf8(conversion.messages.back().text).ends_with("…» pasa de 8 caracteres"))
+          << row.model << core::ToUtf8(conversion.messages.back().text);
+    }
+  }
+  EXPECT_TRUE(Convert("x:d=4,o=5.000000,b=9:c", " Pulsaciones").starts_with("Melodia"));
+  // Behind a blank only the second parse reads it.
+  EXPECT_EQ(Convert("x:d=4, o=5.0000000,b=9:c", " Pulsaciones"), "(cannot convert)");
 }
 
 TEST(ConvertSelectedMelody, SavesFiles) {
