@@ -96,6 +96,7 @@ void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
   core::InitMelody(melody, {});
   melody.Text = core::UndoSharpEscape(rtttl);
   core::ParseRTTTL(melody);
+  core::CheckDefaults(melody);
   const double tempo = formats::ToTempo(melody.Beats);
   if (tempo < 0 || melody.Notes.begin() == melody.Notes.end()) {
     return;
