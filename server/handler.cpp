@@ -54,7 +54,7 @@ std::string_view UpToAmpersand(std::string_view value) {
 
 Reply OwnedReply(std::string body) {
   Reply reply;
-  reply.body = std::make_shared<const std::string>(std::move(body));
+  reply.body = {std::make_shared<const std::string>(std::move(body))};
   return reply;
 }
 
@@ -65,8 +65,12 @@ Reply PageReply(std::string utf8) {
   return reply;
 }
 
-Reply AnswerSearch(const Request&, std::string_view query, Shelf& shelf) {
-  return OwnedReply(shelf.Search(UndoEscapes(RestAfter(query, net::kSearchKey))));
+Reply AnswerSearch(const Request& request, std::string_view query, Shelf& shelf) {
+  const std::string words = UndoEscapes(RestAfter(query, net::kSearchKey));
+  std::string listing = shelf.Search(words, request.abandoned);
+  return request.abandoned && request.abandoned()
+             ? TextReply(503, u8"La búsqueda se ha interrumpido."_w)
+             : OwnedReply(std::move(listing));
 }
 
 Reply AnswerRandom(const Request& request, std::string_view, Shelf& shelf) {

@@ -15,6 +15,7 @@
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/strand.hpp>
+#include <boost/asio/thread_pool.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
@@ -34,6 +35,7 @@
 #include "core/error_words.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "server/reply_budget.h"
 
 namespace tonadex::server {
 namespace {
@@ -121,12 +123,20 @@ int LimitRefusal(std::string_view buffer, std::size_t headBytes) {
   return line > kMaxRequestLineBytes ? 414 : headBytes - line > kMaxFieldBytes ? 431 : 0;
 }
 
+std::size_t BodyBytes(const Reply& reply) {
+  std::size_t bytes = 0;
+  for (const SharedText& text : reply.body) {
+    bytes += text->size();
+  }
+  return bytes;
+}
+
 std::string ReplyHead(const Reply& reply, bool keepAlive) {
   const auto reason = http::obsolete_reason(static_cast<http::status>(reply.status));
   std::string head = "HTTP/1.1 " + std::to_string(reply.status) + " ";
   head.append(reason.data(), reason.size());
   head.append("\r\nServer: Tonadex\r\nContent-Type: ").append(reply.contentType);
-  head.append("\r\nContent-Length: ").append(std::to_string(reply.body->size()));
+  head.append("\r\nContent-Length: ").append(std::to_string(BodyBytes(reply)));
   head.append("\r\nX-Content-Type-Options: nosniff\r\nCache-Control: ");
   head.append(reply.maxAgeSeconds > 0 ? "max-age=" + std::to_string(reply.maxAgeSeconds)
                                       : "no-store");
@@ -196,6 +206,14 @@ std::uint64_t NextRandom() {
   return random();
 }
 
+// Whether the connection was torn down. A client that has only ended its own side still waits.
+bool IsReset(tcp::socket& socket) {
+  char byte = 0;
+  ErrorCode error;
+  socket.receive(asio::buffer(&byte, 1), tcp::socket::message_peek, error);
+  return error && error != asio::error::would_block && error != asio::error::eof;
+}
+
 class Counted {
  public:
   explicit Counted(std::atomic<int>& counter) : counter_(&counter) { ++counter; }
@@ -229,7 +247,7 @@ struct HttpServer::State {
   asio::awaitable<bool> WriteReply(beast::tcp_stream& stream, const Reply& reply, bool keepAlive,
                                    bool bodyToo);
   asio::awaitable<void> Linger(beast::tcp_stream& stream);
-  Reply Answer(const Parsed& parsed, const asio::ip::address& address);
+  Reply Answer(const Parsed& parsed, const asio::ip::address& address, tcp::socket& socket);
   void Log(const Parsed& parsed, const asio::ip::address& address, const Reply& reply,
            Clock::time_point start) const;
   void Admit(tcp::socket socket);
@@ -243,6 +261,7 @@ struct HttpServer::State {
   std::mutex mutex;
   std::condition_variable idle;
   int busy = 0;  // requests between their last byte and the reply's; guarded by mutex
+  ReplyBudget budget{options.maxReplyBytes};
   std::uint16_t port = 0;
   std::vector<std::thread> threads;
   asio::io_context context;  // owns the connections, which use all of the above
@@ -355,21 +374,23 @@ asio::awaitable<std::optional<Parsed>> HttpServer::State::ReadRequest(beast::tcp
 asio::awaitable<bool> HttpServer::State::WriteReply(beast::tcp_stream& stream, const Reply& reply,
                                                     bool keepAlive, bool bodyToo) {
   const std::string head = ReplyHead(reply, keepAlive);
-  std::string_view body = bodyToo ? std::string_view(*reply.body) : std::string_view();
   std::string_view first = head;
-  do {
-    const std::string_view slice = body.substr(0, kWriteSliceBytes);
-    const std::array<asio::const_buffer, 2> buffers = {asio::buffer(first.data(), first.size()),
-                                                       asio::buffer(slice.data(), slice.size())};
-    stream.expires_after(options.slowClient);
-    ErrorCode error;
-    co_await asio::async_write(stream, buffers, asio::redirect_error(asio::use_awaitable, error));
-    if (error) {
-      co_return false;
-    }
-    first = {};
-    body.remove_prefix(slice.size());
-  } while (!body.empty());
+  for (std::size_t i = 0; i == 0 || (bodyToo && i < reply.body.size()); ++i) {
+    std::string_view rest = bodyToo ? std::string_view(*reply.body[i]) : std::string_view();
+    do {
+      const std::string_view slice = rest.substr(0, kWriteSliceBytes);
+      const std::array<asio::const_buffer, 2> buffers = {asio::buffer(first.data(), first.size()),
+                                                         asio::buffer(slice.data(), slice.size())};
+      stream.expires_after(options.slowClient);
+      ErrorCode error;
+      co_await asio::async_write(stream, buffers, asio::redirect_error(asio::use_awaitable, error));
+      if (error) {
+        co_return false;
+      }
+      first = {};
+      rest.remove_prefix(slice.size());
+    } while (!rest.empty());
+  }
   co_return true;
 }
 
@@ -385,12 +406,15 @@ asio::awaitable<void> HttpServer::State::Linger(beast::tcp_stream& stream) {
   }
 }
 
-Reply HttpServer::State::Answer(const Parsed& parsed, const asio::ip::address& address) {
+Reply HttpServer::State::Answer(const Parsed& parsed, const asio::ip::address& address,
+                                tcp::socket& socket) {
   if (parsed.refusal != 0) {
     return RefusalReply(parsed.refusal);
   }
+  bool gone = false;  // the system tells of a reset once
+  const auto abandoned = [&] { return gone = gone || stopping || IsReset(socket); };
   try {
-    return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom()});
+    return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom(), abandoned});
   } catch (const std::exception&) {
     return RefusalReply(500);
   }
@@ -407,7 +431,7 @@ void HttpServer::State::Log(const Parsed& parsed, const asio::ip::address& addre
   const std::string method =
       parsed.refusal != 0 ? "- -" : parsed.method + " " + PathForLog(parsed.target);
   options.log(UtcNow() + " " + address.to_string() + " " + method + " " +
-              std::to_string(reply.status) + " " + std::to_string(reply.body->size()) + " " +
+              std::to_string(reply.status) + " " + std::to_string(BodyBytes(reply)) + " " +
               milliseconds.data());
 }
 
@@ -415,6 +439,7 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted) {
   ErrorCode error;
   const asio::ip::address peer = socket.remote_endpoint(error).address();
   socket.set_option(tcp::no_delay(true), error);
+  socket.non_blocking(true, error);  // for IsReset
   beast::tcp_stream stream(std::move(socket));
   std::string buffer;
   for (bool open = true; open;) {
@@ -426,7 +451,11 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted) {
     const Clock::time_point start = Clock::now();
     const auto forwarded = options.behindProxy ? LastForwarded(parsed->forwardedFor) : std::nullopt;
     const asio::ip::address address = forwarded.value_or(peer);
-    const Reply reply = Answer(*parsed, address);
+    Reply reply = Answer(*parsed, address, stream.socket());
+    const ReplyBudget::Share share(budget, reply.body);
+    if (!share.granted()) {
+      reply = RefusalReply(503);
+    }
     open = parsed->keepAlive && !stopping;
     const bool written = co_await WriteReply(stream, reply, open, !parsed->head);
     Log(*parsed, address, reply, start);
@@ -489,22 +518,31 @@ bool Answers(std::uint16_t port) {
   return !error;
 }
 
-void WaitForEndSignal(const std::function<void()>& reload) {
+void WaitForEndSignal(const std::function<void()>& ready,
+                      const std::function<void(const std::stop_token&)>& reload) {
+  std::stop_source end;
+  std::atomic<bool> waiting{false};
+  asio::thread_pool reloader(1);
   asio::io_context context;
   asio::signal_set signals(context, SIGTERM, SIGINT);
 #ifdef SIGHUP
   signals.add(SIGHUP);
 #endif
-  for (;;) {
-    int got = 0;
+  ready();
+  for (int got = 0; got != SIGTERM && got != SIGINT; context.restart()) {
     signals.async_wait([&got](ErrorCode, int signal) { got = signal; });
     context.run();
-    if (got == SIGTERM || got == SIGINT) {
-      return;
+    if (got != SIGTERM && got != SIGINT && !waiting.exchange(true)) {
+      asio::post(reloader, [&] {
+        waiting = false;
+        if (!end.stop_requested()) {
+          reload(end.get_token());
+        }
+      });
     }
-    context.restart();
-    reload();
   }
+  end.request_stop();
+  reloader.join();
 }
 
 }  // namespace tonadex::server

@@ -7,6 +7,7 @@
 #include "core/windows1252.h"
 #include "server/pages.h"
 #include "tests/core/table.h"
+#include "tests/server/ask.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::server {
@@ -14,6 +15,7 @@ namespace {
 
 using namespace core::literals;
 using std::string;
+using test::Joined;
 using test::TempFolder;
 
 TEST(Handle, Answers) {
@@ -29,7 +31,7 @@ TEST(Handle, Answers) {
     Shelf shelf(folder / "servidor", ShelfAccess::kReadWrite);
     const Reply reply = Handle({core::FromUtf8(row[0]), "client", {}, 1}, shelf);
     EXPECT_EQ(std::to_string(reply.status), row[1]);
-    EXPECT_EQ(core::ToUtf8(*reply.body), row[2]);
+    EXPECT_EQ(core::ToUtf8(Joined(reply.body)), row[2]);
     EXPECT_EQ(reply.contentType, kTextType);
   }
 }
@@ -40,12 +42,21 @@ TEST(Handle, StoresWhatIsUploaded) {
   const string target =
       "/uploadertonos.php?filename=Mi%20t\xE9ma%25.29&contents=Mi%20t\xE9ma%25:d=4,o=5,b=100:c,"
       "djuh9hay,e";
-  EXPECT_EQ(*Handle({target, "client", {}, 1}, shelf).body,
+  EXPECT_EQ(Joined(Handle({target, "client", {}, 1}, shelf).body),
             u8"La melodía está en el servidor. ¡Gracias!"_w);
   const string stored = string(u8"Mi téma%:d=4,o=5,b=100:c,djuh9hay,e"_w);
   EXPECT_EQ(folder.Read(u8"Mi téma%.29"), stored);
-  EXPECT_EQ(*Handle({"/tonos/Mi%20t\xE9ma%.29", "client", {}, 1}, shelf).body, stored);
+  EXPECT_EQ(Joined(Handle({"/tonos/Mi%20t\xE9ma%.29", "client", {}, 1}, shelf).body), stored);
   EXPECT_EQ(Handle({target, "client", {}, 1}, shelf).status, 409);
+}
+
+TEST(Handle, StopsASearchThatNobodyWaitsFor) {
+  const TempFolder folder;
+  Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  for (const bool gone : {false, true}) {
+    EXPECT_EQ(Handle({"/listatonos.php", "client", {}, 1, [&] { return gone; }}, shelf).status,
+              gone ? 503 : 200);
+  }
 }
 
 TEST(UndoEscapes, KeepsWhatIsNoEscape) {

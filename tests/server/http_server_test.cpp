@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 
+#include <atomic>
+#include <csignal>
 #include <deque>
 #include <future>
 #include <mutex>
@@ -106,6 +109,103 @@ TEST(HttpServer, LetsGoOfSlowClientsWhileOthersAreServed) {
   EXPECT_EQ(Ask(server.Port(), "/"), "200 ok");
   ASSERT_EQ(gaveUp.get_future().wait_for(kNotForEver), std::future_status::ready);
   EXPECT_LT(reader.ReadAll().size(), large.size());
+}
+
+TEST(HttpServer, BoundsTheMemoryOfRepliesThatNobodyReads) {
+  constexpr std::size_t kLarge = std::size_t{16} << 20;
+  const auto shared = std::make_shared<const string>(kLarge, 'x');
+  ServerOptions options;
+  options.maxReplyBytes = 2 * kLarge + kLarge / 2;
+  HttpServer server(options, [&](const Request& request) {
+    Reply reply = TextReply(200, request.target == "/own" ? string(kLarge, 'x') : "small");
+    if (request.target == "/shared") {
+      reply.body = {shared, shared};
+    }
+    return reply;
+  });
+  const auto waitFor = [&](const string& status) {
+    const auto end = Clock::now() + kNotForEver;
+    while (!Ask(server.Port(), "/own").starts_with(status) && Clock::now() < end) {
+    }
+    EXPECT_LT(Clock::now(), end);
+  };
+  {
+    std::deque<RawSocket> readers;  // that read no further than here
+    for (int i = 0; i < 20; ++i) {
+      readers.push_back(RawSocket::Connect(server.Port()));
+      readers.back().Send(Get(i == 0 ? "/own" : "/shared"));
+      ASSERT_TRUE(readers.back().ReadUntil("\r\n\r\n").starts_with("HTTP/1.1 200 "));
+    }
+    waitFor("503");
+    EXPECT_EQ(Ask(server.Port(), "/shared").size(), 2 * kLarge + 4);  // is there once
+    EXPECT_EQ(Ask(server.Port(), "/"), "200 small");
+  }
+  waitFor("200");
+}
+
+TEST(HttpServer, SaysWhenNobodyWaitsForAReply) {
+  std::promise<void> asked, reset, stopped;
+  const auto wait = [](const Request& request, std::promise<void>& seen) {
+    const auto end = Clock::now() + kNotForEver;
+    while (!request.abandoned() && Clock::now() < end) {
+      std::this_thread::sleep_for(milliseconds(1));
+    }
+    request.abandoned() ? seen.set_value() : void();
+  };
+  HttpServer server({}, [&](const Request& request) {
+    if (request.target == "/half") {
+      return TextReply(200, request.abandoned() ? "gone" : "waits");
+    }
+    request.target == "/stop" ? asked.set_value() : void();
+    wait(request, request.target == "/stop" ? stopped : reset);
+    return Echo(request);
+  });
+  EXPECT_EQ(Converse(server.Port(), Get("/half")).at(0), "200 waits");
+  {
+    const RawSocket client = RawSocket::Connect(server.Port());
+    client.Send(Get("/reset"));
+    const linger hard{1, 0};
+    ::setsockopt(client.handle(), SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
+    std::this_thread::sleep_for(milliseconds(50));
+  }
+  EXPECT_EQ(reset.get_future().wait_for(kNotForEver), std::future_status::ready);
+  const RawSocket client = RawSocket::Connect(server.Port());
+  client.Send(Get("/stop"));
+  asked.get_future().wait();
+  server.Stop();
+  EXPECT_EQ(stopped.get_future().wait_for(milliseconds(0)), std::future_status::ready);
+}
+
+TEST(WaitForEndSignal, ReloadsOnceForManySignalsAndEndsWithoutWaitingForIt) {
+  std::atomic<int> reloads{0};
+  std::atomic<bool> release{false};
+  std::promise<void> ready;
+  const auto reload = [&](const std::stop_token& stop) {
+    const int number = ++reloads;
+    const auto end = Clock::now() + kNotForEver;
+    while (Clock::now() < end && !stop.stop_requested() && (number != 1 || !release)) {
+      std::this_thread::sleep_for(milliseconds(1));
+    }
+  };
+  std::thread waiter([&] { WaitForEndSignal([&] { ready.set_value(); }, reload); });
+  ready.get_future().wait();
+  const auto start = Clock::now();
+  std::raise(SIGHUP);
+  while (reloads == 0) {
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+  for (int i = 0; i < 50; ++i) {
+    std::raise(SIGHUP);
+  }
+  std::this_thread::sleep_for(milliseconds(100));
+  release = true;
+  while (reloads < 2 && Clock::now() - start < kNotForEver) {
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+  std::raise(SIGTERM);
+  waiter.join();
+  EXPECT_EQ(reloads, 2);
+  EXPECT_LT(Clock::now() - start, kNotForEver);
 }
 
 TEST(HttpServer, ServesItsMostConnectionsAndTellsTheRestToComeBack) {

@@ -36,13 +36,15 @@ constexpr std::chrono::seconds kPatience{60};  // with a busy machine
 
 class Program {
  public:
-  explicit Program(const TempFolder& home) : process_(::fork()) {
+  // Logs to standard error, which `setError` may change, or to home's file "log".
+  explicit Program(const TempFolder& home, void (*setError)() = nullptr) : process_(::fork()) {
     if (process_ == 0) {
       ::dup2(::open("/dev/null", O_WRONLY), 1);
       ::dup2(1, 2);
+      setError == nullptr ? void() : setError();
       ::execl(TONADEX_SERVER_PROGRAM, "tonadex-server", "--puerto", "0", "--proxy", "--carpeta",
-              (home / "servidor").c_str(), "--registro", (home / "log").c_str(), "--estanteria", "",
-              nullptr);
+              (home / "servidor").c_str(), "--registro",
+              setError == nullptr ? (home / "log").c_str() : "", "--estanteria", "", nullptr);
       ::_exit(127);
     }
   }
@@ -186,6 +188,41 @@ TEST(ServerProgram, EndsCleanlyAndKeepsItsFolderToItself) {
   const string log = home.Read("log");
   EXPECT_GE(std::count(log.begin(), log.end(), '\n'), 3);
   EXPECT_NE(log.find(" 127.0.0.1 GET /azar.php 200 0 "), log.npos);
+}
+
+void CloseError() {
+  ::close(2);
+}
+
+void LetNobodyReadError() {
+  int ends[2];
+  ::pipe2(ends, O_NONBLOCK);
+  while (::write(ends[1], "x", 1) == 1) {
+  }
+  ::fcntl(ends[1], F_SETFL, 0);
+  ::dup2(ends[1], 2);
+}
+
+void LetTheReaderOfErrorLeave() {
+  int ends[2];
+  ::pipe(ends);
+  ::dup2(ends[1], 2);
+  ::close(ends[0]);
+  ::close(ends[1]);
+}
+
+TEST(ServerProgram, NeedsNobodyWhoReadsItsLog) {
+  for (const auto setError : {CloseError, LetNobodyReadError, LetTheReaderOfErrorLeave}) {
+    const TempFolder home;
+    Program program(home, setError);
+    const std::uint16_t port = WaitForPort(home);
+    ASSERT_NE(port, 0);
+    for (int i = 0; i < 10; ++i) {
+      ASSERT_EQ(Ask(port, "/azar.php"), "200 ");
+    }
+    EXPECT_EQ(home.Read("servidor/.candado"), "");  // no file takes the place of a closed stream
+    EXPECT_EQ(program.End(SIGTERM), 0);
+  }
 }
 
 TEST(ServerProgram, SaysWhyItCannotStart) {
