@@ -107,16 +107,18 @@ TEST(SearchIndex, StaysAsItIsWhenACopyGrows) {
     while (melodies < next) {
       add(index, melodies++);
     }
-    const auto before = index.Records();
-    const string listing = test::Joined(before);
+    const string listing = test::Joined(index.Records());
     SearchIndex grown = index;
     add(grown, melodies);
     EXPECT_EQ(index.Search("vals", 9999).size(), next);
     EXPECT_EQ(grown.Search("vals", 9999).size(), next + 1);
     EXPECT_EQ(test::Joined(index.Records()), listing);
-    const auto after = grown.Records();
-    EXPECT_TRUE(test::Joined(after).starts_with(listing));
+    const auto before = index.Records(), after = grown.Records();
     EXPECT_TRUE(std::equal(before.begin(), before.end() - 1, after.begin()));
+    const string longer = test::Joined(after);
+    EXPECT_TRUE(longer.starts_with(listing));
+    add(grown, melodies + 1);
+    EXPECT_EQ(test::Joined(after), longer);  // replies keep what they have
   }
   EXPECT_TRUE(index.Search("vals", 9999, [] { return true; }).empty());
 }
