@@ -41,7 +41,8 @@ std::vector<StoredMelody> ReadFolder(const fs::path& folder, const std::stop_tok
       break;
     }
     std::string fileName = core::TextFromPath(entry.path().filename());
-    if (ParseMelodyName(fileName) && ReadHead(entry.path(), kNamePrefixBytes, head)) {
+    if (ParseMelodyName(fileName) && ReadHead(entry.path(), kNamePrefixBytes, head) &&
+        head.size <= kMaxFileBytes) {
       std::string description = DescriptionOf(head.bytes, fileName);
       melodies.push_back({head.modified, std::move(fileName), std::move(description)});
     }
@@ -141,12 +142,10 @@ std::vector<std::string> Shelf::Newest(std::size_t count) const {
 }
 
 std::optional<std::string> Shelf::Melody(std::string_view fileName) const {
-  FileHead head;
-  if (!ParseMelodyName(fileName) ||
-      !ReadHead(folder_ / core::PathFromText(fileName), kMaxFileBytes, head)) {
+  if (!ParseMelodyName(fileName)) {
     return std::nullopt;
   }
-  return std::move(head.bytes);
+  return ReadWhole(folder_ / core::PathFromText(fileName), kMaxFileBytes);
 }
 
 UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
@@ -184,11 +183,13 @@ void FillEmptyShelf(const fs::path& folder, const fs::path& source) {
     return;
   }
   core::WriteBytes(folder / kFillingMark, {});
-  FileHead head;
   for (const auto& entry : fs::directory_iterator(source)) {
     const fs::path name = entry.path().filename();
-    if (ParseMelodyName(core::TextFromPath(name)) && ReadHead(entry.path(), kMaxFileBytes, head) &&
-        CreateWhole(folder, name, head.bytes) == CreateResult::kFailed) {
+    if (!ParseMelodyName(core::TextFromPath(name))) {
+      continue;
+    }
+    const auto bytes = ReadWhole(entry.path(), kMaxFileBytes);
+    if (bytes && CreateWhole(folder, name, *bytes) == CreateResult::kFailed) {
       throw fs::filesystem_error("copy", entry.path(), folder,
                                  std::make_error_code(std::errc::io_error));
     }

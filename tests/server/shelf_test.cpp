@@ -49,6 +49,20 @@ TEST(Shelf, ServesWhatTheFolderHoldsNewestFirst) {
   }
 }
 
+TEST(Shelf, ServesWholeFilesOfItsFolderAlone) {
+  const TempFolder folder, outside;
+  outside.Write("secreto.12", "outside");
+  folder.Write("longest.1", string(kMaxFileBytes, 'x'));
+  folder.Write("longer.1", string(kMaxFileBytes + 1, 'x'));
+  fs::create_symlink(outside / "secreto.12", folder / "link.12");
+  const Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  EXPECT_EQ(shelf.size(), 1u);
+  EXPECT_EQ(shelf.Melody("longest.1")->size(), kMaxFileBytes);
+  for (const char* none : {"longer.1", "link.12"}) {
+    EXPECT_FALSE(shelf.Melody(none)) << none;
+  }
+}
+
 TEST(Shelf, PicksDifferentMelodiesAtRandom) {
   const TempFolder folder;
   for (int i = 0; i < 30; ++i) {
