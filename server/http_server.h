@@ -17,8 +17,12 @@ struct ServerOptions {
   std::string address = "127.0.0.1";  // a numeric address to listen on
   std::uint16_t port = 0;             // 0: any free one
   bool behindProxy = false;           // the client's address stands in X-Forwarded-For
+  bool ownMachineOnly = false;        // refuses what another host's web page made a browser ask
   int threads = 0;                    // 0: as many as suit the machine
   int maxConnections = kMaxConnections;
+  // From one address (an IPv6 network, /64, is one). Behind a proxy all connections are the
+  // proxy's: there this many requests of one client are served at the same time.
+  int maxConnectionsOfAddress = kMaxConnectionsOfAddress;
   std::size_t maxReplyBytes = kMaxReplyBytes;  // beyond it a request gets a 503
   std::chrono::milliseconds slowClient{kSlowClientMs};
   // Gets one line for each request, UTF-8 without a line end: time (UTC), address, method, path,

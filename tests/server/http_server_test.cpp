@@ -208,36 +208,78 @@ TEST(WaitForEndSignal, ReloadsOnceForManySignalsAndEndsWithoutWaitingForIt) {
   EXPECT_LT(Clock::now() - start, kNotForEver);
 }
 
-TEST(HttpServer, ServesItsMostConnectionsAndTellsTheRestToComeBack) {
+// How many of `clients` are served, the rest being told to come back.
+int Served(const std::deque<RawSocket>& clients) {
+  int served = 0, busy = 0;
+  for (const RawSocket& client : clients) {
+    client.Send(Get("/x"));
+  }
+  for (const RawSocket& client : clients) {
+    const string reply = client.ReadUntil("\r\n\r\n");
+    served += reply.starts_with("HTTP/1.1 200 ");
+    busy += reply.starts_with("HTTP/1.1 503 ");
+  }
+  EXPECT_EQ(served + busy, int(clients.size()));
+  return served;
+}
+
+TEST(HttpServer, ServesSoManyConnectionsOfAnAddressAndInAll) {
   constexpr int kClients = 2000;
   RaiseOpenFileLimit();
   rlimit limit{};
   ::getrlimit(RLIMIT_NOFILE, &limit);
-  if (limit.rlim_cur < 2 * kClients + 200) {  // two sockets for each connection
+  if (limit.rlim_cur < 4 * kClients + 200) {  // two sockets for each connection
     GTEST_SKIP() << "this system does not allow enough open files";
   }
   HttpServer server({}, Echo);
   {
-    std::deque<RawSocket> clients;
+    std::deque<RawSocket> idle, one, others;
     for (int i = 0; i < kClients; ++i) {
-      clients.push_back(RawSocket::Connect(server.Port()));
+      idle.push_back(RawSocket::Connect(server.Port(), 2));
     }
-    int served = 0, busy = 0;
-    for (const RawSocket& client : clients) {
-      client.Send(Get("/x"));
+    one.push_back(RawSocket::Connect(server.Port()));
+    EXPECT_EQ(Served(one), 1);
+    for (int i = 0; i < kClients; ++i) {
+      others.push_back(RawSocket::Connect(server.Port(), std::uint8_t(3 + i % 100)));
     }
-    for (const RawSocket& client : clients) {
-      const string reply = client.ReadUntil("\r\n\r\n");
-      served += reply.starts_with("HTTP/1.1 200 ");
-      busy += reply.starts_with("HTTP/1.1 503 ");
-    }
-    EXPECT_EQ(served, kMaxConnections);
-    EXPECT_EQ(busy, kClients - kMaxConnections);
+    EXPECT_EQ(Served(others), kMaxConnections - kMaxConnectionsOfAddress - 1);
+    EXPECT_EQ(Served(idle), kMaxConnectionsOfAddress);
   }
   const auto end = Clock::now() + kNotForEver;
   while (Ask(server.Port(), "/x") != "200 /x") {
     ASSERT_LT(Clock::now(), end);
   }
+}
+
+// All connections are the proxy's own: what counts are the requests under way of each client.
+TEST(HttpServer, LimitsTheRequestsOfAClientBehindTheProxy) {
+  std::promise<void> release;
+  const std::shared_future<void> released(release.get_future());
+  std::atomic<int> waiting{0};
+  ServerOptions options;
+  options.behindProxy = true;
+  options.maxConnectionsOfAddress = 2;
+  HttpServer server(options, [&](const Request& request) {
+    if (request.target == "/wait") {
+      ++waiting;
+      released.wait();
+    }
+    return Echo(request);
+  });
+  const auto get = [&](const string& target, const string& client) {
+    return Ask(server.Port(), target, "X-Forwarded-For: " + client + "\r\n").substr(0, 3);
+  };
+  auto first = std::async(std::launch::async, get, "/wait", "9.9.9.1");
+  auto second = std::async(std::launch::async, get, "/wait", "9.9.9.1");
+  const auto end = Clock::now() + kNotForEver;
+  while (waiting < 2 && Clock::now() < end) {
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+  EXPECT_EQ(get("/x", "9.9.9.1"), "503");
+  EXPECT_EQ(get("/x", "9.9.9.2"), "200");
+  release.set_value();
+  EXPECT_EQ(first.get() + second.get(), "200200");
+  EXPECT_EQ(get("/x", "9.9.9.1"), "200");
 }
 
 TEST(HttpServer, LimitsUploadsByTheAddressThatTheProxyWrote) {
