@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <stop_token>
 #include <string>
 
@@ -75,21 +76,35 @@ void Reload(Shelf& shelf, const std::stop_token& stop) {
   }
 }
 
+// The lock of a folder that we may write to; none where the lock cannot be made (a read-only mount,
+// a folder of somebody else's), and nothing needs to be kept from writing then.
+std::unique_ptr<FolderLock> LockUnlessReadOnly(const std::string& folder) {
+  std::unique_ptr<FolderLock> lock;
+  try {
+    lock = FolderLock::Try(folder);
+  } catch (const fs::filesystem_error&) {
+    return nullptr;
+  }
+  if (!lock) {
+    throw std::runtime_error("otro programa usa ya la carpeta «" + folder + "»");
+  }
+  return lock;
+}
+
 void Serve(Arguments arguments) {
   const fs::path folder = arguments.folder;
   fs::create_directories(folder);
-  const auto lock = FolderLock::Try(folder);
-  if (!lock) {
-    throw std::runtime_error("otro programa usa ya la carpeta «" + arguments.folder + "»");
-  }
+  const auto lock = LockUnlessReadOnly(arguments.folder);
   LineLog log(arguments.logFile);
   RaiseOpenFileLimit();
-  FillEmptyShelf(folder, arguments.firstMelodies);
-  Shelf shelf(folder, ShelfAccess::kReadWrite);
+  if (lock) {
+    FillEmptyShelf(folder, arguments.firstMelodies);
+  }
+  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly);
   arguments.server.log = [&log](std::string_view line) { log(line); };
   HttpServer server(arguments.server, [&shelf](const Request& r) { return Handle(r, shelf); });
   const auto announce = [&] {
-    if (!PublishPort(folder, server.Port())) {
+    if (!lock || !PublishPort(folder, server.Port())) {
       SayLine(Stream::kError, "tonadex-server: aviso: no se puede escribir en la carpeta «" +
                                   arguments.folder + "»; se sirve lo que hay");
     }
@@ -98,7 +113,9 @@ void Serve(Arguments arguments) {
                                  std::to_string(server.Port()) + "/");
   };
   WaitForEndSignal(announce, [&shelf](const std::stop_token& stop) { Reload(shelf, stop); });
-  WithdrawPort(folder);
+  if (lock) {
+    WithdrawPort(folder);
+  }
 }
 
 }  // namespace

@@ -39,7 +39,7 @@ class Program {
   // Logs to standard error, which `setError` may change, or to home's file "log".
   explicit Program(const TempFolder& home, void (*setError)() = nullptr) : process_(::fork()) {
     if (process_ == 0) {
-      ::dup2(::open("/dev/null", O_WRONLY), 1);
+      ::dup2(::open((home / "said").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644), 1);
       ::dup2(1, 2);
       setError == nullptr ? void() : setError();
       ::execl(TONADEX_SERVER_PROGRAM, "tonadex-server", "--puerto", "0", "--proxy", "--carpeta",
@@ -223,6 +223,30 @@ TEST(ServerProgram, NeedsNobodyWhoReadsItsLog) {
     EXPECT_EQ(home.Read("servidor/.candado"), "");  // no file takes the place of a closed stream
     EXPECT_EQ(program.End(SIGTERM), 0);
   }
+// A folder of somebody else's, or a read-only mount: the lock cannot be made, here because a folder
+// has its name.
+TEST(ServerProgram, ServesAFolderThatItCannotWrite) {
+  const TempFolder home;
+  home.Write("servidor/vals.29", "Vals:d=4");
+  home.Write("servidor/.candado/x", "");
+  Program program(home);
+  string said;
+  for (const auto end = Clock::now() + kPatience; !said.ends_with("/\n") && Clock::now() < end;) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    said = home.Read("said");
+  }
+  const std::size_t port = said.rfind(':') + 1;
+  ASSERT_EQ(said.substr(0, port), "tonadex-server: aviso: no se puede escribir en la carpeta «" +
+                                      (home / "servidor").string() +
+                                      "»; se sirve lo que hay\nTonadex " TONADEX_VERSION
+                                      ": 1 melodías en http://127.0.0.1:");
+  const auto server = std::uint16_t(std::stoi(said.substr(port)));
+  EXPECT_EQ(Ask(server, "/todoslostonos.php"), "200 Vals (vals.29)498");
+  EXPECT_EQ(
+      Ask(server, "/uploadertonos.php?filename=" + KeyOf("a") + "&contents=" + MelodyText("a")),
+      "403 Este servidor solo deja leer.");
+  EXPECT_EQ(program.End(SIGTERM), 0);
+  EXPECT_EQ(PublishedPort(home / "servidor"), std::nullopt);
 }
 
 TEST(ServerProgram, SaysWhyItCannotStart) {
