@@ -39,6 +39,7 @@ TEST(Handle, Answers) {
     EXPECT_EQ(std::to_string(reply.status), row[1]);
     EXPECT_EQ(core::ToUtf8(Joined(reply.body)), row[2]);
     EXPECT_EQ(reply.contentType, kTextType);
+    EXPECT_EQ(std::to_string(reply.maxAgeSeconds), row[3].empty() ? "0" : row[3]);
   }
 }
 
@@ -113,6 +114,16 @@ TEST(Pages, EscapeWhatComesFromOutside) {
   }
   const Shelf large(folder.path(), ShelfAccess::kReadOnly);
   EXPECT_NE(BannerPage(large).find("1.235 melodías<"), string::npos) << BannerPage(large);
+}
+
+TEST(Pages, MayBeKeptForAMinute) {
+  const TempFolder folder;
+  Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  for (const char* page : {"/banners.php", "/mini906.php", "/mini.php?version=1"}) {
+    const Reply reply = Handle({page, "client", {}, 1}, shelf);
+    EXPECT_EQ(reply.maxAgeSeconds, 60) << page;
+    EXPECT_EQ(reply.contentType, kHtmlType) << page;
+  }
 }
 
 TEST(StartPage, SaysWhetherTheVersionIsCurrent) {

@@ -71,13 +71,22 @@ TEST(HttpServer, AnswersOrRefusesAnyRequest) {
   }
 }
 
-TEST(HttpServer, AnswersHeadWithoutTheBody) {
-  HttpServer server({}, Echo);
-  const RawSocket client = RawSocket::Connect(server.Port());
-  client.Send("HEAD /abc HTTP/1.1\r\nConnection: close\r\n\r\n");
-  const string reply = client.ReadAll();
+TEST(HttpServer, AnswersHeadWithoutTheBodyAndSaysHowLongItMayBeKept) {
+  HttpServer server({}, [](const Request& request) {
+    Reply reply = Echo(request);
+    reply.maxAgeSeconds = request.target == "/kept" ? 60 : 0;
+    return reply;
+  });
+  const auto head = [&](const string& target) {
+    const RawSocket client = RawSocket::Connect(server.Port());
+    client.Send("HEAD " + target + " HTTP/1.1\r\nConnection: close\r\n\r\n");
+    return client.ReadAll();
+  };
+  EXPECT_NE(head("/kept").find("\r\nCache-Control: max-age=60\r\n"), string::npos);
+  const string reply = head("/abc");
   EXPECT_NE(reply.find("Content-Length: 4\r\n"), reply.npos);
   EXPECT_EQ(reply.substr(reply.size() - 4), "\r\n\r\n");
+  EXPECT_NE(reply.find("\r\nCache-Control: no-store\r\n"), reply.npos);
 }
 
 TEST(HttpServer, TurnsAnExceptionIntoAReply) {
