@@ -223,6 +223,8 @@ TEST(ServerProgram, NeedsNobodyWhoReadsItsLog) {
     EXPECT_EQ(home.Read("servidor/.candado"), "");  // no file takes the place of a closed stream
     EXPECT_EQ(program.End(SIGTERM), 0);
   }
+}
+
 // A folder of somebody else's, or a read-only mount: the lock cannot be made, here because a folder
 // has its name.
 TEST(ServerProgram, ServesAFolderThatItCannotWrite) {
