@@ -6,13 +6,14 @@
 #include <system_error>
 
 #include "app/form1_tables.h"
-#include "app/phone_words.h"
 #include "app/settings.h"
-#include "core/dispatcher/conversion.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "net/addresses.h"
 #include "nokia3210/cnokia.h"
+#include "phones/catalogue.h"
+#include "phones/formats.h"
+#include "phones/phone_words.h"
 
 namespace tonadex::app {
 namespace {
@@ -85,7 +86,12 @@ void Form1::Form_Load() {
 }
 
 void Form1::Form_QueryUnload() {
-  program_.services.shell.End();
+  if (program_.busy) {
+    program_.closing = true;
+    GiveUpRequest(program_);
+  } else {
+    program_.services.shell.End();
+  }
 }
 
 void Form1::ocultapagina() {
@@ -196,7 +202,7 @@ void Form1::navbanner_BeforeNavigate() {
 void Form1::FillModelList() {
   cmbformatos.Clear();
   for (const std::string_view model :
-       core::ModelsOfBrand(program_.PhoneCatalogue, cmbmarcas.SelectedText())) {
+       phones::ModelsOfBrand(program_.PhoneCatalogue, cmbmarcas.SelectedText())) {
     cmbformatos.AddRow(model);
   }
   cmbformatos.Select(0);
@@ -208,7 +214,7 @@ void Form1::cmbmarcas_Click() {
 
 void Form1::RestoreSavedModel() {
   std::vector<std::string> brands;
-  program_.PhoneCatalogue = core::LoadPhoneCatalogue(brands);
+  program_.PhoneCatalogue = phones::LoadPhoneCatalogue(brands);
   cmbmarcas.Clear();
   for (const std::string& brand : brands) {
     cmbmarcas.AddRow(brand);
@@ -217,7 +223,7 @@ void Form1::RestoreSavedModel() {
   FillModelList();
   program_.services.shell.DoEvents();
   const std::string saved = program_.gPhoneModel;
-  if (const auto brand = core::RestoredBrand(saved)) {
+  if (const auto brand = phones::RestoredBrand(saved)) {
     cmbmarcas.Select(static_cast<int>(*brand));
     FillModelList();
   }
@@ -237,11 +243,11 @@ const Control* Form1::NavigationButton() const {
 
 std::string Form1::PhoneLabel() const {
   // On the page of the options the model is saved when the page is left.
-  return PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program_.gPhoneModel);
+  return phones::PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program_.gPhoneModel);
 }
 
 std::string Form1::OptionsSentence() const {
-  return PhoneGets(cmbformatos.text);
+  return phones::PhoneGets(cmbformatos.text);
 }
 
 std::string Form1::EmptySentence() const {
@@ -255,7 +261,8 @@ std::string Form1::EmptyResultSentence() const {
   if (!textresultado.visible || !textresultado.text.empty()) {
     return {};
   }
-  return std::string(IsModel(program_.gPhoneModel) ? kConvertFirst : kChoosePhoneFirst);
+  return std::string(phones::FindModel(program_.gPhoneModel) != nullptr ? kConvertFirst
+                                                                        : kChoosePhoneFirst);
 }
 
 bool Form1::OffersSearch() const {
@@ -271,7 +278,7 @@ bool Form1::ResultIsKeyPresses() const {
 }
 
 bool Form1::ResultCanBeSaved() const {
-  return !textresultado.text.empty() && !core::SavesFile(resultModel_);
+  return !textresultado.text.empty() && !phones::SavesFile(resultModel_);
 }
 
 std::string Form1::SuggestedResultName() const {

@@ -47,8 +47,8 @@ class Form1 {
   // ---- Handlers ---------------------------------------------------------------------------------
   // Hides all pages but the start-up page and sends WebBrowser1 there.
   void Form_Load();
-  // The user closes the window: the program ends at once. May be called directly, while a request
-  // runs, too.
+  // The user closes the window: the program ends at once, or, while a request runs, gives that up
+  // and ends after it. Called directly, not through RunHandler.
   void Form_QueryUnload();
 
   void cmdinicio_Click();

@@ -7,6 +7,7 @@
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "nokia3210/cnokia.h"
+#include "phones/formats.h"
 #include "platform/message_box.h"
 
 // The start page: composer and RTTTL box.
@@ -57,7 +58,7 @@ void Form1::convierteCompositor() {
   nokia3210::CNokia& converter = Converter();
   converter.ShowType = nokia3210::NoteKind::kRTTTL;
   converter.Convert();
-  if (converter.NoteCount() > kComposerNotes) {
+  if (converter.NoteCount() > phones::kComposerNotes) {
     lblMsg.caption = kTooManyNotes;
   }
   rtf.text = converter.ConvertedNotes();

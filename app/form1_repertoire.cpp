@@ -6,12 +6,12 @@
 #include "app/cls_open_save.h"
 #include "app/form1.h"
 #include "app/print_sheet.h"
-#include "core/dispatcher/conversion.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "files/paths.h"
 #include "files/read.h"
 #include "midi/playback.h"
+#include "phones/conversion.h"
 
 // The repertoire page: listing, playing, converting, printing.
 namespace tonadex::app {
@@ -35,12 +35,12 @@ std::vector<std::filesystem::path> MelodyFiles(const Program& program) {
   return files;
 }
 
-// The dispatcher's question for a file, asked in the system's save dialog.
-class SaveDialogQuestion : public core::SaveFileQuestion {
+// The conversion's question for a file, asked in the system's save dialog.
+class SaveDialogQuestion : public phones::SaveFileQuestion {
  public:
   explicit SaveDialogQuestion(Program& program) : program_(program) {}
 
-  std::optional<std::string> AskSaveFile(const core::SaveRequest& request) override {
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest& request) override {
     clsOpenSave dialog(program_.services.fileDialogs);
     dialog.hWnd = static_cast<std::int32_t>(program_.window);
     dialog.DefaultExt = request.DefaultExt;
@@ -80,7 +80,7 @@ void Form1::FillRepertoire() {
       step([&] { stem = core::FormedStem(formed, name); });
       List1.AddRow(core::RowText(name, stem));
       skipping = false;
-      List1.rows.back().itemData = core::FileNumber(formed);
+      List1.rows.SetLastData(core::FileNumber(formed));
     }
   });
 }
@@ -133,7 +133,7 @@ void Form1::ConvertSelectedMelody() {
   program_.gMelody.Text = core::UndoSharpEscape(files::ReadMelodyLine(SelectedFile()));
   SaveDialogQuestion question(program_);
   const auto page =
-      core::ConvertSelectedMelody(program_.gMelody, program_.gPhoneModel, row, question);
+      phones::ConvertSelectedMelody(program_.gMelody, program_.gPhoneModel, row, question).page;
   if (page) {
     lbltextresult.caption = page->title;
     textresultado.text = page->result;

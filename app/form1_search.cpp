@@ -1,4 +1,7 @@
 #include "app/form1.h"
+
+#include <utility>
+
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "net/addresses.h"
@@ -27,20 +30,20 @@ void Form1::ReadListing(std::string_view address, bool stemAlone) {
   // A failed request leaves Text1 as it was, and that is what is read.
   core::SkipErrors([&] { Text1.text = Request(program_, address); });
   program_.services.shell.DoEvents();
-  const net::Listing listing = net::ParseListing(Text1.text, stemAlone);
-  for (const net::ListingRow& row : listing.rows) {
-    List1.AddRow(row.text, row.number);
-  }
-  Text1.text = listing.rest;
-  if (!listing.rows.empty()) {
-    Text2.text = listing.record;
-    Text3.text = listing.number;
+  List1.rows.reserve(net::CountRecords(Text1.text), Text1.text.size());
+  net::ListingEnd left = net::ReadListing(
+      Text1.text, stemAlone,
+      [this](std::string_view text, std::int32_t number) { List1.AddRow(text, number); });
+  if (!List1.rows.empty()) {
+    Text2.text = std::move(left.record);
+    Text3.text = left.number;
   } else {
     for (std::size_t i = 0; i < net::kHintCount; ++i) {
-      List1.AddRow(net::HintRow(i));
-      List1.rows.back().hint = true;
+      List1.AddRow(net::HintRow(i), 0, true);
     }
   }
+  // An assigned text would keep the reply's memory; `left` lies in it.
+  std::string(left.rest).swap(Text1.text);
 }
 
 void Form1::picabuscar_Click() {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/error_words.h"
+#include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "net/client.h"
@@ -16,6 +17,7 @@ using namespace core::literals;
 constexpr std::string_view kUnhandledMessage =
     u8"Se ha producido un error inesperado y el programa debe cerrarse:"_w;
 constexpr int kUnhandledExitCode = 1;
+constexpr const char* kGivenUp = "Has dejado de esperar al servidor";
 
 // Sets `busy` for the length of a request.
 class BusyScope {
@@ -40,9 +42,32 @@ class BusyScope {
 Program::Program(Services platformServices, std::string server)
     : services(platformServices), serverBase(std::move(server)) {}
 
+RequestGivenUp::RequestGivenUp() : std::runtime_error(kGivenUp) {}
+
 std::string Request(Program& program, std::string_view path) {
+  if (program.closing) {
+    throw RequestGivenUp();
+  }
+  program.givenUp = false;  // Esc at the end of the last one came too late
   const BusyScope busy(program);
-  return net::FetchFrom(program.services.Inet1, program.serverBase)(path);
+  try {
+    return net::FetchFrom(program.services.Inet1, program.serverBase)(path);
+  } catch (const core::RunTimeError&) {
+    if (std::exchange(program.givenUp, false)) {
+      throw RequestGivenUp();
+    }
+    throw;
+  }
+}
+
+void GiveUpRequest(Program& program) {
+  program.givenUp = program.givenUp || program.busy;
+}
+
+void CheckGivenUp(const Program& program) {
+  if (program.givenUp) {
+    throw platform::TransferError(kGivenUp);
+  }
 }
 
 void ReportUnhandled(Program& program, const std::exception& error) {
@@ -59,11 +84,16 @@ bool RunHandler(Program& program, const std::function<void()>& handler) {
   }
   try {
     handler();
-    return true;
+  } catch (const RequestGivenUp&) {
+    // The user knows.
   } catch (const std::exception& error) {
     ReportUnhandled(program, error);
     return false;
   }
+  if (std::exchange(program.closing, false)) {
+    program.services.shell.End();
+  }
+  return true;
 }
 
 }  // namespace tonadex::app

@@ -133,6 +133,28 @@ TEST_F(Form1Window, DropsEventsWhileARequestRuns) {
   EXPECT_EQ(busy, (std::vector<bool>{true, false}));
 }
 
+// A download that is given up writes no file, says nothing, and no other request follows it.
+TEST_F(Form1Window, GivesARequestUp) {
+  for (const bool close : {false, true}) {
+    form.List1.Clear();
+    form.List1.AddRow("Vals (vals)", 120);
+    form.List1.Select(0);
+    test.http.during = [&] {
+      close ? form.Form_QueryUnload() : GiveUpRequest(test.program);
+      CheckGivenUp(test.program);
+    };
+    EXPECT_TRUE(RunHandler(test.program, [&] {
+      form.picdescargar_Click();
+      ADD_FAILURE() << "the handler went on";
+    }));
+    EXPECT_EQ(test.shell.ends, close ? 1 : 0);
+    EXPECT_TRUE(test.boxes.messages.empty());
+    EXPECT_FALSE(std::filesystem::exists(test.folder / "melodias" / "vals.120"));
+  }
+  test.http.during = nullptr;
+  EXPECT_NO_THROW(CheckGivenUp(test.program)) << "the request was given up, not the next one";
+}
+
 TEST_F(Form1Window, ListsOneRowForEachFileOfTheRepertoire) {
   for (const test::Row& row : test::Table("Files")) {
     std::filesystem::remove_all(test.folder / "melodias");
@@ -141,7 +163,7 @@ TEST_F(Form1Window, ListsOneRowForEachFileOfTheRepertoire) {
     form.cmdrepertorio_Click();
     std::string rows;
     for (const ListRow& each : form.List1.rows) {
-      rows += each.text + "=" + std::to_string(each.itemData) + ";";
+      rows += std::string(each.text) + "=" + std::to_string(each.itemData) + ";";
     }
     EXPECT_EQ(rows, row[2]) << row[0];
   }

@@ -6,7 +6,9 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QInputMethodEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
@@ -26,11 +28,11 @@
 #include "files/write.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
-#include "shell/qt/widgets/busy_line.h"
 #include "shell/qt/widgets/key_row.h"
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/waiting_line.h"
 #include "shell/qt/widgets/web_pane.h"
 
 namespace tonadex::shell {
@@ -38,8 +40,6 @@ namespace {
 
 namespace words = app::words;
 using app::Form1;
-
-constexpr std::int16_t kBackspace = 8;
 
 void DrawCheck(QLabel* label, const app::Check& check) {
   label->setText(ToQString(check.sentence));
@@ -64,7 +64,9 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
       form_(program),
       binding_(form_, this, [this](const Binding::Handler& handler) { Run(handler); }),
       parts_(LayOut(binding_, this)),
-      follow_(new QTimer(this)) {
+      follow_(new QTimer(this)),
+      waitingLine_(new WaitingLine(ToQString(words::kWaiting), this,
+                                   binding_.Widget(&Form1::cmdinicio)->parentWidget())) {
   setObjectName(QStringLiteral("Form1"));
   setWindowTitle(ToQString(words::kWindowTitle));
   setMinimumSize(kLeastWidth, kLeastHeight);
@@ -92,6 +94,7 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
   hooks_.page = qobject_cast<WebPane*>(binding_.Widget(&Form1::WebBrowser1));
   hooks_.banner = qobject_cast<WebPane*>(binding_.Widget(&Form1::navbanner));
   program_.busyChanged = [this] { DrawBusy(); };
+  repainting_.escape = [this] { app::GiveUpRequest(program_); };
   ConnectParts();
   AddShortcuts();
   SetTabOrder();
@@ -99,6 +102,7 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
 
 MainWindow::~MainWindow() {
   program_.busyChanged = nullptr;
+  repainting_.escape = nullptr;
   hooks_.draw = nullptr;
   hooks_.opened = nullptr;
   hooks_.closed = nullptr;
@@ -300,7 +304,7 @@ void MainWindow::DrawBusy() {
   } else {
     QApplication::restoreOverrideCursor();
   }
-  parts_.busy->SetBusy(waiting_);
+  waitingLine_->SetBusy(waiting_);
   repainting_.Once(waiting_ ? Repainting::Input::kKept : Repainting::Input::kLost);
 }
 
@@ -369,20 +373,37 @@ void MainWindow::PressKey(const QString& key, bool held) {
   area->setTextCursor(cursor);
 }
 
+// What is typed in the tempo box, character by character; the text of a key or of an input method
+// may hold several. The box itself is left no typing to do.
+void MainWindow::TypeTempo(const QString& typed) {
+  auto* box = qobject_cast<QComboBox*>(binding_.Widget(&Form1::txtcompoTempo));
+  for (const char character : FromQString(typed)) {
+    std::int16_t code = static_cast<unsigned char>(character);
+    Run([this, &code] { form_.txtcompoTempo_KeyPress(code); });
+    if (code != 0) {
+      box->lineEdit()->insert(QChar(code));
+    }
+  }
+}
+
+// Keys that type no character (arrows, Backspace, commands) are the box's own.
 bool MainWindow::FilterTempoKey(QKeyEvent* event) {
   const QString typed = event->text();
-  const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
-  const bool backspace = event->key() == Qt::Key_Backspace;
-  if (command || typed.isEmpty() || (!backspace && !typed[0].isPrint())) {
+  const bool command =
+      (event->modifiers() & Qt::ControlModifier) && !(event->modifiers() & Qt::AltModifier);
+  if (command || typed.isEmpty() || typed[0].category() == QChar::Other_Control) {
     return false;
   }
-  const std::string characters = FromQString(typed);
-  std::int16_t code = kBackspace;
-  if (!backspace) {
-    code = static_cast<unsigned char>(characters[0]);
-  }
-  Run([this, &code] { form_.txtcompoTempo_KeyPress(code); });
-  return code == 0;
+  TypeTempo(typed);
+  return true;
+}
+
+// The box still shows what is being put together.
+bool MainWindow::FilterTempoText(QInputMethodEvent* event) {
+  const QString typed = event->commitString();
+  event->setCommitString({}, event->replacementStart(), event->replacementLength());
+  TypeTempo(typed);
+  return false;
 }
 
 // From the search words down into what was found.
@@ -399,10 +420,13 @@ bool MainWindow::GoToList(QKeyEvent* event) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  const bool search = watched->objectName() == QLatin1String("txtbuscar");
   if (event->type() == QEvent::KeyPress) {
     auto* key = static_cast<QKeyEvent*>(event);
-    return watched->objectName() == QLatin1String("txtbuscar") ? GoToList(key)
-                                                               : FilterTempoKey(key);
+    return search ? GoToList(key) : FilterTempoKey(key);
+  }
+  if (event->type() == QEvent::InputMethod && !search) {
+    return FilterTempoText(static_cast<QInputMethodEvent*>(event));
   }
   return QWidget::eventFilter(watched, event);
 }
@@ -419,12 +443,16 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (program_.busy || repainting_.Active()) {
+  if (program_.busy) {
     event->ignore();
-    return;
+    form_.Form_QueryUnload();
+  } else if (repainting_.Active()) {  // a handler runs
+    event->ignore();
+    program_.closing = true;
+  } else {
+    event->accept();
+    app::RunHandler(program_, [this] { form_.Form_QueryUnload(); });
   }
-  event->accept();
-  app::RunHandler(program_, [this] { form_.Form_QueryUnload(); });
 }
 
 }  // namespace tonadex::shell

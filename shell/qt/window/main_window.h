@@ -14,6 +14,8 @@ class QTimer;
 
 namespace tonadex::shell {
 
+class WaitingLine;
+
 // The main window: draws Form1, calls its handlers, decides nothing.
 class MainWindow : public QWidget {
   Q_OBJECT
@@ -59,6 +61,8 @@ class MainWindow : public QWidget {
   void SaveResult();
   bool GoToList(class QKeyEvent* event);
   bool FilterTempoKey(class QKeyEvent* event);
+  bool FilterTempoText(class QInputMethodEvent* event);
+  void TypeTempo(const QString& typed);
 
   app::Program& program_;
   WindowHooks& hooks_;
@@ -68,6 +72,7 @@ class MainWindow : public QWidget {
   Binding binding_;
   PageParts parts_;
   QTimer* follow_;
+  WaitingLine* waitingLine_;
   bool loaded_ = false;
   bool waiting_ = false;
   std::int16_t pageDrawn_ = app::kNoPage;

@@ -14,7 +14,6 @@
 #include "shell/qt/text.h"
 #include "shell/qt/theme/icons.h"
 #include "shell/qt/theme/theme.h"
-#include "shell/qt/widgets/busy_line.h"
 #include "shell/qt/widgets/key_row.h"
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
@@ -181,10 +180,8 @@ class Layouter {
     search->addWidget(Of(&Form1::txtbuscar), 1);
     search->addWidget(Of(&Form1::picabuscar));
     search->addWidget(Of(&Form1::picazar));
-    parts_.busy = new BusyLine;
     auto* head = Column();
     head->addLayout(search);
-    head->addWidget(parts_.busy);
     auto* get = Row();
     get->addStretch(1);
     get->addWidget(Of(&Form1::picdescargar));

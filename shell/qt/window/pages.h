@@ -12,7 +12,6 @@ class QToolButton;
 
 namespace tonadex::shell {
 
-class BusyLine;
 class KeyRow;
 class MelodyView;
 class PhoneDisplay;
@@ -27,7 +26,6 @@ struct MelodyPart {
 // What stands in the window beside the model's controls.
 struct PageParts {
   QToolButton* phone = nullptr;  // the chosen phone, a way to the options
-  BusyLine* busy = nullptr;
   QWidget* listColumn = nullptr;  // narrow while a result stands beside it
   QWidget* resultColumn = nullptr;
   QPushButton* goToSearch = nullptr;
