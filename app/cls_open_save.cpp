@@ -45,15 +45,15 @@ void clsOpenSave::SetFilter(std::string_view filter) {
 }
 
 std::int16_t clsOpenSave::ShowSave() {
-  return Show(&platform::FileDialogs::GetSaveFileName);
+  return Show(&FileDialogs::GetSaveFileName);
 }
 
 std::int16_t clsOpenSave::ShowOpen() {
-  return Show(&platform::FileDialogs::GetOpenFileName);
+  return Show(&FileDialogs::GetOpenFileName);
 }
 
 std::int16_t clsOpenSave::Show(Dialog dialog) {
-  platform::FileDialogRecord record;
+  FileDialogRecord record;
   record.hwndOwner = hWnd;
   record.lpstrFilter = filter_;
   record.nFilterIndex = FilterIndex;

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/file_dialog.h"
+#include "app/file_dialog.h"
 
 namespace tonadex::app {
 
@@ -15,7 +15,7 @@ inline constexpr std::int16_t kDialogClosed = 0;      // a choice, or cancelled 
 // The file dialogs behind a few properties. Texts are Windows-1252.
 class clsOpenSave {
  public:
-  explicit clsOpenSave(platform::FileDialogs& dialogs) : dialogs_(dialogs) {}
+  explicit clsOpenSave(FileDialogs& dialogs) : dialogs_(dialogs) {}
 
   std::string FileExt;  // the chosen file's extension, without its full stop
   std::int32_t hWnd = 0;
@@ -39,10 +39,10 @@ class clsOpenSave {
   std::int16_t ShowOpen();
 
  private:
-  using Dialog = bool (platform::FileDialogs::*)(platform::FileDialogRecord&);
+  using Dialog = bool (FileDialogs::*)(FileDialogRecord&);
   std::int16_t Show(Dialog dialog);
 
-  platform::FileDialogs& dialogs_;
+  FileDialogs& dialogs_;
   std::string filter_{"All Files (*.*)\0*.*\0", 20};
 };
 

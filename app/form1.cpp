@@ -100,16 +100,15 @@ void Form1::ocultapagina() {
   }
   if (paginaactual == kOptionsPage && formReady_) {
     program_.gPhoneModel = cmbformatos.text;
-    RegWriteString(program_.services.registry, platform::kHkeyClassesRoot, kSettingKey,
-                   kModelSetting, program_.gPhoneModel);
+    RegWriteString(program_.services.registry, kHkeyClassesRoot, kSettingKey, kModelSetting,
+                   program_.gPhoneModel);
   }
 }
 
 void Form1::Navigate(Control& view, std::string_view path) {
   view.address = program_.serverBase + std::string(path);
   ++view.navigations;
-  const auto id =
-      &view == &navbanner ? platform::WebViewId::kNavbanner : platform::WebViewId::kWebBrowser1;
+  const auto id = &view == &navbanner ? WebViewId::kNavbanner : WebViewId::kWebBrowser1;
   try {
     program_.services.webViews.Navigate(id, view.address);
   } catch (const std::exception&) {

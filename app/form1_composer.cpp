@@ -2,13 +2,13 @@
 #include <memory>
 
 #include "app/form1.h"
+#include "core/message_box.h"
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "nokia3210/cnokia.h"
 #include "phones/formats.h"
-#include "platform/message_box.h"
 
 // The start page: composer and RTTTL box.
 namespace tonadex::app {
@@ -70,11 +70,11 @@ bool Form1::BuildComposedMelody() {
   const std::string& tempo = txtcompoTempo.text;
   lblMsg.caption.clear();
   if (name.empty() || !IsTempo(tempo)) {
-    platform::MsgBox(kNameOrTempoMissing);
+    core::MsgBox(kNameOrTempoMissing);
     return false;
   }
   if (name.find_first_of("()") != std::string::npos) {
-    platform::MsgBox(kParenthesesMessage, platform::Icon::kExclamation, kParenthesesTitle);
+    core::MsgBox(kParenthesesMessage, core::Icon::kExclamation, kParenthesesTitle);
     return false;
   }
   nokia3210::CNokia& converter = Converter();
@@ -83,8 +83,8 @@ bool Form1::BuildComposedMelody() {
   convierteCompositor();
   const std::string_view errors = core::Trim(converter.ConversionErrors());
   if (!errors.empty()) {
-    platform::MsgBox(std::string(kErrorsMessage) + std::string(errors),
-                     platform::Icon::kExclamation, kErrorsTitle);
+    core::MsgBox(std::string(kErrorsMessage) + std::string(errors), core::Icon::kExclamation,
+                 kErrorsTitle);
     return false;
   }
   converter.RingToneName = name;

@@ -2,13 +2,13 @@
 
 #include <utility>
 
+#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "net/addresses.h"
 #include "net/download.h"
 #include "net/listing.h"
 #include "net/upload.h"
-#include "platform/message_box.h"
 
 // The melody server: search, random pick, download and upload.
 namespace tonadex::app {
@@ -62,7 +62,7 @@ void Form1::picdescargar_Click() {
   net::DownloadMelody(FetchThrough(program_), program_.MelodyFolder(), row, List1.SelectedData(),
                       Text1.text);
   // Shown whatever the server sent, as it always has been.
-  platform::MsgBox(kDownloaded, platform::Icon::kInformation);
+  core::MsgBox(kDownloaded, core::Icon::kInformation);
 }
 
 void Form1::subemelodia(const std::string& nombre) {

@@ -59,8 +59,8 @@ void inicio::Form_Load(std::intptr_t window) {
     program_.gVersion = *version;
   }
   program_.services.shell.SetTopMost(window);
-  program_.gPhoneModel = RegReadString(program_.services.registry, platform::kHkeyClassesRoot,
-                                       kSettingKey, kModelSetting, 0);
+  program_.gPhoneModel =
+      RegReadString(program_.services.registry, kHkeyClassesRoot, kSettingKey, kModelSetting, 0);
   // Never true, a missing model reads "0": the note has always stayed hidden, and the result page
   // asks for a model instead.
   if (program_.gPhoneModel.empty()) {

@@ -7,17 +7,17 @@
 #include <vector>
 
 #include "core/melody_file.h"
+#include "core/message_box.h"
 #include "core/number.h"
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "formats/note_length.h"
+#include "formats/octave_range.h"
 #include "formats/pitch.h"
 #include "midi/mMidiLibOut.h"
 #include "midi/note_times.h"
-#include "nokia3210/octave_range.h"
 #include "phones/formats.h"
-#include "platform/message_box.h"
 
 namespace tonadex::app {
 namespace {
@@ -42,7 +42,7 @@ std::optional<Interval> PlayedOctaves(core::RTTTLMelody melody, std::string_view
     return Interval{lowest, kHighestOctave};
   }
   const int first =
-      range == OctaveRange::kAround ? nokia3210::AutoOctave(melody, nokia3210::kRangeSpan) : lowest;
+      range == OctaveRange::kAround ? formats::AutoOctave(melody, formats::kRangeSpan) : lowest;
   return Interval{first, first + count - 1};
 }
 
@@ -136,8 +136,8 @@ std::string Count(std::size_t number, std::string_view one, std::string_view man
 }  // namespace
 
 Drawing MelodyDrawing(std::string_view rtttl, std::string_view model) {
-  platform::RecordingMessages unread;  // the parser reports; a drawing is silent
-  const platform::ScopedMessageSink sink(unread);
+  core::RecordingMessages unread;  // the parser reports; a drawing is silent
+  const core::ScopedMessageSink sink(unread);
   Drawing drawing;
   core::SkipErrors([&] { Draw(drawing, rtttl, model); });
   return drawing.notes.empty() ? Drawing{} : drawing;

@@ -6,14 +6,14 @@
 namespace tonadex::app {
 namespace {
 
-void Fill(platform::RichTextBox& box, std::string_view placeholder, std::string_view value) {
+void Fill(RichTextBox& box, std::string_view placeholder, std::string_view value) {
   std::string source = box.TextRTF();
   box.SetTextRTF(core::ReplaceAll(source, placeholder, value));
 }
 
 }  // namespace
 
-void PrintSheet(platform::RichTextBox& box, const std::filesystem::path& sheetTemplate,
+void PrintSheet(RichTextBox& box, const std::filesystem::path& sheetTemplate,
                 const SheetValues& values) {
   box.LoadFile(sheetTemplate);
   Fill(box, "cambiatitulo", values.title);

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/rich_text.h"
+#include "app/rich_text.h"
 
 // The printed sheet: an RTF template with five placeholder words.
 namespace tonadex::app {
@@ -23,7 +23,7 @@ struct SheetValues {
 // Loads the template, replaces every placeholder and prints. Values go into the RTF source as they
 // are, unescaped, one placeholder after the other. Errors: core::RunTimeError when the template
 // cannot be read or nothing prints.
-void PrintSheet(platform::RichTextBox& box, const std::filesystem::path& sheetTemplate,
+void PrintSheet(RichTextBox& box, const std::filesystem::path& sheetTemplate,
                 const SheetValues& values);
 
 }  // namespace tonadex::app

@@ -3,11 +3,11 @@
 #include <utility>
 
 #include "core/error_words.h"
+#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "net/client.h"
-#include "platform/message_box.h"
 
 namespace tonadex::app {
 namespace {
@@ -66,14 +66,13 @@ void GiveUpRequest(Program& program) {
 
 void CheckGivenUp(const Program& program) {
   if (program.givenUp) {
-    throw platform::TransferError(kGivenUp);
+    throw net::TransferError(kGivenUp);
   }
 }
 
 void ReportUnhandled(Program& program, const std::exception& error) {
-  platform::MsgBox(
-      std::string(kUnhandledMessage) + std::string(core::kCrLf) + core::ErrorWords(error),
-      platform::Icon::kExclamation);
+  core::MsgBox(std::string(kUnhandledMessage) + std::string(core::kCrLf) + core::ErrorWords(error),
+               core::Icon::kExclamation);
   program.exitCode = kUnhandledExitCode;
   program.services.shell.End();
 }

@@ -8,29 +8,29 @@
 #include <string>
 #include <string_view>
 
+#include "app/file_dialog.h"
+#include "app/registry.h"
+#include "app/rich_text.h"
+#include "app/shell_services.h"
+#include "app/web_view.h"
 #include "core/rtttl.h"
+#include "midi/sequencer.h"
+#include "net/http.h"
 #include "phones/catalogue.h"
-#include "platform/file_dialog.h"
-#include "platform/http.h"
-#include "platform/registry.h"
-#include "platform/rich_text.h"
-#include "platform/sequencer.h"
-#include "platform/shell_services.h"
-#include "platform/web_view.h"
 
 // What outlives both windows of one running program.
 namespace tonadex::app {
 
 // What the program asks of the system. The shell owns them; they outlive the program.
-// Message boxes go to the calling thread's platform::MessageSink.
+// Message boxes go to the calling thread's core::MessageSink.
 struct Services {
-  platform::Registry& registry;
-  platform::FileDialogs& fileDialogs;
-  platform::Sequencer& sequencer;
-  platform::HttpGet& Inet1;
-  platform::WebViews& webViews;
-  platform::RichTextBox& RichTextBox1;
-  platform::ShellServices& shell;
+  Registry& registry;
+  FileDialogs& fileDialogs;
+  midi::Sequencer& sequencer;
+  net::HttpGet& Inet1;
+  WebViews& webViews;
+  RichTextBox& RichTextBox1;
+  ShellServices& shell;
 };
 
 // Two programs in one process share nothing. Used from one thread, that of the windows.
@@ -80,7 +80,7 @@ std::string Request(Program& program, std::string_view path);
 // Esc while a request runs: it ends at the transport's next pause. Without request it does nothing.
 void GiveUpRequest(Program& program);
 
-// For the transport's pause, in which the window is painted: throws platform::TransferError, which
+// For the transport's pause, in which the window is painted: throws net::TransferError, which
 // ends the transfer, once the user has given the request up.
 void CheckGivenUp(const Program& program);
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/registry.h"
+#include "app/registry.h"
 
 // The program's one saved setting.
 namespace tonadex::app {
@@ -14,11 +14,11 @@ inline constexpr std::string_view kModelSetting = "modelo";
 
 // The text value, cut at its first NUL; the decimal text of `defaultValue` when there is none, when
 // it is no text or empty. Never throws.
-std::string RegReadString(platform::Registry& registry, std::uint32_t root, std::string_view key,
+std::string RegReadString(Registry& registry, std::uint32_t root, std::string_view key,
                           std::string_view name, std::int32_t defaultValue);
 
 // Stores a text without its terminating NUL. A failure is not reported.
-void RegWriteString(platform::Registry& registry, std::uint32_t root, std::string_view key,
+void RegWriteString(Registry& registry, std::uint32_t root, std::string_view key,
                     std::string_view name, std::string_view data);
 
 }  // namespace tonadex::app

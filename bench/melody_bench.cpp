@@ -16,12 +16,12 @@
 #include "formats/motorola_sms.h"
 #include "formats/nokia_composer.h"
 #include "formats/nokia_keys.h"
+#include "formats/octave_range.h"
 #include "formats/samsung_keys.h"
 #include "formats/tempo125.h"
 #include "formats/trium_mdy.h"
 #include "midi/mMidiLibOut.h"
 #include "nokia3210/cnokia.h"
-#include "nokia3210/octave_range.h"
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
 #include "phones/formats.h"
@@ -86,7 +86,7 @@ std::string Midi(core::RTTTLMelody& melody) {
 }
 
 std::string OctaveRange(core::RTTTLMelody& melody) {
-  return std::to_string(nokia3210::AutoOctave(melody, 2));
+  return std::to_string(formats::AutoOctave(melody, 2));
 }
 
 struct Row {

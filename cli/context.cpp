@@ -105,8 +105,8 @@ void LoadMelody(core::RTTTLMelody& melody, std::string_view line) {
 }
 
 bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody) {
-  platform::RecordingMessages messages;
-  const platform::ScopedMessageSink scope(messages);
+  core::RecordingMessages messages;
+  const core::ScopedMessageSink scope(messages);
   LoadMelody(melody, input.line);
   bool parsed = false;
   try {
@@ -121,9 +121,9 @@ bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& 
   return parsed;
 }
 
-void ShowMessages(Context& context, const std::vector<platform::Message>& messages,
+void ShowMessages(Context& context, const std::vector<core::Message>& messages,
                   std::string_view before) {
-  for (const platform::Message& message : messages) {
+  for (const core::Message& message : messages) {
     context.err << before << ForTerminal(message.text) << '\n';
   }
 }

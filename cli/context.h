@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/message_box.h"
 #include "core/rtttl.h"
-#include "platform/message_box.h"
 
 namespace CLI {
 class App;
@@ -72,7 +72,7 @@ void LoadMelody(core::RTTTLMelody& melody, std::string_view line);
 bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody);
 
 // Messages of the program on the error stream, one a line, each behind `before`.
-void ShowMessages(Context& context, const std::vector<platform::Message>& messages,
+void ShowMessages(Context& context, const std::vector<core::Message>& messages,
                   std::string_view before = {});
 
 // "-" for standard input when no file is named.

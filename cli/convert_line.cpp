@@ -40,7 +40,7 @@ std::string ConversionJson(const phones::Conversion& conversion, std::string_vie
   json["avisos"] = core::ToUtf8(page.notices);
   json["tempo"] = core::ToUtf8(page.tempo);
   nlohmann::ordered_json& messages = json["mensajes"] = nlohmann::ordered_json::array();
-  for (const platform::Message& message : conversion.messages) {
+  for (const core::Message& message : conversion.messages) {
     messages.push_back(core::ToUtf8(message.text));
   }
   return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';

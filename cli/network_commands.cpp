@@ -8,6 +8,7 @@
 
 #include "cli/context.h"
 #include "core/melody_file.h"
+#include "core/message_box.h"
 #include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
@@ -18,10 +19,9 @@
 #include "net/download.h"
 #include "net/file_name.h"
 #include "net/listing.h"
+#include "net/server_address.h"
 #include "net/upload.h"
 #include "platform/http/http_client.h"
-#include "platform/message_box.h"
-#include "server/configured_server.h"
 #include "server/embedded_server.h"
 #ifdef _WIN32
 #include "platform/win32/program_folder.h"
@@ -84,7 +84,7 @@ class Server {
  public:
   Server(Context& context, const std::string& argument) : progress_(context.err) {
     const fs::path folder = platform::PrepareProgramFolder();
-    base_ = server::ConfiguredServer(argument, folder);
+    base_ = net::ConfiguredServer(argument, folder);
     if (base_.empty()) {
       embedded_.emplace(folder / "servidor", platform::InstalledData() / "servidor");
       base_ = embedded_->BaseAddress();
@@ -230,8 +230,8 @@ void UploadOne(Context& context, Server& server, const MelodyInput& input) {
     return;
   }
   const std::string name = text.substr(0, colon);
-  platform::RecordingMessages messages;
-  const platform::ScopedMessageSink scope(messages);
+  core::RecordingMessages messages;
+  const core::ScopedMessageSink scope(messages);
   std::string listing;
   const auto fetch = [&server](std::string_view path) { return server.Get(path); };
   const bool sent = net::UploadMelody(fetch, name, text, listing) == net::UploadResult::kSent;
@@ -239,7 +239,7 @@ void UploadOne(Context& context, Server& server, const MelodyInput& input) {
     Fail(context, ExitCode::kNotConverted, input.name + ": " + RefusalWords(server));
     return;
   }
-  for (const platform::Message& message : messages.messages) {
+  for (const core::Message& message : messages.messages) {
     (sent ? context.out : context.err) << input.name << ": " << ForTerminal(message.text) << '\n';
   }
   if (!sent) {

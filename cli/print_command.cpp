@@ -10,7 +10,7 @@
 #include "phones/formats.h"
 #ifdef TONADEX_CLI_QT
 #include "platform/posix/program_folder.h"
-#include "shell/qt/print/rich_text_box.h"
+#include "platform/qt/rich_text_box.h"
 #elif defined(_WIN32)
 #include "platform/win32/program_folder.h"
 #include "platform/win32/rich_text_box.h"
@@ -27,10 +27,10 @@ struct PrintOptions {
 #ifdef TONADEX_CLI_QT
 
 void PrintPage(Context& context, const PrintOptions& options, const app::SheetValues& values) {
-  platform::RecordingMessages messages;
-  const platform::ScopedMessageSink scope(messages);
+  core::RecordingMessages messages;
+  const core::ScopedMessageSink scope(messages);
   try {
-    const auto box = shell::MakeWindowlessRichTextBox(
+    const auto box = platform::MakeWindowlessRichTextBox(
         {.printer = core::FromUtf8(options.printer), .pdf = ArgumentPath(options.pdf)});
     app::PrintSheet(*box, platform::PrepareProgramFolder() / app::kSheetTemplate, values);
   } catch (const core::RunTimeError& error) {

@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "cli/context.h"
-#include "cli/terminal_words.h"
+#include "terminal/words.h"
 
 namespace tonadex::cli {
 namespace {
@@ -30,7 +30,8 @@ int ReportUse(const CLI::ParseError& error, const CLI::App& app, Context& contex
   // Before it looks at words that it does not know, CLI11 misses a command.
   const std::vector<std::string> unknown = app.remaining();
   const bool noCommand = app.get_subcommands().empty() && !unknown.empty();
-  const std::string words = noCommand ? UseError(CLI::ExtrasError({unknown[0]})) : UseError(error);
+  const std::string words =
+      noCommand ? terminal::UseError(CLI::ExtrasError({unknown[0]})) : terminal::UseError(error);
   Fail(context, ExitCode::kWrongUse, words + "\nPrueba «tonadex-cli --help».");
   return static_cast<int>(context.exitCode);
 }
@@ -56,7 +57,7 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
 #ifdef TONADEX_CLI_PRINT
   AddImprimir(app, context);
 #endif
-  TranslateHelp(app);
+  terminal::TranslateHelp(app);
   try {
     app.parse(Arguments(argc, argv));
   } catch (const CLI::Success& success) {  // --help, --version

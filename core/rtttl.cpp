@@ -4,10 +4,10 @@
 #include <array>
 #include <span>
 
+#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "platform/message_box.h"
 
 namespace tonadex::core {
 namespace {
@@ -217,12 +217,11 @@ void ShowRTTTLError(std::int16_t code) {
     return;
   }
   if (code == kSectionsError) {
-    platform::MsgBox(kSectionsMessage);
+    MsgBox(kSectionsMessage);
   } else if (code == kParseFailure) {
-    platform::MsgBox(kFailureMessage);
+    MsgBox(kFailureMessage);
   } else {
-    platform::MsgBox(std::string(kNoteMessage) + std::to_string(code) +
-                     std::string(kNoteMessageEnd));
+    MsgBox(std::string(kNoteMessage) + std::to_string(code) + std::string(kNoteMessageEnd));
   }
 }
 

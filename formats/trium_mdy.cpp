@@ -4,13 +4,13 @@
 #include <array>
 #include <cmath>
 
+#include "core/message_box.h"
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/findings.h"
 #include "formats/note_length.h"
 #include "formats/pitch.h"
-#include "platform/message_box.h"
 
 namespace tonadex::formats {
 namespace {
@@ -68,9 +68,9 @@ std::string NoteName(const core::RTTTLNote& note) {
 }
 
 void ReportUnplaced(std::string_view pitch, std::string_view melodyName) {
-  platform::MsgBox("Kann nicht konvertieren!\r\n" + std::string(pitch) +
-                       " Bereiche: c bis H\r\nDatei:     " + std::string(melodyName),
-                   platform::Icon::kExclamation);
+  core::MsgBox("Kann nicht konvertieren!\r\n" + std::string(pitch) +
+                   " Bereiche: c bis H\r\nDatei:     " + std::string(melodyName),
+               core::Icon::kExclamation);
 }
 
 }  // namespace

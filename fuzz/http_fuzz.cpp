@@ -8,9 +8,9 @@
 
 #include "core/windows1252.h"
 #include "fuzz/require.h"
+#include "net/server_address.h"
 #include "platform/http/http_client.h"
 #include "platform/http/url.h"
-#include "server/configured_server.h"
 #include "server/handler.h"
 #include "server/http_server.h"
 #include "tests/http/raw_socket.h"
@@ -62,7 +62,7 @@ Outcome Get(const std::string& url) {
     std::string body = client.Get(url);
     Require(client.LastStatus() > 0 && body.size() <= kMaxBody, "a reply beyond its bounds");
     return {client.LastStatus(), std::move(body)};
-  } catch (const platform::TransferError& error) {
+  } catch (const net::TransferError& error) {
     Require(client.LastStatus() == 0, "a failure with a status");
     Require(*error.what() != '\0' && core::IsUtf8(error.what()), "a failure without words");
     return {0, error.what()};
@@ -130,13 +130,13 @@ void CheckTarget(const std::string& typed) {
 void CheckAddress(const std::string& bytes) {
   static const test::TempFolder folder;
   folder.Write("servidor.txt", bytes);
-  const std::string base = server::ConfiguredServer({}, folder.path());
+  const std::string base = net::ConfiguredServer({}, folder.path());
   Require(base.empty() || (base.front() != ' ' && base.back() != ' ' && base.back() != '/'),
           "an address with something around it");
-  Require(server::ConfiguredServer(base, {}) == base, "an address that changes");
+  Require(net::ConfiguredServer(base, {}) == base, "an address that changes");
   if (core::IsUtf8(bytes) && !bytes.starts_with("\xEF\xBB\xBF")) {
     folder.Write("servidor.txt", "\xEF\xBB\xBF" + bytes);
-    Require(server::ConfiguredServer({}, folder.path()) == base, "a mark that makes a difference");
+    Require(net::ConfiguredServer({}, folder.path()) == base, "a mark that makes a difference");
   }
   for (const std::string& address : {base, "http://" + base}) {
     try {
@@ -146,7 +146,7 @@ void CheckAddress(const std::string& bytes) {
       Require(url.target.starts_with('/') && url.target.ends_with("/a%20b"), "another target");
       Require(url.target.find_first_of(std::string_view(" \r\n\0", 4)) == std::string::npos,
               "a target that breaks the request line");
-    } catch (const platform::TransferError&) {
+    } catch (const net::TransferError&) {
       continue;
     }
   }

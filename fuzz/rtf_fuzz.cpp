@@ -6,13 +6,13 @@
 
 #include "core/windows1252.h"
 #include "fuzz/require.h"
-#include "shell/qt/rtf/rtf_reader.h"
+#include "rtf/rtf_reader.h"
 
 // Any bytes as rich text: what is read keeps its promises, and a text written as rich text in two
 // ways reads back the same.
 namespace {
 
-using namespace tonadex::shell::rtf;
+using namespace tonadex::rtf;
 
 bool Within(int value, int least, int most) {
   return value >= least && value <= most;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/message_box.h"
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -15,15 +16,14 @@
 #include "formats/motorola_sms.h"
 #include "formats/nokia_composer.h"
 #include "formats/nokia_keys.h"
+#include "formats/octave_range.h"
 #include "formats/samsung_keys.h"
 #include "formats/tempo125.h"
 #include "formats/trium_mdy.h"
 #include "fuzz/require.h"
 #include "midi/mMidiLibOut.h"
-#include "nokia3210/octave_range.h"
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
-#include "platform/message_box.h"
 
 // Any bytes as a melody, through every writer and the conversion for every phone. The first byte
 // chooses the base octave, the rest is the RTTTL text.
@@ -180,6 +180,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckMidi(melody);
   }
   CheckConversions(text);
-  core::SkipErrors([&] { nokia3210::AutoOctave(melody, 2); });
+  core::SkipErrors([&] { formats::AutoOctave(melody, 2); });
   return 0;
 }

@@ -58,18 +58,18 @@ void CheckSettings(const std::string& bytes) {
   folder.Write("ajustes.ini", bytes);
   platform::SettingsFile settings(folder / "ajustes.ini");
   const auto model = [&] {
-    return app::RegReadString(settings, platform::kHkeyClassesRoot, app::kSettingKey,
-                              app::kModelSetting, 0);
+    return app::RegReadString(settings, app::kHkeyClassesRoot, app::kSettingKey, app::kModelSetting,
+                              0);
   };
   const std::string before = model();
   Require(!before.empty(), "a model that is nothing");
-  const platform::RegistryValue value{platform::kRegSz, bytes};
-  if (!settings.SetValue(platform::kHkeyClassesRoot, app::kSettingKey, "otra", value)) {
+  const app::RegistryValue value{app::kRegSz, bytes};
+  if (!settings.SetValue(app::kHkeyClassesRoot, app::kSettingKey, "otra", value)) {
     Require(bytes.size() > platform::kMaxSettingsBytes / 8 && folder.Read("ajustes.ini") == bytes,
             "a setting that is not stored");
     return;
   }
-  const auto stored = settings.QueryValue(platform::kHkeyClassesRoot, app::kSettingKey, "otra");
+  const auto stored = settings.QueryValue(app::kHkeyClassesRoot, app::kSettingKey, "otra");
   Require(stored && stored->data == bytes, "a setting that does not read back");
   Require(model() == before, "a setting that changes another");
 }

@@ -1,7 +1,7 @@
 #include "midi/playback.h"
 
+#include "core/message_box.h"
 #include "midi/mMidiLibOut.h"
-#include "platform/message_box.h"
 
 namespace tonadex::midi {
 namespace {
@@ -10,13 +10,13 @@ constexpr std::string_view kTempFile = "rtlTmpFile.mid";
 
 }  // namespace
 
-void PlayMelody(core::RTTTLMelody& melody, platform::Sequencer& sequencer) {
+void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer) {
   core::ShowRTTTLError(core::ParseRTTTL(melody));  // what was parsed plays all the same
   const std::string fileName = melody.FileName;
   melody.FileName = melody.TempFolder + std::string(kTempFile);
   if (WriteMidiFile(melody) == kMidiFailed) {
     // FileName keeps the temporary path here: deliberate.
-    platform::MsgBox(
+    core::MsgBox(
         "No se pudo crear el archivo temporal.\r\n"
         "Por favor, borra el siguiente fichero y vuelve a intentarlo:\r\n" +
         melody.FileName);
@@ -25,17 +25,16 @@ void PlayMelody(core::RTTTLMelody& melody, platform::Sequencer& sequencer) {
   MciClose(sequencer);
   MciOpenAndPlay(melody, sequencer);
   melody.FileName = fileName;
-  platform::MsgBox("Reproduciendo melodia: " + melody.Name, platform::Icon::kInformation,
-                   "Reproduciendo");
+  core::MsgBox("Reproduciendo melodia: " + melody.Name, core::Icon::kInformation, "Reproduciendo");
   MciClose(sequencer);
 }
 
-void MciOpenAndPlay(const core::RTTTLMelody& melody, platform::Sequencer& sequencer) {
+void MciOpenAndPlay(const core::RTTTLMelody& melody, Sequencer& sequencer) {
   sequencer.SendString("open " + melody.FileName + " type sequencer alias mR2M");
   sequencer.SendString("play mR2M notify");
 }
 
-int MciClose(platform::Sequencer& sequencer) {
+int MciClose(Sequencer& sequencer) {
   return sequencer.SendString("close mR2M");
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/rtttl.h"
-#include "platform/sequencer.h"
+#include "midi/sequencer.h"
 
 // Melodies on the system's MIDI sequencer, under the alias "mR2M", at most one at a time.
 namespace tonadex::midi {
@@ -10,12 +10,12 @@ namespace tonadex::midi {
 // TempFolder + "rtlTmpFile.mid" and plays it while the message box "Reproduciendo melodia: …" is
 // shown; closing the box stops the sound. The file stays. Where it cannot be written a box says so
 // and melody.FileName keeps its path; else FileName is as before.
-void PlayMelody(core::RTTTLMelody& melody, platform::Sequencer& sequencer);
+void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer);
 
 // Sends open and play for melody.FileName; results are ignored.
-void MciOpenAndPlay(const core::RTTTLMelody& melody, platform::Sequencer& sequencer);
+void MciOpenAndPlay(const core::RTTTLMelody& melody, Sequencer& sequencer);
 
 // Sends close; gives the sequencer's answer.
-int MciClose(platform::Sequencer& sequencer);
+int MciClose(Sequencer& sequencer);
 
 }  // namespace tonadex::midi

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/http.h"
+#include "net/http.h"
 
 // Requests to the melody server.
 namespace tonadex::net {
@@ -14,6 +14,6 @@ namespace tonadex::net {
 using Fetch = std::function<std::string(std::string_view path)>;
 
 // A Fetch that goes to `base` + path as typed. `http` outlives it.
-Fetch FetchFrom(platform::HttpGet& http, std::string base);
+Fetch FetchFrom(HttpGet& http, std::string base);
 
 }  // namespace tonadex::net

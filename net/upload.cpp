@@ -4,9 +4,9 @@
 #include <array>
 
 #include "core/melody_file.h"
+#include "core/message_box.h"
 #include "core/text.h"
 #include "net/addresses.h"
-#include "platform/message_box.h"
 
 namespace tonadex::net {
 namespace {
@@ -51,20 +51,20 @@ UploadResult UploadMelody(const Fetch& fetch, std::string_view name, std::string
   listing = fetch(kFullListingPath);
   const std::string key = UploadKey(name, text);
   if (core::Contains(listing, key)) {
-    platform::MsgBox(kAlreadyThereMessage, platform::Icon::kInformation);
+    core::MsgBox(kAlreadyThereMessage, core::Icon::kInformation);
     return UploadResult::kAlreadyThere;
   }
   if (!IsUploadable(text, key)) {
-    platform::MsgBox(NotValidMessage(name), platform::Icon::kExclamation);
+    core::MsgBox(NotValidMessage(name), core::Icon::kExclamation);
     return UploadResult::kNotValid;
   }
   core::ReplaceAll(text, "#", core::kSharpEscape);
   if (HasStopInName(text)) {
-    platform::MsgBox(kStopInNameMessage);
+    core::MsgBox(kStopInNameMessage);
     return UploadResult::kStopInName;
   }
   fetch(UploadAddress(key, text));
-  platform::MsgBox(kSentMessage, platform::Icon::kInformation);
+  core::MsgBox(kSentMessage, core::Icon::kInformation);
   return UploadResult::kSent;
 }
 

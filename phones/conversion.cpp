@@ -12,7 +12,7 @@ namespace tonadex::phones {
 namespace {
 
 using namespace core::literals;
-using platform::Icon;
+using core::Icon;
 
 constexpr std::string_view kNoModel =
     u8"Selecciona el modelo de tu móvil en el apartado de opciones para poder usar el programa"_w;
@@ -44,7 +44,7 @@ Outcome RunOutput(const Format& format, Job& job) {
   try {
     return format.output(job);
   } catch (const core::RunTimeError& error) {
-    platform::MsgBox(std::string(kCannotConvert) + error.what(), Icon::kExclamation);
+    core::MsgBox(std::string(kCannotConvert) + error.what(), Icon::kExclamation);
     return Outcome::kCannotConvert;
   }
 }
@@ -59,14 +59,14 @@ Conversion ConvertSelectedMelody(core::RTTTLMelody& melody, std::string_view mod
     page.notices = kNoModel;
     return {Outcome::kNoModel, std::move(page), {}};
   }
-  platform::ScopedRecording messages;
+  core::ScopedRecording messages;
   Job job{melody, ask, "", ""};
   Conversion conversion;
   conversion.outcome = RunOutput(*format, job);
   conversion.messages = std::move(messages.messages);
   if (conversion.outcome == Outcome::kConverted) {
     conversion.page = Page(*format, row, job);
-    if (!std::ranges::all_of(conversion.messages, [](const platform::Message& message) {
+    if (!std::ranges::all_of(conversion.messages, [](const core::Message& message) {
           return message.icon == Icon::kInformation;
         })) {
       conversion.outcome = Outcome::kIncomplete;

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/message_box.h"
 #include "core/rtttl.h"
-#include "platform/message_box.h"
 
 // From the chosen phone to what it accepts.
 namespace tonadex::phones {
@@ -50,9 +50,9 @@ struct ConversionPage {
 
 struct Conversion {
   Outcome outcome = Outcome::kCannotConvert;
-  std::optional<ConversionPage> page;       // after the first three outcomes; otherwise the result
-                                            // page keeps what it showed
-  std::vector<platform::Message> messages;  // that were shown, in order
+  std::optional<ConversionPage> page;   // after the first three outcomes; otherwise the result
+                                        // page keeps what it showed
+  std::vector<core::Message> messages;  // that were shown, in order
 };
 
 // Converts melody.Text (sharps already restored) for a model of the catalogue, compared exactly.

@@ -6,17 +6,17 @@
 #include "files/write.h"
 #include "formats/kws.h"
 #include "formats/motorola_sms.h"
+#include "formats/octave_range.h"
 #include "formats/tempo125.h"
 #include "formats/trium_mdy.h"
 #include "midi/mMidiLibOut.h"
-#include "nokia3210/octave_range.h"
 
 namespace tonadex::phones {
 namespace {
 
 using namespace core::literals;
-using platform::Icon;
-using platform::MsgBox;
+using core::Icon;
+using core::MsgBox;
 
 constexpr std::string_view kKwsTitle = "Tonadex-Kyocera";
 constexpr std::string_view kKwsIntroduction =
@@ -41,8 +41,8 @@ constexpr std::string_view kMidiShown =
     u8"el fichero .mid que has grabado."_w;
 
 std::int16_t BaseOctave(Job& job) {
-  return nokia3210::frmOctave{job.melody}.mGetOctaveRange(job.melody.DefaultOctave,
-                                                          nokia3210::kRangeSpan);
+  return formats::frmOctave{job.melody}.mGetOctaveRange(job.melody.DefaultOctave,
+                                                        formats::kRangeSpan);
 }
 
 Outcome Converted(Job& job, std::string result) {

@@ -5,7 +5,6 @@
 #include <stop_token>
 #include <string>
 
-#include "cli/terminal_words.h"
 #include "core/error_words.h"
 #include "core/windows1252.h"
 #include "server/embedded_server.h"
@@ -13,6 +12,7 @@
 #include "server/http_server.h"
 #include "server/line_log.h"
 #include "server/shelf.h"
+#include "terminal/words.h"
 #ifdef _WIN32
 #include "platform/win32/console.h"
 #include "platform/win32/program_folder.h"
@@ -132,14 +132,14 @@ int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
   app.set_version_flag("--version", "tonadex-server " TONADEX_VERSION, "Muestra la versión");
   Arguments arguments;
   AddArguments(app, arguments);
-  tonadex::cli::TranslateHelp(app);
+  tonadex::terminal::TranslateHelp(app);
   try {
     app.parse(argc, argv);
     Serve(arguments);
   } catch (const CLI::Success& success) {  // --help, --version
     return app.exit(success);
   } catch (const CLI::ParseError& error) {
-    std::cerr << "tonadex-server: " << tonadex::cli::UseError(error)
+    std::cerr << "tonadex-server: " << tonadex::terminal::UseError(error)
               << "\nPrueba «tonadex-server --help»." << std::endl;
     return kWrongArguments;
   } catch (const std::exception& error) {

@@ -43,11 +43,11 @@ struct ErrorWords {
   const char* words;
 };
 
-TransferError Late() {
-  return TransferError("El servidor tarda demasiado en dar la respuesta entera");
+net::TransferError Late() {
+  return net::TransferError("El servidor tarda demasiado en dar la respuesta entera");
 }
 
-TransferError ToTransferError(const ErrorCode& code) {
+net::TransferError ToTransferError(const ErrorCode& code) {
   const ErrorWords known[] = {
       {beast::error::timeout, "El servidor no responde a tiempo"},
       {asio::error::connection_refused, "No hay ningún servidor en esa dirección"},
@@ -64,12 +64,12 @@ TransferError ToTransferError(const ErrorCode& code) {
   };
   for (const ErrorWords& error : known) {
     if (error.code == code) {
-      return TransferError(error.words);
+      return net::TransferError(error.words);
     }
   }
   if (code.category() != make_error_code(http::error::bad_version).category()) {
-    return TransferError("No hay conexión con el servidor (" +
-                         core::ToUtf8(core::ErrorWords(std::error_code(code))) + ")");
+    return net::TransferError("No hay conexión con el servidor (" +
+                              core::ToUtf8(core::ErrorWords(std::error_code(code))) + ")");
   }
   const ErrorWords malformed[] = {
       {http::error::bad_version, " (no es HTTP)"},
@@ -82,7 +82,7 @@ TransferError ToTransferError(const ErrorCode& code) {
   for (const ErrorWords& error : malformed) {
     words += error.code == code ? error.words : "";
   }
-  return TransferError(words);
+  return net::TransferError(words);
 }
 
 // Waits in slices of pumpInterval until `finished(slice)` says so; not beyond `end`.

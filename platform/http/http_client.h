@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/http.h"
+#include "net/http.h"
 
 namespace tonadex::platform {
 
@@ -35,7 +35,7 @@ struct HttpCallbacks {
 // HTTP/1.1 over plain TCP, one connection for each request, redirects not followed. A reply body
 // may come by length, in chunks or up to the end of the connection; interim replies (1xx) before it
 // are skipped.
-class HttpClient : public HttpGet {
+class HttpClient : public net::HttpGet {
  public:
   explicit HttpClient(HttpCallbacks callbacks = {}, HttpLimits limits = {});
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <system_error>
 
-#include "platform/http.h"
+#include "net/http.h"
 
 namespace tonadex::platform {
 namespace {
@@ -66,17 +66,17 @@ bool SplitAuthority(Url& url) {
 
 Url ParseUrl(std::string_view text) {
   if (!text.starts_with(kScheme)) {
-    throw TransferError("La dirección del servidor debe empezar por http://");
+    throw net::TransferError("La dirección del servidor debe empezar por http://");
   }
   text.remove_prefix(kScheme.size());
   const std::size_t authorityEnd = std::min(text.find_first_of("/?#"), text.size());
   Url url;
   url.authority = text.substr(0, authorityEnd);
   if (!IsHostText(url.authority) || !SplitAuthority(url)) {
-    throw TransferError("La dirección del servidor no es válida");
+    throw net::TransferError("La dirección del servidor no es válida");
   }
   if (!IsPort(url.port)) {
-    throw TransferError("El puerto del servidor no es válido");
+    throw net::TransferError("El puerto del servidor no es válido");
   }
   url.target = EscapeTarget(text.substr(authorityEnd));
   if (!url.target.starts_with('/')) {

@@ -28,7 +28,7 @@ std::string HexCode(unsigned char byte) {
 
 std::string Section(std::uint32_t root, std::string_view key) {
   std::string section = "HKEY_CLASSES_ROOT";
-  if (root != kHkeyClassesRoot) {
+  if (root != app::kHkeyClassesRoot) {
     section = "HKEY_";
     for (int shift = 24; shift >= 0; shift -= 8) {
       section += HexCode(static_cast<unsigned char>(root >> shift));
@@ -172,19 +172,19 @@ std::filesystem::path SettingsFile::DefaultPath() {
   return ConfigFolder() / "tonadex" / "ajustes.ini";
 }
 
-std::optional<RegistryValue> SettingsFile::QueryValue(std::uint32_t root, std::string_view key,
-                                                      std::string_view name) {
+std::optional<app::RegistryValue> SettingsFile::QueryValue(std::uint32_t root, std::string_view key,
+                                                           std::string_view name) {
   std::vector<Entry> entries = ReadEntries(file_);
   const Entry* entry = Find(entries, Section(root, key), name);
   if (entry == nullptr) {
     return std::nullopt;
   }
-  return RegistryValue{kRegSz, entry->data};
+  return app::RegistryValue{app::kRegSz, entry->data};
 }
 
 bool SettingsFile::SetValue(std::uint32_t root, std::string_view key, std::string_view name,
-                            const RegistryValue& value) {
-  if (value.type != kRegSz || !file_.is_absolute()) {
+                            const app::RegistryValue& value) {
+  if (value.type != app::kRegSz || !file_.is_absolute()) {
     return false;
   }
   std::vector<Entry> entries = ReadEntries(file_);

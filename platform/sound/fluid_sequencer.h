@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/sequencer.h"
+#include "midi/sequencer.h"
 #include "platform/sound/playback.h"
 #include "platform/sound/sound_options.h"
 
@@ -13,7 +13,7 @@ namespace tonadex::platform {
 
 // The sequencer on FluidSynth. One device at a time; every call comes from one thread, none waits
 // for the sound device and nothing is printed. "open" reads the file, which may change afterwards.
-class FluidSequencer : public Sequencer {
+class FluidSequencer : public midi::Sequencer {
  public:
   explicit FluidSequencer(SoundOptions options = SoundOptionsFromEnvironment());
   ~FluidSequencer() override;

@@ -17,7 +17,7 @@ constexpr std::size_t kExtensionRoom = 16;
 
 using Dialog = BOOL(WINAPI*)(LPOPENFILENAMEA);
 
-bool Run(Dialog dialog, FileDialogRecord& record) {
+bool Run(Dialog dialog, app::FileDialogRecord& record) {
   std::string file = record.lpstrFile;
   std::string title = record.lpstrFileTitle;
   std::string folder = record.lpstrInitialDir;
@@ -58,11 +58,11 @@ bool Run(Dialog dialog, FileDialogRecord& record) {
 
 }  // namespace
 
-bool WindowsFileDialogs::GetSaveFileName(FileDialogRecord& record) {
+bool WindowsFileDialogs::GetSaveFileName(app::FileDialogRecord& record) {
   return Run(&GetSaveFileNameA, record);
 }
 
-bool WindowsFileDialogs::GetOpenFileName(FileDialogRecord& record) {
+bool WindowsFileDialogs::GetOpenFileName(app::FileDialogRecord& record) {
   return Run(&GetOpenFileNameA, record);
 }
 

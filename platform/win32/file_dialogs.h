@@ -1,14 +1,14 @@
 #pragma once
 
-#include "platform/file_dialog.h"
+#include "app/file_dialog.h"
 
 namespace tonadex::platform {
 
 // The common dialogs, fed from the record field by field.
-class WindowsFileDialogs : public FileDialogs {
+class WindowsFileDialogs : public app::FileDialogs {
  public:
-  bool GetSaveFileName(FileDialogRecord& record) override;
-  bool GetOpenFileName(FileDialogRecord& record) override;
+  bool GetSaveFileName(app::FileDialogRecord& record) override;
+  bool GetOpenFileName(app::FileDialogRecord& record) override;
 };
 
 }  // namespace tonadex::platform

@@ -4,12 +4,12 @@
 #include <optional>
 #include <string>
 
-#include "platform/sequencer.h"
+#include "midi/sequencer.h"
 
 namespace tonadex::platform {
 
 // The system's MIDI sequencer, through MCI command strings.
-class MciSequencer : public Sequencer {
+class MciSequencer : public midi::Sequencer {
  public:
   // What takes a command and answers 0 or an MCI error number; the system's when none is given.
   using Send = std::function<int(const std::string& command)>;

@@ -2,12 +2,12 @@
 
 #include <windows.h>
 
-#include "platform/rich_text.h"
+#include "app/rich_text.h"
 
 namespace tonadex::platform {
 
 // The sheet in a rich-text control that is never shown, and its way to the default printer.
-class RichEditBox : public RichTextBox {
+class RichEditBox : public app::RichTextBox {
  public:
   RichEditBox() = default;
   ~RichEditBox() override;

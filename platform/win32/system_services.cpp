@@ -13,7 +13,7 @@ std::string SystemServices::TempPath() const {
 
 bool SystemServices::IsHidden(const std::filesystem::path& file) const {
   const DWORD attributes = GetFileAttributesW(file.c_str());
-  return ShellServices::IsHidden(file) ||
+  return app::ShellServices::IsHidden(file) ||
          (attributes != INVALID_FILE_ATTRIBUTES &&
           (attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) != 0);
 }

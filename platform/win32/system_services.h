@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/shell_services.h"
+#include "app/shell_services.h"
 
 namespace tonadex::platform {
 
@@ -17,7 +17,7 @@ struct WindowHooks {
 };
 
 // The small services, by kernel32 and user32.
-class SystemServices : public ShellServices {
+class SystemServices : public app::ShellServices {
  public:
   // `programFolder`: that of the executable.
   explicit SystemServices(WindowHooks& hooks, std::filesystem::path programFolder);

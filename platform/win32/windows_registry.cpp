@@ -32,7 +32,8 @@ HKEY Root(std::uint32_t root) {
   return reinterpret_cast<HKEY>(static_cast<LONG_PTR>(static_cast<LONG>(root)));
 }
 
-bool Store(HKEY root, const std::string& key, const std::string& name, const RegistryValue& value) {
+bool Store(HKEY root, const std::string& key, const std::string& name,
+           const app::RegistryValue& value) {
   Key opened;
   return RegCreateKeyA(root, key.c_str(), opened.out()) == ERROR_SUCCESS &&
          RegSetValueExA(opened.get(), name.c_str(), 0, value.type,
@@ -40,7 +41,7 @@ bool Store(HKEY root, const std::string& key, const std::string& name, const Reg
                         static_cast<DWORD>(value.data.size())) == ERROR_SUCCESS;
 }
 
-std::optional<RegistryValue> Load(HKEY root, const std::string& key, const std::string& name) {
+std::optional<app::RegistryValue> Load(HKEY root, const std::string& key, const std::string& name) {
   Key opened;
   DWORD type = 0;
   DWORD size = 0;
@@ -57,28 +58,29 @@ std::optional<RegistryValue> Load(HKEY root, const std::string& key, const std::
     return std::nullopt;
   }
   data.resize(size);
-  return RegistryValue{type, std::move(data)};
+  return app::RegistryValue{type, std::move(data)};
 }
 
 }  // namespace
 
-std::optional<RegistryValue> WindowsRegistry::QueryValue(std::uint32_t root, std::string_view key,
-                                                         std::string_view name) {
+std::optional<app::RegistryValue> WindowsRegistry::QueryValue(std::uint32_t root,
+                                                              std::string_view key,
+                                                              std::string_view name) {
   const std::string keyText(key), nameText(name);
-  std::optional<RegistryValue> value = Load(Root(root), keyText, nameText);
-  if (!value && root == kHkeyClassesRoot) {
+  std::optional<app::RegistryValue> value = Load(Root(root), keyText, nameText);
+  if (!value && root == app::kHkeyClassesRoot) {
     value = Load(HKEY_CURRENT_USER, std::string(kUserClasses) + keyText, nameText);
   }
   return value;
 }
 
 bool WindowsRegistry::SetValue(std::uint32_t root, std::string_view key, std::string_view name,
-                               const RegistryValue& value) {
+                               const app::RegistryValue& value) {
   const std::string keyText(key), nameText(name);
   if (Store(Root(root), keyText, nameText, value)) {
     return true;
   }
-  return root == kHkeyClassesRoot &&
+  return root == app::kHkeyClassesRoot &&
          Store(HKEY_CURRENT_USER, std::string(kUserClasses) + keyText, nameText, value);
 }
 

@@ -1,13 +1,13 @@
 #include "shell/common/desktop_server.h"
 
-#include "server/configured_server.h"
+#include "net/server_address.h"
 
 namespace tonadex::shell {
 
 DesktopServer::DesktopServer(const std::string& argument,
                              const std::filesystem::path& programFolder,
                              const std::filesystem::path& installedData)
-    : configured_(server::ConfiguredServer(argument, programFolder)) {
+    : configured_(net::ConfiguredServer(argument, programFolder)) {
   if (configured_.empty()) {
     starting_ =
         std::async(std::launch::async, server::TryEmbeddedServer, programFolder, installedData);

@@ -7,11 +7,11 @@
 #include "platform/posix/program_folder.h"
 #include "platform/posix/settings_file.h"
 #include "platform/posix/user_folders.h"
+#include "platform/qt/rich_text_box.h"
 #include "platform/sound/fluid_sequencer.h"
 #include "shell/common/desktop_server.h"
 #include "shell/common/on_first_use.h"
 #include "shell/qt/help/help_window.h"
-#include "shell/qt/print/rich_text_box.h"
 #include "shell/qt/services/qt_services.h"
 #include "shell/qt/splash.h"
 #include "shell/qt/window/main_window.h"
@@ -65,10 +65,10 @@ struct Desktop::Parts {
                                  },
                              .progress = {}}};
   QtWebViews webViews{hooks};
-  QtRichTextBox richText;
+  platform::QtRichTextBox richText;
   QtShellServices shell;
   QtMessageBoxes boxes{hooks};
-  platform::ScopedMessageSink sink{boxes};
+  core::ScopedMessageSink sink{boxes};
   DesktopServer server;
   app::Program program;
   Splash splash;

@@ -47,10 +47,10 @@ class SystemLibraries {
 };
 
 // Calls reach the window's two browsers once the window stands.
-class WindowWebViews : public platform::WebViews {
+class WindowWebViews : public app::WebViews {
  public:
   explicit WindowWebViews(std::unique_ptr<MainWindow>& window) : window_(window) {}
-  void Navigate(platform::WebViewId view, std::string_view url) override {
+  void Navigate(app::WebViewId view, std::string_view url) override {
     if (window_ != nullptr) {
       window_->Navigate(view, url);
     }
@@ -105,7 +105,7 @@ struct Desktop {
   platform::SystemServices shell;
   MessageBoxes::Owner boxOwner;
   MessageBoxes boxes{boxOwner};
-  platform::ScopedMessageSink sink{boxes};
+  core::ScopedMessageSink sink{boxes};
   DesktopServer server;
   app::Program program;
   Splash splash;

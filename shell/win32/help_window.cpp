@@ -12,7 +12,7 @@
 #include "files/read.h"
 #include "platform/win32/rich_edit.h"
 #include "platform/win32/wide_text.h"
-#include "shell/qt/rtf/rtf_reader.h"
+#include "rtf/rtf_reader.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
 #include "shell/win32/widgets/button.h"

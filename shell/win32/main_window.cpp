@@ -538,8 +538,8 @@ void MainWindow::GiveUpBy(const MSG& input) {
   }
 }
 
-void MainWindow::Navigate(platform::WebViewId view, std::string_view url) {
-  binding_->Of(view == platform::WebViewId::kNavbanner ? &Form1::navbanner : &Form1::WebBrowser1)
+void MainWindow::Navigate(app::WebViewId view, std::string_view url) {
+  binding_->Of(view == app::WebViewId::kNavbanner ? &Form1::navbanner : &Form1::WebBrowser1)
       .browser->Navigate(url);
 }
 
@@ -597,7 +597,7 @@ void MainWindow::SaveResult() {
       return;
     }
     if (!core::SkipErrors([&] { files::WriteBytes(file.c_str(), form_.textresultado.text); })) {
-      platform::MsgBox(words::kNotSaved, platform::Icon::kExclamation);
+      core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
     }
   });
 }

@@ -35,7 +35,7 @@ class MainWindow {
   bool Translate(MSG& message);
   // Paints what waits while a request runs, and sees whether the user gives it up.
   void Wait();
-  void Navigate(platform::WebViewId view, std::string_view url);
+  void Navigate(app::WebViewId view, std::string_view url);
   // Answers the window's messages.
   std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
 

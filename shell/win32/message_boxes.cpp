@@ -7,13 +7,13 @@
 namespace tonadex::shell {
 namespace {
 
-UINT IconFlag(platform::Icon icon) {
+UINT IconFlag(core::Icon icon) {
   switch (icon) {
-    case platform::Icon::kInformation:
+    case core::Icon::kInformation:
       return MB_ICONINFORMATION;
-    case platform::Icon::kExclamation:
+    case core::Icon::kExclamation:
       return MB_ICONEXCLAMATION;
-    case platform::Icon::kNone:
+    case core::Icon::kNone:
       break;
   }
   return 0;
@@ -31,7 +31,7 @@ LRESULT CALLBACK Activated(int code, WPARAM wide, LPARAM data) {
 
 }  // namespace
 
-void MessageBoxes::Show(const platform::Message& message) {
+void MessageBoxes::Show(const core::Message& message) {
   if (owner_.opening) {
     owner_.opening();
   }

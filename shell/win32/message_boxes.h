@@ -4,12 +4,12 @@
 
 #include <functional>
 
-#include "platform/message_box.h"
+#include "core/message_box.h"
 
 namespace tonadex::shell {
 
 // The system's message boxes.
-class MessageBoxes : public platform::MessageSink {
+class MessageBoxes : public core::MessageSink {
  public:
   // The window that owns the boxes, null for none, and what happens around one.
   struct Owner {
@@ -18,7 +18,7 @@ class MessageBoxes : public platform::MessageSink {
     std::function<void(HWND box)> place;  // the box stands, not yet shown
   };
   explicit MessageBoxes(Owner& owner) : owner_(owner) {}
-  void Show(const platform::Message& message) override;
+  void Show(const core::Message& message) override;
 
  private:
   Owner& owner_;

@@ -40,7 +40,7 @@ TEST_F(ClsOpenSave, FillsTheWholeRecord) {
   dialog.Flags = 4;
   dialog.SetFilter("K|*.kws|");
   dialog.ShowSave();
-  const platform::FileDialogRecord& record = dialogs.asked.at(0);
+  const FileDialogRecord& record = dialogs.asked.at(0);
   EXPECT_EQ(
       std::tuple(record.lStructSize, record.hwndOwner, record.nFilterIndex, record.nMaxFile,
                  record.nMaxFileTitle, record.Flags, record.nFileOffset, record.nFileExtension),

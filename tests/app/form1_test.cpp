@@ -179,13 +179,13 @@ TEST_F(Form1Window, ListsTenThousandFiles) {
 
 // A melody is marked as sounding while its box is up.
 TEST_F(Form1Window, TellsWhichMelodySounds) {
-  struct Watch : platform::MessageSink {
+  struct Watch : core::MessageSink {
     explicit Watch(const Form1& window) : form(window) {}
-    void Show(const platform::Message&) override { seen.push_back(form.sounding); }
+    void Show(const core::Message&) override { seen.push_back(form.sounding); }
     const Form1& form;
     std::vector<Sounding> seen;
   } watch(form);
-  const platform::ScopedMessageSink sink(watch);
+  const core::ScopedMessageSink sink(watch);
   test.folder.Write("melodias/vals.120", "Vals:d=4,o=5,b=100:c");
   form.cmdrepertorio_Click();
   form.List1.Select(0);

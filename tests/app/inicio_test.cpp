@@ -46,7 +46,7 @@ TEST(Inicio, TakesTheSavedModel) {
     SCOPED_TRACE(row[1]);
     test::TestProgram test;
     if (row[0] != "0") {
-      test.registry.SetValue(platform::kHkeyClassesRoot, "tonadex\\", "modelo",
+      test.registry.SetValue(kHkeyClassesRoot, "tonadex\\", "modelo",
                              {static_cast<std::uint32_t>(std::stoul(row[0])), row[1]});
     }
     inicio splash(test.program);

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/message_box.h"
+#include "core/message_box.h"
 #include "tests/core/table.h"
 
 namespace tonadex::app {
@@ -35,8 +35,8 @@ TEST(MelodyDrawing, GivesTimesAndPitches) {
 }
 
 TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
-  platform::RecordingMessages boxes;
-  const platform::ScopedMessageSink sink(boxes);
+  core::RecordingMessages boxes;
+  const core::ScopedMessageSink sink(boxes);
   EXPECT_EQ(Notes(MelodyDrawing("x:d=4,o=5,b=120:c,x,7c,9,p#,cjuh9hay")),
             "0+500 do/60|500+500 do#/61|");
   for (const std::string_view text :

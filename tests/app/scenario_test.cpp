@@ -80,7 +80,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     add("web", test.webViews.log, utf8);
     add("mci", test.sequencer.commands, utf8);
     add("print", test.richText.printed, utf8);
-    add("dialog", test.fileDialogs.asked, [](const platform::FileDialogRecord& asked) {
+    add("dialog", test.fileDialogs.asked, [](const FileDialogRecord& asked) {
       return core::ToUtf8(asked.lpstrTitle) + " in " + asked.lpstrInitialDir + ", filter " +
              std::to_string(asked.nFilterIndex);
     });

@@ -1,21 +1,37 @@
 # cmake -DROOT=<source folder> -P check_includes.cmake
-# Fails, naming each place, when a library folder includes a folder above it or anything but the
-# standard library. The other folders (shells, command line, server, platform/*, the system's calls
-# of files/) are free.
+# Fails, naming each place, when a folder includes what the table below does not allow, or when a
+# folder with sources is not in the table.
 cmake_minimum_required(VERSION 3.25)
 
-# What each layer may include of ours. Layers are exact: "platform" holds the interfaces alone, and
-# its folders (platform/posix, …) and those of files/ are layers of their own.
-set(layers platform core files formats midi nokia3210 phones net app)
-set(below_platform platform)
-set(below_core core platform)
-set(below_files files core platform)
-set(below_formats formats core platform)
-set(below_midi midi formats files core platform)
-set(below_nokia3210 nokia3210 formats core platform)
-set(below_phones phones formats midi nokia3210 files core platform)
-set(below_net net files core platform)
-set(below_app app net phones nokia3210 midi formats files core platform)
+# Every layer, from the bottom, and the layers that it may include beside itself: all of them stand
+# above it in the table, so no arrow runs upward. A folder below platform/, shell/ or files/ is a layer
+# of its own. "pure" layers include the C++20 standard library and nothing else from outside.
+set(table
+  "core            pure:"
+  "files           pure: core"
+  "files/posix         : files core"
+  "files/win32         : files core"
+  "rtf             pure: core"
+  "formats         pure: core"
+  "midi            pure: formats files core"
+  "nokia3210       pure: formats core"
+  "phones          pure: nokia3210 midi formats files core"
+  "net             pure: files core"
+  "app             pure: net phones rtf nokia3210 midi formats files core"
+  "data                : core"
+  "platform/http       : net core"
+  "platform/sound      : midi files core"
+  "platform/posix      : app files core"
+  "platform/win32      : app midi files core"
+  "platform/qt         : app rtf files core"
+  "terminal            : core"
+  "server              : terminal platform/posix platform/win32 net files core"
+  "cli                 : terminal server platform/http platform/posix platform/qt platform/sound \
+                         platform/win32 app net phones midi formats files core"
+  "shell/common        : server app net core"
+  "shell/qt            : shell/common platform/http platform/posix platform/qt platform/sound app rtf \
+                         files core"
+  "shell/win32         : shell/common platform/http platform/win32 app rtf files core")
 
 set(standard_headers
   algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv chrono
@@ -28,25 +44,47 @@ set(standard_headers
   string_view syncstream system_error thread tuple type_traits typeindex typeinfo unordered_map
   unordered_set utility valarray variant vector version)
 
-# The layer of a path from ROOT: its first folder, or the one below platform/.
+# Reads the table into `layers`, <layer>_and_below and pure_<layer>.
+set(layers "")
+foreach(line IN LISTS table)
+  string(REGEX MATCH "^([a-z0-9/]+) *(pure)? *:(.*)$" ignored "${line}")
+  set(layer ${CMAKE_MATCH_1})
+  set(pure_${layer} ${CMAKE_MATCH_2})
+  string(REGEX MATCHALL "[a-z0-9/]+" below_${layer} "${CMAKE_MATCH_3}")
+  foreach(below IN LISTS below_${layer})
+    if(NOT below IN_LIST layers)
+      message(FATAL_ERROR "The table lets ${layer} include ${below}, which is no layer below it")
+    endif()
+  endforeach()
+  list(APPEND layers ${layer})
+  set(${layer}_and_below ${layer} ${below_${layer}})
+endforeach()
+
+# The layer of a path from ROOT: the folder of two names where that is one, else the first.
 function(layer_of path result)
-  if(path MATCHES "^((platform|files)/[^/]+|[^/]+)/")
-    set(${result} ${CMAKE_MATCH_1} PARENT_SCOPE)
-  else()
-    set(${result} "" PARENT_SCOPE)
+  string(REGEX MATCH "^([^/]+)/(([^/]+)/)?" ignored "${path}")
+  set(${result} "${CMAKE_MATCH_1}" PARENT_SCOPE)
+  if("${CMAKE_MATCH_1}/${CMAKE_MATCH_3}" IN_LIST layers)
+    set(${result} "${CMAKE_MATCH_1}/${CMAKE_MATCH_3}" PARENT_SCOPE)
   endif()
 endfunction()
 
-# Whether a file of `layer` may hold this include line.
+# Whether a file of `layer` may hold this include line. A name without a folder is a header from
+# outside or generated.
 function(is_allowed layer line result)
   set(${result} FALSE PARENT_SCOPE)
   if(line MATCHES "^[ \t]*#[ \t]*include[ \t]*<([^>]*)>")
-    if(CMAKE_MATCH_1 IN_LIST standard_headers)
+    if(NOT pure_${layer} OR CMAKE_MATCH_1 IN_LIST standard_headers)
       set(${result} TRUE PARENT_SCOPE)
     endif()
   elseif(line MATCHES "^[ \t]*#[ \t]*include[ \t]*\"([^\"]*)\"")
-    layer_of("${CMAKE_MATCH_1}" included)
-    if(NOT CMAKE_MATCH_1 MATCHES "\\.\\." AND included IN_LIST below_${layer})
+    set(path "${CMAKE_MATCH_1}")
+    layer_of("${path}" included)
+    if(NOT path MATCHES "/")
+      if(NOT pure_${layer})
+        set(${result} TRUE PARENT_SCOPE)
+      endif()
+    elseif(NOT path MATCHES "\\.\\." AND included IN_LIST ${layer}_and_below)
       set(${result} TRUE PARENT_SCOPE)
     endif()
   endif()
@@ -54,22 +92,22 @@ endfunction()
 
 set(checked 0)
 set(refused "")
-foreach(folder platform core files formats midi nokia3210 phones net app)
-  file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/${folder}/*)
-  list(FILTER files INCLUDE REGEX "\\.(h|hpp|inc|ipp|cpp|cc|cxx)$")
-  foreach(file IN LISTS files)
-    layer_of(${file} layer)
-    if(NOT layer IN_LIST layers)
-      continue()
+file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/*.h ${ROOT}/*.hpp ${ROOT}/*.inc ${ROOT}/*.ipp
+     ${ROOT}/*.cpp ${ROOT}/*.cc ${ROOT}/*.cxx)
+list(FILTER files EXCLUDE REGEX "^(tests|fuzz|bench|build|dist)/")
+foreach(file IN LISTS files)
+  layer_of(${file} layer)
+  math(EXPR checked "${checked} + 1")
+  if(NOT layer IN_LIST layers)
+    string(APPEND refused "\n  ${file}: its folder is no layer of the table")
+    continue()
+  endif()
+  file(STRINGS ${ROOT}/${file} lines REGEX "^[ \t]*#[ \t]*include")
+  foreach(line IN LISTS lines)
+    is_allowed(${layer} "${line}" allowed)
+    if(NOT allowed)
+      string(APPEND refused "\n  ${file}: ${line}")
     endif()
-    math(EXPR checked "${checked} + 1")
-    file(STRINGS ${ROOT}/${file} lines REGEX "^[ \t]*#[ \t]*include")
-    foreach(line IN LISTS lines)
-      is_allowed(${layer} "${line}" allowed)
-      if(NOT allowed)
-        string(APPEND refused "\n  ${file}: ${line}")
-      endif()
-    endforeach()
   endforeach()
 endforeach()
 

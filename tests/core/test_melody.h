@@ -3,33 +3,33 @@
 #include <string>
 #include <string_view>
 
+#include "core/message_box.h"
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
-#include "platform/message_box.h"
 
 // What the tests of melody code share. Expected texts are UTF-8, as an editor shows them.
 namespace tonadex::test {
 
 // A box as its text in UTF-8, "!" (exclamation) or "i" (information) in front and the title in
 // brackets where it is not the default one.
-inline std::string BoxText(const platform::Message& box) {
-  std::string text = box.icon == platform::Icon::kExclamation   ? "!"
-                     : box.icon == platform::Icon::kInformation ? "i"
-                                                                : "";
-  text += box.title == platform::kDefaultTitle ? "" : "[" + core::ToUtf8(box.title) + "]";
+inline std::string BoxText(const core::Message& box) {
+  std::string text = box.icon == core::Icon::kExclamation   ? "!"
+                     : box.icon == core::Icon::kInformation ? "i"
+                                                            : "";
+  text += box.title == core::kDefaultTitle ? "" : "[" + core::ToUtf8(box.title) + "]";
   return text + core::ToUtf8(box.text);
 }
 
 // Records the message boxes of its scope.
 struct Boxes {
-  platform::RecordingMessages recorded;
-  platform::ScopedMessageSink scope{recorded};
+  core::RecordingMessages recorded;
+  core::ScopedMessageSink scope{recorded};
 
   // Every box, parted by "|".
   std::string Text() const {
     std::string text;
-    for (const platform::Message& box : recorded.messages) {
+    for (const core::Message& box : recorded.messages) {
       text += (text.empty() ? "" : "|") + BoxText(box);
     }
     return text;

@@ -11,7 +11,7 @@
 
 #include "core/rtttl.h"
 #include "core/text.h"
-#include "nokia3210/octave_range.h"
+#include "formats/octave_range.h"
 
 namespace tonadex::data {
 namespace {
@@ -65,7 +65,7 @@ string BarFault(const core::NoteList& notes, int bar, int upbeat) {
 
 // Three octaves around the two that are used most; at most a whole note of silence.
 string PhoneFault(core::RTTTLMelody& melody) {
-  const int lowest = nokia3210::AutoOctave(melody, 2);
+  const int lowest = formats::AutoOctave(melody, 2);
   int silence = 0;
   for (std::size_t i = 0; i < melody.Notes.size(); ++i) {
     const core::RTTTLNote& note = melody.Notes[i];

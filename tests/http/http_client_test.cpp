@@ -14,9 +14,9 @@
 namespace tonadex {
 namespace {
 
+using net::TransferError;
 using platform::HttpClient;
 using platform::HttpLimits;
-using platform::TransferError;
 using std::chrono::milliseconds;
 using test::RawServer;
 using test::RawSocket;

@@ -10,14 +10,14 @@ namespace tonadex::midi {
 namespace {
 
 // Message boxes and commands in the order in which they come.
-class Stage : public platform::MessageSink {
+class Stage : public core::MessageSink {
  public:
-  void Show(const platform::Message& message) override {
-    sequencer.commands.push_back((message.icon == platform::Icon::kInformation ? "i[" : "[") +
+  void Show(const core::Message& message) override {
+    sequencer.commands.push_back((message.icon == core::Icon::kInformation ? "i[" : "[") +
                                  message.title + "]" + message.text);
   }
   std::vector<std::string> Play(core::RTTTLMelody& melody) {
-    const platform::ScopedMessageSink scope(*this);
+    const core::ScopedMessageSink scope(*this);
     sequencer.commands.clear();
     PlayMelody(melody, sequencer);
     return sequencer.commands;

@@ -13,12 +13,12 @@ namespace {
 constexpr std::string_view kKey = "tonadex\\";
 
 std::string Query(SettingsFile& settings, std::string_view name = "modelo") {
-  const auto value = settings.QueryValue(kHkeyClassesRoot, kKey, name);
-  return value ? (value->type == kRegSz ? "=" : "?") + value->data : "none";
+  const auto value = settings.QueryValue(app::kHkeyClassesRoot, kKey, name);
+  return value ? (value->type == app::kRegSz ? "=" : "?") + value->data : "none";
 }
 
 bool Set(SettingsFile& settings, std::string_view data, std::string_view name = "modelo") {
-  return settings.SetValue(kHkeyClassesRoot, kKey, name, {kRegSz, std::string(data)});
+  return settings.SetValue(app::kHkeyClassesRoot, kKey, name, {app::kRegSz, std::string(data)});
 }
 
 TEST(SettingsFile, KeepsEveryTextByteForByteInReadableUtf8) {
@@ -36,7 +36,7 @@ TEST(SettingsFile, KeepsEveryTextByteForByteInReadableUtf8) {
   }
   SettingsFile settings(file);
   ASSERT_TRUE(Set(settings, " caf\xE9 \x80 \"x\" \\ \x81\n"));
-  ASSERT_TRUE(settings.SetValue(0x80000001, "otra", "n", {kRegSz, "1"}));
+  ASSERT_TRUE(settings.SetValue(0x80000001, "otra", "n", {app::kRegSz, "1"}));
   ASSERT_TRUE(Set(settings, "2", "segundo"));
   EXPECT_EQ(folder.Read("a/b/ajustes.ini"),
             "[HKEY_CLASSES_ROOT\\tonadex\\]\n"
@@ -44,7 +44,7 @@ TEST(SettingsFile, KeepsEveryTextByteForByteInReadableUtf8) {
             "[HKEY_80000001\\otra]\n\"n\"=\"1\"\n"
             "[HKEY_CLASSES_ROOT\\tonadex\\]\n\"segundo\"=\"2\"\n");
   EXPECT_EQ(Query(settings, "segundo"), "=2");
-  EXPECT_FALSE(settings.SetValue(kHkeyClassesRoot, kKey, "modelo", {3, "binary"}));
+  EXPECT_FALSE(settings.SetValue(app::kHkeyClassesRoot, kKey, "modelo", {3, "binary"}));
 }
 
 TEST(SettingsFile, WhatCannotBeReadIsMissingAndIsWrittenAnew) {

@@ -44,7 +44,7 @@ void WhenModal(Look look) {
 TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
   TestWindow t;
   shell::QtMessageBoxes boxes(t.hooks);
-  platform::ScopedMessageSink sink(boxes);
+  core::ScopedMessageSink sink(boxes);
   t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,e,g,c6");
   t.window.show();
   t.Click("cmdrepertorio");
@@ -95,7 +95,7 @@ TEST(MainWindow, ARowWhoseFileIsGoneIsReportedAndEndsTheProgram) {
   std::filesystem::remove(t.test.folder / "melodias" / "vals.20");
   t.Click("picreproducir");
   ASSERT_EQ(t.test.boxes.messages.size(), 1U);
-  EXPECT_EQ(t.test.boxes.messages[0].icon, platform::Icon::kExclamation);
+  EXPECT_EQ(t.test.boxes.messages[0].icon, core::Icon::kExclamation);
   EXPECT_EQ(t.test.program.exitCode, 1);
   EXPECT_EQ(t.test.shell.ends, 1);
 }
@@ -315,13 +315,13 @@ TEST(QtFileDialogs, AskAsTheRecordSays) {
   shell::WindowHooks hooks;
   shell::QtFileDialogs dialogs(hooks);
   TempFolder folder;
-  platform::FileDialogRecord record;
+  app::FileDialogRecord record;
   record.lpstrFilter = std::string(" (*.kws)\0*.kws\0\0", 16);
   record.lpstrTitle = u8"Grabar Melodía kws"_w;
   record.lpstrInitialDir = folder.path().string();
   record.nFilterIndex = 2;
   record.lpstrFile = std::string(261, '\0');
-  const platform::FileDialogRecord before = record;
+  const app::FileDialogRecord before = record;
   WhenModal([](QWidget* dialog) {
     EXPECT_EQ(dialog->windowTitle(), u8"Grabar Melodía kws");
     EXPECT_EQ(qobject_cast<QFileDialog*>(dialog)->nameFilters(), QStringList{"*.kws"});

@@ -1,4 +1,4 @@
-#include "shell/qt/print/rich_text_box.h"
+#include "platform/qt/rich_text_box.h"
 
 #include <gtest/gtest.h>
 
@@ -8,15 +8,15 @@
 
 #include "app/print_sheet.h"
 #include "cli/context.h"
+#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
-#include "platform/message_box.h"
 #include "tests/core/table.h"
 #include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::shell {
+namespace tonadex::platform {
 namespace {
 
 using core::literals::operator""_w;
@@ -38,8 +38,8 @@ class RichTextBoxTest : public testing::Test {
   }
 
   test::TempFolder folder;
-  platform::RecordingMessages messages;
-  platform::ScopedMessageSink sink{messages};
+  core::RecordingMessages messages;
+  core::ScopedMessageSink sink{messages};
 };
 
 // Values are part of the source: they can change its structure.
@@ -69,10 +69,10 @@ TEST_F(RichTextBoxTest, WithoutPrintersToTheUsersDocuments) {
   EXPECT_EQ(PdfText(first), "Señal");
   EXPECT_EQ(PdfText(second), "Señal");
   EXPECT_EQ(messages.messages[1],
-            (platform::Message{std::string(u8"No hay ninguna impresora predeterminada.\r\n"
-                                           u8"La hoja está guardada en:\r\n"_w) +
-                                   files::TextFromPath(second),
-                               "Tonadex", platform::Icon::kInformation}));
+            (core::Message{std::string(u8"No hay ninguna impresora predeterminada.\r\n"
+                                       u8"La hoja está guardada en:\r\n"_w) +
+                               files::TextFromPath(second),
+                           "Tonadex", core::Icon::kInformation}));
 }
 
 TEST_F(RichTextBoxTest, FailuresAreErrors) {
@@ -133,4 +133,4 @@ TEST_F(RichTextBoxTest, FromTheCommandLine) {
 }
 
 }  // namespace
-}  // namespace tonadex::shell
+}  // namespace tonadex::platform

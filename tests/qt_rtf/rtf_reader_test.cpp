@@ -1,4 +1,4 @@
-#include "shell/qt/rtf/rtf_reader.h"
+#include "rtf/rtf_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include "core/windows1252.h"
 #include "tests/core/table.h"
 
-namespace tonadex::shell::rtf {
+namespace tonadex::rtf {
 namespace {
 
 std::string Utf8(const std::u16string& text) {
@@ -187,4 +187,4 @@ TEST(ReadRtf, DeepNestingRestoresFormats) {
 }
 
 }  // namespace
-}  // namespace tonadex::shell::rtf
+}  // namespace tonadex::rtf

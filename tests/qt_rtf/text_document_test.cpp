@@ -1,4 +1,4 @@
-#include "shell/qt/rtf/text_document.h"
+#include "platform/qt/text_document.h"
 
 #include <gtest/gtest.h>
 
@@ -6,9 +6,9 @@
 #include <QTextDocument>
 #include <QTextTable>
 
-#include "shell/qt/rtf/rtf_reader.h"
+#include "rtf/rtf_reader.h"
 
-namespace tonadex::shell::rtf {
+namespace tonadex::platform {
 namespace {
 
 constexpr std::string_view kSource =
@@ -28,8 +28,8 @@ QTextCharFormat FormatAt(const QTextDocument& document, QChar character) {
 
 TEST(FillTextDocument, OnPaper) {
   QTextDocument document;
-  FillTextDocument(document, ReadRtf("{\\rtf1 x\\par}"));
-  FillTextDocument(document, ReadRtf(kSource));  // anew
+  FillTextDocument(document, rtf::ReadRtf("{\\rtf1 x\\par}"));
+  FillTextDocument(document, rtf::ReadRtf(kSource));  // anew
   const QTextBlock title = document.firstBlock();
   EXPECT_EQ(title.text(), QString("Título"));
   const QTextBlockFormat format = title.blockFormat();
@@ -53,7 +53,7 @@ TEST(FillTextDocument, OnPaper) {
 
 TEST(FillTextDocument, NeighboursShareAFrame) {
   QTextDocument document;
-  FillTextDocument(document, ReadRtf(kSource));
+  FillTextDocument(document, rtf::ReadRtf(kSource));
   ASSERT_EQ(document.rootFrame()->childFrames().size(), 1);
   const auto& frame = dynamic_cast<QTextTable&>(*document.rootFrame()->childFrames().front());
   const QTextTableCell cell = frame.cellAt(0, 0);
@@ -66,16 +66,16 @@ TEST(FillTextDocument, NeighboursShareAFrame) {
   // The space before "f": the layout would drop it behind a frame.
   EXPECT_EQ(Twips(frame.format().bottomMargin()), 400);
   EXPECT_EQ(document.lastBlock().text(), QString("f"));
-  FillTextDocument(document, ReadRtf("{\\rtf1\\box\\brdrs a\\par\\pagebb b\\par}"));
+  FillTextDocument(document, rtf::ReadRtf("{\\rtf1\\box\\brdrs a\\par\\pagebb b\\par}"));
   EXPECT_EQ(document.rootFrame()->childFrames().size(), 2) << "a new page, a new frame";
 }
 
 TEST(FillTextDocument, OnTheScreen) {
   QTextDocument document;
-  Drawing drawing{.scale = 2, .screen = true, .ink = {}, .ground = {}};
+  TextDrawing drawing{.scale = 2, .screen = true, .ink = {}, .ground = {}};
   drawing.ink = [](const QColor& ink) { return ink.lighter(); };
   drawing.ground = [](const QColor&) { return QColor(Qt::black); };
-  FillTextDocument(document, ReadRtf(kSource), drawing);
+  FillTextDocument(document, rtf::ReadRtf(kSource), drawing);
   EXPECT_EQ(Twips(document.firstBlock().blockFormat().leftMargin()), 1440);
   EXPECT_EQ(document.firstBlock().next().blockFormat().alignment(), Qt::AlignLeft);
   EXPECT_EQ(FormatAt(document, u'a').fontPointSize(), 20);
@@ -84,4 +84,4 @@ TEST(FillTextDocument, OnTheScreen) {
 }
 
 }  // namespace
-}  // namespace tonadex::shell::rtf
+}  // namespace tonadex::platform

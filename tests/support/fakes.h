@@ -10,27 +10,27 @@
 #include <string_view>
 #include <vector>
 
+#include "app/file_dialog.h"
+#include "app/registry.h"
+#include "app/rich_text.h"
+#include "app/shell_services.h"
+#include "app/web_view.h"
 #include "core/runtime_error.h"
-#include "platform/file_dialog.h"
-#include "platform/http.h"
-#include "platform/registry.h"
-#include "platform/rich_text.h"
-#include "platform/sequencer.h"
-#include "platform/shell_services.h"
-#include "platform/web_view.h"
+#include "midi/sequencer.h"
+#include "net/http.h"
 
 // Hand-written stand-ins for the platform that record what they are asked.
 namespace tonadex::test {
 
-class FakeRegistry : public platform::Registry {
+class FakeRegistry : public app::Registry {
  public:
-  std::optional<platform::RegistryValue> QueryValue(std::uint32_t root, std::string_view key,
-                                                    std::string_view name) override {
+  std::optional<app::RegistryValue> QueryValue(std::uint32_t root, std::string_view key,
+                                               std::string_view name) override {
     const auto found = values.find(Path(root, key, name));
     return found == values.end() ? std::nullopt : std::optional(found->second);
   }
   bool SetValue(std::uint32_t root, std::string_view key, std::string_view name,
-                const platform::RegistryValue& value) override {
+                const app::RegistryValue& value) override {
     ++writes;
     if (!broken) {
       values[Path(root, key, name)] = value;
@@ -41,27 +41,23 @@ class FakeRegistry : public platform::Registry {
     return std::to_string(root) + '/' + std::string(key) + '/' + std::string(name);
   }
 
-  std::map<std::string, platform::RegistryValue> values;
+  std::map<std::string, app::RegistryValue> values;
   int writes = 0;
   bool broken = false;  // nothing can be stored
 };
 
 // Answers each dialog with the next of `answers`; none (or no answer left) is a cancel.
-class FakeFileDialogs : public platform::FileDialogs {
+class FakeFileDialogs : public app::FileDialogs {
  public:
-  bool GetSaveFileName(platform::FileDialogRecord& record) override {
-    return Answer("save", record);
-  }
-  bool GetOpenFileName(platform::FileDialogRecord& record) override {
-    return Answer("open", record);
-  }
+  bool GetSaveFileName(app::FileDialogRecord& record) override { return Answer("save", record); }
+  bool GetOpenFileName(app::FileDialogRecord& record) override { return Answer("open", record); }
 
   std::deque<std::optional<std::string>> answers;  // full paths
-  std::vector<platform::FileDialogRecord> asked;   // as they came in
+  std::vector<app::FileDialogRecord> asked;        // as they came in
   std::vector<std::string> kinds;                  // "save" or "open"
 
  private:
-  bool Answer(std::string_view kind, platform::FileDialogRecord& record) {
+  bool Answer(std::string_view kind, app::FileDialogRecord& record) {
     kinds.emplace_back(kind);
     asked.push_back(record);
     if (answers.empty() || !answers.front()) {
@@ -74,7 +70,7 @@ class FakeFileDialogs : public platform::FileDialogs {
   }
 };
 
-class FakeSequencer : public platform::Sequencer {
+class FakeSequencer : public midi::Sequencer {
  public:
   int SendString(std::string_view command) override {
     commands.emplace_back(command);
@@ -86,7 +82,7 @@ class FakeSequencer : public platform::Sequencer {
 };
 
 // Answers each request with the next of `replies`; none (or no reply left) is a failed transfer.
-class ScriptedHttp : public platform::HttpGet {
+class ScriptedHttp : public net::HttpGet {
  public:
   std::string Get(std::string_view url) override {
     urls.emplace_back(url);
@@ -99,7 +95,7 @@ class ScriptedHttp : public platform::HttpGet {
       replies.pop_front();
     }
     if (!reply) {
-      throw platform::TransferError("no se ha podido conectar");
+      throw net::TransferError("no se ha podido conectar");
     }
     return *std::move(reply);
   }
@@ -109,10 +105,10 @@ class ScriptedHttp : public platform::HttpGet {
   std::function<void()> during;  // called while the request runs; may be empty
 };
 
-class FakeWebViews : public platform::WebViews {
+class FakeWebViews : public app::WebViews {
  public:
-  void Navigate(platform::WebViewId view, std::string_view url) override {
-    log.push_back((view == platform::WebViewId::kNavbanner ? "navbanner " : "WebBrowser1 ") +
+  void Navigate(app::WebViewId view, std::string_view url) override {
+    log.push_back((view == app::WebViewId::kNavbanner ? "navbanner " : "WebBrowser1 ") +
                   std::string(url));
     if (broken) {
       throw std::runtime_error("no web view");
@@ -124,7 +120,7 @@ class FakeWebViews : public platform::WebViews {
 };
 
 // Reads the template from disk and keeps what is printed.
-class FakeRichTextBox : public platform::RichTextBox {
+class FakeRichTextBox : public app::RichTextBox {
  public:
   void LoadFile(const std::filesystem::path& file) override;
   std::string TextRTF() const override { return source; }
@@ -141,7 +137,7 @@ class FakeRichTextBox : public platform::RichTextBox {
   bool noPrinter = false;
 };
 
-class FakeShell : public platform::ShellServices {
+class FakeShell : public app::ShellServices {
  public:
   explicit FakeShell(std::filesystem::path folder) : programFolder(std::move(folder)) {
     tempPath = (programFolder / "temp").string() + '/';

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "app/program.h"
-#include "platform/message_box.h"
+#include "core/message_box.h"
 #include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
 
@@ -28,8 +28,8 @@ struct TestProgram {
   FakeWebViews webViews;
   FakeRichTextBox richText;
   FakeShell shell{folder.path()};
-  platform::RecordingMessages boxes;
-  platform::ScopedMessageSink sink{boxes};
+  core::RecordingMessages boxes;
+  core::ScopedMessageSink sink{boxes};
   app::Program program{{registry, fileDialogs, sequencer, http, webViews, richText, shell},
                        "http://servidor"};
 };

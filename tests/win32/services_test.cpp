@@ -21,7 +21,7 @@ namespace tonadex::test {
 namespace {
 
 using namespace core::literals;
-using platform::kHkeyClassesRoot;
+using app::kHkeyClassesRoot;
 
 constexpr std::string_view kKey = "tonadex-prueba\\";
 

@@ -25,10 +25,10 @@
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
+#include "platform/qt/text_document.h"
+#include "rtf/rtf_reader.h"
 #include "shell/qt/help/folding.h"
 #include "shell/qt/help/paper_colours.h"
-#include "shell/qt/rtf/rtf_reader.h"
-#include "shell/qt/rtf/text_document.h"
 
 namespace tonadex::shell {
 namespace {
@@ -253,13 +253,13 @@ void HelpWindow::Draw() {
   // The application's: while colours change, the text's own palette comes after this window's.
   const QColor page = QApplication::palette().color(QPalette::Base);
   const double size = QApplication::font().pointSizeF() * kReadingSize;
-  rtf::Drawing drawing;
+  platform::TextDrawing drawing;
   drawing.scale = 2 * size / BodySize(manual_) * std::pow(kZoomFactor, zoomStep_);
   drawing.screen = true;
   drawing.ink = [page](const QColor& ink) { return ReadableInk(ink, page); };
   drawing.ground = [page](const QColor& tint) { return TintedGround(tint, page); };
   text_->document()->setDefaultFont(QApplication::font());
-  rtf::FillTextDocument(*text_->document(), manual_, drawing);
+  platform::FillTextDocument(*text_->document(), manual_, drawing);
   SetColumn();
   folded_ = Folded(text_->document()->toRawText());
   FillContents();

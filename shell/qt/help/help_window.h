@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "shell/qt/rtf/rtf_document.h"
+#include "rtf/rtf_document.h"
 
 class QLabel;
 class QLineEdit;

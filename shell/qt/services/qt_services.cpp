@@ -16,13 +16,13 @@
 namespace tonadex::shell {
 namespace {
 
-QMessageBox::Icon BoxIcon(platform::Icon icon) {
+QMessageBox::Icon BoxIcon(core::Icon icon) {
   switch (icon) {
-    case platform::Icon::kInformation:
+    case core::Icon::kInformation:
       return QMessageBox::Information;
-    case platform::Icon::kExclamation:
+    case core::Icon::kExclamation:
       return QMessageBox::Warning;
-    case platform::Icon::kNone:
+    case core::Icon::kNone:
       break;
   }
   return QMessageBox::NoIcon;
@@ -40,7 +40,7 @@ QStringList NameFilters(const std::string& pairs) {
   return filters;
 }
 
-bool RunDialog(QFileDialog::AcceptMode mode, platform::FileDialogRecord& record, QWidget* owner) {
+bool RunDialog(QFileDialog::AcceptMode mode, app::FileDialogRecord& record, QWidget* owner) {
   QFileDialog dialog(owner, ToQString(record.lpstrTitle), ToQString(record.lpstrInitialDir));
   dialog.setAcceptMode(mode);
   dialog.setFileMode(mode == QFileDialog::AcceptSave ? QFileDialog::AnyFile
@@ -127,7 +127,7 @@ void Repainting::Once(Input input) {
   active_ = false;
 }
 
-void QtMessageBoxes::Show(const platform::Message& message) {
+void QtMessageBoxes::Show(const core::Message& message) {
   if (hooks_.draw) {
     hooks_.draw();
   }
@@ -148,11 +148,11 @@ void QtMessageBoxes::Show(const platform::Message& message) {
   }
 }
 
-bool QtFileDialogs::GetSaveFileName(platform::FileDialogRecord& record) {
+bool QtFileDialogs::GetSaveFileName(app::FileDialogRecord& record) {
   return RunDialog(QFileDialog::AcceptSave, record, hooks_.window);
 }
 
-bool QtFileDialogs::GetOpenFileName(platform::FileDialogRecord& record) {
+bool QtFileDialogs::GetOpenFileName(app::FileDialogRecord& record) {
   return RunDialog(QFileDialog::AcceptOpen, record, hooks_.window);
 }
 
@@ -199,8 +199,8 @@ void QtShellServices::End() {
   QCoreApplication::quit();
 }
 
-void QtWebViews::Navigate(platform::WebViewId view, std::string_view url) {
-  const auto& pane = view == platform::WebViewId::kNavbanner ? hooks_.banner : hooks_.page;
+void QtWebViews::Navigate(app::WebViewId view, std::string_view url) {
+  const auto& pane = view == app::WebViewId::kNavbanner ? hooks_.banner : hooks_.page;
   if (pane != nullptr) {
     pane->Navigate(url);
   }

@@ -7,10 +7,10 @@
 #include <memory>
 #include <string>
 
-#include "platform/file_dialog.h"
-#include "platform/message_box.h"
-#include "platform/shell_services.h"
-#include "platform/web_view.h"
+#include "app/file_dialog.h"
+#include "app/shell_services.h"
+#include "app/web_view.h"
+#include "core/message_box.h"
 
 // What the program asks of the desktop, answered by Qt.
 namespace tonadex::shell {
@@ -53,26 +53,26 @@ class Repainting {
   bool active_ = false;
 };
 
-class QtMessageBoxes : public platform::MessageSink {
+class QtMessageBoxes : public core::MessageSink {
  public:
   explicit QtMessageBoxes(WindowHooks& hooks) : hooks_(hooks) {}
-  void Show(const platform::Message& message) override;
+  void Show(const core::Message& message) override;
 
  private:
   WindowHooks& hooks_;
 };
 
-class QtFileDialogs : public platform::FileDialogs {
+class QtFileDialogs : public app::FileDialogs {
  public:
   explicit QtFileDialogs(WindowHooks& hooks) : hooks_(hooks) {}
-  bool GetSaveFileName(platform::FileDialogRecord& record) override;
-  bool GetOpenFileName(platform::FileDialogRecord& record) override;
+  bool GetSaveFileName(app::FileDialogRecord& record) override;
+  bool GetOpenFileName(app::FileDialogRecord& record) override;
 
  private:
   WindowHooks& hooks_;
 };
 
-class QtShellServices : public platform::ShellServices {
+class QtShellServices : public app::ShellServices {
  public:
   // `folder`: the program folder.
   QtShellServices(WindowHooks& hooks, Repainting& repainting, std::filesystem::path folder,
@@ -94,10 +94,10 @@ class QtShellServices : public platform::ShellServices {
   std::string tempPath_;
 };
 
-class QtWebViews : public platform::WebViews {
+class QtWebViews : public app::WebViews {
  public:
   explicit QtWebViews(WindowHooks& hooks) : hooks_(hooks) {}
-  void Navigate(platform::WebViewId view, std::string_view url) override;
+  void Navigate(app::WebViewId view, std::string_view url) override;
 
  private:
   WindowHooks& hooks_;

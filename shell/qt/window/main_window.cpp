@@ -351,7 +351,7 @@ void MainWindow::SaveResult() {
     }
     const std::filesystem::path path = file.toStdU16String();
     if (!core::SkipErrors([&] { files::WriteBytes(path, form_.textresultado.text); })) {
-      platform::MsgBox(words::kNotSaved, platform::Icon::kExclamation);
+      core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
     }
   });
 }

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-namespace tonadex::platform {
+namespace tonadex::app {
 
 // What the system's file dialogs take and give back: the OPENFILENAMEA record without its later
 // extension fields. Texts are Windows-1252 and may hold NULs where the record asks for them.
@@ -34,4 +34,4 @@ class FileDialogs {
   virtual bool GetOpenFileName(FileDialogRecord& record) = 0;
 };
 
-}  // namespace tonadex::platform
+}  // namespace tonadex::app

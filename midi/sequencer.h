@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace tonadex::platform {
+namespace tonadex::midi {
 
 // The MIDI sequencer, driven by three commands in Windows-1252:
 //   "open FILE type sequencer alias NAME", "play NAME notify", "close NAME".
@@ -15,4 +15,4 @@ class Sequencer {
   virtual int SendString(std::string_view command) = 0;
 };
 
-}  // namespace tonadex::platform
+}  // namespace tonadex::midi

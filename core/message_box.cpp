@@ -1,8 +1,8 @@
-#include "platform/message_box.h"
+#include "core/message_box.h"
 
 #include <utility>
 
-namespace tonadex::platform {
+namespace tonadex::core {
 namespace {
 
 thread_local MessageSink* currentSink = nullptr;
@@ -29,4 +29,4 @@ void MsgBox(std::string_view text, Icon icon, std::string_view title) {
   }
 }
 
-}  // namespace tonadex::platform
+}  // namespace tonadex::core

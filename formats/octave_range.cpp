@@ -1,4 +1,4 @@
-#include "nokia3210/octave_range.h"
+#include "formats/octave_range.h"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +10,7 @@
 #include "core/text.h"
 #include "core/windows1252.h"
 
-namespace tonadex::nokia3210 {
+namespace tonadex::formats {
 namespace {
 
 constexpr int kOctaves = 11;               // 0 to 10
@@ -71,4 +71,4 @@ std::int16_t frmOctave::mGetOctaveRange(std::string_view /*DefaultOctave*/, int 
   return AutoOctave(gMelody, RangeSpan);
 }
 
-}  // namespace tonadex::nokia3210
+}  // namespace tonadex::formats

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tonadex::platform {
+namespace tonadex::core {
 
 // Title of every message box that names no other.
 inline constexpr std::string_view kDefaultTitle = "Tonadex";
@@ -60,4 +60,4 @@ class ScopedRecording : public RecordingMessages {
 // Shows a message box through the calling thread's sink; with none installed it is dropped.
 void MsgBox(std::string_view text, Icon icon = Icon::kNone, std::string_view title = kDefaultTitle);
 
-}  // namespace tonadex::platform
+}  // namespace tonadex::core

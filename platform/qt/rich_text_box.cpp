@@ -1,4 +1,4 @@
-#include "shell/qt/print/rich_text_box.h"
+#include "platform/qt/rich_text_box.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
@@ -13,15 +13,15 @@
 #include <QTextDocument>
 #include <algorithm>
 
+#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/read.h"
 #include "files/write.h"
-#include "platform/message_box.h"
-#include "shell/qt/rtf/rtf_reader.h"
-#include "shell/qt/rtf/text_document.h"
+#include "platform/qt/text_document.h"
+#include "rtf/rtf_reader.h"
 
-namespace tonadex::shell {
+namespace tonadex::platform {
 namespace {
 
 using core::literals::operator""_w;
@@ -87,9 +87,9 @@ void DrawPage(QPainter& painter, const QTextDocument& document, const QRectF& pa
 bool DrawPages(QPagedPaintDevice& device, const rtf::Document& source) {
   QTextDocument document;
   document.setUseDesignMetrics(true);
-  rtf::FillTextDocument(document, source);
+  FillTextDocument(document, source);
   document.setDocumentMargin(0);
-  const double dots = rtf::DotsPerInch();
+  const double dots = DotsPerInch();
   const QSizeF area = device.pageLayout().paintRect(QPageLayout::Point).size() * dots / 72;
   document.setPageSize(area + QSizeF(1, 0));  // papers count in whole points, tabs do not
   QPainter painter;
@@ -169,7 +169,7 @@ void PrintToNewPdf(const rtf::Document& source) {
   }
   std::string text(kNoPrinter);
   text += FromQString(QDir::toNativeSeparators(path));
-  platform::MsgBox(text, platform::Icon::kInformation);
+  core::MsgBox(text, core::Icon::kInformation);
 }
 
 class WindowlessRichTextBox : public QtRichTextBox {
@@ -215,8 +215,8 @@ void QtRichTextBox::SelPrint() {
   }
 }
 
-std::unique_ptr<platform::RichTextBox> MakeWindowlessRichTextBox(PrintTarget target) {
+std::unique_ptr<app::RichTextBox> MakeWindowlessRichTextBox(PrintTarget target) {
   return std::make_unique<WindowlessRichTextBox>(std::move(target));
 }
 
-}  // namespace tonadex::shell
+}  // namespace tonadex::platform

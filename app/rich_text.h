@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace tonadex::platform {
+namespace tonadex::app {
 
 // The hidden rich-text control that fills and prints the sheet.
 class RichTextBox {
@@ -20,4 +20,4 @@ class RichTextBox {
   virtual void SelPrint() = 0;
 };
 
-}  // namespace tonadex::platform
+}  // namespace tonadex::app

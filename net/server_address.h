@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-namespace tonadex::server {
+namespace tonadex::net {
 
 // The address to use: `argument` (the command line's), else $TONADEX_SERVIDOR, else the first line
 // of "servidor.txt" in the program folder; "" when none of them names one, that is, for the
@@ -11,4 +11,4 @@ namespace tonadex::server {
 std::string ConfiguredServer(const std::string& argument,
                              const std::filesystem::path& programFolder);
 
-}  // namespace tonadex::server
+}  // namespace tonadex::net

@@ -1,4 +1,4 @@
-#include "shell/qt/rtf/rtf_reader.h"
+#include "rtf/rtf_reader.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include "core/text.h"
 #include "core/windows1252.h"
 
-namespace tonadex::shell::rtf {
+namespace tonadex::rtf {
 namespace {
 
 // Groups nested deeper share the formats of this depth: the stack stays small for any garbage.
@@ -738,4 +738,4 @@ std::u16string PlainText(const Document& document) {
   return text;
 }
 
-}  // namespace tonadex::shell::rtf
+}  // namespace tonadex::rtf

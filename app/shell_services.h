@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-namespace tonadex::platform {
+namespace tonadex::app {
 
 // The small things that the program asks of the system and its shell.
 class ShellServices {
@@ -29,4 +29,4 @@ class ShellServices {
   virtual void End() = 0;
 };
 
-}  // namespace tonadex::platform
+}  // namespace tonadex::app

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace tonadex::platform {
+namespace tonadex::net {
 
 // A transfer that brought no reply: no connection, time-out, broken or oversized reply.
 class TransferError : public std::runtime_error {
@@ -21,4 +21,4 @@ class HttpGet {
   virtual std::string Get(std::string_view url) = 0;
 };
 
-}  // namespace tonadex::platform
+}  // namespace tonadex::net

@@ -1,4 +1,4 @@
-#include "server/configured_server.h"
+#include "net/server_address.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,7 +8,7 @@
 #include "core/windows1252.h"
 #include "files/read.h"
 
-namespace tonadex::server {
+namespace tonadex::net {
 namespace {
 
 constexpr const char* kVariable = "TONADEX_SERVIDOR";
@@ -43,4 +43,4 @@ std::string ConfiguredServer(const std::string& argument,
   return Cleaned(FromFile(programFolder));
 }
 
-}  // namespace tonadex::server
+}  // namespace tonadex::net

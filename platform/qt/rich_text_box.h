@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/rich_text.h"
+#include "app/rich_text.h"
 
-namespace tonadex::shell {
+namespace tonadex::platform {
 
 // Where a sheet goes. With neither, to the system's default printer; where the system has none, to
 // a PDF of a new name in the user's documents folder, and a message box says where.
@@ -19,7 +19,7 @@ struct PrintTarget {
 // The rich-text control on Qt. The source is kept byte for byte and read only to be printed.
 // SelPrint throws a device failure when the named printer is not there, the spooler refuses the
 // job or the PDF cannot be written; it needs a QGuiApplication.
-class QtRichTextBox : public platform::RichTextBox {
+class QtRichTextBox : public app::RichTextBox {
  public:
   explicit QtRichTextBox(PrintTarget target = {}) : target_(std::move(target)) {}
 
@@ -34,6 +34,6 @@ class QtRichTextBox : public platform::RichTextBox {
 };
 
 // For a program without windows: as above, and it starts what Qt needs by itself. Needs no display.
-std::unique_ptr<platform::RichTextBox> MakeWindowlessRichTextBox(PrintTarget target);
+std::unique_ptr<app::RichTextBox> MakeWindowlessRichTextBox(PrintTarget target);
 
-}  // namespace tonadex::shell
+}  // namespace tonadex::platform

@@ -3,14 +3,14 @@
 #include <QColor>
 #include <functional>
 
-#include "shell/qt/rtf/rtf_document.h"
+#include "rtf/rtf_document.h"
 
 class QTextDocument;
 
-namespace tonadex::shell::rtf {
+namespace tonadex::platform {
 
 // How a rich text is drawn. As it stands: to the letter, for paper.
-struct Drawing {
+struct TextDrawing {
   double scale = 1;     // of type and lengths
   bool screen = false;  // the program's own typefaces, nothing justified: columns are narrow
   // What becomes of the file's colours; none leaves them.
@@ -22,9 +22,10 @@ struct Drawing {
 // layout that is given another paint device scales some lengths and forgets the indents. Bordered
 // or shaded neighbours of one format become one frame. Headings keep their level in
 // QTextBlockFormat::headingLevel. Undo is switched off.
-void FillTextDocument(QTextDocument& target, const Document& source, const Drawing& drawing = {});
+void FillTextDocument(QTextDocument& target, const rtf::Document& source,
+                      const TextDrawing& drawing = {});
 
 // Dots to the inch of that layout.
 double DotsPerInch();
 
-}  // namespace tonadex::shell::rtf
+}  // namespace tonadex::platform

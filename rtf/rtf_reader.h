@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "shell/qt/rtf/rtf_document.h"
+#include "rtf/rtf_document.h"
 
-namespace tonadex::shell::rtf {
+namespace tonadex::rtf {
 
 // Whether the bytes begin as a rich-text file does.
 bool LooksLikeRtf(std::string_view source);
@@ -19,4 +19,4 @@ Document ReadRtf(std::string_view source);
 // All the text, one line for each paragraph: for searching and for tests.
 std::u16string PlainText(const Document& document);
 
-}  // namespace tonadex::shell::rtf
+}  // namespace tonadex::rtf

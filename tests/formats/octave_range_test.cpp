@@ -1,11 +1,11 @@
-#include "nokia3210/octave_range.h"
+#include "formats/octave_range.h"
 
 #include <gtest/gtest.h>
 
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::nokia3210 {
+namespace tonadex::formats {
 namespace {
 
 TEST(OctaveRange, IsPlacedAroundTheTwoMostUsedOctaves) {
@@ -22,4 +22,4 @@ TEST(OctaveRange, IsPlacedAroundTheTwoMostUsedOctaves) {
 }
 
 }  // namespace
-}  // namespace tonadex::nokia3210
+}  // namespace tonadex::formats

@@ -6,7 +6,7 @@
 #include "core/rtttl.h"
 
 // Which octaves of a melody a phone with few of them should play.
-namespace tonadex::nokia3210 {
+namespace tonadex::formats {
 
 // The span that the converters ask for.
 inline constexpr int kRangeSpan = 2;
@@ -26,4 +26,4 @@ struct frmOctave {
   std::int16_t mGetOctaveRange(std::string_view DefaultOctave, int RangeSpan) const;
 };
 
-}  // namespace tonadex::nokia3210
+}  // namespace tonadex::formats

@@ -7,7 +7,7 @@ class App;
 class ParseError;
 }  // namespace CLI
 
-namespace tonadex::cli {
+namespace tonadex::terminal {
 
 // What every terminal program says in Spanish where the library for arguments has English words.
 // Texts are UTF-8.
@@ -18,4 +18,4 @@ void TranslateHelp(CLI::App& app);
 // What is wrong with the arguments, and with which: "hay un argumento que no se entiende: --x".
 std::string UseError(const CLI::ParseError& error);
 
-}  // namespace tonadex::cli
+}  // namespace tonadex::terminal

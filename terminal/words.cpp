@@ -1,4 +1,4 @@
-#include "cli/terminal_words.h"
+#include "terminal/words.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -6,7 +6,7 @@
 #include <memory>
 #include <string_view>
 
-namespace tonadex::cli {
+namespace tonadex::terminal {
 namespace {
 
 void NameOptionGroup(CLI::App& app) {
@@ -85,4 +85,4 @@ std::string UseError(const CLI::ParseError& error) {
   return words + (culprit.empty() ? "" : ": " + culprit);
 }
 
-}  // namespace tonadex::cli
+}  // namespace tonadex::terminal

@@ -1,4 +1,4 @@
-#include "shell/qt/rtf/text_document.h"
+#include "platform/qt/text_document.h"
 
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -13,7 +13,7 @@
 #include <QTextTable>
 #include <algorithm>
 
-namespace tonadex::shell::rtf {
+namespace tonadex::platform {
 namespace {
 
 constexpr double kPointsPerHalf = 0.5;
@@ -21,66 +21,66 @@ constexpr double kTwipsPerInch = 1440;
 constexpr double kSingleLine = 240;
 constexpr double kScreenLinePercent = 115;
 
-QColor ToQColor(const Colour& colour) {
+QColor ToQColor(const rtf::Colour& colour) {
   return {colour.red, colour.green, colour.blue};
 }
 
-QFont::StyleHint HintOf(FontFamily family) {
+QFont::StyleHint HintOf(rtf::FontFamily family) {
   switch (family) {
-    case FontFamily::kSerif:
+    case rtf::FontFamily::kSerif:
       return QFont::Serif;
-    case FontFamily::kSans:
+    case rtf::FontFamily::kSans:
       return QFont::SansSerif;
-    case FontFamily::kFixed:
+    case rtf::FontFamily::kFixed:
       return QFont::Monospace;
-    case FontFamily::kAny:
+    case rtf::FontFamily::kAny:
       break;
   }
   return QFont::AnyStyle;
 }
 
-QTextOption::TabType TypeOf(TabKind kind) {
+QTextOption::TabType TypeOf(rtf::TabKind kind) {
   switch (kind) {
-    case TabKind::kCentre:
+    case rtf::TabKind::kCentre:
       return QTextOption::CenterTab;
-    case TabKind::kRight:
+    case rtf::TabKind::kRight:
       return QTextOption::RightTab;
-    case TabKind::kDecimal:
+    case rtf::TabKind::kDecimal:
       return QTextOption::DelimiterTab;
-    case TabKind::kLeft:
+    case rtf::TabKind::kLeft:
       break;
   }
   return QTextOption::LeftTab;
 }
 
-Qt::Alignment AlignmentOf(Alignment alignment) {
+Qt::Alignment AlignmentOf(rtf::Alignment alignment) {
   switch (alignment) {
-    case Alignment::kCentre:
+    case rtf::Alignment::kCentre:
       return Qt::AlignHCenter;
-    case Alignment::kRight:
+    case rtf::Alignment::kRight:
       return Qt::AlignRight;
-    case Alignment::kJustify:
+    case rtf::Alignment::kJustify:
       return Qt::AlignJustify;
-    case Alignment::kLeft:
+    case rtf::Alignment::kLeft:
       break;
   }
   return Qt::AlignLeft;
 }
 
-bool Framed(const ParagraphFormat& format) {
+bool Framed(const rtf::ParagraphFormat& format) {
   return format.shading.has_value() ||
-         std::ranges::any_of(format.borders, [](const Border& b) { return b.width > 0; });
+         std::ranges::any_of(format.borders, [](const rtf::Border& b) { return b.width > 0; });
 }
 
 // Neighbours share one frame when nothing that shapes the frame differs.
-bool SameFrame(const ParagraphFormat& a, const ParagraphFormat& b) {
+bool SameFrame(const rtf::ParagraphFormat& a, const rtf::ParagraphFormat& b) {
   return a.borders == b.borders && a.shading == b.shading && a.left == b.left &&
          a.right == b.right && !b.pageBefore;
 }
 
 class Filler {
  public:
-  Filler(QTextDocument& target, const Document& source, const Drawing& drawing)
+  Filler(QTextDocument& target, const rtf::Document& source, const TextDrawing& drawing)
       : source_(source),
         drawing_(drawing),
         dotsPerTwip_(DotsPerInch() / kTwipsPerInch * drawing.scale),
@@ -98,34 +98,34 @@ class Filler {
  private:
   std::size_t FillPlain(std::size_t at);
   std::size_t FillFrame(std::size_t from);
-  void FillRuns(const Paragraph& paragraph);
-  QTextBlockFormat BlockFormatOf(const ParagraphFormat& format) const;
-  void SetTabs(QTextBlockFormat& block, const ParagraphFormat& format) const;
-  QTextTableFormat FrameFormatOf(const ParagraphFormat& first, int spaceAfter) const;
+  void FillRuns(const rtf::Paragraph& paragraph);
+  QTextBlockFormat BlockFormatOf(const rtf::ParagraphFormat& format) const;
+  void SetTabs(QTextBlockFormat& block, const rtf::ParagraphFormat& format) const;
+  QTextTableFormat FrameFormatOf(const rtf::ParagraphFormat& first, int spaceAfter) const;
   int SpaceAfter(std::size_t at) const;
-  void SetBorders(QTextTableCell cell, const ParagraphFormat& format) const;
-  QTextCharFormat CharFormatOf(const RunFormat& format) const;
-  void SetFont(QTextCharFormat& target, const RunFormat& format) const;
+  void SetBorders(QTextTableCell cell, const rtf::ParagraphFormat& format) const;
+  QTextCharFormat CharFormatOf(const rtf::RunFormat& format) const;
+  void SetFont(QTextCharFormat& target, const rtf::RunFormat& format) const;
   double Pixels(int twips) const { return twips * dotsPerTwip_; }
-  QColor Ink(const Colour& colour) const {
+  QColor Ink(const rtf::Colour& colour) const {
     return drawing_.ink ? drawing_.ink(ToQColor(colour)) : ToQColor(colour);
   }
-  QColor Ground(const Colour& colour) const {
+  QColor Ground(const rtf::Colour& colour) const {
     return drawing_.ground ? drawing_.ground(ToQColor(colour)) : ToQColor(colour);
   }
 
-  const Document& source_;
-  const Drawing& drawing_;
+  const rtf::Document& source_;
+  const TextDrawing& drawing_;
   double dotsPerTwip_;
   QTextCursor cursor_;
   bool fresh_ = true;  // the cursor's block is still free
 };
 
 std::size_t Filler::FillPlain(std::size_t at) {
-  const Paragraph& paragraph = source_.paragraphs[at];
+  const rtf::Paragraph& paragraph = source_.paragraphs[at];
   const QTextBlockFormat block = BlockFormatOf(paragraph.format);
   const QTextCharFormat characters =
-      CharFormatOf(paragraph.runs.empty() ? RunFormat{} : paragraph.runs.back().format);
+      CharFormatOf(paragraph.runs.empty() ? rtf::RunFormat{} : paragraph.runs.back().format);
   if (fresh_) {
     cursor_.setBlockFormat(block);
     cursor_.setBlockCharFormat(characters);
@@ -140,7 +140,7 @@ std::size_t Filler::FillPlain(std::size_t at) {
 // A table of one cell: the only frame whose sides can be drawn one by one.
 std::size_t Filler::FillFrame(std::size_t from) {
   const auto& paragraphs = source_.paragraphs;
-  const ParagraphFormat& first = paragraphs[from].format;
+  const rtf::ParagraphFormat& first = paragraphs[from].format;
   std::size_t end = from + 1;
   while (end < paragraphs.size() && SameFrame(first, paragraphs[end].format)) {
     ++end;
@@ -167,15 +167,15 @@ std::size_t Filler::FillFrame(std::size_t from) {
   return end;
 }
 
-void Filler::FillRuns(const Paragraph& paragraph) {
-  for (const Run& run : paragraph.runs) {
+void Filler::FillRuns(const rtf::Paragraph& paragraph) {
+  for (const rtf::Run& run : paragraph.runs) {
     cursor_.insertText(QString::fromStdU16String(run.text), CharFormatOf(run.format));
   }
 }
 
-QTextBlockFormat Filler::BlockFormatOf(const ParagraphFormat& format) const {
+QTextBlockFormat Filler::BlockFormatOf(const rtf::ParagraphFormat& format) const {
   QTextBlockFormat block;
-  const bool ragged = drawing_.screen && format.alignment == Alignment::kJustify;
+  const bool ragged = drawing_.screen && format.alignment == rtf::Alignment::kJustify;
   block.setAlignment(ragged ? Qt::AlignLeft : AlignmentOf(format.alignment));
   block.setLeftMargin(Pixels(format.left));
   block.setRightMargin(Pixels(format.right));
@@ -204,14 +204,14 @@ QTextBlockFormat Filler::BlockFormatOf(const ParagraphFormat& format) const {
 // A hanging first line makes the left indent a tab stop of its own. The layout counts from the
 // start of the line, the file from the left margin of the page; lines after the first are rarely
 // tabbed, so the first one decides.
-void Filler::SetTabs(QTextBlockFormat& block, const ParagraphFormat& format) const {
+void Filler::SetTabs(QTextBlockFormat& block, const rtf::ParagraphFormat& format) const {
   QList<QTextOption::Tab> tabs;
-  std::vector<Tab> stops = format.tabs;
+  std::vector<rtf::Tab> stops = format.tabs;
   if (format.first < 0) {
-    stops.insert(std::ranges::upper_bound(stops, format.left, {}, &Tab::position),
-                 {format.left, TabKind::kLeft});
+    stops.insert(std::ranges::upper_bound(stops, format.left, {}, &rtf::Tab::position),
+                 {format.left, rtf::TabKind::kLeft});
   }
-  for (const Tab& tab : stops) {  // rising: the layout takes the first one behind the text
+  for (const rtf::Tab& tab : stops) {  // rising: the layout takes the first one behind the text
     tabs.append({Pixels(tab.position - format.left - format.first), TypeOf(tab.kind), QChar(u',')});
   }
   block.setTabPositions(tabs);
@@ -224,7 +224,7 @@ int Filler::SpaceAfter(std::size_t at) const {
   return at + 1 < paragraphs.size() ? std::max(after, paragraphs[at + 1].format.before) : after;
 }
 
-QTextTableFormat Filler::FrameFormatOf(const ParagraphFormat& first, int spaceAfter) const {
+QTextTableFormat Filler::FrameFormatOf(const rtf::ParagraphFormat& first, int spaceAfter) const {
   QTextTableFormat frame;
   frame.setBorder(0);
   frame.setBorderStyle(QTextFrameFormat::BorderStyle_None);
@@ -241,17 +241,17 @@ QTextTableFormat Filler::FrameFormatOf(const ParagraphFormat& first, int spaceAf
   return frame;
 }
 
-void Filler::SetBorders(QTextTableCell cell, const ParagraphFormat& format) const {
+void Filler::SetBorders(QTextTableCell cell, const rtf::ParagraphFormat& format) const {
   constexpr int kShadedSpace = 80;  // between a shaded ground's edge and its text
   QTextTableCellFormat shape;
-  const auto brushOf = [&](const Border& border) {
+  const auto brushOf = [&](const rtf::Border& border) {
     return border.colour ? QBrush(Ink(*border.colour)) : QBrush(Ink({}));
   };
-  const auto styleOf = [](const Border& border) {
+  const auto styleOf = [](const rtf::Border& border) {
     return border.width > 0 ? QTextFrameFormat::BorderStyle_Solid
                             : QTextFrameFormat::BorderStyle_None;
   };
-  const auto paddingOf = [&](const Border& border) {
+  const auto paddingOf = [&](const rtf::Border& border) {
     return Pixels(std::max(border.space, format.shading ? kShadedSpace : 0));
   };
   const auto& [top, left, bottom, right] = format.borders;
@@ -277,7 +277,7 @@ void Filler::SetBorders(QTextTableCell cell, const ParagraphFormat& format) cons
   cell.setFormat(shape);
 }
 
-QTextCharFormat Filler::CharFormatOf(const RunFormat& format) const {
+QTextCharFormat Filler::CharFormatOf(const rtf::RunFormat& format) const {
   QTextCharFormat characters;
   SetFont(characters, format);
   characters.setFontPointSize(format.halfPoints * kPointsPerHalf * drawing_.scale);
@@ -285,8 +285,8 @@ QTextCharFormat Filler::CharFormatOf(const RunFormat& format) const {
   characters.setFontItalic(format.italic);
   characters.setFontUnderline(format.underline);
   characters.setFontStrikeOut(format.strike);
-  if (format.script != Script::kNormal) {
-    characters.setVerticalAlignment(format.script == Script::kSuper
+  if (format.script != rtf::Script::kNormal) {
+    characters.setVerticalAlignment(format.script == rtf::Script::kSuper
                                         ? QTextCharFormat::AlignSuperScript
                                         : QTextCharFormat::AlignSubScript);
   }
@@ -299,18 +299,18 @@ QTextCharFormat Filler::CharFormatOf(const RunFormat& format) const {
   return characters;
 }
 
-void Filler::SetFont(QTextCharFormat& target, const RunFormat& format) const {
+void Filler::SetFont(QTextCharFormat& target, const rtf::RunFormat& format) const {
   auto font = source_.fonts.find(format.font >= 0 ? format.font : source_.defaultFont);
   if (font == source_.fonts.end()) {
     font = source_.fonts.find(source_.defaultFont);
   }
-  const Font chosen = font == source_.fonts.end() ? Font{} : font->second;
+  const rtf::Font chosen = font == source_.fonts.end() ? rtf::Font{} : font->second;
   if (!drawing_.screen) {
     if (!chosen.name.empty()) {
       target.setFontFamilies({QString::fromStdU16String(chosen.name)});
     }
     target.setFontStyleHint(HintOf(chosen.family));
-  } else if (chosen.family == FontFamily::kFixed) {
+  } else if (chosen.family == rtf::FontFamily::kFixed) {
     target.setFontFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
     target.setFontFixedPitch(true);
   }
@@ -324,10 +324,11 @@ double DotsPerInch() {
   return screen == nullptr ? kWithoutScreen : screen->logicalDotsPerInchY();
 }
 
-void FillTextDocument(QTextDocument& target, const Document& source, const Drawing& drawing) {
+void FillTextDocument(QTextDocument& target, const rtf::Document& source,
+                      const TextDrawing& drawing) {
   target.setUndoRedoEnabled(false);
   target.clear();
   Filler(target, source, drawing).Fill();
 }
 
-}  // namespace tonadex::shell::rtf
+}  // namespace tonadex::platform

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace tonadex::platform {
+namespace tonadex::app {
 
 enum class WebViewId { kWebBrowser1, kNavbanner };
 
@@ -13,4 +13,4 @@ class WebViews {
   virtual void Navigate(WebViewId view, std::string_view url) = 0;
 };
 
-}  // namespace tonadex::platform
+}  // namespace tonadex::app

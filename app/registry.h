@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace tonadex::platform {
+namespace tonadex::app {
 
 inline constexpr std::uint32_t kHkeyClassesRoot = 0x80000000;
 inline constexpr std::uint32_t kRegSz = 1;  // value type: text
@@ -28,4 +28,4 @@ class Registry {
                         const RegistryValue& value) = 0;
 };
 
-}  // namespace tonadex::platform
+}  // namespace tonadex::app

@@ -10,7 +10,7 @@
 // A rich-text file as plain data: what its words ask for, before anyone lays it out. Lengths are
 // twips (1/1440 inch), type sizes half points. Every number is within the bounds that its field
 // names, whatever the file held.
-namespace tonadex::shell::rtf {
+namespace tonadex::rtf {
 
 inline constexpr int kMaxTwips = 31680;                  // 22 inches: no paper is wider
 inline constexpr int kMaxHalfPoints = 800;               // 400 points
@@ -124,4 +124,4 @@ struct Document {
   std::vector<Paragraph> paragraphs;
 };
 
-}  // namespace tonadex::shell::rtf
+}  // namespace tonadex::rtf
