@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/files.h"
 #include "core/runtime_error.h"
 #include "platform/file_dialog.h"
 #include "platform/http.h"
@@ -56,6 +57,18 @@ class FakeFileDialogs : public platform::FileDialogs {
     return Answer("open", record);
   }
 
+  std::optional<std::filesystem::path> AskSaveAs(std::string_view, std::string_view name,
+                                                 std::string_view) override {
+    proposed.emplace_back(name);
+    if (answers.empty() || !answers.front()) {
+      return std::nullopt;
+    }
+    const std::filesystem::path path = core::PathFromText(*answers.front());
+    answers.pop_front();
+    return path;
+  }
+
+  std::vector<std::string> proposed;               // names
   std::deque<std::optional<std::string>> answers;  // full paths
   std::vector<platform::FileDialogRecord> asked;   // as they came in
   std::vector<std::string> kinds;                  // "save" or "open"
@@ -151,11 +164,13 @@ class FakeShell : public platform::ShellServices {
   void SetTopMost(std::intptr_t window) override { topMost.push_back(window); }
   void DoEvents() override { ++doEvents; }
   void Beep() override { ++beeps; }
+  void CopyText(std::string_view text) override { clipboard = text; }
   void OpenHelp(const std::filesystem::path& file) override { help.push_back(file); }
   void End() override { ++ends; }
 
   std::filesystem::path programFolder;
   std::string tempPath;
+  std::string clipboard;
   std::vector<std::intptr_t> topMost;
   std::vector<std::filesystem::path> help;
   int doEvents = 0, beeps = 0, ends = 0;

@@ -63,6 +63,8 @@ class QtFileDialogs : public platform::FileDialogs {
   explicit QtFileDialogs(WindowHooks& hooks) : hooks_(hooks) {}
   bool GetSaveFileName(platform::FileDialogRecord& record) override;
   bool GetOpenFileName(platform::FileDialogRecord& record) override;
+  std::optional<std::filesystem::path> AskSaveAs(std::string_view title, std::string_view name,
+                                                 std::string_view filter) override;
 
  private:
   WindowHooks& hooks_;
@@ -79,6 +81,7 @@ class QtShellServices : public platform::ShellServices {
   void SetTopMost(std::intptr_t window) override;
   void DoEvents() override;
   void Beep() override;
+  void CopyText(std::string_view text) override;
   void OpenHelp(const std::filesystem::path& file) override;
   // Closes every window and leaves the event loop.
   void End() override;

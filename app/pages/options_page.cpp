@@ -1,0 +1,130 @@
+#include "app/pages/options_page.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "app/form1.h"
+#include "app/layout.h"
+#include "app/phone_words.h"
+#include "app/settings.h"
+#include "app/words.h"
+#include "core/windows1252.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+using F = Form1;
+
+constexpr int kWidestCard = 860, kTallestCard = 432;
+
+constexpr auto kRows = std::to_array<ControlInfo>({
+    {.name = "optionsTitle",
+     .member = &F::optionsTitle,
+     .look = Look::kLabel,
+     .caption = words::kChoosePhone,
+     .font = Font::kTitle},
+    {.name = "Label3",
+     .member = &F::Label3,
+     .look = Look::kLabel,
+     .caption = "&Marca",
+     .field = &F::cmbmarcas},
+    {.name = "cmbmarcas",
+     .member = &F::cmbmarcas,
+     .look = Look::kList,
+     .spoken = u8"Marca del móvil"_w,
+     .on = {Event::kClick, &F::cmbmarcas_Click}},
+    {.name = "Label4",
+     .member = &F::Label4,
+     .look = Look::kLabel,
+     .caption = "Mo&delo o formato",
+     .field = &F::cmbformatos},
+    {.name = "cmbformatos",
+     .member = &F::cmbformatos,
+     .look = Look::kList,
+     .spoken = "Modelo o formato"},
+    {.name = "optionsPicture",
+     .member = &F::optionsPicture,
+     .look = Look::kPicture,
+     .icon = "movil"},
+    {.name = "optionsSentence",
+     .member = &F::optionsSentence,
+     .look = Look::kLabel,
+     .useMnemonic = false},
+});
+
+}  // namespace
+
+std::span<const ControlInfo> OptionsPage::Rows() {
+  return kRows;
+}
+
+Part OptionsPage::Layout() {
+  using look::kGrid, look::kPageMargin;
+  Part card = Card({
+                       The(&F::optionsTitle),
+                       Row({Field(&F::Label3, The(&F::cmbmarcas).Weight(2)),
+                            Field(&F::Label4, The(&F::cmbformatos).Weight(3))})
+                           .Gap(kPageMargin)
+                           .Weight(1),
+                       Row({The(&F::optionsPicture), The(&F::optionsSentence).Weight(1)}),
+                   })
+                  .Gap(kPageMargin)
+                  .Margins(3 * kGrid, 2 * kGrid, 2 * kGrid)
+                  .Weight(1000)
+                  .Widths(0, kWidestCard);
+  return Column({Row({Stretch(), std::move(card), Stretch()})
+                     .Margins(kPageMargin, 0, 0)
+                     .Weight(1000)
+                     .Heights(0, kTallestCard),
+                 Stretch()})
+      .Margins(0, kPageMargin, kPageMargin);
+}
+
+// Under the two lists of the options page: what the phone chosen there gets.
+void OptionsPage::RefreshOptions() {
+  optionsSentence.caption = PhoneGets(cmbformatos.text);
+}
+
+void OptionsPage::SaveModel() {
+  Program& program = state_.program;
+  program.gPhoneModel = cmbformatos.text;
+  RegWriteString(program.services.registry, platform::kHkeyClassesRoot, kSettingKey, kModelSetting,
+                 program.gPhoneModel);
+}
+
+void OptionsPage::FillModelList() {
+  cmbformatos.Clear();
+  for (const std::string_view model :
+       core::ModelsOfBrand(state_.program.PhoneCatalogue, cmbmarcas.SelectedText())) {
+    cmbformatos.AddRow(model);
+  }
+  cmbformatos.Select(0);
+}
+
+void OptionsPage::cmbmarcas_Click() {
+  FillModelList();
+}
+
+void OptionsPage::RestoreSavedModel() {
+  std::vector<std::string> brands;
+  state_.program.PhoneCatalogue = core::LoadPhoneCatalogue(brands);
+  cmbmarcas.Clear();
+  for (const std::string& brand : brands) {
+    cmbmarcas.AddRow(brand);
+  }
+  cmbmarcas.Select(0);
+  FillModelList();
+  state_.program.services.shell.DoEvents();
+  const std::string saved = state_.program.gPhoneModel;
+  if (const auto brand = core::RestoredBrand(saved)) {
+    cmbmarcas.Select(static_cast<int>(*brand));
+    FillModelList();
+  }
+  if (!saved.empty()) {
+    cmbformatos.SetText(saved);
+  }
+}
+
+}  // namespace tonadex::app

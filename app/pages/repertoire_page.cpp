@@ -1,0 +1,346 @@
+#include "app/pages/repertoire_page.h"
+
+#include <array>
+#include <optional>
+#include <system_error>
+
+#include "app/cls_open_save.h"
+#include "app/form1.h"
+#include "app/layout.h"
+#include "app/phone_words.h"
+#include "app/print_sheet.h"
+#include "app/words.h"
+#include "core/dispatcher/conversion.h"
+#include "core/files.h"
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "platform/message_box.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+using F = Form1;
+
+constexpr int kListWidth = 280;
+constexpr int kTempoWidth = 64, kSliderWidth = 120;
+constexpr int kLowestDisplay = 80, kLowestNotices = 56, kTallestNotices = 112;
+
+constexpr std::string_view kEmptyRepertoire =
+    u8"Tu repertorio está vacío. Busca melodías en el servidor y descárgalas: aparecerán aquí."_w;
+constexpr std::string_view kChoosePhoneFirst =
+    u8"Elige tu móvil en Opciones; después podrás convertir tus melodías."_w;
+constexpr std::string_view kConvertFirst =
+    u8"Elige una melodía y pulsa Convertir: aquí verás lo que necesita tu móvil."_w;
+
+constexpr auto kRows = std::to_array<ControlInfo>({
+    {.name = "goToSearchButton",
+     .member = &F::goToSearchButton,
+     .look = Look::kButton,
+     .caption = words::kGoToSearch,
+     .icon = "buscar",
+     .on = {Event::kClick, &F::cmdbuscar_Click}},
+    {.name = "picreproducir",
+     .member = &F::picreproducir,
+     .look = Look::kButton,
+     .caption = "Re&producir",
+     .help = u8"Escuchar la melodía elegida"_w,
+     .icon = "reproducir",
+     .on = {Event::kClick, &F::picreproducir_Click}},
+    {.name = "picconvertir",
+     .member = &F::picconvertir,
+     .look = Look::kButton,
+     .caption = "&Convertir",
+     .help = u8"Convertir la melodía elegida para tu móvil"_w,
+     .icon = "convertir",
+     .primary = true,
+     .on = {Event::kClick, &F::picconvertir_Click}},
+    {.name = "picimprimir",
+     .member = &F::picimprimir,
+     .look = Look::kButton,
+     .caption = "I&mprimir",
+     .help = u8"Imprimir la melodía convertida"_w,
+     .icon = "imprimir",
+     .on = {Event::kClick, &F::picimprimir_Click}},
+    {.name = "lbltextresult",
+     .member = &F::lbltextresult,
+     .look = Look::kLabel,
+     .useMnemonic = false,
+     .font = Font::kHeading},
+    {.name = "repertoireView",
+     .member = &F::repertoireView,
+     .look = Look::kDrawing,
+     .spoken = words::kDrawing,
+     .drawing = &F::repertoireDrawing,
+     .sounds = Sounding::kRepertoire},
+    {.name = "textresultado",
+     .member = &F::textresultado,
+     .look = Look::kDisplay,
+     .spoken = u8"Resultado de la conversión"_w},
+    {.name = "copyButton",
+     .member = &F::copyButton,
+     .look = Look::kButton,
+     .caption = words::kCopy,
+     .icon = "copiar",
+     .on = {Event::kClick, &F::copyButton_Click}},
+    {.name = "copiedTimer",
+     .member = &F::copiedTimer,
+     .look = Look::kTimer,
+     .on = {Event::kTick, &F::copiedTimer_Timer}},
+    {.name = "saveAsButton",
+     .member = &F::saveAsButton,
+     .look = Look::kButton,
+     .caption = words::kSaveAs,
+     .icon = "guardar",
+     .on = {Event::kClick, &F::saveAsButton_Click}},
+    {.name = "smallType",
+     .member = &F::smallType,
+     .look = Look::kLabel,
+     .caption = "A",
+     .font = Font::kSmall,
+     .tone = Tone::kMuted},
+    {.name = "sizeSlider",
+     .member = &F::sizeSlider,
+     .look = Look::kSlider,
+     .help = words::kTextSize,
+     .spoken = words::kTextSize,
+     .on = {Event::kChange, &F::sizeSlider_Change}},
+    {.name = "largeType",
+     .member = &F::largeType,
+     .look = Look::kLabel,
+     .caption = "A",
+     .font = Font::kTitle,
+     .tone = Tone::kMuted},
+    {.name = "Label2",
+     .member = &F::Label2,
+     .look = Look::kLabel,
+     .caption = "Instrucciones y a&visos",
+     .field = &F::Textavisos},
+    {.name = "Label1",
+     .member = &F::Label1,
+     .look = Look::kLabel,
+     .caption = "&Tempo",
+     .field = &F::texttempo},
+    {.name = "texttempo",
+     .member = &F::texttempo,
+     .look = Look::kReading,
+     .spoken = "Tempo en pulsos por minuto"},
+    {.name = "tempoUnit",
+     .member = &F::tempoUnit,
+     .look = Look::kLabel,
+     .caption = words::kBeatsPerMinute,
+     .tone = Tone::kMuted},
+    {.name = "Textavisos",
+     .member = &F::Textavisos,
+     .look = Look::kNotices,
+     .spoken = "Instrucciones y avisos"},
+});
+
+// The ordinary files of the repertoire in the order in which it yields them, none when it cannot be
+// read. Left out: hidden ones, and those whose name cannot be a row's text, so that no row could
+// find them again.
+std::vector<std::filesystem::path> MelodyFiles(const Program& program) {
+  std::vector<std::filesystem::path> files;
+  std::error_code failed;
+  for (std::filesystem::directory_iterator at(program.MelodyFolder(), failed), end;
+       !failed && at != end; at.increment(failed)) {
+    const std::filesystem::path name = at->path().filename();
+    std::error_code unknown;
+    if (at->is_regular_file(unknown) && !program.services.shell.IsHidden(at->path()) &&
+        core::PathFromText(core::TextFromPath(name)) == name) {
+      files.push_back(at->path());
+    }
+  }
+  return files;
+}
+
+// The dispatcher's question for a file, asked in the system's save dialog.
+class SaveDialogQuestion : public core::SaveFileQuestion {
+ public:
+  explicit SaveDialogQuestion(Program& program) : program_(program) {}
+
+  std::optional<std::string> AskSaveFile(const core::SaveRequest& request) override {
+    clsOpenSave dialog(program_.services.fileDialogs);
+    dialog.hWnd = static_cast<std::int32_t>(program_.window);
+    dialog.DefaultExt = request.DefaultExt;
+    dialog.DialogTitle = request.DialogTitle;
+    dialog.SetFilter(request.Filter);
+    dialog.InitDir = core::TextFromPath(program_.ProgramFolder());
+    dialog.FilterIndex = request.FilterIndex;
+    dialog.CancelError = request.CancelError;
+    return dialog.ShowSave() == kDialogCancelled ? std::nullopt : std::optional(dialog.FileName);
+  }
+
+ private:
+  Program& program_;
+};
+
+}  // namespace
+
+std::span<const ControlInfo> RepertoirePage::Rows() {
+  return kRows;
+}
+
+Part RepertoirePage::Layout() {
+  Part list =
+      Column({The(&F::List1).Weight(1), The(&F::goToSearchButton)}).Widths(kListWidth, kListWidth);
+  Part result =
+      Column(
+          {
+              Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::picimprimir), Stretch()}),
+              The(&F::lbltextresult),
+              The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView),
+              The(&F::textresultado).Weight(5).Heights(kLowestDisplay),
+              Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
+                   The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}),
+              Row({The(&F::Label2).Weight(1), The(&F::Label1),
+                   The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}),
+              The(&F::Textavisos).Weight(3).Heights(kLowestNotices, kTallestNotices),
+          })
+          .Weight(1)
+          .Scrolls();  // large letters may need more than the window has
+  return Row({std::move(list), std::move(result)})
+      .Gap(look::kPageMargin)
+      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+}
+
+RepertoirePage::RepertoirePage(SharedState& state) : state_(state) {
+  picimprimir.enabled = false;
+  copiedTimer.enabled = false;
+  copiedTimer.interval = look::kCopiedMs;
+}
+
+// What follows from the rest of the page.
+void RepertoirePage::RefreshRepertoire() {
+  const bool here = state_.paginaactual == kRepertoirePage;
+  if (here) {
+    state_.List1.invitation = kEmptyRepertoire;
+  }
+  goToSearchButton.visible = here && state_.List1.rows.empty();
+  textresultado.invitation =
+      IsModel(state_.program.gPhoneModel) ? kConvertFirst : kChoosePhoneFirst;
+  repertoireView.invitation = words::kDrawing;
+  copyButton.enabled = saveAsButton.enabled =
+      !textresultado.text.empty() && !core::SavesFile(resultModel_);
+}
+
+std::vector<ResultGroup> RepertoirePage::ResultGroupsShown() const {
+  return ResultGroups(textresultado.text);
+}
+
+bool RepertoirePage::ResultIsKeyPresses() const {
+  return IsKeyPresses(resultModel_);
+}
+
+void RepertoirePage::copyButton_Click() {
+  state_.program.services.shell.CopyText(textresultado.text);
+  copyButton.caption = words::kCopied;
+  copiedTimer.enabled = true;
+}
+
+void RepertoirePage::copiedTimer_Timer() {
+  copyButton.caption = words::kCopy;
+  copiedTimer.enabled = false;
+}
+
+void RepertoirePage::saveAsButton_Click() {
+  const auto file = state_.program.services.fileDialogs.AskSaveAs(
+      words::kSaveAs, SuggestedFileName(resultRow_, resultModel_), words::kFilterText);
+  if (file && !core::SkipErrors([&] { core::WriteBytes(*file, textresultado.text); })) {
+    platform::MsgBox(words::kNotSaved, platform::Icon::kExclamation);
+  }
+}
+
+void RepertoirePage::sizeSlider_Change() {
+  textresultado.value = sizeSlider.value;
+}
+
+// Steps that fail are skipped until the first row has its number; from there on the first failure
+// ends the filling, without a message, and the rows so far stay.
+void RepertoirePage::FillRepertoire() {
+  state_.List1.Clear();
+  bool skipping = true;
+  const auto step = [&skipping](const auto& work) {
+    if (skipping) {
+      core::SkipErrors(work);
+    } else {
+      work();
+    }
+  };
+  core::SkipErrors([&] {
+    for (const std::filesystem::path& file : MelodyFiles(state_.program)) {
+      std::string line;
+      std::string stem;
+      step([&] { line = core::ReadMelodyLine(file); });
+      const std::string name = core::ScanName(line);
+      const std::string formed = name + " (" + core::TextFromPath(file.filename());
+      step([&] { stem = core::FormedStem(formed, name); });
+      state_.List1.AddRow(core::RowText(name, stem));
+      skipping = false;
+      state_.List1.rows.back().itemData = core::FileNumber(formed);
+    }
+  });
+}
+
+std::filesystem::path RepertoirePage::SelectedFile() const {
+  return state_.program.MelodyFolder() /
+         core::PathFromText(
+             core::MelodyFileName(state_.List1.SelectedText(), state_.List1.SelectedData()));
+}
+
+void RepertoirePage::List1_Click() {
+  repertoireDrawing = {};
+  if (state_.paginaactual == kRepertoirePage && !state_.List1.SelectedText().empty()) {
+    core::SkipErrors([this] {
+      repertoireDrawing =
+          MelodyDrawing(core::ReadMelodyLine(SelectedFile()), state_.program.gPhoneModel);
+    });
+  }
+}
+
+void RepertoirePage::picreproducir_Click() {
+  if (state_.List1.SelectedText().empty()) {
+    return;
+  }
+  const std::string line = core::ReadMelodyLine(SelectedFile());
+  core::SkipErrors([&] {
+    state_.program.gMelody.Text = core::UndoSharpEscape(line);
+    state_.Play(Sounding::kRepertoire);
+  });
+}
+
+void RepertoirePage::ConvertSelectedMelody() {
+  const std::string row(state_.List1.SelectedText());
+  state_.program.gMelody.Text = core::UndoSharpEscape(core::ReadMelodyLine(SelectedFile()));
+  SaveDialogQuestion question(state_.program);
+  const auto page = core::ConvertSelectedMelody(state_.program.gMelody, state_.program.gPhoneModel,
+                                                row, question);
+  if (page) {
+    lbltextresult.caption = page->title;
+    textresultado.text = page->result;
+    Textavisos.text = page->notices;
+    texttempo.text = page->tempo;
+    resultRow_ = row;
+    resultModel_ = state_.program.gPhoneModel;
+  }
+}
+
+void RepertoirePage::picconvertir_Click() {
+  if (!state_.List1.SelectedText().empty()) {
+    ConvertSelectedMelody();
+    picimprimir.enabled = true;
+    copiedTimer_Timer();
+  }
+}
+
+void RepertoirePage::picimprimir_Click() {
+  PrintSheet(state_.program.services.RichTextBox1, state_.program.ProgramFolder() / kSheetTemplate,
+             {.title = std::string(state_.List1.SelectedText()),
+              .instructions = Textavisos.text,
+              .tempo = texttempo.text,
+              .melody = textresultado.text,
+              .model = state_.program.gPhoneModel});
+}
+
+}  // namespace tonadex::app
