@@ -6,6 +6,7 @@
 
 #include "app/controls.h"
 #include "app/pages/page.h"
+#include "app/words.h"
 
 // The main window as one table: a row says all about a control. Shells bind by it and tests walk
 // it. Where a control stands, and so which page it belongs to, is in app/layout.h.
@@ -23,9 +24,11 @@ enum class Event {
   kNavigation,  // a click in the web view wanted to lead elsewhere
 };
 
+using Handler = void (Form1::*)();
+
 struct EventHandler {
   Event event = Event::kClick;
-  void (Form1::*handler)() = nullptr;
+  Handler handler = nullptr;
 };
 
 enum class Font { kBody, kSmall, kTitle, kHeading };
@@ -35,22 +38,62 @@ struct ControlInfo {
   std::string_view name;  // as in Form1; objectName in a shell
   Control Form1::*member;
   Look look;
-  std::string_view caption = {};  // at the start; "&" before the mnemonic, if useMnemonic
-  std::string_view help = {};     // tooltip
-  std::string_view spoken = {};   // accessible name; "" where its own text or a label says it
-  const char* icon = "";          // name of the picture, the same in every shell
-  bool primary = false;           // what its page is there for: the one button in the accent
-  bool useMnemonic = true;
-  bool right = false;  // a label's words, at the right end of its place
+  std::string_view caption = {};    // at the start; "&" before the mnemonic
+  const char* icon = "";            // name of the picture, the same in every shell
+  std::string_view help = {};       // tooltip
+  std::string_view spoken = {};     // accessible name; "" where its text or a label says it
+  EventHandler on = {}, also = {};  // a choice without handler is drawn all the same
+  Control Form1::*field = nullptr;  // what the mnemonic of a label leads to
   Font font = Font::kBody;
   Tone tone = Tone::kText;
-  EventHandler on = {}, also = {};       // a choice without handler is drawn all the same
+  bool right = false;                    // a label's words, at the right end of its place
   std::int16_t leadsTo = kNoPage;        // the page of a navigation button
   std::string_view shortcut = {};        // "Ctrl+1"
-  Control Form1::*field = nullptr;       // what the mnemonic of a label leads to
   Drawing Form1::*drawing = nullptr;     // what a kDrawing shows,
   Sounding sounds = Sounding::kNothing;  // and what sounds when it moves
 };
+
+// What the rows are written with.
+constexpr ControlInfo Row(Look look, std::string_view name, Control Form1::*member,
+                          std::string_view spoken = {}, EventHandler on = {},
+                          EventHandler also = {}) {
+  return {.name = name, .member = member, .look = look, .spoken = spoken, .on = on, .also = also};
+}
+constexpr ControlInfo Button(Look look, std::string_view name, Control Form1::*member,
+                             std::string_view caption, const char* icon, std::string_view help,
+                             Handler click, std::string_view spoken = {}) {
+  return {.name = name,
+          .member = member,
+          .look = look,
+          .caption = caption,
+          .icon = icon,
+          .help = help,
+          .spoken = spoken,
+          .on = {Event::kClick, click}};
+}
+// A label with a mnemonic that leads to its field.
+constexpr ControlInfo Label(std::string_view name, Control Form1::*member, std::string_view caption,
+                            Control Form1::*field) {
+  return {.name = name, .member = member, .look = Look::kLabel, .caption = caption, .field = field};
+}
+constexpr ControlInfo Words(std::string_view name, Control Form1::*member, std::string_view caption,
+                            Font font = Font::kBody, Tone tone = Tone::kText) {
+  return {.name = name,
+          .member = member,
+          .look = Look::kLabel,
+          .caption = caption,
+          .font = font,
+          .tone = tone};
+}
+constexpr ControlInfo View(std::string_view name, Control Form1::*member, Drawing Form1::*drawing,
+                           Sounding sounds) {
+  return {.name = name,
+          .member = member,
+          .look = Look::kDrawing,
+          .spoken = words::kDrawing,
+          .drawing = drawing,
+          .sounds = sounds};
+}
 
 // Every control of the window. The key filter txtcompoTempo_KeyPress and keyRow_KeyPressed, which
 // take arguments, and the handlers of the window itself (Form_Load, Form_QueryUnload) are in no
@@ -61,6 +104,6 @@ const ControlInfo& InfoOf(Control Form1::*member);
 // nullptr when there is none of that name.
 const ControlInfo* FindControl(std::string_view name);
 // The handler of an event, nullptr when there is none.
-void (Form1::*HandlerOf(const ControlInfo& info, Event event))();
+Handler HandlerOf(const ControlInfo& info, Event event);
 
 }  // namespace tonadex::app

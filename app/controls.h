@@ -15,6 +15,7 @@ enum class Look {
   kNavigation,  // button of the navigation row: picture above the words; `checked` marks one
   kLink,        // button of the same row: small picture beside small words
   kButton,
+  kPrimary,  // button: what its page is there for, the one in the accent
   kLine,     // text of one line
   kReading,  // the same, never typed into
   kArea,     // text of several lines
@@ -48,8 +49,7 @@ struct ListRow {
 struct Control {
   bool visible = true;
   bool enabled = true;
-  std::string caption;        // "&" stands before the mnemonic character, if useMnemonic
-  bool useMnemonic = true;    // false: an "&" in the caption is an "&", as in a melody's title
+  std::string caption;        // "&" stands before the mnemonic character
   std::string text;           // what the box shows; a shell copies the user's typing in here
   std::vector<ListRow> rows;  // of list and combo boxes
   int listIndex = -1;         // selected row, 0-based, -1 for none

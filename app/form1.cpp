@@ -28,67 +28,33 @@ constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
 constexpr std::string_view kUpdateMark = "actualiza.tdx";
 
 // The mnemonics are free of clashes among the navigation row and any one page.
+constexpr ControlInfo Go(std::string_view name, Control F::*member, std::string_view caption,
+                         const char* icon, std::string_view help, Handler click, std::int16_t page,
+                         std::string_view shortcut) {
+  ControlInfo button = Button(Look::kNavigation, name, member, caption, icon, help, click);
+  button.leadsTo = page;
+  button.shortcut = shortcut;
+  return button;
+}
+
 constexpr auto kRows = std::to_array<ControlInfo>({
-    {.name = "cmdinicio",
-     .member = &F::cmdinicio,
-     .look = Look::kNavigation,
-     .caption = "&Inicio",
-     .help = u8"Componer una melodía o pegarla en RTTTL, escucharla y subirla"_w,
-     .icon = "inicio",
-     .on = {Event::kClick, &F::cmdinicio_Click},
-     .leadsTo = kStartPage,
-     .shortcut = "Ctrl+1"},
-    {.name = "cmdbuscar",
-     .member = &F::cmdbuscar,
-     .look = Look::kNavigation,
-     .caption = "&Buscar",
-     .help = u8"Buscar melodías en el servidor y descargarlas"_w,
-     .icon = "buscar",
-     .on = {Event::kClick, &F::cmdbuscar_Click},
-     .leadsTo = kSearchPage,
-     .shortcut = "Ctrl+2"},
-    {.name = "cmdrepertorio",
-     .member = &F::cmdrepertorio,
-     .look = Look::kNavigation,
-     .caption = "&Repertorio",
-     .help = u8"Escuchar, convertir e imprimir tus melodías"_w,
-     .icon = "repertorio",
-     .on = {Event::kClick, &F::cmdrepertorio_Click},
-     .leadsTo = kRepertoirePage,
-     .shortcut = "Ctrl+3"},
-    {.name = "cmd906",
-     .member = &F::cmd906,
-     .look = Look::kNavigation,
-     .caption = "I&nternet",
-     .help = u8"La página del servidor de melodías"_w,
-     .icon = "internet",
-     .on = {Event::kClick, &F::cmd906_Click},
-     .leadsTo = kInternetPage,
-     .shortcut = "Ctrl+4"},
-    {.name = "cmdopciones",
-     .member = &F::cmdopciones,
-     .look = Look::kNavigation,
-     .caption = "&Opciones",
-     .help = u8"Elegir tu móvil"_w,
-     .icon = "opciones",
-     .on = {Event::kClick, &F::cmdopciones_Click},
-     .leadsTo = kOptionsPage,
-     .shortcut = "Ctrl+5"},
-    {.name = "phoneButton",
-     .member = &F::phoneButton,
-     .look = Look::kLink,
-     .help = words::kChoosePhone,
-     .icon = "movil",
-     .useMnemonic = false,
-     .on = {Event::kClick, &F::cmdopciones_Click}},
-    {.name = "cmdayuda",
-     .member = &F::cmdayuda,
-     .look = Look::kNavigation,
-     .caption = "A&yuda",
-     .help = "El manual de Tonadex (F1)",
-     .icon = "ayuda",
-     .on = {Event::kClick, &F::cmdayuda_Click},
-     .shortcut = "F1"},
+    Go("cmdinicio", &F::cmdinicio, "&Inicio", "inicio",
+       u8"Componer una melodía o pegarla en RTTTL, escucharla y subirla"_w, &F::cmdinicio_Click,
+       kStartPage, "Ctrl+1"),
+    Go("cmdbuscar", &F::cmdbuscar, "&Buscar", "buscar",
+       u8"Buscar melodías en el servidor y descargarlas"_w, &F::cmdbuscar_Click, kSearchPage,
+       "Ctrl+2"),
+    Go("cmdrepertorio", &F::cmdrepertorio, "&Repertorio", "repertorio",
+       u8"Escuchar, convertir e imprimir tus melodías"_w, &F::cmdrepertorio_Click, kRepertoirePage,
+       "Ctrl+3"),
+    Go("cmd906", &F::cmd906, "I&nternet", "internet", u8"La página del servidor de melodías"_w,
+       &F::cmd906_Click, kInternetPage, "Ctrl+4"),
+    Go("cmdopciones", &F::cmdopciones, "&Opciones", "opciones", u8"Elegir tu móvil"_w,
+       &F::cmdopciones_Click, kOptionsPage, "Ctrl+5"),
+    Button(Look::kLink, "phoneButton", &F::phoneButton, "", "movil", words::kChoosePhone,
+           &F::cmdopciones_Click),
+    Go("cmdayuda", &F::cmdayuda, "A&yuda", "ayuda", "El manual de Tonadex (F1)", &F::cmdayuda_Click,
+       kNoPage, "F1"),
 });
 
 constexpr auto kPages = std::to_array<Page>({
@@ -136,7 +102,7 @@ const ControlInfo* FindControl(std::string_view name) {
   return found == Controls().end() ? nullptr : &*found;
 }
 
-void (Form1::*HandlerOf(const ControlInfo& info, Event event))() {
+Handler HandlerOf(const ControlInfo& info, Event event) {
   for (const EventHandler& each : {info.on, info.also}) {
     if (each.handler != nullptr && each.event == event) {
       return each.handler;
@@ -178,7 +144,6 @@ Form1::Form1(Program& theProgram)
   for (const ControlInfo& info : Controls()) {
     Control& control = this->*info.member;
     control.caption = info.caption;
-    control.useMnemonic = info.useMnemonic;
     control.tone = info.tone;
     control.visible = info.look != Look::kStorage;
   }

@@ -26,49 +26,37 @@ struct Share {
 // Parts without weight get what they ask for, which is their least size; the others share the rest
 // by weight, each within its limits.
 void ShareOut(std::vector<Share>& shares, int total) {
-  int fixed = 0, asked = 0;
+  int room = total, asked = 0;
   for (Share& share : shares) {
     share.size = share.least;
-    (share.weight == 0 ? fixed : asked) += share.least;
+    (share.weight == 0 ? room : asked) += share.weight == 0 ? -share.least : share.least;
   }
-  const int room = std::max(0, total - fixed);
+  room = std::max(0, room);
   if (asked > room) {  // too little for all: less for each
     for (Share& share : shares) {
       share.size = share.weight == 0 ? share.least : share.least * room / asked;
     }
     return;
   }
-  std::vector<Share*> open;
-  for (Share& share : shares) {
-    if (share.weight > 0) {
-      open.push_back(&share);
+  for (bool settled = false; !settled;) {
+    int weights = 0;
+    for (const Share& share : shares) {
+      weights += share.weight;
     }
-  }
-  int left = room;
-  while (!open.empty()) {
-    int weights = 0, under = 0, over = 0;
-    for (const Share* share : open) {
-      weights += share->weight;
+    settled = true;
+    for (Share& share : shares) {
+      if (share.weight > 0) {
+        share.size = room * share.weight / weights;
+        const int bounded = std::clamp(share.size, share.least, share.most);
+        if (bounded != share.size) {  // it takes its limit, and the others share anew
+          share.size = bounded;
+          room -= bounded;
+          share.weight = 0;
+          settled = false;
+          break;
+        }
+      }
     }
-    for (Share* share : open) {
-      const int wanted = left * share->weight / weights;
-      share->size = std::clamp(wanted, share->least, share->most);
-      under += share->size - wanted > 0 ? share->size - wanted : 0;
-      over += wanted - share->size > 0 ? wanted - share->size : 0;
-    }
-    // Those at the limit that matters more keep it; what they leave is shared out anew.
-    const bool atLeast = under >= over;
-    const auto kept = std::ranges::partition(open, [&](const Share* share) {
-      const int wanted = left * share->weight / weights;
-      return atLeast ? share->size <= wanted : share->size >= wanted;
-    });
-    if (kept.empty()) {
-      return;
-    }
-    for (const Share* share : kept) {
-      left -= share->size;
-    }
-    open.erase(kept.begin(), kept.end());
   }
 }
 

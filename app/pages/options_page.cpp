@@ -19,39 +19,21 @@ using F = Form1;
 
 constexpr int kWidestCard = 860, kTallestCard = 432;
 
+constexpr ControlInfo Picture() {
+  ControlInfo picture = Row(Look::kPicture, "optionsPicture", &F::optionsPicture);
+  picture.icon = "movil";
+  return picture;
+}
+
 constexpr auto kRows = std::to_array<ControlInfo>({
-    {.name = "optionsTitle",
-     .member = &F::optionsTitle,
-     .look = Look::kLabel,
-     .caption = words::kChoosePhone,
-     .font = Font::kTitle},
-    {.name = "Label3",
-     .member = &F::Label3,
-     .look = Look::kLabel,
-     .caption = "&Marca",
-     .field = &F::cmbmarcas},
-    {.name = "cmbmarcas",
-     .member = &F::cmbmarcas,
-     .look = Look::kList,
-     .spoken = u8"Marca del móvil"_w,
-     .on = {Event::kClick, &F::cmbmarcas_Click}},
-    {.name = "Label4",
-     .member = &F::Label4,
-     .look = Look::kLabel,
-     .caption = "Mo&delo o formato",
-     .field = &F::cmbformatos},
-    {.name = "cmbformatos",
-     .member = &F::cmbformatos,
-     .look = Look::kList,
-     .spoken = "Modelo o formato"},
-    {.name = "optionsPicture",
-     .member = &F::optionsPicture,
-     .look = Look::kPicture,
-     .icon = "movil"},
-    {.name = "optionsSentence",
-     .member = &F::optionsSentence,
-     .look = Look::kLabel,
-     .useMnemonic = false},
+    Words("optionsTitle", &F::optionsTitle, words::kChoosePhone, Font::kTitle),
+    Label("Label3", &F::Label3, "&Marca", &F::cmbmarcas),
+    Row(Look::kList, "cmbmarcas", &F::cmbmarcas, u8"Marca del móvil"_w,
+        {Event::kClick, &F::cmbmarcas_Click}),
+    Label("Label4", &F::Label4, "Mo&delo o formato", &F::cmbformatos),
+    Row(Look::kList, "cmbformatos", &F::cmbformatos, "Modelo o formato"),
+    Picture(),
+    Words("optionsSentence", &F::optionsSentence, ""),
 });
 
 }  // namespace

@@ -22,45 +22,27 @@ constexpr std::string_view kEmptySearch =
 constexpr std::string_view kDownloaded =
     u8"La melodía se ha bajado correctamente. Puedes verla en tu repertorio"_w;
 
+constexpr ControlInfo SearchBox() {
+  ControlInfo box = Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
+                        {Event::kEnter, &F::picabuscar_Click});
+  box.help = u8"Palabras del nombre de la melodía"_w;
+  return box;
+}
+
 constexpr auto kRows = std::to_array<ControlInfo>({
-    {.name = "txtbuscar",
-     .member = &F::txtbuscar,
-     .look = Look::kLine,
-     .help = u8"Palabras del nombre de la melodía"_w,
-     .spoken = u8"Palabras que buscar"_w,
-     .on = {Event::kEnter, &F::picabuscar_Click}},
-    {.name = "picabuscar",
-     .member = &F::picabuscar,
-     .look = Look::kButton,
-     .caption = "Bu&scar",
-     .help = "Buscar estas palabras en el servidor",
-     .icon = "buscar",
-     .primary = true,
-     .on = {Event::kClick, &F::picabuscar_Click}},
-    {.name = "picazar",
-     .member = &F::picazar,
-     .look = Look::kButton,
-     .caption = "Al a&zar",
-     .help = u8"Unas melodías al azar"_w,
-     .icon = "azar",
-     .on = {Event::kClick, &F::picazar_Click}},
-    {.name = "busyLine", .member = &F::busyLine, .look = Look::kBusyLine},
-    {.name = "List1",
-     .member = &F::List1,
-     .look = Look::kList,
-     .spoken = u8"Melodías"_w,
-     .on = {Event::kClick, &F::List1_Click},
-     .also = {Event::kActivate, &F::List1_DblClick}},
-    {.name = "picdescargar",
-     .member = &F::picdescargar,
-     .look = Look::kButton,
-     .caption = "&Descargar",
-     .help = u8"Guardar la melodía elegida en tu repertorio"_w,
-     .icon = "bajar",
-     .on = {Event::kClick, &F::picdescargar_Click}},
-    {.name = "Text1", .member = &F::Text1, .look = Look::kStorage},
-    {.name = "Text2", .member = &F::Text2, .look = Look::kStorage},
-    {.name = "Text3", .member = &F::Text3, .look = Look::kStorage},
+    SearchBox(),
+    Button(Look::kPrimary, "picabuscar", &F::picabuscar, "Bu&scar", "buscar",
+           "Buscar estas palabras en el servidor", &F::picabuscar_Click),
+    Button(Look::kButton, "picazar", &F::picazar, "Al a&zar", "azar", u8"Unas melodías al azar"_w,
+           &F::picazar_Click),
+    Row(Look::kBusyLine, "busyLine", &F::busyLine),
+    Row(Look::kList, "List1", &F::List1, u8"Melodías"_w, {Event::kClick, &F::List1_Click},
+        {Event::kActivate, &F::List1_DblClick}),
+    Button(Look::kButton, "picdescargar", &F::picdescargar, "&Descargar", "bajar",
+           u8"Guardar la melodía elegida en tu repertorio"_w, &F::picdescargar_Click),
+    Row(Look::kStorage, "Text1", &F::Text1),
+    Row(Look::kStorage, "Text2", &F::Text2),
+    Row(Look::kStorage, "Text3", &F::Text3),
 });
 
 }  // namespace

@@ -17,19 +17,10 @@ using F = Form1;
 constexpr std::uint32_t kBannerIntervalMs = 60'000;
 
 constexpr auto kRows = std::to_array<ControlInfo>({
-    {.name = "navbanner",
-     .member = &F::navbanner,
-     .look = Look::kBanner,
-     .spoken = "Anuncio del servidor",
-     .on = {Event::kNavigation, &F::navbanner_BeforeNavigate}},
-    {.name = "WebBrowser1",
-     .member = &F::WebBrowser1,
-     .look = Look::kPage,
-     .spoken = u8"Página del servidor de melodías"_w},
-    {.name = "Timer1",
-     .member = &F::Timer1,
-     .look = Look::kTimer,
-     .on = {Event::kTick, &F::Timer1_Timer}},
+    Row(Look::kBanner, "navbanner", &F::navbanner, "Anuncio del servidor",
+        {Event::kNavigation, &F::navbanner_BeforeNavigate}),
+    Row(Look::kPage, "WebBrowser1", &F::WebBrowser1, u8"Página del servidor de melodías"_w),
+    Row(Look::kTimer, "Timer1", &F::Timer1, "", {Event::kTick, &F::Timer1_Timer}),
 });
 
 }  // namespace

@@ -58,9 +58,10 @@ QWidget* MakeLabel(const ControlInfo& info) {
 
 QWidget* MakeButton(const ControlInfo& info) {
   auto* button = new QPushButton;
-  button->setProperty("primary", info.primary);
+  const bool primary = info.look == Look::kPrimary;
+  button->setProperty("primary", primary);
   button->setIcon(
-      ThemedIcon(QLatin1String(info.icon), info.primary ? IconInk::kOnAccent : IconInk::kText));
+      ThemedIcon(QLatin1String(info.icon), primary ? IconInk::kOnAccent : IconInk::kText));
   button->setIconSize(IconSize());
   return button;
 }
@@ -168,6 +169,7 @@ QWidget* MakeWidget(const ControlInfo& info) {
     case Look::kLink:
       return MakeNavigationButton(info);
     case Look::kButton:
+    case Look::kPrimary:
       return MakeButton(info);
     case Look::kLine:
       return new QLineEdit;
