@@ -1,6 +1,5 @@
 #include "app/controls.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tonadex::app {
@@ -23,8 +22,8 @@ void Control::Clear() {
   text.clear();
 }
 
-void Control::AddRow(std::string_view rowText, std::int32_t itemData) {
-  rows.push_back({std::string(rowText), itemData});
+void Control::AddRow(std::string_view rowText, std::int32_t itemData, bool hint) {
+  rows.push_back({rowText, itemData, hint});
 }
 
 void Control::Select(int index) {
@@ -33,8 +32,14 @@ void Control::Select(int index) {
 }
 
 void Control::SetText(std::string_view newText) {
-  const auto row = std::ranges::find(rows, newText, &ListRow::text);
-  listIndex = row == rows.end() ? -1 : static_cast<int>(row - rows.begin());
+  int row = 0;
+  for (const ListRow& each : rows) {
+    if (each.text == newText) {
+      break;
+    }
+    ++row;
+  }
+  listIndex = std::cmp_less(row, rows.size()) ? row : -1;
   text = newText;
 }
 

@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "app/list_rows.h"
 
 // The controls of the window model: plain values that a shell draws and that handlers change.
 namespace tonadex::app {
@@ -29,34 +30,26 @@ enum class Look {
   kDrawing,   // a melody's drawing
   kSlider,    // `value`
   kKeys,      // the phone's keys
-  kBusyLine,  // moves while `checked`
+  kBusyLine,  // caption; moves while `checked`
   kTimer,     // enabled, interval
   kStorage,   // text; scratch storage, never shown and bound to no widget
 };
 
 enum class Tone { kText, kMuted, kGood, kBad };
 
-struct ListRow {
-  std::string text;           // Windows-1252
-  std::int32_t itemData = 0;  // the number of the melody's file
-  bool hint = false;          // a sentence for the user, no melody: drawn as such
-
-  friend bool operator==(const ListRow&, const ListRow&) = default;
-};
-
 // One struct for all kinds, so that a page is an array of pointers to members. Texts are
 // Windows-1252, line ends in them CR LF; a shell takes CR and LF alone for line ends, too.
 struct Control {
   bool visible = true;
   bool enabled = true;
-  std::string caption;        // "&" stands before the mnemonic character
-  std::string text;           // what the box shows; a shell copies the user's typing in here
-  std::vector<ListRow> rows;  // of list and combo boxes
-  int listIndex = -1;         // selected row, 0-based, -1 for none
-  std::string address;        // web view: where it was last told to go
-  std::string invitation;     // what stands in it while it is empty
-  std::size_t cursor = 0;     // of a text area: characters before the cursor
-  int value = 0;              // of a slider and of the display
+  std::string caption;     // "&" stands before the mnemonic character
+  std::string text;        // what the box shows; a shell copies the user's typing in here
+  ListRows rows;           // of list and combo boxes
+  int listIndex = -1;      // selected row, 0-based, -1 for none
+  std::string address;     // web view: where it was last told to go
+  std::string invitation;  // what stands in it while it is empty
+  std::size_t cursor = 0;  // of a text area: characters before the cursor
+  int value = 0;           // of a slider and of the display
   bool checked = false;
   Tone tone = Tone::kText;     // of a label
   std::uint32_t interval = 0;  // timer: milliseconds between two ticks while enabled
@@ -67,7 +60,7 @@ struct Control {
   std::int32_t SelectedData() const;
   // Drops rows, selection and, as the combo boxes do, the text.
   void Clear();
-  void AddRow(std::string_view rowText, std::int32_t itemData = 0);
+  void AddRow(std::string_view rowText, std::int32_t itemData = 0, bool hint = false);
   // Selects a row, -1 for none; a combo box's text follows. An index without row selects none.
   void Select(int index);
   // A combo box's text as set by the program: any text; the row that holds it is selected, if any.

@@ -37,6 +37,12 @@ constexpr ControlInfo Go(std::string_view name, Control F::*member, std::string_
   return button;
 }
 
+constexpr ControlInfo WaitingLine() {
+  ControlInfo line = Row(Look::kBusyLine, "waitingLine", &F::waitingLine);
+  line.caption = words::kWaiting;
+  return line;
+}
+
 constexpr auto kRows = std::to_array<ControlInfo>({
     Go("cmdinicio", &F::cmdinicio, "&Inicio", "inicio",
        u8"Componer una melodía o pegarla en RTTTL, escucharla y subirla"_w, &F::cmdinicio_Click,
@@ -55,6 +61,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            &F::cmdopciones_Click),
     Go("cmdayuda", &F::cmdayuda, "A&yuda", "ayuda", "El manual de Tonadex (F1)", &F::cmdayuda_Click,
        kNoPage, "F1"),
+    WaitingLine(),
 });
 
 constexpr auto kPages = std::to_array<Page>({
@@ -129,7 +136,10 @@ Part WindowLayout(Part page) {
   Part banner =
       Row({The(&F::navbanner).Weight(1).Heights(look::kBannerHeight, look::kBannerHeight)})
           .Margins(look::kPageMargin, look::kGrid, 0);
-  return Column({std::move(bar), std::move(banner), std::move(page).Weight(1)}).Gap(0);
+  // The line lies over the top of the page.
+  return Column({std::move(bar), The(&F::waitingLine).Heights(0, 0), std::move(banner),
+                 std::move(page).Weight(1)})
+      .Gap(0);
 }
 
 // ---- The window ---------------------------------------------------------------------------------
@@ -147,6 +157,7 @@ Form1::Form1(Program& theProgram)
     control.tone = info.tone;
     control.visible = info.look != Look::kStorage;
   }
+  waitingLine.visible = false;
   for (const auto member : PageControls(kStartPage)) {
     (this->*member).visible = false;
   }
@@ -274,6 +285,7 @@ void Form1::Refresh() {
   // On the page of the options the model is saved when the page is left.
   phoneButton.caption =
       PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program.gPhoneModel);
+  waitingLine.visible = waitingLine.checked = program.busy;
   RefreshSearch();
   RefreshRepertoire();
   RefreshOptions();

@@ -62,6 +62,7 @@ class Form1 : public SharedState,
   void Refresh();
 
   Control cmdinicio, cmdbuscar, cmdrepertorio, cmd906, cmdopciones, cmdayuda;
+  Control waitingLine;  // while a request runs
   Control phoneButton;  // the chosen phone: "Nokia 3210, 3310 …" or "Elige tu móvil"
 
   static std::span<const ControlInfo> Rows();  // of the navigation row

@@ -92,7 +92,7 @@ class Server {
   }
 
   // A status other than 200 is told apart, unlike in the window, where its text is taken as it is.
-  std::string Get(std::string_view path) {
+  const std::string& Get(std::string_view path) {
     reply_ = net::FetchFrom(http_, base_)(path);
     return reply_;
   }
@@ -129,32 +129,47 @@ void WithServer(Context& context, const NetworkOptions& options, Work&& work) {
   }
 }
 
-void PrintRows(Context& context, const std::vector<net::ListingRow>& rows, bool json) {
-  nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (const net::ListingRow& row : rows) {
-    const std::string file = ForTerminal(core::MelodyFileName(row.text, row.number));
-    if (json) {
-      list.push_back({{"fichero", file}, {"melodia", ForTerminal(row.text)}});
+// Prints each row as it is read: a listing may have millions.
+class RowPrinter {
+ public:
+  RowPrinter(Context& context, bool json) : out_(context.out), json_(json) {}
+
+  void Add(std::string_view text, std::int32_t number) {
+    const std::string file = ForTerminal(core::MelodyFileName(text, number));
+    const std::string row = ForTerminal(text);
+    if (json_) {
+      out_ << (count_ == 0 ? "[\n" : ",\n") << " {\n  \"fichero\": " << nlohmann::json(file).dump()
+           << ",\n  \"melodia\": " << nlohmann::json(row).dump() << "\n }";
     } else {
-      context.out << file << '\t' << ForTerminal(row.text) << '\n';
+      out_ << file << '\t' << row << '\n';
     }
+    ++count_;
   }
-  if (json) {
-    context.out << list.dump(1) << '\n';
+  // Ends the output; gives how many rows it has.
+  std::size_t End() {
+    if (json_) {
+      out_ << (count_ == 0 ? "[]\n" : "\n]\n");
+    }
+    return count_;
   }
-}
+
+ private:
+  std::ostream& out_;
+  bool json_;
+  std::size_t count_ = 0;
+};
 
 void List(Context& context, const NetworkOptions& options, const std::string& path,
           bool stemAlone) {
   WithServer(context, options, [&](Server& server) {
-    const std::string reply = server.Get(path);
+    const std::string& reply = server.Get(path);
     if (server.Refused()) {
       Fail(context, ExitCode::kSystemFailed, RefusalWords(server));
       return;
     }
-    const net::Listing listing = net::ParseListing(reply, stemAlone);
-    PrintRows(context, listing.rows, options.json);
-    if (listing.rows.empty()) {
+    RowPrinter printer(context, options.json);
+    net::ReadListing(reply, stemAlone, [&](auto text, auto number) { printer.Add(text, number); });
+    if (printer.End() == 0) {
       Fail(context, ExitCode::kNotConverted, core::ToUtf8(net::HintRow(0)) + ".");
       context.err << (stemAlone ? core::ToUtf8(net::HintRow(1)) + "\n" : "");
     }

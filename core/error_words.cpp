@@ -1,6 +1,8 @@
 #include "core/error_words.h"
 
 #include <filesystem>
+#include <new>
+#include <stdexcept>
 #include <string_view>
 
 #include "core/files.h"
@@ -34,6 +36,19 @@ constexpr Words kWords[] = {
     {std::errc::address_not_available, u8"esta máquina no tiene esa dirección"_w},
     {std::errc::network_unreachable, "no hay red"},
     {std::errc::host_unreachable, u8"no hay camino hasta esa máquina"_w},
+    {std::errc::network_down, "no hay red"},
+    {std::errc::connection_refused, "nadie contesta en ese puerto"},
+    {std::errc::connection_reset, u8"la otra parte ha cortado la conexión"_w},
+    {std::errc::connection_aborted, u8"la otra parte ha cortado la conexión"_w},
+    {std::errc::broken_pipe, "la otra parte ha dejado de leer"},
+    {std::errc::timed_out, "se ha agotado el tiempo"},
+    {std::errc::not_enough_memory, "falta memoria"},
+    {std::errc::device_or_resource_busy, u8"está en uso"_w},
+    {std::errc::text_file_busy, u8"está en uso"_w},
+    {std::errc::cross_device_link, u8"está en otro disco"_w},
+    {std::errc::directory_not_empty, u8"la carpeta no está vacía"_w},
+    {std::errc::no_such_device, "el dispositivo no existe"},
+    {std::errc::resource_unavailable_try_again, "ahora mismo no se puede"},
 };
 
 }  // namespace
@@ -44,12 +59,18 @@ std::string ErrorWords(const std::error_code& error) {
       return std::string(known.words);
     }
   }
-  return FromOutside(error.message());
+  return "error " + std::to_string(error.value());
 }
 
 std::string ErrorWords(const std::exception& error) {
   if (dynamic_cast<const RunTimeError*>(&error) != nullptr) {
     return error.what();
+  }
+  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) {
+    return ErrorWords(std::make_error_code(std::errc::not_enough_memory));
+  }
+  if (dynamic_cast<const std::logic_error*>(&error) != nullptr) {
+    return "fallo interno del programa";
   }
   const auto* system = dynamic_cast<const std::system_error*>(&error);
   if (system == nullptr) {

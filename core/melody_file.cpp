@@ -11,7 +11,7 @@
 namespace tonadex::core {
 namespace {
 
-constexpr std::ptrdiff_t kNumberSpan = 5;  // digits of a file's number, at most
+constexpr std::size_t kNumberSpan = 5;  // digits of a file's number, at most
 
 }  // namespace
 
@@ -40,9 +40,12 @@ std::string ScanName(std::string_view line) {
   return name;
 }
 
+std::size_t NumberStop(std::string_view text) {
+  return text.size() > kNumberSpan ? text.find('.', text.size() - kNumberSpan - 1) : text.npos;
+}
+
 std::string_view CutNumber(std::string_view text) {
-  const auto length = static_cast<std::ptrdiff_t>(text.size());
-  return Left(text, InStr(text, ".", length - kNumberSpan) - 1);
+  return Left(text, static_cast<std::ptrdiff_t>(NumberStop(text)));  // npos is -1
 }
 
 std::int32_t FileNumber(std::string_view formed) {

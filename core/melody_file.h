@@ -31,6 +31,9 @@ std::string ScanName(std::string_view line);
 // digits is cut off. Errors: invalid argument when there is no such full stop.
 std::string_view CutNumber(std::string_view text);
 
+// Where CutNumber cuts, npos where it fails.
+std::size_t NumberStop(std::string_view text);
+
 // The number of a file in `name (file name`: what stands behind the first full stop. Errors: type
 // mismatch when that is no number, also when nothing stands there.
 std::int32_t FileNumber(std::string_view formed);

@@ -80,23 +80,44 @@ std::int32_t ShortWhole(std::string_view text) {
                      std::string(u8"un número es demasiado grande o demasiado pequeño"_w));
 }
 
-// A number too small for a double reads as 0, one too large is an overflow.
-double OutOfRange(std::string_view number) {
+// Whether a number that no double holds is too small for one, and reads as 0; else it is too large.
+bool IsTiny(std::string_view number) {
   const std::string_view digits =
       Left(number, static_cast<std::ptrdiff_t>(number.find_first_of(".eE")));
-  const bool tiny = Contains(number, "e-") || Contains(number, "E-") ||
-                    digits.find_first_not_of('0') == std::string_view::npos;
-  if (!tiny) {
-    ThrowOverflow();
+  return Contains(number, "e-") || Contains(number, "E-") ||
+         digits.find_first_not_of('0') == std::string_view::npos;
+}
+
+enum class Reading { kNumber, kTooLarge, kNoNumber };
+
+Reading Read(std::string_view text, double& value) {
+  value = ShortWhole(text);
+  if (value >= 0) {
+    return Reading::kNumber;
   }
-  return 0;
+  value = 0;
+  std::string_view number = Trim(text);
+  if (text.empty() || !IsNumber(number)) {
+    return text.empty() ? Reading::kNumber : Reading::kNoNumber;
+  }
+  if (number.front() == '+') {
+    number.remove_prefix(1);  // from_chars takes "-" alone
+  }
+  const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
+  const bool outside = result.ec == std::errc::result_out_of_range;
+  return outside && !IsTiny(number) ? Reading::kTooLarge : Reading::kNumber;
+}
+
+template <typename Whole>
+bool Fits(double rounded) {
+  return rounded >= std::numeric_limits<Whole>::min() &&
+         rounded <= std::numeric_limits<Whole>::max();
 }
 
 template <typename Whole>
 Whole Checked(double value) {
   const double rounded = RoundHalfEven(value);
-  if (!(rounded >= std::numeric_limits<Whole>::min() &&
-        rounded <= std::numeric_limits<Whole>::max())) {
+  if (!Fits<Whole>(rounded)) {
     ThrowOverflow();
   }
   return static_cast<Whole>(rounded);
@@ -105,24 +126,18 @@ Whole Checked(double value) {
 }  // namespace
 
 double ToNumber(std::string_view text) {
-  if (text.empty()) {
-    return 0;
-  }
-  if (const std::int32_t whole = ShortWhole(text); whole >= 0) {
-    return whole;
-  }
-  std::string_view number = Trim(text);
-  if (!IsNumber(number)) {
-    throw RunTimeError(ErrorNumber::kTypeMismatch, std::string(u8"«"_w) +
-                                                       std::string(Left(text, kMaxQuoted)) +
-                                                       std::string(u8"» no es un número"_w));
-  }
-  if (number.front() == '+') {
-    number.remove_prefix(1);  // from_chars takes "-" alone
-  }
   double value = 0;
-  const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
-  return result.ec == std::errc::result_out_of_range ? OutOfRange(number) : value;
+  switch (Read(text, value)) {
+    case Reading::kNumber:
+      break;
+    case Reading::kTooLarge:
+      ThrowOverflow();
+    case Reading::kNoNumber:
+      throw RunTimeError(ErrorNumber::kTypeMismatch, std::string(u8"«"_w) +
+                                                         std::string(Left(text, kMaxQuoted)) +
+                                                         std::string(u8"» no es un número"_w));
+  }
+  return value;
 }
 
 double RoundHalfEven(double value) {
@@ -139,6 +154,14 @@ std::int16_t ToInt16(double value) {
 }
 std::int32_t ToInt32(double value) {
   return Checked<std::int32_t>(value);
+}
+
+std::optional<std::int32_t> FindInt32(std::string_view text) {
+  double value = 0;
+  const bool read = Read(text, value) == Reading::kNumber;
+  const double rounded = RoundHalfEven(value);
+  return read && Fits<std::int32_t>(rounded) ? std::optional(static_cast<std::int32_t>(rounded))
+                                             : std::nullopt;
 }
 
 double Divide(double dividend, double divisor) {

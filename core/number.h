@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 // Numbers in texts and their checked conversions.
@@ -18,6 +19,9 @@ double RoundHalfEven(double value);
 std::int16_t ToInt16(double value);
 // Rounded half to even. Overflow when the result does not fit 32 bits.
 std::int32_t ToInt32(double value);
+
+// What ToInt32(ToNumber(text)) gives, none where that fails.
+std::optional<std::int32_t> FindInt32(std::string_view text);
 
 // dividend / divisor. Division by zero is a run-time failure.
 double Divide(double dividend, double divisor);

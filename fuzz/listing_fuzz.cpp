@@ -12,8 +12,8 @@
 #include "net/addresses.h"
 #include "net/download.h"
 #include "net/file_name.h"
-#include "net/listing.h"
 #include "net/upload.h"
+#include "tests/support/parsed_listing.h"
 #include "tests/support/temp_folder.h"
 
 // Any bytes as the listing that a melody server sends, and the files that its rows lead to.

@@ -15,11 +15,11 @@
 #include "core/melody_file.h"
 #include "fuzz/require.h"
 #include "net/file_name.h"
-#include "net/listing.h"
 #include "server/handler.h"
 #include "server/http_server.h"
 #include "server/shelf.h"
 #include "tests/http/raw_socket.h"
+#include "tests/support/parsed_listing.h"
 #include "tests/support/temp_folder.h"
 
 // Any bytes as what a client sends, over a real connection to a server with a small shelf.

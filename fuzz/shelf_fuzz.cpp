@@ -10,10 +10,10 @@
 #include "core/text.h"
 #include "fuzz/require.h"
 #include "net/file_name.h"
-#include "net/listing.h"
 #include "net/upload.h"
 #include "server/melody_name.h"
 #include "server/search_index.h"
+#include "tests/support/parsed_listing.h"
 
 // A server's melodies and a search among them: the first line is what is searched for, each further
 // one a file name, a tab and the melody.

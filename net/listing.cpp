@@ -6,7 +6,6 @@
 
 #include "core/melody_file.h"
 #include "core/number.h"
-#include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 
@@ -26,18 +25,12 @@ std::string_view NumberText(std::string_view record) {
   return stop == 0 ? std::string_view() : core::Mid(record, stop + 1);
 }
 
-std::int32_t RecordNumber(std::string_view text) {
-  std::int32_t number = 0;
-  core::SkipErrors([&] { number = core::ToInt32(core::ToNumber(text)); });
-  return number;
-}
-
 // The record with its number cut off and the parenthesis closed. A number that cannot be found
 // within the last characters leaves it as it is.
-std::string CloseRecord(std::string_view record) {
-  std::string closed(record);
-  core::SkipErrors([&] { closed = std::string(core::CutNumber(record)) + ")"; });
-  return closed;
+void CloseRecord(std::string_view record, std::string& closed) {
+  const std::size_t stop = core::NumberStop(record);
+  closed = record.substr(0, stop);
+  closed += stop == record.npos ? "" : ")";
 }
 
 // The stem, when the text has one and its description says the same.
@@ -64,20 +57,28 @@ bool IsHintRow(std::string_view row) {
   return std::ranges::find(kHints, row) != kHints.end();
 }
 
-Listing ParseListing(std::string_view reply, bool stemAlone) {
-  Listing listing;
+ListingEnd ReadListing(std::string_view reply, bool stemAlone, const AddListingRow& add) {
+  ListingEnd left;
   std::size_t end = 0;
   for (; (end = reply.find(kRecordEnd)) != std::string_view::npos;
        reply.remove_prefix(end + kRecordEnd.size())) {
     const std::string_view record = reply.substr(0, end);
-    listing.number = NumberText(record);
-    listing.record = CloseRecord(record);
-    const auto stem = stemAlone ? StemLikeDescription(listing.record) : std::nullopt;
-    listing.rows.push_back(
-        {std::string(stem.value_or(listing.record)), RecordNumber(listing.number)});
+    left.number = NumberText(record);
+    CloseRecord(record, left.record);
+    const auto stem = stemAlone ? StemLikeDescription(left.record) : std::nullopt;
+    add(stem.value_or(left.record), core::FindInt32(left.number).value_or(0));
   }
-  listing.rest = reply;
-  return listing;
+  left.rest = reply;
+  return left;
+}
+
+std::size_t CountRecords(std::string_view reply) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = reply.find(kRecordEnd, at)) != std::string_view::npos;
+       at += kRecordEnd.size()) {
+    ++count;
+  }
+  return count;
 }
 
 }  // namespace tonadex::net

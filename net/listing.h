@@ -2,9 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 // Listings of the melody server: a run of records "description (stem.number", each followed by
 // ")498". Texts are Windows-1252.
@@ -17,23 +17,25 @@ inline constexpr std::size_t kHintCount = 2;
 std::string_view HintRow(std::size_t index);
 bool IsHintRow(std::string_view row);
 
-struct ListingRow {
-  std::string text;         // "description (stem)", or the stem alone
-  std::int32_t number = 0;  // 0 when the record's number cannot be read
-
-  friend bool operator==(const ListingRow&, const ListingRow&) = default;
+// What the reading of a listing leaves behind: the text after the last ")498" and the last record,
+// rewritten, with its number as text (both "" when there was no record). `rest` and `number` lie in
+// the reply.
+struct ListingEnd {
+  std::string_view rest, number;
+  std::string record;
 };
 
-// A parsed listing with what the parsing leaves behind: the text after the last ")498" and the last
-// record, rewritten, with its number as text (both "" when there was no record).
-struct Listing {
-  std::vector<ListingRow> rows;
-  std::string rest, record, number;
-};
+// Gets a row's text, "description (stem)" or the stem alone, valid during the call, and its number,
+// 0 when the record's number cannot be read.
+using AddListingRow = std::function<void(std::string_view text, std::int32_t number)>;
 
-// `stemAlone`: a row whose description equals its stem is the stem alone (a search; a random pick
-// keeps both). Malformed records give rows as far as they can be read. Linear time, never throws.
-// Example: "Vals (vals.120)498" gives {"Vals (vals)", 120}.
-Listing ParseListing(std::string_view reply, bool stemAlone);
+// Calls `add` for each record. `stemAlone`: a row whose description equals its stem is the stem
+// alone (a search; a random pick keeps both). Malformed records give rows as far as they can be
+// read. Linear time, throws only what `add` throws.
+// Example: "Vals (vals.120)498" gives "Vals (vals)", 120.
+ListingEnd ReadListing(std::string_view reply, bool stemAlone, const AddListingRow& add);
+
+// How many rows ReadListing gives.
+std::size_t CountRecords(std::string_view reply);
 
 }  // namespace tonadex::net

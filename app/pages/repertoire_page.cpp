@@ -209,7 +209,7 @@ void RepertoirePage::FillRepertoire() {
       step([&] { stem = core::FormedStem(formed, name); });
       state_.List1.AddRow(core::RowText(name, stem));
       skipping = false;
-      state_.List1.rows.back().itemData = core::FileNumber(formed);
+      state_.List1.rows.SetLastData(core::FileNumber(formed));
     }
   });
 }

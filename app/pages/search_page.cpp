@@ -1,6 +1,7 @@
 #include "app/pages/search_page.h"
 
 #include <array>
+#include <utility>
 
 #include "app/form1.h"
 #include "app/layout.h"
@@ -35,7 +36,6 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            "Buscar estas palabras en el servidor", &F::picabuscar_Click),
     Button(Look::kButton, "picazar", &F::picazar, "Al a&zar", "azar", u8"Unas melodías al azar"_w,
            &F::picazar_Click),
-    Row(Look::kBusyLine, "busyLine", &F::busyLine),
     Row(Look::kList, "List1", &F::List1, u8"Melodías"_w, {Event::kClick, &F::List1_Click},
         {Event::kActivate, &F::List1_DblClick}),
     Button(Look::kButton, "picdescargar", &F::picdescargar, "&Descargar", "bajar",
@@ -54,7 +54,6 @@ std::span<const ControlInfo> SearchPage::Rows() {
 Part SearchPage::Layout() {
   return Column({
                     Row({The(&F::txtbuscar).Weight(1), The(&F::picabuscar), The(&F::picazar)}),
-                    The(&F::busyLine),
                     The(&F::List1).Weight(1),
                     Row({Stretch(), The(&F::picdescargar)}),
                 })
@@ -65,7 +64,6 @@ void SearchPage::RefreshSearch() {
   if (state_.paginaactual == kSearchPage) {
     state_.List1.invitation = kEmptySearch;
   }
-  busyLine.checked = state_.program.busy;
 }
 
 void SearchPage::ReadListing(std::string_view address, bool stemAlone) {
@@ -73,20 +71,20 @@ void SearchPage::ReadListing(std::string_view address, bool stemAlone) {
   // A failed request leaves Text1 as it was, and that is what is read.
   core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); });
   state_.program.services.shell.DoEvents();
-  const net::Listing listing = net::ParseListing(state_.Text1.text, stemAlone);
-  for (const net::ListingRow& row : listing.rows) {
-    state_.List1.AddRow(row.text, row.number);
-  }
-  state_.Text1.text = listing.rest;
-  if (!listing.rows.empty()) {
-    state_.Text2.text = listing.record;
-    state_.Text3.text = listing.number;
+  state_.List1.rows.reserve(net::CountRecords(state_.Text1.text), state_.Text1.text.size());
+  net::ListingEnd left = net::ReadListing(
+      state_.Text1.text, stemAlone,
+      [this](std::string_view text, std::int32_t number) { state_.List1.AddRow(text, number); });
+  if (!state_.List1.rows.empty()) {
+    state_.Text2.text = std::move(left.record);
+    state_.Text3.text = left.number;
   } else {
     for (std::size_t i = 0; i < net::kHintCount; ++i) {
-      state_.List1.AddRow(net::HintRow(i));
-      state_.List1.rows.back().hint = true;
+      state_.List1.AddRow(net::HintRow(i), 0, true);
     }
   }
+  // An assigned text would keep the reply's memory; `left` lies in it.
+  std::string(left.rest).swap(state_.Text1.text);
 }
 
 void SearchPage::picabuscar_Click() {

@@ -19,7 +19,7 @@ class SearchPage {
   void picazar_Click();
   void picdescargar_Click();
 
-  Control txtbuscar, picabuscar, picazar, picdescargar, busyLine;
+  Control txtbuscar, picabuscar, picazar, picdescargar;
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();

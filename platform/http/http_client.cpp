@@ -18,6 +18,7 @@
 #include <exception>
 #include <future>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -42,32 +43,56 @@ struct ErrorWords {
   const char* words;
 };
 
+TransferError Late() {
+  return TransferError("El servidor tarda demasiado en dar la respuesta entera");
+}
+
 TransferError ToTransferError(const ErrorCode& code) {
   const ErrorWords known[] = {
       {beast::error::timeout, "El servidor no responde a tiempo"},
       {asio::error::connection_refused, "No hay ningún servidor en esa dirección"},
       {asio::error::host_not_found, "No se encuentra el servidor"},
       {asio::error::host_not_found_try_again, "No se encuentra el servidor"},
+      {asio::error::no_data, "No se encuentra el servidor"},
       {http::error::body_limit, "La respuesta del servidor es demasiado grande"},
+      {http::error::buffer_overflow, "La respuesta del servidor es demasiado grande"},
       {http::error::partial_message, "La respuesta del servidor está cortada"},
       {http::error::end_of_stream, "El servidor ha cerrado la conexión sin responder"},
       {asio::error::connection_reset, "El servidor ha cortado la conexión"},
+      {asio::error::connection_aborted, "El servidor ha cortado la conexión"},
+      {asio::error::broken_pipe, "El servidor ha cortado la conexión"},
   };
   for (const ErrorWords& error : known) {
     if (error.code == code) {
       return TransferError(error.words);
     }
   }
-  const bool reply = code.category() == make_error_code(http::error::bad_version).category();
-  return TransferError(
-      (reply ? "La respuesta del servidor no se entiende (" : "No hay conexión con el servidor (") +
-      core::ToUtf8(core::ErrorWords(std::error_code(code))) + ")");
+  if (code.category() != make_error_code(http::error::bad_version).category()) {
+    return TransferError("No hay conexión con el servidor (" +
+                         core::ToUtf8(core::ErrorWords(std::error_code(code))) + ")");
+  }
+  const ErrorWords malformed[] = {
+      {http::error::bad_version, " (no es HTTP)"},
+      {http::error::header_limit, " (cabecera demasiado larga)"},
+      {http::error::bad_content_length, " (longitud mal escrita)"},
+      {http::error::bad_chunk, " (trozo mal escrito)"},
+      {http::error::bad_chunk_extension, " (trozo mal escrito)"},
+  };
+  std::string words = "La respuesta del servidor no se entiende";
+  for (const ErrorWords& error : malformed) {
+    words += error.code == code ? error.words : "";
+  }
+  return TransferError(words);
 }
 
-// Waits in slices of pumpInterval until `finished(slice)` says so.
+// Waits in slices of pumpInterval until `finished(slice)` says so; not beyond `end`.
 template <typename Finished>
-void PumpUntil(const HttpCallbacks& callbacks, const HttpLimits& limits, Finished&& finished) {
+void PumpUntil(const HttpCallbacks& callbacks, const HttpLimits& limits, Clock::time_point end,
+               Finished&& finished) {
   while (!finished(limits.pumpInterval)) {
+    if (Clock::now() > end) {
+      throw Late();
+    }
     if (callbacks.pump) {
       callbacks.pump();
     }
@@ -98,14 +123,14 @@ std::future<Lookup> StartLookup(const Url& url) {
   return future;
 }
 
-Endpoints Resolve(const Url& url, Clock::time_point deadline, const HttpCallbacks& callbacks,
+Endpoints Resolve(const Url& url, Clock::time_point start, const HttpCallbacks& callbacks,
                   const HttpLimits& limits) {
   std::future<Lookup> future = StartLookup(url);
-  PumpUntil(callbacks, limits, [&](std::chrono::milliseconds slice) {
+  PumpUntil(callbacks, limits, start + limits.totalTimeout, [&](std::chrono::milliseconds slice) {
     if (future.wait_for(slice) == std::future_status::ready) {
       return true;
     }
-    if (Clock::now() > deadline) {
+    if (Clock::now() > start + limits.connectTimeout) {
       throw boost::system::system_error(beast::error::timeout);
     }
     return false;
@@ -134,7 +159,7 @@ struct HttpReply {
 struct Transfer {
   Url url;
   Endpoints endpoints;
-  Clock::time_point connectDeadline;
+  Clock::time_point start;
   const HttpCallbacks& callbacks;
   const HttpLimits& limits;
 };
@@ -149,15 +174,33 @@ void TellProgress(const Parser& parser, const HttpCallbacks& callbacks) {
   }
 }
 
-// Feeds what has come to the parser; an incomplete rest stays in the buffer.
-void Parse(Parser& parser, beast::flat_buffer& buffer) {
+// An interim reply (1xx) has no body and comes before the real one. After 101 no HTTP would follow.
+bool IsInterim(const Parser& parser) {
+  const unsigned status = parser.get().result_int();
+  return parser.is_done() && status / 100 == 1 && status != 101;
+}
+
+void StartReply(std::optional<Parser>& parser, const HttpLimits& limits) {
+  parser.emplace();
+  parser->body_limit(limits.maxBodyBytes);
+}
+
+// Feeds what has come to the parser; an incomplete rest stays in the buffer. The parser itself
+// bounds header and body, but neither chunk extensions nor trailers.
+void Parse(std::optional<Parser>& parser, beast::flat_buffer& buffer, const HttpLimits& limits) {
   ErrorCode error;
-  while (!error && !parser.is_done() && buffer.size() > 0) {
+  while (!error && !parser->is_done() && buffer.size() > 0) {
     // An eager parser goes on past a Content-Length above the limit, and makes room for it.
-    parser.eager(parser.is_header_done());
-    buffer.consume(parser.put(buffer.data(), error));
+    parser->eager(parser->is_header_done());
+    buffer.consume(parser->put(buffer.data(), error));
+    if (!error && IsInterim(*parser)) {
+      StartReply(parser, limits);
+    }
   }
-  if (error && error != http::error::need_more) {
+  if (error == http::error::need_more) {
+    error = buffer.size() > limits.maxLineBytes ? http::error::buffer_overflow : ErrorCode();
+  }
+  if (error) {
     throw boost::system::system_error(error);
   }
 }
@@ -172,44 +215,33 @@ void ParseEnd(Parser& parser) {
   }
 }
 
-bool Drips(std::size_t received, Clock::duration taken, const HttpLimits& limits) {
-  const double seconds = std::chrono::duration<double>(taken).count();
-  return taken > limits.dripTimeout &&
-         static_cast<double>(received) < seconds * static_cast<double>(limits.leastBytesPerSecond);
-}
-
 // Reads piece by piece, so that each has the whole time-out.
 asio::awaitable<HttpReply> ReadReply(beast::tcp_stream& stream, const Transfer& transfer) {
   beast::flat_buffer buffer;
-  Parser parser;
-  parser.body_limit(transfer.limits.maxBodyBytes);
-  const Clock::time_point start = Clock::now();
-  std::size_t received = 0;
-  while (!parser.is_done()) {
+  std::optional<Parser> parser;
+  StartReply(parser, transfer.limits);
+  while (!parser->is_done()) {
     ErrorCode error;
     stream.expires_after(transfer.limits.idleTimeout);
     const std::size_t count = co_await stream.async_read_some(
         buffer.prepare(kReadBytes), asio::redirect_error(asio::use_awaitable, error));
     buffer.commit(count);
-    received += count;
-    if (!error && Drips(received, Clock::now() - start, transfer.limits)) {
-      error = beast::error::timeout;
-    }
     if (error && error != asio::error::eof) {
       throw boost::system::system_error(error);
     }
-    Parse(parser, buffer);
-    if (error && !parser.is_done()) {
-      ParseEnd(parser);
+    Parse(parser, buffer, transfer.limits);
+    if (error && !parser->is_done()) {
+      ParseEnd(*parser);
     }
-    TellProgress(parser, transfer.callbacks);
+    TellProgress(*parser, transfer.callbacks);
   }
-  co_return HttpReply{static_cast<int>(parser.get().result_int()), std::move(parser.get().body())};
+  co_return HttpReply{static_cast<int>(parser->get().result_int()),
+                      std::move(parser->get().body())};
 }
 
 asio::awaitable<HttpReply> Run(const Transfer& transfer) {
   beast::tcp_stream stream(co_await asio::this_coro::executor);
-  stream.expires_at(transfer.connectDeadline);
+  stream.expires_at(transfer.start + transfer.limits.connectTimeout);
   co_await stream.async_connect(transfer.endpoints, asio::use_awaitable);
   stream.expires_after(transfer.limits.idleTimeout);
   const auto request = MakeRequest(transfer.url);
@@ -227,7 +259,8 @@ HttpReply Perform(const Transfer& transfer) {
     reply = std::move(received);
     done = true;
   });
-  PumpUntil(transfer.callbacks, transfer.limits, [&](std::chrono::milliseconds slice) {
+  const Clock::time_point end = transfer.start + transfer.limits.totalTimeout;
+  PumpUntil(transfer.callbacks, transfer.limits, end, [&](std::chrono::milliseconds slice) {
     context.run_for(slice);
     return done;
   });
@@ -243,13 +276,13 @@ HttpClient::HttpClient(HttpCallbacks callbacks, HttpLimits limits)
     : callbacks_(std::move(callbacks)), limits_(limits) {}
 
 std::string HttpClient::Get(std::string_view url) {
-  const Clock::time_point deadline = Clock::now() + limits_.connectTimeout;
+  const Clock::time_point start = Clock::now();
   lastStatus_ = 0;
   Url parsed = ParseUrl(url);
   try {
-    Endpoints endpoints = Resolve(parsed, deadline, callbacks_, limits_);
+    Endpoints endpoints = Resolve(parsed, start, callbacks_, limits_);
     HttpReply reply =
-        Perform({std::move(parsed), std::move(endpoints), deadline, callbacks_, limits_});
+        Perform({std::move(parsed), std::move(endpoints), start, callbacks_, limits_});
     lastStatus_ = reply.status;
     return std::move(reply.body);
   } catch (const boost::system::system_error& error) {

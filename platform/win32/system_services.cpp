@@ -1,7 +1,5 @@
 #include "platform/win32/system_services.h"
 
-#include <windows.h>
-
 namespace tonadex::platform {
 
 SystemServices::SystemServices(WindowHooks& hooks, std::filesystem::path programFolder)
@@ -45,10 +43,12 @@ void SystemServices::End() {
   PostQuitMessage(0);
 }
 
-void PumpPaint() {
+void PumpPaint(const std::function<void(const MSG&)>& dropped) {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_INPUT) != 0) {
-    // Dropped.
+    if (dropped) {
+      dropped(message);
+    }
   }
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE) != 0) {
     DispatchMessageW(&message);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <windows.h>
+
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -36,8 +38,8 @@ class SystemServices : public ShellServices {
   std::filesystem::path folder_;
 };
 
-// Paints what waits to be painted. What the user types and clicks meanwhile is dropped, and no
-// timer ticks: no handler starts while another runs.
-void PumpPaint();
+// Paints what waits to be painted. What the user types and clicks meanwhile is shown to `dropped`
+// (may be empty) and lost, and no timer ticks: no handler starts while another runs.
+void PumpPaint(const std::function<void(const MSG&)>& dropped = {});
 
 }  // namespace tonadex::platform

@@ -15,6 +15,7 @@ namespace tonadex::platform {
 namespace {
 
 constexpr wchar_t kHostClass[] = L"TonadexWeb";
+constexpr ULONGLONG kClickMs = 1000;  // within which a click may begin a navigation
 
 // A counted reference that lets go by itself.
 template <typename T>
@@ -60,6 +61,7 @@ struct WebControl::Site final : IOleClientSite,
                                 IOleInPlaceSite,
                                 IOleInPlaceFrame,
                                 IDocHostUIHandler,
+                                IDocHostShowUI,
                                 DWebBrowserEvents2 {
   Site(HWND parent, Links linksKind, std::function<void()> leftCallback);
 
@@ -69,6 +71,7 @@ struct WebControl::Site final : IOleClientSite,
   void Drop();
   void Fit();
   HRESULT BeforeNavigate(DISPPARAMS& arguments);
+  void TellThatAClickLeft();
 
   HWND host = nullptr;
   Links links;
@@ -79,6 +82,8 @@ struct WebControl::Site final : IOleClientSite,
   Ref<IConnectionPoint> events;
   DWORD eventsCookie = 0;
   bool tried = false;
+  ULONGLONG clicked =
+      0;              // when the user last clicked or pressed Enter in the page, ms; 0 for never
   bool ours = false;  // the navigation that begins is one that the program asked for
   std::atomic<ULONG> references{1};
 
@@ -172,6 +177,15 @@ struct WebControl::Site final : IOleClientSite,
     *out = nullptr;
     return S_FALSE;
   }
+  // IDocHostShowUI: no box of a page's script blocks the window; a question is answered with no.
+  HRESULT STDMETHODCALLTYPE ShowMessage(HWND, LPOLESTR, LPOLESTR, DWORD kind, LPOLESTR, DWORD,
+                                        LRESULT* result) override {
+    *result = (kind & MB_TYPEMASK) == MB_OK ? IDOK : IDCANCEL;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE ShowHelp(HWND, LPOLESTR, UINT, DWORD, POINT, IDispatch*) override {
+    return S_OK;
+  }
   // IDispatch of DWebBrowserEvents2
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
     *count = 0;
@@ -202,8 +216,9 @@ HWND WebControl::Site::MakeHost(HWND parent) {
   kind.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
   kind.lpszClassName = kHostClass;
   RegisterClassW(&kind);  // again is no harm
-  return CreateWindowExW(WS_EX_CONTROLPARENT, kHostClass, L"", WS_CHILD | WS_CLIPCHILDREN, 0, 0, 1,
-                         1, parent, nullptr, kind.hInstance, nullptr);
+  return CreateWindowExW(WS_EX_CONTROLPARENT, kHostClass, L"",
+                         WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 0, 0, 1, 1, parent, nullptr,
+                         kind.hInstance, nullptr);
 }
 
 WebControl::Site::Site(HWND parent, Links linksKind, std::function<void()> leftCallback)
@@ -221,6 +236,8 @@ HRESULT WebControl::Site::QueryInterface(REFIID id, void** out) {
     *out = static_cast<IOleInPlaceFrame*>(this);
   } else if (id == IID_IDocHostUIHandler) {
     *out = static_cast<IDocHostUIHandler*>(this);
+  } else if (id == __uuidof(IDocHostShowUI)) {
+    *out = static_cast<IDocHostShowUI*>(this);
   } else if (id == IID_IDispatch || id == DIID_DWebBrowserEvents2) {
     *out = static_cast<DWebBrowserEvents2*>(this);
   } else {
@@ -298,11 +315,21 @@ HRESULT WebControl::Site::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* argu
   }
   if (id == DISPID_NEWWINDOW2 && arguments != nullptr && arguments->cArgs == 2) {
     *arguments->rgvarg[0].pboolVal = VARIANT_TRUE;  // no window of its own
-    if (links == Links::kReport && left) {
-      left();
-    }
+    TellThatAClickLeft();
+  }
+  if (id == DISPID_NAVIGATEERROR && arguments != nullptr && arguments->cArgs == 5 &&
+      links == Links::kReport) {
+    *arguments->rgvarg[0].pboolVal = VARIANT_TRUE;  // no page of the system's in its place
   }
   return S_OK;
+}
+
+// Once for each click: a page that jumps by itself would be loaded again and again.
+void WebControl::Site::TellThatAClickLeft() {
+  const ULONGLONG when = std::exchange(clicked, 0);
+  if (when != 0 && GetTickCount64() - when <= kClickMs && links == Links::kReport && left) {
+    left();
+  }
 }
 
 // Arguments stand from last to first: [0] is Cancel, [6] the frame that navigates.
@@ -317,9 +344,7 @@ HRESULT WebControl::Site::BeforeNavigate(DISPPARAMS& arguments) {
     return S_OK;
   }
   *arguments.rgvarg[0].pboolVal = VARIANT_TRUE;
-  if (left) {
-    left();
-  }
+  TellThatAClickLeft();
   return S_OK;
 }
 
@@ -353,11 +378,19 @@ void WebControl::Navigate(std::string_view url) {
   flags.lVal = navNoHistory | navNoReadFromCache;
   VARIANT none{};
   site_->ours = true;
-  site_->browser->Navigate2(&where, &flags, &none, &none, &none);
+  site_->ours =
+      SUCCEEDED(site_->browser->Navigate2(&where, &flags, &none, &none, &none)) && site_->ours;
 }
 
-bool WebControl::TranslateKey(MSG& message) {
-  return site_->active && IsChild(site_->host, message.hwnd) &&
+bool WebControl::Translate(MSG& message) {
+  if (!site_->active || IsChild(site_->host, message.hwnd) == 0) {
+    return false;
+  }
+  if (message.message == WM_LBUTTONUP || message.message == WM_MBUTTONUP ||
+      (message.message == WM_KEYDOWN && message.wParam == VK_RETURN)) {
+    site_->clicked = GetTickCount64();
+  }
+  return message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST &&
          site_->active->TranslateAccelerator(&message) == S_OK;
 }
 

@@ -14,7 +14,7 @@ class WebControl {
  public:
   enum class Links {
     kFollow,  // the user may walk on from the page
-    kReport,  // an attempt to leave is stopped and told to `left`
+    kReport,  // leaving the page is stopped; once for each click that tried it `left` is called
   };
 
   // A child of `parent`, which owns it; the control itself is made with the first navigation.
@@ -27,8 +27,9 @@ class WebControl {
   HWND window() const;
   // Loads the address (Windows-1252), again when it is shown already.
   void Navigate(std::string_view url);
-  // Gives a keystroke to the page that has the focus; true when the page took it.
-  bool TranslateKey(MSG& message);
+  // To be shown every message before it is dispatched, for the clicks in the page. Gives a
+  // keystroke to the page that has the focus; true when the page took it.
+  bool Translate(MSG& message);
 
  private:
   struct Site;

@@ -58,8 +58,12 @@ struct Desktop::Parts {
   platform::SettingsFile settings{platform::SettingsFile::DefaultPath()};
   QtFileDialogs fileDialogs{hooks};
   platform::FluidSequencer sequencer;
-  platform::HttpClient http{
-      {.pump = [this] { repainting.Once(Repainting::Input::kLost); }, .progress = {}}};
+  platform::HttpClient http{{.pump =
+                                 [this] {
+                                   repainting.Once(Repainting::Input::kLost);
+                                   app::CheckGivenUp(program);
+                                 },
+                             .progress = {}}};
   QtWebViews webViews{hooks};
   QtRichTextBox richText;
   QtShellServices shell;

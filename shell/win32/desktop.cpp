@@ -97,6 +97,7 @@ struct Desktop {
                                    if (window != nullptr) {
                                      window->Wait();
                                    }
+                                   app::CheckGivenUp(program);
                                  },
                              .progress = {}}};
   WindowWebViews webViews{window};

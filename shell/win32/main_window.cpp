@@ -160,8 +160,9 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
       return 0;
     }
     case WM_CLOSE:
+    case WM_QUERYENDSESSION:
       Close();
-      return 0;
+      return TRUE;
     default:
       return HandleLook(message, wide, data);
   }
@@ -236,8 +237,10 @@ void MainWindow::Command(int id, int notification) {
 }
 
 void MainWindow::Close() {
-  if (!program_.busy && !pumping_) {
-    app::RunHandler(program_, [this] { form_.Form_QueryUnload(); });
+  if (pumping_ && !program_.busy) {
+    program_.closing = true;  // between the end of a request and that of its handler
+  } else {
+    form_.Form_QueryUnload();
   }
 }
 
@@ -250,18 +253,17 @@ bool MainWindow::Translate(MSG& message) {
   if (message.message == WM_KEYDOWN && Shortcut(message)) {
     return true;
   }
-  if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) {
-    for (const BoundControl& bound : binding_->Controls()) {
-      if (bound.browser != nullptr && bound.browser->TranslateKey(message)) {
-        return true;
-      }
+  for (const BoundControl& bound : binding_->Controls()) {
+    if (bound.browser != nullptr && bound.browser->Translate(message)) {
+      return true;
     }
   }
   return IsDialogMessageW(window_, &message) != 0;
 }
 
 bool MainWindow::Shortcut(const MSG& message) {
-  const bool control = GetKeyState(VK_CONTROL) < 0;
+  // AltGr, which types signs, is Ctrl and Alt together.
+  const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
   for (const app::NavigationInfo& info : app::NavigationRow()) {
     const bool help = info.digit == '\0';
     const WPARAM key = help ? VK_F1 : static_cast<WPARAM>(info.digit);
@@ -516,8 +518,24 @@ void MainWindow::DrawBusy() {
 void MainWindow::Wait() {
   const bool before = std::exchange(pumping_, true);
   parts_.busy->Step();
-  platform::PumpPaint();
+  platform::PumpPaint([this](const MSG& input) { GiveUpBy(input); });
+  MSG message;
+  // The task bar closes the window by a message that is no input.
+  for (const UINT closing : {UINT{WM_SYSCOMMAND}, UINT{WM_CLOSE}}) {
+    if (program_.busy && PeekMessageW(&message, window_, closing, closing, PM_REMOVE) != 0) {
+      DispatchMessageW(&message);
+    }
+  }
   pumping_ = before;
+}
+
+void MainWindow::GiveUpBy(const MSG& input) {
+  if (input.message == WM_KEYDOWN && input.wParam == VK_ESCAPE) {
+    app::GiveUpRequest(program_);
+  } else if ((input.message == WM_SYSKEYDOWN && input.wParam == VK_F4) ||
+             (input.message == WM_NCLBUTTONUP && input.wParam == HTCLOSE)) {
+    Close();
+  }
 }
 
 void MainWindow::Navigate(platform::WebViewId view, std::string_view url) {

@@ -33,7 +33,7 @@ class MainWindow {
   HWND window() const { return window_; }
   // Before a message is dispatched: keyboard and shortcuts. True when it is dealt with.
   bool Translate(MSG& message);
-  // Paints what waits while a request runs.
+  // Paints what waits while a request runs, and sees whether the user gives it up.
   void Wait();
   void Navigate(platform::WebViewId view, std::string_view url);
   // Answers the window's messages.
@@ -65,6 +65,7 @@ class MainWindow {
   void SaveResult();
   void PressKey(std::string_view key, bool held);
   void FilterTempo();
+  void GiveUpBy(const MSG& input);
   void Close();
 
   app::Program& program_;

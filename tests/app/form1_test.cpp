@@ -155,7 +155,7 @@ TEST_F(Form1Window, ListsOneRowForEachFileOfTheRepertoire) {
     form.cmdrepertorio_Click();
     std::string rows;
     for (const ListRow& each : form.List1.rows) {
-      rows += each.text + "=" + std::to_string(each.itemData) + ";";
+      rows += std::string(each.text) + "=" + std::to_string(each.itemData) + ";";
     }
     EXPECT_EQ(rows, row[2]) << row[0];
   }

@@ -114,7 +114,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     const Control& control = Named(name.substr(0, dot));
     std::string rows;
     for (const ListRow& row : control.rows) {
-      rows += row.text + "=" + std::to_string(row.itemData) + (row.hint ? "?;" : ";");
+      rows += std::string(row.text) + "=" + std::to_string(row.itemData) + (row.hint ? "?;" : ";");
     }
     return std::map<std::string, std::string>{{"text", control.text},
                                               {"caption", control.caption},

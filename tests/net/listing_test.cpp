@@ -1,10 +1,9 @@
-#include "net/listing.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "tests/core/table.h"
+#include "tests/support/parsed_listing.h"
 
 namespace tonadex::net {
 namespace {

@@ -153,6 +153,31 @@ TEST(RowList, ShowsTenThousandRowsAtOnce) {
   EXPECT_EQ(list.SelectedRow(), -1);
 }
 
+// The first row of a list gives all of them their height.
+TEST(RowList, ARowOfAnyCharactersStaysInItsPlace) {
+  app::Control plain;
+  plain.rows = {{"uno"}, {"uno"}, {"uno"}};
+  for (const std::string& text :
+       {std::string("a\nb\r\nc\n\nd"), std::string("a\tb\x01\x0B\x0C\x85 (x\ny)"),
+        std::string("a\0b", 3), std::string(5000, 'W'), std::string(400, '\n') + "x"}) {
+    app::Control odd;
+    odd.rows = {{text}, {"uno"}, {"uno"}};
+    shell::RowList as, is;
+    as.SetControl(plain);
+    is.SetControl(odd);
+    QImage pictures[2];
+    for (shell::RowList* list : {&as, &is}) {
+      list->resize(200, 150);
+      QImage& picture = pictures[list == &is];
+      picture = list->grab().toImage();
+      const QRect first = list->visualRect(list->model()->index(0, 0));
+      picture = picture.copy(0, first.bottom() + 2, picture.width(), picture.height());
+    }
+    EXPECT_EQ(pictures[0], pictures[1]) << text.substr(0, 20);
+    EXPECT_EQ(is.Rows()[0].text, text);
+  }
+}
+
 TEST(Text, EveryByteComesBack) {
   std::string all;
   for (int byte = 0; byte < 256; ++byte) {

@@ -11,6 +11,7 @@
 #include <QtTest>
 #include <fstream>
 
+#include "app/words.h"
 #include "core/windows1252.h"
 #include "shell/qt/splash.h"
 #include "shell/qt/text.h"
@@ -20,6 +21,7 @@
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/waiting_line.h"
 #include "tests/qt/window_fixture.h"
 
 namespace tonadex::test {
@@ -117,7 +119,6 @@ TEST(MainWindow, WhileARequestRunsOnlyPaintingGoesOn) {
                             new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, " "));
     QApplication::postEvent(t.Widget("picazar"),
                             new QKeyEvent(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier, " "));
-    QApplication::postEvent(&t.window, new QCloseEvent);
     t.repainting.Once(shell::Repainting::Input::kLost);
     t.Click("cmdrepertorio");
   };
@@ -129,6 +130,51 @@ TEST(MainWindow, WhileARequestRunsOnlyPaintingGoesOn) {
   EXPECT_EQ(t.form.paginaactual, app::kSearchPage);
   EXPECT_EQ(qobject_cast<RowList*>(t.Widget("List1"))->Rows().size(), 1U);
   EXPECT_EQ(t.test.shell.ends, 0);
+}
+
+// On every page from which a request can start, whatever the request.
+TEST(MainWindow, EscAndCloseEndARequestAndTheWaitingLineSaysSo) {
+  constexpr std::tuple<const char*, const char*, bool> kWays[] = {
+      {"cmdbuscar", "picabuscar", false},
+      {"cmdinicio", "cmdsubirmelortttl", false},
+      {"cmdinicio", "cmdsubirmelortttl", true}};
+  for (const auto& [page, button, close] : kWays) {
+    TestWindow t;
+    t.window.show();
+    t.Click(page);
+    qobject_cast<QPlainTextEdit*>(t.Widget("txtrtttlsube"))->setPlainText("a:d=4,o=5,b=99:c");
+    auto* line = t.window.findChild<shell::WaitingLine*>();
+    ASSERT_NE(line, nullptr);
+    EXPECT_FALSE(line->isVisible());
+    t.test.http.during = [&t, line, close = close] {
+      EXPECT_TRUE(line->isVisible());
+      EXPECT_TRUE(t.window.rect().contains(line->geometry()));
+      EXPECT_EQ(line->Words(), shell::ToQString(app::words::kWaiting));
+      QTimer::singleShot(0, &t.window, [&t, close] {
+        close ? static_cast<void>(t.window.close()) : QTest::keyClick(&t.window, Qt::Key_Escape);
+      });
+      t.repainting.Once(shell::Repainting::Input::kLost);
+      EXPECT_TRUE(t.window.isVisible());
+      app::CheckGivenUp(t.test.program);
+      ADD_FAILURE() << "the request goes on";
+    };
+    t.Click(button);
+    EXPECT_EQ(t.test.http.urls.size(), 1U);
+    EXPECT_FALSE(line->isVisible());
+    EXPECT_EQ(t.test.shell.ends, close ? 1 : 0);
+    EXPECT_EQ(t.test.boxes.messages.size(), 0U);
+  }
+}
+
+TEST(MainWindow, TheCloseButtonIsRememberedWhileAHandlerPaints) {
+  TestWindow t;
+  t.window.show();
+  t.window.Run([&t] {
+    QTimer::singleShot(0, &t.window, [&t] { t.window.close(); });
+    t.repainting.Once(shell::Repainting::Input::kKept);
+    EXPECT_EQ(t.test.shell.ends, 0);
+  });
+  EXPECT_EQ(t.test.shell.ends, 1);
 }
 
 TEST(MainWindow, EnterPressesTheButtonThatHasTheFocus) {
@@ -159,6 +205,53 @@ TEST(MainWindow, TheTempoBoxTakesThreeDigits) {
   QTest::keyClick(tempo, Qt::Key_Backspace);
   EXPECT_EQ(tempo->currentText(), "12");
   EXPECT_EQ(t.test.shell.beeps, 3);
+  QApplication::clipboard()->setText("2000");
+  QTest::keyClick(tempo, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(tempo->currentText(), "122000") << "pasting is no typing";
+}
+
+// What dead keys, input methods and odd keyboards type, one text at a time.
+TEST(MainWindow, TheTempoBoxTakesThreeDigitsHoweverTheyAreTyped) {
+  constexpr struct {
+    const char8_t* typed;
+    const char* taken;
+    int beeps;
+  } kRows[] = {{u8"12áé", "12", 2}, {u8"99999", "999", 2}, {u8"á", "", 1},
+               {u8"𝄞", "", 1},      {u8"1€2", "12", 1},    {u8"", "", 0}};
+  enum { kInputMethod, kKey, kAltKey };
+  for (const auto& row : kRows) {
+    for (const int way : {kInputMethod, kKey, kAltKey}) {
+      TestWindow t;
+      t.window.show();
+      t.Click("cmdinicio");
+      auto* tempo = qobject_cast<QComboBox*>(t.Widget("txtcompoTempo"));
+      tempo->clearEditText();
+      const QString typed = QString::fromUtf8(row.typed);
+      QInputMethodEvent commit;
+      commit.setCommitString(typed);
+      QKeyEvent key(QEvent::KeyPress, 0, way == kAltKey ? Qt::AltModifier : Qt::NoModifier, typed);
+      QApplication::sendEvent(tempo, way == kInputMethod ? static_cast<QEvent*>(&commit) : &key);
+      EXPECT_EQ(tempo->currentText(), row.taken) << typed.toStdString() << way;
+      EXPECT_EQ(t.test.shell.beeps, row.beeps) << typed.toStdString() << way;
+    }
+  }
+}
+
+TEST(MainWindow, AClickOnTheMarkedMakeListsItsModelsAnew) {
+  TestWindow t;
+  t.test.program.gPhoneModel = "Ladrillo 9000";  // of a catalogue to come
+  t.window.show();
+  t.Click("cmdopciones");
+  auto* makes = qobject_cast<RowList*>(t.Widget("cmbmarcas"));
+  auto* models = qobject_cast<RowList*>(t.Widget("cmbformatos"));
+  EXPECT_EQ(models->SelectedRow(), -1);
+  EXPECT_EQ(models->currentIndex().data().toString(), "Ladrillo 9000");
+  const int rows = models->model()->rowCount();
+  QTest::mouseClick(makes->viewport(), Qt::LeftButton, {},
+                    makes->visualRect(makes->currentIndex()).center());
+  EXPECT_EQ(t.form.cmbformatos.text, " RTTTL (cable)");
+  EXPECT_EQ(models->SelectedRow(), 0);
+  EXPECT_EQ(models->model()->rowCount(), rows - 1);
 }
 
 TEST(MainWindow, ThePhonesKeysComposeAndTheDrawingFollows) {

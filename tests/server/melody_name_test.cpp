@@ -6,8 +6,8 @@
 
 #include "core/melody_file.h"
 #include "core/windows1252.h"
-#include "net/listing.h"
 #include "tests/core/table.h"
+#include "tests/support/parsed_listing.h"
 
 namespace tonadex::server {
 namespace {

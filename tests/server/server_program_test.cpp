@@ -16,10 +16,10 @@
 
 #include "core/melody_file.h"
 #include "core/text.h"
-#include "net/listing.h"
 #include "net/upload.h"
 #include "server/embedded_server.h"
 #include "tests/server/ask.h"
+#include "tests/support/parsed_listing.h"
 #include "tests/support/temp_folder.h"
 
 #ifdef TONADEX_SERVER_PROGRAM

@@ -7,10 +7,10 @@
 #include <string>
 
 #include "core/windows1252.h"
-#include "net/listing.h"
 #include "server/file_system.h"
 #include "tests/core/table.h"
 #include "tests/support/full_disk.h"
+#include "tests/support/parsed_listing.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::server {

@@ -27,7 +27,7 @@ TEST(Network, UploadsOverLoopbackAndFindsItAgain) {
   form.txtbuscar.text = "prueba";
   form.picabuscar_Click();
   ASSERT_FALSE(test.boxes.messages.empty());
-  EXPECT_EQ(form.List1.rows.at(0).text, "Prueba") << test.boxes.messages.back().text;
+  EXPECT_EQ(form.List1.rows[0].text, "Prueba") << test.boxes.messages.back().text;
 }
 
 }  // namespace

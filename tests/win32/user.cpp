@@ -46,6 +46,12 @@ void SendKey(WORD key, wchar_t character, DWORD flags) {
   Send(input);
 }
 
+// A key by its place on the keyboard, as the keyboard reports it. Wine looks at its code alone.
+void SendPlace(WORD key, DWORD flags) {
+  const auto place = static_cast<wchar_t>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
+  SendKey(key, place, flags | KEYEVENTF_SCANCODE | (key == VK_RMENU ? KEYEVENTF_EXTENDEDKEY : 0U));
+}
+
 }  // namespace
 
 bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds) {
@@ -114,6 +120,16 @@ void ClickRow(HWND list, int row) {
   ClickAt(list, 30, (row - top) * height + height / 2);
 }
 
+void ClickScreen(int x, int y) {
+  SetCursorPos(x, y);
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  for (const int flags : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
+    input.mi.dwFlags = static_cast<DWORD>(flags);
+    Send(input);
+  }
+}
+
 void Type(const std::wstring& text) {
   for (const wchar_t character : text) {
     SendKey(0, character, KEYEVENTF_UNICODE);
@@ -121,14 +137,14 @@ void Type(const std::wstring& text) {
   }
 }
 
-void Press(WORD key, bool alt) {
-  if (alt) {
-    SendKey(VK_MENU, 0, 0);
+void Press(WORD key, const std::vector<WORD>& held) {
+  for (const WORD modifier : held) {
+    SendPlace(modifier, 0);
   }
-  SendKey(key, 0, 0);
-  SendKey(key, 0, KEYEVENTF_KEYUP);
-  if (alt) {
-    SendKey(VK_MENU, 0, KEYEVENTF_KEYUP);
+  SendPlace(key, 0);
+  SendPlace(key, KEYEVENTF_KEYUP);
+  for (const WORD modifier : held) {
+    SendPlace(modifier, KEYEVENTF_KEYUP);
   }
 }
 

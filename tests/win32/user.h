@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "app/form1.h"
 
@@ -27,10 +28,14 @@ std::string TextIn(HWND window);  // Windows-1252
 // The mouse, in the middle of a window or at a place within it.
 void Click(HWND window);
 void ClickAt(HWND window, int x, int y);
+// The real mouse, for what no window of ours takes as a message.
+void ClickScreen(int x, int y);
 // A row of a list box.
 void ClickRow(HWND list, int row);
 void Type(const std::wstring& text);
-void Press(WORD key, bool alt = false);
+// A key, with others held meanwhile. AltGr is two of them: Windows adds the left Ctrl.
+inline const std::vector<WORD> kAlt{VK_MENU}, kCtrl{VK_CONTROL}, kAltGr{VK_LCONTROL, VK_RMENU};
+void Press(WORD key, const std::vector<WORD>& held = {});
 
 // Waits for a message box of the process, gives its text and closes it.
 std::string AnswerBox(DWORD process, std::string* title = nullptr);

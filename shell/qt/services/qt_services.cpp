@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QShortcut>
 #include <QStandardPaths>
@@ -97,17 +98,22 @@ bool IsInput(QEvent::Type type) {
 // Lets everything pass but what the user does.
 class Repainting::InputFilter : public QObject {
  public:
-  using QObject::QObject;
+  explicit InputFilter(const Repainting& owner) : owner_(owner) {}
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::Close) {
-      event->ignore();
-      return true;
+    // As long as Esc is a shortcut of the window, no key press follows the question.
+    const bool pressed =
+        event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (pressed && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && owner_.escape) {
+      owner_.escape();
     }
     return IsInput(event->type());
   }
+
+ private:
+  const Repainting& owner_;
 };
 
-Repainting::Repainting() : filter_(std::make_unique<InputFilter>()) {}
+Repainting::Repainting() : filter_(std::make_unique<InputFilter>(*this)) {}
 Repainting::~Repainting() = default;
 
 void Repainting::Once(Input input) {

@@ -43,6 +43,10 @@ class Repainting {
   // Whether Once is under way: events must not reach handlers then.
   bool Active() const { return active_; }
 
+  // Esc, the one key that is not lost. The close button of a window is not lost either: it sends
+  // the window a close event, as the end of the session does.
+  std::function<void()> escape;
+
  private:
   class InputFilter;
   std::unique_ptr<InputFilter> filter_;

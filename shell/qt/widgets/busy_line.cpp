@@ -5,6 +5,11 @@
 #include "shell/qt/theme/theme.h"
 
 namespace tonadex::shell {
+namespace {
+
+constexpr int kStepMs = 40;
+
+}  // namespace
 
 BusyLine::BusyLine(QWidget* parent) : QWidget(parent) {
   setFixedHeight(sizeHint().height());
@@ -13,6 +18,11 @@ BusyLine::BusyLine(QWidget* parent) : QWidget(parent) {
 void BusyLine::SetBusy(bool busy) {
   busy_ = busy;
   since_.start();
+  busy ? step_.start(kStepMs, this) : step_.stop();
+  update();
+}
+
+void BusyLine::timerEvent(QTimerEvent*) {
   update();
 }
 

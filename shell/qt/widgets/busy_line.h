@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QWidget>
 
 namespace tonadex::shell {
 
 // A slim line with a part that moves while something is awaited. It keeps its place in the layout
-// when it is idle. It has no timer: it moves with each repaint.
+// when it is idle.
 class BusyLine : public QWidget {
   Q_OBJECT
  public:
@@ -16,9 +17,11 @@ class BusyLine : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
 
  private:
   bool busy_ = false;
+  QBasicTimer step_;
   QElapsedTimer since_;
 };
 

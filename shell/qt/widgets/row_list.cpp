@@ -15,6 +15,20 @@ namespace {
 // Drawing takes time for each character, and a file that is no melody makes a row of a mebibyte.
 constexpr std::size_t kMostShown = 500;
 
+// The saved text while no phone has been chosen yet: no row shows it.
+constexpr std::string_view kNothingChosen = "0";
+
+// Line ends, tabs and other controls as blanks: a row is one line.
+QString OneLine(std::string_view text) {
+  QString line = ToQString(text.substr(0, kMostShown));
+  for (QChar& character : line) {
+    if (character.category() == QChar::Other_Control) {
+      character = QLatin1Char(' ');
+    }
+  }
+  return line;
+}
+
 // Draws "name (file)" with the file quieter, and a sentence for the user as one.
 class RowDelegate : public QStyledItemDelegate {
  public:
@@ -58,28 +72,30 @@ class RowDelegate : public QStyledItemDelegate {
 
 }  // namespace
 
-bool RowsModel::SetRows(const std::vector<app::ListRow>& rows) {
-  if (rows == rows_) {
+bool RowsModel::SetRows(const app::ListRows& rows, const std::string& loose) {
+  if (rows == rows_ && loose == loose_) {
     return false;
   }
   beginResetModel();
   rows_ = rows;
+  loose_ = loose;
   endResetModel();
   return true;
 }
 
 int RowsModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size()) + (loose_.empty() ? 0 : 1);
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
-  const app::ListRow& row = rows_[static_cast<std::size_t>(index.row())];
+  const auto at = static_cast<std::size_t>(index.row());
+  const bool loose = at == rows_.size();
   switch (role) {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
-      return ToQString(std::string_view(row.text).substr(0, kMostShown));
+      return OneLine(loose ? std::string_view(loose_) : rows_[at].text);
     case kHintRole:
-      return row.hint;
+      return !loose && rows_[at].hint;
     default:
       return {};
   }
@@ -97,10 +113,14 @@ RowList::RowList(QWidget* parent) : QListView(parent), model_(new RowsModel(this
 
 void RowList::SetControl(const app::Control& control) {
   setting_ = true;
-  const bool fresh = model_->SetRows(control.rows);
+  const bool loose =
+      control.listIndex < 0 && !control.text.empty() && control.text != kNothingChosen;
+  const bool fresh = model_->SetRows(control.rows, loose ? control.text : std::string());
   text_ = control.text;
   if (fresh || SelectedRow() != control.listIndex) {
-    if (control.listIndex < 0) {
+    if (loose) {
+      setCurrentIndex(model_->index(static_cast<int>(control.rows.size())));
+    } else if (control.listIndex < 0) {
       clearSelection();
       setCurrentIndex({});
     } else {
@@ -108,6 +128,11 @@ void RowList::SetControl(const app::Control& control) {
     }
   }
   setting_ = false;
+}
+
+int RowList::SelectedRow() const {
+  const int row = currentIndex().isValid() ? currentIndex().row() : -1;
+  return row < static_cast<int>(Rows().size()) ? row : -1;
 }
 
 void RowList::SetInvitation(const QString& sentence) {
@@ -130,7 +155,17 @@ void RowList::paintEvent(QPaintEvent* event) {
 void RowList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QListView::currentChanged(current, previous);
   if (!setting_ && current.isValid()) {
-    text_ = model_->Rows()[static_cast<std::size_t>(current.row())].text;
+    if (SelectedRow() >= 0) {
+      text_ = Rows()[static_cast<std::size_t>(current.row())].text;
+    }
+    emit RowChosen();
+  }
+}
+
+void RowList::mousePressEvent(QMouseEvent* event) {
+  const QPersistentModelIndex before = currentIndex();
+  QListView::mousePressEvent(event);
+  if (event->button() == Qt::LeftButton && before.isValid() && indexAt(event->pos()) == before) {
     emit RowChosen();
   }
 }

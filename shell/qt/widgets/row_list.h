@@ -3,7 +3,6 @@
 #include <QAbstractListModel>
 #include <QListView>
 #include <functional>
-#include <vector>
 
 #include "app/controls.h"
 
@@ -17,15 +16,17 @@ class RowsModel : public QAbstractListModel {
 
   enum Roles { kHintRole = Qt::UserRole };
 
-  // True when the rows are other ones than before.
-  bool SetRows(const std::vector<app::ListRow>& rows);
-  const std::vector<app::ListRow>& Rows() const { return rows_; }
+  // True when the rows are other ones than before. `loose` is shown as one more row at the end,
+  // unless it is empty.
+  bool SetRows(const app::ListRows& rows, const std::string& loose);
+  const app::ListRows& Rows() const { return rows_; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
-  std::vector<app::ListRow> rows_;
+  app::ListRows rows_;
+  std::string loose_;
 };
 
 // A list of one column that draws and gives back a list control: rows, selected row and, where the
@@ -36,19 +37,21 @@ class RowList : public QListView {
   explicit RowList(QWidget* parent = nullptr);
 
   void SetControl(const app::Control& control);
-  int SelectedRow() const { return currentIndex().isValid() ? currentIndex().row() : -1; }
-  const std::vector<app::ListRow>& Rows() const { return model_->Rows(); }
+  // The control's row, -1 also while a text that is no row's is marked.
+  int SelectedRow() const;
+  const app::ListRows& Rows() const { return model_->Rows(); }
   // The selected row's text or, with none selected, the text that was set.
   const std::string& Text() const { return text_; }
   // What stands in the list while it has no row.
   void SetInvitation(const QString& sentence);
 
  signals:
-  void RowChosen();     // the user selected another row
+  void RowChosen();     // the user selected a row, by a click also the one that was selected
   void RowActivated();  // Enter or a double click
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void focusInEvent(QFocusEvent* event) override;

@@ -24,12 +24,14 @@ class WebPane : public QStackedWidget {
   const std::string& Address() const { return address_; }
 
  signals:
-  // A click wanted to lead away from the banner; the view stays where it is.
+  // A click wanted to lead away from the banner; the view stays where it is. What a page tries by
+  // itself is stopped and not told.
   void LeaveAttempted();
 
  protected:
   void showEvent(QShowEvent* event) override;
   void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void Load();

@@ -16,11 +16,11 @@
 #include "shell/qt/text.h"
 #include "shell/qt/theme/icons.h"
 #include "shell/qt/theme/theme.h"
-#include "shell/qt/widgets/busy_line.h"
 #include "shell/qt/widgets/key_row.h"
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/waiting_line.h"
 #include "shell/qt/widgets/web_pane.h"
 
 namespace tonadex::shell {
@@ -198,7 +198,7 @@ QWidget* MakeWidget(const ControlInfo& info) {
     case Look::kKeys:
       return new KeyRow;
     case Look::kBusyLine:
-      return new BusyLine;
+      return new WaitingLine(ToQString(info.caption));
     case Look::kTimer:
     case Look::kStorage:
       break;
@@ -323,8 +323,8 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
     DrawComboBox(*box, control);
   } else if (auto* view = qobject_cast<MelodyView*>(&widget)) {
     view->SetDrawing(form.*bound.info->drawing, ToQString(control.invitation));
-  } else if (auto* busy = qobject_cast<BusyLine*>(&widget)) {
-    busy->SetBusy(control.checked);
+  } else if (auto* waiting = qobject_cast<WaitingLine*>(&widget)) {
+    waiting->SetBusy(control.checked);
   }
   if (widget.isHidden() == control.visible) {
     widget.setVisible(control.visible);

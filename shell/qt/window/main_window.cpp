@@ -3,6 +3,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QInputMethodEvent>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QShortcut>
@@ -25,8 +28,6 @@ namespace {
 
 namespace words = app::words;
 using app::Form1;
-
-constexpr std::int16_t kBackspace = 8;
 
 }  // namespace
 
@@ -64,12 +65,14 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
   hooks_.page = As<WebPane>(&Form1::WebBrowser1);
   hooks_.banner = As<WebPane>(&Form1::navbanner);
   program_.busyChanged = [this] { DrawBusy(); };
+  repainting_.escape = [this] { app::GiveUpRequest(program_); };
   ConnectParts();
   AddShortcuts();
 }
 
 MainWindow::~MainWindow() {
   program_.busyChanged = nullptr;
+  repainting_.escape = nullptr;
   hooks_.draw = nullptr;
   hooks_.opened = nullptr;
   hooks_.closed = nullptr;
@@ -230,20 +233,37 @@ void MainWindow::PlaceBox(QWidget* box) const {
 
 // ---- Keys ---------------------------------------------------------------------------------------
 
+// What is typed in the tempo box, character by character; the text of a key or of an input method
+// may hold several. The box itself is left no typing to do.
+void MainWindow::TypeTempo(const QString& typed) {
+  auto* box = As<QComboBox>(&Form1::txtcompoTempo);
+  for (const char character : FromQString(typed)) {
+    std::int16_t code = static_cast<unsigned char>(character);
+    Run([this, &code] { form_.txtcompoTempo_KeyPress(code); });
+    if (code != 0) {
+      box->lineEdit()->insert(QChar(code));
+    }
+  }
+}
+
+// Keys that type no character (arrows, Backspace, commands) are the box's own.
 bool MainWindow::FilterTempoKey(QKeyEvent* event) {
   const QString typed = event->text();
-  const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
-  const bool backspace = event->key() == Qt::Key_Backspace;
-  if (command || typed.isEmpty() || (!backspace && !typed[0].isPrint())) {
+  const bool command =
+      (event->modifiers() & Qt::ControlModifier) && !(event->modifiers() & Qt::AltModifier);
+  if (command || typed.isEmpty() || typed[0].category() == QChar::Other_Control) {
     return false;
   }
-  const std::string characters = FromQString(typed);
-  std::int16_t code = kBackspace;
-  if (!backspace) {
-    code = static_cast<unsigned char>(characters[0]);
-  }
-  Run([this, &code] { form_.txtcompoTempo_KeyPress(code); });
-  return code == 0;
+  TypeTempo(typed);
+  return true;
+}
+
+// The box still shows what is being put together.
+bool MainWindow::FilterTempoText(QInputMethodEvent* event) {
+  const QString typed = event->commitString();
+  event->setCommitString({}, event->replacementStart(), event->replacementLength());
+  TypeTempo(typed);
+  return false;
 }
 
 // From the search words down into what was found.
@@ -260,10 +280,13 @@ bool MainWindow::GoToList(QKeyEvent* event) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  const bool search = watched->objectName() == QLatin1String("txtbuscar");
   if (event->type() == QEvent::KeyPress) {
     auto* key = static_cast<QKeyEvent*>(event);
-    return watched->objectName() == QLatin1String("txtbuscar") ? GoToList(key)
-                                                               : FilterTempoKey(key);
+    return search ? GoToList(key) : FilterTempoKey(key);
+  }
+  if (event->type() == QEvent::InputMethod && !search) {
+    return FilterTempoText(static_cast<QInputMethodEvent*>(event));
   }
   return QWidget::eventFilter(watched, event);
 }
@@ -280,12 +303,16 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (program_.busy || repainting_.Active()) {
+  if (program_.busy) {
     event->ignore();
-    return;
+    form_.Form_QueryUnload();
+  } else if (repainting_.Active()) {  // a handler runs
+    event->ignore();
+    program_.closing = true;
+  } else {
+    event->accept();
+    app::RunHandler(program_, [this] { form_.Form_QueryUnload(); });
   }
-  event->accept();
-  app::RunHandler(program_, [this] { form_.Form_QueryUnload(); });
 }
 
 }  // namespace tonadex::shell

@@ -55,6 +55,8 @@ class MainWindow : public QWidget {
   void FocusPage();
   bool GoToList(class QKeyEvent* event);
   bool FilterTempoKey(class QKeyEvent* event);
+  bool FilterTempoText(class QInputMethodEvent* event);
+  void TypeTempo(const QString& typed);
 
   app::Program& program_;
   WindowHooks& hooks_;

@@ -6,6 +6,8 @@
 #include <QScrollArea>
 #include <algorithm>
 
+#include "shell/qt/widgets/waiting_line.h"
+
 namespace tonadex::shell {
 namespace {
 
@@ -76,6 +78,10 @@ void Pages::Add(QBoxLayout* box, const Part& part, Built& page) {
   switch (part.kind) {
     case Part::Kind::kControl: {
       QWidget* widget = binding_.Widget(part.control);
+      if (auto* waiting = qobject_cast<WaitingLine*>(widget)) {
+        waiting->PutUnder(box->itemAt(box->count() - 1)->widget());
+        break;  // it lies over what follows
+      }
       SetBounds(widget, part);
       if (auto* label = qobject_cast<QLabel*>(widget)) {
         label->setWordWrap(part.weight > 0 || box->direction() == QBoxLayout::TopToBottom);

@@ -6,7 +6,8 @@
 
 namespace tonadex::shell {
 
-// A slim line that moves while a request runs.
+// A slim line under the row of buttons. While a request runs it grows over the top of the page,
+// says so and moves.
 class BusyLine {
  public:
   BusyLine(HWND parent, const Theme& theme);
@@ -17,11 +18,14 @@ class BusyLine {
   void Step();
 
  private:
+  int TallHeight() const;
+  void KeepTall(WINDOWPOS& place);
   void Paint();
 
   HWND window_;
   const Theme& theme_;
   bool busy_ = false;
+  int slim_ = 0;  // its height as laid out
 };
 
 }  // namespace tonadex::shell

@@ -1,11 +1,19 @@
 #include "shell/win32/widgets/row_list.h"
 
+#include <string_view>
+#include <utility>
+
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
 #include "shell/win32/widgets/button.h"
 
 namespace tonadex::shell {
+namespace {
+
+constexpr std::string_view kNothingChosen = "0";  // what is saved before any choice
+
+}  // namespace
 
 RowList::RowList(HWND parent, int id, const Theme& theme)
     : window_(CreateWindowExW(0, L"LISTBOX", L"",
@@ -32,11 +40,19 @@ void RowList::ThemeChanged() {
 }
 
 void RowList::Draw(const app::Control& control) {
-  if (rows_ != control.rows) {
-    rows_ = control.rows;
+  const bool foreign =
+      control.listIndex < 0 && !control.text.empty() && control.text != kNothingChosen;
+  const std::size_t count = control.rows.size();
+  app::ListRows rows = control.rows;
+  if (foreign) {
+    rows.push_back({control.text});
+  }
+  if (foreign != foreign_ || rows_ != rows) {
+    foreign_ = foreign;
+    rows_ = std::move(rows);
     SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
     SendMessageW(window_, LB_RESETCONTENT, 0, 0);
-    for (const app::ListRow& row : rows_) {
+    for (const app::ListRow row : rows_) {
       const LRESULT index = SendMessageW(
           window_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(platform::ToWide(row.text).c_str()));
       SendMessageW(window_, LB_SETITEMDATA, static_cast<WPARAM>(index), row.hint ? 1 : 0);
@@ -44,8 +60,9 @@ void RowList::Draw(const app::Control& control) {
     SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(window_, nullptr, TRUE);
   }
-  if (Selected() != control.listIndex) {
-    SendMessageW(window_, LB_SETCURSEL, static_cast<WPARAM>(control.listIndex), 0);
+  const int marked = foreign ? static_cast<int>(count) : control.listIndex;
+  if (SendMessageW(window_, LB_GETCURSEL, 0, 0) != marked) {
+    SendMessageW(window_, LB_SETCURSEL, static_cast<WPARAM>(marked), 0);
   }
 }
 
@@ -57,7 +74,8 @@ void RowList::SetInvitation(const std::wstring& invitation) {
 }
 
 int RowList::Selected() const {
-  return static_cast<int>(SendMessageW(window_, LB_GETCURSEL, 0, 0));
+  const auto row = static_cast<int>(SendMessageW(window_, LB_GETCURSEL, 0, 0));
+  return foreign_ && row == static_cast<int>(rows_.size()) - 1 ? -1 : row;
 }
 
 void RowList::PaintInvitation() {

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <string>
-#include <vector>
 
 #include "app/controls.h"
 #include "shell/win32/theme.h"
@@ -16,11 +15,13 @@ class RowList {
   RowList(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
-  // Rows and selection as the model has them.
+  // Rows and selection as the model has them. A chosen text that no row holds stands below them,
+  // marked.
   void Draw(const app::Control& control);
   // What the empty list says.
   void SetInvitation(const std::wstring& invitation);
   void ThemeChanged();
+  // The model's row, -1 for none.
   int Selected() const;
 
   static void DrawRow(const DRAWITEMSTRUCT& item, const Theme& theme);
@@ -30,7 +31,8 @@ class RowList {
 
   HWND window_;
   const Theme& theme_;
-  std::vector<app::ListRow> rows_;
+  app::ListRows rows_;
+  bool foreign_ = false;  // the last row is none of the model's
   std::wstring invitation_;
 };
 

@@ -1,0 +1,63 @@
+#include "app/list_rows.h"
+
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::uint32_t kMostBytes = 0x7FFFFFFF;  // what a mark's end can hold
+
+}  // namespace
+
+ListRows::ListRows(std::initializer_list<ListRow> rows) {
+  for (const ListRow& row : rows) {
+    push_back(row);
+  }
+}
+
+ListRow ListRows::operator[](std::size_t index) const {
+  const Mark& mark = stored_->marks[index];
+  const std::size_t begin = index == 0 ? 0 : stored_->marks[index - 1].end;
+  return {std::string_view(stored_->texts).substr(begin, mark.end - begin), mark.itemData,
+          mark.hint != 0};
+}
+
+void ListRows::reserve(std::size_t rows, std::size_t bytes) {
+  Stored& stored = Own();
+  stored.marks.reserve(stored.marks.size() + rows);
+  stored.texts.reserve(stored.texts.size() + bytes);
+}
+
+void ListRows::push_back(const ListRow& row) {
+  Stored& stored = Own();
+  if (row.text.size() > kMostBytes - stored.texts.size()) {
+    throw core::RunTimeError(core::ErrorNumber::kOverflow,
+                             std::string(u8"la lista es demasiado larga"_w));
+  }
+  stored.texts += row.text;
+  const auto end = static_cast<std::uint32_t>(stored.texts.size());
+  stored.marks.push_back({end & kMostBytes, row.hint ? 1U : 0U, row.itemData});
+}
+
+void ListRows::SetLastData(std::int32_t itemData) {
+  Own().marks.back().itemData = itemData;
+}
+
+bool operator==(const ListRows& a, const ListRows& b) {
+  return a.stored_ == b.stored_ || (a.empty() && b.empty()) ||
+         (a.stored_ != nullptr && b.stored_ != nullptr && *a.stored_ == *b.stored_);
+}
+
+ListRows::Stored& ListRows::Own() {
+  if (stored_ == nullptr) {
+    stored_ = std::make_shared<Stored>();
+  } else if (stored_.use_count() > 1) {
+    stored_ = std::make_shared<Stored>(*stored_);
+  }
+  return *stored_;
+}
+
+}  // namespace tonadex::app

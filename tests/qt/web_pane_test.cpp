@@ -1,0 +1,192 @@
+#include "shell/qt/widgets/web_pane.h"
+
+#include <gtest/gtest.h>
+
+#include <QMessageBox>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtTest>
+#include <map>
+
+namespace tonadex::test {
+namespace {
+
+using shell::WebPane;
+
+constexpr int kSettleMs = 700;  // longer than any page below waits before it jumps
+
+// Serves pages on the loopback address and notes what is asked for.
+class PageServer {
+ public:
+  PageServer() {
+    server_.listen(QHostAddress::LocalHost);
+    QObject::connect(&server_, &QTcpServer::newConnection, [this] {
+      QTcpSocket* client = server_.nextPendingConnection();
+      QObject::connect(client, &QTcpSocket::readyRead, client, [this, client] { Answer(client); });
+    });
+  }
+
+  std::string Address(const std::string& path) const {
+    return "http://127.0.0.1:" + std::to_string(server_.serverPort()) + path;
+  }
+  int Asked(const QByteArray& path) const { return static_cast<int>(asked_.count(path)); }
+
+  std::map<QByteArray, QByteArray> pages;  // "Location: …" as a page redirects
+
+ private:
+  void Answer(QTcpSocket* client) {
+    const QList<QByteArray> request = client->readAll().split(' ');
+    if (request.size() < 2) {
+      return;
+    }
+    const QByteArray path = request[1].split('?').front();
+    asked_ << path;
+    QByteArray page = pages[path];
+    const bool moved = page.startsWith("Location:");
+    if (!moved && !page.isEmpty()) {
+      page +=
+          "<script>requestAnimationFrame(() => requestAnimationFrame(() =>"
+          "new Image().src='/drawn'))</script>";
+    }
+    client->write(moved ? "HTTP/1.1 302 Found\r\n" + page + "\r\nContent-Length: 0\r\n"
+                        : "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: " +
+                              QByteArray::number(page.size()) + "\r\n");
+    client->write("Connection: close\r\n\r\n" + (moved ? QByteArray() : page));
+    client->disconnectFromHost();
+  }
+
+  QTcpServer server_;
+  QList<QByteArray> asked_;
+};
+
+// A pane that shows /start, whose handler of a click loads that again, as the window's does.
+struct ShownPane {
+  ShownPane(WebPane::Kind kind, const QByteArray& start) : pane(kind) {
+    server.pages = {{"/start", start}, {"/other", "<script>new Image().src='/arrived'</script>"}};
+    QObject::connect(&pane, &WebPane::LeaveAttempted, [this] {
+      ++attempts;
+      pane.Navigate(server.Address("/start"));
+    });
+    pane.resize(468, 60);
+    pane.show();
+    pane.Navigate(server.Address("/start"));
+  }
+  // The browser's view stands, not the quiet page.
+  bool Shown() const { return pane.currentWidget()->inherits("QWebEngineView"); }
+  void Click() {
+    ASSERT_TRUE(QTest::qWaitFor([this] { return Shown(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return server.Asked("/drawn") > 0; }));
+    QTest::qWait(200);  // for frames in it
+    QTest::mouseClick(pane.currentWidget()->focusProxy(), Qt::LeftButton, {}, QPoint(200, 30));
+  }
+
+  PageServer server;
+  int attempts = 0;
+  WebPane pane;
+};
+
+#define COVER " style='position:fixed;inset:0;width:100vw;height:100vh;display:block'"
+
+struct Leaving {
+  const char* what;
+  QByteArray page;
+  bool click;
+};
+
+class BannerTest : public testing::TestWithParam<Leaving> {};
+
+TEST_P(BannerTest, StaysAndTellsOnceOfAClick) {
+  ShownPane t(WebPane::Kind::kBanner, GetParam().page);
+  t.server.pages["/frame"] = "<a href=/other target=_top" COVER ">x</a>";
+  t.server.pages["/inner"] = "<a href=/other" COVER ">x</a>";
+  t.server.pages["/jumping"] = "<script>top.location = '/other'</script>";
+  EXPECT_TRUE(QTest::qWaitFor([&t] { return t.Shown(); }));
+  if (GetParam().click) {
+    t.Click();
+    EXPECT_TRUE(QTest::qWaitFor([&t] { return t.server.Asked("/start") == 2; }));
+  }
+  QTest::qWait(kSettleMs);
+  EXPECT_EQ(t.server.Asked("/other"), 0);
+  EXPECT_EQ(t.attempts, GetParam().click ? 1 : 0);
+  EXPECT_EQ(t.server.Asked("/start"), GetParam().click ? 2 : 1);
+  EXPECT_TRUE(t.Shown());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pages, BannerTest,
+    testing::Values(
+        Leaving{"replace", "<script>location.replace('/other')</script>", false},
+        Leaving{"refresh", "<meta http-equiv=refresh content='0;url=/other'>x", false},
+        Leaving{"timer", "<script>setTimeout(() => location = '/other', 200)</script>", false},
+        Leaving{"reload", "<script>setTimeout(() => location.reload(), 200)</script>", false},
+        Leaving{"again", "<script>setInterval(() => location = '/start?1', 50)</script>", false},
+        Leaving{"form", "<form action=/other></form><script>document.forms[0].submit()</script>",
+                false},
+        Leaving{"post",
+                "<form action=/other method=post></form>"
+                "<script>setTimeout(() => document.forms[0].submit(), 100)</script>",
+                false},
+        Leaving{"link", "<a href=/other>x</a><script>document.links[0].click()</script>", false},
+        Leaving{"blank",
+                "<a href=/other target=_blank>x</a><script>document.links[0].click()</script>",
+                false},
+        Leaving{"open", "<script>open('/other')</script>", false},
+        Leaving{"top", "<iframe src=/jumping></iframe>", false},
+        Leaving{"clickedLink", "<a href=/other" COVER ">x</a>", true},
+        Leaving{"clickedBlank", "<a href=/other target=_blank" COVER ">x</a>", true},
+        Leaving{"clickedForm", "<form action=/other><button" COVER ">x</button></form>", true},
+        Leaving{"clickedScript",
+                "<div onclick='location = \"/other\"; setTimeout(() => location = \"/other\", "
+                "50)'" COVER ">x</div>",
+                true},
+        Leaving{"clickedOpen", "<div onclick='window.open(\"/other\")'" COVER ">x</div>", true},
+        Leaving{"clickedTop", "<iframe src=/frame" COVER "></iframe>", true},
+        Leaving{"clickedFrame", "<iframe src=/inner" COVER "></iframe>", true}),
+    [](const auto& row) { return std::string(row.param.what); });
+
+TEST(WebPane, FollowsTheServersOwnRedirection) {
+  ShownPane t(WebPane::Kind::kBanner, "Location: /banner");
+  t.server.pages["/banner"] = "<script>new Image().src='/arrived'</script>";
+  EXPECT_TRUE(QTest::qWaitFor([&t] { return t.server.Asked("/arrived") == 1; }));
+}
+
+TEST(WebPane, APageIsLeftByLinksAlsoByThoseThatWantANewWindow) {
+  for (const QByteArray target : {"", "target=_blank"}) {
+    ShownPane t(WebPane::Kind::kPage, "<a href=/other " + target + COVER ">x</a>");
+    t.Click();
+    EXPECT_TRUE(QTest::qWaitFor([&t] { return t.server.Asked("/arrived") == 1; }))
+        << target.toStdString();
+    EXPECT_EQ(t.attempts, 0);
+  }
+  ShownPane unasked(WebPane::Kind::kPage, "<script>open('/other')</script>");
+  QTest::qWait(kSettleMs);
+  EXPECT_EQ(unasked.server.Asked("/other"), 0);
+}
+
+// Nor does a page that would rather stay keep the program from showing another one.
+TEST(WebPane, NoDialogOfAPageOpens) {
+  for (const WebPane::Kind kind : {WebPane::Kind::kPage, WebPane::Kind::kBanner}) {
+    bool opened = false;
+    ShownPane t(kind,
+                "<body onclick='new Image().src=\"/clicked\"'" COVER
+                "><script>alert(1); onbeforeunload = e => { e.preventDefault(); return 'x'; };"
+                "new Image().src = '/said/' + confirm(1) + prompt(1)</script>");
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&opened] {
+      if (QWidget* box = QApplication::activeModalWidget()) {
+        opened = true;
+        box->close();
+      }
+    });
+    watch.start(20);
+    EXPECT_TRUE(QTest::qWaitFor([&t] { return t.server.Asked("/said/falsenull") == 1; }));
+    t.Click();
+    EXPECT_TRUE(QTest::qWaitFor([&t] { return t.server.Asked("/clicked") == 1; }));
+    t.pane.Navigate(t.server.Address("/other"));
+    EXPECT_TRUE(QTest::qWaitFor([&t] { return t.server.Asked("/arrived") == 1; }));
+    EXPECT_FALSE(opened);
+  }
+}
+
+}  // namespace
+}  // namespace tonadex::test
