@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "app/layout.h"
-#include "app/phone_words.h"
 #include "app/words.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "midi/playback.h"
 #include "net/addresses.h"
+#include "phones/phone_words.h"
 
 namespace tonadex::app {
 namespace {
@@ -284,7 +284,7 @@ void Form1::Refresh() {
   }
   // On the page of the options the model is saved when the page is left.
   phoneButton.caption =
-      PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program.gPhoneModel);
+      phones::PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program.gPhoneModel);
   waitingLine.visible = waitingLine.checked = program.busy;
   RefreshSearch();
   RefreshRepertoire();

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "app/phone_formats.h"
 #include "core/melody_file.h"
 #include "core/number.h"
 #include "core/rtttl.h"
@@ -17,6 +16,7 @@
 #include "midi/mMidiLibOut.h"
 #include "midi/note_times.h"
 #include "nokia3210/octave_range.h"
+#include "phones/formats.h"
 #include "platform/message_box.h"
 
 namespace tonadex::app {
@@ -26,29 +26,29 @@ using namespace core::literals;
 
 constexpr int kHighestOctave = 10;  // 0 is the lowest
 
-struct Octaves {
+struct Interval {
   int lowest = 0, highest = 0;
 };
 
 // What the model plays of this melody; none when it plays everything.
-std::optional<Octaves> PlayedOctaves(core::RTTTLMelody melody, std::string_view model) {
-  const PhoneFormat* format = FindFormat(model);
-  if (format == nullptr || format->range == OctaveRange::kAny) {
+std::optional<Interval> PlayedOctaves(core::RTTTLMelody melody, std::string_view model) {
+  using phones::OctaveRange;
+  const phones::Format* format = phones::FindFormat(model);
+  if (format == nullptr || format->octaves.range == OctaveRange::kAny) {
     return std::nullopt;
   }
-  if (format->range == OctaveRange::kFrom) {
-    return Octaves{format->lowest, kHighestOctave};
+  const auto& [range, lowest, count] = format->octaves;
+  if (range == OctaveRange::kFrom) {
+    return Interval{lowest, kHighestOctave};
   }
-  int lowest = format->lowest;
-  if (format->range == OctaveRange::kAround) {
-    lowest = nokia3210::AutoOctave(melody, nokia3210::kRangeSpan);
-  }
-  return Octaves{lowest, lowest + format->octaves - 1};
+  const int first =
+      range == OctaveRange::kAround ? nokia3210::AutoOctave(melody, nokia3210::kRangeSpan) : lowest;
+  return Interval{first, first + count - 1};
 }
 
 // A note of the drawing, none for one that cannot be read.
 std::optional<DrawnNote> DrawNote(const core::RTTTLNote& note, double tempo,
-                                  const std::optional<Octaves>& played) {
+                                  const std::optional<Interval>& played) {
   const double duration = core::ToNumber(note.Duration);
   if (!formats::IsPhoneDuration(duration)) {
     return std::nullopt;
@@ -96,11 +96,12 @@ void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
   core::InitMelody(melody, {});
   melody.Text = core::UndoSharpEscape(rtttl);
   core::ParseRTTTL(melody);
+  core::CheckDefaults(melody);
   const double tempo = formats::ToTempo(melody.Beats);
   if (tempo < 0 || melody.Notes.begin() == melody.Notes.end()) {
     return;
   }
-  std::optional<Octaves> played;
+  std::optional<Interval> played;
   core::SkipErrors([&] { played = PlayedOctaves(melody, model); });
   drawing.barLength = formats::kWholeNoteMs / tempo;
   // A melody that no MIDI file can hold does not sound, so its times do not matter.

@@ -20,10 +20,6 @@ struct SheetValues {
   std::string model;   // the stored phone model
 };
 
-// The format label of a phone model, compared exactly; "" for a model without one. " EMelody" and
-// " IMelody" have none: the labels have always spelt them otherwise.
-std::string_view FormatLabel(std::string_view model);
-
 // Loads the template, replaces every placeholder and prints. Values go into the RTF source as they
 // are, unescaped, one placeholder after the other. Errors: core::RunTimeError when the template
 // cannot be read or nothing prints.

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/phone_catalogue.h"
 #include "core/rtttl.h"
+#include "phones/catalogue.h"
 #include "platform/file_dialog.h"
 #include "platform/http.h"
 #include "platform/registry.h"
@@ -51,7 +51,7 @@ struct Program {
   core::RTTTLMelody gMelody;
   std::string gPhoneModel;  // a model text of the catalogue, or any other text, "0" at first
   std::string gVersion;     // what ver.dat says
-  core::PhoneCatalogue PhoneCatalogue;
+  phones::PhoneCatalogue PhoneCatalogue;
 
   // A request runs: only painting goes on. `busyChanged` (may be empty) is called after each
   // change, so that the shell can draw it before the request blocks.

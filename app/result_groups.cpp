@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/phone_formats.h"
 #include "core/melody_file.h"
 #include "net/file_name.h"
+#include "phones/formats.h"
 
 namespace tonadex::app {
 namespace {
@@ -49,8 +49,8 @@ std::vector<ResultGroup> ResultGroups(std::string_view result) {
 }
 
 bool IsKeyPresses(std::string_view model) {
-  const PhoneFormat* format = FindFormat(model);
-  return format != nullptr && format->keyPresses;
+  const phones::Format* format = phones::FindFormat(model);
+  return format != nullptr && format->kind == phones::Kind::kKeys;
 }
 
 std::string SuggestedFileName(std::string_view row, std::string_view model) {
@@ -60,7 +60,7 @@ std::string SuggestedFileName(std::string_view row, std::string_view model) {
       c = '_';
     }
   }
-  const PhoneFormat* format = FindFormat(model);
+  const phones::Format* format = phones::FindFormat(model);
   const std::string extension(format == nullptr ? kTextExtension : format->extension);
   const std::string full = name + "." + extension;
   return !name.empty() && net::IsSafeFileName(full) ? full

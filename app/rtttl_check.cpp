@@ -11,6 +11,7 @@
 #include "formats/pitch.h"
 #include "net/upload.h"
 #include "nokia3210/cnokia.h"
+#include "phones/formats.h"
 
 namespace tonadex::app {
 namespace {
@@ -145,11 +146,11 @@ Check ComposerCheck(std::string_view composerText) {
   converter.SetOriginalText(composerText);
   converter.Convert();
   const std::size_t count = converter.NoteCount();
-  const std::string limit = std::to_string(kComposerNotes);
+  const std::string limit = std::to_string(phones::kComposerNotes);
   if (!core::Trim(converter.ConversionErrors()).empty()) {
     return {Verdict::kBad, FirstError(converter.ConversionErrors()) + "."};
   }
-  if (count > kComposerNotes) {
+  if (count > phones::kComposerNotes) {
     return {Verdict::kBad,
             std::to_string(count) + std::string(u8" notas: el móvil admite "_w) + limit + "."};
   }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -19,9 +18,6 @@ struct Check {
 // Whether a text is an RTTTL melody that can be played and uploaded: what is missing, which note
 // cannot be read, or how many notes there are. Never throws.
 Check RtttlCheck(std::string_view text);
-
-// Notes that a phone's composer holds.
-inline constexpr std::size_t kComposerNotes = 50;
 
 // The composer's count: "12 de 50 notas"; bad when there are more, or with the first thing that
 // cannot be read. Never throws.

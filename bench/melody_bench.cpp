@@ -9,8 +9,6 @@
 #include <string_view>
 #include <vector>
 
-#include "core/dispatcher/conversion.h"
-#include "core/phone_catalogue.h"
 #include "core/rtttl.h"
 #include "formats/ems.h"
 #include "formats/kws.h"
@@ -24,8 +22,11 @@
 #include "midi/mMidiLibOut.h"
 #include "nokia3210/cnokia.h"
 #include "nokia3210/octave_range.h"
+#include "phones/catalogue.h"
+#include "phones/conversion.h"
+#include "phones/formats.h"
 
-// Whole melodies through the parser, each writer, the MIDI file and the dispatcher. "note" is the
+// Whole melodies through the parser, each writer, the MIDI file and the conversion. "note" is the
 // time of one note; it should not grow from a melody of 50 notes to one of 5000. (Motorola messages
 // end after 35 notes, so there it shrinks.)
 namespace {
@@ -129,16 +130,18 @@ void RunWork(benchmark::State& state, Work work, std::size_t notes) {
   SetNoteTime(state, notes);
 }
 
-class NoFile : public core::SaveFileQuestion {
+class NoFile : public phones::SaveFileQuestion {
  public:
-  std::optional<std::string> AskSaveFile(const core::SaveRequest&) override { return std::nullopt; }
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override {
+    return std::nullopt;
+  }
 };
 
 // A melody as the repertoire page converts it, for every model whose result is a text.
-void Dispatch(benchmark::State& state, std::size_t notes) {
+void ConvertAll(benchmark::State& state, std::size_t notes) {
   std::vector<std::string> models;
-  for (const core::CatalogueRow& row : core::CatalogueRows()) {
-    if (!core::SavesFile(row.model)) {
+  for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
+    if (!phones::SavesFile(row.model)) {
       models.emplace_back(row.model);
     }
   }
@@ -148,7 +151,7 @@ void Dispatch(benchmark::State& state, std::size_t notes) {
   for (auto _ : state) {
     for (const std::string& model : models) {
       melody.Text = text;
-      const auto page = core::ConvertSelectedMelody(melody, model, "banco", ask);
+      const auto page = phones::ConvertSelectedMelody(melody, model, "banco", ask).page;
       if (!page || page->result.empty()) {
         state.SkipWithError("nothing was converted");
         return;
@@ -184,7 +187,7 @@ void RegisterAll() {
                                    notes);
     }
     benchmark::RegisterBenchmark(("composer_to_rtttl" + suffix).c_str(), Compose, notes);
-    benchmark::RegisterBenchmark(("dispatcher_all_texts" + suffix).c_str(), Dispatch, notes);
+    benchmark::RegisterBenchmark(("conversion_all_texts" + suffix).c_str(), ConvertAll, notes);
   }
 }
 

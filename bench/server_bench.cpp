@@ -39,7 +39,6 @@ const SearchIndex& Index(std::size_t melodies) {
   SearchIndex& index = indexes[melodies];
   if (index.size() == 0) {
     std::mt19937 random(1);
-    index.Reserve(melodies);
     for (std::size_t i = 0; i < melodies; ++i) {
       const std::string name = MakeName(random);
       index.Add(name, name + std::to_string(i) + ".120");

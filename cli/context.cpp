@@ -101,7 +101,12 @@ bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& 
   platform::RecordingMessages messages;
   const platform::ScopedMessageSink scope(messages);
   LoadMelody(melody, input.line);
-  const bool parsed = core::ParseOrReport(melody);
+  bool parsed = false;
+  try {
+    parsed = core::ParseOrReport(melody);
+  } catch (const core::RunTimeError& error) {
+    messages.messages.push_back({error.what()});
+  }
   ShowMessages(context, messages.messages, input.name + ": ");
   if (!parsed) {
     Fail(context, ExitCode::kNotConverted);

@@ -3,14 +3,14 @@
 #include <memory>
 
 #include "cli/context.h"
-#include "cli/conversion_record.h"
+#include "cli/convert_line.h"
 #include "cli/line_stream.h"
 #include "cli/shared_options.h"
 #include "core/files.h"
-#include "core/phone_catalogue.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
-#include "midi/mMidiLibOut.h"
+#include "phones/catalogue.h"
+#include "phones/formats.h"
 
 namespace tonadex::cli {
 namespace {
@@ -26,7 +26,7 @@ struct ConvertOptions {
 std::vector<std::string> ChosenModels(Context& context, const ConvertOptions& options) {
   if (options.allModels) {
     std::vector<std::string> models;
-    for (const core::CatalogueRow& row : core::CatalogueRows()) {
+    for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
       models.emplace_back(row.model);
     }
     return models;
@@ -35,7 +35,7 @@ std::vector<std::string> ChosenModels(Context& context, const ConvertOptions& op
   return model ? std::vector{*model} : std::vector<std::string>();
 }
 
-void PrintPage(Context& context, const core::ConversionPage& page, bool resultOnly) {
+void PrintPage(Context& context, const phones::ConversionPage& page, bool resultOnly) {
   if (resultOnly) {
     context.out << ForTerminal(page.result) << '\n';
     return;
@@ -53,8 +53,8 @@ void PrintPage(Context& context, const core::ConversionPage& page, bool resultOn
 // A text result goes to --salida too; the writers of files have used it already. Where there is
 // none, the file keeps what it holds.
 void SaveResult(Context& context, const ConvertOptions& options, const std::string& model,
-                const core::ConversionPage& page) {
-  if (options.saveFile.empty() || page.result.empty() || core::SavesFile(model)) {
+                const phones::ConversionPage& page) {
+  if (options.saveFile.empty() || page.result.empty() || phones::SavesFile(model)) {
     return;
   }
   try {
@@ -64,51 +64,47 @@ void SaveResult(Context& context, const ConvertOptions& options, const std::stri
   }
 }
 
-void PrintJson(Context& context, const MelodyInput& input, const std::string& model,
-               const ConversionRecord& record) {
-  nlohmann::ordered_json json = {{"fichero", input.name}, {"modelo", core::ToUtf8(model)}};
-  json.update(ToJson(record));
-  context.out << json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
-}
-
-// Whether the file could not be written, unlike a melody that gives no bytes to write.
-bool FileFailed(const ConversionRecord& record, const core::RTTTLMelody& melody) {
-  return !record.page && !record.messages.empty() &&
-         record.messages.back().text.starts_with("Ocurrio un error al") &&
-         core::SkipErrors([&melody] { midi::MidiFileBytes(melody); });
+// The exit code of a conversion; a phone that asks for a file is passed over among all of them.
+ExitCode CodeOf(phones::Outcome outcome, bool allModels) {
+  switch (outcome) {
+    case phones::Outcome::kConverted:
+      return ExitCode::kDone;
+    case phones::Outcome::kCancelled:
+      return allModels ? ExitCode::kDone : ExitCode::kNotConverted;
+    case phones::Outcome::kDiskFailure:
+      return ExitCode::kSystemFailed;
+    default:
+      return ExitCode::kNotConverted;
+  }
 }
 
 void ConvertOne(Context& context, const ConvertOptions& options, const MelodyInput& input,
                 const std::string& model) {
+  using phones::Outcome;
   core::RTTTLMelody melody;
   std::optional<std::string> file;
   if (!options.saveFile.empty()) {
     file = core::FromUtf8(options.saveFile);
   }
   const std::string row = options.row.empty() ? input.row : core::FromUtf8(options.row);
-  const ConversionRecord record = ConvertLine(melody, input.line, model, row, file);
-  const bool cancelled = core::SavesFile(model) && !file;
-  if (HasErrors(record) && !(cancelled && options.allModels)) {
-    Fail(context, FileFailed(record, melody) ? ExitCode::kSystemFailed : ExitCode::kNotConverted);
-  }
+  const auto conversion = ConvertLine(melody, input.line, model, row, file);
+  Fail(context, CodeOf(conversion.outcome, options.allModels));
   if (options.json) {
-    PrintJson(context, input, model, record);
+    context.out << ConversionJson(conversion, input.name, model);
   } else {
-    ShowMessages(context, record.messages);
-    if (record.page) {
-      PrintPage(context, *record.page, options.resultOnly);
+    ShowMessages(context, conversion.messages);
+    if (conversion.page) {
+      PrintPage(context, *conversion.page, options.resultOnly);
     }
   }
-  if (record.page && record.page->title.empty()) {
+  if (conversion.outcome == Outcome::kNoModel) {
     Fail(context, ExitCode::kNotConverted,
          "«" + core::ToUtf8(model) + "» no es un modelo del catálogo; mira «tonadex-cli modelos»");
-  }
-  if (cancelled) {
+  } else if (conversion.outcome == Outcome::kCancelled) {
     context.err << "tonadex-cli: \"" << core::ToUtf8(model)
                 << "\" graba un fichero: indica dónde con --salida FICHERO\n";
-  }
-  if (record.page) {
-    SaveResult(context, options, model, *record.page);
+  } else if (conversion.page) {
+    SaveResult(context, options, model, *conversion.page);
   }
 }
 

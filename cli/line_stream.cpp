@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "cli/conversion_record.h"
+#include "cli/convert_line.h"
 #include "core/files.h"
 #include "core/melody_file.h"
 #include "core/windows1252.h"
@@ -25,28 +25,26 @@ constexpr std::size_t kBatchBytes = std::size_t{1} << 18;
 
 using Batch = std::vector<std::string>;
 
-ConversionRecord TooLong() {
-  ConversionRecord record;
-  record.messages.push_back(
+phones::Conversion TooLong() {
+  phones::Conversion conversion;
+  conversion.messages.push_back(
       {std::string(u8"La línea pasa de 1 MiB y no puede ser una melodía."_w)});
-  return record;
+  return conversion;
 }
 
 std::string ConvertBatch(const Batch& lines, std::string_view model, std::string_view row) {
   core::RTTTLMelody melody;
   std::string json;
   for (const std::string& bytes : lines) {
-    ConversionRecord record;
+    phones::Conversion conversion;
     if (bytes.size() > core::kMaxLineBytes) {
-      record = TooLong();
+      conversion = TooLong();
     } else {
       const std::string line = core::UndoSharpEscape(core::FromOutside(bytes));
-      record = ConvertLine(melody, line, model,
-                           row.empty() ? std::string_view(line).substr(0, line.find(':')) : row,
-                           std::nullopt);
+      const std::string_view name = std::string_view(line).substr(0, line.find(':'));
+      conversion = ConvertLine(melody, line, model, row.empty() ? name : row, std::nullopt);
     }
-    json += ToJson(record).dump();
-    json += '\n';
+    json += ConversionJson(conversion);
   }
   return json;
 }

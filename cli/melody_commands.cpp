@@ -6,11 +6,11 @@
 
 #include "cli/context.h"
 #include "cli/shared_options.h"
-#include "core/phone_catalogue.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "midi/mMidiLibOut.h"
+#include "phones/catalogue.h"
 
 namespace tonadex::cli {
 namespace {
@@ -19,7 +19,7 @@ void PrintModels(Context& context, const std::string& brand, bool json) {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
   const std::string wanted = core::ToLower(core::FromUtf8(brand));
   std::string_view lastBrand;
-  for (const core::CatalogueRow& row : core::CatalogueRows()) {
+  for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
     if (!wanted.empty() && core::ToLower(row.brand) != wanted) {
       continue;
     }

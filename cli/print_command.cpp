@@ -3,10 +3,11 @@
 
 #include "app/print_sheet.h"
 #include "cli/context.h"
-#include "cli/conversion_record.h"
+#include "cli/convert_line.h"
 #include "cli/shared_options.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "phones/formats.h"
 #ifdef TONADEX_CLI_QT
 #include "platform/posix/program_folder.h"
 #include "shell/qt/print/rich_text_box.h"
@@ -77,27 +78,29 @@ void Print(Context& context, const PrintOptions& options) {
   if (!model || !ReadMelody(context, options.file, input)) {
     return;
   }
-  if (core::SavesFile(*model)) {
+  if (phones::SavesFile(*model)) {
     Fail(context, ExitCode::kWrongUse,
          "«" + core::ToUtf8(*model) + "» graba un fichero que no se imprime");
     return;
   }
   core::RTTTLMelody melody;
-  const ConversionRecord record = ConvertLine(melody, input.line, *model, input.row, std::nullopt);
-  ShowMessages(context, record.messages);
-  if (HasErrors(record)) {
+  const auto conversion = ConvertLine(melody, input.line, *model, input.row, std::nullopt);
+  ShowMessages(context, conversion.messages);
+  if (conversion.outcome != phones::Outcome::kConverted &&
+      conversion.outcome != phones::Outcome::kNoModel) {
     Fail(context, ExitCode::kNotConverted);
     return;
   }
-  if (record.page->result.empty()) {
-    Fail(context, ExitCode::kNotConverted, core::ToUtf8(record.page->notices));
+  const phones::ConversionPage& page = *conversion.page;
+  if (page.result.empty()) {
+    Fail(context, ExitCode::kNotConverted, core::ToUtf8(page.notices));
     return;
   }
   PrintPage(context, options,
             {.title = input.row,
-             .instructions = record.page->notices,
-             .tempo = record.page->tempo,
-             .melody = record.page->result,
+             .instructions = page.notices,
+             .tempo = page.tempo,
+             .melody = page.result,
              .model = *model});
 }
 

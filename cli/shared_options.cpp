@@ -2,15 +2,14 @@
 
 #include <CLI/CLI.hpp>
 
-#include "cli/phone_finder.h"
-#include "core/phone_catalogue.h"
 #include "core/windows1252.h"
+#include "phones/phone_finder.h"
 
 namespace tonadex::cli {
 namespace {
 
 std::optional<std::string> PhoneModel(Context& context, const std::string& name) {
-  const std::vector<core::CatalogueRow> found = FindPhones(core::FromUtf8(name));
+  const std::vector<phones::CatalogueRow> found = phones::FindPhones(core::FromUtf8(name));
   if (found.size() == 1) {
     return std::string(found.front().model);
   }
@@ -20,7 +19,7 @@ std::optional<std::string> PhoneModel(Context& context, const std::string& name)
     return std::nullopt;
   }
   Fail(context, ExitCode::kWrongUse, "«" + name + "» puede ser:");
-  for (const core::CatalogueRow& row : found) {
+  for (const phones::CatalogueRow& row : found) {
     context.err << "  " << row.brand << ": \"" << row.model << "\"\n";
   }
   return std::nullopt;

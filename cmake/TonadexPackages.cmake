@@ -46,9 +46,11 @@ install(FILES docs/server.md docs/faults.md DESTINATION ${CMAKE_INSTALL_DATADIR}
   COMPONENT server)
 install(FILES server/deploy/nginx.conf
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server/examples COMPONENT server)
-# It starts /usr/bin/tonadex-server, so it comes with the package alone.
+# It starts /usr/bin/tonadex-server and its log is the service's, so they come with the package alone.
 install(FILES server/deploy/tonadex-server.service DESTINATION lib/systemd/system
   COMPONENT server EXCLUDE_FROM_ALL)
+install(FILES server/deploy/tonadex-server.logrotate DESTINATION /etc/logrotate.d
+  RENAME tonadex-server COMPONENT server EXCLUDE_FROM_ALL)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tonadex)
@@ -83,9 +85,9 @@ Incluye el programa de escritorio, tonadex, y el de terminal, tonadex-cli.")
 
 set(CPACK_DEBIAN_SERVER_PACKAGE_NAME tonadex-server)
 set(CPACK_DEBIAN_SERVER_PACKAGE_SECTION net)
-set(CPACK_DEBIAN_SERVER_PACKAGE_SUGGESTS "nginx")
+set(CPACK_DEBIAN_SERVER_PACKAGE_SUGGESTS "nginx, logrotate")
 set(CPACK_DEBIAN_SERVER_PACKAGE_CONTROL_EXTRA
-  "${packaging}/server/postinst;${packaging}/server/prerm;${packaging}/server/postrm")
+  "${packaging}/server/postinst;${packaging}/server/prerm;${packaging}/server/postrm;${packaging}/server/conffiles")
 set(CPACK_DEBIAN_SERVER_DESCRIPTION "Servidor de melodías de Tonadex
 Guarda melodías RTTTL y las da a buscar, descargar y subir a los programas de
 Tonadex y a cualquier otro por HTTP. Trae melodías de dominio público.

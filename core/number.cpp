@@ -82,8 +82,7 @@ std::int32_t ShortWhole(std::string_view text) {
 
 // Whether a number that no double holds is too small for one, and reads as 0; else it is too large.
 bool IsTiny(std::string_view number) {
-  const std::string_view digits =
-      Left(number, static_cast<std::ptrdiff_t>(number.find_first_of(".eE")));
+  const std::string_view digits = number.substr(0, number.find_first_of(".eE"));
   return Contains(number, "e-") || Contains(number, "E-") ||
          digits.find_first_not_of('0') == std::string_view::npos;
 }

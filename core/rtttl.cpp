@@ -13,6 +13,8 @@ namespace tonadex::core {
 namespace {
 
 constexpr std::size_t kSampleNotes = 5001;  // empty notes of a fresh record
+constexpr std::size_t kMaxDefault = 8;      // characters of a default duration or octave
+constexpr std::ptrdiff_t kMaxQuoted = 8;    // of one that is longer
 
 constexpr std::string_view kSectionsMessage =
     u8"Error encontrado al separar las secciones del RTTTL.\r\n"
@@ -144,6 +146,15 @@ std::int16_t ParseNotes(RTTTLMelody& melody, std::string_view section) {
   return code;
 }
 
+void RefuseLong(std::string_view what, std::string_view value) {
+  if (value.size() > kMaxDefault) {
+    throw RunTimeError(ErrorNumber::kInvalidArgument,
+                       std::string(what) + std::string(u8" de la cabecera «"_w) +
+                           std::string(Left(value, kMaxQuoted)) + std::string(u8"…» pasa de "_w) +
+                           std::to_string(kMaxDefault) + " caracteres");
+  }
+}
+
 std::int16_t SectionsError(RTTTLMelody& melody) {
   melody.Notes.Resize(1);
   return kSectionsError;
@@ -215,9 +226,15 @@ void ShowRTTTLError(std::int16_t code) {
   }
 }
 
+void CheckDefaults(const RTTTLMelody& melody) {
+  RefuseLong(u8"la duración"_w, melody.DefaultDuration);
+  RefuseLong("la octava", melody.DefaultOctave);
+}
+
 bool ParseOrReport(RTTTLMelody& melody) {
   const std::int16_t code = ParseRTTTL(melody);
   ShowRTTTLError(code);
+  CheckDefaults(melody);
   return code == kParsed;
 }
 

@@ -104,7 +104,12 @@ RTTTLNote ParseRTTTLNote(std::string& item, const RTTTLMelody& melody);
 // Shows the message box for a parser code; nothing for 0 or a negative one.
 void ShowRTTTLError(std::int16_t code);
 
-// ParseRTTTL and ShowRTTTLError in one; true when the melody can be used.
+// Every note without a duration or octave of its own repeats the header's, so a text that is too
+// long would be multiplied by the number of notes. Errors: invalid argument for a DefaultDuration
+// or DefaultOctave of more than 8 characters, naming its beginning.
+void CheckDefaults(const RTTTLMelody& melody);
+
+// ParseRTTTL, ShowRTTTLError and CheckDefaults in one; true when the melody can be used.
 bool ParseOrReport(RTTTLMelody& melody);
 
 // Resets the record to its defaults: the built-in sample melody, instrument 99, tempo 63, duration

@@ -6,8 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "core/dispatcher/conversion.h"
-#include "core/phone_catalogue.h"
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -23,10 +21,12 @@
 #include "fuzz/require.h"
 #include "midi/mMidiLibOut.h"
 #include "nokia3210/octave_range.h"
+#include "phones/catalogue.h"
+#include "phones/conversion.h"
 #include "platform/message_box.h"
 
-// Any bytes as a melody, through every writer and the dispatcher. The first byte chooses the base
-// octave, the rest is the RTTTL text.
+// Any bytes as a melody, through every writer and the conversion for every phone. The first byte
+// chooses the base octave, the rest is the RTTTL text.
 namespace {
 
 using namespace tonadex;
@@ -142,21 +142,22 @@ void CheckMidi(const core::RTTTLMelody& melody) {
   });
 }
 
-class NullFile : public core::SaveFileQuestion {
+class NullFile : public phones::SaveFileQuestion {
  public:
-  std::optional<std::string> AskSaveFile(const core::SaveRequest&) override { return "/dev/null"; }
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override {
+    return "/dev/null";
+  }
 };
 
-// No failure may leave the dispatcher: SkipErrors is missing on purpose.
-void CheckDispatcher(std::string_view text) {
-  static const std::vector<core::CatalogueRow> rows = core::CatalogueRows();
+// No failure may leave a conversion: SkipErrors is missing on purpose.
+void CheckConversions(std::string_view text) {
   NullFile file;
-  for (const core::CatalogueRow& row : rows) {
-    platform::RecordingMessages boxes;
-    const platform::ScopedMessageSink scope(boxes);
+  for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
     core::RTTTLMelody melody = Fresh(text);
-    const auto page = core::ConvertSelectedMelody(melody, row.model, "x", file);
-    Require(page || !boxes.messages.empty(), "neither a page nor a message");
+    const auto [outcome, page, messages] =
+        phones::ConvertSelectedMelody(melody, row.model, "x", file);
+    Require(page || !messages.empty(), "neither a page nor a message");
+    Require(page.has_value() == (outcome <= phones::Outcome::kIncomplete), "a page too many");
     Require(!page || (page->title.starts_with("Melodia x ") && !page->notices.empty()),
             "a page without title or notices");
   }
@@ -178,7 +179,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckKws(melody);
     CheckMidi(melody);
   }
-  CheckDispatcher(text);
+  CheckConversions(text);
   core::SkipErrors([&] { nokia3210::AutoOctave(melody, 2); });
   return 0;
 }

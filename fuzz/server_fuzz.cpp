@@ -138,7 +138,11 @@ void CheckReplies(std::string_view replies, const std::vector<std::string>& log)
 // What was uploaded can be found, fetched and stored by any client, and is all that was written.
 void CheckShelf(Conversation& conversation) {
   const server::Shelf& shelf = conversation.shelf();
-  const net::Listing listing = net::ParseListing(*shelf.FullListing(), true);
+  std::string records;
+  for (const server::SharedText& text : shelf.FullListing()) {
+    records += *text;
+  }
+  const net::Listing listing = net::ParseListing(records, true);
   Require(listing.rest.empty() && listing.rows.size() == shelf.size(), "a listing out of step");
   for (const net::ListingRow& row : listing.rows) {
     const std::string name = core::MelodyFileName(row.text, row.number);

@@ -11,6 +11,7 @@
 #include "fuzz/require.h"
 #include "net/file_name.h"
 #include "net/upload.h"
+#include "server/limits.h"
 #include "server/melody_name.h"
 #include "server/search_index.h"
 #include "tests/support/parsed_listing.h"
@@ -60,13 +61,19 @@ bool Matches(const std::string& line, const std::vector<std::string>& words) {
   return std::ranges::all_of(words, [&](const auto& word) { return core::Contains(line, word); });
 }
 
+// The different words that count.
 std::vector<std::string> Words(std::string_view query) {
-  std::vector<std::string> words(1);
-  for (const char c : server::Fold(query)) {
+  std::vector<std::string> words;
+  std::string word;
+  for (const char c : server::Fold(query.substr(0, server::kMaxSearchBytes)) + ' ') {
     if (core::Code(c) > ' ') {
-      words.back() += c;
-    } else if (!words.back().empty()) {
-      words.emplace_back();
+      word += c;
+    } else {
+      if (!word.empty() && words.size() < server::kMaxSearchWords &&
+          std::ranges::find(words, word) == words.end()) {
+        words.push_back(word);
+      }
+      word.clear();
     }
   }
   return words;
@@ -99,7 +106,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     index.Add(description, fileName);
   }
   Require(index.Search(lines[0], index.size()) == expected, "a search that finds other melodies");
-  Require(net::ParseListing(index.Records(), false).rows.size() == index.size(),
+  std::string records;
+  for (const server::SharedText& text : index.Records()) {
+    records += *text;
+  }
+  Require(net::ParseListing(records, false).rows.size() == index.size(),
           "records that run together");
   return 0;
 }

@@ -10,13 +10,13 @@
 #include "app/composer_keys.h"
 #include "app/form1.h"
 #include "core/melody_file.h"
-#include "core/phone_catalogue.h"
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "fuzz/require.h"
 #include "net/file_name.h"
 #include "nokia3210/cnokia.h"
+#include "phones/catalogue.h"
 #include "server/melody_name.h"
 #include "tests/support/test_program.h"
 
@@ -148,7 +148,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return 0;
   }
   static test::TestProgram test;
-  static const auto phones = core::CatalogueRows();
+  static const auto phones = phones::CatalogueRows();
   test.folder.Write("print.rtf", "{\\rtf1 xxtituloxx xxmelodiaxx}");
   test.program.gPhoneModel = phones[data[0] % phones.size()].model;
   test.fileDialogs.answers = {"/dev/null"};

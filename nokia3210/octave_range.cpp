@@ -49,7 +49,7 @@ OctaveCounts CountOctaves(const core::RTTTLMelody& melody) {
 }  // namespace
 
 std::int16_t AutoOctave(core::RTTTLMelody& melody, int rangeSpan) {
-  core::ShowRTTTLError(core::ParseRTTTL(melody));
+  core::ParseOrReport(melody);  // what was parsed counts all the same
   OctaveCounts counts = CountOctaves(melody);
   std::ranges::stable_sort(counts, {}, &OctaveCount::count);
   if (rangeSpan > kOctaves) {

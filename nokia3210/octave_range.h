@@ -15,7 +15,7 @@ inline constexpr int kRangeSpan = 2;
 // a range placed around the `rangeSpan` most used ones: their average less half the span, rounded
 // up. Of octaves used equally often the higher one counts first; pauses count with their octave.
 // Errors: subscript for an octave outside 0 to 10, type mismatch for one that is no number,
-// division by zero when nothing counts.
+// division by zero when nothing counts; those of core::CheckDefaults.
 std::int16_t AutoOctave(core::RTTTLMelody& melody, int rangeSpan);
 
 // The octave choice of the converters; its window is never shown.

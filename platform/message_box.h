@@ -44,7 +44,17 @@ class ScopedMessageSink {
   ScopedMessageSink& operator=(const ScopedMessageSink&) = delete;
 
  private:
+  friend class ScopedRecording;
   MessageSink* previous_;
+};
+
+// Records the calling thread's messages of its scope and lets them through to the sink before it.
+class ScopedRecording : public RecordingMessages {
+ public:
+  void Show(const Message& message) override;
+
+ private:
+  ScopedMessageSink scope_{*this};
 };
 
 // Shows a message box through the calling thread's sink; with none installed it is dropped.

@@ -85,6 +85,7 @@ void EmbeddedServer::State::StartServer(std::shared_ptr<Shelf> newShelf, Embedde
     const auto answer = [this](const Request& request) { return Answer(request); };
     ServerOptions options;
     options.port = wantedPort;
+    options.ownMachineOnly = true;
     try {
       server = std::make_unique<HttpServer>(options, answer);
     } catch (const std::runtime_error&) {

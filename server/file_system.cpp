@@ -161,8 +161,9 @@ void SyncFiles(const fs::path&) {}  // the system does so within seconds
 bool ReadHead(const fs::path& path, std::size_t maxBytes, FileHead& head) {
   std::error_code error;
   const auto modified = fs::last_write_time(path, error);
+  head.size = fs::file_size(path, error);
   std::ifstream input(path, std::ios::binary);
-  if (error || !fs::is_regular_file(path, error) || !input) {
+  if (error || !fs::is_regular_file(fs::symlink_status(path, error)) || !input) {
     return false;
   }
   head.modified = modified.time_since_epoch().count();
@@ -204,7 +205,7 @@ void SyncFiles(const fs::path& folder) {
 
 // Plain system calls: a start with a hundred thousand files is short with them.
 bool ReadHead(const fs::path& path, std::size_t maxBytes, FileHead& head) {
-  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
   if (file < 0) {
     return false;
   }
@@ -213,6 +214,7 @@ bool ReadHead(const fs::path& path, std::size_t maxBytes, FileHead& head) {
   if (good) {
     constexpr std::int64_t kNanoseconds = 1'000'000'000;
     head.modified = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec;
+    head.size = static_cast<std::uintmax_t>(status.st_size);
     head.bytes.resize(std::min(maxBytes, static_cast<std::size_t>(status.st_size)));
     const ssize_t count = ::pread(file, head.bytes.data(), head.bytes.size(), 0);
     good = count >= 0;
@@ -250,5 +252,14 @@ void RaiseOpenFileLimit() {
 }
 
 #endif
+
+std::optional<std::string> ReadWhole(const fs::path& file, std::size_t maxBytes) {
+  FileHead head, after;
+  if (!ReadHead(file, maxBytes, head) || head.bytes.size() != head.size ||
+      !ReadHead(file, 0, after) || after.size != head.size || after.modified != head.modified) {
+    return std::nullopt;
+  }
+  return std::move(head.bytes);
+}
 
 }  // namespace tonadex::server

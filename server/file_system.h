@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,11 +33,16 @@ void RemoveUnfinished(const std::filesystem::path& folder);
 
 struct FileHead {
   std::string bytes;
+  std::uintmax_t size = 0;    // of the whole file
   std::int64_t modified = 0;  // a time stamp that only serves to compare
 };
 
-// The first `maxBytes` of a file and its time. False when it cannot be read or is no ordinary file.
+// The first `maxBytes` of a file, its size and its time. False when it cannot be read or is no
+// ordinary file; a symbolic link is none, wherever it leads.
 bool ReadHead(const std::filesystem::path& file, std::size_t maxBytes, FileHead& head);
+
+// All of a file. None also when it is larger than `maxBytes`, or changed while it was read.
+std::optional<std::string> ReadWhole(const std::filesystem::path& file, std::size_t maxBytes);
 
 // Keeps other programs (and other locks of this one) from writing to a folder; ends with the
 // program in every case.

@@ -1,11 +1,13 @@
 #include "server/handler.h"
 
 #include <array>
+#include <optional>
 #include <utility>
 
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "net/addresses.h"
+#include "server/melody_name.h"
 #include "server/pages.h"
 
 namespace tonadex::server {
@@ -52,9 +54,46 @@ std::string_view UpToAmpersand(std::string_view value) {
   return value.substr(0, value.find('&'));
 }
 
+// Clients send names and words as typed, a "%" among them, and escape only what would end the
+// request line; browsers escape everything. A request can be read in these ways, the likeliest
+// first, and the first one that makes sense counts.
+enum class Escapes { kOfLines, kNone, kAll };
+constexpr Escapes kReadings[] = {Escapes::kOfLines, Escapes::kNone, Escapes::kAll};
+
+int HexDigit(char c) {
+  return c >= '0' && c <= '9'   ? c - '0'
+         : c >= 'a' && c <= 'f' ? c - 'a' + 10
+         : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                : -1;
+}
+
+// What clients and the socket loop escape: blanks and control characters.
+bool EndsLine(int code) {
+  return code <= ' ' || code == 0x7F;
+}
+
+std::string Undo(std::string_view text, Escapes escapes) {
+  std::string plain;
+  plain.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool room = text[i] == '%' && i + 2 < text.size();
+    const int high = room ? HexDigit(text[i + 1]) : -1;
+    const int low = room ? HexDigit(text[i + 2]) : -1;
+    const int code = high >= 0 && low >= 0 ? high * 16 + low : -1;
+    if (code >= 0 &&
+        (escapes == Escapes::kAll || (escapes == Escapes::kOfLines && EndsLine(code)))) {
+      plain += static_cast<char>(code);
+      i += 2;
+    } else {
+      plain += text[i];
+    }
+  }
+  return plain;
+}
+
 Reply OwnedReply(std::string body) {
   Reply reply;
-  reply.body = std::make_shared<const std::string>(std::move(body));
+  reply.body = {std::make_shared<const std::string>(std::move(body))};
   return reply;
 }
 
@@ -65,8 +104,17 @@ Reply PageReply(std::string utf8) {
   return reply;
 }
 
-Reply AnswerSearch(const Request&, std::string_view query, Shelf& shelf) {
-  return OwnedReply(shelf.Search(UndoEscapes(RestAfter(query, net::kSearchKey))));
+Reply AnswerSearch(const Request& request, std::string_view query, Shelf& shelf) {
+  const std::string_view words = RestAfter(query, net::kSearchKey);
+  const std::string typed = Undo(words, Escapes::kOfLines);
+  const std::string plain = UndoEscapes(words);
+  std::string listing = shelf.Search(typed, request.abandoned);
+  if (listing.empty() && plain != typed) {
+    listing = shelf.Search(plain, request.abandoned);
+  }
+  return request.abandoned && request.abandoned()
+             ? TextReply(503, u8"La búsqueda se ha interrumpido."_w)
+             : OwnedReply(std::move(listing));
 }
 
 Reply AnswerRandom(const Request& request, std::string_view, Shelf& shelf) {
@@ -94,9 +142,14 @@ constexpr UploadReply kUploadReplies[] = {
 };
 
 Reply AnswerUpload(const Request& request, std::string_view query, Shelf& shelf) {
-  const std::string name = UndoEscapes(UpToAmpersand(RestAfter(query, net::kUploadNameKey)));
-  const std::string contents =
-      UndoEscapes(UpToAmpersand(RestAfter(query, net::kUploadContentsKey)));
+  std::string name, contents;
+  for (const Escapes escapes : kReadings) {
+    name = Undo(UpToAmpersand(RestAfter(query, net::kUploadNameKey)), escapes);
+    contents = Undo(UpToAmpersand(RestAfter(query, net::kUploadContentsKey)), escapes);
+    if (UploadFault(name, contents).empty()) {
+      break;
+    }
+  }
   const UploadAnswer answer = shelf.Upload(name, contents, request.client, request.now);
   for (const UploadReply& reply : kUploadReplies) {
     if (reply.result == answer.result) {
@@ -131,7 +184,12 @@ constexpr Endpoint kEndpoints[] = {
 };
 
 Reply AnswerMelody(std::string_view escapedName, const Shelf& shelf) {
-  auto melody = shelf.Melody(UndoEscapes(escapedName));
+  std::optional<std::string> melody;
+  for (const Escapes escapes : kReadings) {
+    if (!melody) {
+      melody = shelf.Melody(Undo(escapedName, escapes));
+    }
+  }
   if (!melody) {
     return TextReply(404, u8"No hay ninguna melodía con ese nombre."_w);
   }
@@ -140,30 +198,10 @@ Reply AnswerMelody(std::string_view escapedName, const Shelf& shelf) {
   return reply;
 }
 
-int HexDigit(char c) {
-  return c >= '0' && c <= '9'   ? c - '0'
-         : c >= 'a' && c <= 'f' ? c - 'a' + 10
-         : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                : -1;
-}
-
 }  // namespace
 
 std::string UndoEscapes(std::string_view text) {
-  std::string plain;
-  plain.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool room = text[i] == '%' && i + 2 < text.size();
-    const int high = room ? HexDigit(text[i + 1]) : -1;
-    const int low = room ? HexDigit(text[i + 2]) : -1;
-    if (high >= 0 && low >= 0) {
-      plain += static_cast<char>(high * 16 + low);
-      i += 2;
-    } else {
-      plain += text[i];
-    }
-  }
-  return plain;
+  return Undo(text, Escapes::kAll);
 }
 
 Reply TextReply(int status, std::string_view text) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "server/rate_limit.h"
 #include "server/shelf.h"
@@ -14,6 +16,8 @@ struct Request {
   std::string client;        // stands for who asks, in the limit of uploads
   Clock::time_point now;     // for that limit
   std::uint64_t random = 0;  // what a random choice is made with
+  // Whether nobody waits for the reply any more; may be empty.
+  std::function<bool()> abandoned = {};
 };
 
 inline constexpr std::string_view kTextType = "text/plain; charset=windows-1252";
@@ -22,8 +26,8 @@ inline constexpr std::string_view kHtmlType = "text/html; charset=utf-8";
 struct Reply {
   int status = 200;
   std::string_view contentType = kTextType;
-  SharedText body;
-  int maxAgeSeconds = 0;  // how long a cache may keep it
+  std::vector<SharedText> body;  // one text or more, sent one behind the other
+  int maxAgeSeconds = 0;         // how long a cache may keep it
 };
 
 Reply TextReply(int status, std::string_view text);

@@ -15,6 +15,7 @@
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/strand.hpp>
+#include <boost/asio/thread_pool.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
@@ -34,6 +35,8 @@
 #include "core/error_words.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "server/address_limit.h"
+#include "server/reply_budget.h"
 
 namespace tonadex::server {
 namespace {
@@ -54,6 +57,7 @@ struct Parsed {
   int refusal = 0;  // status of the reply when the request is not to be handled, else 0
   bool head = false;
   bool keepAlive = false;
+  bool foreign = false;  // asked for by another host's page, or under another host's name
   std::string method, target, forwardedFor;
 };
 
@@ -89,6 +93,42 @@ std::string WithEscapedTarget(std::string_view head) {
   return escaped;
 }
 
+using Fields = http::request_parser<http::empty_body>::value_type;
+
+template <typename Name>
+std::string_view Field(const Fields& request, Name name) {
+  const auto value = request[name];
+  return {value.data(), value.size()};
+}
+
+// The last line of the field: the one that our own proxy wrote.
+std::string_view LastForwardedFor(const Fields& request) {
+  std::string_view last;
+  const auto [begin, end] = request.equal_range("X-Forwarded-For");
+  for (auto line = begin; line != end; ++line) {
+    last = {line->value().data(), line->value().size()};
+  }
+  return last;
+}
+
+bool IsLoopbackHost(std::string_view host) {
+  const std::string name(host.substr(0, host.rfind(':')));
+  ErrorCode error;
+  const auto address = asio::ip::make_address_v4(name, error);
+  return name == "localhost" || (!error && address.is_loopback());
+}
+
+// A page elsewhere can make a browser send requests to this machine, also under a host name of its
+// own that leads here. Browsers tell so in these fields; programs send neither of the last two.
+bool IsForeign(const Fields& request) {
+  const std::string_view host = Field(request, http::field::host);
+  const std::string_view origin = Field(request, http::field::origin);
+  const std::string_view site = Field(request, "Sec-Fetch-Site");
+  const bool own = (origin.empty() || origin == "http://" + std::string(host)) &&
+                   (site.empty() || site == "none" || site == "same-origin");
+  return !IsLoopbackHost(host) || !own;
+}
+
 // `head`: request line and fields, the blank line included.
 Parsed ParseHead(std::string_view head) {
   const std::string text = WithEscapedTarget(head);
@@ -100,8 +140,12 @@ Parsed ParseHead(std::string_view head) {
     return Refused(400);
   }
   const auto& request = parser.get();
-  if (parser.chunked() || parser.content_length().value_or(0) != 0) {
+  if (request.count(http::field::transfer_encoding) != 0 ||
+      parser.content_length().value_or(0) != 0) {
     return Refused(400);  // nothing here takes a body
+  }
+  if (request.count(http::field::host) > 1) {
+    return Refused(400);
   }
   Parsed parsed;
   parsed.head = request.method() == http::verb::head;
@@ -111,8 +155,18 @@ Parsed ParseHead(std::string_view head) {
   parsed.method = std::string(request.method_string());
   parsed.target = std::string(request.target());
   parsed.keepAlive = parser.keep_alive();
-  parsed.forwardedFor = std::string(request["X-Forwarded-For"]);
+  parsed.foreign = IsForeign(request);
+  parsed.forwardedFor = std::string(LastForwardedFor(request));
   return parsed;
+}
+
+// Empty lines before a request are read over: some clients end the one before with a line too many.
+std::size_t EmptyLineBytes(std::string_view buffer) {
+  std::size_t bytes = 0;
+  while (buffer.substr(bytes).starts_with("\r\n")) {
+    bytes += 2;
+  }
+  return bytes;
 }
 
 // The request line and all fields have limits of their own. 0 while both hold.
@@ -121,12 +175,20 @@ int LimitRefusal(std::string_view buffer, std::size_t headBytes) {
   return line > kMaxRequestLineBytes ? 414 : headBytes - line > kMaxFieldBytes ? 431 : 0;
 }
 
+std::size_t BodyBytes(const Reply& reply) {
+  std::size_t bytes = 0;
+  for (const SharedText& text : reply.body) {
+    bytes += text->size();
+  }
+  return bytes;
+}
+
 std::string ReplyHead(const Reply& reply, bool keepAlive) {
   const auto reason = http::obsolete_reason(static_cast<http::status>(reply.status));
   std::string head = "HTTP/1.1 " + std::to_string(reply.status) + " ";
   head.append(reason.data(), reason.size());
   head.append("\r\nServer: Tonadex\r\nContent-Type: ").append(reply.contentType);
-  head.append("\r\nContent-Length: ").append(std::to_string(reply.body->size()));
+  head.append("\r\nContent-Length: ").append(std::to_string(BodyBytes(reply)));
   head.append("\r\nX-Content-Type-Options: nosniff\r\nCache-Control: ");
   head.append(reply.maxAgeSeconds > 0 ? "max-age=" + std::to_string(reply.maxAgeSeconds)
                                       : "no-store");
@@ -137,13 +199,28 @@ std::string ReplyHead(const Reply& reply, bool keepAlive) {
 
 Reply RefusalReply(int status) {
   constexpr std::string_view kBusy = u8"El servidor está ocupado. Prueba dentro de un momento."_w;
+  constexpr std::string_view kForeign =
+      u8"Este servidor solo atiende a los programas de su equipo."_w;
   constexpr std::string_view kBad = u8"La petición no se entiende."_w;
-  return TextReply(status, status == 503 ? kBusy : kBad);
+  return TextReply(status, status == 503 ? kBusy : status == 403 ? kForeign : kBad);
+}
+
+// ::ffff:1.2.3.4 is the IPv4 address 1.2.3.4.
+asio::ip::address Plain(const asio::ip::address& address) {
+  if (address.is_v6() && address.to_v6().is_v4_mapped()) {
+    return asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6());
+  }
+  return address;
+}
+
+asio::ip::address PeerOf(const tcp::socket& socket) {
+  ErrorCode error;
+  return Plain(socket.remote_endpoint(error).address());
 }
 
 // Who asks, for limits: an IPv6 network (/64) counts as one.
 std::string ClientOf(const asio::ip::address& address) {
-  if (!address.is_v6() || address.to_v6().is_v4_mapped()) {
+  if (!address.is_v6()) {
     return address.to_string();
   }
   asio::ip::address_v6::bytes_type bytes = address.to_v6().to_bytes();
@@ -157,7 +234,7 @@ std::optional<asio::ip::address> LastForwarded(std::string_view field) {
   const std::string_view last = core::Trim(field.substr(comma == field.npos ? 0 : comma + 1));
   ErrorCode error;
   const auto address = asio::ip::make_address(std::string(last), error);
-  return error ? std::nullopt : std::optional(address);
+  return error ? std::nullopt : std::optional(Plain(address));
 }
 
 std::string PathForLog(std::string_view target) {
@@ -196,6 +273,14 @@ std::uint64_t NextRandom() {
   return random();
 }
 
+// Whether the connection was torn down. A client that has only ended its own side still waits.
+bool IsReset(tcp::socket& socket) {
+  char byte = 0;
+  ErrorCode error;
+  socket.receive(asio::buffer(&byte, 1), tcp::socket::message_peek, error);
+  return error && error != asio::error::would_block && error != asio::error::eof;
+}
+
 class Counted {
  public:
   explicit Counted(std::atomic<int>& counter) : counter_(&counter) { ++counter; }
@@ -222,14 +307,15 @@ struct HttpServer::State {
   void Start();
   void Stop();
   asio::awaitable<void> AcceptLoop();
-  asio::awaitable<void> Serve(tcp::socket socket, Counted counted);
+  asio::awaitable<void> Serve(tcp::socket socket, Counted counted,
+                              std::shared_ptr<const void> place);
   asio::awaitable<void> RefuseBusy(tcp::socket socket, Counted counted);
   asio::awaitable<std::optional<Parsed>> ReadRequest(beast::tcp_stream& stream,
                                                      std::string& buffer);
   asio::awaitable<bool> WriteReply(beast::tcp_stream& stream, const Reply& reply, bool keepAlive,
                                    bool bodyToo);
   asio::awaitable<void> Linger(beast::tcp_stream& stream);
-  Reply Answer(const Parsed& parsed, const asio::ip::address& address);
+  Reply Answer(const Parsed& parsed, const asio::ip::address& address, tcp::socket& socket);
   void Log(const Parsed& parsed, const asio::ip::address& address, const Reply& reply,
            Clock::time_point start) const;
   void Admit(tcp::socket socket);
@@ -240,9 +326,11 @@ struct HttpServer::State {
   std::atomic<bool> stopping{false};
   std::atomic<int> connections{0};
   std::atomic<int> refused{0};
+  AddressLimit places{options.maxConnectionsOfAddress};
   std::mutex mutex;
   std::condition_variable idle;
   int busy = 0;  // requests between their last byte and the reply's; guarded by mutex
+  ReplyBudget budget{options.maxReplyBytes};
   std::uint16_t port = 0;
   std::vector<std::thread> threads;
   asio::io_context context;  // owns the connections, which use all of the above
@@ -312,8 +400,11 @@ asio::awaitable<void> HttpServer::State::AcceptLoop() {
 
 void HttpServer::State::Admit(tcp::socket socket) {
   const auto executor = socket.get_executor();
-  if (connections < options.maxConnections) {
-    asio::co_spawn(executor, Serve(std::move(socket), Counted(connections)), asio::detached);
+  // Behind a proxy all connections are its own, and places are taken by requests instead.
+  auto place = options.behindProxy ? nullptr : places.Take(ClientOf(PeerOf(socket)));
+  if (connections < options.maxConnections && (options.behindProxy || place)) {
+    asio::co_spawn(executor, Serve(std::move(socket), Counted(connections), std::move(place)),
+                   asio::detached);
   } else if (refused < kMaxRefusedConnections) {
     asio::co_spawn(executor, RefuseBusy(std::move(socket), Counted(refused)), asio::detached);
   }
@@ -326,6 +417,10 @@ asio::awaitable<std::optional<Parsed>> HttpServer::State::ReadRequest(beast::tcp
   stream.expires_after(options.slowClient);
   std::size_t searched = 0;
   for (;;) {
+    if (const std::size_t empty = EmptyLineBytes(buffer); empty > 0) {
+      buffer.erase(0, empty);
+      searched = 0;
+    }
     const std::size_t end = buffer.find("\r\n\r\n", searched);
     const std::size_t headBytes = end == buffer.npos ? buffer.size() : end + 4;
     if (const int status = LimitRefusal(buffer, headBytes); status != 0) {
@@ -355,21 +450,23 @@ asio::awaitable<std::optional<Parsed>> HttpServer::State::ReadRequest(beast::tcp
 asio::awaitable<bool> HttpServer::State::WriteReply(beast::tcp_stream& stream, const Reply& reply,
                                                     bool keepAlive, bool bodyToo) {
   const std::string head = ReplyHead(reply, keepAlive);
-  std::string_view body = bodyToo ? std::string_view(*reply.body) : std::string_view();
   std::string_view first = head;
-  do {
-    const std::string_view slice = body.substr(0, kWriteSliceBytes);
-    const std::array<asio::const_buffer, 2> buffers = {asio::buffer(first.data(), first.size()),
-                                                       asio::buffer(slice.data(), slice.size())};
-    stream.expires_after(options.slowClient);
-    ErrorCode error;
-    co_await asio::async_write(stream, buffers, asio::redirect_error(asio::use_awaitable, error));
-    if (error) {
-      co_return false;
-    }
-    first = {};
-    body.remove_prefix(slice.size());
-  } while (!body.empty());
+  for (std::size_t i = 0; i == 0 || (bodyToo && i < reply.body.size()); ++i) {
+    std::string_view rest = bodyToo ? std::string_view(*reply.body[i]) : std::string_view();
+    do {
+      const std::string_view slice = rest.substr(0, kWriteSliceBytes);
+      const std::array<asio::const_buffer, 2> buffers = {asio::buffer(first.data(), first.size()),
+                                                         asio::buffer(slice.data(), slice.size())};
+      stream.expires_after(options.slowClient);
+      ErrorCode error;
+      co_await asio::async_write(stream, buffers, asio::redirect_error(asio::use_awaitable, error));
+      if (error) {
+        co_return false;
+      }
+      first = {};
+      rest.remove_prefix(slice.size());
+    } while (!rest.empty());
+  }
   co_return true;
 }
 
@@ -385,12 +482,18 @@ asio::awaitable<void> HttpServer::State::Linger(beast::tcp_stream& stream) {
   }
 }
 
-Reply HttpServer::State::Answer(const Parsed& parsed, const asio::ip::address& address) {
+Reply HttpServer::State::Answer(const Parsed& parsed, const asio::ip::address& address,
+                                tcp::socket& socket) {
   if (parsed.refusal != 0) {
     return RefusalReply(parsed.refusal);
   }
+  if (options.ownMachineOnly && parsed.foreign) {
+    return RefusalReply(403);
+  }
+  bool gone = false;  // the system tells of a reset once
+  const auto abandoned = [&] { return gone = gone || stopping || IsReset(socket); };
   try {
-    return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom()});
+    return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom(), abandoned});
   } catch (const std::exception&) {
     return RefusalReply(500);
   }
@@ -407,14 +510,16 @@ void HttpServer::State::Log(const Parsed& parsed, const asio::ip::address& addre
   const std::string method =
       parsed.refusal != 0 ? "- -" : parsed.method + " " + PathForLog(parsed.target);
   options.log(UtcNow() + " " + address.to_string() + " " + method + " " +
-              std::to_string(reply.status) + " " + std::to_string(reply.body->size()) + " " +
+              std::to_string(reply.status) + " " + std::to_string(BodyBytes(reply)) + " " +
               milliseconds.data());
 }
 
-asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted) {
+asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted,
+                                               std::shared_ptr<const void>) {
   ErrorCode error;
-  const asio::ip::address peer = socket.remote_endpoint(error).address();
+  const asio::ip::address peer = PeerOf(socket);
   socket.set_option(tcp::no_delay(true), error);
+  socket.non_blocking(true, error);  // for IsReset
   beast::tcp_stream stream(std::move(socket));
   std::string buffer;
   for (bool open = true; open;) {
@@ -426,7 +531,13 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted) {
     const Clock::time_point start = Clock::now();
     const auto forwarded = options.behindProxy ? LastForwarded(parsed->forwardedFor) : std::nullopt;
     const asio::ip::address address = forwarded.value_or(peer);
-    const Reply reply = Answer(*parsed, address);
+    const auto place = options.behindProxy ? places.Take(ClientOf(address)) : nullptr;
+    const bool crowded = options.behindProxy && !place;
+    Reply reply = crowded ? RefusalReply(503) : Answer(*parsed, address, stream.socket());
+    const ReplyBudget::Share share(budget, reply.body);
+    if (!share.granted()) {
+      reply = RefusalReply(503);
+    }
     open = parsed->keepAlive && !stopping;
     const bool written = co_await WriteReply(stream, reply, open, !parsed->head);
     Log(*parsed, address, reply, start);
@@ -440,8 +551,7 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted) {
 
 asio::awaitable<void> HttpServer::State::RefuseBusy(tcp::socket socket, Counted) {
   beast::tcp_stream stream(std::move(socket));
-  ErrorCode error;
-  const asio::ip::address peer = stream.socket().remote_endpoint(error).address();
+  const asio::ip::address peer = PeerOf(stream.socket());
   const Reply reply = RefusalReply(503);
   Log(Refused(503), peer, reply, Clock::now());
   if (co_await WriteReply(stream, reply, false, true)) {
@@ -489,22 +599,31 @@ bool Answers(std::uint16_t port) {
   return !error;
 }
 
-void WaitForEndSignal(const std::function<void()>& reload) {
+void WaitForEndSignal(const std::function<void()>& ready,
+                      const std::function<void(const std::stop_token&)>& reload) {
+  std::stop_source end;
+  std::atomic<bool> waiting{false};
+  asio::thread_pool reloader(1);
   asio::io_context context;
   asio::signal_set signals(context, SIGTERM, SIGINT);
 #ifdef SIGHUP
   signals.add(SIGHUP);
 #endif
-  for (;;) {
-    int got = 0;
+  ready();
+  for (int got = 0; got != SIGTERM && got != SIGINT; context.restart()) {
     signals.async_wait([&got](ErrorCode, int signal) { got = signal; });
     context.run();
-    if (got == SIGTERM || got == SIGINT) {
-      return;
+    if (got != SIGTERM && got != SIGINT && !waiting.exchange(true)) {
+      asio::post(reloader, [&] {
+        waiting = false;
+        if (!end.stop_requested()) {
+          reload(end.get_token());
+        }
+      });
     }
-    context.restart();
-    reload();
   }
+  end.request_stop();
+  reloader.join();
 }
 
 }  // namespace tonadex::server

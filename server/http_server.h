@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <string>
 #include <string_view>
 
@@ -16,8 +17,13 @@ struct ServerOptions {
   std::string address = "127.0.0.1";  // a numeric address to listen on
   std::uint16_t port = 0;             // 0: any free one
   bool behindProxy = false;           // the client's address stands in X-Forwarded-For
+  bool ownMachineOnly = false;        // refuses what another host's web page made a browser ask
   int threads = 0;                    // 0: as many as suit the machine
   int maxConnections = kMaxConnections;
+  // From one address (an IPv6 network, /64, is one). Behind a proxy all connections are the
+  // proxy's: there this many requests of one client are served at the same time.
+  int maxConnectionsOfAddress = kMaxConnectionsOfAddress;
+  std::size_t maxReplyBytes = kMaxReplyBytes;  // beyond it a request gets a 503
   std::chrono::milliseconds slowClient{kSlowClientMs};
   // Gets one line for each request, UTF-8 without a line end: time (UTC), address, method, path,
   // status, bytes of the body, milliseconds. What was searched for or uploaded is not in it.
@@ -50,8 +56,10 @@ class HttpServer {
 // Whether something listens on this port of the loopback address.
 bool Answers(std::uint16_t port);
 
-// Blocks until the program is told to end (SIGTERM, SIGINT). Calls `reload` for each SIGHUP, where
-// the system has it.
-void WaitForEndSignal(const std::function<void()>& reload);
+// Blocks until the program is told to end (SIGTERM, SIGINT). Calls `ready` once these signals are
+// heeded, and `reload` for SIGHUP, where the system has it, in a thread of its own: once for all
+// that come before it begins. The end asks the one under way to stop.
+void WaitForEndSignal(const std::function<void()>& ready,
+                      const std::function<void(const std::stop_token& stop)>& reload);
 
 }  // namespace tonadex::server

@@ -15,13 +15,17 @@ inline constexpr std::size_t kMaxLingerBytes = std::size_t{1} << 20;
 inline constexpr std::size_t kWriteSliceBytes = std::size_t{64} << 10;
 
 // Connections.
-inline constexpr int kMaxConnections = 512;          // served at the same time
-inline constexpr int kMaxRefusedConnections = 4096;  // being told 503 at the same time
-inline constexpr int kAcceptRetryMs = 100;           // after running out of file handles
-inline constexpr int kStopGraceMs = 3'000;           // for replies under way when the server ends
+inline constexpr int kMaxConnections = 512;           // served at the same time
+inline constexpr int kMaxConnectionsOfAddress = 100;  // of these, from one address
+inline constexpr int kMaxRefusedConnections = 4096;   // being told 503 at the same time
+inline constexpr int kAcceptRetryMs = 100;            // after running out of file handles
+inline constexpr std::size_t kMaxReplyBytes = std::size_t{256} << 20;  // kept for replies under way
+inline constexpr int kStopGraceMs = 3'000;  // for replies under way when the server ends
 
 // Listings.
 inline constexpr std::size_t kMaxSearchRecords = 500;
+inline constexpr std::size_t kMaxSearchWords = 16;     // different ones; the rest is not looked for
+inline constexpr std::size_t kMaxSearchBytes = 1'024;  // of a query; the rest is not read
 inline constexpr std::size_t kRandomRecords = 10;
 inline constexpr std::size_t kNewsRecords = 8;
 inline constexpr std::size_t kMaxDescriptionBytes = 100;

@@ -1,8 +1,8 @@
 #include <CLI/CLI.hpp>
 #include <exception>
-#include <fstream>
 #include <iostream>
-#include <mutex>
+#include <memory>
+#include <stop_token>
 #include <string>
 
 #include "cli/terminal_words.h"
@@ -11,6 +11,7 @@
 #include "server/embedded_server.h"
 #include "server/file_system.h"
 #include "server/http_server.h"
+#include "server/line_log.h"
 #include "server/shelf.h"
 #ifdef _WIN32
 #include "platform/win32/console.h"
@@ -63,65 +64,64 @@ void AddArguments(CLI::App& app, Arguments& arguments) {
                "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For");
 }
 
-// Lines of several threads, one after the other, on the disk at once.
-class LineLog {
- public:
-  explicit LineLog(const std::string& file) {
-    if (!file.empty()) {
-      file_.open(file, std::ios::app | std::ios::binary);
-      if (!file_) {
-        throw std::runtime_error("no se puede escribir el registro «" + file + "»");
-      }
-    }
-  }
-  void operator()(std::string_view line) {
-    const std::lock_guard lock(mutex_);
-    std::ostream& out = file_.is_open() ? file_ : std::cerr;
-    out.clear();  // after a full disk: the next line may find room
-    out << line << std::endl;
-  }
-
- private:
-  std::mutex mutex_;
-  std::ofstream file_;
-};
-
-void Reload(Shelf& shelf) {
+void Reload(Shelf& shelf, const std::stop_token& stop) {
   try {
-    shelf.Reload();
-    std::cout << "Carpeta leída de nuevo: " << shelf.size() << " melodías" << std::endl;
+    if (shelf.Reload(stop)) {
+      SayLine(Stream::kOutput,
+              "Carpeta leída de nuevo: " + std::to_string(shelf.size()) + " melodías");
+    }
   } catch (const std::exception& error) {  // what was there is served on
-    std::cerr << "tonadex-server: " << tonadex::core::ToUtf8(tonadex::core::ErrorWords(error))
-              << std::endl;
+    SayLine(Stream::kError,
+            "tonadex-server: " + tonadex::core::ToUtf8(tonadex::core::ErrorWords(error)));
   }
+}
+
+// The lock of a folder that we may write to; none where the lock cannot be made (a read-only mount,
+// a folder of somebody else's), and nothing needs to be kept from writing then.
+std::unique_ptr<FolderLock> LockUnlessReadOnly(const std::string& folder) {
+  std::unique_ptr<FolderLock> lock;
+  try {
+    lock = FolderLock::Try(folder);
+  } catch (const fs::filesystem_error&) {
+    return nullptr;
+  }
+  if (!lock) {
+    throw std::runtime_error("otro programa usa ya la carpeta «" + folder + "»");
+  }
+  return lock;
 }
 
 void Serve(Arguments arguments) {
   const fs::path folder = arguments.folder;
   fs::create_directories(folder);
-  const auto lock = FolderLock::Try(folder);
-  if (!lock) {
-    throw std::runtime_error("otro programa usa ya la carpeta «" + arguments.folder + "»");
-  }
+  const auto lock = LockUnlessReadOnly(arguments.folder);
   LineLog log(arguments.logFile);
   RaiseOpenFileLimit();
-  FillEmptyShelf(folder, arguments.firstMelodies);
-  Shelf shelf(folder, ShelfAccess::kReadWrite);
+  if (lock) {
+    FillEmptyShelf(folder, arguments.firstMelodies);
+  }
+  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly);
   arguments.server.log = [&log](std::string_view line) { log(line); };
   HttpServer server(arguments.server, [&shelf](const Request& r) { return Handle(r, shelf); });
-  if (!PublishPort(folder, server.Port())) {
-    std::cerr << "tonadex-server: aviso: no se puede escribir en la carpeta «" << arguments.folder
-              << "»; se sirve lo que hay" << std::endl;
+  const auto announce = [&] {
+    if (!lock || !PublishPort(folder, server.Port())) {
+      SayLine(Stream::kError, "tonadex-server: aviso: no se puede escribir en la carpeta «" +
+                                  arguments.folder + "»; se sirve lo que hay");
+    }
+    SayLine(Stream::kOutput, "Tonadex " TONADEX_VERSION ": " + std::to_string(shelf.size()) +
+                                 " melodías en http://" + arguments.server.address + ":" +
+                                 std::to_string(server.Port()) + "/");
+  };
+  WaitForEndSignal(announce, [&shelf](const std::stop_token& stop) { Reload(shelf, stop); });
+  if (lock) {
+    WithdrawPort(folder);
   }
-  std::cout << "Tonadex " << TONADEX_VERSION << ": " << shelf.size() << " melodías en http://"
-            << arguments.server.address << ":" << server.Port() << "/" << std::endl;
-  WaitForEndSignal([&shelf] { Reload(shelf); });
-  WithdrawPort(folder);
 }
 
 }  // namespace
 
 int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
+  SecureStandardStreams();
 #ifdef _WIN32
   const tonadex::platform::Utf8Console console;
   tonadex::platform::Utf8Arguments given;

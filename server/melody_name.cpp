@@ -4,7 +4,9 @@
 #include <charconv>
 
 #include "core/melody_file.h"
+#include "core/number.h"
 #include "core/rtttl.h"
+#include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "net/file_name.h"
@@ -22,6 +24,13 @@ constexpr std::string_view kBadName =
 constexpr std::string_view kBadForm = u8"El texto no es una melodía RTTTL válida."_w;
 constexpr std::string_view kBadKey =
     u8"El nombre del fichero no corresponde al nombre y la longitud de la melodía."_w;
+
+// What phones' formats can be made from.
+constexpr std::string_view kPitches = "abcdefgp";
+constexpr double kMaxDuration = 64;
+constexpr double kMaxOctave = 10;
+constexpr double kMaxTempo = 32'767;
+constexpr std::size_t kMaxHeaderValueBytes = 8;
 
 std::optional<std::uint32_t> ParseNumber(std::string_view digits) {
   std::uint32_t number = 0;
@@ -46,11 +55,29 @@ bool HasControls(std::string_view text) {
   return std::any_of(text.begin(), text.end(), [](char c) { return core::Code(c) < 0x20; });
 }
 
-// Clients look at the header alone; notes that cannot be read would be of no use to anybody.
+// Whether the text is a number from `least` to `most`, short enough for a header.
+bool IsHeaderNumber(std::string_view text, double least, double most) {
+  double number = 0;
+  return !text.empty() && text.size() <= kMaxHeaderValueBytes &&
+         core::SkipErrors([&] { number = core::ToNumber(text); }) && number >= least &&
+         number <= most;
+}
+
+bool IsPlayable(const core::RTTTLMelody& melody) {
+  return IsHeaderNumber(melody.DefaultDuration, 1, kMaxDuration) &&
+         IsHeaderNumber(melody.DefaultOctave, 0, kMaxOctave) &&
+         IsHeaderNumber(melody.Beats, 1, kMaxTempo) &&
+         std::all_of(melody.Notes.begin(), melody.Notes.end(), [](const core::RTTTLNote& note) {
+           return kPitches.find(note.Note.front()) != kPitches.npos;
+         });
+}
+
+// Clients look at little more than the header's separators; a melody that cannot be played or
+// converted would be of no use to anybody.
 bool IsReadable(std::string_view text) {
   core::RTTTLMelody melody;
   melody.Text = text;
-  return !HasControls(text) && core::ParseRTTTL(melody) == core::kParsed;
+  return !HasControls(text) && core::ParseRTTTL(melody) == core::kParsed && IsPlayable(melody);
 }
 
 std::string Shown(std::string_view name) {

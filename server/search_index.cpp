@@ -1,10 +1,12 @@
 #include "server/search_index.h"
 
 #include <algorithm>
-#include <cstring>
+#include <bit>
+#include <utility>
 
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "server/limits.h"
 #include "server/melody_name.h"
 
 namespace tonadex::server {
@@ -13,10 +15,13 @@ namespace {
 using core::Code;
 using namespace core::literals;
 
-constexpr char kLineEnd = '\n';
-// Inside a block lines are found oldest first; blocks are visited newest first.
 constexpr std::size_t kBlockLines = 1024;
-constexpr std::size_t kUsualLineBytes = 32;
+// The rarest ones leave few lines over; more of them would cost more than they spare.
+constexpr std::size_t kMaxQueryGrams = 24;
+constexpr std::size_t kBlocksBetweenQuestions = 8;  // whether the search is still wanted
+
+// A bit for each line of a block.
+using LineSet = std::array<std::uint64_t, kBlockLines / 64>;
 
 // Accented letters, in lower case, and the letters below them.
 constexpr std::string_view kAccented = u8"áàâäãåçéèêëíìîïñóòôöõøúùûüýÿšž"_w;
@@ -33,6 +38,77 @@ std::array<char, 256> MakeFoldTable() {
   return table;
 }
 
+// Calls `use` with a number for each byte, each two and each three neighbours. Of two the lower
+// five bits count: they tell letters apart, and keep the numbers few. Three share their numbers
+// with others.
+template <typename Use>
+void ForEachGram(std::string_view text, Use use) {
+  std::uint32_t last = 0;  // five bits for each of the last three bytes
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    last = (last << 5 | (Code(text[i]) & 31u)) & 0x7fff;
+    use(std::size_t{Code(text[i])});
+    if (i > 0) {
+      use(256 + (last & 0x3ff));
+    }
+    if (i > 1) {
+      use(256 + 1024 + (last * 0x9e3779b1u >> 22));
+    }
+  }
+}
+
+// Different words, the longest first: they are the rarest, as a rule.
+std::vector<std::string_view> SplitWords(std::string_view query) {
+  std::vector<std::string_view> words;
+  while (!query.empty() && words.size() < kMaxSearchWords) {
+    const auto blank = std::ranges::find_if(query, [](char c) { return Code(c) <= ' '; });
+    const auto length = static_cast<std::size_t>(blank - query.begin());
+    const std::string_view word = query.substr(0, length);
+    if (!word.empty() && std::ranges::find(words, word) == words.end()) {
+      words.push_back(word);
+    }
+    query.remove_prefix(std::min(length + 1, query.size()));
+  }
+  std::ranges::sort(words, std::greater(), &std::string_view::size);
+  return words;
+}
+
+LineSet FirstLines(std::size_t count) {
+  LineSet lines{};
+  for (std::size_t i = 0; i < count; i += 64) {
+    lines[i / 64] = ~std::uint64_t{0} >> (count - i < 64 ? 64 - (count - i) : 0);
+  }
+  return lines;
+}
+
+// Leaves in `lines` those that are in `others` too, and says whether there are any.
+bool Intersect(LineSet& lines, const LineSet& others) {
+  std::uint64_t any = 0;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    any |= lines[i] &= others[i];
+  }
+  return any != 0;
+}
+
+// Calls `use` for each line, the newest first, until it gives false.
+template <typename Use>
+void ForEachFromLast(const LineSet& lines, Use use) {
+  for (std::size_t i = lines.size(); i-- > 0;) {
+    for (std::uint64_t rest = lines[i]; rest != 0;) {
+      const auto bit = static_cast<std::size_t>(std::bit_width(rest)) - 1;
+      if (!use(i * 64 + bit)) {
+        return;
+      }
+      rest ^= std::uint64_t{1} << bit;
+    }
+  }
+}
+
+std::string_view Line(const std::string& text, const std::vector<std::uint32_t>& ends,
+                      std::size_t line) {
+  const std::size_t start = line == 0 ? 0 : ends[line - 1];
+  return std::string_view(text).substr(start, ends[line] - start);
+}
+
 }  // namespace
 
 std::string Fold(std::string_view text) {
@@ -44,119 +120,120 @@ std::string Fold(std::string_view text) {
   return folded;
 }
 
-// The words of a query, the rarest first, and where in it its rarest byte stands.
-struct SearchIndex::Words {
-  std::vector<std::string_view> words;
-  std::size_t rareAt = 0;
+struct SearchIndex::Block {
+  std::size_t size() const { return nameEnds.size(); }
+  std::string_view Name(std::size_t line) const { return Line(names, nameEnds, line); }
+  std::string_view RecordAt(std::size_t line) const { return Line(*records, recordEnds, line); }
+
+  std::string names;  // folded, one behind the other
+  std::vector<std::uint32_t> nameEnds;
+  std::shared_ptr<std::string> records = std::make_shared<std::string>();
+  std::vector<std::uint32_t> recordEnds;
+  std::array<std::uint16_t, kGrams> rowOf{};  // 0, which stays empty, for grams of no line
+  std::vector<LineSet> rows{1};
 };
 
-void SearchIndex::Reserve(std::size_t melodies) {
-  nameStarts_.reserve(melodies);
-  recordStarts_.reserve(melodies);
-  names_.reserve(melodies * kUsualLineBytes);
-  records_.reserve(melodies * kUsualLineBytes);
+// What a search looks for.
+struct SearchIndex::Query {
+  std::vector<std::string_view> words;  // the longest first
+  std::vector<std::uint16_t> grams;     // of all words, the rarest first
+};
+
+SearchIndex::SearchIndex() : blocks_{std::make_shared<Block>()} {}
+
+// The last block with room for one more melody, shared with nobody.
+SearchIndex::Block& SearchIndex::WritableTail() {
+  std::shared_ptr<Block>& tail = blocks_.back();
+  if (tail->size() == kBlockLines) {
+    blocks_.push_back(std::make_shared<Block>());
+  } else if (tail.use_count() > 1 || tail->records.use_count() > 1) {
+    tail = std::make_shared<Block>(*tail);
+    tail->records = std::make_shared<std::string>(*tail->records);
+  }
+  return *blocks_.back();
 }
 
 void SearchIndex::Add(std::string_view description, std::string_view fileName) {
-  const std::string name = Fold(description);
+  std::string name = Fold(description);
   const std::string stem = Fold(fileName.substr(0, fileName.find('.')));
-  const std::size_t start = names_.size();
-  nameStarts_.push_back(static_cast<std::uint32_t>(start));
-  names_ += name;
   if (!core::Contains(name, stem)) {
-    names_.append(1, ' ').append(stem);
+    name.append(1, ' ').append(stem);
   }
-  names_ += kLineEnd;
-  for (std::size_t i = start; i < names_.size(); ++i) {
-    ++byteCounts_[Code(names_[i])];
+  Block& block = WritableTail();
+  const std::size_t line = block.size();
+  ForEachGram(name, [&](std::size_t gram) {
+    if (block.rowOf[gram] == 0) {
+      block.rowOf[gram] = static_cast<std::uint16_t>(block.rows.size());
+      block.rows.emplace_back();
+    }
+    std::uint64_t& lines = block.rows[block.rowOf[gram]][line / 64];
+    const std::uint64_t bit = std::uint64_t{1} << line % 64;
+    counts_[gram] += (lines & bit) == 0;
+    lines |= bit;
+  });
+  block.names += name;
+  block.nameEnds.push_back(static_cast<std::uint32_t>(block.names.size()));
+  *block.records += Record(description, fileName);
+  block.recordEnds.push_back(static_cast<std::uint32_t>(block.records->size()));
+  if (block.size() == kBlockLines) {
+    block.names.shrink_to_fit();
+    block.records->shrink_to_fit();
+    block.rows.shrink_to_fit();
   }
-  recordStarts_.push_back(static_cast<std::uint32_t>(records_.size()));
-  records_ += Record(description, fileName);
+  ++size_;
 }
 
 std::string_view SearchIndex::RecordAt(std::size_t melody) const {
-  const std::size_t start = recordStarts_[melody];
-  const std::size_t end =
-      melody + 1 < recordStarts_.size() ? recordStarts_[melody + 1] : records_.size();
-  return std::string_view(records_).substr(start, end - start);
+  return blocks_[melody / kBlockLines]->RecordAt(melody % kBlockLines);
 }
 
-SearchIndex::Words SearchIndex::SplitQuery(std::string_view folded) const {
-  Words query;
-  std::size_t lead = 0;
-  std::size_t rarest = names_.size() + 1;
-  for (std::size_t at = 0; at < folded.size();) {
-    std::size_t end = at;
-    while (end < folded.size() && Code(folded[end]) > ' ') {
-      if (byteCounts_[Code(folded[end])] < rarest) {
-        rarest = byteCounts_[Code(folded[end])];
-        lead = query.words.size();
-        query.rareAt = end - at;
-      }
-      ++end;
-    }
-    if (end > at) {
-      query.words.push_back(folded.substr(at, end - at));
-    }
-    at = end + 1;
+std::vector<SharedText> SearchIndex::Records() const {
+  std::vector<SharedText> texts;
+  texts.reserve(blocks_.size());
+  for (const auto& block : blocks_) {
+    texts.push_back(block->records);
   }
-  if (!query.words.empty()) {
-    std::swap(query.words.front(), query.words[lead]);
+  return texts;
+}
+
+SearchIndex::Query SearchIndex::MakeQuery(std::string_view folded) const {
+  Query query{SplitWords(folded), {}};
+  for (const std::string_view word : query.words) {
+    ForEachGram(word,
+                [&](std::size_t gram) { query.grams.push_back(static_cast<std::uint16_t>(gram)); });
   }
+  std::ranges::sort(query.grams, {},
+                    [&](std::uint16_t gram) { return std::pair(counts_[gram], gram); });
+  query.grams.erase(std::unique(query.grams.begin(), query.grams.end()), query.grams.end());
+  query.grams.resize(std::min(query.grams.size(), kMaxQueryGrams));
   return query;
 }
 
-// Jumps from one place of the first word's rarest byte to the next; most lines are never looked at.
-void SearchIndex::SearchBlock(const Words& words, std::size_t first, std::size_t end,
-                              std::vector<std::uint32_t>& found) const {
-  const std::string_view lead = words.words.front();
-  const auto startOf = [&](std::size_t line) -> std::size_t {
-    return line < nameStarts_.size() ? nameStarts_[line] : names_.size();
-  };
-  const std::size_t textEnd = startOf(end);
-  std::size_t line = first;
-  std::size_t at = startOf(first) + words.rareAt;
-  while (at < textEnd) {
-    const void* hit = std::memchr(names_.data() + at, lead[words.rareAt], textEnd - at);
-    if (hit == nullptr) {
-      return;
+std::vector<std::uint32_t> SearchIndex::Search(std::string_view text, std::size_t limit,
+                                               const std::function<bool()>& abandoned) const {
+  const std::string folded = Fold(text.substr(0, kMaxSearchBytes));
+  const Query query = MakeQuery(folded);
+  std::vector<std::uint32_t> found;
+  for (std::size_t b = blocks_.size(); b-- > 0 && found.size() < limit;) {
+    if (b % kBlocksBetweenQuestions == 0 && abandoned && abandoned()) {
+      break;
     }
-    at = static_cast<std::size_t>(static_cast<const char*>(hit) - names_.data());
-    if (names_.compare(at - words.rareAt, lead.size(), lead) != 0) {
-      ++at;
+    const Block& block = *blocks_[b];
+    LineSet left = FirstLines(block.size());
+    const auto keepThoseWith = [&](std::uint16_t gram) {
+      return Intersect(left, block.rows[block.rowOf[gram]]);
+    };
+    if (!std::ranges::all_of(query.grams, keepThoseWith)) {
       continue;
     }
-    while (startOf(line + 1) <= at) {
-      ++line;
-    }
-    const std::string_view name(names_.data() + startOf(line), startOf(line + 1) - startOf(line));
-    if (std::all_of(words.words.begin() + 1, words.words.end(),
-                    [&](std::string_view word) { return core::Contains(name, word); })) {
-      found.push_back(static_cast<std::uint32_t>(line));
-    }
-    at = startOf(line + 1) + words.rareAt;
-  }
-}
-
-std::vector<std::uint32_t> SearchIndex::Search(std::string_view query, std::size_t limit) const {
-  const std::string folded = Fold(query);
-  const Words words = SplitQuery(folded);
-  std::vector<std::uint32_t> found;
-  std::vector<std::uint32_t> block;
-  for (std::size_t end = size(); end > 0 && found.size() < limit;) {
-    const std::size_t first = (end - 1) / kBlockLines * kBlockLines;
-    block.clear();
-    if (words.words.empty()) {
-      for (std::size_t line = first; line < end; ++line) {
-        block.push_back(static_cast<std::uint32_t>(line));
+    ForEachFromLast(left, [&](std::size_t line) {
+      const std::string_view name = block.Name(line);
+      if (std::ranges::all_of(query.words, [&](auto word) { return core::Contains(name, word); })) {
+        found.push_back(static_cast<std::uint32_t>(b * kBlockLines + line));
       }
-    } else {
-      SearchBlock(words, first, end, block);
-    }
-    found.insert(found.end(), block.rbegin(), block.rend());
-    end = first;
+      return found.size() < limit;
+    });
   }
-  found.resize(std::min(found.size(), limit));
   return found;
 }
 

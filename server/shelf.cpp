@@ -32,12 +32,17 @@ std::string DescriptionOf(std::string_view contents, std::string_view fileName) 
   return Description(FirstLine(contents), fileName.substr(0, fileName.find('.')));
 }
 
-std::vector<StoredMelody> ReadFolder(const fs::path& folder) {
+// Ends early, with a part of them, when it is told to stop.
+std::vector<StoredMelody> ReadFolder(const fs::path& folder, const std::stop_token& stop) {
   std::vector<StoredMelody> melodies;
   FileHead head;
   for (const auto& entry : fs::directory_iterator(folder)) {
+    if (stop.stop_requested()) {
+      break;
+    }
     std::string fileName = core::TextFromPath(entry.path().filename());
-    if (ParseMelodyName(fileName) && ReadHead(entry.path(), kNamePrefixBytes, head)) {
+    if (ParseMelodyName(fileName) && ReadHead(entry.path(), kNamePrefixBytes, head) &&
+        head.size <= kMaxFileBytes) {
       std::string description = DescriptionOf(head.bytes, fileName);
       melodies.push_back({head.modified, std::move(fileName), std::move(description)});
     }
@@ -48,14 +53,20 @@ std::vector<StoredMelody> ReadFolder(const fs::path& folder) {
   return melodies;
 }
 
-SearchIndex IndexOf(const fs::path& folder) {
-  SearchIndex index;
-  const std::vector<StoredMelody> melodies = ReadFolder(folder);
-  index.Reserve(melodies.size());
-  for (const StoredMelody& melody : melodies) {
-    index.Add(melody.description, melody.fileName);
+std::shared_ptr<SearchIndex> IndexOf(const fs::path& folder, const std::stop_token& stop = {}) {
+  auto index = std::make_shared<SearchIndex>();
+  for (const StoredMelody& melody : ReadFolder(folder, stop)) {
+    index->Add(melody.description, melody.fileName);
   }
   return index;
+}
+
+std::string Listing(const SearchIndex& index, const std::vector<std::uint32_t>& melodies) {
+  std::string listing;
+  for (const std::uint32_t melody : melodies) {
+    listing += index.RecordAt(melody);
+  }
+  return listing;
 }
 
 bool HoldsMelodies(const fs::path& folder) {
@@ -74,76 +85,67 @@ Shelf::Shelf(fs::path folder, ShelfAccess access, int uploadsPerMinute)
   index_ = IndexOf(folder_);
 }
 
-void Shelf::Reload() {
+Shelf::Index Shelf::Current() const {
+  const std::lock_guard lock(mutex_);
+  return index_;
+}
+
+void Shelf::Publish(Index index) {
+  const std::lock_guard lock(mutex_);
+  index_.swap(index);  // the caller's copy of the old one ends after the lock
+}
+
+bool Shelf::Reload(const std::stop_token& stop) {
   const std::unique_lock files(files_);
-  SearchIndex index = IndexOf(folder_);
-  const std::unique_lock lock(mutex_);
-  index_ = std::move(index);
-  fullListing_.reset();
+  Index index = IndexOf(folder_, stop);
+  if (stop.stop_requested()) {
+    return false;
+  }
+  Publish(std::move(index));
+  return true;
 }
 
 std::size_t Shelf::size() const {
-  const std::shared_lock lock(mutex_);
-  return index_.size();
+  return Current()->size();
 }
 
-std::string Shelf::Listing(const std::vector<std::uint32_t>& melodies) const {
-  std::string listing;
-  for (const std::uint32_t melody : melodies) {
-    listing += index_.RecordAt(melody);
-  }
-  return listing;
-}
-
-std::string Shelf::Search(std::string_view query) const {
-  const std::shared_lock lock(mutex_);
-  return Listing(index_.Search(query, kMaxSearchRecords));
+std::string Shelf::Search(std::string_view query, const std::function<bool()>& abandoned) const {
+  const Index index = Current();
+  return Listing(*index, index->Search(query, kMaxSearchRecords, abandoned));
 }
 
 std::string Shelf::Random(std::uint64_t seed) const {
   std::mt19937_64 random(seed);
-  const std::shared_lock lock(mutex_);
-  const std::size_t wanted = std::min(kRandomRecords, index_.size());
+  const Index index = Current();
+  const std::size_t wanted = std::min(kRandomRecords, index->size());
   std::vector<std::uint32_t> chosen;
   while (chosen.size() < wanted) {
-    const auto melody = static_cast<std::uint32_t>(random() % index_.size());
+    const auto melody = static_cast<std::uint32_t>(random() % index->size());
     if (std::find(chosen.begin(), chosen.end(), melody) == chosen.end()) {
       chosen.push_back(melody);
     }
   }
-  return Listing(chosen);
+  return Listing(*index, chosen);
 }
 
-SharedText Shelf::FullListing() const {
-  {
-    const std::shared_lock lock(mutex_);
-    if (fullListing_) {
-      return fullListing_;
-    }
-  }
-  const std::unique_lock lock(mutex_);
-  if (!fullListing_) {
-    fullListing_ = std::make_shared<const std::string>(index_.Records());
-  }
-  return fullListing_;
+std::vector<SharedText> Shelf::FullListing() const {
+  return Current()->Records();
 }
 
 std::vector<std::string> Shelf::Newest(std::size_t count) const {
-  const std::shared_lock lock(mutex_);
+  const Index index = Current();
   std::vector<std::string> records;
-  for (const std::uint32_t melody : index_.Search({}, count)) {
-    records.emplace_back(index_.RecordAt(melody));
+  for (const std::uint32_t melody : index->Search({}, count)) {
+    records.emplace_back(index->RecordAt(melody));
   }
   return records;
 }
 
 std::optional<std::string> Shelf::Melody(std::string_view fileName) const {
-  FileHead head;
-  if (!ParseMelodyName(fileName) ||
-      !ReadHead(folder_ / core::PathFromText(fileName), kMaxFileBytes, head)) {
+  if (!ParseMelodyName(fileName)) {
     return std::nullopt;
   }
-  return std::move(head.bytes);
+  return ReadWhole(folder_ / core::PathFromText(fileName), kMaxFileBytes);
 }
 
 UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
@@ -166,9 +168,10 @@ UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
     case CreateResult::kCreated:
       break;
   }
-  const std::unique_lock lock(mutex_);
-  index_.Add(DescriptionOf(contents, fileName), fileName);
-  fullListing_.reset();
+  const std::lock_guard adding(adding_);
+  auto next = std::make_shared<SearchIndex>(*Current());
+  next->Add(DescriptionOf(contents, fileName), fileName);
+  Publish(std::move(next));
   return {};
 }
 
@@ -180,11 +183,13 @@ void FillEmptyShelf(const fs::path& folder, const fs::path& source) {
     return;
   }
   core::WriteBytes(folder / kFillingMark, {});
-  FileHead head;
   for (const auto& entry : fs::directory_iterator(source)) {
     const fs::path name = entry.path().filename();
-    if (ParseMelodyName(core::TextFromPath(name)) && ReadHead(entry.path(), kMaxFileBytes, head) &&
-        CreateWhole(folder, name, head.bytes) == CreateResult::kFailed) {
+    if (!ParseMelodyName(core::TextFromPath(name))) {
+      continue;
+    }
+    const auto bytes = ReadWhole(entry.path(), kMaxFileBytes);
+    if (bytes && CreateWhole(folder, name, *bytes) == CreateResult::kFailed) {
       throw fs::filesystem_error("copy", entry.path(), folder,
                                  std::make_error_code(std::errc::io_error));
     }

@@ -3,20 +3,21 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <shared_mutex>
+#include <stop_token>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "server/limits.h"
 #include "server/rate_limit.h"
 #include "server/search_index.h"
 
 namespace tonadex::server {
-
-// A text that several replies may share.
-using SharedText = std::shared_ptr<const std::string>;
 
 enum class ShelfAccess { kReadWrite, kReadOnly };
 
@@ -36,14 +37,16 @@ class Shelf {
   Shelf(std::filesystem::path folder, ShelfAccess access, int uploadsPerMinute = kUploadsPerMinute);
 
   // Reads the folder again, for files that were put there or taken away by hand; uploads wait
-  // meanwhile. Throws std::filesystem::filesystem_error, and keeps what it had, when it cannot.
-  void Reload();
+  // meanwhile. False, and nothing changed, when it was told to stop. Throws
+  // std::filesystem::filesystem_error, and changes nothing, when it cannot read the folder.
+  bool Reload(const std::stop_token& stop = {});
 
   std::size_t size() const;
   // Listings: runs of "description (stem.number)498".
-  std::string Search(std::string_view query) const;  // at most kMaxSearchRecords, newest first
-  std::string Random(std::uint64_t seed) const;      // kRandomRecords of different melodies
-  SharedText FullListing() const;
+  // At most kMaxSearchRecords, newest first; incomplete when `abandoned` ended the search.
+  std::string Search(std::string_view query, const std::function<bool()>& abandoned = {}) const;
+  std::string Random(std::uint64_t seed) const;  // kRandomRecords of different melodies
+  std::vector<SharedText> FullListing() const;   // in one or more texts
   // Records of the newest melodies, newest first.
   std::vector<std::string> Newest(std::size_t count) const;
 
@@ -55,15 +58,17 @@ class Shelf {
                       Clock::time_point now);
 
  private:
-  std::string Listing(const std::vector<std::uint32_t>& melodies) const;
+  using Index = std::shared_ptr<const SearchIndex>;
+  Index Current() const;
+  void Publish(Index index);
 
   const std::filesystem::path folder_;
   const ShelfAccess access_;
   RateLimit uploads_;
-  std::shared_mutex files_;          // shared by uploads, held alone to read the folder again
-  mutable std::shared_mutex mutex_;  // guards what follows
-  SearchIndex index_;
-  mutable SharedText fullListing_;  // null until asked for after a change
+  std::shared_mutex files_;   // shared by uploads, held alone to read the folder again
+  std::mutex adding_;         // one upload at a time makes the next index
+  mutable std::mutex mutex_;  // guards the pointer
+  Index index_;               // never changed, only replaced: searches hold no lock
 };
 
 // Copies the melodies of `source` into `folder`, which is made when it is missing, if `folder`

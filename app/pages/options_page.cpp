@@ -6,10 +6,11 @@
 
 #include "app/form1.h"
 #include "app/layout.h"
-#include "app/phone_words.h"
 #include "app/settings.h"
 #include "app/words.h"
 #include "core/windows1252.h"
+#include "phones/catalogue.h"
+#include "phones/phone_words.h"
 
 namespace tonadex::app {
 namespace {
@@ -66,7 +67,7 @@ Part OptionsPage::Layout() {
 
 // Under the two lists of the options page: what the phone chosen there gets.
 void OptionsPage::RefreshOptions() {
-  optionsSentence.caption = PhoneGets(cmbformatos.text);
+  optionsSentence.caption = phones::PhoneGets(cmbformatos.text);
 }
 
 void OptionsPage::SaveModel() {
@@ -79,7 +80,7 @@ void OptionsPage::SaveModel() {
 void OptionsPage::FillModelList() {
   cmbformatos.Clear();
   for (const std::string_view model :
-       core::ModelsOfBrand(state_.program.PhoneCatalogue, cmbmarcas.SelectedText())) {
+       phones::ModelsOfBrand(state_.program.PhoneCatalogue, cmbmarcas.SelectedText())) {
     cmbformatos.AddRow(model);
   }
   cmbformatos.Select(0);
@@ -91,7 +92,7 @@ void OptionsPage::cmbmarcas_Click() {
 
 void OptionsPage::RestoreSavedModel() {
   std::vector<std::string> brands;
-  state_.program.PhoneCatalogue = core::LoadPhoneCatalogue(brands);
+  state_.program.PhoneCatalogue = phones::LoadPhoneCatalogue(brands);
   cmbmarcas.Clear();
   for (const std::string& brand : brands) {
     cmbmarcas.AddRow(brand);
@@ -100,7 +101,7 @@ void OptionsPage::RestoreSavedModel() {
   FillModelList();
   state_.program.services.shell.DoEvents();
   const std::string saved = state_.program.gPhoneModel;
-  if (const auto brand = core::RestoredBrand(saved)) {
+  if (const auto brand = phones::RestoredBrand(saved)) {
     cmbmarcas.Select(static_cast<int>(*brand));
     FillModelList();
   }

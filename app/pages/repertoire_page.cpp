@@ -7,14 +7,15 @@
 #include "app/cls_open_save.h"
 #include "app/form1.h"
 #include "app/layout.h"
-#include "app/phone_words.h"
 #include "app/print_sheet.h"
 #include "app/words.h"
-#include "core/dispatcher/conversion.h"
 #include "core/files.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "phones/catalogue.h"
+#include "phones/conversion.h"
+#include "phones/formats.h"
 #include "platform/message_box.h"
 
 namespace tonadex::app {
@@ -86,12 +87,12 @@ std::vector<std::filesystem::path> MelodyFiles(const Program& program) {
   return files;
 }
 
-// The dispatcher's question for a file, asked in the system's save dialog.
-class SaveDialogQuestion : public core::SaveFileQuestion {
+// The conversion's question for a file, asked in the system's save dialog.
+class SaveDialogQuestion : public phones::SaveFileQuestion {
  public:
   explicit SaveDialogQuestion(Program& program) : program_(program) {}
 
-  std::optional<std::string> AskSaveFile(const core::SaveRequest& request) override {
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest& request) override {
     clsOpenSave dialog(program_.services.fileDialogs);
     dialog.hWnd = static_cast<std::int32_t>(program_.window);
     dialog.DefaultExt = request.DefaultExt;
@@ -150,10 +151,10 @@ void RepertoirePage::RefreshRepertoire() {
   }
   goToSearchButton.visible = here && state_.List1.rows.empty();
   textresultado.invitation =
-      IsModel(state_.program.gPhoneModel) ? kConvertFirst : kChoosePhoneFirst;
+      phones::FindModel(state_.program.gPhoneModel) != nullptr ? kConvertFirst : kChoosePhoneFirst;
   repertoireView.invitation = words::kDrawing;
   copyButton.enabled = saveAsButton.enabled =
-      !textresultado.text.empty() && !core::SavesFile(resultModel_);
+      !textresultado.text.empty() && !phones::SavesFile(resultModel_);
 }
 
 std::vector<ResultGroup> RepertoirePage::ResultGroupsShown() const {
@@ -245,8 +246,9 @@ void RepertoirePage::ConvertSelectedMelody() {
   const std::string row(state_.List1.SelectedText());
   state_.program.gMelody.Text = core::UndoSharpEscape(core::ReadMelodyLine(SelectedFile()));
   SaveDialogQuestion question(state_.program);
-  const auto page = core::ConvertSelectedMelody(state_.program.gMelody, state_.program.gPhoneModel,
-                                                row, question);
+  const auto page = phones::ConvertSelectedMelody(state_.program.gMelody,
+                                                  state_.program.gPhoneModel, row, question)
+                        .page;
   if (page) {
     lbltextresult.caption = page->title;
     textresultado.text = page->result;

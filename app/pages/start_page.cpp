@@ -13,6 +13,7 @@
 #include "core/windows1252.h"
 #include "net/upload.h"
 #include "nokia3210/cnokia.h"
+#include "phones/formats.h"
 #include "platform/message_box.h"
 
 namespace tonadex::app {
@@ -190,7 +191,7 @@ void StartPage::convierteCompositor() {
   nokia3210::CNokia& converter = Converter();
   converter.ShowType = nokia3210::NoteKind::kRTTTL;
   converter.Convert();
-  if (converter.NoteCount() > kComposerNotes) {
+  if (converter.NoteCount() > phones::kComposerNotes) {
     lblMsg.caption = kTooManyNotes;
   }
   rtf.text = converter.ConvertedNotes();

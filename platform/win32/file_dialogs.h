@@ -9,6 +9,9 @@ class WindowsFileDialogs : public FileDialogs {
  public:
   bool GetSaveFileName(FileDialogRecord& record) override;
   bool GetOpenFileName(FileDialogRecord& record) override;
+  // Owned by the active window.
+  std::optional<std::filesystem::path> AskSaveAs(std::string_view title, std::string_view name,
+                                                 std::string_view filter) override;
 };
 
 }  // namespace tonadex::platform

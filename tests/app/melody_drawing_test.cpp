@@ -41,7 +41,7 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
             "0+500 do/60|500+500 do#/61|");
   for (const std::string_view text :
        {"", ":", "x", "x:d=4:", "x:d=4,o=5,b=0:c", "x:d=4,o=5,b=x:c", "x:d=4,o=5,b=-5:c",
-        "x:d=4,o=-1,b=9:c,d", "x:d=4,o=11,b=9:c"}) {
+        "x:d=4,o=-1,b=9:c,d", "x:d=4,o=11,b=9:c", "x:d=4.0000000,o=5,b=9:c"}) {
     EXPECT_EQ(MelodyDrawing(text, " Pulsaciones"), Drawing{}) << text;
   }
   EXPECT_TRUE(boxes.messages.empty());

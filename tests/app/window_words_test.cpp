@@ -3,18 +3,14 @@
 #include <string>
 #include <string_view>
 
-#include "app/phone_words.h"
 #include "app/result_groups.h"
 #include "app/rtttl_check.h"
-#include "core/phone_catalogue.h"
 #include "core/windows1252.h"
 #include "net/file_name.h"
 #include "tests/core/table.h"
 
 namespace tonadex::app {
 namespace {
-
-using namespace core::literals;
 
 // Groups with ";" between them, "+" where the next one is glued on, "/" for a line end and the held
 // part in brackets.
@@ -40,20 +36,6 @@ TEST(SuggestedFileName, HasTheFormatsExtension) {
     EXPECT_EQ(SuggestedFileName(row[0], row[1]), row[2]);
   }
   EXPECT_EQ(SuggestedFileName("a (b/c?d)", "0"), "b_c_d.txt");
-}
-
-// Every model of the catalogue has its words.
-TEST(PhoneName, NamesEveryModel) {
-  for (const core::CatalogueRow& row : core::CatalogueRows()) {
-    EXPECT_TRUE(PhoneName(row.model).starts_with(row.brand)) << row.model;
-    EXPECT_NE(PhoneGets(row.model), PhoneGets("")) << row.model;
-  }
-  EXPECT_EQ(PhoneName("3210,3310,3330,3390,8250"), u8"Nokia 3210, 3310 …"_w);
-  EXPECT_EQ(PhoneName("MDY (cable)"), "Mitsubishi Trium MDY (cable)");
-  EXPECT_EQ(PhoneName("0"), u8"Elige tu móvil"_w);
-  EXPECT_EQ(PhoneGets(" Pulsaciones"),
-            u8"Pulsaciones para el compositor, hasta 50 notas, tres octavas."_w);
-  EXPECT_FALSE(IsModel(" pulsaciones"));
 }
 
 TEST(RtttlCheck, NamesTheFirstFault) {

@@ -4,16 +4,16 @@
 cmake_minimum_required(VERSION 3.25)
 
 # What each layer may include of ours. Layers are exact: "platform" holds the interfaces alone, and
-# its folders (platform/posix, …) and core/dispatcher are layers of their own.
-set(layers platform core formats midi nokia3210 core/dispatcher net app)
+# its folders (platform/posix, …) are layers of their own.
+set(layers platform core formats midi nokia3210 phones net app)
 set(below_platform platform)
 set(below_core core platform)
 set(below_formats formats core platform)
 set(below_midi midi formats core platform)
 set(below_nokia3210 nokia3210 formats core platform)
-set(below_core/dispatcher core/dispatcher formats midi nokia3210 core platform)
+set(below_phones phones formats midi nokia3210 core platform)
 set(below_net net core platform)
-set(below_app app net core/dispatcher nokia3210 midi formats core platform)
+set(below_app app net phones nokia3210 midi formats core platform)
 
 set(standard_headers
   algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv chrono
@@ -26,9 +26,9 @@ set(standard_headers
   string_view syncstream system_error thread tuple type_traits typeindex typeinfo unordered_map
   unordered_set utility valarray variant vector version)
 
-# The layer of a path from ROOT: its first folder, or the two that are a layer of their own.
+# The layer of a path from ROOT: its first folder, or the one below platform/.
 function(layer_of path result)
-  if(path MATCHES "^(platform/[^/]+|core/dispatcher|[^/]+)/")
+  if(path MATCHES "^(platform/[^/]+|[^/]+)/")
     set(${result} ${CMAKE_MATCH_1} PARENT_SCOPE)
   else()
     set(${result} "" PARENT_SCOPE)
@@ -52,7 +52,7 @@ endfunction()
 
 set(checked 0)
 set(refused "")
-foreach(folder platform core formats midi nokia3210 net app)
+foreach(folder platform core formats midi nokia3210 phones net app)
   file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/${folder}/*)
   list(FILTER files INCLUDE REGEX "\\.(h|hpp|inc|ipp|cpp|cc|cxx)$")
   foreach(file IN LISTS files)

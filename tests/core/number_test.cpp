@@ -23,6 +23,7 @@ TEST(ToNumber, ReadsWhatANumberMayLookLike) {
       EXPECT_EQ(number, std::stod(row[1])) << row[0];
     }
   }
+  EXPECT_EQ(ErrorOf([] { ToNumber(std::string(400, '9')); }), 6);
 }
 
 TEST(Rounding, HalvesGoToTheEvenNeighbour) {

@@ -16,11 +16,11 @@ namespace {
 constexpr int kPatienceMs = 60'000;
 constexpr int kLookMs = 20;
 
-sockaddr_in Loopback(std::uint16_t port) {
+sockaddr_in Loopback(std::uint16_t port, std::uint8_t host = 1) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK - 1 + host);
   return address;
 }
 
@@ -45,10 +45,12 @@ RawSocket::~RawSocket() {
   }
 }
 
-RawSocket RawSocket::Connect(std::uint16_t port) {
+RawSocket RawSocket::Connect(std::uint16_t port, std::uint8_t host) {
   RawSocket client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  const sockaddr_in from = Loopback(0, host);
   const sockaddr_in address = Loopback(port);
-  if (::connect(client.handle_, Plain(address), sizeof address) != 0) {
+  if (::bind(client.handle_, Plain(from), sizeof from) != 0 ||
+      ::connect(client.handle_, Plain(address), sizeof address) != 0) {
     throw std::runtime_error("cannot connect");
   }
   return client;

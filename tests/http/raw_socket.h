@@ -21,7 +21,8 @@ class RawSocket {
   RawSocket& operator=(const RawSocket&) = delete;
   ~RawSocket();
 
-  static RawSocket Connect(std::uint16_t port);
+  // From 127.0.0.`host`.
+  static RawSocket Connect(std::uint16_t port, std::uint8_t host = 1);
 
   // False once the other side has hung up.
   bool Send(std::string_view bytes) const;

@@ -156,12 +156,12 @@ TEST(RowList, ShowsTenThousandRowsAtOnce) {
 // The first row of a list gives all of them their height.
 TEST(RowList, ARowOfAnyCharactersStaysInItsPlace) {
   app::Control plain;
-  plain.rows = {{"uno"}, {"uno"}, {"uno"}};
+  plain.rows = {{"uno"}, {"dos"}, {"tres"}};
   for (const std::string& text :
        {std::string("a\nb\r\nc\n\nd"), std::string("a\tb\x01\x0B\x0C\x85 (x\ny)"),
         std::string("a\0b", 3), std::string(5000, 'W'), std::string(400, '\n') + "x"}) {
     app::Control odd;
-    odd.rows = {{text}, {"uno"}, {"uno"}};
+    odd.rows = {{text}, {"dos"}, {"tres"}};
     shell::RowList as, is;
     as.SetControl(plain);
     is.SetControl(odd);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,14 @@ inline std::string Ask(std::uint16_t port, const std::string& target,
   client.Send("GET " + target + " HTTP/1.1\r\nConnection: close\r\n" + fields + "\r\n");
   const auto replies = SplitReplies(client.ReadAll());
   return replies.empty() ? "" : replies.front();
+}
+
+inline std::string Joined(const std::vector<std::shared_ptr<const std::string>>& texts) {
+  std::string joined;
+  for (const auto& text : texts) {
+    joined += *text;
+  }
+  return joined;
 }
 
 }  // namespace tonadex::test

@@ -12,6 +12,9 @@
 #include "platform/http/http_client.h"
 #include "server/file_system.h"
 #include "server/rate_limit.h"
+#include "tests/core/table.h"
+#include "tests/server/ask.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::server {
@@ -64,6 +67,16 @@ TEST(EmbeddedServer, IsSharedByTwoProgramsAndOutlivesTheFirst) {
   EXPECT_EQ(Get(second, "/todoslostonos.php"), "Una (Una.23)498Dos (Dos.23)498");
 }
 
+TEST(EmbeddedServer, LeavesNoPortThatNobodyListensOn) {
+  const TempFolder home;
+  std::make_unique<EmbeddedServer>(home.path(), "").reset();
+  EXPECT_EQ(PublishedPort(home.path()), std::nullopt);
+  home.Write(".puerto", "1\n");  // of a program that was killed
+  const test::FullDisk full(0);
+  const EmbeddedServer server(home.path(), "");
+  EXPECT_EQ(PublishedPort(home.path()), std::nullopt);
+}
+
 TEST(EmbeddedServer, ReadsWhileTheFoldersOwnerDoesNotListen) {
   const TempFolder home;
   home.Write("vals.29", "Vals:d=4,o=5,b=63:c,d");
@@ -95,6 +108,17 @@ TEST(EmbeddedServer, ReadsWhatItCannotWrite) {
     EXPECT_EQ(Get(server, UploadPath("Una")), "Este servidor solo deja leer.");
   }
   EXPECT_THROW(EmbeddedServer(home / "file/servidor", home / "none"), std::exception);
+}
+
+// Any page that a browser shows can send requests to this machine.
+TEST(EmbeddedServer, AnswersThisMachinesProgramsAndItsOwnPagesAlone) {
+  const TempFolder home;
+  const EmbeddedServer server(home.path(), "");
+  for (const test::Row& row : test::Table("Own requests")) {
+    EXPECT_EQ(test::Ask(*PublishedPort(home.path()), "/mini.php", row[0] + "\r\n").substr(0, 3),
+              row[1])
+        << row[0];
+  }
 }
 
 }  // namespace

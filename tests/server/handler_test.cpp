@@ -2,11 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdio>
 #include <string>
 
+#include "core/files.h"
+#include "core/text.h"
 #include "core/windows1252.h"
+#include "net/addresses.h"
+#include "net/upload.h"
 #include "server/pages.h"
 #include "tests/core/table.h"
+#include "tests/server/ask.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::server {
@@ -14,6 +21,7 @@ namespace {
 
 using namespace core::literals;
 using std::string;
+using test::Joined;
 using test::TempFolder;
 
 TEST(Handle, Answers) {
@@ -29,23 +37,60 @@ TEST(Handle, Answers) {
     Shelf shelf(folder / "servidor", ShelfAccess::kReadWrite);
     const Reply reply = Handle({core::FromUtf8(row[0]), "client", {}, 1}, shelf);
     EXPECT_EQ(std::to_string(reply.status), row[1]);
-    EXPECT_EQ(core::ToUtf8(*reply.body), row[2]);
+    EXPECT_EQ(core::ToUtf8(Joined(reply.body)), row[2]);
     EXPECT_EQ(reply.contentType, kTextType);
+    EXPECT_EQ(std::to_string(reply.maxAgeSeconds), row[3].empty() ? "0" : row[3]);
   }
 }
 
-TEST(Handle, StoresWhatIsUploaded) {
+// As the programs send it: only what would break the request line is escaped.
+string AsTyped(const string& text) {
+  string sent = text;
+  return core::ReplaceAll(sent, " ", "%20");
+}
+
+// As a browser sends it.
+string Encoded(const string& text) {
+  string encoded;
+  for (const char c : text) {
+    std::array<char, 16> escape{};
+    std::snprintf(escape.data(), escape.size(), "%%%02X", unsigned(core::Code(c)));
+    encoded +=
+        core::IsDigit(c) || c == '.' || (c >= 'a' && c <= 'z') ? string(1, c) : escape.data();
+  }
+  return encoded;
+}
+
+TEST(Handle, TakesAndGivesNamesAsTypedOrEncoded) {
+  for (const test::Row& row : test::Table("Sent names")) {
+    const string name = core::FromUtf8(row[0]);
+    const string text = name + ":d=4,o=5,b=100:c,djuh9hay,e";
+    const string key = net::UploadKey(name, name + ":d=4,o=5,b=100:c,d#,e");
+    for (const auto& write : {AsTyped, Encoded}) {
+      const TempFolder folder;
+      Shelf shelf(folder.path(), ShelfAccess::kReadWrite);
+      const auto get = [&](const string& target) {
+        return Handle({target, "client", {}, 1}, shelf);
+      };
+      const string upload = net::UploadAddress(write(key), write(text));
+      EXPECT_EQ(Joined(get(upload).body), u8"La melodía está en el servidor. ¡Gracias!"_w) << upload;
+      EXPECT_EQ(folder.Read(core::PathFromText(key)), text);
+      EXPECT_EQ(get(upload).status, 409);
+      for (const auto& ask : {AsTyped, Encoded}) {
+        EXPECT_EQ(Joined(get(net::MelodyAddress(ask(key))).body), text) << ask(key);
+        EXPECT_EQ(Joined(get(net::SearchAddress(ask(name))).body), name + " (" + key + ")498");
+      }
+    }
+  }
+}
+
+TEST(Handle, StopsASearchThatNobodyWaitsFor) {
   const TempFolder folder;
-  Shelf shelf(folder.path(), ShelfAccess::kReadWrite);
-  const string target =
-      "/uploadertonos.php?filename=Mi%20t\xE9ma%25.29&contents=Mi%20t\xE9ma%25:d=4,o=5,b=100:c,"
-      "djuh9hay,e";
-  EXPECT_EQ(*Handle({target, "client", {}, 1}, shelf).body,
-            u8"La melodía está en el servidor. ¡Gracias!"_w);
-  const string stored = string(u8"Mi téma%:d=4,o=5,b=100:c,djuh9hay,e"_w);
-  EXPECT_EQ(folder.Read(u8"Mi téma%.29"), stored);
-  EXPECT_EQ(*Handle({"/tonos/Mi%20t\xE9ma%.29", "client", {}, 1}, shelf).body, stored);
-  EXPECT_EQ(Handle({target, "client", {}, 1}, shelf).status, 409);
+  Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  for (const bool gone : {false, true}) {
+    EXPECT_EQ(Handle({"/listatonos.php", "client", {}, 1, [&] { return gone; }}, shelf).status,
+              gone ? 503 : 200);
+  }
 }
 
 TEST(UndoEscapes, KeepsWhatIsNoEscape) {
@@ -69,6 +114,16 @@ TEST(Pages, EscapeWhatComesFromOutside) {
   }
   const Shelf large(folder.path(), ShelfAccess::kReadOnly);
   EXPECT_NE(BannerPage(large).find("1.235 melodías<"), string::npos) << BannerPage(large);
+}
+
+TEST(Pages, MayBeKeptForAMinute) {
+  const TempFolder folder;
+  Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  for (const char* page : {"/banners.php", "/mini906.php", "/mini.php?version=1"}) {
+    const Reply reply = Handle({page, "client", {}, 1}, shelf);
+    EXPECT_EQ(reply.maxAgeSeconds, 60) << page;
+    EXPECT_EQ(reply.contentType, kHtmlType) << page;
+  }
 }
 
 TEST(StartPage, SaysWhetherTheVersionIsCurrent) {

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 
+#include <atomic>
+#include <csignal>
 #include <deque>
 #include <future>
 #include <mutex>
@@ -68,13 +71,22 @@ TEST(HttpServer, AnswersOrRefusesAnyRequest) {
   }
 }
 
-TEST(HttpServer, AnswersHeadWithoutTheBody) {
-  HttpServer server({}, Echo);
-  const RawSocket client = RawSocket::Connect(server.Port());
-  client.Send("HEAD /abc HTTP/1.1\r\nConnection: close\r\n\r\n");
-  const string reply = client.ReadAll();
+TEST(HttpServer, AnswersHeadWithoutTheBodyAndSaysHowLongItMayBeKept) {
+  HttpServer server({}, [](const Request& request) {
+    Reply reply = Echo(request);
+    reply.maxAgeSeconds = request.target == "/kept" ? 60 : 0;
+    return reply;
+  });
+  const auto head = [&](const string& target) {
+    const RawSocket client = RawSocket::Connect(server.Port());
+    client.Send("HEAD " + target + " HTTP/1.1\r\nConnection: close\r\n\r\n");
+    return client.ReadAll();
+  };
+  EXPECT_NE(head("/kept").find("\r\nCache-Control: max-age=60\r\n"), string::npos);
+  const string reply = head("/abc");
   EXPECT_NE(reply.find("Content-Length: 4\r\n"), reply.npos);
   EXPECT_EQ(reply.substr(reply.size() - 4), "\r\n\r\n");
+  EXPECT_NE(reply.find("\r\nCache-Control: no-store\r\n"), reply.npos);
 }
 
 TEST(HttpServer, TurnsAnExceptionIntoAReply) {
@@ -108,36 +120,175 @@ TEST(HttpServer, LetsGoOfSlowClientsWhileOthersAreServed) {
   EXPECT_LT(reader.ReadAll().size(), large.size());
 }
 
-TEST(HttpServer, ServesItsMostConnectionsAndTellsTheRestToComeBack) {
+TEST(HttpServer, BoundsTheMemoryOfRepliesThatNobodyReads) {
+  constexpr std::size_t kLarge = std::size_t{16} << 20;
+  const auto shared = std::make_shared<const string>(kLarge, 'x');
+  ServerOptions options;
+  options.maxReplyBytes = 2 * kLarge + kLarge / 2;
+  HttpServer server(options, [&](const Request& request) {
+    Reply reply = TextReply(200, request.target == "/own" ? string(kLarge, 'x') : "small");
+    if (request.target == "/shared") {
+      reply.body = {shared, shared};
+    }
+    return reply;
+  });
+  const auto waitFor = [&](const string& status) {
+    const auto end = Clock::now() + kNotForEver;
+    while (!Ask(server.Port(), "/own").starts_with(status) && Clock::now() < end) {
+    }
+    EXPECT_LT(Clock::now(), end);
+  };
+  {
+    std::deque<RawSocket> readers;  // that read no further than here
+    for (int i = 0; i < 20; ++i) {
+      readers.push_back(RawSocket::Connect(server.Port()));
+      readers.back().Send(Get(i == 0 ? "/own" : "/shared"));
+      ASSERT_TRUE(readers.back().ReadUntil("\r\n\r\n").starts_with("HTTP/1.1 200 "));
+    }
+    waitFor("503");
+    EXPECT_EQ(Ask(server.Port(), "/shared").size(), 2 * kLarge + 4);  // is there once
+    EXPECT_EQ(Ask(server.Port(), "/"), "200 small");
+  }
+  waitFor("200");
+}
+
+TEST(HttpServer, SaysWhenNobodyWaitsForAReply) {
+  std::promise<void> asked, reset, stopped;
+  const auto wait = [](const Request& request, std::promise<void>& seen) {
+    const auto end = Clock::now() + kNotForEver;
+    while (!request.abandoned() && Clock::now() < end) {
+      std::this_thread::sleep_for(milliseconds(1));
+    }
+    request.abandoned() ? seen.set_value() : void();
+  };
+  HttpServer server({}, [&](const Request& request) {
+    if (request.target == "/half") {
+      return TextReply(200, request.abandoned() ? "gone" : "waits");
+    }
+    request.target == "/stop" ? asked.set_value() : void();
+    wait(request, request.target == "/stop" ? stopped : reset);
+    return Echo(request);
+  });
+  EXPECT_EQ(Converse(server.Port(), Get("/half")).at(0), "200 waits");
+  {
+    const RawSocket client = RawSocket::Connect(server.Port());
+    client.Send(Get("/reset"));
+    const linger hard{1, 0};
+    ::setsockopt(client.handle(), SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
+    std::this_thread::sleep_for(milliseconds(50));
+  }
+  EXPECT_EQ(reset.get_future().wait_for(kNotForEver), std::future_status::ready);
+  const RawSocket client = RawSocket::Connect(server.Port());
+  client.Send(Get("/stop"));
+  asked.get_future().wait();
+  server.Stop();
+  EXPECT_EQ(stopped.get_future().wait_for(milliseconds(0)), std::future_status::ready);
+}
+
+TEST(WaitForEndSignal, ReloadsOnceForManySignalsAndEndsWithoutWaitingForIt) {
+  std::atomic<int> reloads{0};
+  std::atomic<bool> release{false};
+  std::promise<void> ready;
+  const auto reload = [&](const std::stop_token& stop) {
+    const int number = ++reloads;
+    const auto end = Clock::now() + kNotForEver;
+    while (Clock::now() < end && !stop.stop_requested() && (number != 1 || !release)) {
+      std::this_thread::sleep_for(milliseconds(1));
+    }
+  };
+  std::thread waiter([&] { WaitForEndSignal([&] { ready.set_value(); }, reload); });
+  ready.get_future().wait();
+  const auto start = Clock::now();
+  std::raise(SIGHUP);
+  while (reloads == 0) {
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+  for (int i = 0; i < 50; ++i) {
+    std::raise(SIGHUP);
+  }
+  std::this_thread::sleep_for(milliseconds(100));
+  release = true;
+  while (reloads < 2 && Clock::now() - start < kNotForEver) {
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+  std::raise(SIGTERM);
+  waiter.join();
+  EXPECT_EQ(reloads, 2);
+  EXPECT_LT(Clock::now() - start, kNotForEver);
+}
+
+// How many of `clients` are served, the rest being told to come back.
+int Served(const std::deque<RawSocket>& clients) {
+  int served = 0, busy = 0;
+  for (const RawSocket& client : clients) {
+    client.Send(Get("/x"));
+  }
+  for (const RawSocket& client : clients) {
+    const string reply = client.ReadUntil("\r\n\r\n");
+    served += reply.starts_with("HTTP/1.1 200 ");
+    busy += reply.starts_with("HTTP/1.1 503 ");
+  }
+  EXPECT_EQ(served + busy, int(clients.size()));
+  return served;
+}
+
+TEST(HttpServer, ServesSoManyConnectionsOfAnAddressAndInAll) {
   constexpr int kClients = 2000;
   RaiseOpenFileLimit();
   rlimit limit{};
   ::getrlimit(RLIMIT_NOFILE, &limit);
-  if (limit.rlim_cur < 2 * kClients + 200) {  // two sockets for each connection
+  if (limit.rlim_cur < 4 * kClients + 200) {  // two sockets for each connection
     GTEST_SKIP() << "this system does not allow enough open files";
   }
   HttpServer server({}, Echo);
   {
-    std::deque<RawSocket> clients;
+    std::deque<RawSocket> idle, one, others;
     for (int i = 0; i < kClients; ++i) {
-      clients.push_back(RawSocket::Connect(server.Port()));
+      idle.push_back(RawSocket::Connect(server.Port(), 2));
     }
-    int served = 0, busy = 0;
-    for (const RawSocket& client : clients) {
-      client.Send(Get("/x"));
+    one.push_back(RawSocket::Connect(server.Port()));
+    EXPECT_EQ(Served(one), 1);
+    for (int i = 0; i < kClients; ++i) {
+      others.push_back(RawSocket::Connect(server.Port(), std::uint8_t(3 + i % 100)));
     }
-    for (const RawSocket& client : clients) {
-      const string reply = client.ReadUntil("\r\n\r\n");
-      served += reply.starts_with("HTTP/1.1 200 ");
-      busy += reply.starts_with("HTTP/1.1 503 ");
-    }
-    EXPECT_EQ(served, kMaxConnections);
-    EXPECT_EQ(busy, kClients - kMaxConnections);
+    EXPECT_EQ(Served(others), kMaxConnections - kMaxConnectionsOfAddress - 1);
+    EXPECT_EQ(Served(idle), kMaxConnectionsOfAddress);
   }
   const auto end = Clock::now() + kNotForEver;
   while (Ask(server.Port(), "/x") != "200 /x") {
     ASSERT_LT(Clock::now(), end);
   }
+}
+
+// All connections are the proxy's own: what counts are the requests under way of each client.
+TEST(HttpServer, LimitsTheRequestsOfAClientBehindTheProxy) {
+  std::promise<void> release;
+  const std::shared_future<void> released(release.get_future());
+  std::atomic<int> waiting{0};
+  ServerOptions options;
+  options.behindProxy = true;
+  options.maxConnectionsOfAddress = 2;
+  HttpServer server(options, [&](const Request& request) {
+    if (request.target == "/wait") {
+      ++waiting;
+      released.wait();
+    }
+    return Echo(request);
+  });
+  const auto get = [&](const string& target, const string& client) {
+    return Ask(server.Port(), target, "X-Forwarded-For: " + client + "\r\n").substr(0, 3);
+  };
+  auto first = std::async(std::launch::async, get, "/wait", "9.9.9.1");
+  auto second = std::async(std::launch::async, get, "/wait", "9.9.9.1");
+  const auto end = Clock::now() + kNotForEver;
+  while (waiting < 2 && Clock::now() < end) {
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+  EXPECT_EQ(get("/x", "9.9.9.1"), "503");
+  EXPECT_EQ(get("/x", "9.9.9.2"), "200");
+  release.set_value();
+  EXPECT_EQ(first.get() + second.get(), "200200");
+  EXPECT_EQ(get("/x", "9.9.9.1"), "200");
 }
 
 TEST(HttpServer, LimitsUploadsByTheAddressThatTheProxyWrote) {

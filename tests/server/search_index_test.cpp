@@ -9,7 +9,9 @@
 
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "server/limits.h"
 #include "tests/core/table.h"
+#include "tests/server/ask.h"
 
 namespace tonadex::server {
 namespace {
@@ -44,31 +46,81 @@ TEST(SearchIndex, FindsNewestFirst) {
   EXPECT_TRUE(index.Search("\x01\x81", 9).empty());
 }
 
-// Blocks, jumps and the choice of the rarest byte against the plain way.
+// The rows of bits against looking at every line: words of one byte and of many, repeated ones,
+// ones that no line holds, bytes that differ in their upper bits alone.
 TEST(SearchIndex, AgreesWithLookingAtEveryLine) {
   std::mt19937 random(7);
   const auto text = [&](std::size_t length) {
     string made(length, ' ');
-    std::ranges::generate(made, [&] { return "abcd"[random() % 4]; });
+    std::ranges::generate(made, [&] { return "aabbcdq1\xB1"[random() % 9]; });
     return made;
   };
   SearchIndex index;
   std::vector<string> lines;
   for (int i = 0; i < 5000; ++i) {
-    const string name = text(12);
-    index.Add(name, name + ".1");
-    lines.push_back(name);
+    lines.push_back(text(1 + random() % 14));
+    index.Add(lines.back(), lines.back() + ".1");
   }
-  for (int i = 0; i < 300; ++i) {
-    const string first = text(1 + random() % 4), second = text(1 + random() % 3);
+  int hits = 0;
+  for (int i = 0; i < 600; ++i) {
+    std::vector<string> words(1 + random() % 4);
+    string query;
+    for (string& word : words) {
+      word = text(1 + random() % (6 / words.size()));
+      query += word + " " + (random() % 4 == 0 ? words[0] + "  " : "");
+    }
     std::vector<std::uint32_t> want;
-    for (std::size_t line = lines.size(); line-- > 0;) {
-      if (core::Contains(lines[line], first) && core::Contains(lines[line], second)) {
+    const std::size_t limit = 1 + random() % 2000;
+    for (std::size_t line = lines.size(); line-- > 0 && want.size() < limit;) {
+      if (std::ranges::all_of(words, [&](auto& w) { return core::Contains(lines[line], w); })) {
         want.push_back(static_cast<std::uint32_t>(line));
       }
     }
-    EXPECT_EQ(index.Search(first + " " + second, lines.size()), want) << first << '/' << second;
+    hits += !want.empty();
+    EXPECT_EQ(index.Search(query, limit), want) << query;
   }
+  EXPECT_GT(hits, 300);
+}
+
+TEST(SearchIndex, BoundsItsQueries) {
+  SearchIndex index;
+  index.Add("abcdefghijklmnop", "x.1");
+  const string sixteen = "a b c d e f g h i j k l m n o p ";
+  EXPECT_EQ(index.Search(sixteen + sixteen + "zz", 9).size(), 1u);  // the 17th is not looked for
+  EXPECT_EQ(index.Search("a zz " + sixteen, 9).size(), 0u);
+  string longest;
+  while (longest.size() < kMaxSearchBytes) {
+    longest += "a ";
+  }
+  EXPECT_EQ(index.Search(longest + "zz", 9).size(), 1u);
+  EXPECT_EQ(index.Search(longest.substr(4) + "zz", 9).size(), 0u);
+}
+
+// An index that searches use is copied to add to it; the copy shares all blocks but one.
+TEST(SearchIndex, StaysAsItIsWhenACopyGrows) {
+  SearchIndex index;
+  std::size_t melodies = 0;
+  const auto add = [](SearchIndex& to, std::size_t i) {
+    to.Add("vals" + std::to_string(i), std::to_string(i) + ".1");
+  };
+  for (const std::size_t next : {1u, 700u, 1023u, 1024u, 1025u, 9000u}) {
+    while (melodies < next) {
+      add(index, melodies++);
+    }
+    const string listing = test::Joined(index.Records());
+    SearchIndex grown = index;
+    add(grown, melodies);
+    EXPECT_EQ(index.Search("vals", 9999).size(), next);
+    EXPECT_EQ(grown.Search("vals", 9999).size(), next + 1);
+    EXPECT_EQ(test::Joined(index.Records()), listing);
+    const auto before = index.Records(), after = grown.Records();
+    EXPECT_TRUE(std::equal(before.begin(), before.end() - 1, after.begin()));
+    const string longer = test::Joined(after);
+    EXPECT_TRUE(longer.starts_with(listing));
+    add(grown, melodies + 1);
+    EXPECT_EQ(test::Joined(after), longer);  // replies keep what they have
+  }
+  EXPECT_TRUE(index.Search("vals", 9999, [] { return true; }).empty());
 }
 
 }  // namespace

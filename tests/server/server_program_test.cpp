@@ -36,13 +36,15 @@ constexpr std::chrono::seconds kPatience{60};  // with a busy machine
 
 class Program {
  public:
-  explicit Program(const TempFolder& home) : process_(::fork()) {
+  // Logs to standard error, which `setError` may change, or to home's file "log".
+  explicit Program(const TempFolder& home, void (*setError)() = nullptr) : process_(::fork()) {
     if (process_ == 0) {
-      ::dup2(::open("/dev/null", O_WRONLY), 1);
+      ::dup2(::open((home / "said").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644), 1);
       ::dup2(1, 2);
+      setError == nullptr ? void() : setError();
       ::execl(TONADEX_SERVER_PROGRAM, "tonadex-server", "--puerto", "0", "--proxy", "--carpeta",
-              (home / "servidor").c_str(), "--registro", (home / "log").c_str(), "--estanteria", "",
-              nullptr);
+              (home / "servidor").c_str(), "--registro",
+              setError == nullptr ? (home / "log").c_str() : "", "--estanteria", "", nullptr);
       ::_exit(127);
     }
   }
@@ -186,6 +188,67 @@ TEST(ServerProgram, EndsCleanlyAndKeepsItsFolderToItself) {
   const string log = home.Read("log");
   EXPECT_GE(std::count(log.begin(), log.end(), '\n'), 3);
   EXPECT_NE(log.find(" 127.0.0.1 GET /azar.php 200 0 "), log.npos);
+}
+
+void CloseError() {
+  ::close(2);
+}
+
+void LetNobodyReadError() {
+  int ends[2];
+  ::pipe2(ends, O_NONBLOCK);
+  while (::write(ends[1], "x", 1) == 1) {
+  }
+  ::fcntl(ends[1], F_SETFL, 0);
+  ::dup2(ends[1], 2);
+}
+
+void LetTheReaderOfErrorLeave() {
+  int ends[2];
+  ::pipe(ends);
+  ::dup2(ends[1], 2);
+  ::close(ends[0]);
+  ::close(ends[1]);
+}
+
+TEST(ServerProgram, NeedsNobodyWhoReadsItsLog) {
+  for (const auto setError : {CloseError, LetNobodyReadError, LetTheReaderOfErrorLeave}) {
+    const TempFolder home;
+    Program program(home, setError);
+    const std::uint16_t port = WaitForPort(home);
+    ASSERT_NE(port, 0);
+    for (int i = 0; i < 10; ++i) {
+      ASSERT_EQ(Ask(port, "/azar.php"), "200 ");
+    }
+    EXPECT_EQ(home.Read("servidor/.candado"), "");  // no file takes the place of a closed stream
+    EXPECT_EQ(program.End(SIGTERM), 0);
+  }
+}
+
+// A folder of somebody else's, or a read-only mount: the lock cannot be made, here because a folder
+// has its name.
+TEST(ServerProgram, ServesAFolderThatItCannotWrite) {
+  const TempFolder home;
+  home.Write("servidor/vals.29", "Vals:d=4");
+  home.Write("servidor/.candado/x", "");
+  Program program(home);
+  string said;
+  for (const auto end = Clock::now() + kPatience; !said.ends_with("/\n") && Clock::now() < end;) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    said = home.Read("said");
+  }
+  const std::size_t port = said.rfind(':') + 1;
+  ASSERT_EQ(said.substr(0, port), "tonadex-server: aviso: no se puede escribir en la carpeta «" +
+                                      (home / "servidor").string() +
+                                      "»; se sirve lo que hay\nTonadex " TONADEX_VERSION
+                                      ": 1 melodías en http://127.0.0.1:");
+  const auto server = std::uint16_t(std::stoi(said.substr(port)));
+  EXPECT_EQ(Ask(server, "/todoslostonos.php"), "200 Vals (vals.29)498");
+  EXPECT_EQ(
+      Ask(server, "/uploadertonos.php?filename=" + KeyOf("a") + "&contents=" + MelodyText("a")),
+      "403 Este servidor solo deja leer.");
+  EXPECT_EQ(program.End(SIGTERM), 0);
+  EXPECT_EQ(PublishedPort(home / "servidor"), std::nullopt);
 }
 
 TEST(ServerProgram, SaysWhyItCannotStart) {

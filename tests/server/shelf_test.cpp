@@ -9,6 +9,7 @@
 #include "core/windows1252.h"
 #include "server/file_system.h"
 #include "tests/core/table.h"
+#include "tests/server/ask.h"
 #include "tests/support/full_disk.h"
 #include "tests/support/parsed_listing.h"
 #include "tests/support/temp_folder.h"
@@ -18,6 +19,7 @@ namespace {
 
 using namespace core::literals;
 using std::string;
+using test::Joined;
 using test::TempFolder;
 namespace fs = std::filesystem;
 
@@ -36,7 +38,7 @@ TEST(Shelf, ServesWhatTheFolderHoldsNewestFirst) {
   EXPECT_EQ(shelf.size(), 4u);
   EXPECT_EQ(shelf.Search(""),
             "Vals (vals.120)498empty (empty.0)498" + nandu + "Antigua (old.10)498");
-  EXPECT_EQ(*shelf.FullListing(),
+  EXPECT_EQ(Joined(shelf.FullListing()),
             "Antigua (old.10)498" + nandu + "empty (empty.0)498Vals (vals.120)498");
   for (const test::Row& row : test::Table("Shelf")) {
     const auto melody = shelf.Melody(core::FromUtf8(row[0]));
@@ -44,6 +46,20 @@ TEST(Shelf, ServesWhatTheFolderHoldsNewestFirst) {
   }
   for (const char* none : {"deep.12", "../vals.120", "x.1", ""}) {
     EXPECT_EQ(shelf.Melody(none), std::nullopt) << none;
+  }
+}
+
+TEST(Shelf, ServesWholeFilesOfItsFolderAlone) {
+  const TempFolder folder, outside;
+  outside.Write("secreto.12", "outside");
+  folder.Write("longest.1", string(kMaxFileBytes, 'x'));
+  folder.Write("longer.1", string(kMaxFileBytes + 1, 'x'));
+  fs::create_symlink(outside / "secreto.12", folder / "link.12");
+  const Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  EXPECT_EQ(shelf.size(), 1u);
+  EXPECT_EQ(shelf.Melody("longest.1")->size(), kMaxFileBytes);
+  for (const char* none : {"longer.1", "link.12"}) {
+    EXPECT_FALSE(shelf.Melody(none)) << none;
   }
 }
 
@@ -72,7 +88,7 @@ TEST(ShelfUpload, StoresAsSentAndNeverOverwrites) {
   {
     Shelf shelf(folder.path(), ShelfAccess::kReadWrite);
     EXPECT_EQ(shelf.Upload("Tema.25", kTema, "a", kNow).result, UploadResult::kStored);
-    EXPECT_EQ(*shelf.FullListing(), "Otra (Otra.24)498Tema (Tema.25)498");
+    EXPECT_EQ(Joined(shelf.FullListing()), "Otra (Otra.24)498Tema (Tema.25)498");
     for (const auto& [name, text] : {std::pair{"Tema.25", "Tema:d=4,o=5,b=100:c,djuh9hay,f"},
                                      {"Otra.24", "Otra:d=4,o=5,b=100:c,d,e"}}) {
       EXPECT_EQ(shelf.Upload(name, text, "a", kNow).result, UploadResult::kExists);
@@ -114,11 +130,16 @@ TEST(ShelfReload, FindsWhatCameAndWentByHand) {
   const TempFolder folder;
   folder.Write("vals.29", "Vals:d=4");
   Shelf shelf(folder.path(), ShelfAccess::kReadWrite);
-  EXPECT_EQ(*shelf.FullListing(), "Vals (vals.29)498");
+  EXPECT_EQ(Joined(shelf.FullListing()), "Vals (vals.29)498");
   fs::rename(folder / "vals.29", folder / "jota.29");
   shelf.Reload();
-  EXPECT_EQ(*shelf.FullListing(), "Vals (jota.29)498");
+  EXPECT_EQ(Joined(shelf.FullListing()), "Vals (jota.29)498");
   EXPECT_EQ(shelf.Search("vals"), "Vals (jota.29)498");
+  folder.Write("seguidilla.29", "Seguidilla:d=4");
+  std::stop_source stop;
+  stop.request_stop();
+  EXPECT_FALSE(shelf.Reload(stop.get_token()));
+  EXPECT_EQ(shelf.size(), 1u);
   fs::remove_all(folder.path());
   EXPECT_THROW(shelf.Reload(), fs::filesystem_error);
   EXPECT_EQ(shelf.size(), 1u);

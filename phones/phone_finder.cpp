@@ -1,11 +1,11 @@
-#include "cli/phone_finder.h"
+#include "phones/phone_finder.h"
 
 #include <algorithm>
 #include <string>
 
 #include "core/text.h"
 
-namespace tonadex::cli {
+namespace tonadex::phones {
 namespace {
 
 bool IsWordCharacter(char c) {
@@ -27,17 +27,17 @@ std::vector<std::string> Words(std::string_view text) {
   return words;
 }
 
-std::vector<std::string> RowWords(const core::CatalogueRow& row) {
+std::vector<std::string> RowWords(const CatalogueRow& row) {
   return Words(std::string(row.brand) + " " + std::string(row.model));
 }
 
 }  // namespace
 
-std::vector<core::CatalogueRow> FindPhones(std::string_view name) {
+std::vector<CatalogueRow> FindPhones(std::string_view name) {
   const std::vector<std::string> wanted = Words(name);
-  std::vector<core::CatalogueRow> exact;
-  std::vector<core::CatalogueRow> holding;
-  for (const core::CatalogueRow& row : core::CatalogueRows()) {
+  std::vector<CatalogueRow> exact;
+  std::vector<CatalogueRow> holding;
+  for (const CatalogueRow& row : CatalogueRows()) {
     const std::vector<std::string> words = RowWords(row);
     if (wanted == words || wanted == Words(row.model)) {
       exact.push_back(row);
@@ -51,4 +51,4 @@ std::vector<core::CatalogueRow> FindPhones(std::string_view name) {
   return exact.size() == 1 ? exact : holding;
 }
 
-}  // namespace tonadex::cli
+}  // namespace tonadex::phones

@@ -1,12 +1,15 @@
-#include "core/phone_catalogue.h"
+#include "phones/catalogue.h"
 
 #include <gtest/gtest.h>
 
-#include "core/dispatcher/conversion.h"
+#include <set>
+
+#include "phones/conversion.h"
+#include "phones/formats.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::core {
+namespace tonadex::phones {
 namespace {
 
 class NoFile : public SaveFileQuestion {
@@ -21,13 +24,12 @@ class NoFile : public SaveFileQuestion {
 // The title behind the melody's name, or the title of the save dialog.
 std::string OutputOf(std::string_view model) {
   NoFile question;
-  RTTTLMelody melody = test::MelodyOf("c");
-  const auto page = ConvertSelectedMelody(melody, model, "x", question);
-  return page ? std::string(Trim(Mid(page->title, 10))) : question.asked;
+  core::RTTTLMelody melody = test::MelodyOf("c");
+  const auto page = ConvertSelectedMelody(melody, model, "x", question).page;
+  return page ? std::string(core::Trim(core::Mid(page->title, 10))) : question.asked;
 }
 
-// Row, output and the brand that the saved model restores, of the whole catalogue.
-TEST(PhoneCatalogue, EveryRowHasAnOutputAndABrand) {
+TEST(PhoneCatalogue, EveryRowHasAnOutputABrandAndALabel) {
   const std::vector<test::Row> table = test::Table("Catalogue");
   std::vector<std::string> brands = {"kept"};
   const PhoneCatalogue catalogue = LoadPhoneCatalogue(brands);
@@ -40,9 +42,13 @@ TEST(PhoneCatalogue, EveryRowHasAnOutputAndABrand) {
   ASSERT_EQ(CatalogueRows().size(), table.size());
   for (const test::Row& row : table) {
     const std::string_view model = SplitCatalogueRow(row[0])->model;
-    EXPECT_EQ(ToUtf8(OutputOf(model)), row[1]) << model;
+    EXPECT_EQ(core::ToUtf8(OutputOf(model)), row[1]) << model;
     const auto brand = RestoredBrand(model);
     EXPECT_EQ(brand ? std::to_string(*brand) : "", row[2]) << model;
+    EXPECT_EQ(FormatLabel(model), row[3]) << model;
+  }
+  for (const test::Row& row : test::Table("Other labels")) {
+    EXPECT_EQ(FormatLabel(row[0]), row[1]) << row[0];
   }
 }
 
@@ -66,5 +72,22 @@ TEST(PhoneCatalogue, ListsAndRestoresExactly) {
   EXPECT_EQ(RestoredBrand("EMelody"), std::nullopt);
 }
 
+// A writer tells as many octaves apart as the table says. The Motorola notes have a number for one
+// more, which the phones do not play.
+TEST(PhoneFormats, WritersTellTheirOctavesApart) {
+  NoFile question;
+  for (const CatalogueRow& row : CatalogueRows()) {
+    std::set<std::string> results;
+    for (const char octave : std::string_view("12345678")) {
+      core::RTTTLMelody melody = test::MelodyOf("c,c,c6,c6,8g6,c" + std::string(1, octave));
+      const auto page = ConvertSelectedMelody(melody, row.model, "x", question).page;
+      results.insert(page ? page->result : "");
+    }
+    const int count = FindFormat(row.model)->octaves.count + (row.code == "MOTI" ? 1 : 0);
+    const std::size_t all = SavesFile(row.model) ? 1 : 8;
+    EXPECT_EQ(results.size(), count == 0 ? all : static_cast<std::size_t>(count)) << row.model;
+  }
+}
+
 }  // namespace
-}  // namespace tonadex::core
+}  // namespace tonadex::phones

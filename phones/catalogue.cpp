@@ -1,10 +1,10 @@
-#include "core/phone_catalogue.h"
+#include "phones/catalogue.h"
 
 #include <algorithm>
 
 #include "core/text.h"
 
-namespace tonadex::core {
+namespace tonadex::phones {
 namespace {
 
 constexpr std::array<std::string_view, 29> kRows = {
@@ -39,45 +39,32 @@ constexpr std::array<std::string_view, 29> kRows = {
     "Siemens^MIDI (cable)^midi",
 };
 
-struct SavedModel {
-  std::string_view model;
-  std::size_t brand;  // index in kBrands
-};
+constexpr CatalogueRow Fields(std::string_view row) {
+  const std::size_t first = row.find('^');
+  const std::size_t second = row.find('^', first + 1);
+  return {row.substr(0, first), row.substr(first + 1, second - first - 1), row.substr(second + 1)};
+}
 
-// Which brand a saved model text brings back, first match wins. The Samsung group spells "Tipo"
-// with a capital where the table has "tipo", so its generic entries never restore their brand.
-constexpr std::array kSavedModels = std::to_array<SavedModel>({
-    {" RTTTL (cable)", 0},
-    {" RTTTL (cable-Tempo125)", 0},
-    {"3210,3310,3330,3390,8250", 0},
-    {" Compositor", 0},
-    {" Pulsaciones", 0},
-    {"2119,2135,2255,2235,3035", 1},
-    {" KWS", 1},
-    {" Pulsaciones Tipo 1", 2},
-    {"R220,R225,N105,N400", 2},
-    {"A200,A288,Q300", 2},
-    {"S100,T100,V100", 2},
-    {" Pulsaciones Tipo 2", 2},
-    {"A300,A308,A400,A408", 2},
-    {"Q100,Q105,Q200", 2},
-    {" EMelody", 3},
-    {" IMelody", 3},
-    {" Motorola por SMS", 4},
-    {" Motorola Pulsaciones Tipo 1", 4},
-    {" Motorola iMelody", 4},
-    {"v100,v50,T193,T191", 4},
-    {"p280,v60,v66,v120c", 4},
-    {"120e,120t,T720", 4},
-    {"C300,C331,C332,C333", 4},
-    {"v60i, v60t, v120t", 4},
-    {" EMelody", 5},
-    {"R520,R600", 5},
-    {"T20e,T29,T39,T66,T68m", 5},
-    {"T65,T68u,T68i,T300", 5},
-    {"MDY (cable)", 6},
-    {"MIDI (cable)", 7},
+constexpr auto kPhones = [] {
+  std::array<CatalogueRow, kRows.size()> phones;
+  std::ranges::transform(kRows, phones.begin(), Fields);
+  return phones;
+}();
+
+// A saved model restores the brand of its row. Two are looked for in another spelling than the
+// program saves, so they are never found.
+struct Spelling {
+  std::string_view model, saved;
+};
+constexpr std::array kSavedSpellings = std::to_array<Spelling>({
+    {" Pulsaciones tipo 1", " Pulsaciones Tipo 1"},
+    {" Pulsaciones tipo 2", " Pulsaciones Tipo 2"},
 });
+
+std::string_view SavedText(const CatalogueRow& phone) {
+  const auto found = std::ranges::find(kSavedSpellings, phone.model, &Spelling::model);
+  return found == kSavedSpellings.end() ? phone.model : found->saved;
+}
 
 }  // namespace
 
@@ -89,20 +76,20 @@ PhoneCatalogue LoadPhoneCatalogue(std::vector<std::string>& cmbmarcas) {
 }
 
 std::optional<CatalogueRow> SplitCatalogueRow(std::string_view row) {
-  const std::vector<std::string_view> fields = SplitText(row, '^');
+  const std::vector<std::string_view> fields = core::SplitText(row, '^');
   if (fields.size() != 3) {
     return std::nullopt;
   }
   return CatalogueRow{fields[0], fields[1], fields[2]};
 }
 
-std::vector<CatalogueRow> CatalogueRows() {
-  std::vector<CatalogueRow> rows;
-  rows.reserve(kRows.size());
-  for (const std::string_view row : kRows) {
-    rows.push_back(*SplitCatalogueRow(row));
-  }
-  return rows;
+std::span<const CatalogueRow> CatalogueRows() {
+  return kPhones;
+}
+
+const CatalogueRow* FindModel(std::string_view model) {
+  const auto found = std::ranges::find(kPhones, model, &CatalogueRow::model);
+  return found == kPhones.end() ? nullptr : &*found;
 }
 
 std::vector<std::string_view> ModelsOfBrand(const PhoneCatalogue& catalogue,
@@ -118,11 +105,11 @@ std::vector<std::string_view> ModelsOfBrand(const PhoneCatalogue& catalogue,
 }
 
 std::optional<std::size_t> RestoredBrand(std::string_view savedModel) {
-  const auto found = std::ranges::find(kSavedModels, savedModel, &SavedModel::model);
-  if (found == kSavedModels.end()) {
+  const auto phone = std::ranges::find(kPhones, savedModel, SavedText);
+  if (phone == kPhones.end()) {
     return std::nullopt;
   }
-  return found->brand;
+  return static_cast<std::size_t>(std::ranges::find(kBrands, phone->brand) - kBrands.begin());
 }
 
-}  // namespace tonadex::core
+}  // namespace tonadex::phones

@@ -1,4 +1,4 @@
-#include "cli/phone_finder.h"
+#include "phones/phone_finder.h"
 
 #include <gtest/gtest.h>
 
@@ -6,12 +6,12 @@
 
 #include "tests/core/table.h"
 
-namespace tonadex::cli {
+namespace tonadex::phones {
 namespace {
 
 std::string Found(std::string_view name) {
   std::string models;
-  for (const core::CatalogueRow& row : FindPhones(name)) {
+  for (const CatalogueRow& row : FindPhones(name)) {
     models += "[" + std::string(row.model) + "]";
   }
   return models;
@@ -24,4 +24,4 @@ TEST(FindPhones, TakesLooseNames) {
 }
 
 }  // namespace
-}  // namespace tonadex::cli
+}  // namespace tonadex::phones

@@ -1,12 +1,16 @@
-#include "core/dispatcher/conversion.h"
+#include "phones/conversion.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
+
+#include "phones/catalogue.h"
+#include "phones/formats.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::core {
+namespace tonadex::phones {
 namespace {
 
 using test::Boxes;
@@ -17,7 +21,7 @@ class Answer : public SaveFileQuestion {
  public:
   explicit Answer(std::optional<std::string> file = std::nullopt) : file_(std::move(file)) {}
   std::optional<std::string> AskSaveFile(const SaveRequest& request) override {
-    asked += ToUtf8(request.DialogTitle) + "|" + request.Filter + "|" + request.DefaultExt +
+    asked += core::ToUtf8(request.DialogTitle) + "|" + request.Filter + "|" + request.DefaultExt +
              std::to_string(request.FilterIndex) + (request.CancelError ? "" : "no cancel");
     return file_;
   }
@@ -27,17 +31,27 @@ class Answer : public SaveFileQuestion {
   std::optional<std::string> file_;
 };
 
-constexpr std::string_view kKept = "(kept)";
+constexpr std::array<std::string_view, 7> kOutcomes = {
+    "(converted)", "(incomplete)",     "(no model)",    "(cancelled)",
+    "(refused)",   "(cannot convert)", "(disk failure)"};
 
-// Title, result, notices and tempo, one behind the other; kKept for no page.
-std::string Convert(std::string_view text, std::string_view model, SaveFileQuestion& ask) {
-  RTTTLMelody melody;
-  InitMelody(melody, "");
+std::string Words(Outcome outcome) {
+  return std::string(kOutcomes.at(static_cast<std::size_t>(outcome)));
+}
+
+Conversion Converted(std::string_view text, std::string_view model, SaveFileQuestion& ask) {
+  core::RTTTLMelody melody;
+  core::InitMelody(melody, "");
   melody.Text = text;
-  const auto page = ConvertSelectedMelody(melody, model, "Vals (v)", ask);
-  return page
-             ? ToUtf8(page->title + "\n" + page->result + "\n" + page->notices + "\n" + page->tempo)
-             : std::string(kKept);
+  return ConvertSelectedMelody(melody, model, "Vals (v)", ask);
+}
+
+// Title, result, notices and tempo, one behind the other; the outcome when there is no page.
+std::string Convert(std::string_view text, std::string_view model, SaveFileQuestion& ask) {
+  const auto [outcome, page, messages] = Converted(text, model, ask);
+  return page ? core::ToUtf8(page->title + "\n" + page->result + "\n" + page->notices + "\n" +
+                             page->tempo)
+              : Words(outcome);
 }
 
 std::string Convert(std::string_view text, std::string_view model) {
@@ -67,34 +81,63 @@ TEST(ConvertSelectedMelody, PlainRtttlIsShownAsLoaded) {
 
 // In the tables "%2" and "%?" stand for the parser's report on note 2 and on a text without notes.
 std::string Expanded(std::string text) {
-  ReplaceAll(text, "%2",
-             "Error encontrado al separar la nota #2\r\nComprueba que el RTTL sea correcto\r\n\r\n"
-             "Asegurate también de que no hay dos\r\ncomas (,,) consecutivas");
-  return ReplaceAll(text, "%?",
-                    "Error desconocido al separar las notas del RTTTL.Comprueba que sea correcto");
+  core::ReplaceAll(
+      text, "%2",
+      "Error encontrado al separar la nota #2\r\nComprueba que el RTTL sea correcto\r\n\r\n"
+      "Asegurate también de que no hay dos\r\ncomas (,,) consecutivas");
+  return core::ReplaceAll(
+      text, "%?", "Error desconocido al separar las notas del RTTTL.Comprueba que sea correcto");
 }
 
 TEST(ConvertSelectedMelody, EachParseReportsItsOwnErrors) {
   for (const test::Row& row : test::Table("Reports")) {
     const Boxes boxes;
-    EXPECT_EQ(Convert(row[0], row[1]) != kKept, row[3] == "page") << row[0] << row[1];
+    Answer cancel;
+    const auto [outcome, page, messages] = Converted(row[0], row[1], cancel);
+    EXPECT_EQ(outcome, Outcome::kIncomplete) << row[0] << row[1];
+    EXPECT_TRUE(page) << row[0] << row[1];
     EXPECT_EQ(boxes.Text(), Expanded(row[2])) << row[0] << row[1];
+    EXPECT_EQ(messages, boxes.recorded.messages);
   }
 }
 
 TEST(ConvertSelectedMelody, SaysWhyItCannotConvert) {
   for (const test::Row& row : test::Table("Refusals")) {
     const Boxes boxes;
-    EXPECT_EQ(Convert(row[0], row[1]), kKept);
+    EXPECT_EQ(Convert(row[0], row[1]), "(cannot convert)");
     ASSERT_EQ(boxes.recorded.messages.size(), 1u) << row[0];
     EXPECT_EQ(boxes.Text().find("!No se puede convertir la melodía: "), 0u);
     EXPECT_NE(boxes.Text().find(row[2], 36), std::string::npos) << boxes.Text();
   }
   const Boxes boxes;  // nothing was parsed, so no octave counts
-  RTTTLMelody fresh = test::MelodyOf("x:y");
+  core::RTTTLMelody fresh = test::MelodyOf("x:y");
   Answer cancel;
-  EXPECT_EQ(ConvertSelectedMelody(fresh, " Compositor", "", cancel), std::nullopt);
+  EXPECT_FALSE(ConvertSelectedMelody(fresh, " Compositor", "", cancel).page);
   EXPECT_EQ(boxes.Text().find(Expanded("%?|!No se puede convertir")), 0u);
+}
+
+// Each note repeats the header's duration: thirty thousand digits would give 150 MB.
+TEST(ConvertSelectedMelody, RefusesLongDefaults) {
+  const std::string notes = ",b=120:" + test::Repeated("c,", 5000) + "c";
+  const std::string digits(30000, '9');
+  for (const CatalogueRow& row : CatalogueRows()) {
+    for (const std::string& header : {"d=" + digits + ",o=5", "d=4,o=5." + digits}) {
+      Answer answer("unwritten");
+      const std::string text = "x:" + header + notes;
+      const Conversion conversion = Converted(text, row.model, answer);
+      if (row.code == "NRTLNOMOD") {
+        EXPECT_EQ(conversion.page->result, text);
+        continue;
+      }
+      EXPECT_EQ(Words(conversion.outcome), "(cannot convert)") << row.model;
+      EXPECT_TRUE(
+          core::ToUtf8(conversion.messages.back().text).ends_with("…» pasa de 8 caracteres"))
+          << row.model << core::ToUtf8(conversion.messages.back().text);
+    }
+  }
+  EXPECT_TRUE(Convert("x:d=4,o=5.000000,b=9:c", " Pulsaciones").starts_with("Melodia"));
+  // Behind a blank only the second parse reads it.
+  EXPECT_EQ(Convert("x:d=4, o=5.0000000,b=9:c", " Pulsaciones"), "(cannot convert)");
 }
 
 TEST(ConvertSelectedMelody, SavesFiles) {
@@ -108,11 +151,11 @@ TEST(ConvertSelectedMelody, SavesFiles) {
                                         : std::optional(file));
     const Boxes boxes;
     std::string page = Convert(row[1], row[0], answer);
-    ReplaceAll(page, "\r\n", "¶");
-    EXPECT_EQ(ReplaceAll(page, "\n", ";"), row[3].empty() ? kKept : row[3]);
+    core::ReplaceAll(page, "\r\n", "¶");
+    EXPECT_EQ(core::ReplaceAll(page, "\n", ";"), row[3]);
     std::string shown = boxes.Text();
-    ReplaceAll(shown, file, "@");
-    EXPECT_EQ(ReplaceAll(shown, "|", ";"), Expanded(row[4]));
+    core::ReplaceAll(shown, file, "@");
+    EXPECT_EQ(core::ReplaceAll(shown, "|", ";"), Expanded(row[4]));
     const std::string bytes = Hex(folder.Read("file"));
     EXPECT_TRUE(row[5].empty() ? folder.Read("file") == "before" : bytes.ends_with(row[5]))
         << bytes;
@@ -123,4 +166,4 @@ TEST(ConvertSelectedMelody, SavesFiles) {
 }
 
 }  // namespace
-}  // namespace tonadex::core
+}  // namespace tonadex::phones

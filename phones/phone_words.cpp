@@ -1,10 +1,13 @@
-#include "app/phone_words.h"
+#include "phones/phone_words.h"
 
-#include "app/phone_formats.h"
+#include <array>
+
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "phones/catalogue.h"
+#include "phones/formats.h"
 
-namespace tonadex::app {
+namespace tonadex::phones {
 namespace {
 
 using namespace core::literals;
@@ -27,11 +30,26 @@ std::string ShortModel(std::string_view model) {
   return comma == std::string_view::npos ? name : name + std::string(u8" …"_w);
 }
 
+// ", tres octavas"; "" for a format that plays every octave.
+std::string OctavesInWords(const Octaves& octaves) {
+  constexpr std::array<std::string_view, 5> kNumbers = {"", "", "dos", "tres", "cuatro"};
+  switch (octaves.range) {
+    case OctaveRange::kAny:
+      return {};
+    case OctaveRange::kFrom:
+      return ", desde la octava " + std::to_string(octaves.lowest);
+    case OctaveRange::kAround:
+    case OctaveRange::kBetween:
+      return ", " + std::string(kNumbers.at(static_cast<std::size_t>(octaves.count))) + " octavas";
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string PhoneName(std::string_view model) {
-  const auto row = FindModel(model);
-  if (!row) {
+  const CatalogueRow* row = FindModel(model);
+  if (row == nullptr) {
     return std::string(kChoose);
   }
   const std::string name = ShortModel(model);
@@ -39,12 +57,15 @@ std::string PhoneName(std::string_view model) {
 }
 
 std::string PhoneGets(std::string_view model) {
-  const PhoneFormat* format = FindFormat(model);
-  return std::string(format == nullptr ? kChooseSentence : format->gets);
+  const Format* format = FindFormat(model);
+  if (format == nullptr) {
+    return std::string(kChooseSentence);
+  }
+  std::string sentence(format->gets);
+  if (format->noteLimit > 0) {
+    sentence += ", hasta " + std::to_string(format->noteLimit) + " notas";
+  }
+  return sentence + OctavesInWords(format->octaves) + std::string(format->limits) + ".";
 }
 
-bool IsModel(std::string_view model) {
-  return FindModel(model).has_value();
-}
-
-}  // namespace tonadex::app
+}  // namespace tonadex::phones

@@ -4,7 +4,7 @@
 #include <string_view>
 
 // The chosen phone in words.
-namespace tonadex::app {
+namespace tonadex::phones {
 
 // For the navigation row: "Nokia 3210, 3310, 3330 …", "Kyocera KWS"; "Elige tu móvil" when the
 // text is no model of the catalogue.
@@ -14,7 +14,4 @@ std::string PhoneName(std::string_view model);
 // invitation to choose when the text is no model of the catalogue.
 std::string PhoneGets(std::string_view model);
 
-// Whether the catalogue holds this model text, compared exactly.
-bool IsModel(std::string_view model);
-
-}  // namespace tonadex::app
+}  // namespace tonadex::phones

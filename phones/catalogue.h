@@ -3,16 +3,17 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 // Phone makes, models and format codes.
-namespace tonadex::core {
+namespace tonadex::phones {
 
-// One row: brand, model text and format code parted by "^", for example
+// One row: brand, model text and format code separated by "^", for example
 // "Nokia^ RTTTL (cable)^NRTLNOMOD". Rows 0 to 28 are filled, the rest are "".
-// The model text, leading blank included, is the key everywhere; the code is carried along.
+// The model text, leading blank included, is the key everywhere.
 struct PhoneCatalogue {
   std::array<std::string_view, 501> rows;
 };
@@ -32,15 +33,17 @@ PhoneCatalogue LoadPhoneCatalogue(std::vector<std::string>& cmbmarcas);
 std::optional<CatalogueRow> SplitCatalogueRow(std::string_view row);
 
 // All rows in table order.
-std::vector<CatalogueRow> CatalogueRows();
+std::span<const CatalogueRow> CatalogueRows();
+
+// The row of a model text, compared exactly; nullptr when the catalogue does not hold it.
+const CatalogueRow* FindModel(std::string_view model);
 
 // Model texts of a brand (exact, case-sensitive) in table order.
 std::vector<std::string_view> ModelsOfBrand(const PhoneCatalogue& catalogue,
                                             std::string_view brand);
 
-// Number of the brand that a saved model text restores; none when no group holds it.
-// The generic Samsung entries restore none and " EMelody" restores EMS: deliberate, saved settings
-// have always behaved so.
+// Number of the brand that a saved model text restores; none when it restores none.
+// The generic Samsung entries restore none: deliberate, saved settings have always behaved so.
 std::optional<std::size_t> RestoredBrand(std::string_view savedModel);
 
-}  // namespace tonadex::core
+}  // namespace tonadex::phones

@@ -1,0 +1,118 @@
+#include "phones/outputs.h"
+
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "formats/kws.h"
+#include "formats/motorola_sms.h"
+#include "formats/tempo125.h"
+#include "formats/trium_mdy.h"
+#include "midi/mMidiLibOut.h"
+#include "nokia3210/octave_range.h"
+
+namespace tonadex::phones {
+namespace {
+
+using namespace core::literals;
+using platform::Icon;
+using platform::MsgBox;
+
+constexpr std::string_view kKwsTitle = "Tonadex-Kyocera";
+constexpr std::string_view kKwsIntroduction =
+    u8"Las melodías de Kyocera, debido a su formato, no pueden ser visualizadas. A continuación "
+    u8"podrás elegir dónde deseas grabar la melodía, que podrás envíar posteriormente mediante un "
+    u8"cable a tu teléfono."_w;
+constexpr std::string_view kKwsFailed =
+    "Ocurrio un error al escribir el fichero.\r\n"
+    "Por favor borra el siguiente fichero e intentalo de nuevo:\r\n";
+constexpr std::string_view kKwsTooLow =
+    u8"La nota más baja que el formato KWS puede tocar es la octava 4.\r\n"
+    u8"Parece que al menos una de las notas está por debajo del 4.\r\n"
+    u8"No se ha grabado el fichero"_w;
+constexpr std::string_view kKwsWritten = "KWS Grabado a:\r\n";
+constexpr std::string_view kKwsShown =
+    u8"Las melodías de Kyocera no pueden ser mostradas. Para introducirla a tu móvil, necesitarás "
+    u8"envíar el fichero .kws que has grabado."_w;
+constexpr std::string_view kMidiFailed = "Ocurrio un error al grabar la melodia";
+constexpr std::string_view kMidiWritten = "MIDI Grabado a:\r\n";
+constexpr std::string_view kMidiShown =
+    u8"Las melodías MIDI no pueden ser mostradas. Para introducirla a tu móvil, necesitarás envíar "
+    u8"el fichero .mid que has grabado."_w;
+
+std::int16_t BaseOctave(Job& job) {
+  return nokia3210::frmOctave{job.melody}.mGetOctaveRange(job.melody.DefaultOctave,
+                                                          nokia3210::kRangeSpan);
+}
+
+Outcome Converted(Job& job, std::string result) {
+  job.result = std::move(result);
+  return Outcome::kConverted;
+}
+
+}  // namespace
+
+Outcome WriteInRange(Job& job, RangeWriter writer) {
+  const std::int16_t baseOctave = BaseOctave(job);
+  return Converted(job, writer(job.melody, job.notices, baseOctave));
+}
+
+Outcome AsLoaded(Job& job) {
+  return Converted(job, job.melody.Text);
+}
+
+Outcome AtTempo125(Job& job) {
+  return Converted(job, formats::RtttlAtTempo125(job.melody));
+}
+
+Outcome SavedKws(Job& job) {
+  MsgBox(kKwsIntroduction, Icon::kInformation, kKwsTitle);
+  const auto file = job.ask.AskSaveFile({.DefaultExt = "",
+                                         .DialogTitle = std::string(u8"Grabar Melodía kws"_w),
+                                         .Filter = " (*.kws)|*.kws|"});
+  if (!file) {
+    return Outcome::kCancelled;
+  }
+  const std::int16_t baseOctave = BaseOctave(job);
+  switch (formats::WriteKws(job.melody, job.notices, baseOctave, *file)) {
+    case formats::KwsResult::kWritten:
+      MsgBox(std::string(kKwsWritten) + *file, Icon::kInformation);
+      return Converted(job, std::string(kKwsShown));
+    case formats::KwsResult::kTooLow:
+      MsgBox(kKwsTooLow, Icon::kExclamation);
+      return Outcome::kRefused;
+    case formats::KwsResult::kWriteFailed:
+      MsgBox(std::string(kKwsFailed) + *file, Icon::kExclamation);
+      return Outcome::kDiskFailure;
+    case formats::KwsResult::kNotParsed:
+      break;
+  }
+  return Outcome::kCannotConvert;
+}
+
+Outcome MotorolaSms(Job& job) {
+  return Converted(job, formats::MotorolaSmsText(job.melody, job.notices, 0));
+}
+
+Outcome TriumMdy(Job& job) {
+  return Converted(job, formats::TriumMdyText(job.melody, job.notices));
+}
+
+Outcome SavedMidi(Job& job) {
+  const auto file = job.ask.AskSaveFile(
+      {.DefaultExt = "", .DialogTitle = "Grabar MIDI", .Filter = " (*.mid)|*.mid|"});
+  if (!file) {
+    return Outcome::kCancelled;
+  }
+  if (!core::ParseOrReport(job.melody)) {
+    return Outcome::kCannotConvert;
+  }
+  job.melody.FileName = *file;
+  if (midi::WriteMidiFile(job.melody) != midi::kMidiWritten) {
+    MsgBox(kMidiFailed, Icon::kExclamation);
+    const bool hasBytes = core::SkipErrors([&job] { midi::MidiFileBytes(job.melody); });
+    return hasBytes ? Outcome::kDiskFailure : Outcome::kCannotConvert;
+  }
+  MsgBox(std::string(kMidiWritten) + *file, Icon::kInformation);
+  return Converted(job, std::string(kMidiShown));
+}
+
+}  // namespace tonadex::phones

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/rtttl.h"
+#include "phones/conversion.h"
+
+// The output step of each format: from a loaded melody to the result page's text, or to a file.
+// Each gives kConverted after setting `result`, or why there is none. Errors: those of the writers.
+namespace tonadex::phones {
+
+struct Job {
+  core::RTTTLMelody& melody;
+  SaveFileQuestion& ask;
+  std::string result;
+  std::string notices;  // of the writer
+};
+
+// The writers of phones with an octave range, which is computed just before.
+using RangeWriter = std::string (*)(core::RTTTLMelody&, std::string&, std::int16_t);
+Outcome WriteInRange(Job& job, RangeWriter writer);
+template <RangeWriter kWriter>
+Outcome InRange(Job& job) {
+  return WriteInRange(job, kWriter);
+}
+
+Outcome AsLoaded(Job& job);
+Outcome AtTempo125(Job& job);
+Outcome MotorolaSms(Job& job);
+Outcome TriumMdy(Job& job);
+Outcome SavedKws(Job& job);
+Outcome SavedMidi(Job& job);
+
+}  // namespace tonadex::phones

@@ -1,0 +1,25 @@
+#include "server/address_limit.h"
+
+namespace tonadex::server {
+
+std::shared_ptr<const void> AddressLimit::Take(const std::string& address) {
+  {
+    const std::lock_guard lock(mutex_);
+    int& taken = taken_[address];
+    if (taken >= most_) {
+      return nullptr;
+    }
+    ++taken;
+  }
+  return {this, [this, address](const void*) { GiveBack(address); }};
+}
+
+void AddressLimit::GiveBack(const std::string& address) {
+  const std::lock_guard lock(mutex_);
+  const auto entry = taken_.find(address);
+  if (--entry->second == 0) {
+    taken_.erase(entry);
+  }
+}
+
+}  // namespace tonadex::server
