@@ -56,43 +56,31 @@ struct ControlInfo {
 // What the rows are written with.
 constexpr ControlInfo Row(Look look, std::string_view name, Control Form1::*member,
                           std::string_view spoken = {}, EventHandler on = {},
-                          EventHandler also = {}) {
-  return {.name = name, .member = member, .look = look, .spoken = spoken, .on = on, .also = also};
+                          EventHandler also = {}, std::string_view help = {},
+                          const char* icon = "") {
+  return {name, member, look, {}, icon, help, spoken, on, also};
 }
 constexpr ControlInfo Button(Look look, std::string_view name, Control Form1::*member,
                              std::string_view caption, const char* icon, std::string_view help,
                              Handler click, std::string_view spoken = {}) {
-  return {.name = name,
-          .member = member,
-          .look = look,
-          .caption = caption,
-          .icon = icon,
-          .help = help,
-          .spoken = spoken,
-          .on = {Event::kClick, click}};
+  return {name, member, look, caption, icon, help, spoken, {Event::kClick, click}};
 }
 // A label with a mnemonic that leads to its field.
 constexpr ControlInfo Label(std::string_view name, Control Form1::*member, std::string_view caption,
                             Control Form1::*field) {
-  return {.name = name, .member = member, .look = Look::kLabel, .caption = caption, .field = field};
+  return {name, member, Look::kLabel, caption, "", {}, {}, {}, {}, field};
 }
 constexpr ControlInfo Words(std::string_view name, Control Form1::*member, std::string_view caption,
-                            Font font = Font::kBody, Tone tone = Tone::kText) {
-  return {.name = name,
-          .member = member,
-          .look = Look::kLabel,
-          .caption = caption,
-          .font = font,
-          .tone = tone};
+                            Font font = Font::kBody, Tone tone = Tone::kText, bool right = false) {
+  return {name, member, Look::kLabel, caption, "", {}, {}, {}, {}, nullptr, font, tone, right};
 }
+
 constexpr ControlInfo View(std::string_view name, Control Form1::*member, Drawing Form1::*drawing,
                            Sounding sounds) {
-  return {.name = name,
-          .member = member,
-          .look = Look::kDrawing,
-          .spoken = words::kDrawing,
-          .drawing = drawing,
-          .sounds = sounds};
+  ControlInfo view = Row(Look::kDrawing, name, member, words::kDrawing);
+  view.drawing = drawing;
+  view.sounds = sounds;
+  return view;
 }
 
 // Every control of the window. The key filter txtcompoTempo_KeyPress and keyRow_KeyPressed, which

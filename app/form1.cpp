@@ -37,12 +37,6 @@ constexpr ControlInfo Go(std::string_view name, Control F::*member, std::string_
   return button;
 }
 
-constexpr ControlInfo WaitingLine() {
-  ControlInfo line = Row(Look::kBusyLine, "waitingLine", &F::waitingLine);
-  line.caption = words::kWaiting;
-  return line;
-}
-
 constexpr auto kRows = std::to_array<ControlInfo>({
     Go("cmdinicio", &F::cmdinicio, "&Inicio", "inicio",
        u8"Componer una melodía o pegarla en RTTTL, escucharla y subirla"_w, &F::cmdinicio_Click,
@@ -61,7 +55,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            &F::cmdopciones_Click),
     Go("cmdayuda", &F::cmdayuda, "A&yuda", "ayuda", "El manual de Tonadex (F1)", &F::cmdayuda_Click,
        kNoPage, "F1"),
-    WaitingLine(),
+    Button(Look::kBusyLine, "waitingLine", &F::waitingLine, words::kWaiting, "", "", nullptr),
 });
 
 constexpr auto kPages = std::to_array<Page>({

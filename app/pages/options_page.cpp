@@ -20,12 +20,6 @@ using F = Form1;
 
 constexpr int kWidestCard = 860, kTallestCard = 432;
 
-constexpr ControlInfo Picture() {
-  ControlInfo picture = Row(Look::kPicture, "optionsPicture", &F::optionsPicture);
-  picture.icon = "movil";
-  return picture;
-}
-
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("optionsTitle", &F::optionsTitle, words::kChoosePhone, Font::kTitle),
     Label("Label3", &F::Label3, "&Marca", &F::cmbmarcas),
@@ -33,7 +27,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
         {Event::kClick, &F::cmbmarcas_Click}),
     Label("Label4", &F::Label4, "Mo&delo o formato", &F::cmbformatos),
     Row(Look::kList, "cmbformatos", &F::cmbformatos, "Modelo o formato"),
-    Picture(),
+    Row(Look::kPicture, "optionsPicture", &F::optionsPicture, "", {}, {}, "", "movil"),
     Words("optionsSentence", &F::optionsSentence, ""),
 });
 

@@ -6,9 +6,6 @@
 
 namespace tonadex::app {
 
-struct ControlInfo;
-struct Part;
-
 // The choice of a phone, and in words what it gets.
 class OptionsPage {
  public:

@@ -10,6 +10,9 @@
 
 namespace tonadex::app {
 
+struct ControlInfo;
+struct Part;
+
 // Page numbers; the gaps are part of the numbering.
 inline constexpr std::int16_t kNoPage = 0;
 inline constexpr std::int16_t kSearchPage = 1;

@@ -35,13 +35,6 @@ constexpr std::string_view kChoosePhoneFirst =
 constexpr std::string_view kConvertFirst =
     u8"Elige una melodía y pulsa Convertir: aquí verás lo que necesita tu móvil."_w;
 
-constexpr ControlInfo Slider() {
-  ControlInfo slider = Row(Look::kSlider, "sizeSlider", &F::sizeSlider, words::kTextSize,
-                           {Event::kChange, &F::sizeSlider_Change});
-  slider.help = words::kTextSize;
-  return slider;
-}
-
 constexpr auto kRows = std::to_array<ControlInfo>({
     Button(Look::kButton, "goToSearchButton", &F::goToSearchButton, words::kGoToSearch, "buscar",
            "", &F::cmdbuscar_Click),
@@ -60,7 +53,8 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Button(Look::kButton, "saveAsButton", &F::saveAsButton, words::kSaveAs, "guardar", "",
            &F::saveAsButton_Click),
     Words("smallType", &F::smallType, "A", Font::kSmall, Tone::kMuted),
-    Slider(),
+    Row(Look::kSlider, "sizeSlider", &F::sizeSlider, words::kTextSize,
+        {Event::kChange, &F::sizeSlider_Change}, {}, words::kTextSize),
     Words("largeType", &F::largeType, "A", Font::kTitle, Tone::kMuted),
     Label("Label2", &F::Label2, "Instrucciones y a&visos", &F::Textavisos),
     Label("Label1", &F::Label1, "&Tempo", &F::texttempo),

@@ -11,9 +11,6 @@
 
 namespace tonadex::app {
 
-struct ControlInfo;
-struct Part;
-
 // The user's melodies: listing, playing, converting, printing.
 class RepertoirePage {
  public:

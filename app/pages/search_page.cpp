@@ -23,15 +23,9 @@ constexpr std::string_view kEmptySearch =
 constexpr std::string_view kDownloaded =
     u8"La melodía se ha bajado correctamente. Puedes verla en tu repertorio"_w;
 
-constexpr ControlInfo SearchBox() {
-  ControlInfo box = Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
-                        {Event::kEnter, &F::picabuscar_Click});
-  box.help = u8"Palabras del nombre de la melodía"_w;
-  return box;
-}
-
 constexpr auto kRows = std::to_array<ControlInfo>({
-    SearchBox(),
+    Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
+        {Event::kEnter, &F::picabuscar_Click}, {}, u8"Palabras del nombre de la melodía"_w),
     Button(Look::kPrimary, "picabuscar", &F::picabuscar, "Bu&scar", "buscar",
            "Buscar estas palabras en el servidor", &F::picabuscar_Click),
     Button(Look::kButton, "picazar", &F::picazar, "Al a&zar", "azar", u8"Unas melodías al azar"_w,

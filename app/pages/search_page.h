@@ -7,9 +7,6 @@
 
 namespace tonadex::app {
 
-struct ControlInfo;
-struct Part;
-
 // The melody server: search, random pick and download.
 class SearchPage {
  public:

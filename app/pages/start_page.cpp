@@ -40,19 +40,6 @@ constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", 
 constexpr std::string_view kFirstTempo = "125";
 constexpr int kTempoWidth = 96, kLowestNotes = 56;
 
-constexpr ControlInfo Request() {
-  ControlInfo request =
-      Words("lblporfacomprueba", &F::lblporfacomprueba,
-            u8"Por favor, escucha la melodía antes de subirla."_w, Font::kSmall, Tone::kMuted);
-  request.right = true;
-  return request;
-}
-constexpr ControlInfo TempoBox() {
-  ControlInfo box = Row(Look::kComboBox, "txtcompoTempo", &F::txtcompoTempo,
-                        "Tempo en pulsos por minuto", {Event::kChange, &F::txtmelodiacompo_Change});
-  box.help = "Pulsos por minuto";
-  return box;
-}
 // What both boxes have, with a name that tells which one.
 constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
                              const char* icon, std::string_view help, Handler click) {
@@ -61,12 +48,14 @@ constexpr ControlInfo Action(std::string_view name, Control F::*member, std::str
 
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("lbltitulocompo", &F::lbltitulocompo, "Compositor", Font::kTitle),
-    Request(),
+    Words("lblporfacomprueba", &F::lblporfacomprueba,
+          u8"Por favor, escucha la melodía antes de subirla."_w, Font::kSmall, Tone::kMuted, true),
     Label("lblnombremelodiasube", &F::lblnombremelodiasube, "No&mbre", &F::txtcomponombremelodia),
     Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia,
         u8"Nombre de la melodía"_w),
     Label("lbltemposube", &F::lbltemposube, "&Tempo", &F::txtcompoTempo),
-    TempoBox(),
+    Row(Look::kComboBox, "txtcompoTempo", &F::txtcompoTempo, "Tempo en pulsos por minuto",
+        {Event::kChange, &F::txtmelodiacompo_Change}, {}, "Pulsos por minuto"),
     Label("lblformatocompo", &F::lblformatocompo,
           u8"Not&as, como en el compositor de Nokia: 8c1 4.#f2 2-"_w, &F::txtmelodiacompo),
     Row(Look::kArea, "txtmelodiacompo", &F::txtmelodiacompo, u8"Notas de la melodía"_w,

@@ -16,9 +16,6 @@ class CNokia;
 
 namespace tonadex::app {
 
-struct ControlInfo;
-struct Part;
-
 // The composer and the box for RTTTL texts; both play and upload.
 class StartPage {
  public:

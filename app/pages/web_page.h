@@ -7,9 +7,6 @@
 
 namespace tonadex::app {
 
-struct ControlInfo;
-struct Part;
-
 // The server's pages in WebBrowser1, and the banner above the other pages.
 class WebPage {
  public:
