@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +9,7 @@
 #include "app/settings.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/read.h"
 
 namespace tonadex::app {
 namespace {
@@ -36,10 +36,7 @@ std::string ListItem(std::string_view text) {
 
 // None when the file cannot be read or holds nothing.
 std::optional<std::string> ReadVersion(const std::filesystem::path& file) {
-  std::ifstream input(file, std::ios::binary);
-  std::string text(kMaxVersionBytes, '\0');
-  input.read(text.data(), static_cast<std::streamsize>(text.size()));
-  text.resize(static_cast<std::size_t>(input.gcount()));
+  const std::string text = files::ReadHead(file, kMaxVersionBytes).value_or("");
   if (text.empty()) {
     return std::nullopt;
   }

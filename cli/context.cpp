@@ -3,11 +3,12 @@
 #include <algorithm>
 
 #include "core/error_words.h"
-#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
 
 namespace tonadex::cli {
 namespace {
@@ -24,7 +25,7 @@ bool IsRepertoireName(std::string_view fileName) {
 }
 
 std::string RowOf(const std::filesystem::path& file, std::string_view line) {
-  const std::string fileName = core::TextFromPath(file.filename());
+  const std::string fileName = files::TextFromPath(file.filename());
   if (IsRepertoireName(fileName)) {
     std::string row;  // stays empty for a nameless melody in "a.1", as in the list
     core::SkipErrors([&] { row = core::RepertoireRow(line, fileName).text; });
@@ -36,16 +37,12 @@ std::string RowOf(const std::filesystem::path& file, std::string_view line) {
 
 bool ReadBytes(Context& context, const std::string& file, std::string& bytes) {
   if (file == "-") {
-    bytes = core::ReadFirstLine(context.in, core::kMaxLineBytes);
+    bytes = files::ReadFirstLine(context.in, core::kMaxLineBytes);
     return true;
   }
-  try {
-    bytes = core::ReadFirstLine(ArgumentPath(file), core::kMaxLineBytes);
-    return true;
-  } catch (const core::RunTimeError& error) {
-    Fail(context, ExitCode::kSystemFailed, core::ToUtf8(error.what()));
-    return false;
-  }
+  std::ifstream input = OpenArgument(context, file);
+  bytes = input ? files::ReadFirstLine(input, core::kMaxLineBytes) : "";
+  return static_cast<bool>(input);
 }
 
 }  // namespace
@@ -74,6 +71,16 @@ std::string ForTerminal(std::string_view text) {
 
 std::filesystem::path ArgumentPath(const std::string& utf8) {
   return std::u8string(utf8.begin(), utf8.end());
+}
+
+std::ifstream OpenArgument(Context& context, const std::string& utf8) {
+  std::ifstream opened(ArgumentPath(utf8), std::ios::binary);
+  std::error_code ignored;
+  if (!opened || std::filesystem::is_directory(ArgumentPath(utf8), ignored)) {
+    opened.setstate(std::ios::failbit);
+    Fail(context, ExitCode::kSystemFailed, "no se puede abrir el fichero «" + utf8 + "»");
+  }
+  return opened;
 }
 
 bool ReadMelody(Context& context, const std::string& file, MelodyInput& input) {

@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <istream>
 #include <ostream>
 #include <string>
@@ -48,6 +49,9 @@ std::string ForTerminal(std::string_view text);
 
 // The path of a FICHERO argument (UTF-8 from the command line).
 std::filesystem::path ArgumentPath(const std::string& utf8);
+
+// Opens such a file for reading; a pipe will do. Reports a failure, and the stream has failed then.
+std::ifstream OpenArgument(Context& context, const std::string& utf8);
 
 // A melody of the command line: the first line of a file, or of standard input for "-".
 struct MelodyInput {

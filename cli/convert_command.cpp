@@ -6,9 +6,9 @@
 #include "cli/convert_line.h"
 #include "cli/line_stream.h"
 #include "cli/shared_options.h"
-#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/write.h"
 #include "phones/catalogue.h"
 #include "phones/formats.h"
 
@@ -58,7 +58,7 @@ void SaveResult(Context& context, const ConvertOptions& options, const std::stri
     return;
   }
   try {
-    core::WriteBytes(ArgumentPath(options.saveFile), core::ToUtf8(page.result));
+    files::WriteBytes(ArgumentPath(options.saveFile), core::ToUtf8(page.result));
   } catch (const core::RunTimeError& error) {
     Fail(context, ExitCode::kSystemFailed, core::ToUtf8(error.what()));
   }
@@ -141,9 +141,8 @@ void ConvertLineFiles(Context& context, const ConvertOptions& options,
   for (const std::string& file : FilesOrInput(options.files)) {
     std::ifstream opened;
     if (file != "-") {
-      opened.open(ArgumentPath(file), std::ios::binary);
+      opened = OpenArgument(context, file);
       if (!opened) {
-        Fail(context, ExitCode::kSystemFailed, "no se puede abrir el fichero «" + file + "»");
         continue;
       }
     }

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "cli/convert_line.h"
-#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/windows1252.h"
+#include "files/read.h"
 
 namespace tonadex::cli {
 namespace {
@@ -120,7 +120,7 @@ Batch ReadBatch(std::istream& in) {
   Batch lines;
   std::size_t bytes = 0;
   do {
-    std::optional<std::string> line = core::ReadLine(in, core::kMaxLineBytes);
+    std::optional<std::string> line = files::ReadLine(in, core::kMaxLineBytes);
     if (!line) {
       break;
     }

@@ -7,12 +7,12 @@
 #include <optional>
 
 #include "cli/context.h"
-#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
 #include "net/addresses.h"
 #include "net/client.h"
 #include "net/download.h"
@@ -207,7 +207,7 @@ void DownloadOne(Context& context, Server& server, const fs::path& folder,
     Fail(context, ExitCode::kSystemFailed, name + ": no se puede escribir en la carpeta");
     return;
   }
-  const std::u8string stored = (folder / core::PathFromText(fileName)).u8string();
+  const std::u8string stored = (folder / files::PathFromText(fileName)).u8string();
   context.out << std::string(stored.begin(), stored.end()) << '\n';
 }
 

@@ -17,9 +17,9 @@
 
 #include "cli/context.h"
 #include "cli/shared_options.h"
-#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
 #include "formats/pitch.h"
 #include "midi/mMidiLibOut.h"
 #include "midi/note_times.h"
@@ -82,7 +82,7 @@ class TemporaryMidi {
   explicit TemporaryMidi(core::RTTTLMelody& melody) {
     melody.FileName =
         platform::PrivateTempFolder() + "tonadex-cli-" + std::to_string(::getpid()) + ".mid";
-    path_ = core::PathFromText(melody.FileName);
+    path_ = files::PathFromText(melody.FileName);
     written_ = midi::WriteMidiFile(melody) == midi::kMidiWritten;
   }
   ~TemporaryMidi() {

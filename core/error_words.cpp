@@ -5,7 +5,6 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 
@@ -78,8 +77,9 @@ std::string ErrorWords(const std::exception& error) {
   }
   const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&error);
   const std::string where =
-      file == nullptr ? ""
-                      : std::string(u8"«"_w) + TextFromPath(file->path1()) + std::string(u8"»: "_w);
+      file == nullptr
+          ? ""
+          : std::string(u8"«"_w) + FromNative(file->path1().native()) + std::string(u8"»: "_w);
   return where + ErrorWords(system->code());
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "core/files.h"
 #include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
@@ -19,11 +18,6 @@ std::string UndoSharpEscape(std::string_view text) {
   std::string plain(text);
   ReplaceAll(plain, kSharpEscape, "#");
   return plain;
-}
-
-std::string ReadMelodyLine(const std::filesystem::path& file) {
-  const std::string line = ReadFirstLine(file, kMaxLineBytes);
-  return FromOutside(std::string_view(line).substr(0, kMaxLineBytes));
 }
 
 std::string ScanName(std::string_view line) {

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -17,11 +16,6 @@ std::string UndoSharpEscape(std::string_view text);
 
 // The longest first line that is read as a melody; phones take a thousandth of it.
 inline constexpr std::size_t kMaxLineBytes = std::size_t{1} << 20;
-
-// The first line of a melody file as text, read as UTF-8 when it is valid UTF-8, else as
-// Windows-1252; cut at kMaxLineBytes. The sharp escape is left in place. Errors: file not found
-// when it cannot be opened.
-std::string ReadMelodyLine(const std::filesystem::path& file);
 
 // The name in a stored melody's first line: up to the first ":", without its blanks; of two blanks
 // in a row the second stays. Example: "Mi vals:d=4…" gives "Mivals".

@@ -92,6 +92,18 @@ std::string FromOutside(std::string_view bytes) {
   return FromUtf8(bytes);
 }
 
+std::string FromNative(const std::string& utf8) {
+  return FromUtf8(utf8);
+}
+
+std::string FromNative(const std::wstring& utf16) {
+  std::string text;
+  for (const wchar_t unit : utf16) {
+    text += FromUnicode(static_cast<char32_t>(unit));
+  }
+  return text;
+}
+
 void AppendUtf8(std::string& utf8, std::string_view text) {
   for (;;) {
     const std::string_view plain = AsciiPrefix(text);  // nearly always the whole text

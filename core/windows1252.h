@@ -44,6 +44,10 @@ std::string FromUtf8(std::string_view utf8);
 // Windows-1252 already. A byte order mark in front of UTF-8 is dropped.
 std::string FromOutside(std::string_view bytes);
 
+// Windows-1252 text of a path's native form: UTF-8, or UTF-16 that may hold lone surrogates.
+std::string FromNative(const std::string& utf8);
+std::string FromNative(const std::wstring& utf16);
+
 std::string ToUtf8(std::string_view text);
 void AppendUtf8(std::string& utf8, std::string_view text);
 

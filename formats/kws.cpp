@@ -4,7 +4,6 @@
 #include <limits>
 #include <vector>
 
-#include "core/files.h"
 #include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -132,20 +131,6 @@ std::optional<std::string> KwsBytes(const core::RTTTLMelody& melody, std::string
   AppendWord(LowWord(inverted >> 16), bytes);
   AppendWord(LowWord(static_cast<std::int32_t>(entries.size() / kEntrySize)), bytes);
   return bytes + entries;
-}
-
-KwsResult WriteKws(core::RTTTLMelody& melody, std::string& warnings, std::int16_t /*baseOctave*/,
-                   std::string_view fileName) {
-  if (!core::ParseOrReport(melody)) {
-    return KwsResult::kNotParsed;
-  }
-  const std::optional<std::string> bytes = KwsBytes(melody, warnings);
-  if (!bytes) {
-    return KwsResult::kTooLow;
-  }
-  const bool written =
-      core::SkipErrors([&] { core::WriteBytes(core::PathFromText(fileName), *bytes); });
-  return written ? KwsResult::kWritten : KwsResult::kWriteFailed;
 }
 
 }  // namespace tonadex::formats

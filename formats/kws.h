@@ -1,21 +1,12 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "core/rtttl.h"
 
 // Kyocera KWS files.
 namespace tonadex::formats {
-
-enum class KwsResult {
-  kWritten,
-  kNotParsed,    // reported already
-  kTooLow,       // a note lies below octave 4; nothing was written
-  kWriteFailed,  // as core::WriteBytes leaves it
-};
 
 // The bytes of the file for a parsed melody, all numbers little-endian:
 //   0-3     length of the whole file, every bit inverted
@@ -27,10 +18,5 @@ enum class KwsResult {
 // the format does not know is appended to `warnings` and gives no entry. None when a note lies
 // below octave 4. Errors: type mismatch, overflow, tempo 0.
 std::optional<std::string> KwsBytes(const core::RTTTLMelody& melody, std::string& warnings);
-
-// Parses the melody and writes the file at the path that `fileName` names. `baseOctave` makes no
-// difference to the bytes. Errors: those of KwsBytes.
-KwsResult WriteKws(core::RTTTLMelody& melody, std::string& warnings, std::int16_t baseOctave,
-                   std::string_view fileName);
 
 }  // namespace tonadex::formats

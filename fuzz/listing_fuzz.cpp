@@ -5,9 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "core/files.h"
 #include "core/melody_file.h"
+#include "core/runtime_error.h"
 #include "core/text.h"
+#include "files/paths.h"
 #include "fuzz/require.h"
 #include "net/addresses.h"
 #include "net/download.h"
@@ -77,11 +78,13 @@ void CheckDownload(const net::ListingRow& row, const std::string& reply) {
       folder, row.text, row.number, text);
   const std::string name = core::MelodyFileName(row.text, row.number);
   Require(asked == net::MelodyAddress(name), "another address than the row's");
-  Require(stored == net::IsSafeFileName(name), "stored or not, against its name");
+  const bool listable =
+      !name.starts_with('.') && core::SkipErrors([&] { core::RepertoireRow("x:", name); });
+  Require(stored == (listable && net::IsSafeFileName(name)), "stored or not, against its name");
   Require(std::distance(fs::directory_iterator(home.path()), {}) == 1, "a file elsewhere");
   Require(std::distance(fs::directory_iterator(folder), {}) == (stored ? 1 : 0), "other files");
   if (stored) {
-    Require(home.Read("melodias" / core::PathFromText(name)) == text + "\r\n", "other bytes");
+    Require(home.Read("melodias" / files::PathFromText(name)) == text + "\r\n", "other bytes");
     Require(text == reply || text + "\n" == reply, "another text than the reply");
   }
 }

@@ -4,18 +4,19 @@
 #include <sstream>
 #include <string>
 
-#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/read.h"
 #include "fuzz/require.h"
 
 // Any bytes from outside: both conversions, case, lines and the texts made from a stored line.
 namespace {
 
 namespace core = tonadex::core;
+namespace files = tonadex::files;
 
 void CheckConversions(const std::string& bytes) {
   const std::string text = core::FromOutside(bytes);
@@ -38,12 +39,12 @@ void CheckLines(const std::string& bytes) {
   std::istringstream whole(bytes);
   std::istringstream cut(bytes);
   std::size_t taken = 0;
-  while (const auto line = core::ReadLine(whole, bytes.size())) {
+  while (const auto line = files::ReadLine(whole, bytes.size())) {
     taken += line->size();
-    const auto shortened = core::ReadLine(cut, kMaxBytes);
+    const auto shortened = files::ReadLine(cut, kMaxBytes);
     Require(shortened && *shortened == line->substr(0, kMaxBytes + 1), "a line cut elsewhere");
   }
-  Require(!core::ReadLine(cut, kMaxBytes), "another number of lines");
+  Require(!files::ReadLine(cut, kMaxBytes), "another number of lines");
   const auto ends = std::ranges::count_if(bytes, [](char c) { return c == '\r' || c == '\n'; });
   Require(taken + static_cast<std::size_t>(ends) == bytes.size(), "bytes lost between lines");
 }

@@ -13,6 +13,7 @@
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/read.h"
 #include "fuzz/require.h"
 #include "net/file_name.h"
 #include "nokia3210/cnokia.h"
@@ -76,7 +77,7 @@ void CheckRow(const app::Form1& form, const test::TestProgram& test, std::string
     return;
   }
   const std::string melodyName =
-      core::ScanName(core::ReadMelodyLine(test.program.MelodyFolder() / fileName));
+      core::ScanName(files::ReadMelodyLine(test.program.MelodyFolder() / fileName));
   if (melodyName.find('.') == melodyName.npos && melodyName.find(" (") == melodyName.npos &&
       melodyName.size() + text.size() > 3) {
     Require(core::MelodyFileName(rows[0].text, rows[0].itemData) == text,

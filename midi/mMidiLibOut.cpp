@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "core/files.h"
 #include "core/number.h"
 #include "core/runtime_error.h"
+#include "files/paths.h"
+#include "files/write.h"
 #include "formats/number_helpers.h"
 #include "formats/pitch.h"
 
@@ -53,7 +54,7 @@ std::string TextEvent(std::string_view event, std::string_view text) {
 
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody) {
   const bool written = core::SkipErrors(
-      [&] { core::WriteBytes(core::PathFromText(melody.FileName), MidiFileBytes(melody)); });
+      [&] { files::WriteBytes(files::PathFromText(melody.FileName), MidiFileBytes(melody)); });
   return written ? kMidiWritten : kMidiFailed;
 }
 

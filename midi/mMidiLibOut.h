@@ -27,7 +27,7 @@ inline constexpr int kControlChange = 0xB0;
 inline constexpr int kProgramChange = 0xC0;
 
 // Writes a parsed melody (Credits, TrackName, Instrument, Beats, Notes) to the path that FileName
-// names, as core::WriteBytes does. kMidiWritten or, after any failure, kMidiFailed, without a
+// names, as files::WriteBytes does. kMidiWritten or, after any failure, kMidiFailed, without a
 // message. Pauses at the end are lost.
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
 

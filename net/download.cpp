@@ -7,6 +7,16 @@
 #include "net/file_name.h"
 
 namespace tonadex::net {
+namespace {
+
+// Whether the repertoire can list a file of this name. A file whose number it cannot read would end
+// every later listing.
+bool CanBeListed(std::string_view fileName) {
+  return !fileName.starts_with('.') &&
+         core::SkipErrors([&] { core::RepertoireRow("x:", fileName); });
+}
+
+}  // namespace
 
 bool DownloadMelody(const Fetch& fetch, const std::filesystem::path& folder, std::string_view row,
                     std::int32_t number, std::string& text) {
@@ -15,8 +25,9 @@ bool DownloadMelody(const Fetch& fetch, const std::filesystem::path& folder, std
   if (text.ends_with('\n')) {
     text.pop_back();  // a carriage return before it stays
   }
-  const bool stored =
-      core::SkipErrors([&] { StoreFile(folder, fileName, text + std::string(core::kCrLf)); });
+  const bool stored = CanBeListed(fileName) && core::SkipErrors([&] {
+                        StoreFile(folder, fileName, text + std::string(core::kCrLf));
+                      });
   return fetched && stored;
 }
 

@@ -4,10 +4,11 @@
 #include <array>
 #include <string>
 
-#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/write.h"
 
 namespace tonadex::net {
 namespace {
@@ -53,11 +54,11 @@ std::filesystem::path SafePath(const std::filesystem::path& folder, std::string_
                              std::string(u8"el nombre «"_w) + std::string(name) +
                                  std::string(u8"» no puede ser el de un fichero"_w));
   }
-  return folder / core::PathFromText(name);
+  return folder / files::PathFromText(name);
 }
 
 void StoreFile(const std::filesystem::path& folder, std::string_view name, std::string_view bytes) {
-  core::WriteBytes(SafePath(folder, name), bytes);
+  files::WriteBytes(SafePath(folder, name), bytes);
 }
 
 }  // namespace tonadex::net

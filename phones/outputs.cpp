@@ -2,6 +2,8 @@
 
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/write.h"
 #include "formats/kws.h"
 #include "formats/motorola_sms.h"
 #include "formats/tempo125.h"
@@ -71,21 +73,21 @@ Outcome SavedKws(Job& job) {
   if (!file) {
     return Outcome::kCancelled;
   }
-  const std::int16_t baseOctave = BaseOctave(job);
-  switch (formats::WriteKws(job.melody, job.notices, baseOctave, *file)) {
-    case formats::KwsResult::kWritten:
-      MsgBox(std::string(kKwsWritten) + *file, Icon::kInformation);
-      return Converted(job, std::string(kKwsShown));
-    case formats::KwsResult::kTooLow:
-      MsgBox(kKwsTooLow, Icon::kExclamation);
-      return Outcome::kRefused;
-    case formats::KwsResult::kWriteFailed:
-      MsgBox(std::string(kKwsFailed) + *file, Icon::kExclamation);
-      return Outcome::kDiskFailure;
-    case formats::KwsResult::kNotParsed:
-      break;
+  BaseOctave(job);
+  if (!core::ParseOrReport(job.melody)) {
+    return Outcome::kCannotConvert;
   }
-  return Outcome::kCannotConvert;
+  const std::optional<std::string> bytes = formats::KwsBytes(job.melody, job.notices);
+  if (!bytes) {
+    MsgBox(kKwsTooLow, Icon::kExclamation);
+    return Outcome::kRefused;
+  }
+  if (!core::SkipErrors([&] { files::WriteBytes(files::PathFromText(*file), *bytes); })) {
+    MsgBox(std::string(kKwsFailed) + *file, Icon::kExclamation);
+    return Outcome::kDiskFailure;
+  }
+  MsgBox(std::string(kKwsWritten) + *file, Icon::kInformation);
+  return Converted(job, std::string(kKwsShown));
 }
 
 Outcome MotorolaSms(Job& job) {

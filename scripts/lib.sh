@@ -10,8 +10,9 @@ build_packages=(
   qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-translations-l10n
   fonts-dejavu-core xdg-utils
 )
+test_libraries=(libgtest-dev libgmock-dev libbenchmark-dev)
 test_packages=(
-  libgtest-dev libgmock-dev libbenchmark-dev
+  "${test_libraries[@]}"
   xvfb xauth xdotool xclip
   cups cups-client cups-filters poppler-utils
   timidity procps
@@ -42,6 +43,16 @@ install_packages() {
   "${as_root[@]}" apt-get -o DPkg::Lock::Timeout=600 update -qq
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600 install -y -qq \
     --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# What run.sh configures: the programs alone. A machine that has the test libraries keeps the tests,
+# because both presets share one folder and turning the tests off would delete what test.sh built.
+run_preset() {
+  local library
+  for library in "${test_libraries[@]}"; do
+    is_installed "$library" || { echo run && return; }
+  done
+  echo release
 }
 
 # build PRESET [TARGET…]: configures and builds; quick when nothing has changed.

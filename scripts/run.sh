@@ -6,7 +6,7 @@ source "$(dirname "$0")/lib.sh"
 
 install_packages "${build_packages[@]}"
 say "Compilando Tonadex (la primera vez tarda unos minutos)"
-build release tonadex tonadex-cli tonadex-server tonadex_data
+build "$(run_preset)" tonadex tonadex-cli tonadex-server tonadex_data
 bin=$root/build/release
 
 no_display=3  # the desktop program's exit code for it, also where DISPLAY leads nowhere

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/read.h"
 
 namespace tonadex::server {
 namespace {
@@ -17,7 +17,7 @@ constexpr std::string_view kFileName = "servidor.txt";
 std::string FromFile(const std::filesystem::path& programFolder) {
   std::string line;
   core::SkipErrors(
-      [&] { line = core::ReadFirstLine(programFolder / kFileName, core::kMaxLineBytes); });
+      [&] { line = files::ReadFirstLine(programFolder / kFileName, core::kMaxLineBytes); });
   return core::FromOutside(line);  // editors put a byte order mark in front
 }
 

@@ -8,8 +8,8 @@
 #include <thread>
 #include <utility>
 
-#include "core/files.h"
 #include "core/runtime_error.h"
+#include "files/write.h"
 #include "server/file_system.h"
 #include "server/http_server.h"
 #include "server/shelf.h"
@@ -27,7 +27,7 @@ constexpr int kPortLookMs = 20;
 
 bool PublishPort(const fs::path& folder, std::uint16_t port) {
   return core::SkipErrors(
-      [&] { core::WriteBytes(folder / kPortName, std::to_string(port) + "\n"); });
+      [&] { files::WriteBytes(folder / kPortName, std::to_string(port) + "\n"); });
 }
 
 void WithdrawPort(const fs::path& folder) {

@@ -7,7 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "core/files.h"
+#include "files/paths.h"
+#include "files/write.h"
+
 #include "server/file_system.h"
 #include "server/melody_name.h"
 
@@ -40,7 +42,7 @@ std::vector<StoredMelody> ReadFolder(const fs::path& folder, const std::stop_tok
     if (stop.stop_requested()) {
       break;
     }
-    std::string fileName = core::TextFromPath(entry.path().filename());
+    std::string fileName = files::TextFromPath(entry.path().filename());
     if (ParseMelodyName(fileName) && ReadHead(entry.path(), kNamePrefixBytes, head) &&
         head.size <= kMaxFileBytes) {
       std::string description = DescriptionOf(head.bytes, fileName);
@@ -71,7 +73,7 @@ std::string Listing(const SearchIndex& index, const std::vector<std::uint32_t>& 
 
 bool HoldsMelodies(const fs::path& folder) {
   return std::any_of(fs::directory_iterator(folder), fs::directory_iterator(), [](const auto& e) {
-    return ParseMelodyName(core::TextFromPath(e.path().filename())).has_value();
+    return ParseMelodyName(files::TextFromPath(e.path().filename())).has_value();
   });
 }
 
@@ -145,7 +147,7 @@ std::optional<std::string> Shelf::Melody(std::string_view fileName) const {
   if (!ParseMelodyName(fileName)) {
     return std::nullopt;
   }
-  return ReadWhole(folder_ / core::PathFromText(fileName), kMaxFileBytes);
+  return ReadWhole(folder_ / files::PathFromText(fileName), kMaxFileBytes);
 }
 
 UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
@@ -160,7 +162,7 @@ UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
     return {UploadResult::kRefused, fault};
   }
   const std::shared_lock files(files_);
-  switch (CreateDurably(folder_, core::PathFromText(fileName), contents)) {
+  switch (CreateDurably(folder_, files::PathFromText(fileName), contents)) {
     case CreateResult::kExists:
       return {UploadResult::kExists, {}};
     case CreateResult::kFailed:
@@ -182,10 +184,10 @@ void FillEmptyShelf(const fs::path& folder, const fs::path& source) {
       (HoldsMelodies(folder) && !fs::exists(folder / kFillingMark))) {
     return;
   }
-  core::WriteBytes(folder / kFillingMark, {});
+  files::WriteBytes(folder / kFillingMark, {});
   for (const auto& entry : fs::directory_iterator(source)) {
     const fs::path name = entry.path().filename();
-    if (!ParseMelodyName(core::TextFromPath(name))) {
+    if (!ParseMelodyName(files::TextFromPath(name))) {
       continue;
     }
     const auto bytes = ReadWhole(entry.path(), kMaxFileBytes);

@@ -9,10 +9,12 @@
 #include "app/layout.h"
 #include "app/print_sheet.h"
 #include "app/words.h"
-#include "core/files.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
+#include "files/write.h"
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
 #include "phones/formats.h"
@@ -74,7 +76,7 @@ std::vector<std::filesystem::path> MelodyFiles(const Program& program) {
     const std::filesystem::path name = at->path().filename();
     std::error_code unknown;
     if (at->is_regular_file(unknown) && !program.services.shell.IsHidden(at->path()) &&
-        core::PathFromText(core::TextFromPath(name)) == name) {
+        files::PathFromText(files::TextFromPath(name)) == name) {
       files.push_back(at->path());
     }
   }
@@ -92,7 +94,7 @@ class SaveDialogQuestion : public phones::SaveFileQuestion {
     dialog.DefaultExt = request.DefaultExt;
     dialog.DialogTitle = request.DialogTitle;
     dialog.SetFilter(request.Filter);
-    dialog.InitDir = core::TextFromPath(program_.ProgramFolder());
+    dialog.InitDir = files::TextFromPath(program_.ProgramFolder());
     dialog.FilterIndex = request.FilterIndex;
     dialog.CancelError = request.CancelError;
     return dialog.ShowSave() == kDialogCancelled ? std::nullopt : std::optional(dialog.FileName);
@@ -173,7 +175,7 @@ void RepertoirePage::copiedTimer_Timer() {
 void RepertoirePage::saveAsButton_Click() {
   const auto file = state_.program.services.fileDialogs.AskSaveAs(
       words::kSaveAs, SuggestedFileName(resultRow_, resultModel_), words::kFilterText);
-  if (file && !core::SkipErrors([&] { core::WriteBytes(*file, textresultado.text); })) {
+  if (file && !core::SkipErrors([&] { files::WriteBytes(*file, textresultado.text); })) {
     platform::MsgBox(words::kNotSaved, platform::Icon::kExclamation);
   }
 }
@@ -198,9 +200,9 @@ void RepertoirePage::FillRepertoire() {
     for (const std::filesystem::path& file : MelodyFiles(state_.program)) {
       std::string line;
       std::string stem;
-      step([&] { line = core::ReadMelodyLine(file); });
+      step([&] { line = files::ReadMelodyLine(file); });
       const std::string name = core::ScanName(line);
-      const std::string formed = name + " (" + core::TextFromPath(file.filename());
+      const std::string formed = name + " (" + files::TextFromPath(file.filename());
       step([&] { stem = core::FormedStem(formed, name); });
       state_.List1.AddRow(core::RowText(name, stem));
       skipping = false;
@@ -211,7 +213,7 @@ void RepertoirePage::FillRepertoire() {
 
 std::filesystem::path RepertoirePage::SelectedFile() const {
   return state_.program.MelodyFolder() /
-         core::PathFromText(
+         files::PathFromText(
              core::MelodyFileName(state_.List1.SelectedText(), state_.List1.SelectedData()));
 }
 
@@ -220,7 +222,7 @@ void RepertoirePage::List1_Click() {
   if (state_.paginaactual == kRepertoirePage && !state_.List1.SelectedText().empty()) {
     core::SkipErrors([this] {
       repertoireDrawing =
-          MelodyDrawing(core::ReadMelodyLine(SelectedFile()), state_.program.gPhoneModel);
+          MelodyDrawing(files::ReadMelodyLine(SelectedFile()), state_.program.gPhoneModel);
     });
   }
 }
@@ -229,7 +231,7 @@ void RepertoirePage::picreproducir_Click() {
   if (state_.List1.SelectedText().empty()) {
     return;
   }
-  const std::string line = core::ReadMelodyLine(SelectedFile());
+  const std::string line = files::ReadMelodyLine(SelectedFile());
   core::SkipErrors([&] {
     state_.program.gMelody.Text = core::UndoSharpEscape(line);
     state_.Play(Sounding::kRepertoire);
@@ -238,7 +240,7 @@ void RepertoirePage::picreproducir_Click() {
 
 void RepertoirePage::ConvertSelectedMelody() {
   const std::string row(state_.List1.SelectedText());
-  state_.program.gMelody.Text = core::UndoSharpEscape(core::ReadMelodyLine(SelectedFile()));
+  state_.program.gMelody.Text = core::UndoSharpEscape(files::ReadMelodyLine(SelectedFile()));
   SaveDialogQuestion question(state_.program);
   const auto page = phones::ConvertSelectedMelody(state_.program.gMelody,
                                                   state_.program.gPhoneModel, row, question)

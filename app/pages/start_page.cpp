@@ -7,10 +7,10 @@
 #include "app/form1.h"
 #include "app/layout.h"
 #include "app/words.h"
-#include "core/files.h"
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
 #include "net/upload.h"
 #include "nokia3210/cnokia.h"
 #include "phones/formats.h"
@@ -171,7 +171,7 @@ nokia3210::CNokia& StartPage::Converter() {
   if (converter_ == nullptr) {
     converter_ = std::make_unique<nokia3210::CNokia>();
     converter_->ShowType = nokia3210::NoteKind::kRTTTL;
-    converter_->Folder = core::TextFromPath(state_.program.ProgramFolder());
+    converter_->Folder = files::TextFromPath(state_.program.ProgramFolder());
   }
   return *converter_;
 }

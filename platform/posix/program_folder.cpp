@@ -9,9 +9,10 @@
 #include <system_error>
 #include <vector>
 
-#include "core/files.h"
 #include "core/text.h"
-#include "platform/posix/atomic_file.h"
+#include "files/paths.h"
+#include "files/read.h"
+#include "files/write.h"
 #include "platform/posix/user_folders.h"
 
 namespace tonadex::platform {
@@ -32,11 +33,9 @@ constexpr std::array<std::string_view, 2> kDataNames = {"tonadex", "tonadex-serv
 // Holds the ver.dat of the data that was copied last.
 constexpr std::string_view kMarker = ".tonadex-datos";
 
-constexpr std::size_t kMaxFileBytes = std::size_t{16} << 20;
-
 bool Copy(const fs::path& from, const fs::path& to) {
-  const auto bytes = ReadSmallFile(from, kMaxFileBytes);
-  return bytes && WriteAtomically(to, *bytes, Durability::kRename);
+  const auto bytes = files::ReadWhole(from);
+  return bytes && files::Replace(to, *bytes, files::Durability::kRename);
 }
 
 bool CopyMissing(const fs::path& from, const fs::path& to) {
@@ -105,7 +104,7 @@ fs::path ProgramFolderPath() {
     return failure ? fs::path(chosen) : folder;
   }
   const fs::path data = DataFolder();
-  return (data.empty() ? core::PathFromText(PrivateTempFolder()) : data) / "tonadex";
+  return (data.empty() ? files::PathFromText(PrivateTempFolder()) : data) / "tonadex";
 }
 
 fs::path InstalledData() {
@@ -131,21 +130,27 @@ bool SeedProgramFolder(const fs::path& folder, const fs::path& installed) {
   if (failure || fs::equivalent(folder, installed, failure)) {
     return !failure;
   }
-  const auto version = ReadSmallFile(installed / "ver.dat", kMaxFileBytes);
+  const auto version = files::ReadWhole(installed / "ver.dat");
   if (!version) {
     return false;
   }
   const fs::path marker = folder / kMarker;
-  const auto seeded = ReadSmallFile(marker, kMaxFileBytes);
+  const auto seeded = files::ReadWhole(marker);
   if (seeded && VersionNumbers(*version) <= VersionNumbers(*seeded)) {
     return true;
   }
   const bool done = seeded ? Renew(folder, installed) : CopyAllMissing(folder, installed);
-  return done && WriteAtomically(marker, *version, Durability::kRename);
+  return done && files::Replace(marker, *version, files::Durability::kRename);
 }
 
 fs::path PrepareProgramFolder() {
   fs::path folder = ProgramFolderPath();
+  for (const fs::path& written : {folder, folder / kMelodies, folder / "servidor",
+                                  ConfigFolder() / "tonadex", fs::path(PrivateTempFolder())}) {
+    if (written.is_absolute()) {  // without a home there is no settings folder
+      files::RemoveTemporaryFiles(written);
+    }
+  }
   SeedProgramFolder(folder, InstalledData());  // without it the program runs all the same
   return folder;
 }

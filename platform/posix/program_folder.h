@@ -21,7 +21,9 @@ std::filesystem::path InstalledData();
 // something could not be copied: the next start tries again.
 bool SeedProgramFolder(const std::filesystem::path& folder, const std::filesystem::path& installed);
 
-// The program's folder, made and seeded as far as the system lets it. Never throws (memory aside).
+// The program's folder, made and seeded as far as the system lets it, and rid of the temporary
+// files of killed programs, as are the folders of settings and temporary files. Never throws
+// (memory aside).
 std::filesystem::path PrepareProgramFolder();
 
 }  // namespace tonadex::platform

@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "core/windows1252.h"
-#include "platform/posix/atomic_file.h"
+#include "files/read.h"
+#include "files/write.h"
 #include "platform/posix/user_folders.h"
 
 namespace tonadex::platform {
@@ -20,7 +21,6 @@ struct Entry {
 };
 
 constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-constexpr unsigned kOwnerOnly = 0600;
 
 std::string HexCode(unsigned char byte) {
   return {kHexDigits[byte >> 4], kHexDigits[byte & 0xF]};
@@ -128,7 +128,7 @@ void ReadLineInto(std::vector<Entry>& entries, std::string& section, std::string
 
 std::vector<Entry> ReadEntries(const std::filesystem::path& file) {
   std::vector<Entry> entries;
-  const auto bytes = ReadSmallFile(file, kMaxSettingsBytes);
+  const auto bytes = files::ReadWhole(file, kMaxSettingsBytes);
   if (!bytes || !core::IsUtf8(*bytes)) {
     return entries;
   }
@@ -198,7 +198,7 @@ bool SettingsFile::SetValue(std::uint32_t root, std::string_view key, std::strin
   std::error_code ignored;  // the write tells
   std::filesystem::create_directories(file_.parent_path(), ignored);
   return bytes.size() <= kMaxSettingsBytes &&
-         WriteAtomically(file_, bytes, Durability::kDisk, kOwnerOnly);
+         files::Replace(file_, bytes, files::Durability::kDisk, files::Access::kOwnerOnly);
 }
 
 }  // namespace tonadex::platform

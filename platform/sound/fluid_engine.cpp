@@ -2,12 +2,12 @@
 
 #include <dlfcn.h>
 
-#include <array>
 #include <cstdint>
-#include <fstream>
 #include <mutex>
-#include <string_view>
+#include <string>
 #include <system_error>
+
+#include "files/read.h"
 
 namespace tonadex::platform {
 namespace {
@@ -23,19 +23,17 @@ void IgnoreAlsaError(const char* /*file*/, int /*line*/, const char* /*function*
 // Whether the file is a whole soundfont (versions 2 and 3). FluidSynth tells too, but then a
 // library below it prints.
 bool IsSoundFont(const std::filesystem::path& file) {
-  std::error_code failure;
-  if (!std::filesystem::is_regular_file(file, failure)) {
+  constexpr std::size_t kHeadBytes = 12;
+  const std::string head = files::ReadHead(file, kHeadBytes).value_or("");
+  if (head.size() < kHeadBytes || !head.starts_with("RIFF") || !head.ends_with("sfbk")) {
     return false;
   }
-  std::array<char, 12> head{};
-  std::ifstream(file, std::ios::binary).read(head.data(), head.size());
-  const std::string_view text(head.data(), head.size());
   std::uintmax_t length = 8;  // of the file, from the little-endian length of the rest
   for (unsigned i = 0; i < 4; ++i) {
     length += static_cast<std::uintmax_t>(static_cast<unsigned char>(head[4 + i])) << (8 * i);
   }
-  return text.starts_with("RIFF") && text.ends_with("sfbk") &&
-         length <= std::filesystem::file_size(file, failure);
+  std::error_code failure;
+  return length <= std::filesystem::file_size(file, failure);
 }
 
 }  // namespace

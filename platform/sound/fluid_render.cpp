@@ -1,11 +1,9 @@
-#include <unistd.h>
-
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <system_error>
 
-#include "platform/posix/atomic_file.h"
+#include "files/read.h"
+#include "files/write.h"
 #include "platform/sound/fluid_engine.h"
 #include "platform/sound/render_to_wav.h"
 
@@ -74,7 +72,7 @@ bool RenderInto(const FluidEngine& engine, const fs::path& file) {
 
 RenderResult RenderToWav(const fs::path& midiFile, const fs::path& wavFile,
                          const SoundOptions& options) {
-  const auto midi = ReadSmallFile(midiFile, kMaxMidiBytes);
+  const auto midi = files::ReadWhole(midiFile, kMaxMidiBytes);
   if (!midi || !midi->starts_with("MThd")) {
     return RenderResult::kNoMidiFile;
   }
@@ -82,16 +80,10 @@ RenderResult RenderToWav(const fs::path& midiFile, const fs::path& wavFile,
   if (!engine.IsReady()) {
     return RenderResult::kNoSoundFont;
   }
-  const fs::path neighbour = wavFile.native() + "." + std::to_string(::getpid()) + ".tmp";
-  std::error_code failure;
-  if (RenderInto(engine, neighbour)) {
-    fs::rename(neighbour, wavFile, failure);
-    if (!failure) {
-      return RenderResult::kDone;
-    }
-  }
-  fs::remove(neighbour, failure);
-  return RenderResult::kWriteFailed;
+  files::TemporaryFile wav(wavFile);
+  const bool written =
+      !wav.Failure() && RenderInto(engine, wav.Path()) && wav.Replace(files::Durability::kDisk);
+  return written ? RenderResult::kDone : RenderResult::kWriteFailed;
 }
 
 }  // namespace tonadex::platform

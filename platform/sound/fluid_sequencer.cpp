@@ -4,8 +4,9 @@
 #include <exception>
 #include <utility>
 
-#include "core/files.h"
-#include "platform/posix/atomic_file.h"
+#include "files/paths.h"
+#include "files/read.h"
+
 #include "platform/sound/sequencer_commands.h"
 
 namespace tonadex::platform {
@@ -46,7 +47,7 @@ int FluidSequencer::Open(std::string_view file, std::string_view alias) {
   if (alias_) {
     return kAliasInUse;
   }
-  auto bytes = ReadSmallFile(core::PathFromText(file), kMaxMidiBytes);
+  auto bytes = files::ReadWhole(files::PathFromText(file), kMaxMidiBytes);
   if (!bytes) {
     return kMidiFileNotFound;
   }

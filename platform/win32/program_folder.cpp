@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "files/write.h"
+
 namespace tonadex::platform {
 
 std::filesystem::path ProgramFolderPath() {
@@ -19,7 +21,11 @@ std::filesystem::path ProgramFolderPath() {
 }
 
 std::filesystem::path PrepareProgramFolder() {
-  return ProgramFolderPath();
+  std::filesystem::path folder = ProgramFolderPath();
+  for (const auto& written : {folder, folder / "melodias", folder / "servidor"}) {
+    files::RemoveTemporaryFiles(written);
+  }
+  return folder;
 }
 
 std::filesystem::path InstalledData() {

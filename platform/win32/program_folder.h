@@ -9,7 +9,8 @@ namespace tonadex::platform {
 // The folder of the executable, whatever the current folder is.
 std::filesystem::path ProgramFolderPath();
 
-// The same: nothing has to be made or copied there before the first start.
+// The same, rid of the temporary files of killed programs. Nothing has to be made or copied there
+// before the first start.
 std::filesystem::path PrepareProgramFolder();
 
 // The data that came with the program: the same folder.

@@ -3,13 +3,11 @@
 #include <richedit.h>
 #include <winspool.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
-#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/read.h"
 #include "platform/win32/rich_edit.h"
 
 namespace tonadex::platform {
@@ -100,13 +98,7 @@ HWND RichEditBox::Control() {
 }
 
 void RichEditBox::LoadFile(const std::filesystem::path& file) {
-  std::ifstream input(file, std::ios::binary);
-  if (!input) {
-    throw RunTimeError(ErrorNumber::kFileNotFound, std::string(u8"no se encuentra el fichero «"_w) +
-                                                       core::TextFromPath(file) +
-                                                       std::string(u8"»"_w));
-  }
-  SetTextRTF(std::string(std::istreambuf_iterator<char>(input), {}));
+  SetTextRTF(files::ReadBytes(file));
 }
 
 std::string RichEditBox::TextRTF() const {

@@ -63,7 +63,7 @@ class WindowWebViews : public platform::WebViews {
 // In the order in which they depend on each other.
 struct Desktop {
   explicit Desktop(const std::string& argument)
-      : folder(platform::ProgramFolderPath()),
+      : folder(platform::PrepareProgramFolder()),
         shell(hooks, folder),
         server(argument, folder, platform::InstalledData()),
         program({registry, fileDialogs, sequencer, http, webViews, richText, shell},

@@ -7,8 +7,9 @@
 #include <algorithm>
 
 #include "app/words.h"
-#include "core/files.h"
 #include "core/runtime_error.h"
+#include "files/paths.h"
+#include "files/read.h"
 #include "platform/win32/rich_edit.h"
 #include "platform/win32/wide_text.h"
 #include "shell/qt/rtf/rtf_reader.h"
@@ -87,10 +88,10 @@ void HelpWindow::Open(const std::filesystem::path& file) {
 
 void HelpWindow::Load(const std::filesystem::path& file) {
   std::string source;
-  core::SkipErrors([&] { source = rtf::ReadSource(file); });
+  core::SkipErrors([&] { source = files::ReadBytes(file); });
   if (!rtf::LooksLikeRtf(source)) {
     platform::SetRichEditSource(
-        text_, PlainPage(std::string(kNoHelp) + core::TextFromPath(file.filename()) + "."));
+        text_, PlainPage(std::string(kNoHelp) + files::TextFromPath(file.filename()) + "."));
     return;
   }
   file_ = file;

@@ -10,8 +10,8 @@
 
 #include "app/composer_keys.h"
 #include "app/words.h"
-#include "core/files.h"
 #include "core/runtime_error.h"
+#include "files/write.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
@@ -596,7 +596,7 @@ void MainWindow::SaveResult() {
     if (GetSaveFileNameW(&dialog) == 0) {
       return;
     }
-    if (!core::SkipErrors([&] { core::WriteBytes(file.c_str(), form_.textresultado.text); })) {
+    if (!core::SkipErrors([&] { files::WriteBytes(file.c_str(), form_.textresultado.text); })) {
       platform::MsgBox(words::kNotSaved, platform::Icon::kExclamation);
     }
   });

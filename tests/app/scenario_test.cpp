@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "app/form1.h"
-#include "core/files.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/test_program.h"
@@ -151,7 +151,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
   void Phone(const Row& row) { test.program.gPhoneModel = row[0]; }
   void Reply(const Row& row) { test.http.replies.emplace_back(row[0]); }
   void Answer(const Row& row) {
-    test.fileDialogs.answers = {core::TextFromPath(test.folder / row[0])};
+    test.fileDialogs.answers = {files::TextFromPath(test.folder / row[0])};
   }
   void Broken(const Row& row) {
     (row[0] == "printer" ? test.richText.noPrinter : test.webViews.broken) = true;

@@ -1,19 +1,21 @@
 # cmake -DROOT=<source folder> -P check_includes.cmake
 # Fails, naming each place, when a library folder includes a folder above it or anything but the
-# standard library. The other folders (shells, command line, server, platform/*) are free.
+# standard library. The other folders (shells, command line, server, platform/*, the system's calls
+# of files/) are free.
 cmake_minimum_required(VERSION 3.25)
 
 # What each layer may include of ours. Layers are exact: "platform" holds the interfaces alone, and
-# its folders (platform/posix, …) are layers of their own.
-set(layers platform core formats midi nokia3210 phones net app)
+# its folders (platform/posix, …) and those of files/ are layers of their own.
+set(layers platform core files formats midi nokia3210 phones net app)
 set(below_platform platform)
 set(below_core core platform)
+set(below_files files core platform)
 set(below_formats formats core platform)
-set(below_midi midi formats core platform)
+set(below_midi midi formats files core platform)
 set(below_nokia3210 nokia3210 formats core platform)
-set(below_phones phones formats midi nokia3210 core platform)
-set(below_net net core platform)
-set(below_app app net phones nokia3210 midi formats core platform)
+set(below_phones phones formats midi nokia3210 files core platform)
+set(below_net net files core platform)
+set(below_app app net phones nokia3210 midi formats files core platform)
 
 set(standard_headers
   algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv chrono
@@ -28,7 +30,7 @@ set(standard_headers
 
 # The layer of a path from ROOT: its first folder, or the one below platform/.
 function(layer_of path result)
-  if(path MATCHES "^(platform/[^/]+|[^/]+)/")
+  if(path MATCHES "^((platform|files)/[^/]+|[^/]+)/")
     set(${result} ${CMAKE_MATCH_1} PARENT_SCOPE)
   else()
     set(${result} "" PARENT_SCOPE)
@@ -52,7 +54,7 @@ endfunction()
 
 set(checked 0)
 set(refused "")
-foreach(folder platform core formats midi nokia3210 phones net app)
+foreach(folder platform core files formats midi nokia3210 phones net app)
   file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/${folder}/*)
   list(FILTER files INCLUDE REGEX "\\.(h|hpp|inc|ipp|cpp|cc|cxx)$")
   foreach(file IN LISTS files)

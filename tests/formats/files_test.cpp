@@ -6,7 +6,6 @@
 #include "formats/trium_mdy.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
-#include "tests/support/temp_folder.h"
 
 namespace tonadex::formats {
 namespace {
@@ -42,21 +41,6 @@ TEST(KwsBytes, WritesMergedEntries) {
     const int error = ErrorOf([&] { KwsBytes(ParsedMelody(row[0]), warnings); });
     EXPECT_EQ(std::to_string(error), row[1]) << row[0];
   }
-}
-
-TEST(WriteKws, TellsWhyThereIsNoFile) {
-  const test::TempFolder folder;
-  const auto write = [&](std::string_view text, std::string_view name) {
-    core::RTTTLMelody melody = MelodyOf(text);
-    std::string warnings;
-    return WriteKws(melody, warnings, 9, (folder / name).string());
-  };
-  EXPECT_EQ(write("x:d=4,o=4,b=120:c", "a.kws"), KwsResult::kWritten);
-  EXPECT_EQ(Hex(folder.Read("a.kws")), "F5 FF FF FF 01 00 01 04 F6 01");
-  EXPECT_EQ(write("x:d=4,o=3,b=120:c", "b.kws"), KwsResult::kTooLow);
-  EXPECT_EQ(write("x:y", "b.kws"), KwsResult::kNotParsed);
-  EXPECT_EQ(folder.Read("b.kws"), "(none)");
-  EXPECT_EQ(write("x:d=4,o=4,b=120:c", "none/b.kws"), KwsResult::kWriteFailed);
 }
 
 TEST(TriumMdyText, NamesNotesTheGermanWay) {

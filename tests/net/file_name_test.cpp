@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "tests/core/table.h"
@@ -43,17 +42,6 @@ TEST(IsSafeFileName, KnowsEveryCharacter) {
   }
   want += "\"*/:<>?\\|\x7F\x81\x8D\x8F\x90\x9D";
   EXPECT_EQ(refused, want);
-}
-
-TEST(StoreFile, ReplacesWholeFilesAndLeavesNothingBeside) {
-  const test::TempFolder folder;
-  folder.Write("vals.120", "a much longer text than the new one");
-  StoreFile(folder.path(), "vals.120", "short\r\n");
-  EXPECT_EQ(folder.Read("vals.120"), "short\r\n");
-  StoreFile(folder.path(), u8"cañón €.1"_w, "x");
-  EXPECT_EQ(folder.Read(core::PathFromText(u8"cañón €.1"_w)), "x");
-  const auto entries = std::filesystem::directory_iterator(folder.path());
-  EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
 }
 
 TEST(StoreFile, FailsWithoutATrace) {

@@ -49,9 +49,9 @@ TEST(DownloadMelody, StoresTheReplyOrWhatWasHeld) {
   }
 }
 
-TEST(DownloadMelody, StoresNothingOutsideTheFolder) {
+TEST(DownloadMelody, StoresNothingOutsideTheFolderOrThatNoListingCouldShow) {
   Server server;
-  server.http.replies.assign(3, "x");
+  server.http.replies.assign(6, "x");
   const test::TempFolder folder;
   std::filesystem::create_directory(folder / "melodias");
   std::string text;
@@ -59,6 +59,9 @@ TEST(DownloadMelody, StoresNothingOutsideTheFolder) {
     EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", row, 1, text));
   }
   EXPECT_EQ(server.http.urls.front(), "http://s/tonos/../evil.1");
+  EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", "v (x.99999999999)", 0, text));
+  EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", "v (x)", 123456, text));
+  EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", "v (.x)", 1, text));
   EXPECT_TRUE(std::filesystem::is_empty(folder / "melodias"));
   EXPECT_EQ(folder.Read("evil.1"), "(none)");
 }

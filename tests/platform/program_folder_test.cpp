@@ -99,6 +99,19 @@ TEST_F(SeedProgramFolderTest, DoesNothingWithoutDataOrInItsOwnPlace) {
   EXPECT_EQ(Contents(folder, "data"), before);
 }
 
+TEST(PrepareProgramFolder, RemovesWhatAKilledProgramLeft) {
+  const test::TempFolder folder;
+  const test::ScopedVariable own("TONADEX_HOME", folder.path().string());
+  const std::string left = ".tdx-" + std::string(32, 'f');
+  for (const char* place : {"", "melodias", "servidor"}) {
+    folder.Write(place / fs::path(left), "half");
+  }
+  EXPECT_EQ(PrepareProgramFolder(), folder.path());
+  for (const char* place : {"", "melodias", "servidor"}) {
+    EXPECT_FALSE(fs::exists(folder / place / left)) << place;
+  }
+}
+
 TEST(ProgramFolderPath, FollowsTheEnvironment) {
   const struct {
     std::optional<std::string> own, data;

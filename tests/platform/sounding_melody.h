@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/files.h"
 #include "core/rtttl.h"
+#include "files/paths.h"
 #include "midi/mMidiLibOut.h"
 
 namespace tonadex::test {
@@ -24,7 +24,7 @@ inline std::int16_t WriteMelody(const std::filesystem::path& file, std::string_v
   melody.Text = text;
   melody.Instrument = instrument;
   core::ParseRTTTL(melody);
-  melody.FileName = core::TextFromPath(file);
+  melody.FileName = files::TextFromPath(file);
   return midi::WriteMidiFile(melody);
 }
 

@@ -8,9 +8,9 @@
 
 #include "app/print_sheet.h"
 #include "cli/context.h"
-#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
 #include "platform/message_box.h"
 #include "tests/core/table.h"
 #include "tests/support/full_disk.h"
@@ -71,7 +71,7 @@ TEST_F(RichTextBoxTest, WithoutPrintersToTheUsersDocuments) {
   EXPECT_EQ(messages.messages[1],
             (platform::Message{std::string(u8"No hay ninguna impresora predeterminada.\r\n"
                                            u8"La hoja está guardada en:\r\n"_w) +
-                                   core::TextFromPath(second),
+                                   files::TextFromPath(second),
                                "Tonadex", platform::Icon::kInformation}));
 }
 

@@ -4,10 +4,8 @@
 
 #include <chrono>
 
-#include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "tests/core/table.h"
-#include "tests/support/temp_folder.h"
 
 namespace tonadex::shell::rtf {
 namespace {
@@ -91,7 +89,7 @@ std::string Describe(const Document& document) {
   std::string text;
   for (const Paragraph& paragraph : document.paragraphs) {
     text += (text.empty() ? "[" : " / [") + Words(paragraph.format) + "]";
-    for (const Run& run : paragraph.runs) {
+    for (const auto& run : paragraph.runs) {
       text += "(" + Words(run.format) + ")" + Utf8(run.text);
     }
   }
@@ -153,6 +151,31 @@ TEST(ReadRtf, MegabytesOfAnythingInNoTime) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
 }
 
+// Laying out and printing a paragraph of megabytes as one takes minutes.
+TEST(ReadRtf, CutsLongParagraphs) {
+  const std::string words = Repeated("una palabra ", 36'000), one(40'000, 'x');
+  const Document document = ReadRtf("{\\rtf1\\sb20\\sa30\\fi40\\outlinelevel0 " + words + "\\b " +
+                                    words + one + "\\par}");
+  std::u16string all;
+  const std::size_t last = document.paragraphs.size() - 1;
+  ASSERT_GT(last, 6u);
+  for (std::size_t i = 0; i <= last; ++i) {
+    const auto& [format, runs] = document.paragraphs[i];
+    std::u16string text;
+    for (const auto& run : runs) {
+      text += run.text;
+    }
+    EXPECT_LE(text.size(), kMaxParagraphText);
+    EXPECT_TRUE(i > 3 || text.ends_with(u' '));
+    EXPECT_EQ(format.before, i == 0 ? 20 : 0);
+    EXPECT_EQ(format.first, i == 0 ? 40 : 0);
+    EXPECT_EQ(format.heading, i == 0 ? 1 : 0);
+    EXPECT_EQ(format.after, i == last ? 30 : 0);
+    all += text;
+  }
+  EXPECT_EQ(Utf8(all), words + words + one);
+}
+
 TEST(ReadRtf, DeepNestingRestoresFormats) {
   const std::string open = Repeated("{\\b", 150'000);
   const std::string close(50'000, '}');
@@ -161,17 +184,6 @@ TEST(ReadRtf, DeepNestingRestoresFormats) {
   const std::string back(3'000'000, '}');
   EXPECT_EQ(Describe(ReadRtf("{\\rtf1 a" + deep + "\\i b{\\*\\x{c}}" + back + "d}e")),
             "[]()a(i)b()d");
-}
-
-TEST(ReadSource, BytesOrAReason) {
-  const test::TempFolder folder;
-  const std::string bytes = "{\\rtf1 \xF1\r\n\0\x1A}" + std::string(100'000, 'x');
-  folder.Write("hoja.rtf", bytes);
-  EXPECT_EQ(ReadSource(folder / "hoja.rtf"), bytes);
-  EXPECT_THROW(ReadSource(folder / "nada.rtf"), core::RunTimeError);
-  EXPECT_THROW(ReadSource(folder.path()), core::RunTimeError);
-  std::filesystem::resize_file(folder / "hoja.rtf", (std::uintmax_t{64} << 20) + 1);
-  EXPECT_THROW(ReadSource(folder / "hoja.rtf"), core::RunTimeError);
 }
 
 }  // namespace

@@ -6,9 +6,9 @@
 #include <cstdio>
 #include <string>
 
-#include "core/files.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
 #include "net/addresses.h"
 #include "net/upload.h"
 #include "server/pages.h"
@@ -73,8 +73,9 @@ TEST(Handle, TakesAndGivesNamesAsTypedOrEncoded) {
         return Handle({target, "client", {}, 1}, shelf);
       };
       const string upload = net::UploadAddress(write(key), write(text));
-      EXPECT_EQ(Joined(get(upload).body), u8"La melodía está en el servidor. ¡Gracias!"_w) << upload;
-      EXPECT_EQ(folder.Read(core::PathFromText(key)), text);
+      EXPECT_EQ(Joined(get(upload).body), u8"La melodía está en el servidor. ¡Gracias!"_w)
+          << upload;
+      EXPECT_EQ(folder.Read(files::PathFromText(key)), text);
       EXPECT_EQ(get(upload).status, 409);
       for (const auto& ask : {AsTyped, Encoded}) {
         EXPECT_EQ(Joined(get(net::MelodyAddress(ask(key))).body), text) << ask(key);

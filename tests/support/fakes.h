@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/files.h"
 #include "core/runtime_error.h"
+#include "files/paths.h"
 #include "platform/file_dialog.h"
 #include "platform/http.h"
 #include "platform/registry.h"
@@ -63,7 +63,7 @@ class FakeFileDialogs : public platform::FileDialogs {
     if (answers.empty() || !answers.front()) {
       return std::nullopt;
     }
-    const std::filesystem::path path = core::PathFromText(*answers.front());
+    const std::filesystem::path path = files::PathFromText(*answers.front());
     answers.pop_front();
     return path;
   }

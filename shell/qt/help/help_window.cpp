@@ -21,9 +21,10 @@
 #include <cmath>
 #include <map>
 
-#include "core/files.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
 #include "shell/qt/help/folding.h"
 #include "shell/qt/help/paper_colours.h"
 #include "shell/qt/rtf/rtf_reader.h"
@@ -214,7 +215,7 @@ bool HelpWindow::Load(const std::filesystem::path& file) {
   visited_ = {0};
   visit_ = 0;
   try {
-    const std::string source = rtf::ReadSource(file);
+    const std::string source = files::ReadBytes(file);
     if (!rtf::LooksLikeRtf(source)) {
       ShowFailure(file, tr("El archivo no es una ayuda de Tonadex:"));
       return false;
@@ -239,9 +240,10 @@ void HelpWindow::ShowFailure(const std::filesystem::path& file, const QString& w
     return rtf::Paragraph{spaced, {{text.toStdU16String(), characters}}};
   };
   manual_ = {};
-  manual_.paragraphs = {line(tr("No se puede mostrar la ayuda"), true), line(why, false),
-                        line(QString::fromStdString(core::ToUtf8(core::TextFromPath(file))), false),
-                        line(tr("Vuelve a instalar Tonadex para recuperarlo."), false)};
+  manual_.paragraphs = {
+      line(tr("No se puede mostrar la ayuda"), true), line(why, false),
+      line(QString::fromStdString(core::ToUtf8(files::TextFromPath(file))), false),
+      line(tr("Vuelve a instalar Tonadex para recuperarlo."), false)};
   Draw();
 }
 

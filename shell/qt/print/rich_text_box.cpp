@@ -1,21 +1,22 @@
 #include "shell/qt/print/rich_text_box.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QBuffer>
 #include <QDir>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLibrary>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QPrinterInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTextDocument>
 #include <algorithm>
 
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/read.h"
+#include "files/write.h"
 #include "platform/message_box.h"
 #include "shell/qt/rtf/rtf_reader.h"
 #include "shell/qt/rtf/text_document.h"
@@ -134,36 +135,38 @@ void PrintOn(const QPrinterInfo& info, const rtf::Document& source) {
   }
 }
 
-void PrintToPdf(const QString& path, const rtf::Document& source) {
-  QSaveFile file(path);
-  bool written = file.open(QIODevice::WriteOnly);
-  if (written) {
-    QPdfWriter writer(&file);
+std::string PdfBytes(const rtf::Document& source) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  {
+    QPdfWriter writer(&buffer);
     writer.setTitle(kDocumentName);
     writer.setCreator(kDocumentName);
     writer.setResolution(kPdfDotsPerInch);
     writer.setPageLayout(LayoutOf(source.page, SizeOf(source.page), {}));
-    written = DrawPages(writer, source);
+    if (!DrawPages(writer, source)) {
+      Fail(u8"no se puede componer la hoja «"_w, kDocumentName);
+    }
   }
-  // Committing overlooks that what is still in the buffer found no room.
-  if (!written || !file.flush() || !file.commit()) {
-    Fail(u8"no se puede escribir el fichero «"_w, path);
-  }
-}
-
-QString NewPdfPath() {
-  const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-  folder.mkpath(".");
-  QString path = folder.filePath("Tonadex.pdf");
-  for (int number = 2; QFileInfo::exists(path); ++number) {
-    path = folder.filePath(QString("Tonadex (%1).pdf").arg(number));
-  }
-  return path;
+  return buffer.data().toStdString();
 }
 
 void PrintToNewPdf(const rtf::Document& source) {
-  const QString path = NewPdfPath();
-  PrintToPdf(path, source);
+  const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  folder.mkpath(".");
+  const std::string bytes = PdfBytes(source);
+  QString path = folder.filePath("Tonadex.pdf");
+  auto result = files::CreateResult::kExists;
+  for (int number = 2;; ++number) {
+    result = files::Create(path.toStdU16String(), bytes);
+    if (result != files::CreateResult::kExists) {
+      break;
+    }
+    path = folder.filePath(QString("Tonadex (%1).pdf").arg(number));
+  }
+  if (result == files::CreateResult::kFailed) {
+    Fail(u8"no se puede escribir el fichero «"_w, path);
+  }
   std::string text(kNoPrinter);
   text += FromQString(QDir::toNativeSeparators(path));
   platform::MsgBox(text, platform::Icon::kInformation);
@@ -191,13 +194,13 @@ class WindowlessRichTextBox : public QtRichTextBox {
 }  // namespace
 
 void QtRichTextBox::LoadFile(const std::filesystem::path& file) {
-  source_ = rtf::ReadSource(file);
+  source_ = files::ReadBytes(file);
 }
 
 void QtRichTextBox::SelPrint() {
   const rtf::Document document = rtf::ReadRtf(source_);
   if (!target_.pdf.empty()) {
-    PrintToPdf(QString::fromStdString(target_.pdf.string()), document);
+    files::WriteBytes(target_.pdf, PdfBytes(document));
     return;
   }
   const QPrinterInfo printer = target_.printer.empty()

@@ -12,10 +12,11 @@
 // names, whatever the file held.
 namespace tonadex::shell::rtf {
 
-inline constexpr int kMaxTwips = 31680;        // 22 inches: no paper is wider
-inline constexpr int kMaxHalfPoints = 800;     // 400 points
-inline constexpr int kDefaultHalfPoints = 24;  // 12 points
-inline constexpr std::size_t kMaxTabs = 32;    // of one paragraph
+inline constexpr int kMaxTwips = 31680;                  // 22 inches: no paper is wider
+inline constexpr int kMaxHalfPoints = 800;               // 400 points
+inline constexpr int kDefaultHalfPoints = 24;            // 12 points
+inline constexpr std::size_t kMaxTabs = 32;              // of one paragraph
+inline constexpr std::size_t kMaxParagraphText = 16384;  // characters, some pages
 
 struct Colour {
   std::uint8_t red = 0;
@@ -97,6 +98,8 @@ struct ParagraphFormat {
   friend bool operator==(const ParagraphFormat&, const ParagraphFormat&) = default;
 };
 
+// A longer paragraph than kMaxParagraphText comes as several, because a layout goes through a whole
+// paragraph again for each page that shows a part of it.
 struct Paragraph {
   ParagraphFormat format;
   std::vector<Run> runs;

@@ -3,11 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <fstream>
 #include <utility>
 
-#include "core/files.h"
-#include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 
@@ -16,7 +13,6 @@ namespace {
 
 // Groups nested deeper share the formats of this depth: the stack stays small for any garbage.
 constexpr std::size_t kMaxSavedGroups = 100'000;
-constexpr std::size_t kMaxSourceBytes = std::size_t{64} << 20;  // a sheet or a manual is far less
 constexpr int kMaxNumber = 1'000'000'000;
 constexpr int kMaxHeading = 6;
 constexpr std::string_view kRawBytes = "bin";  // its bytes are no text, braces among them included
@@ -50,6 +46,34 @@ constexpr int HexDigit(char c) {
 
 // Where the text of a group goes.
 enum class Destination : std::uint8_t { kBody, kFonts, kColours, kStyles };
+
+// Appends the paragraph in pieces of at most kMaxParagraphText characters, cut behind a blank where
+// there is one. Spacing, first indent and heading stay at the ends of the whole.
+void AppendPieces(const Paragraph& whole, std::vector<Paragraph>& pieces) {
+  Paragraph piece{whole.format, {}};
+  std::size_t room = kMaxParagraphText;
+  for (const Run& run : whole.runs) {
+    std::u16string_view rest = run.text;
+    while (rest.size() > room) {
+      std::size_t cut = rest.substr(0, room).rfind(u' ') + 1;
+      if (cut == 0) {
+        cut = room > 0 && IsLow(rest[room]) ? room - 1 : room;
+      }
+      if (cut > 0) {
+        piece.runs.push_back({std::u16string(rest.substr(0, cut)), run.format});
+      }
+      piece.format.after = 0;
+      pieces.push_back(std::exchange(piece, {whole.format, {}}));
+      piece.format.before = piece.format.first = piece.format.heading = 0;
+      piece.format.pageBefore = false;
+      rest.remove_prefix(cut);
+      room = kMaxParagraphText;
+    }
+    room -= rest.size();
+    piece.runs.push_back({std::u16string(rest), run.format});
+  }
+  pieces.push_back(std::move(piece));
+}
 
 // What a closing brace restores.
 struct GroupState {
@@ -632,7 +656,7 @@ void Reader::EndParagraph() {
   }
   paragraph_.format = state_.paragraph;
   paragraph_.format.pageBefore |= std::exchange(pageBreak_, false);
-  document_.paragraphs.push_back(std::exchange(paragraph_, {}));
+  AppendPieces(std::exchange(paragraph_, {}), document_.paragraphs);
 }
 
 void Reader::BreakPage() {
@@ -694,31 +718,6 @@ void Reader::SetFontFamily(FontFamily family) {
 }
 
 }  // namespace
-
-std::string ReadSource(const std::filesystem::path& file) {
-  using core::literals::operator""_w;
-  const auto fail = [&](core::ErrorNumber number, std::string_view why) {
-    return core::RunTimeError(number,
-                              std::string(why) + core::TextFromPath(file) + std::string(u8"»"_w));
-  };
-  std::error_code ignored;
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream || std::filesystem::is_directory(file, ignored)) {
-    throw fail(core::ErrorNumber::kFileNotFound, u8"no se puede abrir el fichero «"_w);
-  }
-  std::string source;
-  std::array<char, 65536> block;
-  while (stream.read(block.data(), block.size()) || stream.gcount() > 0) {
-    source.append(block.data(), static_cast<std::size_t>(stream.gcount()));
-    if (source.size() > kMaxSourceBytes) {
-      throw fail(core::ErrorNumber::kDeviceFailure, u8"es demasiado grande el fichero «"_w);
-    }
-  }
-  if (stream.bad()) {
-    throw fail(core::ErrorNumber::kDeviceFailure, u8"no se puede leer el fichero «"_w);
-  }
-  return source;
-}
 
 bool LooksLikeRtf(std::string_view source) {
   return source.starts_with("{\\rtf");

@@ -1,15 +1,11 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 
 #include "shell/qt/rtf/rtf_document.h"
 
 namespace tonadex::shell::rtf {
-
-// The bytes of a file, 64 MiB at most. Throws core::RunTimeError (file not found, device failure).
-std::string ReadSource(const std::filesystem::path& file);
 
 // Whether the bytes begin as a rich-text file does.
 bool LooksLikeRtf(std::string_view source);

@@ -10,7 +10,8 @@
 #include <QStandardPaths>
 #include <QWindow>
 
-#include "core/files.h"
+#include "files/paths.h"
+
 #include "shell/qt/text.h"
 #include "shell/qt/widgets/web_pane.h"
 
@@ -60,9 +61,9 @@ bool RunDialog(QFileDialog::AcceptMode mode, platform::FileDialogRecord& record,
     return false;
   }
   const std::filesystem::path chosen = dialog.selectedFiles().constFirst().toStdU16String();
-  record.lpstrFile = core::TextFromPath(chosen);
-  record.lpstrFileTitle = core::TextFromPath(chosen.filename());
-  record.lpstrInitialDir = core::TextFromPath(chosen.parent_path());
+  record.lpstrFile = files::TextFromPath(chosen);
+  record.lpstrFileTitle = files::TextFromPath(chosen.filename());
+  record.lpstrInitialDir = files::TextFromPath(chosen.parent_path());
   const qsizetype filter = filters.indexOf(dialog.selectedNameFilter());
   if (filter >= 0) {
     record.nFilterIndex = static_cast<std::int32_t>(filter) + 1;

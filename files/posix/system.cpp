@@ -1,0 +1,121 @@
+#include "files/system.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace tonadex::files::system {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr mode_t kUsualMode = 0666;  // less the umask
+constexpr mode_t kOwnerMode = 0600;
+
+std::error_code LastError() {
+  return {errno, std::generic_category()};
+}
+
+int Number(std::intptr_t handle) {
+  return static_cast<int>(handle);
+}
+
+// A new name is on the disk once its folder is. Not every file system can tell: no failure.
+bool SyncFolder(const fs::path& folder) {
+  const File opened(
+      ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return !opened || opened.Sync() || errno == EINVAL || errno == ENOTSUP;
+}
+
+}  // namespace
+
+std::optional<std::size_t> File::Read(char* target, std::size_t size) const {
+  for (;;) {
+    const ssize_t count = ::read(Number(handle_), target, size);
+    if (count >= 0) {
+      return static_cast<std::size_t>(count);
+    }
+    if (errno != EINTR) {
+      return std::nullopt;
+    }
+  }
+}
+
+bool File::Write(std::string_view bytes) const {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(Number(handle_), bytes.data(), bytes.size());
+    if (written < 0 && errno != EINTR) {
+      return false;
+    }
+    bytes.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+bool File::Sync() const {
+  return ::fsync(Number(handle_)) == 0;
+}
+
+bool File::Close() {
+  const std::intptr_t handle = std::exchange(handle_, kNone);
+  return handle == kNone || ::close(Number(handle)) == 0;
+}
+
+File OpenRegular(const fs::path& file) {
+  const int number = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  File opened(number);
+  struct stat status = {};
+  return ::fstat(number, &status) == 0 && S_ISREG(status.st_mode) ? std::move(opened) : File();
+}
+
+File CreateLocked(const fs::path& file, bool ownerOnly, std::error_code& failure) {
+  const int number = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                            ownerOnly ? kOwnerMode : kUsualMode);
+  failure = number < 0 ? LastError() : std::error_code();
+  if (number >= 0) {
+    ::flock(number, LOCK_EX | LOCK_NB);  // where that fails, RemoveUnlocked cannot lock it either
+  }
+  return File(number);
+}
+
+void RemoveUnlocked(const fs::path& file) {
+  const int number = ::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
+  const File opened(number);
+  if (opened && ::flock(number, LOCK_EX | LOCK_NB) == 0) {
+    ::unlink(file.c_str());
+  }
+}
+
+bool MoveReplacing(const fs::path& from, const fs::path& to, bool wait) {
+  if (::rename(from.c_str(), to.c_str()) != 0) {
+    return false;
+  }
+  if (wait) {
+    SyncFolder(to.parent_path());
+  }
+  return true;
+}
+
+// A hard link never replaces; renaming does. On file systems without links a look has to do.
+bool MoveToNewName(const fs::path& from, const fs::path& to, bool wait, std::error_code& failure) {
+  if (::link(from.c_str(), to.c_str()) != 0) {
+    failure = LastError();
+    struct stat status = {};
+    const bool exists = ::lstat(to.c_str(), &status) == 0;
+    if (exists || ::rename(from.c_str(), to.c_str()) != 0) {
+      failure = exists ? std::make_error_code(std::errc::file_exists) : LastError();
+      return false;
+    }
+  }
+  if (!wait || SyncFolder(to.parent_path())) {
+    return true;
+  }
+  failure = LastError();
+  ::unlink(to.c_str());
+  return false;
+}
+
+}  // namespace tonadex::files::system

@@ -1,0 +1,99 @@
+#include "files/system.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+
+namespace tonadex::files::system {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr DWORD kMostBytes = 1u << 30;  // one call reads or writes
+
+HANDLE Handle(std::intptr_t handle) {
+  return reinterpret_cast<HANDLE>(handle);
+}
+
+File Opened(HANDLE handle) {
+  return File(reinterpret_cast<std::intptr_t>(handle));  // INVALID_HANDLE_VALUE is -1
+}
+
+std::error_code LastError() {
+  return {static_cast<int>(GetLastError()), std::system_category()};
+}
+
+DWORD Count(std::size_t size) {
+  return static_cast<DWORD>(std::min<std::size_t>(size, kMostBytes));
+}
+
+bool Move(const fs::path& from, const fs::path& to, DWORD how, std::error_code& failure) {
+  SetFileAttributesW(from.c_str(), FILE_ATTRIBUTE_NORMAL);  // it was hidden so far
+  if (MoveFileExW(from.c_str(), to.c_str(), how) != 0) {
+    return true;
+  }
+  failure = LastError();
+  return false;
+}
+
+}  // namespace
+
+std::optional<std::size_t> File::Read(char* target, std::size_t size) const {
+  DWORD count = 0;
+  return ReadFile(Handle(handle_), target, Count(size), &count, nullptr) != 0
+             ? std::optional<std::size_t>(count)
+             : std::nullopt;
+}
+
+bool File::Write(std::string_view bytes) const {
+  while (!bytes.empty()) {
+    DWORD count = 0;
+    if (WriteFile(Handle(handle_), bytes.data(), Count(bytes.size()), &count, nullptr) == 0) {
+      return false;
+    }
+    bytes.remove_prefix(count);
+  }
+  return true;
+}
+
+bool File::Sync() const {
+  return FlushFileBuffers(Handle(handle_)) != 0;
+}
+
+bool File::Close() {
+  const std::intptr_t handle = std::exchange(handle_, kNone);
+  return handle == kNone || CloseHandle(Handle(handle)) != 0;
+}
+
+File OpenRegular(const fs::path& file) {
+  const HANDLE handle = CreateFileW(file.c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  File opened = Opened(handle);
+  return opened && GetFileType(handle) == FILE_TYPE_DISK ? std::move(opened) : File();
+}
+
+// Sharing for reading and writing lets others write through the path, and keeps them from deleting
+// it. The folder says who may read it, the user's own folders nobody else.
+File CreateLocked(const fs::path& file, bool /*ownerOnly*/, std::error_code& failure) {
+  File opened = Opened(CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                   nullptr, CREATE_NEW, FILE_ATTRIBUTE_HIDDEN, nullptr));
+  failure = opened ? std::error_code() : LastError();
+  return opened;
+}
+
+void RemoveUnlocked(const fs::path& file) {
+  DeleteFileW(file.c_str());
+}
+
+bool MoveReplacing(const fs::path& from, const fs::path& to, bool wait) {
+  std::error_code ignored;
+  return Move(from, to, MOVEFILE_REPLACE_EXISTING | (wait ? MOVEFILE_WRITE_THROUGH : 0u), ignored);
+}
+
+bool MoveToNewName(const fs::path& from, const fs::path& to, bool wait, std::error_code& failure) {
+  return Move(from, to, wait ? MOVEFILE_WRITE_THROUGH : 0u, failure);
+}
+
+}  // namespace tonadex::files::system

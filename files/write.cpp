@@ -1,0 +1,156 @@
+#include "files/write.h"
+
+#include <algorithm>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "files/paths.h"
+
+namespace tonadex::files {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace core::literals;
+
+// The leading full stop hides the file from the repertoire; it is short, so that it fits beside a
+// name of any length.
+constexpr std::string_view kPrefix = ".tdx-";
+constexpr std::size_t kDigits = 32;
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+
+std::string TemporaryName() {
+  std::random_device random;  // the system's generator of secrets
+  std::string name(kPrefix);
+  for (std::size_t i = 0; i < kDigits; i += 8) {
+    for (unsigned bits = random(), digit = 0; digit < 8; ++digit, bits >>= 4) {
+      name += kHexDigits[bits & 0xF];
+    }
+  }
+  return name;
+}
+
+bool IsTemporaryName(const fs::path& path) {
+  const std::string name = TextFromPath(path);
+  return name.size() == kPrefix.size() + kDigits && name.starts_with(kPrefix) &&
+         name.find_first_not_of(kHexDigits, kPrefix.size()) == std::string::npos;
+}
+
+// Where a link leads, even when nothing is there yet.
+fs::path BehindLinks(fs::path file) {
+  constexpr int kMaxLinks = 40;
+  std::error_code failure;
+  const fs::path existing = fs::canonical(file, failure);
+  if (!failure) {
+    return existing;
+  }
+  for (int links = 0; links < kMaxLinks && fs::is_symlink(file, failure); ++links) {
+    file = file.parent_path() / fs::read_symlink(file, failure);
+  }
+  return file;
+}
+
+bool WriteInPlace(const fs::path& file, std::string_view bytes) {
+  std::ofstream output(file, std::ios::binary | std::ios::trunc);
+  output.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  output.close();
+  return static_cast<bool>(output);
+}
+
+bool WriteNamed(const fs::path& file, std::string_view bytes) {
+  std::error_code ignored;
+  const fs::file_type type = fs::status(file, ignored).type();
+  if (type == fs::file_type::not_found) {
+    return Replace(file, bytes);
+  }
+  if (type != fs::file_type::regular) {
+    return WriteInPlace(file, bytes);
+  }
+  TemporaryFile temporary(file);
+  if (temporary.Failure() == std::errc::permission_denied) {
+    return WriteInPlace(file, bytes);
+  }
+  return temporary.Write(bytes) && temporary.Replace(Durability::kDisk);
+}
+
+}  // namespace
+
+TemporaryFile::TemporaryFile(const fs::path& target, Access access)
+    : target_(BehindLinks(target)), path_(target_.parent_path() / TemporaryName()) {
+  const fs::file_status before = fs::status(target_, failure_);
+  const bool exists = before.type() == fs::file_type::regular;
+  if (!exists && before.type() != fs::file_type::not_found) {
+    failure_ = std::make_error_code(std::errc::is_a_directory);
+    return;
+  }
+  file_ = system::CreateLocked(path_, access == Access::kOwnerOnly, failure_);
+  if (file_ && exists) {
+    std::error_code ignored;  // some file systems know no permissions
+    fs::permissions(path_, before.permissions(), ignored);
+  }
+}
+
+TemporaryFile::~TemporaryFile() {
+  if (!failure_) {
+    file_.Close();
+    fs::remove(path_, failure_);
+  }
+}
+
+bool TemporaryFile::Finish(Durability durability) {
+  const bool synced = file_ && (durability == Durability::kRename || file_.Sync());
+  return file_.Close() && synced;
+}
+
+bool TemporaryFile::Replace(Durability durability) {
+  return Finish(durability) &&
+         system::MoveReplacing(path_, target_, durability == Durability::kDisk);
+}
+
+CreateResult TemporaryFile::Create(Durability durability) {
+  std::error_code failure;
+  if (Finish(durability) &&
+      system::MoveToNewName(path_, target_, durability == Durability::kDisk, failure)) {
+    return CreateResult::kCreated;
+  }
+  return failure == std::errc::file_exists ? CreateResult::kExists : CreateResult::kFailed;
+}
+
+bool Replace(const fs::path& file, std::string_view bytes, Durability durability, Access access) {
+  TemporaryFile temporary(file, access);
+  return temporary.Write(bytes) && temporary.Replace(durability);
+}
+
+CreateResult Create(const fs::path& file, std::string_view bytes, Durability durability) {
+  std::error_code ignored;
+  if (fs::exists(fs::symlink_status(file, ignored))) {
+    return CreateResult::kExists;
+  }
+  TemporaryFile temporary(file);
+  return temporary.Write(bytes) ? temporary.Create(durability) : CreateResult::kFailed;
+}
+
+void WriteBytes(const fs::path& file, std::string_view bytes) {
+  if (!WriteNamed(file, bytes)) {
+    throw core::RunTimeError(core::ErrorNumber::kDeviceFailure,
+                             std::string(u8"no se puede escribir el fichero «"_w) +
+                                 TextFromPath(file) + std::string(u8"»"_w));
+  }
+}
+
+void RemoveTemporaryFiles(const fs::path& folder) {
+  std::error_code failure;
+  std::vector<fs::path> found;
+  for (fs::directory_iterator at(folder, failure), end; !failure && at != end;
+       at.increment(failure)) {
+    if (IsTemporaryName(at->path().filename())) {
+      found.push_back(at->path());
+    }
+  }
+  std::ranges::for_each(found, system::RemoveUnlocked);
+}
+
+}  // namespace tonadex::files

@@ -1,0 +1,80 @@
+#include "files/read.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "core/melody_file.h"
+#include "tests/core/test_melody.h"
+#include "tests/support/temp_folder.h"
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
+namespace tonadex::files {
+namespace {
+
+using namespace std::string_view_literals;
+using test::ErrorOf;
+
+std::string Lines(std::string_view bytes, std::size_t maxBytes) {
+  std::istringstream input{std::string(bytes)};
+  std::string all;
+  while (const auto line = ReadLine(input, maxBytes)) {
+    all += "[" + *line + "]";
+  }
+  return all;
+}
+
+TEST(ReadLine, EndsAtEveryKindOfLineEnd) {
+  EXPECT_EQ(Lines("", 9), "");
+  EXPECT_EQ(Lines("a\rb\nc\r\nd", 9), "[a][b][c][d]");
+  EXPECT_EQ(Lines("a\n\r\n\n\r\r", 9), "[a][][][][]");
+  EXPECT_EQ(Lines("a\0b\n\xFF"sv, 9), "[a\0b][\xFF]"sv);
+  EXPECT_EQ(Lines("abc\nabcd\nabcdef\nx", 3), "[abc][abcd][abcd][x]") << "cut to one byte more";
+}
+
+TEST(ReadMelodyLine, TakesTheFirstLineInEitherEncoding) {
+  const test::TempFolder folder;
+  for (const std::string_view bytes :
+       {"\xC3\xB1:\r\nz"sv, "\xF1:\rz"sv, "\xEF\xBB\xBF\xC3\xB1:"sv, "\xF1:"sv}) {
+    folder.Write("m.1", bytes);
+    EXPECT_EQ(ReadMelodyLine(folder / "m.1"), "\xF1:") << testing::PrintToString(bytes);
+  }
+  folder.Write("m.1", std::string(core::kMaxLineBytes + 9, 'x'));
+  EXPECT_EQ(ReadMelodyLine(folder / "m.1").size(), core::kMaxLineBytes);
+}
+
+TEST(Read, KeepsToItsBound) {
+  const test::TempFolder folder;
+  const std::string bytes = std::string("\r\n\0\x1A"sv) + std::string(99'996, '\xF1');
+  folder.Write("f", bytes);
+  EXPECT_EQ(ReadBytes(folder / "f"), bytes);
+  EXPECT_EQ(ReadWhole(folder / "f", bytes.size()), bytes);
+  EXPECT_EQ(ReadWhole(folder / "f", bytes.size() - 1), std::nullopt);
+  EXPECT_EQ(ReadHead(folder / "f", 99'995), bytes.substr(0, 99'995));
+  folder.Write("f", "");
+  EXPECT_EQ(ReadWhole(folder / "f"), "");
+  EXPECT_EQ(ReadMelodyLine(folder / "f"), "");
+  std::filesystem::resize_file(folder / "f", kMaxFileBytes + 1);
+  EXPECT_EQ(ErrorOf([&] { ReadBytes(folder / "f"); }), 57);
+}
+
+// Whoever reads a pipe that nobody writes to waits for ever.
+TEST(Read, RefusesAtOnceWhatIsNoRegularFile) {
+  const test::TempFolder folder;
+  std::vector<std::filesystem::path> refused = {folder / "none", folder.path()};
+#ifndef _WIN32
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  std::filesystem::create_symlink(folder / "pipe", folder / "link");
+  refused.insert(refused.end(), {folder / "pipe", folder / "link", "/dev/zero", "/dev/tty"});
+#endif
+  for (const auto& file : refused) {
+    EXPECT_EQ(ReadHead(file, 9), std::nullopt) << file;
+    EXPECT_EQ(ErrorOf([&] { ReadBytes(file); }), 53) << file;
+    EXPECT_EQ(ErrorOf([&] { ReadMelodyLine(file); }), 53) << file;
+  }
+}
+
+}  // namespace
+}  // namespace tonadex::files
