@@ -43,14 +43,4 @@ void Control::SetText(std::string_view newText) {
   text = newText;
 }
 
-std::string PlainCaption(std::string_view caption) {
-  std::string plain;
-  for (const char c : caption) {
-    if (c != '&') {
-      plain += c;
-    }
-  }
-  return plain;
-}
-
 }  // namespace tonadex::app

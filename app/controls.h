@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -9,32 +10,48 @@
 // The controls of the window model: plain values that a shell draws and that handlers change.
 namespace tonadex::app {
 
-enum class ControlKind {
-  kLabel,          // caption
-  kButton,         // caption; navigation and page buttons
-  kPictureButton,  // caption; drawn with an icon as well
-  kTextBox,        // text, one line
-  kTextArea,       // text, several lines
-  kResultBox,      // text, several lines, read by the user and never typed into
-  kListBox,        // rows, listIndex
-  kComboBox,       // text (any, also one that no row holds), rows, listIndex
-  kWebView,        // address, navigations
-  kTimer,          // enabled, interval
-  kStorage,        // text; scratch storage, never shown and bound to no widget
+// What a control is drawn with; how that looks is the shell's.
+enum class Look {
+  kLabel,       // caption
+  kNavigation,  // button of the navigation row: picture above the words; `checked` marks one
+  kLink,        // button of the same row: small picture beside small words
+  kButton,
+  kPrimary,  // button: what its page is there for, the one in the accent
+  kLine,     // text of one line
+  kReading,  // the same, never typed into
+  kArea,     // text of several lines
+  kNotices,  // the same, never typed into
+  kDisplay,  // the phone's display: the result; `value` is its type in px, 0 for what fits
+  kList,     // rows, all in view; its text may be one that no row holds
+  kComboBox,
+  kPage,      // web view that follows links
+  kBanner,    // web view that reports them
+  kPicture,   // an icon alone
+  kDrawing,   // a melody's drawing
+  kSlider,    // `value`
+  kKeys,      // the phone's keys
+  kBusyLine,  // caption; moves while `checked`
+  kTimer,     // enabled, interval
+  kStorage,   // text; scratch storage, never shown and bound to no widget
 };
+
+enum class Tone { kText, kMuted, kGood, kBad };
 
 // One struct for all kinds, so that a page is an array of pointers to members. Texts are
 // Windows-1252, line ends in them CR LF; a shell takes CR and LF alone for line ends, too.
 struct Control {
   bool visible = true;
   bool enabled = true;
-  std::string caption;         // "&" stands before the mnemonic character, if useMnemonic
-  bool useMnemonic = true;     // false: an "&" in the caption is an "&", as in a melody's title
-  std::string text;            // what the box shows; a shell copies the user's typing in here
-  ListRows rows;               // of list and combo boxes
-  int listIndex = -1;          // selected row, 0-based, -1 for none
-  std::string address;         // web view: where it was last told to go
-  int navigations = 0;         // web view: how often; a rise means (re)load `address`
+  std::string caption;     // "&" stands before the mnemonic character
+  std::string text;        // what the box shows; a shell copies the user's typing in here
+  ListRows rows;           // of list and combo boxes
+  int listIndex = -1;      // selected row, 0-based, -1 for none
+  std::string address;     // web view: where it was last told to go
+  std::string invitation;  // what stands in it while it is empty
+  std::size_t cursor = 0;  // of a text area: characters before the cursor
+  int value = 0;           // of a slider and of the display
+  bool checked = false;
+  Tone tone = Tone::kText;     // of a label
   std::uint32_t interval = 0;  // timer: milliseconds between two ticks while enabled
 
   // The selected row's text, "" when none is selected.
@@ -49,8 +66,5 @@ struct Control {
   // A combo box's text as set by the program: any text; the row that holds it is selected, if any.
   void SetText(std::string_view newText);
 };
-
-// A caption without its mnemonic mark: "&Inicio" gives "Inicio".
-std::string PlainCaption(std::string_view caption);
 
 }  // namespace tonadex::app

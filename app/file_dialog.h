@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace tonadex::app {
 
@@ -32,6 +35,11 @@ class FileDialogs {
   virtual ~FileDialogs() = default;
   virtual bool GetSaveFileName(FileDialogRecord& record) = 0;
   virtual bool GetOpenFileName(FileDialogRecord& record) = 0;
+  // Where a text is to be saved, any path; nullopt when the user cancelled. `name` is proposed, in
+  // the user's own folder; `filter` names the text files ("Texto (*.txt)"). Windows-1252.
+  virtual std::optional<std::filesystem::path> AskSaveAs(std::string_view title,
+                                                         std::string_view name,
+                                                         std::string_view filter) = 0;
 };
 
 }  // namespace tonadex::app

@@ -1,45 +1,71 @@
 #include "app/form1.h"
 
+#include <algorithm>
 #include <array>
-#include <exception>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
-#include "app/form1_tables.h"
-#include "app/settings.h"
+#include "app/layout.h"
+#include "app/words.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "midi/playback.h"
 #include "net/addresses.h"
-#include "nokia3210/cnokia.h"
-#include "phones/catalogue.h"
-#include "phones/formats.h"
 #include "phones/phone_words.h"
 
 namespace tonadex::app {
 namespace {
 
 using namespace core::literals;
+using F = Form1;
 
-constexpr std::uint32_t kBannerIntervalMs = 60'000;
 constexpr std::array<std::int16_t, 4> kHiddenAtStart = {kSearchPage, kRepertoirePage, kInternetPage,
                                                         kOptionsPage};
-constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
-                                                           "140", "160", "180", "200", "225"};
-constexpr std::string_view kFirstTempo = "125";
-
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // The mark of the separate updating arrangement: only which of the two names exists matters.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
 constexpr std::string_view kUpdateMark = "actualiza.tdx";
 
-constexpr std::string_view kEmptySearch =
-    u8"Escribe unas palabras y pulsa Buscar, o prueba suerte con Al azar."_w;
-constexpr std::string_view kEmptyRepertoire =
-    u8"Tu repertorio está vacío. Busca melodías en el servidor y descárgalas: aparecerán aquí."_w;
-constexpr std::string_view kChoosePhoneFirst =
-    u8"Elige tu móvil en Opciones; después podrás convertir tus melodías."_w;
-constexpr std::string_view kConvertFirst =
-    u8"Elige una melodía y pulsa Convertir: aquí verás lo que necesita tu móvil."_w;
+// The mnemonics are free of clashes among the navigation row and any one page.
+constexpr ControlInfo Go(std::string_view name, Control F::*member, std::string_view caption,
+                         const char* icon, std::string_view help, Handler click, std::int16_t page,
+                         std::string_view shortcut) {
+  ControlInfo button = Button(Look::kNavigation, name, member, caption, icon, help, click);
+  button.leadsTo = page;
+  button.shortcut = shortcut;
+  return button;
+}
+
+constexpr auto kRows = std::to_array<ControlInfo>({
+    Go("cmdinicio", &F::cmdinicio, "&Inicio", "inicio",
+       u8"Componer una melodía o pegarla en RTTTL, escucharla y subirla"_w, &F::cmdinicio_Click,
+       kStartPage, "Ctrl+1"),
+    Go("cmdbuscar", &F::cmdbuscar, "&Buscar", "buscar",
+       u8"Buscar melodías en el servidor y descargarlas"_w, &F::cmdbuscar_Click, kSearchPage,
+       "Ctrl+2"),
+    Go("cmdrepertorio", &F::cmdrepertorio, "&Repertorio", "repertorio",
+       u8"Escuchar, convertir e imprimir tus melodías"_w, &F::cmdrepertorio_Click, kRepertoirePage,
+       "Ctrl+3"),
+    Go("cmd906", &F::cmd906, "I&nternet", "internet", u8"La página del servidor de melodías"_w,
+       &F::cmd906_Click, kInternetPage, "Ctrl+4"),
+    Go("cmdopciones", &F::cmdopciones, "&Opciones", "opciones", u8"Elegir tu móvil"_w,
+       &F::cmdopciones_Click, kOptionsPage, "Ctrl+5"),
+    Button(Look::kLink, "phoneButton", &F::phoneButton, "", "movil", words::kChoosePhone,
+           &F::cmdopciones_Click),
+    Go("cmdayuda", &F::cmdayuda, "A&yuda", "ayuda", "El manual de Tonadex (F1)", &F::cmdayuda_Click,
+       kNoPage, "F1"),
+    Button(Look::kBusyLine, "waitingLine", &F::waitingLine, words::kWaiting, "", "", nullptr),
+});
+
+constexpr auto kPages = std::to_array<Page>({
+    {kSearchPage, &SearchPage::Layout},
+    {kStartUpPage, &WebPage::Layout},
+    {kRepertoirePage, &RepertoirePage::Layout},
+    {kInternetPage, &WebPage::Layout},
+    {kOptionsPage, &OptionsPage::Layout},
+    {kStartPage, &StartPage::Layout},
+});
 
 void RenameMark(const std::filesystem::path& folder) {
   std::error_code ignored;
@@ -50,28 +76,95 @@ void RenameMark(const std::filesystem::path& folder) {
 
 }  // namespace
 
-Form1::Form1(Program& program) : program_(program) {
+// ---- The table and the layout of all pages ------------------------------------------------------
+
+std::span<const ControlInfo> Form1::Rows() {
+  return kRows;
+}
+
+std::span<const ControlInfo> Controls() {
+  static const std::vector<ControlInfo> all = [] {
+    std::vector<ControlInfo> rows;
+    for (const auto& part : {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(),
+                             RepertoirePage::Rows(), OptionsPage::Rows(), StartPage::Rows()}) {
+      rows.insert(rows.end(), part.begin(), part.end());
+    }
+    return rows;
+  }();
+  return all;
+}
+
+const ControlInfo& InfoOf(Control Form1::*member) {
+  return *std::ranges::find(Controls(), member, &ControlInfo::member);
+}
+
+const ControlInfo* FindControl(std::string_view name) {
+  const auto found = std::ranges::find(Controls(), name, &ControlInfo::name);
+  return found == Controls().end() ? nullptr : &*found;
+}
+
+Handler HandlerOf(const ControlInfo& info, Event event) {
+  for (const EventHandler& each : {info.on, info.also}) {
+    if (each.handler != nullptr && each.event == event) {
+      return each.handler;
+    }
+  }
+  return nullptr;
+}
+
+std::span<const Page> Pages() {
+  return kPages;
+}
+
+Part PageLayout(std::int16_t page) {
+  const auto found = std::ranges::find(kPages, page, &Page::number);
+  return found == kPages.end() ? Column({}) : found->layout();
+}
+
+Part WindowLayout(Part page) {
+  Part bar = Row({The(&F::cmdinicio), The(&F::cmdbuscar), The(&F::cmdrepertorio), The(&F::cmd906),
+                  The(&F::cmdopciones), Stretch(), The(&F::phoneButton), The(&F::cmdayuda)})
+                 .Gap(look::kFieldGap)
+                 .Margins(look::kGrid, 0, 0);
+  bar.frame = Part::Frame::kBar;
+  Part banner =
+      Row({The(&F::navbanner).Weight(1).Heights(look::kBannerHeight, look::kBannerHeight)})
+          .Margins(look::kPageMargin, look::kGrid, 0);
+  // The line lies over the top of the page.
+  return Column({std::move(bar), The(&F::waitingLine).Heights(0, 0), std::move(banner),
+                 std::move(page).Weight(1)})
+      .Gap(0);
+}
+
+// ---- The window ---------------------------------------------------------------------------------
+
+Form1::Form1(Program& theProgram)
+    : SharedState(theProgram),
+      StartPage(static_cast<SharedState&>(*this)),
+      SearchPage(static_cast<SharedState&>(*this)),
+      RepertoirePage(static_cast<SharedState&>(*this)),
+      OptionsPage(static_cast<SharedState&>(*this)),
+      WebPage(static_cast<SharedState&>(*this)) {
   for (const ControlInfo& info : Controls()) {
     Control& control = this->*info.member;
     control.caption = info.caption;
-    control.visible = info.kind != ControlKind::kStorage;
+    control.tone = info.tone;
+    control.visible = info.look != Look::kStorage;
   }
+  waitingLine.visible = false;
   for (const auto member : PageControls(kStartPage)) {
     (this->*member).visible = false;
   }
-  lbltextresult.useMnemonic = lblMsg.useMnemonic = false;
-  Timer1.interval = kBannerIntervalMs;
-  picimprimir.enabled = false;
-  for (const std::string_view tempo : kUsualTempos) {
-    txtcompoTempo.AddRow(tempo);
-  }
-  txtcompoTempo.text = kFirstTempo;
-  core::InitMelody(program.gMelody, program.services.shell.TempPath());
-  txtmelodiacompo_Change();
-  txtrtttlsube_Change();
 }
 
-Form1::~Form1() = default;
+void SharedState::Play(Sounding what) {
+  struct Scope {
+    Sounding& sounding;
+    ~Scope() { sounding = Sounding::kNothing; }
+  } const scope{sounding};
+  sounding = what;
+  midi::PlayMelody(program.gMelody, program.services.sequencer);
+}
 
 void Form1::Form_Load() {
   for (const std::int16_t page : kHiddenAtStart) {
@@ -81,16 +174,16 @@ void Form1::Form_Load() {
   paginaactual = kStartUpPage;
   WebBrowser1.visible = true;
   navbanner.visible = false;
-  Navigate(WebBrowser1, net::StartPageAddress(program_.gVersion));
+  Navigate(WebBrowser1, net::StartPageAddress(program.gVersion));
   formReady_ = true;
 }
 
 void Form1::Form_QueryUnload() {
-  if (program_.busy) {
-    program_.closing = true;
-    GiveUpRequest(program_);
+  if (program.busy) {
+    program.closing = true;
+    GiveUpRequest(program);
   } else {
-    program_.services.shell.End();
+    program.services.shell.End();
   }
 }
 
@@ -99,25 +192,8 @@ void Form1::ocultapagina() {
     (this->*member).visible = false;
   }
   if (paginaactual == kOptionsPage && formReady_) {
-    program_.gPhoneModel = cmbformatos.text;
-    RegWriteString(program_.services.registry, kHkeyClassesRoot, kSettingKey, kModelSetting,
-                   program_.gPhoneModel);
+    SaveModel();
   }
-}
-
-void Form1::Navigate(Control& view, std::string_view path) {
-  view.address = program_.serverBase + std::string(path);
-  ++view.navigations;
-  const auto id = &view == &navbanner ? WebViewId::kNavbanner : WebViewId::kWebBrowser1;
-  try {
-    program_.services.webViews.Navigate(id, view.address);
-  } catch (const std::exception&) {
-    // A web view that fails never keeps a page from being shown.
-  }
-}
-
-void Form1::NavigateBanner() {
-  Navigate(navbanner, net::kBannerPath);
 }
 
 // False when the page is shown already: a second click does nothing.
@@ -148,7 +224,7 @@ void Form1::cmdinicio_Click() {
 }
 
 void Form1::cmdbuscar_Click() {
-  RenameMark(program_.ProgramFolder());
+  RenameMark(program.ProgramFolder());
   if (LeaveFor(kSearchPage)) {
     ShowPage(kSearchPage);
     List1.Clear();
@@ -157,7 +233,7 @@ void Form1::cmdbuscar_Click() {
 
 void Form1::cmdrepertorio_Click() {
   if (LeaveFor(kRepertoirePage)) {
-    core::InitMelody(program_.gMelody, program_.services.shell.TempPath());
+    core::InitMelody(program.gMelody, program.services.shell.TempPath());
     FillRepertoire();
     ShowPage(kRepertoirePage);
     List1_Click();
@@ -185,103 +261,29 @@ void Form1::cmdopciones_Click() {
 }
 
 void Form1::cmdayuda_Click() {
-  program_.services.shell.OpenHelp(program_.ProgramFolder() / kHelpFile);
+  program.services.shell.OpenHelp(program.ProgramFolder() / kHelpFile);
 }
 
-void Form1::Timer1_Timer() {
-  if (navbanner.visible) {
-    NavigateBanner();
+void Form1::List1_DblClick() {
+  if (paginaactual == kRepertoirePage) {
+    picreproducir_Click();
+  } else {
+    picdescargar_Click();
   }
 }
 
-void Form1::navbanner_BeforeNavigate() {
-  NavigateBanner();
-}
-
-void Form1::FillModelList() {
-  cmbformatos.Clear();
-  for (const std::string_view model :
-       phones::ModelsOfBrand(program_.PhoneCatalogue, cmbmarcas.SelectedText())) {
-    cmbformatos.AddRow(model);
+void Form1::Refresh() {
+  for (const ControlInfo& info : Rows()) {
+    (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == paginaactual;
   }
-  cmbformatos.Select(0);
-}
-
-void Form1::cmbmarcas_Click() {
-  FillModelList();
-}
-
-void Form1::RestoreSavedModel() {
-  std::vector<std::string> brands;
-  program_.PhoneCatalogue = phones::LoadPhoneCatalogue(brands);
-  cmbmarcas.Clear();
-  for (const std::string& brand : brands) {
-    cmbmarcas.AddRow(brand);
-  }
-  cmbmarcas.Select(0);
-  FillModelList();
-  program_.services.shell.DoEvents();
-  const std::string saved = program_.gPhoneModel;
-  if (const auto brand = phones::RestoredBrand(saved)) {
-    cmbmarcas.Select(static_cast<int>(*brand));
-    FillModelList();
-  }
-  if (!saved.empty()) {
-    cmbformatos.SetText(saved);
-  }
-}
-
-const Control* Form1::NavigationButton() const {
-  for (const NavigationInfo& info : NavigationRow()) {
-    if (info.page != kNoPage && info.page == paginaactual) {
-      return &(this->*info.button);
-    }
-  }
-  return nullptr;
-}
-
-std::string Form1::PhoneLabel() const {
   // On the page of the options the model is saved when the page is left.
-  return phones::PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program_.gPhoneModel);
-}
-
-std::string Form1::OptionsSentence() const {
-  return phones::PhoneGets(cmbformatos.text);
-}
-
-std::string Form1::EmptySentence() const {
-  if (!List1.visible || !List1.rows.empty()) {
-    return {};
-  }
-  return std::string(paginaactual == kSearchPage ? kEmptySearch : kEmptyRepertoire);
-}
-
-std::string Form1::EmptyResultSentence() const {
-  if (!textresultado.visible || !textresultado.text.empty()) {
-    return {};
-  }
-  return std::string(phones::FindModel(program_.gPhoneModel) != nullptr ? kConvertFirst
-                                                                        : kChoosePhoneFirst);
-}
-
-bool Form1::OffersSearch() const {
-  return paginaactual == kRepertoirePage && List1.rows.empty();
-}
-
-std::vector<ResultGroup> Form1::ResultGroupsShown() const {
-  return ResultGroups(textresultado.text);
-}
-
-bool Form1::ResultIsKeyPresses() const {
-  return IsKeyPresses(resultModel_);
-}
-
-bool Form1::ResultCanBeSaved() const {
-  return !textresultado.text.empty() && !phones::SavesFile(resultModel_);
-}
-
-std::string Form1::SuggestedResultName() const {
-  return SuggestedFileName(resultRow_, resultModel_);
+  phoneButton.caption =
+      phones::PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program.gPhoneModel);
+  waitingLine.visible = waitingLine.checked = program.busy;
+  RefreshSearch();
+  RefreshRepertoire();
+  RefreshOptions();
+  RefreshStart();
 }
 
 }  // namespace tonadex::app

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace tonadex::app {
 
@@ -23,6 +24,8 @@ class ShellServices {
   // Lets pending paint and input events run once.
   virtual void DoEvents() = 0;
   virtual void Beep() = 0;
+  // Puts a text of Windows-1252 on the clipboard.
+  virtual void CopyText(std::string_view text) = 0;
   // Opens the help file as a whole (no topic, no index). A missing file is the viewer's to report.
   virtual void OpenHelp(const std::filesystem::path& file) = 0;
   // Ends the program at once.

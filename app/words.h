@@ -12,7 +12,8 @@ using namespace core::literals;
 
 inline constexpr std::string_view kWindowTitle = "Tonadex";
 inline constexpr std::string_view kHelpTitle = "Ayuda de Tonadex";
-inline constexpr std::string_view kWaiting = u8"Esperando al servidor… Esc para dejar de esperar."_w;
+inline constexpr std::string_view kWaiting =
+    u8"Esperando al servidor… Esc para dejar de esperar."_w;
 inline constexpr std::string_view kCopy = "Copiar";
 inline constexpr std::string_view kCopied = "Copiado";
 inline constexpr std::string_view kSaveAs = u8"Guardar como…"_w;

@@ -63,7 +63,6 @@ void CheckResult(const app::Form1& form) {
     joined += group.text;
   }
   Require(WithoutBlanks(joined) == WithoutBlanks(form.textresultado.text), "a torn result");
-  Require(net::IsSafeFileName(form.SuggestedResultName()), "a name that no file can have");
 }
 
 // A file whose name follows the rule is found again through its row, unless the melody's own name
@@ -104,6 +103,8 @@ void CheckRepertoire(test::TestProgram& test, const std::string& fileName,
     core::SkipErrors([&] { (form.*handler)(); });
   }
   CheckResult(form);
+  form.saveAsButton_Click();
+  Require(net::IsSafeFileName(test.fileDialogs.proposed.back()), "a name that no file can have");
   fs::remove(test.program.MelodyFolder() / fileName);
 }
 
@@ -155,6 +156,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   test.fileDialogs.answers = {"/dev/null"};
   test.fileDialogs.asked.clear();
   test.fileDialogs.kinds.clear();
+  test.fileDialogs.proposed.clear();
   test.sequencer.commands.clear();
   test.webViews.log.clear();
   test.richText.printed.clear();

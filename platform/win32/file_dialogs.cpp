@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "platform/win32/wide_text.h"
+
 #undef GetSaveFileName
 #undef GetOpenFileName
 
@@ -14,6 +16,7 @@ namespace {
 
 // The dialogs change the process's current folder and expect buffers as long as they are told.
 constexpr std::size_t kExtensionRoom = 16;
+constexpr std::size_t kLongestPath = 32768;  // of the system's W functions
 
 using Dialog = BOOL(WINAPI*)(LPOPENFILENAMEA);
 
@@ -64,6 +67,26 @@ bool WindowsFileDialogs::GetSaveFileName(app::FileDialogRecord& record) {
 
 bool WindowsFileDialogs::GetOpenFileName(app::FileDialogRecord& record) {
   return Run(&GetOpenFileNameA, record);
+}
+
+std::optional<std::filesystem::path> WindowsFileDialogs::AskSaveAs(std::string_view title,
+                                                                   std::string_view name,
+                                                                   std::string_view filter) {
+  std::wstring file = ToWide(name);
+  file.resize(kLongestPath);
+  const std::wstring filters = ToWide(filter) + std::wstring(L"\0*.txt\0*.*\0*.*\0", 15);
+  const std::wstring words = ToWide(title);
+  OPENFILENAMEW dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = GetActiveWindow();
+  dialog.lpstrFilter = filters.c_str();
+  dialog.nFilterIndex = 2;
+  dialog.lpstrFile = file.data();
+  dialog.nMaxFile = static_cast<DWORD>(file.size());
+  dialog.lpstrTitle = words.c_str();
+  dialog.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
+  return GetSaveFileNameW(&dialog) == 0 ? std::nullopt
+                                        : std::optional(std::filesystem::path(file.c_str()));
 }
 
 }  // namespace tonadex::platform

@@ -9,6 +9,9 @@ class WindowsFileDialogs : public app::FileDialogs {
  public:
   bool GetSaveFileName(app::FileDialogRecord& record) override;
   bool GetOpenFileName(app::FileDialogRecord& record) override;
+  // Owned by the active window.
+  std::optional<std::filesystem::path> AskSaveAs(std::string_view title, std::string_view name,
+                                                 std::string_view filter) override;
 };
 
 }  // namespace tonadex::platform

@@ -1,5 +1,9 @@
 #include "platform/win32/system_services.h"
 
+#include <cstring>
+
+#include "platform/win32/wide_text.h"
+
 namespace tonadex::platform {
 
 SystemServices::SystemServices(WindowHooks& hooks, std::filesystem::path programFolder)
@@ -31,6 +35,21 @@ void SystemServices::DoEvents() {
 
 void SystemServices::Beep() {
   MessageBeep(MB_OK);
+}
+
+void SystemServices::CopyText(std::string_view text) {
+  const std::wstring wide = ToWideLines(text);
+  const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
+  if (OpenClipboard(GetActiveWindow()) == 0) {
+    return;
+  }
+  EmptyClipboard();
+  if (const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes)) {
+    std::memcpy(GlobalLock(memory), wide.c_str(), bytes);
+    GlobalUnlock(memory);
+    SetClipboardData(CF_UNICODETEXT, memory);
+  }
+  CloseClipboard();
 }
 
 void SystemServices::OpenHelp(const std::filesystem::path& file) {

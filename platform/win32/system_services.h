@@ -29,6 +29,7 @@ class SystemServices : public app::ShellServices {
   void SetTopMost(std::intptr_t window) override;
   void DoEvents() override;
   void Beep() override;
+  void CopyText(std::string_view text) override;
   void OpenHelp(const std::filesystem::path& file) override;
   // Leaves the message loop.
   void End() override;

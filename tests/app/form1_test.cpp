@@ -8,7 +8,7 @@
 
 #include "app/composer_keys.h"
 #include "app/form1.h"
-#include "app/form1_tables.h"
+#include "app/layout.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "tests/core/table.h"
@@ -28,11 +28,10 @@ class Form1Window : public testing::Test {
   std::string Visible() const {
     std::set<std::string_view> names;
     for (const ControlInfo& info : Controls()) {
-      const bool navigation = std::ranges::any_of(
-          NavigationRow(), [&](const auto& each) { return each.button == info.member; });
+      const bool navigation = info.look == Look::kNavigation || info.look == Look::kLink;
       const bool visible = (form.*info.member).visible;
       EXPECT_TRUE(visible || !navigation) << info.name;
-      if (visible && !navigation && info.kind != ControlKind::kTimer) {
+      if (visible && !navigation && info.look != Look::kTimer) {
         names.insert(info.name);
       }
     }
@@ -43,12 +42,8 @@ class Form1Window : public testing::Test {
     return text;
   }
   void Click(const test::Row& page) {
-    const Control& button = form.*FindControl(page[0])->member;
-    for (const HandlerInfo& info : Handlers()) {
-      if (&(form.*info.control) == &button) {
-        (form.*info.handler)();
-      }
-    }
+    (form.*HandlerOf(*FindControl(page[0]), Event::kClick))();
+    form.Refresh();
   }
 
   test::TestProgram test;
@@ -58,7 +53,6 @@ class Form1Window : public testing::Test {
 // From every page to every page: what is shown, which page is marked, and where the web views went.
 TEST_F(Form1Window, ShowsTheControlsOfEachPageAlone) {
   EXPECT_EQ(Visible(), "WebBrowser1");
-  EXPECT_EQ(form.NavigationButton(), nullptr);
   const std::vector<test::Row> pages = test::Table("Pages");
   for (const test::Row& from : pages) {
     for (const test::Row& to : pages) {
@@ -68,7 +62,9 @@ TEST_F(Form1Window, ShowsTheControlsOfEachPageAlone) {
       Click(to);
       EXPECT_EQ(Visible(), to[2]);
       EXPECT_EQ(std::to_string(form.paginaactual), to[1]);
-      EXPECT_EQ(form.NavigationButton(), &(form.*FindControl(to[0])->member));
+      for (const test::Row& page : pages) {
+        EXPECT_EQ((form.*FindControl(page[0])->member).checked, page[0] == to[0]) << page[0];
+      }
       const std::string went = to[1] == "5" ? "WebBrowser1 http://servidor/mini906.php"
                                             : "navbanner http://servidor/banners.php";
       EXPECT_EQ(test.webViews.log, std::vector(from[0] == to[0] ? 0 : 1, went));
@@ -78,12 +74,8 @@ TEST_F(Form1Window, ShowsTheControlsOfEachPageAlone) {
 
 TEST_F(Form1Window, HasNoMnemonicTwice) {
   for (const std::int16_t page : {kSearchPage, kRepertoirePage, kOptionsPage, kStartPage}) {
-    std::vector<Control Form1::*> controls(PageControls(page).begin(), PageControls(page).end());
-    for (const NavigationInfo& info : NavigationRow()) {
-      controls.push_back(info.button);
-    }
     std::set<char> used;
-    for (const auto member : controls) {
+    for (const auto member : ControlsIn(WindowLayout(PageLayout(page)))) {
       const std::string& caption = (form.*member).caption;
       const std::size_t mark = caption.find('&') + 1;
       EXPECT_TRUE(mark == 0 || used.insert(core::ToLower(caption[mark])).second) << caption;

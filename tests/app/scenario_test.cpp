@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "app/form1.h"
-#include "app/form1_tables.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
@@ -52,14 +51,11 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
 
   template <Event event>
   void Raise(const Row& row) {
-    for (const HandlerInfo& info : Handlers()) {
-      if (&(form.*info.control) == &Named(row[0]) && info.event == event) {
-        const int error = test::ErrorOf([&] { (form.*info.handler)(); });
-        failure_ = error == 0 ? "" : "error " + std::to_string(error) + "\n";
-        return;
-      }
-    }
-    FAIL() << "no such handler";
+    const auto handler = HandlerOf(*FindControl(row[0]), event);
+    ASSERT_NE(handler, nullptr);
+    const int error = test::ErrorOf([&] { (form.*handler)(); });
+    failure_ = error == 0 ? "" : "error " + std::to_string(error) + "\n";
+    form.Refresh();
   }
 
   // What has happened outside since it was last asked for.
@@ -80,6 +76,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     add("web", test.webViews.log, utf8);
     add("mci", test.sequencer.commands, utf8);
     add("print", test.richText.printed, utf8);
+    add("save as", test.fileDialogs.proposed, utf8);
     add("dialog", test.fileDialogs.asked, [](const FileDialogRecord& asked) {
       return core::ToUtf8(asked.lpstrTitle) + " in " + asked.lpstrInitialDir + ", filter " +
              std::to_string(asked.nFilterIndex);
@@ -108,9 +105,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
           {"instrument", std::to_string(test.program.gMelody.Instrument)},
           {"phone", test.program.gPhoneModel},
           {"saved", test.registry.values["2147483648/tonadex\\/modelo"].data},
-          {"empty", form.EmptySentence() + (form.OffersSearch() ? " [search]" : "")},
-          {"no result", form.EmptyResultSentence()},
-          {"file name", form.ResultCanBeSaved() ? form.SuggestedResultName() : ""},
+          {"clipboard", test.shell.clipboard},
           {"count", form.composerCheck.sentence},
           {"composed notes", std::to_string(form.composerDrawing.notes.size())},
           {"repertoire notes", std::to_string(form.repertoireDrawing.notes.size())}};
@@ -124,6 +119,8 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     return std::map<std::string, std::string>{{"text", control.text},
                                               {"caption", control.caption},
                                               {"address", control.address},
+                                              {"invitation", control.invitation},
+                                              {"visible", control.visible ? "yes" : "no"},
                                               {"index", std::to_string(control.listIndex)},
                                               {"enabled", control.enabled ? "yes" : "no"},
                                               {"rows", rows}}

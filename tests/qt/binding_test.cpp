@@ -4,10 +4,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QSlider>
 #include <QTimer>
 #include <QtTest>
 #include <map>
 
+#include "app/layout.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
 #include "shell/qt/widgets/phone_display.h"
@@ -39,13 +41,17 @@ struct BoundForm : Screen {
   bool Visible(const ControlInfo& info) override { return !As<QWidget>(info)->isHidden(); }
   bool Enabled(const ControlInfo& info) override { return As<QWidget>(info)->isEnabled(); }
   std::optional<std::string> Shown(const ControlInfo& info) override {
-    if (As<shell::PhoneDisplay>(info) || As<shell::WebPane>(info)) return std::nullopt;
+    if (info.look == app::Look::kPicture) return std::nullopt;
+    if (auto* display = As<shell::PhoneDisplay>(info)) return FromQString(display->Text());
     if (auto* label = As<QLabel>(info)) return FromQString(label->text());
     if (auto* button = As<QAbstractButton>(info)) return FromQString(button->text());
     if (auto* line = As<QLineEdit>(info)) return FromQString(line->text());
     if (auto* area = As<QPlainTextEdit>(info)) return FromQString(area->toPlainText());
     if (auto* box = As<QComboBox>(info)) return FromQString(box->currentText());
-    return FromQString(As<RowList>(info)->currentIndex().data().toString());
+    if (auto* list = As<RowList>(info)) {
+      return FromQString(list->currentIndex().data().toString());
+    }
+    return std::nullopt;
   }
   bool Type(const ControlInfo& info, const std::string& text) override {
     auto* line = As<QLineEdit>(info);
@@ -68,7 +74,7 @@ struct BoundForm : Screen {
     }
     return list != nullptr;
   }
-  void Do(const app::HandlerInfo& row, const ControlInfo& info) override {
+  void Do(Event event, const ControlInfo& info) override {
     if (auto* button = As<QAbstractButton>(info)) {
       button->click();
     } else if (auto* timer = As<QTimer>(info)) {
@@ -78,8 +84,10 @@ struct BoundForm : Screen {
       timer->stop();
     } else if (auto* pane = As<shell::WebPane>(info)) {
       emit pane->LeaveAttempted();
-    } else if (row.event == Event::kActivate || row.event == Event::kEnter) {
+    } else if (event == Event::kActivate || event == Event::kEnter) {
       QTest::keyClick(As<QWidget>(info), Qt::Key_Return);
+    } else if (auto* slider = As<QSlider>(info)) {
+      slider->triggerAction(QSlider::SliderSingleStepAdd);
     } else if (!Choose(info, 1)) {
       Type(info, "otro");
     }
@@ -106,8 +114,8 @@ TEST(Binding, ATextThatNoRowHoldsStaysAsItIs) {
 TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
   TestWindow t;
   t.window.show();
-  for (const app::NavigationInfo& info : app::NavigationRow()) {
-    qobject_cast<QAbstractButton*>(t.window.Bound().Widget(info.button))->click();
+  for (QAbstractButton* button : t.NavigationRow()) {
+    button->click();
     SCOPED_TRACE(t.form.paginaactual);
     for (const BoundControl& bound : t.window.Bound().Controls()) {
       if (bound.widget != nullptr) {
@@ -115,9 +123,9 @@ TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
             << bound.info->name;
       }
     }
-    for (const app::NavigationInfo& other : app::NavigationRow()) {
-      auto* mark = qobject_cast<QAbstractButton*>(t.window.Bound().Widget(other.button));
-      EXPECT_EQ(mark->isChecked(), other.page != 0 && other.page == t.form.paginaactual);
+    for (const QAbstractButton* other : t.NavigationRow()) {
+      const app::ControlInfo& info = *app::FindControl(other->objectName().toStdString());
+      EXPECT_EQ(other->isChecked(), info.leadsTo == t.form.paginaactual) << info.name;
     }
     // A screen reader has a name for whatever the keyboard reaches.
     for (const QWidget* widget : t.window.findChildren<QWidget*>()) {
@@ -131,23 +139,28 @@ TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
   }
 }
 
-// Left to right and down, page by page, in the order of the model's table.
+// Left to right and down, page by page.
 TEST(Binding, TabGoesInReadingOrder) {
   TestWindow t;
-  std::map<const QObject*, std::size_t> place;
-  for (const BoundControl& bound : t.window.Bound().Controls()) {
-    place.emplace(bound.object, place.size());
-  }
-  std::size_t last = 0;
-  QWidget* const first = t.Widget("cmdinicio");
-  for (QWidget* at = first->nextInFocusChain(); at != first; at = at->nextInFocusChain()) {
-    if (const auto found = place.find(at);
-        found != place.end() && (at->focusPolicy() & Qt::TabFocus)) {
-      EXPECT_GT(found->second, last) << at->objectName().toStdString();
-      last = found->second;
+  for (const char* page : {"cmdbuscar", "cmdrepertorio", "cmdopciones", "cmdinicio"}) {
+    SCOPED_TRACE(page);
+    t.Click(page);
+    std::map<const QObject*, std::size_t> place;
+    for (const auto member :
+         app::ControlsIn(app::WindowLayout(app::PageLayout(t.form.paginaactual)))) {
+      place.emplace(t.window.Bound().Widget(member), place.size());
     }
+    std::size_t last = 0;
+    QWidget* const first = t.Widget("cmdinicio");
+    for (QWidget* at = first->nextInFocusChain(); at != first; at = at->nextInFocusChain()) {
+      if (const auto found = place.find(at);
+          found != place.end() && (at->focusPolicy() & Qt::TabFocus)) {
+        EXPECT_GT(found->second, last) << at->objectName().toStdString();
+        last = found->second;
+      }
+    }
+    EXPECT_GT(last, 0U);
   }
-  EXPECT_GT(last, 0U);
 }
 
 // Every page, with a result in it, at a size of the window and of the type.
@@ -171,8 +184,8 @@ TEST_P(WindowSizeTest, NoWordIsCut) {
   t.test.program.gPhoneModel = " Pulsaciones";
   t.window.resize(size);
   t.window.show();
-  for (const app::NavigationInfo& info : app::NavigationRow()) {
-    qobject_cast<QAbstractButton*>(t.window.Bound().Widget(info.button))->click();
+  for (QAbstractButton* navigation : t.NavigationRow()) {
+    navigation->click();
     if (t.form.paginaactual == app::kRepertoirePage) {
       t.SelectRow(0);
       t.Click("picconvertir");

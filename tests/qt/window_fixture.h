@@ -21,6 +21,15 @@ struct TestWindow {
     test.folder.Write(std::filesystem::path("melodias") / fileName, line);
   }
   QWidget* Widget(const char* name) const { return window.findChild<QWidget*>(name); }
+  QList<QAbstractButton*> NavigationRow() const {
+    QList<QAbstractButton*> row;
+    for (const app::ControlInfo& info : app::Form1::Rows()) {
+      if (info.look == app::Look::kNavigation) {
+        row << qobject_cast<QAbstractButton*>(window.Bound().Widget(info.member));
+      }
+    }
+    return row;
+  }
   // Presses a button as a click does.
   void Click(const char* name) const { window.findChild<QAbstractButton*>(name)->click(); }
   // As a click on a row of the melodies does.

@@ -50,7 +50,7 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
   t.Click("cmdrepertorio");
   t.SelectRow(0);
   t.position = 1500;
-  const shell::MelodyView* view = t.window.Parts().repertoireView;
+  const auto* view = t.window.findChild<shell::MelodyView*>("repertoireView");
   WhenModal([&](QWidget* box) {
     EXPECT_TRUE(QTest::qWaitFor([view] { return view->Picture().sounding() == 1; }));
     EXPECT_EQ(qobject_cast<QMessageBox*>(box)->text(), "Reproduciendo melodia: Vals");
@@ -64,27 +64,33 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
   EXPECT_EQ(t.test.sequencer.commands.back(), "close mR2M");
 }
 
-TEST(MainWindow, TheResultIsDrawnCopiedAndSavedByteForByte) {
+TEST(MainWindow, TheResultIsDrawnAndCopied) {
   TestWindow t;
   t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,8e.,2g,c6");
   t.test.program.gPhoneModel = "MDY (cable)";
   t.window.show();
   t.Click("cmdrepertorio");
-  EXPECT_FALSE(t.window.Parts().saveAs->isEnabled());
+  EXPECT_FALSE(t.Widget("saveAsButton")->isEnabled());
   t.SelectRow(0);
   t.Click("picconvertir");
-  EXPECT_EQ(shell::FromQString(t.window.Parts().display->Text()), t.form.textresultado.text);
-  t.window.Parts().copy->click();
+  EXPECT_EQ(shell::FromQString(t.window.findChild<shell::PhoneDisplay*>()->Text()),
+            t.form.textresultado.text);
+  shell::QtShellServices(t.hooks, t.repainting, {}, {}).CopyText(t.form.textresultado.text);
   EXPECT_TRUE(QApplication::clipboard()->text().startsWith("NAME=Vals\nTEMPO=100\n"));
-  const QString file = QString::fromStdString((t.test.folder / "salida.txt").string());
+}
+
+TEST(QtFileDialogs, AskWhereToSaveAnyPath) {
+  shell::WindowHooks hooks;
+  TempFolder folder;
+  const QString file = QString::fromStdString(folder.path().string()) + u8"/曲.txt";
   QTimer::singleShot(0, qApp, [file] {
     auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
     ASSERT_NE(dialog, nullptr);
     dialog->selectFile(file);
     QMetaObject::invokeMethod(dialog, "accept");
   });
-  t.window.Parts().saveAs->click();
-  EXPECT_EQ(t.test.folder.Read("salida.txt"), t.form.textresultado.text);
+  EXPECT_EQ(shell::QtFileDialogs(hooks).AskSaveAs("Guardar", "a.txt", "Texto (*.txt)"),
+            folder / u8"曲.txt");
 }
 
 TEST(MainWindow, ARowWhoseFileIsGoneIsReportedAndEndsTheProgram) {
@@ -253,7 +259,7 @@ TEST(MainWindow, ThePhonesKeysComposeAndTheDrawingFollows) {
   t.window.show();
   t.Click("cmdinicio");
   auto* notes = qobject_cast<QPlainTextEdit*>(t.Widget("txtmelodiacompo"));
-  for (QPushButton* key : t.window.Parts().keys->findChildren<QPushButton*>()) {
+  for (QPushButton* key : t.Widget("keyRow")->findChildren<QPushButton*>()) {
     if (key->text() == "1" || key->text() == "8" || key->text() == "#" || key->text() == "0") {
       key->click();
     }
@@ -303,7 +309,7 @@ TEST(Theme, AStandingWindowTakesTheColoursThatTheSystemChangesTo) {
     const QImage picture = t.window.grab().toImage();
     EXPECT_EQ(picture.pixelColor(picture.width() / 2, picture.height() - 4).lightness() < 128,
               dark);
-    const QImage phone = t.window.Parts().optionsPicture->pixmap().toImage();
+    const QImage phone = qobject_cast<QLabel*>(t.Widget("optionsPicture"))->pixmap().toImage();
     for (int y = 0; y < phone.height(); ++y) {
       const QColor ink = phone.pixelColor(phone.width() / 2, y);
       EXPECT_TRUE(ink.alpha() < 255 || (ink.lightness() > 128) == dark);

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "app/form1_tables.h"
+#include "app/form1.h"
 #include "core/windows1252.h"
 #include "tests/support/test_program.h"
 
@@ -27,7 +27,7 @@ class Screen {
   virtual bool Type(const app::ControlInfo& info, const std::string& text) = 0;
   virtual bool Choose(const app::ControlInfo& info, int row) = 0;
   // Does what the system reports as this event.
-  virtual void Do(const app::HandlerInfo& row, const app::ControlInfo& info) = 0;
+  virtual void Do(app::Event event, const app::ControlInfo& info) = 0;
 };
 
 // Every control is drawn as it stands and read back; every handler is reached. `dispatched` counts
@@ -37,15 +37,14 @@ inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched
   for (const app::ControlInfo& info : app::Controls()) {
     SCOPED_TRACE(info.name);
     app::Control& control = form.*info.member;
-    const bool drawn =
-        info.kind != app::ControlKind::kStorage && info.kind != app::ControlKind::kTimer;
+    const bool drawn = info.look != app::Look::kStorage && info.look != app::Look::kTimer;
     ASSERT_EQ(screen.Exists(info), drawn);
     if (!drawn) {
       continue;
     }
     control.rows = {{"uno", 1}, {text, 2}};
     control.Select(1);
-    const bool worded = info.kind <= app::ControlKind::kPictureButton;  // labels and buttons
+    const bool worded = info.look <= app::Look::kPrimary;  // labels and buttons
     control.caption = worded ? text : "no caption";
     control.text = worded ? "no text" : text;
     for (const bool on : {true, false}) {
@@ -56,9 +55,8 @@ inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched
       EXPECT_EQ(screen.Enabled(info), !on);
     }
     EXPECT_EQ(screen.Shown(info).value_or(text), text);
-    const std::string typed = info.kind == app::ControlKind::kTextArea ? "\xE1\r\nb" : "\xE1\xF1o";
+    const std::string typed = info.look == app::Look::kArea ? "\xE1\r\nb" : "\xE1\xF1o";
     if (screen.Type(info, typed)) {
-      EXPECT_NE(info.kind, app::ControlKind::kResultBox) << "is read alone";
       screen.CopyIn();
       EXPECT_EQ(control.text, typed);
     } else if (screen.Choose(info, 0)) {
@@ -67,12 +65,12 @@ inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched
       EXPECT_EQ(control.text, "uno");
     }
   }
-  for (const app::HandlerInfo& row : app::Handlers()) {
-    for (const app::ControlInfo& info : app::Controls()) {
-      if (info.member == row.control) {
+  for (const app::ControlInfo& info : app::Controls()) {
+    for (const app::EventHandler& on : {info.on, info.also}) {
+      if (on.handler != nullptr) {
         const int before = dispatched;
-        screen.Do(row, info);
-        EXPECT_EQ(dispatched, before + 1) << info.name << ", event " << static_cast<int>(row.event);
+        screen.Do(on.event, info);
+        EXPECT_EQ(dispatched, before + 1) << info.name << ", event " << static_cast<int>(on.event);
       }
     }
   }

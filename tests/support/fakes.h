@@ -16,6 +16,7 @@
 #include "app/shell_services.h"
 #include "app/web_view.h"
 #include "core/runtime_error.h"
+#include "files/paths.h"
 #include "midi/sequencer.h"
 #include "net/http.h"
 
@@ -52,6 +53,18 @@ class FakeFileDialogs : public app::FileDialogs {
   bool GetSaveFileName(app::FileDialogRecord& record) override { return Answer("save", record); }
   bool GetOpenFileName(app::FileDialogRecord& record) override { return Answer("open", record); }
 
+  std::optional<std::filesystem::path> AskSaveAs(std::string_view, std::string_view name,
+                                                 std::string_view) override {
+    proposed.emplace_back(name);
+    if (answers.empty() || !answers.front()) {
+      return std::nullopt;
+    }
+    const std::filesystem::path path = files::PathFromText(*answers.front());
+    answers.pop_front();
+    return path;
+  }
+
+  std::vector<std::string> proposed;               // names
   std::deque<std::optional<std::string>> answers;  // full paths
   std::vector<app::FileDialogRecord> asked;        // as they came in
   std::vector<std::string> kinds;                  // "save" or "open"
@@ -147,11 +160,13 @@ class FakeShell : public app::ShellServices {
   void SetTopMost(std::intptr_t window) override { topMost.push_back(window); }
   void DoEvents() override { ++doEvents; }
   void Beep() override { ++beeps; }
+  void CopyText(std::string_view text) override { clipboard = text; }
   void OpenHelp(const std::filesystem::path& file) override { help.push_back(file); }
   void End() override { ++ends; }
 
   std::filesystem::path programFolder;
   std::string tempPath;
+  std::string clipboard;
   std::vector<std::intptr_t> topMost;
   std::vector<std::filesystem::path> help;
   int doEvents = 0, beeps = 0, ends = 0;

@@ -2,10 +2,12 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QShortcut>
+#include <QStandardPaths>
 #include <QWindow>
 
 #include "files/paths.h"
@@ -156,6 +158,16 @@ bool QtFileDialogs::GetOpenFileName(app::FileDialogRecord& record) {
   return RunDialog(QFileDialog::AcceptOpen, record, hooks_.window);
 }
 
+std::optional<std::filesystem::path> QtFileDialogs::AskSaveAs(std::string_view title,
+                                                              std::string_view name,
+                                                              std::string_view) {
+  const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  const QString file = QFileDialog::getSaveFileName(hooks_.window, ToQString(title),
+                                                    folder.filePath(ToQString(name)));
+  return file.isEmpty() ? std::nullopt
+                        : std::optional(std::filesystem::path(file.toStdU16String()));
+}
+
 QtShellServices::QtShellServices(WindowHooks& hooks, Repainting& repainting,
                                  std::filesystem::path folder, std::string tempPath)
     : hooks_(hooks),
@@ -183,6 +195,10 @@ void QtShellServices::DoEvents() {
 
 void QtShellServices::Beep() {
   QApplication::beep();
+}
+
+void QtShellServices::CopyText(std::string_view text) {
+  QApplication::clipboard()->setText(ToQStringLines(text));
 }
 
 void QtShellServices::OpenHelp(const std::filesystem::path& file) {

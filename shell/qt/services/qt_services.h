@@ -67,6 +67,8 @@ class QtFileDialogs : public app::FileDialogs {
   explicit QtFileDialogs(WindowHooks& hooks) : hooks_(hooks) {}
   bool GetSaveFileName(app::FileDialogRecord& record) override;
   bool GetOpenFileName(app::FileDialogRecord& record) override;
+  std::optional<std::filesystem::path> AskSaveAs(std::string_view title, std::string_view name,
+                                                 std::string_view filter) override;
 
  private:
   WindowHooks& hooks_;
@@ -83,6 +85,7 @@ class QtShellServices : public app::ShellServices {
   void SetTopMost(std::intptr_t window) override;
   void DoEvents() override;
   void Beep() override;
+  void CopyText(std::string_view text) override;
   void OpenHelp(const std::filesystem::path& file) override;
   // Closes every window and leaves the event loop.
   void End() override;

@@ -26,11 +26,10 @@ QColor Blend(const QColor& over, const QColor& under, double part) {
           mix(over.blue(), under.blue())};
 }
 
-// The grounds where the system names none of its own: those of the server's pages.
+// Where the system names no colours of its own.
 QPalette OwnPalette(bool dark) {
-  const QColor window(dark ? "#1b1e1b" : "#fbfcfa");
-  const QColor base(dark ? "#242926" : "#ffffff");
-  const QColor text(dark ? "#e7ebe8" : "#1b211e");
+  const Grounds& grounds = dark ? kDarkGrounds : kLightGrounds;
+  const QColor window(QRgb{grounds.window}), base(QRgb{grounds.card}), text(QRgb{grounds.text});
   QPalette palette(text, window);
   palette.setColor(QPalette::Window, window);
   palette.setColor(QPalette::Base, base);
@@ -126,7 +125,7 @@ QListView:disabled { color: @faint; background: @window; }
 QFrame[card="true"] { background: @card; border: 1px solid @border; border-radius: 8px; }
 QFrame[rule="true"] { background: @border; border: none; max-height: 1px; }
 QWidget[bar="true"] { background: @card; border-bottom: 1px solid @border; }
-QLabel[muted="true"] { color: @muted; }
+QLabel[muted="true"], QLabel[tone="muted"] { color: @muted; }
 QLabel[tone="good"] { color: @good; }
 QLabel[tone="bad"] { color: @bad; }
 QToolButton[nav="true"] {

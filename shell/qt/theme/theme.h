@@ -5,15 +5,14 @@
 #include <QPalette>
 #include <QString>
 
-#include "shell/common/look.h"
+#include "app/look.h"
 
 class QApplication;
 
 // Type, spacing and colour of the program, chosen once here.
 namespace tonadex::shell {
 
-inline constexpr int kCardPadding = 2 * kGrid;
-inline constexpr int kFieldGap = kGrid / 2;  // a label above its field
+using namespace app::look;
 
 struct Theme {
   bool dark = false;

@@ -24,8 +24,6 @@ MelodyView::MelodyView(QWidget* parent)
     : QWidget(parent), scroll_(new QScrollBar(Qt::Horizontal, this)) {
   setFocusPolicy(Qt::TabFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-  setMinimumHeight(kLeastHeight);
-  setMaximumHeight(kLargestHeight);
   connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
     picture_.ScrollTo(value);
     update();

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "app/melody_picture.h"
+#include "shell/qt/theme/theme.h"
 
 class QScrollBar;
 
@@ -19,12 +20,10 @@ class MelodyView : public QWidget {
   void SetDrawing(const app::Drawing& drawing, const QString& invitation);
   // Marks the note that sounds and keeps it in view; a negative position marks none.
   void SetPosition(double ms);
-  static constexpr int kLeastHeight = 80;
-  static constexpr int kLargestHeight = 220;
   const app::MelodyPicture& Picture() const { return picture_; }
 
-  QSize sizeHint() const override { return {480, kLeastHeight}; }
-  QSize minimumSizeHint() const override { return {200, kLeastHeight}; }
+  QSize sizeHint() const override { return {480, kLowestView}; }
+  QSize minimumSizeHint() const override { return {200, kLowestView}; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

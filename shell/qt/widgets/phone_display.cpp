@@ -117,7 +117,7 @@ void PhoneDisplay::SetHeldFormats() {
 }
 
 void PhoneDisplay::SetPixelSize(int pixels) {
-  const int wanted = std::clamp(pixels, kSmallestPixels, kLargestPixels);
+  const int wanted = std::clamp(pixels, kSmallestType, kLargestType);
   if (wanted != PixelSize()) {
     sizeChosen_ = true;
     SetFontFor(wanted);

@@ -28,14 +28,14 @@ class PhoneDisplay : public QPlainTextEdit {
   // What is shown instead of an empty text.
   void SetInvitation(const QString& sentence) { setPlaceholderText(sentence); }
 
-  static constexpr int kSmallestPixels = 16;
-  static constexpr int kLargestPixels = 40;
   // Takes the height that is left and asks for none.
   QSize sizeHint() const override { return {QPlainTextEdit::sizeHint().width(), minimumHeight()}; }
   QSize minimumSizeHint() const override {
     return {QPlainTextEdit::minimumSizeHint().width(), minimumHeight()};
   }
   int PixelSize() const { return font().pixelSize(); }
+  // What the user chose, 0 while the text has the size that fits.
+  int ChosenPixelSize() const { return sizeChosen_ ? PixelSize() : 0; }
   void SetPixelSize(int pixels);
 
   // 0-based marked group, -1 for none.

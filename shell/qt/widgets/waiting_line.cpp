@@ -9,8 +9,7 @@
 
 namespace tonadex::shell {
 
-WaitingLine::WaitingLine(const QString& words, QWidget* window, QWidget* above)
-    : QFrame(window), above_(above), words_(new QLabel(words)), line_(new BusyLine) {
+WaitingLine::WaitingLine(const QString& words) : words_(new QLabel(words)), line_(new BusyLine) {
   setProperty("bar", true);
   words_->setAlignment(Qt::AlignCenter);
   words_->setContentsMargins(kGrid, kGrid, kGrid, kGrid);
@@ -19,8 +18,11 @@ WaitingLine::WaitingLine(const QString& words, QWidget* window, QWidget* above)
   column->setSpacing(0);
   column->addWidget(line_);
   column->addWidget(words_);
-  window->installEventFilter(this);
-  hide();
+}
+
+void WaitingLine::PutUnder(QWidget* above) {
+  above_ = above;
+  parentWidget()->installEventFilter(this);
 }
 
 void WaitingLine::SetBusy(bool busy) {
@@ -35,6 +37,9 @@ QString WaitingLine::Words() const {
 }
 
 void WaitingLine::Place() {
+  if (above_ == nullptr) {
+    return;
+  }
   setGeometry(0, above_->geometry().bottom() + 1, parentWidget()->width(), sizeHint().height());
 }
 

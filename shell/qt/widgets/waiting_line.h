@@ -13,8 +13,9 @@ class BusyLine;
 class WaitingLine : public QFrame {
   Q_OBJECT
  public:
-  // A child of `window`, right under `above`, which is a child of it, too.
-  WaitingLine(const QString& words, QWidget* window, QWidget* above);
+  explicit WaitingLine(const QString& words);
+  // Right under `above`; both are children of the same window.
+  void PutUnder(QWidget* above);
   void SetBusy(bool busy);
   QString Words() const;
 
@@ -24,7 +25,7 @@ class WaitingLine : public QFrame {
  private:
   void Place();
 
-  QWidget* above_;
+  QWidget* above_ = nullptr;
   QLabel* words_;
   BusyLine* line_;
 };

@@ -6,18 +6,21 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSlider>
+#include <QStyle>
 #include <QTimer>
 #include <QToolButton>
 #include <algorithm>
 #include <array>
 
-#include "app/control_looks.h"
-#include "app/control_pictures.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/icons.h"
 #include "shell/qt/theme/theme.h"
+#include "shell/qt/widgets/key_row.h"
+#include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/waiting_line.h"
 #include "shell/qt/widgets/web_pane.h"
 
 namespace tonadex::shell {
@@ -25,7 +28,6 @@ namespace {
 
 using app::Control;
 using app::ControlInfo;
-using app::ControlKind;
 using app::Event;
 using app::Form1;
 using app::Look;
@@ -39,50 +41,88 @@ class FieldLabel : public QLabel {
   QSize minimumSizeHint() const override { return Wider(QLabel::minimumSizeHint()); }
 
  private:
-  static QSize Wider(QSize size) { return size + QSize(kGrid / 2, 0); }
+  QSize Wider(QSize size) const { return size + QSize(buddy() != nullptr ? kGrid / 2 : 0, 0); }
 };
 
-QWidget* MakeLabel() {
+QWidget* MakeLabel(const ControlInfo& info) {
+  const Theme theme = CurrentTheme();
   auto* label = new FieldLabel;
-  label->setWordWrap(true);
   label->setTextFormat(Qt::PlainText);
+  label->setAlignment((info.right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+  label->setFont(info.font == app::Font::kTitle     ? theme.title
+                 : info.font == app::Font::kHeading ? theme.heading
+                 : info.font == app::Font::kSmall   ? theme.small
+                                                    : theme.body);
   return label;
 }
 
 QWidget* MakeButton(const ControlInfo& info) {
   auto* button = new QPushButton;
-  if (const app::ControlPicture* picture = app::FindPicture(info.name)) {
-    button->setProperty("primary", picture->primary);
-    button->setIcon(ThemedIcon(QLatin1String(picture->icon),
-                               picture->primary ? IconInk::kOnAccent : IconInk::kText));
-    button->setIconSize(IconSize());
-  }
+  const bool primary = info.look == Look::kPrimary;
+  button->setProperty("primary", primary);
+  button->setIcon(
+      ThemedIcon(QLatin1String(info.icon), primary ? IconInk::kOnAccent : IconInk::kText));
+  button->setIconSize(IconSize());
   return button;
 }
 
 QWidget* MakeNavigationButton(const ControlInfo& info) {
+  const bool link = info.look == Look::kLink;
   auto* button = new QToolButton;
-  button->setIcon(ThemedIcon(QLatin1String(app::FindPicture(info.name)->icon)));
-  button->setIconSize(IconSize() * 4 / 3);
-  button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+  button->setIcon(ThemedIcon(QLatin1String(info.icon)));
+  button->setIconSize(link ? IconSize() : IconSize() * 4 / 3);
+  button->setToolButtonStyle(link ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonTextUnderIcon);
   button->setProperty("nav", true);
   button->setFocusPolicy(Qt::StrongFocus);
-  button->setCheckable(true);
+  button->setCheckable(info.leadsTo != app::kNoPage);
+  if (link) {
+    button->setFont(CurrentTheme().small);
+  }
   return button;
 }
+
+// A picture in the colours of the current theme.
+class PictureLabel : public QLabel {
+ public:
+  explicit PictureLabel(const char* name) : picture_(ThemedIcon(QLatin1String(name))) { Draw(); }
+
+ protected:
+  void changeEvent(QEvent* event) override {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+      Draw();
+    }
+  }
+
+ private:
+  void Draw() { setPixmap(picture_.pixmap(32, 32)); }
+  QIcon picture_;
+};
 
 // Takes the height that is left and asks for none.
 class TextArea : public QPlainTextEdit {
  public:
-  QSize sizeHint() const override { return {QPlainTextEdit::sizeHint().width(), minimumHeight()}; }
+  QSize sizeHint() const override { return {QPlainTextEdit::sizeHint().width(), Least()}; }
   QSize minimumSizeHint() const override {
-    return {QPlainTextEdit::minimumSizeHint().width(), minimumHeight()};
+    return {QPlainTextEdit::minimumSizeHint().width(), Least()};
+  }
+
+ private:
+  // Two lines at any size of the type.
+  int Least() const {
+    return std::max(minimumHeight(), fontMetrics().lineSpacing() * 2 + 2 * kGrid);
   }
 };
 
 QPlainTextEdit* MakeTextArea() {
   auto* area = new TextArea;
   area->setTabChangesFocus(true);
+  return area;
+}
+
+QWidget* MakeNotesArea() {
+  auto* area = MakeTextArea();
+  area->setFont(CurrentTheme().mono);
   return area;
 }
 
@@ -106,6 +146,13 @@ QWidget* MakeReading() {
   return box;
 }
 
+QWidget* MakeSlider() {
+  auto* slider = new QSlider(Qt::Horizontal);
+  slider->setRange(kSmallestType, kLargestType);
+  slider->setPageStep(4);
+  return slider;
+}
+
 QWidget* MakeComboBox() {
   auto* box = new QComboBox;
   box->setEditable(true);
@@ -115,19 +162,21 @@ QWidget* MakeComboBox() {
 }
 
 QWidget* MakeWidget(const ControlInfo& info) {
-  switch (app::LookOf(info)) {
+  switch (info.look) {
     case Look::kLabel:
-      return MakeLabel();
+      return MakeLabel(info);
     case Look::kNavigation:
+    case Look::kLink:
       return MakeNavigationButton(info);
     case Look::kButton:
+    case Look::kPrimary:
       return MakeButton(info);
     case Look::kLine:
       return new QLineEdit;
     case Look::kReading:
       return MakeReading();
     case Look::kArea:
-      return MakeTextArea();
+      return MakeNotesArea();
     case Look::kNotices:
       return MakeReadOnlyArea();
     case Look::kDisplay:
@@ -140,8 +189,18 @@ QWidget* MakeWidget(const ControlInfo& info) {
       return new WebPane(WebPane::Kind::kPage);
     case Look::kBanner:
       return new WebPane(WebPane::Kind::kBanner);
+    case Look::kPicture:
+      return new PictureLabel(info.icon);
+    case Look::kDrawing:
+      return new MelodyView;
+    case Look::kSlider:
+      return MakeSlider();
+    case Look::kKeys:
+      return new KeyRow;
+    case Look::kBusyLine:
+      return new WaitingLine(ToQString(info.caption));
     case Look::kTimer:
-    case Look::kNone:
+    case Look::kStorage:
       break;
   }
   return nullptr;
@@ -158,10 +217,52 @@ void DrawText(TextWidget& widget, std::string_view words) {
   }
 }
 
+void DrawLabel(QLabel& label, const Control& control) {
+  constexpr const char* kTones[] = {"", "muted", "good", "bad"};
+  const QLatin1String tone(kTones[static_cast<std::size_t>(control.tone)]);
+  if (label.property("tone").toString() != tone) {
+    label.setProperty("tone", tone);
+    label.style()->unpolish(&label);
+    label.style()->polish(&label);
+  }
+  DrawText(label, control.caption);
+}
+
+// As one step that the user can undo.
 void DrawArea(QPlainTextEdit& area, const Control& control) {
   const QString text = ToQStringLines(control.text);
-  if (area.toPlainText() != text) {
-    area.setPlainText(text);
+  if (area.toPlainText() == text) {
+    return;
+  }
+  QTextCursor cursor(area.document());
+  cursor.select(QTextCursor::Document);
+  cursor.insertText(text);
+  cursor.setPosition(
+      static_cast<int>(std::min(control.cursor, static_cast<std::size_t>(text.size()))));
+  area.setTextCursor(cursor);
+}
+
+void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& form) {
+  display.SetInvitation(ToQString(control.invitation));
+  if (control.value != 0 && control.value != display.PixelSize()) {
+    display.SetPixelSize(control.value);
+  }
+  const QString text = ToQString(control.text);
+  if (text == display.Text()) {
+    return;
+  }
+  std::vector<DisplayGroup> groups;
+  for (const app::ResultGroup& group : form.ResultGroupsShown()) {
+    groups.push_back(
+        {ToQString(group.text), static_cast<int>(group.heldFrom), static_cast<int>(group.heldTo)});
+  }
+  display.SetResult(text, groups, form.ResultIsKeyPresses());
+}
+
+void DrawButton(QAbstractButton& button, const Control& control) {
+  DrawText(button, control.caption);
+  if (button.isCheckable()) {
+    button.setChecked(control.checked);
   }
 }
 
@@ -196,7 +297,7 @@ void DrawTimer(QTimer& timer, const Control& control) {
   }
 }
 
-void DrawObject(const BoundControl& bound, const Control& control) {
+void DrawObject(const BoundControl& bound, const Control& control, const Form1& form) {
   if (auto* timer = qobject_cast<QTimer*>(bound.object)) {
     DrawTimer(*timer, control);
     return;
@@ -205,20 +306,25 @@ void DrawObject(const BoundControl& bound, const Control& control) {
   if (widget.isEnabled() != control.enabled) {
     widget.setEnabled(control.enabled);
   }
-  if (auto* label = qobject_cast<QLabel*>(&widget)) {
-    DrawText(*label, control.caption);
+  if (bound.info->look == Look::kLabel) {
+    DrawLabel(*qobject_cast<QLabel*>(&widget), control);
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
-    DrawText(*button, control.caption);
+    DrawButton(*button, control);
   } else if (auto* line = qobject_cast<QLineEdit*>(&widget)) {
     DrawText(*line, control.text);
-  } else if (qobject_cast<PhoneDisplay*>(&widget) != nullptr) {
-    // The window gives it the text with its groups.
+  } else if (auto* display = qobject_cast<PhoneDisplay*>(&widget)) {
+    DrawDisplay(*display, control, form);
   } else if (auto* area = qobject_cast<QPlainTextEdit*>(&widget)) {
     DrawArea(*area, control);
   } else if (auto* list = qobject_cast<RowList*>(&widget)) {
+    list->SetInvitation(ToQString(control.invitation));
     list->SetControl(control);
   } else if (auto* box = qobject_cast<QComboBox*>(&widget)) {
     DrawComboBox(*box, control);
+  } else if (auto* view = qobject_cast<MelodyView*>(&widget)) {
+    view->SetDrawing(form.*bound.info->drawing, ToQString(control.invitation));
+  } else if (auto* waiting = qobject_cast<WaitingLine*>(&widget)) {
+    waiting->SetBusy(control.checked);
   }
   if (widget.isHidden() == control.visible) {
     widget.setVisible(control.visible);
@@ -230,15 +336,18 @@ void CopyInObject(const BoundControl& bound, Control& control) {
     if (line->text() != ToQString(control.text)) {
       control.text = FromQString(line->text());
     }
-  } else if (qobject_cast<const PhoneDisplay*>(bound.object) != nullptr) {
-    // Read, never typed into.
+  } else if (const auto* display = qobject_cast<const PhoneDisplay*>(bound.object)) {
+    control.value = display->ChosenPixelSize();
   } else if (const auto* area = qobject_cast<const QPlainTextEdit*>(bound.object)) {
     if (area->toPlainText() != ToQStringLines(control.text)) {
       control.text = FromQString(area->toPlainText().replace('\n', QLatin1String("\r\n")));
     }
+    control.cursor = static_cast<std::size_t>(area->textCursor().position());
   } else if (const auto* list = qobject_cast<const RowList*>(bound.object)) {
     control.listIndex = list->SelectedRow();
     control.text = list->Text();
+  } else if (const auto* slider = qobject_cast<const QSlider*>(bound.object)) {
+    control.value = slider->value();
   } else if (const auto* box = qobject_cast<const QComboBox*>(bound.object)) {
     if (box->currentText() != ToQString(control.text)) {
       control.text = FromQString(box->currentText());
@@ -252,21 +361,27 @@ void CopyInObject(const BoundControl& bound, Control& control) {
 
 using Fire = std::function<void()>;
 
-void ConnectList(RowList* list, Event event, const Fire& fire) {
-  QObject::connect(list, event == Event::kActivate ? &RowList::RowActivated : &RowList::RowChosen,
-                   list, fire);
-}
-
-void ConnectText(QWidget* widget, Event event, const Fire& fire) {
-  if (auto* line = qobject_cast<QLineEdit*>(widget)) {
+void ConnectEvent(QObject* object, Event event, const Fire& fire) {
+  if (auto* button = qobject_cast<QAbstractButton*>(object)) {
+    QObject::connect(button, &QAbstractButton::clicked, button, fire);
+  } else if (auto* list = qobject_cast<RowList*>(object)) {
+    QObject::connect(list, event == Event::kActivate ? &RowList::RowActivated : &RowList::RowChosen,
+                     list, fire);
+  } else if (auto* timer = qobject_cast<QTimer*>(object)) {
+    QObject::connect(timer, &QTimer::timeout, timer, fire);
+  } else if (auto* pane = qobject_cast<WebPane*>(object)) {
+    QObject::connect(pane, &WebPane::LeaveAttempted, pane, fire);
+  } else if (auto* slider = qobject_cast<QSlider*>(object)) {
+    QObject::connect(slider, &QSlider::valueChanged, slider, fire);
+  } else if (auto* line = qobject_cast<QLineEdit*>(object)) {
     if (event == Event::kEnter) {
       QObject::connect(line, &QLineEdit::returnPressed, line, fire);
     } else {
       QObject::connect(line, &QLineEdit::textChanged, line, fire);
     }
-  } else if (auto* area = qobject_cast<QPlainTextEdit*>(widget)) {
+  } else if (auto* area = qobject_cast<QPlainTextEdit*>(object)) {
     QObject::connect(area, &QPlainTextEdit::textChanged, area, fire);
-  } else if (auto* box = qobject_cast<QComboBox*>(widget)) {
+  } else if (auto* box = qobject_cast<QComboBox*>(object)) {
     QObject::connect(box, &QComboBox::editTextChanged, box, fire);
   }
 }
@@ -276,7 +391,7 @@ void ConnectText(QWidget* widget, Event event, const Fire& fire) {
 Binding::Binding(Form1& form, QWidget* parent, const Dispatch& dispatch) : form_(form) {
   for (const ControlInfo& info : app::Controls()) {
     BoundControl bound{&info, nullptr, nullptr};
-    if (info.kind == ControlKind::kTimer) {
+    if (info.look == Look::kTimer) {
       bound.object = new QTimer(parent);
     } else if (QWidget* widget = MakeWidget(info)) {
       bound.widget = widget;
@@ -291,20 +406,9 @@ Binding::Binding(Form1& form, QWidget* parent, const Dispatch& dispatch) : form_
     }
     bound_.push_back(bound);
   }
-  for (const app::HandlerInfo& info : app::Handlers()) {
-    Connect(info, dispatch);
-  }
-  // A choice without a handler shows all the same in what is drawn from it.
-  ConnectChoice(dispatch);
-}
-
-void Binding::ConnectChoice(const Dispatch& dispatch) {
   for (const BoundControl& bound : bound_) {
-    const bool handled = std::ranges::any_of(
-        app::Handlers(),
-        [&bound](const app::HandlerInfo& info) { return info.control == bound.info->member; });
-    if (auto* list = qobject_cast<RowList*>(bound.object); list != nullptr && !handled) {
-      QObject::connect(list, &RowList::RowChosen, list, [dispatch] { dispatch([] {}); });
+    if (bound.object != nullptr) {
+      Connect(bound, dispatch);
     }
   }
 }
@@ -320,23 +424,23 @@ QWidget* Binding::Widget(Control Form1::*member) const {
   return qobject_cast<QWidget*>(Object(member));
 }
 
-void Binding::Connect(const app::HandlerInfo& info, const Dispatch& dispatch) {
-  const Fire fire = [this, dispatch, handler = info.handler] {
-    if (!drawing_) {
-      dispatch([this, handler] { (form_.*handler)(); });
+void Binding::Connect(const BoundControl& bound, const Dispatch& dispatch) {
+  const ControlInfo& info = *bound.info;
+  if (info.field != nullptr) {
+    qobject_cast<QLabel*>(bound.widget)->setBuddy(Widget(info.field));
+  }
+  if (auto* list = qobject_cast<RowList*>(bound.object); list != nullptr && !info.on.handler) {
+    // A choice without a handler shows all the same in what is drawn from it.
+    QObject::connect(list, &RowList::RowChosen, list, [dispatch] { dispatch([] {}); });
+  }
+  for (const app::EventHandler& on : {info.on, info.also}) {
+    if (on.handler != nullptr) {
+      ConnectEvent(bound.object, on.event, [this, dispatch, handler = on.handler] {
+        if (!drawing_) {
+          dispatch([this, handler] { (form_.*handler)(); });
+        }
+      });
     }
-  };
-  QObject* object = Object(info.control);
-  if (auto* button = qobject_cast<QAbstractButton*>(object)) {
-    QObject::connect(button, &QAbstractButton::clicked, button, fire);
-  } else if (auto* list = qobject_cast<RowList*>(object)) {
-    ConnectList(list, info.event, fire);
-  } else if (auto* timer = qobject_cast<QTimer*>(object)) {
-    QObject::connect(timer, &QTimer::timeout, timer, fire);
-  } else if (auto* pane = qobject_cast<WebPane*>(object)) {
-    QObject::connect(pane, &WebPane::LeaveAttempted, pane, fire);
-  } else {
-    ConnectText(Widget(info.control), info.event, fire);
   }
 }
 
@@ -352,7 +456,7 @@ void Binding::Draw() {
   drawing_ = true;
   for (const BoundControl& bound : bound_) {
     if (bound.object != nullptr) {
-      DrawObject(bound, form_.*bound.info->member);
+      DrawObject(bound, form_.*bound.info->member, form_);
     }
   }
   drawing_ = false;

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "app/form1.h"
-#include "app/form1_tables.h"
 
 class QWidget;
 
@@ -28,7 +27,7 @@ class Binding {
   // Calls a handler of the model: copies the user's edits in, runs it, draws.
   using Dispatch = std::function<void(const Handler&)>;
 
-  // Makes the widgets as children of `parent`, connected by the model's table of handlers.
+  // Makes the widgets as children of `parent`, connected to the handlers of their rows.
   Binding(app::Form1& form, QWidget* parent, const Dispatch& dispatch);
 
   std::span<const BoundControl> Controls() const { return bound_; }
@@ -41,8 +40,7 @@ class Binding {
   void Draw();
 
  private:
-  void Connect(const app::HandlerInfo& info, const Dispatch& dispatch);
-  void ConnectChoice(const Dispatch& dispatch);
+  void Connect(const BoundControl& bound, const Dispatch& dispatch);
 
   app::Form1& form_;
   std::vector<BoundControl> bound_;

@@ -1,38 +1,26 @@
 #include "shell/qt/window/main_window.h"
 
+#include <QAbstractButton>
 #include <QApplication>
-#include <QClipboard>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QDir>
-#include <QFileDialog>
 #include <QInputMethodEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
+#include <QSignalBlocker>
 #include <QSlider>
-#include <QStandardPaths>
-#include <QStyle>
 #include <QTimer>
-#include <QToolButton>
 #include <algorithm>
-#include <array>
-#include <filesystem>
 
-#include "app/composer_keys.h"
 #include "app/words.h"
-#include "core/runtime_error.h"
-#include "files/write.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
 #include "shell/qt/widgets/key_row.h"
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
-#include "shell/qt/widgets/waiting_line.h"
 #include "shell/qt/widgets/web_pane.h"
 
 namespace tonadex::shell {
@@ -40,18 +28,6 @@ namespace {
 
 namespace words = app::words;
 using app::Form1;
-
-void DrawCheck(QLabel* label, const app::Check& check) {
-  label->setText(ToQString(check.sentence));
-  const char* tone = check.verdict == app::Verdict::kGood  ? "good"
-                     : check.verdict == app::Verdict::kBad ? "bad"
-                                                           : "";
-  if (label->property("tone").toString() != QLatin1String(tone)) {
-    label->setProperty("tone", QLatin1String(tone));
-    label->style()->unpolish(label);
-    label->style()->polish(label);
-  }
-}
 
 }  // namespace
 
@@ -63,19 +39,14 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
       position_(std::move(position)),
       form_(program),
       binding_(form_, this, [this](const Binding::Handler& handler) { Run(handler); }),
-      parts_(LayOut(binding_, this)),
-      follow_(new QTimer(this)),
-      waitingLine_(new WaitingLine(ToQString(words::kWaiting), this,
-                                   binding_.Widget(&Form1::cmdinicio)->parentWidget())) {
+      pages_(binding_, this),
+      follow_(new QTimer(this)) {
   setObjectName(QStringLiteral("Form1"));
   setWindowTitle(ToQString(words::kWindowTitle));
   setMinimumSize(kLeastWidth, kLeastHeight);
   resize(QSize(kFirstWidth, kFirstHeight)
              .boundedTo(screen()->availableSize())
              .expandedTo(minimumSize()));
-  for (const MelodyPart& melody : parts_.Melodies()) {
-    melody.view->setAccessibleName(ToQString(words::kDrawing));
-  }
   follow_->setInterval(kFollowMs);
   connect(follow_, &QTimer::timeout, this, &MainWindow::FollowMelody);
 
@@ -91,13 +62,12 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
     follow_->stop();
     FollowMelody();
   };
-  hooks_.page = qobject_cast<WebPane*>(binding_.Widget(&Form1::WebBrowser1));
-  hooks_.banner = qobject_cast<WebPane*>(binding_.Widget(&Form1::navbanner));
+  hooks_.page = As<WebPane>(&Form1::WebBrowser1);
+  hooks_.banner = As<WebPane>(&Form1::navbanner);
   program_.busyChanged = [this] { DrawBusy(); };
   repainting_.escape = [this] { app::GiveUpRequest(program_); };
   ConnectParts();
   AddShortcuts();
-  SetTabOrder();
 }
 
 MainWindow::~MainWindow() {
@@ -133,75 +103,59 @@ void MainWindow::Run(const Binding::Handler& handler) {
 // ---- Wiring -------------------------------------------------------------------------------------
 
 void MainWindow::ConnectParts() {
-  const auto options = [this] { Run([this] { form_.cmdopciones_Click(); }); };
-  connect(parts_.phone, &QToolButton::clicked, this, options);
-  connect(parts_.goToSearch, &QPushButton::clicked, this,
-          [this] { Run([this] { form_.cmdbuscar_Click(); }); });
-  connect(parts_.copy, &QPushButton::clicked, this, &MainWindow::CopyResult);
-  connect(parts_.saveAs, &QPushButton::clicked, this, &MainWindow::SaveResult);
-  connect(parts_.keys, &KeyRow::KeyPressed, this, &MainWindow::PressKey);
-  // The box keeps the focus and hands keys on to its line, past a filter of the line.
+  connect(As<KeyRow>(&Form1::keyRow), &KeyRow::KeyPressed, this,
+          [this](const QString& key, bool held) {
+            Run([&] { form_.keyRow_KeyPressed(FromQString(key), held); });
+          });
+  // The slider shows the size that the display has, also the one that fits.
+  const auto* display = As<PhoneDisplay>(&Form1::textresultado);
+  auto* slider = As<QSlider>(&Form1::sizeSlider);
+  slider->setValue(display->PixelSize());
+  connect(display, &PhoneDisplay::PixelSizeChanged, slider, [slider](int pixels) {
+    const QSignalBlocker silent(slider);
+    slider->setValue(pixels);
+  });
+  // Filter the combo box, not its line edit: the combo has the focus and forwards keys past the
+  // line edit's filters.
   binding_.Widget(&Form1::txtcompoTempo)->installEventFilter(this);
   binding_.Widget(&Form1::txtbuscar)->installEventFilter(this);
 }
 
 void MainWindow::AddShortcuts() {
-  for (const app::NavigationInfo& info : app::NavigationRow()) {
-    auto* button = qobject_cast<QAbstractButton*>(binding_.Widget(info.button));
-    const QKeySequence keys = info.digit == '\0' ? QKeySequence(Qt::Key_F1)
-                                                 : QKeySequence(Qt::CTRL | Qt::Key(info.digit));
-    auto* shortcut = new QShortcut(keys, this);
-    connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
+  for (const BoundControl& bound : binding_.Controls()) {
+    if (!bound.info->shortcut.empty()) {
+      auto* button = qobject_cast<QAbstractButton*>(bound.widget);
+      auto* shortcut = new QShortcut(QKeySequence(ToQString(bound.info->shortcut)), this);
+      connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
+    }
   }
   connect(new QShortcut(QKeySequence(QKeySequence::Quit), this), &QShortcut::activated, this,
           &QWidget::close);
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
-    if (const app::Control* shown = form_.NavigationButton()) {
-      for (const BoundControl& bound : binding_.Controls()) {
-        if (&(form_.*bound.info->member) == shown) {
-          bound.widget->setFocus(Qt::ShortcutFocusReason);
-        }
+    for (const BoundControl& bound : binding_.Controls()) {
+      if (bound.info->look == app::Look::kNavigation && (form_.*bound.info->member).checked) {
+        bound.widget->setFocus(Qt::ShortcutFocusReason);
       }
     }
   });
 }
 
-// Reading order: the model's order, with the window's own widgets behind what they belong to.
+// In the order of the layout of the page that is shown.
 void MainWindow::SetTabOrder() {
   QWidget* last = nullptr;
-  const auto follow = [&last](QWidget* next) {
-    if (next->focusPolicy() == Qt::NoFocus) {
-      return;  // such a one would break the chain
+  for (const auto member :
+       app::ControlsIn(app::WindowLayout(app::PageLayout(form_.paginaactual)))) {
+    QWidget* widget = binding_.Widget(member);
+    const auto* keys = qobject_cast<KeyRow*>(widget);
+    QWidget* first = keys != nullptr ? keys->First() : widget;
+    if (first->focusPolicy() == Qt::NoFocus) {
+      continue;  // such a one would break the chain
     }
     if (last != nullptr) {
-      QWidget::setTabOrder(last, next);
+      QWidget::setTabOrder(last, first);
     }
-    last = next;
-  };
-  for (const BoundControl& bound : binding_.Controls()) {
-    if (bound.widget == nullptr) {
-      continue;
-    }
-    if (bound.info->member == &Form1::cmdayuda) {
-      follow(parts_.phone);
-    }
-    follow(bound.widget);
-    if (bound.info->member == &Form1::List1) {
-      follow(parts_.goToSearch);
-    } else if (bound.info->member == &Form1::textresultado) {
-      follow(parts_.copy);
-      follow(parts_.saveAs);
-      follow(parts_.size);
-    } else if (bound.info->member == &Form1::txtmelodiacompo) {
-      follow(parts_.keys->First());
-      last = parts_.keys->Last();
-      follow(parts_.composerView);
-    } else if (bound.info->member == &Form1::txtrtttlsube) {
-      follow(parts_.rtttlView);
-    } else if (bound.info->member == &Form1::picimprimir) {
-      follow(parts_.repertoireView);
-    }
+    last = keys != nullptr ? keys->Last() : widget;
   }
 }
 
@@ -211,81 +165,26 @@ void MainWindow::Draw() {
   if (!loaded_) {
     return;
   }
-  DrawGroups();
-  binding_.Draw();
-  DrawParts();
-  DrawResult();
-  DrawDrawings();
-  if (pageDrawn_ != form_.paginaactual) {
+  const bool newPage = pageDrawn_ != form_.paginaactual;
+  if (newPage) {
     pageDrawn_ = form_.paginaactual;
+    pages_.Show(pageDrawn_);
+    SetTabOrder();
+  }
+  form_.Refresh();
+  binding_.Draw();
+  if (newPage) {
     FocusPage();
   }
 }
 
-// A part of the window shows while one of the controls in it does.
-void MainWindow::DrawGroups() {
-  for (QWidget* group : std::as_const(parts_.groups)) {
-    const bool shown =
-        std::ranges::any_of(binding_.Controls(), [this, group](const BoundControl& bound) {
-          return bound.widget != nullptr && (form_.*bound.info->member).visible &&
-                 group->isAncestorOf(bound.widget);
-        });
-    if (group->isHidden() == shown) {
-      group->setVisible(shown);
-    }
-  }
-  const bool narrow = !parts_.resultColumn->isHidden();
-  parts_.listColumn->setMaximumWidth(narrow ? kListWidth : QWIDGETSIZE_MAX);
-  parts_.listColumn->setMinimumWidth(narrow ? kListWidth : 0);
-}
-
-void MainWindow::DrawParts() {
-  const app::Control* shown = form_.NavigationButton();
-  for (const app::NavigationInfo& info : app::NavigationRow()) {
-    auto* button = qobject_cast<QAbstractButton*>(binding_.Widget(info.button));
-    button->setChecked(&(form_.*info.button) == shown);
-  }
-  const QString phone = ToQString(form_.PhoneLabel());
-  parts_.phone->setText(phone);
-  parts_.phone->setAccessibleName(phone);
-  parts_.phone->setToolTip(ToQString(words::kChoosePhone));
-  parts_.optionsSentence->setText(ToQString(form_.OptionsSentence()));
-  parts_.goToSearch->setVisible(form_.OffersSearch());
-  qobject_cast<RowList*>(binding_.Widget(&Form1::List1))
-      ->SetInvitation(ToQString(form_.EmptySentence()));
-  parts_.display->SetInvitation(ToQString(form_.EmptyResultSentence()));
-  DrawCheck(parts_.composerCheck, form_.composerCheck);
-  DrawCheck(parts_.rtttlCheck, form_.rtttlCheck);
-  parts_.copy->setEnabled(form_.ResultCanBeSaved());
-  parts_.saveAs->setEnabled(form_.ResultCanBeSaved());
-}
-
-void MainWindow::DrawResult() {
-  const QString text = ToQString(form_.textresultado.text);
-  if (text == parts_.display->Text()) {
-    return;
-  }
-  std::vector<DisplayGroup> groups;
-  for (const app::ResultGroup& group : form_.ResultGroupsShown()) {
-    groups.push_back(
-        {ToQString(group.text), static_cast<int>(group.heldFrom), static_cast<int>(group.heldTo)});
-  }
-  parts_.display->SetResult(text, groups, form_.ResultIsKeyPresses());
-  parts_.copy->setText(ToQString(words::kCopy));
-}
-
-void MainWindow::DrawDrawings() {
-  for (const MelodyPart& melody : parts_.Melodies()) {
-    melody.view->SetDrawing(form_.*melody.drawing, ToQString(words::kDrawing));
-  }
-}
-
+// The first control of the page that takes it.
 void MainWindow::FocusPage() {
-  for (const BoundControl& bound : binding_.Controls()) {
-    if (!app::IsNavigation(bound.info->member) && bound.widget != nullptr &&
-        bound.widget->isVisibleTo(this) && bound.widget->isEnabled() &&
-        (bound.widget->focusPolicy() & Qt::TabFocus)) {
-      bound.widget->setFocus(Qt::OtherFocusReason);
+  for (const auto member : app::PageControls(form_.paginaactual)) {
+    QWidget* widget = binding_.Widget(member);
+    if (widget->isVisibleTo(this) && widget->isEnabled() &&
+        (widget->focusPolicy() & Qt::TabFocus)) {
+      widget->setFocus(Qt::OtherFocusReason);
       return;
     }
   }
@@ -300,30 +199,30 @@ void MainWindow::DrawBusy() {
   waiting_ = program_.busy;
   if (waiting_) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    Draw();
   } else {
     QApplication::restoreOverrideCursor();
   }
-  waitingLine_->SetBusy(waiting_);
+  Draw();
   repainting_.Once(waiting_ ? Repainting::Input::kKept : Repainting::Input::kLost);
 }
 
 void MainWindow::FollowMelody() {
   const std::optional<double> position = position_ ? position_() : std::nullopt;
-  for (const MelodyPart& melody : parts_.Melodies()) {
-    const bool sounds = follow_->isActive() && form_.sounding == melody.what;
-    melody.view->SetPosition(sounds ? position.value_or(-1) : -1);
+  for (const BoundControl& bound : binding_.Controls()) {
+    if (auto* view = qobject_cast<MelodyView*>(bound.widget)) {
+      const bool sounds = follow_->isActive() && form_.sounding == bound.info->sounds;
+      view->SetPosition(sounds ? position.value_or(-1) : -1);
+    }
   }
 }
 
 // Away from the drawing that is followed.
 void MainWindow::PlaceBox(QWidget* box) const {
-  const auto melodies = parts_.Melodies();
-  const auto sounding = std::ranges::find(melodies, form_.sounding, &MelodyPart::what);
-  if (sounding == melodies.end()) {
-    return;
-  }
-  const MelodyView* view = sounding->view;
+  const auto sounding =
+      std::ranges::find_if(binding_.Controls(), [this](const BoundControl& bound) {
+        return form_.sounding == bound.info->sounds && bound.info->drawing != nullptr;
+      });
+  const QWidget* view = sounding->widget;
   const int middle = view->mapTo(this, view->rect().center()).y();
   const QPoint corner = mapToGlobal(QPoint(0, 0));
   const int x = corner.x() + (width() - box->width()) / 2;
@@ -332,51 +231,12 @@ void MainWindow::PlaceBox(QWidget* box) const {
   box->move(x, middle < height() / 2 ? below : above);
 }
 
-// ---- What the window does by itself -------------------------------------------------------------
-
-void MainWindow::CopyResult() const {
-  QApplication::clipboard()->setText(ToQStringLines(form_.textresultado.text));
-  parts_.copy->setText(ToQString(words::kCopied));
-  QTimer::singleShot(kCopiedMs, parts_.copy,
-                     [copy = parts_.copy] { copy->setText(ToQString(words::kCopy)); });
-}
-
-void MainWindow::SaveResult() {
-  Run([this] {
-    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-    const QString file = QFileDialog::getSaveFileName(
-        this, ToQString(words::kSaveAs), folder.filePath(ToQString(form_.SuggestedResultName())));
-    if (file.isEmpty()) {
-      return;
-    }
-    const std::filesystem::path path = file.toStdU16String();
-    if (!core::SkipErrors([&] { files::WriteBytes(path, form_.textresultado.text); })) {
-      core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
-    }
-  });
-}
-
-void MainWindow::PressKey(const QString& key, bool held) {
-  auto* area = qobject_cast<QPlainTextEdit*>(binding_.Widget(&Form1::txtmelodiacompo));
-  const app::ComposerText before{FromQString(area->toPlainText()),
-                                 static_cast<std::size_t>(area->textCursor().position())};
-  const app::ComposerText after = app::PressKey(before, FromQString(key), held);
-  if (after == before) {
-    return;
-  }
-  QTextCursor cursor(area->document());
-  cursor.beginEditBlock();  // one step to undo
-  cursor.select(QTextCursor::Document);
-  cursor.insertText(ToQString(after.text));
-  cursor.endEditBlock();
-  cursor.setPosition(static_cast<int>(after.cursor));
-  area->setTextCursor(cursor);
-}
+// ---- Keys ---------------------------------------------------------------------------------------
 
 // What is typed in the tempo box, character by character; the text of a key or of an input method
 // may hold several. The box itself is left no typing to do.
 void MainWindow::TypeTempo(const QString& typed) {
-  auto* box = qobject_cast<QComboBox*>(binding_.Widget(&Form1::txtcompoTempo));
+  auto* box = As<QComboBox>(&Form1::txtcompoTempo);
   for (const char character : FromQString(typed)) {
     std::int16_t code = static_cast<unsigned char>(character);
     Run([this, &code] { form_.txtcompoTempo_KeyPress(code); });
@@ -411,7 +271,7 @@ bool MainWindow::GoToList(QKeyEvent* event) {
   if (event->key() != Qt::Key_Down) {
     return false;
   }
-  auto* list = qobject_cast<RowList*>(binding_.Widget(&Form1::List1));
+  auto* list = As<RowList>(&Form1::List1);
   list->setFocus(Qt::OtherFocusReason);
   if (list->SelectedRow() < 0) {
     list->setCurrentIndex(list->model()->index(0, 0));

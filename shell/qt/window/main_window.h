@@ -14,8 +14,6 @@ class QTimer;
 
 namespace tonadex::shell {
 
-class WaitingLine;
-
 // The main window: draws Form1, calls its handlers, decides nothing.
 class MainWindow : public QWidget {
   Q_OBJECT
@@ -33,7 +31,6 @@ class MainWindow : public QWidget {
 
   app::Form1& Form() { return form_; }
   const Binding& Bound() const { return binding_; }
-  const PageParts& Parts() const { return parts_; }
 
   // Calls a handler of the model with the user's edits copied in, and draws what it changed.
   void Run(const Binding::Handler& handler);
@@ -45,20 +42,17 @@ class MainWindow : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  template <typename Kind>
+  Kind* As(app::Control app::Form1::*member) const {
+    return qobject_cast<Kind*>(binding_.Widget(member));
+  }
   void ConnectParts();
   void AddShortcuts();
   void SetTabOrder();
-  void DrawGroups();
-  void DrawParts();
-  void DrawResult();
-  void DrawDrawings();
   void DrawBusy();
   void FollowMelody();
   void PlaceBox(QWidget* box) const;
   void FocusPage();
-  void PressKey(const QString& key, bool held);
-  void CopyResult() const;
-  void SaveResult();
   bool GoToList(class QKeyEvent* event);
   bool FilterTempoKey(class QKeyEvent* event);
   bool FilterTempoText(class QInputMethodEvent* event);
@@ -70,9 +64,8 @@ class MainWindow : public QWidget {
   Position position_;
   app::Form1 form_;
   Binding binding_;
-  PageParts parts_;
+  Pages pages_;
   QTimer* follow_;
-  WaitingLine* waitingLine_;
   bool loaded_ = false;
   bool waiting_ = false;
   std::int16_t pageDrawn_ = app::kNoPage;

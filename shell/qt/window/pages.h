@@ -1,49 +1,40 @@
 #pragma once
 
-#include <QList>
-#include <array>
+#include <vector>
 
+#include "app/layout.h"
 #include "shell/qt/window/binding.h"
 
-class QLabel;
-class QPushButton;
-class QSlider;
-class QToolButton;
+class QBoxLayout;
 
 namespace tonadex::shell {
 
-class KeyRow;
-class MelodyView;
-class PhoneDisplay;
+// The window's widgets in box layouts, built from the model's trees. A control of two pages moves
+// to the page that is shown.
+class Pages {
+ public:
+  Pages(const Binding& binding, QWidget* window);
 
-// A melody that can sound, and its picture.
-struct MelodyPart {
-  app::Sounding what;
-  app::Drawing app::Form1::*drawing;
-  MelodyView* view;
+  void Show(std::int16_t page);
+
+ private:
+  struct Leaf {
+    QBoxLayout* box;
+    int index;
+    QWidget* widget;
+    int weight;
+  };
+  struct Built {
+    app::Part (*layout)();
+    QWidget* widget;
+    std::vector<Leaf> leaves;
+  };
+
+  QBoxLayout* Box(const app::Part& part, Built& page);
+  void Add(QBoxLayout* box, const app::Part& part, Built& page);
+
+  const Binding& binding_;
+  std::vector<Built> pages_;
 };
-
-// What stands in the window beside the model's controls.
-struct PageParts {
-  QToolButton* phone = nullptr;  // the chosen phone, a way to the options
-  QWidget* listColumn = nullptr;  // narrow while a result stands beside it
-  QWidget* resultColumn = nullptr;
-  QPushButton* goToSearch = nullptr;
-  QPushButton *copy = nullptr, *saveAs = nullptr;
-  QSlider* size = nullptr;
-  PhoneDisplay* display = nullptr;
-  MelodyView *repertoireView = nullptr, *composerView = nullptr, *rtttlView = nullptr;
-  QLabel *composerCheck = nullptr, *rtttlCheck = nullptr;
-  QLabel *optionsSentence = nullptr, *optionsPicture = nullptr;
-  KeyRow* keys = nullptr;
-  // Parts of the window that show while one of the controls in them does, inner ones first.
-  QList<QWidget*> groups;
-
-  std::array<MelodyPart, 3> Melodies() const;
-};
-
-// Lays the bound widgets out in the window, navigation row on top. The layout knows places, never
-// what a page does: which controls show is the model's affair.
-PageParts LayOut(Binding& binding, QWidget* window);
 
 }  // namespace tonadex::shell

@@ -4,13 +4,15 @@
 
 // Measures and colours that the windows have on every toolkit, chosen once here. Distances are
 // device-independent pixels, multiples of the grid where they can be.
-namespace tonadex::shell {
+namespace tonadex::app::look {
 
 inline constexpr int kGrid = 8;
 inline constexpr int kPageMargin = 2 * kGrid;
-inline constexpr int kRadius = 6;
+inline constexpr int kFieldGap = kGrid / 2;  // a label above its field
+inline constexpr int kCardPadding = 2 * kGrid;
 inline constexpr int kBannerHeight = 60;
-inline constexpr int kListWidth = 280;  // beside a result
+inline constexpr int kLowestView = 80, kTallestView = 220;  // of a melody's drawing
+inline constexpr int kRadius = 6;
 
 // The main window when it opens and at its smallest.
 inline constexpr int kFirstWidth = 1000, kFirstHeight = 700;
@@ -20,7 +22,17 @@ inline constexpr int kFollowMs = 30;    // between two looks at where a melody s
 inline constexpr int kCopiedMs = 1500;  // how long the button says so
 inline constexpr int kHoldMs = 600;     // as long as a phone takes a key for held
 
+// The display's type, px.
+inline constexpr int kSmallestType = 16, kLargestType = 40;
+
 using Rgb = std::uint32_t;  // 0xRRGGBB
+
+// Where the system names no colours of its own: the window's ground, what stands on it, and text.
+struct Grounds {
+  Rgb window, card, text;
+};
+inline constexpr Grounds kLightGrounds = {.window = 0xF4F6F3, .card = 0xFFFFFF, .text = 0x1B211E};
+inline constexpr Grounds kDarkGrounds = {.window = 0x1B1F1D, .card = 0x242926, .text = 0xE7EBE8};
 
 // Colours that no system palette names.
 struct Tones {
@@ -49,4 +61,4 @@ struct SplashLook {
 };
 inline constexpr SplashLook kSplash = {420, 240, 0x125039, 0xF2F8E9, 0.22};
 
-}  // namespace tonadex::shell
+}  // namespace tonadex::app::look

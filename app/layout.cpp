@@ -1,0 +1,242 @@
+#include "app/layout.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "app/form1.h"
+
+namespace tonadex::app {
+namespace {
+
+void AddControls(const Part& part, std::vector<Control Form1::*>& controls) {
+  if (part.control != nullptr) {
+    controls.push_back(part.control);
+  }
+  for (const Part& each : part.parts) {
+    AddControls(each, controls);
+  }
+}
+
+// One part of a row or a column, along it.
+struct Share {
+  int least, most, weight;
+  int size = 0;
+};
+
+// Parts without weight get what they ask for, which is their least size; the others share the rest
+// by weight, each within its limits.
+void ShareOut(std::vector<Share>& shares, int total) {
+  int room = total, asked = 0;
+  for (Share& share : shares) {
+    share.size = share.least;
+    (share.weight == 0 ? room : asked) += share.weight == 0 ? -share.least : share.least;
+  }
+  room = std::max(0, room);
+  if (asked > room) {  // too little for all: less for each
+    for (Share& share : shares) {
+      share.size = share.weight == 0 ? share.least : share.least * room / asked;
+    }
+    return;
+  }
+  for (bool settled = false; !settled;) {
+    int weights = 0;
+    for (const Share& share : shares) {
+      weights += share.weight;
+    }
+    settled = true;
+    for (Share& share : shares) {
+      if (share.weight > 0) {
+        share.size = room * share.weight / weights;
+        const int bounded = std::clamp(share.size, share.least, share.most);
+        if (bounded != share.size) {  // it takes its limit, and the others share anew
+          share.size = bounded;
+          room -= bounded;
+          share.weight = 0;
+          settled = false;
+          break;
+        }
+      }
+    }
+  }
+}
+
+class Solver {
+ public:
+  Solver(const Form1& form, double scale, const Measure& measure)
+      : form_(form), scale_(scale), measure_(measure) {}
+
+  void Put(const Part& part, const Rect& area) {
+    if (part.kind == Part::Kind::kControl || part.frame != Part::Frame::kNone) {
+      placed_.push_back({&part, area});
+    }
+    const std::vector<const Part*> parts = Shown(part);
+    const Rect inner = {area.left + Px(part.marginX), area.top + Px(part.marginTop),
+                        area.width - 2 * Px(part.marginX),
+                        area.height - Px(part.marginTop) - Px(part.marginBottom)};
+    if (part.kind == Part::Kind::kRow) {
+      PutRow(part, parts, inner);
+    } else if (part.kind == Part::Kind::kColumn) {
+      PutColumn(part, parts, inner);
+    }
+  }
+
+  std::vector<Placed> Take() { return std::move(placed_); }
+
+ private:
+  int Px(int distance) const {
+    return distance == Part::kUnbounded ? distance
+                                        : static_cast<int>(std::lround(distance * scale_));
+  }
+
+  bool Shows(const Part& part) const {
+    return part.kind == Part::Kind::kStretch ||
+           (part.control != nullptr ? (form_.*part.control).visible
+                                    : std::ranges::any_of(part.parts, [this](const Part& each) {
+                                        return each.kind != Part::Kind::kStretch && Shows(each);
+                                      }));
+  }
+  std::vector<const Part*> Shown(const Part& part) const {
+    std::vector<const Part*> shown;
+    for (const Part& each : part.parts) {
+      if (Shows(each)) {
+        shown.push_back(&each);
+      }
+    }
+    return shown;
+  }
+  int Gaps(const Part& part, std::size_t parts) const {
+    return parts == 0 ? 0 : Px(part.gap) * static_cast<int>(parts - 1);
+  }
+
+  // The width that a part asks for.
+  int Width(const Part& part) const {
+    int width = 0;
+    if (part.control != nullptr) {
+      width = measure_(part.control, Part::kUnbounded).width;
+    } else {
+      const auto parts = Shown(part);
+      for (const Part* each : parts) {
+        width =
+            part.kind == Part::Kind::kRow ? width + Width(*each) : std::max(width, Width(*each));
+      }
+      width +=
+          2 * Px(part.marginX) + (part.kind == Part::Kind::kRow ? Gaps(part, parts.size()) : 0);
+    }
+    return std::clamp(width, Px(part.leastWidth), Px(part.mostWidth));
+  }
+
+  // The height that it asks for at this width; with a weight, the least that it needs.
+  int Height(const Part& part, int width) const {
+    int height = 0;
+    if (part.control != nullptr) {
+      height = measure_(part.control, width).height;
+    } else {
+      const auto parts = Shown(part);
+      const int inner = width - 2 * Px(part.marginX);
+      if (part.kind == Part::Kind::kRow) {
+        const std::vector<Share> widths = Widths(part, parts, inner);
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+          height = std::max(height, Height(*parts[i], widths[i].size));
+        }
+      } else {
+        for (const Part* each : parts) {
+          height += Height(*each, inner);
+        }
+        height += Gaps(part, parts.size());
+      }
+      height += Px(part.marginTop) + Px(part.marginBottom);
+    }
+    return std::clamp(height, Px(part.leastHeight), Px(part.mostHeight));
+  }
+
+  std::vector<Share> Widths(const Part& part, const std::vector<const Part*>& parts,
+                            int total) const {
+    std::vector<Share> shares;
+    for (const Part* each : parts) {
+      // What has a weight is as narrow as it must be: its words wrap.
+      const int least = each->weight > 0 ? Px(each->leastWidth) : Width(*each);
+      shares.push_back({least, std::max(least, Px(each->mostWidth)), each->weight});
+    }
+    ShareOut(shares, total - Gaps(part, parts.size()));
+    return shares;
+  }
+
+  void PutRow(const Part& part, const std::vector<const Part*>& parts, const Rect& area) {
+    const std::vector<Share> widths = Widths(part, parts, area.width);
+    int left = area.left;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      Rect place = {left, area.top, widths[i].size, area.height};
+      if (parts[i]->control != nullptr) {  // in the middle of the row's height
+        place.height = std::min(area.height, Height(*parts[i], place.width));
+        place.top += (area.height - place.height) / 2;
+      }
+      place.height = std::min(place.height, Px(parts[i]->mostHeight));
+      Put(*parts[i], place);
+      left += widths[i].size + Px(part.gap);
+    }
+  }
+
+  void PutColumn(const Part& part, const std::vector<const Part*>& parts, const Rect& area) {
+    std::vector<Share> heights;
+    for (const Part* each : parts) {
+      const int least = Height(*each, area.width);
+      heights.push_back({least, std::max(least, Px(each->mostHeight)), each->weight});
+    }
+    ShareOut(heights, area.height - Gaps(part, parts.size()));
+    int top = area.top;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      Put(*parts[i],
+          {area.left, top, std::min(area.width, Px(parts[i]->mostWidth)), heights[i].size});
+      top += heights[i].size + Px(part.gap);
+    }
+  }
+
+  const Form1& form_;
+  double scale_;
+  const Measure& measure_;
+  std::vector<Placed> placed_;
+};
+
+}  // namespace
+
+Part The(Control Form1::*control) {
+  return {.kind = Part::Kind::kControl, .control = control};
+}
+Part Row(std::vector<Part> parts) {
+  return {.kind = Part::Kind::kRow, .parts = std::move(parts)};
+}
+Part Column(std::vector<Part> parts) {
+  return {.kind = Part::Kind::kColumn, .parts = std::move(parts)};
+}
+Part Card(std::vector<Part> parts) {
+  Part card =
+      Column(std::move(parts)).Margins(look::kCardPadding, look::kCardPadding, look::kCardPadding);
+  card.frame = Part::Frame::kCard;
+  return card;
+}
+Part Stretch() {
+  return Part{.kind = Part::Kind::kStretch}.Weight(1);
+}
+Part Field(Control Form1::*label, Part field) {
+  const int weight = field.weight;
+  return Column({The(label), std::move(field)}).Gap(look::kFieldGap).Weight(weight);
+}
+
+std::vector<Control Form1::*> ControlsIn(const Part& tree) {
+  std::vector<Control Form1::*> controls;
+  AddControls(tree, controls);
+  return controls;
+}
+
+std::vector<Control Form1::*> PageControls(std::int16_t page) {
+  return ControlsIn(PageLayout(page));
+}
+
+std::vector<Placed> Place(const Form1& form, const Part& tree, const Rect& area, double scale,
+                          const Measure& measure) {
+  Solver solver(form, scale, measure);
+  solver.Put(tree, area);
+  return solver.Take();
+}
+
+}  // namespace tonadex::app

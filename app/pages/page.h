@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "app/controls.h"
+#include "app/program.h"
+
+namespace tonadex::app {
+
+struct ControlInfo;
+struct Part;
+
+// Page numbers; the gaps are part of the numbering.
+inline constexpr std::int16_t kNoPage = 0;
+inline constexpr std::int16_t kSearchPage = 1;
+inline constexpr std::int16_t kStartUpPage = 2;  // the server's start page in WebBrowser1
+inline constexpr std::int16_t kRepertoirePage = 3;
+inline constexpr std::int16_t kInternetPage = 5;  // also WebBrowser1
+inline constexpr std::int16_t kOptionsPage = 6;
+inline constexpr std::int16_t kStartPage = 8;  // composer and RTTTL box
+
+// Which drawing's melody sounds, while PlayMelody keeps its message box open.
+enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl };
+
+// What the pages share.
+class SharedState {
+ public:
+  explicit SharedState(Program& theProgram) : program(theProgram) {}
+
+  // Plays the program's melody; `sounding` says which one meanwhile.
+  void Play(Sounding what);
+  // The requests of a download or an upload.
+  std::function<std::string(std::string_view path)> Fetch() {
+    return [this](std::string_view path) { return Request(program, path); };
+  }
+
+  Program& program;
+  std::int16_t paginaactual = kNoPage;
+  Sounding sounding = Sounding::kNothing;
+  Control List1;                // of the search and the repertoire page
+  Control Text1, Text2, Text3;  // raw reply, current record, its number; never shown
+};
+
+}  // namespace tonadex::app

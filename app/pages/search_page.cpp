@@ -1,0 +1,103 @@
+#include "app/pages/search_page.h"
+
+#include <array>
+#include <utility>
+
+#include "app/form1.h"
+#include "app/layout.h"
+#include "core/message_box.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "net/addresses.h"
+#include "net/download.h"
+#include "net/listing.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+using F = Form1;
+
+constexpr std::string_view kEmptySearch =
+    u8"Escribe unas palabras y pulsa Buscar, o prueba suerte con Al azar."_w;
+constexpr std::string_view kDownloaded =
+    u8"La melodía se ha bajado correctamente. Puedes verla en tu repertorio"_w;
+
+constexpr auto kRows = std::to_array<ControlInfo>({
+    Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
+        {Event::kEnter, &F::picabuscar_Click}, {}, u8"Palabras del nombre de la melodía"_w),
+    Button(Look::kPrimary, "picabuscar", &F::picabuscar, "Bu&scar", "buscar",
+           "Buscar estas palabras en el servidor", &F::picabuscar_Click),
+    Button(Look::kButton, "picazar", &F::picazar, "Al a&zar", "azar", u8"Unas melodías al azar"_w,
+           &F::picazar_Click),
+    Row(Look::kList, "List1", &F::List1, u8"Melodías"_w, {Event::kClick, &F::List1_Click},
+        {Event::kActivate, &F::List1_DblClick}),
+    Button(Look::kButton, "picdescargar", &F::picdescargar, "&Descargar", "bajar",
+           u8"Guardar la melodía elegida en tu repertorio"_w, &F::picdescargar_Click),
+    Row(Look::kStorage, "Text1", &F::Text1),
+    Row(Look::kStorage, "Text2", &F::Text2),
+    Row(Look::kStorage, "Text3", &F::Text3),
+});
+
+}  // namespace
+
+std::span<const ControlInfo> SearchPage::Rows() {
+  return kRows;
+}
+
+Part SearchPage::Layout() {
+  return Column({
+                    Row({The(&F::txtbuscar).Weight(1), The(&F::picabuscar), The(&F::picazar)}),
+                    The(&F::List1).Weight(1),
+                    Row({Stretch(), The(&F::picdescargar)}),
+                })
+      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+}
+
+void SearchPage::RefreshSearch() {
+  if (state_.paginaactual == kSearchPage) {
+    state_.List1.invitation = kEmptySearch;
+  }
+}
+
+void SearchPage::ReadListing(std::string_view address, bool stemAlone) {
+  state_.List1.Clear();
+  // A failed request leaves Text1 as it was, and that is what is read.
+  core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); });
+  state_.program.services.shell.DoEvents();
+  state_.List1.rows.reserve(net::CountRecords(state_.Text1.text), state_.Text1.text.size());
+  net::ListingEnd left = net::ReadListing(
+      state_.Text1.text, stemAlone,
+      [this](std::string_view text, std::int32_t number) { state_.List1.AddRow(text, number); });
+  if (!state_.List1.rows.empty()) {
+    state_.Text2.text = std::move(left.record);
+    state_.Text3.text = left.number;
+  } else {
+    for (std::size_t i = 0; i < net::kHintCount; ++i) {
+      state_.List1.AddRow(net::HintRow(i), 0, true);
+    }
+  }
+  // An assigned text would keep the reply's memory; `left` lies in it.
+  std::string(left.rest).swap(state_.Text1.text);
+}
+
+void SearchPage::picabuscar_Click() {
+  ReadListing(net::SearchAddress(txtbuscar.text), true);
+}
+
+void SearchPage::picazar_Click() {
+  ReadListing(net::kRandomPath, false);
+}
+
+void SearchPage::picdescargar_Click() {
+  const std::string row(state_.List1.SelectedText());
+  if (row.empty() || net::IsHintRow(row)) {
+    return;
+  }
+  net::DownloadMelody(state_.Fetch(), state_.program.MelodyFolder(), row,
+                      state_.List1.SelectedData(), state_.Text1.text);
+  // Shown whatever the server sent, as it always has been.
+  core::MsgBox(kDownloaded, core::Icon::kInformation);
+}
+
+}  // namespace tonadex::app

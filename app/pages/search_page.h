@@ -1,0 +1,33 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "app/pages/page.h"
+
+namespace tonadex::app {
+
+// The melody server: search, random pick and download.
+class SearchPage {
+ public:
+  explicit SearchPage(SharedState& state) : state_(state) {}
+
+  void picabuscar_Click();
+  void picazar_Click();
+  void picdescargar_Click();
+
+  Control txtbuscar, picabuscar, picazar, picdescargar;
+
+  static std::span<const ControlInfo> Rows();
+  static Part Layout();
+
+ protected:
+  void RefreshSearch();
+
+ private:
+  void ReadListing(std::string_view address, bool stemAlone);
+
+  SharedState& state_;
+};
+
+}  // namespace tonadex::app

@@ -1,0 +1,268 @@
+#include "app/pages/start_page.h"
+
+#include <algorithm>
+#include <array>
+
+#include "app/composer_keys.h"
+#include "app/form1.h"
+#include "app/layout.h"
+#include "app/words.h"
+#include "core/message_box.h"
+#include "core/number.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+#include "files/paths.h"
+#include "net/upload.h"
+#include "nokia3210/cnokia.h"
+#include "phones/formats.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+using F = Form1;
+
+constexpr std::string_view kNameOrTempoMissing = u8"Introduce un nombre de melodía y un tempo."_w;
+constexpr std::string_view kParenthesesMessage =
+    u8"El nombre de la melodía no puede contener paréntesis"_w;
+constexpr std::string_view kParenthesesTitle = u8"Nombre no válido"_w;
+constexpr std::string_view kTooManyNotes = "ADVERTENCIA: La melodia tiene mas de 50 notas.";
+// Both buttons speak of uploading: deliberate.
+constexpr std::string_view kErrorsMessage =
+    "La melodia no se ha subido pues ha habido algunos errores al leer la melodia:\r";
+constexpr std::string_view kErrorsTitle = "Errores en la melodia";
+
+constexpr std::size_t kTempoDigits = 3;
+constexpr std::int16_t kBackspace = 8;
+constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no number
+constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
+                                                           "140", "160", "180", "200", "225"};
+constexpr std::string_view kFirstTempo = "125";
+constexpr int kTempoWidth = 96, kLowestNotes = 56;
+
+// What both boxes have, with a name that tells which one.
+constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
+                             const char* icon, std::string_view help, Handler click) {
+  return Button(Look::kButton, name, member, caption, icon, help, click, help);
+}
+
+constexpr auto kRows = std::to_array<ControlInfo>({
+    Words("lbltitulocompo", &F::lbltitulocompo, "Compositor", Font::kTitle),
+    Words("lblporfacomprueba", &F::lblporfacomprueba,
+          u8"Por favor, escucha la melodía antes de subirla."_w, Font::kSmall, Tone::kMuted, true),
+    Label("lblnombremelodiasube", &F::lblnombremelodiasube, "No&mbre", &F::txtcomponombremelodia),
+    Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia,
+        u8"Nombre de la melodía"_w),
+    Label("lbltemposube", &F::lbltemposube, "&Tempo", &F::txtcompoTempo),
+    Row(Look::kComboBox, "txtcompoTempo", &F::txtcompoTempo, "Tempo en pulsos por minuto",
+        {Event::kChange, &F::txtmelodiacompo_Change}, {}, "Pulsos por minuto"),
+    Label("lblformatocompo", &F::lblformatocompo,
+          u8"Not&as, como en el compositor de Nokia: 8c1 4.#f2 2-"_w, &F::txtmelodiacompo),
+    Row(Look::kArea, "txtmelodiacompo", &F::txtmelodiacompo, u8"Notas de la melodía"_w,
+        {Event::kChange, &F::txtmelodiacompo_Change}),
+    Words("composerCheckLabel", &F::composerCheckLabel, ""),
+    Row(Look::kKeys, "keyRow", &F::keyRow),
+    View("composerView", &F::composerView, &F::composerDrawing, Sounding::kComposer),
+    Words("lblMsg", &F::lblMsg, "", Font::kBody, Tone::kBad),
+    Action("cmdscuchacumpo", &F::cmdscuchacumpo, "&Escuchar", "reproducir",
+           u8"Escuchar la melodía compuesta"_w, &F::cmdscuchacumpo_Click),
+    Action("cmdsubecompo", &F::cmdsubecompo, "&Subir", "subir",
+           u8"Subir al servidor la melodía compuesta"_w, &F::cmdsubecompo_Click),
+    Words("lbltitulortttl", &F::lbltitulortttl, u8"Melodía en RTTTL"_w, Font::kTitle),
+    Label("labelformatortttl", &F::labelformatortttl, "Te&xto RTTTL", &F::txtrtttlsube),
+    Row(Look::kArea, "txtrtttlsube", &F::txtrtttlsube, "Texto RTTTL",
+        {Event::kChange, &F::txtrtttlsube_Change}),
+    Words("rtttlCheckLabel", &F::rtttlCheckLabel, ""),
+    View("rtttlView", &F::rtttlView, &F::rtttlDrawing, Sounding::kRtttl),
+    Action("cmdscuchartttl", &F::cmdscuchartttl, "Esc&uchar", "reproducir",
+           "Escuchar el texto RTTTL", &F::cmdscuchartttl_Click),
+    Action("cmdsubirmelortttl", &F::cmdsubirmelortttl, "Subir RTTT&L", "subir",
+           "Subir al servidor el texto RTTTL", &F::cmdsubirmelortttl_Click),
+    Row(Look::kStorage, "rtf", &F::rtf),
+});
+
+void DrawCheck(Control& label, const Check& check) {
+  label.caption = check.sentence;
+  label.tone = check.verdict == Verdict::kGood  ? Tone::kGood
+               : check.verdict == Verdict::kBad ? Tone::kBad
+                                                : Tone::kMuted;
+}
+
+bool IsTempo(std::string_view text) {
+  return !text.empty() && text.size() <= kTempoDigits && std::ranges::all_of(text, core::IsDigit);
+}
+
+// name:d=4,o=5,b=120:notes
+std::string RtttlText(std::string_view name, const nokia3210::Defaults& defaults,
+                      std::string_view tempo, std::string_view notes) {
+  std::string text(name);
+  text.append(":d=").append(defaults.Duration).append(",o=").append(defaults.Octave);
+  return text.append(",b=").append(tempo).append(":").append(notes);
+}
+
+}  // namespace
+
+std::span<const ControlInfo> StartPage::Rows() {
+  return kRows;
+}
+
+Part StartPage::Layout() {
+  const auto view = [](Control F::*drawing) {
+    return The(drawing).Weight(3).Heights(look::kLowestView, look::kTallestView);
+  };
+  const auto notes = [](Control F::*label, Control F::*box) {
+    return Field(label, The(box).Weight(2).Heights(kLowestNotes));
+  };
+  Part composer = Card({
+      Row({The(&F::lbltitulocompo), The(&F::lblporfacomprueba).Weight(1)}).Gap(look::kPageMargin),
+      Row({Field(&F::lblnombremelodiasube, The(&F::txtcomponombremelodia).Weight(1)),
+           Field(&F::lbltemposube, The(&F::txtcompoTempo).Widths(kTempoWidth, kTempoWidth))})
+          .Gap(look::kPageMargin),
+      notes(&F::lblformatocompo, &F::txtmelodiacompo),
+      The(&F::composerCheckLabel),
+      The(&F::keyRow),
+      view(&F::composerView),
+      Row({The(&F::lblMsg).Weight(1), The(&F::cmdscuchacumpo), The(&F::cmdsubecompo)}),
+  });
+  Part rtttl = Card({
+      The(&F::lbltitulortttl),
+      notes(&F::labelformatortttl, &F::txtrtttlsube),
+      The(&F::rtttlCheckLabel),
+      view(&F::rtttlView),
+      Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl)}),
+  });
+  return Row({std::move(composer).Weight(5), std::move(rtttl).Weight(3)})
+      .Gap(look::kPageMargin)
+      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin)
+      .Scrolls();
+}
+
+StartPage::StartPage(SharedState& state) : state_(state) {
+  for (const std::string_view tempo : kUsualTempos) {
+    txtcompoTempo.AddRow(tempo);
+  }
+  txtcompoTempo.text = kFirstTempo;
+  core::InitMelody(state_.program.gMelody, state_.program.services.shell.TempPath());
+  txtmelodiacompo_Change();
+  txtrtttlsube_Change();
+}
+
+StartPage::~StartPage() = default;
+
+void StartPage::RefreshStart() {
+  DrawCheck(composerCheckLabel, composerCheck);
+  DrawCheck(rtttlCheckLabel, rtttlCheck);
+  composerView.invitation = rtttlView.invitation = words::kDrawing;
+}
+
+void StartPage::keyRow_KeyPressed(std::string_view key, bool held) {
+  ComposerText after = PressKey({txtmelodiacompo.text, txtmelodiacompo.cursor}, key, held);
+  txtmelodiacompo.text = std::move(after.text);
+  txtmelodiacompo.cursor = after.cursor;
+  txtmelodiacompo_Change();
+}
+
+void StartPage::subemelodia(const std::string& nombre) {
+  net::UploadMelody(state_.Fetch(), nombre, melodiasube, state_.Text1.text);
+}
+
+// The converter, made on first use.
+nokia3210::CNokia& StartPage::Converter() {
+  if (converter_ == nullptr) {
+    converter_ = std::make_unique<nokia3210::CNokia>();
+    converter_->ShowType = nokia3210::NoteKind::kRTTTL;
+    converter_->Folder = files::TextFromPath(state_.program.ProgramFolder());
+  }
+  return *converter_;
+}
+
+void StartPage::convierteCompositor() {
+  nokia3210::CNokia& converter = Converter();
+  converter.ShowType = nokia3210::NoteKind::kRTTTL;
+  converter.Convert();
+  if (converter.NoteCount() > phones::kComposerNotes) {
+    lblMsg.caption = kTooManyNotes;
+  }
+  rtf.text = converter.ConvertedNotes();
+}
+
+// Builds the RTTTL text of the composer into melodiasube; false after a refusal.
+bool StartPage::BuildComposedMelody() {
+  const std::string& name = txtcomponombremelodia.text;
+  const std::string& tempo = txtcompoTempo.text;
+  lblMsg.caption.clear();
+  if (name.empty() || !IsTempo(tempo)) {
+    core::MsgBox(kNameOrTempoMissing);
+    return false;
+  }
+  if (name.find_first_of("()") != std::string::npos) {
+    core::MsgBox(kParenthesesMessage, core::Icon::kExclamation, kParenthesesTitle);
+    return false;
+  }
+  nokia3210::CNokia& converter = Converter();
+  converter.Clear();
+  converter.SetOriginalText(txtmelodiacompo.text);
+  convierteCompositor();
+  const std::string_view errors = core::Trim(converter.ConversionErrors());
+  if (!errors.empty()) {
+    core::MsgBox(std::string(kErrorsMessage) + std::string(errors), core::Icon::kExclamation,
+                 kErrorsTitle);
+    return false;
+  }
+  converter.RingToneName = name;
+  converter.Tempo = core::ToInt16(core::ToNumber(tempo));
+  melodiasube = RtttlText(name, converter.Defaults, tempo, rtf.text);
+  return true;
+}
+
+void StartPage::cmdscuchacumpo_Click() {
+  if (BuildComposedMelody()) {
+    state_.program.gMelody.Text = melodiasube;
+    state_.Play(Sounding::kComposer);
+  }
+}
+
+void StartPage::cmdsubecompo_Click() {
+  if (BuildComposedMelody()) {
+    subemelodia(txtcomponombremelodia.text);
+  }
+}
+
+void StartPage::cmdscuchartttl_Click() {
+  state_.program.gMelody.Text = txtrtttlsube.text;
+  state_.Play(Sounding::kRtttl);
+}
+
+void StartPage::cmdsubirmelortttl_Click() {
+  lblMsg.caption.clear();
+  melodiasube = txtrtttlsube.text;
+  // A text without ":" is an invalid argument here, which nothing catches.
+  subemelodia(std::string(core::Left(melodiasube, core::InStr(melodiasube, ":") - 1)));
+}
+
+void StartPage::txtcompoTempo_KeyPress(std::int16_t& KeyAscii) {
+  const bool digit = KeyAscii >= '0' && KeyAscii <= '9';
+  if (KeyAscii != kBackspace && (!digit || txtcompoTempo.text.size() >= kTempoDigits)) {
+    KeyAscii = 0;
+    state_.program.services.shell.Beep();
+  }
+}
+
+void StartPage::txtmelodiacompo_Change() {
+  composerCheck = ComposerCheck(txtmelodiacompo.text);
+  nokia3210::CNokia converter;
+  converter.SetOriginalText(txtmelodiacompo.text);
+  converter.Convert();
+  const std::string tempo =
+      IsTempo(txtcompoTempo.text) ? txtcompoTempo.text : std::string(kDrawnTempo);
+  composerDrawing =
+      MelodyDrawing(RtttlText("x", converter.Defaults, tempo, converter.ConvertedNotes()),
+                    state_.program.gPhoneModel);
+}
+
+void StartPage::txtrtttlsube_Change() {
+  rtttlCheck = RtttlCheck(txtrtttlsube.text);
+  rtttlDrawing = MelodyDrawing(txtrtttlsube.text, state_.program.gPhoneModel);
+}
+
+}  // namespace tonadex::app

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "app/melody_drawing.h"
+#include "app/pages/page.h"
+#include "app/rtttl_check.h"
+
+namespace tonadex::nokia3210 {
+class CNokia;
+}
+
+namespace tonadex::app {
+
+// The composer and the box for RTTTL texts; both play and upload.
+class StartPage {
+ public:
+  explicit StartPage(SharedState& state);
+  ~StartPage();
+
+  void cmdscuchacumpo_Click();
+  void cmdsubecompo_Click();
+  void cmdscuchartttl_Click();
+  void cmdsubirmelortttl_Click();
+  // A character was typed into the tempo box, before it gets there: KeyAscii is its Windows-1252
+  // code (8 is Backspace) and becomes 0 when it is refused. Pasting is not typing.
+  void txtcompoTempo_KeyPress(std::int16_t& KeyAscii);
+  // A key of the phone was pressed; `key` is its label.
+  void keyRow_KeyPressed(std::string_view key, bool held);
+  // The text of a box changed: checks and drawings follow. Never throw, show nothing.
+  void txtmelodiacompo_Change();
+  void txtrtttlsube_Change();
+
+  void convierteCompositor();
+  // Uploads `melodiasube` under the name.
+  void subemelodia(const std::string& nombre);
+
+  std::string melodiasube;  // the RTTTL text to be uploaded or played
+  Drawing composerDrawing;
+  Drawing rtttlDrawing;
+  Check composerCheck;  // the count of notes beside the limit of 50
+  Check rtttlCheck;     // beside txtrtttlsube
+
+  Control lbltitulocompo, lblporfacomprueba;
+  Control lblnombremelodiasube, txtcomponombremelodia;
+  Control lbltemposube, txtcompoTempo;
+  Control lblformatocompo, txtmelodiacompo;
+  Control composerCheckLabel, keyRow, composerView;
+  Control lblMsg, cmdscuchacumpo, cmdsubecompo;
+  Control lbltitulortttl, labelformatortttl, txtrtttlsube;
+  Control rtttlCheckLabel, rtttlView;
+  Control cmdscuchartttl, cmdsubirmelortttl;
+  Control rtf;  // the converted RTTTL notes; never shown
+
+  static std::span<const ControlInfo> Rows();
+  static Part Layout();
+
+ protected:
+  nokia3210::CNokia& Converter();
+  void RefreshStart();
+
+ private:
+  bool BuildComposedMelody();
+
+  SharedState& state_;
+  std::unique_ptr<nokia3210::CNokia> converter_;  // created with the first visit to the page
+};
+
+}  // namespace tonadex::app

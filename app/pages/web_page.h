@@ -1,0 +1,34 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "app/pages/page.h"
+
+namespace tonadex::app {
+
+// The server's pages in WebBrowser1, and the banner above the other pages.
+class WebPage {
+ public:
+  explicit WebPage(SharedState& state);
+
+  void Timer1_Timer();
+  // The user clicked a link in the banner. The shell stops that navigation and raises this; a
+  // navigation that the program asked for never raises it.
+  void navbanner_BeforeNavigate();
+
+  Control navbanner, WebBrowser1;
+  Control Timer1;  // refreshes the banner, every 60 s
+
+  static std::span<const ControlInfo> Rows();
+  static Part Layout();
+
+ protected:
+  void NavigateBanner();
+  void Navigate(Control& view, std::string_view path);
+
+ private:
+  SharedState& state_;
+};
+
+}  // namespace tonadex::app

@@ -1,0 +1,111 @@
+#include "app/layout.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <vector>
+
+#include "app/form1.h"
+#include "tests/support/test_program.h"
+
+namespace tonadex::app {
+namespace {
+
+// A toolkit with letters of 8 by 16 pixels: words wrap, buttons and lines of text are 36 high.
+Size Letters(const Form1& form, Control Form1::*member, int width) {
+  const Look look = InfoOf(member).look;
+  const int words = 8 * static_cast<int>((form.*member).caption.size());
+  if (look == Look::kLabel) {
+    return {words, 16 * (1 + words / std::max(width, 1))};
+  }
+  return look <= Look::kPrimary ? Size{words + 40, 36} : Size{0, 36};
+}
+
+bool Overlap(const Rect& a, const Rect& b) {
+  return a.left < b.left + b.width && b.left < a.left + a.width && a.top < b.top + b.height &&
+         b.top < a.top + a.height;
+}
+
+class LayoutTest : public testing::Test {
+ protected:
+  std::vector<Placed> PlaceIn(int width, int height, double scale = 1) {
+    form.Refresh();
+    return Place(form, tree = WindowLayout(PageLayout(form.paginaactual)), {0, 0, width, height},
+                 scale,
+                 [this](Control Form1::*member, int wide) { return Letters(form, member, wide); });
+  }
+  Rect Of(Control Form1::*member, const std::vector<Placed>& places) {
+    return std::ranges::find_if(
+               places, [&](const Placed& placed) { return placed.part->control == member; })
+        ->rect;
+  }
+  LayoutTest() { form.Form_Load(); }
+  void Enter(std::int16_t page) {
+    for (const ControlInfo& info : Form1::Rows()) {
+      if (info.leadsTo == page && info.look == Look::kNavigation) {
+        (form.*info.on.handler)();
+      }
+    }
+  }
+
+  test::TestProgram test;
+  Form1 form{test.program};
+  Part tree = Column({});
+};
+
+TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
+  for (const Page& page : Pages()) {
+    for (const auto& [width, height, scale] :
+         {std::tuple(900, 600, 1.0), {1600, 1000, 1.0}, {1800, 1200, 2.0}}) {
+      SCOPED_TRACE(testing::Message() << page.number << " at " << width);
+      Enter(page.number);
+      std::vector<Placed> controls;
+      for (const Placed& placed : PlaceIn(width, height, scale)) {
+        const Rect& rect = placed.rect;
+        EXPECT_TRUE(rect.left >= 0 && rect.top >= 0 && rect.left + rect.width <= width &&
+                    rect.top + rect.height <= height && rect.width >= 0);
+        if (placed.part->control != nullptr) {
+          const auto name = InfoOf(placed.part->control).name;
+          EXPECT_GT(rect.height, 0) << name;
+          EXPECT_LE(rect.width, placed.part->mostWidth * scale) << name;
+          for (const Placed& other : controls) {
+            EXPECT_FALSE(Overlap(rect, other.rect)) << name;
+          }
+          controls.push_back(placed);
+        }
+      }
+      std::set<Control Form1::*, bool (*)(Control Form1::*, Control Form1::*)> placed(
+          [](auto a, auto b) { return InfoOf(a).name < InfoOf(b).name; });
+      for (const Placed& each : controls) {
+        placed.insert(each.part->control);
+      }
+      for (const ControlInfo& info : Controls()) {
+        const bool shown = (form.*info.member).visible && info.look != Look::kTimer;
+        EXPECT_EQ(placed.contains(info.member), shown) << info.name;
+      }
+    }
+  }
+}
+
+TEST_F(LayoutTest, RoomIsSharedByWeightWithinTheLimits) {
+  Enter(kOptionsPage);
+  auto places = PlaceIn(1600, 1000);
+  const Rect makes = Of(&Form1::cmbmarcas, places), models = Of(&Form1::cmbformatos, places);
+  EXPECT_NEAR(makes.left, 1600 - models.left - models.width, 1) << "the card is in the middle";
+  EXPECT_NEAR(models.width * 2, makes.width * 3, 6);
+  EXPECT_EQ(makes.height, models.height);
+  Enter(kRepertoirePage);
+  places = PlaceIn(1600, 1000);
+  EXPECT_EQ(Of(&Form1::List1, places).width, 280);
+  EXPECT_EQ(Of(&Form1::repertoireView, places).height, 220) << "and the display has the rest";
+  EXPECT_EQ(Of(&Form1::Textavisos, places).height, 112);
+  EXPECT_GT(Of(&Form1::textresultado, places).height, 300);
+  // A button that is hidden leaves its place to the list.
+  const int list = Of(&Form1::List1, places).height;
+  form.List1.AddRow("Vals (vals)", 20);
+  EXPECT_EQ(Of(&Form1::List1, PlaceIn(1600, 1000)).height, list + 36 + 8);
+}
+
+}  // namespace
+}  // namespace tonadex::app
