@@ -5,8 +5,8 @@
 
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/number_helpers.h"
 #include "formats/octave_band.h"
+#include "formats/shift_right.h"
 
 namespace tonadex::formats {
 namespace {

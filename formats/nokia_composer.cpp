@@ -1,7 +1,7 @@
 #include "formats/nokia_composer.h"
 
 #include "core/windows1252.h"
-#include "formats/findings.h"
+#include "formats/note_warning.h"
 #include "formats/octave_band.h"
 
 namespace tonadex::formats {
@@ -48,11 +48,11 @@ std::string NokiaComposerText(core::RTTTLMelody& melody, std::string& warnings,
     ++number;
     const int octave = OctaveBand(note, baseOctave) + 1;
     if (core::IsPause(note) && note.Dotted) {
-      AppendFinding(warnings, "ERROR: La nota #", number, " - . no se permite en pausa");
+      AppendNoteWarning(warnings, "ERROR: La nota #", number, " - . no se permite en pausa");
     }
     AppendToken(note, octave, text);
-    if (!core::IsPause(note) && (octave < 1 || octave > 3)) {  // guards the folding above
-      AppendFinding(warnings, "La nota #", number, u8" - está fuera del rango de octavas."_w);
+    if (!core::IsPause(note) && (octave < 1 || octave > 3)) {  // not while OctaveBand gives 0 to 2
+      AppendNoteWarning(warnings, "La nota #", number, u8" - está fuera del rango de octavas."_w);
     }
   }
   return text;

@@ -7,8 +7,8 @@
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/findings.h"
-#include "formats/note_keys.h"
+#include "formats/note_warning.h"
+#include "formats/number_keys.h"
 #include "formats/octave_band.h"
 
 namespace tonadex::formats {
@@ -89,12 +89,13 @@ std::string NokiaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
     ++number;
     const double octave = core::ToNumber(note.Octave);
     if (octave > kHighestOctave || octave < kLowestOctave) {
-      AppendFinding(warnings, "Error > La nota # ", number, u8" está fuera del rango de octavas"_w);
+      AppendNoteWarning(warnings, "Error > La nota # ", number,
+                        u8" está fuera del rango de octavas"_w);
     }
     const int octaveLevel = OctaveBand(note, baseOctave) + 1;
     const int level = DurationLevel(note.Duration);
     if (level == 0) {
-      AppendFinding(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
     } else {
       phone.noteLevel = level;
     }

@@ -6,8 +6,8 @@
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/findings.h"
-#include "formats/note_keys.h"
+#include "formats/note_warning.h"
+#include "formats/number_keys.h"
 #include "formats/octave_band.h"
 
 namespace tonadex::formats {
@@ -137,11 +137,11 @@ std::string SamsungKeyPresses(const Type& type, core::RTTTLMelody& melody, std::
     ++number;
     const double octave = core::ToNumber(note.Octave);
     if (octave > base + kOctaveSpan || octave < base) {
-      AppendFinding(warnings, type.finding, number, type.outOfRange);
+      AppendNoteWarning(warnings, type.finding, number, type.outOfRange);
     }
     const Presses* known = FindPresses(type, note.Duration);
     if (known == nullptr) {
-      AppendFinding(warnings, type.finding, number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, type.finding, number, u8" no tiene una duración válida"_w);
     } else {
       memory.note = known->note;
     }

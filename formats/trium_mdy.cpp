@@ -8,8 +8,8 @@
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/findings.h"
 #include "formats/note_length.h"
+#include "formats/note_warning.h"
 #include "formats/pitch.h"
 
 namespace tonadex::formats {
@@ -88,7 +88,7 @@ std::string TriumMdyText(core::RTTTLMelody& melody, std::string& warnings) {
     const double duration = core::ToNumber(note.Duration);
     const bool known = IsPhoneDuration(duration);
     if (!known) {
-      AppendFinding(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
     }
     const bool named = HasName(note);
     if (!named && !reported) {

@@ -7,13 +7,17 @@
 #include "core/runtime_error.h"
 #include "files/paths.h"
 #include "files/write.h"
-#include "formats/number_helpers.h"
 #include "formats/pitch.h"
+#include "formats/shift_right.h"
 
 namespace tonadex::midi {
 namespace {
 
 constexpr std::int32_t kTempoMicroseconds = 5000000;  // per quarter note
+constexpr int kNoteOn = 0x90;
+constexpr int kNoteOff = 0x80;
+constexpr int kControlChange = 0xB0;
+constexpr int kProgramChange = 0xC0;
 constexpr int kChannel = 0;
 constexpr int kOnVelocity = 100;
 constexpr int kOffVelocity = 0;
@@ -150,7 +154,7 @@ std::string LongToBytes(std::int32_t value) {
 }
 
 std::string WordToBytes(std::int32_t value) {
-  const int word = formats::LowWord(value);
+  const int word = value & 0xFFFF;
   return {ToByte(formats::ShiftRight(word, 8)), ToByte(word & 0xFF)};
 }
 

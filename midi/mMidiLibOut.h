@@ -21,11 +21,6 @@ inline constexpr std::int16_t kMidiWritten = 0;
 inline constexpr std::int16_t kMidiFailed = -1;
 inline constexpr std::int16_t kPauseNumber = -1;  // "note number" of a pause
 
-inline constexpr int kNoteOn = 0x90;
-inline constexpr int kNoteOff = 0x80;
-inline constexpr int kControlChange = 0xB0;
-inline constexpr int kProgramChange = 0xC0;
-
 // Writes a parsed melody (Credits, TrackName, Instrument, Beats, Notes) to the path that FileName
 // names, as files::WriteBytes does. kMidiWritten or, after any failure, kMidiFailed, without a
 // message. Pauses at the end are lost.

@@ -5,9 +5,14 @@
 #include <string>
 #include <string_view>
 
-#include "nokia3210/mod_nok.h"
-
 namespace tonadex::nokia3210 {
+
+// Duration and octave of a melody built from converted notes, as its header states them: a note
+// that has the same leaves them out. A note typed without a duration takes this one.
+struct Defaults {
+  std::string Duration = "4";
+  std::string Octave = "5";
+};
 
 // The two ways to write notes.
 enum class NoteKind : std::int16_t {

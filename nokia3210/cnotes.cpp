@@ -8,6 +8,7 @@
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "nokia3210/phone_tables.h"
 
 namespace tonadex::nokia3210 {
 namespace {
@@ -16,6 +17,7 @@ using namespace core::literals;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kConvertSource = "CNokia.Convert";
 constexpr std::string_view kHold = "(hold ";
 constexpr std::string_view kTempo = "tempo=";
 

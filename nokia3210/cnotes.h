@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "nokia3210/cnote.h"
+#include "nokia3210/error_log.h"
 
 namespace tonadex::nokia3210 {
 

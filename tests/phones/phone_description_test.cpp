@@ -1,4 +1,4 @@
-#include "phones/phone_words.h"
+#include "phones/phone_description.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 namespace tonadex::phones {
 namespace {
 
-TEST(PhoneWords, NameThePhoneAndWhatItGets) {
+TEST(PhoneDescription, NameThePhoneAndWhatItGets) {
   for (const test::Row& row : test::Table("Words")) {
     EXPECT_EQ(core::ToUtf8(PhoneName(row[0])), row[1]);
     EXPECT_EQ(core::ToUtf8(PhoneGets(row[0])), row[2]);

@@ -1,4 +1,4 @@
-#include "phones/phone_words.h"
+#include "phones/phone_description.h"
 
 #include <array>
 
