@@ -16,8 +16,8 @@ constexpr bool IsUpper(unsigned code) {
   return (code >= 'A' && code <= 'Z') || (code >= 0xC0 && code <= 0xDE && code != 0xD7);
 }
 
-// Lower-case byte of each byte: the Latin letters are 0x20 apart; S, Z caron, OE and Y diaeresis
-// lie in the rows 0x80 and 0x90.
+// The lower-case byte of each byte: the Latin letters are 0x20 apart, but S and Z with caron, OE
+// and Y with diaeresis are at 0x80 to 0x9F.
 constexpr auto kLower = [] {
   std::array<char, 256> table{};
   for (unsigned code = 0; code < 256; ++code) {

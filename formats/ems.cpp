@@ -19,11 +19,11 @@ constexpr double kHighestOctave = 8;
 constexpr int kOctaveSpan = 3;         // iMelody octaves above the base
 constexpr int kLowestIMelody = 4;      // needs no octave mark
 constexpr std::size_t kLineSize = 75;  // longest iMelody line
-constexpr std::size_t kNoteSize = 7;   // longest note, "*5#d2." and one more
+constexpr std::size_t kNoteSize = 7;   // longest note, "*5#d2.", and one to spare
 
 constexpr std::string_view kFinding = "ERROR: La nota # ";
 constexpr std::string_view kBadDuration = u8" no tiene una duración válida"_w;
-constexpr std::string_view kBadDigit = " no tiene una duracion valida.";  // no accents, as ever
+constexpr std::string_view kBadDigit = " no tiene una duracion valida.";  // without accents
 
 struct Length {
   std::string_view duration;
@@ -66,7 +66,7 @@ void AppendIMelodyNote(const core::RTTTLNote& note, double octave, std::int16_t 
   text += digit;
 }
 
-// The melody line with its folds, without the last line end.
+// The folded melody line, without the last line end.
 std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
                          std::int16_t baseOctave) {
   std::string text = "MELODY:";

@@ -16,9 +16,9 @@ namespace {
 
 using namespace core::literals;
 
-// The layout in one place, so that what a phone corrects is one line.
-constexpr int kLowestOctave = 4;  // the format has no lower one
-constexpr int kLowestNote = 1;    // its c
+// All layout constants, so that a correction from a test on a real phone changes one line.
+constexpr int kLowestOctave = 4;  // lowest of the format
+constexpr int kLowestNote = 1;    // the c of that octave
 constexpr unsigned char kNoteKind = 4;
 constexpr unsigned char kPauseKind = 0;
 constexpr std::int64_t kMaxEntryMs = 0xFFFF;
@@ -63,7 +63,7 @@ bool LiesTooLow(const core::RTTTLMelody& melody) {
   return false;
 }
 
-// One entry per run of equal notes or pauses, of any length.
+// One entry for each run of equal notes or of pauses; its duration is not limited yet.
 std::vector<Entry> MergedEntries(const core::RTTTLMelody& melody, std::string& warnings) {
   std::vector<Entry> entries;
   std::size_t number = 0;

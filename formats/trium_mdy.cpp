@@ -17,9 +17,9 @@ namespace {
 
 using namespace core::literals;
 
-constexpr double kFirstHighOctave = 6;  // written in upper case from here on
+constexpr double kFirstHighOctave = 6;  // this octave and higher are written in upper case
 
-// German names by semitone; the range that the message names is c to H.
+// German names by semitone.
 constexpr std::array<std::string_view, kSemitones> kNames = {"c",  "c#", "d",  "d#", "e",  "f",
                                                              "f#", "g",  "g#", "a",  "a#", "h"};
 
@@ -28,7 +28,7 @@ struct Length {
   std::string_view text;
 };
 
-// Shortest first: of two that are equally near the shorter is taken.
+// Shortest first, so that of two equally near lengths the shorter is taken.
 constexpr std::array kLengths = std::to_array<Length>({
     {75, "32"},
     {112.5, "32."},
@@ -55,7 +55,7 @@ bool HasName(const core::RTTTLNote& note) {
   return core::IsPause(note) || Semitone(note.Note).has_value();
 }
 
-// "p" for a pause. The note must have a name.
+// "p" for a pause. HasName(note) must be true.
 std::string NoteName(const core::RTTTLNote& note) {
   if (core::IsPause(note)) {
     return "p";

@@ -24,7 +24,7 @@ constexpr int kOffVelocity = 0;
 constexpr int kVolumeController = 7;
 constexpr int kFullVolume = 127;
 
-// Meta events, ready but for their length and content.
+// Meta events: delta time, status and type.
 constexpr std::string_view kMetaCredits("\x00\xFF\x02", 3);
 constexpr std::string_view kMetaTrackName("\x00\xFF\x03", 3);
 constexpr std::string_view kMetaTempo("\x00\xFF\x51\x03", 4);
@@ -46,7 +46,7 @@ char ToByte(std::int32_t value) {
   return static_cast<char>(value);
 }
 
-// A longer text than its length byte can tell is refused by ToByte.
+// The length is one byte: ToByte throws for a text over 255 bytes.
 std::string TextEvent(std::string_view event, std::string_view text) {
   std::string bytes(event);
   bytes += ToByte(static_cast<std::int32_t>(std::min<std::size_t>(text.size(), 256)));

@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t kUsualMode = 0666;  // less the umask
+constexpr mode_t kUsualMode = 0666;  // before the umask
 constexpr mode_t kOwnerMode = 0600;
 
 std::error_code LastError() {
@@ -23,7 +23,8 @@ int Number(std::intptr_t handle) {
   return static_cast<int>(handle);
 }
 
-// A new name is on the disk once its folder is. Not every file system can tell: no failure.
+// A new name is on the disk once its folder is. File systems that cannot sync a folder are no
+// failure.
 bool SyncFolder(const fs::path& folder) {
   const File opened(
       ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -99,7 +100,8 @@ bool MoveReplacing(const fs::path& from, const fs::path& to, bool wait) {
   return true;
 }
 
-// A hard link never replaces; renaming does. On file systems without links a look has to do.
+// link() never replaces a file, rename() does. Where the file system has no hard links, lstat()
+// and rename() have to do, with a gap between them.
 bool MoveToNewName(const fs::path& from, const fs::path& to, bool wait, std::error_code& failure) {
   if (::link(from.c_str(), to.c_str()) != 0) {
     failure = LastError();

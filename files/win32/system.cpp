@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr DWORD kMostBytes = 1u << 30;  // one call reads or writes
+constexpr DWORD kMostBytes = 1u << 30;  // per ReadFile or WriteFile call
 
 HANDLE Handle(std::intptr_t handle) {
   return reinterpret_cast<HANDLE>(handle);
@@ -29,7 +29,7 @@ DWORD Count(std::size_t size) {
 }
 
 bool Move(const fs::path& from, const fs::path& to, DWORD how, std::error_code& failure) {
-  SetFileAttributesW(from.c_str(), FILE_ATTRIBUTE_NORMAL);  // it was hidden so far
+  SetFileAttributesW(from.c_str(), FILE_ATTRIBUTE_NORMAL);  // the temporary file is hidden
   if (MoveFileExW(from.c_str(), to.c_str(), how) != 0) {
     return true;
   }
@@ -74,8 +74,8 @@ File OpenRegular(const fs::path& file) {
   return opened && GetFileType(handle) == FILE_TYPE_DISK ? std::move(opened) : File();
 }
 
-// Sharing for reading and writing lets others write through the path, and keeps them from deleting
-// it. The folder says who may read it, the user's own folders nobody else.
+// Sharing without FILE_SHARE_DELETE lets other code write through the path but keeps the file from
+// being deleted. Who may read it follows from the folder: a user's own folders admit nobody else.
 File CreateLocked(const fs::path& file, bool /*ownerOnly*/, std::error_code& failure) {
   File opened = Opened(CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                    nullptr, CREATE_NEW, FILE_ATTRIBUTE_HIDDEN, nullptr));
