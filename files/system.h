@@ -11,6 +11,13 @@
 // The operating system calls of this folder; not used outside it.
 namespace tonadex::files::system {
 
+// Serves to compare two looks at one file.
+struct FileStatus {
+  std::uintmax_t size = 0;    // bytes
+  std::int64_t modified = 0;  // a time stamp in the system's own units
+  bool operator==(const FileStatus&) const = default;
+};
+
 // An open file, closed at the end of the scope.
 class File {
  public:
@@ -26,6 +33,7 @@ class File {
   explicit operator bool() const { return handle_ != kNone; }
   // The number of bytes read, 0 at the end of the file; nullopt after an error.
   std::optional<std::size_t> Read(char* target, std::size_t size) const;
+  std::optional<FileStatus> Status() const;
   bool Write(std::string_view bytes) const;
   // Waits until the content is on the disk.
   bool Sync() const;
@@ -37,8 +45,10 @@ class File {
   std::intptr_t handle_ = kNone;
 };
 
+enum class Links { kFollow, kRefuse };
+
 // Opens a regular file for reading; never blocks, and fails for anything but a regular file.
-File OpenRegular(const std::filesystem::path& file);
+File OpenRegular(const std::filesystem::path& file, Links links);
 
 // Creates a new file for writing; fails when it exists. It is locked while it is open.
 File CreateLocked(const std::filesystem::path& file, bool ownerOnly, std::error_code& failure);

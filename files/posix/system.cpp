@@ -45,6 +45,16 @@ std::optional<std::size_t> File::Read(char* target, std::size_t size) const {
   }
 }
 
+std::optional<FileStatus> File::Status() const {
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  struct stat status = {};
+  if (::fstat(Number(handle_), &status) != 0 || !S_ISREG(status.st_mode)) {
+    return std::nullopt;
+  }
+  return FileStatus{static_cast<std::uintmax_t>(status.st_size),
+                    status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
+}
+
 bool File::Write(std::string_view bytes) const {
   while (!bytes.empty()) {
     const ssize_t written = ::write(Number(handle_), bytes.data(), bytes.size());
@@ -65,11 +75,10 @@ bool File::Close() {
   return handle == kNone || ::close(Number(handle)) == 0;
 }
 
-File OpenRegular(const fs::path& file) {
-  const int number = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  File opened(number);
-  struct stat status = {};
-  return ::fstat(number, &status) == 0 && S_ISREG(status.st_mode) ? std::move(opened) : File();
+File OpenRegular(const fs::path& file, Links links) {
+  File opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY |
+                                       (links == Links::kRefuse ? O_NOFOLLOW : 0)));
+  return opened.Status() ? std::move(opened) : File();
 }
 
 File CreateLocked(const fs::path& file, bool ownerOnly, std::error_code& failure) {

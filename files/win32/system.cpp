@@ -46,6 +46,17 @@ std::optional<std::size_t> File::Read(char* target, std::size_t size) const {
              : std::nullopt;
 }
 
+std::optional<FileStatus> File::Status() const {
+  BY_HANDLE_FILE_INFORMATION info = {};
+  if (GetFileType(Handle(handle_)) != FILE_TYPE_DISK ||
+      GetFileInformationByHandle(Handle(handle_), &info) == 0) {
+    return std::nullopt;
+  }
+  return FileStatus{
+      std::uintmax_t{info.nFileSizeHigh} << 32 | info.nFileSizeLow,
+      std::int64_t{info.ftLastWriteTime.dwHighDateTime} << 32 | info.ftLastWriteTime.dwLowDateTime};
+}
+
 bool File::Write(std::string_view bytes) const {
   while (!bytes.empty()) {
     DWORD count = 0;
@@ -66,12 +77,15 @@ bool File::Close() {
   return handle == kNone || CloseHandle(Handle(handle)) != 0;
 }
 
-File OpenRegular(const fs::path& file) {
-  const HANDLE handle = CreateFileW(file.c_str(), GENERIC_READ,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  File opened = Opened(handle);
-  return opened && GetFileType(handle) == FILE_TYPE_DISK ? std::move(opened) : File();
+File OpenRegular(const fs::path& file, Links links) {
+  if (links == Links::kRefuse &&
+      (GetFileAttributesW(file.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+    return {};  // INVALID_FILE_ATTRIBUTES has this bit, too
+  }
+  File opened = Opened(CreateFileW(file.c_str(), GENERIC_READ,
+                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  return opened.Status() ? std::move(opened) : File();
 }
 
 // Sharing without FILE_SHARE_DELETE lets other code write through the path but keeps the file from
