@@ -91,16 +91,14 @@ std::string Undo(std::string_view text, Escapes escapes) {
   return plain;
 }
 
-Reply OwnedReply(std::string body) {
-  Reply reply;
-  reply.body = {std::make_shared<const std::string>(std::move(body))};
-  return reply;
+Reply OwnedReply(std::string body, int maxAgeSeconds = 0) {
+  return {.body = {std::make_shared<const std::string>(std::move(body))},
+          .maxAgeSeconds = maxAgeSeconds};
 }
 
 Reply PageReply(std::string utf8) {
-  Reply reply = OwnedReply(std::move(utf8));
+  Reply reply = OwnedReply(std::move(utf8), kPageMaxAgeSeconds);
   reply.contentType = kHtmlType;
-  reply.maxAgeSeconds = kPageMaxAgeSeconds;
   return reply;
 }
 
@@ -115,16 +113,6 @@ Reply AnswerSearch(const Request& request, std::string_view query, Shelf& shelf)
   return request.abandoned && request.abandoned()
              ? TextReply(503, u8"La búsqueda se ha interrumpido."_w)
              : OwnedReply(std::move(listing));
-}
-
-Reply AnswerRandom(const Request& request, std::string_view, Shelf& shelf) {
-  return OwnedReply(shelf.Random(request.random));
-}
-
-Reply AnswerFullListing(const Request&, std::string_view, Shelf& shelf) {
-  Reply reply;
-  reply.body = shelf.FullListing();
-  return reply;
 }
 
 struct UploadReply {
@@ -159,28 +147,26 @@ Reply AnswerUpload(const Request& request, std::string_view query, Shelf& shelf)
   return TextReply(400, answer.fault);
 }
 
-Reply AnswerBanner(const Request&, std::string_view, Shelf& shelf) {
-  return PageReply(BannerPage(shelf));
-}
-
-Reply AnswerInternetPage(const Request&, std::string_view, Shelf& shelf) {
-  return PageReply(InternetPage(shelf));
-}
-
-Reply AnswerStartPage(const Request&, std::string_view query, Shelf& shelf) {
-  return PageReply(StartPage(shelf, UndoEscapes(RestAfter(query, net::kVersionKey))));
-}
-
 struct Endpoint {
   std::string_view path;
   Reply (*answer)(const Request& request, std::string_view query, Shelf& shelf);
 };
 
 constexpr Endpoint kEndpoints[] = {
-    {net::kSearchPath, AnswerSearch},           {net::kRandomPath, AnswerRandom},
-    {net::kFullListingPath, AnswerFullListing}, {net::kUploadPath, AnswerUpload},
-    {net::kBannerPath, AnswerBanner},           {net::kInternetPagePath, AnswerInternetPage},
-    {net::kStartPagePath, AnswerStartPage},
+    {net::kSearchPath, AnswerSearch},
+    {net::kUploadPath, AnswerUpload},
+    {net::kRandomPath, [](const Request& request, std::string_view,
+                          Shelf& shelf) { return OwnedReply(shelf.Random(request.random)); }},
+    {net::kFullListingPath, [](const Request&, std::string_view,
+                               Shelf& shelf) { return Reply{.body = shelf.FullListing()}; }},
+    {net::kBannerPath,
+     [](const Request&, std::string_view, Shelf& shelf) { return PageReply(BannerPage(shelf)); }},
+    {net::kInternetPagePath,
+     [](const Request&, std::string_view, Shelf& shelf) { return PageReply(InternetPage(shelf)); }},
+    {net::kStartPagePath,
+     [](const Request&, std::string_view query, Shelf& shelf) {
+       return PageReply(StartPage(shelf, UndoEscapes(RestAfter(query, net::kVersionKey))));
+     }},
 };
 
 Reply AnswerMelody(std::string_view escapedName, const Shelf& shelf) {
@@ -190,12 +176,8 @@ Reply AnswerMelody(std::string_view escapedName, const Shelf& shelf) {
       melody = shelf.Melody(Undo(escapedName, escapes));
     }
   }
-  if (!melody) {
-    return TextReply(404, u8"No hay ninguna melodía con ese nombre."_w);
-  }
-  Reply reply = OwnedReply(std::move(*melody));
-  reply.maxAgeSeconds = kMelodyMaxAgeSeconds;
-  return reply;
+  return melody ? OwnedReply(std::move(*melody), kMelodyMaxAgeSeconds)
+                : TextReply(404, u8"No hay ninguna melodía con ese nombre."_w);
 }
 
 }  // namespace

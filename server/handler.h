@@ -26,8 +26,8 @@ inline constexpr std::string_view kHtmlType = "text/html; charset=utf-8";
 struct Reply {
   int status = 200;
   std::string_view contentType = kTextType;
-  std::vector<SharedText> body;  // one text or more, sent one behind the other
-  int maxAgeSeconds = 0;         // how long a cache may keep it
+  std::vector<SharedText> body = {};  // one text or more, sent one behind the other
+  int maxAgeSeconds = 0;              // how long a cache may keep it
 };
 
 Reply TextReply(int status, std::string_view text);

@@ -214,6 +214,9 @@ std::vector<std::uint32_t> SearchIndex::Search(std::string_view text, std::size_
   const std::string folded = Fold(text.substr(0, kMaxSearchBytes));
   const Query query = MakeQuery(folded);
   std::vector<std::uint32_t> found;
+  if (!query.grams.empty() && counts_[query.grams.front()] == 0) {
+    return found;  // no name holds the rarest one
+  }
   for (std::size_t b = blocks_.size(); b-- > 0 && found.size() < limit;) {
     if (b % kBlocksBetweenQuestions == 0 && abandoned && abandoned()) {
       break;
