@@ -166,7 +166,7 @@ void EmbeddedServer::State::Watch() {
     try {
       hosting = TryHost(wantedPort);
     } catch (const std::exception&) {
-      lock.reset();  // another program may be luckier; we look again later
+      lock.reset();  // so that another program can try; this one tries again later
     }
     guard.lock();
     if (hosting) {

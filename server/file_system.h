@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <memory>
 
-// What the server asks of the system's files beyond the standard library.
+// What the server asks of the system beyond reading and writing files.
 namespace tonadex::server {
 
 // Puts on the disk what was written to the folder; on Windows the system does so within seconds.

@@ -1,7 +1,6 @@
 #include "server/handler.h"
 
-#include <array>
-#include <optional>
+#include <algorithm>
 #include <utility>
 
 #include "core/text.h"
@@ -38,7 +37,7 @@ Target SplitTarget(std::string_view target) {
   return {target.substr(0, mark), mark == target.npos ? "" : target.substr(mark + 1)};
 }
 
-// What stands behind "key=", up to the end of the query: values go out as typed, "&" included.
+// The value of `key` up to the end of the query: values are sent as typed, "&" included.
 std::string_view RestAfter(std::string_view query, std::string_view key) {
   for (std::size_t at = 0; at < query.size();) {
     const std::string_view rest = query.substr(at);
@@ -170,14 +169,12 @@ constexpr Endpoint kEndpoints[] = {
 };
 
 Reply AnswerMelody(std::string_view escapedName, const Shelf& shelf) {
-  std::optional<std::string> melody;
   for (const Escapes escapes : kReadings) {
-    if (!melody) {
-      melody = shelf.Melody(Undo(escapedName, escapes));
+    if (auto melody = shelf.Melody(Undo(escapedName, escapes))) {
+      return OwnedReply(*std::move(melody), kMelodyMaxAgeSeconds);
     }
   }
-  return melody ? OwnedReply(std::move(*melody), kMelodyMaxAgeSeconds)
-                : TextReply(404, u8"No hay ninguna melodía con ese nombre."_w);
+  return TextReply(404, u8"No hay ninguna melodía con ese nombre."_w);
 }
 
 }  // namespace

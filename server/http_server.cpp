@@ -52,7 +52,7 @@ using ErrorCode = boost::system::error_code;
 constexpr std::size_t kReadBytes = std::size_t{8} << 10;
 constexpr int kMinThreads = 4;  // an upload waits for the disk in its thread
 
-// A request as far as the socket loop understands it.
+// What the socket loop needs of a request.
 struct Parsed {
   int refusal = 0;  // status of the reply when the request is not to be handled, else 0
   bool head = false;
@@ -101,7 +101,7 @@ std::string_view Field(const Fields& request, Name name) {
   return {value.data(), value.size()};
 }
 
-// The last line of the field: the one that our own proxy wrote.
+// The last line of the field, which the proxy in front of this server wrote.
 std::string_view LastForwardedFor(const Fields& request) {
   std::string_view last;
   const auto [begin, end] = request.equal_range("X-Forwarded-For");
@@ -118,8 +118,8 @@ bool IsLoopbackHost(std::string_view host) {
   return name == "localhost" || (!error && address.is_loopback());
 }
 
-// A page elsewhere can make a browser send requests to this machine, also under a host name of its
-// own that leads here. Browsers tell so in these fields; programs send neither of the last two.
+// A foreign web page can make a browser send requests to this machine, also through a host name
+// that resolves to it. Browsers report that in these fields; programs send neither of the last two.
 bool IsForeign(const Fields& request) {
   const std::string_view host = Field(request, http::field::host);
   const std::string_view origin = Field(request, http::field::origin);
@@ -225,7 +225,7 @@ std::string ClientOf(const asio::ip::address& address) {
   return asio::ip::address_v6(bytes).to_string();
 }
 
-// The last address of the field: the one that our own proxy wrote; those before it are hearsay.
+// The last address of the field, which the proxy wrote; those before it are the client's claims.
 std::optional<asio::ip::address> LastForwarded(std::string_view field) {
   const std::size_t comma = field.rfind(',');
   const std::string_view last = core::Trim(field.substr(comma == field.npos ? 0 : comma + 1));

@@ -39,7 +39,7 @@ std::array<char, 256> MakeFoldTable() {
 }
 
 // Calls `use` with a number for each byte, each two and each three neighbours. Of two the lower
-// five bits count: they tell letters apart, and keep the numbers few. Three share their numbers
+// five bits count: they distinguish letters, and keep the numbers few. Three share their numbers
 // with others.
 template <typename Use>
 void ForEachGram(std::string_view text, Use use) {
@@ -125,7 +125,7 @@ struct SearchIndex::Block {
   std::string_view Name(std::size_t line) const { return Line(names, nameEnds, line); }
   std::string_view RecordAt(std::size_t line) const { return Line(*records, recordEnds, line); }
 
-  std::string names;  // folded, one behind the other
+  std::string names;  // folded, concatenated
   std::vector<std::uint32_t> nameEnds;
   std::shared_ptr<std::string> records = std::make_shared<std::string>();
   std::vector<std::uint32_t> recordEnds;

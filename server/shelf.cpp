@@ -75,7 +75,7 @@ bool HoldsMelodies(const fs::path& folder) {
   });
 }
 
-// What interrupted uploads left behind. Nobody else may write to the folder meanwhile.
+// Removes the files of interrupted uploads. Nobody else may write to the folder meanwhile.
 void RemoveUnfinished(const fs::path& folder) {
   files::RemoveTemporaryFiles(folder);
   std::vector<fs::path> old;

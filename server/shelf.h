@@ -50,7 +50,7 @@ class Shelf {
   // Records of the newest melodies, newest first.
   std::vector<std::string> Newest(std::size_t count) const;
 
-  // A melody's bytes; none when there is no such melody or the name is none.
+  // A melody's bytes; empty when there is no such melody or the name is invalid.
   std::optional<std::string> Melody(std::string_view fileName) const;
 
   // Checks and stores a melody. After kStored nothing can lose it; nothing is ever overwritten.
