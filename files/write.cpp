@@ -34,8 +34,11 @@ std::string TemporaryName() {
 }
 
 bool IsTemporaryName(const fs::path& path) {
+  if (path.native().size() != kPrefix.size() + kDigits) {
+    return false;  // spares the conversion in folders of many files
+  }
   const std::string name = TextFromPath(path);
-  return name.size() == kPrefix.size() + kDigits && name.starts_with(kPrefix) &&
+  return name.starts_with(kPrefix) &&
          name.find_first_not_of(kHexDigits, kPrefix.size()) == std::string::npos;
 }
 

@@ -78,9 +78,10 @@ bool HoldsMelodies(const fs::path& folder) {
 // Removes the files of interrupted uploads. Nobody else may write to the folder meanwhile.
 void RemoveUnfinished(const fs::path& folder) {
   files::RemoveTemporaryFiles(folder);
+  const fs::path prefix = kOldTemporaryPrefix;
   std::vector<fs::path> old;
   for (const auto& entry : fs::directory_iterator(folder)) {
-    if (files::TextFromPath(entry.path().filename()).starts_with(kOldTemporaryPrefix)) {
+    if (entry.path().filename().native().starts_with(prefix.native())) {
       old.push_back(entry.path());
     }
   }
