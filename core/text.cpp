@@ -43,6 +43,20 @@ constexpr auto kUpper = [] {
   return table;
 }();
 
+// Accented letters, in lower case, and the letters below them.
+constexpr std::string_view kAccented = u8"áàâäãåçéèêëíìîïñóòôöõøúùûüýÿšž"_w;
+constexpr std::string_view kPlain = "aaaaaaceeeeiiiinoooooouuuuyysz";
+static_assert(kAccented.size() == kPlain.size());
+
+constexpr auto kFolded = [] {
+  std::array<char, 256> table = kLower;
+  for (char& c : table) {
+    const std::size_t at = kAccented.find(c);
+    c = at == kAccented.npos ? c : kPlain[at];
+  }
+  return table;
+}();
+
 [[noreturn]] void ThrowInvalidLength() {
   throw RunTimeError(ErrorNumber::kInvalidArgument,
                      std::string(u8"longitud o posición de texto no válida"_w));
@@ -69,6 +83,9 @@ std::string ToLower(std::string_view text) {
 }
 std::string ToUpper(std::string_view text) {
   return Mapped(text, kUpper);
+}
+std::string Fold(std::string_view text) {
+  return Mapped(text, kFolded);
 }
 
 std::string_view Left(std::string_view text, std::ptrdiff_t count) {

@@ -27,6 +27,8 @@ char ToLower(char c);
 char ToUpper(char c);
 std::string ToLower(std::string_view text);
 std::string ToUpper(std::string_view text);
+// Lower case without accents, one byte for each: what names are compared by.
+std::string Fold(std::string_view text);
 
 // The first `count` characters, all of a shorter text. A negative count is an invalid argument.
 std::string_view Left(std::string_view text, std::ptrdiff_t count);
