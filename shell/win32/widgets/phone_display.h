@@ -6,13 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "shell/win32/display_layout.h"
+#include "app/display_layout.h"
+#include "app/look.h"
 #include "shell/win32/theme.h"
 
 namespace tonadex::shell {
 
-// The result on a phone's display: read and copied, never typed into. The arrow keys mark group
-// after group.
+// The result on a phone's display: read and copied, never typed into. The group under the pointer,
+// or reached with the keys, is marked.
 class PhoneDisplay {
  public:
   PhoneDisplay(HWND parent, int id, const Theme& theme);
@@ -24,27 +25,29 @@ class PhoneDisplay {
   void SetInvitation(const std::string& invitation);
   // Device-independent, kSmallestType to kLargestType.
   void SetPixelSize(int pixels);
-  int PixelSize() const { return pixels_; }
+  int PixelSize() const { return display_.PixelSize(); }
+  // What the user chose, 0 while the text has the size that fits.
+  int ChosenPixelSize() const { return display_.ChosenPixelSize(); }
   void ThemeChanged();
   // The result itself, as "Copiar" gives it.
-  const std::string& Text() const { return result_; }
+  const std::string& Text() const { return display_.result(); }
 
  private:
-  std::optional<LRESULT> Handle(UINT message, WPARAM wide);
+  std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
+  app::TypeMeasure MeasureType(int pixels) const;
   void LayOut();
-  std::size_t Columns() const;
-  std::string Source() const;
-  void MarkGroup(int step);
+  void Draw();
+  std::string Source(const app::DisplayText& shown) const;
+  bool MoveMark(WPARAM key);
+  void Mark(int group);
+  void MarkAt(POINT place);
+  void PaintMark() const;
   void CopySelection() const;
 
   HWND window_;
   const Theme& theme_;
-  int pixels_ = 20;
-  std::string result_, invitation_;
-  std::vector<app::ResultGroup> groups_;
-  bool counted_ = false;
-  std::size_t columns_ = 0;  // of the present layout
-  DisplayText shown_;
+  app::ResultDisplay display_;
+  std::string invitation_;
 };
 
 }  // namespace tonadex::shell
