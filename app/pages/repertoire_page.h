@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "app/display_layout.h"
-#include "app/melody_drawing.h"
+#include "app/melody_notes.h"
 #include "app/pages/page.h"
 
 namespace tonadex::app {
