@@ -163,7 +163,7 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
       return DrawComboBox(bound.window, control);
     case Look::kDisplay:
       bound.display->SetInvitation(control.invitation);
-      if (control.value != 0) {
+      if (control.value != 0 && control.value != bound.display->PixelSize()) {
         bound.display->SetPixelSize(control.value);
       }
       return bound.display->SetResult(control.text, form.ResultGroupsShown(),
@@ -294,6 +294,8 @@ void Binding::CopyIn() {
       control.cursor = end;
     } else if (look == Look::kComboBox) {
       control.SetText(std::string(control.text));
+    } else if (look == Look::kDisplay) {
+      control.value = bound.display->ChosenPixelSize();
     } else if (look == Look::kSlider) {
       control.value = static_cast<int>(SendMessageW(bound.window, TBM_GETPOS, 0, 0));
     } else if (bound.list != nullptr && bound.list->Selected() != control.listIndex) {

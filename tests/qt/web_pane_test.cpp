@@ -93,7 +93,7 @@ struct Leaving {
   bool click;
 };
 void PrintTo(const Leaving& leaving, std::ostream* out) {
-  *out << leaving.name;
+  *out << leaving.what;
 }
 
 class BannerTest : public testing::TestWithParam<Leaving> {};

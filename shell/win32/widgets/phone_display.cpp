@@ -77,7 +77,7 @@ app::TypeMeasure PhoneDisplay::MeasureType(int pixels) const {
   constexpr int kSample = 50;
   const std::wstring sample(kSample, L'0');
   return {std::max(1, TextWidth(font.get(), sample)) / double{kSample},
-          kLineSpacing * TextHeight(font.get(), L"0", theme_.Px(100))};
+          kLineSpacing * TextSize(font.get(), L"0", kAnyWidth).cy};
 }
 
 void PhoneDisplay::LayOut() {
