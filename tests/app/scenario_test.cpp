@@ -144,7 +144,9 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
   }
   void Type(const Row& row) { Named(row[0]).text = core::FromUtf8(row[1]); }
   void Select(const Row& row) { Named(row[0]).Select(std::stoi(row[1])); }
-  void File(const Row& row) { test.folder.Write(row[0], core::FromUtf8(row[1])); }
+  void File(const Row& row) {
+    test.folder.Write(files::PathFromText(core::FromUtf8(row[0])), core::FromUtf8(row[1]));
+  }
   void Gone(const Row& row) { std::filesystem::remove_all(test.folder / row[0]); }
   void Holds(const Row& row) { EXPECT_EQ(core::ToUtf8(test.folder.Read(row[0])), row[1]); }
   void Is(const Row& row) { EXPECT_EQ(core::ToUtf8(Value(row[0])), row[1]); }
