@@ -3,6 +3,11 @@
 #include <utility>
 
 namespace tonadex::app {
+namespace {
+
+constexpr std::string_view kNothingChosen = "0";  // the saved phone before any choice
+
+}  // namespace
 
 std::string_view Control::SelectedText() const {
   return listIndex < 0 || std::cmp_greater_equal(listIndex, rows.size())
@@ -14,6 +19,10 @@ std::int32_t Control::SelectedData() const {
   return listIndex < 0 || std::cmp_greater_equal(listIndex, rows.size())
              ? 0
              : rows[static_cast<std::size_t>(listIndex)].itemData;
+}
+
+std::string_view Control::LooseText() const {
+  return listIndex < 0 && text != kNothingChosen ? std::string_view(text) : std::string_view();
 }
 
 void Control::Clear() {

@@ -58,6 +58,8 @@ struct Control {
   std::string_view SelectedText() const;
   // The selected row's item data, 0 when none is selected.
   std::int32_t SelectedData() const;
+  // Of a list, the text that no row holds and that is shown as one more row; "" for none.
+  std::string_view LooseText() const;
   // Drops rows, selection and, as the combo boxes do, the text.
   void Clear();
   void AddRow(std::string_view rowText, std::int32_t itemData = 0, bool hint = false);

@@ -38,6 +38,10 @@ void SystemServices::Beep() {
 }
 
 void SystemServices::CopyText(std::string_view text) {
+  PutOnClipboard(text);
+}
+
+void PutOnClipboard(std::string_view text) {
   const std::wstring wide = ToWideLines(text);
   const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
   if (OpenClipboard(GetActiveWindow()) == 0) {

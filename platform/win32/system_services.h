@@ -39,6 +39,9 @@ class SystemServices : public app::ShellServices {
   std::filesystem::path folder_;
 };
 
+// A text of Windows-1252.
+void PutOnClipboard(std::string_view text);
+
 // Paints what waits to be painted. What the user types and clicks meanwhile is shown to `dropped`
 // (may be empty) and lost, and no timer ticks: no handler starts while another runs.
 void PumpPaint(const std::function<void(const MSG&)>& dropped = {});

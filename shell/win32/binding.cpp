@@ -1,12 +1,15 @@
 #include "shell/win32/binding.h"
 
-#include <algorithm>
-#include <array>
+#include <commctrl.h>
+#include <windowsx.h>
 
-#include "app/control_pictures.h"
+#include <algorithm>
+
 #include "platform/win32/wide_text.h"
 #include "shell/win32/hook.h"
+#include "shell/win32/icons.h"
 #include "shell/win32/messages.h"
+#include "shell/win32/widgets/busy_line.h"
 #include "shell/win32/widgets/button.h"
 #include "shell/win32/window_text.h"
 
@@ -19,11 +22,6 @@ using app::Event;
 using app::Look;
 
 // ---- How a control looks ------------------------------------------------------------------------
-
-HWND MakeWindow(const wchar_t* kind, DWORD style, HWND parent, int id) {
-  return CreateWindowExW(0, kind, L"", WS_CHILD | style, 0, 0, 1, 1, parent,
-                         reinterpret_cast<HMENU>(LONG_PTR{id}), GetModuleHandleW(nullptr), nullptr);
-}
 
 // A bar at the side of several lines only while they do not fit.
 void KeepScrollBarInNeed(HWND edit) {
@@ -51,7 +49,7 @@ HWND MakeEdit(Look look, HWND parent, int id) {
   const bool lines = look == Look::kArea || look == Look::kNotices;
   DWORD style = WS_TABSTOP | (reading ? ES_READONLY : 0U);
   style |= lines ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : ES_AUTOHSCROLL;
-  const HWND edit = MakeWindow(L"EDIT", style, parent, id);
+  const HWND edit = MakeChild(L"EDIT", style, parent, id);
   SendMessageW(edit, EM_SETLIMITTEXT, 0, 0);  // as much as there is memory for
   if (lines) {
     KeepScrollBarInNeed(edit);
@@ -74,17 +72,32 @@ void RepaintFrameWithFocus(HWND field, HWND parent) {
   });
 }
 
-bool HasFrame(Look look) {
-  return look == Look::kLine || look == Look::kReading || look == Look::kArea ||
-         look == Look::kNotices || look == Look::kList || look == Look::kDisplay;
+HWND MakeLabel(const ControlInfo& info, HWND parent, int id) {
+  const DWORD style =
+      (info.right ? SS_RIGHT : SS_LEFT) | (info.field == nullptr ? SS_NOPREFIX : 0U);
+  return MakeChild(L"STATIC", style, parent, id);
 }
 
-HWND MakeBoundButton(const ControlInfo& info, HWND parent, int id) {
-  const app::ControlPicture* picture = app::FindPicture(info.name);
-  const ButtonLook look = app::IsNavigation(info.member)           ? ButtonLook::kNavigation
-                          : picture != nullptr && picture->primary ? ButtonLook::kPrimary
-                                                                   : ButtonLook::kCommand;
-  return MakeButton(parent, id, look, picture != nullptr ? picture->icon : "");
+HWND MakePicture(const ControlInfo& info, HWND parent, int id, const Theme& theme) {
+  const HWND picture = MakeChild(L"STATIC", SS_OWNERDRAW, parent, id);
+  HookWindow(picture,
+             [icon = info.icon, &theme](HWND, UINT message, WPARAM,
+                                        LPARAM data) -> std::optional<LRESULT> {
+               if (message != kDrawYourself) {
+                 return std::nullopt;
+               }
+               const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(data);
+               FillRect(item.hDC, &item.rcItem, theme.cardBrush.get());
+               DrawIcon(item.hDC, icon, item.rcItem, theme.colours.text);
+               return TRUE;
+             });
+  return picture;
+}
+
+HWND MakeSlider(HWND parent, int id) {
+  const HWND slider = MakeChild(TRACKBAR_CLASSW, WS_TABSTOP | TBS_HORZ | TBS_NOTICKS, parent, id);
+  SendMessageW(slider, TBM_SETRANGE, TRUE, MAKELPARAM(kSmallestType, kLargestType));
+  return slider;
 }
 
 // ---- Drawing and reading back -------------------------------------------------------------------
@@ -107,8 +120,18 @@ void DrawComboBox(HWND box, const Control& control) {
   SetText(box, control.text);
 }
 
+// As one step that the user can undo.
+void DrawArea(HWND area, const Control& control) {
+  const std::wstring text = platform::ToWideLines(control.text);
+  if (WindowText(area) != text) {
+    SendMessageW(area, EM_SETSEL, 0, -1);
+    SendMessageW(area, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+    SendMessageW(area, EM_SETSEL, control.cursor, static_cast<LPARAM>(control.cursor));
+  }
+}
+
 void DrawTimer(BoundControl& bound, const Control& control, HWND parent) {
-  const auto id = static_cast<UINT_PTR>(bound.info - app::Controls().data()) + kFirstControlId;
+  const auto id = static_cast<UINT_PTR>(bound.Id());
   if (control.enabled && !bound.ticking) {
     SetTimer(parent, id, control.interval, nullptr);
   } else if (!control.enabled && bound.ticking) {
@@ -117,31 +140,39 @@ void DrawTimer(BoundControl& bound, const Control& control, HWND parent) {
   bound.ticking = control.enabled;
 }
 
-void DrawContent(BoundControl& bound, const Control& control) {
-  switch (bound.look) {
+void DrawContent(BoundControl& bound, const Control& control, const app::Form1& form) {
+  switch (bound.info->look) {
     case Look::kLabel:
+    case Look::kBusyLine:
+      return SetText(bound.window, control.caption);
     case Look::kNavigation:
+    case Look::kLink:
     case Look::kButton:
+    case Look::kPrimary:
       SetText(bound.window, control.caption);
-      break;
+      return SetChecked(bound.window, control.checked);
     case Look::kLine:
     case Look::kReading:
-    case Look::kArea:
     case Look::kNotices:
-      SetText(bound.window, control.text);
-      break;
+      return SetText(bound.window, control.text);
+    case Look::kArea:
+      return DrawArea(bound.window, control);
     case Look::kList:
-      bound.list->Draw(control);
-      break;
+      return bound.list->Draw(control);
     case Look::kComboBox:
-      DrawComboBox(bound.window, control);
-      break;
-    case Look::kDisplay:  // the window gives it the text with its groups
-    case Look::kPage:
-    case Look::kBanner:
-    case Look::kTimer:
-    case Look::kNone:
-      break;
+      return DrawComboBox(bound.window, control);
+    case Look::kDisplay:
+      bound.display->SetInvitation(control.invitation);
+      if (control.value != 0) {
+        bound.display->SetPixelSize(control.value);
+      }
+      return bound.display->SetResult(control.text, form.ResultGroupsShown(),
+                                      form.ResultIsKeyPresses());
+    case Look::kDrawing:
+      return bound.view->SetDrawing(form.*bound.info->drawing,
+                                    platform::ToWide(control.invitation));
+    default:
+      return;
   }
 }
 
@@ -156,33 +187,37 @@ void CopyText(HWND window, Control& control) {
 
 Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dispatch)
     : form_(form), parent_(parent), theme_(theme), dispatch_(std::move(dispatch)) {
-  int id = kFirstControlId;
   for (const ControlInfo& info : app::Controls()) {
-    bound_.push_back(Make(info, id++));
-    SetSpokenName(bound_.back().window, info.spoken);
-    if (HasFrame(bound_.back().look)) {
-      RepaintFrameWithFocus(bound_.back().window, parent_);
+    bound_.push_back(Make(info));
+    const HWND window = bound_.back().window;
+    if (info.look != Look::kDrawing) {  // which tells more
+      SetSpokenName(window, info.spoken);
+    }
+    if (window != nullptr && bound_.back().browser == nullptr) {
+      RepaintFrameWithFocus(window, parent_);
     }
   }
   ThemeChanged();
 }
 
-BoundControl Binding::Make(const ControlInfo& info, int id) {
-  BoundControl bound{&info, app::LookOf(info), nullptr, nullptr, nullptr, nullptr, false};
-  switch (bound.look) {
+BoundControl Binding::Make(const ControlInfo& info) {
+  BoundControl bound{&info, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, false};
+  const int id = bound.Id();
+  switch (info.look) {
     case Look::kLabel:
-      bound.window = MakeWindow(
-          L"STATIC", SS_LEFT | ((form_.*info.member).useMnemonic ? 0U : SS_NOPREFIX), parent_, id);
+      bound.window = MakeLabel(info, parent_, id);
       break;
     case Look::kNavigation:
+    case Look::kLink:
     case Look::kButton:
-      bound.window = MakeBoundButton(info, parent_, id);
+    case Look::kPrimary:
+      bound.window = MakeButton(parent_, id, info.look, info.icon, theme_);
       break;
     case Look::kLine:
     case Look::kReading:
     case Look::kArea:
     case Look::kNotices:
-      bound.window = MakeEdit(bound.look, parent_, id);
+      bound.window = MakeEdit(info.look, parent_, id);
       break;
     case Look::kDisplay:
       bound.display = std::make_unique<PhoneDisplay>(parent_, id, theme_);
@@ -193,22 +228,41 @@ BoundControl Binding::Make(const ControlInfo& info, int id) {
       bound.window = bound.list->window();
       break;
     case Look::kComboBox:
-      bound.window = MakeWindow(
+      bound.window = MakeChild(
           L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL, parent_, id);
       break;
     case Look::kPage:
     case Look::kBanner: {
-      const bool banner = bound.look == Look::kBanner;
+      using Links = platform::WebControl::Links;
       bound.browser = std::make_unique<platform::WebControl>(
-          parent_,
-          banner ? platform::WebControl::Links::kReport : platform::WebControl::Links::kFollow,
+          parent_, info.look == Look::kBanner ? Links::kReport : Links::kFollow,
           [parent = parent_] { PostMessageW(parent, kBannerLeft, 0, 0); });
       bound.window = bound.browser->window();
       SetWindowLongPtrW(bound.window, GWLP_ID, id);
       break;
     }
+    case Look::kPicture:
+      bound.window = MakePicture(info, parent_, id, theme_);
+      break;
+    case Look::kDrawing:
+      bound.view = std::make_unique<MelodyView>(parent_, id, theme_);
+      bound.window = bound.view->window();
+      break;
+    case Look::kSlider:
+      bound.window = MakeSlider(parent_, id);
+      break;
+    case Look::kKeys:
+      bound.keys =
+          std::make_unique<KeyRow>(parent_, id, theme_, [this](std::string_view key, bool held) {
+            dispatch_([this, key, held] { form_.keyRow_KeyPressed(key, held); });
+          });
+      bound.window = bound.keys->window();
+      break;
+    case Look::kBusyLine:
+      bound.window = MakeBusyLine(parent_, id, theme_);
+      break;
     case Look::kTimer:
-    case Look::kNone:
+    case Look::kStorage:
       break;
   }
   return bound;
@@ -221,7 +275,7 @@ const BoundControl& Binding::Of(Control app::Form1::*member) const {
 
 const BoundControl* Binding::Find(HWND window) const {
   const auto found = std::ranges::find_if(bound_, [window](const BoundControl& row) {
-    return row.window != nullptr && (row.window == window || (row.look == Look::kComboBox &&
+    return row.window != nullptr && (row.window == window || (row.info->look == Look::kComboBox &&
                                                               IsChild(row.window, window) != 0));
   });
   return window == nullptr || found == bound_.end() ? nullptr : &*found;
@@ -230,12 +284,18 @@ const BoundControl* Binding::Find(HWND window) const {
 void Binding::CopyIn() {
   for (const BoundControl& bound : bound_) {
     Control& control = form_.*bound.info->member;
-    if (bound.look == Look::kLine || bound.look == Look::kArea) {
+    const Look look = bound.info->look;
+    if (look == Look::kLine || look == Look::kArea || look == Look::kComboBox) {
       CopyText(bound.window, control);
-    } else if (bound.look == Look::kComboBox) {
-      CopyText(bound.window, control);
-      const std::string text = control.text;
-      control.SetText(text);
+    }
+    if (look == Look::kArea) {
+      DWORD end = 0;
+      SendMessageW(bound.window, EM_GETSEL, 0, reinterpret_cast<LPARAM>(&end));
+      control.cursor = end;
+    } else if (look == Look::kComboBox) {
+      control.SetText(std::string(control.text));
+    } else if (look == Look::kSlider) {
+      control.value = static_cast<int>(SendMessageW(bound.window, TBM_GETPOS, 0, 0));
     } else if (bound.list != nullptr && bound.list->Selected() != control.listIndex) {
       control.Select(bound.list->Selected());
     }
@@ -246,13 +306,13 @@ void Binding::Draw() {
   drawing_ = true;
   for (BoundControl& bound : bound_) {
     const Control& control = form_.*bound.info->member;
-    if (bound.look == Look::kTimer) {
+    if (bound.info->look == Look::kTimer) {
       DrawTimer(bound, control, parent_);
     }
     if (bound.window == nullptr) {
       continue;
     }
-    DrawContent(bound, control);
+    DrawContent(bound, control, form_);
     if ((IsWindowEnabled(bound.window) != 0) != control.enabled) {
       EnableWindow(bound.window, control.enabled ? TRUE : FALSE);
     }
@@ -274,43 +334,39 @@ void Binding::ThemeChanged() {
       ApplyTheme(bound.window, theme_);
     }
     if (bound.window != nullptr && bound.display == nullptr) {
-      const bool notes = bound.look == Look::kArea;
-      SendMessageW(bound.window, WM_SETFONT,
-                   reinterpret_cast<WPARAM>(notes ? theme_.mono.get() : theme_.body.get()), TRUE);
+      const Look look = bound.info->look;
+      const Font& font = look == Look::kArea ? theme_.mono : theme_.FontOf(bound.info->font);
+      SetWindowFont(bound.window, font.get(), TRUE);
+      if (look == Look::kComboBox) {
+        SendMessageW(bound.window, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
+                     theme_.control - theme_.Px(kGrid));
+      }
     }
   }
-}
-
-bool Binding::Handles(const BoundControl& bound, Event event) const {
-  return std::ranges::any_of(app::Handlers(), [&](const app::HandlerInfo& row) {
-    return row.control == bound.info->member && row.event == event;
-  });
 }
 
 void Binding::Raise(const BoundControl& bound, Event event) {
   if (drawing_) {
     return;
   }
-  for (const app::HandlerInfo& row : app::Handlers()) {
-    if (row.control == bound.info->member && row.event == event) {
-      dispatch_([this, handler = row.handler] { (form_.*handler)(); });
-      return;
-    }
-  }
-  if (event == Event::kClick) {
+  if (const app::Handler handler = app::HandlerOf(*bound.info, event)) {
+    dispatch_([this, handler] { (form_.*handler)(); });
+  } else if (event == Event::kClick) {
     dispatch_([] {});
   }
 }
 
-bool Binding::Command(int id, int notification) {
+void Binding::Command(int id, int notification) {
   const int index = id - kFirstControlId;
   if (index < 0 || index >= static_cast<int>(bound_.size())) {
-    return false;
+    return;
   }
   const BoundControl& bound = bound_[static_cast<std::size_t>(index)];
-  switch (bound.look) {
+  switch (bound.info->look) {
     case Look::kNavigation:
+    case Look::kLink:
     case Look::kButton:
+    case Look::kPrimary:
       if (notification == BN_CLICKED) {
         Raise(bound, Event::kClick);
       }
@@ -342,18 +398,14 @@ bool Binding::Command(int id, int notification) {
     default:
       break;
   }
-  return true;
 }
 
-bool Binding::Tick(UINT_PTR timer) {
+void Binding::Tick(UINT_PTR timer) {
   for (const BoundControl& bound : bound_) {
-    const auto id = static_cast<UINT_PTR>(bound.info - app::Controls().data()) + kFirstControlId;
-    if (bound.look == Look::kTimer && id == timer) {
+    if (bound.info->look == Look::kTimer && static_cast<UINT_PTR>(bound.Id()) == timer) {
       Raise(bound, Event::kTick);
-      return true;
     }
   }
-  return false;
 }
 
 }  // namespace tonadex::shell

@@ -7,11 +7,11 @@
 #include <span>
 #include <vector>
 
-#include "app/control_looks.h"
 #include "app/form1.h"
-#include "app/form1_tables.h"
 #include "platform/win32/web_control.h"
 #include "shell/win32/theme.h"
+#include "shell/win32/widgets/key_row.h"
+#include "shell/win32/widgets/melody_view.h"
 #include "shell/win32/widgets/phone_display.h"
 #include "shell/win32/widgets/row_list.h"
 
@@ -22,16 +22,19 @@ inline constexpr int kFirstControlId = 1000;
 
 struct BoundControl {
   const app::ControlInfo* info;
-  app::Look look;
   HWND window = nullptr;  // null for a timer and for storage
   std::unique_ptr<RowList> list;
   std::unique_ptr<PhoneDisplay> display;
+  std::unique_ptr<MelodyView> view;
+  std::unique_ptr<KeyRow> keys;
   std::unique_ptr<platform::WebControl> browser;
   bool ticking = false;
+
+  int Id() const { return kFirstControlId + static_cast<int>(info - app::Controls().data()); }
 };
 
-// Ties every control of the model to one window, by the model's own tables. It knows how the kinds
-// of controls are drawn and read back, and nothing of what they mean.
+// Ties every control of the model to one window. It knows how the kinds of controls are drawn and
+// read back, and nothing of what they mean.
 class Binding {
  public:
   using Handler = std::function<void()>;
@@ -52,15 +55,14 @@ class Binding {
   void Draw();
   void ThemeChanged();
 
-  // Answer the parent's WM_COMMAND and WM_TIMER; false when it is none of ours.
-  bool Command(int id, int notification);
-  bool Tick(UINT_PTR timer);
+  // Answer the parent's WM_COMMAND and WM_TIMER.
+  void Command(int id, int notification);
+  void Tick(UINT_PTR timer);
   // Calls the model's handler of this event; without one a choice is drawn all the same.
   void Raise(const BoundControl& bound, app::Event event);
-  bool Handles(const BoundControl& bound, app::Event event) const;
 
  private:
-  BoundControl Make(const app::ControlInfo& info, int id);
+  BoundControl Make(const app::ControlInfo& info);
 
   app::Form1& form_;
   HWND parent_;

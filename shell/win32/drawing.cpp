@@ -44,26 +44,19 @@ void Words(HDC context, const std::wstring& text, RECT box, HFONT font, COLORREF
   SelectObject(context, previous);
 }
 
-namespace {
-
-SIZE Measure(HFONT font, const std::wstring& text, int width, UINT format) {
+SIZE TextSize(HFONT font, const std::wstring& text, int width) {
   const HDC context = GetDC(nullptr);
   const HGDIOBJ previous = SelectObject(context, font);
   RECT box{0, 0, width, 0};
-  DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &box, DT_CALCRECT | format);
+  DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &box,
+            DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
   SelectObject(context, previous);
   ReleaseDC(nullptr, context);
   return {box.right, box.bottom};
 }
 
-}  // namespace
-
 int TextWidth(HFONT font, const std::wstring& text) {
-  return Measure(font, text, 0, DT_SINGLELINE | DT_NOPREFIX).cx;
-}
-
-int TextHeight(HFONT font, const std::wstring& text, int width) {
-  return text.empty() ? 0 : Measure(font, text, width, DT_WORDBREAK | DT_NOPREFIX).cy;
+  return TextSize(font, text, kAnyWidth).cx;
 }
 
 }  // namespace tonadex::shell

@@ -28,9 +28,9 @@ void RoundedBox(HDC context, const RECT& box, int radius, COLORREF fill, COLORRE
 void Words(HDC context, const std::wstring& text, RECT box, HFONT font, COLORREF colour,
            UINT format);
 
-// Width of a text on one line, pixels.
+// Size of a text wrapped to a width, and its width unwrapped; pixels.
+inline constexpr int kAnyWidth = 0x7FFF;
+SIZE TextSize(HFONT font, const std::wstring& text, int width);
 int TextWidth(HFONT font, const std::wstring& text);
-// Height of a text wrapped to a width.
-int TextHeight(HFONT font, const std::wstring& text, int width);
 
 }  // namespace tonadex::shell

@@ -53,8 +53,8 @@ HelpWindow::HelpWindow() : theme_(GetDpiForSystem()) {
                reinterpret_cast<LPARAM>(platform::ToWide(kSearchWords).c_str()));
   SendMessageW(search_, WM_SETFONT, reinterpret_cast<WPARAM>(theme_.body.get()), TRUE);
   SetSpokenName(search_, kSearchWords);
-  next_ = MakeButton(window_, kNextId, ButtonLook::kCommand, {});
-  previous_ = MakeButton(window_, kPreviousId, ButtonLook::kCommand, {});
+  next_ = MakeButton(window_, kNextId, app::Look::kButton, {}, theme_);
+  previous_ = MakeButton(window_, kPreviousId, app::Look::kButton, {}, theme_);
   SetText(next_, kNext);
   SetText(previous_, kPrevious);
   contents_ = std::make_unique<RowList>(window_, kContentsId, theme_);
@@ -190,8 +190,7 @@ std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data
       }
       return 0;
     case WM_DRAWITEM:
-      DrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(data), theme_);
-      return TRUE;
+      return ReflectDraw(data);
     case WM_CTLCOLORLISTBOX:
     case WM_CTLCOLOREDIT:
       SetTextColor(reinterpret_cast<HDC>(wide), theme_.colours.text);
@@ -223,7 +222,7 @@ void HelpWindow::LayOut() {
   const int gap = theme_.Px(kGrid), left = theme_.Px(kContentsWidth);
   const int top = 2 * gap + theme_.control,
             height = std::max(1, static_cast<int>(area.bottom) - top);
-  const int next = ButtonWidth(next_, theme_), previous = ButtonWidth(previous_, theme_);
+  const int next = ButtonSize(next_, theme_).cx, previous = ButtonSize(previous_, theme_).cx;
   MoveWindow(search_, gap, gap, left - 2 * gap, theme_.control, TRUE);
   MoveWindow(previous_, left, gap, previous, theme_.control, TRUE);
   MoveWindow(next_, left + previous + gap, gap, next, theme_.control, TRUE);

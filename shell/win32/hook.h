@@ -54,7 +54,16 @@ void SetObject(HWND window, T* object) {
 void RegisterKind(const wchar_t* name, WNDPROC procedure, UINT style = 0,
                   const wchar_t* cursor = IDC_ARROW);
 
-// A bare child window for a widget of our own; its behaviour is hooked.
-HWND MakeBareWindow(HWND parent, DWORD style);
+// A hidden child window of a kind of the system's.
+HWND MakeChild(const wchar_t* kind, DWORD style, HWND parent, int id);
+// A bare one for a widget of our own; its behaviour is hooked.
+HWND MakeBareWindow(HWND parent, DWORD style, int id);
+
+// What windows that we paint are asked with the parent's WM_DRAWITEM.
+inline constexpr UINT kDrawYourself = WM_APP + 2;
+inline LRESULT ReflectDraw(LPARAM item) {
+  return SendMessageW(reinterpret_cast<const DRAWITEMSTRUCT*>(item)->hwndItem, kDrawYourself, 0,
+                      item);
+}
 
 }  // namespace tonadex::shell

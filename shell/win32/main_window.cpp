@@ -1,22 +1,17 @@
 #include "shell/win32/main_window.h"
 
 #include <commctrl.h>
-#include <commdlg.h>
-#include <richedit.h>
+#include <imm.h>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
-#include "app/composer_keys.h"
+#include "app/layout.h"
 #include "app/words.h"
-#include "core/runtime_error.h"
-#include "files/write.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
 #include "shell/win32/messages.h"
-#include "shell/win32/widgets/button.h"
 #include "shell/win32/window_text.h"
 
 namespace tonadex::shell {
@@ -28,22 +23,16 @@ using app::Form1;
 using app::Look;
 
 constexpr wchar_t kClass[] = L"TonadexForm1";
-constexpr UINT_PTR kFollowTimer = 1, kCopiedTimer = 2;
-constexpr std::size_t kLongestPath = 32768;  // of the system's W functions
+constexpr UINT_PTR kFollowTimer = 1;
 
-constexpr auto kTitles = std::to_array<app::Control Form1::*>(
-    {&Form1::lbltitulocompo, &Form1::lbltitulortttl, &Form1::lbltextresult});
-constexpr auto kSmallLabels =
-    std::to_array<app::Control Form1::*>({&Form1::lblporfacomprueba, &Form1::lblMsg});
-
-COLORREF ColourOfVerdict(app::Verdict verdict, const Theme& theme) {
-  return verdict == app::Verdict::kGood  ? theme.colours.good
-         : verdict == app::Verdict::kBad ? theme.colours.bad
-                                         : theme.colours.muted;
-}
-
-void SetFont(HWND window, const Font& font) {
-  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+// Whether Ctrl is held, and the key; a row's "Ctrl+1" or "F1".
+std::pair<bool, WPARAM> KeyOf(std::string_view shortcut) {
+  constexpr std::string_view kCtrl = "Ctrl+";
+  const bool control = shortcut.starts_with(kCtrl);
+  const std::string_view key = shortcut.substr(control ? kCtrl.size() : 0);
+  return {control, key.empty()       ? 0
+                   : key.size() == 1 ? static_cast<WPARAM>(key[0])
+                                     : static_cast<WPARAM>(VK_F1 + key[1] - '1')};
 }
 
 }  // namespace
@@ -64,11 +53,6 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
   ApplyTheme(window_, theme_);
   binding_ = std::make_unique<Binding>(form_, window_, theme_,
                                        [this](const Binding::Handler& handler) { Run(handler); });
-  parts_ = MakeParts(*binding_, window_, theme_,
-                     [this](std::string_view key, bool held) { PressKey(key, held); });
-  SendMessageW(parts_.size, TBM_SETPOS, TRUE,
-               binding_->Of(&Form1::textresultado).display->PixelSize());
-  SetFonts();
   AddTooltips();
   FilterTempo();
   SetObject(window_, this);  // when everything that messages use is there
@@ -84,9 +68,7 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
   boxes_.place = [this](HWND box) { PlaceBox(box); };
   boxes_.closed = [this] {
     KillTimer(window_, kFollowTimer);
-    for (const MelodyPart& melody : parts_.Melodies()) {
-      melody.view->SetPosition(-1);
-    }
+    FollowMelody();
   };
   program_.window = reinterpret_cast<std::intptr_t>(window_);
   program_.busyChanged = [this] { DrawBusy(); };
@@ -97,7 +79,6 @@ MainWindow::~MainWindow() {
   hooks_.draw = nullptr;
   boxes_ = {};
   SetObject<MainWindow>(window_, nullptr);
-  parts_ = {};
   binding_.reset();  // the web controls go before their parent
   DestroyWindow(window_);
 }
@@ -127,18 +108,17 @@ void MainWindow::Run(const Binding::Handler& handler) {
 std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data) {
   switch (message) {
     case WM_COMMAND:
-      Command(LOWORD(wide), HIWORD(wide));
+      binding_->Command(LOWORD(wide), HIWORD(wide));
       return 0;
     case WM_TIMER:
-      Tick(wide);
+      wide == kFollowTimer ? FollowMelody() : binding_->Tick(wide);
       return 0;
     case kBannerLeft:
       binding_->Raise(binding_->Of(&Form1::navbanner), Event::kNavigation);
       return 0;
     case WM_HSCROLL:
-      if (reinterpret_cast<HWND>(data) == parts_.size) {
-        binding_->Of(&Form1::textresultado)
-            .display->SetPixelSize(static_cast<int>(SendMessageW(parts_.size, TBM_GETPOS, 0, 0)));
+      if (const BoundControl* slider = binding_->Find(reinterpret_cast<HWND>(data))) {
+        binding_->Raise(*slider, Event::kChange);
       }
       return 0;
     case WM_ACTIVATE:
@@ -152,13 +132,6 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
         SetFocus(focus_);
       }
       return 0;
-    case WM_NEXTDLGCTL: {  // from a label's mnemonic: to the label, then on to its field
-      const HWND next = LOWORD(data) != 0
-                            ? reinterpret_cast<HWND>(wide)
-                            : GetNextDlgTabItem(window_, GetFocus(), wide != 0 ? TRUE : FALSE);
-      SetFocus(next);
-      return 0;
-    }
     case WM_CLOSE:
     case WM_QUERYENDSESSION:
       Close();
@@ -172,14 +145,12 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
 std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM data) {
   switch (message) {
     case WM_DRAWITEM:
-      DrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(data), theme_);
-      return TRUE;
+      return ReflectDraw(data);
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
-      return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data), message);
+      return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data));
     case WM_SIZE:
-      layout_.clear();
       LayOutPage();
       return 0;
     case WM_GETMINMAXINFO:
@@ -207,35 +178,6 @@ std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM 
   }
 }
 
-void MainWindow::Tick(UINT_PTR timer) {
-  if (timer == kFollowTimer) {
-    FollowMelody();
-  } else if (timer == kCopiedTimer) {
-    KillTimer(window_, kCopiedTimer);
-    SetText(parts_.copy, words::kCopy);
-  } else {
-    binding_->Tick(timer);
-  }
-}
-
-void MainWindow::Command(int id, int notification) {
-  if (binding_->Command(id, notification) || notification != BN_CLICKED) {
-    return;
-  }
-  switch (id) {
-    case kPhoneId:
-      return binding_->Raise(binding_->Of(&Form1::cmdopciones), Event::kClick);
-    case kGoToSearchId:
-      return binding_->Raise(binding_->Of(&Form1::cmdbuscar), Event::kClick);
-    case kCopyId:
-      return CopyResult();
-    case kSaveAsId:
-      return SaveResult();
-    default:
-      parts_.keys->Command(id);
-  }
-}
-
 void MainWindow::Close() {
   if (pumping_ && !program_.busy) {
     program_.closing = true;  // between the end of a request and that of its handler
@@ -250,7 +192,8 @@ bool MainWindow::Translate(MSG& message) {
   if (message.hwnd != window_ && IsChild(window_, message.hwnd) == 0) {
     return false;
   }
-  if (message.message == WM_KEYDOWN && Shortcut(message)) {
+  if ((message.message == WM_KEYDOWN && Shortcut(message)) ||
+      (message.message == WM_SYSCHAR && GoToField(message.wParam))) {
     return true;
   }
   for (const BoundControl& bound : binding_->Controls()) {
@@ -264,23 +207,34 @@ bool MainWindow::Translate(MSG& message) {
 bool MainWindow::Shortcut(const MSG& message) {
   // AltGr, which types signs, is Ctrl and Alt together.
   const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
-  for (const app::NavigationInfo& info : app::NavigationRow()) {
-    const bool help = info.digit == '\0';
-    const WPARAM key = help ? VK_F1 : static_cast<WPARAM>(info.digit);
-    if (key == message.wParam && control != help) {
-      binding_->Raise(binding_->Of(info.button), Event::kClick);
+  const bool escape = message.wParam == VK_ESCAPE;
+  for (const BoundControl& bound : binding_->Controls()) {
+    if (KeyOf(bound.info->shortcut) == std::pair{control, message.wParam}) {
+      binding_->Raise(bound, Event::kClick);
+      return true;
+    }
+    if (escape && bound.info->look == Look::kNavigation && (form_.*bound.info->member).checked) {
+      SetFocus(bound.window);
+    }
+  }
+  return escape || (message.wParam == VK_RETURN && EnterKey());
+}
+
+// The system takes the next field for a label's.
+bool MainWindow::GoToField(WPARAM mnemonic) {
+  const auto upper = [](WPARAM character) {
+    return CharUpperW(reinterpret_cast<wchar_t*>(LOWORD(character)));
+  };
+  for (const BoundControl& bound : binding_->Controls()) {
+    const std::wstring words = WindowText(bound.window);
+    const std::size_t mark = words.find(L'&');
+    if (bound.info->field != nullptr && IsWindowVisible(bound.window) != 0 &&
+        mark != std::wstring::npos && upper(words[mark + 1]) == upper(mnemonic)) {
+      SetFocus(binding_->Window(bound.info->field));
       return true;
     }
   }
-  if (message.wParam == VK_ESCAPE) {
-    for (const app::NavigationInfo& info : app::NavigationRow()) {
-      if (&(form_.*info.button) == form_.NavigationButton()) {
-        SetFocus(binding_->Window(info.button));
-      }
-    }
-    return true;
-  }
-  return message.wParam == VK_RETURN && EnterKey();
+  return false;
 }
 
 bool MainWindow::EnterKey() {
@@ -291,13 +245,13 @@ bool MainWindow::EnterKey() {
     return true;
   }
   for (const Event event : {Event::kEnter, Event::kActivate}) {
-    if (bound != nullptr && binding_->Handles(*bound, event)) {
+    if (bound != nullptr && app::HandlerOf(*bound->info, event) != nullptr) {
       binding_->Raise(*bound, event);
       return true;
     }
   }
   // Several lines may be typed into an area; elsewhere Enter does nothing.
-  return bound == nullptr || bound->look != Look::kArea;
+  return bound == nullptr || bound->info->look != Look::kArea;
 }
 
 // Each typed character passes the model before the tempo box gets it.
@@ -305,6 +259,7 @@ void MainWindow::FilterTempo() {
   COMBOBOXINFO info{};
   info.cbSize = sizeof info;
   GetComboBoxInfo(binding_->Window(&Form1::txtcompoTempo), &info);
+  ImmAssociateContext(info.hwndItem, nullptr);  // an input method would pass the filter by
   HookWindow(
       info.hwndItem, [this](HWND, UINT message, WPARAM wide, LPARAM) -> std::optional<LRESULT> {
         if (message != WM_CHAR || (wide < ' ' && wide != VK_BACK)) {
@@ -328,9 +283,8 @@ void MainWindow::Draw() {
   if (frozen) {
     SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
   }
+  form_.Refresh();
   binding_->Draw();
-  DrawParts();
-  ShowParts(parts_, form_);
   LayOutPage();
   pageDrawn_ = form_.paginaactual;
   if (frozen) {
@@ -344,51 +298,27 @@ void MainWindow::Draw() {
   }
 }
 
-void MainWindow::DrawParts() {
-  for (const app::NavigationInfo& info : app::NavigationRow()) {
-    SetChecked(binding_->Window(info.button), &(form_.*info.button) == form_.NavigationButton());
-  }
-  SetText(parts_.phone, form_.PhoneLabel());
-  SetText(parts_.optionsSentence, form_.OptionsSentence());
-  SetText(parts_.composerCheck, form_.composerCheck.sentence);
-  SetText(parts_.rtttlCheck, form_.rtttlCheck.sentence);
-  EnableWindow(parts_.copy, form_.ResultCanBeSaved());
-  EnableWindow(parts_.saveAs, form_.ResultCanBeSaved());
-  binding_->Of(&Form1::List1).list->SetInvitation(platform::ToWide(form_.EmptySentence()));
-  auto& display = *binding_->Of(&Form1::textresultado).display;
-  display.SetInvitation(form_.EmptyResultSentence());
-  display.SetResult(form_.textresultado.text, form_.ResultGroupsShown(),
-                    form_.ResultIsKeyPresses());
-  for (const MelodyPart& melody : parts_.Melodies()) {
-    melody.view->SetDrawing(form_.*melody.drawing, platform::ToWide(words::kDrawing));
-  }
-}
-
-// Only when something has moved: a page, the banner, a text that takes more lines.
 void MainWindow::LayOutPage() {
   if (!loaded_) {
     return;
   }
   RECT area{};
   GetClientRect(window_, &area);
-  const std::string wanted =
-      std::to_string(form_.paginaactual) + '/' + (form_.navbanner.visible ? 'b' : '-') +
-      (form_.OffersSearch() ? 's' : '-') + form_.lbltextresult.caption + '/' + form_.PhoneLabel();
-  if (wanted == layout_) {
-    return;
+  auto frames = LayOut(*binding_, theme_, form_, {area.right, area.bottom});
+  if (frames != frames_) {
+    frames_ = std::move(frames);
+    InvalidateRect(window_, nullptr, FALSE);
   }
-  layout_ = wanted;
-  frames_ = LayOut(*binding_, parts_, theme_, form_, {area.right, area.bottom});
-  InvalidateRect(window_, nullptr, FALSE);
+  const BoundControl& result = binding_->Of(&Form1::textresultado);
+  SendMessageW(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
 }
 
 void MainWindow::FocusPage() {
-  for (const BoundControl& bound : binding_->Controls()) {
-    if (!app::IsNavigation(bound.info->member) && bound.window != nullptr &&
-        bound.browser == nullptr && (form_.*bound.info->member).visible &&
-        IsWindowEnabled(bound.window) != 0 &&
-        (GetWindowLongPtrW(bound.window, GWL_STYLE) & WS_TABSTOP) != 0) {
-      focus_ = bound.window;
+  for (const auto member : app::PageControls(form_.paginaactual)) {
+    const HWND window = binding_->Window(member);
+    if ((GetWindowLongPtrW(window, GWL_STYLE) & (WS_TABSTOP | WS_VISIBLE | WS_DISABLED)) ==
+        (WS_TABSTOP | WS_VISIBLE)) {
+      focus_ = window;
       break;
     }
   }
@@ -407,73 +337,49 @@ void MainWindow::Paint() {
   for (const Frame& frame : frames_) {
     const bool focus = frame.field != nullptr && GetFocus() == frame.field;
     const COLORREF edge = focus ? c.accent : c.border;
+    const RECT box = frame.Box();
     switch (frame.kind) {
       case Frame::kBar:
-        FillRect(paint.get(), &frame.box, theme_.cardBrush.get());
+        FillRect(paint.get(), &box, theme_.cardBrush.get());
         break;
       case Frame::kCard:
-        RoundedBox(paint.get(), frame.box, theme_.Px(8), c.card, c.border, theme_.Px(1));
+        RoundedBox(paint.get(), box, theme_.Px(8), c.card, c.border, theme_.Px(1));
         break;
       case Frame::kField:
-        RoundedBox(paint.get(), frame.box, theme_.Px(kRadius), c.card, edge,
-                   theme_.Px(focus ? 2 : 1));
+        RoundedBox(paint.get(), box, theme_.Px(kRadius), c.card, edge, theme_.Px(focus ? 2 : 1));
         break;
       case Frame::kDisplay:
-        RoundedBox(paint.get(), frame.box, theme_.Px(10), c.displayGround,
+        RoundedBox(paint.get(), box, theme_.Px(10), c.displayGround,
                    focus ? c.accent : c.displayFaint, theme_.Px(2));
         break;
     }
   }
 }
 
-LRESULT MainWindow::ColourOf(HDC context, HWND control, UINT message) const {
-  const auto is = [&](app::Control Form1::*member) { return binding_->Window(member) == control; };
-  COLORREF ink = theme_.colours.text;
-  if (control == parts_.composerCheck) {
-    ink = ColourOfVerdict(form_.composerCheck.verdict, theme_);
-  } else if (control == parts_.rtttlCheck) {
-    ink = ColourOfVerdict(form_.rtttlCheck.verdict, theme_);
-  } else if (is(&Form1::lblMsg)) {
-    ink = theme_.colours.bad;
-  } else if (is(&Form1::lblporfacomprueba)) {
-    ink = theme_.colours.muted;
-  }
+LRESULT MainWindow::ColourOf(HDC context, HWND control) const {
   const BoundControl* bound = binding_->Find(control);
-  const bool label =
-      message == WM_CTLCOLORSTATIC && (bound == nullptr || bound->look == Look::kLabel);
+  const bool label = bound != nullptr && bound->info->look == Look::kLabel;
+  const Colours& colours = theme_.colours;
+  const COLORREF inks[] = {colours.text, colours.muted, colours.good, colours.bad};
+  const COLORREF ink =
+      label ? inks[static_cast<std::size_t>((form_.*bound->info->member).tone)] : colours.text;
   // Labels stand on a card or on the window, all else on a ground of its own.
   RECT place{};
   GetWindowRect(control, &place);
   MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
   const bool onCard = !label || std::ranges::any_of(frames_, [&place](const Frame& frame) {
-    return frame.kind == Frame::kCard && PtInRect(&frame.box, {place.left, place.top}) != 0;
+    const RECT box = frame.Box();
+    return frame.kind == Frame::kCard && PtInRect(&box, {place.left, place.top}) != 0;
   });
   SetTextColor(context, ink);
   SetBkColor(context, onCard ? theme_.colours.card : theme_.colours.window);
   return reinterpret_cast<LRESULT>(onCard ? theme_.cardBrush.get() : theme_.windowBrush.get());
 }
 
-void MainWindow::SetFonts() {
-  for (const auto member : kTitles) {
-    SetFont(binding_->Window(member), theme_.title);
-  }
-  for (const auto member : kSmallLabels) {
-    SetFont(binding_->Window(member), theme_.small);
-  }
-  SetFont(parts_.optionsTitle, theme_.title);
-  SetFont(parts_.optionsSentence, theme_.body);
-  for (const HWND label : {parts_.beats, parts_.composerCheck, parts_.rtttlCheck}) {
-    SetFont(label, label == parts_.beats ? theme_.body : theme_.small);
-  }
-  ApplyTheme(parts_.size, theme_);
-}
-
 void MainWindow::ChangeTheme(UINT dotsPerInch) {
   theme_ = Theme(dotsPerInch);
   ApplyTheme(window_, theme_);
   binding_->ThemeChanged();
-  SetFonts();
-  layout_.clear();
   LayOutPage();
   RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
@@ -497,27 +403,20 @@ void MainWindow::AddTooltips() {
   for (const BoundControl& bound : binding_->Controls()) {
     add(bound.window, bound.info->help);
   }
-  add(parts_.phone, words::kChoosePhone);
-  add(parts_.size, words::kTextSize);
-  for (std::size_t i = 0; i < app::kKeyCount; ++i) {
-    add(parts_.keys->windows()[i], app::ComposerKeys()[i].help);
-  }
+  binding_->Of(&Form1::keyRow).keys->ForEachKey(add);
 }
 
 // ---- Waiting and sounding -----------------------------------------------------------------------
 
 void MainWindow::DrawBusy() {
   SetCursor(LoadCursorW(nullptr, program_.busy ? IDC_WAIT : IDC_ARROW));
-  if (program_.busy) {
-    Draw();
-  }
-  parts_.busy->SetBusy(program_.busy);
+  Draw();
   Wait();
 }
 
 void MainWindow::Wait() {
   const bool before = std::exchange(pumping_, true);
-  parts_.busy->Step();
+  InvalidateRect(binding_->Window(&Form1::waitingLine), nullptr, FALSE);
   platform::PumpPaint([this](const MSG& input) { GiveUpBy(input); });
   MSG message;
   // The task bar closes the window by a message that is no input.
@@ -545,76 +444,30 @@ void MainWindow::Navigate(app::WebViewId view, std::string_view url) {
 
 void MainWindow::FollowMelody() {
   const std::optional<double> position = position_ ? position_() : std::nullopt;
-  for (const MelodyPart& melody : parts_.Melodies()) {
-    melody.view->SetPosition(form_.sounding == melody.what ? position.value_or(-1) : -1);
+  for (const BoundControl& bound : binding_->Controls()) {
+    if (bound.view != nullptr) {
+      bound.view->SetPosition(form_.sounding == bound.info->sounds ? position.value_or(-1) : -1);
+    }
   }
 }
 
 // Away from the drawing that is followed.
 void MainWindow::PlaceBox(HWND box) const {
-  const auto melodies = parts_.Melodies();
-  const auto sounding = std::ranges::find(melodies, form_.sounding, &MelodyPart::what);
-  if (sounding == melodies.end()) {
-    return;
-  }
-  RECT window{}, drawing{}, size{};
-  GetWindowRect(window_, &window);
-  GetWindowRect(sounding->view->window(), &drawing);
-  GetWindowRect(box, &size);
-  const LONG width = size.right - size.left, height = size.bottom - size.top;
-  const bool drawnAbove = drawing.top + drawing.bottom < window.top + window.bottom;
-  const LONG edge = theme_.Px(3 * kGrid);
-  SetWindowPos(box, nullptr, (window.left + window.right - width) / 2,
-               drawnAbove ? window.bottom - height - edge : window.top + 2 * edge, 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-// ---- What the window does by itself -------------------------------------------------------------
-
-void MainWindow::CopyResult() {
-  PutOnClipboard(window_, form_.textresultado.text);
-  SetText(parts_.copy, words::kCopied);
-  SetTimer(window_, kCopiedTimer, kCopiedMs, nullptr);
-}
-
-void MainWindow::SaveResult() {
-  Run([this] {
-    std::wstring file = platform::ToWide(form_.SuggestedResultName());
-    file.resize(kLongestPath);
-    std::wstring filter = platform::ToWide(words::kFilterText);
-    filter += std::wstring(L"\0*.txt\0*.*\0*.*\0", 15);
-    const std::wstring title = platform::ToWide(words::kSaveAs);
-    OPENFILENAMEW dialog{};
-    dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = window_;
-    dialog.lpstrFilter = filter.c_str();
-    dialog.nFilterIndex = 2;
-    dialog.lpstrFile = file.data();
-    dialog.nMaxFile = static_cast<DWORD>(file.size());
-    dialog.lpstrTitle = title.c_str();
-    dialog.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
-    if (GetSaveFileNameW(&dialog) == 0) {
-      return;
+  for (const BoundControl& bound : binding_->Controls()) {
+    if (bound.view == nullptr || form_.sounding != bound.info->sounds) {
+      continue;
     }
-    if (!core::SkipErrors([&] { files::WriteBytes(file.c_str(), form_.textresultado.text); })) {
-      core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
-    }
-  });
-}
-
-void MainWindow::PressKey(std::string_view key, bool held) {
-  const HWND notes = binding_->Window(&Form1::txtmelodiacompo);
-  DWORD from = 0, to = 0;
-  SendMessageW(notes, EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
-  const app::ComposerText before{TextOf(notes), to};
-  const app::ComposerText after = app::PressKey(before, key, held);
-  if (after == before) {
-    return;
+    RECT window{}, drawing{}, size{};
+    GetWindowRect(window_, &window);
+    GetWindowRect(bound.window, &drawing);
+    GetWindowRect(box, &size);
+    const LONG width = size.right - size.left, height = size.bottom - size.top;
+    const bool drawnAbove = drawing.top + drawing.bottom < window.top + window.bottom;
+    const LONG edge = theme_.Px(3 * kGrid);
+    SetWindowPos(box, nullptr, (window.left + window.right - width) / 2,
+                 drawnAbove ? window.bottom - height - edge : window.top + 2 * edge, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   }
-  SendMessageW(notes, EM_SETSEL, 0, -1);
-  SendMessageW(notes, EM_REPLACESEL, TRUE,
-               reinterpret_cast<LPARAM>(platform::ToWide(after.text).c_str()));
-  SendMessageW(notes, EM_SETSEL, after.cursor, static_cast<LPARAM>(after.cursor));
 }
 
 }  // namespace tonadex::shell

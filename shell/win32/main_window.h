@@ -41,29 +41,23 @@ class MainWindow {
 
  private:
   std::optional<LRESULT> HandleLook(UINT message, WPARAM wide, LPARAM data);
-  void Tick(UINT_PTR timer);
   // The single place where handlers of the model start.
   void Run(const Binding::Handler& handler);
 
-  void Command(int id, int notification);
   void Draw();
-  void DrawParts();
   void LayOutPage();
   void FocusPage();
   void DrawBusy();
   void FollowMelody();
   void PlaceBox(HWND box) const;
   void Paint();
-  LRESULT ColourOf(HDC context, HWND control, UINT message) const;
-  void SetFonts();
+  LRESULT ColourOf(HDC context, HWND control) const;
   void ChangeTheme(UINT dotsPerInch);
   void AddTooltips();
 
   bool Shortcut(const MSG& message);
   bool EnterKey();
-  void CopyResult();
-  void SaveResult();
-  void PressKey(std::string_view key, bool held);
+  bool GoToField(WPARAM mnemonic);
   void FilterTempo();
   void GiveUpBy(const MSG& input);
   void Close();
@@ -76,9 +70,7 @@ class MainWindow {
   Theme theme_;
   HWND window_ = nullptr;
   std::unique_ptr<Binding> binding_;
-  PageParts parts_;
   std::vector<Frame> frames_;
-  std::string layout_;  // what the present layout was made for
   HWND focus_ = nullptr;
   std::int16_t pageDrawn_ = app::kNoPage;
   bool loaded_ = false;

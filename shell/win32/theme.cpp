@@ -5,51 +5,37 @@
 
 #include <array>
 
+#include "shell/win32/drawing.h"
+
 namespace tonadex::shell {
 namespace {
 
 constexpr wchar_t kBodyFont[] = L"Segoe UI";
 constexpr std::array<const wchar_t*, 3> kMonoFonts = {L"Consolas", L"DejaVu Sans Mono",
                                                       L"Courier New"};
-constexpr double kBodyPoints = 10, kSmallPoints = 9, kTitlePoints = 13;
+constexpr double kBodyPoints = 10, kSmallPoints = 9, kTitlePoints = 13, kHeadingPoints = 11;
 constexpr DWORD kDarkTitleBar = 20;  // DWMWA_USE_IMMERSIVE_DARK_MODE
 
-// The colours that go with the tones.
-struct Grounds {
-  Rgb window, card, border, hover, text, muted, accentWash, displayFaint;
-};
-constexpr Grounds kLight = {.window = 0xF4F6F3,
-                            .card = 0xFFFFFF,
-                            .border = 0xC9CFCB,
-                            .hover = 0xEAEEEA,
-                            .text = 0x1B211E,
-                            .muted = 0x5A645E,
-                            .accentWash = 0xDDECE4,
-                            .displayFaint = 0x4C5E42};
-constexpr Grounds kDark = {.window = 0x1B1F1D,
-                           .card = 0x242926,
-                           .border = 0x4A534E,
-                           .hover = 0x2F3632,
-                           .text = 0xE7EBE8,
-                           .muted = 0xA3ADA7,
-                           .accentWash = 0x264237,
-                           .displayFaint = 0x7C976C};
-
-Colours OwnColours(const Tones& tones, const Grounds& grounds) {
-  return {.window = SystemColour(grounds.window),
-          .card = SystemColour(grounds.card),
-          .border = SystemColour(grounds.border),
-          .hover = SystemColour(grounds.hover),
-          .text = SystemColour(grounds.text),
-          .muted = SystemColour(grounds.muted),
-          .accent = SystemColour(tones.accent),
+Colours OwnColours(bool dark) {
+  const Tones& tones = dark ? kDarkTones : kLightTones;
+  const Grounds& grounds = dark ? kDarkGrounds : kLightGrounds;
+  const COLORREF window = SystemColour(grounds.window), card = SystemColour(grounds.card);
+  const COLORREF text = SystemColour(grounds.text), accent = SystemColour(tones.accent);
+  const COLORREF display = SystemColour(tones.displayGround), ink = SystemColour(tones.displayInk);
+  return {.window = window,
+          .card = card,
+          .border = Blend(text, window, dark ? 0.24 : 0.2),
+          .hover = Blend(text, card, 0.06),
+          .text = text,
+          .muted = Blend(text, window, 0.66),
+          .accent = accent,
           .accentText = SystemColour(tones.accentText),
-          .accentWash = SystemColour(grounds.accentWash),
+          .accentWash = Blend(accent, card, dark ? 0.24 : 0.13),
           .good = SystemColour(tones.good),
           .bad = SystemColour(tones.bad),
-          .displayGround = SystemColour(tones.displayGround),
-          .displayInk = SystemColour(tones.displayInk),
-          .displayFaint = SystemColour(grounds.displayFaint)};
+          .displayGround = display,
+          .displayInk = ink,
+          .displayFaint = Blend(ink, display, 0.4)};
 }
 
 // A contrast theme's colours are the user's own choice.
@@ -93,25 +79,16 @@ bool HasFont(HDC context, const wchar_t* name) {
   return EnumFontFamiliesExW(context, &wanted, Found, 0, 0) == 0;
 }
 
-int LineHeight(HDC context, const Font& font) {
-  const HGDIOBJ previous = SelectObject(context, font.get());
-  TEXTMETRICW metrics{};
-  GetTextMetricsW(context, &metrics);
-  SelectObject(context, previous);
-  return metrics.tmHeight;
-}
-
 }  // namespace
 
 Theme::Theme(UINT dotsPerInch)
     : dpi(dotsPerInch),
       dark(WantsDark() && !HasContrastTheme()),
-      colours(HasContrastTheme() ? ContrastColours()
-              : dark             ? OwnColours(kDarkTones, kDark)
-                                 : OwnColours(kLightTones, kLight)),
+      colours(HasContrastTheme() ? ContrastColours() : OwnColours(dark)),
       body(MakeFont(kBodyFont, kBodyPoints, dpi)),
       small(MakeFont(kBodyFont, kSmallPoints, dpi)),
       title(MakeFont(kBodyFont, kTitlePoints, dpi, FW_SEMIBOLD)),
+      heading(MakeFont(kBodyFont, kHeadingPoints, dpi, FW_SEMIBOLD)),
       bold(MakeFont(kBodyFont, kBodyPoints, dpi, FW_SEMIBOLD)),
       windowBrush(CreateSolidBrush(colours.window)),
       cardBrush(CreateSolidBrush(colours.card)) {
@@ -122,10 +99,21 @@ Theme::Theme(UINT dotsPerInch)
     }
   }
   mono = MakeFont(monoName.c_str(), kBodyPoints, dpi);
-  line = LineHeight(context, body);
-  smallLine = LineHeight(context, small);
   ReleaseDC(nullptr, context);
+  line = LineOf(app::Font::kBody);
+  smallLine = LineOf(app::Font::kSmall);
   control = line + 2 * Px(7);
+}
+
+const Font& Theme::FontOf(app::Font font) const {
+  return font == app::Font::kSmall     ? small
+         : font == app::Font::kTitle   ? title
+         : font == app::Font::kHeading ? heading
+                                       : body;
+}
+
+int Theme::LineOf(app::Font font) const {
+  return TextSize(FontOf(font).get(), L"X", kAnyWidth).cy;
 }
 
 COLORREF Blend(COLORREF over, COLORREF under, double part) {

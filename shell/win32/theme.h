@@ -4,11 +4,14 @@
 
 #include <string>
 
-#include "shell/common/look.h"
+#include "app/control_table.h"
+#include "app/look.h"
 #include "shell/win32/handles.h"
 
 // Type, spacing and colour of the program, chosen once here.
 namespace tonadex::shell {
+
+using namespace app::look;
 
 struct Colours {
   COLORREF window, card, border, hover;
@@ -27,14 +30,16 @@ struct Theme {
   // A device-independent distance in pixels.
   int Px(int distance) const { return MulDiv(distance, static_cast<int>(dpi), 96); }
 
+  const Font& FontOf(app::Font font) const;
+  int LineOf(app::Font font) const;  // height of a line
+
   UINT dpi;
   bool dark;
   Colours colours;
-  Font body, small, title, mono, bold;
+  Font body, small, title, heading, mono, bold;
   std::wstring monoName;
-  int line;       // height of a line of body text, pixels
-  int smallLine;  // of small text
-  int control;    // height of buttons and one-line fields
+  int line, smallLine;  // heights of a line of body text and of small text, pixels
+  int control;          // height of buttons and one-line fields
   Brush windowBrush, cardBrush;
 };
 

@@ -4,8 +4,6 @@
 #include <objbase.h>
 #include <oleacc.h>
 
-#include <cstring>
-
 #include "platform/win32/wide_text.h"
 #include "shell/win32/hook.h"
 
@@ -55,21 +53,6 @@ void SetSpokenName(HWND window, std::string_view name) {
   services->Release();
 }
 
-void PutOnClipboard(HWND owner, std::string_view text) {
-  const std::wstring wide = platform::ToWideLines(text);
-  const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
-  if (OpenClipboard(owner) == 0) {
-    return;
-  }
-  EmptyClipboard();
-  if (const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes)) {
-    std::memcpy(GlobalLock(memory), wide.c_str(), bytes);
-    GlobalUnlock(memory);
-    SetClipboardData(CF_UNICODETEXT, memory);
-  }
-  CloseClipboard();
-}
-
 void RegisterKind(const wchar_t* name, WNDPROC procedure, UINT style, const wchar_t* cursor) {
   constexpr int kIconResource = 1;
   WNDCLASSW kind{};
@@ -82,11 +65,15 @@ void RegisterKind(const wchar_t* name, WNDPROC procedure, UINT style, const wcha
   RegisterClassW(&kind);
 }
 
-HWND MakeBareWindow(HWND parent, DWORD style) {
+HWND MakeChild(const wchar_t* kind, DWORD style, HWND parent, int id) {
+  return CreateWindowExW(0, kind, L"", WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 1, 1, parent,
+                         reinterpret_cast<HMENU>(LONG_PTR{id}), GetModuleHandleW(nullptr), nullptr);
+}
+
+HWND MakeBareWindow(HWND parent, DWORD style, int id) {
   constexpr wchar_t kClass[] = L"TonadexPart";
   RegisterKind(kClass, DefWindowProcW, CS_HREDRAW | CS_VREDRAW);
-  return CreateWindowExW(0, kClass, L"", WS_CHILD | style, 0, 0, 1, 1, parent, nullptr,
-                         GetModuleHandleW(nullptr), nullptr);
+  return MakeChild(kClass, style, parent, id);
 }
 
 }  // namespace tonadex::shell

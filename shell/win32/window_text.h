@@ -21,6 +21,4 @@ std::wstring PlainWords(const std::wstring& caption);
 // What those hear who do not see the window.
 void SetSpokenName(HWND window, std::string_view name);
 
-void PutOnClipboard(HWND owner, std::string_view text);
-
 }  // namespace tonadex::shell

@@ -23,10 +23,11 @@ void* operator new(std::size_t size) {
   }
   throw std::bad_alloc();
 }
-void operator delete(void* place) noexcept {
+// Not inlined: the compiler would take the pair of "new" and "free" for a mistake.
+[[gnu::noinline]] void operator delete(void* place) noexcept {
   std::free(place);
 }
-void operator delete(void* place, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* place, std::size_t) noexcept {
   std::free(place);
 }
 

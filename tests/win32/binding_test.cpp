@@ -30,7 +30,7 @@ struct BoundForm : Screen {
   bool Enabled(const ControlInfo& info) override { return !HasStyle(info, WS_DISABLED); }
   std::optional<std::string> Shown(const ControlInfo& info) override {
     const BoundControl& bound = Of(info);
-    if (bound.browser != nullptr || bound.display != nullptr) {
+    if (info.look > Look::kNotices && info.look != Look::kComboBox && bound.list == nullptr) {
       return std::nullopt;
     }
     if (bound.list == nullptr) {
@@ -42,29 +42,28 @@ struct BoundForm : Screen {
     return platform::FromWide(row);
   }
   bool Type(const ControlInfo& info, const std::string& text) override {
-    const Look look = Of(info).look;
-    const bool typed = look == Look::kLine || look == Look::kArea || look == Look::kComboBox;
+    const bool typed =
+        info.look == Look::kLine || info.look == Look::kArea || info.look == Look::kComboBox;
     return typed && SetWindowTextW(Of(info).window, platform::ToWide(text).c_str()) != 0;
   }
   bool Choose(const ControlInfo& info, int row) override {
     return Of(info).list != nullptr &&
            SendMessageW(Of(info).window, LB_SETCURSEL, static_cast<WPARAM>(row), 0) == row;
   }
-  void Do(const app::HandlerInfo& row, const ControlInfo& info) override {
+  void Do(Event event, const ControlInfo& info) override {
     const BoundControl& bound = Of(info);
-    const bool box = bound.look == Look::kComboBox;
-    const int index = static_cast<int>(bound.info - app::Controls().data());
-    const int notification = row.event == Event::kActivate ? LBN_DBLCLK
-                             : row.event == Event::kChange ? (box ? CBN_EDITCHANGE : EN_CHANGE)
-                             : bound.list != nullptr       ? LBN_SELCHANGE
-                                                           : BN_CLICKED;
-    if (row.event == Event::kTick) {
-      EXPECT_TRUE(binding.Tick(static_cast<UINT_PTR>(index + shell::kFirstControlId)));
-    } else if (row.event == Event::kEnter || row.event == Event::kNavigation) {
-      EXPECT_TRUE(binding.Handles(bound, row.event));
-      binding.Raise(bound, row.event);
+    const int notification = event == Event::kActivate      ? LBN_DBLCLK
+                             : info.look == Look::kComboBox ? CBN_EDITCHANGE
+                             : event == Event::kChange      ? EN_CHANGE
+                             : bound.list != nullptr        ? LBN_SELCHANGE
+                                                            : BN_CLICKED;
+    if (event == Event::kTick) {
+      binding.Tick(static_cast<UINT_PTR>(bound.Id()));
+    } else if (event == Event::kEnter || event == Event::kNavigation ||
+               info.look == Look::kSlider) {
+      binding.Raise(bound, event);
     } else {
-      EXPECT_TRUE(binding.Command(GetDlgCtrlID(bound.window), notification));
+      binding.Command(GetDlgCtrlID(bound.window), notification);
     }
   }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "app/form1_tables.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/binding.h"
 #include "shell/win32/window_text.h"

@@ -6,11 +6,9 @@
 #include <functional>
 #include <memory>
 
-#include "app/form1_tables.h"
-#include "app/words.h"
+#include "app/layout.h"
 #include "core/windows1252.h"
 #include "platform/win32/wide_text.h"
-#include "shell/win32/pages.h"
 #include "tests/support/temp_folder.h"
 #include "tests/win32/user.h"
 #include "tests/win32/windows_process.h"
@@ -84,7 +82,7 @@ class WindowTest : public testing::Test {
 
 TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
   Start();
-  EXPECT_EQ(TextIn(GetDlgItem(window, shell::kPhoneId)), std::string(u8"Elige tu móvil"_w));
+  EXPECT_EQ(TextIn(Of(&Form1::phoneButton)), std::string(u8"Elige tu móvil"_w));
   ChoosePhone(0, 3);
   ChooseMelody();
   Click(Of(&Form1::picconvertir));
@@ -96,7 +94,7 @@ TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
   EXPECT_EQ(Close(), 0U);
 
   Start();
-  EXPECT_EQ(TextIn(GetDlgItem(window, shell::kPhoneId)), std::string(u8"Nokia 3210, 3310 …"_w));
+  EXPECT_EQ(TextIn(Of(&Form1::phoneButton)), std::string(u8"Nokia 3210, 3310 …"_w));
   Click(Of(&Form1::cmdopciones));
   ASSERT_TRUE(Shows(&Form1::cmbformatos));
   EXPECT_TRUE(WaitUntil([&] {
@@ -107,10 +105,13 @@ TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
 
 TEST_F(WindowTest, EveryButtonOfTheRowLeadsToItsPage) {
   Start();
-  for (const app::NavigationInfo& info : app::NavigationRow()) {
-    Click(Of(info.button));
-    for (const auto member : app::PageControls(info.page)) {
-      EXPECT_TRUE(Shows(member)) << app::PlainCaption(TextIn(Of(info.button)));
+  for (const app::ControlInfo& info : app::Controls()) {
+    if (info.look == app::Look::kNavigation) {
+      Click(Of(info.member));
+      for (const auto member : app::PageControls(info.leadsTo)) {
+        EXPECT_TRUE(member == &Form1::goToSearchButton || Shows(member))
+            << info.name << ", " << app::InfoOf(member).name;
+      }
     }
   }
   const HWND help = WaitForWindow(L"TonadexAyuda", program->id());
@@ -201,11 +202,8 @@ class MuteServer {
 
 class GivingUp : public WindowTest {
  protected:
-  HWND WaitingLine() const {
-    return FindWindowExW(window, nullptr, nullptr, platform::ToWide(app::words::kWaiting).c_str());
-  }
-  bool Waits() const {
-    return WaitUntil([&] { return IsWindowVisible(WaitingLine()) != 0; });
+  bool Waits(bool still = true) const {
+    return WaitUntil([&] { return (IsWindowVisible(Of(&Form1::waitingLine)) != 0) == still; });
   }
   void Search() {
     Press('B', kAlt);
@@ -222,7 +220,7 @@ TEST_F(GivingUp, EscEndsARequestThatEveryPageShows) {
   Start(server.Argument());
   Search();
   Press(VK_ESCAPE);
-  EXPECT_TRUE(WaitUntil([&] { return WaitingLine() == nullptr; }));
+  EXPECT_TRUE(Waits(false));
   Click(Of(&Form1::cmdinicio));
   ASSERT_TRUE(Shows(&Form1::txtrtttlsube));
   Click(Of(&Form1::txtrtttlsube));
@@ -232,10 +230,10 @@ TEST_F(GivingUp, EscEndsARequestThatEveryPageShows) {
   Click(Of(&Form1::cmdsubirmelortttl));
   ASSERT_TRUE(Waits());
   RECT line{};
-  GetClientRect(WaitingLine(), &line);
+  GetClientRect(Of(&Form1::waitingLine), &line);
   EXPECT_GT(line.bottom, 12) << "room for its words";
   Press(VK_ESCAPE);
-  EXPECT_TRUE(WaitUntil([&] { return WaitingLine() == nullptr; }));
+  EXPECT_TRUE(Waits(false));
   EXPECT_NE(IsWindowEnabled(window), 0) << "there is nothing to say";
 }
 

@@ -15,9 +15,6 @@ namespace {
 // Drawing takes time for each character, and a file that is no melody makes a row of a mebibyte.
 constexpr std::size_t kMostShown = 500;
 
-// The saved text while no phone has been chosen yet: no row shows it.
-constexpr std::string_view kNothingChosen = "0";
-
 // Line ends, tabs and other controls as blanks: a row is one line.
 QString OneLine(std::string_view text) {
   QString line = ToQString(text.substr(0, kMostShown));
@@ -113,12 +110,11 @@ RowList::RowList(QWidget* parent) : QListView(parent), model_(new RowsModel(this
 
 void RowList::SetControl(const app::Control& control) {
   setting_ = true;
-  const bool loose =
-      control.listIndex < 0 && !control.text.empty() && control.text != kNothingChosen;
-  const bool fresh = model_->SetRows(control.rows, loose ? control.text : std::string());
+  const std::string_view loose = control.LooseText();
+  const bool fresh = model_->SetRows(control.rows, std::string(loose));
   text_ = control.text;
   if (fresh || SelectedRow() != control.listIndex) {
-    if (loose) {
+    if (!loose.empty()) {
       setCurrentIndex(model_->index(static_cast<int>(control.rows.size())));
     } else if (control.listIndex < 0) {
       clearSelection();

@@ -10,11 +10,13 @@
 namespace tonadex::shell {
 namespace {
 
+using app::Look;
+
 constexpr wchar_t kFaceProperty[] = L"TonadexFace";
-constexpr int kIconSize = 20, kNavigationIconSize = 24;
+constexpr int kIconSize = 20, kNavigationIconSize = 24, kNavigationWidth = 84;
 
 struct Face {
-  ButtonLook look;
+  Look look;
   std::string_view icon;
   bool hot = false, checked = false;
 };
@@ -45,23 +47,27 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
   const bool focus = (item.itemState & ODS_FOCUS) != 0;
   const bool pressed = (item.itemState & ODS_SELECTED) != 0;
   Ink ink{c.card, c.border, c.text, theme.Px(1)};
-  if (face.look == ButtonLook::kNavigation || face.look == ButtonLook::kLink) {
+  if (face.look == Look::kNavigation || face.look == Look::kLink) {
     ink.fill = ink.frame = c.card;
     ink.text = face.checked ? c.accent : c.text;
-  } else if (face.look == ButtonLook::kPrimary) {
+  } else if (face.look == Look::kPrimary) {
     ink = {c.accent, c.accent, c.accentText, theme.Px(1)};
   }
-  if (face.hot && !pressed) {
-    ink.fill = face.look == ButtonLook::kPrimary ? Blend(c.text, c.accent, 0.15) : c.hover;
+  if (face.checked && face.look == Look::kKeys) {
+    ink.fill = c.accentWash;
+    ink.frame = c.accent;
   }
-  if (pressed && face.look != ButtonLook::kPrimary) {
+  if (face.hot && !pressed) {
+    ink.fill = face.look == Look::kPrimary ? Blend(c.text, c.accent, 0.15) : c.hover;
+  }
+  if (pressed && face.look != Look::kPrimary) {
     ink.fill = c.accentWash;
   }
   if ((item.itemState & ODS_DISABLED) != 0) {
     ink = {c.window, c.border, Blend(c.text, c.window, 0.5), theme.Px(1)};
   }
   if (focus) {
-    ink.frame = face.look == ButtonLook::kPrimary ? c.text : c.accent;
+    ink.frame = face.look == Look::kPrimary ? c.text : c.accent;
     ink.frameWidth = theme.Px(2);
   }
   return ink;
@@ -121,64 +127,68 @@ void DrawCommand(const DRAWITEMSTRUCT& item, const Face& face, const Ink& ink, c
         DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | PrefixFlag(item));
 }
 
+void Draw(const DRAWITEMSTRUCT& item, const Face& face, const Theme& theme) {
+  const bool onBar = face.look == Look::kNavigation || face.look == Look::kLink;
+  const bool onCard = onBar || face.look == Look::kKeys;
+  FillRect(item.hDC, &item.rcItem, onCard ? theme.cardBrush.get() : theme.windowBrush.get());
+  const Ink ink = InkOf(face, item, theme);
+  RoundedBox(item.hDC, item.rcItem, face.look == Look::kNavigation ? 1 : theme.Px(kRadius),
+             ink.fill, ink.frame, ink.frameWidth);
+  if (face.look == Look::kNavigation) {
+    DrawNavigation(item, face, ink, theme);
+  } else if (face.look == Look::kKeys) {
+    DrawKey(item, ink, theme);
+  } else {
+    DrawCommand(item, face, ink, theme);
+  }
+}
+
 }  // namespace
 
-HWND MakeButton(HWND parent, int id, ButtonLook look, std::string_view icon) {
-  const HWND button =
-      CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_TABSTOP | BS_OWNERDRAW, 0, 0, 1, 1, parent,
-                      reinterpret_cast<HMENU>(LONG_PTR{id}), GetModuleHandleW(nullptr), nullptr);
+HWND MakeButton(HWND parent, int id, Look look, std::string_view icon, const Theme& theme) {
+  const HWND button = MakeChild(L"BUTTON", WS_TABSTOP | BS_OWNERDRAW, parent, id);
   auto face = std::make_shared<Face>(Face{look, icon});
   SetPropW(button, kFaceProperty, face.get());
-  HookWindow(button, [face](HWND window, UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
-    if (message == WM_MOUSEMOVE) {
-      SetHot(window, *face, true);
-    } else if (message == WM_MOUSELEAVE) {
-      SetHot(window, *face, false);
-    } else if (message == WM_ERASEBKGND) {
-      return 1;
-    }
-    return std::nullopt;
-  });
+  HookWindow(
+      button,
+      [face, &theme](HWND window, UINT message, WPARAM, LPARAM data) -> std::optional<LRESULT> {
+        if (message == WM_MOUSEMOVE) {
+          SetHot(window, *face, true);
+        } else if (message == WM_MOUSELEAVE) {
+          SetHot(window, *face, false);
+        } else if (message == WM_ERASEBKGND) {
+          return 1;
+        } else if (message == kDrawYourself) {
+          Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(data), *face, theme);
+          return TRUE;
+        }
+        return std::nullopt;
+      });
   return button;
 }
 
 void SetChecked(HWND button, bool checked) {
   Face* face = FaceOf(button);
-  if (face != nullptr && face->checked != checked) {
+  if (face->checked != checked) {
     face->checked = checked;
     InvalidateRect(button, nullptr, TRUE);
   }
 }
 
-void DrawButton(const DRAWITEMSTRUCT& item, const Theme& theme) {
-  const Face* face = FaceOf(item.hwndItem);
-  if (face == nullptr) {
-    return;
-  }
-  const bool onBar = face->look == ButtonLook::kNavigation || face->look == ButtonLook::kLink;
-  const bool onCard = onBar || face->look == ButtonLook::kKey;
-  FillRect(item.hDC, &item.rcItem, onCard ? theme.cardBrush.get() : theme.windowBrush.get());
-  const Ink ink = InkOf(*face, item, theme);
-  RoundedBox(item.hDC, item.rcItem, face->look == ButtonLook::kNavigation ? 1 : theme.Px(kRadius),
-             ink.fill, ink.frame, ink.frameWidth);
-  if (face->look == ButtonLook::kNavigation) {
-    DrawNavigation(item, *face, ink, theme);
-  } else if (face->look == ButtonLook::kKey) {
-    DrawKey(item, ink, theme);
-  } else {
-    DrawCommand(item, *face, ink, theme);
-  }
-}
-
-int ButtonWidth(HWND button, const Theme& theme) {
+SIZE ButtonSize(HWND button, const Theme& theme) {
   const Face* face = FaceOf(button);
   const std::wstring caption = PlainWords(WindowText(button));
-  if (face != nullptr && face->look == ButtonLook::kNavigation) {
-    return TextWidth(theme.bold.get(), caption) + theme.Px(3 * kGrid);
+  if (face->look == Look::kNavigation) {
+    return {std::max(theme.Px(kNavigationWidth),
+                     TextWidth(theme.bold.get(), caption) + theme.Px(3 * kGrid)),
+            theme.line + theme.Px(kGrid + kNavigationIconSize + 2 + 9)};
   }
-  const bool icon = face != nullptr && !face->icon.empty();
-  return TextWidth(theme.body.get(), caption) + theme.Px(icon ? kIconSize + 6 : 0) +
-         theme.Px(4 * kGrid);
+  const int icon = face->icon.empty() ? 0 : theme.Px(kIconSize + 6);
+  return {TextWidth(theme.body.get(), caption) + icon + theme.Px(4 * kGrid), theme.control};
+}
+
+int KeyHeight(const Theme& theme) {
+  return theme.line + theme.smallLine + theme.Px(7);
 }
 
 }  // namespace tonadex::shell

@@ -4,23 +4,20 @@
 
 #include <string_view>
 
+#include "app/controls.h"
 #include "shell/win32/theme.h"
 
 namespace tonadex::shell {
 
-enum class ButtonLook { kCommand, kPrimary, kNavigation, kKey, kLink };
-
 // A push button that we paint and that stays the system's in all else: focus, mnemonic, access.
-// A caption of two lines (CR LF) sets the second smaller.
-HWND MakeButton(HWND parent, int id, ButtonLook look, std::string_view icon);
+// A phone's key (kKeys) sets the second of its two lines smaller.
+HWND MakeButton(HWND parent, int id, app::Look look, std::string_view icon, const Theme& theme);
 
-// The mark of the page that is shown.
+// The mark of the page that is shown, and of a key that stays down.
 void SetChecked(HWND button, bool checked);
 
-// Answers the parent's WM_DRAWITEM.
-void DrawButton(const DRAWITEMSTRUCT& item, const Theme& theme);
-
-// How wide the button has to be for its caption.
-int ButtonWidth(HWND button, const Theme& theme);
+// How large the button has to be for its caption.
+SIZE ButtonSize(HWND button, const Theme& theme);
+int KeyHeight(const Theme& theme);
 
 }  // namespace tonadex::shell

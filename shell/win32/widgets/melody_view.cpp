@@ -13,8 +13,8 @@ constexpr BYTE kNoteAlpha = 158;
 
 }  // namespace
 
-MelodyView::MelodyView(HWND parent, const Theme& theme)
-    : window_(MakeBareWindow(parent, WS_TABSTOP | WS_HSCROLL)), theme_(theme) {
+MelodyView::MelodyView(HWND parent, int id, const Theme& theme)
+    : window_(MakeBareWindow(parent, WS_TABSTOP | WS_HSCROLL, id)), theme_(theme) {
   ShowScrollBar(window_, SB_HORZ, FALSE);
   HookWindow(window_, [this](HWND, UINT message, WPARAM wide, LPARAM data) {
     return Handle(message, wide, data);

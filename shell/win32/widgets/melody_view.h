@@ -15,7 +15,7 @@ namespace tonadex::shell {
 // keys, the wheel and the bar.
 class MelodyView {
  public:
-  MelodyView(HWND parent, const Theme& theme);
+  MelodyView(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
   // `invitation` stands in an empty one.

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/win32/rich_edit.h"
+#include "platform/win32/system_services.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
@@ -85,7 +86,7 @@ void PhoneDisplay::SetInvitation(const std::string& invitation) {
 }
 
 void PhoneDisplay::SetPixelSize(int pixels) {
-  pixels_ = std::clamp(pixels, kSmallestPixels, kLargestPixels);
+  pixels_ = std::clamp(pixels, kSmallestType, kLargestType);
   columns_ = 0;
   LayOut();
 }
@@ -205,7 +206,7 @@ void PhoneDisplay::CopySelection() const {
   const TextRange range{static_cast<std::size_t>(std::min(selection.cpMin, end)),
                         static_cast<std::size_t>(std::min(selection.cpMax, end))};
   if (!result_.empty() && range.to > range.from) {
-    PutOnClipboard(window_, ShownPart(result_, shown_, range));
+    platform::PutOnClipboard(ShownPart(result_, shown_, range));
   }
 }
 

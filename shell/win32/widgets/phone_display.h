@@ -15,8 +15,6 @@ namespace tonadex::shell {
 // after group.
 class PhoneDisplay {
  public:
-  static constexpr int kSmallestPixels = 16, kLargestPixels = 40;  // at 96 dpi
-
   PhoneDisplay(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
@@ -24,6 +22,7 @@ class PhoneDisplay {
   void SetResult(const std::string& text, std::vector<app::ResultGroup> groups, bool counted);
   // What it says while there is no result.
   void SetInvitation(const std::string& invitation);
+  // Device-independent, kSmallestType to kLargestType.
   void SetPixelSize(int pixels);
   int PixelSize() const { return pixels_; }
   void ThemeChanged();

@@ -1,37 +1,31 @@
 #include "shell/win32/widgets/row_list.h"
 
+#include <algorithm>
 #include <string_view>
-#include <utility>
 
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
-#include "shell/win32/widgets/button.h"
 
 namespace tonadex::shell {
 namespace {
 
-constexpr std::string_view kNothingChosen = "0";  // what is saved before any choice
+// Drawing takes time for each character, and a file that is no melody makes a row of a mebibyte.
+constexpr std::size_t kMostShown = 500;
+constexpr DWORD kTypingMs = 1000;  // what is typed after that begins anew
 
 }  // namespace
 
 RowList::RowList(HWND parent, int id, const Theme& theme)
-    : window_(CreateWindowExW(0, L"LISTBOX", L"",
-                              WS_CHILD | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_OWNERDRAWFIXED |
-                                  LBS_HASSTRINGS | LBS_NOINTEGRALHEIGHT,
-                              0, 0, 1, 1, parent, reinterpret_cast<HMENU>(LONG_PTR{id}),
-                              GetModuleHandleW(nullptr), nullptr)),
+    : window_(MakeChild(L"LISTBOX",
+                        WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_OWNERDRAWFIXED | LBS_NODATA |
+                            LBS_NOINTEGRALHEIGHT,
+                        parent, id)),
       theme_(theme) {
   ThemeChanged();
-  HookWindow(window_,
-             [this](HWND window, UINT message, WPARAM wide, LPARAM data) -> std::optional<LRESULT> {
-               if (message == WM_PAINT && rows_.empty()) {
-                 const LRESULT result = DefSubclassProc(window, message, wide, data);
-                 PaintInvitation();
-                 return result;
-               }
-               return std::nullopt;
-             });
+  HookWindow(window_, [this](HWND, UINT message, WPARAM wide, LPARAM data) {
+    return Handle(message, wide, data);
+  });
 }
 
 void RowList::ThemeChanged() {
@@ -40,45 +34,92 @@ void RowList::ThemeChanged() {
 }
 
 void RowList::Draw(const app::Control& control) {
-  const bool foreign =
-      control.listIndex < 0 && !control.text.empty() && control.text != kNothingChosen;
-  const std::size_t count = control.rows.size();
-  app::ListRows rows = control.rows;
-  if (foreign) {
-    rows.push_back({control.text});
-  }
-  if (foreign != foreign_ || rows_ != rows) {
-    foreign_ = foreign;
-    rows_ = std::move(rows);
-    SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
-    SendMessageW(window_, LB_RESETCONTENT, 0, 0);
-    for (const app::ListRow row : rows_) {
-      const LRESULT index = SendMessageW(
-          window_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(platform::ToWide(row.text).c_str()));
-      SendMessageW(window_, LB_SETITEMDATA, static_cast<WPARAM>(index), row.hint ? 1 : 0);
-    }
-    SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
+  const std::string_view loose = control.LooseText();
+  const std::wstring invitation = platform::ToWide(control.invitation);
+  if (loose != loose_ || rows_ != control.rows || invitation != invitation_) {
+    rows_ = control.rows;
+    loose_ = loose;
+    invitation_ = invitation;
+    SendMessageW(window_, LB_SETCOUNT, rows_.size() + (loose_.empty() ? 0 : 1), 0);
     InvalidateRect(window_, nullptr, TRUE);
   }
-  const int marked = foreign ? static_cast<int>(count) : control.listIndex;
+  const int marked = loose.empty() ? control.listIndex : static_cast<int>(rows_.size());
   if (SendMessageW(window_, LB_GETCURSEL, 0, 0) != marked) {
     SendMessageW(window_, LB_SETCURSEL, static_cast<WPARAM>(marked), 0);
   }
 }
 
-void RowList::SetInvitation(const std::wstring& invitation) {
-  if (invitation_ != invitation) {
-    invitation_ = invitation;
-    InvalidateRect(window_, nullptr, TRUE);
+int RowList::Selected() const {
+  const auto row = static_cast<int>(SendMessageW(window_, LB_GETCURSEL, 0, 0));
+  return row < static_cast<int>(rows_.size()) ? row : -1;
+}
+
+std::wstring RowList::TextAt(std::size_t row) const {
+  const std::string_view text = row < rows_.size() ? rows_[row].text : std::string_view(loose_);
+  return platform::ToWide(text.substr(0, kMostShown));
+}
+
+// The system's list has no texts to find a row by, or to read one out.
+std::optional<LRESULT> RowList::Handle(UINT message, WPARAM wide, LPARAM data) {
+  switch (message) {
+    case kDrawYourself:
+      PaintRow(*reinterpret_cast<const DRAWITEMSTRUCT*>(data));
+      return TRUE;
+    case WM_PAINT:
+      if (rows_.empty() && loose_.empty()) {
+        const LRESULT result = DefSubclassProc(window_, message, wide, data);
+        PaintInvitation();
+        return result;
+      }
+      break;
+    case WM_CHAR:
+      if (wide >= ' ') {
+        FindTyped(static_cast<wchar_t>(wide));
+        return 0;
+      }
+      break;
+    case LB_GETTEXTLEN:
+    case LB_GETTEXT: {
+      if (wide >= rows_.size() + (loose_.empty() ? 0 : 1)) {
+        return LB_ERR;
+      }
+      const std::wstring text = TextAt(wide);
+      if (message == LB_GETTEXT) {
+        std::copy_n(text.c_str(), text.size() + 1, reinterpret_cast<wchar_t*>(data));
+      }
+      return static_cast<LRESULT>(text.size());
+    }
+    default:
+      break;
+  }
+  return std::nullopt;
+}
+
+// The next row that begins so.
+void RowList::FindTyped(wchar_t character) {
+  const DWORD now = GetTickCount();
+  if (now - typedAt_ > kTypingMs) {
+    typed_.clear();
+  }
+  typedAt_ = now;
+  typed_ += character;
+  const auto length = static_cast<int>(typed_.size());
+  const std::size_t count = rows_.size();
+  const auto from = static_cast<std::size_t>(std::max(0, Selected() + (length == 1 ? 1 : 0)));
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t row = (from + i) % count;
+    const std::wstring text = platform::ToWide(rows_[row].text.substr(0, typed_.size()));
+    if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, text.c_str(),
+                       static_cast<int>(text.size()), typed_.c_str(), length) == CSTR_EQUAL) {
+      SendMessageW(window_, LB_SETCURSEL, row, 0);
+      SendMessageW(GetParent(window_), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window_), LBN_SELCHANGE),
+                   reinterpret_cast<LPARAM>(window_));
+      return;
+    }
   }
 }
 
-int RowList::Selected() const {
-  const auto row = static_cast<int>(SendMessageW(window_, LB_GETCURSEL, 0, 0));
-  return foreign_ && row == static_cast<int>(rows_.size()) - 1 ? -1 : row;
-}
-
-void RowList::PaintInvitation() {
+void RowList::PaintInvitation() const {
   const HDC context = GetDC(window_);
   RECT area{};
   GetClientRect(window_, &area);
@@ -88,34 +129,25 @@ void RowList::PaintInvitation() {
   ReleaseDC(window_, context);
 }
 
-void RowList::DrawRow(const DRAWITEMSTRUCT& item, const Theme& theme) {
-  if (item.itemID == static_cast<UINT>(-1)) {
+void RowList::PaintRow(const DRAWITEMSTRUCT& item) const {
+  if (item.itemID > rows_.size() || (item.itemID == rows_.size() && loose_.empty())) {
     return;
   }
-  const bool hint = item.itemData != 0;
+  const bool hint = item.itemID < rows_.size() && rows_[item.itemID].hint;
   const bool selected = (item.itemState & ODS_SELECTED) != 0 && !hint;
-  const auto length = SendMessageW(item.hwndItem, LB_GETTEXTLEN, item.itemID, 0);
-  std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-  SendMessageW(item.hwndItem, LB_GETTEXT, item.itemID, reinterpret_cast<LPARAM>(text.data()));
-  text.pop_back();
-
-  const Brush ground(CreateSolidBrush(selected ? theme.colours.accentWash : theme.colours.card));
+  const Brush ground(CreateSolidBrush(selected ? theme_.colours.accentWash : theme_.colours.card));
   FillRect(item.hDC, &item.rcItem, ground.get());
   RECT box = item.rcItem;
   if (selected) {
     RECT mark = box;
-    mark.right = mark.left + theme.Px(3);
-    const Brush accent(CreateSolidBrush(theme.colours.accent));
+    mark.right = mark.left + theme_.Px(3);
+    const Brush accent(CreateSolidBrush(theme_.colours.accent));
     FillRect(item.hDC, &mark, accent.get());
   }
-  box.left += theme.Px(kGrid + 2);
-  Words(item.hDC, text, box, hint ? theme.small.get() : theme.body.get(),
-        hint ? theme.colours.muted : theme.colours.text,
+  box.left += theme_.Px(kGrid + 2);
+  Words(item.hDC, TextAt(item.itemID), box, hint ? theme_.small.get() : theme_.body.get(),
+        hint ? theme_.colours.muted : theme_.colours.text,
         DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
-}
-
-void DrawItem(const DRAWITEMSTRUCT& item, const Theme& theme) {
-  item.CtlType == ODT_LISTBOX ? RowList::DrawRow(item, theme) : DrawButton(item, theme);
 }
 
 }  // namespace tonadex::shell

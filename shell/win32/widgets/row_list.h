@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 #include "app/controls.h"
@@ -9,34 +10,32 @@
 
 namespace tonadex::shell {
 
-// A list of rows that we paint, in the system's list box.
+// A list of rows that we hold and paint, any number of them, in the system's list box.
 class RowList {
  public:
   RowList(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
-  // Rows and selection as the model has them. A chosen text that no row holds stands below them,
-  // marked.
+  // Rows and selection as the model has them; its loose text stands below them, marked.
   void Draw(const app::Control& control);
-  // What the empty list says.
-  void SetInvitation(const std::wstring& invitation);
   void ThemeChanged();
   // The model's row, -1 for none.
   int Selected() const;
 
-  static void DrawRow(const DRAWITEMSTRUCT& item, const Theme& theme);
-
  private:
-  void PaintInvitation();
+  std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
+  std::wstring TextAt(std::size_t row) const;
+  void FindTyped(wchar_t character);
+  void PaintRow(const DRAWITEMSTRUCT& item) const;
+  void PaintInvitation() const;
 
   HWND window_;
   const Theme& theme_;
   app::ListRows rows_;
-  bool foreign_ = false;  // the last row is none of the model's
+  std::string loose_;
   std::wstring invitation_;
+  std::wstring typed_;  // of a row's beginning
+  DWORD typedAt_ = 0;
 };
-
-// Answers the parent's WM_DRAWITEM, for lists and buttons.
-void DrawItem(const DRAWITEMSTRUCT& item, const Theme& theme);
 
 }  // namespace tonadex::shell
