@@ -12,7 +12,7 @@
 #include "core/windows1252.h"
 #include "midi/playback.h"
 #include "net/addresses.h"
-#include "phones/phone_words.h"
+#include "phones/phone_description.h"
 
 namespace tonadex::app {
 namespace {

@@ -35,25 +35,31 @@ std::string RowOf(const std::filesystem::path& file, std::string_view line) {
   return text.substr(0, text.find(':'));
 }
 
-bool ReadBytes(Context& context, const std::string& file, std::string& bytes) {
-  if (file == "-") {
-    bytes = files::ReadFirstLine(context.in, core::kMaxLineBytes);
-    return true;
-  }
-  std::ifstream input = OpenArgument(context, file);
-  bytes = input ? files::ReadFirstLine(input, core::kMaxLineBytes) : "";
-  return static_cast<bool>(input);
-}
-
 }  // namespace
 
 void Fail(Context& context, ExitCode code) {
   context.exitCode = std::max(context.exitCode, code);
 }
 
-void Fail(Context& context, ExitCode code, std::string_view utf8Message) {
-  context.err << "tonadex-cli: " << utf8Message << '\n';
-  Fail(context, code);
+void Fail(Context& context, const Failure& failure) {
+  context.err << "tonadex-cli: " << failure.words << '\n';
+  Fail(context, failure.code);
+}
+
+void Attempt(Context& context, const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const Failure& failure) {
+    Fail(context, failure);
+  }
+}
+
+void FailOnError(ExitCode code, const std::string& before, const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const core::RunTimeError& error) {
+    throw Failure{code, before + WordsOf(error)};
+  }
 }
 
 std::string WordsOf(const std::exception& error) {
@@ -73,30 +79,40 @@ std::filesystem::path ArgumentPath(const std::string& utf8) {
   return std::u8string(utf8.begin(), utf8.end());
 }
 
-std::ifstream OpenArgument(Context& context, const std::string& utf8) {
-  std::ifstream opened(ArgumentPath(utf8), std::ios::binary);
+std::istream& OpenInput(Context& context, const std::string& file, std::ifstream& opened) {
+  if (file == "-") {
+    return context.in;
+  }
+  const std::filesystem::path path = ArgumentPath(file);
+  opened.open(path, std::ios::binary);
   std::error_code ignored;
-  if (!opened || std::filesystem::is_directory(ArgumentPath(utf8), ignored)) {
-    opened.setstate(std::ios::failbit);
-    Fail(context, ExitCode::kSystemFailed, "no se puede abrir el fichero «" + utf8 + "»");
+  if (!opened || std::filesystem::is_directory(path, ignored)) {
+    throw Failure{ExitCode::kSystemFailed, "no se puede abrir el fichero «" + file + "»"};
   }
   return opened;
 }
 
-bool ReadMelody(Context& context, const std::string& file, MelodyInput& input) {
-  std::string bytes;
-  if (!ReadBytes(context, file, bytes)) {
-    return false;
-  }
+MelodyInput ReadMelody(Context& context, const std::string& file) {
+  std::ifstream opened;
+  const std::string bytes =
+      files::ReadFirstLine(OpenInput(context, file, opened), core::kMaxLineBytes);
   if (bytes.size() > core::kMaxLineBytes) {
-    Fail(context, ExitCode::kNotConverted,
-         file + ": la primera línea pasa de 1 MiB y no puede ser una melodía");
-    return false;
+    throw Failure{ExitCode::kNotConverted,
+                  file + ": la primera línea pasa de 1 MiB y no puede ser una melodía"};
   }
-  input.name = file;
-  input.line = core::FromOutside(bytes);
-  input.row = RowOf(ArgumentPath(file), input.line);
-  return true;
+  const std::string line = core::FromOutside(bytes);
+  return {file, line, RowOf(ArgumentPath(file), line)};
+}
+
+std::vector<std::string> FilesOrInput(const std::vector<std::string>& files) {
+  return files.empty() ? std::vector<std::string>{"-"} : files;
+}
+
+void ForEachMelody(Context& context, const std::vector<std::string>& files,
+                   const std::function<void(const MelodyInput&)>& work) {
+  for (const std::string& file : FilesOrInput(files)) {
+    Attempt(context, [&] { work(ReadMelody(context, file)); });
+  }
 }
 
 void LoadMelody(core::RTTTLMelody& melody, std::string_view line) {
@@ -126,10 +142,6 @@ void ShowMessages(Context& context, const std::vector<core::Message>& messages,
   for (const core::Message& message : messages) {
     context.err << before << ForTerminal(message.text) << '\n';
   }
-}
-
-std::vector<std::string> FilesOrInput(const std::vector<std::string>& files) {
-  return files.empty() ? std::vector<std::string>{"-"} : files;
 }
 
 }  // namespace tonadex::cli

@@ -3,6 +3,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <istream>
 #include <ostream>
 #include <string>
@@ -11,10 +12,6 @@
 
 #include "core/message_box.h"
 #include "core/rtttl.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tonadex::cli {
 
@@ -35,11 +32,24 @@ struct Context {
   ExitCode exitCode = ExitCode::kDone;
 };
 
+// Why a command, or its work on one file, ends early. Not an std::exception: what catches those of
+// the system lets it pass.
+struct Failure {
+  ExitCode code;
+  std::string words;  // UTF-8
+};
+
 // Keeps the worse of the run's exit code and `code`: one bad file of many is told at the end.
 void Fail(Context& context, ExitCode code);
 
-// Writes "tonadex-cli: <message>" to the error stream and keeps the exit code.
-void Fail(Context& context, ExitCode code, std::string_view utf8Message);
+// Writes "tonadex-cli: <words>" to the error stream and keeps the exit code.
+void Fail(Context& context, const Failure& failure);
+
+// Does the work; a Failure that it throws is reported.
+void Attempt(Context& context, const std::function<void()>& work);
+
+// Does the work; a core::RunTimeError becomes a Failure, its words behind `before`.
+void FailOnError(ExitCode code, const std::string& before, const std::function<void()>& work);
 
 // What an error says (core::ErrorWords), in UTF-8.
 std::string WordsOf(const std::exception& error);
@@ -50,8 +60,9 @@ std::string ForTerminal(std::string_view text);
 // The path of a FICHERO argument (UTF-8 from the command line).
 std::filesystem::path ArgumentPath(const std::string& utf8);
 
-// Opens such a file for reading; a pipe will do. Reports a failure, and the stream has failed then.
-std::ifstream OpenArgument(Context& context, const std::string& utf8);
+// The input that it names: standard input for "-", else `opened` on that file; a pipe will do.
+// Throws Failure.
+std::istream& OpenInput(Context& context, const std::string& file, std::ifstream& opened);
 
 // A melody of the command line: the first line of a file, or of standard input for "-".
 struct MelodyInput {
@@ -61,8 +72,15 @@ struct MelodyInput {
                      // text before the first ":"
 };
 
-// Reads it, or reports why not and gives false. A line of more than core::kMaxLineBytes is refused.
-bool ReadMelody(Context& context, const std::string& file, MelodyInput& input);
+// Throws Failure, also for a line of more than core::kMaxLineBytes.
+MelodyInput ReadMelody(Context& context, const std::string& file);
+
+// "-" for standard input when no file is named.
+std::vector<std::string> FilesOrInput(const std::vector<std::string>& files);
+
+// Reads each file (or standard input) and does the work; a Failure concerns that file alone.
+void ForEachMelody(Context& context, const std::vector<std::string>& files,
+                   const std::function<void(const MelodyInput&)>& work);
 
 // A record fresh from its defaults with the line's text, sharps restored.
 void LoadMelody(core::RTTTLMelody& melody, std::string_view line);
@@ -74,18 +92,6 @@ bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& 
 // Messages of the program on the error stream, one a line, each behind `before`.
 void ShowMessages(Context& context, const std::vector<core::Message>& messages,
                   std::string_view before = {});
-
-// "-" for standard input when no file is named.
-std::vector<std::string> FilesOrInput(const std::vector<std::string>& files);
-
-// Each command adds itself; its callback does the work and keeps the exit code.
-void AddModelos(CLI::App& app, Context& context);
-void AddConvertir(CLI::App& app, Context& context);
-void AddComprobar(CLI::App& app, Context& context);
-void AddMidi(CLI::App& app, Context& context);
-void AddReproducir(CLI::App& app, Context& context);
-void AddNetwork(CLI::App& app, Context& context);  // buscar, azar, descargar, subir
-void AddImprimir(CLI::App& app, Context& context);
 
 // The whole program but for main's streams. `argv` is UTF-8.
 int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err);

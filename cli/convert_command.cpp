@@ -1,38 +1,40 @@
-#include <CLI/CLI.hpp>
 #include <fstream>
-#include <memory>
 
-#include "cli/context.h"
+#include "cli/commands.h"
 #include "cli/convert_line.h"
 #include "cli/line_stream.h"
-#include "cli/shared_options.h"
-#include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/write.h"
 #include "phones/catalogue.h"
 #include "phones/formats.h"
+#include "phones/phone_finder.h"
 
 namespace tonadex::cli {
 namespace {
 
-struct ConvertOptions {
-  PhoneChoice phone;
-  std::string row, saveFile;
-  bool allModels = false, json = false, lines = false, resultOnly = false;
-  std::vector<std::string> files;
-  const CLI::Option* saveOption = nullptr;
-};
-
-std::vector<std::string> ChosenModels(Context& context, const ConvertOptions& options) {
-  if (options.allModels) {
-    std::vector<std::string> models;
-    for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
-      models.emplace_back(row.model);
-    }
-    return models;
+std::string PhoneModel(const std::string& name) {
+  const std::vector<phones::CatalogueRow> found = phones::FindPhones(core::FromUtf8(name));
+  if (found.size() == 1) {
+    return std::string(found.front().model);
   }
-  const auto model = ChosenModel(context, options.phone);
-  return model ? std::vector{*model} : std::vector<std::string>();
+  std::string words = found.empty() ? "ningún móvil del catálogo responde a «" + name +
+                                          "»; mira «tonadex-cli modelos»"
+                                    : "«" + name + "» puede ser:";
+  for (const phones::CatalogueRow& row : found) {
+    words += "\n  " + std::string(row.brand) + ": \"" + std::string(row.model) + "\"";
+  }
+  throw Failure{ExitCode::kWrongUse, words};
+}
+
+std::vector<std::string> ChosenModels(const Arguments& arguments) {
+  if (!arguments.allModels) {
+    return {ChosenModel(arguments)};
+  }
+  std::vector<std::string> models;
+  for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
+    models.emplace_back(row.model);
+  }
+  return models;
 }
 
 void PrintPage(Context& context, const phones::ConversionPage& page, bool resultOnly) {
@@ -52,16 +54,12 @@ void PrintPage(Context& context, const phones::ConversionPage& page, bool result
 
 // A text result goes to --salida too; the writers of files have used it already. Where there is
 // none, the file keeps what it holds.
-void SaveResult(Context& context, const ConvertOptions& options, const std::string& model,
-                const phones::ConversionPage& page) {
-  if (options.saveFile.empty() || page.result.empty() || phones::SavesFile(model)) {
+void SaveResult(const std::string& file, const std::string& model, const std::string& result) {
+  if (file.empty() || result.empty() || phones::SavesFile(model)) {
     return;
   }
-  try {
-    files::WriteBytes(ArgumentPath(options.saveFile), core::ToUtf8(page.result));
-  } catch (const core::RunTimeError& error) {
-    Fail(context, ExitCode::kSystemFailed, core::ToUtf8(error.what()));
-  }
+  FailOnError(ExitCode::kSystemFailed, "",
+              [&] { files::WriteBytes(ArgumentPath(file), core::ToUtf8(result)); });
 }
 
 // The exit code of a conversion; a phone that asks for a file is passed over among all of them.
@@ -78,116 +76,86 @@ ExitCode CodeOf(phones::Outcome outcome, bool allModels) {
   }
 }
 
-void ConvertOne(Context& context, const ConvertOptions& options, const MelodyInput& input,
+void ConvertOne(Context& context, const Arguments& arguments, const MelodyInput& input,
                 const std::string& model) {
   using phones::Outcome;
   core::RTTTLMelody melody;
+  const std::string output = arguments.output.value_or("");
   std::optional<std::string> file;
-  if (!options.saveFile.empty()) {
-    file = core::FromUtf8(options.saveFile);
+  if (!output.empty()) {
+    file = core::FromUtf8(output);
   }
-  const std::string row = options.row.empty() ? input.row : core::FromUtf8(options.row);
+  const std::string row = arguments.row.empty() ? input.row : core::FromUtf8(arguments.row);
   const auto conversion = ConvertLine(melody, input.line, model, row, file);
-  Fail(context, CodeOf(conversion.outcome, options.allModels));
-  if (options.json) {
+  Fail(context, CodeOf(conversion.outcome, arguments.allModels));
+  if (arguments.json) {
     context.out << ConversionJson(conversion, input.name, model);
   } else {
     ShowMessages(context, conversion.messages);
     if (conversion.page) {
-      PrintPage(context, *conversion.page, options.resultOnly);
+      PrintPage(context, *conversion.page, arguments.resultOnly);
     }
   }
   if (conversion.outcome == Outcome::kNoModel) {
-    Fail(context, ExitCode::kNotConverted,
-         "«" + core::ToUtf8(model) + "» no es un modelo del catálogo; mira «tonadex-cli modelos»");
-  } else if (conversion.outcome == Outcome::kCancelled) {
+    throw Failure{
+        ExitCode::kNotConverted,
+        "«" + core::ToUtf8(model) + "» no es un modelo del catálogo; mira «tonadex-cli modelos»"};
+  }
+  if (conversion.outcome == Outcome::kCancelled) {
     context.err << "tonadex-cli: \"" << core::ToUtf8(model)
                 << "\" graba un fichero: indica dónde con --salida FICHERO\n";
   } else if (conversion.page) {
-    SaveResult(context, options, model, *conversion.page);
+    SaveResult(output, model, conversion.page->result);
   }
 }
 
-void ConvertFiles(Context& context, const ConvertOptions& options,
+void ConvertFiles(Context& context, const Arguments& arguments,
                   const std::vector<std::string>& models) {
-  const std::vector<std::string> files = FilesOrInput(options.files);
-  if (options.saveOption->count() > 0 && files.size() * models.size() > 1) {
-    Fail(context, ExitCode::kWrongUse, "--salida sirve para una sola melodía y un solo modelo");
-    return;
+  if (arguments.output && FilesOrInput(arguments.words).size() * models.size() > 1) {
+    throw Failure{ExitCode::kWrongUse, "--salida sirve para una sola melodía y un solo modelo"};
   }
   bool first = true;
-  for (const std::string& file : files) {
-    MelodyInput input;
-    if (!ReadMelody(context, file, input)) {
-      continue;
-    }
+  ForEachMelody(context, arguments.words, [&](const MelodyInput& input) {
     for (const std::string& model : models) {
-      if (!first && !options.json && !options.resultOnly) {
+      if (!first && !arguments.json && !arguments.resultOnly) {
         context.out << "\n----\n\n";
       }
       first = false;
-      ConvertOne(context, options, input, model);
+      ConvertOne(context, arguments, input, model);
     }
-  }
+  });
 }
 
-void ConvertLineFiles(Context& context, const ConvertOptions& options,
+void ConvertLineFiles(Context& context, const Arguments& arguments,
                       const std::vector<std::string>& models) {
-  if (models.size() != 1 || options.saveOption->count() > 0) {
-    Fail(context, ExitCode::kWrongUse, "--lineas pide un solo modelo y no admite --salida");
-    return;
+  if (models.size() != 1 || arguments.output) {
+    throw Failure{ExitCode::kWrongUse, "--lineas pide un solo modelo y no admite --salida"};
   }
-  const std::string row = core::FromUtf8(options.row);
-  for (const std::string& file : FilesOrInput(options.files)) {
-    std::ifstream opened;
-    if (file != "-") {
-      opened = OpenArgument(context, file);
-      if (!opened) {
-        continue;
-      }
+  const std::string row = core::FromUtf8(arguments.row);
+  for (const std::string& file : FilesOrInput(arguments.words)) {
+    bool written = true;
+    Attempt(context, [&] {
+      std::ifstream opened;
+      written = ConvertLines(OpenInput(context, file, opened), context.out, models.front(), row);
+    });
+    if (!written) {
+      throw Failure{ExitCode::kSystemFailed, "no se puede escribir el resultado"};
     }
-    if (!ConvertLines(file == "-" ? context.in : opened, context.out, models.front(), row)) {
-      Fail(context, ExitCode::kSystemFailed, "no se puede escribir el resultado");
-      return;
-    }
-  }
-}
-
-void Convert(Context& context, const ConvertOptions& options) {
-  if (options.allModels ? options.phone.IsGiven() : !options.phone.IsOne()) {
-    Fail(context, ExitCode::kWrongUse, "elige el móvil con --telefono, --modelo o --todos");
-    return;
-  }
-  const std::vector<std::string> models = ChosenModels(context, options);
-  if (models.empty()) {
-    return;
-  }
-  if (options.lines) {
-    ConvertLineFiles(context, options, models);
-  } else {
-    ConvertFiles(context, options, models);
   }
 }
 
 }  // namespace
 
-void AddConvertir(CLI::App& app, Context& context) {
-  auto options = std::make_shared<ConvertOptions>();
-  CLI::App& command = *app.add_subcommand(
-      "convertir", "Convierte melodías en lo que acepta un móvil (título, resultado y avisos)");
-  AddPhone(command, options->phone);
-  command.add_flag("--todos", options->allModels, "Convierte para todos los modelos del catálogo");
-  command.add_option("--fila", options->row, "Nombre de la melodía en el título")
-      ->type_name("TEXTO");
-  options->saveOption =
-      command.add_option("-o,--salida", options->saveFile, "Fichero en el que grabar el resultado")
-          ->type_name("FICHERO");
-  command.add_flag("--json", options->json, "Un objeto JSON por melodía y modelo");
-  command.add_flag("--solo-resultado", options->resultOnly, "Muestra solo el resultado");
-  command.add_flag("--lineas", options->lines,
-                   "Cada línea es una melodía: un objeto JSON por línea, en orden");
-  AddMelodies(command, options->files);
-  command.callback([&context, options] { Convert(context, *options); });
+std::string ChosenModel(const Arguments& arguments) {
+  return arguments.phone ? PhoneModel(*arguments.phone)
+                         : core::FromUtf8(arguments.model.value_or(""));
+}
+
+void Convert(Context& context, const Arguments& arguments) {
+  if (arguments.allModels ? arguments.phone || arguments.model : !arguments.HasOnePhone()) {
+    throw Failure{ExitCode::kWrongUse, "elige el móvil con --telefono, --modelo o --todos"};
+  }
+  (arguments.lines ? ConvertLineFiles : ConvertFiles)(context, arguments, ChosenModels(arguments));
 }
 
 }  // namespace tonadex::cli

@@ -1,8 +1,7 @@
 #include "cli/convert_line.h"
 
-#include <nlohmann/json.hpp>
-
 #include "cli/context.h"
+#include "cli/json.h"
 #include "core/windows1252.h"
 
 namespace tonadex::cli {
@@ -31,19 +30,19 @@ std::string ConversionJson(const phones::Conversion& conversion, std::string_vie
                            std::string_view model) {
   static const phones::ConversionPage kKept;
   const phones::ConversionPage& page = conversion.page ? *conversion.page : kKept;
-  nlohmann::ordered_json json;
+  std::string json = "{";
   if (!file.empty()) {
-    json = {{"fichero", file}, {"modelo", core::ToUtf8(model)}};
+    json += JsonMembers({{"fichero", std::string(file)}, {"modelo", core::ToUtf8(model)}}) + ",";
   }
-  json["titulo"] = core::ToUtf8(page.title);
-  json["resultado"] = core::ToUtf8(page.result);
-  json["avisos"] = core::ToUtf8(page.notices);
-  json["tempo"] = core::ToUtf8(page.tempo);
-  nlohmann::ordered_json& messages = json["mensajes"] = nlohmann::ordered_json::array();
+  json += JsonMembers({{"titulo", core::ToUtf8(page.title)},
+                       {"resultado", core::ToUtf8(page.result)},
+                       {"avisos", core::ToUtf8(page.notices)},
+                       {"tempo", core::ToUtf8(page.tempo)}});
+  std::string messages;
   for (const core::Message& message : conversion.messages) {
-    messages.push_back(core::ToUtf8(message.text));
+    messages += (messages.empty() ? "" : ",") + JsonText(core::ToUtf8(message.text));
   }
-  return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+  return json + ",\"mensajes\":[" + messages + "]}\n";
 }
 
 }  // namespace tonadex::cli

@@ -1,12 +1,11 @@
 #include "cli/line_stream.h"
 
 #include <algorithm>
-#include <condition_variable>
 #include <deque>
 #include <future>
-#include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "cli/convert_line.h"
@@ -49,72 +48,6 @@ std::string ConvertBatch(const Batch& lines, std::string_view model, std::string
   return json;
 }
 
-// Results in the order of their lines, at most `capacity` under way.
-class OrderedResults {
- public:
-  explicit OrderedResults(std::size_t capacity) : capacity_(capacity) {}
-
-  // Waits for room. False when the writer gave up.
-  bool Push(std::future<std::string> result) {
-    std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return results_.size() < capacity_ || closed_; });
-    if (closed_) {
-      return false;
-    }
-    results_.push_back(std::move(result));
-    changed_.notify_all();
-    return true;
-  }
-
-  // The next result; an invalid one at the end.
-  std::future<std::string> Pop() {
-    std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return !results_.empty() || closed_; });
-    if (results_.empty()) {
-      return {};
-    }
-    std::future<std::string> next = std::move(results_.front());
-    results_.pop_front();
-    changed_.notify_all();
-    return next;
-  }
-
-  void Close() {
-    const std::scoped_lock lock(mutex_);
-    closed_ = true;
-    changed_.notify_all();
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<std::future<std::string>> results_;
-  std::size_t capacity_;
-  bool closed_ = false;
-};
-
-// However the reader or the writer ends: the other one would wait for ever.
-class ClosesAtEnd {
- public:
-  explicit ClosesAtEnd(OrderedResults& results) : results_(results) {}
-  ~ClosesAtEnd() { results_.Close(); }
-  ClosesAtEnd(const ClosesAtEnd&) = delete;
-  ClosesAtEnd& operator=(const ClosesAtEnd&) = delete;
-
- private:
-  OrderedResults& results_;
-};
-
-void WriteResults(OrderedResults& results, std::ostream& out) {
-  const ClosesAtEnd closing(results);
-  for (std::future<std::string> next = results.Pop(); next.valid(); next = results.Pop()) {
-    out << next.get() << std::flush;
-    if (!out) {
-      return;
-    }
-  }
-}
-
 // The lines that are there now, at least one unless the input has ended.
 Batch ReadBatch(std::istream& in) {
   Batch lines;
@@ -130,26 +63,31 @@ Batch ReadBatch(std::istream& in) {
   return lines;
 }
 
-void ReadLines(std::istream& in, std::string_view model, std::string_view row,
-               OrderedResults& results) {
-  const ClosesAtEnd closing(results);
-  for (Batch lines = ReadBatch(in); !lines.empty(); lines = ReadBatch(in)) {
-    auto task = [batch = std::move(lines), model, row] { return ConvertBatch(batch, model, row); };
-    if (!results.Push(std::async(std::launch::async, std::move(task)))) {
-      return;
-    }
-  }
-}
-
 }  // namespace
 
 bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model,
                   std::string_view row) {
-  OrderedResults results(2 * std::size_t{std::max(2u, std::thread::hardware_concurrency())});
-  auto writer = std::async(std::launch::async, [&] { WriteResults(results, out); });
-  ReadLines(in, model, row, results);
-  writer.get();
-  return static_cast<bool>(out);
+  const std::size_t most = 2 * std::size_t{std::max(2u, std::thread::hardware_concurrency())};
+  // Each batch is converted at once and written after the one before it, unless that failed. Only
+  // its neighbours hold a batch's future, so that a finished one is forgotten.
+  std::deque<std::shared_future<bool>> underWay;
+  for (Batch lines = ReadBatch(in); !lines.empty(); lines = ReadBatch(in)) {
+    auto task = [&out, model, row, batch = std::move(lines),
+                 before =
+                     underWay.empty() ? std::shared_future<bool>() : underWay.back()]() mutable {
+      const std::string json = ConvertBatch(std::exchange(batch, {}), model, row);
+      const std::shared_future<bool> earlier = std::move(before);
+      return (!earlier.valid() || earlier.get()) && (out << json << std::flush);
+    };
+    underWay.push_back(std::async(std::launch::async, std::move(task)));
+    if (underWay.size() > most) {
+      if (!underWay.front().get()) {
+        return false;
+      }
+      underWay.pop_front();
+    }
+  }
+  return underWay.empty() ? static_cast<bool>(out) : underWay.back().get();
 }
 
 }  // namespace tonadex::cli

@@ -3,23 +3,18 @@
 #include <signal.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
 #include <iostream>
-#include <memory>
-#include <system_error>
 #include <thread>
 
-#include "cli/context.h"
-#include "cli/shared_options.h"
-#include "core/runtime_error.h"
+#include "cli/commands.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
+#include "files/write.h"
 #include "formats/pitch.h"
 #include "midi/mMidiLibOut.h"
 #include "midi/note_times.h"
@@ -74,30 +69,6 @@ class ScopedInterrupt {
  private:
   static constexpr std::array kSignals = {SIGINT, SIGTERM};
   std::array<struct sigaction, kSignals.size()> before_ = {};
-};
-
-// A MIDI file of the melody in the user's temporary folder, gone at the end of the scope.
-class TemporaryMidi {
- public:
-  explicit TemporaryMidi(core::RTTTLMelody& melody) {
-    melody.FileName =
-        platform::PrivateTempFolder() + "tonadex-cli-" + std::to_string(::getpid()) + ".mid";
-    path_ = files::PathFromText(melody.FileName);
-    written_ = midi::WriteMidiFile(melody) == midi::kMidiWritten;
-  }
-  ~TemporaryMidi() {
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-  }
-  TemporaryMidi(const TemporaryMidi&) = delete;
-  TemporaryMidi& operator=(const TemporaryMidi&) = delete;
-
-  bool IsWritten() const { return written_; }
-  const std::filesystem::path& Path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-  bool written_ = false;
 };
 
 std::string Seconds(double ms) {
@@ -185,59 +156,45 @@ void Play(Context& context, const core::RTTTLMelody& melody,
   }
 }
 
-void Render(Context& context, const std::filesystem::path& midiFile, const std::string& output) {
+void Render(const std::filesystem::path& midiFile, const std::string& output) {
   const RenderResult result = platform::RenderToWav(midiFile, ArgumentPath(output));
   for (const RenderFailure& failure : kRenderFailures) {
     if (failure.result == result) {
-      Fail(context, ExitCode::kSystemFailed, output + ": " + failure.message);
+      throw Failure{ExitCode::kSystemFailed, output + ": " + failure.message};
     }
-  }
-}
-
-void PlayFile(Context& context, const std::string& file, const std::string& output) {
-  MelodyInput input;
-  core::RTTTLMelody melody;
-  if (!ReadMelody(context, file, input)) {
-    return;
-  }
-  if (!ParseMelody(context, input, melody) && !output.empty()) {
-    return;
-  }
-  try {
-    const std::vector<midi::NoteTime> times = midi::NoteTimes(melody);
-    midi::MidiFileBytes(melody);
-    if (times.empty()) {
-      return;
-    }
-    const TemporaryMidi temporary(melody);
-    if (!temporary.IsWritten()) {
-      Fail(context, ExitCode::kSystemFailed,
-           "no se puede escribir el fichero «" + core::ToUtf8(melody.FileName) + "»");
-    } else if (output.empty()) {
-      Play(context, melody, times);
-    } else {
-      Render(context, temporary.Path(), output);
-    }
-  } catch (const core::RunTimeError& error) {
-    Fail(context, ExitCode::kNotConverted, file + ": " + core::ToUtf8(error.what()));
   }
 }
 
 }  // namespace
 
-void AddReproducir(CLI::App& app, Context& context) {
-  struct Options {
-    std::string file, output;
-  };
-  auto options = std::make_shared<Options>();
-  CLI::App& command = *app.add_subcommand("reproducir", "Toca una melodía");
-  AddMelody(command, options->file);
-  command.add_option("--wav", options->output, "La graba como fichero de sonido, sin tocarla")
-      ->type_name("SALIDA");
-  command.footer(
-      "Ctrl+C la para al instante (código de salida 130). Una melodía con errores se toca\n"
-      "hasta donde se entiende, pero no se graba; el código es 1.");
-  command.callback([&context, options] { PlayFile(context, options->file, options->output); });
+void PlayFile(Context& context, const Arguments& arguments) {
+  const bool plays = arguments.wav.empty();
+  core::RTTTLMelody melody;
+  if (!ParseMelody(context, ReadMelody(context, arguments.file), melody) && !plays) {
+    return;
+  }
+  std::vector<midi::NoteTime> times;
+  std::string bytes;
+  FailOnError(ExitCode::kNotConverted, arguments.file + ": ", [&] {
+    times = midi::NoteTimes(melody);
+    bytes = midi::MidiFileBytes(melody);
+  });
+  if (times.empty()) {
+    return;
+  }
+  const std::string target =
+      platform::PrivateTempFolder() + "tonadex-cli-" + std::to_string(::getpid()) + ".mid";
+  const files::TemporaryFile midiFile(files::PathFromText(target), files::Access::kOwnerOnly);
+  if (midiFile.Failure() || !midiFile.Write(bytes)) {
+    throw Failure{ExitCode::kSystemFailed,
+                  "no se puede escribir el fichero «" + core::ToUtf8(target) + "»"};
+  }
+  if (plays) {
+    melody.FileName = files::TextFromPath(midiFile.Path());
+    Play(context, melody, times);
+  } else {
+    Render(midiFile.Path(), arguments.wav);
+  }
 }
 
 }  // namespace tonadex::cli

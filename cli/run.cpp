@@ -1,77 +1,121 @@
-#include <CLI/CLI.hpp>
-#include <vector>
-
-#include "cli/context.h"
-#include "terminal/words.h"
+#include "cli/commands.h"
+#include "terminal/arguments.h"
 
 namespace tonadex::cli {
 namespace {
 
-constexpr std::string_view kFooter =
-    "Códigos de salida: 0 hecho, 1 la melodía no se puede convertir, 2 uso incorrecto,\n"
-    "3 ha fallado un fichero o el sistema.";
+using terminal::Command;
+using terminal::Option;
 
-// The arguments as CLI11 wants them, last first; "--option=" becomes the option and an empty value,
-// which CLI11 would look for in the next argument.
-std::vector<std::string> Arguments(int argc, const char* const* argv) {
+// "--option=" becomes the option and an empty value, which would else be looked for in the next
+// argument.
+std::vector<std::string> SplitArguments(int argc, const char* const* argv) {
   std::vector<std::string> arguments;
-  for (int i = argc - 1; i > 0; --i) {
-    std::string argument = argv[i];
-    if (argument.starts_with("--") && argument.ends_with('=')) {
+  for (int i = 1; i < argc; ++i) {
+    arguments.emplace_back(argv[i]);
+    if (arguments.back().starts_with("--") && arguments.back().ends_with('=')) {
+      arguments.back().pop_back();
       arguments.emplace_back();
-      argument.pop_back();
     }
-    arguments.push_back(std::move(argument));
   }
   return arguments;
 }
 
-int ReportUse(const CLI::ParseError& error, const CLI::App& app, Context& context) {
-  // Before it looks at words that it does not know, CLI11 misses a command.
-  const std::vector<std::string> unknown = app.remaining();
-  const bool noCommand = app.get_subcommands().empty() && !unknown.empty();
-  const std::string words =
-      noCommand ? terminal::UseError(CLI::ExtrasError({unknown[0]})) : terminal::UseError(error);
-  Fail(context, ExitCode::kWrongUse, words + "\nPrueba «tonadex-cli --help».");
+int Do(Context& context, const Arguments& arguments, void (*command)(Context&, const Arguments&)) {
+  try {
+    Attempt(context, [&] { command(context, arguments); });
+  } catch (const std::exception& error) {
+    Fail(context, {ExitCode::kSystemFailed, "error inesperado: " + WordsOf(error)});
+  }
+  if (!context.out.flush()) {
+    Fail(context, {ExitCode::kSystemFailed, "no se puede escribir el resultado"});
+  }
   return static_cast<int>(context.exitCode);
+}
+
+// Every command: name, help, options, what it does.
+std::vector<Command> Commands(Context& context, Arguments& a) {
+  const auto doing = [&](void (*command)(Context&, const Arguments&)) {
+    return [&context, &a, command] { return Do(context, a, command); };
+  };
+  const Option phone = {"-t,--telefono", "NOMBRE",
+                        "Móvil o formato: 3310, \"Nokia 3310\", t68i, imelody", &a.phone};
+  const Option model = {"-m,--modelo", "TEXTO", "Texto exacto del modelo en el catálogo", &a.model};
+  const Option file = {"fichero", "FICHERO", "Melodía RTTTL; \"-\" es la entrada estándar", &a.file,
+                       true};
+  const Option files = {"ficheros", "FICHERO", "Melodías RTTTL; \"-\" es la entrada estándar",
+                        &a.words};
+  const Option json = {"--json", "", "En JSON", &a.json};
+  const Option server = {"--servidor", "URL", "Dirección del servidor (http://…)", &a.server};
+  return {
+      {"modelos",
+       "Lista las marcas y modelos del catálogo",
+       {{"--marca", "MARCA", "Solo los de esta marca", &a.brand}, json},
+       doing(ListModels)},
+      {"convertir",
+       "Convierte melodías en lo que acepta un móvil (título, resultado y avisos)",
+       {phone,
+        model,
+        {"--todos", "", "Convierte para todos los modelos del catálogo", &a.allModels},
+        {"--fila", "TEXTO", "Nombre de la melodía en el título", &a.row},
+        {"-o,--salida", "FICHERO", "Fichero en el que grabar el resultado", &a.output},
+        {"--json", "", "Un objeto JSON por melodía y modelo", &a.json},
+        {"--solo-resultado", "", "Muestra solo el resultado", &a.resultOnly},
+        {"--lineas", "", "Cada línea es una melodía: un objeto JSON por línea, en orden", &a.lines},
+        files},
+       doing(Convert)},
+      {"comprobar", "Dice qué está mal en una melodía RTTTL", {files}, doing(Check)},
+      {"midi",
+       "Graba una melodía como fichero MIDI",
+       {file, {"-o,--salida", "SALIDA", "Fichero MIDI que se escribe", &a.output, true}},
+       doing(SaveMidi)},
+#ifndef _WIN32
+      {"reproducir",
+       "Toca una melodía",
+       {file, {"--wav", "SALIDA", "La graba como fichero de sonido, sin tocarla", &a.wav}},
+       doing(PlayFile),
+       "Ctrl+C la para al instante (código de salida 130). Una melodía con errores se toca\n"
+       "hasta donde se entiende, pero no se graba; el código es 1."},
+#endif
+      {"buscar",
+       "Busca melodías en el servidor",
+       {{"palabras", "PALABRA", "Palabras del nombre; sin ninguna salen las más nuevas", &a.words},
+        server,
+        json},
+       doing(Search)},
+      {"azar", "Muestra unas melodías del servidor al azar", {server, json}, doing(ListRandom)},
+      {"descargar",
+       "Trae melodías del servidor al repertorio",
+       {{"melodias", "MELODIA", "Nombre.número, como lo muestra buscar", &a.words, true},
+        server,
+        {"--carpeta", "CARPETA", "Carpeta en la que se guardan", &a.folder}},
+       doing(Download)},
+      {"subir", "Da melodías RTTTL al servidor", {files, server}, doing(Upload)},
+      {"imprimir",
+       "Imprime la hoja de una melodía convertida, para guardarla junto al móvil",
+       {phone,
+        model,
+        {"--pdf", "SALIDA", "Escribe un PDF en vez de imprimir", &a.pdf},
+        {"--impresora", "NOMBRE", "Impresora, en vez de la predeterminada", &a.printer},
+        file},
+       doing(Print)},
+  };
 }
 
 }  // namespace
 
 int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
   Context context{in, out, err};
-  CLI::App app("Tonadex en el terminal: melodías RTTTL para móviles de antes.", "tonadex-cli");
-  app.set_version_flag("--version", "tonadex-cli " TONADEX_VERSION, "Muestra la versión");
-  app.footer(std::string(kFooter));
-  app.require_subcommand(1);
-  AddModelos(app, context);
-  AddConvertir(app, context);
-  AddComprobar(app, context);
-  AddMidi(app, context);
-#ifdef TONADEX_CLI_PLAY
-  AddReproducir(app, context);
-#endif
-#ifdef TONADEX_CLI_NETWORK
-  AddNetwork(app, context);
-#endif
-#ifdef TONADEX_CLI_PRINT
-  AddImprimir(app, context);
-#endif
-  terminal::TranslateHelp(app);
-  try {
-    app.parse(Arguments(argc, argv));
-  } catch (const CLI::Success& success) {  // --help, --version
-    app.exit(success, out, err);
-    return static_cast<int>(ExitCode::kDone);
-  } catch (const CLI::ParseError& error) {
-    return ReportUse(error, app, context);
-  } catch (const std::exception& error) {
-    Fail(context, ExitCode::kSystemFailed, "error inesperado: " + WordsOf(error));
-  }
-  if (!out.flush()) {
-    Fail(context, ExitCode::kSystemFailed, "no se puede escribir el resultado");
-  }
-  return static_cast<int>(context.exitCode);
+  Arguments arguments;
+  const terminal::Program program = {
+      {"tonadex-cli",
+       "Tonadex en el terminal: melodías RTTTL para móviles de antes.",
+       {},
+       {},
+       "Códigos de salida: 0 hecho, 1 la melodía no se puede convertir, 2 uso incorrecto,\n"
+       "3 ha fallado un fichero o el sistema."},
+      Commands(context, arguments)};
+  return terminal::Run(program, SplitArguments(argc, argv), out, err);
 }
 
 }  // namespace tonadex::cli

@@ -10,7 +10,7 @@
 namespace tonadex::core {
 namespace {
 
-constexpr std::size_t kNumberSpan = 5;  // digits of a file's number, at most
+constexpr std::size_t kNumberSpan = 5;  // most digits of a file's number
 
 }  // namespace
 

@@ -8,43 +8,42 @@
 // Melody files "stem.number" and their rows in the repertoire list.
 namespace tonadex::core {
 
-// What stands for "#" in requests and stored melodies: a "#" would end an address.
+// Replaces "#" in requests and stored melodies, because "#" ends an address.
 inline constexpr std::string_view kSharpEscape = "juh9hay";
 
 // The text with every "juh9hay" turned back into "#".
 std::string UndoSharpEscape(std::string_view text);
 
-// The longest first line that is read as a melody; phones take a thousandth of it.
+// The longest first line that is read as a melody; phones accept a thousandth of that.
 inline constexpr std::size_t kMaxLineBytes = std::size_t{1} << 20;
 
-// The name in a stored melody's first line: up to the first ":", without its blanks; of two blanks
-// in a row the second stays. Example: "Mi vals:d=4…" gives "Mivals".
+// The name in a stored melody's first line: up to the first ":", without blanks, except that the
+// second of two successive blanks stays. Example: "Mi vals:d=4…" gives "Mivals".
 std::string ScanName(std::string_view line);
 
-// The text before the first full stop at or after position (length - 5): a number of up to five
-// digits is cut off. Errors: invalid argument when there is no such full stop.
+// Cuts off a number of up to five digits: the text before the first full stop at or after position
+// (length - 5). Errors: invalid argument when there is no such full stop.
 std::string_view CutNumber(std::string_view text);
 
-// Where CutNumber cuts, npos where it fails.
+// The offset at which CutNumber cuts; npos when there is no such full stop.
 std::size_t NumberStop(std::string_view text);
 
-// The number of a file in `name (file name`: what stands behind the first full stop. Errors: type
-// mismatch when that is no number, also when nothing stands there.
+// The number of a file in `name (file name`: the text after the first full stop. Errors: type
+// mismatch when that text is empty or not a number.
 std::int32_t FileNumber(std::string_view formed);
 
 // The stem in `name (file name`. Errors: those of CutNumber.
 std::string_view FormedStem(std::string_view formed, std::string_view name);
 
-// "name (stem)", or the stem alone when both are the same.
+// "name (stem)", or the stem alone when both are equal.
 std::string RowText(std::string_view name, std::string_view stem);
 
 struct MelodyRow {
-  std::string text;         // as RowText gives it
+  std::string text;         // as RowText returns it
   std::int32_t number = 0;  // item data: the number of the file name
 };
 
-// The repertoire's row for a file and its first line. Errors: type mismatch when the file name has
-// no number, invalid argument when CutNumber has none.
+// The repertoire's row for a file and its first line. Errors: those of FileNumber and CutNumber.
 MelodyRow RepertoireRow(std::string_view line, std::string_view fileName);
 
 // The stem in a row's text: between the first " (" and the last character, else the whole text.

@@ -6,12 +6,12 @@
 
 namespace tonadex::core {
 
-// Title of every message box that names no other.
+// Title of a message box unless it sets another.
 inline constexpr std::string_view kDefaultTitle = "Tonadex";
 
 enum class Icon { kNone, kInformation, kExclamation };
 
-// One message box with an OK button. Texts are Windows-1252; lines are parted by CR LF or CR.
+// One message box with an OK button. Texts are Windows-1252; CR LF or CR separates lines.
 struct Message {
   std::string text;
   std::string title{kDefaultTitle};
@@ -20,7 +20,7 @@ struct Message {
   friend bool operator==(const Message&, const Message&) = default;
 };
 
-// Whoever shows message boxes: a window, a terminal, or a list that a batch run reads.
+// Shows message boxes: in a window, on a terminal, or as a list that a batch run reads.
 class MessageSink {
  public:
   virtual ~MessageSink() = default;
@@ -28,14 +28,14 @@ class MessageSink {
   virtual void Show(const Message& message) = 0;
 };
 
-// Keeps the messages in the order in which they would have been shown.
+// Records the messages in order.
 class RecordingMessages : public MessageSink {
  public:
   void Show(const Message& message) override { messages.push_back(message); }
   std::vector<Message> messages;
 };
 
-// Installs `sink` for the calling thread until the end of the scope, then puts the previous back.
+// Installs `sink` for the calling thread during its scope, then restores the previous one.
 class ScopedMessageSink {
  public:
   explicit ScopedMessageSink(MessageSink& sink);
@@ -48,7 +48,7 @@ class ScopedMessageSink {
   MessageSink* previous_;
 };
 
-// Records the calling thread's messages of its scope and lets them through to the sink before it.
+// Records the calling thread's messages during its scope and forwards them to the previous sink.
 class ScopedRecording : public RecordingMessages {
  public:
   void Show(const Message& message) override;
@@ -57,7 +57,7 @@ class ScopedRecording : public RecordingMessages {
   ScopedMessageSink scope_{*this};
 };
 
-// Shows a message box through the calling thread's sink; with none installed it is dropped.
+// Shows a message box through the calling thread's sink; without a sink it is dropped.
 void MsgBox(std::string_view text, Icon icon = Icon::kNone, std::string_view title = kDefaultTitle);
 
 }  // namespace tonadex::core

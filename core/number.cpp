@@ -13,12 +13,12 @@
 namespace tonadex::core {
 namespace {
 
-constexpr std::size_t kWholeDigits = 9;  // so many digits fit a 32-bit number
+constexpr std::size_t kWholeDigits = 9;  // a number of so many digits always fits 32 bits
 
-// How much of a text that is no number is quoted in a message.
+// An error message quotes at most so many characters of a text that is not a number.
 constexpr std::ptrdiff_t kMaxQuoted = 40;
 
-// Drops the leading digits of `text`; false when there is none.
+// Drops the leading digits of `text`; false when it starts with none.
 bool SkipDigits(std::string_view& text) {
   const std::size_t size = text.size();
   while (!text.empty() && IsDigit(text.front())) {
@@ -60,7 +60,7 @@ bool IsNumber(std::string_view text) {
   return text.empty();
 }
 
-// Short runs of digits are nearly all the numbers there are; -1 for any other text.
+// The fast path: nearly all numbers are a few digits. -1 for any other text.
 std::int32_t ShortWhole(std::string_view text) {
   if (text.empty() || text.size() > kWholeDigits) {
     return -1;
@@ -80,7 +80,8 @@ std::int32_t ShortWhole(std::string_view text) {
                      std::string(u8"un número es demasiado grande o demasiado pequeño"_w));
 }
 
-// Whether a number that no double holds is too small for one, and reads as 0; else it is too large.
+// For a number outside the range of a double: true when it underflows (and reads as 0), false when
+// it overflows.
 bool IsTiny(std::string_view number) {
   const std::string_view digits = number.substr(0, number.find_first_of(".eE"));
   return Contains(number, "e-") || Contains(number, "E-") ||
@@ -100,7 +101,7 @@ Reading Read(std::string_view text, double& value) {
     return text.empty() ? Reading::kNumber : Reading::kNoNumber;
   }
   if (number.front() == '+') {
-    number.remove_prefix(1);  // from_chars takes "-" alone
+    number.remove_prefix(1);  // from_chars accepts "-" but not "+"
   }
   const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
   const bool outside = result.ec == std::errc::result_out_of_range;

@@ -4,11 +4,11 @@
 #include <optional>
 #include <string_view>
 
-// Numbers in texts and their checked conversions.
+// Numbers in text, and checked conversions.
 namespace tonadex::core {
 
-// The number that a text stands for: blanks around it trimmed, optional sign, decimal digits,
-// optional fraction behind ".", optional exponent behind "e" or "E"; no locale. "" counts as 0.
+// Parses a number: surrounding blanks, optional sign, decimal digits, optional fraction after ".",
+// optional exponent after "e" or "E"; no locale. "" counts as 0.
 // Errors: type mismatch for any other text, overflow beyond the range of a double.
 double ToNumber(std::string_view text);
 
@@ -20,7 +20,7 @@ std::int16_t ToInt16(double value);
 // Rounded half to even. Overflow when the result does not fit 32 bits.
 std::int32_t ToInt32(double value);
 
-// What ToInt32(ToNumber(text)) gives, none where that fails.
+// ToInt32(ToNumber(text)), or nullopt where that fails.
 std::optional<std::int32_t> FindInt32(std::string_view text);
 
 // dividend / divisor. Division by zero is a run-time failure.

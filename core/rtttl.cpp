@@ -13,8 +13,8 @@ namespace tonadex::core {
 namespace {
 
 constexpr std::size_t kSampleNotes = 5001;  // empty notes of a fresh record
-constexpr std::size_t kMaxDefault = 8;      // characters of a default duration or octave
-constexpr std::ptrdiff_t kMaxQuoted = 8;    // of one that is longer
+constexpr std::size_t kMaxDefault = 8;      // longest default duration or octave, characters
+constexpr std::ptrdiff_t kMaxQuoted = 8;    // characters of a longer one in the message
 
 constexpr std::string_view kSectionsMessage =
     u8"Error encontrado al separar las secciones del RTTTL.\r\n"
@@ -36,7 +36,7 @@ constexpr std::string_view kCredits =
     "http://tonadex.example/\r\n"
     "http://tonadex.example/melodias";
 
-// Every byte followed by "#", so that a pitch is a view of one or two characters.
+// Every byte followed by "#", so that a pitch can be a view of one or two static characters.
 constexpr auto kPitchTexts = [] {
   std::array<char, 512> texts{};
   for (std::size_t code = 0; code < 256; ++code) {
@@ -55,13 +55,14 @@ constexpr bool IsDurationDigit(char c) {
   return c > '0' && c < '9';
 }
 
+// Items are a few characters long: an inlined loop beats memchr.
 bool Has(std::string_view text, char c) {
-  return std::ranges::find(text, c) != text.end();  // mostly a few characters: no call pays
+  return std::ranges::find(text, c) != text.end();
 }
 
-// Drops a "#" or "." that stands third from the end ("8.c5" becomes "8c5"). "#." and ".#" right
-// before the octave are left alone. A sharp before a trailing dot is lost ("8c#5." becomes
-// "8c5."): deliberate, stored melodies have always been read so. False for an item too short.
+// Drops a "#" or "." that is the third character from the end ("8.c5" becomes "8c5"). "#." and ".#"
+// right before the octave are left alone. A sharp before a trailing dot is lost ("8c#5." becomes
+// "8c5."): deliberate, stored melodies have always been read so. False when the item is too short.
 bool DropStrayMark(std::span<char>& item) {
   const std::string_view text(item.data(), item.size());
   const std::string_view tail = Right(text, 3);
@@ -80,7 +81,7 @@ bool DropStrayMark(std::span<char>& item) {
   return true;
 }
 
-// The rules of one item; `item` shrinks by the marks dropped.
+// Reads one item by position and shortens `item` by the marks dropped.
 RTTTLNote ReadNote(std::span<char>& item, std::string_view defaultDuration,
                    std::string_view defaultOctave) {
   RTTTLNote note;
@@ -106,8 +107,8 @@ RTTTLNote ReadNote(std::span<char>& item, std::string_view defaultDuration,
   return note;
 }
 
-// The lower-cased notes section with both defaults behind it, in a buffer that no copy of the
-// record looks into.
+// The lower-cased notes section followed by both defaults, in a buffer that no copy of the record
+// shares.
 std::string& FreshNoteTexts(RTTTLMelody& melody, std::string_view section) {
   if (melody.NoteTexts == nullptr || melody.NoteTexts.use_count() > 1) {
     melody.NoteTexts = std::make_shared<std::string>();

@@ -5,21 +5,21 @@
 
 namespace tonadex::core {
 
-// The numbers of the run-time failures that the program can meet.
+// The numbers of the run-time failures.
 enum class ErrorNumber {
   kInvalidArgument = 5,  // a negative length, a name that cannot be a file
   kOverflow = 6,         // a number that does not fit its 16 (or 32) bits
   kSubscript = 9,        // an index outside its array
   kDivisionByZero = 11,
-  kTypeMismatch = 13,  // a text that is no number
+  kTypeMismatch = 13,  // a text that is not a number
   kFileNotFound = 53,
   kDeviceFailure = 57,  // disk or printer
-  kTransfer = 1000,     // a request that brought no reply
+  kTransfer = 1000,     // a request that got no reply
 };
 
-// The one exception of the system's own rules. It is thrown by the checked helpers of this folder
-// and by file steps, and caught only where a routine handles run-time failures.
-// what() is a Spanish sentence in Windows-1252 that says what failed, naming the value.
+// A run-time failure: thrown by the checked helpers of this folder and by file operations, caught
+// only where a routine handles run-time failures. what() is a Spanish sentence in Windows-1252 that
+// says what failed and names the value.
 class RunTimeError : public std::runtime_error {
  public:
   RunTimeError(ErrorNumber errorNumber, const std::string& what)
@@ -28,8 +28,8 @@ class RunTimeError : public std::runtime_error {
   ErrorNumber number;
 };
 
-// Runs one step and swallows its run-time failure: "errors are skipped from here on" is a list of
-// such calls. Gives false when the step failed.
+// Runs one step and ignores its run-time failure; false when it failed. A routine that ignores all
+// errors from some point on is a list of such calls.
 template <typename Step>
 bool SkipErrors(Step&& step) {
   try {

@@ -16,8 +16,8 @@ constexpr bool IsUpper(unsigned code) {
   return (code >= 'A' && code <= 'Z') || (code >= 0xC0 && code <= 0xDE && code != 0xD7);
 }
 
-// Lower-case byte of each byte: the Latin letters are 0x20 apart; S, Z caron, OE and Y diaeresis
-// lie in the rows 0x80 and 0x90.
+// The lower-case byte of each byte: the Latin letters are 0x20 apart, but S and Z with caron, OE
+// and Y with diaeresis are at 0x80 to 0x9F.
 constexpr auto kLower = [] {
   std::array<char, 256> table{};
   for (unsigned code = 0; code < 256; ++code) {
@@ -39,6 +39,20 @@ constexpr auto kUpper = [] {
     if (Code(kLower[code]) != code) {
       table[Code(kLower[code])] = static_cast<char>(code);
     }
+  }
+  return table;
+}();
+
+// Accented letters, in lower case, and the letters below them.
+constexpr std::string_view kAccented = u8"áàâäãåçéèêëíìîïñóòôöõøúùûüýÿšž"_w;
+constexpr std::string_view kPlain = "aaaaaaceeeeiiiinoooooouuuuyysz";
+static_assert(kAccented.size() == kPlain.size());
+
+constexpr auto kFolded = [] {
+  std::array<char, 256> table = kLower;
+  for (char& c : table) {
+    const std::size_t at = kAccented.find(c);
+    c = at == kAccented.npos ? c : kPlain[at];
   }
   return table;
 }();
@@ -69,6 +83,9 @@ std::string ToLower(std::string_view text) {
 }
 std::string ToUpper(std::string_view text) {
   return Mapped(text, kUpper);
+}
+std::string Fold(std::string_view text) {
+  return Mapped(text, kFolded);
 }
 
 std::string_view Left(std::string_view text, std::ptrdiff_t count) {

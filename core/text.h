@@ -10,7 +10,7 @@ namespace tonadex::core {
 
 inline constexpr std::string_view kCrLf = "\r\n";
 
-// Most parts that SplitText can give; one more is a run-time failure.
+// Maximum number of parts; SplitText throws beyond it.
 inline constexpr std::size_t kMaxParts = 5001;
 
 // The character's code, 0 to 255.
@@ -27,6 +27,8 @@ char ToLower(char c);
 char ToUpper(char c);
 std::string ToLower(std::string_view text);
 std::string ToUpper(std::string_view text);
+// Lower case without accents, one byte for each: what names are compared by.
+std::string Fold(std::string_view text);
 
 // The first `count` characters, all of a shorter text. A negative count is an invalid argument.
 std::string_view Left(std::string_view text, std::ptrdiff_t count);
@@ -38,22 +40,22 @@ std::string_view Mid(std::string_view text, std::ptrdiff_t start);
 // 1-based position of the first `what` at or after `start`, 0 when there is none. A start below 1
 // is an invalid argument; an empty `what` is found at `start`.
 std::ptrdiff_t InStr(std::string_view text, std::string_view what, std::ptrdiff_t start = 1);
-// InStr whose answer must fit 16 bits: a hit past position 32767 is an overflow.
+// As InStr, but a position past 32767 is an overflow.
 std::ptrdiff_t InStr16(std::string_view text, char what);
 bool Contains(std::string_view text, std::string_view what);
 // Without the blanks (only " ") at both ends.
 std::string_view Trim(std::string_view text);
 
-// The program's own split. An empty text gives one empty part and a trailing delimiter a final
-// empty part. Kept quirk: whenever the remaining text starts with the delimiter, part 0 becomes ""
-// even if it already held a text ("a,,b" gives "", "", "b"); melodies that phones have long been
-// given are refused or accepted by it.
+// Splits at each delimiter. An empty text gives one empty part and a trailing delimiter a final
+// empty part. Whenever the remaining text starts with the delimiter, part 0 becomes "" even if it
+// held a text already ("a,,b" gives "", "", "b"): kept, because it decides which stored melodies
+// are accepted.
 // Errors: subscript beyond kMaxParts parts, overflow for a delimiter further than 32767 characters
 // into the remaining text.
 std::vector<std::string_view> SplitText(std::string_view text, char delimiter);
 
-// Replaces every occurrence, from left to right, in one pass; an empty `what` changes nothing.
-// Gives the new text, which is also left in `text`.
+// Replaces every occurrence in place, from left to right, in one pass; an empty `what` changes
+// nothing. Returns `text`.
 const std::string& ReplaceAll(std::string& text, std::string_view what,
                               std::string_view replacement);
 

@@ -9,8 +9,8 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr char32_t kMalformed = 0xFFFFFFFF;
 
 struct Decoded {
-  char32_t character;  // kMalformed when the bytes are no UTF-8
-  std::size_t length;  // bytes to go on by; 1 for a malformed byte
+  char32_t character;  // kMalformed when the bytes are not UTF-8
+  std::size_t length;  // bytes consumed; 1 for a malformed byte
 };
 
 constexpr bool IsContinuation(unsigned char byte) {
@@ -47,7 +47,7 @@ std::string_view AsciiPrefix(std::string_view bytes) {
   return {bytes.begin(), std::ranges::find_if_not(bytes, isAscii)};
 }
 
-// A character above 0x7F, two or three bytes.
+// Appends a character above 0x7F as two or three bytes.
 void AppendCharacter(std::string& utf8, char32_t character) {
   if (character < 0x800) {
     utf8 += static_cast<char>(0xC0 | (character >> 6));

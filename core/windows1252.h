@@ -5,12 +5,12 @@
 #include <string>
 #include <string_view>
 
-// Inside the program a text is a string of single-byte Windows-1252 characters: one character, one
-// byte. These are the conversions at its edge.
+// Inside the program all text is Windows-1252, one byte a character. These are the conversions at
+// its edge.
 namespace tonadex::core {
 
 // The Unicode character of each byte from 0x80 to 0x9F. The five bytes that Windows-1252 leaves
-// unassigned (81, 8D, 8F, 90, 9D) stand for the control characters of the same number.
+// unassigned (81, 8D, 8F, 90, 9D) map to the control characters of the same number.
 inline constexpr std::array<char32_t, 32> kHighControls = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -40,11 +40,12 @@ bool IsUtf8(std::string_view bytes);
 // Windows-1252 text of well-formed UTF-8; each malformed byte becomes "?".
 std::string FromUtf8(std::string_view utf8);
 
-// Windows-1252 text of bytes from outside: read as UTF-8 when they are valid UTF-8, else taken as
-// Windows-1252 already. A byte order mark in front of UTF-8 is dropped.
+// Windows-1252 text of bytes from outside: decoded when they are valid UTF-8 (a byte order mark is
+// dropped), else taken as Windows-1252.
 std::string FromOutside(std::string_view bytes);
 
-// Windows-1252 text of a path's native form: UTF-8, or UTF-16 that may hold lone surrogates.
+// Windows-1252 text of path::native(): UTF-8 on POSIX, UTF-16 (maybe with lone surrogates) on
+// Windows.
 std::string FromNative(const std::string& utf8);
 std::string FromNative(const std::wstring& utf16);
 

@@ -26,18 +26,7 @@ core::RunTimeError Failure(core::ErrorNumber number, std::string_view what,
   return {number, std::string(what) + TextFromPath(file) + std::string(u8"»"_w)};
 }
 
-std::string ReadHeadOrThrow(const std::filesystem::path& file, std::size_t maxBytes) {
-  auto bytes = ReadHead(file, maxBytes);
-  if (!bytes) {
-    throw Failure(core::ErrorNumber::kFileNotFound, u8"no se puede abrir el fichero «"_w, file);
-  }
-  return *std::move(bytes);
-}
-
-}  // namespace
-
-std::optional<std::string> ReadHead(const std::filesystem::path& file, std::size_t maxBytes) {
-  const system::File opened = system::OpenRegular(file);
+std::optional<std::string> ReadUpTo(const system::File& opened, std::size_t maxBytes) {
   std::string bytes;
   while (opened && bytes.size() < maxBytes) {
     const std::size_t size = bytes.size();
@@ -52,6 +41,38 @@ std::optional<std::string> ReadHead(const std::filesystem::path& file, std::size
     }
   }
   return opened ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
+std::string ReadHeadOrThrow(const std::filesystem::path& file, std::size_t maxBytes) {
+  auto bytes = ReadHead(file, maxBytes);
+  if (!bytes) {
+    throw Failure(core::ErrorNumber::kFileNotFound, u8"no se puede abrir el fichero «"_w, file);
+  }
+  return *std::move(bytes);
+}
+
+}  // namespace
+
+std::optional<std::string> ReadHead(const std::filesystem::path& file, std::size_t maxBytes) {
+  return ReadUpTo(system::OpenRegular(file, system::Links::kFollow), maxBytes);
+}
+
+std::optional<SharedHead> ReadSharedHead(const std::filesystem::path& file, std::size_t maxBytes) {
+  const system::File opened = system::OpenRegular(file, system::Links::kRefuse);
+  const auto status = opened.Status();
+  auto bytes = ReadUpTo(opened, maxBytes);
+  return status && bytes
+             ? std::optional(SharedHead{std::move(*bytes), status->size, status->modified})
+             : std::nullopt;
+}
+
+std::optional<std::string> ReadShared(const std::filesystem::path& file, std::size_t maxBytes) {
+  const system::File opened = system::OpenRegular(file, system::Links::kRefuse);
+  const auto before = opened.Status();
+  auto bytes = ReadUpTo(opened, maxBytes + 1);
+  const bool whole = before && bytes && bytes->size() == before->size &&
+                     bytes->size() <= maxBytes && opened.Status() == before;
+  return whole ? std::move(bytes) : std::nullopt;
 }
 
 std::optional<std::string> ReadWhole(const std::filesystem::path& file, std::size_t maxBytes) {

@@ -1,31 +1,42 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <istream>
 #include <optional>
 #include <string>
 
-// Reading files with a bound. What is given as a path is read only when it is a regular file: a
-// named pipe or a device counts as unreadable at once, instead of keeping the program waiting.
+// Bounded reading of files. A path is read only when it names a regular file: a named pipe or a
+// device counts as unreadable, because reading it could block.
 namespace tonadex::files {
 
-// The longest file that the program reads whole: a manual or a sheet is far shorter.
+// The longest file that is read whole; manuals and sheets are far shorter.
 inline constexpr std::size_t kMaxFileBytes = std::size_t{64} << 20;
 
-// The first maxBytes of a file, less when it is shorter; none when it cannot be read.
+// Up to maxBytes from the start of a file; nullopt when it cannot be read.
 std::optional<std::string> ReadHead(const std::filesystem::path& file, std::size_t maxBytes);
 
-// A whole file; none when it cannot be read or is longer than maxBytes.
+// A whole file; nullopt when it cannot be read or is longer than maxBytes.
 std::optional<std::string> ReadWhole(const std::filesystem::path& file,
                                      std::size_t maxBytes = kMaxFileBytes);
+
+// The same of a file that others may change meanwhile; symbolic links are not followed.
+struct SharedHead {
+  std::string bytes;
+  std::uintmax_t size = 0;    // of the whole file, in bytes
+  std::int64_t modified = 0;  // a time stamp, later ones are larger
+};
+std::optional<SharedHead> ReadSharedHead(const std::filesystem::path& file, std::size_t maxBytes);
+// A whole file; none also when it changed while it was read.
+std::optional<std::string> ReadShared(const std::filesystem::path& file, std::size_t maxBytes);
 
 // A whole file. Errors: file not found when it cannot be read, device failure when it is longer
 // than kMaxFileBytes.
 std::string ReadBytes(const std::filesystem::path& file);
 
-// The first line of a file, as stored and without its end (CR, LF or CR LF). Of a line longer than
-// maxBytes it gives maxBytes + 1 bytes, so that the caller can tell. Errors: file not found when
+// The first line of a file as stored, without its end (CR, LF or CR LF). A line longer than
+// maxBytes is cut to maxBytes + 1 bytes, so that the caller notices. Errors: file not found when
 // the file cannot be read.
 std::string ReadFirstLine(const std::filesystem::path& file, std::size_t maxBytes);
 
@@ -33,12 +44,12 @@ std::string ReadFirstLine(const std::filesystem::path& file, std::size_t maxByte
 // core::kMaxLineBytes. The sharp escape is left in place. Errors: as ReadFirstLine.
 std::string ReadMelodyLine(const std::filesystem::path& file);
 
-// Reads a line and its end; none at the end of the input. A line longer than maxBytes is skipped
-// to its end and gives maxBytes + 1 bytes.
+// Reads a line and its end; nullopt at the end of the input. A line longer than maxBytes is read to
+// its end and cut to maxBytes + 1 bytes.
 std::optional<std::string> ReadLine(std::istream& input, std::size_t maxBytes);
 
 // The first line of an input, "" when it is empty. Reads no more than maxBytes + 1 bytes, so that
-// endless input does no harm.
+// it returns on endless input.
 std::string ReadFirstLine(std::istream& input, std::size_t maxBytes);
 
 }  // namespace tonadex::files

@@ -8,8 +8,15 @@
 #include <system_error>
 #include <utility>
 
-// What this folder asks of the operating system. Nothing outside it uses this.
+// The operating system calls of this folder; not used outside it.
 namespace tonadex::files::system {
+
+// Serves to compare two looks at one file.
+struct FileStatus {
+  std::uintmax_t size = 0;    // bytes
+  std::int64_t modified = 0;  // a time stamp in the system's own units
+  bool operator==(const FileStatus&) const = default;
+};
 
 // An open file, closed at the end of the scope.
 class File {
@@ -24,8 +31,9 @@ class File {
   ~File() { Close(); }
 
   explicit operator bool() const { return handle_ != kNone; }
-  // The number of bytes read, 0 at the end of the file; none after an error.
+  // The number of bytes read, 0 at the end of the file; nullopt after an error.
   std::optional<std::size_t> Read(char* target, std::size_t size) const;
+  std::optional<FileStatus> Status() const;
   bool Write(std::string_view bytes) const;
   // Waits until the content is on the disk.
   bool Sync() const;
@@ -37,18 +45,21 @@ class File {
   std::intptr_t handle_ = kNone;
 };
 
-// Opens a regular file for reading, without ever waiting for somebody else.
-File OpenRegular(const std::filesystem::path& file);
+enum class Links { kFollow, kRefuse };
 
-// Creates a file that did not exist before, for writing. It is locked while it is open.
+// Opens a regular file for reading; never blocks, and fails for anything but a regular file.
+File OpenRegular(const std::filesystem::path& file, Links links);
+
+// Creates a new file for writing; fails when it exists. It is locked while it is open.
 File CreateLocked(const std::filesystem::path& file, bool ownerOnly, std::error_code& failure);
 
 // Removes the file unless a program has it open through CreateLocked.
 void RemoveUnlocked(const std::filesystem::path& file);
 
-// Both stay in one folder. `wait`: until the new name is on the disk, where that can be told.
+// Both paths are in the same folder. `wait`: return only when the new name is on the disk, where
+// the file system supports that.
 bool MoveReplacing(const std::filesystem::path& from, const std::filesystem::path& to, bool wait);
-// `failure` is std::errc::file_exists when `to` exists; it then stays as it is. `from` may remain.
+// `failure` is std::errc::file_exists when `to` exists; `to` is unchanged. `from` may remain.
 bool MoveToNewName(const std::filesystem::path& from, const std::filesystem::path& to, bool wait,
                    std::error_code& failure);
 

@@ -16,14 +16,14 @@ namespace {
 namespace fs = std::filesystem;
 using namespace core::literals;
 
-// The leading full stop hides the file from the repertoire; it is short, so that it fits beside a
-// name of any length.
+// Temporary name: the leading dot hides it from the repertoire, and it is short enough to be valid
+// wherever a target of maximum length is.
 constexpr std::string_view kPrefix = ".tdx-";
 constexpr std::size_t kDigits = 32;
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 
 std::string TemporaryName() {
-  std::random_device random;  // the system's generator of secrets
+  std::random_device random;  // cryptographically secure
   std::string name(kPrefix);
   for (std::size_t i = 0; i < kDigits; i += 8) {
     for (unsigned bits = random(), digit = 0; digit < 8; ++digit, bits >>= 4) {
@@ -34,12 +34,15 @@ std::string TemporaryName() {
 }
 
 bool IsTemporaryName(const fs::path& path) {
+  if (path.native().size() != kPrefix.size() + kDigits) {
+    return false;  // spares the conversion in folders of many files
+  }
   const std::string name = TextFromPath(path);
-  return name.size() == kPrefix.size() + kDigits && name.starts_with(kPrefix) &&
+  return name.starts_with(kPrefix) &&
          name.find_first_not_of(kHexDigits, kPrefix.size()) == std::string::npos;
 }
 
-// Where a link leads, even when nothing is there yet.
+// The target of a symbolic link, even when it does not exist yet.
 fs::path BehindLinks(fs::path file) {
   constexpr int kMaxLinks = 40;
   std::error_code failure;
@@ -88,7 +91,7 @@ TemporaryFile::TemporaryFile(const fs::path& target, Access access)
   }
   file_ = system::CreateLocked(path_, access == Access::kOwnerOnly, failure_);
   if (file_ && exists) {
-    std::error_code ignored;  // some file systems know no permissions
+    std::error_code ignored;  // some file systems have no permissions
     fs::permissions(path_, before.permissions(), ignored);
   }
 }

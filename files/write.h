@@ -6,26 +6,26 @@
 
 #include "files/system.h"
 
-// Writing files whole: a reader, a full disk or a killed program meets the old content or the new
-// one, never a part.
+// Atomic writing of files: at any moment, also after a full disk or a killed program, the file has
+// its old content or the whole new one.
 namespace tonadex::files {
 
 enum class Durability {
-  kRename,  // a loss of power may lose the new file
+  kRename,  // a power failure may lose the new file
   kDisk,    // the new file is on the disk when the call returns
 };
 
-// The permissions of a file that did not exist before; one that is replaced keeps its own.
+// Permissions of a newly created file; a replaced file keeps its permissions.
 enum class Access { kUsual, kOwnerOnly };
 
 enum class CreateResult {
   kCreated,
-  kExists,  // there is a file of that name already; it stays as it is
+  kExists,  // the file exists already and was left unchanged
   kFailed,
 };
 
-// Replaces the file or creates it. A symbolic link is followed. False when that failed, or when
-// there is something else than a regular file.
+// Replaces the file atomically or creates it: on failure the old content remains. A symbolic link
+// is followed. False on failure, also for anything but a regular file.
 bool Replace(const std::filesystem::path& file, std::string_view bytes,
              Durability durability = Durability::kDisk, Access access = Access::kUsual);
 
@@ -33,19 +33,19 @@ bool Replace(const std::filesystem::path& file, std::string_view bytes,
 CreateResult Create(const std::filesystem::path& file, std::string_view bytes,
                     Durability durability = Durability::kDisk);
 
-// As Replace, for a file that the user named: devices and pipes are written to as they are, and so
-// is a writable file in a folder that is not. Errors: device failure.
+// As Replace, for a file that the user named: writes in place to devices, to pipes and to a
+// writable file in a folder that is not writable. Errors: device failure.
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);
 
-// Removes from the folder what killed programs left behind there. Files that a running program is
-// still writing stay.
+// Removes the temporary files that killed programs left in the folder, but none that a running
+// program is still writing.
 void RemoveTemporaryFiles(const std::filesystem::path& folder);
 
-// The hidden file through which all of this goes, for content that somebody else writes to its
-// path. It has an unguessable name beside the target and is removed at the end of the scope.
+// The temporary file behind the functions above, for content that a library writes to a path. It
+// has an unguessable hidden name in the target's folder and is removed at the end of the scope.
 class TemporaryFile {
  public:
-  // `Failure` tells whether it could be created.
+  // `Failure` says whether it could be created.
   explicit TemporaryFile(const std::filesystem::path& target, Access access = Access::kUsual);
   ~TemporaryFile();
   TemporaryFile(const TemporaryFile&) = delete;

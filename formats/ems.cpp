@@ -6,8 +6,8 @@
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/findings.h"
 #include "formats/imelody_notation.h"
+#include "formats/note_warning.h"
 
 namespace tonadex::formats {
 namespace {
@@ -19,11 +19,11 @@ constexpr double kHighestOctave = 8;
 constexpr int kOctaveSpan = 3;         // iMelody octaves above the base
 constexpr int kLowestIMelody = 4;      // needs no octave mark
 constexpr std::size_t kLineSize = 75;  // longest iMelody line
-constexpr std::size_t kNoteSize = 7;   // longest note, "*5#d2." and one more
+constexpr std::size_t kNoteSize = 7;   // longest note, "*5#d2.", and one to spare
 
 constexpr std::string_view kFinding = "ERROR: La nota # ";
 constexpr std::string_view kBadDuration = u8" no tiene una duración válida"_w;
-constexpr std::string_view kBadDigit = " no tiene una duracion valida.";  // no accents, as ever
+constexpr std::string_view kBadDigit = " no tiene una duracion valida.";  // without accents
 
 struct Length {
   std::string_view duration;
@@ -66,7 +66,7 @@ void AppendIMelodyNote(const core::RTTTLNote& note, double octave, std::int16_t 
   text += digit;
 }
 
-// The melody line with its folds, without the last line end.
+// The folded melody line, without the last line end.
 std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
                          std::int16_t baseOctave) {
   std::string text = "MELODY:";
@@ -79,13 +79,14 @@ std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
     ++number;
     const std::string_view known = IMelodyDigit(note.Duration);
     if (known.empty()) {
-      AppendFinding(warnings, kFinding, number, kBadDigit);
+      AppendNoteWarning(warnings, kFinding, number, kBadDigit);
     } else {
       digit = known;
     }
     const double octave = core::ToNumber(note.Octave);
     if (IsOutOfRange(octave)) {
-      AppendFinding(warnings, kFinding, number, u8" está fuera del rango de octavas permitido."_w);
+      AppendNoteWarning(warnings, kFinding, number,
+                        u8" está fuera del rango de octavas permitido."_w);
     }
     if (text.size() - lineStart + kNoteSize > kLineSize) {
       text += core::kCrLf;
@@ -94,7 +95,7 @@ std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
     if (!core::IsPause(note)) {
       AppendIMelodyNote(note, octave, baseOctave, digit, text);
     } else if (known.empty()) {
-      AppendFinding(warnings, kFinding, number, kBadDuration);
+      AppendNoteWarning(warnings, kFinding, number, kBadDuration);
       text += rest;
     } else {
       rest = IMelodyRest(note.Duration);
@@ -122,13 +123,14 @@ std::string EMelodyText(core::RTTTLMelody& melody, std::string& warnings, std::i
     ++number;
     const auto length = std::ranges::find(kLengths, note.Duration, &Length::duration);
     if (length == kLengths.end()) {
-      AppendFinding(warnings, kFinding, number, kBadDuration);
+      AppendNoteWarning(warnings, kFinding, number, kBadDuration);
     } else {
       isLong = length->isLong;
     }
     const double octave = core::ToNumber(note.Octave);
     if (IsOutOfRange(octave)) {
-      AppendFinding(warnings, kFinding, number, u8" está fuera del rango de octavas permitido"_w);
+      AppendNoteWarning(warnings, kFinding, number,
+                        u8" está fuera del rango de octavas permitido"_w);
     }
     AppendEMelodyNote(note, isLong, octave > baseOctave, text);
   }

@@ -5,10 +5,10 @@
 
 #include "core/rtttl.h"
 
-// The two text melody formats of EMS messages. Both empty `warnings` first and then append their
-// findings; lines end in CR LF, the last one in nothing. A melody that does not parse is reported
-// and gives "". A base octave of 0 is taken as 0.
-// Errors: type mismatch for an octave that is no number.
+// The two text melody formats of EMS messages. Both clear `warnings` and then append
+// theirs; lines end in CR LF, except the last. A melody that does not parse is reported and gives
+// "". A base octave of 0 means 0 here, not a default.
+// Errors: type mismatch for an octave that is not a number.
 namespace tonadex::formats {
 
 // "BEGIN:EMELODY … MELODY:Cd+#Epp … END:EMELODY": lower case is short, upper case long, "+" above

@@ -7,9 +7,8 @@
 #include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
-#include "formats/findings.h"
 #include "formats/note_length.h"
-#include "formats/number_helpers.h"
+#include "formats/note_warning.h"
 #include "formats/pitch.h"
 
 namespace tonadex::formats {
@@ -17,9 +16,9 @@ namespace {
 
 using namespace core::literals;
 
-// The layout in one place, so that what a phone corrects is one line.
-constexpr int kLowestOctave = 4;  // the format has no lower one
-constexpr int kLowestNote = 1;    // its c
+// All layout constants, so that a correction from a test on a real phone changes one line.
+constexpr int kLowestOctave = 4;  // lowest of the format
+constexpr int kLowestNote = 1;    // the c of that octave
 constexpr unsigned char kNoteKind = 4;
 constexpr unsigned char kPauseKind = 0;
 constexpr std::int64_t kMaxEntryMs = 0xFFFF;
@@ -64,7 +63,7 @@ bool LiesTooLow(const core::RTTTLMelody& melody) {
   return false;
 }
 
-// One entry per run of equal notes or pauses, of any length.
+// One entry for each run of equal notes or of pauses; its duration is not limited yet.
 std::vector<Entry> MergedEntries(const core::RTTTLMelody& melody, std::string& warnings) {
   std::vector<Entry> entries;
   std::size_t number = 0;
@@ -72,7 +71,7 @@ std::vector<Entry> MergedEntries(const core::RTTTLMelody& melody, std::string& w
     ++number;
     const double duration = core::ToNumber(note.Duration);
     if (!IsPhoneDuration(duration)) {
-      AppendFinding(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
       continue;
     }
     const std::int32_t ms = LengthMs(duration, ToTempo(melody.Beats), note.Dotted);
@@ -88,13 +87,14 @@ std::vector<Entry> MergedEntries(const core::RTTTLMelody& melody, std::string& w
   return entries;
 }
 
-void AppendWord(std::uint16_t word, std::string& bytes) {
-  bytes += static_cast<char>(word & 0xFF);
-  bytes += static_cast<char>(word >> 8);
+// The low 16 bits of a number, low byte first.
+void AppendWord(std::size_t number, std::string& bytes) {
+  bytes += static_cast<char>(number & 0xFF);
+  bytes += static_cast<char>(number >> 8 & 0xFF);
 }
 
 void AppendEntry(unsigned char note, unsigned char kind, std::int64_t ms, std::string& bytes) {
-  const std::uint16_t word = LowWord(static_cast<std::int32_t>(ms));
+  const auto word = static_cast<std::uint16_t>(ms);
   const auto high = static_cast<unsigned>(word >> 8);
   bytes += static_cast<char>(note);
   bytes += static_cast<char>(kind);
@@ -125,11 +125,11 @@ std::optional<std::string> KwsBytes(const core::RTTTLMelody& melody, std::string
     return std::nullopt;
   }
   const std::string entries = EntryBytes(MergedEntries(melody, warnings));
-  const auto inverted = ~static_cast<std::int32_t>(kHeaderSize + entries.size());
+  const auto inverted = ~static_cast<std::uint32_t>(kHeaderSize + entries.size());
   std::string bytes;
-  AppendWord(LowWord(inverted), bytes);
-  AppendWord(LowWord(inverted >> 16), bytes);
-  AppendWord(LowWord(static_cast<std::int32_t>(entries.size() / kEntrySize)), bytes);
+  AppendWord(inverted, bytes);
+  AppendWord(inverted >> 16, bytes);
+  AppendWord(entries.size() / kEntrySize, bytes);
   return bytes + entries;
 }
 

@@ -14,9 +14,9 @@ namespace tonadex::formats {
 //   6 + 4n  note, 1 is c of octave 4, +1 per semitone; 0 for a pause
 //   7 + 4n  4 for a note, 0 for a pause
 //   8 + 4n  duration in ms: b3 = low byte XOR (high byte x 2), b4 = high byte
-// Neighbours of the same note are one entry; one of more than 65535 ms is several. A duration that
-// the format does not know is appended to `warnings` and gives no entry. None when a note lies
-// below octave 4. Errors: type mismatch, overflow, tempo 0.
+// Successive equal notes are merged into one entry; an entry of more than 65535 ms is split. A note
+// of an unknown duration is left out with a warning in `warnings`. nullopt when a note is below
+// octave 4. Errors: type mismatch, overflow, tempo 0.
 std::optional<std::string> KwsBytes(const core::RTTTLMelody& melody, std::string& warnings);
 
 }  // namespace tonadex::formats

@@ -17,7 +17,7 @@ using namespace core::literals;
 
 constexpr std::int16_t kDefaultBaseOctave = 5;
 constexpr int kOctaveSpan = 3;     // octaves above the base
-constexpr int kWrittenOctave = 3;  // what iMelody keys call the base
+constexpr int kWrittenOctave = 3;  // number of the base octave in iMelody keys
 
 struct LetterKey {
   char letter;
@@ -56,10 +56,10 @@ constexpr std::string_view kIMelodyInstruction =
 struct Composer {
   int octave = 2;
   double durationCode = 1;
-  LetterKey letter{'\0', '\0', 0};  // the last recognised one
+  LetterKey letter{'\0', '\0', 0};  // the last known one
 };
 
-// An unknown duration stands for itself ("64" is code 64): deliberate.
+// An unknown duration is its own code ("64" is 64): deliberate.
 double CodeOf(std::string_view duration) {
   const auto found = std::ranges::find(kDurationCodes, duration, &DurationCode::duration);
   return found == kDurationCodes.end() ? core::ToNumber(duration) : found->code;
@@ -84,8 +84,8 @@ void AppendGroup(const core::RTTTLNote& note, int octave, Composer& phone, std::
   keys += ' ';
 }
 
-// base, base + 1, base + 2 are written 3, 4, 5; base + 3 has no number of its own and stands as
-// the melody's octave: deliberate, the phones have always been given it so.
+// base, base + 1 and base + 2 are written 3, 4 and 5, but base + 3 is written as the melody's
+// octave: kept, because stored conversions and phones depend on it.
 int WrittenOctave(std::string_view octave, std::int16_t base) {
   const double clamped = std::clamp<double>(core::ToNumber(octave), base, base + kOctaveSpan);
   const int above = core::ToInt16(clamped) - base;
@@ -122,8 +122,8 @@ std::string MotorolaIMelodyKeys(core::RTTTLMelody& melody, std::string& warnings
   std::string pitch;
   std::string_view rest;
   for (const core::RTTTLNote& note : melody.Notes) {
-    // In a dotted band the pitch ends in ".": the band's dot is never written and a sharp is lost.
-    // Deliberate, the phones have always been given it so.
+    // For a dotted band DurationForLength appends "." to the pitch: that dot is never written, and
+    // it hides a sharp. Kept, because phones have always received it so.
     pitch = note.Note;
     const std::string_view duration =
         DurationForLength(NoteLengthMs(note.Duration, melody.Beats, note.Dotted), pitch);

@@ -5,8 +5,8 @@
 
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/number_helpers.h"
 #include "formats/octave_band.h"
+#include "formats/shift_right.h"
 
 namespace tonadex::formats {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 using namespace core::literals;
 
 constexpr std::int16_t kDefaultBaseOctave = 5;
-constexpr std::size_t kMaxNotes = 35;  // what fits the message
+constexpr std::size_t kMaxNotes = 35;  // that fit the message
 
 constexpr std::string_view kTooLong =
     "Melodia demasiado larga para Motorola.Solo se muestran las primeras 35 notas de la melodia."
@@ -50,7 +50,7 @@ std::string CheckCharacters(std::string_view tokens) {
   for (const char c : tokens) {
     check ^= core::Code(c);
   }
-  // One hexadecimal digit is first and last at once: below 16 both characters are the same.
+  // Below 16 the only hexadecimal digit is both the first and the last.
   const std::int32_t last = check % 16;
   const std::int32_t first = check < 16 ? last : ShiftRight(check, 4);
   return {static_cast<char>('0' + first), static_cast<char>('0' + last)};
@@ -72,7 +72,7 @@ std::string MotorolaSmsText(core::RTTTLMelody& melody, std::string& warnings,
     ++count;
     AppendToken(note, OctaveBand(note, base), tokens);
   }
-  if (count == kMaxNotes) {  // a melody of exactly 35 notes is told so too: deliberate
+  if (count == kMaxNotes) {  // warns for exactly 35 notes too: deliberate
     warnings += kTooLong;
   }
   warnings += kInstruction;

@@ -1,7 +1,7 @@
 #include "formats/nokia_composer.h"
 
 #include "core/windows1252.h"
-#include "formats/findings.h"
+#include "formats/note_warning.h"
 #include "formats/octave_band.h"
 
 namespace tonadex::formats {
@@ -9,14 +9,14 @@ namespace {
 
 using namespace core::literals;
 
-constexpr std::size_t kMaxNotes = 50;  // the composer's memory; advice, not a cut
+constexpr std::size_t kMaxNotes = 50;  // the composer's memory; more give a warning
 constexpr std::string_view kTooLong = u8"ERROR: La melodia excede el límite de 50 notas.\r\n"_w;
 constexpr std::size_t kTokenSize = 7;  // "32.#c1 "
 
 void AppendToken(const core::RTTTLNote& note, int octave, std::string& text) {
   text += note.Duration;
   if (note.Dotted) {
-    text += '.';  // stays in front of a pause too: "4.-", as the phone's users know it
+    text += '.';  // written for a pause too: "4.-"
   }
   if (core::IsPause(note)) {
     text += '-';
@@ -48,11 +48,12 @@ std::string NokiaComposerText(core::RTTTLMelody& melody, std::string& warnings,
     ++number;
     const int octave = OctaveBand(note, baseOctave) + 1;
     if (core::IsPause(note) && note.Dotted) {
-      AppendFinding(warnings, "ERROR: La nota #", number, " - . no se permite en pausa");
+      AppendNoteWarning(warnings, "ERROR: La nota #", number, " - . no se permite en pausa");
     }
     AppendToken(note, octave, text);
-    if (!core::IsPause(note) && (octave < 1 || octave > 3)) {  // guards the folding above
-      AppendFinding(warnings, "La nota #", number, u8" - está fuera del rango de octavas."_w);
+    // Cannot happen while OctaveBand returns 0 to 2.
+    if (!core::IsPause(note) && (octave < 1 || octave > 3)) {
+      AppendNoteWarning(warnings, "La nota #", number, u8" - está fuera del rango de octavas."_w);
     }
   }
   return text;

@@ -7,8 +7,8 @@
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/findings.h"
-#include "formats/note_keys.h"
+#include "formats/note_warning.h"
+#include "formats/number_keys.h"
 #include "formats/octave_band.h"
 
 namespace tonadex::formats {
@@ -16,7 +16,7 @@ namespace {
 
 using namespace core::literals;
 
-constexpr std::size_t kMaxNotes = 50;  // the composer's memory; advice, not a cut
+constexpr std::size_t kMaxNotes = 50;  // the composer's memory; more give a warning
 constexpr double kLowestOctave = 4;
 constexpr double kHighestOctave = 7;
 
@@ -26,7 +26,7 @@ constexpr std::string_view kIntroduction =
     u8"Los espacios sólo sirven para facilitar la lectura, no debes introducirlos en tu móvil\r\n"_w;
 constexpr std::string_view kTooLong = u8"ERROR: La melodia excede el máximo de 50 notas\r\n"_w;
 
-// Each press of "8" goes one level on, each "9" one back.
+// Each press of "8" goes one level up, each "9" one down.
 constexpr std::array<std::string_view, 6> kDurationLevels = {"1", "2", "4", "8", "16", "32"};
 
 // What the phone's composer remembers from note to note.
@@ -47,7 +47,7 @@ void AppendDurationKeys(int from, int to, std::string& keys) {
   keys.append(static_cast<std::size_t>(std::abs(to - from)), to > from ? '8' : '9');
 }
 
-// "*" steps 1, 2, 3 and round to 1.
+// "*" cycles through the octaves 1, 2, 3.
 void AppendOctaveKeys(int from, int to, std::string& keys) {
   keys.append(static_cast<std::size_t>(to >= from ? to - from : 3 - from + to), '*');
 }
@@ -89,17 +89,18 @@ std::string NokiaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
     ++number;
     const double octave = core::ToNumber(note.Octave);
     if (octave > kHighestOctave || octave < kLowestOctave) {
-      AppendFinding(warnings, "Error > La nota # ", number, u8" está fuera del rango de octavas"_w);
+      AppendNoteWarning(warnings, "Error > La nota # ", number,
+                        u8" está fuera del rango de octavas"_w);
     }
     const int octaveLevel = OctaveBand(note, baseOctave) + 1;
     const int level = DurationLevel(note.Duration);
     if (level == 0) {
-      AppendFinding(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
     } else {
       phone.noteLevel = level;
     }
     if (core::IsPause(note)) {
-      // After a pause the phone is back at the duration before it: deliberate, the phone's own.
+      // After a pause the phone is back at the duration before it.
       keys += '0';
       AppendDurationKeys(phone.durationLevel, phone.noteLevel, keys);
     } else {

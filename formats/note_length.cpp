@@ -11,11 +11,11 @@ namespace tonadex::formats {
 namespace {
 
 constexpr double kDotFactor = 1.5;
-constexpr int kTableTempo = 125;  // of both tables
+constexpr int kTableTempo = 125;  // at which both tables hold
 
 struct BaseLength {
   std::string_view duration;
-  int ms;  // a thirty-second's 62.5 is stored rounded
+  int ms;  // 62.5 of a thirty-second is rounded
 };
 
 constexpr std::array kBaseLengths = std::to_array<BaseLength>(
@@ -24,7 +24,7 @@ constexpr std::array kBaseLengths = std::to_array<BaseLength>(
 constexpr std::array<double, 6> kPhoneDurations = {1, 2, 4, 8, 16, 32};
 
 struct Band {
-  std::int16_t upToMs;  // inclusive; the band before ends below
+  std::int16_t upToMs;  // inclusive; from the end of the band before
   std::string_view duration;
   bool dotted;
 };

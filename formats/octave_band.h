@@ -7,14 +7,13 @@
 
 namespace tonadex::formats {
 
-// The base octave to write with: the one given, or `phones` where none is (0).
+// The base octave to write with: `given`, or the phone's default `phones` when `given` is 0.
 constexpr std::int16_t BaseOctave(std::int16_t given, std::int16_t phones) {
   return given == 0 ? phones : given;
 }
 
-// Where an octave lies against the middle one of a phone's three: 0 below, 1 equal, 2 above.
-// Octaves further away fold onto the outer ones. Errors: type mismatch for an octave text that is
-// no number.
+// Folds the note's octave onto a phone's three: 0 below the middle one (base + 1), 1 equal to it,
+// 2 above. Errors: type mismatch for an octave that is not a number.
 inline int OctaveBand(const core::RTTTLNote& note, std::int16_t baseOctave) {
   const double octave = core::ToNumber(note.Octave);
   const int middle = baseOctave + 1;

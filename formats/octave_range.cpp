@@ -14,7 +14,7 @@ namespace tonadex::formats {
 namespace {
 
 constexpr int kOctaves = 11;               // 0 to 10
-constexpr std::ptrdiff_t kMaxQuoted = 40;  // of a text that is no such octave
+constexpr std::ptrdiff_t kMaxQuoted = 40;  // characters of a wrong octave in the message
 
 struct OctaveCount {
   int octave = 0;
@@ -49,7 +49,7 @@ OctaveCounts CountOctaves(const core::RTTTLMelody& melody) {
 }  // namespace
 
 std::int16_t AutoOctave(core::RTTTLMelody& melody, int rangeSpan) {
-  core::ParseOrReport(melody);  // what was parsed counts all the same
+  core::ParseOrReport(melody);  // the notes parsed before an error count
   OctaveCounts counts = CountOctaves(melody);
   std::ranges::stable_sort(counts, {}, &OctaveCount::count);
   if (rangeSpan > kOctaves) {

@@ -9,15 +9,15 @@ namespace tonadex::formats {
 
 inline constexpr int kSemitones = 12;  // of an octave
 
-// The pitches of an octave, c first, as the parser writes them.
+// The pitches of an octave as RTTTLNote::Note spells them.
 inline constexpr std::array<std::string_view, kSemitones> kPitches = {
     "c", "c#", "d", "d#", "e", "f", "f#", "g", "g#", "a", "a#", "b"};
 
-// The same in the words of Spanish musicians.
+// Their Spanish names.
 inline constexpr std::array<std::string_view, kSemitones> kSpanishPitches = {
     "do", "do#", "re", "re#", "mi", "fa", "fa#", "sol", "sol#", "la", "la#", "si"};
 
-// Semitones above c; none for a text that is no pitch.
+// Semitones above c; nullopt for a text that is not a pitch.
 constexpr std::optional<int> Semitone(std::string_view pitch) {
   const auto found = std::ranges::find(kPitches, pitch);
   if (found == kPitches.end()) {

@@ -6,8 +6,8 @@
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/findings.h"
-#include "formats/note_keys.h"
+#include "formats/note_warning.h"
+#include "formats/number_keys.h"
 #include "formats/octave_band.h"
 
 namespace tonadex::formats {
@@ -17,15 +17,15 @@ using namespace core::literals;
 
 constexpr std::int16_t kDefaultBaseOctave = 4;
 constexpr int kOctaveSpan = 3;          // octaves above the base that the phone has
-constexpr std::size_t kMaxNotes = 100;  // the composer's memory; advice, not a cut
+constexpr std::size_t kMaxNotes = 100;  // the composer's memory; more give a warning
 
 struct Presses {
   std::string_view duration;
   std::size_t note, pause, dotRest;
 };
 
-// Type 1 writes its pauses with the note column; its dot rest is a rest of half the note, a
-// thirty-second's half rounded to a sixteenth.
+// Presses of the duration key. Type 1 uses the note column for pauses too. dotRest is a rest of
+// half the note's length (a sixteenth for a thirty-second note), which replaces the dot.
 constexpr std::array kPresses1 = std::to_array<Presses>({
     {"1", 2, 2, 1},
     {"2", 1, 1, 0},
@@ -48,9 +48,9 @@ struct Type {
   char sharpKey, durationKey;
   std::string_view introduction;
   std::string_view tooLong;
-  std::string_view finding;     // in front of a note's number
-  std::string_view outOfRange;  // behind it
-  bool pauseColumn;             // pauses are ">" alone, else "0" and the duration key
+  std::string_view finding;     // before the note's number
+  std::string_view outOfRange;  // after it
+  bool pauseColumn;             // pauses are only ">", else "0" and the duration key
   bool dotRests;
 };
 
@@ -74,11 +74,11 @@ constexpr Type kType2 = {
     true,
     false};
 
-// Counts kept for notes of an unknown duration, and the key for an unknown letter.
+// The last known counts and key: notes of an unknown duration or letter repeat them.
 struct Memory {
-  std::size_t note = 0;     // updated by pauses too
-  std::size_t pause = 0;    // by pauses alone
-  std::size_t dotRest = 0;  // by dotted notes alone
+  std::size_t note = 0;     // set by notes and pauses
+  std::size_t pause = 0;    // set by pauses only
+  std::size_t dotRest = 0;  // set by dotted notes only
   char key = '\0';
 };
 
@@ -137,11 +137,11 @@ std::string SamsungKeyPresses(const Type& type, core::RTTTLMelody& melody, std::
     ++number;
     const double octave = core::ToNumber(note.Octave);
     if (octave > base + kOctaveSpan || octave < base) {
-      AppendFinding(warnings, type.finding, number, type.outOfRange);
+      AppendNoteWarning(warnings, type.finding, number, type.outOfRange);
     }
     const Presses* known = FindPresses(type, note.Duration);
     if (known == nullptr) {
-      AppendFinding(warnings, type.finding, number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, type.finding, number, u8" no tiene una duración válida"_w);
     } else {
       memory.note = known->note;
     }

@@ -8,8 +8,8 @@
 #include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/findings.h"
 #include "formats/note_length.h"
+#include "formats/note_warning.h"
 #include "formats/pitch.h"
 
 namespace tonadex::formats {
@@ -17,9 +17,9 @@ namespace {
 
 using namespace core::literals;
 
-constexpr double kFirstHighOctave = 6;  // written in upper case from here on
+constexpr double kFirstHighOctave = 6;  // this octave and higher are written in upper case
 
-// German names by semitone; the range that the message names is c to H.
+// German names by semitone.
 constexpr std::array<std::string_view, kSemitones> kNames = {"c",  "c#", "d",  "d#", "e",  "f",
                                                              "f#", "g",  "g#", "a",  "a#", "h"};
 
@@ -28,7 +28,7 @@ struct Length {
   std::string_view text;
 };
 
-// Shortest first: of two that are equally near the shorter is taken.
+// Shortest first, so that of two equally near lengths the shorter is taken.
 constexpr std::array kLengths = std::to_array<Length>({
     {75, "32"},
     {112.5, "32."},
@@ -55,7 +55,7 @@ bool HasName(const core::RTTTLNote& note) {
   return core::IsPause(note) || Semitone(note.Note).has_value();
 }
 
-// "p" for a pause. The note must have a name.
+// "p" for a pause. HasName(note) must be true.
 std::string NoteName(const core::RTTTLNote& note) {
   if (core::IsPause(note)) {
     return "p";
@@ -88,7 +88,7 @@ std::string TriumMdyText(core::RTTTLMelody& melody, std::string& warnings) {
     const double duration = core::ToNumber(note.Duration);
     const bool known = IsPhoneDuration(duration);
     if (!known) {
-      AppendFinding(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
     }
     const bool named = HasName(note);
     if (!named && !reported) {

@@ -7,20 +7,24 @@
 #include "core/runtime_error.h"
 #include "files/paths.h"
 #include "files/write.h"
-#include "formats/number_helpers.h"
 #include "formats/pitch.h"
+#include "formats/shift_right.h"
 
 namespace tonadex::midi {
 namespace {
 
 constexpr std::int32_t kTempoMicroseconds = 5000000;  // per quarter note
+constexpr int kNoteOn = 0x90;
+constexpr int kNoteOff = 0x80;
+constexpr int kControlChange = 0xB0;
+constexpr int kProgramChange = 0xC0;
 constexpr int kChannel = 0;
 constexpr int kOnVelocity = 100;
 constexpr int kOffVelocity = 0;
 constexpr int kVolumeController = 7;
 constexpr int kFullVolume = 127;
 
-// Meta events, ready but for their length and content.
+// Meta events: delta time, status and type.
 constexpr std::string_view kMetaCredits("\x00\xFF\x02", 3);
 constexpr std::string_view kMetaTrackName("\x00\xFF\x03", 3);
 constexpr std::string_view kMetaTempo("\x00\xFF\x51\x03", 4);
@@ -42,7 +46,7 @@ char ToByte(std::int32_t value) {
   return static_cast<char>(value);
 }
 
-// A longer text than its length byte can tell is refused by ToByte.
+// The length is one byte: ToByte throws for a text over 255 bytes.
 std::string TextEvent(std::string_view event, std::string_view text) {
   std::string bytes(event);
   bytes += ToByte(static_cast<std::int32_t>(std::min<std::size_t>(text.size(), 256)));
@@ -150,7 +154,7 @@ std::string LongToBytes(std::int32_t value) {
 }
 
 std::string WordToBytes(std::int32_t value) {
-  const int word = formats::LowWord(value);
+  const int word = value & 0xFFFF;
   return {ToByte(formats::ShiftRight(word, 8)), ToByte(word & 0xFF)};
 }
 

@@ -8,26 +8,20 @@
 
 #include "core/rtttl.h"
 
-// Standard MIDI files, format 0, one track. Bytes are held in strings, one character a byte;
-// numbers stand most significant byte first.
+// Standard MIDI files, format 0, one track. Strings hold bytes; numbers are big-endian.
 //
-// Delta times are one byte each, the low seven bits of the value, so note lengths are counted in
-// coarse ticks below 128. The tempo event always says 5,000,000 microseconds per quarter note, and
-// the header's division, about 1.604 times the beats per minute, brings the real time out right.
-// Deliberate: change none of the three without the others.
+// Delta times are one byte, the low seven bits of the value, so note lengths are counted in coarse
+// ticks below 128. The tempo event always states 5,000,000 microseconds per quarter note; the
+// header's division, about 1.604 times the beats per minute, makes up for that. Deliberate: the
+// three belong together.
 namespace tonadex::midi {
 
 inline constexpr std::int16_t kMidiWritten = 0;
 inline constexpr std::int16_t kMidiFailed = -1;
 inline constexpr std::int16_t kPauseNumber = -1;  // "note number" of a pause
 
-inline constexpr int kNoteOn = 0x90;
-inline constexpr int kNoteOff = 0x80;
-inline constexpr int kControlChange = 0xB0;
-inline constexpr int kProgramChange = 0xC0;
-
 // Writes a parsed melody (Credits, TrackName, Instrument, Beats, Notes) to the path that FileName
-// names, as files::WriteBytes does. kMidiWritten or, after any failure, kMidiFailed, without a
+// names, through files::WriteBytes. kMidiWritten, or kMidiFailed after any failure, without a
 // message. Pauses at the end are lost.
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
 
@@ -38,7 +32,7 @@ std::string MidiFileBytes(const core::RTTTLMelody& melody);
 // 16 bits, halved, rounded again. "" counts as 0. Errors: type mismatch, overflow.
 std::int16_t MidiDivision(std::string_view beats);
 
-// The procedures below give bytes and throw core::RunTimeError for a value that fits no byte.
+// The functions below return bytes and throw core::RunTimeError when a value exceeds a byte.
 
 std::string MidiHeaderChunk(std::int16_t format, std::int16_t tracks, std::int16_t division);
 // "MTrk" and the length of the data; the data itself is not included.
@@ -67,11 +61,11 @@ std::array<int, 2> PairArray(int first, int second);
 // thirty-second 2, sixty-fourth 1; dotted 115, 58, 29, 14, 7, 4, 2; 0 for another duration.
 std::int16_t NoteTicks(double duration, bool dotted);
 
-// 12 x octave + semitone, c of octave 5 is 60; kPauseNumber for "p". A pitch that is none counts as
-// c. `octaveLessOne` is the note's octave less 1. Overflow beyond 16 bits.
+// 12 x octave + semitone, c of octave 5 is 60; kPauseNumber for "p". An unknown pitch counts as
+// c. `octaveLessOne` is the note's octave minus 1. Errors: overflow beyond 16 bits.
 std::int16_t NoteNumber(std::string_view pitch, std::int16_t octaveLessOne);
 
-// The note number of a melody's note. A pause's octave must be a number too, of any size.
+// The note number of a note. A pause's octave must be a number too, of any size.
 // Errors: type mismatch, overflow.
 std::int16_t NumberOf(const core::RTTTLNote& note);
 

@@ -6,10 +6,11 @@
 namespace tonadex::midi {
 namespace {
 
-constexpr double kQuarterMs = 5000;  // of the tempo event
+constexpr double kQuarterMs = 5000;  // as the tempo event states
 constexpr std::int32_t kDeltaMask = 127;
 
-// Pauses that a delta byte cut short end where the note behind them begins.
+// One delta byte holds 127 ticks; longer pauses are truncated, so clip them to the next note's
+// start.
 void CutPauses(std::vector<NoteTime>& times, double end) {
   for (auto time = times.rbegin(); time != times.rend() && time->number == kPauseNumber; ++time) {
     time->start = time->start < end ? time->start : end;

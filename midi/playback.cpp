@@ -11,7 +11,7 @@ constexpr std::string_view kTempFile = "rtlTmpFile.mid";
 }  // namespace
 
 void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer) {
-  core::ShowRTTTLError(core::ParseRTTTL(melody));  // what was parsed plays all the same
+  core::ShowRTTTLError(core::ParseRTTTL(melody));  // the notes parsed before an error are played
   const std::string fileName = melody.FileName;
   melody.FileName = melody.TempFolder + std::string(kTempFile);
   if (WriteMidiFile(melody) == kMidiFailed) {

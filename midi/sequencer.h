@@ -6,12 +6,11 @@ namespace tonadex::midi {
 
 // The MIDI sequencer, driven by three commands in Windows-1252:
 //   "open FILE type sequencer alias NAME", "play NAME notify", "close NAME".
-// FILE stands without quotation marks, so a path that holds a blank cannot be opened.
+// FILE is not quoted, so a path with a blank cannot be opened.
 class Sequencer {
  public:
   virtual ~Sequencer() = default;
-  // Returns at once, 0 on success, else an error number. Never throws.
-  // After "close" no sound is heard any more.
+  // Returns at once: 0 on success, else an error number. Never throws. "close" stops the sound.
   virtual int SendString(std::string_view command) = 0;
 };
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-// The melody server's paths, for its clients and for the server itself.
+// The melody server's paths.
 namespace tonadex::net {
 
 inline constexpr std::string_view kSearchPath = "/listatonos.php";
@@ -19,12 +19,12 @@ inline constexpr std::string_view kInternetPagePath = "/mini906.php";
 inline constexpr std::string_view kStartPagePath = "/mini.php";
 inline constexpr std::string_view kVersionKey = "version";
 
-// Paths with their query, composed as typed: nothing is encoded.
+// Paths with their query; nothing is percent-encoded.
 std::string SearchAddress(std::string_view words);
 std::string StartPageAddress(std::string_view version);
 // `fileName` is "stem.number".
 std::string MelodyAddress(std::string_view fileName);
-// `contents` has every "#" replaced already.
+// In `contents` every "#" must have been replaced.
 std::string UploadAddress(std::string_view fileName, std::string_view contents);
 
 }  // namespace tonadex::net

@@ -9,11 +9,11 @@
 // Requests to the melody server.
 namespace tonadex::net {
 
-// Gives the reply to a path of the server (addresses.h). Errors: core::RunTimeError (kTransfer)
-// when no reply came.
+// Requests a path of the server (addresses.h) and returns the reply. Errors: core::RunTimeError
+// (kTransfer) when there is no reply.
 using Fetch = std::function<std::string(std::string_view path)>;
 
-// A Fetch that goes to `base` + path as typed. `http` outlives it.
+// A Fetch that requests `base` + path. `http` must outlive it.
 Fetch FetchFrom(HttpGet& http, std::string base);
 
 }  // namespace tonadex::net

@@ -9,8 +9,8 @@
 namespace tonadex::net {
 namespace {
 
-// Whether the repertoire can list a file of this name. A file whose number it cannot read would end
-// every later listing.
+// Whether the repertoire can list a file of this name. A file whose number it cannot read would
+// make every later listing fail.
 bool CanBeListed(std::string_view fileName) {
   return !fileName.starts_with('.') &&
          core::SkipErrors([&] { core::RepertoireRow("x:", fileName); });

@@ -9,11 +9,10 @@
 
 namespace tonadex::net {
 
-// Fetches the melody of a listing's row and stores it in the folder under the server's own name,
-// less one line feed at its end and with CR LF behind it. `text` holds the reply afterwards. Each
-// step that fails is skipped: a failed request stores what `text` held before; a name that is
-// refused, or that the repertoire could not list, stores nothing. Gives whether reply and file both
-// came about. Shows nothing.
+// Fetches the melody of a listing's row into `text`, drops one line feed at its end and stores it
+// in the folder, ended by CR LF, under the server's file name. Failed steps are skipped: after a
+// failed request the old `text` is stored; under a name that is unsafe or that the repertoire could
+// not list nothing is stored. True when the melody was both fetched and stored. Shows no message.
 bool DownloadMelody(const Fetch& fetch, const std::filesystem::path& folder, std::string_view row,
                     std::int32_t number, std::string& text);
 

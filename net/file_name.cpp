@@ -17,10 +17,10 @@ using namespace core::literals;
 
 constexpr std::string_view kForbidden = "/\\:*?\"<>|";
 
-// Names that open a device on Windows, whatever stands behind the first full stop.
+// Names that open a device on Windows, whatever extension follows.
 constexpr std::array<std::string_view, 6> kDevices = {"CON", "PRN",    "AUX",
                                                       "NUL", "CONIN$", "CONOUT$"};
-// With one digit behind them; superscript digits count as digits there.
+// Device names with one more digit; Windows counts superscript digits too.
 constexpr std::array<std::string_view, 2> kNumberedDevices = {"COM", "LPT"};
 constexpr std::string_view kDeviceDigits = u8"0123456789¹²³"_w;
 

@@ -9,17 +9,17 @@ namespace tonadex::net {
 
 inline constexpr std::size_t kMaxFileNameBytes = 255;  // in UTF-8, what file systems hold
 
-// Whether a name (Windows-1252) can be a file of its folder on every platform: not empty, no
-// separator, no "..", no control character, nothing that Windows file names cannot hold
-// (" * : < > ? |), no device name before the first full stop (CON, COM1 …), no full stop or blank
-// at its end, not too long. A name is accepted or refused, never repaired.
+// Whether a name (Windows-1252) is a valid file name inside its folder on every platform: not
+// empty, no separator, no "..", no control character, no character that Windows forbids ("*:<>?|),
+// no device name before the first full stop (CON, COM1 …), no full stop or blank at the end, not
+// too long. Names are never repaired.
 bool IsSafeFileName(std::string_view name);
 
-// folder / name. Errors: core::RunTimeError (kInvalidArgument) for a name that is refused.
+// folder / name. Errors: core::RunTimeError (kInvalidArgument) for an unsafe name.
 std::filesystem::path SafePath(const std::filesystem::path& folder, std::string_view name);
 
-// Writes folder / name, whole or not at all. Errors: invalid argument for a refused name, device
-// failure.
+// Writes folder / name through files::WriteBytes. Errors: invalid argument for an unsafe name,
+// device failure.
 void StoreFile(const std::filesystem::path& folder, std::string_view name, std::string_view bytes);
 
 }  // namespace tonadex::net

@@ -12,30 +12,30 @@ namespace tonadex::net {
 
 inline constexpr std::string_view kRecordEnd = ")498";
 
-// The rows shown when a listing holds none, 0 and 1; they are no melodies.
+// The two rows that are shown for a listing without records; they are not melodies.
 inline constexpr std::size_t kHintCount = 2;
 std::string_view HintRow(std::size_t index);
 bool IsHintRow(std::string_view row);
 
-// What the reading of a listing leaves behind: the text after the last ")498" and the last record,
-// rewritten, with its number as text (both "" when there was no record). `rest` and `number` lie in
-// the reply.
+// The end of a listing: the text after the last ")498", and the last record in the form of a row
+// with its number as text (both "" when there was no record). `rest` and `number` are views of the
+// reply.
 struct ListingEnd {
   std::string_view rest, number;
   std::string record;
 };
 
-// Gets a row's text, "description (stem)" or the stem alone, valid during the call, and its number,
-// 0 when the record's number cannot be read.
+// Called with a row's text, "description (stem)" or the stem alone, valid during the call, and its
+// number, 0 when the record's number cannot be read.
 using AddListingRow = std::function<void(std::string_view text, std::int32_t number)>;
 
-// Calls `add` for each record. `stemAlone`: a row whose description equals its stem is the stem
-// alone (a search; a random pick keeps both). Malformed records give rows as far as they can be
-// read. Linear time, throws only what `add` throws.
+// Calls `add` for each record. `stemAlone`: a row whose description equals its stem is shortened to
+// the stem (in a search; a random pick keeps both). A malformed record gives a row of what can be
+// read. Takes linear time and throws only what `add` throws.
 // Example: "Vals (vals.120)498" gives "Vals (vals)", 120.
 ListingEnd ReadListing(std::string_view reply, bool stemAlone, const AddListingRow& add);
 
-// How many rows ReadListing gives.
+// How many rows ReadListing adds.
 std::size_t CountRecords(std::string_view reply);
 
 }  // namespace tonadex::net

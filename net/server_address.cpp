@@ -18,7 +18,7 @@ std::string FromFile(const std::filesystem::path& programFolder) {
   std::string line;
   core::SkipErrors(
       [&] { line = files::ReadFirstLine(programFolder / kFileName, core::kMaxLineBytes); });
-  return core::FromOutside(line);  // editors put a byte order mark in front
+  return core::FromOutside(line);  // some editors write a byte order mark
 }
 
 std::string Cleaned(std::string_view address) {

@@ -5,9 +5,9 @@
 
 namespace tonadex::net {
 
-// The address to use: `argument` (the command line's), else $TONADEX_SERVIDOR, else the first line
-// of "servidor.txt" in the program folder; "" when none of them names one, that is, for the
-// embedded server. Without blanks around it and without a "/" at its end.
+// The melody server's address: `argument` (from the command line), else $TONADEX_SERVIDOR, else the
+// first line of "servidor.txt" in the program folder, without surrounding blanks and trailing "/".
+// "" when there is no address: the embedded server is used.
 std::string ConfiguredServer(const std::string& argument,
                              const std::filesystem::path& programFolder);
 

@@ -11,10 +11,10 @@
 namespace tonadex::net {
 namespace {
 
-constexpr std::string_view kBreaksAddress = "/\\?'&";  // neither in the text nor in the key
+constexpr std::string_view kBreaksAddress = "/\\?'&";  // allowed neither in the text nor in the key
 constexpr std::array<std::string_view, 4> kHeaderParts = {",", ",b=", ",o=", ":d="};
 
-// The words without accents are the ones that users of the server have always read.
+// Spelt without accents, as users have always read them.
 constexpr std::string_view kAlreadyThereMessage =
     "La melodia NO se ha subido, pues ya existia en nuestro servidor.";
 constexpr std::string_view kStopInNameMessage =

@@ -5,26 +5,26 @@
 
 #include "net/client.h"
 
-// Giving a melody to the server.
+// Uploading a melody to the server.
 namespace tonadex::net {
 
-// The melody's file on the server: name, ".", and the text's length before anything is escaped.
+// The melody's file on the server: name, ".", and the length of the unescaped text.
 std::string UploadKey(std::string_view name, std::string_view text);
 
-// Whether name and text survive in an address and hold the parts of an RTTTL header. The notes are
-// not looked at.
+// Whether name and text can be sent in an address and the text has an RTTTL header. The notes are
+// not checked.
 bool IsUploadable(std::string_view text, std::string_view key);
 
-// Whether a full stop stands in the name or the first setting of an RTTTL text.
+// Whether there is a full stop in the name or the first key of an RTTTL text.
 bool HasStopInName(std::string_view text);
 
 enum class UploadResult { kSent, kAlreadyThere, kNotValid, kStopInName };
 
-// Asks the server for its listing (left in `listing`), refuses or sends, and tells the user in a
-// message box either way. `text` leaves with its "#" escaped once it was found valid. A listing
-// that holds the key anywhere, also inside a longer name, counts as holding the melody: deliberate.
-// The server's answer to the upload is not looked at. Errors: core::RunTimeError (kTransfer) when a
-// request brings no reply.
+// Fetches the server's listing into `listing`, sends the melody or refuses to, and reports the
+// result in a message box. In a valid `text` every "#" is escaped. A listing that contains the key
+// anywhere, even inside a longer name, counts as containing the melody: deliberate. The server's
+// answer to the upload is ignored. Errors: core::RunTimeError (kTransfer) when a request gets no
+// reply.
 UploadResult UploadMelody(const Fetch& fetch, std::string_view name, std::string& text,
                           std::string& listing);
 

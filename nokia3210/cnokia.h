@@ -9,8 +9,8 @@
 
 namespace tonadex::nokia3210 {
 
-// The converter of the phone's composer notation to RTTTL notes and back. One object is kept and
-// used again; two objects share nothing. Texts are Windows-1252.
+// Converts the phone's composer notation to RTTTL notes and back. An object can be used again; two
+// objects share nothing. Texts are Windows-1252.
 //
 //   converter.Clear();
 //   converter.SetOriginalText("8.#c2 4-");
@@ -21,7 +21,7 @@ class CNokia {
   // What Convert gives: kRTTTL reads composer notation and gives RTTTL notes, kComposer reads RTTTL
   // (notes or a whole melody) and gives composer notation.
   NoteKind ShowType = NoteKind::kRTTTL;
-  // Kept for the caller; they play no part in the conversion.
+  // Stored for the caller; the conversion does not use them.
   std::string RingToneName;
   std::int16_t Tempo = 0;  // quarter notes per minute
   std::string Folder;
@@ -33,7 +33,7 @@ class CNokia {
   void Clear();
   void SetOriginalText(std::string_view text) { originalText_ = text; }
   const std::string& OriginalText() const { return originalText_; }
-  // Converts OriginalText; earlier notes and log entries are dropped. Never throws (memory aside).
+  // Converts OriginalText; earlier notes and log entries are dropped. Throws nothing but bad_alloc.
   void Convert();
 
   // Notes and pauses read.
@@ -41,8 +41,8 @@ class CNokia {
   const CNotes& Notes() const { return notes_; }
   // The notes as text, "" before Convert. RTTTL: no header, no "," at the end.
   const std::string& ConvertedNotes() const { return converted_; }
-  // The log of what could not be read: "[CNokia.Convert] Posición 4: no se entiende «4x2»", entries
-  // parted by a bare CR; "" when everything was read.
+  // The log of what could not be read: "[CNokia.Convert] Posición 4: no se entiende «4x2»", a bare
+  // CR between entries; "" when everything was read.
   const std::string& ConversionErrors() const { return log_.Text(); }
   void AddError(std::string_view source, std::string_view message) {
     log_.AddError(source, message);

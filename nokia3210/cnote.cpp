@@ -19,7 +19,7 @@ std::string_view DurationText(std::uint8_t duration) {
   return row == kDurations.end() ? "" : row->text;
 }
 
-// The composer's marks count from RTTTL octave 4, which has the mark 0.
+// Mark 0 is RTTTL octave 4.
 constexpr char RTTTLOctave(char mark) {
   return static_cast<char>(mark + 4);
 }
@@ -41,7 +41,7 @@ void AppendComposerNote(std::string& text, const cNote& note) {
   text += note.Octave;
 }
 
-// The octave comes last: behind it a dot would hide it from the RTTTL parser.
+// The octave comes last, because the RTTTL parser would miss it before a dot.
 void AppendRTTTLNote(std::string& text, const cNote& note, const Defaults& defaults) {
   const std::string_view duration = DurationText(note.Duration);
   if (duration != defaults.Duration) {

@@ -5,14 +5,19 @@
 #include <string>
 #include <string_view>
 
-#include "nokia3210/mod_nok.h"
-
 namespace tonadex::nokia3210 {
 
-// The two ways to write notes.
+// Duration and octave of a melody built from converted notes, as its header states them: a note
+// that has the same leaves them out. A note typed without a duration takes this one.
+struct Defaults {
+  std::string Duration = "4";
+  std::string Octave = "5";
+};
+
+// The two notations.
 enum class NoteKind : std::int16_t {
-  kComposer = 1,  // "8.#c2 4-": as the phone's composer shows them, parted by a blank
-  kRTTTL = 2,     // "8c#.6,p": a notes section without its header, parted by ","
+  kComposer = 1,  // "8.#c2 4-": as the phone's composer shows them, separated by blanks
+  kRTTTL = 2,     // "8c#.6,p": a notes section without its header, separated by ","
 };
 
 inline constexpr std::string_view kNeverSharp = "eb";  // letters that the composer cannot sharpen
@@ -21,7 +26,7 @@ inline constexpr std::string_view kNeverSharp = "eb";  // letters that the compo
 struct cNote {
   std::uint8_t Duration = 4;  // 1, 2, 4, 8, 16 or 32
   char Letter = 'c';          // a to g, p for a pause
-  char Octave = '1';          // mark 1 to 3; 0 and 4 stand for the octaves that the phone lacks
+  char Octave = '1';          // mark 1 to 3; 0 and 4 are octaves that the phone lacks
   bool Sharp = false;
   bool Dotted = false;
 
@@ -30,15 +35,15 @@ struct cNote {
   std::string Full_ComposerNote() const;
   // The note with nothing left out: "8c#.6", "4p.".
   std::string Full_RTTTLNote() const;
-  // A run of notes as one text, nothing behind the last note. RTTTL leaves out the duration and the
-  // octave that equal the defaults; composer notation leaves nothing out.
+  // The notes as one text, without a separator at the end. RTTTL leaves out durations and octaves
+  // that equal the defaults; composer notation leaves nothing out.
   static std::string NoteBatch(std::span<const cNote> notes, NoteKind kind,
                                const Defaults& defaults);
 
   friend bool operator==(const cNote&, const cNote&) = default;
 };
 
-// The duration that a text names ("16" gives 16), 0 for a text that is none of the six.
+// Parses one of the six durations ("16" gives 16); 0 for any other text.
 std::uint8_t DurationOf(std::string_view text);
 
 }  // namespace tonadex::nokia3210

@@ -8,6 +8,7 @@
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "nokia3210/phone_tables.h"
 
 namespace tonadex::nokia3210 {
 namespace {
@@ -16,6 +17,7 @@ using namespace core::literals;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kConvertSource = "CNokia.Convert";
 constexpr std::string_view kHold = "(hold ";
 constexpr std::string_view kTempo = "tempo=";
 
@@ -38,8 +40,8 @@ bool IsOneOf(char c, std::string_view characters) {
   return characters.find(c) != std::string_view::npos;
 }
 
-// Scans composer notation from left to right. The Read functions give nothing or false where the
-// text is no note; the place is then somewhere inside what cannot be read, never past a separator.
+// Scans composer notation from left to right. The Read functions return nullopt or false where the
+// text is not a note; `at_` is then somewhere inside the unreadable text, before its separator.
 class ComposerScanner {
  public:
   ComposerScanner(std::string_view text, std::uint8_t defaultDuration)
@@ -59,7 +61,7 @@ class ComposerScanner {
   }
 
  private:
-  // NUL, which is no character of the notation, at the end.
+  // NUL, which is not a character of the notation, at the end of the text.
   char Peek(std::size_t ahead = 0) const {
     return at_ + ahead < text_.size() ? core::ToLower(text_[at_ + ahead]) : '\0';
   }
@@ -81,7 +83,8 @@ class ComposerScanner {
     return rest.substr(0, rest.find_first_not_of(kDigits));
   }
 
-  // The digits behind a run are not its own: true when a note or a pause could begin there.
+  // True when a note or pause can start `ahead` characters on; the digits just read are then its
+  // duration.
   bool NoteFollows(std::size_t ahead) const {
     const char c = Peek(ahead);
     return c != '\0' && IsOneOf(c, ".#-pabcdefgh");
@@ -99,7 +102,7 @@ class ComposerScanner {
     }
   }
 
-  // Holding the note's key dots the note.
+  // Holding a note's key makes it dotted.
   std::optional<cNote> ReadHeldOrToken() {
     if (Peek() != '(') {
       return ReadToken();
@@ -138,7 +141,7 @@ class ComposerScanner {
     return note.Duration != 0;
   }
 
-  // Each mark may stand once in a note, wherever it stands.
+  // Each mark may occur once in a note.
   bool ReadMarks(cNote& note, std::string_view allowed) {
     for (; at_ < text_.size() && IsOneOf(text_[at_], allowed); ++at_) {
       bool& mark = text_[at_] == '.' ? note.Dotted : note.Sharp;
@@ -160,8 +163,8 @@ class ComposerScanner {
     return true;
   }
 
-  // "4c8d" is 4c 8d, "4c28d" is 4c2 8d: the octave is one digit, and a run that can only be a
-  // duration leaves the note without one.
+  // "4c8d" is 4c 8d and "4c28d" is 4c2 8d: the octave is one digit, and digits that are the
+  // duration of the next note leave this note without an octave.
   bool ReadOctave(cNote& note) {
     const std::string_view digits = DigitRun();
     if (digits.empty() || (DurationOf(digits) > 2 && NoteFollows(digits.size()))) {
@@ -180,8 +183,8 @@ class ComposerScanner {
   std::size_t at_ = 0;
 };
 
-// The composer's note for a parsed one; none when the composer has no such note. Octaves 4 and 8
-// pass, marked and logged by the octave table.
+// The composer's note for a parsed one; nullopt when the composer has no such note. Octaves 4 and 8
+// are converted, and GetOctave logs them.
 std::optional<cNote> ToComposer(const core::RTTTLNote& parsed, ErrorLog& log) {
   cNote note{.Duration = DurationOf(parsed.Duration), .Dotted = parsed.Dotted};
   if (note.Duration == 0 || parsed.Note.empty()) {

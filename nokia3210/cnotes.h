@@ -5,10 +5,11 @@
 #include <vector>
 
 #include "nokia3210/cnote.h"
+#include "nokia3210/error_log.h"
 
 namespace tonadex::nokia3210 {
 
-// What parts the notes of a typed text, blanks among them.
+// Characters that separate typed notes.
 inline constexpr std::string_view kNoteSeparators = " \t\r\n,;";
 
 // The notes of a melody, numbered from 1.
@@ -23,15 +24,15 @@ class CNotes {
   auto begin() const { return notes_.begin(); }
   auto end() const { return notes_.end(); }
 
-  // Reads a run of notes and adds them. Any bytes may come; time is linear in their number.
-  // What cannot be read is left out up to the next separator and logged once per place, under
-  // kConvertSource: "Posición n: no se entiende «text»", n the 1-based position in `text`.
+  // Parses notes and adds them. Accepts any bytes, in linear time. Unreadable text is skipped up to
+  // the next separator and logged once, with the source "CNokia.Convert": "Posición n: no se
+  // entiende «text»", n the 1-based position in `text`.
   //
-  // kComposer, as typed: [duration] then a note with its marks "." and "#" before or behind the
-  // letter and an octave 1 to 3, or a pause "-" or "p". Notes may run together or be parted by
-  // blanks, tabs, line ends, "," and ";"; "(4c2)" and "(hold 4c2)" dot the note; a tempo in front
-  // ("Tempo=120:", "120 ") is read over. Upper case counts as lower case and h as b. A missing
-  // duration is the default one, a missing octave "1".
+  // kComposer, as typed: [duration] then a note with its marks "." and "#" before or after the
+  // letter and an octave 1 to 3, or a pause "-" or "p". Separators between notes (kNoteSeparators)
+  // may be missing; "(4c2)" and "(hold 4c2)" are dotted notes; a tempo at the start ("Tempo=120:",
+  // "120 ") is skipped. Upper case counts as lower case and h as b. A missing duration is the
+  // default one, a missing octave "1".
   //
   // kRTTTL: the notes section, or a whole melody whose header then gives the defaults.
   void GetNotes(std::string_view text, NoteKind kind, const Defaults& defaults, ErrorLog& log);

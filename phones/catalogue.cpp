@@ -51,8 +51,8 @@ constexpr auto kPhones = [] {
   return phones;
 }();
 
-// A saved model restores the brand of its row. Two are looked for in another spelling than the
-// program saves, so they are never found.
+// Restoring a brand looks for these two models in a spelling that the program never saves, so they
+// restore none. Kept, because saved settings have always behaved so.
 struct Spelling {
   std::string_view model, saved;
 };

@@ -13,12 +13,12 @@ namespace tonadex::phones {
 
 // One row: brand, model text and format code separated by "^", for example
 // "Nokia^ RTTTL (cable)^NRTLNOMOD". Rows 0 to 28 are filled, the rest are "".
-// The model text, leading blank included, is the key everywhere.
+// The model text, including its leading blank, is the key everywhere.
 struct PhoneCatalogue {
   std::array<std::string_view, 501> rows;
 };
 
-// Position in the list is the brand's number, 0 "Nokia" to 7 "Siemens".
+// Indexed by the brand's number, 0 "Nokia" to 7 "Siemens".
 inline constexpr std::array<std::string_view, 8> kBrands = {
     "Nokia", "Kyocera", "Samsung", "EMS", "Motorola", "Ericsson", "Mitsubishi Trium", "Siemens"};
 
@@ -26,24 +26,24 @@ struct CatalogueRow {
   std::string_view brand, model, code;
 };
 
-// Appends the brand names to `cmbmarcas` (not cleared) and gives the filled table.
+// Appends the brand names to `cmbmarcas` (not cleared) and returns the filled table.
 PhoneCatalogue LoadPhoneCatalogue(std::vector<std::string>& cmbmarcas);
 
-// The fields of a row; none for an empty row or one without exactly three fields.
+// The fields of a row; nullopt unless there are exactly three.
 std::optional<CatalogueRow> SplitCatalogueRow(std::string_view row);
 
 // All rows in table order.
 std::span<const CatalogueRow> CatalogueRows();
 
-// The row of a model text, compared exactly; nullptr when the catalogue does not hold it.
+// The row of a model text, compared exactly; nullptr when the catalogue lacks it.
 const CatalogueRow* FindModel(std::string_view model);
 
 // Model texts of a brand (exact, case-sensitive) in table order.
 std::vector<std::string_view> ModelsOfBrand(const PhoneCatalogue& catalogue,
                                             std::string_view brand);
 
-// Number of the brand that a saved model text restores; none when it restores none.
-// The generic Samsung entries restore none: deliberate, saved settings have always behaved so.
+// Number of the brand that a saved model text restores, if any. The generic Samsung entries restore
+// none: deliberate.
 std::optional<std::size_t> RestoredBrand(std::string_view savedModel);
 
 }  // namespace tonadex::phones

@@ -9,10 +9,10 @@
 #include "core/message_box.h"
 #include "core/rtttl.h"
 
-// From the chosen phone to what it accepts.
+// Converts a melody for the chosen phone.
 namespace tonadex::phones {
 
-// What a writer that saves a file asks of the save dialog.
+// The save dialog that a format that is a file needs.
 struct SaveRequest {
   std::string DefaultExt;
   std::string DialogTitle;
@@ -21,12 +21,12 @@ struct SaveRequest {
   bool CancelError = true;
 };
 
-// Whoever can be asked for the file to write (a dialog that opens in the program folder, a command
-// line's option).
+// Answers which file to write: by a dialog that opens in the program folder, or by a command line
+// option.
 class SaveFileQuestion {
  public:
   virtual ~SaveFileQuestion() = default;
-  // The chosen path as text, none when the user cancelled.
+  // The chosen path as text, nullopt when the user cancelled.
   virtual std::optional<std::string> AskSaveFile(const SaveRequest& request) = 0;
 };
 
@@ -36,29 +36,29 @@ enum class Outcome {
   kNoModel,        // no such model: the page asks for one
   kCancelled,      // no file was chosen
   kRefused,        // the format cannot hold such a melody
-  kCannotConvert,  // the melody cannot be read, or a run-time failure
+  kCannotConvert,  // the melody cannot be read, or a run-time failure occurred
   kDiskFailure,    // the file could not be written
 };
 
-// What the result page shows, Windows-1252.
+// The result page, Windows-1252.
 struct ConversionPage {
   std::string title;    // lbltextresult
   std::string result;   // textresultado
-  std::string notices;  // Textavisos: instructions and, line by line, the writer's findings
-  std::string tempo;    // texttempo: the header's text, which need not be a number
+  std::string notices;  // Textavisos: instructions and, line by line, the writer's warnings
+  std::string tempo;    // texttempo: the header's text, maybe not a number
 };
 
 struct Conversion {
   Outcome outcome = Outcome::kCannotConvert;
   std::optional<ConversionPage> page;   // after the first three outcomes; otherwise the result
-                                        // page keeps what it showed
-  std::vector<core::Message> messages;  // that were shown, in order
+                                        // page stays unchanged
+  std::vector<core::Message> messages;  // in the order shown
 };
 
 // Converts melody.Text (sharps already restored) for a model of the catalogue, compared exactly.
-// `row` is the melody's row in the list and names it in the title. The melody is parsed in place,
-// where a format has an octave range even twice; each parse reports its own errors. Messages go to
-// the calling thread's sink as they arise. A run-time failure is reported in a message box ("No se
+// `row` is the melody's row in the list, for the title. The melody is parsed in place, twice where
+// the format has an octave range, and each parse reports its errors. Messages also go to the
+// calling thread's sink as they arise. A run-time failure is reported in a message box ("No se
 // puede convertir la melodía: …").
 Conversion ConvertSelectedMelody(core::RTTTLMelody& melody, std::string_view model,
                                  std::string_view row, SaveFileQuestion& ask);

@@ -29,8 +29,8 @@ constexpr Octaves kFrom4 = {OctaveRange::kFrom, 4, 0};
 constexpr Octaves k5And6 = {OctaveRange::kBetween, 5, 2};
 constexpr Octaves k5To7 = {OctaveRange::kBetween, 5, 3};
 
-// In the order of the catalogue's codes. Labels are as the sheets have always had them, capital
-// letters and missing full stops included.
+// In the order of the catalogue's codes. The sheet labels keep their odd capital letters and
+// missing full stops.
 constexpr auto kFormats = std::to_array<Format>({
     {"NRTLNOMOD", AsLoaded, Kind::kText, "rtttl", kEvery, 0, "Nokia>RTTTL.",
      " para Nokia en formato RTTTL.", kSendRtttl, u8"La melodía en RTTTL tal como está"_w,
@@ -101,7 +101,8 @@ constexpr auto kFormats = std::to_array<Format>({
      "Un fichero MIDI para enviar por cable", ""},
 });
 
-// Models whose label the sheets have always looked for under another text, or have none ("").
+// Models whose label is found under another text, or that have no label (""): kept, because printed
+// sheets have always been so.
 struct LabelText {
   std::string_view model, text;
 };
@@ -118,7 +119,7 @@ const Format* FormatOf(const CatalogueRow& phone) {
   return found == kFormats.end() ? nullptr : &*found;
 }
 
-// The text that finds a model's label.
+// The text under which a model's label is found.
 std::string_view LabelTextOf(const CatalogueRow& phone) {
   const auto found = std::ranges::find(kLabelTexts, phone.model, &LabelText::model);
   return found == kLabelTexts.end() ? phone.model : found->text;

@@ -3,26 +3,26 @@
 #include <cstddef>
 #include <string_view>
 
-// What the phones accept: one row for each of the catalogue's format codes.
+// The formats that phones accept, one row for each format code of the catalogue.
 namespace tonadex::phones {
 
-// Notes that a Nokia's composer holds.
+// Capacity of a Nokia's composer.
 inline constexpr std::size_t kComposerNotes = 50;
 
 enum class OctaveRange {
   kAny,      // as written
-  kAround,   // `count` from the base octave that the converter chooses for the melody
-  kFrom,     // from `lowest` on
-  kBetween,  // `count` from `lowest` on
+  kAround,   // `count` octaves from the base octave chosen for the melody
+  kFrom,     // `lowest` and higher
+  kBetween,  // `count` octaves from `lowest`
 };
 
-// Octaves that a format plays; most writers fold the others onto them.
+// Octaves that a format can hold; most writers fold other octaves into them.
 struct Octaves {
   OctaveRange range;
   int lowest, count;
 };
 
-// A conversion under way and its output step, see phones/outputs.h.
+// A running conversion and its output step, see phones/outputs.h.
 struct Job;
 enum class Outcome;
 using Output = Outcome (*)(Job& job);
@@ -30,7 +30,7 @@ using Output = Outcome (*)(Job& job);
 enum class Kind {
   kText,
   kKeys,  // a text of keys to press
-  kFile,  // asked for while converting; nothing to show
+  kFile,  // asked for during the conversion; nothing to show
 };
 
 // Texts are Windows-1252.
@@ -42,16 +42,16 @@ struct Format {
   Octaves octaves;
   std::size_t noteLimit;         // 0 for none
   std::string_view sheetLabel;   // on the printed sheet
-  std::string_view titleSuffix;  // behind "Melodia " and the melody's row
+  std::string_view titleSuffix;  // after "Melodia " and the melody's row
   std::string_view instruction;  // what to do with the result
-  std::string_view gets;         // what this phone gets; its notes and octaves follow
-  std::string_view limits;       // and then this: begins with a comma
+  std::string_view gets;         // describes the result; the note limit and octaves follow it
+  std::string_view limits;       // ends that sentence: begins with a comma
 };
 
-// The format of a model text, compared exactly; nullptr when the catalogue does not hold it.
+// The format of a model text, compared exactly; nullptr when the catalogue lacks it.
 const Format* FindFormat(std::string_view model);
 
-// Whether the model's result is a file, asked for while converting, instead of a text.
+// Whether the model's result is a file instead of text.
 bool SavesFile(std::string_view model);
 
 // The label of a stored model on the printed sheet, compared exactly; "" for a model without one.

@@ -7,17 +7,17 @@
 #include "phones/conversion.h"
 
 // The output step of each format: from a loaded melody to the result page's text, or to a file.
-// Each gives kConverted after setting `result`, or why there is none. Errors: those of the writers.
+// Each returns kConverted after setting `result`, or why not. Errors: those of the writers.
 namespace tonadex::phones {
 
 struct Job {
   core::RTTTLMelody& melody;
   SaveFileQuestion& ask;
   std::string result;
-  std::string notices;  // of the writer
+  std::string notices;  // the writer's warnings
 };
 
-// The writers of phones with an octave range, which is computed just before.
+// For formats with an octave range: computes the base octave, then calls the writer.
 using RangeWriter = std::string (*)(core::RTTTLMelody&, std::string&, std::int16_t);
 Outcome WriteInRange(Job& job, RangeWriter writer);
 template <RangeWriter kWriter>

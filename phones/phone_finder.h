@@ -7,9 +7,9 @@
 
 namespace tonadex::phones {
 
-// The catalogue rows that a loosely written name means ("3310", "Nokia 3310", "t68i", "imelody"):
-// the one whose model text or brand and model text are just that, else all whose brand and model
-// hold every word of it. Case does not matter; words are runs of letters and digits.
+// The catalogue rows that match a loosely written name ("3310", "Nokia 3310", "t68i", "imelody"):
+// the only row whose model text, or brand and model text, equals it, else all rows whose brand and
+// model contain every word of it. Ignores case; words are runs of letters and digits.
 std::vector<CatalogueRow> FindPhones(std::string_view name);
 
 }  // namespace tonadex::phones

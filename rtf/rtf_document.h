@@ -7,15 +7,14 @@
 #include <string>
 #include <vector>
 
-// A rich-text file as plain data: what its words ask for, before anyone lays it out. Lengths are
-// twips (1/1440 inch), type sizes half points. Every number is within the bounds that its field
-// names, whatever the file held.
+// A rich-text file as plain data, before layout. Lengths are twips (1/1440 inch), type sizes half
+// points. The reader clamps every number to the bounds given with its field.
 namespace tonadex::rtf {
 
 inline constexpr int kMaxTwips = 31680;                  // 22 inches: no paper is wider
 inline constexpr int kMaxHalfPoints = 800;               // 400 points
 inline constexpr int kDefaultHalfPoints = 24;            // 12 points
-inline constexpr std::size_t kMaxTabs = 32;              // of one paragraph
+inline constexpr std::size_t kMaxTabs = 32;              // per paragraph
 inline constexpr std::size_t kMaxParagraphText = 16384;  // characters, some pages
 
 struct Colour {
@@ -36,22 +35,22 @@ struct Font {
 enum class Script : std::uint8_t { kNormal, kSuper, kSub };
 
 struct RunFormat {
-  int font = -1;  // number in Document::fonts, -1: the default one
+  int font = -1;  // key of Document::fonts, -1: Document::defaultFont
   int halfPoints = kDefaultHalfPoints;
   bool bold = false;
   bool italic = false;
   bool underline = false;
   bool strike = false;
-  bool hidden = false;  // only while reading: hidden text is left out
+  bool hidden = false;  // used by the reader, which leaves hidden text out
   Script script = Script::kNormal;
-  std::optional<Colour> colour;  // none: the reader's own
+  std::optional<Colour> colour;  // empty: the default text colour
   std::optional<Colour> ground;
 
   friend bool operator==(const RunFormat&, const RunFormat&) = default;
 };
 
-// Text of one format. Besides letters it holds tabs (U+0009) and line breaks within the paragraph
-// (U+2028); no other control character, no lone surrogate, no noncharacter.
+// Text of one format. Contains tabs (U+0009) and line breaks within the paragraph (U+2028), but no
+// other control character, no lone surrogate and no noncharacter.
 struct Run {
   std::u16string text;
   RunFormat format;
@@ -70,7 +69,7 @@ struct Tab {
 enum Side : std::uint8_t { kTop, kLeft, kBottom, kRight };
 
 struct Border {
-  int width = 0;  // 0: none
+  int width = 0;  // 0: no border
   std::optional<Colour> colour;
   int space = 0;  // between line and text
 
@@ -84,28 +83,28 @@ struct ParagraphFormat {
   int first = 0;   // of the first line, added to `left`
   int before = 0;  // spacing, 0 to kMaxTwips
   int after = 0;
-  int lineHeight = 0;       // 0: as the type asks; positive: at least; negative: exactly
-  bool lineFactor = false;  // lineHeight counts in 240ths of a line instead
+  int lineHeight = 0;       // 0: from the type size; positive: at least; negative: exactly
+  bool lineFactor = false;  // lineHeight is in 240ths of a line instead
   bool keepTogether = false;
   bool keepWithNext = false;
   bool pageBefore = false;
-  int style = 0;    // number in Document::styles
+  int style = 0;    // key of Document::styles
   int heading = 0;  // 1 to 6; 0: no heading. From \s1 to \s6 and \outlinelevel
   std::array<Border, 4> borders;
   std::optional<Colour> shading;
-  std::vector<Tab> tabs;  // at most kMaxTabs, rising
+  std::vector<Tab> tabs;  // at most kMaxTabs, ascending
 
   friend bool operator==(const ParagraphFormat&, const ParagraphFormat&) = default;
 };
 
-// A longer paragraph than kMaxParagraphText comes as several, because a layout goes through a whole
-// paragraph again for each page that shows a part of it.
+// A paragraph longer than kMaxParagraphText is split into several, because a layout processes the
+// whole paragraph again for each page that it spans.
 struct Paragraph {
   ParagraphFormat format;
   std::vector<Run> runs;
 };
 
-// The sheet: A4 with margins of an inch unless the file says otherwise.
+// The paper: by default A4 with margins of an inch.
 struct Page {
   int width = 11906;
   int height = 16838;
@@ -119,7 +118,7 @@ struct Document {
   Page page;
   int defaultFont = 0;
   std::map<int, Font> fonts;
-  std::vector<std::optional<Colour>> colours;  // an empty entry is the reader's own colour
+  std::vector<std::optional<Colour>> colours;  // an empty entry is the default colour
   std::map<int, std::u16string> styles;
   std::vector<Paragraph> paragraphs;
 };

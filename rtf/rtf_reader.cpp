@@ -11,11 +11,11 @@
 namespace tonadex::rtf {
 namespace {
 
-// Groups nested deeper share the formats of this depth: the stack stays small for any garbage.
+// Bounds the stack for malicious input: deeper groups share the formats of this depth.
 constexpr std::size_t kMaxSavedGroups = 100'000;
 constexpr int kMaxNumber = 1'000'000'000;
 constexpr int kMaxHeading = 6;
-constexpr std::string_view kRawBytes = "bin";  // its bytes are no text, braces among them included
+constexpr std::string_view kRawBytes = "bin";  // its bytes, even braces, are not text
 constexpr char16_t kTab = u'\t';
 constexpr char16_t kLineBreak = u'\u2028';
 constexpr char16_t kReplacement = u'\uFFFD';
@@ -30,7 +30,7 @@ constexpr bool IsLow(char16_t unit) {
   return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// Characters that a text cannot hold: controls and the noncharacters that documents use as marks.
+// Control characters, and noncharacters that text documents use as marks.
 constexpr bool IsNoText(char16_t unit) {
   return (unit < 0x20 && unit != kTab) || unit == 0x7F || unit == 0x2029 || unit >= 0xFFFE ||
          unit == 0xFFFC || (unit >= 0xFDD0 && unit <= 0xFDEF);
@@ -44,11 +44,11 @@ constexpr int HexDigit(char c) {
   return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
 }
 
-// Where the text of a group goes.
+// The destination of a group's text.
 enum class Destination : std::uint8_t { kBody, kFonts, kColours, kStyles };
 
-// Appends the paragraph in pieces of at most kMaxParagraphText characters, cut behind a blank where
-// there is one. Spacing, first indent and heading stay at the ends of the whole.
+// Appends the paragraph in pieces of at most kMaxParagraphText characters, cut after a blank if
+// possible. Spacing, first indent and heading apply to the ends of the whole.
 void AppendPieces(const Paragraph& whole, std::vector<Paragraph>& pieces) {
   Paragraph piece{whole.format, {}};
   std::size_t room = kMaxParagraphText;
@@ -80,7 +80,7 @@ struct GroupState {
   RunFormat run;
   ParagraphFormat paragraph;
   Destination destination = Destination::kBody;
-  int fallback = 1;  // characters that stand after \u for readers without Unicode
+  int fallback = 1;  // characters after \u, written for readers without Unicode
 };
 
 class Reader {
@@ -132,14 +132,14 @@ class Reader {
   std::string_view source_;
   std::size_t at_ = 0;
   bool finished_ = false;
-  bool groupStart_ = false;   // nothing but line ends since the brace
-  std::size_t skipped_ = 0;   // groups open within a skipped destination, it included
-  std::size_t unsaved_ = 0;   // groups open beyond kMaxSavedGroups
-  int pendingFallback_ = 0;   // characters still to be left out after \u
+  bool groupStart_ = false;   // only line ends since the brace
+  std::size_t skipped_ = 0;   // open groups of a skipped destination, including itself
+  std::size_t unsaved_ = 0;   // open groups beyond kMaxSavedGroups
+  int pendingFallback_ = 0;   // characters still to be skipped after \u
   char16_t pendingHigh_ = 0;  // first half of a surrogate pair
   bool pageBreak_ = false;    // the next paragraph starts a page
   TabKind tabKind_ = TabKind::kLeft;
-  std::uint8_t borderSides_ = 0;  // bits of the borders that the next words describe
+  std::uint8_t borderSides_ = 0;  // bits of the borders that the next control words describe
   Colour colour_;                 // the entry of the colour table being read
   bool colourGiven_ = false;
   GroupState state_;
@@ -150,7 +150,7 @@ class Reader {
 
 struct ControlWord {
   std::string_view name;
-  int missing;  // the value of a word that carries no number
+  int missing;  // value of a control word without a number
   void (*apply)(Reader& reader, int value);
 };
 
@@ -232,7 +232,7 @@ template <std::uint8_t kSides>
 void BorderAt(Reader& reader, int /*value*/) {
   reader.StartBorder(kSides);
 }
-// A line style gives the border its usual width of three quarters of a point.
+// A line style sets the default width of three quarters of a point.
 void BorderLine(Reader& reader, int /*value*/) {
   reader.ChangeBorders([](Border& border) { border.width = std::max(border.width, 15); });
 }
@@ -249,7 +249,7 @@ void BorderColour(Reader& reader, int value) {
   const auto colour = reader.ColourAt(value);
   reader.ChangeBorders([=](Border& border) { border.colour = colour; });
 }
-// \shading counts hundredths of a percent of black where no colour is given.
+// \shading is in hundredths of a percent of black.
 void Shade(Reader& reader, int value) {
   const auto grey = static_cast<std::uint8_t>(255 - std::clamp(value, 0, 10000) * 255 / 10000);
   reader.Format().shading = Colour{grey, grey, grey};
@@ -260,7 +260,7 @@ constexpr std::uint8_t Bit(Side side) {
 }
 constexpr std::uint8_t kBox = 0x0F;
 
-// In the order of their names: they are looked up by bisection.
+// Sorted by name for binary search.
 constexpr auto kWords = std::to_array<ControlWord>({
     {"annotation", 0, SkipDestination},
     {"author", 0, SkipDestination},
@@ -397,7 +397,7 @@ const ControlWord* FindWord(std::string_view name) {
   return found != kWords.end() && found->name == name ? &*found : nullptr;
 }
 
-// Words whose effect is one character of the text: such a word can be the fallback of a \u.
+// Control words that give one character of text and so can be the fallback after a \u.
 bool StandsForCharacter(const ControlWord& word) {
   constexpr std::string_view kCharacters[] = {"bullet",    "emdash",    "emspace", "endash",
                                               "enspace",   "ldblquote", "lquote",  "qmspace",
@@ -521,7 +521,7 @@ void Reader::HexCharacter() {
   }
 }
 
-// A word is its letters, an optional number and one optional blank that belongs to it.
+// A control word: letters, an optional number and an optional blank that ends it.
 void Reader::Word() {
   const std::size_t start = at_;
   while (at_ < source_.size() && IsLetter(source_[at_])) {
@@ -604,7 +604,7 @@ void Reader::Emit(char16_t unit) {
   }
 }
 
-// Halves of a surrogate pair may come apart; only whole pairs reach the text.
+// The halves of a surrogate pair may arrive separately; only whole pairs reach the text.
 void Reader::EmitBody(char16_t unit) {
   if (state_.run.hidden) {
     return;

@@ -7,16 +7,16 @@
 
 namespace tonadex::rtf {
 
-// Whether the bytes begin as a rich-text file does.
+// Whether the bytes have the signature of a rich-text file.
 bool LooksLikeRtf(std::string_view source);
 
-// Reads any bytes as rich text and gives what could be read; it never fails and takes time in
-// proportion to the length, whatever the nesting. Bytes above 127 and \'hh are Windows-1252; \u is
-// taken with \uc. Words that it does not know are skipped, and so are \* destinations, pictures,
-// headers, footers and notes. Table cells come as text parted by tabs, a row as a paragraph.
+// Reads any bytes as rich text; never fails and takes linear time, whatever the nesting. Bytes
+// above 127 and \'hh are Windows-1252; \u and \uc are supported. Unknown control words are skipped,
+// and so are \* destinations, pictures, headers, footers and notes. A table row becomes a
+// paragraph, its cells separated by tabs.
 Document ReadRtf(std::string_view source);
 
-// All the text, one line for each paragraph: for searching and for tests.
+// All the text, one line for each paragraph.
 std::u16string PlainText(const Document& document);
 
 }  // namespace tonadex::rtf

@@ -1,14 +1,15 @@
 #include "server/embedded_server.h"
 
+#include <charconv>
 #include <chrono>
 #include <condition_variable>
-#include <fstream>
 #include <mutex>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 #include <utility>
 
-#include "core/runtime_error.h"
+#include "files/read.h"
 #include "files/write.h"
 #include "server/file_system.h"
 #include "server/http_server.h"
@@ -21,13 +22,14 @@ namespace fs = std::filesystem;
 using std::chrono::milliseconds;
 
 constexpr std::string_view kPortName = ".puerto";
+constexpr std::size_t kMaxPortDigits = 5;
 constexpr int kPortLookMs = 20;
 
 }  // namespace
 
 bool PublishPort(const fs::path& folder, std::uint16_t port) {
-  return core::SkipErrors(
-      [&] { files::WriteBytes(folder / kPortName, std::to_string(port) + "\n"); });
+  WithdrawPort(folder);
+  return files::Replace(folder / kPortName, std::to_string(port) + "\n");
 }
 
 void WithdrawPort(const fs::path& folder) {
@@ -36,9 +38,10 @@ void WithdrawPort(const fs::path& folder) {
 }
 
 std::optional<std::uint16_t> PublishedPort(const fs::path& folder) {
-  std::ifstream input(folder / kPortName);
+  const std::string text = files::ReadHead(folder / kPortName, kMaxPortDigits).value_or("");
   std::uint16_t port = 0;
-  return input >> port ? std::optional(port) : std::nullopt;
+  const auto end = std::from_chars(text.data(), text.data() + text.size(), port);
+  return end.ec == std::errc() ? std::optional(port) : std::nullopt;
 }
 
 struct EmbeddedServer::State {
@@ -163,7 +166,7 @@ void EmbeddedServer::State::Watch() {
     try {
       hosting = TryHost(wantedPort);
     } catch (const std::exception&) {
-      lock.reset();  // another program may be luckier; we look again later
+      lock.reset();  // so that another program can try; this one tries again later
     }
     guard.lock();
     if (hosting) {

@@ -42,7 +42,7 @@ class EmbeddedServer {
   std::unique_ptr<State> state_;
 };
 
-// The server of a program folder, filled at first from the installed data; none when there can be
+// The server of a program folder, filled at first from the installed data; null when there can be
 // no server, which is no reason for a program not to start: requests then fail as without a
 // network.
 std::unique_ptr<EmbeddedServer> TryEmbeddedServer(const std::filesystem::path& programFolder,

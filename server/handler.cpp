@@ -1,7 +1,6 @@
 #include "server/handler.h"
 
-#include <array>
-#include <optional>
+#include <algorithm>
 #include <utility>
 
 #include "core/text.h"
@@ -38,7 +37,7 @@ Target SplitTarget(std::string_view target) {
   return {target.substr(0, mark), mark == target.npos ? "" : target.substr(mark + 1)};
 }
 
-// What stands behind "key=", up to the end of the query: values go out as typed, "&" included.
+// The value of `key` up to the end of the query: values are sent as typed, "&" included.
 std::string_view RestAfter(std::string_view query, std::string_view key) {
   for (std::size_t at = 0; at < query.size();) {
     const std::string_view rest = query.substr(at);
@@ -91,16 +90,14 @@ std::string Undo(std::string_view text, Escapes escapes) {
   return plain;
 }
 
-Reply OwnedReply(std::string body) {
-  Reply reply;
-  reply.body = {std::make_shared<const std::string>(std::move(body))};
-  return reply;
+Reply OwnedReply(std::string body, int maxAgeSeconds = 0) {
+  return {.body = {std::make_shared<const std::string>(std::move(body))},
+          .maxAgeSeconds = maxAgeSeconds};
 }
 
 Reply PageReply(std::string utf8) {
-  Reply reply = OwnedReply(std::move(utf8));
+  Reply reply = OwnedReply(std::move(utf8), kPageMaxAgeSeconds);
   reply.contentType = kHtmlType;
-  reply.maxAgeSeconds = kPageMaxAgeSeconds;
   return reply;
 }
 
@@ -115,16 +112,6 @@ Reply AnswerSearch(const Request& request, std::string_view query, Shelf& shelf)
   return request.abandoned && request.abandoned()
              ? TextReply(503, u8"La búsqueda se ha interrumpido."_w)
              : OwnedReply(std::move(listing));
-}
-
-Reply AnswerRandom(const Request& request, std::string_view, Shelf& shelf) {
-  return OwnedReply(shelf.Random(request.random));
-}
-
-Reply AnswerFullListing(const Request&, std::string_view, Shelf& shelf) {
-  Reply reply;
-  reply.body = shelf.FullListing();
-  return reply;
 }
 
 struct UploadReply {
@@ -159,43 +146,35 @@ Reply AnswerUpload(const Request& request, std::string_view query, Shelf& shelf)
   return TextReply(400, answer.fault);
 }
 
-Reply AnswerBanner(const Request&, std::string_view, Shelf& shelf) {
-  return PageReply(BannerPage(shelf));
-}
-
-Reply AnswerInternetPage(const Request&, std::string_view, Shelf& shelf) {
-  return PageReply(InternetPage(shelf));
-}
-
-Reply AnswerStartPage(const Request&, std::string_view query, Shelf& shelf) {
-  return PageReply(StartPage(shelf, UndoEscapes(RestAfter(query, net::kVersionKey))));
-}
-
 struct Endpoint {
   std::string_view path;
   Reply (*answer)(const Request& request, std::string_view query, Shelf& shelf);
 };
 
 constexpr Endpoint kEndpoints[] = {
-    {net::kSearchPath, AnswerSearch},           {net::kRandomPath, AnswerRandom},
-    {net::kFullListingPath, AnswerFullListing}, {net::kUploadPath, AnswerUpload},
-    {net::kBannerPath, AnswerBanner},           {net::kInternetPagePath, AnswerInternetPage},
-    {net::kStartPagePath, AnswerStartPage},
+    {net::kSearchPath, AnswerSearch},
+    {net::kUploadPath, AnswerUpload},
+    {net::kRandomPath, [](const Request& request, std::string_view,
+                          Shelf& shelf) { return OwnedReply(shelf.Random(request.random)); }},
+    {net::kFullListingPath, [](const Request&, std::string_view,
+                               Shelf& shelf) { return Reply{.body = shelf.FullListing()}; }},
+    {net::kBannerPath,
+     [](const Request&, std::string_view, Shelf& shelf) { return PageReply(BannerPage(shelf)); }},
+    {net::kInternetPagePath,
+     [](const Request&, std::string_view, Shelf& shelf) { return PageReply(InternetPage(shelf)); }},
+    {net::kStartPagePath,
+     [](const Request&, std::string_view query, Shelf& shelf) {
+       return PageReply(StartPage(shelf, UndoEscapes(RestAfter(query, net::kVersionKey))));
+     }},
 };
 
 Reply AnswerMelody(std::string_view escapedName, const Shelf& shelf) {
-  std::optional<std::string> melody;
   for (const Escapes escapes : kReadings) {
-    if (!melody) {
-      melody = shelf.Melody(Undo(escapedName, escapes));
+    if (auto melody = shelf.Melody(Undo(escapedName, escapes))) {
+      return OwnedReply(*std::move(melody), kMelodyMaxAgeSeconds);
     }
   }
-  if (!melody) {
-    return TextReply(404, u8"No hay ninguna melodía con ese nombre."_w);
-  }
-  Reply reply = OwnedReply(std::move(*melody));
-  reply.maxAgeSeconds = kMelodyMaxAgeSeconds;
-  return reply;
+  return TextReply(404, u8"No hay ninguna melodía con ese nombre."_w);
 }
 
 }  // namespace

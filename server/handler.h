@@ -13,7 +13,7 @@ namespace tonadex::server {
 
 struct Request {
   std::string target;        // path and query as they came, bytes above 127 included
-  std::string client;        // stands for who asks, in the limit of uploads
+  std::string client;        // whom the limit of uploads counts
   Clock::time_point now;     // for that limit
   std::uint64_t random = 0;  // what a random choice is made with
   // Whether nobody waits for the reply any more; may be empty.
@@ -26,8 +26,8 @@ inline constexpr std::string_view kHtmlType = "text/html; charset=utf-8";
 struct Reply {
   int status = 200;
   std::string_view contentType = kTextType;
-  std::vector<SharedText> body;  // one text or more, sent one behind the other
-  int maxAgeSeconds = 0;         // how long a cache may keep it
+  std::vector<SharedText> body = {};  // sent one after the other
+  int maxAgeSeconds = 0;              // how long a cache may keep it
 };
 
 Reply TextReply(int status, std::string_view text);

@@ -35,7 +35,7 @@
 #include "core/error_words.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "server/address_limit.h"
+#include "server/places.h"
 #include "server/reply_budget.h"
 
 namespace tonadex::server {
@@ -52,13 +52,13 @@ using ErrorCode = boost::system::error_code;
 constexpr std::size_t kReadBytes = std::size_t{8} << 10;
 constexpr int kMinThreads = 4;  // an upload waits for the disk in its thread
 
-// A request as far as the socket loop understands it.
+// What the socket loop needs of a request.
 struct Parsed {
   int refusal = 0;  // status of the reply when the request is not to be handled, else 0
   bool head = false;
   bool keepAlive = false;
-  bool foreign = false;  // asked for by another host's page, or under another host's name
-  std::string method, target, forwardedFor;
+  bool foreign = false;  // sent by another host's page, or to another host's name
+  std::string target, forwardedFor;
 };
 
 Parsed Refused(int status) {
@@ -101,7 +101,7 @@ std::string_view Field(const Fields& request, Name name) {
   return {value.data(), value.size()};
 }
 
-// The last line of the field: the one that our own proxy wrote.
+// The last line of the field, which the proxy in front of this server wrote.
 std::string_view LastForwardedFor(const Fields& request) {
   std::string_view last;
   const auto [begin, end] = request.equal_range("X-Forwarded-For");
@@ -118,8 +118,8 @@ bool IsLoopbackHost(std::string_view host) {
   return name == "localhost" || (!error && address.is_loopback());
 }
 
-// A page elsewhere can make a browser send requests to this machine, also under a host name of its
-// own that leads here. Browsers tell so in these fields; programs send neither of the last two.
+// A foreign web page can make a browser send requests to this machine, also through a host name
+// that resolves to it. Browsers report that in these fields; programs send neither of the last two.
 bool IsForeign(const Fields& request) {
   const std::string_view host = Field(request, http::field::host);
   const std::string_view origin = Field(request, http::field::origin);
@@ -140,11 +140,9 @@ Parsed ParseHead(std::string_view head) {
     return Refused(400);
   }
   const auto& request = parser.get();
-  if (request.count(http::field::transfer_encoding) != 0 ||
-      parser.content_length().value_or(0) != 0) {
-    return Refused(400);  // nothing here takes a body
-  }
-  if (request.count(http::field::host) > 1) {
+  const bool hasBody = request.count(http::field::transfer_encoding) != 0 ||
+                       parser.content_length().value_or(0) != 0;
+  if (hasBody || request.count(http::field::host) > 1) {
     return Refused(400);
   }
   Parsed parsed;
@@ -152,7 +150,6 @@ Parsed ParseHead(std::string_view head) {
   if (!parsed.head && request.method() != http::verb::get) {
     return Refused(405);
   }
-  parsed.method = std::string(request.method_string());
   parsed.target = std::string(request.target());
   parsed.keepAlive = parser.keep_alive();
   parsed.foreign = IsForeign(request);
@@ -160,7 +157,7 @@ Parsed ParseHead(std::string_view head) {
   return parsed;
 }
 
-// Empty lines before a request are read over: some clients end the one before with a line too many.
+// Empty lines before a request are skipped: some clients send one too many after the last request.
 std::size_t EmptyLineBytes(std::string_view buffer) {
   std::size_t bytes = 0;
   while (buffer.substr(bytes).starts_with("\r\n")) {
@@ -169,7 +166,7 @@ std::size_t EmptyLineBytes(std::string_view buffer) {
   return bytes;
 }
 
-// The request line and all fields have limits of their own. 0 while both hold.
+// The request line has one limit, all fields together another. 0 while both are kept.
 int LimitRefusal(std::string_view buffer, std::size_t headBytes) {
   const std::size_t line = std::min(buffer.find('\n'), headBytes);
   return line > kMaxRequestLineBytes ? 414 : headBytes - line > kMaxFieldBytes ? 431 : 0;
@@ -228,7 +225,7 @@ std::string ClientOf(const asio::ip::address& address) {
   return asio::ip::address_v6(bytes).to_string();
 }
 
-// The last address of the field: the one that our own proxy wrote; those before it are hearsay.
+// The last address of the field, which the proxy wrote; those before it are the client's claims.
 std::optional<asio::ip::address> LastForwarded(std::string_view field) {
   const std::size_t comma = field.rfind(',');
   const std::string_view last = core::Trim(field.substr(comma == field.npos ? 0 : comma + 1));
@@ -281,22 +278,6 @@ bool IsReset(tcp::socket& socket) {
   return error && error != asio::error::would_block && error != asio::error::eof;
 }
 
-class Counted {
- public:
-  explicit Counted(std::atomic<int>& counter) : counter_(&counter) { ++counter; }
-  Counted(Counted&& other) noexcept : counter_(std::exchange(other.counter_, nullptr)) {}
-  Counted(const Counted&) = delete;
-  Counted& operator=(const Counted&) = delete;
-  ~Counted() {
-    if (counter_ != nullptr) {
-      --*counter_;
-    }
-  }
-
- private:
-  std::atomic<int>* counter_;
-};
-
 }  // namespace
 
 struct HttpServer::State {
@@ -307,9 +288,8 @@ struct HttpServer::State {
   void Start();
   void Stop();
   asio::awaitable<void> AcceptLoop();
-  asio::awaitable<void> Serve(tcp::socket socket, Counted counted,
-                              std::shared_ptr<const void> place);
-  asio::awaitable<void> RefuseBusy(tcp::socket socket, Counted counted);
+  asio::awaitable<void> Serve(tcp::socket socket, Place connection, Place ofAddress);
+  asio::awaitable<void> RefuseBusy(tcp::socket socket, Place refusal);
   asio::awaitable<std::optional<Parsed>> ReadRequest(beast::tcp_stream& stream,
                                                      std::string& buffer);
   asio::awaitable<bool> WriteReply(beast::tcp_stream& stream, const Reply& reply, bool keepAlive,
@@ -324,9 +304,10 @@ struct HttpServer::State {
   const ServerOptions options;
   const RequestHandler handler;
   std::atomic<bool> stopping{false};
-  std::atomic<int> connections{0};
-  std::atomic<int> refused{0};
-  AddressLimit places{options.maxConnectionsOfAddress};
+  Places connections{options.maxConnections};
+  Places refusals{kMaxRefusedConnections};
+  // Taken by connections; behind a proxy, which all of them come from, by the requests.
+  Places ofAddresses{options.maxConnectionsOfAddress};
   std::mutex mutex;
   std::condition_variable idle;
   int busy = 0;  // requests between their last byte and the reply's; guarded by mutex
@@ -400,13 +381,13 @@ asio::awaitable<void> HttpServer::State::AcceptLoop() {
 
 void HttpServer::State::Admit(tcp::socket socket) {
   const auto executor = socket.get_executor();
-  // Behind a proxy all connections are its own, and places are taken by requests instead.
-  auto place = options.behindProxy ? nullptr : places.Take(ClientOf(PeerOf(socket)));
-  if (connections < options.maxConnections && (options.behindProxy || place)) {
-    asio::co_spawn(executor, Serve(std::move(socket), Counted(connections), std::move(place)),
+  Place connection = connections.Take();
+  Place ofAddress = options.behindProxy ? connection : ofAddresses.Take(ClientOf(PeerOf(socket)));
+  if (connection && ofAddress) {
+    asio::co_spawn(executor, Serve(std::move(socket), std::move(connection), std::move(ofAddress)),
                    asio::detached);
-  } else if (refused < kMaxRefusedConnections) {
-    asio::co_spawn(executor, RefuseBusy(std::move(socket), Counted(refused)), asio::detached);
+  } else if (Place refusal = refusals.Take()) {
+    asio::co_spawn(executor, RefuseBusy(std::move(socket), std::move(refusal)), asio::detached);
   }
 }
 
@@ -470,14 +451,15 @@ asio::awaitable<bool> HttpServer::State::WriteReply(beast::tcp_stream& stream, c
   co_return true;
 }
 
-// Closing with unread bytes would tear the reply out of the client's hands.
+// Closing a socket with unread input resets the connection, which may discard the reply: the input
+// is read first.
 asio::awaitable<void> HttpServer::State::Linger(beast::tcp_stream& stream) {
   ErrorCode error;
   stream.socket().shutdown(tcp::socket::shutdown_send, error);
   stream.expires_after(std::chrono::milliseconds(kLingerMs));
-  std::array<char, 4096> rubbish;
+  std::array<char, 4096> discarded;
   for (std::size_t total = 0; !error && total < kMaxLingerBytes;) {
-    total += co_await stream.async_read_some(asio::buffer(rubbish),
+    total += co_await stream.async_read_some(asio::buffer(discarded),
                                              asio::redirect_error(asio::use_awaitable, error));
   }
 }
@@ -490,7 +472,7 @@ Reply HttpServer::State::Answer(const Parsed& parsed, const asio::ip::address& a
   if (options.ownMachineOnly && parsed.foreign) {
     return RefusalReply(403);
   }
-  bool gone = false;  // the system tells of a reset once
+  bool gone = false;  // the system reports a reset only once
   const auto abandoned = [&] { return gone = gone || stopping || IsReset(socket); };
   try {
     return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom(), abandoned});
@@ -508,14 +490,13 @@ void HttpServer::State::Log(const Parsed& parsed, const asio::ip::address& addre
   std::array<char, 32> milliseconds{};
   std::snprintf(milliseconds.data(), milliseconds.size(), "%.2f", taken.count());
   const std::string method =
-      parsed.refusal != 0 ? "- -" : parsed.method + " " + PathForLog(parsed.target);
+      parsed.refusal != 0 ? "- -" : (parsed.head ? "HEAD " : "GET ") + PathForLog(parsed.target);
   options.log(UtcNow() + " " + address.to_string() + " " + method + " " +
               std::to_string(reply.status) + " " + std::to_string(BodyBytes(reply)) + " " +
               milliseconds.data());
 }
 
-asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted,
-                                               std::shared_ptr<const void>) {
+asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Place, Place) {
   ErrorCode error;
   const asio::ip::address peer = PeerOf(socket);
   socket.set_option(tcp::no_delay(true), error);
@@ -531,11 +512,11 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted,
     const Clock::time_point start = Clock::now();
     const auto forwarded = options.behindProxy ? LastForwarded(parsed->forwardedFor) : std::nullopt;
     const asio::ip::address address = forwarded.value_or(peer);
-    const auto place = options.behindProxy ? places.Take(ClientOf(address)) : nullptr;
+    const Place place = options.behindProxy ? ofAddresses.Take(ClientOf(address)) : nullptr;
     const bool crowded = options.behindProxy && !place;
     Reply reply = crowded ? RefusalReply(503) : Answer(*parsed, address, stream.socket());
-    const ReplyBudget::Share share(budget, reply.body);
-    if (!share.granted()) {
+    const Place room = budget.Take(reply.body);
+    if (!room) {
       reply = RefusalReply(503);
     }
     open = parsed->keepAlive && !stopping;
@@ -549,7 +530,7 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Counted,
   co_await Linger(stream);
 }
 
-asio::awaitable<void> HttpServer::State::RefuseBusy(tcp::socket socket, Counted) {
+asio::awaitable<void> HttpServer::State::RefuseBusy(tcp::socket socket, Place) {
   beast::tcp_stream stream(std::move(socket));
   const asio::ip::address peer = PeerOf(stream.socket());
   const Reply reply = RefusalReply(503);

@@ -16,7 +16,7 @@ namespace tonadex::server {
 struct ServerOptions {
   std::string address = "127.0.0.1";  // a numeric address to listen on
   std::uint16_t port = 0;             // 0: any free one
-  bool behindProxy = false;           // the client's address stands in X-Forwarded-For
+  bool behindProxy = false;           // X-Forwarded-For names the client's address
   bool ownMachineOnly = false;        // refuses what another host's web page made a browser ask
   int threads = 0;                    // 0: as many as suit the machine
   int maxConnections = kMaxConnections;
@@ -56,9 +56,9 @@ class HttpServer {
 // Whether something listens on this port of the loopback address.
 bool Answers(std::uint16_t port);
 
-// Blocks until the program is told to end (SIGTERM, SIGINT). Calls `ready` once these signals are
-// heeded, and `reload` for SIGHUP, where the system has it, in a thread of its own: once for all
-// that come before it begins. The end asks the one under way to stop.
+// Blocks until SIGTERM or SIGINT. Calls `ready` once it handles these signals, and `reload` for
+// SIGHUP, where the system has it, in another thread: several signals before it begins are one. At
+// the end a reload under way is asked to stop.
 void WaitForEndSignal(const std::function<void()>& ready,
                       const std::function<void(const std::stop_token& stop)>& reload);
 

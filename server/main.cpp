@@ -1,9 +1,10 @@
-#include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 #include "core/error_words.h"
 #include "core/windows1252.h"
@@ -12,7 +13,7 @@
 #include "server/http_server.h"
 #include "server/line_log.h"
 #include "server/shelf.h"
-#include "terminal/words.h"
+#include "terminal/arguments.h"
 #ifdef _WIN32
 #include "platform/win32/console.h"
 #include "platform/win32/program_folder.h"
@@ -27,42 +28,20 @@ using namespace tonadex::server;
 
 // Exit codes: 0 ended by a signal, 1 could not start, 2 wrong arguments.
 constexpr int kCannotStart = 1;
-constexpr int kWrongArguments = 2;
 constexpr std::uint16_t kDefaultPort = 8080;
+
+std::string InstalledMelodies() {
+  const fs::path installed = tonadex::platform::InstalledData();
+  return installed.empty() ? "" : (installed / "servidor").string();
+}
 
 struct Arguments {
   ServerOptions server;
-  std::string folder;
-  std::string logFile;
-  std::string firstMelodies;
-};
-
-void AddArguments(CLI::App& app, Arguments& arguments) {
   // The desktop program's own place, so that both share their melodies.
-  arguments.folder = (tonadex::platform::ProgramFolderPath() / "servidor").string();
-  const fs::path installed = tonadex::platform::InstalledData();
-  arguments.firstMelodies = installed.empty() ? "" : (installed / "servidor").string();
-  arguments.server.port = kDefaultPort;
-  app.add_option("--puerto", arguments.server.port, "Puerto en el que escucha (0: uno libre)")
-      ->type_name("PUERTO")
-      ->capture_default_str();
-  app.add_option("--direccion", arguments.server.address,
-                 "Dirección numérica en la que escucha; 0.0.0.0 para todas")
-      ->type_name("DIRECCIÓN")
-      ->capture_default_str();
-  app.add_option("--carpeta", arguments.folder, "Carpeta de las melodías")
-      ->type_name("CARPETA")
-      ->capture_default_str();
-  app.add_option("--registro", arguments.logFile,
-                 "Fichero al que se añade una línea por petición (si falta, la salida de errores)")
-      ->type_name("FICHERO");
-  app.add_option("--estanteria", arguments.firstMelodies,
-                 "Melodías con las que se llena una carpeta vacía")
-      ->type_name("CARPETA")
-      ->capture_default_str();
-  app.add_flag("--proxy", arguments.server.behindProxy,
-               "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For");
-}
+  std::string folder = (tonadex::platform::ProgramFolderPath() / "servidor").string();
+  std::string logFile;
+  std::string firstMelodies = InstalledMelodies();
+};
 
 void Reload(Shelf& shelf, const std::stop_token& stop) {
   try {
@@ -91,7 +70,7 @@ std::unique_ptr<FolderLock> LockUnlessReadOnly(const std::string& folder) {
   return lock;
 }
 
-void Serve(Arguments arguments) {
+int Serve(Arguments& arguments) {
   const fs::path folder = arguments.folder;
   fs::create_directories(folder);
   const auto lock = LockUnlessReadOnly(arguments.folder);
@@ -116,6 +95,28 @@ void Serve(Arguments arguments) {
   if (lock) {
     WithdrawPort(folder);
   }
+  return 0;
+}
+
+tonadex::terminal::Program Describe(Arguments& arguments) {
+  ServerOptions& server = arguments.server;
+  server.port = kDefaultPort;
+  const std::vector<tonadex::terminal::Option> options = {
+      {"--puerto", "PUERTO", "Puerto en el que escucha (0: uno libre)", &server.port},
+      {"--direccion", "DIRECCIÓN", "Dirección numérica en la que escucha; 0.0.0.0 para todas",
+       &server.address},
+      {"--carpeta", "CARPETA", "Carpeta de las melodías", &arguments.folder},
+      {"--registro", "FICHERO",
+       "Fichero al que se añade una línea por petición (si falta, la salida de errores)",
+       &arguments.logFile},
+      {"--estanteria", "CARPETA", "Melodías con las que se llena una carpeta vacía",
+       &arguments.firstMelodies},
+      {"--proxy", "",
+       "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For",
+       &server.behindProxy},
+  };
+  return {{"tonadex-server", "Servidor de melodías de Tonadex", options,
+           [&arguments] { return Serve(arguments); }}};
 }
 
 }  // namespace
@@ -128,20 +129,10 @@ int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
   argc = given.count();
   argv = given.values();
 #endif
-  CLI::App app("Servidor de melodías de Tonadex", "tonadex-server");
-  app.set_version_flag("--version", "tonadex-server " TONADEX_VERSION, "Muestra la versión");
-  Arguments arguments;
-  AddArguments(app, arguments);
-  tonadex::terminal::TranslateHelp(app);
   try {
-    app.parse(argc, argv);
-    Serve(arguments);
-  } catch (const CLI::Success& success) {  // --help, --version
-    return app.exit(success);
-  } catch (const CLI::ParseError& error) {
-    std::cerr << "tonadex-server: " << tonadex::terminal::UseError(error)
-              << "\nPrueba «tonadex-server --help»." << std::endl;
-    return kWrongArguments;
+    Arguments arguments;
+    return tonadex::terminal::Run(Describe(arguments), {argv + std::min(argc, 1), argv + argc},
+                                  std::cout, std::cerr);
   } catch (const std::exception& error) {
     std::cerr << "tonadex-server: " << tonadex::core::ToUtf8(tonadex::core::ErrorWords(error))
               << std::endl;

@@ -43,18 +43,6 @@ std::optional<std::uint32_t> ParseNumber(std::string_view digits) {
   return number;
 }
 
-// The line ends that a pasted text may bring along stay outside the melody's first line.
-std::string_view WithoutLineEnds(std::string_view text) {
-  while (text.ends_with('\r') || text.ends_with('\n')) {
-    text.remove_suffix(1);
-  }
-  return text;
-}
-
-bool HasControls(std::string_view text) {
-  return std::any_of(text.begin(), text.end(), [](char c) { return core::Code(c) < 0x20; });
-}
-
 // Whether the text is a number from `least` to `most`, short enough for a header.
 bool IsHeaderNumber(std::string_view text, double least, double most) {
   double number = 0;
@@ -67,7 +55,7 @@ bool IsPlayable(const core::RTTTLMelody& melody) {
   return IsHeaderNumber(melody.DefaultDuration, 1, kMaxDuration) &&
          IsHeaderNumber(melody.DefaultOctave, 0, kMaxOctave) &&
          IsHeaderNumber(melody.Beats, 1, kMaxTempo) &&
-         std::all_of(melody.Notes.begin(), melody.Notes.end(), [](const core::RTTTLNote& note) {
+         std::ranges::all_of(melody.Notes, [](const core::RTTTLNote& note) {
            return kPitches.find(note.Note.front()) != kPitches.npos;
          });
 }
@@ -77,7 +65,8 @@ bool IsPlayable(const core::RTTTLMelody& melody) {
 bool IsReadable(std::string_view text) {
   core::RTTTLMelody melody;
   melody.Text = text;
-  return !HasControls(text) && core::ParseRTTTL(melody) == core::kParsed && IsPlayable(melody);
+  const bool plain = std::ranges::none_of(text, [](char c) { return core::Code(c) < 0x20; });
+  return plain && core::ParseRTTTL(melody) == core::kParsed && IsPlayable(melody);
 }
 
 std::string Shown(std::string_view name) {
@@ -127,7 +116,9 @@ std::string_view UploadFault(std::string_view fileName, std::string_view content
     return kBadName;
   }
   const std::string melody = core::UndoSharpEscape(contents);
-  if (!net::IsUploadable(melody, fileName) || !IsReadable(WithoutLineEnds(melody))) {
+  // A pasted text may bring line ends along; they stay outside the melody's first line.
+  const auto line = std::string_view(melody).substr(0, melody.find_last_not_of("\r\n") + 1);
+  if (!net::IsUploadable(melody, fileName) || !IsReadable(line)) {
     return kBadForm;
   }
   const std::string_view melodyName = std::string_view(melody).substr(0, melody.find(':'));

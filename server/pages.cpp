@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdint>
 
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "server/limits.h"
 
@@ -90,25 +91,11 @@ constexpr std::string_view kRtttlGuide = R"html(<section class="card wide">
 )html";
 
 std::string Escaped(std::string_view text) {
-  std::string html;
-  for (const char c : core::ToUtf8(text)) {
-    switch (c) {
-      case '<':
-        html += "&lt;";
-        break;
-      case '>':
-        html += "&gt;";
-        break;
-      case '&':
-        html += "&amp;";
-        break;
-      case '"':
-        html += "&quot;";
-        break;
-      default:
-        html += c;
-    }
-  }
+  std::string html = core::ToUtf8(text);
+  core::ReplaceAll(html, "&", "&amp;");  // first, as the others bring more of them
+  core::ReplaceAll(html, "<", "&lt;");
+  core::ReplaceAll(html, ">", "&gt;");
+  core::ReplaceAll(html, "\"", "&quot;");
   return html;
 }
 
@@ -122,20 +109,14 @@ std::string Grouped(std::size_t number) {
   return digits;
 }
 
-std::string CountSentence(std::size_t melodies) {
+std::string CountWords(std::size_t melodies) {
   return melodies == 1 ? "1 melodía" : Grouped(melodies) + " melodías";
-}
-
-std::string_view NameOf(std::string_view record) {
-  return record.substr(0, record.find(" ("));
 }
 
 std::string NewsCard(const Shelf& shelf) {
   std::string items;
   for (const std::string& record : shelf.Newest(kNewsRecords)) {
-    if (const std::string_view name = NameOf(record); !name.empty()) {
-      items += "<li>" + Escaped(name) + "</li>\n";
-    }
+    items += "<li>" + Escaped(record.substr(0, record.find(" ("))) + "</li>\n";
   }
   return "<section class=\"card\">\n<h2>Lo último que ha llegado</h2>\n" +
          (items.empty() ? "<p class=\"soft\">Todavía no hay melodías. Sube la primera.</p>\n"
@@ -184,7 +165,7 @@ std::string Page(std::string_view style, const std::string& content) {
 std::string BannerPage(const Shelf& shelf) {
   return Page(kBannerStyle,
               "<div class=\"banner\"><h1>Tonadex</h1><div class=\"display\">&#9834; " +
-                  CountSentence(shelf.size()) +
+                  CountWords(shelf.size()) +
                   "</div><div class=\"soft\">Busca una, llévala a tu móvil y comparte las tuyas."
                   "</div></div>\n");
 }
@@ -201,7 +182,7 @@ std::string StartPage(const Shelf& shelf, std::string_view version) {
   return Page({},
               "<main>\n<h1>Tonadex</h1>\n<p class=\"soft\">Melodías para los móviles de "
               "siempre.</p>\n<div class=\"display\">&#9834; " +
-                  CountSentence(shelf.size()) + " en el servidor<br>" + VersionSentence(version) +
+                  CountWords(shelf.size()) + " en el servidor<br>" + VersionSentence(version) +
                   "</div>\n<div class=\"grid\">\n" + std::string(kSteps) + NewsCard(shelf) +
                   "</div>\n</main>\n");
 }

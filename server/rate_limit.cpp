@@ -11,18 +11,14 @@ double RateLimit::Refilled(const Allowance& allowance, Clock::time_point now) co
   return std::min<double>(perMinute_, allowance.left + minutes * perMinute_);
 }
 
-void RateLimit::Forget(Clock::time_point now) {
-  std::erase_if(allowances_,
-                [&](const auto& entry) { return Refilled(entry.second, now) >= perMinute_; });
-}
-
 bool RateLimit::Allow(std::string_view address, Clock::time_point now) {
   const std::lock_guard lock(mutex_);
   std::string key(address);
   auto entry = allowances_.find(key);
   if (entry == allowances_.end()) {
     if (allowances_.size() >= kMaxRememberedAddresses) {
-      Forget(now);
+      std::erase_if(allowances_,
+                    [&](const auto& known) { return Refilled(known.second, now) >= perMinute_; });
     }
     if (allowances_.size() >= kMaxRememberedAddresses) {
       return false;

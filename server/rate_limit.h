@@ -25,7 +25,6 @@ class RateLimit {
     Clock::time_point at;
   };
   double Refilled(const Allowance& allowance, Clock::time_point now) const;
-  void Forget(Clock::time_point now);
 
   int perMinute_;
   std::mutex mutex_;

@@ -2,17 +2,22 @@
 
 namespace tonadex::server {
 
-bool ReplyBudget::Take(const std::vector<SharedText>& texts) {
-  const std::lock_guard lock(mutex_);
-  for (const SharedText& text : texts) {
-    if (++shares_[text.get()] == 1) {
-      bytes_ += text->size();
+Place ReplyBudget::Take(const std::vector<SharedText>& texts) {
+  bool fits = false;
+  {
+    const std::lock_guard lock(mutex_);
+    for (const SharedText& text : texts) {
+      if (++shares_[text.get()] == 1) {
+        bytes_ += text->size();
+      }
     }
+    fits = bytes_ <= maxBytes_;
   }
-  return bytes_ <= maxBytes_;
+  Place place(this, [this, texts](const void*) { GiveBack(texts); });
+  return fits ? place : nullptr;
 }
 
-void ReplyBudget::Return(const std::vector<SharedText>& texts) {
+void ReplyBudget::GiveBack(const std::vector<SharedText>& texts) {
   const std::lock_guard lock(mutex_);
   for (const SharedText& text : texts) {
     const auto share = shares_.find(text.get());
@@ -21,18 +26,6 @@ void ReplyBudget::Return(const std::vector<SharedText>& texts) {
       shares_.erase(share);
     }
   }
-}
-
-ReplyBudget::Share::Share(ReplyBudget& budget, const std::vector<SharedText>& texts)
-    : budget_(budget), texts_(texts), granted_(budget.Take(texts)) {
-  if (!granted_) {
-    budget_.Return(texts_);
-    texts_.clear();
-  }
-}
-
-ReplyBudget::Share::~Share() {
-  budget_.Return(texts_);
 }
 
 }  // namespace tonadex::server

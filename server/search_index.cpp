@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "core/text.h"
-#include "core/windows1252.h"
 #include "server/limits.h"
 #include "server/melody_name.h"
 
@@ -13,7 +12,6 @@ namespace tonadex::server {
 namespace {
 
 using core::Code;
-using namespace core::literals;
 
 constexpr std::size_t kBlockLines = 1024;
 // The rarest ones leave few lines over; more of them would cost more than they spare.
@@ -23,23 +21,8 @@ constexpr std::size_t kBlocksBetweenQuestions = 8;  // whether the search is sti
 // A bit for each line of a block.
 using LineSet = std::array<std::uint64_t, kBlockLines / 64>;
 
-// Accented letters, in lower case, and the letters below them.
-constexpr std::string_view kAccented = u8"áàâäãåçéèêëíìîïñóòôöõøúùûüýÿšž"_w;
-constexpr std::string_view kPlain = "aaaaaaceeeeiiiinoooooouuuuyysz";
-static_assert(kAccented.size() == kPlain.size());
-
-std::array<char, 256> MakeFoldTable() {
-  std::array<char, 256> table{};
-  for (std::size_t byte = 0; byte < table.size(); ++byte) {
-    const char lower = core::ToLower(static_cast<char>(byte));
-    const std::size_t at = kAccented.find(lower);
-    table[byte] = at == kAccented.npos ? lower : kPlain[at];
-  }
-  return table;
-}
-
 // Calls `use` with a number for each byte, each two and each three neighbours. Of two the lower
-// five bits count: they tell letters apart, and keep the numbers few. Three share their numbers
+// five bits count: they distinguish letters, and keep the numbers few. Three share their numbers
 // with others.
 template <typename Use>
 void ForEachGram(std::string_view text, Use use) {
@@ -111,21 +94,12 @@ std::string_view Line(const std::string& text, const std::vector<std::uint32_t>&
 
 }  // namespace
 
-std::string Fold(std::string_view text) {
-  static const std::array<char, 256> kTable = MakeFoldTable();
-  std::string folded(text);
-  for (char& c : folded) {
-    c = kTable[Code(c)];
-  }
-  return folded;
-}
-
 struct SearchIndex::Block {
   std::size_t size() const { return nameEnds.size(); }
   std::string_view Name(std::size_t line) const { return Line(names, nameEnds, line); }
   std::string_view RecordAt(std::size_t line) const { return Line(*records, recordEnds, line); }
 
-  std::string names;  // folded, one behind the other
+  std::string names;  // folded, concatenated
   std::vector<std::uint32_t> nameEnds;
   std::shared_ptr<std::string> records = std::make_shared<std::string>();
   std::vector<std::uint32_t> recordEnds;
@@ -154,8 +128,8 @@ SearchIndex::Block& SearchIndex::WritableTail() {
 }
 
 void SearchIndex::Add(std::string_view description, std::string_view fileName) {
-  std::string name = Fold(description);
-  const std::string stem = Fold(fileName.substr(0, fileName.find('.')));
+  std::string name = core::Fold(description);
+  const std::string stem = core::Fold(fileName.substr(0, fileName.find('.')));
   if (!core::Contains(name, stem)) {
     name.append(1, ' ').append(stem);
   }
@@ -211,9 +185,12 @@ SearchIndex::Query SearchIndex::MakeQuery(std::string_view folded) const {
 
 std::vector<std::uint32_t> SearchIndex::Search(std::string_view text, std::size_t limit,
                                                const std::function<bool()>& abandoned) const {
-  const std::string folded = Fold(text.substr(0, kMaxSearchBytes));
+  const std::string folded = core::Fold(text.substr(0, kMaxSearchBytes));
   const Query query = MakeQuery(folded);
   std::vector<std::uint32_t> found;
+  if (!query.grams.empty() && counts_[query.grams.front()] == 0) {
+    return found;  // no name holds the rarest one
+  }
   for (std::size_t b = blocks_.size(); b-- > 0 && found.size() < limit;) {
     if (b % kBlocksBetweenQuestions == 0 && abandoned && abandoned()) {
       break;

@@ -14,9 +14,6 @@ namespace tonadex::server {
 // A text that several owners share.
 using SharedText = std::shared_ptr<const std::string>;
 
-// Lower case without accents: what names and search words are compared by. One byte stays one byte.
-std::string Fold(std::string_view text);
-
 // The names of all melodies, in blocks that copies of an index share: a copy costs a pointer for
 // each block, and adding to it one new block, while the original stays as it is. Texts are
 // Windows-1252. Not synchronised.

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <mutex>
 #include <random>
-#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "files/paths.h"
+#include "files/read.h"
 #include "files/write.h"
-
 #include "server/file_system.h"
 #include "server/melody_name.h"
 
@@ -19,39 +18,38 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kFillingMark = ".llenando";
+constexpr std::string_view kOldTemporaryPrefix = ".subida-";  // version 1.0 may have left some
 
 struct StoredMelody {
   std::int64_t modified = 0;
   std::string fileName;
   std::string description;
+  auto operator<=>(const StoredMelody&) const = default;
 };
 
-std::string_view FirstLine(std::string_view bytes) {
-  return bytes.substr(0, bytes.find_first_of("\r\n"));
-}
-
 std::string DescriptionOf(std::string_view contents, std::string_view fileName) {
-  return Description(FirstLine(contents), fileName.substr(0, fileName.find('.')));
+  return Description(contents.substr(0, contents.find_first_of("\r\n")),
+                     fileName.substr(0, fileName.find('.')));
 }
 
-// Ends early, with a part of them, when it is told to stop.
+// Oldest first; incomplete when it is told to stop.
 std::vector<StoredMelody> ReadFolder(const fs::path& folder, const std::stop_token& stop) {
   std::vector<StoredMelody> melodies;
-  FileHead head;
   for (const auto& entry : fs::directory_iterator(folder)) {
     if (stop.stop_requested()) {
       break;
     }
     std::string fileName = files::TextFromPath(entry.path().filename());
-    if (ParseMelodyName(fileName) && ReadHead(entry.path(), kNamePrefixBytes, head) &&
-        head.size <= kMaxFileBytes) {
-      std::string description = DescriptionOf(head.bytes, fileName);
-      melodies.push_back({head.modified, std::move(fileName), std::move(description)});
+    if (!ParseMelodyName(fileName)) {
+      continue;
+    }
+    const auto head = files::ReadSharedHead(entry.path(), kNamePrefixBytes);
+    if (head && head->size <= kMaxFileBytes) {
+      std::string description = DescriptionOf(head->bytes, fileName);
+      melodies.push_back({head->modified, std::move(fileName), std::move(description)});
     }
   }
-  std::sort(melodies.begin(), melodies.end(), [](const auto& a, const auto& b) {
-    return std::tie(a.modified, a.fileName) < std::tie(b.modified, b.fileName);
-  });
+  std::ranges::sort(melodies);
   return melodies;
 }
 
@@ -77,6 +75,27 @@ bool HoldsMelodies(const fs::path& folder) {
   });
 }
 
+// Removes the files of interrupted uploads. Nobody else may write to the folder meanwhile.
+void RemoveUnfinished(const fs::path& folder) {
+  files::RemoveTemporaryFiles(folder);
+  const fs::path prefix = kOldTemporaryPrefix;
+  std::vector<fs::path> old;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    if (entry.path().filename().native().starts_with(prefix.native())) {
+      old.push_back(entry.path());
+    }
+  }
+  std::error_code ignored;
+  std::ranges::for_each(old, [&](const fs::path& file) { fs::remove(file, ignored); });
+}
+
+// A file of that name stays as it is.
+void CreateOrThrow(const fs::path& file, std::string_view bytes, files::Durability durability) {
+  if (files::Create(file, bytes, durability) == files::CreateResult::kFailed) {
+    throw fs::filesystem_error("create", file, std::make_error_code(std::errc::io_error));
+  }
+}
+
 }  // namespace
 
 Shelf::Shelf(fs::path folder, ShelfAccess access, int uploadsPerMinute)
@@ -98,7 +117,7 @@ void Shelf::Publish(Index index) {
 }
 
 bool Shelf::Reload(const std::stop_token& stop) {
-  const std::unique_lock files(files_);
+  const std::unique_lock reading(folderLock_);
   Index index = IndexOf(folder_, stop);
   if (stop.stop_requested()) {
     return false;
@@ -147,7 +166,7 @@ std::optional<std::string> Shelf::Melody(std::string_view fileName) const {
   if (!ParseMelodyName(fileName)) {
     return std::nullopt;
   }
-  return ReadWhole(folder_ / files::PathFromText(fileName), kMaxFileBytes);
+  return files::ReadShared(folder_ / files::PathFromText(fileName), kMaxFileBytes);
 }
 
 UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
@@ -161,13 +180,13 @@ UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
   if (const std::string_view fault = UploadFault(fileName, contents); !fault.empty()) {
     return {UploadResult::kRefused, fault};
   }
-  const std::shared_lock files(files_);
-  switch (CreateDurably(folder_, files::PathFromText(fileName), contents)) {
-    case CreateResult::kExists:
+  const std::shared_lock uploading(folderLock_);
+  switch (files::Create(folder_ / files::PathFromText(fileName), contents)) {
+    case files::CreateResult::kExists:
       return {UploadResult::kExists, {}};
-    case CreateResult::kFailed:
+    case files::CreateResult::kFailed:
       return {UploadResult::kDiskFailure, {}};
-    case CreateResult::kCreated:
+    case files::CreateResult::kCreated:
       break;
   }
   const std::lock_guard adding(adding_);
@@ -184,16 +203,14 @@ void FillEmptyShelf(const fs::path& folder, const fs::path& source) {
       (HoldsMelodies(folder) && !fs::exists(folder / kFillingMark))) {
     return;
   }
-  files::WriteBytes(folder / kFillingMark, {});
+  CreateOrThrow(folder / kFillingMark, {}, files::Durability::kDisk);
   for (const auto& entry : fs::directory_iterator(source)) {
     const fs::path name = entry.path().filename();
     if (!ParseMelodyName(files::TextFromPath(name))) {
       continue;
     }
-    const auto bytes = ReadWhole(entry.path(), kMaxFileBytes);
-    if (bytes && CreateWhole(folder, name, *bytes) == CreateResult::kFailed) {
-      throw fs::filesystem_error("copy", entry.path(), folder,
-                                 std::make_error_code(std::errc::io_error));
+    if (const auto bytes = files::ReadShared(entry.path(), kMaxFileBytes)) {
+      CreateOrThrow(folder / name, *bytes, files::Durability::kRename);
     }
   }
   SyncFiles(folder);

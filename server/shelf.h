@@ -50,7 +50,7 @@ class Shelf {
   // Records of the newest melodies, newest first.
   std::vector<std::string> Newest(std::size_t count) const;
 
-  // A melody's bytes; none when there is no such melody or the name is none.
+  // A melody's bytes; empty when there is no such melody or the name is invalid.
   std::optional<std::string> Melody(std::string_view fileName) const;
 
   // Checks and stores a melody. After kStored nothing can lose it; nothing is ever overwritten.
@@ -65,10 +65,10 @@ class Shelf {
   const std::filesystem::path folder_;
   const ShelfAccess access_;
   RateLimit uploads_;
-  std::shared_mutex files_;   // shared by uploads, held alone to read the folder again
-  std::mutex adding_;         // one upload at a time makes the next index
-  mutable std::mutex mutex_;  // guards the pointer
-  Index index_;               // never changed, only replaced: searches hold no lock
+  std::shared_mutex folderLock_;  // shared by uploads, exclusive to read the folder again
+  std::mutex adding_;             // one upload at a time makes the next index
+  mutable std::mutex mutex_;      // guards the pointer
+  Index index_;                   // never changed, only replaced: searches hold no lock
 };
 
 // Copies the melodies of `source` into `folder`, which is made when it is missing, if `folder`

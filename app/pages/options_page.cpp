@@ -10,7 +10,7 @@
 #include "app/words.h"
 #include "core/windows1252.h"
 #include "phones/catalogue.h"
-#include "phones/phone_words.h"
+#include "phones/phone_description.h"
 
 namespace tonadex::app {
 namespace {

@@ -1,8 +1,10 @@
 #include "app/pages/repertoire_page.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include "app/cls_open_save.h"
 #include "app/form1.h"
@@ -12,6 +14,7 @@
 #include "core/melody_file.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
@@ -65,22 +68,23 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kNotices, "Textavisos", &F::Textavisos, "Instrucciones y avisos"),
 });
 
-// The ordinary files of the repertoire in the order in which it yields them, none when it cannot be
-// read. Left out: hidden ones, and those whose name cannot be a row's text, so that no row could
-// find them again.
-std::vector<std::filesystem::path> MelodyFiles(const Program& program) {
-  std::vector<std::filesystem::path> files;
+// The names of the repertoire's ordinary files, sorted; none when it cannot be read. Left out:
+// hidden ones, and those whose name cannot be a row's text, so that no row could find them again.
+std::vector<std::string> MelodyFiles(const Program& program) {
+  std::vector<std::string> names;
   std::error_code failed;
   for (std::filesystem::directory_iterator at(program.MelodyFolder(), failed), end;
        !failed && at != end; at.increment(failed)) {
-    const std::filesystem::path name = at->path().filename();
+    std::string name = files::TextFromPath(at->path().filename());
     std::error_code unknown;
     if (at->is_regular_file(unknown) && !program.services.shell.IsHidden(at->path()) &&
-        files::PathFromText(files::TextFromPath(name)) == name) {
-      files.push_back(at->path());
+        files::PathFromText(name) == at->path().filename()) {
+      names.push_back(std::move(name));
     }
   }
-  return files;
+  std::ranges::sort(names, {},
+                    [](const std::string& name) { return std::pair(core::Fold(name), name); });
+  return names;
 }
 
 // The conversion's question for a file, asked in the system's save dialog.
@@ -197,12 +201,14 @@ void RepertoirePage::FillRepertoire() {
     }
   };
   core::SkipErrors([&] {
-    for (const std::filesystem::path& file : MelodyFiles(state_.program)) {
+    for (const std::string& file : MelodyFiles(state_.program)) {
       std::string line;
       std::string stem;
-      step([&] { line = files::ReadMelodyLine(file); });
+      step([&] {
+        line = files::ReadMelodyLine(state_.program.MelodyFolder() / files::PathFromText(file));
+      });
       const std::string name = core::ScanName(line);
-      const std::string formed = name + " (" + files::TextFromPath(file.filename());
+      const std::string formed = name + " (" + file;
       step([&] { stem = core::FormedStem(formed, name); });
       state_.List1.AddRow(core::RowText(name, stem));
       skipping = false;

@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t kUsualMode = 0666;  // less the umask
+constexpr mode_t kUsualMode = 0666;  // before the umask
 constexpr mode_t kOwnerMode = 0600;
 
 std::error_code LastError() {
@@ -23,7 +23,8 @@ int Number(std::intptr_t handle) {
   return static_cast<int>(handle);
 }
 
-// A new name is on the disk once its folder is. Not every file system can tell: no failure.
+// A new name is on the disk once its folder is. File systems that cannot sync a folder are no
+// failure.
 bool SyncFolder(const fs::path& folder) {
   const File opened(
       ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -42,6 +43,16 @@ std::optional<std::size_t> File::Read(char* target, std::size_t size) const {
       return std::nullopt;
     }
   }
+}
+
+std::optional<FileStatus> File::Status() const {
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  struct stat status = {};
+  if (::fstat(Number(handle_), &status) != 0 || !S_ISREG(status.st_mode)) {
+    return std::nullopt;
+  }
+  return FileStatus{static_cast<std::uintmax_t>(status.st_size),
+                    status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
 }
 
 bool File::Write(std::string_view bytes) const {
@@ -64,11 +75,10 @@ bool File::Close() {
   return handle == kNone || ::close(Number(handle)) == 0;
 }
 
-File OpenRegular(const fs::path& file) {
-  const int number = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  File opened(number);
-  struct stat status = {};
-  return ::fstat(number, &status) == 0 && S_ISREG(status.st_mode) ? std::move(opened) : File();
+File OpenRegular(const fs::path& file, Links links) {
+  File opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY |
+                                       (links == Links::kRefuse ? O_NOFOLLOW : 0)));
+  return opened.Status() ? std::move(opened) : File();
 }
 
 File CreateLocked(const fs::path& file, bool ownerOnly, std::error_code& failure) {
@@ -99,7 +109,8 @@ bool MoveReplacing(const fs::path& from, const fs::path& to, bool wait) {
   return true;
 }
 
-// A hard link never replaces; renaming does. On file systems without links a look has to do.
+// link() never replaces a file, rename() does. Where the file system has no hard links, lstat()
+// and rename() have to do, with a gap between them.
 bool MoveToNewName(const fs::path& from, const fs::path& to, bool wait, std::error_code& failure) {
   if (::link(from.c_str(), to.c_str()) != 0) {
     failure = LastError();

@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr DWORD kMostBytes = 1u << 30;  // one call reads or writes
+constexpr DWORD kMostBytes = 1u << 30;  // per ReadFile or WriteFile call
 
 HANDLE Handle(std::intptr_t handle) {
   return reinterpret_cast<HANDLE>(handle);
@@ -29,7 +29,7 @@ DWORD Count(std::size_t size) {
 }
 
 bool Move(const fs::path& from, const fs::path& to, DWORD how, std::error_code& failure) {
-  SetFileAttributesW(from.c_str(), FILE_ATTRIBUTE_NORMAL);  // it was hidden so far
+  SetFileAttributesW(from.c_str(), FILE_ATTRIBUTE_NORMAL);  // the temporary file is hidden
   if (MoveFileExW(from.c_str(), to.c_str(), how) != 0) {
     return true;
   }
@@ -44,6 +44,17 @@ std::optional<std::size_t> File::Read(char* target, std::size_t size) const {
   return ReadFile(Handle(handle_), target, Count(size), &count, nullptr) != 0
              ? std::optional<std::size_t>(count)
              : std::nullopt;
+}
+
+std::optional<FileStatus> File::Status() const {
+  BY_HANDLE_FILE_INFORMATION info = {};
+  if (GetFileType(Handle(handle_)) != FILE_TYPE_DISK ||
+      GetFileInformationByHandle(Handle(handle_), &info) == 0) {
+    return std::nullopt;
+  }
+  return FileStatus{
+      std::uintmax_t{info.nFileSizeHigh} << 32 | info.nFileSizeLow,
+      std::int64_t{info.ftLastWriteTime.dwHighDateTime} << 32 | info.ftLastWriteTime.dwLowDateTime};
 }
 
 bool File::Write(std::string_view bytes) const {
@@ -66,16 +77,19 @@ bool File::Close() {
   return handle == kNone || CloseHandle(Handle(handle)) != 0;
 }
 
-File OpenRegular(const fs::path& file) {
-  const HANDLE handle = CreateFileW(file.c_str(), GENERIC_READ,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  File opened = Opened(handle);
-  return opened && GetFileType(handle) == FILE_TYPE_DISK ? std::move(opened) : File();
+File OpenRegular(const fs::path& file, Links links) {
+  if (links == Links::kRefuse &&
+      (GetFileAttributesW(file.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+    return {};  // INVALID_FILE_ATTRIBUTES has this bit, too
+  }
+  File opened = Opened(CreateFileW(file.c_str(), GENERIC_READ,
+                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  return opened.Status() ? std::move(opened) : File();
 }
 
-// Sharing for reading and writing lets others write through the path, and keeps them from deleting
-// it. The folder says who may read it, the user's own folders nobody else.
+// Sharing without FILE_SHARE_DELETE lets other code write through the path but keeps the file from
+// being deleted. Who may read it follows from the folder: a user's own folders admit nobody else.
 File CreateLocked(const fs::path& file, bool /*ownerOnly*/, std::error_code& failure) {
   File opened = Opened(CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                    nullptr, CREATE_NEW, FILE_ATTRIBUTE_HIDDEN, nullptr));

@@ -85,7 +85,7 @@ net::TransferError ToTransferError(const ErrorCode& code) {
   return net::TransferError(words);
 }
 
-// Waits in slices of pumpInterval until `finished(slice)` says so; not beyond `end`.
+// Waits in slices of pumpInterval until `finished(slice)` returns true. Throws at `end`.
 template <typename Finished>
 void PumpUntil(const HttpCallbacks& callbacks, const HttpLimits& limits, Clock::time_point end,
                Finished&& finished) {
@@ -106,8 +106,8 @@ struct Lookup {
   Endpoints endpoints;
 };
 
-// The system's name look-up can neither be cancelled nor timed: it runs in a thread that is left
-// behind when it takes too long.
+// The system's name look-up can neither be cancelled nor timed, so it runs in a detached thread
+// that may outlive the request.
 std::future<Lookup> StartLookup(const Url& url) {
   auto answer = std::make_shared<std::promise<Lookup>>();
   std::future<Lookup> future = answer->get_future();
@@ -174,7 +174,8 @@ void TellProgress(const Parser& parser, const HttpCallbacks& callbacks) {
   }
 }
 
-// An interim reply (1xx) has no body and comes before the real one. After 101 no HTTP would follow.
+// An interim reply (1xx) has no body and comes before the real one. After 101 (switching
+// protocols) no HTTP follows.
 bool IsInterim(const Parser& parser) {
   const unsigned status = parser.get().result_int();
   return parser.is_done() && status / 100 == 1 && status != 101;
@@ -185,12 +186,12 @@ void StartReply(std::optional<Parser>& parser, const HttpLimits& limits) {
   parser->body_limit(limits.maxBodyBytes);
 }
 
-// Feeds what has come to the parser; an incomplete rest stays in the buffer. The parser itself
-// bounds header and body, but neither chunk extensions nor trailers.
+// Feeds the received bytes to the parser; an incomplete line stays in the buffer. The parser limits
+// header and body, but neither chunk extensions nor trailers.
 void Parse(std::optional<Parser>& parser, beast::flat_buffer& buffer, const HttpLimits& limits) {
   ErrorCode error;
   while (!error && !parser->is_done() && buffer.size() > 0) {
-    // An eager parser goes on past a Content-Length above the limit, and makes room for it.
+    // Not in the header: an eager parser would ignore the body limit and reserve the whole length.
     parser->eager(parser->is_header_done());
     buffer.consume(parser->put(buffer.data(), error));
     if (!error && IsInterim(*parser)) {
@@ -215,7 +216,7 @@ void ParseEnd(Parser& parser) {
   }
 }
 
-// Reads piece by piece, so that each has the whole time-out.
+// Reads piece by piece, because the idle time-out applies to each.
 asio::awaitable<HttpReply> ReadReply(beast::tcp_stream& stream, const Transfer& transfer) {
   beast::flat_buffer buffer;
   std::optional<Parser> parser;

@@ -13,36 +13,35 @@
 namespace tonadex::platform {
 
 struct HttpLimits {
-  std::chrono::milliseconds connectTimeout{10'000};  // finding the host's address included
-  std::chrono::milliseconds idleTimeout{30'000};     // without a byte, sending or receiving
-  // From the start of Get to the reply's last byte: a server that drips must not hold a window.
+  std::chrono::milliseconds connectTimeout{10'000};  // including the name look-up
+  std::chrono::milliseconds idleTimeout{30'000};     // longest time without a byte sent or received
+  // From the start of Get to the reply's last byte: bounds a server that sends a byte at a time.
   std::chrono::milliseconds totalTimeout{60'000};
   std::size_t maxBodyBytes = std::size_t{64} << 20;
-  std::size_t maxLineBytes = std::size_t{16} << 10;  // of a chunk's line with its extensions, and
+  std::size_t maxLineBytes = std::size_t{16} << 10;  // of a chunk header with its extensions, and
                                                      // of all trailers together
   std::chrono::milliseconds pumpInterval{20};
 };
 
-// What a transfer tells its caller, always in the thread that called Get. Both may be empty.
+// Called during a transfer, in the thread that called Get. Both may be empty.
 struct HttpCallbacks {
-  // Called about every pumpInterval at every stage, so that a window can paint. What it throws ends
-  // the transfer and leaves Get as it is.
+  // Called about every pumpInterval, also while connecting, so that a window can paint. An
+  // exception ends the transfer and propagates out of Get.
   std::function<void()> pump;
-  // Bytes of the body so far, and how many there will be where the server says so.
+  // Bytes of the body so far, and their total if the server states it.
   std::function<void(std::size_t received, std::optional<std::uint64_t> total)> progress;
 };
 
-// HTTP/1.1 over plain TCP, one connection for each request, redirects not followed. A reply body
-// may come by length, in chunks or up to the end of the connection; interim replies (1xx) before it
-// are skipped.
+// HTTP/1.1 over plain TCP, one connection for each request, redirects not followed. A body ends
+// by its length, by its last chunk or with the connection; interim replies (1xx) are skipped.
 class HttpClient : public net::HttpGet {
  public:
   explicit HttpClient(HttpCallbacks callbacks = {}, HttpLimits limits = {});
 
-  // `url` begins with "http://". Cut-off, malformed and oversized replies are a TransferError.
+  // `url` begins with "http://". Throws TransferError, also for truncated or oversized replies.
   std::string Get(std::string_view url) override;
 
-  // Status of the last reply (200, 404 …), 0 when there was none.
+  // Status of the last reply (200, 404 …), 0 without one.
   int LastStatus() const { return lastStatus_; }
 
  private:

@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view kScheme = "http://";
 constexpr std::string_view kDefaultPort = "80";
 
-// Servers and proxies refuse these in a request line; everything else goes out as typed.
+// Servers and proxies reject these in a request line; everything else is sent unchanged.
 std::string EscapeTarget(std::string_view typed) {
   std::string target;
   for (const char c : typed) {
@@ -48,7 +48,7 @@ bool IsPort(std::string_view text) {
   return error == std::errc() && end == text.data() + text.size();
 }
 
-// Splits "host:port" or "[address]:port". False when it is neither.
+// Splits "host:port" or "[address]:port". False for anything else.
 bool SplitAuthority(Url& url) {
   const std::string_view text = url.authority;
   const std::size_t bracket = text.starts_with('[') ? text.find(']') : 0;

@@ -6,14 +6,14 @@
 namespace tonadex::platform {
 
 struct Url {
-  std::string authority;  // as the Host field wants it: "example:8080", "[::1]:80"
+  std::string authority;  // value of the Host field: "example:8080", "[::1]:80"
   std::string host;
-  std::string port;    // "80" when the address names none
+  std::string port;    // "80" by default
   std::string target;  // begins with "/", ready for a request line
 };
 
-// The parts of "http://host:port/target". What HTTP forbids in a request line is escaped, the rest
-// of the target stays as typed. Errors: TransferError for an address that cannot be used.
+// Splits "http://host:port/target". Characters that HTTP forbids in a request line are escaped, the
+// rest of the target is unchanged. Errors: TransferError for an invalid address.
 Url ParseUrl(std::string_view text);
 
 }  // namespace tonadex::platform

@@ -20,17 +20,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Copied on the first start; the second list again with a newer version.
+// Copied on the first start; the files of the second list also when a newer version is installed.
 constexpr std::array<std::string_view, 4> kFiles = {"ver.dat", "print.rtf", "TONADEX.HLP",
                                                     "noactualiza.tdx"};
 constexpr std::array<std::string_view, 2> kRenewed = {"ver.dat", "TONADEX.HLP"};
 constexpr std::string_view kMelodies = "melodias";
 
-// Names of the data's folder beside "bin": the desktop's, and the one of a machine that has the
-// server alone.
+// The installed data relative to "bin": of the desktop package, and of the server package.
 constexpr std::array<std::string_view, 2> kDataNames = {"tonadex", "tonadex-server"};
 
-// Holds the ver.dat of the data that was copied last.
+// A copy of the ver.dat that came with the last copied data.
 constexpr std::string_view kMarker = ".tonadex-datos";
 
 bool Copy(const fs::path& from, const fs::path& to) {
@@ -78,7 +77,7 @@ bool Renew(const fs::path& folder, const fs::path& installed) {
   return done;
 }
 
-// The numbers in a version text: 1, 0, 12 for "1.0.12". Figures that no version has are cut.
+// The numbers in a version text: 1, 0, 12 for "1.0.12". Absurdly large ones are cut.
 std::vector<int> VersionNumbers(std::string_view text) {
   std::vector<int> numbers;
   bool within = false;
@@ -147,11 +146,11 @@ fs::path PrepareProgramFolder() {
   fs::path folder = ProgramFolderPath();
   for (const fs::path& written : {folder, folder / kMelodies, folder / "servidor",
                                   ConfigFolder() / "tonadex", fs::path(PrivateTempFolder())}) {
-    if (written.is_absolute()) {  // without a home there is no settings folder
+    if (written.is_absolute()) {  // relative without a home folder
       files::RemoveTemporaryFiles(written);
     }
   }
-  SeedProgramFolder(folder, InstalledData());  // without it the program runs all the same
+  SeedProgramFolder(folder, InstalledData());  // the program runs without them too
   return folder;
 }
 

@@ -6,24 +6,23 @@
 // print.rtf, TONADEX.HLP, noactualiza.tdx and melodias/.
 namespace tonadex::platform {
 
-// $TONADEX_HOME, else "tonadex" in the user's data folder, else in the temporary folder. A full
-// path; nothing is made.
+// $TONADEX_HOME, else "tonadex" in the user's data folder, else in the temporary folder. An
+// absolute path; creates nothing.
 std::filesystem::path ProgramFolderPath();
 
-// The data that came with the program: ../share/tonadex as seen from the folder of the executable,
-// else ../share/tonadex-server, else that of the build tree; empty when there is none.
+// The installed data files: ../share/tonadex relative to the executable's folder, else
+// ../share/tonadex-server, else those of the build tree; empty when there are none.
 std::filesystem::path InstalledData();
 
-// First start (the folder has no marker of an earlier one): copies every file of `installed` that
-// `folder` lacks, and leaves the marker when all went well. Later nothing is copied again, so what
-// the user deleted stays deleted; only when `installed` has a higher version in its ver.dat,
-// ver.dat and TONADEX.HLP are renewed. Each file is copied whole or not at all. False when
-// something could not be copied: the next start tries again.
+// On the first start (the folder has no marker yet) copies every file of `installed` that `folder`
+// lacks, then writes the marker. Later nothing is copied, so files that the user deleted stay
+// deleted; but when the ver.dat of `installed` has a higher version, ver.dat and TONADEX.HLP are
+// replaced. Copies are atomic. False when a copy failed: the next start tries again.
 bool SeedProgramFolder(const std::filesystem::path& folder, const std::filesystem::path& installed);
 
-// The program's folder, made and seeded as far as the system lets it, and rid of the temporary
-// files of killed programs, as are the folders of settings and temporary files. Never throws
-// (memory aside).
+// Creates and seeds the program's folder as far as possible and returns it. Removes temporary files
+// of killed programs from it and from the folders of settings and temporary files. Throws nothing
+// but bad_alloc.
 std::filesystem::path PrepareProgramFolder();
 
 }  // namespace tonadex::platform

@@ -37,7 +37,7 @@ std::string Section(std::uint32_t root, std::string_view key) {
   return section + "\\" + std::string(key);
 }
 
-// Control characters, those of Unicode's second block too, would not survive an editor.
+// Control characters, C1 included, would not survive an editor.
 bool NeedsCode(unsigned char byte) {
   const char32_t character = core::ToUnicode(byte);
   return character < 0x20 || (character >= 0x7F && character <= 0x9F);
@@ -57,7 +57,7 @@ std::string Escaped(std::string_view text) {
   return escaped;
 }
 
-// Takes one character of an escaped text off its front; none at an escape that is none.
+// Removes one character from the front of an escaped text; nullopt for an invalid escape.
 std::optional<char> TakeCharacter(std::string_view& text) {
   const char first = text.front();
   text.remove_prefix(1);
@@ -81,7 +81,7 @@ std::optional<char> TakeCharacter(std::string_view& text) {
   return static_cast<char>(code);
 }
 
-// Takes an escaped text in quotation marks off the front of the line.
+// Removes an escaped text in quotation marks from the front of the line.
 std::optional<std::string> TakeQuoted(std::string_view& line) {
   std::string text;
   if (!line.starts_with('"')) {
@@ -195,7 +195,7 @@ bool SettingsFile::SetValue(std::uint32_t root, std::string_view key, std::strin
   }
   entry->data = value.data;
   const std::string bytes = FileBytes(entries);
-  std::error_code ignored;  // the write tells
+  std::error_code ignored;  // Replace fails then
   std::filesystem::create_directories(file_.parent_path(), ignored);
   return bytes.size() <= kMaxSettingsBytes &&
          files::Replace(file_, bytes, files::Durability::kDisk, files::Access::kOwnerOnly);

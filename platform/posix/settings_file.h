@@ -9,7 +9,7 @@
 
 namespace tonadex::platform {
 
-// A settings file is at most this long; a longer one counts as missing.
+// A longer settings file counts as missing.
 inline constexpr std::size_t kMaxSettingsBytes = std::size_t{64} << 10;
 
 // The registry in a small text file in UTF-8, a section per key and a line per value:
@@ -17,10 +17,10 @@ inline constexpr std::size_t kMaxSettingsBytes = std::size_t{64} << 10;
 //   [HKEY_CLASSES_ROOT\tonadex\]
 //   "modelo"=" Nokia 3310"
 //
-// Within the quotation marks "\\" and "\"" are themselves and "\x1F" is the character of that
-// Windows-1252 code, so that every text comes back byte for byte. Lines that are none of these are
-// read over. A file that is missing, too long or no UTF-8 holds no value; setting one writes it
-// anew. Only values of type kRegSz can be stored; keys hold no line ends.
+// Within the quotation marks "\\" and "\"" are escapes for a backslash and a quotation mark, and
+// "\x1F" for the character of that Windows-1252 code, so that every text round-trips byte for byte.
+// Other lines are ignored. A file that is missing, too long or not UTF-8 has no values and is
+// rewritten by SetValue. Only values of type kRegSz can be stored; keys contain no line ends.
 class SettingsFile : public app::Registry {
  public:
   explicit SettingsFile(std::filesystem::path file);
@@ -30,7 +30,7 @@ class SettingsFile : public app::Registry {
 
   std::optional<app::RegistryValue> QueryValue(std::uint32_t root, std::string_view key,
                                                std::string_view name) override;
-  // The file is replaced at once or stays as it was; its folder is made when it is missing.
+  // Replaces the file atomically; creates its folder if missing.
   bool SetValue(std::uint32_t root, std::string_view key, std::string_view name,
                 const app::RegistryValue& value) override;
 

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr mode_t kOwnerOnly = 0700;
 
-// The folder that an environment variable names; empty when it is not set or no full path.
+// The folder in an environment variable; empty when it is not set or not an absolute path.
 fs::path FolderOf(const char* variable) {
   const char* value = std::getenv(variable);
   const fs::path folder = value == nullptr ? "" : value;
@@ -32,8 +32,8 @@ fs::path FolderOr(const char* variable, const char* belowHome) {
   return !folder.empty() ? folder : home.empty() ? home : home / belowHome;
 }
 
-// The path as Windows-1252 text; none when it would not come back the same or would fall apart in
-// a command.
+// The path as Windows-1252 text; nullopt when the conversion would lose characters or the path
+// contains a blank or quote, which a sequencer command cannot hold.
 std::optional<std::string> CommandText(const fs::path& path) {
   const std::string& utf8 = path.native();
   std::string text = core::FromUtf8(utf8);
@@ -48,7 +48,7 @@ std::optional<std::string> CommandText(const fs::path& path) {
   return text;
 }
 
-// Makes the folder for the user alone. False when another user could have a hand in it.
+// Creates the folder for this user only. False when another user owns it or can write to it.
 bool MakePrivate(const fs::path& folder) {
   if (::mkdir(folder.c_str(), kOwnerOnly) == 0) {
     return true;

@@ -3,11 +3,11 @@
 #include <filesystem>
 #include <string>
 
-// The folders of the user that the program may use, as the desktop's base directory rules place
-// them. Relative values of the XDG variables count as missing.
+// The user's folders, as the XDG base directory rules place them. Relative values of the XDG
+// variables count as missing.
 namespace tonadex::platform {
 
-// $HOME, else the home of the user's account; empty when there is none.
+// $HOME, else the home folder of the user's account; empty when there is neither.
 std::filesystem::path HomeFolder();
 
 // $XDG_CONFIG_HOME, else ~/.config; empty without a home.
@@ -16,10 +16,10 @@ std::filesystem::path ConfigFolder();
 // $XDG_DATA_HOME, else ~/.local/share; empty without a home.
 std::filesystem::path DataFolder();
 
-// A temporary folder that belongs to the user alone, made when it is missing: Windows-1252 with a
-// trailing "/". The path goes unquoted into sequencer commands, so it holds no blank, and no
-// character that Windows-1252 lacks. The first that can be used of $XDG_RUNTIME_DIR, $TMPDIR, /tmp
-// and the user's cache folder. When none can, the one in /tmp: writing there then fails.
+// A private temporary folder of the user, created if missing: Windows-1252 with a trailing "/". The
+// path goes unquoted into sequencer commands, so it contains no blank and no character that
+// Windows-1252 lacks. The first usable one in $XDG_RUNTIME_DIR, $TMPDIR, /tmp, /var/tmp and the
+// user's cache folder; if none is usable, the one in /tmp, where writing then fails.
 std::string PrivateTempFolder();
 
 }  // namespace tonadex::platform

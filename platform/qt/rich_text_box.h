@@ -9,14 +9,14 @@
 
 namespace tonadex::platform {
 
-// Where a sheet goes. With neither, to the system's default printer; where the system has none, to
-// a PDF of a new name in the user's documents folder, and a message box says where.
+// Where to print. With both empty: on the default printer, or without one into a new PDF in the
+// user's documents folder, which a message box then names.
 struct PrintTarget {
   std::string printer;        // name, Windows-1252
-  std::filesystem::path pdf;  // goes before the printer; replaced when it exists
+  std::filesystem::path pdf;  // preferred to the printer; replaced when it exists
 };
 
-// The rich-text control on Qt. The source is kept byte for byte and read only to be printed.
+// The rich-text control on Qt. Keeps the source byte for byte and parses it only for printing.
 // SelPrint throws a device failure when the named printer is not there, the spooler refuses the
 // job or the PDF cannot be written; it needs a QGuiApplication.
 class QtRichTextBox : public app::RichTextBox {
@@ -33,7 +33,7 @@ class QtRichTextBox : public app::RichTextBox {
   std::string source_;
 };
 
-// For a program without windows: as above, and it starts what Qt needs by itself. Needs no display.
+// For a program without windows: as above, but starts Qt by itself. Needs no display.
 std::unique_ptr<app::RichTextBox> MakeWindowlessRichTextBox(PrintTarget target);
 
 }  // namespace tonadex::platform

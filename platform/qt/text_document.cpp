@@ -201,9 +201,9 @@ QTextBlockFormat Filler::BlockFormatOf(const rtf::ParagraphFormat& format) const
   return block;
 }
 
-// A hanging first line makes the left indent a tab stop of its own. The layout counts from the
-// start of the line, the file from the left margin of the page; lines after the first are rarely
-// tabbed, so the first one decides.
+// With a hanging first line the left indent is a tab stop too. The layout measures tabs from the
+// start of the line, the file from the left margin of the page; this converts for the first line,
+// because later lines rarely have tabs.
 void Filler::SetTabs(QTextBlockFormat& block, const rtf::ParagraphFormat& format) const {
   QList<QTextOption::Tab> tabs;
   std::vector<rtf::Tab> stops = format.tabs;
@@ -211,13 +211,13 @@ void Filler::SetTabs(QTextBlockFormat& block, const rtf::ParagraphFormat& format
     stops.insert(std::ranges::upper_bound(stops, format.left, {}, &rtf::Tab::position),
                  {format.left, rtf::TabKind::kLeft});
   }
-  for (const rtf::Tab& tab : stops) {  // rising: the layout takes the first one behind the text
+  for (const rtf::Tab& tab : stops) {  // ascending: the layout uses the first one after the text
     tabs.append({Pixels(tab.position - format.left - format.first), TypeOf(tab.kind), QChar(u',')});
   }
   block.setTabPositions(tabs);
 }
 
-// The layout drops the space before a paragraph that follows a frame: the frame takes it on.
+// The layout drops the space before a paragraph that follows a frame: so the frame gets it.
 int Filler::SpaceAfter(std::size_t at) const {
   const auto& paragraphs = source_.paragraphs;
   const int after = paragraphs[at].format.after;

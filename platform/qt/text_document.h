@@ -9,23 +9,23 @@ class QTextDocument;
 
 namespace tonadex::platform {
 
-// How a rich text is drawn. As it stands: to the letter, for paper.
+// How a rich text is drawn; by default exactly as in the file, for paper.
 struct TextDrawing {
   double scale = 1;     // of type and lengths
-  bool screen = false;  // the program's own typefaces, nothing justified: columns are narrow
-  // What becomes of the file's colours; none leaves them.
+  bool screen = false;  // the program's typefaces, and nothing justified because columns are narrow
+  // Maps the file's colours; they stay unchanged when empty.
   std::function<QColor(const QColor&)> ink;
   std::function<QColor(const QColor&)> ground;
 };
 
-// Fills `target` anew with the whole text. It is laid out in dots of the screen, also for paper: a
-// layout that is given another paint device scales some lengths and forgets the indents. Bordered
-// or shaded neighbours of one format become one frame. Headings keep their level in
+// Replaces the content of `target`. Lengths are in screen dots, also for paper, because a layout
+// for another paint device scales some lengths and ignores the indents. Successive bordered or
+// shaded paragraphs of one format become one frame. Headings keep their level in
 // QTextBlockFormat::headingLevel. Undo is switched off.
 void FillTextDocument(QTextDocument& target, const rtf::Document& source,
                       const TextDrawing& drawing = {});
 
-// Dots to the inch of that layout.
+// Dots per inch of that layout.
 double DotsPerInch();
 
 }  // namespace tonadex::platform

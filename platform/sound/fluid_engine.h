@@ -1,6 +1,6 @@
 #pragma once
 
-// Only for the sources of this folder: what playing and rendering share of FluidSynth.
+// Only for the sources of this folder: FluidSynth as playing and rendering use it.
 #include <fluidsynth.h>
 
 #include <filesystem>
@@ -27,17 +27,17 @@ using FluidRenderer =
 
 inline constexpr double kSampleRate = 44100;
 
-// Keeps FluidSynth and the sound library below it from printing. Before anything else of theirs.
+// Keeps FluidSynth and ALSA from printing. Call before any other FluidSynth function.
 void SilenceLibraries();
 
-// The members are in the order of making; their end comes in the reverse one.
+// Members in order of creation, so that they are destroyed in the reverse order.
 struct FluidEngine {
   FluidSettings settings;
   FluidSynth synth;
   FluidPlayer player;
   bool soundFontLoaded = false;
 
-  // Everything made and a soundfont loaded. Only then may it be used.
+  // Everything was created and a soundfont loaded. Otherwise the engine must not be used.
   bool IsReady() const { return player != nullptr && soundFontLoaded; }
 };
 

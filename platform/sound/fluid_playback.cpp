@@ -15,21 +15,21 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A device that takes longer to start counts as none: its melody is no longer wanted late.
+// A device that takes longer to start is not used: the melody would come too late.
 constexpr std::chrono::milliseconds kStartLimit{1500};
-// How long the end of the program waits for a device that does not answer.
+// How long the program waits at its end for a device that does not answer.
 constexpr std::chrono::milliseconds kEndLimit{1000};
 
-// What a driver holds ready: short enough to follow the eye, long enough for a busy machine.
+// The driver's buffer: short enough to match the drawing, long enough for a busy machine.
 constexpr int kPeriodFrames = 512;
 constexpr int kPeriods = 4;
 constexpr std::chrono::duration<double> kBuffered{kPeriodFrames * kPeriods / kSampleRate};
 
-// What a playback and the thread that sounds it share. The thread makes and ends everything of
-// FluidSynth; others only stop the player, under the lock.
+// State shared by a playback and its worker thread. The worker creates and destroys all FluidSynth
+// objects; other threads only stop the player, under the lock.
 class Sounding {
  public:
-  // Silences what sounds and keeps what is starting from it.
+  // Silences a melody that sounds, and prevents one that is starting from sounding.
   void Stop() {
     const std::lock_guard lock(mutex_);
     stopped_ = true;
@@ -61,7 +61,7 @@ class Sounding {
                   : 0.0;
   }
 
-  // The thread has given everything back.
+  // Called when the worker has released everything.
   void End() {
     const std::lock_guard lock(mutex_);
     ended_ = true;
@@ -73,7 +73,7 @@ class Sounding {
     return changed_.wait_for(lock, limit, [this] { return ended_; });
   }
 
-  // There is no sound: the clock stands in.
+  // Without sound the position follows the clock.
   void RunSilent() {
     const std::lock_guard lock(mutex_);
     silent_ = true;
@@ -82,7 +82,7 @@ class Sounding {
     }
   }
 
-  // Sounds the engine, whose driver is running, until Stop. Nothing when it comes too late.
+  // Plays the engine, whose driver is running, until Stop. Does nothing after kStartLimit.
   void Run(const FluidEngine& engine) {
     std::unique_lock lock(mutex_);
     if (stopped_ || begin_) {
@@ -103,17 +103,17 @@ class Sounding {
   bool silent_ = false;
   bool ended_ = false;
   std::optional<Clock::time_point> begin_;  // position 0
-  const FluidEngine* engine_ = nullptr;     // while it sounds
+  const FluidEngine* engine_ = nullptr;     // while playing
 };
 
 void PrepareDriver(fluid_settings_t* settings) {
   fluid_settings_setint(settings, "audio.period-size", kPeriodFrames);
   fluid_settings_setint(settings, "audio.periods", kPeriods);
-  fluid_settings_setint(settings, "audio.realtime-prio", 0);  // asking for it takes time
+  fluid_settings_setint(settings, "audio.realtime-prio", 0);  // requesting it takes time
   fluid_settings_setstr(settings, "audio.file.type", "raw");
 }
 
-// False for a driver that this FluidSynth was built without.
+// False for a driver that FluidSynth was built without.
 bool ChooseDriver(fluid_settings_t* settings, const std::string& driver) {
   const std::size_t colon = driver.find(':');
   const std::string file = colon == std::string::npos ? "/dev/null" : driver.substr(colon + 1);
@@ -168,7 +168,7 @@ class FluidSoundPlayer : public Player {
   explicit FluidSoundPlayer(SoundOptions options) : options_(std::move(options)) {}
 
   ~FluidSoundPlayer() override {
-    // A driver that never comes back must not keep the program from ending.
+    // A driver that hangs must not keep the program from ending.
     if (latest_ && !latest_->WaitForEnd(kEndLimit)) {
       worker_.detach();
     }
@@ -195,7 +195,7 @@ class FluidSoundPlayer : public Player {
  private:
   SoundOptions options_;
   std::shared_ptr<Sounding> latest_;
-  std::jthread worker_;  // of the latest; it waits for the one before
+  std::jthread worker_;  // the latest; it waits for the one before
 };
 
 }  // namespace

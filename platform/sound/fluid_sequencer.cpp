@@ -12,7 +12,7 @@
 namespace tonadex::platform {
 namespace {
 
-// Far more than the longest melody needs.
+// Far more than any melody needs.
 constexpr std::size_t kMaxMidiBytes = std::size_t{16} << 20;
 
 }  // namespace

@@ -11,23 +11,23 @@
 
 namespace tonadex::platform {
 
-// The sequencer on FluidSynth. One device at a time; every call comes from one thread, none waits
-// for the sound device and nothing is printed. "open" reads the file, which may change afterwards.
+// The sequencer on FluidSynth, one device at a time, for calls from one thread. Never waits for the
+// sound device and prints nothing. "open" reads the whole file.
 class FluidSequencer : public midi::Sequencer {
  public:
   explicit FluidSequencer(SoundOptions options = SoundOptionsFromEnvironment());
   ~FluidSequencer() override;
 
-  // The numbers of sequencer_commands.h. A machine without sound is no error.
+  // Returns the numbers of sequencer_commands.h. Missing sound is not an error.
   int SendString(std::string_view command) override;
 
-  // Milliseconds since the melody began to be heard, for a drawing that follows it: 0 while the
-  // device is starting, by the clock where there is none, and running on when the melody has
-  // ended. None when nothing was played or it was closed.
+  // Milliseconds since the melody became audible, for a drawing that follows it: 0 while the device
+  // is starting; by the clock without a device; still rising after the end of the melody. nullopt
+  // when nothing was played since the last "close".
   std::optional<double> PositionMs() const;
 
-  // Whether what plays will not be heard: no device, no soundfont, or sound switched off. False
-  // while the device is starting.
+  // Whether the melody is known to be inaudible: no device, no soundfont, or sound switched off.
+  // False while the device is starting.
   bool IsSilent() const;
 
  private:

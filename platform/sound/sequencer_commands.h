@@ -5,7 +5,7 @@
 
 namespace tonadex::platform {
 
-// Results of Sequencer::SendString, numbered as multimedia systems number them.
+// Results of Sequencer::SendString, numbered as in MCI.
 inline constexpr int kSequencerDone = 0;
 inline constexpr int kUnknownCommand = 261;
 inline constexpr int kUnknownDevice = 263;
@@ -20,9 +20,9 @@ struct SequencerCommand {
   std::string_view alias;
 };
 
-// Reads "open FILE type sequencer alias NAME", "play NAME notify" or "close NAME". The words are
-// parted by blanks and there are no quotation marks, so a FILE that holds a blank makes it none of
-// them. The texts look into `command`.
+// Reads "open FILE type sequencer alias NAME", "play NAME notify" or "close NAME". Blanks
+// separate the words and nothing is quoted, so a command whose FILE contains a blank is not
+// recognised. The texts are views of `command`.
 std::optional<SequencerCommand> ParseSequencerCommand(std::string_view command);
 
 }  // namespace tonadex::platform

@@ -30,7 +30,7 @@ class SilentPlayer : public Player {
 
 }  // namespace
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the player with sound keeps them
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the version with sound stores them
 std::unique_ptr<Player> MakePlayer(SoundOptions /*options*/) {
   return std::make_unique<SilentPlayer>();
 }

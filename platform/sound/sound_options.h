@@ -6,17 +6,17 @@
 
 namespace tonadex::platform {
 
-// How the sequencer sounds. Both lists are tried in their order, the first that works is used.
+// Both lists are tried in order; the first entry that works is used.
 struct SoundOptions {
-  // FluidSynth's names; empty: no sound. "file" is a silent device that keeps time, "file:PATH" one
-  // that writes what it hears (16 bits, stereo, 44100 Hz, no header).
+  // Audio drivers as FluidSynth names them; empty: no sound. "file" is a silent device, "file:PATH"
+  // one that writes the samples (16 bits, stereo, 44100 Hz, no header).
   std::vector<std::string> drivers;
   std::vector<std::filesystem::path> soundFonts;  // General MIDI
 };
 
-// The sound servers of the desktop, then the card itself, and the soundfonts at their usual places.
-// $TONADEX_SOUND set to "ninguno" leaves no driver ("auto" is what holds without it);
-// $TONADEX_SOUNDFONT names a soundfont to be tried first.
+// The desktop's sound servers, then the sound card, and the soundfonts in their usual places.
+// $TONADEX_SOUND: "ninguno" for no driver, "auto" for the default. $TONADEX_SOUNDFONT names a
+// soundfont to try first.
 SoundOptions SoundOptionsFromEnvironment();
 
 }  // namespace tonadex::platform

@@ -5,8 +5,8 @@
 
 namespace tonadex::platform {
 
-// Makes the process's console and standard streams carry UTF-8 bytes untranslated while it lives;
-// the console's own setting comes back at the end.
+// Switches the console and the standard streams to untranslated UTF-8 for its lifetime, then
+// restores the console's code pages.
 class Utf8Console {
  public:
   Utf8Console();
@@ -28,7 +28,7 @@ class Utf8Arguments {
 
  private:
   std::vector<std::string> texts_;
-  std::vector<char*> pointers_;  // of texts_, and a null behind them
+  std::vector<char*> pointers_;  // into texts_, ended by a null pointer
 };
 
 }  // namespace tonadex::platform

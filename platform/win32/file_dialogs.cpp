@@ -14,9 +14,7 @@
 namespace tonadex::platform {
 namespace {
 
-// The dialogs change the process's current folder and expect buffers as long as they are told.
-constexpr std::size_t kExtensionRoom = 16;
-constexpr std::size_t kLongestPath = 32768;  // of the system's W functions
+constexpr std::size_t kLongestPath = 32768;  // limit of the system's W functions
 
 using Dialog = BOOL(WINAPI*)(LPOPENFILENAMEA);
 
@@ -24,14 +22,13 @@ bool Run(Dialog dialog, app::FileDialogRecord& record) {
   std::string file = record.lpstrFile;
   std::string title = record.lpstrFileTitle;
   std::string folder = record.lpstrInitialDir;
-  std::string extension = record.lpstrDefExt;
+  const std::string extension = record.lpstrDefExt;
   file.resize(std::max(file.size(), static_cast<std::size_t>(std::max(record.nMaxFile, 0))) + 1);
   title.resize(std::max(title.size(), static_cast<std::size_t>(std::max(record.nMaxFileTitle, 0))) +
                1);
-  extension.reserve(kExtensionRoom);
 
   OPENFILENAMEA system{};
-  // The record's old form: 76 bytes in 32-bit programs, more where pointers are longer.
+  // The old form of the structure: 76 bytes in a 32-bit program, more in a 64-bit one.
   system.lStructSize = OPENFILENAME_SIZE_VERSION_400A;
   system.hwndOwner = reinterpret_cast<HWND>(record.hwndOwner);
   system.lpstrFilter = record.lpstrFilter.c_str();

@@ -11,12 +11,12 @@ namespace tonadex::platform {
 // The system's MIDI sequencer, through MCI command strings.
 class MciSequencer : public midi::Sequencer {
  public:
-  // What takes a command and answers 0 or an MCI error number; the system's when none is given.
+  // Sends a command and returns 0 or an MCI error number. The default is mciSendStringA.
   using Send = std::function<int(const std::string& command)>;
   explicit MciSequencer(Send send = {});
 
   int SendString(std::string_view command) override;
-  // How long the melody has been playing, ms; none when nothing plays.
+  // How long the melody has been playing, ms; nullopt when nothing plays.
   std::optional<double> PositionMs() const;
 
  private:

@@ -2,18 +2,18 @@
 
 #include <filesystem>
 
-// Everything the program reads and keeps lies beside the executable: ver.dat, print.rtf,
+// All the program's files are in the folder of the executable: ver.dat, print.rtf,
 // TONADEX.HLP, noactualiza.tdx and melodias\.
 namespace tonadex::platform {
 
-// The folder of the executable, whatever the current folder is.
+// The folder of the executable.
 std::filesystem::path ProgramFolderPath();
 
-// The same, rid of the temporary files of killed programs. Nothing has to be made or copied there
-// before the first start.
+// The same, after removing the temporary files of killed programs from it. The program's
+// files are there from the start, so there is nothing to copy.
 std::filesystem::path PrepareProgramFolder();
 
-// The data that came with the program: the same folder.
+// The installed data files: the same folder.
 std::filesystem::path InstalledData();
 
 }  // namespace tonadex::platform

@@ -8,7 +8,7 @@
 namespace tonadex::platform {
 namespace {
 
-constexpr LPARAM kMostText = 0x7FFFFFFE;  // the control stops at 32 KiB unless told otherwise
+constexpr LPARAM kMostText = 0x7FFFFFFE;  // the control's default limit is 32 KiB
 
 DWORD CALLBACK Append(DWORD_PTR target, BYTE* bytes, LONG size, LONG* taken) {
   reinterpret_cast<std::string*>(target)->append(reinterpret_cast<const char*>(bytes),

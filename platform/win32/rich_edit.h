@@ -8,11 +8,11 @@
 // The system's rich-text control, as a window.
 namespace tonadex::platform {
 
-// A new control, `style` added to WS_CHILD or, without a parent, a hidden window of its own.
-// nullptr when the system has none.
+// Creates the control, as a child of `parent` or, without one, as a hidden top-level window.
+// nullptr when the system has no such control.
 HWND MakeRichEdit(HWND parent, DWORD style);
 
-// The whole RTF source, and its replacement. False when the source is no RTF.
+// Gets and replaces the whole RTF source. False when the source is not RTF.
 std::string RichEditSource(HWND richEdit);
 bool SetRichEditSource(HWND richEdit, std::string_view source);
 

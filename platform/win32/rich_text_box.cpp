@@ -18,7 +18,7 @@ using core::ErrorNumber;
 using core::RunTimeError;
 
 constexpr int kTwipsPerInch = 1440;
-constexpr UINT kUtf16 = 1200;  // as a code page
+constexpr UINT kUtf16 = 1200;  // number of the code page
 
 class PrinterContext {
  public:
@@ -55,7 +55,7 @@ LONG TextLength(HWND control) {
       SendMessageW(control, EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&want), 0));
 }
 
-// Page after page; ends as well when the control does not get on, so that no printer runs empty.
+// Prints page by page; stops when the control makes no progress, which would print for ever.
 bool PrintPages(HWND control, const PrinterContext& printer) {
   FORMATRANGE range{};
   range.hdc = range.hdcTarget = printer.get();
@@ -74,7 +74,7 @@ bool PrintPages(HWND control, const PrinterContext& printer) {
     }
     next = reached;
   }
-  SendMessageW(control, EM_FORMATRANGE, FALSE, 0);  // drops what it cached
+  SendMessageW(control, EM_FORMATRANGE, FALSE, 0);  // frees its cache
   return good;
 }
 

@@ -6,7 +6,7 @@
 
 namespace tonadex::platform {
 
-// The sheet in a rich-text control that is never shown, and its way to the default printer.
+// A rich-text control that is never shown and prints on the default printer.
 class RichEditBox : public app::RichTextBox {
  public:
   RichEditBox() = default;
@@ -22,7 +22,7 @@ class RichEditBox : public app::RichTextBox {
  private:
   HWND Control();
 
-  HWND control_ = nullptr;  // made when first needed
+  HWND control_ = nullptr;  // created on first use
 };
 
 }  // namespace tonadex::platform

@@ -15,9 +15,9 @@ namespace tonadex::platform {
 namespace {
 
 constexpr wchar_t kHostClass[] = L"TonadexWeb";
-constexpr ULONGLONG kClickMs = 1000;  // within which a click may begin a navigation
+constexpr ULONGLONG kClickMs = 1000;  // longest time from a click to the navigation that it starts
 
-// A counted reference that lets go by itself.
+// An owning COM pointer.
 template <typename T>
 class Ref {
  public:
@@ -56,7 +56,7 @@ class Text {
 
 }  // namespace
 
-// What the control asks of the window that holds it.
+// The interfaces that the control requires of its host.
 struct WebControl::Site final : IOleClientSite,
                                 IOleInPlaceSite,
                                 IOleInPlaceFrame,
@@ -82,9 +82,8 @@ struct WebControl::Site final : IOleClientSite,
   Ref<IConnectionPoint> events;
   DWORD eventsCookie = 0;
   bool tried = false;
-  ULONGLONG clicked =
-      0;              // when the user last clicked or pressed Enter in the page, ms; 0 for never
-  bool ours = false;  // the navigation that begins is one that the program asked for
+  ULONGLONG clicked = 0;  // time of the last click or Enter in the page, ms; 0 for never
+  bool ours = false;      // the program asked for the navigation that is starting
   std::atomic<ULONG> references{1};
 
   // IUnknown
@@ -177,7 +176,7 @@ struct WebControl::Site final : IOleClientSite,
     *out = nullptr;
     return S_FALSE;
   }
-  // IDocHostShowUI: no box of a page's script blocks the window; a question is answered with no.
+  // IDocHostShowUI: suppresses message boxes of scripts; questions are answered with no.
   HRESULT STDMETHODCALLTYPE ShowMessage(HWND, LPOLESTR, LPOLESTR, DWORD kind, LPOLESTR, DWORD,
                                         LRESULT* result) override {
     *result = (kind & MB_TYPEMASK) == MB_OK ? IDOK : IDCANCEL;
@@ -215,7 +214,7 @@ HWND WebControl::Site::MakeHost(HWND parent) {
   kind.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   kind.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
   kind.lpszClassName = kHostClass;
-  RegisterClassW(&kind);  // again is no harm
+  RegisterClassW(&kind);  // fails harmlessly when registered already
   return CreateWindowExW(WS_EX_CONTROLPARENT, kHostClass, L"",
                          WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 0, 0, 1, 1, parent, nullptr,
                          kind.hInstance, nullptr);
@@ -277,7 +276,7 @@ void WebControl::Site::Make() {
     Drop();
     return;
   }
-  browser->put_Silent(VARIANT_TRUE);  // no box about a script's error
+  browser->put_Silent(VARIANT_TRUE);  // no boxes about script errors
   object->QueryInterface(IID_IOleInPlaceActiveObject, active.any());
   if (object->QueryInterface(IID_IConnectionPointContainer, points.any()) == S_OK &&
       points->FindConnectionPoint(DIID_DWebBrowserEvents2, events.out()) == S_OK) {
@@ -314,17 +313,17 @@ HRESULT WebControl::Site::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* argu
     return BeforeNavigate(*arguments);
   }
   if (id == DISPID_NEWWINDOW2 && arguments != nullptr && arguments->cArgs == 2) {
-    *arguments->rgvarg[0].pboolVal = VARIANT_TRUE;  // no window of its own
+    *arguments->rgvarg[0].pboolVal = VARIANT_TRUE;  // cancel: no new window
     TellThatAClickLeft();
   }
   if (id == DISPID_NAVIGATEERROR && arguments != nullptr && arguments->cArgs == 5 &&
       links == Links::kReport) {
-    *arguments->rgvarg[0].pboolVal = VARIANT_TRUE;  // no page of the system's in its place
+    *arguments->rgvarg[0].pboolVal = VARIANT_TRUE;  // cancel: no error page of the system
   }
   return S_OK;
 }
 
-// Once for each click: a page that jumps by itself would be loaded again and again.
+// Reports once per click: a page that navigates by itself would be reloaded for ever.
 void WebControl::Site::TellThatAClickLeft() {
   const ULONGLONG when = std::exchange(clicked, 0);
   if (when != 0 && GetTickCount64() - when <= kClickMs && links == Links::kReport && left) {
@@ -332,13 +331,13 @@ void WebControl::Site::TellThatAClickLeft() {
   }
 }
 
-// Arguments stand from last to first: [0] is Cancel, [6] the frame that navigates.
+// The arguments are in reverse order: [0] is Cancel, [6] the frame that navigates.
 HRESULT WebControl::Site::BeforeNavigate(DISPPARAMS& arguments) {
   Ref<IUnknown> frame, whole;
   if (links == Links::kFollow || arguments.rgvarg[6].pdispVal == nullptr ||
       arguments.rgvarg[6].pdispVal->QueryInterface(IID_IUnknown, frame.any()) != S_OK ||
       browser->QueryInterface(IID_IUnknown, whole.any()) != S_OK || frame.get() != whole.get()) {
-    return S_OK;  // a frame within the page
+    return S_OK;  // allow it: a followed link, or a frame within the page
   }
   if (std::exchange(ours, false)) {
     return S_OK;
@@ -352,7 +351,7 @@ WebControl::WebControl(HWND parent, Links links, std::function<void()> left)
     : site_(new Site(parent, links, std::move(left))) {}
 
 WebControl::~WebControl() {
-  SetWindowLongPtrW(site_->host, GWLP_USERDATA, 0);  // no harm when the window is gone already
+  SetWindowLongPtrW(site_->host, GWLP_USERDATA, 0);  // fails harmlessly when the window is gone
   site_->Drop();
   site_->left = nullptr;
   site_->Release();

@@ -8,16 +8,15 @@
 
 namespace tonadex::platform {
 
-// The system's web browser control in a window. Where the system has none, or the control cannot
-// show pages, nothing happens: every call is silent.
+// The system's web browser control in a window. Where the system lacks it, every call does nothing.
 class WebControl {
  public:
   enum class Links {
-    kFollow,  // the user may walk on from the page
-    kReport,  // leaving the page is stopped; once for each click that tried it `left` is called
+    kFollow,  // the user may follow links
+    kReport,  // links are not followed; `left` is called once per click on one
   };
 
-  // A child of `parent`, which owns it; the control itself is made with the first navigation.
+  // A child of `parent`, which owns it; the control itself is created by the first navigation.
   // COM must be initialised in this thread (OleInitialize).
   WebControl(HWND parent, Links links, std::function<void()> left = {});
   ~WebControl();
@@ -25,15 +24,15 @@ class WebControl {
   WebControl& operator=(const WebControl&) = delete;
 
   HWND window() const;
-  // Loads the address (Windows-1252), again when it is shown already.
+  // Loads the address (Windows-1252), also when it is shown already.
   void Navigate(std::string_view url);
-  // To be shown every message before it is dispatched, for the clicks in the page. Gives a
-  // keystroke to the page that has the focus; true when the page took it.
+  // Call with every message before dispatching it: notices clicks in the page and passes keystrokes
+  // to it when it has the focus; true when the page consumed one.
   bool Translate(MSG& message);
 
  private:
   struct Site;
-  Site* site_;  // counted by reference, like everything that the control holds
+  Site* site_;  // reference-counted COM object
 };
 
 }  // namespace tonadex::platform

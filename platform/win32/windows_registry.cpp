@@ -27,7 +27,7 @@ class Key {
   HKEY key_ = nullptr;
 };
 
-// The predefined keys are 32-bit numbers, extended with their sign.
+// The predefined keys are sign-extended 32-bit numbers.
 HKEY Root(std::uint32_t root) {
   return reinterpret_cast<HKEY>(static_cast<LONG_PTR>(static_cast<LONG>(root)));
 }
@@ -50,7 +50,7 @@ std::optional<app::RegistryValue> Load(HKEY root, const std::string& key, const 
           ERROR_SUCCESS) {
     return std::nullopt;
   }
-  // A little room: a text stored without its NUL may be given one.
+  // Room for the NUL that is added to a text stored without one.
   std::string data(std::size_t{size} + 2, '\0');
   size = static_cast<DWORD>(data.size());
   if (RegQueryValueExA(opened.get(), name.c_str(), nullptr, &type,

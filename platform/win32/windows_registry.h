@@ -5,8 +5,8 @@
 namespace tonadex::platform {
 
 // The system's registry. HKEY_CLASSES_ROOT is a merged view of the machine's and the user's
-// classes: where an ordinary user may not write into it, the user's own classes take the value.
-// Reading looks there as well, for systems that do not merge.
+// classes: where a user may not write to it, the value goes to the user's classes. Reading also
+// looks there, for systems that do not merge.
 class WindowsRegistry : public app::Registry {
  public:
   std::optional<app::RegistryValue> QueryValue(std::uint32_t root, std::string_view key,

@@ -61,6 +61,16 @@ int ErrorOf(Step step) {
   return 0;
 }
 
+// The number that the step gives, or "error 6" for a run-time failure.
+template <typename Step>
+std::string NumberOrError(Step step) {
+  try {
+    return std::to_string(step());
+  } catch (const core::RunTimeError& error) {
+    return "error " + std::to_string(static_cast<int>(error.number));
+  }
+}
+
 // "4D 54 68" for "MTh".
 inline std::string Hex(std::string_view bytes) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";

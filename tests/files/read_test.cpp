@@ -53,6 +53,13 @@ TEST(Read, KeepsToItsBound) {
   EXPECT_EQ(ReadWhole(folder / "f", bytes.size()), bytes);
   EXPECT_EQ(ReadWhole(folder / "f", bytes.size() - 1), std::nullopt);
   EXPECT_EQ(ReadHead(folder / "f", 99'995), bytes.substr(0, 99'995));
+  EXPECT_EQ(ReadShared(folder / "f", bytes.size()), bytes);
+  EXPECT_EQ(ReadShared(folder / "f", bytes.size() - 1), std::nullopt);
+  const auto head = ReadSharedHead(folder / "f", 4);
+  EXPECT_EQ(head->bytes + std::to_string(head->size), bytes.substr(0, 4) + "100000");
+  using namespace std::chrono;
+  last_write_time(folder / "f", last_write_time(folder / "f") + hours(1));
+  EXPECT_GT(ReadSharedHead(folder / "f", 4)->modified, head->modified);
   folder.Write("f", "");
   EXPECT_EQ(ReadWhole(folder / "f"), "");
   EXPECT_EQ(ReadMelodyLine(folder / "f"), "");
@@ -71,6 +78,7 @@ TEST(Read, RefusesAtOnceWhatIsNoRegularFile) {
 #endif
   for (const auto& file : refused) {
     EXPECT_EQ(ReadHead(file, 9), std::nullopt) << file;
+    EXPECT_EQ(ReadShared(file, 9), std::nullopt) << file;
     EXPECT_EQ(ErrorOf([&] { ReadBytes(file); }), 53) << file;
     EXPECT_EQ(ErrorOf([&] { ReadMelodyLine(file); }), 53) << file;
   }

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "formats/octave_range.h"
 #include "formats/tempo125.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
@@ -12,6 +13,7 @@ namespace tonadex::formats {
 namespace {
 
 using test::ErrorOf;
+using test::NumberOrError;
 
 struct BaseLength {
   std::string_view duration;
@@ -36,9 +38,7 @@ TEST(NoteLengthMs, IsTheNearestMillisecondAtEveryTempo) {
 
 TEST(NoteLengthMs, RoundsHalvesToEvenAndChecksItsInput) {
   for (const test::Row& row : test::Table("Note lengths")) {
-    int length = 0;
-    const int error = ErrorOf([&] { length = NoteLengthMs(row[0], row[1], row[2] == "yes"); });
-    EXPECT_EQ(error == 0 ? std::to_string(length) : "error " + std::to_string(error), row[3])
+    EXPECT_EQ(NumberOrError([&] { return NoteLengthMs(row[0], row[1], row[2] == "yes"); }), row[3])
         << row[0] << " at " << row[1];
   }
 }
@@ -73,6 +73,17 @@ TEST(RtttlAtTempo125, RewritesDurations) {
   for (const test::Row& row : test::Table("Tempo125 failures")) {
     core::RTTTLMelody melody = test::MelodyOf(row[0]);
     EXPECT_EQ(std::to_string(ErrorOf([&] { RtttlAtTempo125(melody); })), row[1]) << row[0];
+  }
+}
+
+TEST(OctaveRange, IsPlacedAroundTheTwoMostUsedOctaves) {
+  for (const test::Row& row : test::Table("Octave ranges")) {
+    core::RTTTLMelody melody = test::MelodyOf(row[0]);
+    const test::Boxes boxes;
+    EXPECT_EQ(NumberOrError([&] { return frmOctave{melody}.mGetOctaveRange("k", 2); }), row[1])
+        << row[0];
+    EXPECT_EQ(std::to_string(boxes.recorded.messages.size()), row[2].empty() ? "0" : row[2])
+        << row[0];
   }
 }
 

@@ -62,10 +62,7 @@ TEST(NoteNumber, EveryPitchInEveryOctave) {
 
 TEST(MidiDivision, FollowsTheTempo) {
   for (const test::Row& row : test::Table("Divisions")) {
-    int division = 0;
-    const int error = ErrorOf([&] { division = MidiDivision(row[0]); });
-    EXPECT_EQ(error == 0 ? std::to_string(division) : "error " + std::to_string(error), row[1])
-        << row[0];
+    EXPECT_EQ(test::NumberOrError([&] { return MidiDivision(row[0]); }), row[1]) << row[0];
   }
 }
 

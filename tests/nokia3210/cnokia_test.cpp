@@ -13,6 +13,7 @@
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "formats/nokia_composer.h"
+#include "nokia3210/phone_tables.h"
 #include "tests/core/table.h"
 
 namespace tonadex::nokia3210 {
@@ -67,7 +68,7 @@ TEST(CNokia, ReadsWhatIsTypedAndShowsWhatIsRead) {
   ExpectConverts(NoteKind::kComposer, "c4,8d8,e", "4c0 8d4 4e1", kOctaveLog);
 }
 
-TEST(ModNok, MapsOctavesAndKeys) {
+TEST(PhoneTables, MapsOctavesAndKeys) {
   ErrorLog log;
   std::string octaves;
   for (const std::string_view octave :

@@ -6,6 +6,8 @@
 
 #include "phones/conversion.h"
 #include "phones/formats.h"
+#include "phones/phone_description.h"
+#include "phones/phone_finder.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
@@ -86,6 +88,23 @@ TEST(PhoneFormats, WritersTellTheirOctavesApart) {
     const int count = FindFormat(row.model)->octaves.count + (row.code == "MOTI" ? 1 : 0);
     const std::size_t all = SavesFile(row.model) ? 1 : 8;
     EXPECT_EQ(results.size(), count == 0 ? all : static_cast<std::size_t>(count)) << row.model;
+  }
+}
+
+TEST(FindPhones, TakesLooseNames) {
+  for (const test::Row& row : test::Table("Phones")) {
+    std::string models;
+    for (const CatalogueRow& found : FindPhones(row[0])) {
+      models.append("[").append(found.model).append("]");
+    }
+    EXPECT_EQ(models, row[1]) << row[0];
+  }
+}
+
+TEST(PhoneDescription, NamesThePhoneAndWhatItGets) {
+  for (const test::Row& row : test::Table("Words")) {
+    EXPECT_EQ(core::ToUtf8(PhoneName(row[0])), row[1]);
+    EXPECT_EQ(core::ToUtf8(PhoneGets(row[0])), row[2]);
   }
 }
 

@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <functional>
 #include <optional>
 #include <thread>
 
 #include "platform/sound/fluid_sequencer.h"
+#include "tests/platform/environment.h"
 #include "tests/platform/rendered_sound.h"
 #include "tests/platform/sounding_melody.h"
 #include "tests/support/temp_folder.h"
@@ -27,13 +27,6 @@ class LiveSoundTest : public testing::Test {
         0);
     EXPECT_EQ(sequencer->SendString("play mR2M notify"), 0);
   }
-  static bool Eventually(const std::function<bool()>& condition) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition() && std::chrono::steady_clock::now() < end) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return condition();
-  }
   // Everything heard, from the first sound on.
   std::vector<double> Heard() const {
     std::vector<double> samples = test::ReadSamples(folder / "heard.raw", 0);
@@ -48,9 +41,9 @@ class LiveSoundTest : public testing::Test {
 
 TEST_F(LiveSoundTest, NotesComeInTimeWithThePosition) {
   Play("x:d=8,o=5,b=100:c,e,g");  // ten ticks of 31.25 ms each
-  ASSERT_TRUE(Eventually([&] { return sequencer->PositionMs().value_or(0) >= 1100; }));
+  ASSERT_TRUE(test::Eventually([&] { return sequencer->PositionMs().value_or(0) >= 1100; }));
   // Again where a busy machine lets the one wait for the other.
-  EXPECT_TRUE(Eventually([&] {
+  EXPECT_TRUE(test::Eventually([&] {
     const double position = sequencer->PositionMs().value();
     return std::abs(test::LengthMs(Heard()) - position) < 150;
   }));
@@ -66,7 +59,7 @@ TEST_F(LiveSoundTest, NotesComeInTimeWithThePosition) {
 
 TEST_F(LiveSoundTest, CloseSilencesAtOnce) {
   Play("x:d=1,o=5,b=60:c,c,c");
-  EXPECT_TRUE(Eventually([&] { return test::Loudness(Heard(), 100, 200) > 0.01; }));
+  EXPECT_TRUE(test::Eventually([&] { return test::Loudness(Heard(), 100, 200) > 0.01; }));
   EXPECT_FALSE(sequencer->IsSilent());
   EXPECT_EQ(sequencer->SendString("close mR2M"), 0);
   const double heard = test::LengthMs(Heard());

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
 #include <thread>
 
 #include "platform/sound/fluid_sequencer.h"
@@ -17,17 +16,6 @@ using Clock = std::chrono::steady_clock;
 
 double MsSince(Clock::time_point begun) {
   return std::chrono::duration<double, std::milli>(Clock::now() - begun).count();
-}
-
-bool WaitFor(const std::function<bool()>& condition) {
-  const Clock::time_point begun = Clock::now();
-  while (!condition()) {
-    if (MsSince(begun) > 30'000) {
-      return false;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
-  }
-  return true;
 }
 
 class FluidSequencerTest : public testing::Test {
@@ -68,7 +56,7 @@ TEST_F(FluidSequencerTest, WithoutSoundTheClockStandsInAndNothingIsPrinted) {
       EXPECT_EQ(sequencer.SendString(OpenCommand(file.string())), 0);
       EXPECT_EQ(sequencer.PositionMs(), std::nullopt);
       EXPECT_EQ(sequencer.SendString("play mR2M notify"), 0);
-      EXPECT_TRUE(WaitFor([&] { return sequencer.PositionMs() > 50; }));
+      EXPECT_TRUE(test::Eventually([&] { return sequencer.PositionMs() > 50; }));
       EXPECT_TRUE(sequencer.IsSilent());
       const Clock::time_point begun = Clock::now();
       const double before = sequencer.PositionMs().value();
@@ -95,7 +83,7 @@ TEST_F(FluidSequencerTest, TheUsualDriversNeitherHangNorPrint) {
     FluidSequencer sequencer;
     sequencer.SendString(OpenCommand(file.string()));
     sequencer.SendString("play mR2M notify");
-    EXPECT_TRUE(WaitFor([&] { return sequencer.PositionMs() > 20; }));
+    EXPECT_TRUE(test::Eventually([&] { return sequencer.PositionMs() > 20; }));
   }
   EXPECT_LT(MsSince(begun), 10'000);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
@@ -108,7 +96,7 @@ TEST_F(FluidSequencerTest, OrdersNeverWait) {
     for (const std::string& command :
          {OpenCommand(file.string()), std::string("play mR2M notify"), std::string("close mR2M")}) {
       if (i % 4 == 0 && command.starts_with("close")) {
-        ASSERT_TRUE(WaitFor([&] { return sequencer.PositionMs() > 0; }));
+        ASSERT_TRUE(test::Eventually([&] { return sequencer.PositionMs() > 0; }));
       }
       const Clock::time_point begun = Clock::now();
       ASSERT_EQ(sequencer.SendString(command), 0) << command;

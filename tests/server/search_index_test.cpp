@@ -94,6 +94,9 @@ TEST(SearchIndex, BoundsItsQueries) {
   }
   EXPECT_EQ(index.Search(longest + "zz", 9).size(), 1u);
   EXPECT_EQ(index.Search(longest.substr(4) + "zz", 9).size(), 0u);
+  bool looked = false;
+  index.Search("a%62", 9, [&] { return looked = true; });
+  EXPECT_FALSE(looked) << "blocks were read for a byte that no name holds";
 }
 
 // An index that searches use is copied to add to it; the copy shares all blocks but one.

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -163,15 +164,23 @@ TEST(ServerProgram, LosesNothingAcknowledgedWhenKilledAndServesNothingHalf) {
   }
   EXPECT_GE(rows.size(), acknowledged.size());
   for (const auto& entry : std::filesystem::directory_iterator(home / "servidor")) {
-    EXPECT_FALSE(entry.path().filename().string().starts_with(".subida")) << entry.path();
+    EXPECT_FALSE(entry.path().filename().string().starts_with(".tdx-")) << entry.path();
   }
 }
 
 TEST(ServerProgram, EndsCleanlyAndKeepsItsFolderToItself) {
   const TempFolder home;
+  const string unfinished[] = {"servidor/.tdx-" + string(32, 'f'), "servidor/.subida-1"};
+  for (const string& file : unfinished) {
+    home.Write(file, "of a program that was killed");
+  }
+  ASSERT_EQ(::mkfifo((home / "servidor/.puerto").c_str(), 0600), 0);  // nobody waits for it
   Program program(home);
   const std::uint16_t port = WaitForPort(home);
   ASSERT_NE(port, 0);
+  for (const string& file : unfinished) {
+    EXPECT_FALSE(std::filesystem::exists(home / file)) << file;
+  }
   EXPECT_EQ(Ask(port, "/azar.php"), "200 ");
   EXPECT_EQ(Program(home).Wait(), 1);
   EXPECT_EQ(Ask(port, "/mini.php?version=1").substr(0, 4), "200 ");

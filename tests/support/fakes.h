@@ -17,6 +17,7 @@
 #include "app/web_view.h"
 #include "core/runtime_error.h"
 #include "files/paths.h"
+#include "files/read.h"
 #include "midi/sequencer.h"
 #include "net/http.h"
 
@@ -135,7 +136,7 @@ class FakeWebViews : public app::WebViews {
 // Reads the template from disk and keeps what is printed.
 class FakeRichTextBox : public app::RichTextBox {
  public:
-  void LoadFile(const std::filesystem::path& file) override;
+  void LoadFile(const std::filesystem::path& file) override { source = files::ReadBytes(file); }
   std::string TextRTF() const override { return source; }
   void SetTextRTF(std::string_view newSource) override { source = newSource; }
   void SelPrint() override {

@@ -5,7 +5,7 @@
 
 namespace tonadex::formats {
 
-// The number key of a note letter on Nokia and Samsung phones, c "1" to b "7"; 0 for another.
+// The number key of a note letter on Nokia and Samsung phones, c "1" to b "7"; NUL for another.
 constexpr char NoteKey(char letter) {
   constexpr std::string_view kLetters = "cdefgab";
   const std::size_t at = kLetters.find(letter);

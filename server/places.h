@@ -7,15 +7,17 @@
 
 namespace tonadex::server {
 
+// Kept while something is used, and given back when the last copy goes.
+using Place = std::shared_ptr<const void>;
+
 // How many connections or requests one address may have at the same time. Safe to use from several
 // threads; must outlive the places taken.
-class AddressLimit {
+class Places {
  public:
-  explicit AddressLimit(int most) : most_(most) {}
+  explicit Places(int most) : most_(most) {}
 
-  // A place for one more of this address, given back when the pointer goes; null when there is
-  // none.
-  std::shared_ptr<const void> Take(const std::string& address);
+  // Null when the address has all of its places. Without an address all callers share them.
+  Place Take(const std::string& address = {});
 
  private:
   void GiveBack(const std::string& address);

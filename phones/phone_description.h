@@ -3,15 +3,15 @@
 #include <string>
 #include <string_view>
 
-// The chosen phone in words.
+// Short Spanish descriptions of the chosen phone.
 namespace tonadex::phones {
 
 // For the navigation row: "Nokia 3210, 3310, 3330 …", "Kyocera KWS"; "Elige tu móvil" when the
-// text is no model of the catalogue.
+// catalogue lacks the model.
 std::string PhoneName(std::string_view model);
 
-// What this phone gets: "Pulsaciones para el compositor, hasta 50 notas, tres octavas."; an
-// invitation to choose when the text is no model of the catalogue.
+// The result for this phone: "Pulsaciones para el compositor, hasta 50 notas, tres octavas."; an
+// invitation to choose when the catalogue lacks the model.
 std::string PhoneGets(std::string_view model);
 
 }  // namespace tonadex::phones

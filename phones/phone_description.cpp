@@ -1,4 +1,4 @@
-#include "phones/phone_words.h"
+#include "phones/phone_description.h"
 
 #include <array>
 
@@ -15,7 +15,7 @@ using namespace core::literals;
 constexpr std::string_view kChoose = u8"Elige tu móvil"_w;
 constexpr std::string_view kChooseSentence =
     u8"Elige la marca y el modelo de tu móvil, o el formato que admite."_w;
-constexpr std::size_t kNamedModels = 2;  // of a list of models, then "…"
+constexpr std::size_t kNamedModels = 2;  // shown of a list of models, before "…"
 
 // "3210,3310,3330" gives "3210, 3310 …"; a format entry stays as it is.
 std::string ShortModel(std::string_view model) {

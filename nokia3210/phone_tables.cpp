@@ -1,4 +1,4 @@
-#include "nokia3210/mod_nok.h"
+#include "nokia3210/phone_tables.h"
 
 #include <algorithm>
 #include <array>
@@ -26,20 +26,11 @@ constexpr std::array<OctaveRow, 8> kOctaves = {{
     {"8", "4", "RTTTL Octave 8 is not a valid octave and is not supported by the Nokia 3210."},
 }};
 
+constexpr std::string_view kGetOctaveSource = "modNok.GetOctave";
 constexpr std::string_view kKeyNotes = "-cdefgab";  // position = key
 constexpr std::string_view kKeys = "01234567";
 
 }  // namespace
-
-void ErrorLog::AddError(std::string_view source, std::string_view message) {
-  if (!text_.empty()) {
-    text_ += '\r';
-  }
-  text_ += '[';
-  text_ += source;
-  text_ += "] ";
-  text_ += message;
-}
 
 std::string_view GetOctave(std::string_view octave, ErrorLog& log) {
   const auto* row = std::ranges::find(kOctaves, octave, &OctaveRow::octave);

@@ -1,8 +1,8 @@
-#include "server/address_limit.h"
+#include "server/places.h"
 
 namespace tonadex::server {
 
-std::shared_ptr<const void> AddressLimit::Take(const std::string& address) {
+Place Places::Take(const std::string& address) {
   {
     const std::lock_guard lock(mutex_);
     int& taken = taken_[address];
@@ -14,7 +14,7 @@ std::shared_ptr<const void> AddressLimit::Take(const std::string& address) {
   return {this, [this, address](const void*) { GiveBack(address); }};
 }
 
-void AddressLimit::GiveBack(const std::string& address) {
+void Places::GiveBack(const std::string& address) {
   const std::lock_guard lock(mutex_);
   const auto entry = taken_.find(address);
   if (--entry->second == 0) {

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/context.h"
+
+namespace tonadex::cli {
+
+// What was typed for the chosen command, in UTF-8; each command has some of these (run.cpp).
+struct Arguments {
+  std::optional<std::string> phone, model, output;
+  std::string file, row, brand, wav, pdf, printer, server, folder;
+  std::vector<std::string> words;  // files, search words or melody names
+  bool allModels = false, json = false, lines = false, resultOnly = false;
+
+  bool HasOnePhone() const { return phone.has_value() != model.has_value(); }
+};
+
+// The commands. What ends one is thrown as a Failure; what concerns one of several files is
+// reported and kept in the exit code.
+void ListModels(Context& context, const Arguments& arguments);
+void Convert(Context& context, const Arguments& arguments);
+void Check(Context& context, const Arguments& arguments);
+void SaveMidi(Context& context, const Arguments& arguments);
+void PlayFile(Context& context, const Arguments& arguments);
+void Search(Context& context, const Arguments& arguments);
+void ListRandom(Context& context, const Arguments& arguments);
+void Download(Context& context, const Arguments& arguments);
+void Upload(Context& context, const Arguments& arguments);
+void Print(Context& context, const Arguments& arguments);
+
+// The model that --telefono or --modelo means, Windows-1252; any text of --modelo is given as it
+// is. Throws Failure, with the candidates, when the name of --telefono means no model or several.
+std::string ChosenModel(const Arguments& arguments);
+
+}  // namespace tonadex::cli
