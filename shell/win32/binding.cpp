@@ -162,12 +162,7 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
     case Look::kComboBox:
       return DrawComboBox(bound.window, control);
     case Look::kDisplay:
-      bound.display->SetInvitation(control.invitation);
-      if (control.value != 0) {
-        bound.display->SetPixelSize(control.value);
-      }
-      return bound.display->SetResult(control.text, form.ResultGroupsShown(),
-                                      form.ResultIsKeyPresses());
+      return bound.display->Draw(control, form.ResultGroupsShown(), form.ResultIsKeyPresses());
     case Look::kDrawing:
       return bound.view->SetDrawing(form.*bound.info->drawing,
                                     platform::ToWide(control.invitation));

@@ -23,6 +23,8 @@ struct DisplayText {
   std::vector<TextRange> groups;    // in `text`, in order
   std::vector<TextRange> held;      // set heavier
   std::vector<TextRange> margin;    // the numbers at the lines' beginnings
+
+  friend bool operator==(const DisplayText&, const DisplayText&) = default;
 };
 
 // Lays the groups out in lines of at most `columns` characters. `counted` puts the number of a

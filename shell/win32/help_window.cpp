@@ -191,6 +191,8 @@ std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data
       return 0;
     case WM_DRAWITEM:
       return ReflectDraw(data);
+    case WM_CTLCOLORBTN:
+      return reinterpret_cast<LRESULT>(theme_.windowBrush.get());
     case WM_CTLCOLORLISTBOX:
     case WM_CTLCOLOREDIT:
       SetTextColor(reinterpret_cast<HDC>(wide), theme_.colours.text);

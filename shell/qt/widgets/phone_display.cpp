@@ -13,9 +13,8 @@
 namespace tonadex::shell {
 namespace {
 
-constexpr QChar kBreakHere(0x200B);                 // no width: a line may end here
-constexpr QChar kKeepTogether(0xA0);                // a blank that no line ends at
-constexpr int kSmallestFit = 20, kLargestFit = 30;  // pixels, where nobody has chosen
+constexpr QChar kBreakHere(0x200B);   // no width: a line may end here
+constexpr QChar kKeepTogether(0xA0);  // a blank that no line ends at
 
 // The document's text is built from the result's: breaks are allowed between neighbouring groups
 // and forbidden within them. `origin` maps back, so that copying gives the result itself.

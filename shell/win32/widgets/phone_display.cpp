@@ -15,35 +15,12 @@ namespace tonadex::shell {
 namespace {
 
 constexpr int kPadding = 10;
+constexpr int kLineHeight = 140;  // percent of the type's size
 
-void AppendEscaped(std::string& source, std::string_view text) {
-  constexpr std::string_view kHex = "0123456789abcdef";
-  for (const char c : text) {
-    const auto code = static_cast<unsigned char>(c);
-    if (c == '\\' || c == '{' || c == '}') {
-      source += '\\';
-      source += c;
-    } else if (c == '\n') {
-      source += "\\par ";
-    } else if (code >= 0x80) {
-      source += "\\'";
-      source += kHex[code >> 4];
-      source += kHex[code & 15];
-    } else {
-      source += c;
-    }
-  }
+Font DisplayFont(const Theme& theme, int pixels) {
+  return Font(CreateFontW(-theme.Px(pixels), 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                          0, 0, 0, FIXED_PITCH, theme.monoName.c_str()));
 }
-
-std::string ColourEntry(COLORREF colour) {
-  return "\\red" + std::to_string(GetRValue(colour)) + "\\green" +
-         std::to_string(GetGValue(colour)) + "\\blue" + std::to_string(GetBValue(colour)) + ";";
-}
-
-struct Change {
-  std::size_t at;
-  std::string_view words;
-};
 
 }  // namespace
 
@@ -61,91 +38,83 @@ PhoneDisplay::PhoneDisplay(HWND parent, int id, const Theme& theme)
 void PhoneDisplay::ThemeChanged() {
   SendMessageW(window_, EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(theme_.colours.displayGround));
   ApplyTheme(window_, theme_);
-  columns_ = 0;
-  LayOut();
+  Show();
 }
 
-void PhoneDisplay::SetResult(const std::string& text, std::vector<app::ResultGroup> groups,
-                             bool counted) {
-  if (text == result_ && groups == groups_ && counted == counted_) {
-    return;
-  }
-  result_ = text;
+void PhoneDisplay::Draw(const app::Control& control, std::vector<app::ResultGroup> groups,
+                        bool counted) {
+  result_ = control.text;
+  invitation_ = control.invitation;
   groups_ = std::move(groups);
   counted_ = counted && !groups_.empty();
-  columns_ = 0;
+  wanted_ = control.value;
   LayOut();
 }
 
-void PhoneDisplay::SetInvitation(const std::string& invitation) {
-  if (invitation != invitation_) {
-    invitation_ = invitation;
-    columns_ = 0;
-    LayOut();
-  }
-}
-
-void PhoneDisplay::SetPixelSize(int pixels) {
-  pixels_ = std::clamp(pixels, kSmallestType, kLargestType);
-  columns_ = 0;
-  LayOut();
-}
-
-std::size_t PhoneDisplay::Columns() const {
-  RECT area{};
-  GetClientRect(window_, &area);
-  const Font font(CreateFontW(-theme_.Px(pixels_), 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE,
-                              DEFAULT_CHARSET, 0, 0, 0, FIXED_PITCH, theme_.monoName.c_str()));
+DisplayText PhoneDisplay::LaidOut(int pixels, int width) const {
   constexpr int kSample = 50;
-  const int sample = std::max(1, TextWidth(font.get(), std::wstring(kSample, L'0')));
-  const int width = area.right - 2 * theme_.Px(kPadding);
-  return static_cast<std::size_t>(std::max(8, width * kSample / sample - 1));
+  const int sample = TextWidth(DisplayFont(theme_, pixels).get(), std::wstring(kSample, L'0'));
+  const auto columns = static_cast<std::size_t>(std::max(8, width * kSample / sample - 1));
+  return result_.empty()
+             ? LayOutDisplay(invitation_, app::ResultGroups(invitation_), false, columns)
+             : LayOutDisplay(result_, groups_, counted_, columns);
 }
 
 void PhoneDisplay::LayOut() {
   RECT area{};
   GetClientRect(window_, &area);
-  RECT inner = area;
-  InflateRect(&inner, -theme_.Px(kPadding), -theme_.Px(kPadding));
-  SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&inner));
-  const std::size_t columns = Columns();
-  if (columns == columns_) {
-    return;
+  InflateRect(&area, -theme_.Px(kPadding), -theme_.Px(kPadding));
+  const bool fits = wanted_ == 0 && !result_.empty();
+  int pixels = fits ? kLargestFit : wanted_ != 0 ? wanted_ : kSmallestFit;
+  DisplayText shown = LaidOut(pixels, area.right - area.left);
+  while (fits && pixels > kSmallestFit &&
+         (std::ranges::count(shown.text, '\n') + 1) * theme_.Px(pixels * kLineHeight / 100) >
+             area.bottom - area.top) {
+    pixels -= 2;
+    shown = LaidOut(pixels, area.right - area.left);
   }
-  columns_ = columns;
-  const bool empty = result_.empty();
-  shown_ = empty ? LayOutDisplay(invitation_, app::ResultGroups(invitation_), false, columns)
-                 : LayOutDisplay(result_, groups_, counted_, columns);
-  platform::SetRichEditSource(window_, Source());
-  SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&inner));
+  if (pixels != pixels_ || shown != shown_) {
+    pixels_ = pixels;
+    shown_ = std::move(shown);
+    Show();
+  }
+  SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&area));
 }
 
-std::string PhoneDisplay::Source() const {
-  std::vector<Change> changes;
+void PhoneDisplay::Format(TextRange range, DWORD mask, COLORREF colour) {
+  const CHARRANGE selection{static_cast<LONG>(range.from), static_cast<LONG>(range.to)};
+  SendMessageW(window_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+  CHARFORMAT2W format{};
+  format.cbSize = sizeof format;
+  format.dwMask = mask;
+  format.dwEffects = (mask & (CFM_BOLD | CFM_FACE)) == CFM_BOLD ? CFE_BOLD : 0;
+  format.crTextColor = colour;
+  format.yHeight = pixels_ * 15;  // a pixel at 96 dpi is so many twips
+  format.bPitchAndFamily = FIXED_PITCH | FF_MODERN;
+  lstrcpynW(format.szFaceName, theme_.monoName.c_str(), LF_FACESIZE);
+  SendMessageW(window_, EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+}
+
+void PhoneDisplay::Show() {
+  SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
+  SetWindowTextW(window_, platform::ToWide(shown_.text).c_str());
+  Format({0, shown_.text.size()}, CFM_FACE | CFM_SIZE | CFM_COLOR | CFM_BOLD,
+         theme_.colours.displayInk);
+  PARAFORMAT2 lines{};
+  lines.cbSize = sizeof lines;
+  lines.dwMask = PFM_LINESPACING;
+  lines.bLineSpacingRule = 5;  // in twentieths of a line
+  lines.dyLineSpacing = 23;
+  SendMessageW(window_, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&lines));
   for (const TextRange& range : shown_.held) {
-    changes.push_back({range.from, "\\b "});
-    changes.push_back({range.to, "\\b0 "});
+    Format(range, CFM_BOLD, 0);
   }
   for (const TextRange& range : shown_.margin) {
-    changes.push_back({range.from, "\\cf2 "});
-    changes.push_back({range.to, "\\cf1 "});
+    Format(range, CFM_COLOR, theme_.colours.displayFaint);
   }
-  std::ranges::stable_sort(changes, {}, &Change::at);
-
-  // Half points: a pixel at 96 dpi is one and a half of them.
-  std::string source = "{\\rtf1\\ansi\\ansicpg1252{\\fonttbl{\\f0\\fmodern\\fprq1 " +
-                       platform::FromWide(theme_.monoName) + ";}}{\\colortbl;" +
-                       ColourEntry(theme_.colours.displayInk) +
-                       ColourEntry(theme_.colours.displayFaint) + "}\\f0\\b0\\cf1\\fs" +
-                       std::to_string(pixels_ * 3 / 2) + "\\sl276\\slmult1 ";
-  std::size_t at = 0;
-  for (const Change& change : changes) {
-    AppendEscaped(source, std::string_view(shown_.text).substr(at, change.at - at));
-    source += change.words;
-    at = change.at;
-  }
-  AppendEscaped(source, std::string_view(shown_.text).substr(at));
-  return source + "}";
+  SendMessageW(window_, EM_SETSEL, 0, 0);
+  SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(window_, nullptr, TRUE);
 }
 
 std::optional<LRESULT> PhoneDisplay::Handle(UINT message, WPARAM wide) {

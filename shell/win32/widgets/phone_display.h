@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "app/controls.h"
 #include "shell/win32/display_layout.h"
 #include "shell/win32/theme.h"
 
@@ -18,32 +19,27 @@ class PhoneDisplay {
   PhoneDisplay(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
-  // `counted`: groups are keys to press, numbered at the margin.
-  void SetResult(const std::string& text, std::vector<app::ResultGroup> groups, bool counted);
-  // What it says while there is no result.
-  void SetInvitation(const std::string& invitation);
-  // Device-independent, kSmallestType to kLargestType.
-  void SetPixelSize(int pixels);
-  int PixelSize() const { return pixels_; }
+  // The control's text in its groups; `counted`: they are keys to press, numbered at the margin.
+  void Draw(const app::Control& control, std::vector<app::ResultGroup> groups, bool counted);
+  int PixelSize() const { return pixels_; }  // device-independent
   void ThemeChanged();
-  // The result itself, as "Copiar" gives it.
-  const std::string& Text() const { return result_; }
 
  private:
   std::optional<LRESULT> Handle(UINT message, WPARAM wide);
   void LayOut();
-  std::size_t Columns() const;
-  std::string Source() const;
+  void Show();
+  void Format(TextRange range, DWORD mask, COLORREF colour);
+  DisplayText LaidOut(int pixels, int width) const;
   void MarkGroup(int step);
   void CopySelection() const;
 
   HWND window_;
   const Theme& theme_;
-  int pixels_ = 20;
   std::string result_, invitation_;
   std::vector<app::ResultGroup> groups_;
   bool counted_ = false;
-  std::size_t columns_ = 0;  // of the present layout
+  int wanted_ = 0;  // size of the type, 0 for what fits
+  int pixels_ = kSmallestFit;
   DisplayText shown_;
 };
 
