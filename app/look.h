@@ -22,9 +22,8 @@ inline constexpr int kFollowMs = 30;    // between two looks at where a melody s
 inline constexpr int kCopiedMs = 1500;  // how long the button says so
 inline constexpr int kHoldMs = 600;     // as long as a phone takes a key for held
 
-// The display's type, px: what the user may choose, and the program while he has not.
+// The display's type, px.
 inline constexpr int kSmallestType = 16, kLargestType = 40;
-inline constexpr int kSmallestFit = 20, kLargestFit = 30;
 
 using Rgb = std::uint32_t;  // 0xRRGGBB
 

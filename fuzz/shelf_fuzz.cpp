@@ -65,7 +65,7 @@ bool Matches(const std::string& line, const std::vector<std::string>& words) {
 std::vector<std::string> Words(std::string_view query) {
   std::vector<std::string> words;
   std::string word;
-  for (const char c : server::Fold(query.substr(0, server::kMaxSearchBytes)) + ' ') {
+  for (const char c : core::Fold(query.substr(0, server::kMaxSearchBytes)) + ' ') {
     if (core::Code(c) > ' ') {
       word += c;
     } else {
@@ -100,7 +100,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             "a name that is not its parts");
     const std::string description = server::Description(contents, name->stem);
     CheckRecord(description, fileName);
-    if (Matches(server::Fold(description) + ' ' + server::Fold(name->stem), words)) {
+    if (Matches(core::Fold(description) + ' ' + core::Fold(name->stem), words)) {
       expected.insert(expected.begin(), static_cast<std::uint32_t>(index.size()));
     }
     index.Add(description, fileName);

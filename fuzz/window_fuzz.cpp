@@ -58,9 +58,10 @@ std::string WithoutBlanks(std::string_view text) {
 void CheckResult(const app::Form1& form) {
   std::string joined;
   for (const app::ResultGroup& group : form.ResultGroupsShown()) {
-    Require(group.heldFrom <= group.heldTo && group.heldTo <= group.text.size(),
+    Require(group.held.empty() ||
+                (group.text.from <= group.held.from && group.held.to <= group.text.to),
             "keys held outside their group");
-    joined += group.text;
+    joined += form.textresultado.text.substr(group.text.from, group.text.to - group.text.from);
   }
   Require(WithoutBlanks(joined) == WithoutBlanks(form.textresultado.text), "a torn result");
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <system_error>
 
 #include "core/runtime_error.h"
 #include "core/text.h"
@@ -58,7 +59,15 @@ std::filesystem::path SafePath(const std::filesystem::path& folder, std::string_
 }
 
 void StoreFile(const std::filesystem::path& folder, std::string_view name, std::string_view bytes) {
-  files::WriteBytes(SafePath(folder, name), bytes);
+  const std::filesystem::path file = SafePath(folder, name);
+  std::error_code unknown;
+  if (const auto before = std::filesystem::status(file, unknown);
+      exists(before) && !is_regular_file(before)) {  // a pipe would be waited for
+    throw core::RunTimeError(
+        core::ErrorNumber::kDeviceFailure,
+        std::string(u8"no es un fichero corriente «"_w) + std::string(name) + std::string(u8"»"_w));
+  }
+  files::WriteBytes(file, bytes);
 }
 
 }  // namespace tonadex::net

@@ -18,8 +18,8 @@ bool IsSafeFileName(std::string_view name);
 // folder / name. Errors: core::RunTimeError (kInvalidArgument) for an unsafe name.
 std::filesystem::path SafePath(const std::filesystem::path& folder, std::string_view name);
 
-// Writes folder / name through files::WriteBytes. Errors: invalid argument for an unsafe name,
-// device failure.
+// Writes folder / name, whole or not at all. Errors: invalid argument for a refused name, device
+// failure, also where something stands that is no ordinary file.
 void StoreFile(const std::filesystem::path& folder, std::string_view name, std::string_view bytes);
 
 }  // namespace tonadex::net

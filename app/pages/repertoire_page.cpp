@@ -10,6 +10,7 @@
 #include "app/form1.h"
 #include "app/layout.h"
 #include "app/print_sheet.h"
+#include "app/result_file_name.h"
 #include "app/words.h"
 #include "core/melody_file.h"
 #include "core/message_box.h"
@@ -162,7 +163,8 @@ std::vector<ResultGroup> RepertoirePage::ResultGroupsShown() const {
 }
 
 bool RepertoirePage::ResultIsKeyPresses() const {
-  return IsKeyPresses(resultModel_);
+  const phones::Format* format = phones::FindFormat(resultModel_);
+  return format != nullptr && format->kind == phones::Kind::kKeys;
 }
 
 void RepertoirePage::copyButton_Click() {

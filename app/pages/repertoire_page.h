@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "app/melody_drawing.h"
+#include "app/display_layout.h"
+#include "app/melody_notes.h"
 #include "app/pages/page.h"
-#include "app/result_groups.h"
 
 namespace tonadex::app {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/melody_drawing.h"
+#include "app/melody_notes.h"
 #include "app/pages/page.h"
 #include "app/rtttl_check.h"
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/inicio.h"
-#include "app/melody_picture.h"
+#include "app/melody_layout.h"
 
 class QLabel;
 class QTimer;

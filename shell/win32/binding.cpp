@@ -162,7 +162,12 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
     case Look::kComboBox:
       return DrawComboBox(bound.window, control);
     case Look::kDisplay:
-      return bound.display->Draw(control, form.ResultGroupsShown(), form.ResultIsKeyPresses());
+      bound.display->SetInvitation(control.invitation);
+      if (control.value != 0 && control.value != bound.display->PixelSize()) {
+        bound.display->SetPixelSize(control.value);
+      }
+      return bound.display->SetResult(control.text, form.ResultGroupsShown(),
+                                      form.ResultIsKeyPresses());
     case Look::kDrawing:
       return bound.view->SetDrawing(form.*bound.info->drawing,
                                     platform::ToWide(control.invitation));
@@ -289,6 +294,8 @@ void Binding::CopyIn() {
       control.cursor = end;
     } else if (look == Look::kComboBox) {
       control.SetText(std::string(control.text));
+    } else if (look == Look::kDisplay) {
+      control.value = bound.display->ChosenPixelSize();
     } else if (look == Look::kSlider) {
       control.value = static_cast<int>(SendMessageW(bound.window, TBM_GETPOS, 0, 0));
     } else if (bound.list != nullptr && bound.list->Selected() != control.listIndex) {

@@ -5,11 +5,9 @@
 #include <richedit.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "app/words.h"
-#include "core/runtime_error.h"
-#include "files/paths.h"
-#include "files/read.h"
 #include "platform/win32/rich_edit.h"
 #include "platform/win32/wide_text.h"
 #include "rtf/rtf_reader.h"
@@ -21,20 +19,52 @@
 namespace tonadex::shell {
 namespace {
 
-using namespace core::literals;
-
 constexpr wchar_t kClass[] = L"TonadexAyuda";
-constexpr int kWidth = 960, kHeight = 700, kContentsWidth = 260;
-enum Id : int { kSearchId = 1, kNextId, kPreviousId, kContentsId, kTextId };
+constexpr int kWidth = 960, kHeight = 700, kContentsWidth = 260, kHitsWidth = 96;
+enum Id : int { kSearchId = 1, kHitsId, kContentsId, kTextId, kFirstButtonId };
 
 constexpr std::string_view kSearchWords = "Buscar en la ayuda";
-constexpr std::string_view kNext = "&Siguiente", kPrevious = "&Anterior";
 constexpr std::string_view kContentsWords = "Contenido";
-constexpr std::string_view kNoHelp = u8"No se puede mostrar la ayuda. Falta el fichero "_w;
 constexpr std::string_view kDeeper = "    ";
 
-std::string PlainPage(const std::string& words) {
-  return "{\\rtf1\\ansi\\ansicpg1252{\\fonttbl{\\f0 Segoe UI;}}\\f0\\fs22 " + words + "}";
+// The text as the control counts its characters.
+std::wstring DrawnText(HWND richEdit) {
+  GETTEXTLENGTHEX length{GTL_NUMCHARS, 1200};
+  const auto size =
+      SendMessageW(richEdit, EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&length), 0);
+  std::wstring text(static_cast<std::size_t>(size) + 1, L'\0');
+  GETTEXTEX wanted{static_cast<DWORD>(text.size() * sizeof(wchar_t)), GT_DEFAULT, 1200, nullptr,
+                   nullptr};
+  text.resize(static_cast<std::size_t>(SendMessageW(richEdit, EM_GETTEXTEX,
+                                                    reinterpret_cast<WPARAM>(&wanted),
+                                                    reinterpret_cast<LPARAM>(text.data()))));
+  return text;
+}
+
+bool Down(int key) {
+  return GetKeyState(key) < 0;
+}
+
+// What a key does while Ctrl, Alt and Shift are as they are.
+std::optional<app::HelpCommand> CommandOf(WPARAM key, bool searching) {
+  using app::HelpCommand;
+  if (key == VK_F3 || (key == VK_RETURN && searching)) {
+    return Down(VK_SHIFT) ? HelpCommand::kPrevious : HelpCommand::kNext;
+  }
+  if (Down(VK_MENU) && (key == VK_LEFT || key == VK_RIGHT)) {
+    return key == VK_LEFT ? HelpCommand::kBack : HelpCommand::kForward;
+  }
+  if (Down(VK_CONTROL) && (key == VK_OEM_PLUS || key == VK_ADD)) {
+    return HelpCommand::kLarger;
+  }
+  if (Down(VK_CONTROL) && (key == VK_OEM_MINUS || key == VK_SUBTRACT)) {
+    return HelpCommand::kSmaller;
+  }
+  return Down(VK_CONTROL) && key == '0' ? std::optional(HelpCommand::kNormal) : std::nullopt;
+}
+
+std::u16string Utf16(const std::wstring& text) {
+  return {text.begin(), text.end()};
 }
 
 }  // namespace
@@ -53,19 +83,26 @@ HelpWindow::HelpWindow() : theme_(GetDpiForSystem()) {
                reinterpret_cast<LPARAM>(platform::ToWide(kSearchWords).c_str()));
   SendMessageW(search_, WM_SETFONT, reinterpret_cast<WPARAM>(theme_.body.get()), TRUE);
   SetSpokenName(search_, kSearchWords);
-  next_ = MakeButton(window_, kNextId, app::Look::kButton, {}, theme_);
-  previous_ = MakeButton(window_, kPreviousId, app::Look::kButton, {}, theme_);
-  SetText(next_, kNext);
-  SetText(previous_, kPrevious);
+  for (const app::HelpButton& row : app::HelpButtons()) {
+    const int id = kFirstButtonId + static_cast<int>(buttons_.size());
+    buttons_.push_back(MakeButton(window_, id, app::Look::kButton, {}, theme_));
+    SetWords(buttons_.back(), std::wstring(row.sign.begin(), row.sign.end()));
+    SetSpokenName(buttons_.back(), row.meaning);
+    ShowWindow(buttons_.back(), SW_SHOW);
+  }
+  hitCount_ =
+      CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_CENTERIMAGE, 0, 0, 1, 1,
+                      window_, reinterpret_cast<HMENU>(LONG_PTR{kHitsId}), program, nullptr);
+  SendMessageW(hitCount_, WM_SETFONT, reinterpret_cast<WPARAM>(theme_.body.get()), TRUE);
   contents_ = std::make_unique<RowList>(window_, kContentsId, theme_);
   SetSpokenName(contents_->window(), kContentsWords);
   SendMessageW(contents_->window(), WM_SETFONT, reinterpret_cast<WPARAM>(theme_.body.get()), TRUE);
   text_ = platform::MakeRichEdit(
       window_, WS_TABSTOP | WS_VSCROLL | ES_READONLY | ES_AUTOVSCROLL | ES_NOHIDESEL);
   SetWindowLongPtrW(text_, GWLP_ID, kTextId);
-  for (const HWND child : {next_, previous_, contents_->window(), text_}) {
-    ShowWindow(child, SW_SHOW);
-  }
+  SendMessageW(text_, EM_SETEVENTMASK, 0, ENM_SCROLL);
+  ShowWindow(contents_->window(), SW_SHOW);
+  ShowWindow(text_, SW_SHOW);
   // Last, when everything that messages use is there.
   SetObject(window_, this);
   ApplyTheme(window_, theme_);
@@ -87,111 +124,134 @@ void HelpWindow::Open(const std::filesystem::path& file) {
 }
 
 void HelpWindow::Load(const std::filesystem::path& file) {
-  std::string source;
-  core::SkipErrors([&] { source = files::ReadBytes(file); });
-  if (!rtf::LooksLikeRtf(source)) {
-    platform::SetRichEditSource(
-        text_, PlainPage(std::string(kNoHelp) + files::TextFromPath(file.filename()) + "."));
-    return;
+  const app::HelpSource source = app::ReadHelp(file);
+  file_ = source.found ? file : std::filesystem::path();
+  platform::SetRichEditSource(text_, source.rtf);
+  book_.Open();
+  book_.SetText(rtf::ReadRtf(source.rtf), Utf16(DrawnText(text_)));
+  rows_ = {};
+  for (const app::HelpBook::Heading& heading : book_.headings()) {
+    rows_.AddRow(std::string(heading.level > 1 ? kDeeper : "") +
+                 platform::FromWide(std::wstring(heading.text.begin(), heading.text.end())));
   }
-  file_ = file;
-  platform::SetRichEditSource(text_, source);
-  FillContents(source);
-  GoTo(0);
+  contents_->Draw(rows_);
+  ScrollTo(0);
+  UpdateButtons();
 }
 
-void HelpWindow::FillContents(const std::string& source) {
-  app::Control contents;
-  headings_.clear();
-  LONG at = 0;
-  for (const rtf::Paragraph& paragraph : rtf::ReadRtf(source).paragraphs) {
-    std::wstring title;
-    for (const rtf::Run& run : paragraph.runs) {
-      title.append(run.text.begin(), run.text.end());
-    }
-    if (paragraph.format.heading == 0 || title.empty()) {
-      continue;
-    }
-    // The same words may stand in a sentence: a heading begins its line.
-    LONG found = Find(title, at, -1, false);
-    while (found >= 0 &&
-           SendMessageW(text_, EM_LINEINDEX,
-                        static_cast<WPARAM>(SendMessageW(text_, EM_EXLINEFROMCHAR, 0, found)),
-                        0) != found) {
-      found = Find(title, found + 1, -1, false);
-    }
-    if (found >= 0) {
-      at = found + static_cast<LONG>(title.size());
-      headings_.push_back(found);
-      contents.AddRow(std::string(paragraph.format.heading > 1 ? kDeeper : "") +
-                      platform::FromWide(title));
-    }
-  }
-  contents_->Draw(contents);
+void HelpWindow::GoTo(std::size_t position) {
+  book_.GoTo(TopPosition(), position);
+  ScrollTo(position);
+  UpdateButtons();
 }
 
-LONG HelpWindow::Find(const std::wstring& text, LONG from, LONG to, bool backwards) const {
-  FINDTEXTEXW wanted{{from, to}, text.c_str(), {}};
-  return static_cast<LONG>(SendMessageW(text_, EM_FINDTEXTEXW, backwards ? 0 : FR_DOWN,
-                                        reinterpret_cast<LPARAM>(&wanted)));
-}
-
-void HelpWindow::GoTo(LONG position) {
-  const auto line = SendMessageW(text_, EM_EXLINEFROMCHAR, 0, position);
+void HelpWindow::ScrollTo(std::size_t position) {
+  const auto at = static_cast<LONG>(position);
+  const auto line = SendMessageW(text_, EM_EXLINEFROMCHAR, 0, at);
   const auto top = SendMessageW(text_, EM_GETFIRSTVISIBLELINE, 0, 0);
-  CHARRANGE range{position, position};
+  CHARRANGE range{at, at};
   SendMessageW(text_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
   SendMessageW(text_, EM_LINESCROLL, 0, line - top);
+  FollowScroll();
 }
 
-void HelpWindow::Search(bool backwards) {
-  const std::wstring words = WindowText(search_);
-  CHARRANGE selection{};
-  SendMessageW(text_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection));
-  const LONG end = GetWindowTextLengthW(text_);
-  LONG found =
-      backwards ? Find(words, selection.cpMin, 0, true) : Find(words, selection.cpMax, -1, false);
-  if (found < 0) {  // once more from the other end
-    found = backwards ? Find(words, end, 0, true) : Find(words, 0, -1, false);
+std::size_t HelpWindow::TopPosition() const {
+  const auto line = SendMessageW(text_, EM_GETFIRSTVISIBLELINE, 0, 0);
+  return static_cast<std::size_t>(SendMessageW(text_, EM_LINEINDEX, static_cast<WPARAM>(line), 0));
+}
+
+// The contents mark the section that is being read.
+void HelpWindow::FollowScroll() {
+  const int section = book_.SectionAt(TopPosition());
+  if (section != rows_.listIndex) {
+    rows_.listIndex = section;
+    contents_->Draw(rows_);
   }
-  if (words.empty() || found < 0) {
-    MessageBeep(MB_OK);
-    return;
+}
+
+void HelpWindow::ShowHit() {
+  if (const auto hit = book_.Hit()) {
+    CHARRANGE range{static_cast<LONG>(*hit), static_cast<LONG>(*hit + book_.HitLength())};
+    SendMessageW(text_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
+    SendMessageW(text_, EM_SCROLLCARET, 0, 0);
+    FollowScroll();
   }
-  CHARRANGE hit{found, found + static_cast<LONG>(words.size())};
-  SendMessageW(text_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&hit));
-  SendMessageW(text_, EM_SCROLLCARET, 0, 0);
+  UpdateButtons();
+}
+
+void HelpWindow::Run(app::HelpCommand command) {
+  constexpr int kWhole = 100;
+  const std::size_t top = TopPosition();
+  switch (book_.Run(command, top)) {
+    case app::HelpChange::kPlace:
+      ScrollTo(book_.Place());
+      break;
+    case app::HelpChange::kHit:
+      ShowHit();
+      break;
+    case app::HelpChange::kZoom:
+      SendMessageW(text_, EM_SETZOOM, static_cast<WPARAM>(std::lround(kWhole * book_.Zoom())),
+                   kWhole);
+      ScrollTo(top);
+      break;
+    case app::HelpChange::kNothing:
+      break;
+  }
+  UpdateButtons();
+}
+
+void HelpWindow::UpdateButtons() {
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    const app::HelpCommand command = app::HelpButtons()[i].command;
+    EnableWindow(buttons_[i], book_.Can(command) ? TRUE : FALSE);
+    if (command == app::HelpCommand::kNormal) {
+      SetText(buttons_[i], book_.ZoomInWords());
+    }
+  }
+  SetText(hitCount_, book_.HitsInWords());
 }
 
 bool HelpWindow::Translate(MSG& message) {
   if (message.hwnd != window_ && IsChild(window_, message.hwnd) == 0) {
     return false;
   }
-  if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) {
+  const bool key = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+  if (key && message.wParam == VK_ESCAPE) {
     ShowWindow(window_, SW_HIDE);
     return true;
   }
-  if (message.message == WM_KEYDOWN &&
-      (message.wParam == VK_F3 || (message.wParam == VK_RETURN && GetFocus() == search_))) {
-    Search(GetKeyState(VK_SHIFT) < 0);
+  if (const auto command = CommandOf(key ? message.wParam : 0, GetFocus() == search_)) {
+    Run(*command);
     return true;
   }
   return IsDialogMessageW(window_, &message) != 0;
 }
 
+void HelpWindow::Command(int id, int notice) {
+  if (id >= kFirstButtonId) {
+    Run(app::HelpButtons()[static_cast<std::size_t>(id - kFirstButtonId)].command);
+  } else if (id == kSearchId && notice == EN_CHANGE) {
+    book_.Search(Utf16(WindowText(search_)), TopPosition());
+    ShowHit();
+  } else if (id == kTextId && notice == EN_VSCROLL) {
+    FollowScroll();
+  } else if (id == kContentsId && notice == LBN_SELCHANGE && contents_->Selected() >= 0) {
+    rows_.listIndex = contents_->Selected();
+    GoTo(book_.headings()[static_cast<std::size_t>(contents_->Selected())].position);
+  }
+}
+
 std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data) {
   switch (message) {
     case WM_COMMAND:
-      if (LOWORD(wide) == kNextId || LOWORD(wide) == kPreviousId) {
-        Search(LOWORD(wide) == kPreviousId);
-      } else if (LOWORD(wide) == kContentsId && HIWORD(wide) == LBN_SELCHANGE &&
-                 contents_->Selected() >= 0) {
-        GoTo(headings_[static_cast<std::size_t>(contents_->Selected())]);
-      }
+      Command(LOWORD(wide), HIWORD(wide));
       return 0;
     case WM_DRAWITEM:
       return ReflectDraw(data);
     case WM_CTLCOLORBTN:
+    case WM_CTLCOLORSTATIC:
+      SetTextColor(reinterpret_cast<HDC>(wide), theme_.colours.text);
+      SetBkMode(reinterpret_cast<HDC>(wide), TRANSPARENT);
       return reinterpret_cast<LRESULT>(theme_.windowBrush.get());
     case WM_CTLCOLORLISTBOX:
     case WM_CTLCOLOREDIT:
@@ -224,10 +284,21 @@ void HelpWindow::LayOut() {
   const int gap = theme_.Px(kGrid), left = theme_.Px(kContentsWidth);
   const int top = 2 * gap + theme_.control,
             height = std::max(1, static_cast<int>(area.bottom) - top);
-  const int next = ButtonSize(next_, theme_).cx, previous = ButtonSize(previous_, theme_).cx;
-  MoveWindow(search_, gap, gap, left - 2 * gap, theme_.control, TRUE);
-  MoveWindow(previous_, left, gap, previous, theme_.control, TRUE);
-  MoveWindow(next_, left + previous + gap, gap, next, theme_.control, TRUE);
+  // From the left: back and forward, the search with its arrows and hits; the zoom last.
+  int x = gap;
+  const auto place = [&](HWND part, int width) {
+    MoveWindow(part, x, gap, width, theme_.control, TRUE);
+    x += width + gap;
+  };
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    const app::HelpCommand command = app::HelpButtons()[i].command;
+    if (command == app::HelpCommand::kPrevious) {
+      place(search_, left);
+    } else if (command == app::HelpCommand::kSmaller) {
+      place(hitCount_, theme_.Px(kHitsWidth));
+    }
+    place(buttons_[i], ButtonSize(buttons_[i], theme_).cx);
+  }
   MoveWindow(contents_->window(), gap, top, left - 2 * gap, height - gap, TRUE);
   MoveWindow(text_, left, top, std::max(1, static_cast<int>(area.right) - left), height, TRUE);
   const int margin = theme_.Px(3 * kGrid);

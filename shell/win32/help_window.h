@@ -8,13 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "app/help_book.h"
 #include "shell/win32/theme.h"
 #include "shell/win32/widgets/row_list.h"
 
 namespace tonadex::shell {
 
 // The help viewer: a window of its own that shows the manual in the rich-text control, with its
-// headings as contents and a search.
+// contents, search, history and zoom.
 class HelpWindow {
  public:
   HelpWindow();
@@ -31,17 +32,22 @@ class HelpWindow {
 
  private:
   void Load(const std::filesystem::path& file);
-  void FillContents(const std::string& source);
   void LayOut();
-  void GoTo(LONG position);
-  void Search(bool backwards);
-  // Where the text stands from `from` on (up to `to`, before it when backwards), -1 for nowhere.
-  LONG Find(const std::wstring& text, LONG from, LONG to, bool backwards) const;
+  void Command(int id, int notice);
+  void GoTo(std::size_t position);
+  void ScrollTo(std::size_t position);
+  void Run(app::HelpCommand command);
+  void ShowHit();
+  void FollowScroll();
+  void UpdateButtons();
+  std::size_t TopPosition() const;
 
   Theme theme_;
-  HWND window_ = nullptr, text_ = nullptr, search_ = nullptr, next_ = nullptr, previous_ = nullptr;
+  HWND window_ = nullptr, text_ = nullptr, search_ = nullptr, hitCount_ = nullptr;
+  std::vector<HWND> buttons_;  // as app::HelpButtons() has them
   std::unique_ptr<RowList> contents_;
-  std::vector<LONG> headings_;  // positions in the text
+  app::Control rows_;  // of the contents
+  app::HelpBook book_;
   std::filesystem::path file_;
 };
 

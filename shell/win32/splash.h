@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/inicio.h"
-#include "app/melody_picture.h"
+#include "app/melody_layout.h"
 #include "shell/win32/theme.h"
 
 namespace tonadex::shell {

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/result_groups.h"
+#include "app/result_file_name.h"
 #include "app/rtttl_check.h"
 #include "core/windows1252.h"
 #include "net/file_name.h"
@@ -11,25 +11,6 @@
 
 namespace tonadex::app {
 namespace {
-
-// Groups with ";" between them, "+" where the next one is glued on, "/" for a line end and the held
-// part in brackets.
-std::string Groups(std::string_view result) {
-  std::string text;
-  for (ResultGroup group : ResultGroups(result)) {
-    if (group.held()) {
-      group.text.insert(group.heldTo, "]").insert(group.heldFrom, "[");
-    }
-    text += group.text + (group.glued ? "+" : group.lineEnd ? "/" : ";");
-  }
-  return text;
-}
-
-TEST(ResultGroups, KeepGroupsWhole) {
-  for (const test::Row& row : test::Table("Groups")) {
-    EXPECT_EQ(Groups(row[0]), row[1]);
-  }
-}
 
 TEST(SuggestedFileName, HasTheFormatsExtension) {
   for (const test::Row& row : test::Table("File names")) {

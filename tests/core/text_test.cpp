@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/windows1252.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
@@ -10,6 +11,18 @@ namespace {
 
 using test::ErrorOf;
 using test::Repeated;
+
+TEST(Fold, BringsEveryByteToLowerCaseWithoutAccents) {
+  std::string all;
+  for (int byte = 0x80; byte < 0x100; ++byte) {
+    all += static_cast<char>(byte);
+  }
+  EXPECT_EQ(ToUtf8(Fold("AZaz09@[`{")), "azaz09@[`{");
+  EXPECT_EQ(ToUtf8(Fold(all)),
+            "€\u0081‚ƒ„…†‡ˆ‰s‹œ\u008Dz\u008F\u0090‘’“”•–—˜™s›œ\u009Dzy"
+            "\u00A0¡¢£¤¥¦§¨©ª«¬\u00AD®¯°±²³´µ¶·¸¹º»¼½¾¿"
+            "aaaaaaæceeeeiiiiðnooooo×ouuuuyþßaaaaaaæceeeeiiiiðnooooo÷ouuuuyþy");
+}
 
 TEST(SplitText, KeepsItsQuirks) {
   for (const test::Row& row : test::Table("Splits")) {

@@ -51,6 +51,11 @@ TEST(StoreFile, FailsWithoutATrace) {
   EXPECT_THROW(StoreFile(inner, "../escaped.1", "x"), core::RunTimeError);
   EXPECT_THROW(StoreFile(inner, "vals.1", "x"), core::RunTimeError);
   EXPECT_THROW(StoreFile(folder / "missing", "vals.1", "x"), core::RunTimeError);
+#ifndef _WIN32
+  std::filesystem::create_symlink("/dev/null", folder / "device.1");
+  EXPECT_THROW(StoreFile(folder.path(), "device.1", "x"), core::RunTimeError);
+  std::filesystem::remove(folder / "device.1");
+#endif
   const auto entries = std::filesystem::recursive_directory_iterator(folder.path());
   EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
 }

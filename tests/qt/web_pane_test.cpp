@@ -92,6 +92,9 @@ struct Leaving {
   QByteArray page;
   bool click;
 };
+void PrintTo(const Leaving& leaving, std::ostream* out) {
+  *out << leaving.what;
+}
 
 class BannerTest : public testing::TestWithParam<Leaving> {};
 

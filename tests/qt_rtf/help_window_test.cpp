@@ -10,7 +10,6 @@
 #include <QToolButton>
 #include <QTreeWidget>
 
-#include "shell/qt/help/folding.h"
 #include "shell/qt/help/paper_colours.h"
 #include "tests/support/temp_folder.h"
 
@@ -142,13 +141,6 @@ TEST_F(HelpWindowTest, ReportsWhatItCannotShow) {
   folder.Write("otro.hlp", Manual());
   other.Open(folder / "otro.hlp");
   EXPECT_TRUE(other.findChild<QTreeWidget*>("helpContents")->isVisible()) << "it tries again";
-}
-
-TEST(FindAll, FoldedAndInPlace) {
-  EXPECT_EQ(Folded("ÁÑü\u2029\u00A0ß\tŒ€"), QString("anu  ß œ€"));
-  EXPECT_EQ(FindAll(Folded("Más MAS masmas"), Folded("MÁS")), (std::vector<int>{0, 4, 8, 11}));
-  EXPECT_EQ(FindAll("aaaa", "aa"), (std::vector<int>{0, 2}));
-  EXPECT_EQ(FindAll("a", ""), std::vector<int>());
 }
 
 TEST(PaperColours, ReadableOnAnyGround) {

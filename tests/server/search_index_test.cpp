@@ -18,18 +18,6 @@ namespace {
 
 using std::string;
 
-TEST(Fold, BringsEveryByteToLowerCaseWithoutAccents) {
-  string all;
-  for (int byte = 0x80; byte < 0x100; ++byte) {
-    all += static_cast<char>(byte);
-  }
-  EXPECT_EQ(core::ToUtf8(Fold("AZaz09@[`{")), "azaz09@[`{");
-  EXPECT_EQ(core::ToUtf8(Fold(all)),
-            "€\u0081‚ƒ„…†‡ˆ‰s‹œ\u008Dz\u008F\u0090‘’“”•–—˜™s›œ\u009Dzy"
-            "\u00A0¡¢£¤¥¦§¨©ª«¬\u00AD®¯°±²³´µ¶·¸¹º»¼½¾¿"
-            "aaaaaaæceeeeiiiiðnooooo×ouuuuyþßaaaaaaæceeeeiiiiðnooooo÷ouuuuyþy");
-}
-
 TEST(SearchIndex, FindsNewestFirst) {
   SearchIndex index;
   for (const test::Row& row : test::Table("Searched melodies")) {

@@ -18,16 +18,11 @@
 #include <QTreeWidget>
 #include <QWheelEvent>
 #include <algorithm>
-#include <cmath>
 #include <map>
 
-#include "core/runtime_error.h"
 #include "core/windows1252.h"
-#include "files/paths.h"
-#include "files/read.h"
 #include "platform/qt/text_document.h"
 #include "rtf/rtf_reader.h"
-#include "shell/qt/help/folding.h"
 #include "shell/qt/help/paper_colours.h"
 
 namespace tonadex::shell {
@@ -37,27 +32,11 @@ constexpr int kGrid = 8;
 constexpr int kContentsWidth = 260;
 constexpr int kColumn = 46;  // widths of an "m": no longer lines than the eye can follow
 constexpr int kMargin = 3 * kGrid;
-constexpr double kZoomFactor = 1.15;
-constexpr int kLeastZoom = -3;
-constexpr int kMostZoom = 6;
 constexpr double kReadingSize = 1.1;  // of the program's own type
 constexpr auto kContentsStyle =
     "QTreeWidget { border: 1px solid palette(mid); border-radius: 6px; padding: 4px; }"
     "QTreeWidget::item { min-height: 26px; }";
 constexpr std::size_t kMarkedHits = 2000;  // more marks only slow the window down
-
-QToolButton* Button(const char* name, const QString& sign, const QString& meaning,
-                    const QString& keys) {
-  auto* button = new QToolButton;
-  button->setObjectName(name);
-  button->setText(sign);
-  button->setToolTip(keys.isEmpty() ? meaning : QString("%1 (%2)").arg(meaning, keys));
-  button->setAccessibleName(meaning);
-  button->setProperty("command", true);
-  button->setFocusPolicy(Qt::StrongFocus);
-  button->setMinimumSize(4 * kGrid, 4 * kGrid);
-  return button;
-}
 
 // The type size of most of the text, in half points.
 int BodySize(const rtf::Document& document) {
@@ -70,6 +49,10 @@ int BodySize(const rtf::Document& document) {
   const auto most =
       std::ranges::max_element(lengths, {}, &std::pair<const int, std::size_t>::second);
   return most == lengths.end() ? rtf::kDefaultHalfPoints : most->first;
+}
+
+QString FromWindows1252(std::string_view text) {
+  return QString::fromStdString(core::ToUtf8(text));
 }
 
 QColor Wash(const QPalette& palette) {
@@ -85,13 +68,6 @@ QColor Wash(const QPalette& palette) {
 
 HelpWindow::HelpWindow(QWidget* parent)
     : QWidget(parent, Qt::Window),
-      back_(Button("helpBack", "←", tr("Atrás"), "Alt+←")),
-      forward_(Button("helpForward", "→", tr("Adelante"), "Alt+→")),
-      previous_(Button("helpPrevious", "↑", tr("Anterior"), "Mayús+F3")),
-      next_(Button("helpNext", "↓", tr("Siguiente"), "F3")),
-      zoomOut_(Button("helpZoomOut", "−", tr("Reducir el texto"), "Ctrl+−")),
-      zoomReset_(Button("helpZoomReset", "100 %", tr("Tamaño normal"), "Ctrl+0")),
-      zoomIn_(Button("helpZoomIn", "+", tr("Ampliar el texto"), "Ctrl++")),
       search_(new QLineEdit),
       hitCount_(new QLabel),
       contents_(new QTreeWidget),
@@ -128,7 +104,7 @@ HelpWindow::HelpWindow(QWidget* parent)
 
   const auto goToItem = [this](QTreeWidgetItem* item) {
     if (item != nullptr) {
-      GoTo(item->data(0, Qt::UserRole).toInt());
+      GoTo(item->data(0, Qt::UserRole).value<std::size_t>());
     }
   };
   connect(contents_, &QTreeWidget::currentItemChanged, this, goToItem);
@@ -138,7 +114,7 @@ HelpWindow::HelpWindow(QWidget* parent)
   UpdateButtons();
 }
 
-void HelpWindow::BuildBar(QLayout& bar) {
+void HelpWindow::BuildBar(QBoxLayout& bar) {
   search_->setObjectName("helpSearch");
   search_->setPlaceholderText(tr("Buscar en la ayuda"));
   search_->setAccessibleName(tr("Buscar en la ayuda"));
@@ -147,30 +123,36 @@ void HelpWindow::BuildBar(QLayout& bar) {
   search_->setMaximumWidth(40 * kGrid);
   hitCount_->setObjectName("helpHits");
   hitCount_->setMinimumWidth(hitCount_->fontMetrics().horizontalAdvance("000 de 000 "));
-  auto& row = static_cast<QHBoxLayout&>(bar);
-  row.setSpacing(kGrid / 2);
-  row.addWidget(back_);
-  row.addWidget(forward_);
-  row.addSpacing(kGrid);
-  row.addWidget(search_, 1);
-  row.addWidget(previous_);
-  row.addWidget(next_);
-  row.addWidget(hitCount_);
-  row.addStretch();
-  row.addWidget(zoomOut_);
-  row.addWidget(zoomReset_);
-  row.addWidget(zoomIn_);
-  connect(back_, &QToolButton::clicked, this, [this] { Travel(-1); });
-  connect(forward_, &QToolButton::clicked, this, [this] { Travel(1); });
+  bar.setSpacing(kGrid / 2);
+  for (const app::HelpButton& row : app::HelpButtons()) {
+    if (row.command == app::HelpCommand::kPrevious) {
+      bar.addSpacing(kGrid);
+      bar.addWidget(search_, 1);
+    } else if (row.command == app::HelpCommand::kSmaller) {
+      bar.addWidget(hitCount_);
+      bar.addStretch();
+    }
+    const QString meaning = FromWindows1252(row.meaning);
+    const QKeySequence keys(FromWindows1252(row.keys));
+    auto* button = new QToolButton;
+    button->setObjectName(FromWindows1252(row.name));
+    button->setText(QString::fromUtf16(row.sign.data(), qsizetype(row.sign.size())));
+    button->setToolTip(QString("%1 (%2)").arg(meaning, keys.toString(QKeySequence::NativeText)));
+    button->setAccessibleName(meaning);
+    button->setProperty("command", true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    button->setMinimumSize(4 * kGrid, 4 * kGrid);
+    bar.addWidget(button);
+    buttons_.push_back(button);
+    const auto run = [this, command = row.command] { Run(command); };
+    connect(button, &QToolButton::clicked, this, run);
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, run);
+  }
   connect(search_, &QLineEdit::textChanged, this, [this] { Search(); });
-  connect(previous_, &QToolButton::clicked, this, [this] { MoveToHit(-1); });
-  connect(next_, &QToolButton::clicked, this, [this] { MoveToHit(1); });
-  connect(zoomOut_, &QToolButton::clicked, this, [this] { Zoom(-1); });
-  connect(zoomReset_, &QToolButton::clicked, this, [this] { Zoom(-zoomStep_); });
-  connect(zoomIn_, &QToolButton::clicked, this, [this] { Zoom(1); });
 }
 
 void HelpWindow::AddShortcuts() {
+  using app::HelpCommand;
   const auto add = [this](const QKeySequence& keys, auto action) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
@@ -185,66 +167,28 @@ void HelpWindow::AddShortcuts() {
     search_->setFocus(Qt::ShortcutFocusReason);
     search_->selectAll();
   });
-  add(Qt::Key_F3, [this] { MoveToHit(1); });
-  add(Qt::SHIFT | Qt::Key_F3, [this] { MoveToHit(-1); });
-  add(Qt::ALT | Qt::Key_Left, [this] { Travel(-1); });
-  add(Qt::ALT | Qt::Key_Right, [this] { Travel(1); });
-  add(Qt::CTRL | Qt::Key_Plus, [this] { Zoom(1); });
-  add(Qt::CTRL | Qt::Key_Equal, [this] { Zoom(1); });
-  add(Qt::CTRL | Qt::Key_Minus, [this] { Zoom(-1); });
-  add(Qt::CTRL | Qt::Key_0, [this] { Zoom(-zoomStep_); });
+  add(Qt::CTRL | Qt::Key_Equal, [this] { Run(HelpCommand::kLarger); });
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-    addIn(search_, key, [this] { MoveToHit(1); });
-    addIn(search_, Qt::SHIFT | key, [this] { MoveToHit(-1); });
+    addIn(search_, key, [this] { Run(HelpCommand::kNext); });
+    addIn(search_, Qt::SHIFT | key, [this] { Run(HelpCommand::kPrevious); });
     addIn(contents_, key, [this] { text_->setFocus(Qt::ShortcutFocusReason); });
   }
 }
 
 void HelpWindow::Open(const std::filesystem::path& file) {
   if (!loaded_ || file != file_) {
-    loaded_ = Load(file);
+    const app::HelpSource source = app::ReadHelp(file);
+    loaded_ = source.found;
     file_ = file;
+    manual_ = rtf::ReadRtf(source.rtf);
+    book_.Open();
+    Draw();
+    ScrollTo(0);
   }
   show();
   raise();
   activateWindow();
   contents_->setFocus(Qt::OtherFocusReason);
-}
-
-bool HelpWindow::Load(const std::filesystem::path& file) {
-  visited_ = {0};
-  visit_ = 0;
-  try {
-    const std::string source = files::ReadBytes(file);
-    if (!rtf::LooksLikeRtf(source)) {
-      ShowFailure(file, tr("El archivo no es una ayuda de Tonadex:"));
-      return false;
-    }
-    manual_ = rtf::ReadRtf(source);
-  } catch (const core::RunTimeError&) {
-    ShowFailure(file, tr("No se encuentra el archivo de la ayuda, o no se puede leer:"));
-    return false;
-  }
-  Draw();
-  ScrollTo(0);
-  return true;
-}
-
-void HelpWindow::ShowFailure(const std::filesystem::path& file, const QString& why) {
-  const auto line = [](const QString& text, bool title) {
-    rtf::ParagraphFormat spaced;
-    spaced.after = 160;
-    rtf::RunFormat characters;
-    characters.bold = title;
-    characters.halfPoints = rtf::kDefaultHalfPoints * (title ? 3 : 2) / 2;
-    return rtf::Paragraph{spaced, {{text.toStdU16String(), characters}}};
-  };
-  manual_ = {};
-  manual_.paragraphs = {
-      line(tr("No se puede mostrar la ayuda"), true), line(why, false),
-      line(QString::fromStdString(core::ToUtf8(files::TextFromPath(file))), false),
-      line(tr("Vuelve a instalar Tonadex para recuperarlo."), false)};
-  Draw();
 }
 
 // Lays the text out anew: zoom, colours and type are part of it.
@@ -254,16 +198,15 @@ void HelpWindow::Draw() {
   const QColor page = QApplication::palette().color(QPalette::Base);
   const double size = QApplication::font().pointSizeF() * kReadingSize;
   platform::TextDrawing drawing;
-  drawing.scale = 2 * size / BodySize(manual_) * std::pow(kZoomFactor, zoomStep_);
+  drawing.scale = 2 * size / BodySize(manual_) * book_.Zoom();
   drawing.screen = true;
   drawing.ink = [page](const QColor& ink) { return ReadableInk(ink, page); };
   drawing.ground = [page](const QColor& tint) { return TintedGround(tint, page); };
   text_->document()->setDefaultFont(QApplication::font());
   platform::FillTextDocument(*text_->document(), manual_, drawing);
   SetColumn();
-  folded_ = Folded(text_->document()->toRawText());
+  book_.SetText(manual_, text_->document()->toRawText().toStdU16String());
   FillContents();
-  hits_ = FindAll(folded_, Folded(search_->text()));
   MarkHits();
   UpdateButtons();
 }
@@ -271,7 +214,7 @@ void HelpWindow::Draw() {
 // Long lines tire: a wide window gives the text a wider margin at the right.
 void HelpWindow::SetColumn() {
   QFont font = QApplication::font();
-  font.setPointSizeF(font.pointSizeF() * kReadingSize * std::pow(kZoomFactor, zoomStep_));
+  font.setPointSizeF(font.pointSizeF() * kReadingSize * book_.Zoom());
   const int column = kColumn * QFontMetrics(font).horizontalAdvance('m');
   QTextFrameFormat frame = text_->document()->rootFrame()->frameFormat();
   const double right = std::max(kMargin, text_->viewport()->width() - column - kMargin);
@@ -285,44 +228,53 @@ void HelpWindow::SetColumn() {
 void HelpWindow::FillContents() {
   const QSignalBlocker quiet(contents_);
   contents_->clear();
-  headings_.clear();
+  items_.clear();
   std::vector<QTreeWidgetItem*> parents;
-  const QTextDocument& document = *text_->document();
-  for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-    const int level = block.blockFormat().headingLevel();
-    if (level == 0 || block.text().trimmed().isEmpty()) {
-      continue;
-    }
-    parents.resize(std::min(parents.size(), static_cast<std::size_t>(level - 1)));
+  for (const app::HelpBook::Heading& heading : book_.headings()) {
+    parents.resize(std::min(parents.size(), static_cast<std::size_t>(heading.level - 1)));
     auto* item =
         parents.empty() ? new QTreeWidgetItem(contents_) : new QTreeWidgetItem(parents.back());
-    item->setText(0, block.text().simplified());
+    item->setText(0, QString::fromStdU16String(heading.text));
     item->setToolTip(0, item->text(0));
-    item->setData(0, Qt::UserRole, block.position());
+    item->setData(0, Qt::UserRole, QVariant::fromValue(heading.position));
     QFont font = contents_->font();
-    font.setBold(level == 1);
+    font.setBold(heading.level == 1);
     item->setFont(0, font);
     parents.push_back(item);
-    headings_.push_back({block.position(), item});
+    items_.push_back(item);
   }
   contents_->expandAll();
-  contents_->setVisible(!headings_.empty());
+  contents_->setVisible(!items_.empty());
 }
 
 void HelpWindow::Search() {
-  hits_ = FindAll(folded_, Folded(search_->text()));
-  const auto from = std::ranges::lower_bound(hits_, TopPosition());
-  hit_ = hits_.empty() ? -1 : from == hits_.end() ? 0 : static_cast<int>(from - hits_.begin());
-  MarkHits();
-  MoveToHit(0);
+  book_.Search(search_->text().toStdU16String(), TopPosition());
+  ShowHit();
 }
 
-void HelpWindow::MoveToHit(int step) {
-  const int count = static_cast<int>(hits_.size());
-  if (count > 0) {
-    hit_ = (std::max(hit_, 0) + step + count) % count;
+void HelpWindow::Run(app::HelpCommand command) {
+  const std::size_t top = TopPosition();
+  switch (book_.Run(command, top)) {
+    case app::HelpChange::kPlace:
+      ScrollTo(book_.Place());
+      break;
+    case app::HelpChange::kHit:
+      ShowHit();
+      break;
+    case app::HelpChange::kZoom:
+      Draw();
+      ScrollTo(top);
+      break;
+    case app::HelpChange::kNothing:
+      break;
+  }
+  UpdateButtons();
+}
+
+void HelpWindow::ShowHit() {
+  if (const auto hit = book_.Hit()) {
     QTextCursor cursor(text_->document());
-    cursor.setPosition(hits_[static_cast<std::size_t>(hit_)]);
+    cursor.setPosition(static_cast<int>(*hit));
     text_->setTextCursor(cursor);
     text_->ensureCursorVisible();
   }
@@ -331,102 +283,70 @@ void HelpWindow::MoveToHit(int step) {
 }
 
 void HelpWindow::MarkHits() {
-  hit_ = std::min(hit_, static_cast<int>(hits_.size()) - 1);
-  const int length = static_cast<int>(search_->text().size());
   QList<QTextEdit::ExtraSelection> marks;
-  const auto mark = [&](int position, const QColor& ground, const QColor& ink) {
+  const auto mark = [&](std::size_t position, const QColor& ground, const QColor& ink) {
     QTextEdit::ExtraSelection selection;
     selection.cursor = QTextCursor(text_->document());
-    selection.cursor.setPosition(position);
-    selection.cursor.setPosition(position + length, QTextCursor::KeepAnchor);
+    selection.cursor.setPosition(static_cast<int>(position));
+    selection.cursor.setPosition(static_cast<int>(position + book_.HitLength()),
+                                 QTextCursor::KeepAnchor);
     selection.format.setBackground(ground);
     selection.format.setForeground(ink);
     marks.append(selection);
   };
   const QPalette& colours = palette();
-  for (std::size_t i = 0; i < std::min(hits_.size(), kMarkedHits); ++i) {
-    mark(hits_[i], Wash(colours), colours.color(QPalette::Text));
+  for (std::size_t i = 0; i < std::min(book_.hits().size(), kMarkedHits); ++i) {
+    mark(book_.hits()[i], Wash(colours), colours.color(QPalette::Text));
   }
-  if (hit_ >= 0) {
-    mark(hits_[static_cast<std::size_t>(hit_)], colours.color(QPalette::Highlight),
-         colours.color(QPalette::HighlightedText));
+  if (const auto hit = book_.Hit()) {
+    mark(*hit, colours.color(QPalette::Highlight), colours.color(QPalette::HighlightedText));
   }
   text_->setExtraSelections(marks);
 }
 
-void HelpWindow::Zoom(int step) {
-  const int wanted = std::clamp(zoomStep_ + step, kLeastZoom, kMostZoom);
-  if (wanted != zoomStep_) {
-    const int top = TopPosition();
-    zoomStep_ = wanted;
-    Draw();
-    ScrollTo(top);
-  }
-}
-
-void HelpWindow::GoTo(int position) {
-  if (position != visited_[visit_]) {
-    visited_.resize(visit_ + 1);
-    visited_[visit_] = TopPosition();
-    visited_.push_back(position);
-    ++visit_;
-  }
+void HelpWindow::GoTo(std::size_t position) {
+  book_.GoTo(TopPosition(), position);
   ScrollTo(position);
   UpdateButtons();
 }
 
-void HelpWindow::Travel(int step) {
-  const std::size_t wanted = visit_ + static_cast<std::size_t>(step);
-  if (wanted < visited_.size()) {
-    visited_[visit_] = TopPosition();
-    visit_ = wanted;
-    ScrollTo(visited_[visit_]);
-    UpdateButtons();
-  }
-}
-
-void HelpWindow::ScrollTo(int position) {
-  const QTextBlock block = text_->document()->findBlock(position);
+void HelpWindow::ScrollTo(std::size_t position) {
+  const QTextBlock block = text_->document()->findBlock(static_cast<int>(position));
   const QRectF place = text_->document()->documentLayout()->blockBoundingRect(block);
-  QTextCursor cursor(block);
-  text_->setTextCursor(cursor);
+  text_->setTextCursor(QTextCursor(block));
   text_->verticalScrollBar()->setValue(static_cast<int>(place.top()) - kMargin);
   FollowScroll();
 }
 
-int HelpWindow::TopPosition() const {
-  return text_->cursorForPosition(QPoint(kMargin, kMargin + kGrid)).position();
+std::size_t HelpWindow::TopPosition() const {
+  return static_cast<std::size_t>(
+      text_->cursorForPosition(QPoint(kMargin, kMargin + kGrid)).position());
 }
 
 // The contents mark the section that is being read.
 void HelpWindow::FollowScroll() {
-  if (drawing_ || headings_.empty()) {
-    return;
+  if (!drawing_ && !items_.empty()) {
+    const QSignalBlocker quiet(contents_);
+    contents_->setCurrentItem(items_[static_cast<std::size_t>(book_.SectionAt(TopPosition()))]);
   }
-  const auto after = std::ranges::upper_bound(headings_, TopPosition(), {}, &Heading::position);
-  const QSignalBlocker quiet(contents_);
-  contents_->setCurrentItem(after == headings_.begin() ? after->item : std::prev(after)->item);
 }
 
 void HelpWindow::UpdateButtons() {
-  const bool found = !hits_.empty();
-  back_->setEnabled(visit_ > 0);
-  forward_->setEnabled(visit_ + 1 < visited_.size());
-  previous_->setEnabled(found);
-  next_->setEnabled(found);
-  zoomOut_->setEnabled(zoomStep_ > kLeastZoom);
-  zoomIn_->setEnabled(zoomStep_ < kMostZoom);
-  zoomReset_->setText(tr("%1 %").arg(std::lround(100 * std::pow(kZoomFactor, zoomStep_))));
-  hitCount_->setText(search_->text().isEmpty() ? QString()
-                     : !found                  ? tr("No aparece")
-                                               : tr("%1 de %2").arg(hit_ + 1).arg(hits_.size()));
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    const app::HelpCommand command = app::HelpButtons()[i].command;
+    buttons_[i]->setEnabled(book_.Can(command));
+    if (command == app::HelpCommand::kNormal) {
+      buttons_[i]->setText(FromWindows1252(book_.ZoomInWords()));
+    }
+  }
+  hitCount_->setText(FromWindows1252(book_.HitsInWords()));
 }
 
 void HelpWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   const bool redraw = event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange;
   if (redraw && !drawing_ && !manual_.paragraphs.empty()) {
-    const int top = TopPosition();
+    const std::size_t top = TopPosition();
     Draw();
     ScrollTo(top);
   }
@@ -444,7 +364,7 @@ bool HelpWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Wheel) {
     const auto& wheel = static_cast<QWheelEvent&>(*event);
     if (wheel.modifiers().testFlag(Qt::ControlModifier)) {
-      Zoom(wheel.angleDelta().y() > 0 ? 1 : -1);
+      Run(wheel.angleDelta().y() > 0 ? app::HelpCommand::kLarger : app::HelpCommand::kSmaller);
       return true;
     }
   }

@@ -5,8 +5,9 @@
 #include <filesystem>
 #include <vector>
 
-#include "rtf/rtf_document.h"
+#include "app/help_book.h"
 
+class QBoxLayout;
 class QLabel;
 class QLineEdit;
 class QTextBrowser;
@@ -34,30 +35,22 @@ class HelpWindow : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  struct Heading {
-    int position;  // in the text
-    QTreeWidgetItem* item;
-  };
-
-  void BuildBar(class QLayout& bar);
+  void BuildBar(QBoxLayout& bar);
   void AddShortcuts();
-  bool Load(const std::filesystem::path& file);
-  void ShowFailure(const std::filesystem::path& file, const QString& why);
   void Draw();
   void SetColumn();
   void FillContents();
   void Search();
-  void MoveToHit(int step);
+  void Run(app::HelpCommand command);
+  void ShowHit();
   void MarkHits();
-  void Zoom(int step);
-  void GoTo(int position);
-  void Travel(int step);
-  void ScrollTo(int position);
-  int TopPosition() const;
+  void GoTo(std::size_t position);
+  void ScrollTo(std::size_t position);
+  std::size_t TopPosition() const;
   void FollowScroll();
   void UpdateButtons();
 
-  QToolButton *back_, *forward_, *previous_, *next_, *zoomOut_, *zoomReset_, *zoomIn_;
+  std::vector<QToolButton*> buttons_;  // as app::HelpButtons() has them
   QLineEdit* search_;
   QLabel* hitCount_;
   QTreeWidget* contents_;
@@ -67,13 +60,8 @@ class HelpWindow : public QWidget {
   std::filesystem::path file_;
   bool loaded_ = false;
   bool drawing_ = false;
-  int zoomStep_ = 0;
-  std::vector<Heading> headings_;
-  QString folded_;         // the text as it is searched
-  std::vector<int> hits_;  // positions, rising
-  int hit_ = -1;           // the one that is marked
-  std::vector<int> visited_ = {0};
-  std::size_t visit_ = 0;
+  app::HelpBook book_;
+  std::vector<QTreeWidgetItem*> items_;  // of the book's headings
 };
 
 }  // namespace tonadex::shell

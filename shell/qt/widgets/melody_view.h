@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "app/melody_picture.h"
+#include "app/melody_layout.h"
 #include "shell/qt/theme/theme.h"
 
 class QScrollBar;

@@ -70,6 +70,9 @@ class GuardedPage : public QWebEnginePage {
   bool javaScriptPrompt(const QUrl&, const QString&, const QString&, QString*) override {
     return false;
   }
+  // What pages tell their authors is not for the program's standard error.
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int,
+                                const QString&) override {}
 
  private:
   // The program's own load, or where the server sends it on. A page that stands redirects, too: by

@@ -247,16 +247,9 @@ void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& for
   if (control.value != 0 && control.value != display.PixelSize()) {
     display.SetPixelSize(control.value);
   }
-  const QString text = ToQString(control.text);
-  if (text == display.Text()) {
-    return;
+  if (control.text != display.Text()) {
+    display.SetResult(control.text, form.ResultGroupsShown(), form.ResultIsKeyPresses());
   }
-  std::vector<DisplayGroup> groups;
-  for (const app::ResultGroup& group : form.ResultGroupsShown()) {
-    groups.push_back(
-        {ToQString(group.text), static_cast<int>(group.heldFrom), static_cast<int>(group.heldTo)});
-  }
-  display.SetResult(text, groups, form.ResultIsKeyPresses());
 }
 
 void DrawButton(QAbstractButton& button, const Control& control) {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "app/melody_picture.h"
+#include "app/melody_layout.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/theme.h"
 

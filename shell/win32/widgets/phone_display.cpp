@@ -3,10 +3,12 @@
 #include <richedit.h>
 
 #include <algorithm>
+#include <map>
 
 #include "platform/win32/rich_edit.h"
 #include "platform/win32/system_services.h"
 #include "platform/win32/wide_text.h"
+#include "rtf/rtf_escape.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
 #include "shell/win32/window_text.h"
@@ -15,112 +17,120 @@ namespace tonadex::shell {
 namespace {
 
 constexpr int kPadding = 10;
-constexpr int kLineHeight = 140;  // percent of the type's size
+constexpr double kLineSpacing = 1.15;
 
-Font DisplayFont(const Theme& theme, int pixels) {
-  return Font(CreateFontW(-theme.Px(pixels), 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                          0, 0, 0, FIXED_PITCH, theme.monoName.c_str()));
+std::string ColourEntry(COLORREF colour) {
+  return "\\red" + std::to_string(GetRValue(colour)) + "\\green" +
+         std::to_string(GetGValue(colour)) + "\\blue" + std::to_string(GetBValue(colour)) + ";";
 }
+
+struct Change {
+  std::size_t at;
+  std::string_view words;
+};
 
 }  // namespace
 
 PhoneDisplay::PhoneDisplay(HWND parent, int id, const Theme& theme)
     : window_(platform::MakeRichEdit(
           parent, WS_TABSTOP | WS_VSCROLL | ES_READONLY | ES_AUTOVSCROLL | ES_NOHIDESEL)),
-      theme_(theme) {
+      theme_(theme),
+      display_([this](int pixels) { return MeasureType(pixels); }) {
   SetWindowLongPtrW(window_, GWLP_ID, id);
   SendMessageW(window_, EM_SETTARGETDEVICE, 0, 1);  // lines end where ours do
   ThemeChanged();
-  HookWindow(window_,
-             [this](HWND, UINT message, WPARAM wide, LPARAM) { return Handle(message, wide); });
+  HookWindow(window_, [this](HWND, UINT message, WPARAM wide, LPARAM data) {
+    return Handle(message, wide, data);
+  });
 }
 
 void PhoneDisplay::ThemeChanged() {
   SendMessageW(window_, EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(theme_.colours.displayGround));
   ApplyTheme(window_, theme_);
-  Show();
+  display_.LayOut();
+  Draw();
 }
 
-void PhoneDisplay::Draw(const app::Control& control, std::vector<app::ResultGroup> groups,
-                        bool counted) {
-  result_ = control.text;
-  invitation_ = control.invitation;
-  groups_ = std::move(groups);
-  counted_ = counted && !groups_.empty();
-  wanted_ = control.value;
-  LayOut();
+void PhoneDisplay::SetResult(const std::string& text, std::vector<app::ResultGroup> groups,
+                             bool counted) {
+  if (display_.SetResult(text, std::move(groups), counted)) {
+    Draw();
+  }
 }
 
-DisplayText PhoneDisplay::LaidOut(int pixels, int width) const {
+void PhoneDisplay::SetInvitation(const std::string& invitation) {
+  if (invitation != invitation_) {
+    invitation_ = invitation;
+    Draw();
+  }
+}
+
+void PhoneDisplay::SetPixelSize(int pixels) {
+  if (display_.SetPixelSize(pixels)) {
+    Draw();
+  }
+}
+
+app::TypeMeasure PhoneDisplay::MeasureType(int pixels) const {
+  const Font font(CreateFontW(-theme_.Px(pixels), 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE,
+                              DEFAULT_CHARSET, 0, 0, 0, FIXED_PITCH, theme_.monoName.c_str()));
   constexpr int kSample = 50;
-  const int sample = TextWidth(DisplayFont(theme_, pixels).get(), std::wstring(kSample, L'0'));
-  const auto columns = static_cast<std::size_t>(std::max(8, width * kSample / sample - 1));
-  return result_.empty()
-             ? LayOutDisplay(invitation_, app::ResultGroups(invitation_), false, columns)
-             : LayOutDisplay(result_, groups_, counted_, columns);
+  const std::wstring sample(kSample, L'0');
+  return {std::max(1, TextWidth(font.get(), sample)) / double{kSample},
+          kLineSpacing * TextSize(font.get(), L"0", kAnyWidth).cy};
 }
 
 void PhoneDisplay::LayOut() {
   RECT area{};
   GetClientRect(window_, &area);
   InflateRect(&area, -theme_.Px(kPadding), -theme_.Px(kPadding));
-  const bool fits = wanted_ == 0 && !result_.empty();
-  int pixels = fits ? kLargestFit : wanted_ != 0 ? wanted_ : kSmallestFit;
-  DisplayText shown = LaidOut(pixels, area.right - area.left);
-  while (fits && pixels > kSmallestFit &&
-         (std::ranges::count(shown.text, '\n') + 1) * theme_.Px(pixels * kLineHeight / 100) >
-             area.bottom - area.top) {
-    pixels -= 2;
-    shown = LaidOut(pixels, area.right - area.left);
-  }
-  if (pixels != pixels_ || shown != shown_) {
-    pixels_ = pixels;
-    shown_ = std::move(shown);
-    Show();
+  const bool changed = display_.SetPlace(area.right - area.left, area.bottom - area.top);
+  if (changed || display_.result().empty()) {
+    Draw();
   }
   SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&area));
 }
 
-void PhoneDisplay::Format(TextRange range, DWORD mask, COLORREF colour) {
-  const CHARRANGE selection{static_cast<LONG>(range.from), static_cast<LONG>(range.to)};
-  SendMessageW(window_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
-  CHARFORMAT2W format{};
-  format.cbSize = sizeof format;
-  format.dwMask = mask;
-  format.dwEffects = (mask & (CFM_BOLD | CFM_FACE)) == CFM_BOLD ? CFE_BOLD : 0;
-  format.crTextColor = colour;
-  format.yHeight = pixels_ * 15;  // a pixel at 96 dpi is so many twips
-  format.bPitchAndFamily = FIXED_PITCH | FF_MODERN;
-  lstrcpynW(format.szFaceName, theme_.monoName.c_str(), LF_FACESIZE);
-  SendMessageW(window_, EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+void PhoneDisplay::Draw() {
+  RECT inner{};
+  SendMessageW(window_, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&inner));
+  platform::SetRichEditSource(
+      window_,
+      Source(display_.result().empty() ? display_.Sentence(invitation_) : display_.shown()));
+  SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&inner));
 }
 
-void PhoneDisplay::Show() {
-  SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
-  SetWindowTextW(window_, platform::ToWide(shown_.text).c_str());
-  Format({0, shown_.text.size()}, CFM_FACE | CFM_SIZE | CFM_COLOR | CFM_BOLD,
-         theme_.colours.displayInk);
-  PARAFORMAT2 lines{};
-  lines.cbSize = sizeof lines;
-  lines.dwMask = PFM_LINESPACING;
-  lines.bLineSpacingRule = 5;  // in twentieths of a line
-  lines.dyLineSpacing = 23;
-  SendMessageW(window_, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&lines));
-  for (const TextRange& range : shown_.held) {
-    Format(range, CFM_BOLD, 0);
+std::string PhoneDisplay::Source(const app::DisplayText& shown) const {
+  std::vector<Change> changes;
+  for (const app::TextRange& range : shown.held) {
+    changes.push_back({range.from, "\\b "});
+    changes.push_back({range.to, "\\b0 "});
   }
-  for (const TextRange& range : shown_.margin) {
-    Format(range, CFM_COLOR, theme_.colours.displayFaint);
+  for (const app::TextRange& range : shown.margin) {
+    changes.push_back({range.from, "\\cf2 "});
+    changes.push_back({range.to, "\\cf1 "});
   }
-  SendMessageW(window_, EM_SETSEL, 0, 0);
-  SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
-  InvalidateRect(window_, nullptr, TRUE);
+  std::ranges::stable_sort(changes, {}, &Change::at);
+
+  // Half points: a pixel at 96 dpi is one and a half of them.
+  std::string source = "{\\rtf1\\ansi\\ansicpg1252{\\fonttbl{\\f0\\fmodern\\fprq1 " +
+                       platform::FromWide(theme_.monoName) + ";}}{\\colortbl;" +
+                       ColourEntry(theme_.colours.displayInk) +
+                       ColourEntry(theme_.colours.displayFaint) + "}\\f0\\b0\\cf1\\fs" +
+                       std::to_string(PixelSize() * 3 / 2) + "\\sl276\\slmult1 ";
+  std::size_t at = 0;
+  for (const Change& change : changes) {
+    source += rtf::Escaped(std::string_view(shown.text).substr(at, change.at - at));
+    source += change.words;
+    at = change.at;
+  }
+  return source + rtf::Escaped(std::string_view(shown.text).substr(at)) + "}";
 }
 
-std::optional<LRESULT> PhoneDisplay::Handle(UINT message, WPARAM wide) {
+std::optional<LRESULT> PhoneDisplay::Handle(UINT message, WPARAM wide, LPARAM data) {
   switch (message) {
     case WM_SIZE:
-      DefSubclassProc(window_, message, wide, 0);
+      DefSubclassProc(window_, message, wide, data);
       LayOut();
       return 0;
     case WM_GETDLGCODE:
@@ -133,49 +143,106 @@ std::optional<LRESULT> PhoneDisplay::Handle(UINT message, WPARAM wide) {
         CopySelection();
         return 0;
       }
-      if ((wide == VK_LEFT || wide == VK_RIGHT) && GetKeyState(VK_SHIFT) >= 0) {
-        MarkGroup(wide == VK_LEFT ? -1 : 1);
+      if (GetKeyState(VK_SHIFT) >= 0 && GetKeyState(VK_CONTROL) >= 0 && MoveMark(wide)) {
         return 0;
       }
       break;
+    case WM_MOUSEMOVE:
+      if ((wide & MK_LBUTTON) == 0) {
+        MarkAt({static_cast<short>(LOWORD(data)), static_cast<short>(HIWORD(data))});
+      }
+      break;
+    case WM_LBUTTONDOWN:
+    case WM_KILLFOCUS:
+      Mark(-1);
+      break;
+    case WM_MOUSELEAVE:
+      if (GetFocus() != window_) {
+        Mark(-1);
+      }
+      break;
+    case WM_MOUSEWHEEL:
+      if ((LOWORD(wide) & MK_CONTROL) != 0) {
+        SetPixelSize(PixelSize() + (static_cast<short>(HIWORD(wide)) > 0 ? 2 : -2));
+        return 0;
+      }
+      break;
+    case WM_PAINT: {
+      const LRESULT painted = DefSubclassProc(window_, message, wide, data);
+      PaintMark();
+      return painted;
+    }
     default:
       break;
   }
   return std::nullopt;
 }
 
-// Selects the group before or behind the selection.
-void PhoneDisplay::MarkGroup(int step) {
-  CHARRANGE selection{};
-  SendMessageW(window_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection));
-  const auto from = static_cast<std::size_t>(selection.cpMin);
-  const auto to = static_cast<std::size_t>(selection.cpMax);
-  const TextRange* marked = nullptr;
-  for (const TextRange& group : shown_.groups) {
-    const bool before = step < 0 && group.to <= from && group.from < from;
-    const bool behind = step > 0 && group.from >= to && (to > from || group.from >= from);
-    if (before) {
-      marked = &group;
-    } else if (behind) {
-      marked = &group;
-      break;
-    }
+bool PhoneDisplay::MoveMark(WPARAM key) {
+  using app::Move;
+  static const std::map<WPARAM, Move> kMoves = {
+      {VK_LEFT, Move::kPrevious}, {VK_RIGHT, Move::kNext},     {VK_UP, Move::kUp},
+      {VK_DOWN, Move::kDown},     {VK_HOME, Move::kLineBegin}, {VK_END, Move::kLineEnd},
+      {VK_PRIOR, Move::kFirst},   {VK_NEXT, Move::kLast}};
+  const auto& groups = display_.shown().groups;
+  const auto move = kMoves.find(key);
+  if (move == kMoves.end() || groups.empty()) {
+    return false;
   }
-  if (marked != nullptr) {
-    const CHARRANGE range{static_cast<LONG>(marked->from), static_cast<LONG>(marked->to)};
-    SendMessageW(window_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
-    SendMessageW(window_, EM_SCROLLCARET, 0, 0);
+  Mark(MovedMark(display_.shown(), display_.marked(), move->second));
+  const auto at = static_cast<LONG>(groups[static_cast<std::size_t>(display_.marked())].from);
+  CHARRANGE range{at, at};
+  SendMessageW(window_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
+  SendMessageW(window_, EM_SCROLLCARET, 0, 0);
+  return true;
+}
+
+void PhoneDisplay::Mark(int group) {
+  if (display_.Mark(group)) {
+    InvalidateRect(window_, nullptr, FALSE);
+  }
+}
+
+void PhoneDisplay::MarkAt(POINT place) {
+  POINTL point{place.x, place.y};
+  const auto at = SendMessageW(window_, EM_CHARFROMPOS, 0, reinterpret_cast<LPARAM>(&point));
+  if (at >= 0 && display_.MarkAt(static_cast<std::size_t>(at))) {
+    InvalidateRect(window_, nullptr, FALSE);
+  }
+  TRACKMOUSEEVENT leaving{sizeof leaving, TME_LEAVE, window_, 0};
+  TrackMouseEvent(&leaving);
+}
+
+// Ink and ground change places. A group broken over several lines stays as it is.
+void PhoneDisplay::PaintMark() const {
+  if (display_.marked() < 0) {
+    return;
+  }
+  const app::TextRange& group =
+      display_.shown().groups[static_cast<std::size_t>(display_.marked())];
+  POINTL from{}, to{};
+  SendMessageW(window_, EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&from),
+               static_cast<LPARAM>(group.from));
+  SendMessageW(window_, EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&to),
+               static_cast<LPARAM>(group.to));
+  if (to.y == from.y) {
+    const Brush both(CreateSolidBrush(theme_.colours.displayInk ^ theme_.colours.displayGround));
+    const HDC context = GetDC(window_);
+    const HGDIOBJ before = SelectObject(context, both.get());
+    PatBlt(context, from.x, from.y, to.x - from.x, static_cast<int>(MeasureType(PixelSize()).line),
+           PATINVERT);
+    SelectObject(context, before);
+    ReleaseDC(window_, context);
   }
 }
 
 void PhoneDisplay::CopySelection() const {
   CHARRANGE selection{};
   SendMessageW(window_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection));
-  const auto end = static_cast<LONG>(shown_.text.size());
-  const TextRange range{static_cast<std::size_t>(std::min(selection.cpMin, end)),
-                        static_cast<std::size_t>(std::min(selection.cpMax, end))};
-  if (!result_.empty() && range.to > range.from) {
-    platform::PutOnClipboard(ShownPart(result_, shown_, range));
+  const std::string part = display_.Part(
+      {static_cast<std::size_t>(selection.cpMin), static_cast<std::size_t>(selection.cpMax)});
+  if (!part.empty()) {
+    platform::PutOnClipboard(part);
   }
 }
 

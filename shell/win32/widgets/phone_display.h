@@ -6,41 +6,48 @@
 #include <string>
 #include <vector>
 
-#include "app/controls.h"
-#include "shell/win32/display_layout.h"
+#include "app/display_layout.h"
+#include "app/look.h"
 #include "shell/win32/theme.h"
 
 namespace tonadex::shell {
 
-// The result on a phone's display: read and copied, never typed into. The arrow keys mark group
-// after group.
+// The result on a phone's display: read and copied, never typed into. The group under the pointer,
+// or reached with the keys, is marked.
 class PhoneDisplay {
  public:
   PhoneDisplay(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
-  // The control's text in its groups; `counted`: they are keys to press, numbered at the margin.
-  void Draw(const app::Control& control, std::vector<app::ResultGroup> groups, bool counted);
-  int PixelSize() const { return pixels_; }  // device-independent
+  // `counted`: groups are keys to press, numbered at the margin.
+  void SetResult(const std::string& text, std::vector<app::ResultGroup> groups, bool counted);
+  // What it says while there is no result.
+  void SetInvitation(const std::string& invitation);
+  // Device-independent, kSmallestType to kLargestType.
+  void SetPixelSize(int pixels);
+  int PixelSize() const { return display_.PixelSize(); }
+  // What the user chose, 0 while the text has the size that fits.
+  int ChosenPixelSize() const { return display_.ChosenPixelSize(); }
   void ThemeChanged();
+  // The result itself, as "Copiar" gives it.
+  const std::string& Text() const { return display_.result(); }
 
  private:
-  std::optional<LRESULT> Handle(UINT message, WPARAM wide);
+  std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
+  app::TypeMeasure MeasureType(int pixels) const;
   void LayOut();
-  void Show();
-  void Format(TextRange range, DWORD mask, COLORREF colour);
-  DisplayText LaidOut(int pixels, int width) const;
-  void MarkGroup(int step);
+  void Draw();
+  std::string Source(const app::DisplayText& shown) const;
+  bool MoveMark(WPARAM key);
+  void Mark(int group);
+  void MarkAt(POINT place);
+  void PaintMark() const;
   void CopySelection() const;
 
   HWND window_;
   const Theme& theme_;
-  std::string result_, invitation_;
-  std::vector<app::ResultGroup> groups_;
-  bool counted_ = false;
-  int wanted_ = 0;  // size of the type, 0 for what fits
-  int pixels_ = kSmallestFit;
-  DisplayText shown_;
+  app::ResultDisplay display_;
+  std::string invitation_;
 };
 
 }  // namespace tonadex::shell

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "app/melody_drawing.h"
+#include "app/melody_notes.h"
 
 // Where the parts of a melody's drawing lie in a rectangle: shells only paint them. All distances
 // are device-independent pixels from the picture's upper left corner.

@@ -1,4 +1,4 @@
-#include "app/melody_drawing.h"
+#include "app/melody_notes.h"
 
 #include <gtest/gtest.h>
 

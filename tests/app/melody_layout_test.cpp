@@ -1,4 +1,4 @@
-#include "app/melody_picture.h"
+#include "app/melody_layout.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,238 @@
+#include "app/help_book.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
+#include "rtf/rtf_escape.h"
+#include "rtf/rtf_reader.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+
+constexpr double kZoomFactor = 1.15;
+constexpr int kLeastZoom = -3, kMostZoom = 6;
+
+constexpr std::array<HelpButton, 7> kButtons = {{
+    {HelpCommand::kBack, "helpBack", u"←", u8"Atrás"_w, "Alt+Left"},
+    {HelpCommand::kForward, "helpForward", u"→", "Adelante", "Alt+Right"},
+    {HelpCommand::kPrevious, "helpPrevious", u"↑", "Anterior", "Shift+F3"},
+    {HelpCommand::kNext, "helpNext", u"↓", "Siguiente", "F3"},
+    {HelpCommand::kSmaller, "helpZoomOut", u"−", "Reducir el texto", "Ctrl+-"},
+    {HelpCommand::kNormal, "helpZoomReset", u"", u8"Tamaño normal"_w, "Ctrl+0"},
+    {HelpCommand::kLarger, "helpZoomIn", u"+", "Ampliar el texto", "Ctrl++"},
+}};
+
+// What toolkits put between two lines: paragraph ends and the edges of frames.
+bool EndsLine(char16_t c) {
+  return c == u'\n' || c == u'\r' || c == u'\u2029' || c == u'\uFDD0' || c == u'\uFDD1';
+}
+
+// A character as it is compared in a search: a small letter without accents, any blank a blank.
+// The letters are those of Windows-1252.
+char16_t Fold(char16_t c) {
+  constexpr std::u16string_view kLetters =  // from U+00C0 to U+00DF
+      u"aaaaaa\u00E6ceeeeiiii\u00F0nooooo\u00D7\u00F8uuuuy\u00FE\u00DF";
+  if (c <= u' ' || c == u'\u00A0' || c == u'\u2028' || EndsLine(c)) {
+    return u' ';
+  }
+  if (c >= u'A' && c <= u'Z') {
+    return static_cast<char16_t>(c + (u'a' - u'A'));
+  }
+  if (c >= u'\u00C0' && c <= u'\u00FF' && c != u'\u00F7') {
+    return c == u'\u00FF' ? u'y' : kLetters[c % 32];
+  }
+  switch (c) {
+    case u'\u0152':
+      return u'\u0153';
+    case u'\u0160':
+    case u'\u0161':
+      return u's';
+    case u'\u017D':
+    case u'\u017E':
+      return u'z';
+    case u'\u0178':
+      return u'y';
+    default:
+      return c;
+  }
+}
+
+std::u16string Folded(std::u16string_view text) {
+  std::u16string folded(text);
+  std::ranges::transform(folded, folded.begin(), Fold);
+  return folded;
+}
+
+std::u16string TextOf(const rtf::Paragraph& paragraph) {
+  std::u16string text;
+  for (const rtf::Run& run : paragraph.runs) {
+    text += run.text;
+  }
+  return text;
+}
+
+std::u16string Trimmed(std::u16string text) {
+  std::ranges::replace_if(
+      text, [](char16_t c) { return Fold(c) == u' '; }, u' ');
+  const std::size_t from = text.find_first_not_of(u' ');
+  return from == text.npos ? std::u16string()
+                           : text.substr(from, text.find_last_not_of(u' ') + 1 - from);
+}
+
+std::string FailurePage(std::string_view why, std::string_view file) {
+  std::string page = "{\\rtf1\\ansi\\ansicpg1252\\sa160\\b\\fs36 ";
+  page += rtf::Escaped("No se puede mostrar la ayuda") + "\\par\\b0\\fs24 ";
+  page += rtf::Escaped(why) + "\\par " + rtf::Escaped(file) + "\\par ";
+  return page + "Vuelve a instalar Tonadex para recuperarlo.}";
+}
+
+}  // namespace
+
+std::span<const HelpButton> HelpButtons() {
+  return kButtons;
+}
+
+HelpSource ReadHelp(const std::filesystem::path& file) {
+  std::string source;
+  const bool readable = core::SkipErrors([&] { source = files::ReadBytes(file); });
+  if (readable && rtf::LooksLikeRtf(source)) {
+    return {std::move(source), true};
+  }
+  return {FailurePage(readable ? "El archivo no es una ayuda de Tonadex:"
+                               : "No se encuentra el archivo de la ayuda, o no se puede leer:",
+                      files::TextFromPath(file)),
+          false};
+}
+
+void HelpBook::Open() {
+  visited_ = {0};
+  visit_ = 0;
+}
+
+void HelpBook::SetText(const rtf::Document& manual, std::u16string_view drawn) {
+  folded_ = Folded(drawn);
+  headings_.clear();
+  std::size_t at = 0;
+  for (const rtf::Paragraph& paragraph : manual.paragraphs) {
+    const std::u16string text = TextOf(paragraph), title = Trimmed(text);
+    if (paragraph.format.heading == 0 || title.empty()) {
+      continue;
+    }
+    // The same words may stand in a sentence: a heading is a whole line.
+    const std::u16string line = Folded(text);
+    std::size_t found = folded_.find(line, at);
+    const auto whole = [&](std::size_t end) {
+      return (found == 0 || EndsLine(drawn[found - 1])) &&
+             (end == drawn.size() || EndsLine(drawn[end]));
+    };
+    while (found != folded_.npos && !whole(found + line.size())) {
+      found = folded_.find(line, found + 1);
+    }
+    if (found != folded_.npos) {
+      headings_.push_back({found, paragraph.format.heading, title});
+      at = found + line.size();
+    }
+  }
+  const std::size_t hit = hit_;
+  Search(wanted_, 0);
+  hit_ = std::min(hit, hits_.empty() ? 0 : hits_.size() - 1);
+}
+
+int HelpBook::SectionAt(std::size_t position) const {
+  const auto after = std::ranges::upper_bound(headings_, position, {}, &Heading::position);
+  return headings_.empty() ? -1 : std::max(0, static_cast<int>(after - headings_.begin()) - 1);
+}
+
+void HelpBook::Search(std::u16string_view wanted, std::size_t here) {
+  wanted_ = Folded(wanted);
+  hits_.clear();
+  for (std::size_t at = wanted_.empty() ? folded_.npos : folded_.find(wanted_); at != folded_.npos;
+       at = folded_.find(wanted_, at + wanted_.size())) {
+    hits_.push_back(at);
+  }
+  const auto from = std::ranges::lower_bound(hits_, here);
+  hit_ = from == hits_.end() ? 0 : static_cast<std::size_t>(from - hits_.begin());
+}
+
+std::optional<std::size_t> HelpBook::Hit() const {
+  return hits_.empty() ? std::nullopt : std::optional(hits_[hit_]);
+}
+
+std::string HelpBook::HitsInWords() const {
+  return wanted_.empty() ? ""
+         : hits_.empty() ? "No aparece"
+                         : std::to_string(hit_ + 1) + " de " + std::to_string(hits_.size());
+}
+
+void HelpBook::GoTo(std::size_t here, std::size_t position) {
+  if (position != visited_[visit_]) {
+    visited_.resize(visit_ + 1);
+    visited_[visit_] = here;
+    visited_.push_back(position);
+    ++visit_;
+  }
+}
+
+bool HelpBook::Can(HelpCommand command) const {
+  switch (command) {
+    case HelpCommand::kBack:
+      return visit_ > 0;
+    case HelpCommand::kForward:
+      return visit_ + 1 < visited_.size();
+    case HelpCommand::kPrevious:
+    case HelpCommand::kNext:
+      return !hits_.empty();
+    case HelpCommand::kSmaller:
+      return zoomStep_ > kLeastZoom;
+    case HelpCommand::kLarger:
+      return zoomStep_ < kMostZoom;
+    case HelpCommand::kNormal:
+      break;
+  }
+  return true;
+}
+
+HelpChange HelpBook::Run(HelpCommand command, std::size_t here) {
+  const int zoomBefore = zoomStep_;
+  if (!Can(command)) {
+    return HelpChange::kNothing;
+  }
+  switch (command) {
+    case HelpCommand::kBack:
+    case HelpCommand::kForward:
+      visited_[visit_] = here;
+      visit_ = command == HelpCommand::kBack ? visit_ - 1 : visit_ + 1;
+      return HelpChange::kPlace;
+    case HelpCommand::kPrevious:
+    case HelpCommand::kNext:
+      hit_ = (hit_ + (command == HelpCommand::kNext ? 1 : hits_.size() - 1)) % hits_.size();
+      return HelpChange::kHit;
+    case HelpCommand::kSmaller:
+      --zoomStep_;
+      break;
+    case HelpCommand::kNormal:
+      zoomStep_ = 0;
+      break;
+    case HelpCommand::kLarger:
+      ++zoomStep_;
+      break;
+  }
+  return zoomStep_ == zoomBefore ? HelpChange::kNothing : HelpChange::kZoom;
+}
+
+double HelpBook::Zoom() const {
+  return std::pow(kZoomFactor, zoomStep_);
+}
+
+std::string HelpBook::ZoomInWords() const {
+  return std::to_string(std::lround(100 * Zoom())) + " %";
+}
+
+}  // namespace tonadex::app

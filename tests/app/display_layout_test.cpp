@@ -1,0 +1,161 @@
+#include "app/display_layout.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/core/table.h"
+
+namespace tonadex::app {
+namespace {
+
+std::string Of(std::string_view text, const TextRange& range) {
+  return std::string(text.substr(range.from, range.to - range.from));
+}
+
+// Groups with ";" between them and the held part in brackets.
+std::string Groups(std::string_view result) {
+  std::string text;
+  for (const ResultGroup& group : ResultGroups(result)) {
+    std::string one = Of(result, group.text);
+    if (!group.held.empty()) {
+      one.insert(group.held.to - group.text.from, "]")
+          .insert(group.held.from - group.text.from, "[");
+    }
+    text += one + ";";
+  }
+  return text;
+}
+
+TEST(ResultGroups, KeepGroupsWhole) {
+  for (const test::Row& row : test::Table("Groups")) {
+    EXPECT_EQ(Groups(row[0]), row[1]);
+  }
+}
+
+DisplayText Shown(std::string_view result, bool counted, std::size_t columns) {
+  return LayOutDisplay(result, ResultGroups(result), counted, columns);
+}
+
+struct Case {
+  std::string_view name, result;
+  bool counted;
+  std::size_t columns;
+  std::string_view want;
+};
+
+constexpr Case kCases[] = {
+    {"OneLine", "4c1  8d1 ", false, 20, "4c1  8d1 "},
+    {"WrapsBetweenGroups", "4c1 8d1 2e1", false, 8, "4c1 8d1\n2e1"},
+    {"NumbersTheLines", "22 333 (4) 55", true, 12, "1  22  333\n3  (4)  55"},
+    {"BreaksBehindCommasWithoutABlank", "x:d=4:c,d,e", false, 8, "x:d=4:c,\nd,e"},
+    {"KeepsTheResultsOwnLines", "BEGIN:X\r\n\r\nEND:X\r", false, 40, "BEGIN:X\n\nEND:X\n"},
+    {"BreaksWhatNoLineHolds", "abcdefghij", false, 4, "abcd\nefgh\nij"},
+    {"Empty", "", true, 10, ""},
+};
+
+TEST(DisplayLayout, TearsNoGroupApart) {
+  for (const Case& c : kCases) {
+    EXPECT_EQ(Shown(c.result, c.counted, c.columns).text, c.want) << c.name;
+  }
+}
+
+ResultDisplay Display() {
+  return ResultDisplay([](int pixels) { return TypeMeasure{pixels * 0.6, pixels * 1.2}; });
+}
+
+// Whatever the width, each group gives back exactly its own text, and all of it the whole result.
+TEST(DisplayLayout, CopiesTheResultAndNotItsLayout) {
+  for (const std::string result : {"22 8* 333 (4) 5555 8 (66) 7 ", "  a\r\n\r\nbb,ccc,d\n (e) (f)",
+                                   "   ", "\t(a) (b)", "Vals:d=4,o=5,b=160:e6,8b(,),(x)"}) {
+    const auto groups = ResultGroups(result);
+    for (const bool counted : {false, true}) {
+      ResultDisplay display = Display();
+      display.SetResult(result, groups, counted);
+      display.SetPixelSize(30);
+      for (int columns = 1; columns < 40; ++columns) {
+        display.SetPlace(columns * 18.1, 100);
+        const DisplayText& shown = display.shown();
+        ASSERT_EQ(shown.groups.size(), groups.size());
+        for (std::size_t i = 0; i < groups.size(); ++i) {
+          EXPECT_EQ(display.Part(shown.groups[i]), Of(result, groups[i].text)) << columns;
+        }
+        EXPECT_EQ(display.Part({0, shown.text.size()}), result) << columns;
+        if (result.starts_with("22")) {
+          ASSERT_EQ(shown.held.size(), 2U);
+          EXPECT_EQ(display.Part(shown.held[0]), "(4)") << columns;
+        }
+      }
+      EXPECT_EQ(display.Part({3, 2}), "");
+    }
+  }
+}
+
+// One letter a move: Previous, Next, Up, Down, line Begin, line End, First, Last.
+TEST(DisplayLayout, TheMarkMovesFromGroupToGroup) {
+  // 0 1 2 / 3 / 4 5
+  const DisplayText shown = Shown("aa bb cc\nd\nee ff", false, 40);
+  ASSERT_EQ(shown.groups.size(), 6U);
+  const std::string_view letters = "PNUDBEFL";
+  for (const auto& [moves, want] : {std::pair{"N", 0},
+                                    {"P", 5},
+                                    {"D", 0},
+                                    {"NP", 0},
+                                    {"NNN", 2},
+                                    {"LN", 5},
+                                    {"NND", 3},
+                                    {"NNDD", 4},
+                                    {"LU", 3},
+                                    {"LUU", 0},
+                                    {"FU", 0},
+                                    {"LD", 5},
+                                    {"FE", 2},
+                                    {"FEB", 0},
+                                    {"LB", 4},
+                                    {"FED", 3},
+                                    {"FDDEUL", 5}}) {
+    int marked = -1;
+    for (const char letter : std::string_view(moves)) {
+      marked = MovedMark(shown, marked, static_cast<Move>(letters.find(letter)));
+    }
+    EXPECT_EQ(marked, want) << moves;
+  }
+  EXPECT_EQ(MovedMark({}, -1, Move::kNext), -1);
+}
+
+TEST(DisplayLayout, ThePointerMarksTheGroupUnderIt) {
+  ResultDisplay display = Display();
+  display.SetPlace(1000, 100);
+  display.SetResult("aa bb,cc", ResultGroups("aa bb,cc"), true);
+  ASSERT_EQ(display.shown().text, "1  aa  bb,cc");
+  for (const auto& [position, want] :
+       {std::pair{0, -1}, {3, 0}, {5, 0}, {6, -1}, {7, 1}, {10, 2}, {12, 2}, {13, -1}}) {
+    display.MarkAt(static_cast<std::size_t>(position));
+    EXPECT_EQ(display.marked(), want) << position;
+  }
+}
+
+TEST(DisplayLayout, FillsItsPlaceUntilSomeoneChoosesASize) {
+  ResultDisplay display = Display();
+  std::string melody;
+  for (int note = 0; note < 200; ++note) {
+    melody += "288** ";
+  }
+  EXPECT_EQ(display.ChosenPixelSize(), 0);
+  display.SetResult(melody, ResultGroups(melody), true);
+  int before = 0;
+  for (const double width : {300, 1300, 1600, 2400}) {
+    display.SetPlace(width, 500);
+    EXPECT_GE(display.PixelSize(), before);
+    before = display.PixelSize();
+    const auto lines = 1 + std::ranges::count(display.shown().text, '\n');
+    EXPECT_TRUE(before == 20 || static_cast<double>(lines) * before * 1.2 <= 500) << width;
+  }
+  EXPECT_EQ(before, 30);
+  EXPECT_TRUE(display.SetPixelSize(99));
+  EXPECT_FALSE(display.SetPlace(2400, 500));
+  EXPECT_EQ(display.ChosenPixelSize(), 40);
+}
+
+}  // namespace
+}  // namespace tonadex::app
