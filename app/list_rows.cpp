@@ -1,6 +1,7 @@
 #include "app/list_rows.h"
 
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 
 namespace tonadex::app {
@@ -9,6 +10,9 @@ namespace {
 using namespace core::literals;
 
 constexpr std::uint32_t kMostBytes = 0x7FFFFFFF;  // what a mark's end can hold
+
+// Drawing takes time for each character, and a file that is no melody makes a row of a mebibyte.
+constexpr std::size_t kMostShown = 500;
 
 }  // namespace
 
@@ -58,6 +62,15 @@ ListRows::Stored& ListRows::Own() {
     stored_ = std::make_shared<Stored>(*stored_);
   }
   return *stored_;
+}
+
+std::string RowLine(std::string_view text) {
+  std::string line(text.substr(0, kMostShown));
+  for (char& c : line) {
+    const auto code = static_cast<unsigned char>(c);
+    c = code < 0x20 || code == 0x7F ? ' ' : c;
+  }
+  return std::string(core::Trim(line));
 }
 
 }  // namespace tonadex::app

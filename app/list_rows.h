@@ -85,4 +85,7 @@ class ListRows {
   std::shared_ptr<Stored> stored_;  // null for no rows
 };
 
+// A row's text as lists show it: one line, shortened, controls as blanks, none of them at its ends.
+std::string RowLine(std::string_view text);
+
 }  // namespace tonadex::app

@@ -2,55 +2,30 @@
 
 #include <windows.h>
 
-#include <utility>
+#include <uxtheme.h>
+
+#include <memory>
 
 // Drawing objects of the system that let go by themselves.
 namespace tonadex::shell {
 
-template <typename Handle>
-class GdiObject {
- public:
-  GdiObject() = default;
-  explicit GdiObject(Handle handle) : handle_(handle) {}
-  ~GdiObject() { Reset(); }
-  GdiObject(GdiObject&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
-  GdiObject& operator=(GdiObject&& other) noexcept {
-    if (this != &other) {
-      Reset();
-      handle_ = std::exchange(other.handle_, nullptr);
-    }
-    return *this;
-  }
-
-  Handle get() const { return handle_; }
-
- private:
-  void Reset() {
-    if (handle_ != nullptr) {
-      DeleteObject(handle_);
-    }
-  }
-  Handle handle_ = nullptr;
+struct DeleteGdiObject {
+  void operator()(HGDIOBJ handle) const { DeleteObject(handle); }
 };
-
-using Font = GdiObject<HFONT>;
-using Brush = GdiObject<HBRUSH>;
+using Font = std::unique_ptr<HFONT__, DeleteGdiObject>;
+using Brush = std::unique_ptr<HBRUSH__, DeleteGdiObject>;
 
 // Draws into memory and puts the whole picture on the window at its end, so that nothing flickers.
 class BufferedPaint {
  public:
-  explicit BufferedPaint(HWND window) : window_(window), screen_(BeginPaint(window, &paint_)) {
+  explicit BufferedPaint(HWND window) : window_(window) {
+    const HDC screen = BeginPaint(window, &paint_);
     GetClientRect(window, &area_);
-    memory_ = CreateCompatibleDC(screen_);
-    bitmap_ = CreateCompatibleBitmap(screen_, area_.right, area_.bottom);
-    previous_ = SelectObject(memory_, bitmap_);
+    buffer_ = BeginBufferedPaint(screen, &area_, BPBF_COMPATIBLEBITMAP, nullptr, &memory_);
     SetBkMode(memory_, TRANSPARENT);
   }
   ~BufferedPaint() {
-    BitBlt(screen_, 0, 0, area_.right, area_.bottom, memory_, 0, 0, SRCCOPY);
-    SelectObject(memory_, previous_);
-    DeleteObject(bitmap_);
-    DeleteDC(memory_);
+    EndBufferedPaint(buffer_, TRUE);
     EndPaint(window_, &paint_);
   }
   BufferedPaint(const BufferedPaint&) = delete;
@@ -62,10 +37,9 @@ class BufferedPaint {
  private:
   HWND window_;
   PAINTSTRUCT paint_{};
-  HDC screen_, memory_ = nullptr;
-  HBITMAP bitmap_ = nullptr;
-  HGDIOBJ previous_ = nullptr;
   RECT area_{};
+  HDC memory_ = nullptr;
+  HPAINTBUFFER buffer_;
 };
 
 }  // namespace tonadex::shell

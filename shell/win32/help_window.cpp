@@ -248,6 +248,7 @@ std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data
       return 0;
     case WM_DRAWITEM:
       return ReflectDraw(data);
+    case WM_CTLCOLORBTN:
     case WM_CTLCOLORSTATIC:
       SetTextColor(reinterpret_cast<HDC>(wide), theme_.colours.text);
       SetBkMode(reinterpret_cast<HDC>(wide), TRANSPARENT);

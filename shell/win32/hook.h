@@ -59,6 +59,13 @@ HWND MakeChild(const wchar_t* kind, DWORD style, HWND parent, int id);
 // A bare one for a widget of our own; its behaviour is hooked.
 HWND MakeBareWindow(HWND parent, DWORD style, int id);
 
+// The brush of what a child stands on, as its parent says.
+inline HBRUSH GroundUnder(HWND child, HDC context) {
+  return reinterpret_cast<HBRUSH>(SendMessageW(GetParent(child), WM_CTLCOLORBTN,
+                                               reinterpret_cast<WPARAM>(context),
+                                               reinterpret_cast<LPARAM>(child)));
+}
+
 // What windows that we paint are asked with the parent's WM_DRAWITEM.
 inline constexpr UINT kDrawYourself = WM_APP + 2;
 inline LRESULT ReflectDraw(LPARAM item) {

@@ -146,10 +146,11 @@ std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM 
   switch (message) {
     case WM_DRAWITEM:
       return ReflectDraw(data);
+    case WM_CTLCOLORBTN:
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
-      return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data));
+      return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data), message);
     case WM_SIZE:
       LayOutPage();
       return 0;
@@ -337,10 +338,12 @@ void MainWindow::Paint() {
   for (const Frame& frame : frames_) {
     const bool focus = frame.field != nullptr && GetFocus() == frame.field;
     const COLORREF edge = focus ? c.accent : c.border;
-    const RECT box = frame.Box();
+    RECT box = frame.Box();
     switch (frame.kind) {
       case Frame::kBar:
         FillRect(paint.get(), &box, theme_.cardBrush.get());
+        box.top = std::exchange(box.bottom, box.bottom + theme_.Px(1));
+        FillRect(paint.get(), &box, Brush(CreateSolidBrush(c.border)).get());
         break;
       case Frame::kCard:
         RoundedBox(paint.get(), box, theme_.Px(8), c.card, c.border, theme_.Px(1));
@@ -356,21 +359,24 @@ void MainWindow::Paint() {
   }
 }
 
-LRESULT MainWindow::ColourOf(HDC context, HWND control) const {
+LRESULT MainWindow::ColourOf(HDC context, HWND control, UINT message) const {
   const BoundControl* bound = binding_->Find(control);
   const bool label = bound != nullptr && bound->info->look == Look::kLabel;
   const Colours& colours = theme_.colours;
   const COLORREF inks[] = {colours.text, colours.muted, colours.good, colours.bad};
   const COLORREF ink =
       label ? inks[static_cast<std::size_t>((form_.*bound->info->member).tone)] : colours.text;
-  // Labels stand on a card or on the window, all else on a ground of its own.
+  // Fields have a ground of their own, all else stands on a bar, a card or the window.
+  const bool field = !label && message != WM_CTLCOLORBTN &&
+                     (bound == nullptr || bound->info->look != Look::kSlider);
   RECT place{};
   GetWindowRect(control, &place);
   MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
-  const bool onCard = !label || std::ranges::any_of(frames_, [&place](const Frame& frame) {
-    const RECT box = frame.Box();
-    return frame.kind == Frame::kCard && PtInRect(&box, {place.left, place.top}) != 0;
-  });
+  const bool onCard = field || std::ranges::any_of(frames_, [&place](const Frame& frame) {
+                        const RECT box = frame.Box();
+                        return (frame.kind == Frame::kCard || frame.kind == Frame::kBar) &&
+                               PtInRect(&box, {place.left, place.top}) != 0;
+                      });
   SetTextColor(context, ink);
   SetBkColor(context, onCard ? theme_.colours.card : theme_.colours.window);
   return reinterpret_cast<LRESULT>(onCard ? theme_.cardBrush.get() : theme_.windowBrush.get());

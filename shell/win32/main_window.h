@@ -51,7 +51,7 @@ class MainWindow {
   void FollowMelody();
   void PlaceBox(HWND box) const;
   void Paint();
-  LRESULT ColourOf(HDC context, HWND control) const;
+  LRESULT ColourOf(HDC context, HWND control, UINT message) const;
   void ChangeTheme(UINT dotsPerInch);
   void AddTooltips();
 

@@ -1,6 +1,7 @@
 #include "shell/win32/splash.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/words.h"
 #include "platform/win32/wide_text.h"

@@ -12,20 +12,6 @@
 namespace tonadex::shell {
 namespace {
 
-// Drawing takes time for each character, and a file that is no melody makes a row of a mebibyte.
-constexpr std::size_t kMostShown = 500;
-
-// Line ends, tabs and other controls as blanks: a row is one line.
-QString OneLine(std::string_view text) {
-  QString line = ToQString(text.substr(0, kMostShown));
-  for (QChar& character : line) {
-    if (character.category() == QChar::Other_Control) {
-      character = QLatin1Char(' ');
-    }
-  }
-  return line;
-}
-
 // Draws "name (file)" with the file quieter, and a sentence for the user as one.
 class RowDelegate : public QStyledItemDelegate {
  public:
@@ -33,7 +19,7 @@ class RowDelegate : public QStyledItemDelegate {
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
-    const QString text = index.data().toString().trimmed();
+    const QString text = index.data().toString();
     const bool hint = index.data(RowsModel::kHintRole).toBool();
     QStyleOptionViewItem ground = option;
     initStyleOption(&ground, index);
@@ -90,7 +76,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
-      return OneLine(loose ? std::string_view(loose_) : rows_[at].text);
+      return ToQString(app::RowLine(loose ? std::string_view(loose_) : rows_[at].text));
     case kHintRole:
       return !loose && rows_[at].hint;
     default:

@@ -128,9 +128,7 @@ void DrawCommand(const DRAWITEMSTRUCT& item, const Face& face, const Ink& ink, c
 }
 
 void Draw(const DRAWITEMSTRUCT& item, const Face& face, const Theme& theme) {
-  const bool onBar = face.look == Look::kNavigation || face.look == Look::kLink;
-  const bool onCard = onBar || face.look == Look::kKeys;
-  FillRect(item.hDC, &item.rcItem, onCard ? theme.cardBrush.get() : theme.windowBrush.get());
+  FillRect(item.hDC, &item.rcItem, GroundUnder(item.hwndItem, item.hDC));
   const Ink ink = InkOf(face, item, theme);
   RoundedBox(item.hDC, item.rcItem, face.look == Look::kNavigation ? 1 : theme.Px(kRadius),
              ink.fill, ink.frame, ink.frameWidth);

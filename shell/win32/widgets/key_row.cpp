@@ -99,9 +99,12 @@ std::optional<LRESULT> KeyRow::Handle(UINT message, WPARAM wide, LPARAM data) {
     case WM_ERASEBKGND: {
       RECT area{};
       GetClientRect(window_, &area);
-      FillRect(reinterpret_cast<HDC>(wide), &area, theme_.cardBrush.get());
+      FillRect(reinterpret_cast<HDC>(wide), &area,
+               GroundUnder(window_, reinterpret_cast<HDC>(wide)));
       return 1;
     }
+    case WM_CTLCOLORBTN:
+      return reinterpret_cast<LRESULT>(GroundUnder(window_, reinterpret_cast<HDC>(wide)));
     default:
       return std::nullopt;
   }

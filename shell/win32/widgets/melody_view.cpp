@@ -134,7 +134,7 @@ void MelodyView::Scroll(WORD how) {
 void MelodyView::Paint() {
   const BufferedPaint paint(window_);
   RECT area = paint.area();
-  FillRect(paint.get(), &area, theme_.windowBrush.get());
+  FillRect(paint.get(), &area, GroundUnder(window_, paint.get()));
   const bool focus = GetFocus() == window_;
   RoundedBox(paint.get(), area, theme_.Px(kRadius), theme_.colours.card,
              focus ? theme_.colours.accent : theme_.colours.border, theme_.Px(focus ? 2 : 1));

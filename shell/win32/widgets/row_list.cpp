@@ -10,8 +10,6 @@
 namespace tonadex::shell {
 namespace {
 
-// Drawing takes time for each character, and a file that is no melody makes a row of a mebibyte.
-constexpr std::size_t kMostShown = 500;
 constexpr DWORD kTypingMs = 1000;  // what is typed after that begins anew
 
 }  // namespace
@@ -55,8 +53,7 @@ int RowList::Selected() const {
 }
 
 std::wstring RowList::TextAt(std::size_t row) const {
-  const std::string_view text = row < rows_.size() ? rows_[row].text : std::string_view(loose_);
-  return platform::ToWide(text.substr(0, kMostShown));
+  return platform::ToWide(app::RowLine(row < rows_.size() ? rows_[row].text : loose_));
 }
 
 // The system's list has no texts to find a row by, or to read one out.
@@ -103,14 +100,14 @@ void RowList::FindTyped(wchar_t character) {
   }
   typedAt_ = now;
   typed_ += character;
-  const auto length = static_cast<int>(typed_.size());
   const std::size_t count = rows_.size();
-  const auto from = static_cast<std::size_t>(std::max(0, Selected() + (length == 1 ? 1 : 0)));
+  const auto from =
+      static_cast<std::size_t>(std::max(0, Selected() + (typed_.size() == 1 ? 1 : 0)));
   for (std::size_t i = 0; i < count; ++i) {
     const std::size_t row = (from + i) % count;
-    const std::wstring text = platform::ToWide(rows_[row].text.substr(0, typed_.size()));
-    if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, text.c_str(),
-                       static_cast<int>(text.size()), typed_.c_str(), length) == CSTR_EQUAL) {
+    if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE,
+                       TextAt(row).substr(0, typed_.size()).c_str(), -1, typed_.c_str(),
+                       -1) == CSTR_EQUAL) {
       SendMessageW(window_, LB_SETCURSEL, row, 0);
       SendMessageW(GetParent(window_), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window_), LBN_SELCHANGE),
                    reinterpret_cast<LPARAM>(window_));
@@ -129,6 +126,7 @@ void RowList::PaintInvitation() const {
   ReleaseDC(window_, context);
 }
 
+// "name (file)" with the file quieter, and a sentence for the user as one.
 void RowList::PaintRow(const DRAWITEMSTRUCT& item) const {
   if (item.itemID > rows_.size() || (item.itemID == rows_.size() && loose_.empty())) {
     return;
@@ -145,9 +143,16 @@ void RowList::PaintRow(const DRAWITEMSTRUCT& item) const {
     FillRect(item.hDC, &mark, accent.get());
   }
   box.left += theme_.Px(kGrid + 2);
-  Words(item.hDC, TextAt(item.itemID), box, hint ? theme_.small.get() : theme_.body.get(),
-        hint ? theme_.colours.muted : theme_.colours.text,
-        DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+  const std::wstring text = TextAt(item.itemID);
+  const std::size_t split = hint ? std::wstring::npos : text.find(L" (");
+  const std::wstring name = text.substr(0, split);
+  const Font& font = hint ? theme_.small : selected ? theme_.bold : theme_.body;
+  constexpr UINT kLine = DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS;
+  Words(item.hDC, name, box, font.get(), hint ? theme_.colours.muted : theme_.colours.text, kLine);
+  box.left += TextWidth(font.get(), name) + theme_.Px(kGrid);
+  if (split != std::wstring::npos && box.left < box.right) {
+    Words(item.hDC, text.substr(split + 1), box, theme_.body.get(), theme_.colours.muted, kLine);
+  }
 }
 
 }  // namespace tonadex::shell
