@@ -187,6 +187,7 @@ std::int16_t ParseRTTTL(RTTTLMelody& melody) {
 
 void ParseRTTTLHeader(RTTTLMelody& melody) {
   const std::string_view text = melody.Text;
+  melody.Name.clear();  // a text that names nothing does not go by the name of the melody before it
   const std::ptrdiff_t nameEnd = InStr16(text, ':');
   melody.Name = Left(text, nameEnd - 1);
   const std::string_view rest = Mid(text, nameEnd + 1);

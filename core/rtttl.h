@@ -72,7 +72,7 @@ struct RTTTLMelody {
   std::int16_t Instrument = 0;  // General MIDI program, 0-based
   std::string Credits;          // MIDI copyright notice, at most 255 characters
   std::string TrackName;        // MIDI track name, at most 255 characters
-  std::string Name;             // the text before the first ":", with its blanks
+  std::string Name;             // the text before the first ":", with its blanks; "" without a ":"
   std::string Beats;            // tempo, quarter notes per minute
   std::string DefaultDuration;
   std::string DefaultOctave;
