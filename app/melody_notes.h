@@ -15,7 +15,7 @@ struct DrawnNote {
   std::string name;   // "do#" to "si"; "" for a pause
   bool pause = false;
   bool dotted = false;
-  bool outside = false;  // outside what the chosen phone plays
+  bool outside = false;  // in an octave that does not fit the chosen phone; see MelodyDrawing
 
   friend bool operator==(const DrawnNote&, const DrawnNote&) = default;
 };
@@ -32,7 +32,9 @@ struct Drawing {
 
 // The drawing of an RTTTL text; its "#" are restored from the escape if need be. Notes that cannot
 // be read are left out; a text that is no melody gives an empty drawing. `model` is a model text of
-// the catalogue, for `outside`; "" or an unknown one plays everything. Never throws, shows nothing.
+// the catalogue: `outside` are the notes and pauses that the notices of its conversion name for
+// their octave and, where its format names none, the notes that it writes in another octave.
+// Nothing is outside for "" and unknown models. Never throws, shows nothing.
 Drawing MelodyDrawing(std::string_view rtttl, std::string_view model = {});
 
 // Index of the note that sounds (or of the pause) `ms` after the playback began, -1 before it and

@@ -2,10 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <map>
+#include <random>
+#include <regex>
+#include <set>
 #include <string>
 #include <string_view>
 
 #include "core/message_box.h"
+#include "phones/catalogue.h"
+#include "phones/conversion.h"
 #include "tests/core/table.h"
 
 namespace tonadex::app {
@@ -49,12 +56,64 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
             "2 notas y pausas, 1 segundo, de do 0 a do# 5");
 }
 
-// Octaves 4 to 8: the phone's three lie around the two most used ones, 5 and 6.
+// The numbers of the notes that the notices name for their octave.
+std::set<int> Reported(std::string_view notices) {
+  const std::regex note(R"((\d+) est. fuera del rango)");
+  const std::string text(notices);
+  std::set<int> numbers;
+  for (std::sregex_iterator at(text.begin(), text.end(), note), end; at != end; ++at) {
+    numbers.insert(std::stoi((*at)[1]));
+  }
+  return numbers;
+}
+
+class NoFile : public phones::SaveFileQuestion {
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override { return {}; }
+};
+
+// What a conversion says and what is hatched agree, note by note.
+TEST(MelodyDrawing, MarksWhatTheNoticesName) {
+  std::mt19937 random(3210);
+  std::map<std::string_view, std::size_t> named;
+  NoFile noFile;
+  for (int round = 0; round < 100; ++round) {
+    std::string notes = "x:d=4,o=" + std::to_string(random() % 11) + ",b=120:c";
+    const auto first = random() % 9;
+    for (int i = 0; i < 20; ++i) {
+      constexpr std::array kPitches = {"c", "a#", "b", "h", "p", "8d."};
+      notes += std::string(",") + kPitches[random() % kPitches.size()] +
+               (random() % 5 == 0 ? "" : std::to_string(first + random() % 3));
+    }
+    for (const phones::CatalogueRow& phone : phones::CatalogueRows()) {
+      core::RTTTLMelody melody;
+      melody.Text = notes;
+      const auto page = phones::ConvertSelectedMelody(melody, phone.model, "x", noFile).page;
+      std::set<int> hatched;
+      int number = 0;
+      for (const DrawnNote& note : MelodyDrawing(notes, phone.model).notes) {
+        ++number;
+        if (note.outside) {
+          hatched.insert(number);
+        }
+      }
+      const std::set<int> reported = Reported(page ? page->notices : "");
+      named[phone.code] += reported.size();
+      if (named[phone.code] > 0) {
+        EXPECT_EQ(hatched, reported) << notes << phone.model;
+      }
+    }
+  }
+  for (const std::string_view code : {"NKEY", "EMSE", "EMSI", "SAM1", "SAM2"}) {
+    EXPECT_GT(named[code], 0u) << code;
+  }
+}
+
+// The phone's three octaves lie around the two most used ones, 5 and 6.
 TEST(MelodyDrawing, MarksNotesOutsideThePhonesRange) {
   for (const test::Row& row : test::Table("Octaves outside")) {
     std::string marks;
     for (const DrawnNote& note :
-         MelodyDrawing("x:d=4,o=5,b=120:c4,c,c,c6,c6,c7,c8,p", row[0]).notes) {
+         MelodyDrawing("x:d=4,o=5,b=120:c3,c4,c,c,c6,c6,c7,c8,p3", row[0]).notes) {
       marks += note.outside ? '!' : '.';
     }
     EXPECT_EQ(marks, row[1]) << row[0];
