@@ -91,7 +91,7 @@ string Fault(const ShelfRow& row) {
     return "bad name or header";
   }
   const std::string_view notes = std::string_view(row.rtttl).substr(row.rtttl.rfind(':') + 1);
-  for (const std::string_view note : SplitAt(notes, ',')) {
+  for (const std::string_view note : core::SplitText(notes, ',')) {
     if (!std::regex_match(note.begin(), note.end(), kNote)) {
       return "bad note " + string(note);
     }
