@@ -161,14 +161,6 @@ TEST_F(Form1Window, ListsOneRowForEachFileOfTheRepertoire) {
   }
 }
 
-TEST_F(Form1Window, ListsTenThousandFiles) {
-  for (int i = 0; i < 10'000; ++i) {
-    test.folder.Write("melodias/m" + std::to_string(i) + ".9", "M:d=4:c,d");
-  }
-  form.cmdrepertorio_Click();
-  EXPECT_EQ(form.List1.rows.size(), 10'000u);
-}
-
 // A melody is marked as sounding while its box is up.
 TEST_F(Form1Window, TellsWhichMelodySounds) {
   struct Watch : core::MessageSink {

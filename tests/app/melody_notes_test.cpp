@@ -12,8 +12,8 @@
 
 #include "core/message_box.h"
 #include "phones/catalogue.h"
-#include "phones/conversion.h"
 #include "tests/core/table.h"
+#include "tests/support/fakes.h"
 
 namespace tonadex::app {
 namespace {
@@ -67,15 +67,11 @@ std::set<int> Reported(std::string_view notices) {
   return numbers;
 }
 
-class NoFile : public phones::SaveFileQuestion {
-  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override { return {}; }
-};
-
 // What a conversion says and what is hatched agree, note by note.
 TEST(MelodyDrawing, MarksWhatTheNoticesName) {
   std::mt19937 random(3210);
   std::map<std::string_view, std::size_t> named;
-  NoFile noFile;
+  test::FakeSaveQuestion noFile;
   for (int round = 0; round < 100; ++round) {
     std::string notes = "x:d=4,o=" + std::to_string(random() % 11) + ",b=120:c";
     const auto first = random() % 9;
@@ -124,9 +120,15 @@ TEST(MelodyDrawing, MarksNotesOutsideThePhonesRange) {
 // eighth 10.
 TEST(NoteAt, FollowsThePlayback) {
   for (const test::Row& row : test::Table("Playback")) {
-    const double ms = std::stoi(row[1]) * 5000.0 / 192 + 0.001;
-    EXPECT_EQ(std::to_string(NoteAt(MelodyDrawing("x:d=4,o=5,b=120:" + row[0]), ms)), row[2])
-        << row[0] << " at " << row[1];
+    const Drawing drawing = MelodyDrawing("x:d=4,o=5,b=120:" + row[0]);
+    std::string changes;
+    for (int tick = -1, last = -1; tick < 99; ++tick) {
+      const int note = NoteAt(drawing, tick * 5000.0 / 192 + 0.001);
+      if (note != std::exchange(last, note)) {
+        changes += std::to_string(tick) + "=" + std::to_string(note) + ";";
+      }
+    }
+    EXPECT_EQ(changes, row[1]) << row[0];
   }
   EXPECT_EQ(NoteAt({}, 0), -1);
 }
