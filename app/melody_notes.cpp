@@ -31,8 +31,8 @@ struct Interval {
   bool pausesToo = false;
 };
 
-// The octaves that fit the model: those that its notices leave unnamed, and where they name none,
-// those that the format holds.
+// The octaves that the notices for the model do not report or, where they report none, the octaves
+// that the format can hold.
 Interval FittingOctaves(core::RTTTLMelody melody, std::string_view model) {
   using phones::OctaveRange;
   const phones::Format* format = phones::FindFormat(model);
@@ -50,7 +50,7 @@ Interval FittingOctaves(core::RTTTLMelody melody, std::string_view model) {
   return {first, first + count - 1, reported};
 }
 
-// A note of the drawing, none for one that cannot be read.
+// nullopt for an unreadable note.
 std::optional<DrawnNote> DrawNote(const core::RTTTLNote& note, double tempo,
                                   const Interval& fitting) {
   const double duration = core::ToNumber(note.Duration);
@@ -110,7 +110,7 @@ void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
   Interval fitting;
   core::SkipErrors([&] { fitting = FittingOctaves(melody, model); });
   drawing.barLength = formats::kWholeNoteMs / tempo;
-  // A melody that no MIDI file can hold does not sound, so its times do not matter.
+  // NoteTimes fails for a melody that does not fit a MIDI file; that one is never played.
   std::vector<midi::NoteTime> times(melody.Notes.size());
   core::SkipErrors([&] { times = midi::NoteTimes(melody); });
   std::size_t index = 0;
@@ -142,7 +142,7 @@ std::string Count(std::size_t number, std::string_view one, std::string_view man
 }  // namespace
 
 Drawing MelodyDrawing(std::string_view rtttl, std::string_view model) {
-  core::RecordingMessages unread;  // the parser reports; a drawing is silent
+  core::RecordingMessages unread;  // discards the parser's message boxes
   const core::ScopedMessageSink sink(unread);
   Drawing drawing;
   core::SkipErrors([&] { Draw(drawing, rtttl, model); });

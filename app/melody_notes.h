@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-// A melody as a picture: plain data for the shells.
+// The drawing of a melody as plain data for the shells.
 namespace tonadex::app {
 
 struct DrawnNote {
@@ -37,14 +37,14 @@ struct Drawing {
 // Nothing is outside for "" and unknown models. Never throws, shows nothing.
 Drawing MelodyDrawing(std::string_view rtttl, std::string_view model = {});
 
-// Index of the note that sounds (or of the pause) `ms` after the playback began, -1 before it and
-// behind its end.
+// Index of the note or pause that is played `ms` after the start of the playback, -1 before the
+// start and after the end.
 int NoteAt(const Drawing& drawing, double ms);
 
-// A melody in words, for those who do not see it: "24 notas y pausas, 12 segundos, de do 5 a la 6".
+// A description for screen readers: "24 notas y pausas, 12 segundos, de do 5 a la 6".
 std::string DrawingInWords(const Drawing& drawing);
 
-// A note in words: "do#, 300 ms", and when the chosen phone does not play it.
+// "do#, 300 ms", followed by a remark for a note that is `outside`.
 std::string NoteInWords(const DrawnNote& note);
 
 }  // namespace tonadex::app

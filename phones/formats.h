@@ -38,8 +38,8 @@ struct Format {
   Output output;
   Kind kind;
   std::string_view extension;  // of a saved result, without its full stop
-  Octaves octaves;   // that the format can hold; most writers fold other octaves into them
-  Octaves reported;  // the notices name every note and pause outside of these; kAny: they name none
+  Octaves octaves;   // that the format can hold; most writers fold other octaves into these
+  Octaves reported;  // the notices report notes and pauses outside of these; kAny: they report none
   std::size_t noteLimit;         // 0 for none
   std::string_view sheetLabel;   // on the printed sheet
   std::string_view titleSuffix;  // after "Melodia " and the melody's row

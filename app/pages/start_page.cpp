@@ -40,7 +40,7 @@ constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", 
 constexpr std::string_view kFirstTempo = "125";
 constexpr int kTempoWidth = 96, kLowestNotes = 56;
 
-// What both boxes have, with a name that tells which one.
+// A button that both boxes have; its help is its accessible name, to tell the two apart.
 constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
                              const char* icon, std::string_view help, Handler click) {
   return Button(Look::kButton, name, member, caption, icon, help, click, help);
@@ -166,7 +166,6 @@ void StartPage::subemelodia(const std::string& nombre) {
   net::UploadMelody(state_.Fetch(), nombre, melodiasube, state_.Text1.text);
 }
 
-// The converter, made on first use.
 nokia3210::CNokia& StartPage::Converter() {
   if (converter_ == nullptr) {
     converter_ = std::make_unique<nokia3210::CNokia>();
@@ -186,7 +185,7 @@ void StartPage::convierteCompositor() {
   rtf.text = converter.ConvertedNotes();
 }
 
-// Builds the RTTTL text of the composer into melodiasube; false after a refusal.
+// Sets melodiasube to the composer's melody as RTTTL; false after a message to the user.
 bool StartPage::BuildComposedMelody() {
   const std::string& name = txtcomponombremelodia.text;
   const std::string& tempo = txtcompoTempo.text;
@@ -236,7 +235,7 @@ void StartPage::cmdscuchartttl_Click() {
 void StartPage::cmdsubirmelortttl_Click() {
   lblMsg.caption.clear();
   melodiasube = txtrtttlsube.text;
-  // A text without ":" is an invalid argument here, which nothing catches.
+  // Without a ":" this throws an invalid argument, which ends the program: deliberate.
   subemelodia(std::string(core::Left(melodiasube, core::InStr(melodiasube, ":") - 1)));
 }
 

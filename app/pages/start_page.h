@@ -26,12 +26,12 @@ class StartPage {
   void cmdsubecompo_Click();
   void cmdscuchartttl_Click();
   void cmdsubirmelortttl_Click();
-  // A character was typed into the tempo box, before it gets there: KeyAscii is its Windows-1252
-  // code (8 is Backspace) and becomes 0 when it is refused. Pasting is not typing.
+  // Called before a typed character reaches the tempo box, not for pasted text: KeyAscii is its
+  // Windows-1252 code (8 is Backspace) and is set to 0 to refuse it.
   void txtcompoTempo_KeyPress(std::int16_t& KeyAscii);
   // A key of the phone was pressed; `key` is its label.
   void keyRow_KeyPressed(std::string_view key, bool held);
-  // The text of a box changed: checks and drawings follow. Never throw, show nothing.
+  // The text of a box changed: update its check and its drawing. Never throw, show nothing.
   void txtmelodiacompo_Change();
   void txtrtttlsube_Change();
 
