@@ -164,6 +164,9 @@ std::vector<TypingStep> GroupSteps(const Rules& rules, std::string_view result,
                           note.Dotted, rules.dots && !pause, octave});
     if (rules.display) {
       formats::AppendComposerNote(note, octave, step.display);
+      if (pause && note.Dotted) {  // the key is not held
+        step.display.erase(step.display.rfind('.'), 1);
+      }
     }
     if (rules.dotRests && note.Dotted && !pause && !cutter.rest().empty()) {
       const int dotted = step.note;

@@ -422,15 +422,17 @@ TEST(TypingSteps, GiveTheNotesWhenTypedIntoThePhone) {
   }
 }
 
-// What the phone must show, note by note, is the other result for the same melody.
+// What a Nokia must show, note by note, is the other result for the same melody, but for the dots
+// of pauses: their key is not held.
 TEST(TypingSteps, ShowTheComposerNotation) {
   for (const auto& melodies : {PlayableMelodies(), ShelfMelodies(), OddMelodies()}) {
     for (const std::string& melody : melodies) {
       std::string shown;
-      for (const TypingStep& step : ConvertAndTakeApart(melody, " Pulsaciones").steps) {
+      for (const TypingStep& step : ConvertAndTakeApart(melody, kModels[0]).steps) {
         shown += step.display + step.after;
       }
-      EXPECT_EQ(shown, ConvertAndTakeApart(melody, " Compositor").result) << melody;
+      std::string notation = ConvertAndTakeApart(melody, " Compositor").result;
+      ASSERT_EQ(shown, core::ReplaceAll(notation, ".-", "-")) << melody;
     }
   }
 }
