@@ -26,6 +26,11 @@ phones::Conversion ConvertLine(core::RTTTLMelody& melody, std::string_view line,
   return phones::ConvertSelectedMelody(melody, model, row, answer);
 }
 
+Steps StepsOf(const phones::Conversion& conversion, std::string_view model,
+              const core::RTTTLMelody& melody) {
+  return conversion.page ? phones::TypingSteps(model, conversion.page->result, melody) : Steps();
+}
+
 std::string ConversionJson(const phones::Conversion& conversion, std::string_view file,
                            std::string_view model) {
   static const phones::ConversionPage kKept;
@@ -42,7 +47,7 @@ std::string ConversionJson(const phones::Conversion& conversion, std::string_vie
   for (const core::Message& message : conversion.messages) {
     messages += (messages.empty() ? "" : ",") + JsonText(core::ToUtf8(message.text));
   }
-  return json + ",\"mensajes\":[" + messages + "]}\n";
+  return json + ",\"mensajes\":[" + messages + "]";
 }
 
 }  // namespace tonadex::cli

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/convert_line.h"
+#include "cli/steps_json.h"
 #include "core/melody_file.h"
 #include "core/windows1252.h"
 #include "files/read.h"
@@ -31,7 +32,8 @@ phones::Conversion TooLong() {
   return conversion;
 }
 
-std::string ConvertBatch(const Batch& lines, std::string_view model, std::string_view row) {
+std::string ConvertBatch(const Batch& lines, std::string_view model, std::string_view row,
+                         bool steps) {
   core::RTTTLMelody melody;
   std::string json;
   for (const std::string& bytes : lines) {
@@ -44,6 +46,10 @@ std::string ConvertBatch(const Batch& lines, std::string_view model, std::string
       conversion = ConvertLine(melody, line, model, row.empty() ? name : row, std::nullopt);
     }
     json += ConversionJson(conversion);
+    if (steps) {
+      AppendStepsJson(json, StepsOf(conversion, model, melody));
+    }
+    json += "}\n";
   }
   return json;
 }
@@ -65,17 +71,17 @@ Batch ReadBatch(std::istream& in) {
 
 }  // namespace
 
-bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model,
-                  std::string_view row) {
+bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
+                  bool steps) {
   const std::size_t most = 2 * std::size_t{std::max(2u, std::thread::hardware_concurrency())};
   // Each batch is converted at once and written after the one before it, unless that failed. Only
   // its neighbours hold a batch's future, so that a finished one is forgotten.
   std::deque<std::shared_future<bool>> underWay;
   for (Batch lines = ReadBatch(in); !lines.empty(); lines = ReadBatch(in)) {
-    auto task = [&out, model, row, batch = std::move(lines),
+    auto task = [&out, model, row, steps, batch = std::move(lines),
                  before =
                      underWay.empty() ? std::shared_future<bool>() : underWay.back()]() mutable {
-      const std::string json = ConvertBatch(std::exchange(batch, {}), model, row);
+      const std::string json = ConvertBatch(std::exchange(batch, {}), model, row, steps);
       const std::shared_future<bool> earlier = std::move(before);
       return (!earlier.valid() || earlier.get()) && (out << json << std::flush);
     };

@@ -60,6 +60,7 @@ std::vector<Command> Commands(Context& context, Arguments& a) {
         {"--fila", "TEXTO", "Nombre de la melodía en el título", &a.row},
         {"-o,--salida", "FICHERO", "Fichero en el que grabar el resultado", &a.output},
         {"--json", "", "Un objeto JSON por melodía y modelo", &a.json},
+        {"--pasos", "", "Paso a paso lo que hay que pulsar en el móvil", &a.steps},
         {"--solo-resultado", "", "Muestra solo el resultado", &a.resultOnly},
         {"--lineas", "", "Cada línea es una melodía: un objeto JSON por línea, en orden", &a.lines},
         files},
