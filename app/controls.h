@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/list_rows.h"
+#include "core/text.h"
 
 // The controls of the window model: plain values that a shell draws and that handlers change.
 namespace tonadex::app {
@@ -49,6 +51,7 @@ struct Control {
   std::string address;     // web view: where it was last told to go
   std::string invitation;  // what stands in it while it is empty
   std::size_t cursor = 0;  // of a text area: characters before the cursor
+  std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
   int value = 0;           // of a slider and of the display
   bool checked = false;
   Tone tone = Tone::kText;     // of a label
