@@ -52,7 +52,7 @@ struct Control {
   std::string invitation;  // what stands in it while it is empty
   std::size_t cursor = 0;  // of a text area: characters before the cursor
   std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
-  int value = 0;           // of a slider and of the display
+  int value = 0;                        // of a slider and of the display
   bool checked = false;
   Tone tone = Tone::kText;     // of a label
   std::uint32_t interval = 0;  // timer: milliseconds between two ticks while enabled

@@ -14,6 +14,8 @@
 namespace tonadex::phones {
 namespace {
 
+using namespace core::literals;
+
 constexpr std::size_t kLongestEntity = 10, kLongestTag = 200;
 constexpr std::string_view kEscapedByPercent = " #,:=.;\r\n";
 
@@ -115,22 +117,33 @@ struct Piece {
 };
 
 Piece Entity(std::string_view text) {
-  constexpr std::array<std::pair<std::string_view, char>, 8> kNames = {{{"amp", '&'},
-                                                                        {"quot", '"'},
-                                                                        {"apos", '\''},
-                                                                        {"lt", '<'},
-                                                                        {"gt", '>'},
-                                                                        {"nbsp", ' '},
-                                                                        {"num", '#'},
-                                                                        {"colon", ':'}}};
+  struct Name {
+    std::string_view name, plain;
+  };
+  constexpr auto kNames = std::to_array<Name>({{"amp", "&"},
+                                               {"quot", "\""},
+                                               {"apos", "'"},
+                                               {"lt", "<"},
+                                               {"gt", ">"},
+                                               {"nbsp", " "},
+                                               {"num", "#"},
+                                               {"colon", ":"},
+                                               {"aacute", u8"á"_w},
+                                               {"eacute", u8"é"_w},
+                                               {"iacute", u8"í"_w},
+                                               {"oacute", u8"ó"_w},
+                                               {"uacute", u8"ú"_w},
+                                               {"ntilde", u8"ñ"_w},
+                                               {"uuml", u8"ü"_w}});
   const std::size_t end = text.substr(0, kLongestEntity).find(';');
   if (end == text.npos) {
     return {};
   }
   const std::string name = core::ToLower(text.substr(1, end - 1));
-  const auto known = std::ranges::find(kNames, name, [](const auto& entry) { return entry.first; });
+  const auto known = std::ranges::find(kNames, name, &Name::name);
   if (known != kNames.end()) {
-    return {end + 1, std::string(1, known->second)};
+    const bool capital = core::ToLower(text[1]) != text[1];
+    return {end + 1, capital ? core::ToUpper(known->plain) : std::string(known->plain)};
   }
   if (!name.starts_with('#')) {
     return {};

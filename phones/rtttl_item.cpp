@@ -167,9 +167,11 @@ std::string NoteFault(std::string_view item, const MeantNote& note) {
 std::vector<MeantNote> NotesMeant(std::string_view item) {
   std::vector<MeantNote> notes;
   Scanner scan{item};
+  MeantNote next;
+  scan.Marks(next);
   std::string_view duration = scan.Digits();
   while (true) {
-    MeantNote note;
+    MeantNote note = std::exchange(next, {});
     note.duration = NumberOrNone(duration);
     scan.Marks(note);
     if (!scan.Letter(note)) {

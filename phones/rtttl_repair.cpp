@@ -406,6 +406,13 @@ std::string HeaderText(const Settings& settings) {
          ",b=" + settings.tempo + settings.others;
 }
 
+// Whether a number behind a note is the next one's duration: the note has its octave, or the number
+// is none that phones play.
+bool BeginsNote(std::string_view note, std::string_view word) {
+  return word.find_first_not_of("0123456789") == word.npos &&
+         (core::IsDigit(note.back()) || word.size() > 1 || word < "4" || word > "7");
+}
+
 // Puts the notes of one melody together.
 class NoteWriter {
  public:
@@ -420,7 +427,7 @@ class NoteWriter {
         return;
       }
       empty = false;
-      if (IsNote(item) && IsNote(word)) {
+      if (IsNote(item) && (IsNote(word) || BeginsNote(item, word))) {
         AddItem(std::exchange(item, {}));
         ++parted_;
       }
@@ -475,16 +482,20 @@ class NoteWriter {
   NoteChanges changes_;
 };
 
+// The sentence for the count, which stands in place of "%".
 std::string Counted(std::size_t count, std::string_view one, std::string_view many) {
-  return std::to_string(count) + " " + std::string(count == 1 ? one : many);
+  std::string sentence(count == 1 ? one : many);
+  return core::ReplaceAll(sentence, "%", std::to_string(count));
 }
 
 void NoteWriter::Sentences(std::vector<std::string>& changes) const {
   if (parted_ > 0) {
-    changes.push_back("Se ponen " + Counted(parted_, "coma", "comas") + " entre notas.");
+    changes.push_back(
+        Counted(parted_, "Se pone % coma entre notas.", "Se ponen % comas entre notas."));
   }
   if (gaps_ > 0) {
-    changes.push_back("Se quitan " + Counted(gaps_, "hueco", "huecos") + " entre comas.");
+    changes.push_back(
+        Counted(gaps_, "Se quita % hueco entre comas.", "Se quitan % huecos entre comas."));
   }
   changes_.Sentences(changes);
   if (beyond_ > 0) {
@@ -511,9 +522,11 @@ std::optional<RepairedMelody> Build(const Source& source) {
   if (notes.count() == 0) {
     return std::nullopt;
   }
-  if (source.lines.size() > 1) {
-    melody.changes.push_back("Se unen " + std::to_string(source.lines.size()) +
-                             std::string(u8" líneas."_w));
+  std::size_t lines = 0;
+  ForEachPiece(source.whole, "\n",
+               [&](std::string_view line) { lines += Strip(line).empty() ? 0u : 1u; });
+  if (lines > 1) {
+    melody.changes.push_back("Se unen " + std::to_string(lines) + std::string(u8" líneas."_w));
   }
   if (const std::string_view name = Strip(source.name, " \t\n:"); name != melody.name) {
     melody.changes.push_back("El nombre pasa a " + Quoted(melody.name) + ".");
@@ -530,23 +543,36 @@ std::optional<RepairedMelody> Build(const Source& source) {
     melody.changes.push_back("La cabecera queda " + Quoted(header) + ".");
   }
   notes.Sentences(melody.changes);
+  if (melody.changes.empty()) {
+    melody.changes.emplace_back("Se ponen en orden comas y espacios.");
+  }
   return melody;
 }
 
 // The lines of a paste, to see which of them came through with all their signs.
 class LineSet {
  public:
-  explicit LineSet(std::string_view pasted) {
+  LineSet(std::string_view pasted, std::string_view text) : all_(SameButLineEnds(pasted, text)) {
     ForEachPiece(pasted, "\r\n", [&](std::string_view line) { lines_.insert(Strip(line)); });
   }
   bool Holds(std::string_view text) const {
     bool all = true;
+    if (all_) {
+      return true;
+    }
     ForEachPiece(text, "\n",
                  [&](std::string_view line) { all = all && lines_.contains(Strip(line)); });
     return all;
   }
 
  private:
+  static bool SameButLineEnds(std::string_view pasted, std::string_view text) {
+    std::string lines(pasted);
+    core::ReplaceAll(lines, core::kCrLf, "\n");
+    return lines == text;
+  }
+
+  bool all_;
   std::unordered_set<std::string_view> lines_;
 };
 
@@ -567,7 +593,7 @@ std::vector<RepairedMelody> RepairRtttl(std::string_view pasted) {
     return {unchanged(pasted)};
   }
   const std::string text = PlainSigns(pasted);
-  const LineSet given(pasted);
+  const LineSet given(pasted, text);
   const std::vector<Header> headers = FindHeaders(text);
   std::vector<RepairedMelody> melodies;
   for (const Source& source :
