@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/list_rows.h"
+#include "core/text.h"
 
 // The controls of the window model: plain values that a shell draws and that handlers change.
 namespace tonadex::app {
@@ -49,7 +51,8 @@ struct Control {
   std::string address;     // web view: the last address requested
   std::string invitation;  // shown while the control is empty
   std::size_t cursor = 0;  // of a text area: characters before the cursor
-  int value = 0;           // of a slider and of the display
+  std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
+  int value = 0;                        // of a slider and of the display
   bool checked = false;
   Tone tone = Tone::kText;     // of a label
   std::uint32_t interval = 0;  // timer: milliseconds between two ticks while enabled

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "core/melody_file.h"
 #include "core/message_box.h"
 #include "core/number.h"
 #include "core/rtttl.h"
@@ -100,7 +99,7 @@ void SetExtremes(Drawing& drawing) {
 void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
   core::RTTTLMelody melody;
   core::InitMelody(melody, {});
-  melody.Text = core::UndoSharpEscape(rtttl);
+  melody.Text = rtttl;
   core::ParseRTTTL(melody);
   core::CheckDefaults(melody);
   const double tempo = formats::ToTempo(melody.Beats);

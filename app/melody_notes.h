@@ -30,7 +30,7 @@ struct Drawing {
   friend bool operator==(const Drawing&, const Drawing&) = default;
 };
 
-// The drawing of an RTTTL text; its "#" are restored from the escape if need be. Notes that cannot
+// The drawing of an RTTTL text whose sharps are "#", as it is played. Notes that cannot
 // be read are left out; a text that is no melody gives an empty drawing. `model` is a model text of
 // the catalogue: `outside` are the notes and pauses that the notices of its conversion name for
 // their octave and, where its format names none, the notes that it writes in another octave.

@@ -23,6 +23,7 @@ struct Arguments {
 void ListModels(Context& context, const Arguments& arguments);
 void Convert(Context& context, const Arguments& arguments);
 void Check(Context& context, const Arguments& arguments);
+void Repair(Context& context, const Arguments& arguments);
 void SaveMidi(Context& context, const Arguments& arguments);
 void PlayFile(Context& context, const Arguments& arguments);
 void Search(Context& context, const Arguments& arguments);

@@ -227,8 +227,8 @@ void RepertoirePage::List1_Click() {
   repertoireDrawing = {};
   if (state_.paginaactual == kRepertoirePage && !state_.List1.SelectedText().empty()) {
     core::SkipErrors([this] {
-      repertoireDrawing =
-          MelodyDrawing(files::ReadMelodyLine(SelectedFile()), state_.program.gPhoneModel);
+      repertoireDrawing = MelodyDrawing(
+          core::UndoSharpEscape(files::ReadMelodyLine(SelectedFile())), state_.program.gPhoneModel);
     });
   }
 }

@@ -45,7 +45,7 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
   core::RecordingMessages boxes;
   const core::ScopedMessageSink sink(boxes);
   EXPECT_EQ(Notes(MelodyDrawing("x:d=4,o=5,b=120:c,x,7c,9,p#,cjuh9hay")),
-            "0+500 do/60|500+500 do#/61|");
+            "0+500 do/60|500+500 do/60|");
   for (const std::string_view text :
        {"", ":", "x", "x:d=4:", "x:d=4,o=5,b=0:c", "x:d=4,o=5,b=x:c", "x:d=4,o=5,b=-5:c",
         "x:d=4,o=-1,b=9:c,d", "x:d=4,o=11,b=9:c", "x:d=4.0000000,o=5,b=9:c"}) {

@@ -107,6 +107,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
           {"phone", test.program.gPhoneModel},
           {"saved", test.registry.values["2147483648/tonadex\\/modelo"].data},
           {"clipboard", test.shell.clipboard},
+          {"faults", Faults()},
           {"count", form.composerCheck.sentence},
           {"repertoire notes", std::to_string(form.repertoireDrawing.notes.size())}};
       return values.at(name);
@@ -125,6 +126,14 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
                                               {"enabled", control.enabled ? "yes" : "no"},
                                               {"rows", rows}}
         .at(field);
+  }
+
+  std::string Faults() const {
+    std::string faults;
+    for (const core::TextRange& range : form.txtrtttlsube.faults) {
+      faults += std::to_string(range.start) + "+" + std::to_string(range.length) + ";";
+    }
+    return faults;
   }
 
   void Start(const Row& row) {
