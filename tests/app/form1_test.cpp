@@ -145,6 +145,8 @@ TEST_F(Form1Window, GivesARequestUp) {
   }
   test.http.during = nullptr;
   EXPECT_NO_THROW(CheckGivenUp(test.program)) << "the request was given up, not the next one";
+  test.program.closing = true;
+  EXPECT_THROW(Request(test.program, "/"), RequestGivenUp);
 }
 
 TEST_F(Form1Window, ListsOneRowForEachFileOfTheRepertoire) {
