@@ -28,7 +28,8 @@ std::string TextIn(HWND window);  // Windows-1252
 // The mouse, in the middle of a window or at a place within it.
 void Click(HWND window);
 void ClickAt(HWND window, int x, int y);
-// The real mouse, for what no window of ours takes as a message.
+// The system's mouse, for what none of our windows takes as a message. Press and release carry the
+// place with them: under Wine the pointer itself springs back to where the X server has it.
 void ClickScreen(int x, int y);
 // A row of a list box.
 void ClickRow(HWND list, int row);
