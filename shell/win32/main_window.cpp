@@ -8,6 +8,7 @@
 
 #include "app/layout.h"
 #include "app/words.h"
+#include "platform/win32/send.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
@@ -21,6 +22,7 @@ namespace words = app::words;
 using app::Event;
 using app::Form1;
 using app::Look;
+using platform::Send;
 
 constexpr wchar_t kClass[] = L"TonadexForm1";
 constexpr UINT_PTR kFollowTimer = 1;
@@ -241,8 +243,8 @@ bool MainWindow::GoToField(WPARAM mnemonic) {
 bool MainWindow::EnterKey() {
   const HWND focus = GetFocus();
   const BoundControl* bound = binding_->Find(focus);
-  if ((SendMessageW(focus, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON) != 0) {
-    SendMessageW(focus, BM_CLICK, 0, 0);
+  if ((Send(focus, WM_GETDLGCODE) & DLGC_BUTTON) != 0) {
+    Send(focus, BM_CLICK);
     return true;
   }
   for (const Event event : {Event::kEnter, Event::kActivate}) {
@@ -282,14 +284,14 @@ void MainWindow::Draw() {
   const bool newPage = pageDrawn_ != form_.paginaactual;
   const bool frozen = newPage && IsWindowVisible(window_) != 0;
   if (frozen) {
-    SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
+    Send(window_, WM_SETREDRAW, FALSE);
   }
   form_.Refresh();
   binding_->Draw();
   LayOutPage();
   pageDrawn_ = form_.paginaactual;
   if (frozen) {
-    SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
+    Send(window_, WM_SETREDRAW, TRUE);
     RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
   }
   const HWND focus = GetFocus();
@@ -311,7 +313,7 @@ void MainWindow::LayOutPage() {
     InvalidateRect(window_, nullptr, FALSE);
   }
   const BoundControl& result = binding_->Of(&Form1::textresultado);
-  SendMessageW(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
+  Send(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
 }
 
 void MainWindow::FocusPage() {
@@ -403,7 +405,7 @@ void MainWindow::AddTooltips() {
     tool.uId = reinterpret_cast<UINT_PTR>(window);
     tool.lpszText = text.data();
     if (window != nullptr && !text.empty()) {
-      SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+      Send(tips, TTM_ADDTOOLW, 0, &tool);
     }
   };
   for (const BoundControl& bound : binding_->Controls()) {
