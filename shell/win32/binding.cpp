@@ -25,14 +25,12 @@ using platform::Send;
 
 // ---- How a control looks ------------------------------------------------------------------------
 
-// A bar at the side of several lines only while they do not fit.
+// Shows the scroll bar of a multi-line edit only while its text does not fit.
 void KeepScrollBarInNeed(HWND edit) {
   HookWindow(edit, [](HWND window, UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
     if (message != WM_PAINT) {
       return std::nullopt;
     }
-    RECT area{};
-    GetClientRect(window, &area);
     SCROLLINFO info{};
     info.cbSize = sizeof info;
     info.fMask = SIF_RANGE | SIF_PAGE;
@@ -52,21 +50,19 @@ HWND MakeEdit(Look look, HWND parent, int id) {
   DWORD style = WS_TABSTOP | (reading ? ES_READONLY : 0U);
   style |= lines ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : ES_AUTOHSCROLL;
   const HWND edit = MakeChild(L"EDIT", style, parent, id);
-  Send(edit, EM_SETLIMITTEXT);  // as much as there is memory for
+  Send(edit, EM_SETLIMITTEXT);  // no limit
   if (lines) {
     KeepScrollBarInNeed(edit);
   }
   return edit;
 }
 
-// The frame around a field is the parent's to paint.
+// The parent paints the frame around a field, which shows the focus.
 void RepaintFrameWithFocus(HWND field, HWND parent) {
   HookWindow(field, [parent](HWND window, UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
     if (message == WM_SETFOCUS || message == WM_KILLFOCUS) {
       constexpr int kWidestFrame = 24;
-      RECT box{};
-      GetWindowRect(window, &box);
-      MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&box), 2);
+      RECT box = PlaceIn(parent, window);
       InflateRect(&box, kWidestFrame, kWidestFrame);
       InvalidateRect(parent, &box, FALSE);
     }
@@ -121,7 +117,7 @@ void DrawComboBox(HWND box, const Control& control) {
   SetText(box, control.text);
 }
 
-// As one step that the user can undo.
+// Replaces the text as one step that the user can undo.
 void DrawArea(HWND area, const Control& control) {
   const std::wstring text = platform::ToWideLines(control.text);
   if (WindowText(area) != text) {
@@ -191,7 +187,7 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
   for (const ControlInfo& info : app::Controls()) {
     bound_.push_back(Make(info));
     const HWND window = bound_.back().window;
-    if (info.look != Look::kDrawing) {  // which tells more
+    if (info.look != Look::kDrawing) {  // it describes its melody
       SetSpokenName(window, info.spoken);
     }
     if (window != nullptr && bound_.back().browser == nullptr) {
@@ -386,7 +382,7 @@ void Binding::Command(int id, int notification) {
       break;
     case Look::kComboBox:
       if (notification == CBN_SELCHANGE) {
-        // Its text follows only after this message.
+        // The control sets its text only after this message.
         const auto row = Send(bound.window, CB_GETCURSEL);
         const auto& rows = (form_.*bound.info->member).rows;
         if (row >= 0 && row < static_cast<LRESULT>(rows.size())) {

@@ -36,7 +36,7 @@ bool Down(int key) {
   return GetKeyState(key) < 0;
 }
 
-// What a key does while Ctrl, Alt and Shift are as they are.
+// The command of a key together with the modifiers held now.
 std::optional<app::HelpCommand> CommandOf(WPARAM key, bool searching) {
   using app::HelpCommand;
   if (key == VK_F3 || (key == VK_RETURN && searching)) {
@@ -58,10 +58,8 @@ std::optional<app::HelpCommand> CommandOf(WPARAM key, bool searching) {
 
 HelpWindow::HelpWindow() : theme_(GetDpiForSystem()) {
   RegisterKind(kClass, ObjectProcedure<HelpWindow>);
-  window_ = CreateWindowExW(
-      WS_EX_CONTROLPARENT, kClass, platform::ToWide(app::words::kHelpTitle).c_str(),
-      WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, theme_.Px(kWidth),
-      theme_.Px(kHeight), nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+  window_ = MakeTopWindow(kClass, app::words::kHelpTitle, WS_OVERLAPPEDWINDOW,
+                          {theme_.Px(kWidth), theme_.Px(kHeight)});
   search_ = Add(MakeChild(L"EDIT", WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL, window_, kSearchId),
                 kSearchWords);
   Send(search_, EM_SETCUEBANNER, TRUE, platform::ToWide(kSearchWords).c_str());
@@ -79,7 +77,7 @@ HelpWindow::HelpWindow() : theme_(GetDpiForSystem()) {
   ShowWindow(text_, SW_SHOW);
   Send(text_, EM_SETEVENTMASK, 0, ENM_SCROLL);
   DrawButtons();
-  // Last, when everything that messages use is there.
+  // Last: from here on messages use the members.
   SetObject(window_, this);
   ApplyTheme(window_, theme_);
   LayOut();
@@ -136,7 +134,7 @@ void HelpWindow::DrawSection(int section) {
   }
 }
 
-// The control only formats what is selected; neither the selection nor the place may move.
+// The control formats only its selection, so selection and scroll position are restored.
 void HelpWindow::DrawHits() {
   CHARRANGE selected{};
   POINT place{};
@@ -242,12 +240,9 @@ std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data
     case WM_SIZE:
       LayOut();
       return 0;
-    case WM_ERASEBKGND: {
-      RECT area{};
-      GetClientRect(window_, &area);
-      FillRect(reinterpret_cast<HDC>(wide), &area, theme_.windowBrush.get());
+    case WM_ERASEBKGND:
+      Fill(reinterpret_cast<HDC>(wide), ClientArea(window_), theme_.colours.window);
       return 1;
-    }
     case WM_SETFOCUS:
       SetFocus(text_);
       return 0;
@@ -260,8 +255,7 @@ std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data
 }
 
 void HelpWindow::LayOut() {
-  RECT area{};
-  GetClientRect(window_, &area);
+  const RECT area = ClientArea(window_);
   const int gap = theme_.Px(kGrid), left = theme_.Px(kContentsWidth);
   const int top = 2 * gap + theme_.control,
             height = std::max(1, static_cast<int>(area.bottom) - top);

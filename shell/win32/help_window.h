@@ -14,8 +14,8 @@
 
 namespace tonadex::shell {
 
-// The help viewer: a window of its own that shows the manual in the rich-text control, with its
-// contents, search, history and zoom.
+// The help viewer: shows the manual in the rich-text control, with its contents, search, history
+// and zoom.
 class HelpWindow : app::HelpPage {
  public:
   HelpWindow();

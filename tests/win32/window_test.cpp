@@ -171,7 +171,7 @@ TEST_F(WindowTest, AClickOnTheMarkedMakeFillsItsModelsAgain) {
       WaitUntil([&] { return SendMessageW(Of(&Form1::cmbformatos), LB_GETCURSEL, 0, 0) == 0; }));
 }
 
-// A server that takes the connection and never says a word.
+// Accepts connections and never answers.
 class MuteServer {
  public:
   MuteServer() {
@@ -213,7 +213,7 @@ class GivingUp : public WindowTest {
     Press(VK_RETURN);
     ASSERT_TRUE(Waits());
   }
-  // Asked before a request runs: meanwhile the window answers only now and then.
+  // Call before a request runs, which makes the window slow to answer.
   void FindCross() {
     RECT frame{};
     GetWindowRect(window, &frame);
