@@ -30,7 +30,7 @@ constexpr std::string_view kContentsWords = "Contenido";
 constexpr std::string_view kTextWords = "Texto de la ayuda";
 constexpr std::string_view kDeeper = "    ";
 constexpr double kMark = 0.3;             // of the accent on the page
-constexpr std::size_t kMarkedHits = 500;  // each mark splits a run of the control's text
+constexpr std::size_t kMarkedHits = 300;  // each mark splits a run of the control's text
 
 bool Down(int key) {
   return GetKeyState(key) < 0;
@@ -105,10 +105,7 @@ void HelpWindow::Open(const std::filesystem::path& file) {
 std::u16string HelpWindow::DrawManual() {
   constexpr int kWhole = 100;
   constexpr UINT kUtf16 = 1200;  // number of the code page
-  if (source_ != book_.source()) {
-    source_ = book_.source();
-    platform::SetRichEditSource(text_, source_);
-  }
+  platform::SetRichEditSource(text_, book_.source());
   Send(text_, EM_SETZOOM, std::lround(kWhole * book_.Zoom()), kWhole);
   GETTEXTLENGTHEX length{GTL_NUMCHARS, kUtf16};
   std::u16string text(static_cast<std::size_t>(Send(text_, EM_GETTEXTLENGTHEX, &length)) + 1, 0);

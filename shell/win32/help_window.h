@@ -49,8 +49,7 @@ class HelpWindow : app::HelpPage {
   HWND window_ = nullptr, text_ = nullptr, search_ = nullptr, hitCount_ = nullptr;
   std::vector<HWND> buttons_;  // as app::HelpButtons() has them
   std::unique_ptr<RowList> contents_;
-  app::Control rows_;   // of the contents
-  std::string source_;  // of the text in the control
+  app::Control rows_;  // of the contents
   app::HelpBook book_{*this};
 };
 
