@@ -97,7 +97,10 @@ RowList::RowList(QWidget* parent) : QListView(parent), model_(new RowsModel(this
 void RowList::SetControl(const app::Control& control) {
   setting_ = true;
   const std::string_view loose = control.LooseText();
-  invitation_ = ToQString(control.invitation);
+  if (const QString words = ToQString(control.invitation); words != invitation_) {
+    invitation_ = words;
+    viewport()->update();
+  }
   const bool fresh = model_->SetRows(control.rows, std::string(loose));
   if (fresh || SelectedRow() != control.listIndex) {
     const int row = loose.empty() ? control.listIndex : static_cast<int>(control.rows.size());
