@@ -116,9 +116,9 @@ std::size_t AppendGroups(SheetPage& page, const TypingSheet& sheet, std::size_t 
   const std::size_t rows = grid.Rows(kFoot - top);
   const std::size_t end = std::min(sheet.steps.size(), first + rows * grid.columns);
   for (std::size_t i = first; i < end; ++i) {
-    const auto column = static_cast<double>((i - first) / rows);
-    const double x = kSheetMargin + column * grid.ColumnWidth();
-    const double y = top + static_cast<double>((i - first) % rows) * grid.RowHeight();
+    const std::size_t column = (i - first) / rows, row = (i - first) % rows;
+    const double x = kSheetMargin + static_cast<double>(column) * grid.ColumnWidth();
+    const double y = top + static_cast<double>(row) * grid.RowHeight();
     const double lower = (grid.points - kNumberPoints) * kLine;  // numbers stand on the same line
     page.push_back(
         type.Text(Shape::kText, std::to_string(i + 1), x, y + lower, kNumberPoints, grid.numbers));
