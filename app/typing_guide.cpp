@@ -73,6 +73,12 @@ const phones::TypingStep* TypingGuide::Group(int offset) const {
   return there ? &steps_[static_cast<std::size_t>(group)] : nullptr;
 }
 
+int TypingGuide::DrawnNote(const Drawing& drawing) const {
+  const bool complete =
+      !steps_.empty() && std::ssize(drawing.notes) == std::ptrdiff_t{steps_.back().note} + 1;
+  return complete ? steps_[at_].note : -1;
+}
+
 bool TypingGuide::Move(GuideMove move) {
   switch (move) {
     case GuideMove::kPrevious:

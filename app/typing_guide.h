@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/melody_notes.h"
 #include "phones/keypads.h"
 #include "phones/typing_steps.h"
 
@@ -41,6 +42,9 @@ class TypingGuide {
   std::size_t at() const { return at_; }  // index of the group to press
   // The group `offset` behind that one, -1 for the one before it; nullptr where there is none.
   const phones::TypingStep* Group(int offset = 0) const;
+
+  // Index of the group's note in the melody's drawing; -1 when the drawing leaves out notes.
+  int DrawnNote(const Drawing& drawing) const;
 
   // False when nothing changed.
   bool Move(GuideMove move);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "core/windows1252.h"
 #include "formats/imelody_notation.h"

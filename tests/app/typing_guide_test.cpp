@@ -46,6 +46,9 @@ TEST(TypingGuide, LeadsFromGroupToGroup) {
     EXPECT_EQ(Shown(guide), shown);
   }
   EXPECT_DOUBLE_EQ(guide.Fraction(), 0.2);
+  guide.GoTo(3);
+  EXPECT_EQ(guide.DrawnNote(MelodyDrawing("x:d=4,o=5,b=125:c,d,e.6,f,g")), 3);
+  EXPECT_EQ(guide.DrawnNote(MelodyDrawing("x:d=4,o=5,b=125:c,x,e.6,f,g")), -1);
   EXPECT_FALSE(OpenAt(guide, "c", " Compositor"));
   EXPECT_EQ(Shown(guide), "");
   EXPECT_EQ(guide.keypad(), nullptr);
