@@ -65,6 +65,11 @@ constexpr ControlInfo Button(Look look, std::string_view name, Control Form1::*m
                              Handler click, std::string_view spoken = {}) {
   return {name, member, look, caption, icon, help, spoken, {Event::kClick, click}};
 }
+// Its caption changes, so its help is its tooltip alone.
+constexpr ControlInfo Mark(std::string_view name, Control Form1::*member, std::string_view help,
+                           Handler click) {
+  return Button(Look::kMark, name, member, {}, "", help, click);
+}
 // A label with a mnemonic that leads to its field.
 constexpr ControlInfo Label(std::string_view name, Control Form1::*member, std::string_view caption,
                             Control Form1::*field) {

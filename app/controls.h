@@ -19,6 +19,8 @@ enum class Look {
   kLink,        // button of the same row: small picture beside small words
   kButton,
   kPrimary,  // button: the main action of its page, in the accent colour
+  kChoice,   // button: one of several to choose from; `checked` marks the chosen one
+  kMark,     // small button that says something short, in the colour of its tone
   kLine,     // text of one line
   kReading,  // text of one line, read-only
   kArea,     // text of several lines
@@ -44,17 +46,18 @@ enum class Tone { kText, kMuted, kGood, kBad };
 struct Control {
   bool visible = true;
   bool enabled = true;
-  std::string caption;     // "&" precedes the mnemonic character
-  std::string text;        // of a box; a shell copies what the user types in here
-  ListRows rows;           // of list and combo boxes
-  int listIndex = -1;      // selected row, 0-based, -1 for none
-  std::string address;     // web view: the last address requested
-  std::string invitation;  // shown while the control is empty
-  std::size_t cursor = 0;  // of a text area: characters before the cursor
+  std::string caption;                  // "&" precedes the mnemonic character
+  std::string text;                     // of a box; a shell copies what the user types in here
+  ListRows rows;                        // of list and combo boxes
+  int listIndex = -1;                   // selected row, 0-based, -1 for none
+  std::string address;                  // web view: the last address requested
+  std::string invitation;               // shown while the control is empty
+  std::size_t cursor = 0;               // of a text area: characters before the cursor
   std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
   int value = 0;                        // of a slider and of the display
   bool checked = false;
-  Tone tone = Tone::kText;     // of a label
+  int marked = -1;             // of the display: the group to mark while a melody sounds
+  Tone tone = Tone::kText;     // of a label or a mark
   std::uint32_t interval = 0;  // timer: milliseconds between two ticks while enabled
 
   // The selected row; text "" and item data 0 when none is selected.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <system_error>
 #include <vector>
@@ -55,6 +56,11 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            &F::cmdopciones_Click),
     Go("cmdayuda", &F::cmdayuda, "A&yuda", "ayuda", "El manual de Tonadex (F1)", &F::cmdayuda_Click,
        kNoPage, "F1"),
+    Words("playingText", &F::playingText, "", Font::kHeading),
+    Words("silentLabel", &F::silentLabel, words::kSilent, Font::kBody, Tone::kBad),
+    Words("playingPosition", &F::playingPosition, ""),
+    Button(Look::kPrimary, "stopButton", &F::stopButton, words::kAccept, "",
+           "Dejar de reproducir (Intro, Esc o espacio)", &F::stopButton_Click),
     Button(Look::kBusyLine, "waitingLine", &F::waitingLine, words::kWaiting, "", "", nullptr),
 });
 
@@ -66,6 +72,13 @@ constexpr auto kPages = std::to_array<Page>({
     {kOptionsPage, &OptionsPage::Layout},
     {kStartPage, &StartPage::Layout},
 });
+
+// "1:05" for 65 seconds.
+std::string TimeInWords(double seconds) {
+  const auto whole = static_cast<std::int64_t>(std::max(0.0, seconds));
+  const std::string rest = std::to_string(whole % 60);
+  return std::to_string(whole / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
+}
 
 void RenameMark(const std::filesystem::path& folder) {
   std::error_code ignored;
@@ -131,8 +144,13 @@ Part WindowLayout(Part page) {
       Row({The(&F::navbanner).Weight(1).Heights(look::kBannerHeight, look::kBannerHeight)})
           .Margins(look::kPageMargin, look::kGrid, 0);
   // The waiting line overlaps the top of the page.
+  Part foot = Row({The(&F::playingText).Weight(1), The(&F::silentLabel), The(&F::playingPosition),
+                   The(&F::stopButton)})
+                  .Gap(look::kPageMargin)
+                  .Margins(look::kPageMargin, look::kGrid, look::kGrid);
+  foot.frame = Part::Frame::kBar;
   return Column({std::move(bar), The(&F::waitingLine).Heights(0, 0), std::move(banner),
-                 std::move(page).Weight(1)})
+                 std::move(page).Weight(1), std::move(foot)})
       .Gap(0);
 }
 
@@ -151,19 +169,23 @@ Form1::Form1(Program& theProgram)
     control.tone = info.tone;
     control.visible = info.look != Look::kStorage;
   }
-  waitingLine.visible = false;
+  for (Control* control :
+       {&waitingLine, &playingText, &silentLabel, &playingPosition, &stopButton}) {
+    control->visible = false;
+  }
   for (const auto member : PageControls(kStartPage)) {
     (this->*member).visible = false;
   }
 }
 
-void SharedState::Play(Sounding what) {
+void SharedState::Play(Sounding what, core::RTTTLMelody& melody) {
   struct Scope {
     Sounding& sounding;
     ~Scope() { sounding = Sounding::kNothing; }
   } const scope{sounding};
   sounding = what;
-  midi::PlayMelody(program.gMelody, program.services.sequencer);
+  soundLength = MelodyDrawing(melody.Text).soundLength;
+  midi::PlayMelody(melody, program.services.sequencer, program.voice);
 }
 
 void Form1::Form_Load() {
@@ -179,7 +201,13 @@ void Form1::Form_Load() {
 }
 
 void Form1::Form_QueryUnload() {
-  if (program.busy) {
+  if (paginaactual == kOptionsPage && formReady_) {
+    core::SkipErrors([this] { SaveModel(); });
+  }
+  if (playing_) {  // its handler has not returned
+    program.closing = true;
+    playing_ = false;
+  } else if (program.busy) {
     program.closing = true;
     GiveUpRequest(program);
   } else {
@@ -264,6 +292,34 @@ void Form1::cmdayuda_Click() {
   program.services.shell.OpenHelp(program.ProgramFolder() / kHelpFile);
 }
 
+bool Form1::ShowPlaying(const core::Message& message) {
+  if (sounding == Sounding::kNothing || message.title != midi::kPlayingTitle) {
+    return false;
+  }
+  playing_ = true;
+  playingText.caption = RowLine(message.text);
+  FollowPlaying(0);
+  return true;
+}
+
+void Form1::stopButton_Click() {
+  playing_ = false;
+}
+
+bool Form1::FollowPlaying(double ms) {
+  const double length = std::ceil(soundLength / 1000);
+  const std::string position =
+      TimeInWords(ms < soundLength ? ms / 1000 : length) + " de " + TimeInWords(length);
+  const bool silent = program.services.sequencer.IsSilent();
+  const int marked = sounding == Sounding::kRepertoire ? ResultGroupAt(ms) : -1;
+  const bool changed = position != playingPosition.caption || silent != silentLabel.visible ||
+                       marked != textresultado.marked;
+  playingPosition.caption = position;
+  silentLabel.visible = silent;
+  textresultado.marked = marked;
+  return changed;
+}
+
 void Form1::List1_DblClick() {
   if (paginaactual == kRepertoirePage) {
     picreproducir_Click();
@@ -280,6 +336,11 @@ void Form1::Refresh() {
   phoneButton.caption =
       phones::PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program.gPhoneModel);
   waitingLine.visible = waitingLine.checked = program.busy;
+  playingText.visible = playingPosition.visible = stopButton.visible = playing_;
+  if (!playing_) {
+    silentLabel.visible = false;
+    textresultado.marked = -1;
+  }
   RefreshSearch();
   RefreshRepertoire();
   RefreshOptions();

@@ -13,7 +13,8 @@ struct Arguments {
   std::optional<std::string> phone, model, output;
   std::string file, row, brand, wav, pdf, printer, server, folder;
   std::vector<std::string> words;  // files, search words or melody names
-  bool allModels = false, json = false, lines = false, resultOnly = false, steps = false;
+  bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
+       beep = false;
 
   bool HasOnePhone() const { return phone.has_value() != model.has_value(); }
 };

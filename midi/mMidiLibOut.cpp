@@ -62,11 +62,11 @@ std::int16_t WriteMidiFile(const core::RTTTLMelody& melody) {
   return written ? kMidiWritten : kMidiFailed;
 }
 
-std::string MidiFileBytes(const core::RTTTLMelody& melody) {
+std::string MidiFileBytes(const core::RTTTLMelody& melody, Repeats repeats) {
   const std::string track = MidiCreditsEvent(melody.Credits) +
                             MidiTrackNameEvent(melody.TrackName) + MidiVolumeEvent() +
                             MidiTempoEvent(melody.Beats) + MidiProgramChange(melody.Instrument) +
-                            MidiNoteEvents(melody) + MidiEndOfTrack();
+                            MidiNoteEvents(melody, repeats) + MidiEndOfTrack();
   return MidiHeaderChunk(0, 1, MidiDivision(melody.Beats)) + MidiTrackHeader(track) + track;
 }
 
@@ -109,19 +109,26 @@ std::string MidiProgramChange(std::int16_t instrument) {
   return MidiEvent(0, kProgramChange, kChannel, {&program, 1});
 }
 
-std::string MidiNoteEvents(const core::RTTTLMelody& melody) {
-  constexpr std::size_t kPairSize = 8;
+std::string MidiNoteEvents(const core::RTTTLMelody& melody, Repeats repeats) {
+  constexpr std::size_t kPairSize = 8, kOffDelta = 4;  // of a pair; the note-off's place in it
   std::string events;
   events.reserve(melody.Notes.size() * kPairSize);
   std::int32_t pause = 0;
+  std::int16_t last = kPauseNumber, lastTicks = 0;
   for (const core::RTTTLNote& note : melody.Notes) {
     const std::int16_t number = NumberOf(note);
     const std::int16_t ticks = NoteTicks(core::ToNumber(note.Duration), note.Dotted);
     if (number == kPauseNumber) {
       pause = core::ToInt32(static_cast<double>(pause) + ticks);
     } else {
+      if (repeats == Repeats::kApart && number == last && pause == 0 && lastTicks > 1) {
+        --events[events.size() - kPairSize + kOffDelta];
+        pause = 1;
+      }
       events += MidiNotePair(pause, ticks, number);
       pause = 0;
+      last = number;
+      lastTicks = ticks;
     }
   }
   return events;

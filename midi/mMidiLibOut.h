@@ -25,8 +25,12 @@ inline constexpr std::int16_t kPauseNumber = -1;  // "note number" of a pause
 // message. Pauses at the end are lost.
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
 
-// The whole file that WriteMidiFile writes. Throws core::RunTimeError.
-std::string MidiFileBytes(const core::RTTTLMelody& melody);
+// Whether a note that repeats the one before it follows at once, as phones' files have it, or is
+// heard as a note of its own: the first one then ends a tick early.
+enum class Repeats { kJoined, kApart };
+
+// The whole file that WriteMidiFile writes, for kJoined. Throws core::RunTimeError.
+std::string MidiFileBytes(const core::RTTTLMelody& melody, Repeats repeats = Repeats::kJoined);
 
 // Ticks per quarter note of the header for a tempo text: beats x 385 / 120, rounded half to even to
 // 16 bits, halved, rounded again. "" counts as 0. Errors: type mismatch, overflow.
@@ -44,7 +48,7 @@ std::string MidiVolumeEvent();
 // The tempo is ignored; see above.
 std::string MidiTempoEvent(std::string_view beats);
 std::string MidiProgramChange(std::int16_t instrument);
-std::string MidiNoteEvents(const core::RTTTLMelody& melody);
+std::string MidiNoteEvents(const core::RTTTLMelody& melody, Repeats repeats = Repeats::kJoined);
 // Note-on after `delta` ticks and note-off `ticks` later.
 std::string MidiNotePair(std::int32_t delta, std::int16_t ticks, std::int16_t noteNumber);
 std::string MidiEndOfTrack();

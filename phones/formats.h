@@ -6,6 +6,9 @@
 // The formats that phones accept, one row for each format code of the catalogue.
 namespace tonadex::phones {
 
+// The format whose results are what a Nokia shows, not its keys.
+inline constexpr std::string_view kComposerCode = "NCOM";
+
 // Capacity of a Nokia's composer.
 inline constexpr std::size_t kComposerNotes = 50;
 

@@ -22,16 +22,17 @@ inline constexpr std::int16_t kInternetPage = 5;  // also WebBrowser1
 inline constexpr std::int16_t kOptionsPage = 6;
 inline constexpr std::int16_t kStartPage = 8;  // composer and RTTTL box
 
-// The drawing whose melody is playing, while PlayMelody shows its message box.
-enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl };
+// The melody that is playing, while PlayMelody shows its message box: one that has a drawing, or
+// the one to try the sound with.
+enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl, kTrial };
 
 // State shared by the pages.
 class SharedState {
  public:
   explicit SharedState(Program& theProgram) : program(theProgram) {}
 
-  // Plays the program's melody and sets `sounding` meanwhile.
-  void Play(Sounding what);
+  // Plays the melody and sets `sounding` and `soundLength` meanwhile.
+  void Play(Sounding what, core::RTTTLMelody& melody);
   // The requests of a download or an upload.
   std::function<std::string(std::string_view path)> Fetch() {
     return [this](std::string_view path) { return Request(program, path); };
@@ -40,6 +41,7 @@ class SharedState {
   Program& program;
   std::int16_t paginaactual = kNoPage;
   Sounding sounding = Sounding::kNothing;
+  double soundLength = 0;       // ms
   Control List1;                // of the search and the repertoire page
   Control Text1, Text2, Text3;  // raw reply, current record, its number; never shown
 };

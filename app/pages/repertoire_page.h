@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -23,6 +24,12 @@ class RepertoirePage {
   void List1_Click();
   void ConvertSelectedMelody();
 
+  // Marks in the drawing, one after the other, the notes that a mark counts.
+  void limitMark_Click();
+  void rangeMark_Click();
+  // Folds the instructions away, or back.
+  void foldButton_Click();
+
   void copyButton_Click();
   void copiedTimer_Timer();
   void saveAsButton_Click();
@@ -37,9 +44,10 @@ class RepertoirePage {
   Control goToSearchButton;
   Control picreproducir, picconvertir, picimprimir;
   Control lbltextresult, repertoireView, textresultado;  // the result and its title
+  Control limitMark, rangeMark, wordsMark;  // what does not fit the phone, or is no keys
   Control copyButton, copiedTimer, saveAsButton;
   Control smallType, sizeSlider, largeType;  // the size of the result's type
-  Control Label2, Textavisos;                // instructions and notices
+  Control Label2, foldButton, Textavisos;    // instructions and notices
   Control Label1, texttempo, tempoUnit;      // tempo
 
   static std::span<const ControlInfo> Rows();
@@ -48,12 +56,19 @@ class RepertoirePage {
  protected:
   void FillRepertoire();
   void RefreshRepertoire();
+  // The group of the display whose note sounds at this time, where the display shows the selected
+  // melody for the chosen phone; -1 for none.
+  int ResultGroupAt(double ms) const;
 
  private:
   std::filesystem::path SelectedFile() const;
+  void RefreshMarks();
+  void ShowNext(const std::function<bool(const DrawnNote&)>& meant);
 
   SharedState& state_;
   std::string resultRow_, resultModel_;  // of what the result panel shows
+  std::vector<int> resultGroups_;        // and the group of each of its melody's notes, or -1
+  bool folded_ = false;                  // the instructions
 };
 
 }  // namespace tonadex::app

@@ -146,7 +146,10 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
     case Look::kLink:
     case Look::kButton:
     case Look::kPrimary:
+    case Look::kChoice:
+    case Look::kMark:
       SetText(bound.window, control.caption);
+      SetTone(bound.window, control.tone);
       return SetChecked(bound.window, control.checked);
     case Look::kLine:
     case Look::kReading:
@@ -163,8 +166,8 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
       if (control.value != 0 && control.value != bound.display->PixelSize()) {
         bound.display->SetPixelSize(control.value);
       }
-      return bound.display->SetResult(control.text, form.ResultGroupsShown(),
-                                      form.ResultIsKeyPresses());
+      bound.display->SetResult(control.text, form.ResultGroupsShown(), form.ResultIsKeyPresses());
+      return bound.display->Follow(control.marked);
     case Look::kDrawing:
       return bound.view->SetDrawing(form.*bound.info->drawing,
                                     platform::ToWide(control.invitation));
@@ -208,6 +211,8 @@ BoundControl Binding::Make(const ControlInfo& info) {
     case Look::kLink:
     case Look::kButton:
     case Look::kPrimary:
+    case Look::kChoice:
+    case Look::kMark:
       bound.window = MakeButton(parent_, id, info.look, info.icon, theme_);
       break;
     case Look::kLine:
@@ -365,6 +370,8 @@ void Binding::Command(int id, int notification) {
     case Look::kLink:
     case Look::kButton:
     case Look::kPrimary:
+    case Look::kChoice:
+    case Look::kMark:
       if (notification == BN_CLICKED) {
         Raise(bound, Event::kClick);
       }

@@ -64,6 +64,7 @@ MelodyView::MelodyView(QWidget* parent)
 
 void MelodyView::SetDrawing(const app::Drawing& drawing, const QString& invitation) {
   if (drawing.notes == picture_.drawing().notes && invitation == invitation_) {
+    ShowScrolled(picture_.Show(drawing.shown));
     return;  // where it was scrolled to, and the sounding note, stay
   }
   invitation_ = invitation;
@@ -74,7 +75,11 @@ void MelodyView::SetDrawing(const app::Drawing& drawing, const QString& invitati
 }
 
 void MelodyView::SetPosition(double ms) {
-  if (picture_.Follow(ms)) {
+  ShowScrolled(picture_.Follow(ms));
+}
+
+void MelodyView::ShowScrolled(bool changed) {
+  if (changed) {
     scroll_->setValue(static_cast<int>(picture_.scrolled()));
     update();
   }

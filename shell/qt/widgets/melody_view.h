@@ -34,6 +34,7 @@ class MelodyView : public QWidget {
 
  private:
   void FitPicture();
+  void ShowScrolled(bool changed);
   void ScrollBy(int pixels);
 
   app::MelodyPicture picture_;

@@ -61,6 +61,8 @@ QWidget* MakeButton(const ControlInfo& info) {
   auto* button = new QPushButton;
   const bool primary = info.look == Look::kPrimary;
   button->setProperty("primary", primary);
+  button->setCheckable(info.look == Look::kChoice);
+  button->setProperty("mark", info.look == Look::kMark);
   button->setIcon(
       ThemedIcon(QLatin1String(info.icon), primary ? IconInk::kOnAccent : IconInk::kText));
   button->setIconSize(IconSize());
@@ -139,6 +141,8 @@ QWidget* MakeWidget(const ControlInfo& info) {
       return MakeNavigationButton(info);
     case Look::kButton:
     case Look::kPrimary:
+    case Look::kChoice:
+    case Look::kMark:
       return MakeButton(info);
     case Look::kLine:
       return new QLineEdit;
@@ -190,14 +194,18 @@ void DrawText(TextWidget& widget, std::string_view words) {
   }
 }
 
-void DrawLabel(QLabel& label, const Control& control) {
+void DrawTone(QWidget& widget, const Control& control) {
   constexpr const char* kTones[] = {"", "muted", "good", "bad"};
   const QLatin1String tone(kTones[static_cast<std::size_t>(control.tone)]);
-  if (label.property("tone").toString() != tone) {
-    label.setProperty("tone", tone);
-    label.style()->unpolish(&label);
-    label.style()->polish(&label);
+  if (widget.property("tone").toString() != tone) {
+    widget.setProperty("tone", tone);
+    widget.style()->unpolish(&widget);
+    widget.style()->polish(&widget);
   }
+}
+
+void DrawLabel(QLabel& label, const Control& control) {
+  DrawTone(label, control);
   DrawText(label, control.caption);
 }
 
@@ -223,10 +231,12 @@ void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& for
   if (control.text != display.Text()) {
     display.SetResult(control.text, form.ResultGroupsShown(), form.ResultIsKeyPresses());
   }
+  display.Follow(control.marked);
 }
 
 void DrawButton(QAbstractButton& button, const Control& control) {
   DrawText(button, control.caption);
+  DrawTone(button, control);
   if (button.isCheckable()) {
     button.setChecked(control.checked);
   }

@@ -42,12 +42,13 @@ class MainWindow : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  class BarInput;
   void ConnectParts();
   void AddShortcuts();
   void SetTabOrder();
   void DrawBusy();
+  bool ShowPlaying(const core::Message& message);
   void FollowMelody();
-  void PlaceBox(QWidget* box) const;
   void FocusPage();
   bool GoToList(class QKeyEvent* event);
   bool FilterTempoKey(class QKeyEvent* event);
