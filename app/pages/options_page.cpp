@@ -99,8 +99,7 @@ Part OptionsPage::Layout() {
                      .Weight(1000)
                      .Heights(0, kTallestCard),
                  Stretch()})
-      .Margins(0, look::kGrid, look::kGrid)
-      .Scrolls();
+      .Margins(0, look::kGrid, look::kGrid);
 }
 
 void OptionsPage::RefreshOptions() {

@@ -171,6 +171,7 @@ void MainWindow::Draw() {
     SetTabOrder();
   }
   form_.Refresh();
+  pages_.ShowBars(form_);
   binding_.Draw();
   if (newPage) {
     FocusPage();

@@ -16,6 +16,8 @@ class Pages {
   Pages(const Binding& binding, QWidget* window);
 
   void Show(std::int16_t page);
+  // Hides the bars that have nothing to show.
+  void ShowBars(const app::Form1& form) const;
 
  private:
   struct Leaf {
@@ -34,7 +36,12 @@ class Pages {
   void Add(QBoxLayout* box, const app::Part& part, Built& page);
 
   const Binding& binding_;
+  struct Bar {
+    QWidget* widget;
+    std::vector<app::Control app::Form1::*> controls;
+  };
   std::vector<Built> pages_;
+  std::vector<Bar> bars_;
 };
 
 }  // namespace tonadex::shell
