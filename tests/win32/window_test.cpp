@@ -274,7 +274,7 @@ TEST_F(GivingUp, AWindowClosedMeanwhileCloses) {
 TEST_F(WindowTest, PlaysWhileItsBarIsUp) {
   Start();
   ChooseMelody();
-  for (const WORD key : {VK_RETURN, VK_ESCAPE, VK_SPACE}) {
+  for (const WORD key : {WORD{VK_RETURN}, WORD{VK_ESCAPE}, WORD{VK_SPACE}}) {
     Click(Of(&Form1::picreproducir));
     ASSERT_TRUE(Shows(&Form1::stopButton));
     EXPECT_EQ(TextIn(Of(&Form1::playingText)), "Reproduciendo melodia: Prueba");
