@@ -6,6 +6,7 @@
 
 #include "app/controls.h"
 #include "app/pages/page.h"
+#include "app/picture.h"
 #include "app/words.h"
 
 // The main window as one table with a row for each control. Shells create and bind the controls by
@@ -48,9 +49,12 @@ struct ControlInfo {
   Tone tone = Tone::kText;
   bool right = false;                    // a right-aligned label
   std::int16_t leadsTo = kNoPage;        // the page of a navigation button
-  std::string_view shortcut = {};        // "Ctrl+1"
+  // Keys that click it while it is shown and enabled, parted by blanks: "Ctrl+1", "Left Backspace".
+  // A text box that has the focus keeps its own, a focused button Space and Return.
+  std::string_view shortcut = {};
   Drawing Form1::*drawing = nullptr;     // of a kDrawing,
   Sounding sounds = Sounding::kNothing;  // which follows this melody while it sounds
+  Picture (Form1::*picture)(double width, double height) const = nullptr;  // of a kShapes
 };
 
 // Builders for the rows.

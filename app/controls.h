@@ -18,7 +18,7 @@ enum class Look {
   kNavigation,  // button of the navigation row: picture above the words; `checked` marks one
   kLink,        // button of the same row: small picture beside small words
   kButton,
-  kPrimary,  // button: the main action of its page, in the accent colour
+  kPrimary,  // button: the main action of its page, in the accent colour while `checked`
   kLine,     // text of one line
   kReading,  // text of one line, read-only
   kArea,     // text of several lines
@@ -29,7 +29,8 @@ enum class Look {
   kPage,      // web view that follows links
   kBanner,    // web view that raises kNavigation instead of following links
   kPicture,   // an icon alone
-  kDrawing,   // a melody's drawing
+  kDrawing,   // a melody's drawing; `listIndex`: the marked note of one that follows no sound
+  kShapes,    // a picture made of shapes, clicked as a whole; `text` says it
   kSlider,    // `value`
   kKeys,      // the phone's keys
   kBusyLine,  // caption; moves while `checked`

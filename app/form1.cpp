@@ -65,6 +65,7 @@ constexpr auto kPages = std::to_array<Page>({
     {kInternetPage, &WebPage::Layout},
     {kOptionsPage, &OptionsPage::Layout},
     {kStartPage, &StartPage::Layout},
+    {kTypingPage, &TypingPage::Layout},
 });
 
 void RenameMark(const std::filesystem::path& folder) {
@@ -85,8 +86,9 @@ std::span<const ControlInfo> Form1::Rows() {
 std::span<const ControlInfo> Controls() {
   static const std::vector<ControlInfo> all = [] {
     std::vector<ControlInfo> rows;
-    for (const auto& part : {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(),
-                             RepertoirePage::Rows(), OptionsPage::Rows(), StartPage::Rows()}) {
+    for (const auto& part :
+         {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(), RepertoirePage::Rows(),
+          OptionsPage::Rows(), StartPage::Rows(), TypingPage::Rows()}) {
       rows.insert(rows.end(), part.begin(), part.end());
     }
     return rows;
@@ -144,16 +146,20 @@ Form1::Form1(Program& theProgram)
       SearchPage(static_cast<SharedState&>(*this)),
       RepertoirePage(static_cast<SharedState&>(*this)),
       OptionsPage(static_cast<SharedState&>(*this)),
+      TypingPage(static_cast<SharedState&>(*this)),
       WebPage(static_cast<SharedState&>(*this)) {
   for (const ControlInfo& info : Controls()) {
     Control& control = this->*info.member;
     control.caption = info.caption;
     control.tone = info.tone;
     control.visible = info.look != Look::kStorage;
+    control.checked = info.look == Look::kPrimary;
   }
   waitingLine.visible = false;
-  for (const auto member : PageControls(kStartPage)) {
-    (this->*member).visible = false;
+  for (const std::int16_t page : {kStartPage, kTypingPage}) {
+    for (const auto member : PageControls(page)) {
+      (this->*member).visible = false;
+    }
   }
 }
 
@@ -193,6 +199,9 @@ void Form1::ocultapagina() {
   }
   if (paginaactual == kOptionsPage && formReady_) {
     SaveModel();
+  }
+  if (paginaactual == kTypingPage) {
+    CloseGuide();
   }
 }
 
@@ -264,6 +273,18 @@ void Form1::cmdayuda_Click() {
   program.services.shell.OpenHelp(program.ProgramFolder() / kHelpFile);
 }
 
+void Form1::teclearButton_Click() {
+  if (OpenGuide(resultRow_, resultModel_, textresultado.text, resultMelody_)) {
+    navbanner.visible = false;  // its room is the guide's
+    ShowPage(kTypingPage);
+  }
+}
+
+void Form1::leaveGuide_Click() {
+  navbanner.visible = true;
+  ShowPage(kRepertoirePage);
+}
+
 void Form1::List1_DblClick() {
   if (paginaactual == kRepertoirePage) {
     picreproducir_Click();
@@ -284,6 +305,7 @@ void Form1::Refresh() {
   RefreshRepertoire();
   RefreshOptions();
   RefreshStart();
+  RefreshTyping();
 }
 
 }  // namespace tonadex::app

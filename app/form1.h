@@ -8,6 +8,7 @@
 #include "app/pages/repertoire_page.h"
 #include "app/pages/search_page.h"
 #include "app/pages/start_page.h"
+#include "app/pages/typing_page.h"
 #include "app/pages/web_page.h"
 #include "app/program.h"
 
@@ -34,6 +35,7 @@ class Form1 : public SharedState,
               public SearchPage,
               public RepertoirePage,
               public OptionsPage,
+              public TypingPage,
               public WebPage {
  public:
   explicit Form1(Program& program);
@@ -52,6 +54,9 @@ class Form1 : public SharedState,
   void cmd906_Click();
   void cmdopciones_Click();
   void cmdayuda_Click();
+  // To the typing guide of the result that the repertoire page shows, and back.
+  void teclearButton_Click();
+  void leaveGuide_Click();
   // Enter or a double click on a row: plays in the repertoire, downloads on the search page.
   void List1_DblClick();
 

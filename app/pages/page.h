@@ -21,6 +21,7 @@ inline constexpr std::int16_t kRepertoirePage = 3;
 inline constexpr std::int16_t kInternetPage = 5;  // also WebBrowser1
 inline constexpr std::int16_t kOptionsPage = 6;
 inline constexpr std::int16_t kStartPage = 8;  // composer and RTTTL box
+inline constexpr std::int16_t kTypingPage = 9;  // reached from the repertoire page alone
 
 // The drawing whose melody is playing, while PlayMelody shows its message box.
 enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl };

@@ -23,6 +23,7 @@
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
 #include "phones/formats.h"
+#include "phones/keypads.h"
 
 namespace tonadex::app {
 namespace {
@@ -41,6 +42,14 @@ constexpr std::string_view kChoosePhoneFirst =
 constexpr std::string_view kConvertFirst =
     u8"Elige una melodía y pulsa Convertir: aquí verás lo que necesita tu móvil."_w;
 
+constexpr ControlInfo Teclear() {
+  ControlInfo button =
+      Button(Look::kPrimary, "teclearButton", &F::teclearButton, "T&eclear", "movil",
+             u8"Teclear el resultado en el móvil, paso a paso (F5)"_w, &F::teclearButton_Click);
+  button.shortcut = "F5";
+  return button;
+}
+
 constexpr auto kRows = std::to_array<ControlInfo>({
     Button(Look::kButton, "goToSearchButton", &F::goToSearchButton, words::kGoToSearch, "buscar",
            "", &F::cmdbuscar_Click),
@@ -48,6 +57,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            u8"Escuchar la melodía elegida"_w, &F::picreproducir_Click),
     Button(Look::kPrimary, "picconvertir", &F::picconvertir, "&Convertir", "convertir",
            u8"Convertir la melodía elegida para tu móvil"_w, &F::picconvertir_Click),
+    Teclear(),
     Button(Look::kButton, "picimprimir", &F::picimprimir, "I&mprimir", "imprimir",
            u8"Imprimir la melodía convertida"_w, &F::picimprimir_Click),
     Words("lbltextresult", &F::lbltextresult, "", Font::kHeading),
@@ -118,18 +128,18 @@ Part RepertoirePage::Layout() {
   Part list =
       Column({The(&F::List1).Weight(1), The(&F::goToSearchButton)}).Widths(kListWidth, kListWidth);
   Part result =
-      Column(
-          {
-              Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::picimprimir), Stretch()}),
-              The(&F::lbltextresult),
-              The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView),
-              The(&F::textresultado).Weight(5).Heights(kLowestDisplay),
-              Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
-                   The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}),
-              Row({The(&F::Label2).Weight(1), The(&F::Label1),
-                   The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}),
-              The(&F::Textavisos).Weight(3).Heights(kLowestNotices, kTallestNotices),
-          })
+      Column({
+                 Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::teclearButton),
+                      The(&F::picimprimir), Stretch()}),
+                 The(&F::lbltextresult),
+                 The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView),
+                 The(&F::textresultado).Weight(5).Heights(kLowestDisplay),
+                 Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
+                      The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}),
+                 Row({The(&F::Label2).Weight(1), The(&F::Label1),
+                      The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}),
+                 The(&F::Textavisos).Weight(3).Heights(kLowestNotices, kTallestNotices),
+             })
           .Weight(1)
           .Scrolls();  // large fonts may need more height than the window has
   return Row({std::move(list), std::move(result)})
@@ -154,6 +164,9 @@ void RepertoirePage::RefreshRepertoire() {
   repertoireView.invitation = words::kDrawing;
   copyButton.enabled = saveAsButton.enabled =
       !textresultado.text.empty() && !phones::SavesFile(resultModel_);
+  teclearButton.enabled = teclearButton.checked =
+      !textresultado.text.empty() && phones::FindKeypad(resultModel_) != nullptr;
+  picconvertir.checked = !teclearButton.checked;
 }
 
 std::vector<ResultGroup> RepertoirePage::ResultGroupsShown() const {
@@ -258,6 +271,7 @@ void RepertoirePage::ConvertSelectedMelody() {
     texttempo.text = page->tempo;
     resultRow_ = row;
     resultModel_ = state_.program.gPhoneModel;
+    resultMelody_ = state_.program.gMelody;
   }
 }
 

@@ -35,7 +35,7 @@ class RepertoirePage {
   bool ResultIsKeyPresses() const;
 
   Control goToSearchButton;
-  Control picreproducir, picconvertir, picimprimir;
+  Control picreproducir, picconvertir, teclearButton, picimprimir;
   Control lbltextresult, repertoireView, textresultado;  // the result and its title
   Control copyButton, copiedTimer, saveAsButton;
   Control smallType, sizeSlider, largeType;  // the size of the result's type
@@ -49,11 +49,13 @@ class RepertoirePage {
   void FillRepertoire();
   void RefreshRepertoire();
 
+  std::string resultRow_, resultModel_;  // of what the result panel shows
+  core::RTTTLMelody resultMelody_;       // as its conversion left it
+
  private:
   std::filesystem::path SelectedFile() const;
 
   SharedState& state_;
-  std::string resultRow_, resultModel_;  // of what the result panel shows
 };
 
 }  // namespace tonadex::app

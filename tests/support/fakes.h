@@ -164,6 +164,10 @@ class FakeRichTextBox : public app::RichTextBox {
 
   std::string source;
   std::vector<std::string> printed;
+  void PrintPages(const app::Paper& paper, std::string_view fileName) override {
+    printed.push_back(std::string(fileName) + ": " + paper.title);
+  }
+
   bool noPrinter = false;
 };
 
@@ -179,13 +183,15 @@ class FakeShell : public app::ShellServices {
   void Beep() override { ++beeps; }
   void CopyText(std::string_view text) override { clipboard = text; }
   void OpenHelp(const std::filesystem::path& file) override { help.push_back(file); }
+  void OpenFile(const std::filesystem::path& file) override { opened.push_back(file); }
+  void ShowInFolder(const std::filesystem::path& file) override { opened.push_back(file / "."); }
   void End() override { ++ends; }
 
   std::filesystem::path programFolder;
   std::string tempPath;
   std::string clipboard;
   std::vector<std::intptr_t> topMost;
-  std::vector<std::filesystem::path> help;
+  std::vector<std::filesystem::path> help, opened;  // a folder by a "." behind the file
   int doEvents = 0, beeps = 0, ends = 0;
 };
 

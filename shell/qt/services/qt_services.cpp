@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QShortcut>
 #include <QStandardPaths>
+#include <QUrl>
 #include <QWindow>
 
 #include "files/paths.h"
@@ -194,6 +196,14 @@ void QtShellServices::OpenHelp(const std::filesystem::path& file) {
   if (hooks_.openHelp) {
     hooks_.openHelp(file);
   }
+}
+
+void QtShellServices::OpenFile(const std::filesystem::path& file) {
+  QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdU16String(file.u16string())));
+}
+
+void QtShellServices::ShowInFolder(const std::filesystem::path& file) {
+  OpenFile(file.parent_path());
 }
 
 void QtShellServices::End() {

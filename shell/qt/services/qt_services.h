@@ -87,6 +87,8 @@ class QtShellServices : public app::ShellServices {
   void Beep() override;
   void CopyText(std::string_view text) override;
   void OpenHelp(const std::filesystem::path& file) override;
+  void OpenFile(const std::filesystem::path& file) override;
+  void ShowInFolder(const std::filesystem::path& file) override;
   // Closes every window and leaves the event loop.
   void End() override;
 

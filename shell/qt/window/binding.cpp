@@ -20,6 +20,7 @@
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/shape_view.h"
 #include "shell/qt/widgets/waiting_line.h"
 #include "shell/qt/widgets/web_pane.h"
 
@@ -57,13 +58,21 @@ QWidget* MakeLabel(const ControlInfo& info) {
   return label;
 }
 
+void SetPrimary(QAbstractButton& button, const ControlInfo& info, bool primary) {
+  button.setProperty("primary", primary);
+  button.setIcon(
+      ThemedIcon(QLatin1String(info.icon), primary ? IconInk::kOnAccent : IconInk::kText));
+  button.style()->unpolish(&button);
+  button.style()->polish(&button);
+}
+
 QWidget* MakeButton(const ControlInfo& info) {
   auto* button = new QPushButton;
-  const bool primary = info.look == Look::kPrimary;
-  button->setProperty("primary", primary);
-  button->setIcon(
-      ThemedIcon(QLatin1String(info.icon), primary ? IconInk::kOnAccent : IconInk::kText));
+  SetPrimary(*button, info, info.look == Look::kPrimary);
   button->setIconSize(IconSize());
+  if (!info.shortcut.empty()) {
+    button->setFocusPolicy(Qt::TabFocus);  // a click leaves the keys where they are
+  }
   return button;
 }
 
@@ -165,6 +174,8 @@ QWidget* MakeWidget(const ControlInfo& info) {
       return new PictureLabel(info.icon);
     case Look::kDrawing:
       return new MelodyView;
+    case Look::kShapes:
+      return new ShapeView;
     case Look::kSlider:
       return With(new QSlider(Qt::Horizontal),
                   {{"minimum", kSmallestType}, {"maximum", kLargestType}, {"pageStep", 4}});
@@ -225,8 +236,11 @@ void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& for
   }
 }
 
-void DrawButton(QAbstractButton& button, const Control& control) {
+void DrawButton(QAbstractButton& button, const Control& control, const ControlInfo& info) {
   DrawText(button, control.caption);
+  if (info.look == Look::kPrimary && button.property("primary").toBool() != control.checked) {
+    SetPrimary(button, info, control.checked);
+  }
   if (button.isCheckable()) {
     button.setChecked(control.checked);
   }
@@ -275,7 +289,7 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   if (bound.info->look == Look::kLabel) {
     DrawLabel(*qobject_cast<QLabel*>(&widget), control);
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
-    DrawButton(*button, control);
+    DrawButton(*button, control, *bound.info);
   } else if (auto* line = qobject_cast<QLineEdit*>(&widget)) {
     DrawText(*line, control.text);
   } else if (auto* display = qobject_cast<PhoneDisplay*>(&widget)) {
@@ -288,6 +302,13 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
     DrawComboBox(*box, control);
   } else if (auto* view = qobject_cast<MelodyView*>(&widget)) {
     view->SetDrawing(form.*bound.info->drawing, ToQString(control.invitation));
+    if (bound.info->sounds == app::Sounding::kNothing) {
+      view->Mark(control.listIndex);
+    }
+  } else if (auto* shapes = qobject_cast<ShapeView*>(&widget)) {
+    shapes->SetPicture([&form, picture = bound.info->picture](
+                           double width, double height) { return (form.*picture)(width, height); },
+                       ToQString(control.text));
   } else if (auto* waiting = qobject_cast<WaitingLine*>(&widget)) {
     waiting->SetBusy(control.checked);
   }
@@ -333,6 +354,8 @@ void ConnectEvent(QObject* object, Event event, const Fire& fire) {
                      list, fire);
   } else if (auto* timer = qobject_cast<QTimer*>(object)) {
     QObject::connect(timer, &QTimer::timeout, timer, fire);
+  } else if (auto* shapes = qobject_cast<ShapeView*>(object)) {
+    QObject::connect(shapes, &ShapeView::Clicked, shapes, fire);
   } else if (auto* pane = qobject_cast<WebPane*>(object)) {
     QObject::connect(pane, &WebPane::LeaveAttempted, pane, fire);
   } else if (auto* slider = qobject_cast<QSlider*>(object)) {

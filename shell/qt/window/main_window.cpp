@@ -132,10 +132,20 @@ void MainWindow::ConnectParts() {
 
 void MainWindow::AddShortcuts() {
   for (const BoundControl& bound : binding_.Controls()) {
-    if (!bound.info->shortcut.empty()) {
-      auto* button = qobject_cast<QAbstractButton*>(bound.widget);
-      auto* shortcut = new QShortcut(QKeySequence(ToQString(bound.info->shortcut)), this);
-      connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
+    auto* button = qobject_cast<QAbstractButton*>(bound.widget);
+    const QString shortcuts = ToQString(bound.info->shortcut);
+    for (const QString& keys : shortcuts.split(' ', Qt::SkipEmptyParts)) {
+      const QKeySequence sequence(keys);
+      if (sequence == QKeySequence(Qt::Key_Escape)) {
+        continue;  // below
+      }
+      auto* shortcut = new QShortcut(sequence, button);  // only while the button is shown
+      connect(shortcut, &QShortcut::activated, button, [this, button, sequence] {
+        auto* focused = qobject_cast<QAbstractButton*>(focusWidget());
+        const bool presses =
+            sequence == QKeySequence(Qt::Key_Space) || sequence == QKeySequence(Qt::Key_Return);
+        (presses && focused != nullptr ? focused : button)->click();
+      });
     }
   }
   connect(new QShortcut(QKeySequence(QKeySequence::Quit), this), &QShortcut::activated, this,
@@ -143,6 +153,10 @@ void MainWindow::AddShortcuts() {
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
     for (const BoundControl& bound : binding_.Controls()) {
+      if (bound.info->shortcut == "Esc" && bound.widget->isVisible()) {
+        qobject_cast<QAbstractButton*>(bound.widget)->click();
+        return;
+      }
       if (bound.info->look == Look::kNavigation && (form_.*bound.info->member).checked) {
         bound.widget->setFocus(Qt::ShortcutFocusReason);
       }
@@ -218,7 +232,8 @@ void MainWindow::DrawBusy() {
 void MainWindow::FollowMelody() {
   const std::optional<double> position = position_ ? position_() : std::nullopt;
   for (const BoundControl& bound : binding_.Controls()) {
-    if (auto* view = qobject_cast<MelodyView*>(bound.widget)) {
+    auto* view = qobject_cast<MelodyView*>(bound.widget);
+    if (view != nullptr && bound.info->sounds != app::Sounding::kNothing) {
       const bool sounds = follow_->isActive() && form_.sounding == bound.info->sounds;
       view->SetPosition(sounds ? position.value_or(-1) : -1);
     }
