@@ -294,8 +294,10 @@ void Form1::List1_DblClick() {
 }
 
 void Form1::Refresh() {
+  // The guide is part of the repertoire.
+  const std::int16_t shown = paginaactual == kTypingPage ? kRepertoirePage : paginaactual;
   for (const ControlInfo& info : Rows()) {
-    (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == paginaactual;
+    (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == shown;
   }
   // The options page saves the model only when it is left.
   phoneButton.caption =

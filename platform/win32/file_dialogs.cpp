@@ -71,7 +71,11 @@ std::optional<std::filesystem::path> WindowsFileDialogs::AskSaveAs(std::string_v
                                                                    std::string_view filter) {
   std::wstring file = ToWide(name);
   file.resize(kLongestPath);
-  const std::wstring filters = ToWide(filter) + std::wstring(L"\0*.txt\0*.*\0*.*\0", 15);
+  // "Texto (*.txt)": the pattern stands in the brackets.
+  const std::wstring described = ToWide(filter);
+  const std::size_t bracket = std::min(described.find(L'('), described.size() - 1);
+  const std::wstring pattern = described.substr(bracket + 1, described.size() - bracket - 2);
+  const std::wstring filters = described + L'\0' + pattern + std::wstring(L"\0*.*\0*.*\0", 9);
   const std::wstring words = ToWide(title);
   OPENFILENAMEW dialog{};
   dialog.lStructSize = sizeof dialog;

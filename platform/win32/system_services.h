@@ -30,6 +30,8 @@ class SystemServices : public app::ShellServices {
   void Beep() override;
   void CopyText(std::string_view text) override;
   void OpenHelp(const std::filesystem::path& file) override;
+  void OpenFile(const std::filesystem::path& file) override;
+  void ShowInFolder(const std::filesystem::path& file) override;
   // Ends the message loop.
   void End() override;
 

@@ -27,14 +27,45 @@ using platform::Send;
 constexpr wchar_t kClass[] = L"TonadexForm1";
 constexpr UINT_PTR kFollowTimer = 1;
 
-// Whether Ctrl is needed, and the key, of a row's shortcut such as "Ctrl+1" or "F1".
-std::pair<bool, WPARAM> KeyOf(std::string_view shortcut) {
+struct NamedKey {
+  std::string_view name;
+  WPARAM key;
+};
+constexpr NamedKey kNamedKeys[] = {{"Esc", VK_ESCAPE}, {"Return", VK_RETURN}, {"Space", VK_SPACE},
+                                   {"Left", VK_LEFT},  {"Right", VK_RIGHT},   {"Home", VK_HOME},
+                                   {"End", VK_END},    {"Backspace", VK_BACK}};
+
+WPARAM KeyOf(std::string_view name) {
+  const auto named = std::ranges::find(kNamedKeys, name, &NamedKey::name);
+  return named != std::end(kNamedKeys) ? named->key
+         : name.size() == 1            ? static_cast<WPARAM>(name[0])
+                                       : static_cast<WPARAM>(VK_F1 + name[1] - '1');
+}
+
+// Whether a key is one of a row's shortcuts, such as "Ctrl+1" or "Left Backspace".
+bool IsShortcut(std::string_view shortcuts, bool control, WPARAM key) {
   constexpr std::string_view kCtrl = "Ctrl+";
-  const bool control = shortcut.starts_with(kCtrl);
-  const std::string_view key = shortcut.substr(control ? kCtrl.size() : 0);
-  return {control, key.empty()       ? 0
-                   : key.size() == 1 ? static_cast<WPARAM>(key[0])
-                                     : static_cast<WPARAM>(VK_F1 + key[1] - '1')};
+  while (!shortcuts.empty()) {
+    const std::size_t end = std::min(shortcuts.find(' '), shortcuts.size());
+    const std::string_view each = shortcuts.substr(0, end);
+    const bool withControl = each.starts_with(kCtrl);
+    if (withControl == control && KeyOf(each.substr(withControl ? kCtrl.size() : 0)) == key) {
+      return true;
+    }
+    shortcuts.remove_prefix(std::min(end + 1, shortcuts.size()));
+  }
+  return false;
+}
+
+// Whether the window with the focus wants a key for itself: a text box what it types and moves
+// with, a button what presses it.
+bool KeepsKey(HWND focus, WPARAM key) {
+  if (key == VK_ESCAPE || (key >= VK_F1 && key <= VK_F24)) {
+    return false;
+  }
+  const auto code = Send(focus, WM_GETDLGCODE);
+  return (code & DLGC_HASSETSEL) != 0 ||
+         ((code & DLGC_BUTTON) != 0 && (key == VK_SPACE || key == VK_RETURN));
 }
 
 }  // namespace
@@ -210,7 +241,9 @@ bool MainWindow::Shortcut(const MSG& message) {
   const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
   const bool escape = message.wParam == VK_ESCAPE;
   for (const BoundControl& bound : binding_->Controls()) {
-    if (KeyOf(bound.info->shortcut) == std::pair{control, message.wParam}) {
+    if (IsShortcut(bound.info->shortcut, control, message.wParam) &&
+        IsWindowVisible(bound.window) != 0 && IsWindowEnabled(bound.window) != 0 &&
+        (control || !KeepsKey(GetFocus(), message.wParam))) {
       binding_->Raise(bound, Event::kClick);
       return true;
     }
@@ -448,7 +481,7 @@ void MainWindow::Navigate(app::WebViewId view, std::string_view url) {
 void MainWindow::FollowMelody() {
   const std::optional<double> position = position_ ? position_() : std::nullopt;
   for (const BoundControl& bound : binding_->Controls()) {
-    if (bound.view != nullptr) {
+    if (bound.view != nullptr && bound.info->sounds != app::Sounding::kNothing) {
       bound.view->SetPosition(form_.sounding == bound.info->sounds ? position.value_or(-1) : -1);
     }
   }
