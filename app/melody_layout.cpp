@@ -90,7 +90,8 @@ bool MelodyPicture::Follow(double ms) {
   return Mark(ms < 0 ? -1 : NoteAt(drawing_, ms));
 }
 
-bool MelodyPicture::Mark(int sounding) {
+bool MelodyPicture::Mark(int note) {
+  const int sounding = note < std::ssize(drawing_.notes) ? note : -1;
   if (sounding == sounding_) {
     return false;
   }

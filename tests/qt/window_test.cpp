@@ -85,6 +85,7 @@ TEST(MainWindow, TheGuideIsWalkedThroughByItsKeysAndKeepsItsPlace) {
   t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,8e.,2g,c6");
   t.test.program.gPhoneModel = " Pulsaciones";
   t.window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&t.window));
   t.Click("cmdrepertorio");
   t.SelectRow(0);
   QTest::keyClick(&t.window, Qt::Key_F5);
