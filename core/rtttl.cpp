@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
+#include <bit>
+#include <cstring>
+#include <utility>
 
 #include "core/message_box.h"
 #include "core/runtime_error.h"
@@ -46,8 +48,60 @@ constexpr auto kPitchTexts = [] {
   return texts;
 }();
 
-std::string_view PitchText(char letter, bool sharp) {
-  return {kPitchTexts.data() + std::size_t{2} * Code(letter), sharp ? 2u : 1u};
+constexpr std::size_t kNumbers = 89;  // 0 to 88: numbers of two digits 1 to 8
+
+// Tens and units of each number.
+constexpr auto kNumberTexts = [] {
+  std::array<char, 2 * kNumbers> texts{};
+  for (std::size_t number = 0; number < kNumbers; ++number) {
+    texts[2 * number] = static_cast<char>('0' + number / 10);
+    texts[2 * number + 1] = static_cast<char>('0' + number % 10);
+  }
+  return texts;
+}();
+
+// The note letter of an ASCII letter; NUL for any other byte.
+constexpr auto kNoteLetters = [] {
+  std::array<char, 256> letters{};
+  for (std::size_t lower = 'a'; lower <= 'z'; ++lower) {
+    letters[lower] = letters[lower - 'a' + 'A'] = static_cast<char>(lower == 'h' ? 'b' : lower);
+  }
+  return letters;
+}();
+
+std::string_view PitchText(const NoteCodes& note) {
+  return {kPitchTexts.data() + std::size_t{2} * Code(note.letter), note.pitchSize};
+}
+
+std::string_view NumberText(std::uint8_t number) {
+  const std::size_t digits = number >= 10 ? 2 : number > 0 ? 1 : 0;
+  return {kNumberTexts.data() + std::size_t{2} * number + 2 - digits, digits};
+}
+
+RTTTLNote TextsOf(const NoteCodes& note, std::string_view defaultDuration,
+                  std::string_view defaultOctave) {
+  return {.Duration = note.ownDuration ? NumberText(note.duration) : defaultDuration,
+          .Note = PitchText(note),
+          .Octave = note.ownOctave ? NumberText(note.octave) : defaultOctave,
+          .Dotted = note.dotted};
+}
+
+std::uint8_t NumberCode(std::string_view text) {
+  const std::int32_t rounded = FindInt32(text).value_or(NoteCodes::kOther);
+  const bool fits = rounded >= 0 && rounded < NoteCodes::kOther && ToNumber(text) == rounded;
+  return fits ? static_cast<std::uint8_t>(rounded) : NoteCodes::kOther;
+}
+
+// A note that has nothing but the defaults.
+NoteCodes DefaultCodes(const RTTTLMelody& melody) {
+  NoteCodes note;
+  note.ownDuration = note.ownOctave = false;
+  note.duration = NumberCode(melody.DefaultDuration);
+  note.octave = NumberCode(melody.DefaultOctave);
+  const bool plain =
+      note.duration < kNumbers && NumberText(note.duration) == melody.DefaultDuration;
+  note.length = plain ? kLengthOf[note.duration] : NoteCodes::kNoLength;
+  return note;
 }
 
 // "0" and "9" never count as a duration or an octave.
@@ -63,88 +117,135 @@ bool Has(std::string_view text, char c) {
 // Drops a "#" or "." that is the third character from the end ("8.c5" becomes "8c5"). "#." and ".#"
 // right before the octave are left alone. A sharp before a trailing dot is lost ("8c#5." becomes
 // "8c5."): deliberate, stored melodies have always been read so. False when the item is too short.
-bool DropStrayMark(std::span<char>& item) {
-  const std::string_view text(item.data(), item.size());
-  const std::string_view tail = Right(text, 3);
+bool DropStrayMark(std::string& item) {
+  const std::string_view tail = Right(item, 3);
   const bool mark = tail.starts_with('#') || tail.starts_with('.');
-  if (!mark || Has(text, 'p') || Has(text, 'P') || tail.starts_with("#.") ||
+  if (!mark || Has(item, 'p') || Has(item, 'P') || tail.starts_with("#.") ||
       tail.starts_with(".#")) {
     return true;
   }
   if (item.size() < 3) {
     return false;
   }
-  const std::size_t at = item.size() - 3;
-  item[at] = item[at + 1];
-  item[at + 1] = item[at + 2];
-  item = item.first(item.size() - 1);
+  item.erase(item.size() - 3, 1);
   return true;
 }
 
-// Reads one item by position and shortens `item` by the marks dropped.
-RTTTLNote ReadNote(std::span<char>& item, std::string_view defaultDuration,
-                   std::string_view defaultOctave) {
-  RTTTLNote note;
+// Reads any item, lower case, by position.
+NoteCodes ReadItem(std::string& item, const NoteCodes& defaults) {
   if (!DropStrayMark(item) || !DropStrayMark(item)) {  // exactly twice
-    return note;
+    return {};
   }
-  const std::string_view text(item.data(), item.size());
-  const auto digitAt = [text](std::size_t i) {
-    return i < text.size() && IsDurationDigit(text[i]);
+  const auto digitAt = [&item](std::size_t i) {
+    return i < item.size() && IsDurationDigit(item[i]) ? item[i] - '0' : 0;
   };
-  const std::size_t digits = !digitAt(0) ? 0 : digitAt(1) ? 2 : 1;
-  note.Duration = digits == 0 ? defaultDuration : text.substr(0, digits);
-  note.Octave =
-      text.empty() || !IsDurationDigit(text.back()) ? defaultOctave : text.substr(text.size() - 1);
-  note.Dotted = Has(text, '.');
-  if (digits < text.size()) {
-    char letter = text.back() == 'p' ? 'p' : text[digits];
-    if (letter == 'h') {
-      letter = 'b';
-    }
-    note.Note = PitchText(letter, Has(text, '#'));
+  NoteCodes note = defaults;
+  const std::size_t digits = digitAt(0) == 0 ? 0 : digitAt(1) == 0 ? 1 : 2;
+  if (digits > 0) {
+    const int number = digits == 1 ? digitAt(0) : 10 * digitAt(0) + digitAt(1);
+    note.ownDuration = true;
+    note.duration = static_cast<std::uint8_t>(number);
+    note.length = kLengthOf[note.duration];
+  }
+  if (const int octave = item.empty() ? 0 : digitAt(item.size() - 1); octave != 0) {
+    note.ownOctave = true;
+    note.octave = static_cast<std::uint8_t>(octave);
+  }
+  note.dotted = Has(item, '.');
+  if (digits < item.size()) {
+    const char letter = item.back() == 'p' ? 'p' : item[digits];
+    note.letter = letter == 'h' ? 'b' : letter;
+    note.pitchSize = Has(item, '#') ? 2 : 1;
   }
   return note;
 }
 
-// The lower-cased notes section followed by both defaults, in a buffer that no copy of the record
-// shares.
-std::string& FreshNoteTexts(RTTTLMelody& melody, std::string_view section) {
-  if (melody.NoteTexts == nullptr || melody.NoteTexts.use_count() > 1) {
-    melody.NoteTexts = std::make_shared<std::string>();
+constexpr std::size_t kWordSize = 8;
+
+// The first bytes of the text, the first one lowest; commas behind its end.
+std::uint64_t LoadWord(std::string_view text) {
+  std::array<char, kWordSize> bytes;
+  bytes.fill(',');
+  if (text.size() >= kWordSize) {
+    std::memcpy(bytes.data(), text.data(), kWordSize);
+  } else {
+    std::ranges::copy(text, bytes.begin());
   }
-  std::string& texts = *melody.NoteTexts;
-  texts.clear();
-  texts.reserve(section.size() + melody.DefaultDuration.size() + melody.DefaultOctave.size());
-  for (const char c : section) {
-    texts += ToLower(c);
+  if constexpr (std::endian::native == std::endian::big) {
+    std::ranges::reverse(bytes);
   }
-  texts += melody.DefaultDuration;
-  texts += melody.DefaultOctave;
-  return texts;
+  return std::bit_cast<std::uint64_t>(bytes);
+}
+
+// The index of the word's first comma, kWordSize when it has none: subtracting 1 borrows into the
+// high bit only of a byte that the comparison made 0 (or of one behind it).
+std::size_t FindComma(std::uint64_t word) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101;
+  const std::uint64_t rest = word ^ (kOnes * ',');
+  return static_cast<std::size_t>(std::countr_zero((rest - kOnes) & ~rest & (kOnes << 7))) / 8;
+}
+
+// Reads an item of the usual form, [duration] letter [#] [.] [octave], whose comma is at `size`, as
+// ReadItem would; false for any other. The fields follow from comparisons and shifts, because the
+// branches of a scanner would be mispredicted about once per note.
+bool ReadUsualItem(std::uint64_t word, std::size_t size, const NoteCodes& defaults,
+                   NoteCodes& note) {
+  const auto digit = [](std::uint64_t rest) { return static_cast<unsigned>(rest & 0xFF) - '0'; };
+  const auto isDigit = [](unsigned value) { return static_cast<unsigned>(value - 1 < 8); };
+  const unsigned first = digit(word);
+  const unsigned second = digit(word >> 8);
+  const unsigned own = isDigit(first);
+  const unsigned digits = own + (own & isDigit(second));
+  std::uint64_t rest = word >> (8 * digits);
+  note.letter = kNoteLetters[rest & 0xFF];
+  rest >>= 8;
+  const unsigned sharp = (rest & 0xFF) == '#';
+  rest >>= 8 * sharp;
+  const unsigned dot = (rest & 0xFF) == '.';
+  rest >>= 8 * dot;
+  const unsigned octave = digit(rest);
+  const unsigned ownOctave = isDigit(octave);
+  const unsigned number = digits == 2 ? 10 * first + second : first;
+  note.pitchSize = static_cast<std::uint8_t>(1 + sharp);
+  note.dotted = dot != 0;
+  note.ownDuration = own != 0;
+  note.duration = own != 0 ? static_cast<std::uint8_t>(number) : defaults.duration;
+  note.length = own != 0 ? kLengthOf[number & 0xFF] : defaults.length;
+  note.ownOctave = ownOctave != 0;
+  note.octave = ownOctave != 0 ? static_cast<std::uint8_t>(octave) : defaults.octave;
+  return note.letter != '\0' && digits + 1 + sharp + dot + ownOctave == size;
+}
+
+// Fails as SplitText does where a section has too many items or one too long.
+void CheckItems(std::string_view section, std::size_t count) {
+  if (count > kMaxParts || section.size() > kMaxPosition) {
+    SplitText(section, ',');
+  }
 }
 
 std::int16_t ParseNotes(RTTTLMelody& melody, std::string_view section) {
-  const std::vector<std::string_view> items = SplitText(section, ',');
-  melody.Notes.Reserve(items.size());
-  std::string& texts = FreshNoteTexts(melody, section);
-  const std::string_view duration =
-      std::string_view(texts).substr(section.size(), melody.DefaultDuration.size());
-  const std::string_view octave =
-      std::string_view(texts).substr(section.size() + melody.DefaultDuration.size());
-  std::int16_t code = kParsed;
-  std::int16_t number = 0;
-  for (const std::string_view part : items) {
-    const auto offset = part.empty() ? 0 : part.data() - section.data();
-    std::span<char> item(texts.data() + offset, part.size());
-    const RTTTLNote note = ReadNote(item, duration, octave);
-    melody.Notes.Append(note);
-    ++number;
-    if (note.Note.empty()) {
-      code = number;
+  const auto count = static_cast<std::size_t>(std::ranges::count(section, ',')) + 1;
+  CheckItems(section, count);
+  const NoteCodes defaults = DefaultCodes(melody);
+  melody.Notes.Start(count, melody.DefaultDuration, melody.DefaultOctave);
+  std::size_t unread = 0;
+  for (std::size_t number = 1; number <= count; ++number) {
+    const std::uint64_t word = LoadWord(section);
+    std::size_t size = FindComma(word);
+    NoteCodes note;
+    if (!ReadUsualItem(word, size, defaults, note)) {
+      if (number > 1 && section.starts_with(',')) {
+        melody.Notes.Set(0, defaults);  // as SplitText empties part 0
+      }
+      size = std::min(section.find(','), section.size());
+      std::string item = ToLower(section.substr(0, size));
+      note = ReadItem(item, defaults);
+      unread = note.pitchSize == 0 ? number : unread;
     }
+    melody.Notes.Append(note);
+    section.remove_prefix(std::min(size + 1, section.size()));
   }
-  return code;
+  return static_cast<std::int16_t>(unread);
 }
 
 void RefuseLong(std::string_view what, std::string_view value) {
@@ -156,6 +257,17 @@ void RefuseLong(std::string_view what, std::string_view value) {
   }
 }
 
+// Without a branch for each character: where the blanks are cannot be predicted.
+void EraseBlanks(std::string& text) {
+  const std::size_t first = std::min(text.find(' '), text.size());
+  char* end = text.data() + first;
+  for (const char c : std::string_view(text).substr(first)) {
+    *end = c;
+    end += c == ' ' ? 0 : 1;
+  }
+  text.resize(static_cast<std::size_t>(end - text.data()));
+}
+
 std::int16_t SectionsError(RTTTLMelody& melody) {
   melody.Notes.Resize(1);
   return kSectionsError;
@@ -163,20 +275,39 @@ std::int16_t SectionsError(RTTTLMelody& melody) {
 
 std::int16_t ParseSections(RTTTLMelody& melody) {
   ParseRTTTLHeader(melody);
+  const std::string_view text = melody.Text;
+  const std::size_t headerEnd = text.find(':', text.find(':') + 1);
+  const bool blanksInHeader = text.find(' ') < headerEnd;
   if (melody.Text.ends_with(',')) {
     melody.Text.pop_back();
   }
-  std::erase(melody.Text, ' ');
-  const std::vector<std::string_view> sections = SplitText(melody.Text, ':');
-  if (sections.front().empty()) {
+  EraseBlanks(melody.Text);
+  const TextEnds sections = SplitEnds(melody.Text, ':');
+  if (sections.front.empty()) {
     return SectionsError(melody);
   }
-  return ParseNotes(melody, sections.back());
+  const std::int16_t code = ParseNotes(melody, sections.back);
+  melody.ParsesAlike = code == kParsed && !blanksInHeader;
+  return code;
 }
 
 }  // namespace
 
+void NoteList::Start(std::size_t count, std::string_view defaultDuration,
+                     std::string_view defaultOctave) {
+  Resize(0);
+  read_.reserve(count);
+  defaultDuration_ = defaultDuration;
+  defaultOctave_ = defaultOctave;
+}
+
+RTTTLNote NoteList::operator[](std::size_t index) const {
+  return index < read_.size() ? TextsOf(read_[index], defaultDuration_, defaultOctave_)
+                              : RTTTLNote{};
+}
+
 std::int16_t ParseRTTTL(RTTTLMelody& melody) {
+  melody.ParsesAlike = false;
   const bool noFirstSection = melody.Text.empty() || melody.Text.front() == ':';
   try {
     return ParseSections(melody);
@@ -208,10 +339,8 @@ void ParseRTTTLHeader(RTTTLMelody& melody) {
 }
 
 RTTTLNote ParseRTTTLNote(std::string& item, const RTTTLMelody& melody) {
-  std::span<char> characters(item);
-  RTTTLNote note = ReadNote(characters, melody.DefaultDuration, melody.DefaultOctave);
-  item.resize(characters.size());
-  return note;
+  return TextsOf(ReadItem(item, DefaultCodes(melody)), melody.DefaultDuration,
+                 melody.DefaultOctave);
 }
 
 void ShowRTTTLError(std::int16_t code) {
@@ -233,6 +362,9 @@ void CheckDefaults(const RTTTLMelody& melody) {
 }
 
 bool ParseOrReport(RTTTLMelody& melody) {
+  if (std::exchange(melody.SkipParse, false)) {
+    return true;
+  }
   const std::int16_t code = ParseRTTTL(melody);
   ShowRTTTLError(code);
   CheckDefaults(melody);
