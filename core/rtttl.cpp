@@ -60,15 +60,6 @@ constexpr auto kNumberTexts = [] {
   return texts;
 }();
 
-// The note letter of an ASCII letter; NUL for any other byte.
-constexpr auto kNoteLetters = [] {
-  std::array<char, 256> letters{};
-  for (std::size_t lower = 'a'; lower <= 'z'; ++lower) {
-    letters[lower] = letters[lower - 'a' + 'A'] = static_cast<char>(lower == 'h' ? 'b' : lower);
-  }
-  return letters;
-}();
-
 std::string_view PitchText(const NoteCodes& note) {
   return {kPitchTexts.data() + std::size_t{2} * Code(note.letter), note.pitchSize};
 }
@@ -87,9 +78,10 @@ RTTTLNote TextsOf(const NoteCodes& note, std::string_view defaultDuration,
 }
 
 std::uint8_t NumberCode(std::string_view text) {
-  const std::int32_t rounded = FindInt32(text).value_or(NoteCodes::kOther);
-  const bool fits = rounded >= 0 && rounded < NoteCodes::kOther && ToNumber(text) == rounded;
-  return fits ? static_cast<std::uint8_t>(rounded) : NoteCodes::kOther;
+  const double number = FindNumber(text).value_or(NoteCodes::kOther);
+  const bool small = number >= 0 && number < NoteCodes::kOther;
+  const auto code = small ? static_cast<std::uint8_t>(number) : NoteCodes::kOther;
+  return code == number ? code : NoteCodes::kOther;
 }
 
 // A note that has nothing but the defaults.
@@ -185,35 +177,83 @@ std::size_t FindComma(std::uint64_t word) {
   return static_cast<std::size_t>(std::countr_zero((rest - kOnes) & ~rest & (kOnes << 7))) / 8;
 }
 
+// The fields of a note as one number: those that different parts of an item set are added.
+using CodesWord = std::uint64_t;
+static_assert(sizeof(NoteCodes) == sizeof(CodesWord));
+
+constexpr CodesWord WordOf(const NoteCodes& note) {
+  return std::bit_cast<CodesWord>(note);
+}
+
+constexpr CodesWord PitchWord(char letter, std::uint8_t pitchSize, bool dotted) {
+  return WordOf({letter, pitchSize, dotted, 0, 0, 0, false, false});
+}
+constexpr CodesWord DurationWord(std::uint8_t number, std::uint8_t length, bool own) {
+  return WordOf({'\0', 0, false, length, number, 0, own, false});
+}
+constexpr CodesWord OctaveWord(std::uint8_t number, bool own) {
+  return WordOf({'\0', 0, false, 0, 0, number, false, own});
+}
+
+constexpr CodesWord kSharpWord = PitchWord('\0', 1, false);
+constexpr CodesWord kDotWord = PitchWord('\0', 0, true);
+
+template <std::size_t kCount, typename Make>
+constexpr std::array<CodesWord, kCount> Words(Make make) {
+  std::array<CodesWord, kCount> words{};
+  for (std::size_t i = 0; i < kCount; ++i) {
+    words[i] = make(static_cast<std::uint8_t>(i));
+  }
+  return words;
+}
+
+constexpr auto kDurationWords =
+    Words<128>([](std::uint8_t number) { return DurationWord(number, kLengthOf[number], true); });
+constexpr auto kOctaveWords =
+    Words<16>([](std::uint8_t number) { return OctaveWord(number, true); });
+
+// An ASCII letter's natural note; 0 for any other byte.
+constexpr auto kLetterWords = Words<256>([](std::uint8_t code) {
+  const char lower = static_cast<char>(code | 0x20);
+  const bool letter = lower >= 'a' && lower <= 'z';
+  return letter ? PitchWord(lower == 'h' ? 'b' : lower, 1, false) : 0;
+});
+
+struct DefaultWords {
+  explicit DefaultWords(const NoteCodes& note)
+      : duration(DurationWord(note.duration, note.length, false)),
+        octave(OctaveWord(note.octave, false)) {}
+  CodesWord duration, octave;
+};
+
 // Reads an item of the usual form, [duration] letter [#] [.] [octave], whose comma is at `size`, as
-// ReadItem would; false for any other. The fields follow from comparisons and shifts, because the
-// branches of a scanner would be mispredicted about once per note.
-bool ReadUsualItem(std::uint64_t word, std::size_t size, const NoteCodes& defaults,
-                   NoteCodes& note) {
-  const auto digit = [](std::uint64_t rest) { return static_cast<unsigned>(rest & 0xFF) - '0'; };
-  const auto isDigit = [](unsigned value) { return static_cast<unsigned>(value - 1 < 8); };
-  const unsigned first = digit(word);
-  const unsigned second = digit(word >> 8);
-  const unsigned own = isDigit(first);
-  const unsigned digits = own + (own & isDigit(second));
-  std::uint64_t rest = word >> (8 * digits);
-  note.letter = kNoteLetters[rest & 0xFF];
-  rest >>= 8;
-  const unsigned sharp = (rest & 0xFF) == '#';
-  rest >>= 8 * sharp;
-  const unsigned dot = (rest & 0xFF) == '.';
-  rest >>= 8 * dot;
-  const unsigned octave = digit(rest);
-  const unsigned ownOctave = isDigit(octave);
-  const unsigned number = digits == 2 ? 10 * first + second : first;
-  note.pitchSize = static_cast<std::uint8_t>(1 + sharp);
-  note.dotted = dot != 0;
-  note.ownDuration = own != 0;
-  note.duration = own != 0 ? static_cast<std::uint8_t>(number) : defaults.duration;
-  note.length = own != 0 ? kLengthOf[number & 0xFF] : defaults.length;
-  note.ownOctave = ownOctave != 0;
-  note.octave = ownOctave != 0 ? static_cast<std::uint8_t>(octave) : defaults.octave;
-  return note.letter != '\0' && digits + 1 + sharp + dot + ownOctave == size;
+// ReadItem would; 0 for any other. The fields follow from comparisons, shifts and masks, because
+// the branches of a scanner would be mispredicted about once per note.
+CodesWord ReadUsualItem(std::uint64_t text, std::size_t size, const DefaultWords& defaults) {
+  const auto digit = [&text] { return (text & 0xFF) - '0'; };
+  const auto isDigit = [](std::uint64_t value) { return std::uint64_t{value - 1 < 8}; };
+  const auto choose = [](std::uint64_t wanted, CodesWord word, CodesWord other) {
+    return other ^ ((word ^ other) & (0 - wanted));
+  };
+  const std::uint64_t first = digit();
+  const std::uint64_t second = ((text >> 8) & 0xFF) - '0';
+  const std::uint64_t own = isDigit(first);
+  const std::uint64_t two = own & isDigit(second);
+  const std::uint64_t number = first + ((9 * first + second) & (0 - two));
+  text >>= 8 * (own + two);
+  const CodesWord letter = kLetterWords[text & 0xFF];
+  text >>= 8;
+  const std::uint64_t sharp = (text & 0xFF) == '#';
+  text >>= 8 * sharp;
+  const std::uint64_t dot = (text & 0xFF) == '.';
+  text >>= 8 * dot;
+  const std::uint64_t octave = digit();
+  const std::uint64_t ownOctave = isDigit(octave);
+  const bool usual = letter != 0 && own + two + 1 + sharp + dot + ownOctave == size;
+  const CodesWord note = letter + (kSharpWord & (0 - sharp)) + (kDotWord & (0 - dot)) +
+                         choose(own, kDurationWords[number & 127], defaults.duration) +
+                         choose(ownOctave, kOctaveWords[octave & 15], defaults.octave);
+  return usual ? note : 0;
 }
 
 // Fails as SplitText does where a section has too many items or one too long.
@@ -227,22 +267,24 @@ std::int16_t ParseNotes(RTTTLMelody& melody, std::string_view section) {
   const auto count = static_cast<std::size_t>(std::ranges::count(section, ',')) + 1;
   CheckItems(section, count);
   const NoteCodes defaults = DefaultCodes(melody);
-  melody.Notes.Start(count, melody.DefaultDuration, melody.DefaultOctave);
+  const DefaultWords defaultWords(defaults);
+  const std::span<NoteCodes> notes =
+      melody.Notes.Start(count, melody.DefaultDuration, melody.DefaultOctave);
   std::size_t unread = 0;
-  for (std::size_t number = 1; number <= count; ++number) {
+  for (std::size_t i = 0; i < count; ++i) {
     const std::uint64_t word = LoadWord(section);
     std::size_t size = FindComma(word);
-    NoteCodes note;
-    if (!ReadUsualItem(word, size, defaults, note)) {
-      if (number > 1 && section.starts_with(',')) {
-        melody.Notes.Set(0, defaults);  // as SplitText empties part 0
+    if (const CodesWord note = ReadUsualItem(word, size, defaultWords); note != 0) {
+      notes[i] = std::bit_cast<NoteCodes>(note);
+    } else {
+      if (i > 0 && section.starts_with(',')) {
+        notes[0] = defaults;  // as SplitText empties part 0
       }
       size = std::min(section.find(','), section.size());
       std::string item = ToLower(section.substr(0, size));
-      note = ReadItem(item, defaults);
-      unread = note.pitchSize == 0 ? number : unread;
+      notes[i] = ReadItem(item, defaults);
+      unread = notes[i].pitchSize == 0 ? i + 1 : unread;
     }
-    melody.Notes.Append(note);
     section.remove_prefix(std::min(size + 1, section.size()));
   }
   return static_cast<std::int16_t>(unread);
@@ -257,9 +299,33 @@ void RefuseLong(std::string_view what, std::string_view value) {
   }
 }
 
+// Returns the length of name and header, their separators included.
+std::size_t ReadHeader(RTTTLMelody& melody) {
+  const std::string_view text = melody.Text;
+  melody.Name.clear();  // a text that names nothing does not go by the name of the melody before it
+  const std::ptrdiff_t nameEnd = InStr16(text, ':');
+  melody.Name = Left(text, nameEnd - 1);
+  const std::string_view rest = Mid(text, nameEnd + 1);
+  const std::ptrdiff_t headerEnd = InStr16(rest, ':');
+  std::string_view header = Left(rest, headerEnd - 1);
+  std::ptrdiff_t comma = 0;
+  do {
+    comma = InStr16(header, ',');
+    const std::string_view item = comma == 0 ? header : Left(header, comma - 1);
+    if (item.starts_with("d=")) {
+      melody.DefaultDuration = Mid(item, 3);
+    } else if (item.starts_with("b=")) {
+      melody.Beats = Mid(item, 3);
+    } else if (item.starts_with("o=")) {
+      melody.DefaultOctave = Mid(item, 3);
+    }
+    header = Mid(header, comma + 1);
+  } while (comma > 0);
+  return static_cast<std::size_t>(nameEnd + headerEnd);
+}
+
 // Without a branch for each character: where the blanks are cannot be predicted.
-void EraseBlanks(std::string& text) {
-  const std::size_t first = std::min(text.find(' '), text.size());
+void EraseBlanks(std::string& text, std::size_t first) {
   char* end = text.data() + first;
   for (const char c : std::string_view(text).substr(first)) {
     *end = c;
@@ -274,31 +340,32 @@ std::int16_t SectionsError(RTTTLMelody& melody) {
 }
 
 std::int16_t ParseSections(RTTTLMelody& melody) {
-  ParseRTTTLHeader(melody);
-  const std::string_view text = melody.Text;
-  const std::size_t headerEnd = text.find(':', text.find(':') + 1);
-  const bool blanksInHeader = text.find(' ') < headerEnd;
+  const std::size_t headerSize = ReadHeader(melody);
   if (melody.Text.ends_with(',')) {
     melody.Text.pop_back();
   }
-  EraseBlanks(melody.Text);
+  const std::size_t blank = melody.Text.find(' ');
+  if (blank != melody.Text.npos) {
+    EraseBlanks(melody.Text, blank);
+  }
   const TextEnds sections = SplitEnds(melody.Text, ':');
   if (sections.front.empty()) {
     return SectionsError(melody);
   }
   const std::int16_t code = ParseNotes(melody, sections.back);
-  melody.ParsesAlike = code == kParsed && !blanksInHeader;
+  melody.ParsesAlike = code == kParsed && blank >= headerSize;
   return code;
 }
 
 }  // namespace
 
-void NoteList::Start(std::size_t count, std::string_view defaultDuration,
-                     std::string_view defaultOctave) {
-  Resize(0);
-  read_.reserve(count);
+std::span<NoteCodes> NoteList::Start(std::size_t count, std::string_view defaultDuration,
+                                     std::string_view defaultOctave) {
+  read_.resize(count);
+  size_ = count;
   defaultDuration_ = defaultDuration;
   defaultOctave_ = defaultOctave;
+  return read_;
 }
 
 RTTTLNote NoteList::operator[](std::size_t index) const {
@@ -317,25 +384,7 @@ std::int16_t ParseRTTTL(RTTTLMelody& melody) {
 }
 
 void ParseRTTTLHeader(RTTTLMelody& melody) {
-  const std::string_view text = melody.Text;
-  melody.Name.clear();  // a text that names nothing does not go by the name of the melody before it
-  const std::ptrdiff_t nameEnd = InStr16(text, ':');
-  melody.Name = Left(text, nameEnd - 1);
-  const std::string_view rest = Mid(text, nameEnd + 1);
-  std::string_view header = Left(rest, InStr16(rest, ':') - 1);
-  std::ptrdiff_t comma = 0;
-  do {
-    comma = InStr16(header, ',');
-    const std::string_view item = comma == 0 ? header : Left(header, comma - 1);
-    if (item.starts_with("d=")) {
-      melody.DefaultDuration = Mid(item, 3);
-    } else if (item.starts_with("b=")) {
-      melody.Beats = Mid(item, 3);
-    } else if (item.starts_with("o=")) {
-      melody.DefaultOctave = Mid(item, 3);
-    }
-    header = Mid(header, comma + 1);
-  } while (comma > 0);
+  ReadHeader(melody);
 }
 
 RTTTLNote ParseRTTTLNote(std::string& item, const RTTTLMelody& melody) {

@@ -78,13 +78,9 @@ class NoteList {
     read_.clear();
     size_ = count;
   }
-  // Drops all notes, takes the texts of the defaults and makes room for `count` to be appended.
-  void Start(std::size_t count, std::string_view defaultDuration, std::string_view defaultOctave);
-  void Append(const NoteCodes& note) {
-    read_.push_back(note);
-    size_ = read_.size();
-  }
-  void Set(std::size_t index, const NoteCodes& note) { read_[index] = note; }
+  // Replaces all notes by `count` that the caller fills, and the texts of the defaults.
+  std::span<NoteCodes> Start(std::size_t count, std::string_view defaultDuration,
+                             std::string_view defaultOctave);
   std::size_t size() const { return size_; }
   RTTTLNote operator[](std::size_t index) const;
 

@@ -163,8 +163,12 @@ std::vector<std::string_view> SplitText(std::string_view text, char delimiter) {
 
 TextEnds SplitEnds(std::string_view text, char delimiter) {
   TextEnds ends;
-  const bool emptied = WalkParts(text, delimiter, [&](auto part) { ends.back = part; });
-  ends.front = emptied ? std::string_view() : text.substr(0, text.find(delimiter));
+  bool first = true;
+  const bool emptied = WalkParts(text, delimiter, [&](auto part) {
+    ends.front = std::exchange(first, false) ? part : ends.front;
+    ends.back = part;
+  });
+  ends.front = emptied ? std::string_view() : ends.front;
   return ends;
 }
 
