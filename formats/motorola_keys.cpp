@@ -148,7 +148,8 @@ std::string MotorolaIMelodyKeys(core::RTTTLMelody& melody, std::string& warnings
   }
   const std::int16_t base = BaseOctave(baseOctave, kDefaultBaseOctave);
   warnings = std::string(kIMelodyInstruction) + melody.Beats + " a 125.\r\n";
-  PieceText keys("", melody.Notes.size() * kMostKeys);
+  std::string text;
+  PieceWriter keys(text, melody.Notes.size() * kMostKeys);
   OctaveMarks octaves(melody.Notes, base);
   Tempo125Bands bands(melody.Beats);
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
@@ -165,7 +166,8 @@ std::string MotorolaIMelodyKeys(core::RTTTLMelody& melody, std::string& warnings
     }
     keys.Put('.', note.dotted);
   }
-  return keys.Take();
+  keys.End(text);
+  return text;
 }
 
 }  // namespace tonadex::formats

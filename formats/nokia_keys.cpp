@@ -53,7 +53,7 @@ struct Composer {
 };
 
 // After a pause the phone is back at the duration before it.
-void PutNote(const core::NoteCodes& note, std::size_t octave, Composer& phone, PieceText& keys) {
+void PutNote(const core::NoteCodes& note, std::size_t octave, Composer& phone, PieceWriter& keys) {
   const bool pause = core::IsPause(note);
   const char key = NoteKey(note.letter);
   phone.key = key == '\0' ? phone.key : key;
@@ -81,7 +81,8 @@ std::string NokiaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
   if (melody.Notes.size() > kMaxNotes) {
     warnings += kTooLong;
   }
-  PieceText keys("", melody.Notes.size() * kMostKeys);
+  std::string text;
+  PieceWriter keys(text, melody.Notes.size() * kMostKeys);
   Composer phone;
   std::size_t number = 0;
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
@@ -98,7 +99,8 @@ std::string NokiaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
     }
     PutNote(note, OctaveBand(octave, baseOctave), phone, keys);
   }
-  return keys.Take();
+  keys.End(text);
+  return text;
 }
 
 }  // namespace tonadex::formats

@@ -7,7 +7,6 @@
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace tonadex::formats {
 
@@ -25,31 +24,30 @@ struct Piece {
   std::uint8_t size = 0;
 };
 
-// Collects a writer's text. Characters are always stored and the end advances by those wanted:
-// which of them a note needs is as unpredictable as the melody, and a mispredicted branch costs
-// more than the stores. The caller says how many characters there can be at most.
-class PieceText {
+// Writes behind a text. Characters are always stored and the end advances by those wanted: which of
+// them a note needs is as unpredictable as the melody, and a mispredicted branch costs more than
+// the stores. The end is all that it holds, so that it stays in a register.
+class PieceWriter {
  public:
-  PieceText(std::string start, std::size_t most) : text_(std::move(start)), size_(text_.size()) {
-    text_.resize(size_ + most + sizeof(Piece));
+  // Makes room for at most `most` characters; End removes what was not used.
+  PieceWriter(std::string& text, std::size_t most) {
+    const std::size_t size = text.size();
+    text.resize(size + most + sizeof(Piece));
+    end_ = text.data() + size;
   }
 
   void Put(char c, bool wanted = true) {
-    text_[size_] = c;
-    size_ += wanted ? 1 : 0;
+    *end_ = c;
+    end_ += wanted ? 1 : 0;
   }
-  void Put(const Piece& piece, bool wanted = true) {
-    std::memcpy(text_.data() + size_, piece.characters.data(), Piece::kRoom);
-    size_ += wanted ? piece.size : 0;
+  void Put(const Piece& piece) {
+    std::memcpy(end_, piece.characters.data(), Piece::kRoom);
+    end_ += piece.size;
   }
-  std::string Take() {
-    text_.resize(size_);
-    return std::move(text_);
-  }
+  void End(std::string& text) const { text.resize(static_cast<std::size_t>(end_ - text.data())); }
 
  private:
-  std::string text_;
-  std::size_t size_;
+  char* end_;
 };
 
 }  // namespace tonadex::formats

@@ -18,22 +18,23 @@ std::string RtttlAtTempo125(core::RTTTLMelody& melody) {
   for (std::size_t i = 0; i < durations.size(); ++i) {
     durations[i] = kDurationTexts[i] == melody.DefaultDuration ? "" : kDurationTexts[i];
   }
-  PieceText text(
-      melody.Name + ":d=" + melody.DefaultDuration + ",o=" + melody.DefaultOctave + ",b=125:",
-      melody.Notes.size() * kMostCharacters);
+  std::string text =
+      melody.Name + ":d=" + melody.DefaultDuration + ",o=" + melody.DefaultOctave + ",b=125:";
+  PieceWriter pieces(text, melody.Notes.size() * kMostCharacters);
   Tempo125Bands bands(melody.Beats);
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
     const Band& band = bands[note];
     const char octave = static_cast<char>('0' + note.octave);
-    text.Put(durations[band.length]);
-    text.Put(note.letter);
-    text.Put('#', note.IsSharp());
-    text.Put('.', band.dotted);
-    text.Put('.', note.dotted);
-    text.Put(octave, note.ownOctave && melody.DefaultOctave != std::string_view(&octave, 1));
-    text.Put(',');
+    pieces.Put(durations[band.length]);
+    pieces.Put(note.letter);
+    pieces.Put('#', note.IsSharp());
+    pieces.Put('.', band.dotted);
+    pieces.Put('.', note.dotted);
+    pieces.Put(octave, note.ownOctave && melody.DefaultOctave != std::string_view(&octave, 1));
+    pieces.Put(',');
   }
-  return text.Take();
+  pieces.End(text);
+  return text;
 }
 
 }  // namespace tonadex::formats

@@ -95,8 +95,8 @@ std::string TriumMdyText(core::RTTTLMelody& melody, std::string& warnings) {
   if (!core::ParseOrReport(melody)) {
     return {};
   }
-  PieceText text("NAME=" + melody.Name + "\r\nTEMPO=100\r\n",
-                 melody.Notes.size() * kMostCharacters);
+  std::string text = "NAME=" + melody.Name + "\r\nTEMPO=100\r\n";
+  PieceWriter lines(text, melody.Notes.size() * kMostCharacters);
   NearestLengths lengths(melody.Beats);
   bool reported = false;
   std::size_t number = 0;
@@ -117,11 +117,12 @@ std::string TriumMdyText(core::RTTTLMelody& melody, std::string& warnings) {
       continue;
     }
     const bool high = !pause && melody.Notes.Octave(note) >= kFirstHighOctave;
-    text.Put('M');
-    text.Put(pause ? kPause : kNamePieces[high ? 1 : 0][static_cast<std::size_t>(semitone)]);
-    text.Put(lengths(length, note.dotted));
+    lines.Put('M');
+    lines.Put(pause ? kPause : kNamePieces[high ? 1 : 0][static_cast<std::size_t>(semitone)]);
+    lines.Put(lengths(length, note.dotted));
   }
-  return text.Take();
+  lines.End(text);
+  return text;
 }
 
 }  // namespace tonadex::formats
