@@ -77,11 +77,11 @@ std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
   std::size_t number = 0;
   for (const core::RTTTLNote& note : melody.Notes) {
     ++number;
-    const std::string_view known = IMelodyDigit(note.Duration);
-    if (known.empty()) {
+    const IMelodyDuration known = FindIMelodyDuration(note.Duration);
+    if (known.digit.empty()) {
       AppendNoteWarning(warnings, kFinding, number, kBadDigit);
     } else {
-      digit = known;
+      digit = known.digit;
     }
     const double octave = core::ToNumber(note.Octave);
     if (IsOutOfRange(octave)) {
@@ -94,11 +94,11 @@ std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
     }
     if (!core::IsPause(note)) {
       AppendIMelodyNote(note, octave, baseOctave, digit, text);
-    } else if (known.empty()) {
+    } else if (known.digit.empty()) {
       AppendNoteWarning(warnings, kFinding, number, kBadDuration);
       text += rest;
     } else {
-      rest = IMelodyRest(note.Duration);
+      rest = known.rest;
       text += rest;
     }
     if (note.Dotted) {
