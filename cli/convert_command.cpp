@@ -2,6 +2,7 @@
 
 #include "cli/commands.h"
 #include "cli/convert_line.h"
+#include "cli/json.h"
 #include "cli/line_stream.h"
 #include "core/windows1252.h"
 #include "files/write.h"
@@ -86,10 +87,14 @@ void ConvertOne(Context& context, const Arguments& arguments, const MelodyInput&
     file = core::FromUtf8(output);
   }
   const std::string row = arguments.row.empty() ? input.row : core::FromUtf8(arguments.row);
-  const auto conversion = ConvertLine(melody, input.line, model, row, file);
+  LoadMelody(melody, input.line);
+  const auto conversion = ConvertLoaded(melody, model, row, file);
   Fail(context, CodeOf(conversion.outcome, arguments.allModels));
   if (arguments.json) {
-    context.out << ConversionJson(conversion, input.name, model);
+    std::string json =
+        "{" + JsonMembers({{"fichero", input.name}, {"modelo", core::ToUtf8(model)}}) + ",";
+    ConversionJson().Append(json, conversion);
+    context.out << json << "}\n";
   } else {
     ShowMessages(context, conversion.messages);
     if (conversion.page) {
