@@ -41,7 +41,7 @@ class LiveSoundTest : public testing::Test {
 
 TEST_F(LiveSoundTest, NotesComeInTimeWithThePosition) {
   constexpr double kAheadMs = 210;  // this device hears what others still hold in a buffer
-  Play("x:d=8,o=5,b=100:c,e,g");  // ten ticks of 31.25 ms each
+  Play("x:d=8,o=5,b=100:c,e,g");    // ten ticks of 31.25 ms each
   ASSERT_TRUE(test::Eventually([&] { return sequencer->PositionMs().value_or(0) >= 1100; }));
   // Again where a busy machine lets the one wait for the other.
   EXPECT_TRUE(test::Eventually([&] {
