@@ -22,7 +22,7 @@ std::string Buffer(const std::string& text, std::int32_t size) {
   return text + std::string(static_cast<std::size_t>(fill), '\0');
 }
 
-// What stands before the first NUL, without the blanks around it.
+// The text before the first NUL, trimmed.
 std::string Text(std::string_view buffer) {
   return std::string(core::Trim(buffer.substr(0, buffer.find('\0'))));
 }

@@ -29,7 +29,7 @@ class clsOpenSave {
   std::string DefaultExt;
   bool CancelError = false;
 
-  // Pairs of description and pattern: set with "|" between them, stored with NULs.
+  // Pairs of description and pattern, separated by "|" in the argument and by NULs when stored.
   void SetFilter(std::string_view filter);
   const std::string& Filter() const { return filter_; }
 

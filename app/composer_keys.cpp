@@ -35,7 +35,7 @@ constexpr std::string_view kNoteKeys = "1234567";
 constexpr std::string_view kLetters = "cdefgab";  // of the note keys
 constexpr std::uint8_t kLongest = 1, kShortest = 32;
 
-// The end of the run without separators that begins at `from`; a parenthesis is kept whole.
+// The end of the word that begins at `from`: the next separator, or a closing parenthesis.
 std::size_t WordEnd(std::string_view text, std::size_t from) {
   const std::size_t end = std::min(text.find_first_of(kNoteSeparators, from), text.size());
   const std::size_t close = text.find(')', from);
@@ -57,20 +57,20 @@ std::optional<Word> WordAt(std::string_view text, std::size_t cursor) {
   return word;
 }
 
-// The notes of a text; what cannot be read is left out and named in `log`.
+// The notes of a text; unreadable parts are left out and reported in `log`.
 std::vector<cNote> ReadNotes(std::string_view text, nokia3210::ErrorLog& log) {
   nokia3210::CNotes notes;
   notes.GetNotes(text, nokia3210::NoteKind::kComposer, {}, log);
   return {notes.begin(), notes.end()};
 }
 
-// Puts a note into the text behind the word at the cursor.
+// Inserts a note after the word at the cursor.
 ComposerText Insert(const ComposerText& before, cNote note) {
   const auto word = WordAt(before.text, before.cursor);
   const std::size_t at = word ? word->to : 0;
   nokia3210::ErrorLog unread;
   const std::vector<cNote> earlier = ReadNotes(std::string_view(before.text).substr(0, at), unread);
-  // The phone goes on with the last note's duration, not with a pause's.
+  // The phone keeps the duration of the last note; pauses do not change it.
   const auto last = std::find_if(earlier.rbegin(), earlier.rend(),
                                  [](const cNote& each) { return !each.IsPause(); });
   if (last != earlier.rend()) {
@@ -100,7 +100,7 @@ void ChangeNote(cNote& note, char key) {
   }
 }
 
-// Changes the last note of the word at the cursor; a word that cannot be read stays.
+// Changes the last note of the word at the cursor; an unreadable word stays as it is.
 ComposerText Change(const ComposerText& before, char key) {
   const auto word = WordAt(before.text, before.cursor);
   if (!word) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-// The composer's row of phone keys.
+// The row of phone keys below the composer.
 namespace tonadex::app {
 
 struct ComposerKey {
@@ -25,11 +25,11 @@ struct ComposerText {
   friend bool operator==(const ComposerText&, const ComposerText&) = default;
 };
 
-// What the text becomes when a key is pressed, as on the phone: 1 to 7 put a note behind the one
-// at the cursor, with that one's duration and octave, 0 a pause; 8 halves and 9 doubles the
-// duration of the note at the cursor, "*" takes it to the next octave (1, 2, 3, 1), "#" sharpens
-// it or takes the sharp away. A held note key dots what it puts in; a held 8 or 9 acts as a short
-// one. `key` is a label; any other changes nothing. Never throws.
+// The text after a key press, as on the phone: 1 to 7 insert a note after the one at the cursor,
+// with the same duration and octave, 0 inserts a pause; 8 halves and 9 doubles the duration of the
+// note at the cursor, "*" moves it to the next octave (1, 2, 3, 1), "#" adds or removes the sharp.
+// Holding a note key inserts a dotted note; any other key does the same held as pressed. `key` is a
+// label; other texts do nothing. Never throws.
 ComposerText PressKey(const ComposerText& before, std::string_view key, bool held);
 
 }  // namespace tonadex::app

@@ -8,8 +8,8 @@
 #include "app/pages/page.h"
 #include "app/words.h"
 
-// The main window as one table: a row says all about a control. Shells bind by it and tests walk
-// it. Where a control stands, and so which page it belongs to, is in app/layout.h.
+// The main window as one table with a row for each control. Shells create and bind the controls by
+// it. The position of a control, and so the page that it belongs to, is in app/layout.h.
 namespace tonadex::app {
 
 class Form1;
@@ -21,7 +21,7 @@ enum class Event {
   kEnter,       // Enter in a text box
   kChange,      // the text or value changed, by typing or otherwise by the user
   kTick,        // the timer
-  kNavigation,  // a click in the web view wanted to lead elsewhere
+  kNavigation,  // a link in the web view was clicked
 };
 
 using Handler = void (Form1::*)();
@@ -38,22 +38,22 @@ struct ControlInfo {
   std::string_view name;  // as in Form1; objectName in a shell
   Control Form1::*member;
   Look look;
-  std::string_view caption = {};    // at the start; "&" before the mnemonic
-  const char* icon = "";            // name of the picture, the same in every shell
-  std::string_view help = {};       // tooltip
-  std::string_view spoken = {};     // accessible name; "" where its text or a label says it
-  EventHandler on = {}, also = {};  // a choice without handler is drawn all the same
-  Control Form1::*field = nullptr;  // what the mnemonic of a label leads to
+  std::string_view caption = {};  // at the start; "&" before the mnemonic
+  const char* icon = "";          // name of the picture, the same in every shell
+  std::string_view help = {};     // tooltip
+  std::string_view spoken = {};   // accessible name; "" where its text or a label says it
+  EventHandler on = {}, also = {};
+  Control Form1::*field = nullptr;  // gets the focus by the mnemonic of a label
   Font font = Font::kBody;
   Tone tone = Tone::kText;
-  bool right = false;                    // a label's words, at the right end of its place
+  bool right = false;                    // a right-aligned label
   std::int16_t leadsTo = kNoPage;        // the page of a navigation button
   std::string_view shortcut = {};        // "Ctrl+1"
-  Drawing Form1::*drawing = nullptr;     // what a kDrawing shows,
-  Sounding sounds = Sounding::kNothing;  // and what sounds when it moves
+  Drawing Form1::*drawing = nullptr;     // of a kDrawing,
+  Sounding sounds = Sounding::kNothing;  // which follows this melody while it sounds
 };
 
-// What the rows are written with.
+// Builders for the rows.
 constexpr ControlInfo Row(Look look, std::string_view name, Control Form1::*member,
                           std::string_view spoken = {}, EventHandler on = {},
                           EventHandler also = {}, std::string_view help = {},
@@ -83,15 +83,14 @@ constexpr ControlInfo View(std::string_view name, Control Form1::*member, Drawin
   return view;
 }
 
-// Every control of the window. The key filter txtcompoTempo_KeyPress and keyRow_KeyPressed, which
-// take arguments, and the handlers of the window itself (Form_Load, Form_QueryUnload) are in no
-// row.
+// Every control of the window. No row holds txtcompoTempo_KeyPress and keyRow_KeyPressed, which
+// take arguments, nor the handlers of the window itself (Form_Load, Form_QueryUnload).
 std::span<const ControlInfo> Controls();
 
 const ControlInfo& InfoOf(Control Form1::*member);
-// nullptr when there is none of that name.
+// nullptr for an unknown name.
 const ControlInfo* FindControl(std::string_view name);
-// The handler of an event, nullptr when there is none.
+// nullptr when the control does not handle the event.
 Handler HandlerOf(const ControlInfo& info, Event event);
 
 }  // namespace tonadex::app

@@ -1,5 +1,7 @@
 #include "app/controls.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace tonadex::app {
@@ -9,16 +11,9 @@ constexpr std::string_view kNothingChosen = "0";  // the saved phone before any 
 
 }  // namespace
 
-std::string_view Control::SelectedText() const {
-  return listIndex < 0 || std::cmp_greater_equal(listIndex, rows.size())
-             ? std::string_view()
-             : rows[static_cast<std::size_t>(listIndex)].text;
-}
-
-std::int32_t Control::SelectedData() const {
-  return listIndex < 0 || std::cmp_greater_equal(listIndex, rows.size())
-             ? 0
-             : rows[static_cast<std::size_t>(listIndex)].itemData;
+ListRow Control::Selected() const {
+  const bool none = listIndex < 0 || std::cmp_greater_equal(listIndex, rows.size());
+  return none ? ListRow() : rows[static_cast<std::size_t>(listIndex)];
 }
 
 std::string_view Control::LooseText() const {
@@ -41,14 +36,8 @@ void Control::Select(int index) {
 }
 
 void Control::SetText(std::string_view newText) {
-  int row = 0;
-  for (const ListRow& each : rows) {
-    if (each.text == newText) {
-      break;
-    }
-    ++row;
-  }
-  listIndex = std::cmp_less(row, rows.size()) ? row : -1;
+  const auto found = std::ranges::find(rows, newText, &ListRow::text);
+  Select(static_cast<int>(std::ranges::distance(rows.begin(), found)));
   text = newText;
 }
 

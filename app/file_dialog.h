@@ -8,7 +8,7 @@
 
 namespace tonadex::app {
 
-// What the system's file dialogs take and give back: the OPENFILENAMEA record without its later
+// Input and output of the system's file dialogs: the OPENFILENAMEA record without its later
 // extension fields. Texts are Windows-1252 and may hold NULs where the record asks for them.
 struct FileDialogRecord {
   std::uint32_t lStructSize = 76;
@@ -35,8 +35,8 @@ class FileDialogs {
   virtual ~FileDialogs() = default;
   virtual bool GetSaveFileName(FileDialogRecord& record) = 0;
   virtual bool GetOpenFileName(FileDialogRecord& record) = 0;
-  // Where a text is to be saved, any path; nullopt when the user cancelled. `name` is proposed, in
-  // the user's own folder; `filter` names the text files ("Texto (*.txt)"). Windows-1252.
+  // Asks where to save a text; nullopt when the user cancelled. Proposes `name` in the user's
+  // documents folder; `filter` describes the text files ("Texto (*.txt)"). Windows-1252.
   virtual std::optional<std::filesystem::path> AskSaveAs(std::string_view title,
                                                          std::string_view name,
                                                          std::string_view filter) = 0;

@@ -23,11 +23,11 @@ using F = Form1;
 constexpr std::array<std::int16_t, 4> kHiddenAtStart = {kSearchPage, kRepertoirePage, kInternetPage,
                                                         kOptionsPage};
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
-// The mark of the separate updating arrangement: only which of the two names exists matters.
+// Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
 constexpr std::string_view kUpdateMark = "actualiza.tdx";
 
-// The mnemonics are free of clashes among the navigation row and any one page.
+// The mnemonics of the navigation row and of any page must be different.
 constexpr ControlInfo Go(std::string_view name, Control F::*member, std::string_view caption,
                          const char* icon, std::string_view help, Handler click, std::int16_t page,
                          std::string_view shortcut) {
@@ -130,7 +130,7 @@ Part WindowLayout(Part page) {
   Part banner =
       Row({The(&F::navbanner).Weight(1).Heights(look::kBannerHeight, look::kBannerHeight)})
           .Margins(look::kPageMargin, look::kGrid, 0);
-  // The line lies over the top of the page.
+  // The waiting line overlaps the top of the page.
   return Column({std::move(bar), The(&F::waitingLine).Heights(0, 0), std::move(banner),
                  std::move(page).Weight(1)})
       .Gap(0);
@@ -196,7 +196,7 @@ void Form1::ocultapagina() {
   }
 }
 
-// False when the page is shown already: a second click does nothing.
+// False when the page is already shown: a second click does nothing.
 bool Form1::LeaveFor(std::int16_t page) {
   if (paginaactual == page) {
     return false;
@@ -218,7 +218,7 @@ void Form1::cmdinicio_Click() {
   if (LeaveFor(kStartPage)) {
     ShowPage(kStartPage);
     core::SkipErrors([this] { Converter(); });
-    txtmelodiacompo_Change();  // the chosen phone may be another one now
+    txtmelodiacompo_Change();  // the phone may have changed
     txtrtttlsube_Change();
   }
 }
@@ -244,7 +244,7 @@ void Form1::cmd906_Click() {
   if (paginaactual == kInternetPage) {
     return;
   }
-  if (paginaactual != kStartUpPage) {  // there the large web view is in place already
+  if (paginaactual != kStartUpPage) {  // which shows WebBrowser1 already
     WebBrowser1.visible = true;
     navbanner.visible = false;
     ocultapagina();
@@ -276,7 +276,7 @@ void Form1::Refresh() {
   for (const ControlInfo& info : Rows()) {
     (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == paginaactual;
   }
-  // On the page of the options the model is saved when the page is left.
+  // The options page saves the model only when it is left.
   phoneButton.caption =
       phones::PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program.gPhoneModel);
   waitingLine.visible = waitingLine.checked = program.busy;

@@ -14,11 +14,10 @@
 namespace tonadex::app {
 
 // The main window's model: the navigation row here, and the pages. A shell copies what the user did
-// into the controls (text, listIndex), calls the handlers through RunHandler of program.h, calls
-// Refresh and draws the controls. All texts are Windows-1252. The table of controls is in
-// control_table.h, their places are in layout.h.
-//
-// Errors that a handler does not skip leave it as core::RunTimeError.
+// into the controls (text, listIndex), calls the handlers through RunHandler, calls Refresh and
+// draws the controls. All texts are Windows-1252. The table of controls is in
+// control_table.h, their layout in layout.h. Handlers throw core::RunTimeError for errors that they
+// do not skip.
 //
 // The names come from the program's first version:
 //   cmd, pic       button (pic: one with a picture)   lbl, label, Label   label
@@ -43,8 +42,8 @@ class Form1 : public SharedState,
 
   // Hides all pages but the start-up page and sends WebBrowser1 there.
   void Form_Load();
-  // The user closes the window: the program ends at once, or, while a request runs, gives that up
-  // and ends after it. Called directly, not through RunHandler.
+  // The user closes the window: ends the program, or cancels the running request and ends the
+  // program after it. Not to be called through RunHandler.
   void Form_QueryUnload();
 
   void cmdinicio_Click();
@@ -58,7 +57,7 @@ class Form1 : public SharedState,
 
   void ocultapagina();
 
-  // Brings up to date what follows from the rest: call it before drawing.
+  // Updates all derived properties of the controls; call it before drawing.
   void Refresh();
 
   Control cmdinicio, cmdbuscar, cmdrepertorio, cmd906, cmdopciones, cmdayuda;

@@ -111,21 +111,49 @@ HelpSource ReadHelp(const std::filesystem::path& file) {
           false};
 }
 
-void HelpBook::Open() {
+void HelpBook::Open(const std::filesystem::path& file) {
+  if (source_.found && file == file_) {
+    return;
+  }
+  source_ = ReadHelp(file);
+  file_ = file;
+  manual_ = rtf::ReadRtf(source_.rtf);
   visited_ = {0};
   visit_ = 0;
+  Draw();
+  ScrollTo(0);
 }
 
-void HelpBook::SetText(const rtf::Document& manual, std::u16string_view drawn) {
+void HelpBook::Redraw() {
+  if (!drawing_ && !file_.empty()) {
+    const std::size_t top = page_.Top();
+    Draw();
+    ScrollTo(top);
+  }
+}
+
+void HelpBook::Draw() {
+  drawing_ = true;
+  const std::u16string drawn = page_.DrawManual();
   folded_ = Folded(drawn);
+  FindHeadings(drawn);
+  FindHits();
+  hit_ = std::min(hit_, hits_.empty() ? 0 : hits_.size() - 1);
+  page_.DrawContents();
+  page_.DrawHits();
+  page_.DrawButtons();
+  drawing_ = false;
+}
+
+// The same words may stand in a sentence: a heading is a whole line.
+void HelpBook::FindHeadings(std::u16string_view drawn) {
   headings_.clear();
   std::size_t at = 0;
-  for (const rtf::Paragraph& paragraph : manual.paragraphs) {
+  for (const rtf::Paragraph& paragraph : manual_.paragraphs) {
     const std::u16string text = TextOf(paragraph), title = Trimmed(text);
     if (paragraph.format.heading == 0 || title.empty()) {
       continue;
     }
-    // The same words may stand in a sentence: a heading is a whole line.
     const std::u16string line = Folded(text);
     std::size_t found = folded_.find(line, at);
     const auto whole = [&](std::size_t end) {
@@ -140,9 +168,6 @@ void HelpBook::SetText(const rtf::Document& manual, std::u16string_view drawn) {
       at = found + line.size();
     }
   }
-  const std::size_t hit = hit_;
-  Search(wanted_, 0);
-  hit_ = std::min(hit, hits_.empty() ? 0 : hits_.size() - 1);
 }
 
 int HelpBook::SectionAt(std::size_t position) const {
@@ -150,15 +175,24 @@ int HelpBook::SectionAt(std::size_t position) const {
   return headings_.empty() ? -1 : std::max(0, static_cast<int>(after - headings_.begin()) - 1);
 }
 
-void HelpBook::Search(std::u16string_view wanted, std::size_t here) {
-  wanted_ = Folded(wanted);
+void HelpBook::FindHits() {
   hits_.clear();
   for (std::size_t at = wanted_.empty() ? folded_.npos : folded_.find(wanted_); at != folded_.npos;
        at = folded_.find(wanted_, at + wanted_.size())) {
     hits_.push_back(at);
   }
-  const auto from = std::ranges::lower_bound(hits_, here);
+}
+
+void HelpBook::Search(std::u16string_view wanted) {
+  wanted_ = Folded(wanted);
+  FindHits();
+  const auto from = std::ranges::lower_bound(hits_, page_.Top());
   hit_ = from == hits_.end() ? 0 : static_cast<std::size_t>(from - hits_.begin());
+  page_.DrawHits();
+  if (!hits_.empty()) {
+    page_.DrawHit();
+  }
+  page_.DrawButtons();
 }
 
 std::optional<std::size_t> HelpBook::Hit() const {
@@ -171,12 +205,26 @@ std::string HelpBook::HitsInWords() const {
                          : std::to_string(hit_ + 1) + " de " + std::to_string(hits_.size());
 }
 
-void HelpBook::GoTo(std::size_t here, std::size_t position) {
+void HelpBook::GoTo(std::size_t heading) {
+  const std::size_t position = headings_[heading].position;
   if (position != visited_[visit_]) {
     visited_.resize(visit_ + 1);
-    visited_[visit_] = here;
+    visited_[visit_] = page_.Top();
     visited_.push_back(position);
     ++visit_;
+  }
+  ScrollTo(position);
+  page_.DrawButtons();
+}
+
+void HelpBook::ScrollTo(std::size_t position) {
+  page_.ScrollTo(position);
+  Scrolled();
+}
+
+void HelpBook::Scrolled() {
+  if (!drawing_) {
+    page_.DrawSection(SectionAt(page_.Top()));
   }
 }
 
@@ -199,21 +247,23 @@ bool HelpBook::Can(HelpCommand command) const {
   return true;
 }
 
-HelpChange HelpBook::Run(HelpCommand command, std::size_t here) {
-  const int zoomBefore = zoomStep_;
+void HelpBook::Run(HelpCommand command) {
   if (!Can(command)) {
-    return HelpChange::kNothing;
+    return;
   }
+  const int zoomBefore = zoomStep_;
   switch (command) {
     case HelpCommand::kBack:
     case HelpCommand::kForward:
-      visited_[visit_] = here;
+      visited_[visit_] = page_.Top();
       visit_ = command == HelpCommand::kBack ? visit_ - 1 : visit_ + 1;
-      return HelpChange::kPlace;
+      ScrollTo(visited_[visit_]);
+      break;
     case HelpCommand::kPrevious:
     case HelpCommand::kNext:
       hit_ = (hit_ + (command == HelpCommand::kNext ? 1 : hits_.size() - 1)) % hits_.size();
-      return HelpChange::kHit;
+      page_.DrawHit();
+      break;
     case HelpCommand::kSmaller:
       --zoomStep_;
       break;
@@ -224,15 +274,22 @@ HelpChange HelpBook::Run(HelpCommand command, std::size_t here) {
       ++zoomStep_;
       break;
   }
-  return zoomStep_ == zoomBefore ? HelpChange::kNothing : HelpChange::kZoom;
+  if (zoomStep_ != zoomBefore) {
+    Redraw();
+  }
+  page_.DrawButtons();
 }
 
 double HelpBook::Zoom() const {
   return std::pow(kZoomFactor, zoomStep_);
 }
 
-std::string HelpBook::ZoomInWords() const {
-  return std::to_string(std::lround(100 * Zoom())) + " %";
+std::u16string HelpBook::Caption(const HelpButton& button) const {
+  if (button.command != HelpCommand::kNormal) {
+    return std::u16string(button.sign);
+  }
+  const std::string zoom = std::to_string(std::lround(100 * Zoom())) + " %";
+  return {zoom.begin(), zoom.end()};
 }
 
 }  // namespace tonadex::app

@@ -11,7 +11,7 @@
 #include "rtf/rtf_document.h"
 
 // The help window without its drawing: the manual's contents, the hits of a search, the places
-// that were visited and the zoom.
+// visited and the zoom.
 namespace tonadex::app {
 
 // A rich text's source: the file's, or else a page that says why it cannot be shown.
@@ -41,10 +41,23 @@ struct HelpButton {
 };
 std::span<const HelpButton> HelpButtons();
 
-// What a command changed on the page.
-enum class HelpChange { kNothing, kPlace, kHit, kZoom };
+// The shell's window, which draws what the book holds. Positions count the characters of the text
+// as the toolkit draws it.
+class HelpPage {
+ public:
+  virtual ~HelpPage() = default;
+  // Lays out the book's manual at its zoom and returns the text as drawn.
+  virtual std::u16string DrawManual() = 0;
+  virtual void DrawContents() = 0;                  // the headings
+  virtual void DrawSection(int section) = 0;        // marks one of them, -1 for none
+  virtual void DrawHits() = 0;                      // marks the hits
+  virtual void DrawHit() = 0;                       // marks the current one and brings it into view
+  virtual void DrawButtons() = 0;                   // and the number of hits
+  virtual std::size_t Top() const = 0;              // position of the first text in view
+  virtual void ScrollTo(std::size_t position) = 0;  // puts its line at the top
+};
 
-// Positions count the characters of the text as the toolkit draws it.
+// The state of the help window and what its commands do.
 class HelpBook {
  public:
   struct Heading {
@@ -53,33 +66,45 @@ class HelpBook {
     std::u16string text;  // without blanks around it
   };
 
-  // Another manual: nothing visited, no hits.
-  void Open();
-  // The text as it is drawn. Its headings are the manual's paragraphs found in it as whole lines;
-  // the search is done again.
-  void SetText(const rtf::Document& manual, std::u16string_view drawn);
+  explicit HelpBook(HelpPage& page) : page_(page) {}
 
+  // Shows the file; one that is shown already keeps its place, one that could not be read is tried
+  // again.
+  void Open(const std::filesystem::path& file);
+  // Draws again in the same place: zoom, colours or type have changed.
+  void Redraw();
+  // Searches without regard to case, accents and kinds of blanks, on from the top of the page.
+  void Search(std::u16string_view wanted);
+  void GoTo(std::size_t heading);
+  void Run(HelpCommand command);
+  // The page was scrolled.
+  void Scrolled();
+
+  const std::string& source() const { return source_.rtf; }
+  const rtf::Document& manual() const { return manual_; }
   const std::vector<Heading>& headings() const { return headings_; }
   // The section that a position belongs to, 0 before the first one; -1 without headings.
   int SectionAt(std::size_t position) const;
 
-  // Searches without regard to case, accents and kinds of blanks, on from `here`.
-  void Search(std::u16string_view wanted, std::size_t here);
-  const std::vector<std::size_t>& hits() const { return hits_; }  // rising
+  const std::vector<std::size_t>& hits() const { return hits_; }  // positions, rising
   std::size_t HitLength() const { return wanted_.size(); }
-  std::optional<std::size_t> Hit() const;  // the position of the one that is marked
+  std::optional<std::size_t> Hit() const;  // position of the current one
   std::string HitsInWords() const;         // "2 de 5", "No aparece" or nothing
 
-  // Goes to a chosen place from `here`, the position at the top of the page, which is noted.
-  void GoTo(std::size_t here, std::size_t position);
-  std::size_t Place() const { return visited_[visit_]; }
-
   bool Can(HelpCommand command) const;
-  HelpChange Run(HelpCommand command, std::size_t here);
-  double Zoom() const;              // 1 for the normal size
-  std::string ZoomInWords() const;  // "115 %"
+  std::u16string Caption(const HelpButton& button) const;
+  double Zoom() const;  // 1 for the normal size
 
  private:
+  void Draw();
+  void FindHeadings(std::u16string_view drawn);
+  void FindHits();
+  void ScrollTo(std::size_t position);
+
+  HelpPage& page_;
+  HelpSource source_;
+  std::filesystem::path file_;
+  rtf::Document manual_;
   std::u16string folded_, wanted_;
   std::vector<Heading> headings_;
   std::vector<std::size_t> hits_;
@@ -87,6 +112,7 @@ class HelpBook {
   std::vector<std::size_t> visited_ = {0};
   std::size_t visit_ = 0;
   int zoomStep_ = 0;
+  bool drawing_ = false;  // what the page reports meanwhile is not the user's doing
 };
 
 }  // namespace tonadex::app

@@ -1,8 +1,6 @@
 #include "app/inicio.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,8 +21,8 @@ constexpr std::string_view kFirstRunNote =
 constexpr std::uint32_t kSplashIntervalMs = 2000;
 constexpr std::size_t kMaxVersionBytes = 4096;
 
-// The first item of a list: up to the quotation mark that closes it, else up to "," or the line's
-// end, less the blanks around it.
+// The first item of a list: up to the closing quotation mark, else up to "," or the end of the
+// line, trimmed.
 std::string ListItem(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   if (text.starts_with('"')) {
@@ -32,15 +30,6 @@ std::string ListItem(std::string_view text) {
     return std::string(text.substr(0, text.find('"')));
   }
   return std::string(core::Trim(text.substr(0, text.find_first_of(",\r\n"))));
-}
-
-// None when the file cannot be read or holds nothing.
-std::optional<std::string> ReadVersion(const std::filesystem::path& file) {
-  const std::string text = files::ReadHead(file, kMaxVersionBytes).value_or("");
-  if (text.empty()) {
-    return std::nullopt;
-  }
-  return ListItem(core::FromOutside(text));
 }
 
 }  // namespace
@@ -54,15 +43,15 @@ inicio::inicio(Program& program) : program_(program) {
 }
 
 void inicio::Form_Load(std::intptr_t window) {
-  if (const auto version = ReadVersion(program_.ProgramFolder() / "ver.dat")) {
-    Label1.caption = *version;
-    program_.gVersion = *version;
+  const auto text = files::ReadHead(program_.ProgramFolder() / "ver.dat", kMaxVersionBytes);
+  if (!text.value_or("").empty()) {
+    Label1.caption = program_.gVersion = ListItem(core::FromOutside(*text));
   }
   program_.services.shell.SetTopMost(window);
   program_.gPhoneModel =
       RegReadString(program_.services.registry, kHkeyClassesRoot, kSettingKey, kModelSetting, 0);
-  // Never true, a missing model reads "0": the note has always stayed hidden, and the result page
-  // asks for a model instead.
+  // Never true, because a missing model is read as "0": the note has always stayed hidden, and the
+  // result page asks for a model instead.
   if (program_.gPhoneModel.empty()) {
     Frame1.visible = true;
   }

@@ -24,7 +24,7 @@ class inicio {
   Control Frame1;  // the note for a first run; its caption is the text
   Control Timer1;  // one interval of 2 s
 
-  bool finished = false;  // time for Form1
+  bool finished = false;  // the shell creates Form1 now
 
  private:
   Program& program_;

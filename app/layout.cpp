@@ -23,8 +23,8 @@ struct Share {
   int size = 0;
 };
 
-// Parts without weight get what they ask for, which is their least size; the others share the rest
-// by weight, each within its limits.
+// Parts without weight get their least size; the others share the rest by weight, each within its
+// limits.
 void ShareOut(std::vector<Share>& shares, int total) {
   int room = total, asked = 0;
   for (Share& share : shares) {
@@ -32,7 +32,7 @@ void ShareOut(std::vector<Share>& shares, int total) {
     (share.weight == 0 ? room : asked) += share.weight == 0 ? -share.least : share.least;
   }
   room = std::max(0, room);
-  if (asked > room) {  // too little for all: less for each
+  if (asked > room) {  // not enough space
     for (Share& share : shares) {
       share.size = share.weight == 0 ? share.least : share.least * room / asked;
     }
@@ -48,7 +48,7 @@ void ShareOut(std::vector<Share>& shares, int total) {
       if (share.weight > 0) {
         share.size = room * share.weight / weights;
         const int bounded = std::clamp(share.size, share.least, share.most);
-        if (bounded != share.size) {  // it takes its limit, and the others share anew
+        if (bounded != share.size) {  // at its limit: share the rest again
           share.size = bounded;
           room -= bounded;
           share.weight = 0;
@@ -108,7 +108,7 @@ class Solver {
     return parts == 0 ? 0 : Px(part.gap) * static_cast<int>(parts - 1);
   }
 
-  // The width that a part asks for.
+  // The width that a part needs.
   int Width(const Part& part) const {
     int width = 0;
     if (part.control != nullptr) {
@@ -125,7 +125,7 @@ class Solver {
     return std::clamp(width, Px(part.leastWidth), Px(part.mostWidth));
   }
 
-  // The height that it asks for at this width; with a weight, the least that it needs.
+  // The height that a part needs at this width.
   int Height(const Part& part, int width) const {
     int height = 0;
     if (part.control != nullptr) {
@@ -153,7 +153,7 @@ class Solver {
                             int total) const {
     std::vector<Share> shares;
     for (const Part* each : parts) {
-      // What has a weight is as narrow as it must be: its words wrap.
+      // A part with a weight may be narrower than its text, which then wraps.
       const int least = each->weight > 0 ? Px(each->leastWidth) : Width(*each);
       shares.push_back({least, std::max(least, Px(each->mostWidth)), each->weight});
     }

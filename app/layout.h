@@ -8,8 +8,8 @@
 #include "app/control_table.h"
 #include "app/look.h"
 
-// Where the controls stand: a tree of rows and columns for each page, as data. A toolkit with boxes
-// of its own builds them from the tree; for one without, Place gives every rectangle. Distances are
+// The layout of each page: a tree of rows and columns, as data. A toolkit that has box layouts
+// builds them from the tree; for one that has none, Place computes every rectangle. Distances are
 // device-independent pixels.
 namespace tonadex::app {
 
@@ -23,10 +23,10 @@ struct Part {
   std::vector<Part> parts = {};
   int gap = look::kGrid;
   int marginX = 0, marginTop = 0, marginBottom = 0;
-  int weight = 0;  // share of what the parts without weight leave over
+  int weight = 0;  // share of the space that the parts without weight leave
   int leastWidth = 0, mostWidth = kUnbounded, leastHeight = 0, mostHeight = kUnbounded;
   Frame frame = Frame::kNone;
-  bool scrolls = false;  // where the toolkit can, when it needs more height than there is
+  bool scrolls = false;  // when the contents are too high, if the toolkit can
 
   Part Weight(int share) && { return weight = share, std::move(*this); }
   Part Gap(int distance) && { return gap = distance, std::move(*this); }
@@ -43,7 +43,7 @@ struct Part {
   Part Scrolls() && { return scrolls = true, std::move(*this); }
 };
 
-// What pages are written with.
+// Builders for the layouts of the pages.
 Part The(Control Form1::*control);
 Part Row(std::vector<Part> parts);
 Part Column(std::vector<Part> parts);
@@ -59,13 +59,12 @@ struct Page {
 std::span<const Page> Pages();
 // An empty column for a number that is no page.
 Part PageLayout(std::int16_t page);
-// The whole window: what stands on every page, and around it the page.
+// The whole window: the parts common to all pages, and the page.
 Part WindowLayout(Part page);
 
-// The controls of a tree in reading order, which is the order of the Tab key; the first that takes
-// the focus has it when the page is entered.
+// The controls of a tree in reading order, which is the tab order; the first one that accepts the
+// focus gets it when the page is shown.
 std::vector<Control Form1::*> ControlsIn(const Part& tree);
-// The controls of a page.
 std::vector<Control Form1::*> PageControls(std::int16_t page);
 
 struct Size {
@@ -77,18 +76,17 @@ struct Rect {
   friend bool operator==(const Rect&, const Rect&) = default;
 };
 
-// What a toolkit says of a control, in its own pixels: the size that it asks for when it may be
-// `width` wide. kUnbounded: as wide as it likes.
+// The size that a control needs at a maximum width, in the toolkit's pixels. kUnbounded: any width.
 using Measure = std::function<Size(Control Form1::*, int width)>;
 
-// The place of a control (`part.control`), or of a bar or a card, which lies behind what follows.
+// The rectangle of a control (`part.control`), or of a bar or card, which lies behind its contents.
 struct Placed {
   const Part* part;  // in the tree
   Rect rect;
 };
 
-// Gives every visible control of the tree its place in the area, in pixels; `scale` of them are a
-// device-independent one. What is hidden takes no place.
+// Places every visible control of the tree in the area, in pixels; `scale` is the number of pixels
+// per device-independent pixel. Hidden controls take no space.
 std::vector<Placed> Place(const Form1& form, const Part& tree, const Rect& area, double scale,
                           const Measure& measure);
 

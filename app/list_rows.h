@@ -14,14 +14,14 @@ namespace tonadex::app {
 struct ListRow {
   std::string_view text;      // Windows-1252
   std::int32_t itemData = 0;  // the number of the melody's file
-  bool hint = false;          // a sentence for the user, no melody: drawn as such
+  bool hint = false;          // a sentence for the user instead of a melody
 
   friend bool operator==(const ListRow&, const ListRow&) = default;
 };
 
-// The rows of a control. A server's listing may have millions: texts lie in one string, a row costs
-// eight bytes besides, and a copy shares the rows until one of the two changes. The texts of rows
-// that were read are valid until these rows and all their copies change or end.
+// The rows of a control. A server's listing may have millions, so all texts are in one string, each
+// row needs eight bytes more, and copies share the rows until one of them changes. The text of a
+// row is valid until these rows and all their copies have been changed or destroyed.
 class ListRows {
  public:
   class Iterator {
@@ -57,7 +57,7 @@ class ListRows {
   Iterator end() const { return {this, size()}; }
 
   void clear() { stored_.reset(); }
-  // Makes room for so many more rows, all their texts together of so many bytes.
+  // Reserves space for more rows, with `bytes` bytes of text in total.
   void reserve(std::size_t rows, std::size_t bytes);
   // Errors: core::RunTimeError (overflow) when the texts would exceed 2 GiB in all.
   void push_back(const ListRow& row);
@@ -85,7 +85,7 @@ class ListRows {
   std::shared_ptr<Stored> stored_;  // null for no rows
 };
 
-// A row's text as lists show it: one line, shortened, controls as blanks, none of them at its ends.
+// A row's text as a list shows it: shortened, trimmed, control characters replaced by blanks.
 std::string RowLine(std::string_view text);
 
 }  // namespace tonadex::app

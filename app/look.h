@@ -54,6 +54,63 @@ inline constexpr Tones kDarkTones = {.accent = 0x5CC49A,
                                      .displayGround = 0x0F1A10,
                                      .displayInk = 0xC2E2AB};
 
+// How strong the mixed colours are, 0 to 1.
+struct Shares {
+  double border, hover, muted, faint;  // of the text
+  double wash;                         // of the accent
+  double displayFaint;                 // of the display's ink
+};
+inline constexpr Shares kLightShares = {0.2, 0.06, 0.66, 0.45, 0.13, 0.4};
+inline constexpr Shares kDarkShares = {0.24, 0.06, 0.66, 0.45, 0.24, 0.4};
+inline constexpr Shares kContrastShares = {1, 0, 1, 1, 0, 1};
+
+// `share` of `over` on `under`; three bytes in any order.
+constexpr Rgb Blend(Rgb over, Rgb under, double share) {
+  Rgb mixed = 0;
+  for (const int shift : {0, 8, 16}) {
+    const double part = (over >> shift & 0xFF) * share + (under >> shift & 0xFF) * (1 - share);
+    mixed |= static_cast<Rgb>(part) << shift;
+  }
+  return mixed;
+}
+
+// All colours of a window, in the type of its toolkit.
+template <typename Colour>
+struct Colours {
+  Colour window, card, text;
+  Colour border, hover, muted, faint;  // faint: text of what is disabled
+  Colour accent, accentText;
+  Colour accentHover, accentWash;  // the wash is the ground of what is selected
+  Colour good, bad;
+  Colour displayGround, displayInk, displayFaint;
+};
+
+template <typename Convert>
+constexpr auto MixColours(const Grounds& grounds, const Tones& tones, const Shares& shares,
+                          Convert convert) {
+  const auto mixed = [convert](Rgb over, Rgb under, double share) {
+    return convert(Blend(over, under, share));
+  };
+  const auto& [window, card, text] = grounds;
+  return Colours<decltype(convert(window))>{
+      .window = convert(window),
+      .card = convert(card),
+      .text = convert(text),
+      .border = mixed(text, window, shares.border),
+      .hover = mixed(text, card, shares.hover),
+      .muted = mixed(text, window, shares.muted),
+      .faint = mixed(text, window, shares.faint),
+      .accent = convert(tones.accent),
+      .accentText = convert(tones.accentText),
+      .accentHover = mixed(tones.accent, text, 0.85),
+      .accentWash = mixed(tones.accent, card, shares.wash),
+      .good = convert(tones.good),
+      .bad = convert(tones.bad),
+      .displayGround = convert(tones.displayGround),
+      .displayInk = convert(tones.displayInk),
+      .displayFaint = mixed(tones.displayInk, tones.displayGround, shares.displayFaint)};
+}
+
 struct SplashLook {
   int width, height;
   Rgb ground, ink;

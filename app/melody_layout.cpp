@@ -14,6 +14,10 @@ constexpr double kNoteHeight = 12, kLeastNoteWidth = 3, kNoteGap = 2;
 constexpr int kLeastSemitones = 12;  // a few neighbouring notes do not fill the height
 constexpr double kMostPixelsPerMs = 0.2;
 constexpr double kBarAbove = 8, kBarBelow = 4;
+constexpr double kNameRise = 3;      // a name's base line above its note
+constexpr double kNameOverhang = 4;  // a name may be that much wider than its note
+constexpr double kDotRadius = 2.2, kDotRise = 4;
+constexpr double kStaffOpacity = 0.7, kEmptyStaffOpacity = 0.35, kNoteOpacity = 0.62;
 constexpr double kAhead = 16;  // a sounding note that near to the right end scrolls
 
 double ShortestNote(const Drawing& drawing) {
@@ -22,6 +26,20 @@ double ShortestNote(const Drawing& drawing) {
     shortest = note.length > 0 ? std::min(shortest, note.length) : shortest;
   }
   return shortest;
+}
+
+void AddNote(std::vector<PictureMark>& marks, const DrawnNote& note, const Box& box, bool sounds) {
+  using Shape = PictureMark::Shape;
+  const double opacity = sounds ? 1 : kNoteOpacity;
+  marks.push_back({note.outside ? Shape::kHatched : Shape::kNote, box, opacity, sounds});
+  if (note.dotted) {
+    constexpr double kAcross = 2 * kDotRadius;
+    const double right = box.right() - 1 + kDotRadius, middle = box.y - kDotRise;
+    marks.push_back(
+        {Shape::kDot, {right - kAcross, middle - kDotRadius, kAcross, kAcross}, 1, sounds});
+  }
+  const Box name{box.x, 0, box.width + kNameOverhang, box.y - kNameRise};
+  marks.push_back({Shape::kNoteName, name, 1, sounds, note.name});
 }
 
 }  // namespace
@@ -83,25 +101,29 @@ bool MelodyPicture::Follow(double ms) {
   return true;
 }
 
-std::vector<double> MelodyPicture::StaffLines() const {
-  std::vector<double> lines;
-  lines.reserve(kStaffLines);
+std::vector<PictureMark> MelodyPicture::Marks() const {
+  using Shape = PictureMark::Shape;
+  std::vector<PictureMark> marks;
+  const Box staff = Staff();
+  const double faint = drawing_.notes.empty() ? kEmptyStaffOpacity : kStaffOpacity;
   for (int line = 0; line < kStaffLines; ++line) {
-    lines.push_back(kAbove + (line + 0.5) * Staff().height / kStaffLines);
+    const double y = staff.y + (line + 0.5) * staff.height / kStaffLines;
+    marks.push_back({Shape::kLine, {0, y, size_.width, 0}, faint});
   }
-  return lines;
-}
-
-std::vector<Box> MelodyPicture::BarLines() const {
-  std::vector<Box> lines;
-  const double top = kAbove - kBarAbove, height = Staff().height + kBarAbove + kBarBelow;
   for (int bar = 0; drawing_.barLength > 0 && bar * drawing_.barLength < drawing_.length; ++bar) {
     const double x = XOf(bar * drawing_.barLength) - 1;
     if (x >= 0 && x < size_.width) {
-      lines.push_back({x, top, 0, height});
+      marks.push_back(
+          {Shape::kLine, {x, staff.y - kBarAbove, 0, staff.height + kBarAbove + kBarBelow}});
     }
   }
-  return lines;
+  for (std::size_t i = 0; i < drawing_.notes.size(); ++i) {
+    const Box box = NoteBox(i);
+    if (!drawing_.notes[i].pause && box.right() >= 0 && box.x <= size_.width) {
+      AddNote(marks, drawing_.notes[i], box, static_cast<int>(i) == sounding_);
+    }
+  }
+  return marks;
 }
 
 Box MelodyPicture::NoteBox(std::size_t index) const {
@@ -113,17 +135,6 @@ Box MelodyPicture::NoteBox(std::size_t index) const {
   const double centre = staff.y + staff.height / 2 - (note.pitch - middle) * step;
   return {XOf(note.start), centre - kNoteHeight / 2,
           std::max(kLeastNoteWidth, note.length * pixelsPerMs_ - kNoteGap), kNoteHeight};
-}
-
-std::vector<std::size_t> MelodyPicture::NotesInView() const {
-  std::vector<std::size_t> notes;
-  for (std::size_t i = 0; i < drawing_.notes.size(); ++i) {
-    const Box box = NoteBox(i);
-    if (!drawing_.notes[i].pause && box.right() >= 0 && box.x <= size_.width) {
-      notes.push_back(i);
-    }
-  }
-  return notes;
 }
 
 int MelodyPicture::NoteUnder(double x) const {

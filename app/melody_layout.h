@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 #include "app/melody_notes.h"
@@ -24,11 +25,23 @@ struct PictureSize {
   friend bool operator==(const PictureSize&, const PictureSize&) = default;
 };
 
-inline constexpr double kNoteRadius = 4;    // of a note's corners
-inline constexpr double kNameRise = 3;      // a name's base line above its note
-inline constexpr double kNameOverhang = 4;  // a name may be that much wider than its note
-inline constexpr double kDotRadius = 1.8;   // of the dot of a dotted note, which stands
-inline constexpr double kDotRise = 4;       // that much above the note's right end
+inline constexpr double kNoteRadius = 4;  // of a note's corners
+
+// One thing to paint.
+struct PictureMark {
+  enum class Shape {
+    kLine,      // from the box's upper left to its lower right corner; in the border's colour
+    kNote,      // a filled box with round corners
+    kHatched,   // a note that the chosen phone does not play
+    kDot,       // a filled ellipse
+    kNoteName,  // its base line is the box's lower edge; left out where it is wider than the box
+  };
+  Shape shape;
+  Box box;
+  double opacity = 1;
+  bool sounds = false;         // in the accent, its name heavier; else in the text's colour
+  std::string_view name = {};  // valid as long as the picture has its drawing
+};
 
 // Time runs to the right and pitch upward. The whole melody is in view where its shortest note has
 // room for its name, else it is longer than the picture and scrolls.
@@ -51,14 +64,10 @@ class MelodyPicture {
   bool Follow(double ms);
   int sounding() const { return sounding_; }  // index, -1 for none
 
-  // The five lines' heights.
-  std::vector<double> StaffLines() const;
-  // Bar lines in view: a Box without width each.
-  std::vector<Box> BarLines() const;
+  // All that is in view, in the order of painting.
+  std::vector<PictureMark> Marks() const;
   // Where a note lies, in view or not; of a pause, its time.
   Box NoteBox(std::size_t index) const;
-  // Indexes of the notes in view, pauses left out.
-  std::vector<std::size_t> NotesInView() const;
   // Index of the note or pause at a place, -1 for none.
   int NoteUnder(double x) const;
 

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "core/melody_file.h"
 #include "core/message_box.h"
 #include "core/number.h"
 #include "core/rtttl.h"
@@ -27,28 +26,32 @@ using namespace core::literals;
 constexpr int kHighestOctave = 10;  // 0 is the lowest
 
 struct Interval {
-  int lowest = 0, highest = 0;
+  int lowest = -1, highest = kHighestOctave + 1;  // by default every octave
+  bool pausesToo = false;
 };
 
-// What the model plays of this melody; none when it plays everything.
-std::optional<Interval> PlayedOctaves(core::RTTTLMelody melody, std::string_view model) {
+// The octaves that the notices for the model do not report or, where they report none, the octaves
+// that the format can hold.
+Interval FittingOctaves(core::RTTTLMelody melody, std::string_view model) {
   using phones::OctaveRange;
   const phones::Format* format = phones::FindFormat(model);
   if (format == nullptr || format->octaves.range == OctaveRange::kAny) {
-    return std::nullopt;
+    return {};
   }
-  const auto& [range, lowest, count] = format->octaves;
+  const bool reported = format->reported.range != OctaveRange::kAny;
+  const auto& [range, lowest, count] = reported ? format->reported : format->octaves;
   if (range == OctaveRange::kFrom) {
-    return Interval{lowest, kHighestOctave};
+    return {lowest, kHighestOctave};
   }
-  const int first =
+  const int base =
       range == OctaveRange::kAround ? formats::AutoOctave(melody, formats::kRangeSpan) : lowest;
-  return Interval{first, first + count - 1};
+  const int first = base == 0 ? lowest : base;
+  return {first, first + count - 1, reported};
 }
 
-// A note of the drawing, none for one that cannot be read.
+// nullopt for an unreadable note.
 std::optional<DrawnNote> DrawNote(const core::RTTTLNote& note, double tempo,
-                                  const std::optional<Interval>& played) {
+                                  const Interval& fitting) {
   const double duration = core::ToNumber(note.Duration);
   if (!formats::IsPhoneDuration(duration)) {
     return std::nullopt;
@@ -57,6 +60,9 @@ std::optional<DrawnNote> DrawNote(const core::RTTTLNote& note, double tempo,
   drawn.length = formats::ExactNoteLengthMs(duration, tempo, note.Dotted);
   drawn.dotted = note.Dotted;
   drawn.pause = core::IsPause(note);
+  const bool judged = !drawn.pause || fitting.pausesToo;
+  const double written = judged ? core::ToNumber(note.Octave) : fitting.lowest;
+  drawn.outside = written < fitting.lowest || written > fitting.highest;
   if (drawn.pause) {
     return drawn;
   }
@@ -64,13 +70,12 @@ std::optional<DrawnNote> DrawNote(const core::RTTTLNote& note, double tempo,
   if (!semitone) {
     return std::nullopt;
   }
-  const int octave = core::ToInt16(core::ToNumber(note.Octave));
+  const int octave = core::ToInt16(written);
   if (octave < 0 || octave > kHighestOctave) {
     return std::nullopt;
   }
   drawn.name = formats::kSpanishPitches[static_cast<std::size_t>(*semitone)];
   drawn.pitch = formats::kSemitones * octave + *semitone;
-  drawn.outside = played && (octave < played->lowest || octave > played->highest);
   return drawn;
 }
 
@@ -94,17 +99,17 @@ void SetExtremes(Drawing& drawing) {
 void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
   core::RTTTLMelody melody;
   core::InitMelody(melody, {});
-  melody.Text = core::UndoSharpEscape(rtttl);
+  melody.Text = rtttl;
   core::ParseRTTTL(melody);
   core::CheckDefaults(melody);
   const double tempo = formats::ToTempo(melody.Beats);
   if (tempo < 0 || melody.Notes.begin() == melody.Notes.end()) {
     return;
   }
-  std::optional<Interval> played;
-  core::SkipErrors([&] { played = PlayedOctaves(melody, model); });
+  Interval fitting;
+  core::SkipErrors([&] { fitting = FittingOctaves(melody, model); });
   drawing.barLength = formats::kWholeNoteMs / tempo;
-  // A melody that no MIDI file can hold does not sound, so its times do not matter.
+  // NoteTimes fails for a melody that does not fit a MIDI file; that one is never played.
   std::vector<midi::NoteTime> times(melody.Notes.size());
   core::SkipErrors([&] { times = midi::NoteTimes(melody); });
   std::size_t index = 0;
@@ -114,7 +119,7 @@ void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
       drawing.soundLength = time.end;
     }
     core::SkipErrors([&] {
-      if (auto drawn = DrawNote(note, tempo, played)) {
+      if (auto drawn = DrawNote(note, tempo, fitting)) {
         drawn->sounds = time.start;
         Append(drawing, *std::move(drawn));
       }
@@ -136,7 +141,7 @@ std::string Count(std::size_t number, std::string_view one, std::string_view man
 }  // namespace
 
 Drawing MelodyDrawing(std::string_view rtttl, std::string_view model) {
-  core::RecordingMessages unread;  // the parser reports; a drawing is silent
+  core::RecordingMessages unread;  // discards the parser's message boxes
   const core::ScopedMessageSink sink(unread);
   Drawing drawing;
   core::SkipErrors([&] { Draw(drawing, rtttl, model); });

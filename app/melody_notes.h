@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-// A melody as a picture: plain data for the shells.
+// The drawing of a melody as plain data for the shells.
 namespace tonadex::app {
 
 struct DrawnNote {
@@ -15,7 +15,7 @@ struct DrawnNote {
   std::string name;   // "do#" to "si"; "" for a pause
   bool pause = false;
   bool dotted = false;
-  bool outside = false;  // outside what the chosen phone plays
+  bool outside = false;  // in an octave that does not fit the chosen phone; see MelodyDrawing
 
   friend bool operator==(const DrawnNote&, const DrawnNote&) = default;
 };
@@ -30,19 +30,21 @@ struct Drawing {
   friend bool operator==(const Drawing&, const Drawing&) = default;
 };
 
-// The drawing of an RTTTL text; its "#" are restored from the escape if need be. Notes that cannot
+// The drawing of an RTTTL text whose sharps are "#", as it is played. Notes that cannot
 // be read are left out; a text that is no melody gives an empty drawing. `model` is a model text of
-// the catalogue, for `outside`; "" or an unknown one plays everything. Never throws, shows nothing.
+// the catalogue: `outside` are the notes and pauses that the notices of its conversion name for
+// their octave and, where its format names none, the notes that it writes in another octave.
+// Nothing is outside for "" and unknown models. Never throws, shows nothing.
 Drawing MelodyDrawing(std::string_view rtttl, std::string_view model = {});
 
-// Index of the note that sounds (or of the pause) `ms` after the playback began, -1 before it and
-// behind its end.
+// Index of the note or pause that is played `ms` after the start of the playback, -1 before the
+// start and after the end.
 int NoteAt(const Drawing& drawing, double ms);
 
-// A melody in words, for those who do not see it: "24 notas y pausas, 12 segundos, de do 5 a la 6".
+// A description for screen readers: "24 notas y pausas, 12 segundos, de do 5 a la 6".
 std::string DrawingInWords(const Drawing& drawing);
 
-// A note in words: "do#, 300 ms", and when the chosen phone does not play it.
+// "do#, 300 ms", followed by a remark for a note that is `outside`.
 std::string NoteInWords(const DrawnNote& note);
 
 }  // namespace tonadex::app

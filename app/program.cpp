@@ -84,7 +84,7 @@ bool RunHandler(Program& program, const std::function<void()>& handler) {
   try {
     handler();
   } catch (const RequestGivenUp&) {
-    // The user knows.
+    // The user cancelled it.
   } catch (const std::exception& error) {
     ReportUnhandled(program, error);
     return false;

@@ -18,10 +18,10 @@
 #include "net/http.h"
 #include "phones/catalogue.h"
 
-// What outlives both windows of one running program.
+// The state of one running program, which outlives both windows.
 namespace tonadex::app {
 
-// What the program asks of the system. The shell owns them; they outlive the program.
+// Interfaces to the system. The shell owns them; they outlive the program.
 // Message boxes go to the calling thread's core::MessageSink.
 struct Services {
   Registry& registry;
@@ -33,7 +33,7 @@ struct Services {
   ShellServices& shell;
 };
 
-// Two programs in one process share nothing. Used from one thread, that of the windows.
+// Several programs in one process share nothing. Use it from the window's thread only.
 struct Program {
   // `serverBase`: base address of the melody server, Windows-1252, without a trailing "/"
   // ("http://127.0.0.1:8080"). It may be set later, as long as no handler has run.
@@ -53,35 +53,35 @@ struct Program {
   std::string gVersion;     // what ver.dat says
   phones::PhoneCatalogue PhoneCatalogue;
 
-  // A request runs: only painting goes on. `busyChanged` (may be empty) is called after each
-  // change, so that the shell can draw it before the request blocks.
+  // True while a request runs, when only painting goes on. `busyChanged` (may be empty) is called
+  // after each change, so that the shell can draw it before the request blocks.
   bool busy = false;
   std::function<void()> busyChanged;
-  // The user has given up the request that runs (Esc, ✕).
+  // The user has cancelled the running request (Esc, ✕).
   bool givenUp = false;
-  // The window is to close as soon as the handler that waits for a request has ended (✕).
+  // Close the window when the handler that waits for a request has returned (✕).
   bool closing = false;
 
   int exitCode = 0;  // 1 after an unhandled error
 };
 
-// Leaves Request when the user has given the request up. No failure of the system's rules: handlers
-// that skip errors do not skip it, so what they showed and stored before stays as it is.
+// Thrown by Request when the user has cancelled it. Not a RunTimeError: handlers that skip errors
+// do not skip it, so that what they showed and stored before stays as it is.
 class RequestGivenUp : public std::runtime_error {
  public:
   RequestGivenUp();
 };
 
-// A GET request with `program.busy` set meanwhile; `path` begins with "/" and goes behind the
-// server's base address as typed. Errors: core::RunTimeError (kTransfer) when no reply came,
+// A GET request; sets `program.busy` while it runs. `path` begins with "/" and is appended to the
+// server's base address unescaped. Errors: core::RunTimeError (kTransfer) when no reply came,
 // RequestGivenUp.
 std::string Request(Program& program, std::string_view path);
 
-// Esc while a request runs: it ends at the transport's next pause. Without request it does nothing.
+// Cancels the running request (Esc) at the transport's next pause; does nothing without a request.
 void GiveUpRequest(Program& program);
 
-// For the transport's pause, in which the window is painted: throws net::TransferError, which
-// ends the transfer, once the user has given the request up.
+// Call it in the transport's pauses: throws net::TransferError, which ends the transfer, once the
+// user has cancelled the request.
 void CheckGivenUp(const Program& program);
 
 // Reports an error that no handler caught, in a message box (exclamation): "Se ha producido un
@@ -89,10 +89,10 @@ void CheckGivenUp(const Program& program);
 // calls ShellServices::End.
 void ReportUnhandled(Program& program, const std::exception& error);
 
-// The one place where a shell calls handlers: runs `handler`, reports what escapes it through
-// ReportUnhandled and gives false in that case; a request given up ends it silently. While a
-// request runs (`busy`) events are dropped: the handler is not run and true is given. A window that
-// was closed meanwhile (`closing`) ends the program when the handler has ended.
+// Shells call every handler through this function. Reports an exception through ReportUnhandled and
+// returns false; a cancelled request ends the handler silently. While a request runs (`busy`) the
+// event is dropped. Ends the program after the handler when the window was closed meanwhile
+// (`closing`).
 bool RunHandler(Program& program, const std::function<void()>& handler);
 
 }  // namespace tonadex::app

@@ -20,7 +20,7 @@ struct RegistryValue {
 class Registry {
  public:
   virtual ~Registry() = default;
-  // The value, or none when the key or the value is missing or cannot be read.
+  // nullopt when the key or the value is missing or cannot be read.
   virtual std::optional<RegistryValue> QueryValue(std::uint32_t root, std::string_view key,
                                                   std::string_view name) = 0;
   // Creates or opens the key and sets the value. False when it could not be stored.

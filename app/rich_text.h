@@ -16,7 +16,7 @@ class RichTextBox {
   virtual std::string TextRTF() const = 0;
   virtual void SetTextRTF(std::string_view source) = 0;
   // Prints everything on the default printer. Throws core::RunTimeError when there is none or it
-  // fails; where the platform prints to a file instead, it tells the user where.
+  // fails; a platform that prints to a file instead tells the user where.
   virtual void SelPrint() = 0;
 };
 

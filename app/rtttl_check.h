@@ -3,9 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "phones/rtttl_check.h"
+
 namespace tonadex::app {
 
-enum class Verdict { kNothing, kGood, kBad };
+using phones::Verdict;
 
 // The sentence beside a text box that is checked while the user types; never a message box.
 struct Check {
@@ -15,9 +17,9 @@ struct Check {
   friend bool operator==(const Check&, const Check&) = default;
 };
 
-// Whether a text is an RTTTL melody that can be played and uploaded: what is missing, which note
-// cannot be read, or how many notes there are. Never throws.
-Check RtttlCheck(std::string_view text);
+// The check of an RTTTL text that may be played or uploaded: what the server would refuse is a
+// fault, too. Never throws.
+phones::MelodyCheck RtttlCheck(std::string_view text);
 
 // The composer's count: "12 de 50 notas"; bad when there are more, or with the first thing that
 // cannot be read. Never throws.

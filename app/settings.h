@@ -12,8 +12,8 @@ namespace tonadex::app {
 inline constexpr std::string_view kSettingKey = "tonadex\\";
 inline constexpr std::string_view kModelSetting = "modelo";
 
-// The text value, cut at its first NUL; the decimal text of `defaultValue` when there is none, when
-// it is no text or empty. Never throws.
+// The text value up to its first NUL; `defaultValue` in decimal digits when the value is missing,
+// empty or not a text. Never throws.
 std::string RegReadString(Registry& registry, std::uint32_t root, std::string_view key,
                           std::string_view name, std::int32_t defaultValue);
 

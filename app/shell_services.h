@@ -7,7 +7,7 @@
 
 namespace tonadex::app {
 
-// The small things that the program asks of the system and its shell.
+// Small services of the system and the shell.
 class ShellServices {
  public:
   virtual ~ShellServices() = default;
@@ -15,7 +15,7 @@ class ShellServices {
   virtual std::filesystem::path ProgramFolder() const = 0;
   // The temporary folder with its trailing separator, Windows-1252.
   virtual std::string TempPath() const = 0;
-  // Whether listings of its folder pass the file over.
+  // Hidden files are not listed.
   virtual bool IsHidden(const std::filesystem::path& file) const {
     return file.filename().native().starts_with('.');
   }
@@ -26,7 +26,7 @@ class ShellServices {
   virtual void Beep() = 0;
   // Puts a text of Windows-1252 on the clipboard.
   virtual void CopyText(std::string_view text) = 0;
-  // Opens the help file as a whole (no topic, no index). A missing file is the viewer's to report.
+  // Opens the help file at its start. The viewer reports a missing file.
   virtual void OpenHelp(const std::filesystem::path& file) = 0;
   // Ends the program at once.
   virtual void End() = 0;

@@ -6,7 +6,7 @@ namespace tonadex::app {
 
 enum class WebViewId { kWebBrowser1, kNavbanner };
 
-// The window's two embedded web views. `url` is Windows-1252. What a call throws is ignored.
+// The window's two embedded web views. `url` is Windows-1252. Exceptions are ignored.
 class WebViews {
  public:
   virtual ~WebViews() = default;

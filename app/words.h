@@ -4,8 +4,8 @@
 
 #include "core/windows1252.h"
 
-// Words that belong to the windows and not to one control. Windows-1252; "&" stands before the
-// mnemonic character.
+// Texts of the windows that belong to no single control. Windows-1252; "&" precedes the mnemonic
+// character.
 namespace tonadex::app::words {
 
 using namespace core::literals;

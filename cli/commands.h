@@ -13,7 +13,7 @@ struct Arguments {
   std::optional<std::string> phone, model, output;
   std::string file, row, brand, wav, pdf, printer, server, folder;
   std::vector<std::string> words;  // files, search words or melody names
-  bool allModels = false, json = false, lines = false, resultOnly = false;
+  bool allModels = false, json = false, lines = false, resultOnly = false, steps = false;
   const char* const* typed = nullptr;  // the whole command line, ended by nullptr
 
   bool HasOnePhone() const { return phone.has_value() != model.has_value(); }
@@ -24,6 +24,7 @@ struct Arguments {
 void ListModels(Context& context, const Arguments& arguments);
 void Convert(Context& context, const Arguments& arguments);
 void Check(Context& context, const Arguments& arguments);
+void Repair(Context& context, const Arguments& arguments);
 void SaveMidi(Context& context, const Arguments& arguments);
 void PlayFile(Context& context, const Arguments& arguments);  // not on Windows
 void Search(Context& context, const Arguments& arguments);

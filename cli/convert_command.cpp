@@ -4,10 +4,13 @@
 #include "cli/convert_line.h"
 #include "cli/json.h"
 #include "cli/line_stream.h"
+#include "cli/steps_json.h"
+#include "cli/steps_list.h"
 #include "core/windows1252.h"
 #include "files/write.h"
 #include "phones/catalogue.h"
 #include "phones/formats.h"
+#include "phones/keypads.h"
 #include "phones/phone_finder.h"
 
 namespace tonadex::cli {
@@ -33,18 +36,37 @@ std::vector<std::string> ChosenModels(const Arguments& arguments) {
   }
   std::vector<std::string> models;
   for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
-    models.emplace_back(row.model);
+    if (!arguments.steps || phones::FindKeypad(row.model) != nullptr) {
+      models.emplace_back(row.model);
+    }
   }
   return models;
 }
 
-void PrintPage(Context& context, const phones::ConversionPage& page, bool resultOnly) {
+// There are no steps for a phone that no keys are typed into.
+void CheckHasSteps(const std::string& model) {
+  const phones::CatalogueRow* phone = phones::FindModel(model);
+  if (phone == nullptr || phones::FindKeypad(model) != nullptr) {
+    return;
+  }
+  std::string words = "el resultado para «" + model + "» no son teclas; --pasos sirve para:";
+  for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
+    if (phones::FindKeypad(row.model) != nullptr) {
+      words.append("\n  ").append(row.brand).append(": \"").append(row.model).append("\"");
+    }
+  }
+  throw Failure{ExitCode::kWrongUse, words};
+}
+
+// `shown` is the result or its steps.
+void PrintPage(Context& context, const phones::ConversionPage& page, const std::string& shown,
+               bool resultOnly) {
   if (resultOnly) {
-    context.out << ForTerminal(page.result) << '\n';
+    context.out << ForTerminal(shown) << '\n';
     return;
   }
   if (!page.title.empty()) {
-    context.out << ForTerminal(page.title) << "\n\n" << ForTerminal(page.result) << "\n\n";
+    context.out << ForTerminal(page.title) << "\n\n" << ForTerminal(shown) << "\n\n";
   }
   context.out << ForTerminal(page.notices);
   context.out << (page.notices.ends_with('\n') ? "" : "\n");
@@ -90,15 +112,20 @@ void ConvertOne(Context& context, const Arguments& arguments, const MelodyInput&
   LoadMelody(melody, input.line);
   const auto conversion = ConvertLoaded(melody, model, row, file);
   Fail(context, CodeOf(conversion.outcome, arguments.allModels));
+  const auto steps = arguments.steps ? StepsOf(conversion, model, melody) : Steps();
   if (arguments.json) {
     std::string json =
         "{" + JsonMembers({{"fichero", input.name}, {"modelo", core::ToUtf8(model)}}) + ",";
     ConversionJson().Append(json, conversion);
+    if (arguments.steps) {
+      AppendStepsJson(json, steps);
+    }
     context.out << json << "}\n";
   } else {
     ShowMessages(context, conversion.messages);
     if (conversion.page) {
-      PrintPage(context, *conversion.page, arguments.resultOnly);
+      PrintPage(context, *conversion.page,
+                arguments.steps ? StepsList(steps) : conversion.page->result, arguments.resultOnly);
     }
   }
   if (conversion.outcome == Outcome::kNoModel) {
@@ -141,7 +168,8 @@ void ConvertLineFiles(Context& context, const Arguments& arguments,
     bool written = true;
     Attempt(context, [&] {
       std::ifstream opened;
-      written = ConvertLines(OpenInput(context, file, opened), context.out, models.front(), row);
+      written = ConvertLines(OpenInput(context, file, opened), context.out, models.front(), row,
+                             arguments.steps);
     });
     if (!written) {
       throw Failure{ExitCode::kSystemFailed, "no se puede escribir el resultado"};
@@ -160,7 +188,11 @@ void Convert(Context& context, const Arguments& arguments) {
   if (arguments.allModels ? arguments.phone || arguments.model : !arguments.HasOnePhone()) {
     throw Failure{ExitCode::kWrongUse, "elige el móvil con --telefono, --modelo o --todos"};
   }
-  (arguments.lines ? ConvertLineFiles : ConvertFiles)(context, arguments, ChosenModels(arguments));
+  const std::vector<std::string> models = ChosenModels(arguments);
+  if (arguments.steps && !arguments.allModels) {
+    CheckHasSteps(models.front());
+  }
+  (arguments.lines ? ConvertLineFiles : ConvertFiles)(context, arguments, models);
 }
 
 }  // namespace tonadex::cli

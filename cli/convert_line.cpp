@@ -22,23 +22,27 @@ phones::Conversion ConvertLoaded(core::RTTTLMelody& melody, std::string_view mod
   return phones::ConvertSelectedMelody(melody, model, row, answer);
 }
 
+Steps StepsOf(const phones::Conversion& conversion, std::string_view model,
+              const core::RTTTLMelody& melody) {
+  return conversion.page ? phones::TypingSteps(model, conversion.page->result, melody) : Steps();
+}
+
 void ConversionJson::Append(std::string& json, const phones::Conversion& conversion) {
   static const phones::ConversionPage kKept;
   const phones::ConversionPage& page = conversion.page ? *conversion.page : kKept;
   if (notices_.empty() || !page.notices.starts_with(notices_)) {
     notices_ = page.notices;
     noticesJson_.clear();
-    AppendJson(noticesJson_, notices_);
+    AppendEscaped(noticesJson_, notices_);
   }
-  AppendJson(json += R"("titulo":")", page.title);
-  AppendJson(json += R"(","resultado":")", page.result);
-  json.append(R"(","avisos":")").append(noticesJson_);
-  AppendJson(json, std::string_view(page.notices).substr(notices_.size()));
-  AppendJson(json += R"(","tempo":")", page.tempo);
-  json += R"(","mensajes":[)";
+  AppendJson(json += R"("titulo":)", page.title);
+  AppendJson(json += R"(,"resultado":)", page.result);
+  json.append(R"(,"avisos":")").append(noticesJson_);
+  AppendEscaped(json, std::string_view(page.notices).substr(notices_.size()));
+  AppendJson(json += R"(","tempo":)", page.tempo);
+  json += R"(,"mensajes":[)";
   for (const core::Message& message : conversion.messages) {
-    AppendJson(json += json.back() == '[' ? "\"" : ",\"", message.text);
-    json += '"';
+    AppendJson(json += json.back() == '[' ? "" : ",", message.text);
   }
   json += ']';
 }

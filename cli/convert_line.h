@@ -3,8 +3,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "phones/conversion.h"
+#include "phones/typing_steps.h"
 
 namespace tonadex::cli {
 
@@ -12,6 +14,11 @@ namespace tonadex::cli {
 // counts as cancelled. Texts are Windows-1252.
 phones::Conversion ConvertLoaded(core::RTTTLMelody& melody, std::string_view model,
                                  std::string_view row, const std::optional<std::string>& file);
+
+// What to press for it; nothing where there is no page. `melody` is as the conversion left it.
+using Steps = std::vector<phones::TypingStep>;
+Steps StepsOf(const phones::Conversion& conversion, std::string_view model,
+              const core::RTTTLMelody& melody);
 
 // Appends a conversion as members of a JSON object,
 // `"titulo":…,"resultado":…,"avisos":…,"tempo":…,"mensajes":[…]`; texts are empty where there is no

@@ -54,7 +54,7 @@ std::size_t PlainLength(std::string_view text) {
   return at;
 }
 
-void AppendEscaped(std::string& json, char c) {
+void AppendSpecial(std::string& json, char c) {
   constexpr std::string_view kEscaped = "\"\\\b\f\n\r\t", kLetters = "\"\\bfnrt";
   constexpr std::string_view kHexDigits = "0123456789abcdef";
   if (core::Code(c) >= 0x80) {
@@ -73,13 +73,18 @@ std::string JsonMembers(JsonFields fields) {
 }
 
 void AppendJson(std::string& json, std::string_view text) {
+  AppendEscaped(json += '"', text);
+  json += '"';
+}
+
+void AppendEscaped(std::string& json, std::string_view text) {
   while (true) {
     const std::size_t plain = PlainLength(text);
     json.append(text, 0, plain);
     if (plain == text.size()) {
       return;
     }
-    AppendEscaped(json, text[plain]);
+    AppendSpecial(json, text[plain]);
     text.remove_prefix(plain + 1);
   }
 }

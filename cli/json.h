@@ -16,9 +16,9 @@ using JsonFields = std::initializer_list<std::pair<std::string_view, std::string
 // `"name":"text","name":"text"`.
 std::string JsonMembers(JsonFields fields);
 
-// Appends a Windows-1252 text, escaped, without quotation marks: a long result takes little more
-// than its copy.
+// Appends a Windows-1252 text as a JSON text, or its characters without the quotation marks.
 void AppendJson(std::string& json, std::string_view text);
+void AppendEscaped(std::string& json, std::string_view text);
 
 // A list of objects, one field a line, written as they come: it may have millions.
 class JsonList {

@@ -12,6 +12,7 @@
 
 #include "cli/context.h"
 #include "cli/convert_line.h"
+#include "cli/steps_json.h"
 #include "core/melody_file.h"
 #include "core/windows1252.h"
 
@@ -91,8 +92,9 @@ std::string_view TakeLine(std::string_view& lines) {
 // written.
 class Conversions {
  public:
-  Conversions(std::istream& in, std::ostream& out, std::string_view model, std::string_view row)
-      : reader_(in), out_(out), model_(model), row_(row) {}
+  Conversions(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
+              bool steps)
+      : reader_(in), out_(out), model_(model), row_(row), steps_(steps) {}
 
   // Converts and writes batches until there are no more, or `out` takes no more.
   void Work() try {
@@ -106,7 +108,11 @@ class Conversions {
       }
       json.clear();
       for (std::string_view lines = batch; !lines.empty();) {
-        writer.Append(json += '{', Convert(melody, TakeLine(lines)));
+        const phones::Conversion conversion = Convert(melody, TakeLine(lines));
+        writer.Append(json += '{', conversion);
+        if (steps_) {
+          AppendStepsJson(json, StepsOf(conversion, model_, melody));
+        }
         json += "}\n";
       }
       if (!Write(number, json)) {
@@ -166,13 +172,14 @@ class Conversions {
   bool stopped_ = false;
   std::ostream& out_;
   const std::string model_, row_;
+  const bool steps_;
 };
 
 }  // namespace
 
-bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model,
-                  std::string_view row) {
-  Conversions conversions(in, out, model, row);
+bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
+                  bool steps) {
+  Conversions conversions(in, out, model, row, steps);
   // One more than the cores, because a task waits while the batch before its own is written.
   std::vector<std::future<void>> tasks(std::max(2u, std::thread::hardware_concurrency()));
   for (std::future<void>& task : tasks) {

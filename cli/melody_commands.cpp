@@ -1,15 +1,24 @@
-// modelos, comprobar and midi.
+// modelos, comprobar, arreglar and midi.
 
 #include "cli/commands.h"
 #include "cli/json.h"
+#include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/write.h"
 #include "midi/mMidiLibOut.h"
 #include "phones/catalogue.h"
+#include "phones/rtttl_check.h"
+#include "phones/rtttl_repair.h"
 
 namespace tonadex::cli {
+namespace {
+
+constexpr std::size_t kLongestPaste = std::size_t{16} << 20;
+constexpr std::string_view kNoMelody = ": no hay ninguna melodía\n";
+
+}  // namespace
 
 void ListModels(Context& context, const Arguments& arguments) {
   JsonList list(context.out);
@@ -39,11 +48,69 @@ void ListModels(Context& context, const Arguments& arguments) {
 
 void Check(Context& context, const Arguments& arguments) {
   ForEachMelody(context, arguments.words, [&](const MelodyInput& input) {
-    core::RTTTLMelody melody;
-    if (ParseMelody(context, input, melody)) {
-      context.out << input.name << ": correcto, " << melody.Notes.size() << " notas y pausas\n";
+    const phones::MelodyCheck check = phones::CheckRtttl(core::UndoSharpEscape(input.line));
+    if (check.verdict == phones::Verdict::kGood) {
+      context.out << input.name << ": correcto, " << core::ToUtf8(check.sentence) << '\n';
+      return;
+    }
+    Fail(context, ExitCode::kNotConverted);
+    if (check.verdict == phones::Verdict::kNothing) {
+      context.err << input.name << kNoMelody;
+    }
+    for (const phones::RtttlFault& fault : check.faults) {
+      context.err << input.name << ": " << ForTerminal(fault.sentence) << '\n';
     }
   });
+}
+
+namespace {
+
+// {"fichero":…,"nombre":…,"rtttl":…,"cambios":[…]}
+std::string RepairJson(const std::string& file, const phones::RepairedMelody& melody) {
+  std::string json = "{" + JsonMembers({{"fichero", file},
+                                        {"nombre", core::ToUtf8(melody.name)},
+                                        {"rtttl", core::ToUtf8(melody.text)}});
+  json += R"(,"cambios":[)";
+  for (const std::string& change : melody.changes) {
+    AppendJson(json += json.ends_with('[') ? "" : ",", change);
+  }
+  return json + "]}\n";
+}
+
+std::string ReadPaste(Context& context, const std::string& file) {
+  std::ifstream opened;
+  std::istream& input = OpenInput(context, file, opened);
+  std::string bytes(kLongestPaste + 1, '\0');
+  input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(input.gcount()));
+  if (bytes.size() > kLongestPaste) {
+    throw Failure{ExitCode::kNotConverted, file + ": pasa de 16 MiB"};
+  }
+  return phones::FromPasted(bytes);
+}
+
+}  // namespace
+
+void Repair(Context& context, const Arguments& arguments) {
+  for (const std::string& file : FilesOrInput(arguments.words)) {
+    Attempt(context, [&] {
+      const auto melodies = phones::RepairRtttl(ReadPaste(context, file));
+      for (const phones::RepairedMelody& melody : melodies) {
+        if (arguments.json) {
+          context.out << RepairJson(file, melody);
+          continue;
+        }
+        context.out << ForTerminal(melody.text) << '\n';
+        for (const std::string& change : melody.changes) {
+          context.err << file << ": " << ForTerminal(melody.name + ": " + change) << '\n';
+        }
+      }
+      if (melodies.empty()) {
+        context.err << file << kNoMelody;
+        Fail(context, ExitCode::kNotConverted);
+      }
+    });
+  }
 }
 
 void SaveMidi(Context& context, const Arguments& arguments) {

@@ -13,6 +13,13 @@ inline constexpr std::string_view kCrLf = "\r\n";
 // Maximum number of parts; SplitText throws beyond it.
 inline constexpr std::size_t kMaxParts = 5001;
 
+// Some characters of a text; an empty one marks a place.
+struct TextRange {
+  std::size_t start = 0, length = 0;  // 0-based, in characters
+
+  friend bool operator==(const TextRange&, const TextRange&) = default;
+};
+
 // The character's code, 0 to 255.
 constexpr unsigned char Code(char c) {
   return static_cast<unsigned char>(c);

@@ -6,59 +6,23 @@
 // A file holds one line: the RTTTL text in Windows-1252, every "#" as "juh9hay", and CR LF.
 // Prints nothing. Exit codes: 0 written, 1 a bad row or a failed write, 2 wrong arguments.
 
-#include <cctype>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "shelf.h"
+#include "data/shelf.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using tonadex::data::ShelfError;
 using tonadex::data::ShelfRow;
 
 constexpr std::string_view kSharp = "juh9hay";
-constexpr std::size_t kMaxLength = 99999;  // a file's number has at most five digits
-constexpr std::string_view kStemCharacters =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
-
-void CheckRow(const ShelfRow& row) {
-  const auto refuse = [&](const std::string& why) { throw ShelfError(row.line, why); };
-  if (row.stem.empty() || row.stem.find_first_not_of(kStemCharacters) != std::string::npos) {
-    refuse("the stem needs ASCII letters, figures, \"-\" or \"_\"");
-  }
-  if (row.flags != "-" && !row.InRepertoire()) {
-    refuse("unknown flag \"" + row.flags + "\"");
-  }
-  const std::vector<std::string_view> sections = tonadex::data::SplitAt(row.rtttl, ':');
-  if (sections.size() != 3 || sections[0].empty() || sections[2].empty()) {
-    refuse("the melody needs a name, a header and notes with \":\" between them");
-  }
-  const std::vector<std::string_view> header = tonadex::data::SplitAt(sections[1], ',');
-  if (header.size() != 3 || !header[0].starts_with("d=") || !header[1].starts_with("o=") ||
-      !header[2].starts_with("b=")) {
-    refuse("the header needs d=, o= and b=, in this order");
-  }
-  if (row.rtttl.size() > kMaxLength) {
-    refuse("the melody is too long for a file's number");
-  }
-}
-
-// Names that differ in case alone are one file on some systems.
-std::string FoldedName(std::string name) {
-  for (char& c : name) {
-    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  }
-  return name;
-}
 
 std::string FileContents(std::string_view rtttl) {
   std::string contents;
@@ -82,16 +46,8 @@ void MakeMelodies(const fs::path& shelf, const fs::path& folder, bool repertoire
   if (!table) {
     throw std::runtime_error("cannot open it");
   }
-  const std::vector<ShelfRow> rows = tonadex::data::ReadShelf(table);
-  std::set<std::string> names;
-  for (const ShelfRow& row : rows) {
-    CheckRow(row);
-    if (!names.insert(FoldedName(row.FileName())).second) {
-      throw ShelfError(row.line, "a second file " + row.FileName());
-    }
-  }
   fs::create_directories(folder);
-  for (const ShelfRow& row : rows) {
+  for (const ShelfRow& row : tonadex::data::ReadShelf(table)) {
     if (row.InRepertoire() || !repertoireOnly) {
       WriteFile(folder / row.FileName(), FileContents(row.rtttl));
     }

@@ -21,14 +21,14 @@ std::optional<std::string> ReadHead(const std::filesystem::path& file, std::size
 std::optional<std::string> ReadWhole(const std::filesystem::path& file,
                                      std::size_t maxBytes = kMaxFileBytes);
 
-// The same of a file that others may change meanwhile; symbolic links are not followed.
+// The start of a file that others may change meanwhile; symbolic links are not followed.
 struct SharedHead {
   std::string bytes;
   std::uintmax_t size = 0;    // of the whole file, in bytes
   std::int64_t modified = 0;  // a time stamp, later ones are larger
 };
 std::optional<SharedHead> ReadSharedHead(const std::filesystem::path& file, std::size_t maxBytes);
-// A whole file; none also when it changed while it was read.
+// A whole file; nullopt also when it changed while it was read.
 std::optional<std::string> ReadShared(const std::filesystem::path& file, std::size_t maxBytes);
 
 // A whole file. Errors: file not found when it cannot be read, device failure when it is longer

@@ -94,6 +94,15 @@ int WrittenOctave(std::string_view octave, std::int16_t base) {
 
 }  // namespace
 
+IMelodyNote ToIMelodyNote(const core::RTTTLNote& note, std::string_view beats) {
+  // For a dotted band DurationForLength appends "." to the pitch: that dot is never written, and
+  // it hides a sharp. Kept, because phones have always received it so.
+  std::string pitch(note.Note);
+  const std::string_view duration =
+      DurationForLength(NoteLengthMs(note.Duration, beats, note.Dotted), pitch);
+  return {duration, core::Contains(pitch, "p"), pitch.ends_with('#')};
+}
+
 std::string MotorolaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
                                std::int16_t baseOctave) {
   if (!core::ParseOrReport(melody)) {
@@ -119,23 +128,14 @@ std::string MotorolaIMelodyKeys(core::RTTTLMelody& melody, std::string& warnings
   warnings = std::string(kIMelodyInstruction) + melody.Beats + " a 125.\r\n";
   std::string keys;
   keys.reserve(melody.Notes.size() * 6);
-  std::string pitch;
-  std::string_view rest;
   for (const core::RTTTLNote& note : melody.Notes) {
-    // For a dotted band DurationForLength appends "." to the pitch: that dot is never written, and
-    // it hides a sharp. Kept, because phones have always received it so.
-    pitch = note.Note;
-    const std::string_view duration =
-        DurationForLength(NoteLengthMs(note.Duration, melody.Beats, note.Dotted), pitch);
-    if (core::Contains(pitch, "p")) {
-      rest = IMelodyRest(duration);
-      keys += rest;
+    const auto [duration, pause, sharp] = ToIMelodyNote(note, melody.Beats);
+    if (pause) {
+      keys += IMelodyRest(duration);
     } else {
       keys.append("*").append(std::to_string(WrittenOctave(note.Octave, base)));
-      if (pitch.ends_with('#')) {
-        keys += '#';
-      }
-      keys += pitch.front();
+      keys += sharp ? "#" : "";
+      keys += note.Note.front();
       keys += IMelodyDigit(duration);
     }
     if (note.Dotted) {

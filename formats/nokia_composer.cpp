@@ -13,7 +13,9 @@ constexpr std::size_t kMaxNotes = 50;  // the composer's memory; more give a war
 constexpr std::string_view kTooLong = u8"ERROR: La melodia excede el límite de 50 notas.\r\n"_w;
 constexpr std::size_t kTokenSize = 7;  // "32.#c1 "
 
-void AppendToken(const core::RTTTLNote& note, int octave, std::string& text) {
+}  // namespace
+
+void AppendComposerNote(const core::RTTTLNote& note, int octave, std::string& text) {
   text += note.Duration;
   if (note.Dotted) {
     text += '.';  // written for a pause too: "4.-"
@@ -28,10 +30,7 @@ void AppendToken(const core::RTTTLNote& note, int octave, std::string& text) {
   if (!core::IsPause(note)) {
     text += static_cast<char>('0' + octave);
   }
-  text += ' ';
 }
-
-}  // namespace
 
 std::string NokiaComposerText(core::RTTTLMelody& melody, std::string& warnings,
                               std::int16_t baseOctave) {
@@ -50,7 +49,8 @@ std::string NokiaComposerText(core::RTTTLMelody& melody, std::string& warnings,
     if (core::IsPause(note) && note.Dotted) {
       AppendNoteWarning(warnings, "ERROR: La nota #", number, " - . no se permite en pausa");
     }
-    AppendToken(note, octave, text);
+    AppendComposerNote(note, octave, text);
+    text += ' ';
     // Cannot happen while OctaveBand returns 0 to 2.
     if (!core::IsPause(note) && (octave < 1 || octave > 3)) {
       AppendNoteWarning(warnings, "La nota #", number, u8" - está fuera del rango de octavas."_w);

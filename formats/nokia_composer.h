@@ -15,4 +15,7 @@ namespace tonadex::formats {
 std::string NokiaComposerText(core::RTTTLMelody& melody, std::string& warnings,
                               std::int16_t baseOctave);
 
+// Appends one note without the blank: "8#c2". `octave` is the digit.
+void AppendComposerNote(const core::RTTTLNote& note, int octave, std::string& text);
+
 }  // namespace tonadex::formats

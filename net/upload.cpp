@@ -11,7 +11,6 @@
 namespace tonadex::net {
 namespace {
 
-constexpr std::string_view kBreaksAddress = "/\\?'&";  // allowed neither in the text nor in the key
 constexpr std::array<std::string_view, 4> kHeaderParts = {",", ",b=", ",o=", ":d="};
 
 // Spelt without accents, as users have always read them.

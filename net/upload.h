@@ -8,6 +8,9 @@
 // Uploading a melody to the server.
 namespace tonadex::net {
 
+// Characters that neither the text nor the key may hold.
+inline constexpr std::string_view kBreaksAddress = "/\\?'&";
+
 // The melody's file on the server: name, ".", and the length of the unescaped text.
 std::string UploadKey(std::string_view name, std::string_view text);
 

@@ -11,12 +11,11 @@ inline constexpr std::size_t kComposerNotes = 50;
 
 enum class OctaveRange {
   kAny,      // as written
-  kAround,   // `count` octaves from the base octave chosen for the melody
+  kAround,   // `count` octaves from the base octave chosen for the melody, `lowest` where that is 0
   kFrom,     // `lowest` and higher
   kBetween,  // `count` octaves from `lowest`
 };
 
-// Octaves that a format can hold; most writers fold other octaves into them.
 struct Octaves {
   OctaveRange range;
   int lowest, count;
@@ -39,7 +38,8 @@ struct Format {
   Output output;
   Kind kind;
   std::string_view extension;  // of a saved result, without its full stop
-  Octaves octaves;
+  Octaves octaves;   // that the format can hold; most writers fold other octaves into these
+  Octaves reported;  // the notices report notes and pauses outside of these; kAny: they report none
   std::size_t noteLimit;         // 0 for none
   std::string_view sheetLabel;   // on the printed sheet
   std::string_view titleSuffix;  // after "Melodia " and the melody's row

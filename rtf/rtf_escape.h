@@ -5,7 +5,7 @@
 
 namespace tonadex::rtf {
 
-// A Windows-1252 text as it stands in a rich text's source; a line end (LF) ends a paragraph.
+// Windows-1252 text escaped for a rich-text source; LF becomes the end of a paragraph.
 std::string Escaped(std::string_view text);
 
 }  // namespace tonadex::rtf

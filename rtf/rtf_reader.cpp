@@ -92,22 +92,20 @@ class Reader {
   // The actions of the control words.
   RunFormat& Characters() { return state_.run; }
   ParagraphFormat& Format() { return state_.paragraph; }
-  Page& Sheet() { return document_.page; }
+  Document& Result() { return document_; }
   void Enter(Destination destination) { state_.destination = destination; }
   void Skip() { skipped_ = 1; }
   void SkipBytes(int count);
   void Character(char16_t unit);
   void Unicode(int value);
   void SetFallback(int count) { state_.fallback = std::clamp(count, 0, kMaxNumber); }
-  void SetDefaultFont(int font);
-  void Plain();
   void EndParagraph();
   void BreakPage();
   void SetStyle(int style);
   void SetHeading(int level);
   void SetTabKind(TabKind kind) { tabKind_ = kind; }
   void AddTab(int position);
-  void StartBorder(std::uint8_t sides);
+  void StartBorder(std::uint8_t sides) { borderSides_ = sides; }
   template <typename Change>
   void ChangeBorders(Change change);
   void SetColourPart(std::uint8_t Colour::*part, int value);
@@ -123,11 +121,9 @@ class Reader {
   void Word();
   std::optional<int> Number();
   void Byte(char byte);
-  bool TakeFallback();
   void Emit(char16_t unit);
   void EmitBody(char16_t unit);
   void Put(char16_t unit);
-  void EndColour();
 
   std::string_view source_;
   std::size_t at_ = 0;
@@ -140,8 +136,7 @@ class Reader {
   bool pageBreak_ = false;    // the next paragraph starts a page
   TabKind tabKind_ = TabKind::kLeft;
   std::uint8_t borderSides_ = 0;  // bits of the borders that the next control words describe
-  Colour colour_;                 // the entry of the colour table being read
-  bool colourGiven_ = false;
+  std::optional<Colour> colour_;  // the entry of the colour table being read
   GroupState state_;
   std::vector<GroupState> saved_;
   Paragraph paragraph_;
@@ -154,19 +149,10 @@ struct ControlWord {
   void (*apply)(Reader& reader, int value);
 };
 
-int Length(int value) {
-  return std::clamp(value, -kMaxTwips, kMaxTwips);
-}
 int Spacing(int value) {
   return std::clamp(value, 0, kMaxTwips);
 }
-int Extent(int value, int otherwise) {
-  return value > 0 ? std::min(value, kMaxTwips) : otherwise;
-}
 
-void SkipDestination(Reader& reader, int /*value*/) {
-  reader.Skip();
-}
 void NewParagraph(Reader& reader, int /*value*/) {
   reader.EndParagraph();
 }
@@ -180,10 +166,6 @@ void Ground(Reader& reader, int value) {
   reader.Characters().ground = reader.ColourAt(value);
 }
 
-template <char16_t kUnit>
-void PutCharacter(Reader& reader, int /*value*/) {
-  reader.Character(kUnit);
-}
 template <bool RunFormat::*kFlag>
 void SetFlag(Reader& reader, int value) {
   reader.Characters().*kFlag = value != 0;
@@ -198,7 +180,7 @@ void Align(Reader& reader, int /*value*/) {
 }
 template <int ParagraphFormat::*kField>
 void SetIndent(Reader& reader, int value) {
-  reader.Format().*kField = Length(value);
+  reader.Format().*kField = std::clamp(value, -kMaxTwips, kMaxTwips);
 }
 template <int ParagraphFormat::*kField>
 void SetSpacing(Reader& reader, int value) {
@@ -206,11 +188,12 @@ void SetSpacing(Reader& reader, int value) {
 }
 template <int Page::*kField>
 void SetPage(Reader& reader, int value) {
-  reader.Sheet().*kField = Extent(value, reader.Sheet().*kField);
+  int& extent = reader.Result().page.*kField;
+  extent = value > 0 ? std::min(value, kMaxTwips) : extent;
 }
 template <int Page::*kField>
 void SetMargin(Reader& reader, int value) {
-  reader.Sheet().*kField = Spacing(value);
+  reader.Result().page.*kField = Spacing(value);
 }
 template <FontFamily kFamily>
 void SetFamily(Reader& reader, int /*value*/) {
@@ -260,10 +243,33 @@ constexpr std::uint8_t Bit(Side side) {
 }
 constexpr std::uint8_t kBox = 0x0F;
 
+// Groups whose text is left out; sorted.
+constexpr std::string_view kSkipped[] = {
+    "annotation", "author",   "comment", "filetbl", "fldinst", "footer",  "footerf", "footerl",
+    "footerr",    "footnote", "header",  "headerf", "headerl", "headerr", "info",    "listtable",
+    "nonshppict", "object",   "pict",    "private", "revtbl",  "rxe",     "tc",      "xe"};
+
+struct NamedCharacter {
+  std::string_view name;
+  char16_t unit;
+};
+// Text by name; any of these can be the fallback after a \u.
+constexpr auto kNamedCharacters = std::to_array<NamedCharacter>({
+    {"bullet", u'\u2022'},
+    {"emdash", u'\u2014'},
+    {"emspace", u'\u2003'},
+    {"endash", u'\u2013'},
+    {"enspace", u'\u2002'},
+    {"ldblquote", u'\u201C'},
+    {"lquote", u'\u2018'},
+    {"qmspace", u'\u2005'},
+    {"rdblquote", u'\u201D'},
+    {"rquote", u'\u2019'},
+    {"tab", kTab},
+});
+
 // Sorted by name for binary search.
 constexpr auto kWords = std::to_array<ControlWord>({
-    {"annotation", 0, SkipDestination},
-    {"author", 0, SkipDestination},
     {"b", 1, SetFlag<&RunFormat::bold>},
     {kRawBytes, 0, [](Reader& r, int v) { r.SkipBytes(v); }},
     {"blue", 0, ColourPart<&Colour::blue>},
@@ -282,57 +288,34 @@ constexpr auto kWords = std::to_array<ControlWord>({
     {"brdrth", 0, BorderLine},
     {"brdrw", 15, BorderWidth},
     {"brsp", 0, BorderSpace},
-    {"bullet", 0, PutCharacter<u'\u2022'>},
     {"cb", 0, Ground},
     {"cbpat", 0, [](Reader& r, int v) { r.Format().shading = r.ColourAt(v); }},
-    {"cell", 0, PutCharacter<kTab>},
+    {"cell", 0, [](Reader& r, int) { r.Character(kTab); }},
     {"cf", 0, [](Reader& r, int v) { r.Characters().colour = r.ColourAt(v); }},
     {"chcbpat", 0, Ground},
     {"colortbl", 0, EnterDestination<Destination::kColours>},
-    {"comment", 0, SkipDestination},
-    {"deff", 0, [](Reader& r, int v) { r.SetDefaultFont(v); }},
-    {"emdash", 0, PutCharacter<u'\u2014'>},
-    {"emspace", 0, PutCharacter<u'\u2003'>},
-    {"endash", 0, PutCharacter<u'\u2013'>},
-    {"enspace", 0, PutCharacter<u'\u2002'>},
+    {"deff", 0, [](Reader& r, int v) { r.Result().defaultFont = std::max(v, 0); }},
     {"f", 0, [](Reader& r, int v) { r.Characters().font = std::max(v, 0); }},
     {"fi", 0, SetIndent<&ParagraphFormat::first>},
-    {"filetbl", 0, SkipDestination},
-    {"fldinst", 0, SkipDestination},
     {"fmodern", 0, SetFamily<FontFamily::kFixed>},
     {"fonttbl", 0, EnterDestination<Destination::kFonts>},
-    {"footer", 0, SkipDestination},
-    {"footerf", 0, SkipDestination},
-    {"footerl", 0, SkipDestination},
-    {"footerr", 0, SkipDestination},
-    {"footnote", 0, SkipDestination},
     {"froman", 0, SetFamily<FontFamily::kSerif>},
     {"fs", kDefaultHalfPoints,
      [](Reader& r, int v) { r.Characters().halfPoints = std::clamp(v, 2, kMaxHalfPoints); }},
     {"fswiss", 0, SetFamily<FontFamily::kSans>},
     {"green", 0, ColourPart<&Colour::green>},
-    {"header", 0, SkipDestination},
-    {"headerf", 0, SkipDestination},
-    {"headerl", 0, SkipDestination},
-    {"headerr", 0, SkipDestination},
     {"highlight", 0, Ground},
     {"i", 1, SetFlag<&RunFormat::italic>},
-    {"info", 0, SkipDestination},
     {"keep", 1, [](Reader& r, int v) { r.Format().keepTogether = v != 0; }},
     {"keepn", 1, [](Reader& r, int v) { r.Format().keepWithNext = v != 0; }},
-    {"ldblquote", 0, PutCharacter<u'\u201C'>},
     {"li", 0, SetIndent<&ParagraphFormat::left>},
     {"lin", 0, SetIndent<&ParagraphFormat::left>},
-    {"line", 0, PutCharacter<kLineBreak>},
-    {"listtable", 0, SkipDestination},
-    {"lquote", 0, PutCharacter<u'\u2018'>},
+    {"line", 0, [](Reader& r, int) { r.Character(kLineBreak); }},
     {"margb", 0, SetMargin<&Page::bottom>},
     {"margl", 0, SetMargin<&Page::left>},
     {"margr", 0, SetMargin<&Page::right>},
     {"margt", 0, SetMargin<&Page::top>},
-    {"nonshppict", 0, SkipDestination},
     {"nosupersub", 0, [](Reader& r, int) { r.Characters().script = Script::kNormal; }},
-    {"object", 0, SkipDestination},
     {"outlinelevel", 0, [](Reader& r, int v) { r.SetHeading(std::clamp(v, -1, kMaxHeading) + 1); }},
     {"page", 0, NewPage},
     {"pagebb", 1, [](Reader& r, int v) { r.Format().pageBefore = v != 0; }},
@@ -345,22 +328,15 @@ constexpr auto kWords = std::to_array<ControlWord>({
        r.SetTabKind(TabKind::kLeft);
        r.StartBorder(0);
      }},
-    {"pict", 0, SkipDestination},
-    {"plain", 0, [](Reader& r, int) { r.Plain(); }},
-    {"private", 0, SkipDestination},
+    {"plain", 0, [](Reader& r, int) { r.Characters() = {}; }},
     {"qc", 0, Align<Alignment::kCentre>},
     {"qj", 0, Align<Alignment::kJustify>},
     {"ql", 0, Align<Alignment::kLeft>},
-    {"qmspace", 0, PutCharacter<u'\u2005'>},
     {"qr", 0, Align<Alignment::kRight>},
-    {"rdblquote", 0, PutCharacter<u'\u201D'>},
     {"red", 0, ColourPart<&Colour::red>},
-    {"revtbl", 0, SkipDestination},
     {"ri", 0, SetIndent<&ParagraphFormat::right>},
     {"rin", 0, SetIndent<&ParagraphFormat::right>},
     {"row", 0, NewParagraph},
-    {"rquote", 0, PutCharacter<u'\u2019'>},
-    {"rxe", 0, SkipDestination},
     {"s", 0, [](Reader& r, int v) { r.SetStyle(v); }},
     {"sa", 0, SetSpacing<&ParagraphFormat::after>},
     {"sb", 0, SetSpacing<&ParagraphFormat::before>},
@@ -372,8 +348,6 @@ constexpr auto kWords = std::to_array<ControlWord>({
     {"stylesheet", 0, EnterDestination<Destination::kStyles>},
     {"sub", 1, SetScript<Script::kSub>},
     {"super", 1, SetScript<Script::kSuper>},
-    {"tab", 0, PutCharacter<kTab>},
-    {"tc", 0, SkipDestination},
     {"tqc", 0, SetTab<TabKind::kCentre>},
     {"tqdec", 0, SetTab<TabKind::kDecimal>},
     {"tqr", 0, SetTab<TabKind::kRight>},
@@ -387,7 +361,6 @@ constexpr auto kWords = std::to_array<ControlWord>({
     {"ulnone", 0, [](Reader& r, int) { r.Characters().underline = false; }},
     {"ulw", 1, Underline},
     {"v", 1, SetFlag<&RunFormat::hidden>},
-    {"xe", 0, SkipDestination},
 });
 
 static_assert(std::ranges::is_sorted(kWords, {}, &ControlWord::name));
@@ -395,14 +368,6 @@ static_assert(std::ranges::is_sorted(kWords, {}, &ControlWord::name));
 const ControlWord* FindWord(std::string_view name) {
   const auto found = std::ranges::lower_bound(kWords, name, {}, &ControlWord::name);
   return found != kWords.end() && found->name == name ? &*found : nullptr;
-}
-
-// Control words that give one character of text and so can be the fallback after a \u.
-bool StandsForCharacter(const ControlWord& word) {
-  constexpr std::string_view kCharacters[] = {"bullet",    "emdash",    "emspace", "endash",
-                                              "enspace",   "ldblquote", "lquote",  "qmspace",
-                                              "rdblquote", "rquote",    "tab"};
-  return std::ranges::binary_search(kCharacters, word.name);
 }
 
 Document Reader::Read() {
@@ -527,18 +492,24 @@ void Reader::Word() {
   while (at_ < source_.size() && IsLetter(source_[at_])) {
     ++at_;
   }
-  const ControlWord* word = FindWord(source_.substr(start, at_ - start));
+  const std::string_view name = source_.substr(start, at_ - start);
   const std::optional<int> number = Number();
   if (at_ < source_.size() && source_[at_] == ' ') {
     ++at_;
   }
-  if (word == nullptr || (skipped_ > 0 && word->name != kRawBytes)) {
+  if (skipped_ > 0 && name != kRawBytes) {
     return;
   }
-  if (!StandsForCharacter(*word)) {
+  const auto character = std::ranges::find(kNamedCharacters, name, &NamedCharacter::name);
+  if (character != kNamedCharacters.end()) {
+    Character(character->unit);
+  } else if (const ControlWord* word = FindWord(name)) {
     pendingFallback_ = 0;
+    word->apply(*this, number.value_or(word->missing));
+  } else if (std::ranges::binary_search(kSkipped, name)) {
+    pendingFallback_ = 0;
+    Skip();
   }
-  word->apply(*this, number.value_or(word->missing));
 }
 
 std::optional<int> Reader::Number() {
@@ -558,16 +529,13 @@ void Reader::Byte(char byte) {
   Character(static_cast<char16_t>(core::ToUnicode(static_cast<unsigned char>(byte))));
 }
 
-bool Reader::TakeFallback() {
-  if (pendingFallback_ == 0) {
-    return false;
-  }
-  --pendingFallback_;
-  return true;
-}
-
 void Reader::Character(char16_t unit) {
-  if (skipped_ == 0 && !TakeFallback()) {
+  if (skipped_ > 0) {
+    return;
+  }
+  if (pendingFallback_ > 0) {
+    --pendingFallback_;
+  } else {
     Emit(unit);
   }
 }
@@ -588,7 +556,7 @@ void Reader::Emit(char16_t unit) {
       break;
     case Destination::kColours:
       if (unit == u';') {
-        EndColour();
+        document_.colours.push_back(std::exchange(colour_, std::nullopt));
       }
       break;
     case Destination::kFonts:
@@ -632,20 +600,6 @@ void Reader::Put(char16_t unit) {
   paragraph_.runs.back().text += unit;
 }
 
-void Reader::EndColour() {
-  document_.colours.push_back(colourGiven_ ? std::optional(colour_) : std::nullopt);
-  colour_ = {};
-  colourGiven_ = false;
-}
-
-void Reader::SetDefaultFont(int font) {
-  document_.defaultFont = std::max(font, 0);
-}
-
-void Reader::Plain() {
-  state_.run = {};
-}
-
 void Reader::EndParagraph() {
   pendingFallback_ = 0;
   if (skipped_ > 0 || state_.destination != Destination::kBody) {
@@ -684,10 +638,6 @@ void Reader::AddTab(int position) {
   tabKind_ = TabKind::kLeft;
 }
 
-void Reader::StartBorder(std::uint8_t sides) {
-  borderSides_ = sides;
-}
-
 template <typename Change>
 void Reader::ChangeBorders(Change change) {
   for (std::size_t side = 0; side < state_.paragraph.borders.size(); ++side) {
@@ -699,8 +649,8 @@ void Reader::ChangeBorders(Change change) {
 
 void Reader::SetColourPart(std::uint8_t Colour::*part, int value) {
   if (state_.destination == Destination::kColours) {
-    colour_.*part = static_cast<std::uint8_t>(std::clamp(value, 0, 255));
-    colourGiven_ = true;
+    colour_ = colour_.value_or(Colour{});
+    (*colour_).*part = static_cast<std::uint8_t>(std::clamp(value, 0, 255));
   }
 }
 

@@ -59,7 +59,6 @@ Part OptionsPage::Layout() {
       .Margins(0, kPageMargin, kPageMargin);
 }
 
-// Under the two lists of the options page: what the phone chosen there gets.
 void OptionsPage::RefreshOptions() {
   optionsSentence.caption = phones::PhoneGets(cmbformatos.text);
 }

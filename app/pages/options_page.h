@@ -6,7 +6,7 @@
 
 namespace tonadex::app {
 
-// The choice of a phone, and in words what it gets.
+// The choice of a phone, with a description of what it receives.
 class OptionsPage {
  public:
   explicit OptionsPage(SharedState& state) : state_(state) {}

@@ -22,15 +22,15 @@ inline constexpr std::int16_t kInternetPage = 5;  // also WebBrowser1
 inline constexpr std::int16_t kOptionsPage = 6;
 inline constexpr std::int16_t kStartPage = 8;  // composer and RTTTL box
 
-// Which drawing's melody sounds, while PlayMelody keeps its message box open.
+// The drawing whose melody is playing, while PlayMelody shows its message box.
 enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl };
 
-// What the pages share.
+// State shared by the pages.
 class SharedState {
  public:
   explicit SharedState(Program& theProgram) : program(theProgram) {}
 
-  // Plays the program's melody; `sounding` says which one meanwhile.
+  // Plays the program's melody and sets `sounding` meanwhile.
   void Play(Sounding what);
   // The requests of a download or an upload.
   std::function<std::string(std::string_view path)> Fetch() {

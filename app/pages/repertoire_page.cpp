@@ -69,8 +69,8 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kNotices, "Textavisos", &F::Textavisos, "Instrucciones y avisos"),
 });
 
-// The names of the repertoire's ordinary files, sorted; none when it cannot be read. Left out:
-// hidden ones, and those whose name cannot be a row's text, so that no row could find them again.
+// The names of the regular files in the repertoire, sorted. Hidden files are left out, and those
+// whose name Windows-1252 cannot represent, because their row would not lead back to the file.
 std::vector<std::string> MelodyFiles(const Program& program) {
   std::vector<std::string> names;
   std::error_code failed;
@@ -88,7 +88,6 @@ std::vector<std::string> MelodyFiles(const Program& program) {
   return names;
 }
 
-// The conversion's question for a file, asked in the system's save dialog.
 class SaveDialogQuestion : public phones::SaveFileQuestion {
  public:
   explicit SaveDialogQuestion(Program& program) : program_(program) {}
@@ -132,7 +131,7 @@ Part RepertoirePage::Layout() {
               The(&F::Textavisos).Weight(3).Heights(kLowestNotices, kTallestNotices),
           })
           .Weight(1)
-          .Scrolls();  // large letters may need more than the window has
+          .Scrolls();  // large fonts may need more height than the window has
   return Row({std::move(list), std::move(result)})
       .Gap(look::kPageMargin)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
@@ -144,7 +143,6 @@ RepertoirePage::RepertoirePage(SharedState& state) : state_(state) {
   copiedTimer.interval = look::kCopiedMs;
 }
 
-// What follows from the rest of the page.
 void RepertoirePage::RefreshRepertoire() {
   const bool here = state_.paginaactual == kRepertoirePage;
   if (here) {
@@ -190,8 +188,8 @@ void RepertoirePage::sizeSlider_Change() {
   textresultado.value = sizeSlider.value;
 }
 
-// Steps that fail are skipped until the first row has its number; from there on the first failure
-// ends the filling, without a message, and the rows so far stay.
+// Failing steps are skipped until the first row has its number; after that the first failure ends
+// the listing silently, and the rows so far stay.
 void RepertoirePage::FillRepertoire() {
   state_.List1.Clear();
   bool skipping = true;
@@ -229,8 +227,8 @@ void RepertoirePage::List1_Click() {
   repertoireDrawing = {};
   if (state_.paginaactual == kRepertoirePage && !state_.List1.SelectedText().empty()) {
     core::SkipErrors([this] {
-      repertoireDrawing =
-          MelodyDrawing(files::ReadMelodyLine(SelectedFile()), state_.program.gPhoneModel);
+      repertoireDrawing = MelodyDrawing(
+          core::UndoSharpEscape(files::ReadMelodyLine(SelectedFile())), state_.program.gPhoneModel);
     });
   }
 }

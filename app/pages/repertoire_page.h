@@ -30,7 +30,7 @@ class RepertoirePage {
 
   Drawing repertoireDrawing;  // of the selected row
 
-  // The result in runs that are not torn apart, and whether they are keys to press.
+  // The groups of the result, which lines do not break, and whether they are key presses.
   std::vector<ResultGroup> ResultGroupsShown() const;
   bool ResultIsKeyPresses() const;
 

@@ -62,7 +62,7 @@ void SearchPage::RefreshSearch() {
 
 void SearchPage::ReadListing(std::string_view address, bool stemAlone) {
   state_.List1.Clear();
-  // A failed request leaves Text1 as it was, and that is what is read.
+  // After a failed request the old text of Text1 is read again.
   core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); });
   state_.program.services.shell.DoEvents();
   state_.List1.rows.reserve(net::CountRecords(state_.Text1.text), state_.Text1.text.size());
@@ -77,7 +77,7 @@ void SearchPage::ReadListing(std::string_view address, bool stemAlone) {
       state_.List1.AddRow(net::HintRow(i), 0, true);
     }
   }
-  // An assigned text would keep the reply's memory; `left` lies in it.
+  // Swapping frees the memory of the reply; `left.rest` is a view into it.
   std::string(left.rest).swap(state_.Text1.text);
 }
 
@@ -96,7 +96,7 @@ void SearchPage::picdescargar_Click() {
   }
   net::DownloadMelody(state_.Fetch(), state_.program.MelodyFolder(), row,
                       state_.List1.SelectedData(), state_.Text1.text);
-  // Shown whatever the server sent, as it always has been.
+  // Shown whatever the server sent: deliberate.
   core::MsgBox(kDownloaded, core::Icon::kInformation);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "app/composer_keys.h"
 #include "app/form1.h"
@@ -32,6 +33,10 @@ constexpr std::string_view kErrorsMessage =
     "La melodia no se ha subido pues ha habido algunos errores al leer la melodia:\r";
 constexpr std::string_view kErrorsTitle = "Errores en la melodia";
 
+constexpr std::string_view kNothingToRepair = u8"No se ha encontrado ninguna nota en el texto."_w;
+constexpr std::string_view kSeveralFound = u8" melodías en el texto: ¿cuál quieres?"_w;
+constexpr std::string_view kChangesFound = u8"Al aplicarlo cambia esto:"_w;
+
 constexpr std::size_t kTempoDigits = 3;
 constexpr std::int16_t kBackspace = 8;
 constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no number
@@ -40,7 +45,7 @@ constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", 
 constexpr std::string_view kFirstTempo = "125";
 constexpr int kTempoWidth = 96, kLowestNotes = 56;
 
-// What both boxes have, with a name that tells which one.
+// A button that both boxes have; its help is its accessible name, to tell the two apart.
 constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
                              const char* icon, std::string_view help, Handler click) {
   return Button(Look::kButton, name, member, caption, icon, help, click, help);
@@ -73,6 +78,18 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kArea, "txtrtttlsube", &F::txtrtttlsube, "Texto RTTTL",
         {Event::kChange, &F::txtrtttlsube_Change}),
     Words("rtttlCheckLabel", &F::rtttlCheckLabel, ""),
+    Action("repairButton", &F::repairButton, "Arre&glar", "",
+           u8"Ver qué se puede arreglar en el texto RTTTL"_w, &F::repairButton_Click),
+    Action("undoRepairButton", &F::undoRepairButton, "Des&hacer", "",
+           u8"Volver al texto de antes de arreglarlo"_w, &F::undoRepairButton_Click),
+    Words("repairLabel", &F::repairLabel, "", Font::kBody, Tone::kText),
+    Row(Look::kList, "repairList", &F::repairList, u8"Melodías encontradas en el texto"_w,
+        {Event::kClick, &F::repairList_Click}, {Event::kActivate, &F::applyRepairButton_Click}),
+    Row(Look::kNotices, "repairNotices", &F::repairNotices, "Lo que cambia al arreglar el texto"),
+    Action("applyRepairButton", &F::applyRepairButton, "A&plicar", "",
+           "Poner en el cuadro la melodía arreglada", &F::applyRepairButton_Click),
+    Action("cancelRepairButton", &F::cancelRepairButton, "&Cancelar", "",
+           u8"Dejar el texto como está"_w, &F::cancelRepairButton_Click),
     View("rtttlView", &F::rtttlView, &F::rtttlDrawing, Sounding::kRtttl),
     Action("cmdscuchartttl", &F::cmdscuchartttl, "Esc&uchar", "reproducir",
            "Escuchar el texto RTTTL", &F::cmdscuchartttl_Click),
@@ -81,11 +98,20 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kStorage, "rtf", &F::rtf),
 });
 
-void DrawCheck(Control& label, const Check& check) {
-  label.caption = check.sentence;
-  label.tone = check.verdict == Verdict::kGood  ? Tone::kGood
-               : check.verdict == Verdict::kBad ? Tone::kBad
-                                                : Tone::kMuted;
+void DrawCheck(Control& label, Verdict verdict, const std::string& sentence) {
+  label.caption = sentence;
+  label.tone = verdict == Verdict::kGood  ? Tone::kGood
+               : verdict == Verdict::kBad ? Tone::kBad
+                                          : Tone::kMuted;
+}
+
+// What applying would do: the changes, a line each, and the melody.
+std::string RepairWords(const phones::RepairedMelody& melody) {
+  std::string words;
+  for (const std::string& change : melody.changes) {
+    words.append(change).append(core::kCrLf);
+  }
+  return words.append(words.empty() ? "" : core::kCrLf).append(melody.text);
 }
 
 bool IsTempo(std::string_view text) {
@@ -127,7 +153,11 @@ Part StartPage::Layout() {
   Part rtttl = Card({
       The(&F::lbltitulortttl),
       notes(&F::labelformatortttl, &F::txtrtttlsube),
-      The(&F::rtttlCheckLabel),
+      Row({The(&F::rtttlCheckLabel).Weight(1), The(&F::repairButton), The(&F::undoRepairButton)}),
+      The(&F::repairLabel),
+      The(&F::repairList).Weight(2).Heights(kLowestNotes),
+      The(&F::repairNotices).Weight(3).Heights(kLowestNotes),
+      Row({Stretch(), The(&F::cancelRepairButton), The(&F::applyRepairButton)}),
       view(&F::rtttlView),
       Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl)}),
   });
@@ -150,8 +180,17 @@ StartPage::StartPage(SharedState& state) : state_(state) {
 StartPage::~StartPage() = default;
 
 void StartPage::RefreshStart() {
-  DrawCheck(composerCheckLabel, composerCheck);
-  DrawCheck(rtttlCheckLabel, rtttlCheck);
+  DrawCheck(composerCheckLabel, composerCheck.verdict, composerCheck.sentence);
+  DrawCheck(rtttlCheckLabel, rtttlCheck.verdict, rtttlCheck.sentence);
+  const bool here = state_.paginaactual == kStartPage;
+  const bool proposed = here && !repairs_.empty();
+  repairButton.visible = here && !proposed && unrepaired_.empty();
+  undoRepairButton.visible = here && !proposed && !unrepaired_.empty();
+  repairList.visible = proposed && repairs_.size() > 1;
+  rtttlView.visible = here && !proposed;
+  for (Control* control : {&repairLabel, &repairNotices, &applyRepairButton, &cancelRepairButton}) {
+    control->visible = proposed;
+  }
   composerView.invitation = rtttlView.invitation = words::kDrawing;
 }
 
@@ -166,7 +205,6 @@ void StartPage::subemelodia(const std::string& nombre) {
   net::UploadMelody(state_.Fetch(), nombre, melodiasube, state_.Text1.text);
 }
 
-// The converter, made on first use.
 nokia3210::CNokia& StartPage::Converter() {
   if (converter_ == nullptr) {
     converter_ = std::make_unique<nokia3210::CNokia>();
@@ -186,7 +224,7 @@ void StartPage::convierteCompositor() {
   rtf.text = converter.ConvertedNotes();
 }
 
-// Builds the RTTTL text of the composer into melodiasube; false after a refusal.
+// Sets melodiasube to the composer's melody as RTTTL; false after a message to the user.
 bool StartPage::BuildComposedMelody() {
   const std::string& name = txtcomponombremelodia.text;
   const std::string& tempo = txtcompoTempo.text;
@@ -236,7 +274,7 @@ void StartPage::cmdscuchartttl_Click() {
 void StartPage::cmdsubirmelortttl_Click() {
   lblMsg.caption.clear();
   melodiasube = txtrtttlsube.text;
-  // A text without ":" is an invalid argument here, which nothing catches.
+  // Without a ":" this throws an invalid argument, which ends the program: deliberate.
   subemelodia(std::string(core::Left(melodiasube, core::InStr(melodiasube, ":") - 1)));
 }
 
@@ -261,8 +299,68 @@ void StartPage::txtmelodiacompo_Change() {
 }
 
 void StartPage::txtrtttlsube_Change() {
-  rtttlCheck = RtttlCheck(txtrtttlsube.text);
-  rtttlDrawing = MelodyDrawing(txtrtttlsube.text, state_.program.gPhoneModel);
+  const std::string& text = txtrtttlsube.text;
+  rtttlCheck = RtttlCheck(text);
+  rtttlDrawing = MelodyDrawing(text, state_.program.gPhoneModel);
+  txtrtttlsube.faults.clear();
+  for (const phones::RtttlFault& fault : rtttlCheck.faults) {
+    if (fault.where.length > 0) {
+      txtrtttlsube.faults.push_back(fault.where);
+    }
+  }
+  repairButton.enabled = rtttlCheck.verdict == Verdict::kBad;
+  // Without a name's end its handler fails, which ends the program.
+  cmdsubirmelortttl.enabled = core::Contains(text, ":");
+  repairs_.clear();
+  unrepaired_.clear();
+}
+
+void StartPage::repairButton_Click() {
+  repairs_ = phones::RepairRtttl(txtrtttlsube.text);
+  if (repairs_.empty()) {
+    core::MsgBox(kNothingToRepair, core::Icon::kInformation);
+    return;
+  }
+  repairList.Clear();
+  for (const phones::RepairedMelody& melody : repairs_) {
+    repairList.AddRow(melody.name);
+  }
+  repairLabel.caption = repairs_.size() > 1
+                            ? std::to_string(repairs_.size()) + std::string(kSeveralFound)
+                            : std::string(kChangesFound);
+  repairList.Select(0);
+  repairList_Click();
+}
+
+void StartPage::repairList_Click() {
+  const int index = repairList.listIndex;
+  if (index >= 0 && static_cast<std::size_t>(index) < repairs_.size()) {
+    repairNotices.text = RepairWords(repairs_[static_cast<std::size_t>(index)]);
+  }
+}
+
+void StartPage::applyRepairButton_Click() {
+  const int index = repairList.listIndex;
+  if (index >= 0 && static_cast<std::size_t>(index) < repairs_.size()) {
+    std::string before = txtrtttlsube.text;
+    SetRtttl(std::move(repairs_[static_cast<std::size_t>(index)].text));
+    unrepaired_ = std::move(before);
+  }
+}
+
+void StartPage::cancelRepairButton_Click() {
+  repairs_.clear();
+}
+
+void StartPage::undoRepairButton_Click() {
+  if (!unrepaired_.empty()) {
+    SetRtttl(std::exchange(unrepaired_, {}));
+  }
+}
+
+void StartPage::SetRtttl(std::string text) {
+  txtrtttlsube.text = std::move(text);
+  txtrtttlsube_Change();
 }
 
 }  // namespace tonadex::app

@@ -5,10 +5,12 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/melody_notes.h"
 #include "app/pages/page.h"
 #include "app/rtttl_check.h"
+#include "phones/rtttl_repair.h"
 
 namespace tonadex::nokia3210 {
 class CNokia;
@@ -26,12 +28,18 @@ class StartPage {
   void cmdsubecompo_Click();
   void cmdscuchartttl_Click();
   void cmdsubirmelortttl_Click();
-  // A character was typed into the tempo box, before it gets there: KeyAscii is its Windows-1252
-  // code (8 is Backspace) and becomes 0 when it is refused. Pasting is not typing.
+  // Called before a typed character reaches the tempo box, not for pasted text: KeyAscii is its
+  // Windows-1252 code (8 is Backspace) and is set to 0 to refuse it.
   void txtcompoTempo_KeyPress(std::int16_t& KeyAscii);
   // A key of the phone was pressed; `key` is its label.
   void keyRow_KeyPressed(std::string_view key, bool held);
-  // The text of a box changed: checks and drawings follow. Never throw, show nothing.
+  // Shows what would be mended in txtrtttlsube; nothing is changed before it is applied.
+  void repairButton_Click();
+  void repairList_Click();  // several melodies were pasted: which one
+  void applyRepairButton_Click();
+  void cancelRepairButton_Click();
+  void undoRepairButton_Click();
+  // The text of a box changed: update its check and its drawing. Never throw, show nothing.
   void txtmelodiacompo_Change();
   void txtrtttlsube_Change();
 
@@ -42,8 +50,8 @@ class StartPage {
   std::string melodiasube;  // the RTTTL text to be uploaded or played
   Drawing composerDrawing;
   Drawing rtttlDrawing;
-  Check composerCheck;  // the count of notes beside the limit of 50
-  Check rtttlCheck;     // beside txtrtttlsube
+  Check composerCheck;             // the count of notes beside the limit of 50
+  phones::MelodyCheck rtttlCheck;  // beside txtrtttlsube
 
   Control lbltitulocompo, lblporfacomprueba;
   Control lblnombremelodiasube, txtcomponombremelodia;
@@ -52,7 +60,8 @@ class StartPage {
   Control composerCheckLabel, keyRow, composerView;
   Control lblMsg, cmdscuchacumpo, cmdsubecompo;
   Control lbltitulortttl, labelformatortttl, txtrtttlsube;
-  Control rtttlCheckLabel, rtttlView;
+  Control rtttlCheckLabel, repairButton, undoRepairButton, rtttlView;
+  Control repairLabel, repairList, repairNotices, applyRepairButton, cancelRepairButton;
   Control cmdscuchartttl, cmdsubirmelortttl;
   Control rtf;  // the converted RTTTL notes; never shown
 
@@ -65,7 +74,10 @@ class StartPage {
 
  private:
   bool BuildComposedMelody();
+  void SetRtttl(std::string text);
 
+  std::vector<phones::RepairedMelody> repairs_;  // proposed; empty when nothing is
+  std::string unrepaired_;                       // what the box held before; "" when not repaired
   SharedState& state_;
   std::unique_ptr<nokia3210::CNokia> converter_;  // created with the first visit to the page
 };

@@ -43,7 +43,7 @@ void WebPage::Navigate(Control& view, std::string_view path) {
   try {
     state_.program.services.webViews.Navigate(id, view.address);
   } catch (const std::exception&) {
-    // A web view that fails never keeps a page from being shown.
+    // A failing web view must not prevent a page from being shown.
   }
 }
 

@@ -13,8 +13,8 @@ class WebPage {
   explicit WebPage(SharedState& state);
 
   void Timer1_Timer();
-  // The user clicked a link in the banner. The shell stops that navigation and raises this; a
-  // navigation that the program asked for never raises it.
+  // The user clicked a link in the banner. The shell cancels that navigation and calls this, but
+  // not for navigations that the program requested.
   void navbanner_BeforeNavigate();
 
   Control navbanner, WebBrowser1;

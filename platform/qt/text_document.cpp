@@ -25,46 +25,17 @@ QColor ToQColor(const rtf::Colour& colour) {
   return {colour.red, colour.green, colour.blue};
 }
 
-QFont::StyleHint HintOf(rtf::FontFamily family) {
-  switch (family) {
-    case rtf::FontFamily::kSerif:
-      return QFont::Serif;
-    case rtf::FontFamily::kSans:
-      return QFont::SansSerif;
-    case rtf::FontFamily::kFixed:
-      return QFont::Monospace;
-    case rtf::FontFamily::kAny:
-      break;
-  }
-  return QFont::AnyStyle;
-}
+// In the order of rtf::FontFamily, rtf::TabKind and rtf::Alignment.
+constexpr QFont::StyleHint kHints[] = {QFont::AnyStyle, QFont::Serif, QFont::SansSerif,
+                                       QFont::Monospace};
+constexpr QTextOption::TabType kTabTypes[] = {QTextOption::LeftTab, QTextOption::CenterTab,
+                                              QTextOption::RightTab, QTextOption::DelimiterTab};
+constexpr Qt::Alignment kAlignments[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight,
+                                         Qt::AlignJustify};
 
-QTextOption::TabType TypeOf(rtf::TabKind kind) {
-  switch (kind) {
-    case rtf::TabKind::kCentre:
-      return QTextOption::CenterTab;
-    case rtf::TabKind::kRight:
-      return QTextOption::RightTab;
-    case rtf::TabKind::kDecimal:
-      return QTextOption::DelimiterTab;
-    case rtf::TabKind::kLeft:
-      break;
-  }
-  return QTextOption::LeftTab;
-}
-
-Qt::Alignment AlignmentOf(rtf::Alignment alignment) {
-  switch (alignment) {
-    case rtf::Alignment::kCentre:
-      return Qt::AlignHCenter;
-    case rtf::Alignment::kRight:
-      return Qt::AlignRight;
-    case rtf::Alignment::kJustify:
-      return Qt::AlignJustify;
-    case rtf::Alignment::kLeft:
-      break;
-  }
-  return Qt::AlignLeft;
+template <typename Value, std::size_t count, typename Index>
+Value At(const Value (&values)[count], Index index) {
+  return values[static_cast<std::size_t>(index)];
 }
 
 bool Framed(const rtf::ParagraphFormat& format) {
@@ -176,7 +147,7 @@ void Filler::FillRuns(const rtf::Paragraph& paragraph) {
 QTextBlockFormat Filler::BlockFormatOf(const rtf::ParagraphFormat& format) const {
   QTextBlockFormat block;
   const bool ragged = drawing_.screen && format.alignment == rtf::Alignment::kJustify;
-  block.setAlignment(ragged ? Qt::AlignLeft : AlignmentOf(format.alignment));
+  block.setAlignment(ragged ? Qt::AlignLeft : At(kAlignments, format.alignment));
   block.setLeftMargin(Pixels(format.left));
   block.setRightMargin(Pixels(format.right));
   block.setTextIndent(Pixels(format.first));
@@ -212,7 +183,8 @@ void Filler::SetTabs(QTextBlockFormat& block, const rtf::ParagraphFormat& format
                  {format.left, rtf::TabKind::kLeft});
   }
   for (const rtf::Tab& tab : stops) {  // ascending: the layout uses the first one after the text
-    tabs.append({Pixels(tab.position - format.left - format.first), TypeOf(tab.kind), QChar(u',')});
+    tabs.append(
+        {Pixels(tab.position - format.left - format.first), At(kTabTypes, tab.kind), QChar(u',')});
   }
   block.setTabPositions(tabs);
 }
@@ -243,34 +215,21 @@ QTextTableFormat Filler::FrameFormatOf(const rtf::ParagraphFormat& first, int sp
 
 void Filler::SetBorders(QTextTableCell cell, const rtf::ParagraphFormat& format) const {
   constexpr int kShadedSpace = 80;  // between a shaded ground's edge and its text
+  // The properties of the four sides are numbered top, bottom, left, right.
+  constexpr int kSides[] = {0, 2, 1, 3};  // of the borders top, left, bottom, right
   QTextTableCellFormat shape;
-  const auto brushOf = [&](const rtf::Border& border) {
-    return border.colour ? QBrush(Ink(*border.colour)) : QBrush(Ink({}));
-  };
-  const auto styleOf = [](const rtf::Border& border) {
-    return border.width > 0 ? QTextFrameFormat::BorderStyle_Solid
-                            : QTextFrameFormat::BorderStyle_None;
-  };
-  const auto paddingOf = [&](const rtf::Border& border) {
-    return Pixels(std::max(border.space, format.shading ? kShadedSpace : 0));
-  };
-  const auto& [top, left, bottom, right] = format.borders;
-  shape.setTopBorder(Pixels(top.width));
-  shape.setLeftBorder(Pixels(left.width));
-  shape.setBottomBorder(Pixels(bottom.width));
-  shape.setRightBorder(Pixels(right.width));
-  shape.setTopBorderBrush(brushOf(top));
-  shape.setLeftBorderBrush(brushOf(left));
-  shape.setBottomBorderBrush(brushOf(bottom));
-  shape.setRightBorderBrush(brushOf(right));
-  shape.setTopBorderStyle(styleOf(top));
-  shape.setLeftBorderStyle(styleOf(left));
-  shape.setBottomBorderStyle(styleOf(bottom));
-  shape.setRightBorderStyle(styleOf(right));
-  shape.setTopPadding(paddingOf(top));
-  shape.setLeftPadding(paddingOf(left));
-  shape.setBottomPadding(paddingOf(bottom));
-  shape.setRightPadding(paddingOf(right));
+  for (std::size_t i = 0; i < format.borders.size(); ++i) {
+    const rtf::Border& border = format.borders[i];
+    const int side = kSides[i];
+    const int space = std::max(border.space, format.shading ? kShadedSpace : 0);
+    shape.setProperty(QTextFormat::TableCellTopBorder + side, Pixels(border.width));
+    shape.setProperty(QTextFormat::TableCellTopBorderBrush + side,
+                      QBrush(Ink(border.colour.value_or(rtf::Colour{}))));
+    shape.setProperty(QTextFormat::TableCellTopBorderStyle + side,
+                      int{border.width > 0 ? QTextFrameFormat::BorderStyle_Solid
+                                           : QTextFrameFormat::BorderStyle_None});
+    shape.setProperty(QTextFormat::TableCellTopPadding + side, Pixels(space));
+  }
   if (format.shading) {
     shape.setBackground(Ground(*format.shading));
   }
@@ -309,7 +268,7 @@ void Filler::SetFont(QTextCharFormat& target, const rtf::RunFormat& format) cons
     if (!chosen.name.empty()) {
       target.setFontFamilies({QString::fromStdU16String(chosen.name)});
     }
-    target.setFontStyleHint(HintOf(chosen.family));
+    target.setFontStyleHint(At(kHints, chosen.family));
   } else if (chosen.family == rtf::FontFamily::kFixed) {
     target.setFontFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
     target.setFontFixedPitch(true);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/win32/send.h"
+
 namespace tonadex::platform {
 namespace {
 
@@ -36,20 +38,20 @@ HWND MakeRichEdit(HWND parent, DWORD style) {
   const HWND control = CreateWindowExW(
       0, RICHEDIT_CLASSW, L"", ES_MULTILINE | style | (parent == nullptr ? WS_POPUP : WS_CHILD), 0,
       0, 100, 100, parent, nullptr, GetModuleHandleW(nullptr), nullptr);
-  SendMessageW(control, EM_EXLIMITTEXT, 0, kMostText);
+  Send(control, EM_EXLIMITTEXT, 0, kMostText);
   return control;
 }
 
 std::string RichEditSource(HWND richEdit) {
   std::string source;
   EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&source), 0, Append};
-  SendMessageW(richEdit, EM_STREAMOUT, SF_RTF, reinterpret_cast<LPARAM>(&stream));
+  Send(richEdit, EM_STREAMOUT, SF_RTF, &stream);
   return source;
 }
 
 bool SetRichEditSource(HWND richEdit, std::string_view source) {
   EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&source), 0, Hand};
-  SendMessageW(richEdit, EM_STREAMIN, SF_RTF, reinterpret_cast<LPARAM>(&stream));
+  Send(richEdit, EM_STREAMIN, SF_RTF, &stream);
   return stream.dwError == 0;
 }
 

@@ -9,6 +9,7 @@
 #include "core/windows1252.h"
 #include "files/read.h"
 #include "platform/win32/rich_edit.h"
+#include "platform/win32/send.h"
 
 namespace tonadex::platform {
 namespace {
@@ -51,8 +52,7 @@ class PrinterContext {
 
 LONG TextLength(HWND control) {
   GETTEXTLENGTHEX want{GTL_NUMCHARS | GTL_PRECISE, kUtf16};
-  return static_cast<LONG>(
-      SendMessageW(control, EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&want), 0));
+  return static_cast<LONG>(Send(control, EM_GETTEXTLENGTHEX, &want));
 }
 
 // Prints page by page; stops when the control makes no progress, which would print for ever.
@@ -66,15 +66,14 @@ bool PrintPages(HWND control, const PrinterContext& printer) {
     range.rc = printer.Page();
     range.chrg = {next, -1};
     good = StartPage(printer.get()) > 0;
-    const LONG reached = static_cast<LONG>(
-        SendMessageW(control, EM_FORMATRANGE, TRUE, reinterpret_cast<LPARAM>(&range)));
+    const LONG reached = static_cast<LONG>(Send(control, EM_FORMATRANGE, TRUE, &range));
     good = good && EndPage(printer.get()) > 0;
     if (reached <= next) {
       break;
     }
     next = reached;
   }
-  SendMessageW(control, EM_FORMATRANGE, FALSE, 0);  // frees its cache
+  Send(control, EM_FORMATRANGE, FALSE);  // frees its cache
   return good;
 }
 

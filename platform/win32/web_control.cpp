@@ -1,9 +1,11 @@
 #include "platform/win32/web_control.h"
 
+#include <comutil.h>
 #include <exdisp.h>
 #include <exdispid.h>
 #include <mshtmhst.h>
 #include <ole2.h>
+#include <wrl/client.h>
 
 #include <atomic>
 #include <string>
@@ -17,42 +19,7 @@ namespace {
 constexpr wchar_t kHostClass[] = L"TonadexWeb";
 constexpr ULONGLONG kClickMs = 1000;  // longest time from a click to the navigation that it starts
 
-// An owning COM pointer.
-template <typename T>
-class Ref {
- public:
-  Ref() = default;
-  ~Ref() { Reset(); }
-  Ref(const Ref&) = delete;
-  Ref& operator=(const Ref&) = delete;
-
-  T* operator->() const { return pointer_; }
-  T* get() const { return pointer_; }
-  explicit operator bool() const { return pointer_ != nullptr; }
-  T** out() { return &pointer_; }
-  void** any() { return reinterpret_cast<void**>(&pointer_); }
-  void Reset() {
-    if (pointer_ != nullptr) {
-      std::exchange(pointer_, nullptr)->Release();
-    }
-  }
-
- private:
-  T* pointer_ = nullptr;
-};
-
-class Text {
- public:
-  explicit Text(std::wstring_view text)
-      : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
-  ~Text() { SysFreeString(text_); }
-  Text(const Text&) = delete;
-  Text& operator=(const Text&) = delete;
-  BSTR get() const { return text_; }
-
- private:
-  BSTR text_;
-};
+using Microsoft::WRL::ComPtr;
 
 }  // namespace
 
@@ -76,10 +43,10 @@ struct WebControl::Site final : IOleClientSite,
   HWND host = nullptr;
   Links links;
   std::function<void()> left;
-  Ref<IOleObject> object;
-  Ref<IWebBrowser2> browser;
-  Ref<IOleInPlaceActiveObject> active;
-  Ref<IConnectionPoint> events;
+  ComPtr<IOleObject> object;
+  ComPtr<IWebBrowser2> browser;
+  ComPtr<IOleInPlaceActiveObject> active;
+  ComPtr<IConnectionPoint> events;
   DWORD eventsCookie = 0;
   bool tried = false;
   ULONGLONG clicked = 0;  // time of the last click or Enter in the page, ms; 0 for never
@@ -265,21 +232,21 @@ void WebControl::Site::Make() {
   tried = true;
   RECT place{};
   GetClientRect(host, &place);
-  Ref<IConnectionPointContainer> points;
+  ComPtr<IConnectionPointContainer> points;
   const bool works =
-      CoCreateInstance(CLSID_WebBrowser, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject,
-                       object.any()) == S_OK &&
+      CoCreateInstance(CLSID_WebBrowser, nullptr, CLSCTX_INPROC_SERVER,
+                       IID_PPV_ARGS(object.GetAddressOf())) == S_OK &&
       object->SetClientSite(this) == S_OK &&
       SUCCEEDED(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, this, 0, host, &place)) &&
-      object->QueryInterface(IID_IWebBrowser2, browser.any()) == S_OK;
+      object.As(&browser) == S_OK;
   if (!works) {
     Drop();
     return;
   }
   browser->put_Silent(VARIANT_TRUE);  // no boxes about script errors
-  object->QueryInterface(IID_IOleInPlaceActiveObject, active.any());
-  if (object->QueryInterface(IID_IConnectionPointContainer, points.any()) == S_OK &&
-      points->FindConnectionPoint(DIID_DWebBrowserEvents2, events.out()) == S_OK) {
+  object.As(&active);
+  if (object.As(&points) == S_OK &&
+      points->FindConnectionPoint(DIID_DWebBrowserEvents2, events.GetAddressOf()) == S_OK) {
     events->Advise(static_cast<DWebBrowserEvents2*>(this), &eventsCookie);
   }
 }
@@ -299,8 +266,8 @@ void WebControl::Site::Drop() {
 }
 
 void WebControl::Site::Fit() {
-  Ref<IOleInPlaceObject> place;
-  if (object && object->QueryInterface(IID_IOleInPlaceObject, place.any()) == S_OK) {
+  ComPtr<IOleInPlaceObject> place;
+  if (object && object.As(&place) == S_OK) {
     RECT area{};
     GetClientRect(host, &area);
     place->SetObjectRects(&area, &area);
@@ -333,10 +300,10 @@ void WebControl::Site::TellThatAClickLeft() {
 
 // The arguments are in reverse order: [0] is Cancel, [6] the frame that navigates.
 HRESULT WebControl::Site::BeforeNavigate(DISPPARAMS& arguments) {
-  Ref<IUnknown> frame, whole;
+  ComPtr<IUnknown> frame, whole;
   if (links == Links::kFollow || arguments.rgvarg[6].pdispVal == nullptr ||
-      arguments.rgvarg[6].pdispVal->QueryInterface(IID_IUnknown, frame.any()) != S_OK ||
-      browser->QueryInterface(IID_IUnknown, whole.any()) != S_OK || frame.get() != whole.get()) {
+      arguments.rgvarg[6].pdispVal->QueryInterface(IID_PPV_ARGS(frame.GetAddressOf())) != S_OK ||
+      browser.As(&whole) != S_OK || frame.Get() != whole.Get()) {
     return S_OK;  // allow it: a followed link, or a frame within the page
   }
   if (std::exchange(ours, false)) {
@@ -368,17 +335,11 @@ void WebControl::Navigate(std::string_view url) {
   if (!site_->browser) {
     return;
   }
-  const Text address(ToWide(url));
-  VARIANT where{};
-  where.vt = VT_BSTR;
-  where.bstrVal = address.get();
-  VARIANT flags{};
-  flags.vt = VT_I4;
-  flags.lVal = navNoHistory | navNoReadFromCache;
-  VARIANT none{};
+  _variant_t address(ToWide(url).c_str()), none;
+  _variant_t flags(static_cast<long>(navNoHistory | navNoReadFromCache));
   site_->ours = true;
   site_->ours =
-      SUCCEEDED(site_->browser->Navigate2(&where, &flags, &none, &none, &none)) && site_->ours;
+      SUCCEEDED(site_->browser->Navigate2(&address, &flags, &none, &none, &none)) && site_->ours;
 }
 
 bool WebControl::Translate(MSG& message) {

@@ -9,24 +9,6 @@ namespace {
 
 constexpr std::string_view kUserClasses = "Software\\Classes\\";
 
-class Key {
- public:
-  Key() = default;
-  ~Key() {
-    if (key_ != nullptr) {
-      RegCloseKey(key_);
-    }
-  }
-  Key(const Key&) = delete;
-  Key& operator=(const Key&) = delete;
-
-  HKEY get() const { return key_; }
-  HKEY* out() { return &key_; }
-
- private:
-  HKEY key_ = nullptr;
-};
-
 // The predefined keys are sign-extended 32-bit numbers.
 HKEY Root(std::uint32_t root) {
   return reinterpret_cast<HKEY>(static_cast<LONG_PTR>(static_cast<LONG>(root)));
@@ -34,31 +16,23 @@ HKEY Root(std::uint32_t root) {
 
 bool Store(HKEY root, const std::string& key, const std::string& name,
            const app::RegistryValue& value) {
-  Key opened;
-  return RegCreateKeyA(root, key.c_str(), opened.out()) == ERROR_SUCCESS &&
-         RegSetValueExA(opened.get(), name.c_str(), 0, value.type,
-                        reinterpret_cast<const BYTE*>(value.data.data()),
-                        static_cast<DWORD>(value.data.size())) == ERROR_SUCCESS;
+  return RegSetKeyValueA(root, key.c_str(), name.c_str(), value.type, value.data.data(),
+                         static_cast<DWORD>(value.data.size())) == ERROR_SUCCESS;
 }
 
+// A text that was stored without its NUL gets one.
 std::optional<app::RegistryValue> Load(HKEY root, const std::string& key, const std::string& name) {
-  Key opened;
-  DWORD type = 0;
-  DWORD size = 0;
-  if (RegOpenKeyA(root, key.c_str(), opened.out()) != ERROR_SUCCESS ||
-      RegQueryValueExA(opened.get(), name.c_str(), nullptr, &type, nullptr, &size) !=
-          ERROR_SUCCESS) {
-    return std::nullopt;
-  }
-  // Room for the NUL that is added to a text stored without one.
-  std::string data(std::size_t{size} + 2, '\0');
-  size = static_cast<DWORD>(data.size());
-  if (RegQueryValueExA(opened.get(), name.c_str(), nullptr, &type,
-                       reinterpret_cast<BYTE*>(data.data()), &size) != ERROR_SUCCESS) {
-    return std::nullopt;
+  DWORD type = 0, size = 0;
+  std::string data;
+  LSTATUS status = ERROR_MORE_DATA;
+  for (int tries = 0; tries < 2 && status == ERROR_MORE_DATA; ++tries) {
+    data.resize(size);
+    status = RegGetValueA(root, key.c_str(), name.c_str(), RRF_RT_ANY | RRF_NOEXPAND, &type,
+                          data.data(), &size);
   }
   data.resize(size);
-  return app::RegistryValue{type, std::move(data)};
+  return status == ERROR_SUCCESS ? std::optional(app::RegistryValue{type, std::move(data)})
+                                 : std::nullopt;
 }
 
 }  // namespace

@@ -9,17 +9,17 @@
 
 namespace tonadex::shell {
 
-// The melody server of a run of the desktop program: the one that is configured, else one of its
-// own, which starts in a thread while the splash stands.
+// The melody server of the desktop program: the configured one, else an embedded one, which starts
+// in a thread while the splash is shown.
 class DesktopServer {
  public:
   // `argument`: base address from the command line, "" for none.
   DesktopServer(const std::string& argument, const std::filesystem::path& programFolder,
                 const std::filesystem::path& installedData);
 
-  // The configured base address; "" while the own server may still be starting.
+  // The configured base address; "" when the embedded server is to be used.
   const std::string& Configured() const { return configured_; }
-  // The base address to use, "" when there is no server. Waits until the own one has started.
+  // The base address to use, "" when there is no server. Waits until the embedded one has started.
   std::string Address();
 
  private:

@@ -4,7 +4,7 @@
 
 namespace tonadex::shell {
 
-// An object that is made when it is first asked for.
+// Creates an object on first use.
 template <typename T>
 class OnFirstUse {
  public:
@@ -14,7 +14,7 @@ class OnFirstUse {
     }
     return *object_;
   }
-  // Null while nobody asked for it.
+  // Null before the first use.
   T* Made() const { return object_.get(); }
 
  private:

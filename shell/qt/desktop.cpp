@@ -82,7 +82,7 @@ Desktop::~Desktop() = default;
 int Desktop::Run() {
   QObject::connect(&parts_->splash, &Splash::Finished, [this] { parts_->OpenWindow(); });
   parts_->splash.Start();
-  // The window is made while the splash stands, once that has been painted.
+  // Loads the browser and builds the window after the splash has been painted.
   QTimer::singleShot(kSplashPaintMs, &parts_->splash, [this] { parts_->MakeWindow(); });
   const int code = QApplication::exec();
   return parts_->program.exitCode != 0 ? parts_->program.exitCode : code;

@@ -21,7 +21,7 @@ namespace {
 constexpr int kNoDisplay = 3;  // exit code; a script can then start the terminal program
 constexpr int kBadArguments = 2;
 
-// The toolkit gives up when it finds no screen. It says so here, before anything else was done.
+// Qt aborts when it finds no screen; this says why and exits with a code of its own.
 void ReportNoDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
   if (type == QtFatalMsg) {
     std::fputs(
@@ -44,7 +44,7 @@ void PrepareEnvironment() {
   }
 }
 
-// What the toolkit's Spanish texts leave out of its file dialog.
+// Words of the file dialog that Qt's Spanish translation lacks.
 class FileKinds : public QTranslator {
  public:
   using QTranslator::QTranslator;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "platform/win32/send.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/hook.h"
 #include "shell/win32/icons.h"
@@ -20,17 +21,16 @@ using app::Control;
 using app::ControlInfo;
 using app::Event;
 using app::Look;
+using platform::Send;
 
 // ---- How a control looks ------------------------------------------------------------------------
 
-// A bar at the side of several lines only while they do not fit.
+// Shows the scroll bar of a multi-line edit only while its text does not fit.
 void KeepScrollBarInNeed(HWND edit) {
   HookWindow(edit, [](HWND window, UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
     if (message != WM_PAINT) {
       return std::nullopt;
     }
-    RECT area{};
-    GetClientRect(window, &area);
     SCROLLINFO info{};
     info.cbSize = sizeof info;
     info.fMask = SIF_RANGE | SIF_PAGE;
@@ -50,21 +50,19 @@ HWND MakeEdit(Look look, HWND parent, int id) {
   DWORD style = WS_TABSTOP | (reading ? ES_READONLY : 0U);
   style |= lines ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : ES_AUTOHSCROLL;
   const HWND edit = MakeChild(L"EDIT", style, parent, id);
-  SendMessageW(edit, EM_SETLIMITTEXT, 0, 0);  // as much as there is memory for
+  Send(edit, EM_SETLIMITTEXT);  // no limit
   if (lines) {
     KeepScrollBarInNeed(edit);
   }
   return edit;
 }
 
-// The frame around a field is the parent's to paint.
+// The parent paints the frame around a field, which shows the focus.
 void RepaintFrameWithFocus(HWND field, HWND parent) {
   HookWindow(field, [parent](HWND window, UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
     if (message == WM_SETFOCUS || message == WM_KILLFOCUS) {
       constexpr int kWidestFrame = 24;
-      RECT box{};
-      GetWindowRect(window, &box);
-      MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&box), 2);
+      RECT box = PlaceIn(parent, window);
       InflateRect(&box, kWidestFrame, kWidestFrame);
       InvalidateRect(parent, &box, FALSE);
     }
@@ -96,37 +94,36 @@ HWND MakePicture(const ControlInfo& info, HWND parent, int id, const Theme& them
 
 HWND MakeSlider(HWND parent, int id) {
   const HWND slider = MakeChild(TRACKBAR_CLASSW, WS_TABSTOP | TBS_HORZ | TBS_NOTICKS, parent, id);
-  SendMessageW(slider, TBM_SETRANGE, TRUE, MAKELPARAM(kSmallestType, kLargestType));
+  Send(slider, TBM_SETRANGE, TRUE, MAKELPARAM(kSmallestType, kLargestType));
   return slider;
 }
 
 // ---- Drawing and reading back -------------------------------------------------------------------
 
 void DrawComboBox(HWND box, const Control& control) {
-  bool same = SendMessageW(box, CB_GETCOUNT, 0, 0) == static_cast<LRESULT>(control.rows.size());
+  bool same = Send(box, CB_GETCOUNT) == static_cast<LRESULT>(control.rows.size());
   for (std::size_t i = 0; same && i < control.rows.size(); ++i) {
-    std::wstring row(static_cast<std::size_t>(SendMessageW(box, CB_GETLBTEXTLEN, i, 0)) + 1, L'\0');
-    SendMessageW(box, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(row.data()));
+    std::wstring row(static_cast<std::size_t>(Send(box, CB_GETLBTEXTLEN, i)) + 1, L'\0');
+    Send(box, CB_GETLBTEXT, i, row.data());
     row.pop_back();
     same = row == platform::ToWide(control.rows[i].text);
   }
   if (!same) {
-    SendMessageW(box, CB_RESETCONTENT, 0, 0);
+    Send(box, CB_RESETCONTENT);
     for (const app::ListRow& row : control.rows) {
-      SendMessageW(box, CB_ADDSTRING, 0,
-                   reinterpret_cast<LPARAM>(platform::ToWide(row.text).c_str()));
+      Send(box, CB_ADDSTRING, 0, platform::ToWide(row.text).c_str());
     }
   }
   SetText(box, control.text);
 }
 
-// As one step that the user can undo.
+// Replaces the text as one step that the user can undo.
 void DrawArea(HWND area, const Control& control) {
   const std::wstring text = platform::ToWideLines(control.text);
   if (WindowText(area) != text) {
-    SendMessageW(area, EM_SETSEL, 0, -1);
-    SendMessageW(area, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
-    SendMessageW(area, EM_SETSEL, control.cursor, static_cast<LPARAM>(control.cursor));
+    Send(area, EM_SETSEL, 0, -1);
+    Send(area, EM_REPLACESEL, TRUE, text.c_str());
+    Send(area, EM_SETSEL, control.cursor, control.cursor);
   }
 }
 
@@ -190,7 +187,7 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
   for (const ControlInfo& info : app::Controls()) {
     bound_.push_back(Make(info));
     const HWND window = bound_.back().window;
-    if (info.look != Look::kDrawing) {  // which tells more
+    if (info.look != Look::kDrawing) {  // it describes its melody
       SetSpokenName(window, info.spoken);
     }
     if (window != nullptr && bound_.back().browser == nullptr) {
@@ -290,14 +287,14 @@ void Binding::CopyIn() {
     }
     if (look == Look::kArea) {
       DWORD end = 0;
-      SendMessageW(bound.window, EM_GETSEL, 0, reinterpret_cast<LPARAM>(&end));
+      Send(bound.window, EM_GETSEL, 0, &end);
       control.cursor = end;
     } else if (look == Look::kComboBox) {
       control.SetText(std::string(control.text));
     } else if (look == Look::kDisplay) {
       control.value = bound.display->ChosenPixelSize();
     } else if (look == Look::kSlider) {
-      control.value = static_cast<int>(SendMessageW(bound.window, TBM_GETPOS, 0, 0));
+      control.value = static_cast<int>(Send(bound.window, TBM_GETPOS));
     } else if (bound.list != nullptr && bound.list->Selected() != control.listIndex) {
       control.Select(bound.list->Selected());
     }
@@ -340,8 +337,7 @@ void Binding::ThemeChanged() {
       const Font& font = look == Look::kArea ? theme_.mono : theme_.FontOf(bound.info->font);
       SetWindowFont(bound.window, font.get(), TRUE);
       if (look == Look::kComboBox) {
-        SendMessageW(bound.window, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
-                     theme_.control - theme_.Px(kGrid));
+        Send(bound.window, CB_SETITEMHEIGHT, -1, theme_.control - theme_.Px(kGrid));
       }
     }
   }
@@ -386,8 +382,8 @@ void Binding::Command(int id, int notification) {
       break;
     case Look::kComboBox:
       if (notification == CBN_SELCHANGE) {
-        // Its text follows only after this message.
-        const auto row = SendMessageW(bound.window, CB_GETCURSEL, 0, 0);
+        // The control sets its text only after this message.
+        const auto row = Send(bound.window, CB_GETCURSEL);
         const auto& rows = (form_.*bound.info->member).rows;
         if (row >= 0 && row < static_cast<LRESULT>(rows.size())) {
           SetText(bound.window, rows[static_cast<std::size_t>(row)].text);

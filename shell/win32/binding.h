@@ -17,7 +17,7 @@
 
 namespace tonadex::shell {
 
-// The system's ids of the controls: the first one and one more for each row of app::Controls().
+// Control ids: this one for the first row of app::Controls(), then consecutive.
 inline constexpr int kFirstControlId = 1000;
 
 struct BoundControl {
@@ -33,12 +33,12 @@ struct BoundControl {
   int Id() const { return kFirstControlId + static_cast<int>(info - app::Controls().data()); }
 };
 
-// Ties every control of the model to one window. It knows how the kinds of controls are drawn and
-// read back, and nothing of what they mean.
+// Binds each control of the model to one window: draws it and reads it back by its look, without
+// knowing what it means.
 class Binding {
  public:
   using Handler = std::function<void()>;
-  // Calls a handler of the model: copies the user's edits in, runs it, draws.
+  // Runs a handler of the model between copying in the user's edits and drawing.
   using Dispatch = std::function<void(const Handler&)>;
 
   Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dispatch);
@@ -46,19 +46,19 @@ class Binding {
   std::span<const BoundControl> Controls() const { return bound_; }
   const BoundControl& Of(app::Control app::Form1::*member) const;
   HWND Window(app::Control app::Form1::*member) const { return Of(member).window; }
-  // The row of a window, nullptr when it is none of ours.
+  // The control of a window, nullptr for a window of someone else.
   const BoundControl* Find(HWND window) const;
 
-  // What the user typed and chose, into the model.
+  // Copies what the user typed and chose into the model.
   void CopyIn();
-  // The model's state onto the windows; what is as it should be is left alone.
+  // Updates the windows that differ from the model.
   void Draw();
   void ThemeChanged();
 
   // Answer the parent's WM_COMMAND and WM_TIMER.
   void Command(int id, int notification);
   void Tick(UINT_PTR timer);
-  // Calls the model's handler of this event; without one a choice is drawn all the same.
+  // Calls the model's handler of this event; a click without a handler still redraws.
   void Raise(const BoundControl& bound, app::Event event);
 
  private:
@@ -69,7 +69,7 @@ class Binding {
   const Theme& theme_;
   Dispatch dispatch_;
   std::vector<BoundControl> bound_;
-  bool drawing_ = false;  // what windows report while they are drawn is no user's doing
+  bool drawing_ = false;  // ignore what windows report meanwhile: the user did nothing
 };
 
 }  // namespace tonadex::shell

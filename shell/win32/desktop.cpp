@@ -25,7 +25,7 @@
 namespace tonadex::shell {
 namespace {
 
-// The system's libraries that want a beginning and an end.
+// Initialises the system's libraries for its lifetime.
 class SystemLibraries {
  public:
   SystemLibraries() {
@@ -46,7 +46,7 @@ class SystemLibraries {
   ULONG_PTR drawing_ = 0;
 };
 
-// Calls reach the window's two browsers once the window stands.
+// Forwards to the window's two browsers once the window exists.
 class WindowWebViews : public app::WebViews {
  public:
   explicit WindowWebViews(std::unique_ptr<MainWindow>& window) : window_(window) {}
@@ -60,7 +60,7 @@ class WindowWebViews : public app::WebViews {
   std::unique_ptr<MainWindow>& window_;
 };
 
-// In the order in which they depend on each other.
+// Members in order of dependency.
 struct Desktop {
   explicit Desktop(const std::string& argument)
       : folder(platform::PrepareProgramFolder()),
@@ -124,7 +124,7 @@ int RunDesktop(const std::string& server) {
       DispatchMessageW(&message);
     }
   }
-  desktop.window.reset();  // it uses what is declared behind it
+  desktop.window.reset();  // it uses members declared after it
   return desktop.program.exitCode;
 }
 

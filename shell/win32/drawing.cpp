@@ -17,11 +17,16 @@ void AddRoundedBox(Gdiplus::GraphicsPath& path, REAL x, REAL y, REAL width, REAL
 
 }  // namespace
 
+void Fill(HDC context, const RECT& box, COLORREF colour) {
+  SetDCBrushColor(context, colour);
+  FillRect(context, &box, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+}
+
 void RoundedBox(HDC context, const RECT& box, int radius, COLORREF fill, COLORREF frame,
                 int frameWidth) {
   Gdiplus::Graphics graphics(context);
   graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-  // Whole numbers are the middles of pixels.
+  // Integer coordinates are pixel centres.
   const REAL half = static_cast<REAL>(frameWidth - 1) / 2;
   Gdiplus::GraphicsPath path;
   AddRoundedBox(path, static_cast<REAL>(box.left) + half, static_cast<REAL>(box.top) + half,

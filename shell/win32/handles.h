@@ -6,7 +6,7 @@
 
 #include <memory>
 
-// Drawing objects of the system that let go by themselves.
+// Owners of the system's drawing objects.
 namespace tonadex::shell {
 
 struct DeleteGdiObject {
@@ -15,7 +15,7 @@ struct DeleteGdiObject {
 using Font = std::unique_ptr<HFONT__, DeleteGdiObject>;
 using Brush = std::unique_ptr<HBRUSH__, DeleteGdiObject>;
 
-// Draws into memory and puts the whole picture on the window at its end, so that nothing flickers.
+// Paints into a buffer that is copied to the window at the end, so that nothing flickers.
 class BufferedPaint {
  public:
   explicit BufferedPaint(HWND window) : window_(window) {

@@ -1,16 +1,16 @@
 #include "shell/win32/help_window.h"
 
 #include <commctrl.h>
-#include <commdlg.h>
 #include <richedit.h>
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 
 #include "app/words.h"
 #include "platform/win32/rich_edit.h"
+#include "platform/win32/send.h"
 #include "platform/win32/wide_text.h"
-#include "rtf/rtf_reader.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
 #include "shell/win32/widgets/button.h"
@@ -19,33 +19,24 @@
 namespace tonadex::shell {
 namespace {
 
+using platform::Send;
+
 constexpr wchar_t kClass[] = L"TonadexAyuda";
 constexpr int kWidth = 960, kHeight = 700, kContentsWidth = 260, kHitsWidth = 96;
 enum Id : int { kSearchId = 1, kHitsId, kContentsId, kTextId, kFirstButtonId };
 
 constexpr std::string_view kSearchWords = "Buscar en la ayuda";
 constexpr std::string_view kContentsWords = "Contenido";
+constexpr std::string_view kTextWords = "Texto de la ayuda";
 constexpr std::string_view kDeeper = "    ";
-
-// The text as the control counts its characters.
-std::wstring DrawnText(HWND richEdit) {
-  GETTEXTLENGTHEX length{GTL_NUMCHARS, 1200};
-  const auto size =
-      SendMessageW(richEdit, EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&length), 0);
-  std::wstring text(static_cast<std::size_t>(size) + 1, L'\0');
-  GETTEXTEX wanted{static_cast<DWORD>(text.size() * sizeof(wchar_t)), GT_DEFAULT, 1200, nullptr,
-                   nullptr};
-  text.resize(static_cast<std::size_t>(SendMessageW(richEdit, EM_GETTEXTEX,
-                                                    reinterpret_cast<WPARAM>(&wanted),
-                                                    reinterpret_cast<LPARAM>(text.data()))));
-  return text;
-}
+constexpr double kMark = 0.3;             // of the accent on the page
+constexpr std::size_t kMarkedHits = 300;  // each mark splits a run of the control's text
 
 bool Down(int key) {
   return GetKeyState(key) < 0;
 }
 
-// What a key does while Ctrl, Alt and Shift are as they are.
+// The command of a key together with the modifiers held now.
 std::optional<app::HelpCommand> CommandOf(WPARAM key, bool searching) {
   using app::HelpCommand;
   if (key == VK_F3 || (key == VK_RETURN && searching)) {
@@ -63,47 +54,30 @@ std::optional<app::HelpCommand> CommandOf(WPARAM key, bool searching) {
   return Down(VK_CONTROL) && key == '0' ? std::optional(HelpCommand::kNormal) : std::nullopt;
 }
 
-std::u16string Utf16(const std::wstring& text) {
-  return {text.begin(), text.end()};
-}
-
 }  // namespace
 
 HelpWindow::HelpWindow() : theme_(GetDpiForSystem()) {
   RegisterKind(kClass, ObjectProcedure<HelpWindow>);
-  const HINSTANCE program = GetModuleHandleW(nullptr);
-  window_ =
-      CreateWindowExW(WS_EX_CONTROLPARENT, kClass, platform::ToWide(app::words::kHelpTitle).c_str(),
-                      WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT,
-                      theme_.Px(kWidth), theme_.Px(kHeight), nullptr, nullptr, program, nullptr);
-  search_ = CreateWindowExW(
-      WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0, 0, 1,
-      1, window_, reinterpret_cast<HMENU>(LONG_PTR{kSearchId}), program, nullptr);
-  SendMessageW(search_, EM_SETCUEBANNER, TRUE,
-               reinterpret_cast<LPARAM>(platform::ToWide(kSearchWords).c_str()));
-  SendMessageW(search_, WM_SETFONT, reinterpret_cast<WPARAM>(theme_.body.get()), TRUE);
-  SetSpokenName(search_, kSearchWords);
+  window_ = MakeTopWindow(kClass, app::words::kHelpTitle, WS_OVERLAPPEDWINDOW,
+                          {theme_.Px(kWidth), theme_.Px(kHeight)});
+  search_ = Add(MakeChild(L"EDIT", WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL, window_, kSearchId),
+                kSearchWords);
+  Send(search_, EM_SETCUEBANNER, TRUE, platform::ToWide(kSearchWords).c_str());
   for (const app::HelpButton& row : app::HelpButtons()) {
     const int id = kFirstButtonId + static_cast<int>(buttons_.size());
-    buttons_.push_back(MakeButton(window_, id, app::Look::kButton, {}, theme_));
-    SetWords(buttons_.back(), std::wstring(row.sign.begin(), row.sign.end()));
-    SetSpokenName(buttons_.back(), row.meaning);
-    ShowWindow(buttons_.back(), SW_SHOW);
+    buttons_.push_back(Add(MakeButton(window_, id, app::Look::kButton, {}, theme_), row.meaning));
   }
-  hitCount_ =
-      CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_CENTERIMAGE, 0, 0, 1, 1,
-                      window_, reinterpret_cast<HMENU>(LONG_PTR{kHitsId}), program, nullptr);
-  SendMessageW(hitCount_, WM_SETFONT, reinterpret_cast<WPARAM>(theme_.body.get()), TRUE);
+  hitCount_ = Add(MakeChild(L"STATIC", SS_CENTERIMAGE, window_, kHitsId), {});
   contents_ = std::make_unique<RowList>(window_, kContentsId, theme_);
-  SetSpokenName(contents_->window(), kContentsWords);
-  SendMessageW(contents_->window(), WM_SETFONT, reinterpret_cast<WPARAM>(theme_.body.get()), TRUE);
+  Add(contents_->window(), kContentsWords);
   text_ = platform::MakeRichEdit(
       window_, WS_TABSTOP | WS_VSCROLL | ES_READONLY | ES_AUTOVSCROLL | ES_NOHIDESEL);
   SetWindowLongPtrW(text_, GWLP_ID, kTextId);
-  SendMessageW(text_, EM_SETEVENTMASK, 0, ENM_SCROLL);
-  ShowWindow(contents_->window(), SW_SHOW);
+  SetSpokenName(text_, kTextWords);
   ShowWindow(text_, SW_SHOW);
-  // Last, when everything that messages use is there.
+  Send(text_, EM_SETEVENTMASK, 0, ENM_SCROLL);
+  DrawButtons();
+  // Last: from here on messages use the members.
   SetObject(window_, this);
   ApplyTheme(window_, theme_);
   LayOut();
@@ -114,101 +88,103 @@ HelpWindow::~HelpWindow() {
   DestroyWindow(window_);
 }
 
+HWND HelpWindow::Add(HWND part, std::string_view spoken) {
+  SetSpokenName(part, spoken);
+  Send(part, WM_SETFONT, theme_.body.get(), TRUE);
+  ShowWindow(part, SW_SHOW);
+  return part;
+}
+
 void HelpWindow::Open(const std::filesystem::path& file) {
-  if (file_ != file) {
-    Load(file);
-  }
+  book_.Open(file);
   ShowWindow(window_, IsIconic(window_) != 0 ? SW_RESTORE : SW_SHOW);
   SetForegroundWindow(window_);
   SetFocus(text_);
 }
 
-void HelpWindow::Load(const std::filesystem::path& file) {
-  const app::HelpSource source = app::ReadHelp(file);
-  file_ = source.found ? file : std::filesystem::path();
-  platform::SetRichEditSource(text_, source.rtf);
-  book_.Open();
-  book_.SetText(rtf::ReadRtf(source.rtf), Utf16(DrawnText(text_)));
+std::u16string HelpWindow::DrawManual() {
+  constexpr int kWhole = 100;
+  constexpr UINT kUtf16 = 1200;  // number of the code page
+  platform::SetRichEditSource(text_, book_.source());
+  Send(text_, EM_SETZOOM, std::lround(kWhole * book_.Zoom()), kWhole);
+  GETTEXTLENGTHEX length{GTL_NUMCHARS, kUtf16};
+  std::u16string text(static_cast<std::size_t>(Send(text_, EM_GETTEXTLENGTHEX, &length)) + 1, 0);
+  GETTEXTEX wanted{static_cast<DWORD>(text.size() * sizeof(char16_t)), GT_DEFAULT, kUtf16, nullptr,
+                   nullptr};
+  text.resize(static_cast<std::size_t>(Send(text_, EM_GETTEXTEX, &wanted, text.data())));
+  return text;
+}
+
+void HelpWindow::DrawContents() {
   rows_ = {};
   for (const app::HelpBook::Heading& heading : book_.headings()) {
     rows_.AddRow(std::string(heading.level > 1 ? kDeeper : "") +
                  platform::FromWide(std::wstring(heading.text.begin(), heading.text.end())));
   }
   contents_->Draw(rows_);
-  ScrollTo(0);
-  UpdateButtons();
 }
 
-void HelpWindow::GoTo(std::size_t position) {
-  book_.GoTo(TopPosition(), position);
-  ScrollTo(position);
-  UpdateButtons();
-}
-
-void HelpWindow::ScrollTo(std::size_t position) {
-  const auto at = static_cast<LONG>(position);
-  const auto line = SendMessageW(text_, EM_EXLINEFROMCHAR, 0, at);
-  const auto top = SendMessageW(text_, EM_GETFIRSTVISIBLELINE, 0, 0);
-  CHARRANGE range{at, at};
-  SendMessageW(text_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
-  SendMessageW(text_, EM_LINESCROLL, 0, line - top);
-  FollowScroll();
-}
-
-std::size_t HelpWindow::TopPosition() const {
-  const auto line = SendMessageW(text_, EM_GETFIRSTVISIBLELINE, 0, 0);
-  return static_cast<std::size_t>(SendMessageW(text_, EM_LINEINDEX, static_cast<WPARAM>(line), 0));
-}
-
-// The contents mark the section that is being read.
-void HelpWindow::FollowScroll() {
-  const int section = book_.SectionAt(TopPosition());
+void HelpWindow::DrawSection(int section) {
   if (section != rows_.listIndex) {
     rows_.listIndex = section;
     contents_->Draw(rows_);
   }
 }
 
-void HelpWindow::ShowHit() {
-  if (const auto hit = book_.Hit()) {
-    CHARRANGE range{static_cast<LONG>(*hit), static_cast<LONG>(*hit + book_.HitLength())};
-    SendMessageW(text_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
-    SendMessageW(text_, EM_SCROLLCARET, 0, 0);
-    FollowScroll();
+// The control formats only its selection, so selection and scroll position are restored.
+void HelpWindow::DrawHits() {
+  CHARRANGE selected{};
+  POINT place{};
+  Send(text_, EM_EXGETSEL, 0, &selected);
+  Send(text_, EM_GETSCROLLPOS, 0, &place);
+  Send(text_, WM_SETREDRAW, FALSE);
+  CHARFORMAT2W format{};
+  format.cbSize = sizeof format;
+  format.dwMask = CFM_BACKCOLOR;
+  format.dwEffects = CFE_AUTOBACKCOLOR;
+  Send(text_, EM_SETCHARFORMAT, SCF_ALL, &format);
+  format.dwEffects = 0;
+  format.crBackColor = Blend(theme_.colours.accent, GetSysColor(COLOR_WINDOW), kMark);
+  for (const std::size_t hit : book_.hits() | std::views::take(kMarkedHits)) {
+    Select(hit, hit + book_.HitLength());
+    Send(text_, EM_SETCHARFORMAT, SCF_SELECTION, &format);
   }
-  UpdateButtons();
+  Send(text_, EM_EXSETSEL, 0, &selected);
+  Send(text_, EM_SETSCROLLPOS, 0, &place);
+  Send(text_, WM_SETREDRAW, TRUE);
+  InvalidateRect(text_, nullptr, TRUE);
 }
 
-void HelpWindow::Run(app::HelpCommand command) {
-  constexpr int kWhole = 100;
-  const std::size_t top = TopPosition();
-  switch (book_.Run(command, top)) {
-    case app::HelpChange::kPlace:
-      ScrollTo(book_.Place());
-      break;
-    case app::HelpChange::kHit:
-      ShowHit();
-      break;
-    case app::HelpChange::kZoom:
-      SendMessageW(text_, EM_SETZOOM, static_cast<WPARAM>(std::lround(kWhole * book_.Zoom())),
-                   kWhole);
-      ScrollTo(top);
-      break;
-    case app::HelpChange::kNothing:
-      break;
-  }
-  UpdateButtons();
+void HelpWindow::DrawHit() {
+  Select(*book_.Hit(), *book_.Hit() + book_.HitLength());
+  Send(text_, EM_SCROLLCARET);
+  book_.Scrolled();
 }
 
-void HelpWindow::UpdateButtons() {
+void HelpWindow::DrawButtons() {
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
-    const app::HelpCommand command = app::HelpButtons()[i].command;
-    EnableWindow(buttons_[i], book_.Can(command) ? TRUE : FALSE);
-    if (command == app::HelpCommand::kNormal) {
-      SetText(buttons_[i], book_.ZoomInWords());
-    }
+    const app::HelpButton& row = app::HelpButtons()[i];
+    const std::u16string caption = book_.Caption(row);
+    EnableWindow(buttons_[i], book_.Can(row.command) ? TRUE : FALSE);
+    SetWords(buttons_[i], {caption.begin(), caption.end()});
   }
   SetText(hitCount_, book_.HitsInWords());
+}
+
+std::size_t HelpWindow::Top() const {
+  return static_cast<std::size_t>(Send(text_, EM_LINEINDEX, Send(text_, EM_GETFIRSTVISIBLELINE)));
+}
+
+void HelpWindow::ScrollTo(std::size_t position) {
+  const auto line = Send(text_, EM_EXLINEFROMCHAR, 0, position);
+  const auto top = Send(text_, EM_GETFIRSTVISIBLELINE);
+  Select(position, position);
+  Send(text_, EM_LINESCROLL, 0, line - top);
+}
+
+void HelpWindow::Select(std::size_t from, std::size_t to) {
+  CHARRANGE range{static_cast<LONG>(from), static_cast<LONG>(to)};
+  Send(text_, EM_EXSETSEL, 0, &range);
 }
 
 bool HelpWindow::Translate(MSG& message) {
@@ -221,7 +197,7 @@ bool HelpWindow::Translate(MSG& message) {
     return true;
   }
   if (const auto command = CommandOf(key ? message.wParam : 0, GetFocus() == search_)) {
-    Run(*command);
+    book_.Run(*command);
     return true;
   }
   return IsDialogMessageW(window_, &message) != 0;
@@ -229,15 +205,15 @@ bool HelpWindow::Translate(MSG& message) {
 
 void HelpWindow::Command(int id, int notice) {
   if (id >= kFirstButtonId) {
-    Run(app::HelpButtons()[static_cast<std::size_t>(id - kFirstButtonId)].command);
+    book_.Run(app::HelpButtons()[static_cast<std::size_t>(id - kFirstButtonId)].command);
   } else if (id == kSearchId && notice == EN_CHANGE) {
-    book_.Search(Utf16(WindowText(search_)), TopPosition());
-    ShowHit();
+    const std::wstring words = WindowText(search_);
+    book_.Search(std::u16string(words.begin(), words.end()));
   } else if (id == kTextId && notice == EN_VSCROLL) {
-    FollowScroll();
+    book_.Scrolled();
   } else if (id == kContentsId && notice == LBN_SELCHANGE && contents_->Selected() >= 0) {
     rows_.listIndex = contents_->Selected();
-    GoTo(book_.headings()[static_cast<std::size_t>(contents_->Selected())].position);
+    book_.GoTo(static_cast<std::size_t>(contents_->Selected()));
   }
 }
 
@@ -261,12 +237,9 @@ std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data
     case WM_SIZE:
       LayOut();
       return 0;
-    case WM_ERASEBKGND: {
-      RECT area{};
-      GetClientRect(window_, &area);
-      FillRect(reinterpret_cast<HDC>(wide), &area, theme_.windowBrush.get());
+    case WM_ERASEBKGND:
+      Fill(reinterpret_cast<HDC>(wide), ClientArea(window_), theme_.colours.window);
       return 1;
-    }
     case WM_SETFOCUS:
       SetFocus(text_);
       return 0;
@@ -279,8 +252,7 @@ std::optional<LRESULT> HelpWindow::Handle(UINT message, WPARAM wide, LPARAM data
 }
 
 void HelpWindow::LayOut() {
-  RECT area{};
-  GetClientRect(window_, &area);
+  const RECT area = ClientArea(window_);
   const int gap = theme_.Px(kGrid), left = theme_.Px(kContentsWidth);
   const int top = 2 * gap + theme_.control,
             height = std::max(1, static_cast<int>(area.bottom) - top);
@@ -303,7 +275,7 @@ void HelpWindow::LayOut() {
   MoveWindow(text_, left, top, std::max(1, static_cast<int>(area.right) - left), height, TRUE);
   const int margin = theme_.Px(3 * kGrid);
   RECT inner{margin, gap, area.right - left - margin, height - gap};
-  SendMessageW(text_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&inner));
+  Send(text_, EM_SETRECT, 0, &inner);
 }
 
 }  // namespace tonadex::shell

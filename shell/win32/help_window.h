@@ -14,12 +14,12 @@
 
 namespace tonadex::shell {
 
-// The help viewer: a window of its own that shows the manual in the rich-text control, with its
-// contents, search, history and zoom.
-class HelpWindow {
+// The help viewer: shows the manual in the rich-text control, with its contents, search, history
+// and zoom.
+class HelpWindow : app::HelpPage {
  public:
   HelpWindow();
-  ~HelpWindow();
+  ~HelpWindow() override;
   HelpWindow(const HelpWindow&) = delete;
   HelpWindow& operator=(const HelpWindow&) = delete;
 
@@ -31,24 +31,26 @@ class HelpWindow {
   std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
 
  private:
-  void Load(const std::filesystem::path& file);
+  HWND Add(HWND part, std::string_view spoken);
   void LayOut();
   void Command(int id, int notice);
-  void GoTo(std::size_t position);
-  void ScrollTo(std::size_t position);
-  void Run(app::HelpCommand command);
-  void ShowHit();
-  void FollowScroll();
-  void UpdateButtons();
-  std::size_t TopPosition() const;
+  void Select(std::size_t from, std::size_t to);
+
+  std::u16string DrawManual() override;
+  void DrawContents() override;
+  void DrawSection(int section) override;
+  void DrawHits() override;
+  void DrawHit() override;
+  void DrawButtons() override;
+  std::size_t Top() const override;
+  void ScrollTo(std::size_t position) override;
 
   Theme theme_;
   HWND window_ = nullptr, text_ = nullptr, search_ = nullptr, hitCount_ = nullptr;
   std::vector<HWND> buttons_;  // as app::HelpButtons() has them
   std::unique_ptr<RowList> contents_;
   app::Control rows_;  // of the contents
-  app::HelpBook book_;
-  std::filesystem::path file_;
+  app::HelpBook book_{*this};
 };
 
 }  // namespace tonadex::shell

@@ -6,10 +6,11 @@
 
 #include <functional>
 #include <optional>
+#include <string_view>
 
 namespace tonadex::shell {
 
-// What a window does with a message; none leaves it to the window as the system made it.
+// Handles a message; an empty result passes it on to the window's previous procedure.
 using Procedure = std::function<std::optional<LRESULT>(HWND, UINT, WPARAM, LPARAM)>;
 
 namespace detail {
@@ -28,7 +29,8 @@ inline LRESULT CALLBACK Hooked(HWND window, UINT message, WPARAM wide, LPARAM da
 
 }  // namespace detail
 
-// Puts a procedure before the window's own until the window ends. The last one hooked comes first.
+// Runs a procedure before the window's own until the window is destroyed; the last one hooked runs
+// first.
 inline void HookWindow(HWND window, Procedure procedure) {
   auto* kept = new Procedure(std::move(procedure));
   SetWindowSubclass(window, detail::Hooked, reinterpret_cast<UINT_PTR>(kept),
@@ -44,29 +46,45 @@ LRESULT CALLBACK ObjectProcedure(HWND window, UINT message, WPARAM wide, LPARAM 
   return result ? *result : DefWindowProcW(window, message, wide, data);
 }
 
-// From now on, or no longer for nullptr, the object answers the window's messages.
+// Makes the object handle the window's messages; nullptr ends that.
 template <typename T>
 void SetObject(HWND window, T* object) {
   SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(object));
 }
 
-// A kind of windows of our own; again is no harm.
+// Registers a window class; safe to call twice.
 void RegisterKind(const wchar_t* name, WNDPROC procedure, UINT style = 0,
                   const wchar_t* cursor = IDC_ARROW);
 
-// A hidden child window of a kind of the system's.
+// A hidden window without a parent; its size in pixels.
+HWND MakeTopWindow(const wchar_t* name, std::string_view title, DWORD style, SIZE size);
+// A hidden child window of one of the system's classes.
 HWND MakeChild(const wchar_t* kind, DWORD style, HWND parent, int id);
-// A bare one for a widget of our own; its behaviour is hooked.
+// An empty one, whose behaviour is hooked.
 HWND MakeBareWindow(HWND parent, DWORD style, int id);
 
-// The brush of what a child stands on, as its parent says.
+inline RECT ClientArea(HWND window) {
+  RECT area{};
+  GetClientRect(window, &area);
+  return area;
+}
+
+// Where a window is in its parent, on the screen for nullptr.
+inline RECT PlaceIn(HWND parent, HWND window) {
+  RECT place{};
+  GetWindowRect(window, &place);
+  MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
+
+// The background brush of a child, asked from its parent.
 inline HBRUSH GroundUnder(HWND child, HDC context) {
   return reinterpret_cast<HBRUSH>(SendMessageW(GetParent(child), WM_CTLCOLORBTN,
                                                reinterpret_cast<WPARAM>(context),
                                                reinterpret_cast<LPARAM>(child)));
 }
 
-// What windows that we paint are asked with the parent's WM_DRAWITEM.
+// The parent's WM_DRAWITEM, sent on to the owner-drawn child.
 inline constexpr UINT kDrawYourself = WM_APP + 2;
 inline LRESULT ReflectDraw(LPARAM item) {
   return SendMessageW(reinterpret_cast<const DRAWITEMSTRUCT*>(item)->hwndItem, kDrawYourself, 0,

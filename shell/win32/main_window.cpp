@@ -8,6 +8,7 @@
 
 #include "app/layout.h"
 #include "app/words.h"
+#include "platform/win32/send.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
@@ -21,11 +22,12 @@ namespace words = app::words;
 using app::Event;
 using app::Form1;
 using app::Look;
+using platform::Send;
 
 constexpr wchar_t kClass[] = L"TonadexForm1";
 constexpr UINT_PTR kFollowTimer = 1;
 
-// Whether Ctrl is held, and the key; a row's "Ctrl+1" or "F1".
+// Whether Ctrl is needed, and the key, of a row's shortcut such as "Ctrl+1" or "F1".
 std::pair<bool, WPARAM> KeyOf(std::string_view shortcut) {
   constexpr std::string_view kCtrl = "Ctrl+";
   const bool control = shortcut.starts_with(kCtrl);
@@ -46,16 +48,14 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
       form_(program),
       theme_(GetDpiForSystem()) {
   RegisterKind(kClass, ObjectProcedure<MainWindow>);
-  window_ = CreateWindowExW(
-      WS_EX_CONTROLPARENT, kClass, platform::ToWide(words::kWindowTitle).c_str(),
-      WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, theme_.Px(kFirstWidth),
-      theme_.Px(kFirstHeight), nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+  window_ = MakeTopWindow(kClass, words::kWindowTitle, WS_OVERLAPPEDWINDOW,
+                          {theme_.Px(kFirstWidth), theme_.Px(kFirstHeight)});
   ApplyTheme(window_, theme_);
   binding_ = std::make_unique<Binding>(form_, window_, theme_,
                                        [this](const Binding::Handler& handler) { Run(handler); });
   AddTooltips();
   FilterTempo();
-  SetObject(window_, this);  // when everything that messages use is there
+  SetObject(window_, this);  // last: from here on messages use the members
 
   hooks_.draw = [this] { Draw(); };
   boxes_.window = window_;
@@ -79,7 +79,7 @@ MainWindow::~MainWindow() {
   hooks_.draw = nullptr;
   boxes_ = {};
   SetObject<MainWindow>(window_, nullptr);
-  binding_.reset();  // the web controls go before their parent
+  binding_.reset();  // the web controls must be closed before their parent is destroyed
   DestroyWindow(window_);
 }
 
@@ -95,7 +95,7 @@ void MainWindow::Run(const Binding::Handler& handler) {
   if (!loaded_ || pumping_) {
     return;
   }
-  // All of it: the system's own code, which calls us, lets no exception through.
+  // Drawing too: no exception may pass through the system's code, which calls this.
   app::RunHandler(program_, [&] {
     binding_->CopyIn();
     handler();
@@ -141,7 +141,7 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
   }
 }
 
-// What has to do with size and looks.
+// Messages about size and look.
 std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM data) {
   switch (message) {
     case WM_DRAWITEM:
@@ -181,7 +181,7 @@ std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM 
 
 void MainWindow::Close() {
   if (pumping_ && !program_.busy) {
-    program_.closing = true;  // between the end of a request and that of its handler
+    program_.closing = true;  // the request has ended, its handler has not
   } else {
     form_.Form_QueryUnload();
   }
@@ -206,7 +206,7 @@ bool MainWindow::Translate(MSG& message) {
 }
 
 bool MainWindow::Shortcut(const MSG& message) {
-  // AltGr, which types signs, is Ctrl and Alt together.
+  // AltGr, which types characters, is reported as Ctrl and Alt together.
   const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
   const bool escape = message.wParam == VK_ESCAPE;
   for (const BoundControl& bound : binding_->Controls()) {
@@ -221,7 +221,7 @@ bool MainWindow::Shortcut(const MSG& message) {
   return escape || (message.wParam == VK_RETURN && EnterKey());
 }
 
-// The system takes the next field for a label's.
+// The system would focus the next window in tab order, which need not be the label's field.
 bool MainWindow::GoToField(WPARAM mnemonic) {
   const auto upper = [](WPARAM character) {
     return CharUpperW(reinterpret_cast<wchar_t*>(LOWORD(character)));
@@ -241,8 +241,8 @@ bool MainWindow::GoToField(WPARAM mnemonic) {
 bool MainWindow::EnterKey() {
   const HWND focus = GetFocus();
   const BoundControl* bound = binding_->Find(focus);
-  if ((SendMessageW(focus, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON) != 0) {
-    SendMessageW(focus, BM_CLICK, 0, 0);
+  if ((Send(focus, WM_GETDLGCODE) & DLGC_BUTTON) != 0) {
+    Send(focus, BM_CLICK);
     return true;
   }
   for (const Event event : {Event::kEnter, Event::kActivate}) {
@@ -251,16 +251,16 @@ bool MainWindow::EnterKey() {
       return true;
     }
   }
-  // Several lines may be typed into an area; elsewhere Enter does nothing.
+  // Only areas take line breaks; elsewhere Enter does nothing.
   return bound == nullptr || bound->info->look != Look::kArea;
 }
 
-// Each typed character passes the model before the tempo box gets it.
+// The model filters each typed character before the tempo box gets it.
 void MainWindow::FilterTempo() {
   COMBOBOXINFO info{};
   info.cbSize = sizeof info;
   GetComboBoxInfo(binding_->Window(&Form1::txtcompoTempo), &info);
-  ImmAssociateContext(info.hwndItem, nullptr);  // an input method would pass the filter by
+  ImmAssociateContext(info.hwndItem, nullptr);  // an input method would bypass the filter
   HookWindow(
       info.hwndItem, [this](HWND, UINT message, WPARAM wide, LPARAM) -> std::optional<LRESULT> {
         if (message != WM_CHAR || (wide < ' ' && wide != VK_BACK)) {
@@ -282,14 +282,14 @@ void MainWindow::Draw() {
   const bool newPage = pageDrawn_ != form_.paginaactual;
   const bool frozen = newPage && IsWindowVisible(window_) != 0;
   if (frozen) {
-    SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
+    Send(window_, WM_SETREDRAW, FALSE);
   }
   form_.Refresh();
   binding_->Draw();
   LayOutPage();
   pageDrawn_ = form_.paginaactual;
   if (frozen) {
-    SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
+    Send(window_, WM_SETREDRAW, TRUE);
     RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
   }
   const HWND focus = GetFocus();
@@ -303,15 +303,14 @@ void MainWindow::LayOutPage() {
   if (!loaded_) {
     return;
   }
-  RECT area{};
-  GetClientRect(window_, &area);
+  const RECT area = ClientArea(window_);
   auto frames = LayOut(*binding_, theme_, form_, {area.right, area.bottom});
   if (frames != frames_) {
     frames_ = std::move(frames);
     InvalidateRect(window_, nullptr, FALSE);
   }
   const BoundControl& result = binding_->Of(&Form1::textresultado);
-  SendMessageW(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
+  Send(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
 }
 
 void MainWindow::FocusPage() {
@@ -333,17 +332,17 @@ void MainWindow::FocusPage() {
 
 void MainWindow::Paint() {
   const BufferedPaint paint(window_);
-  FillRect(paint.get(), &paint.area(), theme_.windowBrush.get());
   const Colours& c = theme_.colours;
+  Fill(paint.get(), paint.area(), c.window);
   for (const Frame& frame : frames_) {
     const bool focus = frame.field != nullptr && GetFocus() == frame.field;
     const COLORREF edge = focus ? c.accent : c.border;
     RECT box = frame.Box();
     switch (frame.kind) {
       case Frame::kBar:
-        FillRect(paint.get(), &box, theme_.cardBrush.get());
+        Fill(paint.get(), box, c.card);
         box.top = std::exchange(box.bottom, box.bottom + theme_.Px(1));
-        FillRect(paint.get(), &box, Brush(CreateSolidBrush(c.border)).get());
+        Fill(paint.get(), box, c.border);
         break;
       case Frame::kCard:
         RoundedBox(paint.get(), box, theme_.Px(8), c.card, c.border, theme_.Px(1));
@@ -366,12 +365,10 @@ LRESULT MainWindow::ColourOf(HDC context, HWND control, UINT message) const {
   const COLORREF inks[] = {colours.text, colours.muted, colours.good, colours.bad};
   const COLORREF ink =
       label ? inks[static_cast<std::size_t>((form_.*bound->info->member).tone)] : colours.text;
-  // Fields have a ground of their own, all else stands on a bar, a card or the window.
+  // Fields have the card's background, everything else that of its bar, card or window.
   const bool field = !label && message != WM_CTLCOLORBTN &&
                      (bound == nullptr || bound->info->look != Look::kSlider);
-  RECT place{};
-  GetWindowRect(control, &place);
-  MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
+  const RECT place = PlaceIn(window_, control);
   const bool onCard = field || std::ranges::any_of(frames_, [&place](const Frame& frame) {
                         const RECT box = frame.Box();
                         return (frame.kind == Frame::kCard || frame.kind == Frame::kBar) &&
@@ -403,7 +400,7 @@ void MainWindow::AddTooltips() {
     tool.uId = reinterpret_cast<UINT_PTR>(window);
     tool.lpszText = text.data();
     if (window != nullptr && !text.empty()) {
-      SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+      Send(tips, TTM_ADDTOOLW, 0, &tool);
     }
   };
   for (const BoundControl& bound : binding_->Controls()) {
@@ -425,7 +422,7 @@ void MainWindow::Wait() {
   InvalidateRect(binding_->Window(&Form1::waitingLine), nullptr, FALSE);
   platform::PumpPaint([this](const MSG& input) { GiveUpBy(input); });
   MSG message;
-  // The task bar closes the window by a message that is no input.
+  // The task bar closes the window by a posted message, which is not input.
   for (const UINT closing : {UINT{WM_SYSCOMMAND}, UINT{WM_CLOSE}}) {
     if (program_.busy && PeekMessageW(&message, window_, closing, closing, PM_REMOVE) != 0) {
       DispatchMessageW(&message);
@@ -457,16 +454,14 @@ void MainWindow::FollowMelody() {
   }
 }
 
-// Away from the drawing that is followed.
+// Keeps the message box off the drawing that shows the playing note.
 void MainWindow::PlaceBox(HWND box) const {
   for (const BoundControl& bound : binding_->Controls()) {
     if (bound.view == nullptr || form_.sounding != bound.info->sounds) {
       continue;
     }
-    RECT window{}, drawing{}, size{};
-    GetWindowRect(window_, &window);
-    GetWindowRect(bound.window, &drawing);
-    GetWindowRect(box, &size);
+    const RECT window = PlaceIn(nullptr, window_), drawing = PlaceIn(nullptr, bound.window),
+               size = PlaceIn(nullptr, box);
     const LONG width = size.right - size.left, height = size.bottom - size.top;
     const bool drawnAbove = drawing.top + drawing.bottom < window.top + window.bottom;
     const LONG edge = theme_.Px(3 * kGrid);

@@ -19,7 +19,7 @@ namespace tonadex::shell {
 // The main window: Form1's model in native controls.
 class MainWindow {
  public:
-  // How long the melody has sounded, ms; none when nothing does.
+  // How long the melody has been playing, ms; nullopt when nothing plays.
   using Position = std::function<std::optional<double>()>;
 
   MainWindow(app::Program& program, platform::WindowHooks& hooks, MessageBoxes::Owner& boxes,
@@ -31,9 +31,9 @@ class MainWindow {
   // Runs Form_Load and shows the window.
   void Load();
   HWND window() const { return window_; }
-  // Before a message is dispatched: keyboard and shortcuts. True when it is dealt with.
+  // Handles the keyboard before a message is dispatched; true when the message is done.
   bool Translate(MSG& message);
-  // Paints what waits while a request runs, and sees whether the user gives it up.
+  // Paints while a request runs, and gives the request up when the user asks for it.
   void Wait();
   void Navigate(app::WebViewId view, std::string_view url);
   // Answers the window's messages.
@@ -41,7 +41,7 @@ class MainWindow {
 
  private:
   std::optional<LRESULT> HandleLook(UINT message, WPARAM wide, LPARAM data);
-  // The single place where handlers of the model start.
+  // The only place that starts handlers of the model.
   void Run(const Binding::Handler& handler);
 
   void Draw();
@@ -74,7 +74,7 @@ class MainWindow {
   HWND focus_ = nullptr;
   std::int16_t pageDrawn_ = app::kNoPage;
   bool loaded_ = false;
-  bool pumping_ = false;  // only painting goes on
+  bool pumping_ = false;  // only painting messages are handled
 };
 
 }  // namespace tonadex::shell

@@ -21,7 +21,7 @@ UINT IconFlag(core::Icon icon) {
 
 thread_local const std::function<void(HWND)>* placeNext = nullptr;
 
-// Told of every window that gets active in this thread: the first one is the box.
+// Called for each window activated in this thread; the first one is the box.
 LRESULT CALLBACK Activated(int code, WPARAM wide, LPARAM data) {
   if (code == HCBT_ACTIVATE && placeNext != nullptr) {
     (*std::exchange(placeNext, nullptr))(reinterpret_cast<HWND>(wide));

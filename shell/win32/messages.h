@@ -4,7 +4,8 @@
 
 namespace tonadex::shell {
 
-// The banner wanted to lead elsewhere: raised once its own event is over.
+// Posted when the user clicks a link in the banner, so that it is handled after the control's
+// event.
 inline constexpr UINT kBannerLeft = WM_APP + 1;
 
 }  // namespace tonadex::shell

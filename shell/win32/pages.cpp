@@ -15,7 +15,7 @@ using app::Part;
 
 constexpr int kLineWidth = 100, kAreaPadding = 6, kDroppedRows = 10;
 
-// What a window asks for when it may be `width` wide; the model bounds what it shares out.
+// The natural size of a window that may be `width` wide; the layout applies the model's limits.
 app::Size Measure(const BoundControl& bound, const Theme& theme, int width) {
   switch (bound.info->look) {
     case Look::kLabel: {
@@ -50,7 +50,7 @@ app::Size Measure(const BoundControl& bound, const Theme& theme, int width) {
   }
 }
 
-// The painted frame around a field, and the window within it.
+// Whether the parent paints a frame around the window.
 bool HasFrame(Look look) {
   return look == Look::kLine || look == Look::kReading || look == Look::kArea ||
          look == Look::kNotices || look == Look::kList || look == Look::kDisplay;
@@ -72,10 +72,10 @@ RECT Within(const BoundControl& bound, RECT box, const Theme& theme) {
     case Look::kList:
       InflateRect(&box, -theme.Px(2), -theme.Px(2));
       return box;
-    case Look::kComboBox:  // its height counts the list that it drops
+    case Look::kComboBox:  // its height includes the dropped list
       box.bottom += kDroppedRows * theme.line;
       return box;
-    case Look::kBusyLine:  // over the page
+    case Look::kBusyLine:  // covers the top of the page
       box.bottom = box.top + BusyLineHeight(theme);
       return box;
     default:

@@ -9,19 +9,19 @@
 
 namespace tonadex::shell {
 
-// What the window paints itself, around its children.
+// A bar, card or frame that the window paints around its children.
 struct Frame {
   enum Kind { kBar, kCard, kField, kDisplay };
   Kind kind;
   app::Rect box;
-  HWND field = nullptr;  // whose focus the frame shows
+  HWND field = nullptr;  // the frame shows this window's focus
 
   friend bool operator==(const Frame&, const Frame&) = default;
   RECT Box() const { return {box.left, box.top, box.left + box.width, box.top + box.height}; }
 };
 
-// Gives every visible window its place in the model's tree and in the order of the Tab key, which
-// is that of reading.
+// Places each visible window by the model's layout tree and puts the windows into reading order,
+// which is the order of the Tab key.
 std::vector<Frame> LayOut(const Binding& binding, const Theme& theme, const app::Form1& form,
                           SIZE client);
 

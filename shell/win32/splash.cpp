@@ -23,12 +23,11 @@ Splash::Splash(app::Program& program, std::function<void()> finished)
       finished_(std::move(finished)),
       theme_(GetDpiForSystem()),
       pattern_(app::SplashBars()) {
+  const SIZE size{theme_.Px(kSplash.width), theme_.Px(kSplash.height)};
   RegisterKind(kClass, ObjectProcedure<Splash>, 0, IDC_APPSTARTING);
-  const int width = theme_.Px(kSplash.width), height = theme_.Px(kSplash.height);
-  window_ = CreateWindowExW(0, kClass, platform::ToWide(app::words::kWindowTitle).c_str(), WS_POPUP,
-                            (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
-                            (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height, nullptr,
-                            nullptr, GetModuleHandleW(nullptr), nullptr);
+  window_ = MakeTopWindow(kClass, app::words::kWindowTitle, WS_POPUP, size);
+  SetWindowPos(window_, nullptr, (GetSystemMetrics(SM_CXSCREEN) - size.cx) / 2,
+               (GetSystemMetrics(SM_CYSCREEN) - size.cy) / 2, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   SetObject(window_, this);
 }
 
@@ -79,8 +78,7 @@ std::optional<LRESULT> Splash::Handle(UINT message, WPARAM, LPARAM) {
 
 void Splash::Paint() {
   const BufferedPaint paint(window_);
-  const Brush ground(CreateSolidBrush(kGround));
-  FillRect(paint.get(), &paint.area(), ground.get());
+  Fill(paint.get(), paint.area(), kGround);
   const double scale = theme_.dpi / 96.0;
   for (const app::Box& bar : pattern_) {
     const RECT place{static_cast<LONG>(bar.x * scale), static_cast<LONG>(bar.y * scale),

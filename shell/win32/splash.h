@@ -15,7 +15,7 @@ namespace tonadex::shell {
 // The splash window: inicio's model.
 class Splash {
  public:
-  // `finished`: time for the main window.
+  // `finished` is called when the main window should open.
   Splash(app::Program& program, std::function<void()> finished);
   ~Splash();
   Splash(const Splash&) = delete;

@@ -17,33 +17,16 @@ constexpr double kBodyPoints = 10, kSmallPoints = 9, kTitlePoints = 13, kHeading
 constexpr DWORD kDarkTitleBar = 20;  // DWMWA_USE_IMMERSIVE_DARK_MODE
 
 Colours OwnColours(bool dark) {
-  const Tones& tones = dark ? kDarkTones : kLightTones;
-  const Grounds& grounds = dark ? kDarkGrounds : kLightGrounds;
-  const COLORREF window = SystemColour(grounds.window), card = SystemColour(grounds.card);
-  const COLORREF text = SystemColour(grounds.text), accent = SystemColour(tones.accent);
-  const COLORREF display = SystemColour(tones.displayGround), ink = SystemColour(tones.displayInk);
-  return {.window = window,
-          .card = card,
-          .border = Blend(text, window, dark ? 0.24 : 0.2),
-          .hover = Blend(text, card, 0.06),
-          .text = text,
-          .muted = Blend(text, window, 0.66),
-          .accent = accent,
-          .accentText = SystemColour(tones.accentText),
-          .accentWash = Blend(accent, card, dark ? 0.24 : 0.13),
-          .good = SystemColour(tones.good),
-          .bad = SystemColour(tones.bad),
-          .displayGround = display,
-          .displayInk = ink,
-          .displayFaint = Blend(ink, display, 0.4)};
+  return MixColours(dark ? kDarkGrounds : kLightGrounds, dark ? kDarkTones : kLightTones,
+                    dark ? kDarkShares : kLightShares, SystemColour);
 }
 
 // A contrast theme's colours are the user's own choice.
 Colours ContrastColours() {
-  const COLORREF window = GetSysColor(COLOR_WINDOW), text = GetSysColor(COLOR_WINDOWTEXT);
-  const COLORREF mark = GetSysColor(COLOR_HIGHLIGHT), onMark = GetSysColor(COLOR_HIGHLIGHTTEXT);
-  return {window, window, text, window, text,   text, mark,
-          onMark, window, text, text,   window, text, text};
+  const Rgb window = GetSysColor(COLOR_WINDOW), text = GetSysColor(COLOR_WINDOWTEXT);
+  const Rgb mark = GetSysColor(COLOR_HIGHLIGHT), onMark = GetSysColor(COLOR_HIGHLIGHTTEXT);
+  return MixColours({window, window, text}, {mark, onMark, text, text, window, text},
+                    kContrastShares, [](Rgb colour) { return COLORREF{colour}; });
 }
 
 bool HasContrastTheme() {
@@ -114,12 +97,6 @@ const Font& Theme::FontOf(app::Font font) const {
 
 int Theme::LineOf(app::Font font) const {
   return TextSize(FontOf(font).get(), L"X", kAnyWidth).cy;
-}
-
-COLORREF Blend(COLORREF over, COLORREF under, double part) {
-  const auto mix = [part](int a, int b) { return static_cast<BYTE>(a * part + b * (1 - part)); };
-  return RGB(mix(GetRValue(over), GetRValue(under)), mix(GetGValue(over), GetGValue(under)),
-             mix(GetBValue(over), GetBValue(under)));
 }
 
 void ApplyTheme(HWND window, const Theme& theme) {

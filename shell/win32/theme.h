@@ -13,15 +13,7 @@ namespace tonadex::shell {
 
 using namespace app::look;
 
-struct Colours {
-  COLORREF window, card, border, hover;
-  COLORREF text, muted;
-  COLORREF accent;                                   // the one accent: marks and the sounding note
-  COLORREF accentText;                               // on a ground of the accent
-  COLORREF accentWash;                               // a quiet ground for what is selected
-  COLORREF good, bad;                                // the live check's sentence
-  COLORREF displayGround, displayInk, displayFaint;  // the phone's display
-};
+using Colours = app::look::Colours<COLORREF>;
 
 // The system's light or dark setting and its contrast themes, at a screen's resolution.
 struct Theme {
@@ -47,9 +39,6 @@ struct Theme {
 constexpr COLORREF SystemColour(Rgb colour) {
   return RGB(colour >> 16 & 0xFF, colour >> 8 & 0xFF, colour & 0xFF);
 }
-
-// `part` of `over` on `under`, 0 to 1.
-COLORREF Blend(COLORREF over, COLORREF under, double part);
 
 // Gives a window of the system's own (title bar, scroll bars) the theme's light or dark look.
 void ApplyTheme(HWND window, const Theme& theme);

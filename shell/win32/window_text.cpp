@@ -3,6 +3,7 @@
 #include <initguid.h>
 #include <objbase.h>
 #include <oleacc.h>
+#include <wrl/client.h>
 
 #include "platform/win32/wide_text.h"
 #include "shell/win32/hook.h"
@@ -42,15 +43,13 @@ std::wstring PlainWords(const std::wstring& caption) {
 }
 
 void SetSpokenName(HWND window, std::string_view name) {
-  IAccPropServices* services = nullptr;
-  if (name.empty() ||
-      CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices,
-                       reinterpret_cast<void**>(&services)) != S_OK) {
+  Microsoft::WRL::ComPtr<IAccPropServices> services;
+  if (name.empty() || CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER,
+                                       IID_IAccPropServices, &services) != S_OK) {
     return;
   }
   services->SetHwndPropStr(window, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, PROPID_ACC_NAME,
                            platform::ToWide(name).c_str());
-  services->Release();
 }
 
 void RegisterKind(const wchar_t* name, WNDPROC procedure, UINT style, const wchar_t* cursor) {
@@ -63,6 +62,12 @@ void RegisterKind(const wchar_t* name, WNDPROC procedure, UINT style, const wcha
   kind.hIcon = LoadIconW(kind.hInstance, MAKEINTRESOURCEW(kIconResource));
   kind.lpszClassName = name;
   RegisterClassW(&kind);
+}
+
+HWND MakeTopWindow(const wchar_t* name, std::string_view title, DWORD style, SIZE size) {
+  return CreateWindowExW(WS_EX_CONTROLPARENT, name, platform::ToWide(title).c_str(),
+                         style | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, size.cx, size.cy,
+                         nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
 }
 
 HWND MakeChild(const wchar_t* kind, DWORD style, HWND parent, int id) {

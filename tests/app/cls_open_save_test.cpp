@@ -64,7 +64,10 @@ TEST_F(ClsOpenSave, TellsACancelOnlyWithCancelError) {
   EXPECT_EQ(dialog.FileName, "C:\\mi carpeta\\vals.kws");
   EXPECT_EQ(dialog.FileTitle, "vals.kws");
   EXPECT_EQ(dialog.FileExt, "kws");
-  EXPECT_EQ(dialogs.kinds, (std::vector<std::string>{"open", "save", "open"}));
+  dialogs.answers = {"C:\\mi.carpeta\\vals"};
+  dialog.ShowOpen();
+  EXPECT_EQ(dialog.FileExt, "");
+  EXPECT_EQ(dialogs.kinds, (std::vector<std::string>{"open", "save", "open", "open"}));
 }
 
 TEST_F(ClsOpenSave, FailsBeforeTheDialogForANameThatDoesNotFit) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "rtf/rtf_reader.h"
 #include "tests/support/temp_folder.h"
 
@@ -10,31 +12,59 @@ namespace {
 
 using Places = std::vector<std::size_t>;
 
-HelpBook Book(std::u16string_view drawn, std::string_view source = "{\\rtf1}") {
-  HelpBook book;
-  book.SetText(rtf::ReadRtf(source), drawn);
-  return book;
-}
+// A page that draws the text as it is, and the book on it.
+struct Page : HelpPage {
+  explicit Page(std::u16string drawn, std::string_view source = "{\\rtf1}")
+      : text(std::move(drawn)) {
+    folder.Write("manual", source);
+    book.Open(folder / "manual");
+  }
+  std::u16string DrawManual() override { return text; }
+  void DrawContents() override {}
+  void DrawSection(int drawn) override { section = drawn; }
+  void DrawHits() override { hits = book.hits(); }
+  void DrawHit() override { hit = *book.Hit(); }
+  void DrawButtons() override { words = book.HitsInWords(); }
+  std::size_t Top() const override { return top; }
+  void ScrollTo(std::size_t position) override { top = position; }
+
+  std::size_t Run(HelpCommand command, std::size_t from) {
+    top = from;
+    book.Run(command);
+    return top;
+  }
+
+  test::TempFolder folder;
+  std::u16string text;
+  HelpBook book{*this};
+  std::size_t top = 0, hit = 999;
+  int section = -2;
+  Places hits;
+  std::string words;
+};
 
 // The same words in a sentence, or at the beginning of a longer line, are no heading.
 TEST(HelpBook, HeadingsAreWholeLines) {
-  const HelpBook book = Book(u"Uno y Dos\rUno\rDos veces\r\uFDD0Dos\uFDD1fin",
-                             "{\\rtf1 Uno y Dos\\par\\s1 Uno\\par\\pard Dos veces\\par\\s2 "
-                             "Dos\\par\\s1  \\par\\pard fin}");
-  ASSERT_EQ(book.headings().size(), 2U);
-  EXPECT_EQ(book.headings()[0].position, 10U);
-  EXPECT_EQ(book.headings()[1].position, 25U);
-  EXPECT_EQ(book.headings()[1].level, 2);
-  EXPECT_EQ(book.headings()[1].text, u"Dos");
+  Page page(u"Uno y Dos\rUno\rDos veces\r\uFDD0Dos\uFDD1fin",
+            "{\\rtf1 Uno y Dos\\par\\s1 Uno\\par\\pard Dos veces\\par\\s2 "
+            "Dos\\par\\s1  \\par\\pard fin}");
+  const auto& headings = page.book.headings();
+  ASSERT_EQ(headings.size(), 2U);
+  EXPECT_EQ(headings[0].position, 10U);
+  EXPECT_EQ(headings[1].position, 25U);
+  EXPECT_EQ(headings[1].level, 2);
+  EXPECT_EQ(headings[1].text, u"Dos");
   for (const auto& [position, section] : {std::pair{0, 0}, {10, 0}, {24, 0}, {25, 1}, {99, 1}}) {
-    EXPECT_EQ(book.SectionAt(static_cast<std::size_t>(position)), section) << position;
+    page.top = static_cast<std::size_t>(position);
+    page.book.Scrolled();
+    EXPECT_EQ(page.section, section) << position;
   }
-  EXPECT_EQ(Book(u"Uno").SectionAt(0), -1);
+  EXPECT_EQ(Page(u"Uno").section, -1);
 }
 
 TEST(HelpBook, FindsWithoutAccentsOrCaseInPlace) {
   const struct {
-    std::u16string_view text, wanted;
+    std::u16string text, wanted;
     Places hits;
   } cases[] = {{u"Más MAS masmas", u"MÁS", {0, 4, 8, 11}},
                {u"aaaa", u"aa", {0, 2}},
@@ -43,73 +73,83 @@ TEST(HelpBook, FindsWithoutAccentsOrCaseInPlace) {
                {u"ñandú", u"ÑANDU", {0}},
                {u"ŠŽŸÿÐÞ", u"szyyðþ", {0}}};
   for (const auto& c : cases) {
-    HelpBook book = Book(c.text);
-    book.Search(c.wanted, 0);
-    EXPECT_EQ(book.hits(), c.hits);
+    Page page(c.text);
+    page.book.Search(c.wanted);
+    EXPECT_EQ(page.hits, c.hits);
   }
 }
 
 TEST(HelpBook, HitsFollowTheReaderAndGoRound) {
-  HelpBook book = Book(u"a b a b a");
-  book.Search(u"a", 1);
-  EXPECT_EQ(book.HitsInWords(), "2 de 3");
+  Page page(u"a b a b a");
+  page.top = 1;
+  page.book.Search(u"a");
+  EXPECT_EQ(page.words, "2 de 3");
   for (const std::size_t want : {8U, 0U, 4U}) {
-    EXPECT_EQ(book.Run(HelpCommand::kNext, 0), HelpChange::kHit);
-    EXPECT_EQ(book.Hit(), want);
+    page.book.Run(HelpCommand::kNext);
+    EXPECT_EQ(page.hit, want);
   }
-  book.Run(HelpCommand::kPrevious, 0);
-  book.Run(HelpCommand::kPrevious, 0);
-  EXPECT_EQ(book.HitsInWords(), "3 de 3");
-  book.Search(u"b", 9);
-  EXPECT_EQ(book.HitsInWords(), "1 de 2") << "after the end it begins again";
-  book.Search(u"z", 0);
-  EXPECT_EQ(book.HitsInWords(), "No aparece");
-  EXPECT_EQ(book.Run(HelpCommand::kNext, 0), HelpChange::kNothing);
+  page.book.Run(HelpCommand::kPrevious);
+  page.book.Run(HelpCommand::kPrevious);
+  EXPECT_EQ(page.words, "3 de 3");
+  page.book.Run(HelpCommand::kLarger);
+  EXPECT_EQ(page.words, "3 de 3") << "another size changes nothing of it";
+  page.top = 9;
+  page.book.Search(u"b");
+  EXPECT_EQ(page.words, "1 de 2") << "after the end it begins again";
+  page.book.Search(u"z");
+  EXPECT_EQ(page.words, "No aparece");
+  EXPECT_EQ(page.hits, Places());
+  page.book.Run(HelpCommand::kNext);
+  EXPECT_EQ(page.hit, 2U);
 }
 
 TEST(HelpBook, GoesBackToWhereTheReaderWas) {
-  HelpBook book = Book(u"");
-  book.GoTo(5, 40);
-  book.GoTo(45, 90);
-  const auto run = [&book](HelpCommand command, std::size_t here) {
-    return book.Run(command, here) == HelpChange::kPlace ? book.Place() : std::size_t{999};
-  };
-  EXPECT_EQ(run(HelpCommand::kBack, 91), 45U);
-  EXPECT_EQ(run(HelpCommand::kBack, 46), 5U);
-  EXPECT_EQ(run(HelpCommand::kBack, 5), 999U);
-  EXPECT_EQ(run(HelpCommand::kForward, 5), 46U);
-  book.GoTo(46, 60);
-  EXPECT_FALSE(book.Can(HelpCommand::kForward)) << "another way was taken";
+  Page page(u"Uno\rDos\rTres", "{\\rtf1\\s1 Uno\\par Dos\\par Tres\\par}");
+  page.book.GoTo(1);
+  page.top = 5;
+  page.book.GoTo(2);
+  EXPECT_EQ(page.top, 8U);
+  EXPECT_EQ(page.Run(HelpCommand::kBack, 9), 5U);
+  EXPECT_EQ(page.section, 1);
+  EXPECT_EQ(page.Run(HelpCommand::kBack, 6), 0U);
+  EXPECT_EQ(page.Run(HelpCommand::kBack, 3), 3U);
+  EXPECT_EQ(page.Run(HelpCommand::kForward, 3), 6U);
+  page.book.GoTo(0);
+  EXPECT_FALSE(page.book.Can(HelpCommand::kForward)) << "another way was taken";
 }
 
 TEST(HelpBook, ZoomHasLimitsAndANormalSize) {
-  HelpBook book = Book(u"");
+  Page page(u"");
+  const auto normal = std::ranges::find(HelpButtons(), HelpCommand::kNormal, &HelpButton::command);
   for (const HelpCommand command : {HelpCommand::kLarger, HelpCommand::kSmaller}) {
     int steps = 0;
-    for (; steps < 20 && book.Run(command, 0) == HelpChange::kZoom; ++steps) {
+    for (; steps < 20 && page.book.Can(command); ++steps) {
+      EXPECT_EQ(page.Run(command, 7), 7U) << "the place stays";
     }
-    EXPECT_TRUE(steps > 2 && steps < 20 && !book.Can(command));
-    EXPECT_EQ(book.Zoom() > 1, command == HelpCommand::kLarger);
+    EXPECT_TRUE(steps > 2 && steps < 20);
+    EXPECT_EQ(page.book.Zoom() > 1, command == HelpCommand::kLarger);
+    EXPECT_NE(page.book.Caption(*normal), u"100 %");
   }
-  EXPECT_EQ(book.Run(HelpCommand::kNormal, 0), HelpChange::kZoom);
-  EXPECT_EQ(book.ZoomInWords(), "100 %");
+  page.book.Run(HelpCommand::kNormal);
+  EXPECT_EQ(page.book.Caption(*normal), u"100 %");
 }
 
-TEST(HelpBook, SaysWhyItCannotBeShown) {
+TEST(HelpBook, SaysWhyItCannotBeShownAndTriesAgain) {
   const test::TempFolder folder;
   folder.Write("otro{1}.hlp", "MZ\x01\x02");
-  folder.Write("bien.hlp", "{\\rtf1 x}");
-  EXPECT_TRUE(ReadHelp(folder / "bien.hlp").found);
+  Page page(u"");
   for (const auto& [file, why] :
        {std::pair<std::string, std::u16string>{"nada.hlp", u"No se encuentra"},
         {"otro{1}.hlp", u"no es una ayuda"}}) {
-    const HelpSource page = ReadHelp(folder / file);
-    EXPECT_FALSE(page.found);
-    const std::u16string text = rtf::PlainText(rtf::ReadRtf(page.rtf));
+    page.book.Open(folder / file);
+    const std::u16string text = rtf::PlainText(page.book.manual());
     EXPECT_TRUE(text.starts_with(u"No se puede mostrar la ayuda\n"));
     EXPECT_TRUE(text.find(why) != text.npos);
     EXPECT_NE(text.find(std::u16string(file.begin(), file.end())), text.npos);
   }
+  folder.Write("otro{1}.hlp", "{\\rtf1 x}");
+  page.book.Open(folder / "otro{1}.hlp");
+  EXPECT_EQ(rtf::PlainText(page.book.manual()), u"x\n");
 }
 
 }  // namespace

@@ -14,6 +14,20 @@ MelodyPicture Picture(const std::string& notes, const PictureSize& size) {
   return picture;
 }
 
+std::vector<Box> BoxesOf(const MelodyPicture& picture, PictureMark::Shape shape) {
+  std::vector<Box> boxes;
+  for (const PictureMark& mark : picture.Marks()) {
+    if (mark.shape == shape) {
+      boxes.push_back(mark.box);
+    }
+  }
+  return boxes;
+}
+
+std::vector<Box> NotesInView(const MelodyPicture& picture) {
+  return BoxesOf(picture, PictureMark::Shape::kNote);
+}
+
 std::string ManyNotes() {
   std::string notes = "c";
   for (int i = 0; i < 100; ++i) {
@@ -25,7 +39,6 @@ std::string ManyNotes() {
 TEST(MelodyPicture, NotesStandInOrderHigherOnesHigherAndNoneOutside) {
   for (const PictureSize& size : kSizes) {
     const MelodyPicture picture = Picture("8c3,c#3,16b3,c,1a8", size);
-    EXPECT_EQ(picture.StaffLines().size(), 5U);
     for (std::size_t i = 0; i < 5; ++i) {
       const Box box = picture.NoteBox(i);
       EXPECT_TRUE(box.y >= 0 && box.bottom() <= size.height && box.x >= 0);
@@ -46,8 +59,8 @@ TEST(MelodyPicture, IsAsLongAsItsShortestNoteNeeds) {
     const MelodyPicture scrolling = Picture(ManyNotes(), size);
     EXPECT_GT(scrolling.Overflow(), size.width);
     EXPECT_NEAR(scrolling.NoteBox(1).width, size.name, 5);
-    EXPECT_LT(scrolling.NotesInView().size(), 25U);
-    EXPECT_EQ(scrolling.NotesInView().front(), 0U);
+    EXPECT_LT(NotesInView(scrolling).size(), 25U);
+    EXPECT_EQ(NotesInView(scrolling).front(), scrolling.NoteBox(0));
   }
 }
 
@@ -68,7 +81,7 @@ TEST(MelodyPicture, KeepsTheSoundingNoteInViewAndFindsWhatIsUnderThePointer) {
     picture.ScrollTo(1e9);
     EXPECT_EQ(picture.scrolled(), picture.Overflow());
     EXPECT_EQ(picture.NoteUnder(size.width - 1), -1);
-    EXPECT_EQ(picture.NotesInView().back(), notes.size() - 1);
+    EXPECT_EQ(NotesInView(picture).back(), picture.NoteBox(notes.size() - 1));
     picture.SetDrawing(MelodyDrawing("x:c"));
     EXPECT_EQ(picture.scrolled(), 0);
   }
@@ -76,13 +89,14 @@ TEST(MelodyPicture, KeepsTheSoundingNoteInViewAndFindsWhatIsUnderThePointer) {
 
 TEST(MelodyPicture, ABarLineStandsBeforeEachFourthQuarter) {
   const MelodyPicture picture = Picture("c,d,e,f,2g,2a,c", {600, 100, 20});
-  const auto bars = picture.BarLines();
-  ASSERT_EQ(bars.size(), 3U);
+  const auto lines = BoxesOf(picture, PictureMark::Shape::kLine);
+  constexpr std::size_t kStaffLines = 5;
+  ASSERT_EQ(lines.size(), kStaffLines + 3);
   const std::size_t first[] = {0, 4, 6};
   for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_NEAR(bars[i].x, picture.NoteBox(first[i]).x - 1, 0.01);
+    EXPECT_NEAR(lines[kStaffLines + i].x, picture.NoteBox(first[i]).x - 1, 0.01);
   }
-  EXPECT_TRUE(MelodyPicture().BarLines().empty());
+  EXPECT_EQ(MelodyPicture().Marks().size(), kStaffLines);
 }
 
 TEST(SplashBars, StandAboveTheFoot) {

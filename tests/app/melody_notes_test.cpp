@@ -2,11 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <map>
+#include <random>
+#include <regex>
+#include <set>
 #include <string>
 #include <string_view>
 
 #include "core/message_box.h"
+#include "phones/catalogue.h"
 #include "tests/core/table.h"
+#include "tests/support/fakes.h"
 
 namespace tonadex::app {
 namespace {
@@ -38,7 +45,7 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
   core::RecordingMessages boxes;
   const core::ScopedMessageSink sink(boxes);
   EXPECT_EQ(Notes(MelodyDrawing("x:d=4,o=5,b=120:c,x,7c,9,p#,cjuh9hay")),
-            "0+500 do/60|500+500 do#/61|");
+            "0+500 do/60|500+500 do/60|");
   for (const std::string_view text :
        {"", ":", "x", "x:d=4:", "x:d=4,o=5,b=0:c", "x:d=4,o=5,b=x:c", "x:d=4,o=5,b=-5:c",
         "x:d=4,o=-1,b=9:c,d", "x:d=4,o=11,b=9:c", "x:d=4.0000000,o=5,b=9:c"}) {
@@ -49,12 +56,60 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
             "2 notas y pausas, 1 segundo, de do 0 a do# 5");
 }
 
-// Octaves 4 to 8: the phone's three lie around the two most used ones, 5 and 6.
+// The numbers of the notes that the notices name for their octave.
+std::set<int> Reported(std::string_view notices) {
+  const std::regex note(R"((\d+) est. fuera del rango)");
+  const std::string text(notices);
+  std::set<int> numbers;
+  for (std::sregex_iterator at(text.begin(), text.end(), note), end; at != end; ++at) {
+    numbers.insert(std::stoi((*at)[1]));
+  }
+  return numbers;
+}
+
+// What a conversion says and what is hatched agree, note by note.
+TEST(MelodyDrawing, MarksWhatTheNoticesName) {
+  std::mt19937 random(3210);
+  std::map<std::string_view, std::size_t> named;
+  test::FakeSaveQuestion noFile;
+  for (int round = 0; round < 100; ++round) {
+    std::string notes = "x:d=4,o=" + std::to_string(random() % 11) + ",b=120:c";
+    const auto first = random() % 9;
+    for (int i = 0; i < 20; ++i) {
+      constexpr std::array kPitches = {"c", "a#", "b", "h", "p", "8d."};
+      notes += std::string(",") + kPitches[random() % kPitches.size()] +
+               (random() % 5 == 0 ? "" : std::to_string(first + random() % 3));
+    }
+    for (const phones::CatalogueRow& phone : phones::CatalogueRows()) {
+      core::RTTTLMelody melody;
+      melody.Text = notes;
+      const auto page = phones::ConvertSelectedMelody(melody, phone.model, "x", noFile).page;
+      std::set<int> hatched;
+      int number = 0;
+      for (const DrawnNote& note : MelodyDrawing(notes, phone.model).notes) {
+        ++number;
+        if (note.outside) {
+          hatched.insert(number);
+        }
+      }
+      const std::set<int> reported = Reported(page ? page->notices : "");
+      named[phone.code] += reported.size();
+      if (named[phone.code] > 0) {
+        EXPECT_EQ(hatched, reported) << notes << phone.model;
+      }
+    }
+  }
+  for (const std::string_view code : {"NKEY", "EMSE", "EMSI", "SAM1", "SAM2"}) {
+    EXPECT_GT(named[code], 0u) << code;
+  }
+}
+
+// The phone's three octaves lie around the two most used ones, 5 and 6.
 TEST(MelodyDrawing, MarksNotesOutsideThePhonesRange) {
   for (const test::Row& row : test::Table("Octaves outside")) {
     std::string marks;
     for (const DrawnNote& note :
-         MelodyDrawing("x:d=4,o=5,b=120:c4,c,c,c6,c6,c7,c8,p", row[0]).notes) {
+         MelodyDrawing("x:d=4,o=5,b=120:c3,c4,c,c,c6,c6,c7,c8,p3", row[0]).notes) {
       marks += note.outside ? '!' : '.';
     }
     EXPECT_EQ(marks, row[1]) << row[0];
@@ -65,9 +120,15 @@ TEST(MelodyDrawing, MarksNotesOutsideThePhonesRange) {
 // eighth 10.
 TEST(NoteAt, FollowsThePlayback) {
   for (const test::Row& row : test::Table("Playback")) {
-    const double ms = std::stoi(row[1]) * 5000.0 / 192 + 0.001;
-    EXPECT_EQ(std::to_string(NoteAt(MelodyDrawing("x:d=4,o=5,b=120:" + row[0]), ms)), row[2])
-        << row[0] << " at " << row[1];
+    const Drawing drawing = MelodyDrawing("x:d=4,o=5,b=120:" + row[0]);
+    std::string changes;
+    for (int tick = -1, last = -1; tick < 99; ++tick) {
+      const int note = NoteAt(drawing, tick * 5000.0 / 192 + 0.001);
+      if (note != std::exchange(last, note)) {
+        changes += std::to_string(tick) + "=" + std::to_string(note) + ";";
+      }
+    }
+    EXPECT_EQ(changes, row[1]) << row[0];
   }
   EXPECT_EQ(NoteAt({}, 0), -1);
 }

@@ -74,6 +74,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     add("box", test.boxes.messages, test::BoxText);
     add("get", test.http.urls, utf8);
     add("web", test.webViews.log, utf8);
+    std::erase_if(test.sequencer.commands, [](auto& each) { return !each.starts_with("open"); });
     add("mci", test.sequencer.commands, utf8);
     add("print", test.richText.printed, utf8);
     add("save as", test.fileDialogs.proposed, utf8);
@@ -106,8 +107,8 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
           {"phone", test.program.gPhoneModel},
           {"saved", test.registry.values["2147483648/tonadex\\/modelo"].data},
           {"clipboard", test.shell.clipboard},
+          {"faults", Faults()},
           {"count", form.composerCheck.sentence},
-          {"composed notes", std::to_string(form.composerDrawing.notes.size())},
           {"repertoire notes", std::to_string(form.repertoireDrawing.notes.size())}};
       return values.at(name);
     }
@@ -125,6 +126,14 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
                                               {"enabled", control.enabled ? "yes" : "no"},
                                               {"rows", rows}}
         .at(field);
+  }
+
+  std::string Faults() const {
+    std::string faults;
+    for (const core::TextRange& range : form.txtrtttlsube.faults) {
+      faults += std::to_string(range.start) + "+" + std::to_string(range.length) + ";";
+    }
+    return faults;
   }
 
   void Start(const Row& row) {

@@ -21,7 +21,7 @@ TEST(SuggestedFileName, HasTheFormatsExtension) {
 
 TEST(RtttlCheck, NamesTheFirstFault) {
   for (const test::Row& row : test::Table("RTTTL checks")) {
-    const Check check = RtttlCheck(core::FromUtf8(row[0]));
+    const phones::MelodyCheck check = RtttlCheck(core::FromUtf8(row[0]));
     const Verdict want = row[1] == "good"  ? Verdict::kGood
                          : row[1] == "bad" ? Verdict::kBad
                                            : Verdict::kNothing;

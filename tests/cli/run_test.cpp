@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "core/melody_file.h"
@@ -41,6 +42,31 @@ TEST(Cli, ConvertsForEveryModel) {
   EXPECT_EQ(models, 29);
   EXPECT_EQ(empty, 3) << "two KWS rows and MIDI";
   EXPECT_EQ(nlohmann::json::parse(RunCli({"modelos", "--json"}).out).size(), 29u);
+}
+
+TEST(Cli, GivesTheStepsInJson) {
+  const std::string steps =
+      R"([{"grupo":"(2)99#*","nota":1,"palabras":"re sostenido, redonda, con puntillo, octava media",
+           "pantalla":"1.#d2","teclas":[{"tecla":"2","veces":1,"mantener":true},
+             {"tecla":"9","veces":2,"mantener":false},{"tecla":"#","veces":1,"mantener":false},
+             {"tecla":"*","veces":1,"mantener":false}]},
+          {"grupo":"0","nota":2,"palabras":"silencio, redonda","pantalla":"1-",
+           "teclas":[{"tecla":"0","veces":1,"mantener":false}]}])";
+  const std::string melody = "x:d=1,o=5,b=125:d#.6,p";
+  for (const std::string_view way : {"--lineas", "--json"}) {
+    const auto nokia =
+        RunCli({"convertir", "-t", "nokia pulsaciones", "--pasos", std::string(way)}, melody);
+    EXPECT_EQ(nlohmann::json::parse(nokia.out)["pasos"], nlohmann::json::parse(steps));
+  }
+  const auto odd = RunCli({"convertir", "-t", "motorola imelody", "--pasos", "--lineas"},
+                          "x:d=4,o=5,b=125:\"\nx:y\n");
+  const std::size_t end = odd.out.find('\n') + 1;
+  const auto step = nlohmann::json::parse(odd.out.substr(0, end))["pasos"][0];
+  EXPECT_EQ(step["teclas"][2]["tecla"], "\"");
+  EXPECT_FALSE(step.contains("pantalla"));
+  EXPECT_EQ(nlohmann::json::parse(odd.out.substr(end))["pasos"].size(), 0u);
+  const std::string all = RunCli({"convertir", "--todos", "--pasos", "--json"}, kGood).out;
+  EXPECT_EQ(std::ranges::count(all, '\n'), 14) << "the models that are typed into";
 }
 
 TEST(Cli, WritesTheFileThatItIsAskedFor) {

@@ -54,6 +54,14 @@ TEST(ParseRTTTL, AppliesNoDefaults) {
   EXPECT_EQ(melody.Beats, "99");
 }
 
+TEST(ParseRTTTL, LeavesCopiesOfTheRecordAlone) {
+  RTTTLMelody melody = test::ParsedMelody("x:d=4,o=5,b=9:c,d#");
+  const RTTTLMelody copy = melody;
+  melody.Text = "x:d=8,o=6,b=9:e,f.";
+  ParseRTTTL(melody);
+  EXPECT_EQ(ShowAll(copy.Notes), "4/c/5 4/d#/5");
+}
+
 TEST(ParseRTTTL, HasItsLimits) {
   const auto codeOf = [](const std::string& text) {
     RTTTLMelody melody = MelodyOf(text);

@@ -76,6 +76,12 @@ TEST(Read, RefusesAtOnceWhatIsNoRegularFile) {
   std::filesystem::create_symlink(folder / "pipe", folder / "link");
   refused.insert(refused.end(), {folder / "pipe", folder / "link", "/dev/zero", "/dev/tty"});
 #endif
+#ifndef _WIN32
+  folder.Write("file", "x");
+  std::filesystem::create_symlink("file", folder / "shared");
+  EXPECT_EQ(ReadHead(folder / "shared", 9), "x");
+  EXPECT_EQ(ReadShared(folder / "shared", 9), std::nullopt);
+#endif
   for (const auto& file : refused) {
     EXPECT_EQ(ReadHead(file, 9), std::nullopt) << file;
     EXPECT_EQ(ReadShared(file, 9), std::nullopt) << file;

@@ -88,11 +88,12 @@ TEST(RemoveTemporaryFiles, TakesWhatNobodyWritesAnyMore) {
   const test::TempFolder folder;
   const TemporaryFile running(folder / "file");
   const std::string left = ".tdx-" + std::string(32, '0');
-  for (const std::string& name : {left, left + "0", ".tdx-x"s, ".tonadex-datos"s, "vals.1"s}) {
+  for (const std::string& name :
+       {left, left + "0", ".tdx-x"s, ".tdx-0"s, ".tonadex-datos"s, "vals.1"s}) {
     folder.Write(name, "");
   }
   RemoveTemporaryFiles(folder.path());
-  EXPECT_EQ(Entries(folder.path()), 5);
+  EXPECT_EQ(Entries(folder.path()), 6);
   EXPECT_FALSE(fs::exists(folder / left));
   EXPECT_TRUE(fs::exists(running.Path()));
   RemoveTemporaryFiles(folder / "none");

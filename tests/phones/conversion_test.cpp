@@ -8,6 +8,7 @@
 #include "phones/formats.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
+#include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::phones {
@@ -15,21 +16,6 @@ namespace {
 
 using test::Boxes;
 using test::Hex;
-
-// Answers with one path, or cancels, and keeps the question.
-class Answer : public SaveFileQuestion {
- public:
-  explicit Answer(std::optional<std::string> file = std::nullopt) : file_(std::move(file)) {}
-  std::optional<std::string> AskSaveFile(const SaveRequest& request) override {
-    asked += core::ToUtf8(request.DialogTitle) + "|" + request.Filter + "|" + request.DefaultExt +
-             std::to_string(request.FilterIndex) + (request.CancelError ? "" : "no cancel");
-    return file_;
-  }
-  std::string asked;
-
- private:
-  std::optional<std::string> file_;
-};
 
 constexpr std::array<std::string_view, 7> kOutcomes = {
     "(converted)", "(incomplete)",     "(no model)",    "(cancelled)",
@@ -47,16 +33,12 @@ Conversion Converted(std::string_view text, std::string_view model, SaveFileQues
 }
 
 // Title, result, notices and tempo, one behind the other; the outcome when there is no page.
-std::string Convert(std::string_view text, std::string_view model, SaveFileQuestion& ask) {
+std::string Convert(std::string_view text, std::string_view model,
+                    SaveFileQuestion&& ask = test::FakeSaveQuestion()) {
   const auto [outcome, page, messages] = Converted(text, model, ask);
   return page ? core::ToUtf8(page->title + "\n" + page->result + "\n" + page->notices + "\n" +
                              page->tempo)
               : Words(outcome);
-}
-
-std::string Convert(std::string_view text, std::string_view model) {
-  Answer cancel;
-  return Convert(text, model, cancel);
 }
 
 TEST(ConvertSelectedMelody, FillsTheWholePage) {
@@ -92,7 +74,7 @@ std::string Expanded(std::string text) {
 TEST(ConvertSelectedMelody, EachParseReportsItsOwnErrors) {
   for (const test::Row& row : test::Table("Reports")) {
     const Boxes boxes;
-    Answer cancel;
+    test::FakeSaveQuestion cancel;
     const auto [outcome, page, messages] = Converted(row[0], row[1], cancel);
     EXPECT_EQ(outcome, Outcome::kIncomplete) << row[0] << row[1];
     EXPECT_TRUE(page) << row[0] << row[1];
@@ -111,7 +93,7 @@ TEST(ConvertSelectedMelody, SaysWhyItCannotConvert) {
   }
   const Boxes boxes;  // nothing was parsed, so no octave counts
   core::RTTTLMelody fresh = test::MelodyOf("x:y");
-  Answer cancel;
+  test::FakeSaveQuestion cancel;
   EXPECT_FALSE(ConvertSelectedMelody(fresh, " Compositor", "", cancel).page);
   EXPECT_EQ(boxes.Text().find(Expanded("%?|!No se puede convertir")), 0u);
 }
@@ -122,7 +104,7 @@ TEST(ConvertSelectedMelody, RefusesLongDefaults) {
   const std::string digits(30000, '9');
   for (const CatalogueRow& row : CatalogueRows()) {
     for (const std::string& header : {"d=" + digits + ",o=5", "d=4,o=5." + digits}) {
-      Answer answer("unwritten");
+      test::FakeSaveQuestion answer("unwritten");
       const std::string text = "x:" + header + notes;
       const Conversion conversion = Converted(text, row.model, answer);
       if (row.code == "NRTLNOMOD") {
@@ -146,11 +128,11 @@ TEST(ConvertSelectedMelody, SavesFiles) {
   for (const test::Row& row : test::Table("Saved files")) {
     SCOPED_TRACE(row[0] + row[1]);
     folder.Write("file", "before");
-    Answer answer(row[2] == "cancel"    ? std::nullopt
-                  : row[2] == "nowhere" ? std::optional(file + "/a")
-                                        : std::optional(file));
+    test::FakeSaveQuestion answer(row[2] == "cancel"    ? std::nullopt
+                                  : row[2] == "nowhere" ? std::optional(file + "/a")
+                                                        : std::optional(file));
     const Boxes boxes;
-    std::string page = Convert(row[1], row[0], answer);
+    std::string page = Convert(row[1], row[0], std::move(answer));
     core::ReplaceAll(page, "\r\n", "¶");
     EXPECT_EQ(core::ReplaceAll(page, "\n", ";"), row[3]);
     std::string shown = boxes.Text();
@@ -159,8 +141,8 @@ TEST(ConvertSelectedMelody, SavesFiles) {
     const std::string bytes = Hex(folder.Read("file"));
     EXPECT_TRUE(row[5].empty() ? folder.Read("file") == "before" : bytes.ends_with(row[5]))
         << bytes;
-    EXPECT_EQ(answer.asked, row[0] == " KWS" ? "Grabar Melodía kws| (*.kws)|*.kws||2"
-                                             : "Grabar MIDI| (*.mid)|*.mid||2");
+    EXPECT_EQ(core::ToUtf8(answer.asked), row[0] == " KWS" ? "Grabar Melodía kws| (*.kws)|*.kws||2"
+                                                           : "Grabar MIDI| (*.mid)|*.mid||2");
   }
   EXPECT_TRUE(SavesFile(" KWS") && SavesFile("MIDI (cable)") && !SavesFile(" Compositor"));
 }

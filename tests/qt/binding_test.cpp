@@ -41,7 +41,7 @@ struct BoundForm : Screen {
   bool Visible(const ControlInfo& info) override { return !As<QWidget>(info)->isHidden(); }
   bool Enabled(const ControlInfo& info) override { return As<QWidget>(info)->isEnabled(); }
   std::optional<std::string> Shown(const ControlInfo& info) override {
-    if (info.look == app::Look::kPicture) return std::nullopt;
+    if (info.look == app::Look::kPicture || info.look == app::Look::kBusyLine) return std::nullopt;
     if (auto* display = As<shell::PhoneDisplay>(info)) return display->Text();
     if (auto* label = As<QLabel>(info)) return FromQString(label->text());
     if (auto* button = As<QAbstractButton>(info)) return FromQString(button->text());

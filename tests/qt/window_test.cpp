@@ -148,7 +148,7 @@ TEST(MainWindow, EscAndCloseEndARequestAndTheWaitingLineSaysSo) {
     t.test.http.during = [&t, line, close = close] {
       EXPECT_TRUE(line->isVisible());
       EXPECT_TRUE(t.window.rect().contains(line->geometry()));
-      EXPECT_EQ(line->Words(), shell::ToQString(app::words::kWaiting));
+      EXPECT_EQ(line->text(), shell::ToQString(app::words::kWaiting));
       QTimer::singleShot(0, &t.window, [&t, close] {
         close ? static_cast<void>(t.window.close()) : QTest::keyClick(&t.window, Qt::Key_Escape);
       });

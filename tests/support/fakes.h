@@ -20,6 +20,7 @@
 #include "files/read.h"
 #include "midi/sequencer.h"
 #include "net/http.h"
+#include "phones/conversion.h"
 
 // Hand-written stand-ins for the platform that record what they are asked.
 namespace tonadex::test {
@@ -82,6 +83,21 @@ class FakeFileDialogs : public app::FileDialogs {
     answers.pop_front();
     return true;
   }
+};
+
+// Answers a conversion with one path, or cancels, and keeps the question.
+class FakeSaveQuestion : public phones::SaveFileQuestion {
+ public:
+  explicit FakeSaveQuestion(std::optional<std::string> chosen = std::nullopt)
+      : file(std::move(chosen)) {}
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest& request) override {
+    asked += request.DialogTitle + "|" + request.Filter + "|" + request.DefaultExt +
+             std::to_string(request.FilterIndex) + (request.CancelError ? "" : "no cancel");
+    return file;
+  }
+
+  std::optional<std::string> file;
+  std::string asked;
 };
 
 class FakeSequencer : public midi::Sequencer {

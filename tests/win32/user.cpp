@@ -120,13 +120,17 @@ void ClickRow(HWND list, int row) {
 }
 
 void ClickScreen(int x, int y) {
-  SetCursorPos(x, y);
-  INPUT input{};
-  input.type = INPUT_MOUSE;
-  for (const int flags : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
-    input.mi.dwFlags = static_cast<DWORD>(flags);
-    Send(input);
+  constexpr int kWhole = 0x10000;  // the screen's width and height in such an event
+  INPUT click[2]{};
+  for (INPUT& half : click) {
+    half.type = INPUT_MOUSE;
+    half.mi.dx = MulDiv(x, kWhole, GetSystemMetrics(SM_CXSCREEN));
+    half.mi.dy = MulDiv(y, kWhole, GetSystemMetrics(SM_CYSCREEN));
+    half.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE;
   }
+  click[0].mi.dwFlags |= MOUSEEVENTF_LEFTDOWN;
+  click[1].mi.dwFlags |= MOUSEEVENTF_LEFTUP;
+  SendInput(2, click, sizeof click[0]);
 }
 
 void Type(const std::wstring& text) {

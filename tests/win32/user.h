@@ -8,13 +8,13 @@
 
 #include "app/form1.h"
 
-// Someone at the screen: looks for windows, clicks and types as a person does.
+// Finds windows, clicks and types like a user.
 namespace tonadex::test {
 
-// What a busy machine may take; nothing that works comes near it.
+// Generous for a busy machine; working code needs far less.
 inline constexpr DWORD kPatienceMs = 60'000;
 
-// Whether `condition` comes true within the time, looked at again and again.
+// Polls; true when the condition becomes true in time.
 bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = kPatienceMs);
 
 // The visible top-level window of this class and, unless 0, of this process; null for none in time.
@@ -28,12 +28,13 @@ std::string TextIn(HWND window);  // Windows-1252
 // The mouse, in the middle of a window or at a place within it.
 void Click(HWND window);
 void ClickAt(HWND window, int x, int y);
-// The real mouse, for what no window of ours takes as a message.
+// The system's mouse, for what none of our windows takes as a message. Press and release carry the
+// place with them: under Wine the pointer itself springs back to where the X server has it.
 void ClickScreen(int x, int y);
 // A row of a list box.
 void ClickRow(HWND list, int row);
 void Type(const std::wstring& text);
-// A key, with others held meanwhile. AltGr is two of them: Windows adds the left Ctrl.
+// Presses a key while others are held. AltGr is two of them: Windows adds the left Ctrl.
 inline const std::vector<WORD> kAlt{VK_MENU}, kCtrl{VK_CONTROL}, kAltGr{VK_LCONTROL, VK_RMENU};
 void Press(WORD key, const std::vector<WORD>& held = {});
 

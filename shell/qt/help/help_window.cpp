@@ -6,7 +6,6 @@
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -22,7 +21,6 @@
 
 #include "core/windows1252.h"
 #include "platform/qt/text_document.h"
-#include "rtf/rtf_reader.h"
 #include "shell/qt/help/paper_colours.h"
 
 namespace tonadex::shell {
@@ -104,14 +102,15 @@ HelpWindow::HelpWindow(QWidget* parent)
 
   const auto goToItem = [this](QTreeWidgetItem* item) {
     if (item != nullptr) {
-      GoTo(item->data(0, Qt::UserRole).value<std::size_t>());
+      book_.GoTo(static_cast<std::size_t>(std::ranges::find(items_, item) - items_.begin()));
     }
   };
   connect(contents_, &QTreeWidget::currentItemChanged, this, goToItem);
   connect(contents_, &QTreeWidget::itemClicked, this, goToItem);  // the current one again
-  connect(text_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { FollowScroll(); });
+  connect(text_->verticalScrollBar(), &QScrollBar::valueChanged, this,
+          [this] { book_.Scrolled(); });
   AddShortcuts();
-  UpdateButtons();
+  DrawButtons();
 }
 
 void HelpWindow::BuildBar(QBoxLayout& bar) {
@@ -136,7 +135,6 @@ void HelpWindow::BuildBar(QBoxLayout& bar) {
     const QKeySequence keys(FromWindows1252(row.keys));
     auto* button = new QToolButton;
     button->setObjectName(FromWindows1252(row.name));
-    button->setText(QString::fromUtf16(row.sign.data(), qsizetype(row.sign.size())));
     button->setToolTip(QString("%1 (%2)").arg(meaning, keys.toString(QKeySequence::NativeText)));
     button->setAccessibleName(meaning);
     button->setProperty("command", true);
@@ -144,11 +142,12 @@ void HelpWindow::BuildBar(QBoxLayout& bar) {
     button->setMinimumSize(4 * kGrid, 4 * kGrid);
     bar.addWidget(button);
     buttons_.push_back(button);
-    const auto run = [this, command = row.command] { Run(command); };
+    const auto run = [this, command = row.command] { book_.Run(command); };
     connect(button, &QToolButton::clicked, this, run);
     connect(new QShortcut(keys, this), &QShortcut::activated, this, run);
   }
-  connect(search_, &QLineEdit::textChanged, this, [this] { Search(); });
+  connect(search_, &QLineEdit::textChanged, this,
+          [this](const QString& words) { book_.Search(words.toStdU16String()); });
 }
 
 void HelpWindow::AddShortcuts() {
@@ -167,24 +166,16 @@ void HelpWindow::AddShortcuts() {
     search_->setFocus(Qt::ShortcutFocusReason);
     search_->selectAll();
   });
-  add(Qt::CTRL | Qt::Key_Equal, [this] { Run(HelpCommand::kLarger); });
+  add(Qt::CTRL | Qt::Key_Equal, [this] { book_.Run(HelpCommand::kLarger); });
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-    addIn(search_, key, [this] { Run(HelpCommand::kNext); });
-    addIn(search_, Qt::SHIFT | key, [this] { Run(HelpCommand::kPrevious); });
+    addIn(search_, key, [this] { book_.Run(HelpCommand::kNext); });
+    addIn(search_, Qt::SHIFT | key, [this] { book_.Run(HelpCommand::kPrevious); });
     addIn(contents_, key, [this] { text_->setFocus(Qt::ShortcutFocusReason); });
   }
 }
 
 void HelpWindow::Open(const std::filesystem::path& file) {
-  if (!loaded_ || file != file_) {
-    const app::HelpSource source = app::ReadHelp(file);
-    loaded_ = source.found;
-    file_ = file;
-    manual_ = rtf::ReadRtf(source.rtf);
-    book_.Open();
-    Draw();
-    ScrollTo(0);
-  }
+  book_.Open(file);
   show();
   raise();
   activateWindow();
@@ -192,23 +183,19 @@ void HelpWindow::Open(const std::filesystem::path& file) {
 }
 
 // Lays the text out anew: zoom, colours and type are part of it.
-void HelpWindow::Draw() {
-  const QScopedValueRollback guard(drawing_, true);
+std::u16string HelpWindow::DrawManual() {
   // The application's: while colours change, the text's own palette comes after this window's.
   const QColor page = QApplication::palette().color(QPalette::Base);
   const double size = QApplication::font().pointSizeF() * kReadingSize;
   platform::TextDrawing drawing;
-  drawing.scale = 2 * size / BodySize(manual_) * book_.Zoom();
+  drawing.scale = 2 * size / BodySize(book_.manual()) * book_.Zoom();
   drawing.screen = true;
   drawing.ink = [page](const QColor& ink) { return ReadableInk(ink, page); };
   drawing.ground = [page](const QColor& tint) { return TintedGround(tint, page); };
   text_->document()->setDefaultFont(QApplication::font());
-  platform::FillTextDocument(*text_->document(), manual_, drawing);
+  platform::FillTextDocument(*text_->document(), book_.manual(), drawing);
   SetColumn();
-  book_.SetText(manual_, text_->document()->toRawText().toStdU16String());
-  FillContents();
-  MarkHits();
-  UpdateButtons();
+  return text_->document()->toRawText().toStdU16String();
 }
 
 // Long lines tire: a wide window gives the text a wider margin at the right.
@@ -225,7 +212,7 @@ void HelpWindow::SetColumn() {
   }
 }
 
-void HelpWindow::FillContents() {
+void HelpWindow::DrawContents() {
   const QSignalBlocker quiet(contents_);
   contents_->clear();
   items_.clear();
@@ -236,7 +223,6 @@ void HelpWindow::FillContents() {
         parents.empty() ? new QTreeWidgetItem(contents_) : new QTreeWidgetItem(parents.back());
     item->setText(0, QString::fromStdU16String(heading.text));
     item->setToolTip(0, item->text(0));
-    item->setData(0, Qt::UserRole, QVariant::fromValue(heading.position));
     QFont font = contents_->font();
     font.setBold(heading.level == 1);
     item->setFont(0, font);
@@ -247,42 +233,15 @@ void HelpWindow::FillContents() {
   contents_->setVisible(!items_.empty());
 }
 
-void HelpWindow::Search() {
-  book_.Search(search_->text().toStdU16String(), TopPosition());
-  ShowHit();
+void HelpWindow::DrawHit() {
+  QTextCursor cursor(text_->document());
+  cursor.setPosition(static_cast<int>(*book_.Hit()));
+  text_->setTextCursor(cursor);
+  text_->ensureCursorVisible();
+  DrawHits();
 }
 
-void HelpWindow::Run(app::HelpCommand command) {
-  const std::size_t top = TopPosition();
-  switch (book_.Run(command, top)) {
-    case app::HelpChange::kPlace:
-      ScrollTo(book_.Place());
-      break;
-    case app::HelpChange::kHit:
-      ShowHit();
-      break;
-    case app::HelpChange::kZoom:
-      Draw();
-      ScrollTo(top);
-      break;
-    case app::HelpChange::kNothing:
-      break;
-  }
-  UpdateButtons();
-}
-
-void HelpWindow::ShowHit() {
-  if (const auto hit = book_.Hit()) {
-    QTextCursor cursor(text_->document());
-    cursor.setPosition(static_cast<int>(*hit));
-    text_->setTextCursor(cursor);
-    text_->ensureCursorVisible();
-  }
-  MarkHits();
-  UpdateButtons();
-}
-
-void HelpWindow::MarkHits() {
+void HelpWindow::DrawHits() {
   QList<QTextEdit::ExtraSelection> marks;
   const auto mark = [&](std::size_t position, const QColor& ground, const QColor& ink) {
     QTextEdit::ExtraSelection selection;
@@ -304,51 +263,38 @@ void HelpWindow::MarkHits() {
   text_->setExtraSelections(marks);
 }
 
-void HelpWindow::GoTo(std::size_t position) {
-  book_.GoTo(TopPosition(), position);
-  ScrollTo(position);
-  UpdateButtons();
-}
-
 void HelpWindow::ScrollTo(std::size_t position) {
   const QTextBlock block = text_->document()->findBlock(static_cast<int>(position));
   const QRectF place = text_->document()->documentLayout()->blockBoundingRect(block);
   text_->setTextCursor(QTextCursor(block));
   text_->verticalScrollBar()->setValue(static_cast<int>(place.top()) - kMargin);
-  FollowScroll();
 }
 
-std::size_t HelpWindow::TopPosition() const {
+std::size_t HelpWindow::Top() const {
   return static_cast<std::size_t>(
       text_->cursorForPosition(QPoint(kMargin, kMargin + kGrid)).position());
 }
 
-// The contents mark the section that is being read.
-void HelpWindow::FollowScroll() {
-  if (!drawing_ && !items_.empty()) {
+void HelpWindow::DrawSection(int section) {
+  if (section >= 0) {
     const QSignalBlocker quiet(contents_);
-    contents_->setCurrentItem(items_[static_cast<std::size_t>(book_.SectionAt(TopPosition()))]);
+    contents_->setCurrentItem(items_[static_cast<std::size_t>(section)]);
   }
 }
 
-void HelpWindow::UpdateButtons() {
+void HelpWindow::DrawButtons() {
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
-    const app::HelpCommand command = app::HelpButtons()[i].command;
-    buttons_[i]->setEnabled(book_.Can(command));
-    if (command == app::HelpCommand::kNormal) {
-      buttons_[i]->setText(FromWindows1252(book_.ZoomInWords()));
-    }
+    const app::HelpButton& row = app::HelpButtons()[i];
+    buttons_[i]->setEnabled(book_.Can(row.command));
+    buttons_[i]->setText(QString::fromStdU16String(book_.Caption(row)));
   }
   hitCount_->setText(FromWindows1252(book_.HitsInWords()));
 }
 
 void HelpWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  const bool redraw = event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange;
-  if (redraw && !drawing_ && !manual_.paragraphs.empty()) {
-    const std::size_t top = TopPosition();
-    Draw();
-    ScrollTo(top);
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+    book_.Redraw();
   }
 }
 
@@ -364,7 +310,8 @@ bool HelpWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Wheel) {
     const auto& wheel = static_cast<QWheelEvent&>(*event);
     if (wheel.modifiers().testFlag(Qt::ControlModifier)) {
-      Run(wheel.angleDelta().y() > 0 ? app::HelpCommand::kLarger : app::HelpCommand::kSmaller);
+      book_.Run(wheel.angleDelta().y() > 0 ? app::HelpCommand::kLarger
+                                           : app::HelpCommand::kSmaller);
       return true;
     }
   }

@@ -21,7 +21,7 @@ namespace tonadex::shell {
 // headings), search, history and zoom, in the colours and the type size of the program.
 // Object names: helpBack, helpForward, helpSearch, helpPrevious, helpNext, helpHits, helpZoomOut,
 // helpZoomReset, helpZoomIn, helpContents, helpText.
-class HelpWindow : public QWidget {
+class HelpWindow : public QWidget, private app::HelpPage {
  public:
   explicit HelpWindow(QWidget* parent = nullptr);
 
@@ -37,18 +37,16 @@ class HelpWindow : public QWidget {
  private:
   void BuildBar(QBoxLayout& bar);
   void AddShortcuts();
-  void Draw();
   void SetColumn();
-  void FillContents();
-  void Search();
-  void Run(app::HelpCommand command);
-  void ShowHit();
-  void MarkHits();
-  void GoTo(std::size_t position);
-  void ScrollTo(std::size_t position);
-  std::size_t TopPosition() const;
-  void FollowScroll();
-  void UpdateButtons();
+
+  std::u16string DrawManual() override;
+  void DrawContents() override;
+  void DrawSection(int section) override;
+  void DrawHits() override;
+  void DrawHit() override;
+  void DrawButtons() override;
+  std::size_t Top() const override;
+  void ScrollTo(std::size_t position) override;
 
   std::vector<QToolButton*> buttons_;  // as app::HelpButtons() has them
   QLineEdit* search_;
@@ -56,11 +54,7 @@ class HelpWindow : public QWidget {
   QTreeWidget* contents_;
   QTextBrowser* text_;
 
-  rtf::Document manual_;
-  std::filesystem::path file_;
-  bool loaded_ = false;
-  bool drawing_ = false;
-  app::HelpBook book_;
+  app::HelpBook book_{*this};
   std::vector<QTreeWidgetItem*> items_;  // of the book's headings
 };
 

@@ -71,43 +71,32 @@ bool RunDialog(QFileDialog::AcceptMode mode, app::FileDialogRecord& record, QWid
   return true;
 }
 
-bool IsInput(QEvent::Type type) {
-  switch (type) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
+bool IsInput(const QEvent& event) {
+  switch (event.type()) {
     case QEvent::Shortcut:
-    case QEvent::ShortcutOverride:
-    case QEvent::Wheel:
-    case QEvent::ContextMenu:
-    case QEvent::TouchBegin:
-    case QEvent::TouchEnd:
-    case QEvent::TouchUpdate:
     case QEvent::InputMethod:
     case QEvent::DragEnter:
     case QEvent::Drop:
       return true;
     default:
-      return false;
+      return event.isInputEvent();
   }
 }
 
 }  // namespace
 
-// Lets everything pass but what the user does.
+// Discards the user's input and lets every other event pass.
 class Repainting::InputFilter : public QObject {
  public:
   explicit InputFilter(const Repainting& owner) : owner_(owner) {}
   bool eventFilter(QObject*, QEvent* event) override {
-    // As long as Esc is a shortcut of the window, no key press follows the question.
+    // While Esc is a shortcut of the window, it arrives as ShortcutOverride without a key press.
     const bool pressed =
         event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     if (pressed && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && owner_.escape) {
       owner_.escape();
     }
-    return IsInput(event->type());
+    return IsInput(*event);
   }
 
  private:
@@ -137,7 +126,7 @@ void QtMessageBoxes::Show(const core::Message& message) {
                   hooks_.window);
   box.setTextFormat(Qt::PlainText);
   box.setText(ToQStringLines(message.text));
-  // What it says can be passed on.
+  // Ctrl+C copies the message.
   QObject::connect(new QShortcut(QKeySequence::Copy, &box), &QShortcut::activated, &box,
                    [&box] { QApplication::clipboard()->setText(box.text()); });
   box.show();
@@ -178,7 +167,7 @@ QtShellServices::QtShellServices(WindowHooks& hooks, Repainting& repainting,
 void QtShellServices::SetTopMost(std::intptr_t window) {
   const QWidgetList widgets = QApplication::topLevelWidgets();
   for (QWidget* widget : widgets) {
-    // The flag of the native window: that of the widget would hide and show it again.
+    // QWidget::setWindowFlag would hide the window and show it again.
     if (widget->windowHandle() != nullptr &&
         static_cast<std::intptr_t>(widget->winId()) == window) {
       widget->windowHandle()->setFlag(Qt::WindowStaysOnTopHint);

@@ -17,17 +17,17 @@ namespace tonadex::shell {
 
 class WebPane;
 
-// What the services need of the windows, which are made later. Empty ones are left out.
+// What the services need of the windows, which are created later. Any may be empty.
 struct WindowHooks {
   QPointer<QWidget> window;                  // owner of the dialogs
   std::function<void()> draw;                // the model onto the widgets
-  std::function<void(QWidget* box)> opened;  // a message box stands
+  std::function<void(QWidget* box)> opened;  // a message box is shown
   std::function<void()> closed;
   std::function<void(const std::filesystem::path&)> openHelp;
   QPointer<WebPane> page, banner;
 };
 
-// Paints what waits to be painted while a handler runs; no other handler starts.
+// Repaints the windows while a handler runs; no other handler starts.
 class Repainting {
  public:
   Repainting();
@@ -36,11 +36,11 @@ class Repainting {
   Repainting& operator=(const Repainting&) = delete;
 
   enum class Input {
-    kKept,  // what the user did waits for the handler's end
-    kLost,  // and comes to nothing: the program was seen to be busy
+    kKept,  // stays queued until the handler ends
+    kLost,  // is discarded: the program was visibly busy
   };
   void Once(Input input);
-  // Whether Once is under way: events must not reach handlers then.
+  // True while Once runs: events must not reach handlers then.
   bool Active() const { return active_; }
 
   // Esc, the one key that is not lost. The close button of a window is not lost either: it sends

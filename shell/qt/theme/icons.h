@@ -7,8 +7,8 @@ class QString;
 
 namespace tonadex::shell {
 
-// The program's own picture of that name (a file of icons/), sharp at any size and drawn in the
-// colours of the theme that stands when it is painted. A checked button's picture has the accent.
+// The picture of that name (a file of icons/), sharp at any size and in the colours of the current
+// theme whenever it is painted. A checked button's picture has the accent.
 enum class IconInk {
   kText,
   kOnAccent,  // painted on a ground of the accent
@@ -17,7 +17,7 @@ enum class IconInk {
 };
 QIcon ThemedIcon(const QString& name, IconInk ink = IconInk::kText);
 
-// Beside a button's words: as large as the type asks.
+// Size of a picture beside a button's words, in proportion to the body font.
 QSize IconSize();
 
 }  // namespace tonadex::shell

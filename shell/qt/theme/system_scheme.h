@@ -10,7 +10,7 @@ namespace tonadex::shell {
 // toolkit say it over D-Bus; without a bus or an answer it is false.
 bool SystemPrefersDark();
 
-// Calls `changed` when the desktop has taken other colours while the program runs.
+// Calls `changed` when the desktop's colours change while the program runs.
 class SchemeWatcher : public QObject {
   Q_OBJECT
  public:
@@ -22,7 +22,7 @@ class SchemeWatcher : public QObject {
  private:
   Q_SLOT void SettingChanged(const QString& group, const QString& key);
 
-  QTimer once_;  // every window hears of one change
+  QTimer once_;  // a change is sent to every window
 };
 
 }  // namespace tonadex::shell

@@ -10,8 +10,7 @@
 
 #include "shell/qt/theme/icons.h"
 
-// The pictures lie in a static library: the linker keeps them for this call alone. It must stand
-// outside of any namespace.
+// Forces the linker to keep the Qt resources of this static library. Must be outside of namespaces.
 static void KeepResources() {
   Q_INIT_RESOURCE(shell);
 }
@@ -19,18 +18,11 @@ static void KeepResources() {
 namespace tonadex::shell {
 namespace {
 
-// `part` of `over` on `under`, 0 to 1.
-QColor Blend(const QColor& over, const QColor& under, double part) {
-  const auto mix = [part](int a, int b) { return static_cast<int>(a * part + b * (1 - part)); };
-  return {mix(over.red(), under.red()), mix(over.green(), under.green()),
-          mix(over.blue(), under.blue())};
-}
-
 // Where the system names no colours of its own.
 QPalette OwnPalette(bool dark) {
   const Grounds& grounds = dark ? kDarkGrounds : kLightGrounds;
-  const QColor window(QRgb{grounds.window}), base(QRgb{grounds.card}), text(QRgb{grounds.text});
-  QPalette palette(text, window);
+  const auto& [window, base, text] = grounds;
+  QPalette palette{QColor(text), QColor(window)};
   palette.setColor(QPalette::Window, window);
   palette.setColor(QPalette::Base, base);
   palette.setColor(QPalette::Button, base);
@@ -168,11 +160,11 @@ QString StyleSheet(const Theme& theme, int rowHeight) {
       {"text", theme.text.name()},
       {"hover", theme.hover.name()},
       {"muted", theme.muted.name()},
-      {"faint", Blend(theme.text, theme.window, 0.45).name()},
+      {"faint", theme.faint.name()},
       {"wash", theme.accentWash.name()},
       {"window", theme.window.name()},
       {"accent", theme.accent.name()},
-      {"accenthover", Blend(theme.accent, theme.text, 0.85).name()},
+      {"accenthover", theme.accentHover.name()},
       {"onaccent", theme.accentText.name()},
       {"good", theme.good.name()},
       {"bad", theme.bad.name()},
@@ -200,24 +192,15 @@ QString StyleSheet(const Theme& theme, int rowHeight) {
 
 Theme CurrentTheme() {
   const QPalette palette = QApplication::palette();
-  Theme theme;
-  theme.dark = IsDark(palette);
-  const Tones& tones = theme.dark ? kDarkTones : kLightTones;
-  theme.window = palette.color(QPalette::Window);
-  theme.card = palette.color(QPalette::Base);
-  theme.text = palette.color(QPalette::WindowText);
-  theme.accent = QColor(QRgb{tones.accent});
-  theme.accentText = QColor(QRgb{tones.accentText});
-  theme.accentWash = Blend(theme.accent, theme.card, theme.dark ? 0.24 : 0.13);
-  theme.muted = Blend(theme.text, theme.window, 0.66);
-  theme.border = Blend(theme.text, theme.window, theme.dark ? 0.24 : 0.2);
-  theme.hover = Blend(theme.text, theme.card, 0.06);
-  theme.good = QColor(QRgb{tones.good});
-  theme.bad = QColor(QRgb{tones.bad});
-  theme.displayGround = QColor(QRgb{tones.displayGround});
-  theme.displayInk = QColor(QRgb{tones.displayInk});
-  theme.displayFaint = Blend(theme.displayInk, theme.displayGround, 0.4);
-
+  const bool dark = IsDark(palette);
+  const auto ground = [&palette](QPalette::ColorRole role) {
+    return palette.color(role).rgb() & 0xFFFFFF;
+  };
+  Theme theme{
+      MixColours({ground(QPalette::Window), ground(QPalette::Base), ground(QPalette::WindowText)},
+                 dark ? kDarkTones : kLightTones, dark ? kDarkShares : kLightShares,
+                 [](Rgb colour) { return QColor(colour); })};
+  theme.dark = dark;
   theme.body = BodyFont(QApplication::font());
   theme.small = Scaled(theme.body, 0.9);
   theme.title = Scaled(theme.body, 1.25, QFont::DemiBold);

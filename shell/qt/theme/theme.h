@@ -2,7 +2,6 @@
 
 #include <QColor>
 #include <QFont>
-#include <QPalette>
 #include <QString>
 
 #include "app/look.h"
@@ -14,16 +13,9 @@ namespace tonadex::shell {
 
 using namespace app::look;
 
-struct Theme {
+struct Theme : Colours<QColor> {
   bool dark = false;
-  QColor window, card, text, muted, border, hover;
-  QColor accent;      // the one accent: marks, links, the sounding note
-  QColor accentText;  // on a ground of the accent
-  QColor accentWash;  // a quiet ground for what is selected
-  QColor good, bad;   // the live check's sentence
-  QColor displayGround, displayInk, displayFaint;  // the phone's display
-
-  QFont body, small, title, heading, mono;
+  QFont body{}, small{}, title{}, heading{}, mono{};
   int controlHeight = 36;  // buttons and one-line fields
 };
 

@@ -14,8 +14,39 @@
 namespace tonadex::shell {
 namespace {
 
-QRectF RectOf(const app::Box& box) {
-  return {box.x, box.y, box.width, box.height};
+void Paint(QPainter& painter, const app::PictureMark& mark, const Theme& theme) {
+  using Shape = app::PictureMark::Shape;
+  const QRectF box(mark.box.x, mark.box.y, mark.box.width, mark.box.height);
+  QColor ink = mark.shape == Shape::kLine ? theme.border : mark.sounds ? theme.accent : theme.text;
+  ink.setAlphaF(static_cast<float>(mark.opacity));
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(ink);
+  switch (mark.shape) {
+    case Shape::kLine:
+      painter.setPen(ink);
+      painter.drawLine(box.topLeft(), box.bottomRight());
+      break;
+    case Shape::kHatched:
+      painter.setPen(QPen(ink, 1.25));
+      painter.setBrush(QBrush(ink, Qt::BDiagPattern));
+      [[fallthrough]];
+    case Shape::kNote:
+      painter.drawRoundedRect(box, app::kNoteRadius, app::kNoteRadius);
+      break;
+    case Shape::kDot:
+      painter.drawEllipse(box);
+      break;
+    case Shape::kNoteName: {
+      QFont font = theme.small;
+      font.setBold(mark.sounds);
+      painter.setFont(font);
+      painter.setPen(ink);
+      const QString name = ToQString(mark.name);
+      if (QFontMetrics(font).horizontalAdvance(name) <= box.width()) {
+        painter.drawText(box.bottomLeft(), name);
+      }
+    }
+  }
 }
 
 }  // namespace
@@ -49,7 +80,7 @@ void MelodyView::SetPosition(double ms) {
   }
 }
 
-// The scroll bar takes its height from the picture.
+// Whether a scroll bar is needed depends on the size without it, so the size is set twice.
 void MelodyView::FitPicture() {
   const int name = QFontMetrics(CurrentTheme().small).horizontalAdvance(QStringLiteral("sol"));
   const int thickness = scroll_->sizeHint().height();
@@ -84,57 +115,14 @@ void MelodyView::paintEvent(QPaintEvent*) {
   QPainterPath inside;
   inside.addRoundedRect(QRectF(rect()).adjusted(2, 2, -2, -2), kRadius, kRadius);
   painter.setClipPath(inside);
-  PaintGround(painter);
+  for (const app::PictureMark& mark : picture_.Marks()) {
+    Paint(painter, mark, theme);
+  }
   if (picture_.drawing().notes.empty()) {
     painter.setPen(theme.muted);
     painter.setFont(theme.body);
     painter.drawText(rect().adjusted(kPageMargin, kGrid, -kPageMargin, -kGrid),
                      Qt::AlignCenter | Qt::TextWordWrap, invitation_);
-    return;
-  }
-  for (const std::size_t index : picture_.NotesInView()) {
-    PaintNote(painter, index);
-  }
-}
-
-void MelodyView::PaintGround(QPainter& painter) const {
-  const Theme theme = CurrentTheme();
-  QColor faint = theme.border;
-  faint.setAlphaF(picture_.drawing().notes.empty() ? 0.35F : 0.7F);
-  painter.setPen(QPen(faint, 1));
-  for (const double y : picture_.StaffLines()) {
-    painter.drawLine(QPointF(0, y), QPointF(width(), y));
-  }
-  painter.setPen(QPen(theme.border, 1));
-  for (const app::Box& bar : picture_.BarLines()) {
-    painter.drawLine(QPointF(bar.x, bar.y), QPointF(bar.x, bar.bottom()));
-  }
-}
-
-void MelodyView::PaintNote(QPainter& painter, std::size_t index) const {
-  const Theme theme = CurrentTheme();
-  const app::DrawnNote& note = picture_.drawing().notes[index];
-  const QRectF box = RectOf(picture_.NoteBox(index));
-  const bool sounds = static_cast<int>(index) == picture_.sounding();
-  QColor ink = sounds ? theme.accent : theme.text;
-  if (!sounds) {
-    ink.setAlphaF(0.62F);
-  }
-  painter.setPen(note.outside ? QPen(ink, 1.25) : QPen(Qt::NoPen));
-  painter.setBrush(note.outside ? QBrush(ink, Qt::BDiagPattern) : QBrush(ink));
-  painter.drawRoundedRect(box, app::kNoteRadius, app::kNoteRadius);
-  painter.setPen(sounds ? theme.accent : theme.text);
-  if (note.dotted) {
-    painter.setBrush(painter.pen().color());
-    painter.drawEllipse(QPointF(box.right() - 1, box.top() - app::kDotRise), app::kDotRadius,
-                        app::kDotRadius);
-  }
-  QFont font = theme.small;
-  font.setBold(sounds);
-  painter.setFont(font);
-  const QString name = ToQString(note.name);
-  if (QFontMetrics(font).horizontalAdvance(name) <= box.width() + app::kNameOverhang) {
-    painter.drawText(QPointF(box.left(), box.top() - app::kNameRise), name);
   }
 }
 
@@ -162,7 +150,7 @@ void MelodyView::keyPressEvent(QKeyEvent* event) {
 
 bool MelodyView::event(QEvent* event) {
   if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-    FitPicture();  // names take another width
+    FitPicture();  // the width of note names has changed
   }
   if (event->type() != QEvent::ToolTip) {
     return QWidget::event(event);

@@ -16,7 +16,7 @@ class MelodyView : public QWidget {
  public:
   explicit MelodyView(QWidget* parent = nullptr);
 
-  // `invitation` stands in an empty one.
+  // `invitation` is shown while there are no notes.
   void SetDrawing(const app::Drawing& drawing, const QString& invitation);
   // Marks the note that sounds and keeps it in view; a negative position marks none.
   void SetPosition(double ms);
@@ -33,8 +33,6 @@ class MelodyView : public QWidget {
   bool event(QEvent* event) override;
 
  private:
-  void PaintGround(QPainter& painter) const;
-  void PaintNote(QPainter& painter, std::size_t index) const;
   void FitPicture();
   void ScrollBy(int pixels);
 

@@ -31,7 +31,7 @@ PhoneDisplay::PhoneDisplay(QWidget* parent) : QPlainTextEdit(parent), display_(M
   setReadOnly(true);
   setUndoRedoEnabled(false);
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  setLineWrapMode(NoWrap);  // lines end where the layout ends them
+  setLineWrapMode(NoWrap);  // ResultDisplay breaks the lines
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setMouseTracking(true);
   viewport()->setMouseTracking(true);
@@ -161,7 +161,7 @@ void PhoneDisplay::wheelEvent(QWheelEvent* event) {
   QPlainTextEdit::wheelEvent(event);
 }
 
-// Room for the scroll bar is always left, so that its coming changes no line.
+// Always leaves room for the scroll bar, so that showing it changes no line break.
 void PhoneDisplay::resizeEvent(QResizeEvent* event) {
   QPlainTextEdit::resizeEvent(event);
   const QScrollBar& bar = *verticalScrollBar();
@@ -173,7 +173,7 @@ void PhoneDisplay::resizeEvent(QResizeEvent* event) {
 
 void PhoneDisplay::changeEvent(QEvent* event) {
   QPlainTextEdit::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) {  // type and colours may be others
+  if (event->type() == QEvent::PaletteChange) {  // fonts and colours may have changed
     display_.LayOut();
     Draw();
   }

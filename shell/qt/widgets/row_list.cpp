@@ -97,17 +97,14 @@ RowList::RowList(QWidget* parent) : QListView(parent), model_(new RowsModel(this
 void RowList::SetControl(const app::Control& control) {
   setting_ = true;
   const std::string_view loose = control.LooseText();
+  if (const QString words = ToQString(control.invitation); words != invitation_) {
+    invitation_ = words;
+    viewport()->update();
+  }
   const bool fresh = model_->SetRows(control.rows, std::string(loose));
-  text_ = control.text;
   if (fresh || SelectedRow() != control.listIndex) {
-    if (!loose.empty()) {
-      setCurrentIndex(model_->index(static_cast<int>(control.rows.size())));
-    } else if (control.listIndex < 0) {
-      clearSelection();
-      setCurrentIndex({});
-    } else {
-      setCurrentIndex(model_->index(control.listIndex));
-    }
+    const int row = loose.empty() ? control.listIndex : static_cast<int>(control.rows.size());
+    setCurrentIndex(model_->index(row));  // -1 clears the selection
   }
   setting_ = false;
 }
@@ -115,13 +112,6 @@ void RowList::SetControl(const app::Control& control) {
 int RowList::SelectedRow() const {
   const int row = currentIndex().isValid() ? currentIndex().row() : -1;
   return row < static_cast<int>(Rows().size()) ? row : -1;
-}
-
-void RowList::SetInvitation(const QString& sentence) {
-  if (sentence != invitation_) {
-    invitation_ = sentence;
-    viewport()->update();
-  }
 }
 
 void RowList::paintEvent(QPaintEvent* event) {
@@ -137,9 +127,6 @@ void RowList::paintEvent(QPaintEvent* event) {
 void RowList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QListView::currentChanged(current, previous);
   if (!setting_ && current.isValid()) {
-    if (SelectedRow() >= 0) {
-      text_ = Rows()[static_cast<std::size_t>(current.row())].text;
-    }
     emit RowChosen();
   }
 }
@@ -152,7 +139,7 @@ void RowList::mousePressEvent(QMouseEvent* event) {
   }
 }
 
-// The toolkit would choose the first row for a list that has none; only the user chooses.
+// On focus QListView selects the first row when none is selected; only the user selects here.
 void RowList::focusInEvent(QFocusEvent* event) {
   const bool none = !currentIndex().isValid();
   setting_ = true;

@@ -2,7 +2,6 @@
 
 #include <QAbstractListModel>
 #include <QListView>
-#include <functional>
 
 #include "app/controls.h"
 
@@ -16,8 +15,8 @@ class RowsModel : public QAbstractListModel {
 
   enum Roles { kHintRole = Qt::UserRole };
 
-  // True when the rows are other ones than before. `loose` is shown as one more row at the end,
-  // unless it is empty.
+  // True when the rows differ from those before. A `loose` text that is not empty becomes one more
+  // row at the end.
   bool SetRows(const app::ListRows& rows, const std::string& loose);
   const app::ListRows& Rows() const { return rows_; }
 
@@ -29,24 +28,20 @@ class RowsModel : public QAbstractListModel {
   std::string loose_;
 };
 
-// A list of one column that draws and gives back a list control: rows, selected row and, where the
-// control has one, a text that need not be a row's.
+// A list of one column that draws a list control and gives back its selected row. A text of the
+// control that is in no row is shown as one more row.
 class RowList : public QListView {
   Q_OBJECT
  public:
   explicit RowList(QWidget* parent = nullptr);
 
   void SetControl(const app::Control& control);
-  // The control's row, -1 also while a text that is no row's is marked.
+  // -1 also while the loose text is marked.
   int SelectedRow() const;
   const app::ListRows& Rows() const { return model_->Rows(); }
-  // The selected row's text or, with none selected, the text that was set.
-  const std::string& Text() const { return text_; }
-  // What stands in the list while it has no row.
-  void SetInvitation(const QString& sentence);
 
  signals:
-  void RowChosen();     // the user selected a row, by a click also the one that was selected
+  void RowChosen();     // the user selected a row or clicked the selected one
   void RowActivated();  // Enter or a double click
 
  protected:
@@ -59,7 +54,6 @@ class RowList : public QListView {
 
  private:
   RowsModel* model_;
-  std::string text_;
   QString invitation_;
   bool setting_ = false;
 };

@@ -1,23 +1,23 @@
 #include "shell/qt/widgets/waiting_line.h"
 
 #include <QEvent>
-#include <QLabel>
-#include <QVBoxLayout>
+#include <QPainter>
 
 #include "shell/qt/theme/theme.h"
-#include "shell/qt/widgets/busy_line.h"
 
 namespace tonadex::shell {
+namespace {
 
-WaitingLine::WaitingLine(const QString& words) : words_(new QLabel(words)), line_(new BusyLine) {
+constexpr int kStepMs = 40;
+constexpr qint64 kRoundMs = 1400;
+constexpr int kThickness = 3;
+
+}  // namespace
+
+WaitingLine::WaitingLine(const QString& words) : QLabel(words) {
   setProperty("bar", true);
-  words_->setAlignment(Qt::AlignCenter);
-  words_->setContentsMargins(kGrid, kGrid, kGrid, kGrid);
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  column->addWidget(line_);
-  column->addWidget(words_);
+  setAlignment(Qt::AlignCenter);
+  setContentsMargins(kGrid, kGrid + kThickness, kGrid, kGrid);
 }
 
 void WaitingLine::PutUnder(QWidget* above) {
@@ -27,27 +27,37 @@ void WaitingLine::PutUnder(QWidget* above) {
 
 void WaitingLine::SetBusy(bool busy) {
   Place();
-  line_->SetBusy(busy);
+  since_.start();
+  busy ? step_.start(kStepMs, this) : step_.stop();
   setVisible(busy);
   raise();
 }
 
-QString WaitingLine::Words() const {
-  return words_->text();
-}
-
 void WaitingLine::Place() {
-  if (above_ == nullptr) {
-    return;
+  if (above_ != nullptr) {
+    setGeometry(0, above_->geometry().bottom() + 1, parentWidget()->width(), sizeHint().height());
   }
-  setGeometry(0, above_->geometry().bottom() + 1, parentWidget()->width(), sizeHint().height());
 }
 
 bool WaitingLine::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Resize && isVisible()) {
     Place();
   }
-  return QFrame::eventFilter(watched, event);
+  return QLabel::eventFilter(watched, event);
+}
+
+void WaitingLine::timerEvent(QTimerEvent*) {
+  update();
+}
+
+void WaitingLine::paintEvent(QPaintEvent* event) {
+  QLabel::paintEvent(event);
+  const Theme theme = CurrentTheme();
+  QPainter painter(this);
+  painter.fillRect(0, 0, width(), kThickness, theme.border);
+  const double part = static_cast<double>(since_.elapsed() % kRoundMs) / kRoundMs;
+  const double length = width() / 4.0;
+  painter.fillRect(QRectF(part * (width() + length) - length, 0, length, kThickness), theme.accent);
 }
 
 }  // namespace tonadex::shell

@@ -1,33 +1,32 @@
 #pragma once
 
-#include <QFrame>
-
-class QLabel;
+#include <QBasicTimer>
+#include <QElapsedTimer>
+#include <QLabel>
 
 namespace tonadex::shell {
 
-class BusyLine;
-
-// Says over the top of a window's pages, on whichever of them, that the program waits and how to
-// end that. Hidden while nothing is awaited.
-class WaitingLine : public QFrame {
+// Says over the top of every page that the program waits and how to end that, under a slim line in
+// which a part moves. Hidden while nothing is awaited.
+class WaitingLine : public QLabel {
   Q_OBJECT
  public:
   explicit WaitingLine(const QString& words);
-  // Right under `above`; both are children of the same window.
+  // Directly below `above`; both are children of the same window.
   void PutUnder(QWidget* above);
   void SetBusy(bool busy);
-  QString Words() const;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
 
  private:
   void Place();
 
   QWidget* above_ = nullptr;
-  QLabel* words_;
-  BusyLine* line_;
+  QBasicTimer step_;
+  QElapsedTimer since_;
 };
 
 }  // namespace tonadex::shell

@@ -1,118 +1,53 @@
 #include "shell/qt/widgets/web_pane.h"
 
+#include <dlfcn.h>
+
+#include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QOpenGLContext>
 #include <QTimer>
 
 #include "app/words.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
+#include "shell/qt/web/browser.h"
 
-#ifdef TONADEX_WEBENGINE
-#include <QCoreApplication>
-#include <QDateTime>
-#include <QElapsedTimer>
-#include <QWebEngineHistory>
-#include <QWebEngineLoadingInfo>
-#include <QWebEngineNewWindowRequest>
-#include <QWebEnginePage>
-#include <QWebEngineProfile>
-#include <QWebEngineSettings>
-#include <QWebEngineView>
-#endif
+QT_BEGIN_NAMESPACE
+Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* context);
+Q_GUI_EXPORT QOpenGLContext* qt_gl_global_share_context();
+QT_END_NAMESPACE
 
 namespace tonadex::shell {
 namespace {
 
-#ifdef TONADEX_WEBENGINE
-constexpr qint64 kClickMs = 1000;  // what a page does this long after a click, the click began
-
-// What the browser asks with javaScriptConfirm before it leaves a page that would rather stay.
-bool AsksToLeave(const QString& question) {
-  return question == QCoreApplication::translate("QWebEnginePage",
-                                                 "Are you sure you want to leave this page? "
-                                                 "Changes that you made may not be saved.");
+// The context that the web engine shares with the window. Qt creates it with the application when
+// it is asked before, which takes as long as all the rest up to the splash; so this asks late.
+void ShareOpenGl() {
+  const auto handler =
+      qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);  // warns that it is late
+  qInstallMessageHandler(handler);
+  auto* context = new QOpenGLContext;
+  context->create();
+  qt_gl_set_global_share_context(context);
+  qAddPostRoutine([] {
+    delete qt_gl_global_share_context();
+    qt_gl_set_global_share_context(nullptr);
+  });
 }
 
-// Shows what the program asked for. A guarded page stays there, whatever its own page wants; others
-// follow their links, in the same place also those that want a new window. No page opens a dialog.
-class GuardedPage : public QWebEnginePage {
- public:
-  GuardedPage(QWebEngineProfile* profile, bool guard, WebPane* pane)
-      : QWebEnginePage(profile, pane), guard_(guard), pane_(pane) {
-    connect(this, &QWebEnginePage::newWindowRequested, this, &GuardedPage::AnswerNewWindow);
-  }
-
-  void Ask(const QUrl& url) {
-    shownBefore_ = history()->currentItem().lastVisited();
-    load(url);
-  }
-
-  void NoteClick() { sinceClick_.start(); }
-
- protected:
-  bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool mainFrame) override {
-    if (!guard_ || IsAsked(type)) {
-      return QWebEnginePage::acceptNavigationRequest(url, type, mainFrame);
-    }
-    const bool clicked = TakeClick();
-    if (clicked) {
-      // Not from within the page's own call: the answer is a new navigation.
-      QTimer::singleShot(0, pane_, [pane = pane_] { emit pane->LeaveAttempted(); });
-    }
-    return !mainFrame && !clicked;  // a frame's content is a part of what was asked for
-  }
-
-  void javaScriptAlert(const QUrl&, const QString&) override {}
-  bool javaScriptConfirm(const QUrl&, const QString& question) override {
-    return AsksToLeave(question);
-  }
-  bool javaScriptPrompt(const QUrl&, const QString&, const QString&, QString*) override {
-    return false;
-  }
-  // What pages tell their authors is not for the program's standard error.
-  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int,
-                                const QString&) override {}
-
- private:
-  // The program's own load, or where the server sends it on. A page that stands redirects, too: by
-  // then it is the one visited last.
-  bool IsAsked(NavigationType type) const {
-    return type == NavigationTypeTyped || (type == NavigationTypeRedirect &&
-                                           history()->currentItem().lastVisited() == shownBefore_);
-  }
-
-  // Whether a click began what the page does now. One click is told of once.
-  bool TakeClick() {
-    const bool clicked = sinceClick_.isValid() && sinceClick_.elapsed() < kClickMs;
-    sinceClick_.invalidate();
-    return clicked;
-  }
-
-  void AnswerNewWindow(const QWebEngineNewWindowRequest& request) {
-    const QUrl url = request.requestedUrl();
-    if (guard_) {
-      acceptNavigationRequest(url, NavigationTypeOther, true);
-    } else if (request.isUserInitiated() && url.scheme().startsWith(QLatin1String("http"))) {
-      QTimer::singleShot(0, this, [this, url] { Ask(url); });
-    }
-  }
-
-  bool guard_;
-  WebPane* pane_;
-  QDateTime shownBefore_;  // when the page was loaded that the program's load replaces
-  QElapsedTimer sinceClick_;
-};
-
-// The browser knows no colours but those with which the program began: what a page keeps for dark
-// ones is switched on or off here.
-constexpr char kSchemeScript[] = R"(
-  window.schemeRules ??= [...document.styleSheets].flatMap(sheet => [...sheet.cssRules])
-      .filter(rule => /prefers-color-scheme: *dark/.test(rule.media?.mediaText));
-  window.schemeRules.forEach(rule => { rule.media.mediaText = '%1' == 'dark' ? 'all' : 'not all'; });
-  document.documentElement.style.colorScheme = '%1';
-)";
-#endif
+// Loads the module with the first browser; null where it is not installed. The loader finds it by
+// the program's run path.
+MakeBrowser* BrowserMaker() {
+  static MakeBrowser* const maker = [] {
+    ShareOpenGl();
+    void* module = dlopen(kBrowserModule, RTLD_NOW);
+    return module == nullptr ? nullptr
+                             : reinterpret_cast<MakeBrowser*>(dlsym(module, kMakeBrowser));
+  }();
+  return maker;
+}
 
 }  // namespace
 
@@ -150,48 +85,34 @@ void WebPane::ShowQuietPage() {
 
 void WebPane::changeEvent(QEvent* event) {
   QStackedWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && view_ != nullptr) {
+  if (event->type() == QEvent::PaletteChange) {
     FollowScheme();
   }
 }
 
-#ifdef TONADEX_WEBENGINE
 void WebPane::FollowScheme() {
-  const Theme theme = CurrentTheme();
-  view_->page()->setBackgroundColor(theme.window);
-  view_->page()->runJavaScript(
-      QString::fromLatin1(kSchemeScript).arg(QLatin1String(theme.dark ? "dark" : "light")));
+  if (browser_ != nullptr) {
+    const Theme theme = CurrentTheme();
+    browser_->SetColours(theme.window, theme.dark);
+  }
 }
 
 void WebPane::Prepare() {
-  if (view_ == nullptr) {
-    view_ = new QWebEngineView(this);
-    auto* profile = new QWebEngineProfile(view_);  // keeps nothing on the disk
-    auto* page = new GuardedPage(profile, kind_ == Kind::kBanner, this);
-    page->settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
-    page->settings()->setAttribute(QWebEngineSettings::ShowScrollBars, kind_ == Kind::kPage);
-    view_->installEventFilter(this);
-    view_->setPage(page);
-    FollowScheme();
-    view_->setContextMenuPolicy(Qt::NoContextMenu);
-    view_->setFocusPolicy(kind_ == Kind::kBanner ? Qt::NoFocus : Qt::StrongFocus);
-    connect(page, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo& info) {
-      // A page whose own navigation was stopped stands.
-      if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus) {
-        return;
-      }
-      if (info.status() != QWebEngineLoadingInfo::LoadFailedStatus) {
-        FollowScheme();
-        if (QWidget* inner = view_->focusProxy(); inner != nullptr && kind_ == Kind::kBanner) {
-          inner->setFocusPolicy(Qt::NoFocus);  // nothing in it is for the keyboard
-        }
-        setCurrentWidget(view_);
-      } else {
-        ShowQuietPage();
-      }
-    });
-    addWidget(view_);
+  MakeBrowser* const make = BrowserMaker();
+  if (browser_ != nullptr || make == nullptr) {
+    return;
   }
+  const auto loaded = [this](bool reached) {
+    if (reached) {
+      FollowScheme();
+      setCurrentWidget(browser_->View());
+    } else {
+      ShowQuietPage();
+    }
+  };
+  browser_ = make(this, kind_ == Kind::kBanner, {loaded, [this] { emit LeaveAttempted(); }});
+  FollowScheme();
+  addWidget(browser_->View());
 }
 
 void WebPane::Load() {
@@ -200,31 +121,11 @@ void WebPane::Load() {
   }
   pending_ = false;
   Prepare();
-  static_cast<GuardedPage*>(view_->page())
-      ->Ask(QUrl::fromEncoded(QByteArray::fromStdString(address_)));
-}
-
-// The view shows the page in a child, which takes the clicks and is made anew now and then.
-bool WebPane::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == view_ && event->type() == QEvent::ChildAdded) {
-    static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
-  } else if (watched != view_ && event->type() == QEvent::MouseButtonRelease) {
-    static_cast<GuardedPage*>(view_->page())->NoteClick();
+  if (browser_ == nullptr) {
+    ShowQuietPage();
+  } else {
+    browser_->Load(QUrl::fromEncoded(QByteArray::fromStdString(address_)));
   }
-  return QStackedWidget::eventFilter(watched, event);
 }
-#else
-void WebPane::FollowScheme() {}
-void WebPane::Prepare() {}
-
-bool WebPane::eventFilter(QObject* watched, QEvent* event) {
-  return QStackedWidget::eventFilter(watched, event);
-}
-
-void WebPane::Load() {
-  pending_ = false;
-  ShowQuietPage();
-}
-#endif
 
 }  // namespace tonadex::shell

@@ -1,15 +1,16 @@
 #pragma once
 
 #include <QStackedWidget>
-#include <QUrl>
+#include <string>
 
 class QLabel;
-class QWebEngineView;
 
 namespace tonadex::shell {
 
-// A web view whose browser is made when it is first seen, or by Prepare. Where it is not
-// built in, and while a page cannot be reached, a quiet page of our own stands in its place.
+class Browser;
+
+// A web view whose browser is made when it is first seen, or by Prepare. Without the browser's
+// module, and while a page cannot be reached, it shows a sentence instead.
 class WebPane : public QStackedWidget {
   Q_OBJECT
  public:
@@ -31,7 +32,6 @@ class WebPane : public QStackedWidget {
  protected:
   void showEvent(QShowEvent* event) override;
   void changeEvent(QEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void Load();
@@ -42,7 +42,7 @@ class WebPane : public QStackedWidget {
   std::string address_;
   bool pending_ = false;
   QLabel* quiet_;
-  QWebEngineView* view_ = nullptr;
+  Browser* browser_ = nullptr;  // a child
 };
 
 }  // namespace tonadex::shell

@@ -34,7 +34,8 @@ using app::Look;
 
 // ---- How a control looks ------------------------------------------------------------------------
 
-// The line under a mnemonic undoes the kerning beside it, which the toolkit does not reckon with.
+// QLabel::sizeHint ignores that an underlined mnemonic disables kerning, and is a few pixels too
+// narrow.
 class FieldLabel : public QLabel {
  public:
   QSize sizeHint() const override { return Wider(QLabel::sizeHint()); }
@@ -114,43 +115,11 @@ class TextArea : public QPlainTextEdit {
   }
 };
 
-QPlainTextEdit* MakeTextArea() {
-  auto* area = new TextArea;
-  area->setTabChangesFocus(true);
-  return area;
-}
-
-QWidget* MakeNotesArea() {
-  auto* area = MakeTextArea();
-  area->setFont(CurrentTheme().mono);
-  return area;
-}
-
-QWidget* MakeReadOnlyArea() {
-  auto* area = MakeTextArea();
-  area->setReadOnly(true);
-  area->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  return area;
-}
-
-QWidget* MakeDisplay() {
-  auto* display = new PhoneDisplay;
-  display->setTabChangesFocus(true);
-  return display;
-}
-
-QWidget* MakeReading() {
-  auto* box = new QLineEdit;
-  box->setReadOnly(true);
-  box->setAlignment(Qt::AlignRight);
-  return box;
-}
-
-QWidget* MakeSlider() {
-  auto* slider = new QSlider(Qt::Horizontal);
-  slider->setRange(kSmallestType, kLargestType);
-  slider->setPageStep(4);
-  return slider;
+QWidget* With(QWidget* widget, std::initializer_list<std::pair<const char*, QVariant>> values) {
+  for (const auto& [name, value] : values) {
+    widget->setProperty(name, value);
+  }
+  return widget;
 }
 
 QWidget* MakeComboBox() {
@@ -174,13 +143,16 @@ QWidget* MakeWidget(const ControlInfo& info) {
     case Look::kLine:
       return new QLineEdit;
     case Look::kReading:
-      return MakeReading();
+      return With(new QLineEdit, {{"readOnly", true}, {"alignment", int{Qt::AlignRight}}});
     case Look::kArea:
-      return MakeNotesArea();
+      return With(new TextArea, {{"tabChangesFocus", true}, {"font", CurrentTheme().mono}});
     case Look::kNotices:
-      return MakeReadOnlyArea();
+      return With(new TextArea, {{"tabChangesFocus", true},
+                                 {"readOnly", true},
+                                 {"textInteractionFlags",
+                                  int{Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard}}});
     case Look::kDisplay:
-      return MakeDisplay();
+      return With(new PhoneDisplay, {{"tabChangesFocus", true}});
     case Look::kList:
       return new RowList;
     case Look::kComboBox:
@@ -194,7 +166,8 @@ QWidget* MakeWidget(const ControlInfo& info) {
     case Look::kDrawing:
       return new MelodyView;
     case Look::kSlider:
-      return MakeSlider();
+      return With(new QSlider(Qt::Horizontal),
+                  {{"minimum", kSmallestType}, {"maximum", kLargestType}, {"pageStep", 4}});
     case Look::kKeys:
       return new KeyRow;
     case Look::kBusyLine:
@@ -310,7 +283,6 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   } else if (auto* area = qobject_cast<QPlainTextEdit*>(&widget)) {
     DrawArea(*area, control);
   } else if (auto* list = qobject_cast<RowList*>(&widget)) {
-    list->SetInvitation(ToQString(control.invitation));
     list->SetControl(control);
   } else if (auto* box = qobject_cast<QComboBox*>(&widget)) {
     DrawComboBox(*box, control);
@@ -337,15 +309,14 @@ void CopyInObject(const BoundControl& bound, Control& control) {
     }
     control.cursor = static_cast<std::size_t>(area->textCursor().position());
   } else if (const auto* list = qobject_cast<const RowList*>(bound.object)) {
-    control.listIndex = list->SelectedRow();
-    control.text = list->Text();
+    if (list->SelectedRow() != control.listIndex) {
+      control.Select(list->SelectedRow());
+    }
   } else if (const auto* slider = qobject_cast<const QSlider*>(bound.object)) {
     control.value = slider->value();
   } else if (const auto* box = qobject_cast<const QComboBox*>(bound.object)) {
     if (box->currentText() != ToQString(control.text)) {
-      control.text = FromQString(box->currentText());
-      control.listIndex =
-          box->findText(box->currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);
+      control.SetText(FromQString(box->currentText()));
     }
   }
 }

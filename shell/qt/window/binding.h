@@ -44,7 +44,7 @@ class Binding {
 
   app::Form1& form_;
   std::vector<BoundControl> bound_;
-  bool drawing_ = false;  // signals of widgets that are being drawn are no user's doing
+  bool drawing_ = false;  // Draw is running: ignore the signals that it causes
 };
 
 }  // namespace tonadex::shell

@@ -28,6 +28,15 @@ namespace {
 
 namespace words = app::words;
 using app::Form1;
+using app::Look;
+
+// The only control that is drawn so.
+template <typename Kind>
+Kind* The(Look look, const Binding& binding) {
+  const auto found = std::ranges::find_if(
+      binding.Controls(), [look](const BoundControl& bound) { return bound.info->look == look; });
+  return qobject_cast<Kind*>(found->widget);
+}
 
 }  // namespace
 
@@ -62,8 +71,8 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
     follow_->stop();
     FollowMelody();
   };
-  hooks_.page = As<WebPane>(&Form1::WebBrowser1);
-  hooks_.banner = As<WebPane>(&Form1::navbanner);
+  hooks_.page = The<WebPane>(Look::kPage, binding_);
+  hooks_.banner = The<WebPane>(Look::kBanner, binding_);
   program_.busyChanged = [this] { DrawBusy(); };
   repainting_.escape = [this] { app::GiveUpRequest(program_); };
   ConnectParts();
@@ -103,13 +112,13 @@ void MainWindow::Run(const Binding::Handler& handler) {
 // ---- Wiring -------------------------------------------------------------------------------------
 
 void MainWindow::ConnectParts() {
-  connect(As<KeyRow>(&Form1::keyRow), &KeyRow::KeyPressed, this,
+  connect(The<KeyRow>(Look::kKeys, binding_), &KeyRow::KeyPressed, this,
           [this](const QString& key, bool held) {
             Run([&] { form_.keyRow_KeyPressed(FromQString(key), held); });
           });
   // The slider shows the size that the display has, also the one that fits.
-  const auto* display = As<PhoneDisplay>(&Form1::textresultado);
-  auto* slider = As<QSlider>(&Form1::sizeSlider);
+  const auto* display = The<PhoneDisplay>(Look::kDisplay, binding_);
+  auto* slider = The<QSlider>(Look::kSlider, binding_);
   slider->setValue(display->PixelSize());
   connect(display, &PhoneDisplay::PixelSizeChanged, slider, [slider](int pixels) {
     const QSignalBlocker silent(slider);
@@ -117,7 +126,7 @@ void MainWindow::ConnectParts() {
   });
   // Filter the combo box, not its line edit: the combo has the focus and forwards keys past the
   // line edit's filters.
-  binding_.Widget(&Form1::txtcompoTempo)->installEventFilter(this);
+  The<QComboBox>(Look::kComboBox, binding_)->installEventFilter(this);
   binding_.Widget(&Form1::txtbuscar)->installEventFilter(this);
 }
 
@@ -134,7 +143,7 @@ void MainWindow::AddShortcuts() {
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
     for (const BoundControl& bound : binding_.Controls()) {
-      if (bound.info->look == app::Look::kNavigation && (form_.*bound.info->member).checked) {
+      if (bound.info->look == Look::kNavigation && (form_.*bound.info->member).checked) {
         bound.widget->setFocus(Qt::ShortcutFocusReason);
       }
     }
@@ -150,7 +159,7 @@ void MainWindow::SetTabOrder() {
     const auto* keys = qobject_cast<KeyRow*>(widget);
     QWidget* first = keys != nullptr ? keys->First() : widget;
     if (first->focusPolicy() == Qt::NoFocus) {
-      continue;  // such a one would break the chain
+      continue;  // it would break the chain
     }
     if (last != nullptr) {
       QWidget::setTabOrder(last, first);
@@ -178,7 +187,7 @@ void MainWindow::Draw() {
   }
 }
 
-// The first control of the page that takes it.
+// Focuses the first control of the page that accepts it.
 void MainWindow::FocusPage() {
   for (const auto member : app::PageControls(form_.paginaactual)) {
     QWidget* widget = binding_.Widget(member);
@@ -216,7 +225,7 @@ void MainWindow::FollowMelody() {
   }
 }
 
-// Away from the drawing that is followed.
+// Moves a message box away from the drawing of the melody that sounds.
 void MainWindow::PlaceBox(QWidget* box) const {
   const auto sounding =
       std::ranges::find_if(binding_.Controls(), [this](const BoundControl& bound) {
@@ -233,10 +242,10 @@ void MainWindow::PlaceBox(QWidget* box) const {
 
 // ---- Keys ---------------------------------------------------------------------------------------
 
-// What is typed in the tempo box, character by character; the text of a key or of an input method
-// may hold several. The box itself is left no typing to do.
+// Passes typed text through txtcompoTempo_KeyPress character by character (one key or input method
+// event can hold several) and inserts what is accepted.
 void MainWindow::TypeTempo(const QString& typed) {
-  auto* box = As<QComboBox>(&Form1::txtcompoTempo);
+  auto* box = The<QComboBox>(Look::kComboBox, binding_);
   for (const char character : FromQString(typed)) {
     std::int16_t code = static_cast<unsigned char>(character);
     Run([this, &code] { form_.txtcompoTempo_KeyPress(code); });
@@ -246,7 +255,7 @@ void MainWindow::TypeTempo(const QString& typed) {
   }
 }
 
-// Keys that type no character (arrows, Backspace, commands) are the box's own.
+// Keys that type no character (arrows, Backspace, commands) are left to the box.
 bool MainWindow::FilterTempoKey(QKeyEvent* event) {
   const QString typed = event->text();
   const bool command =
@@ -258,7 +267,7 @@ bool MainWindow::FilterTempoKey(QKeyEvent* event) {
   return true;
 }
 
-// The box still shows what is being put together.
+// The box itself shows the text that an input method composes; only what it commits is filtered.
 bool MainWindow::FilterTempoText(QInputMethodEvent* event) {
   const QString typed = event->commitString();
   event->setCommitString({}, event->replacementStart(), event->replacementLength());
@@ -266,12 +275,12 @@ bool MainWindow::FilterTempoText(QInputMethodEvent* event) {
   return false;
 }
 
-// From the search words down into what was found.
+// The Down key moves from the search words to the list of results.
 bool MainWindow::GoToList(QKeyEvent* event) {
   if (event->key() != Qt::Key_Down) {
     return false;
   }
-  auto* list = As<RowList>(&Form1::List1);
+  auto* list = qobject_cast<RowList*>(binding_.Widget(&Form1::List1));
   list->setFocus(Qt::OtherFocusReason);
   if (list->SelectedRow() < 0) {
     list->setCurrentIndex(list->model()->index(0, 0));
@@ -291,7 +300,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
   return QWidget::eventFilter(watched, event);
 }
 
-// Enter presses the button that has the focus; outside dialogs the toolkit knows Space alone.
+// Outside dialogs Qt presses the focused button with Space only; this adds Enter.
 void MainWindow::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   auto* button = qobject_cast<QAbstractButton*>(focusWidget());

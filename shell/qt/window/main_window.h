@@ -18,13 +18,13 @@ namespace tonadex::shell {
 class MainWindow : public QWidget {
   Q_OBJECT
  public:
-  // Milliseconds since a melody began to sound, none while nothing plays.
+  // Milliseconds since a melody began to sound, nullopt while nothing plays.
   using Position = std::function<std::optional<double>()>;
 
   MainWindow(app::Program& program, WindowHooks& hooks, Repainting& repainting, Position position);
   ~MainWindow() override;
 
-  // Makes the browser of WebBrowser1, which takes a moment. Call before Load, while nothing waits.
+  // Loads the browser of WebBrowser1, which takes a while. Call before Load.
   void PrepareBrowser() const;
   // Runs Form_Load and draws; call before show().
   void Load();
@@ -42,10 +42,6 @@ class MainWindow : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  template <typename Kind>
-  Kind* As(app::Control app::Form1::*member) const {
-    return qobject_cast<Kind*>(binding_.Widget(member));
-  }
   void ConnectParts();
   void AddShortcuts();
   void SetTabOrder();

@@ -8,14 +8,13 @@
 namespace tonadex::shell {
 namespace {
 
-constexpr unsigned kPassMs = 1600;  // once from left to right
+constexpr unsigned kPassMs = 1600;  // of the bar, from left to right
 constexpr int kLine = 3;
 
 void Paint(HWND window, const Theme& theme) {
   const BufferedPaint paint(window);
   RECT area = paint.area();
-  const Brush ground(CreateSolidBrush(theme.colours.accentWash));
-  FillRect(paint.get(), &area, ground.get());
+  Fill(paint.get(), area, theme.colours.accentWash);
   RECT line = area;
   line.bottom = area.top = theme.Px(kLine);
   Words(paint.get(), WindowText(window), area, theme.body.get(), theme.colours.text,
@@ -24,8 +23,7 @@ void Paint(HWND window, const Theme& theme) {
   const auto phase = static_cast<int>(GetTickCount64() % kPassMs);
   line.left = MulDiv(area.right + part, phase, kPassMs) - part;
   line.right = line.left + part;
-  const Brush accent(CreateSolidBrush(theme.colours.accent));
-  FillRect(paint.get(), &line, accent.get());
+  Fill(paint.get(), line, theme.colours.accent);
 }
 
 }  // namespace

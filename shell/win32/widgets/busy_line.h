@@ -6,7 +6,7 @@
 
 namespace tonadex::shell {
 
-// Its text and a line that moves on whenever it is painted, shown while a request runs.
+// The line shown while a request runs: its text and a bar that moves on with each painting.
 HWND MakeBusyLine(HWND parent, int id, const Theme& theme);
 int BusyLineHeight(const Theme& theme);
 

@@ -92,8 +92,7 @@ void DrawNavigation(const DRAWITEMSTRUCT& item, const Face& face, const Ink& ink
   if (face.checked) {
     RECT mark = box;
     mark.top = mark.bottom - theme.Px(3);
-    const Brush brush(CreateSolidBrush(theme.colours.accent));
-    FillRect(item.hDC, &mark, brush.get());
+    Fill(item.hDC, mark, theme.colours.accent);
   }
 }
 

@@ -9,14 +9,14 @@
 
 namespace tonadex::shell {
 
-// A push button that we paint and that stays the system's in all else: focus, mnemonic, access.
-// A phone's key (kKeys) sets the second of its two lines smaller.
+// An owner-drawn push button; focus, mnemonics and accessibility remain the system's. A phone's key
+// (kKeys) has two lines, the second one smaller.
 HWND MakeButton(HWND parent, int id, app::Look look, std::string_view icon, const Theme& theme);
 
-// The mark of the page that is shown, and of a key that stays down.
+// Marks the button of the page that is shown, or a key that is held.
 void SetChecked(HWND button, bool checked);
 
-// How large the button has to be for its caption.
+// The size that the caption needs.
 SIZE ButtonSize(HWND button, const Theme& theme);
 int KeyHeight(const Theme& theme);
 

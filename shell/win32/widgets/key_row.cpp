@@ -61,8 +61,7 @@ int KeyRow::Height(int width) const {
 }
 
 void KeyRow::LayOut() {
-  RECT area{};
-  GetClientRect(window_, &area);
+  const RECT area = ClientArea(window_);
   const int rows = Rows(area.right), gap = theme_.Px(kFieldGap), height = KeyHeight(theme_);
   const int inRow = (static_cast<int>(kCount) + rows - 1) / rows;
   for (int i = 0; i < static_cast<int>(kCount); ++i) {
@@ -97,8 +96,7 @@ std::optional<LRESULT> KeyRow::Handle(UINT message, WPARAM wide, LPARAM data) {
     case WM_DRAWITEM:
       return ReflectDraw(data);
     case WM_ERASEBKGND: {
-      RECT area{};
-      GetClientRect(window_, &area);
+      const RECT area = ClientArea(window_);
       FillRect(reinterpret_cast<HDC>(wide), &area,
                GroundUnder(window_, reinterpret_cast<HDC>(wide)));
       return 1;

@@ -12,8 +12,8 @@
 
 namespace tonadex::shell {
 
-// The phone's keys under the composer's notes, and one more that stays down. A key counts as held
-// while that one is down, when the mouse keeps it down for kHoldMs, or together with Shift.
+// The phone's keys under the composer's notes, and a key that locks. A key counts as held while
+// that one is locked, when the mouse presses it for kHoldMs, or together with Shift.
 class KeyRow {
  public:
   using Pressed = std::function<void(std::string_view label, bool held)>;
@@ -21,9 +21,9 @@ class KeyRow {
   KeyRow(HWND parent, int id, const Theme& theme, Pressed pressed);
 
   HWND window() const { return window_; }
-  // Tells tooltips of each key and its words.
+  // Calls `told` with each key and its help text.
   void ForEachKey(const std::function<void(HWND key, std::string_view help)>& told) const;
-  // One row where every key's word has room, else two.
+  // Of one row when each key's word fits, else of two.
   int Height(int width) const;
 
  private:
@@ -38,7 +38,7 @@ class KeyRow {
   const Theme& theme_;
   Pressed pressed_;
   bool hold_ = false;
-  ULONGLONG downSince_ = 0;  // of the key that the mouse holds
+  ULONGLONG downSince_ = 0;  // when the mouse pressed a key
 };
 
 }  // namespace tonadex::shell

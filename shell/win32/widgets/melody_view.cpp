@@ -9,8 +9,6 @@ namespace {
 
 using Gdiplus::REAL;
 
-constexpr BYTE kNoteAlpha = 158;
-
 }  // namespace
 
 MelodyView::MelodyView(HWND parent, int id, const Theme& theme)
@@ -144,64 +142,64 @@ void MelodyView::Paint() {
   IntersectClipRect(paint.get(), area.left, area.top, area.right, area.bottom);
   graphics.SetClip(
       Gdiplus::Rect(area.left, area.top, area.right - area.left, area.bottom - area.top));
-  PaintGround(graphics, paint.area().right);
+  for (const app::PictureMark& mark : picture_.Marks()) {
+    PaintMark(graphics, paint.get(), mark);
+  }
   if (picture_.drawing().notes.empty()) {
     InflateRect(&area, -theme_.Px(kPageMargin), -theme_.Px(kGrid));
     Words(paint.get(), invitation_, area, theme_.body.get(), theme_.colours.muted,
           DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
-    return;
-  }
-  for (const std::size_t index : picture_.NotesInView()) {
-    PaintNote(graphics, paint.get(), index);
   }
 }
 
-void MelodyView::PaintGround(Gdiplus::Graphics& graphics, int width) const {
-  const bool empty = picture_.drawing().notes.empty();
-  const Gdiplus::Pen faint(Colour(theme_.colours.border, empty ? 90 : 178), 1);
-  for (const double line : picture_.StaffLines()) {
-    const auto y = static_cast<REAL>(line * Scale());
-    graphics.DrawLine(&faint, 0.0F, y, static_cast<REAL>(width), y);
-  }
-  const Gdiplus::Pen pen(Colour(theme_.colours.border), 1);
-  for (const app::Box& line : picture_.BarLines()) {
-    const auto bar = RectOf(line);
-    graphics.DrawLine(&pen, bar.X, bar.Y, bar.X, bar.GetBottom());
+void MelodyView::PaintMark(Gdiplus::Graphics& graphics, HDC context,
+                           const app::PictureMark& mark) const {
+  using Shape = app::PictureMark::Shape;
+  const auto& colours = theme_.colours;
+  const auto box = RectOf(mark.box);
+  const COLORREF ink = mark.shape == Shape::kLine ? colours.border
+                       : mark.sounds              ? colours.accent
+                                                  : colours.text;
+  const Gdiplus::Color paint = Colour(ink, static_cast<int>(255 * mark.opacity));
+  const Gdiplus::SolidBrush brush(paint);
+  switch (mark.shape) {
+    case Shape::kLine: {
+      const Gdiplus::Pen pen(paint, 1);
+      graphics.DrawLine(&pen, box.X, box.Y, box.GetRight(), box.GetBottom());
+      break;
+    }
+    case Shape::kHatched: {
+      const Gdiplus::HatchBrush hatch(Gdiplus::HatchStyleWideUpwardDiagonal, paint,
+                                      Colour(colours.card));
+      const Gdiplus::Pen frame(paint, 1.25F);
+      graphics.FillRectangle(&hatch, box);
+      graphics.DrawRectangle(&frame, box);
+      break;
+    }
+    case Shape::kNote: {
+      const RECT place{static_cast<LONG>(box.X), static_cast<LONG>(box.Y),
+                       static_cast<LONG>(box.GetRight()), static_cast<LONG>(box.GetBottom())};
+      const int radius =
+          std::min(static_cast<int>(app::kNoteRadius * Scale()), static_cast<int>(box.Width / 2));
+      RoundedBox(context, place, std::max(radius, 1), Blend(ink, colours.card, mark.opacity), 0, 0);
+      break;
+    }
+    case Shape::kDot:
+      graphics.FillEllipse(&brush, box);
+      break;
+    case Shape::kNoteName:
+      PaintName(context, mark, box);
   }
 }
 
-void MelodyView::PaintNote(Gdiplus::Graphics& graphics, HDC context, std::size_t index) const {
-  const app::DrawnNote& note = picture_.drawing().notes[index];
-  const auto box = RectOf(picture_.NoteBox(index));
-  const bool sounds = static_cast<int>(index) == picture_.sounding();
-  const COLORREF ink = sounds ? theme_.colours.accent : theme_.colours.text;
-  const Gdiplus::Color paint = Colour(ink, sounds ? 255 : kNoteAlpha);
-  if (note.outside) {
-    const Gdiplus::HatchBrush hatch(Gdiplus::HatchStyleWideUpwardDiagonal, paint,
-                                    Colour(theme_.colours.card));
-    const Gdiplus::Pen frame(paint, 1.25F);
-    graphics.FillRectangle(&hatch, box);
-    graphics.DrawRectangle(&frame, box);
-  } else {
-    const RECT place{static_cast<LONG>(box.X), static_cast<LONG>(box.Y),
-                     static_cast<LONG>(box.GetRight()), static_cast<LONG>(box.GetBottom())};
-    const int radius =
-        std::min(static_cast<int>(app::kNoteRadius * Scale()), static_cast<int>(box.Width / 2));
-    RoundedBox(context, place, std::max(radius, 1),
-               sounds ? ink : Blend(ink, theme_.colours.card, kNoteAlpha / 255.0), ink, 0);
-  }
-  if (note.dotted) {
-    const Gdiplus::SolidBrush dot(Colour(ink));
-    const auto radius = static_cast<REAL>(app::kDotRadius * Scale());
-    const auto rise = static_cast<REAL>(app::kDotRise * Scale());
-    graphics.FillEllipse(&dot, box.GetRight() - 2 * radius, box.Y - rise - radius, 2 * radius,
-                         2 * radius);
-  }
-  const std::wstring name = platform::ToWide(note.name);
-  const HFONT font = sounds ? theme_.bold.get() : theme_.small.get();
-  if (TextWidth(font, name) <= static_cast<double>(box.Width) + app::kNameOverhang * Scale()) {
-    const auto left = static_cast<LONG>(box.X), bottom = static_cast<LONG>(box.Y) - 1;
-    Words(context, name, {left, bottom - theme_.line, left + 2 * theme_.line, bottom}, font, ink,
+void MelodyView::PaintName(HDC context, const app::PictureMark& mark,
+                           const Gdiplus::RectF& box) const {
+  const std::wstring name = platform::ToWide(mark.name);
+  const HFONT font = mark.sounds ? theme_.bold.get() : theme_.small.get();
+  if (TextWidth(font, name) <= static_cast<int>(box.Width)) {
+    const auto left = static_cast<LONG>(box.X), bottom = static_cast<LONG>(box.GetBottom()) + 2;
+    Words(context, name, {left, bottom - theme_.line, left + 2 * theme_.line, bottom}, font,
+          mark.sounds ? theme_.colours.accent : theme_.colours.text,
           DT_LEFT | DT_BOTTOM | DT_SINGLELINE | DT_NOPREFIX | DT_NOCLIP);
   }
 }

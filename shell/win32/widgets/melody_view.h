@@ -26,8 +26,8 @@ class MelodyView {
  private:
   std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
   void Paint();
-  void PaintGround(Gdiplus::Graphics& graphics, int width) const;
-  void PaintNote(Gdiplus::Graphics& graphics, HDC context, std::size_t index) const;
+  void PaintMark(Gdiplus::Graphics& graphics, HDC context, const app::PictureMark& mark) const;
+  void PaintName(HDC context, const app::PictureMark& mark, const Gdiplus::RectF& box) const;
   double Scale() const;  // pixels per device-independent pixel
   Gdiplus::RectF RectOf(const app::Box& box) const;
   void FitPicture();

@@ -1,0 +1,158 @@
+#include "app/typing_sheet.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "core/windows1252.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+using Shape = SheetMark::Shape;
+
+constexpr double kWidth = kSheetWidth - 2 * kSheetMargin;
+constexpr double kFoot = kSheetHeight - kSheetMargin;
+constexpr double kLine = 1.3;  // height of a line of type by its size
+constexpr double kTitlePoints = 20, kMostKeyPoints = 28, kPointStep = 2;
+constexpr double kNumberPoints = 9, kNumberGap = 5, kColumnGap = 16;
+constexpr double kKeyWidth = 80, kKeyHeight = 36, kKeyGap = 4, kKeyPadding = 3;
+constexpr double kLabelPoints = 12, kWordPoints = 8;
+constexpr double kBlockGap = 16;  // between the parts of the page
+
+constexpr std::string_view kHeldKeys = u8"(3): mantén pulsada la tecla 3 segundos"_w;
+static_assert(phones::kHoldSeconds == 3);
+constexpr double kRemarkPoints = 10;
+
+bool HasHeldKey(const phones::TypingStep& step) {
+  return std::ranges::any_of(step.keys, &phones::KeyPress::hold);
+}
+
+struct Type {
+  const SheetMeasure& measure;
+
+  // A text with its upper left corner at a place, smaller where it is wider than `most`.
+  SheetMark Text(Shape shape, std::string text, double x, double y, double points,
+                 double most) const {
+    const double width = measure(text, points);
+    const double fitting = width > most ? points * most / width : points;
+    return {shape, {x, y, std::min(width, most), fitting * kLine}, fitting, std::move(text)};
+  }
+};
+
+double KeypadHeight(const phones::Keypad& keypad) {
+  return keypad.rows * (kKeyHeight + kKeyGap) - kKeyGap;
+}
+
+void AppendKeypad(SheetPage& page, const phones::Keypad& keypad, double x, double y,
+                  const Type& type) {
+  for (const phones::KeypadKey& key : keypad.keys) {
+    const Box box = {x + key.column * (kKeyWidth + kKeyGap), y + key.row * (kKeyHeight + kKeyGap),
+                     kKeyWidth, kKeyHeight};
+    page.push_back({Shape::kKey, box});
+    const double left = box.x + kKeyPadding, most = kKeyWidth - 2 * kKeyPadding;
+    page.push_back(type.Text(Shape::kText, std::string(key.signs), left, box.y + kKeyPadding,
+                             kLabelPoints, most));
+    if (!key.word.empty()) {
+      page.push_back(type.Text(Shape::kText, std::string(key.word), left,
+                               box.y + kKeyPadding + kLabelPoints * kLine, kWordPoints, most));
+    }
+  }
+}
+
+// The whole melody within the box: time to the right, pitch upward.
+void AppendDrawing(SheetPage& page, const Drawing& drawing, const Box& place) {
+  constexpr double kNoteHeight = 5, kGap = 1, kLeastWidth = 1;
+  const double perMs = place.width / std::max(1.0, drawing.length);
+  const double step = (place.height - kNoteHeight) / std::max(1, drawing.highest - drawing.lowest);
+  for (const DrawnNote& note : drawing.notes) {
+    if (!note.pause) {
+      page.push_back(
+          {Shape::kNote,
+           {place.x + note.start * perMs, place.y + (drawing.highest - note.pitch) * step,
+            std::max(kLeastWidth, note.length * perMs - kGap), kNoteHeight}});
+    }
+  }
+}
+
+// Places of the groups in type of one size.
+struct Grid {
+  double points, numbers, groups;  // size of type; widths of the widest number and group
+  std::size_t columns;
+
+  double RowHeight() const { return points * kLine; }
+  double ColumnWidth() const { return numbers + kNumberGap + groups + kColumnGap; }
+  std::size_t Rows(double height) const {
+    return std::max(std::size_t{1}, static_cast<std::size_t>(height / RowHeight()));
+  }
+};
+
+Grid GridFor(const TypingSheet& sheet, double points, const Type& type) {
+  Grid grid{points, type.measure(std::to_string(sheet.steps.size()), kNumberPoints), 0, 1};
+  for (const phones::TypingStep& step : sheet.steps) {
+    grid.groups = std::max(grid.groups, type.measure(step.group, points));
+  }
+  grid.groups = std::min(grid.groups, kWidth - grid.numbers - kNumberGap);
+  grid.columns = std::max(std::size_t{1},
+                          static_cast<std::size_t>((kWidth + kColumnGap) / grid.ColumnWidth()));
+  return grid;
+}
+
+// The largest type with which all groups fit the height, else the smallest.
+Grid FittingGrid(const TypingSheet& sheet, double height, const Type& type) {
+  double points = kMostKeyPoints;
+  Grid grid = GridFor(sheet, points, type);
+  while (points > kLeastKeyPoints && grid.Rows(height) * grid.columns < sheet.steps.size()) {
+    points -= kPointStep;
+    grid = GridFor(sheet, points, type);
+  }
+  return grid;
+}
+
+// The groups from `first` on that fit below `top`; returns the first that does not.
+std::size_t AppendGroups(SheetPage& page, const TypingSheet& sheet, std::size_t first, double top,
+                         const Grid& grid, const Type& type) {
+  const std::size_t rows = grid.Rows(kFoot - top);
+  const std::size_t end = std::min(sheet.steps.size(), first + rows * grid.columns);
+  for (std::size_t i = first; i < end; ++i) {
+    const std::size_t column = (i - first) / rows, row = (i - first) % rows;
+    const double x = kSheetMargin + static_cast<double>(column) * grid.ColumnWidth();
+    const double y = top + static_cast<double>(row) * grid.RowHeight();
+    const double lower = (grid.points - kNumberPoints) * kLine;  // numbers stand on the same line
+    page.push_back(
+        type.Text(Shape::kText, std::to_string(i + 1), x, y + lower, kNumberPoints, grid.numbers));
+    page.push_back(type.Text(Shape::kGroup, sheet.steps[i].group, x + grid.numbers + kNumberGap, y,
+                             grid.points, grid.groups));
+  }
+  return end;
+}
+
+}  // namespace
+
+std::vector<SheetPage> LayOutTypingSheet(const TypingSheet& sheet, const SheetMeasure& measure) {
+  const Type type{measure};
+  std::vector<SheetPage> pages(1);
+  SheetPage& front = pages.front();
+  front.push_back(
+      type.Text(Shape::kText, sheet.title, kSheetMargin, kSheetMargin, kTitlePoints, kWidth));
+  const double head = kSheetMargin + kTitlePoints * kLine + kBlockGap;
+  const double keypad = sheet.keypad.columns * (kKeyWidth + kKeyGap) - kKeyGap;
+  const double height = KeypadHeight(sheet.keypad);
+  AppendDrawing(front, sheet.drawing, {kSheetMargin, head, kWidth - keypad - kBlockGap, height});
+  AppendKeypad(front, sheet.keypad, kSheetMargin + kWidth - keypad, head, type);
+  double top = head + height + kBlockGap;
+  if (std::ranges::any_of(sheet.steps, HasHeldKey)) {
+    const SheetMark& held = front.emplace_back(
+        type.Text(Shape::kText, std::string(kHeldKeys), kSheetMargin, top, kRemarkPoints, kWidth));
+    top = held.box.bottom() + kBlockGap / 2;
+  }
+  const Grid grid = FittingGrid(sheet, kFoot - top, type);
+  std::size_t next = AppendGroups(front, sheet, 0, top, grid, type);
+  while (next < sheet.steps.size()) {
+    next = AppendGroups(pages.emplace_back(), sheet, next, kSheetMargin, grid, type);
+  }
+  return pages;
+}
+
+}  // namespace tonadex::app

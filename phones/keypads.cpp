@@ -1,0 +1,84 @@
+#include "phones/keypads.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "core/windows1252.h"
+#include "phones/catalogue.h"
+
+namespace tonadex::phones {
+namespace {
+
+using namespace core::literals;
+
+constexpr int kColumns = 3;
+
+// One cell a key, row by row: what is typed with it, its label first, and behind ":" what it does.
+template <std::size_t kCount>
+constexpr auto Keys(std::string_view cells) {
+  std::array<KeypadKey, kCount> keys{};
+  for (std::size_t i = 0; i < kCount; ++i) {
+    const std::string_view cell = cells.substr(0, cells.find('|'));
+    const std::size_t colon = cell.find(':');
+    const int place = static_cast<int>(i);
+    keys[i] = {cell.front(), cell.substr(0, colon), cell.substr(colon + 1), place / kColumns,
+               place % kColumns};
+    cells.remove_prefix(std::min(cell.size() + 1, cells.size()));
+  }
+  return keys;
+}
+
+constexpr auto kNokia = Keys<12>(
+    u8"1:do|2:re|3:mi|"
+    u8"4:fa|5:sol|6:la|"
+    u8"7:si|8:más corta|9:más larga|"
+    u8"*:octava|0:silencio|#:sostenido"_w);
+constexpr auto kMotorola = Keys<12>(
+    u8"1:octava|2:la, si, do|3:re, mi, fa|"
+    u8"4:sol, silencio|5:|6:|"
+    u8"7:sostenido|8:|9:|"
+    u8"*:|0:duración|#:"_w);
+// Letters as every phone has them. A digit is the duration of the letter before it, or the octave
+// behind "*".
+constexpr auto kIMelody = Keys<12>(
+    u8"1.:blanca, puntillo|2abc:negra, la, si, do|3def:corchea, re, mi, fa|"
+    u8"4g:semicorchea, sol|5:fusa|6:|"
+    u8"7r:silencio|8:|9:|"
+    u8"*:octava|0:redonda|#:sostenido"_w);
+constexpr auto kSamsung1 = Keys<12>(
+    u8"1:do|2:re|3:mi|"
+    u8"4:fa|5:sol|6:la|"
+    u8"7:si|8:octava|9:|"
+    u8"*:duración|0:silencio|#:sostenido"_w);
+constexpr auto kSamsung2 = Keys<15>(
+    u8"<:duración|^:sostenido|>:silencio|"
+    u8"1:do|2:re|3:mi|"
+    u8"4:fa|5:sol|6:la|"
+    u8"7:si|8:octava|9:|"
+    u8"*:|0:|#:"_w);
+
+constexpr Keypad Pad(std::string_view code, std::span<const KeypadKey> keys) {
+  return {code, static_cast<int>(keys.size()) / kColumns, kColumns, keys};
+}
+
+constexpr std::array kKeypads = {Pad("NKEY", kNokia), Pad("MOTK", kMotorola), Pad("MOTI", kIMelody),
+                                 Pad("SAM1", kSamsung1), Pad("SAM2", kSamsung2)};
+
+}  // namespace
+
+const Keypad* FindKeypad(std::string_view model) {
+  const CatalogueRow* phone = FindModel(model);
+  const auto found =
+      std::ranges::find(kKeypads, phone == nullptr ? "" : phone->code, &Keypad::code);
+  return found == kKeypads.end() ? nullptr : &*found;
+}
+
+const KeypadKey* FindKey(const Keypad& keypad, char sign) {
+  const auto found = std::ranges::find_if(keypad.keys, [sign](const KeypadKey& key) {
+    return key.signs.find(sign) != std::string_view::npos;
+  });
+  return found == keypad.keys.end() ? nullptr : &*found;
+}
+
+}  // namespace tonadex::phones
