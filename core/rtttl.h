@@ -58,7 +58,7 @@ constexpr bool IsPause(const NoteCodes& note) {
   return note.letter == 'p' && note.pitchSize == 1;
 }
 
-// NoteCodes::length by the number of a duration.
+// The phones' durations by NoteCodes::length, and NoteCodes::length by NoteCodes::duration.
 inline constexpr std::array<std::uint8_t, NoteCodes::kNoLength> kLengths = {1, 2, 4, 8, 16, 32};
 inline constexpr auto kLengthOf = [] {
   std::array<std::uint8_t, 256> lengths{};

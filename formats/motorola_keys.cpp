@@ -44,13 +44,8 @@ constexpr auto kRests = [] {
   return rests;
 }();
 
-struct DurationCode {
-  std::string_view duration;
-  double code;
-};
-
-constexpr std::array kDurationCodes =
-    std::to_array<DurationCode>({{"32", 1}, {"16", 1}, {"8", 2}, {"4", 2}, {"2", 3}, {"1", 3}});
+// By NoteCodes::length.
+constexpr std::array<double, core::kLengths.size()> kDurationCodes = {3, 3, 2, 2, 1, 1};
 
 constexpr std::string_view kKeysInstruction =
     u8"Introduce la melodia en tu móvil pulsando las teclas indicadas.\r\n\r\n"
@@ -68,24 +63,23 @@ struct Composer {
 };
 
 // An unknown duration is its own code ("64" is 64): deliberate.
-double CodeOf(std::string_view duration) {
-  const auto found = std::ranges::find(kDurationCodes, duration, &DurationCode::duration);
-  return found == kDurationCodes.end() ? core::ToNumber(duration) : found->code;
+double CodeOf(const core::NoteList& notes, const core::NoteCodes& note) {
+  return note.length < kDurationCodes.size() ? kDurationCodes[note.length] : notes.Duration(note);
 }
 
-void AppendGroup(const core::RTTTLNote& note, std::size_t octave, Composer& phone,
-                 std::string& keys) {
+void AppendGroup(const core::NoteList& notes, const core::NoteCodes& note, std::size_t octave,
+                 Composer& phone, std::string& keys) {
   if (octave != phone.octave) {
     keys.append(octave, '1');
     phone.octave = octave;
   }
-  const auto found = std::ranges::find(kLetterKeys, note.Note.front(), &LetterKey::letter);
+  const auto found = std::ranges::find(kLetterKeys, note.letter, &LetterKey::letter);
   phone.letter = found == kLetterKeys.end() ? phone.letter : *found;
   keys.append(phone.letter.presses, phone.letter.key);
-  if (note.Note.ends_with('#')) {
+  if (note.IsSharp()) {
     keys += '7';
   }
-  const double code = CodeOf(note.Duration);
+  const double code = CodeOf(notes, note);
   if (code != phone.durationCode) {
     keys.append(static_cast<std::size_t>(std::max<std::int16_t>(core::ToInt16(code), 0)), '0');
     phone.durationCode = code;
@@ -134,8 +128,8 @@ std::string MotorolaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
   std::string keys;
   keys.reserve(melody.Notes.size() * 6);
   Composer phone;
-  for (const core::RTTTLNote& note : melody.Notes) {
-    AppendGroup(note, OctaveBand(core::ToNumber(note.Octave), base) + 1, phone, keys);
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
+    AppendGroup(melody.Notes, note, OctaveBand(melody.Notes.Octave(note), base) + 1, phone, keys);
   }
   warnings = kKeysInstruction;
   return keys;
