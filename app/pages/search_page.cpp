@@ -94,8 +94,8 @@ void SearchPage::picdescargar_Click() {
   if (row.empty() || net::IsHintRow(row)) {
     return;
   }
-  net::DownloadMelody(state_.Fetch(), state_.program.MelodyFolder(), row,
-                      state_.List1.SelectedData(), state_.Text1.text);
+  net::DownloadMelody(state_.Fetch(), state_.program.MelodyFolder(),
+                      state_.program.BinFolder(), row, state_.List1.SelectedData(), state_.Text1.text);
   // Shown whatever the server sent: deliberate.
   core::MsgBox(kDownloaded, core::Icon::kInformation);
 }
