@@ -1,5 +1,7 @@
 #include "platform/win32/system_services.h"
 
+#include <shellapi.h>
+
 #include <cstring>
 
 #include "platform/win32/wide_text.h"
@@ -54,6 +56,10 @@ void PutOnClipboard(std::string_view text) {
     SetClipboardData(CF_UNICODETEXT, memory);
   }
   CloseClipboard();
+}
+
+void SystemServices::OpenFolder(const std::filesystem::path& folder) {
+  ShellExecuteW(nullptr, L"open", folder.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
 void SystemServices::OpenHelp(const std::filesystem::path& file) {
