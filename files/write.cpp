@@ -1,10 +1,8 @@
 #include "files/write.h"
 
-#include <algorithm>
 #include <fstream>
 #include <random>
 #include <string>
-#include <vector>
 
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -34,12 +32,8 @@ std::string TemporaryName() {
   return name;
 }
 
-bool IsTemporaryName(const fs::path& path) {
-  if (path.native().size() != kPrefix.size() + kDigits) {
-    return false;  // spares the conversion in folders of many files
-  }
-  const std::string name = TextFromPath(path);
-  return name.starts_with(kPrefix) &&
+bool IsTemporaryName(std::string_view name) {
+  return name.size() == kPrefix.size() + kDigits && name.starts_with(kPrefix) &&
          name.find_first_not_of(kHexDigits, kPrefix.size()) == std::string::npos;
 }
 
@@ -190,16 +184,17 @@ void WriteBytes(const fs::path& file, std::string_view bytes) {
   }
 }
 
-void RemoveTemporaryFiles(const fs::path& folder) {
-  std::error_code failure;
-  std::vector<fs::path> found;
-  for (fs::directory_iterator at(folder, failure), end; !failure && at != end;
-       at.increment(failure)) {
-    if (IsTemporaryName(at->path().filename())) {
-      found.push_back(at->path());
+void RemoveTemporaryFiles(const fs::path& folder, std::string_view oldPrefix) {
+  try {
+    const auto isLeftOver = [oldPrefix](std::string_view name) {
+      return IsTemporaryName(name) || (!oldPrefix.empty() && name.starts_with(oldPrefix));
+    };
+    for (const ListedFile& file : ListFiles(folder, isLeftOver)) {
+      system::RemoveUnlocked(folder / PathFromText(file.name));
     }
+  } catch (const fs::filesystem_error&) {
+    // Without the folder there is none.
   }
-  std::ranges::for_each(found, system::RemoveUnlocked);
 }
 
 }  // namespace tonadex::files

@@ -56,8 +56,9 @@ std::optional<std::filesystem::path> CopyInto(const std::filesystem::path& folde
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);
 
 // Removes the temporary files that killed programs left in the folder, but none that a running
-// program is still writing.
-void RemoveTemporaryFiles(const std::filesystem::path& folder);
+// program is still writing; with them the files whose names begin with `oldPrefix`, where it is not
+// empty.
+void RemoveTemporaryFiles(const std::filesystem::path& folder, std::string_view oldPrefix = {});
 
 // The temporary file behind the functions above, for content that a library writes to a path. It
 // has an unguessable hidden name in the target's folder and is removed at the end of the scope.

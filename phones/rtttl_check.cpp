@@ -36,7 +36,8 @@ constexpr std::string_view kSeveralLines =
 constexpr std::string_view kThirdColon =
     u8"Sobra un «:»: las notas van detrás del segundo y lo que hay en medio no se lee."_w;
 constexpr std::string_view kNoNotes = u8"Faltan las notas detrás del último «:»."_w;
-constexpr std::string_view kTooLong = u8"La melodía es demasiado larga: caben 5001 notas."_w;
+constexpr std::string_view kTooLong =
+    u8"La melodía es demasiado larga: caben 5001 notas y 32767 letras entre dos comas."_w;
 constexpr std::string_view kUnfitTempo =
     u8"El tempo es demasiado lento o rápido para tocar y convertir la melodía."_w;
 
@@ -244,12 +245,13 @@ bool Converts(std::string_view text) {
 }
 
 void Checker::CheckConversions() {
-  if (check_.notes + check_.pauses > core::kMaxParts) {
+  core::RTTTLMelody melody;
+  melody.Text = text_;
+  const bool usual = check_.tempo >= kSlowestTempo && check_.tempo <= kFastestTempo;
+  if (core::ParseRTTTL(melody) != core::kParsed) {
     Add({text_.size(), 0}, std::string(kTooLong));
-  } else if (!Converts(text_)) {
-    const bool usual = check_.tempo >= kSlowestTempo && check_.tempo <= kFastestTempo;
-    Add(usual ? core::TextRange{0, text_.size()} : tempoAt_,
-        std::string(usual ? kTooLong : kUnfitTempo));
+  } else if (!usual && !Converts(text_)) {  // at a usual tempo every known note fits
+    Add(tempoAt_, std::string(kUnfitTempo));
   }
 }
 

@@ -158,9 +158,13 @@ std::vector<Header> FindHeaders(std::string_view text) {
   std::vector<Header> headers;
   for (std::size_t at = text.find('='); at != text.npos; at = text.find('=', at + 1)) {
     const Field field = FieldAt(text, at);
-    const bool goesOn = !headers.empty() && field.key != 0 && field.start >= headers.back().end &&
-                        text.substr(headers.back().end, field.start - headers.back().end)
-                                .find_first_not_of(" \t\n,;:|.") == text.npos;
+    const std::size_t before = headers.empty() ? 0 : headers.back().end;
+    if (field.start < before) {
+      continue;  // the value before was taken for its key
+    }
+    const bool goesOn =
+        !headers.empty() && field.key != 0 &&
+        text.substr(before, field.start - before).find_first_not_of(" \t\n,;:|.") == text.npos;
     if (goesOn) {
       headers.back().fields.push_back(field);
       headers.back().end = field.end;

@@ -82,7 +82,6 @@ int main(int argc, char** argv) {
     return 0;
   }
   PrepareEnvironment();
-  QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);  // for the browser, which comes later
   qInstallMessageHandler(ReportNoDisplay);
   QApplication application(argc, argv);
   qInstallMessageHandler(nullptr);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "core/rtttl.h"
@@ -45,6 +46,43 @@ TEST(RepairRtttl, MendsWhatIsFoundOnTheNet) {
     EXPECT_EQ(texts, row[1]) << row[0];
     EXPECT_TRUE(core::ToUtf8(change).starts_with(row[2]) && change.empty() == row[2].empty())
         << row[0] << ": " << core::ToUtf8(change);
+  }
+}
+
+// Notes that are damaged one at a time: what is good keeps its sound, and of a damaged text the
+// check says so exactly when the parser reads another melody than the one meant.
+TEST(RepairRtttl, KeepsTheSoundOfGoodNotes) {
+  std::mt19937 random(1);
+  const auto oneOf = [&random](std::initializer_list<const char*> texts) {
+    return std::string(*(texts.begin() + random() % texts.size()));
+  };
+  for (int melody = 0; melody < 500; ++melody) {
+    std::string meant;
+    std::string damaged;
+    for (int note = 0; note < 8; ++note) {
+      const std::string duration = oneOf({"", "1", "2", "4", "8", "16", "32"});
+      const std::string pitch = oneOf({"c", "c#", "e", "f#", "a", "b"});
+      const std::string dot = oneOf({"", "."});
+      const std::string octave = oneOf({"", "4", "5", "7"});
+      const std::string comma = note == 0 ? "" : ",";
+      meant += comma + duration + pitch + dot + octave;
+      damaged += comma + (random() % 4 == 0 ? duration + pitch + octave + dot
+                                            : duration + pitch + dot + octave);
+    }
+    const auto notes = [](const std::string& text) {
+      core::RTTTLMelody parsed;
+      parsed.Text = "V:d=4,o=6,b=100:" + text;
+      core::ParseRTTTL(parsed);
+      return parsed;
+    };
+    const core::RTTTLMelody want = notes(meant);
+    const core::RTTTLMelody read = notes(damaged);
+    const auto alike = [&want](const core::RTTTLMelody& other) {
+      return std::ranges::equal(want.Notes, other.Notes);
+    };
+    EXPECT_EQ(CheckRtttl(read.Text).verdict == Verdict::kGood, alike(read)) << damaged;
+    const std::string repaired = RepairRtttl(read.Text).front().text;
+    EXPECT_TRUE(alike(notes(repaired.substr(repaired.rfind(':') + 1)))) << damaged;
   }
 }
 

@@ -9,7 +9,6 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
   }
   testing::InitGoogleTest(&argc, argv);
-  QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
   QApplication application(argc, argv);
   tonadex::shell::ApplyTheme(application, false);
   return RUN_ALL_TESTS();

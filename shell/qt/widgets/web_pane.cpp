@@ -2,8 +2,10 @@
 
 #include <dlfcn.h>
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QOpenGLContext>
 #include <QTimer>
 
 #include "app/words.h"
@@ -11,13 +13,35 @@
 #include "shell/qt/theme/theme.h"
 #include "shell/qt/web/browser.h"
 
+QT_BEGIN_NAMESPACE
+Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* context);
+Q_GUI_EXPORT QOpenGLContext* qt_gl_global_share_context();
+QT_END_NAMESPACE
+
 namespace tonadex::shell {
 namespace {
+
+// The context that the web engine shares with the window. Qt creates it with the application when
+// it is asked before, which takes as long as all the rest up to the splash; so this asks late.
+void ShareOpenGl() {
+  const auto handler =
+      qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);  // warns that it is late
+  qInstallMessageHandler(handler);
+  auto* context = new QOpenGLContext;
+  context->create();
+  qt_gl_set_global_share_context(context);
+  qAddPostRoutine([] {
+    delete qt_gl_global_share_context();
+    qt_gl_set_global_share_context(nullptr);
+  });
+}
 
 // Loads the module with the first browser; null where it is not installed. The loader finds it by
 // the program's run path.
 MakeBrowser* BrowserMaker() {
   static MakeBrowser* const maker = [] {
+    ShareOpenGl();
     void* module = dlopen(kBrowserModule, RTLD_NOW);
     return module == nullptr ? nullptr
                              : reinterpret_cast<MakeBrowser*>(dlsym(module, kMakeBrowser));
