@@ -56,8 +56,8 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Words("lblporfacomprueba", &F::lblporfacomprueba,
           u8"Por favor, escucha la melodía antes de subirla."_w, Font::kSmall, Tone::kMuted, true),
     Label("lblnombremelodiasube", &F::lblnombremelodiasube, "No&mbre", &F::txtcomponombremelodia),
-    Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia,
-        u8"Nombre de la melodía"_w),
+    Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia, u8"Nombre de la melodía"_w,
+        {Event::kChange, &F::txtmelodiacompo_Change}),
     Label("lbltemposube", &F::lbltemposube, "&Tempo", &F::txtcompoTempo),
     Row(Look::kComboBox, "txtcompoTempo", &F::txtcompoTempo, "Tempo en pulsos por minuto",
         {Event::kChange, &F::txtmelodiacompo_Change}, {}, "Pulsos por minuto"),
@@ -308,6 +308,7 @@ void StartPage::txtrtttlsube_Change() {
       txtrtttlsube.faults.push_back(fault.where);
     }
   }
+  std::ranges::sort(txtrtttlsube.faults, {}, &core::TextRange::start);
   repairButton.enabled = rtttlCheck.verdict == Verdict::kBad;
   // Without a name's end its handler fails, which ends the program.
   cmdsubirmelortttl.enabled = core::Contains(text, ":");

@@ -51,6 +51,7 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
   window_ = MakeTopWindow(kClass, words::kWindowTitle, WS_OVERLAPPEDWINDOW,
                           {theme_.Px(kFirstWidth), theme_.Px(kFirstHeight)});
   ApplyTheme(window_, theme_);
+  RestorePlace();
   binding_ = std::make_unique<Binding>(form_, window_, theme_,
                                        [this](const Binding::Handler& handler) { Run(handler); });
   AddTooltips();
@@ -87,8 +88,41 @@ void MainWindow::Load() {
   app::RunHandler(program_, [this] { form_.Form_Load(); });
   loaded_ = true;
   Draw();
-  ShowWindow(window_, SW_SHOWDEFAULT);
+  ShowWindow(window_, form_.windowPlace.maximised ? SW_SHOWMAXIMIZED : SW_SHOWDEFAULT);
   FocusPage();
+}
+
+void MainWindow::RestorePlace() {
+  const app::Rect& known = form_.windowPlace.rect;
+  if (known.width == 0) {
+    return;
+  }
+  const RECT box{known.left, known.top, known.left + known.width, known.top + known.height};
+  MONITORINFO screen{};
+  screen.cbSize = sizeof screen;
+  GetMonitorInfoW(MonitorFromRect(&box, MONITOR_DEFAULTTONEAREST), &screen);
+  const RECT& area = screen.rcWork;
+  const app::Rect areas[] = {{area.left, area.top, area.right - area.left, area.bottom - area.top}};
+  const app::Rect place = app::OnScreen(known, areas);
+  SetWindowPos(window_, nullptr, place.left, place.top, place.width, place.height,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+// The model writes it down by its timer, which drawing starts.
+void MainWindow::NotePlace() {
+  WINDOWPLACEMENT place{};
+  place.length = sizeof place;
+  GetWindowPlacement(window_, &place);
+  const bool minimised = place.showCmd == SW_SHOWMINIMIZED;
+  if (!loaded_ || minimised) {
+    return;
+  }
+  const RECT& box = place.rcNormalPosition;
+  form_.windowPlace = {{box.left, box.top, box.right - box.left, box.bottom - box.top},
+                       place.showCmd == SW_SHOWMAXIMIZED};
+  if (!form_.saveTimer.enabled) {
+    Run([] {});
+  }
 }
 
 void MainWindow::Run(const Binding::Handler& handler) {
@@ -153,6 +187,10 @@ std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM 
       return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data), message);
     case WM_SIZE:
       LayOutPage();
+      NotePlace();
+      return 0;
+    case WM_MOVE:
+      NotePlace();
       return 0;
     case WM_GETMINMAXINFO:
       reinterpret_cast<MINMAXINFO*>(data)->ptMinTrackSize = {theme_.Px(kLeastWidth),

@@ -44,6 +44,8 @@ class MainWindow {
   // The only place that starts handlers of the model.
   void Run(const Binding::Handler& handler);
 
+  void RestorePlace();
+  void NotePlace();
   void Draw();
   void LayOutPage();
   void FocusPage();

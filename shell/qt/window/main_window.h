@@ -39,9 +39,14 @@ class MainWindow : public QWidget {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void RestorePlace();
+  void NotePlace();
   void ConnectParts();
   void AddShortcuts();
   void SetTabOrder();
