@@ -251,6 +251,7 @@ void Form1::cmdbuscar_Click() {
   if (LeaveFor(kSearchPage)) {
     ShowPage(kSearchPage);
     List1.Clear();
+    serverLine.caption.clear();
   }
 }
 

@@ -34,6 +34,7 @@ constexpr std::string_view kErrorsMessage =
 constexpr std::string_view kErrorsTitle = "Errores en la melodia";
 
 constexpr std::string_view kNothingToRepair = u8"No se ha encontrado ninguna nota en el texto."_w;
+constexpr std::string_view kNothingBad = "No hay nada que arreglar.";
 constexpr std::string_view kSeveralFound = u8" melodías en el texto: ¿cuál quieres?"_w;
 constexpr std::string_view kChangesFound = u8"Al aplicarlo cambia esto:"_w;
 
@@ -312,6 +313,8 @@ void StartPage::txtrtttlsube_Change() {
   repairButton.enabled = rtttlCheck.verdict == Verdict::kBad;
   // Without a name's end its handler fails, which ends the program.
   cmdsubirmelortttl.enabled = core::Contains(text, ":");
+  cmdsubirmelortttl.whyDisabled = rtttlCheck.sentence;
+  repairButton.whyDisabled = kNothingBad;
   repairs_.clear();
   unrepaired_.clear();
 }

@@ -347,6 +347,7 @@ void MainWindow::LayOutPage() {
     frames_ = std::move(frames);
     InvalidateRect(window_, nullptr, FALSE);
   }
+  DrawHints();
   const BoundControl& result = binding_->Of(&Form1::textresultado);
   Send(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
 }
@@ -426,9 +427,9 @@ void MainWindow::ChangeTheme(UINT dotsPerInch) {
 }
 
 void MainWindow::AddTooltips() {
-  const HWND tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-                                    WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_,
-                                    nullptr, GetModuleHandleW(nullptr), nullptr);
+  tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                          WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_, nullptr,
+                          GetModuleHandleW(nullptr), nullptr);
   const auto add = [&](HWND window, std::string_view words) {
     std::wstring text = platform::ToWide(words);
     TTTOOLINFOW tool{};
@@ -438,7 +439,7 @@ void MainWindow::AddTooltips() {
     tool.uId = reinterpret_cast<UINT_PTR>(window);
     tool.lpszText = text.data();
     if (window != nullptr && !text.empty()) {
-      Send(tips, TTM_ADDTOOLW, 0, &tool);
+      Send(tips_, TTM_ADDTOOLW, 0, &tool);
     }
   };
   for (const BoundControl& bound : binding_->Controls()) {
@@ -475,6 +476,28 @@ void MainWindow::GiveUpBy(const MSG& input) {
   } else if ((input.message == WM_SYSKEYDOWN && input.wParam == VK_F4) ||
              (input.message == WM_NCLBUTTONUP && input.wParam == HTCLOSE)) {
     Close();
+  }
+}
+
+// A disabled window hears of no mouse; its parent does, and says why it is disabled.
+void MainWindow::DrawHints() {
+  for (const BoundControl& bound : binding_->Controls()) {
+    const app::Control& control = form_.*bound.info->member;
+    TTTOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_SUBCLASS;
+    tool.hwnd = window_;
+    tool.uId = static_cast<UINT_PTR>(bound.Id());
+    if (control.whyDisabled.empty()) {
+      continue;
+    }
+    Send(tips_, TTM_DELTOOLW, 0, &tool);
+    if (!control.enabled && control.visible) {
+      std::wstring text = platform::ToWide(control.whyDisabled);
+      tool.lpszText = text.data();
+      tool.rect = PlaceIn(window_, bound.window);
+      Send(tips_, TTM_ADDTOOLW, 0, &tool);
+    }
   }
 }
 

@@ -56,6 +56,7 @@ class MainWindow {
   LRESULT ColourOf(HDC context, HWND control, UINT message) const;
   void ChangeTheme(UINT dotsPerInch);
   void AddTooltips();
+  void DrawHints();
 
   bool Shortcut(const MSG& message);
   bool EnterKey();
@@ -74,6 +75,7 @@ class MainWindow {
   std::unique_ptr<Binding> binding_;
   std::vector<Frame> frames_;
   HWND focus_ = nullptr;
+  HWND tips_ = nullptr;
   std::int16_t pageDrawn_ = app::kNoPage;
   bool loaded_ = false;
   bool pumping_ = false;  // only painting messages are handled

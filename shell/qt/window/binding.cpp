@@ -304,6 +304,8 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   if (widget.isEnabled() != control.enabled) {
     widget.setEnabled(control.enabled);
   }
+  const bool why = !control.enabled && !control.whyDisabled.empty();
+  widget.setToolTip(ToQString(why ? control.whyDisabled : bound.info->help));
   if (bound.info->look == Look::kLabel) {
     DrawLabel(*qobject_cast<QLabel*>(&widget), control);
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
