@@ -34,6 +34,7 @@ constexpr std::string_view kErrorsMessage =
 constexpr std::string_view kErrorsTitle = "Errores en la melodia";
 
 constexpr std::string_view kNothingToRepair = u8"No se ha encontrado ninguna nota en el texto."_w;
+constexpr std::string_view kNothingBad = "No hay nada que arreglar.";
 constexpr std::string_view kSeveralFound = u8" melodías en el texto: ¿cuál quieres?"_w;
 constexpr std::string_view kChangesFound = u8"Al aplicarlo cambia esto:"_w;
 
@@ -57,8 +58,8 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Words("lblporfacomprueba", &F::lblporfacomprueba,
           u8"Por favor, escucha la melodía antes de subirla."_w, Font::kSmall, Tone::kMuted, true),
     Label("lblnombremelodiasube", &F::lblnombremelodiasube, "No&mbre", &F::txtcomponombremelodia),
-    Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia,
-        u8"Nombre de la melodía"_w),
+    Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia, u8"Nombre de la melodía"_w,
+        {Event::kChange, &F::txtmelodiacompo_Change}),
     Label("lbltemposube", &F::lbltemposube, "&Tempo", &F::txtcompoTempo),
     Row(Look::kComboBox, "txtcompoTempo", &F::txtcompoTempo, "Tempo en pulsos por minuto",
         {Event::kChange, &F::txtmelodiacompo_Change}, {}, "Pulsos por minuto"),
@@ -316,11 +317,14 @@ void StartPage::txtrtttlsube_Change() {
       txtrtttlsube.faults.push_back(fault.where);
     }
   }
+  std::ranges::sort(txtrtttlsube.faults, {}, &core::TextRange::start);
   repairButton.enabled = rtttlCheck.verdict == Verdict::kBad;
   // Without a name's end its handler fails, which ends the program.
   cmdsubirmelortttl.enabled = core::Contains(text, ":");
   // What the server would refuse can be kept.
   saveRtttl.enabled = phones::CheckRtttl(text).verdict == Verdict::kGood;
+  cmdsubirmelortttl.whyDisabled = rtttlCheck.sentence;
+  repairButton.whyDisabled = kNothingBad;
   repairs_.clear();
   unrepaired_.clear();
 }

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QtTest>
@@ -294,6 +295,50 @@ TEST(MainWindow, AClickOnTheMarkedMakeListsItsModelsAnew) {
   EXPECT_EQ(t.form.cmbformatos.text, " RTTTL (cable)");
   EXPECT_EQ(models->SelectedRow(), 0);
   EXPECT_EQ(models->model()->rowCount(), rows - 1);
+}
+
+// By the keyboard: bad notes are underlined, mended, and the draft is there again.
+TEST(MainWindow, APastedMelodyIsMarkedMendedAndKept) {
+  TestProgram test;
+  shell::WindowHooks hooks;
+  shell::Repainting repainting;
+  const auto make = [&] {
+    auto window = std::make_unique<shell::MainWindow>(test.program, hooks, repainting,
+                                                      [] { return std::nullopt; });
+    window->Load();
+    window->show();
+    window->findChild<QAbstractButton*>("cmdinicio")->click();
+    return window;
+  };
+  const auto window = make();
+  auto* box = window->findChild<QPlainTextEdit*>("txtrtttlsube");
+  auto* mime = new QMimeData;
+  mime->setHtml("<b>V:d=4,o=5,b=90:c</b><br>,8c6.,ñx");
+  mime->setText(u8"V:d=4,o=5,b=90:c\n,8c6.,ñx");
+  QApplication::clipboard()->setMimeData(mime);
+  QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+  QStringList marked;
+  for (const auto& fault : box->extraSelections()) {
+    EXPECT_EQ(fault.format.underlineStyle(), QTextCharFormat::WaveUnderline);
+    marked << fault.cursor.selectedText();
+  }
+  EXPECT_EQ(marked, QStringList({u8"c\u2029", "8c6.", u8"ñx"}));
+  EXPECT_FALSE(QTextCursor(box->document()).charFormat().fontWeight() > QFont::Normal);
+  window->resize(900, 640);
+  QTest::keyClick(box, Qt::Key_End, Qt::ControlModifier);
+
+  ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(test.folder / "estado.ini"); }));
+  const auto next = make();  // as after a kill: the first one has not closed
+  box = next->findChild<QPlainTextEdit*>("txtrtttlsube");
+  EXPECT_EQ(box->toPlainText(), u8"V:d=4,o=5,b=90:c\n,8c6.,ñx");
+  EXPECT_EQ(next->size(), QSize(900, 640));
+  for (const auto& [button, text] : {std::pair("repairButton", u8"V:d=4,o=5,b=90:c\n,8c6.,ñx"),
+                                     {"applyRepairButton", u8"V:d=4,o=5,b=90:c,8c.6"},
+                                     {"undoRepairButton", u8"V:d=4,o=5,b=90:c\n,8c6.,ñx"}}) {
+    next->findChild<QAbstractButton*>(button)->click();
+    EXPECT_EQ(box->toPlainText(), text);
+    EXPECT_EQ(box->extraSelections().isEmpty(), std::string_view(button) == "applyRepairButton");
+  }
 }
 
 TEST(MainWindow, ThePhonesKeysComposeAndTheDrawingFollows) {

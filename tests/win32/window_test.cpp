@@ -8,6 +8,7 @@
 
 #include "app/layout.h"
 #include "core/windows1252.h"
+#include "files/read.h"
 #include "platform/win32/wide_text.h"
 #include "tests/support/temp_folder.h"
 #include "tests/win32/user.h"
@@ -314,6 +315,39 @@ TEST_F(WindowTest, PlaysUnderItsMessageBox) {
   EXPECT_EQ(AnswerBox(program->id(), &title), "Reproduciendo melodia: Prueba");
   EXPECT_EQ(title, "Reproduciendo");
   EXPECT_TRUE(std::filesystem::exists(std::filesystem::temp_directory_path() / "rtlTmpFile.mid"));
+}
+
+TEST_F(WindowTest, APastedMelodyIsMarkedMendedAndOutlivesAKilledProgram) {
+  const std::string pasted = "V:d=4,o=5,b=90:c,8c6.,x";
+  Start();
+  Click(Of(&Form1::cmdinicio));
+  ASSERT_TRUE(Shows(&Form1::txtrtttlsube));
+  Click(Of(&Form1::txtrtttlsube));
+  Type(platform::ToWide(pasted));
+  ASSERT_TRUE(Reads(&Form1::txtrtttlsube, pasted));
+  SetWindowPos(window, nullptr, 20, 10, 1010, 710, SWP_NOZORDER);
+  const auto kept = [&] {
+    const auto bytes = files::ReadWhole(folder / "estado.ini").value_or("");
+    return bytes.find(pasted) != bytes.npos && bytes.find("20 10 1010 710") != bytes.npos;
+  };
+  ASSERT_TRUE(WaitUntil(kept)) << files::ReadWhole(folder / "estado.ini").value_or("");
+  program.reset();  // kills it
+
+  Start();
+  RECT place{};
+  GetWindowRect(window, &place);
+  EXPECT_EQ(place.left, 20);
+  EXPECT_EQ(place.right, 20 + 1010);
+  Click(Of(&Form1::cmdinicio));
+  ASSERT_TRUE(Shows(&Form1::txtrtttlsube));
+  EXPECT_EQ(TextIn(Of(&Form1::txtrtttlsube)), pasted);
+  Click(Of(&Form1::repairButton));
+  ASSERT_TRUE(Shows(&Form1::applyRepairButton));
+  Click(Of(&Form1::applyRepairButton));
+  EXPECT_TRUE(Reads(&Form1::txtrtttlsube, "V:d=4,o=5,b=90:c,8c.6"));
+  Click(Of(&Form1::undoRepairButton));
+  EXPECT_TRUE(Reads(&Form1::txtrtttlsube, pasted));
+  EXPECT_EQ(Close(), 0U);
 }
 
 TEST_F(WindowTest, TheTempoBoxTakesThreeDigitsAndNothingElse) {
