@@ -46,6 +46,8 @@ constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", 
 constexpr std::string_view kFirstTempo = "125";
 constexpr int kTempoWidth = 96, kLowestNotes = 56;
 
+constexpr std::string_view kApplyHelp = u8"Poner en el cuadro la melodía arreglada"_w;
+
 // A button that both boxes have; its help is its accessible name, to tell the two apart.
 constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
                              const char* icon, std::string_view help, Handler click,
@@ -91,8 +93,8 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kList, "repairList", &F::repairList, u8"Melodías encontradas en el texto"_w,
         {Event::kClick, &F::repairList_Click}, {Event::kActivate, &F::applyRepairButton_Click}),
     Row(Look::kNotices, "repairNotices", &F::repairNotices, "Lo que cambia al arreglar el texto"),
-    Action("applyRepairButton", &F::applyRepairButton, "A&plicar", "",
-           "Poner en el cuadro la melodía arreglada", &F::applyRepairButton_Click),
+    Button(Look::kPrimary, "applyRepairButton", &F::applyRepairButton, "A&plicar", "", kApplyHelp,
+           &F::applyRepairButton_Click, kApplyHelp),
     Action("cancelRepairButton", &F::cancelRepairButton, "&Cancelar", "",
            u8"Dejar el texto como está"_w, &F::cancelRepairButton_Click),
     View("rtttlView", &F::rtttlView, &F::rtttlDrawing, Sounding::kRtttl),
@@ -196,7 +198,10 @@ void StartPage::RefreshStart() {
   repairButton.visible = here && !proposed && unrepaired_.empty();
   undoRepairButton.visible = here && !proposed && !unrepaired_.empty();
   repairList.visible = proposed && repairs_.size() > 1;
-  rtttlView.visible = here && !proposed;
+  // While a choice is shown, it alone asks for an answer.
+  for (Control* control : {&rtttlCheckLabel, &rtttlView, &cmdscuchartttl, &cmdsubirmelortttl}) {
+    control->visible = here && !proposed;
+  }
   for (Control* control : {&repairLabel, &repairNotices, &applyRepairButton, &cancelRepairButton}) {
     control->visible = proposed;
   }
