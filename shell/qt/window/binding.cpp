@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -273,6 +274,19 @@ void DrawTimer(QTimer& timer, const Control& control) {
   }
 }
 
+// What is read and not pressed looks the same disabled, unless it is paled.
+void Dim(QWidget& widget) {
+  constexpr double kPale = 0.4;
+  const auto* area = qobject_cast<QPlainTextEdit*>(&widget);
+  if (area != nullptr && area->isReadOnly()) {
+    auto* pale = widget.isEnabled() ? nullptr : new QGraphicsOpacityEffect;
+    if (pale != nullptr) {
+      pale->setOpacity(kPale);
+    }
+    widget.setGraphicsEffect(pale);
+  }
+}
+
 void DrawObject(const BoundControl& bound, const Control& control, const Form1& form) {
   if (auto* timer = qobject_cast<QTimer*>(bound.object)) {
     DrawTimer(*timer, control);
@@ -281,6 +295,7 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   QWidget& widget = *bound.widget;
   if (widget.isEnabled() != control.enabled) {
     widget.setEnabled(control.enabled);
+    Dim(widget);
   }
   if (bound.info->look == Look::kLabel) {
     DrawLabel(*qobject_cast<QLabel*>(&widget), control);
