@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -134,6 +135,69 @@ TEST(QtFileDialogs, AskWhereToSaveAnyPath) {
   });
   EXPECT_EQ(shell::QtFileDialogs(hooks).AskSaveAs("Guardar", "a.txt", "Texto (*.txt)"),
             folder / u8"曲.txt");
+}
+
+// By keyboard, menu and mouse; melodies come and go, and an old result is told as one.
+TEST(MainWindow, TheRepertoireIsKeptInOrder) {
+  TestWindow t;
+  t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,e");
+  t.AddMelody("aire.20", "Aire:d=4,o=5,b=60:c,g");
+  t.test.program.gPhoneModel = " Compositor";
+  t.window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&t.window));
+  t.Click("cmdrepertorio");
+  auto* list = qobject_cast<RowList*>(t.Widget("List1"));
+  const auto line = [list](int row) { return list->model()->index(row, 0).data().toString(); };
+  EXPECT_EQ(QApplication::focusWidget(), list);
+  QTest::keyClicks(list, "v");
+  EXPECT_EQ(list->currentIndex().data(), "Vals");
+  EXPECT_EQ(list->currentIndex().data(Qt::ToolTipRole), "vals.20");
+  t.Click("picconvertir");
+  EXPECT_TRUE(t.Widget("picimprimir")->isEnabled());
+  EXPECT_FALSE(t.Widget("staleButton")->isVisible());
+  QTest::keyClick(list, Qt::Key_Up);
+  EXPECT_TRUE(t.Widget("staleButton")->isVisible());
+  EXPECT_FALSE(t.Widget("picimprimir")->isEnabled());
+  t.Click("staleButton");
+  EXPECT_FALSE(t.Widget("staleButton")->isVisible());
+
+  QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(list, &asked);
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->actions().size(), 12);
+  menu->actions().at(5)->trigger();
+  menu->close();
+  EXPECT_EQ(line(1), "Aire 2");
+  QTest::keyClick(list, Qt::Key_F2);
+  EXPECT_EQ(QApplication::focusWidget(), t.Widget("entryBox"));
+  QTest::keyClicks(t.Widget("entryBox"), "Zambra");
+  QTest::keyClick(t.Widget("entryBox"), Qt::Key_Return);
+  EXPECT_EQ(list->currentIndex().data(), "Zambra");
+  QTest::keyClick(list, Qt::Key_Delete);
+  EXPECT_EQ(list->Rows().size(), 2U);
+  t.Click("undoDeleteButton");
+  EXPECT_EQ(list->currentIndex().data(), "Zambra");
+
+  QTest::keyClick(&t.window, Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::focusWidget(), t.Widget("repertoireFilter"));
+  QTest::keyClicks(t.Widget("repertoireFilter"), "ai");
+  EXPECT_EQ(list->Rows().size(), 1U);
+  QTest::keyClick(t.Widget("repertoireFilter"), Qt::Key_Down);
+  EXPECT_EQ(QApplication::focusWidget(), list);
+  EXPECT_EQ(list->currentIndex().data(), "Aire");
+
+  t.test.folder.Write("nueva.txt", "Nueva:d=4,o=5,b=60:c");
+  QMimeData dropped;
+  dropped.setUrls(
+      {QUrl::fromLocalFile(QString::fromStdU16String((t.test.folder / "nueva.txt").u16string()))});
+  QDragEnterEvent enter({5, 5}, Qt::CopyAction, &dropped, Qt::LeftButton, {});
+  QApplication::sendEvent(&t.window, &enter);
+  QDropEvent drop({5, 5}, Qt::CopyAction, &dropped, Qt::LeftButton, {});
+  QApplication::sendEvent(&t.window, &drop);
+  EXPECT_EQ(list->currentIndex().data(), "Nueva");
+  EXPECT_EQ(list->Rows().size(), 4U);
+  EXPECT_EQ(t.test.boxes.messages.size(), 0U);
 }
 
 TEST(MainWindow, ARowWhoseFileIsGoneIsReportedAndEndsTheProgram) {

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -319,6 +320,19 @@ void DrawTimer(QTimer& timer, const Control& control) {
   }
 }
 
+// What is read and not pressed looks the same disabled, unless it is paled.
+void Dim(QWidget& widget) {
+  constexpr double kPale = 0.4;
+  const auto* area = qobject_cast<QPlainTextEdit*>(&widget);
+  if (area != nullptr && area->isReadOnly()) {
+    auto* pale = widget.isEnabled() ? nullptr : new QGraphicsOpacityEffect;
+    if (pale != nullptr) {
+      pale->setOpacity(kPale);
+    }
+    widget.setGraphicsEffect(pale);
+  }
+}
+
 void DrawObject(const BoundControl& bound, const Control& control, const Form1& form) {
   if (auto* timer = qobject_cast<QTimer*>(bound.object)) {
     DrawTimer(*timer, control);
@@ -327,6 +341,7 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   QWidget& widget = *bound.widget;
   if (widget.isEnabled() != control.enabled) {
     widget.setEnabled(control.enabled);
+    Dim(widget);
   }
   const bool why = !control.enabled && !control.whyDisabled.empty();
   widget.setToolTip(ToQString(why ? control.whyDisabled : bound.info->help));
