@@ -48,9 +48,10 @@ struct Control {
   std::string caption;     // "&" precedes the mnemonic character
   std::string text;        // of a box; a shell copies what the user types in here
   ListRows rows;           // of list and combo boxes
+  ListRows shown;          // of a list: one for each row, what is written in its place; or none
   int listIndex = -1;      // selected row, 0-based, -1 for none
   std::string address;     // web view: the last address requested
-  std::string invitation;  // shown while the control is empty
+  std::string invitation;  // shown while the control is empty (lines of text, lists, displays)
   std::size_t cursor = 0;  // of a text area: characters before the cursor
   std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
   int value = 0;                        // of a slider and of the display
@@ -64,6 +65,9 @@ struct Control {
   std::int32_t SelectedData() const { return Selected().itemData; }
   // Of a list: the text that matches no row and is shown as an additional row; "" for none.
   std::string_view LooseText() const;
+  // The line that a list shows for a row, and what its tooltip says.
+  std::string LineAt(std::size_t row) const;
+  std::string HelpAt(std::size_t row) const;
   // Drops rows, selection and, as the combo boxes do, the text.
   void Clear();
   void AddRow(std::string_view rowText, std::int32_t itemData = 0, bool hint = false);

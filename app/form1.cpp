@@ -8,6 +8,7 @@
 
 #include "app/layout.h"
 #include "app/words.h"
+#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "midi/playback.h"
@@ -22,6 +23,10 @@ using F = Form1;
 
 constexpr std::array<std::int16_t, 4> kHiddenAtStart = {kSearchPage, kRepertoirePage, kInternetPage,
                                                         kOptionsPage};
+constexpr std::string_view kNotKept = u8"No se ha podido guardar la melodía: "_w;
+constexpr std::string_view kNotOpened = u8"No se ha podido abrir la melodía: "_w;
+constexpr std::string_view kNoMelodyIn = u8"No se ha encontrado ninguna melodía RTTTL en "_w;
+constexpr std::string_view kAddTitle = u8"Añadir melodías RTTTL"_w;
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
@@ -245,7 +250,56 @@ void Form1::cmdrepertorio_Click() {
     core::InitMelody(program.gMelody, program.services.shell.TempPath());
     FillRepertoire();
     ShowPage(kRepertoirePage);
-    List1_Click();
+    SelectLast();
+  }
+}
+
+void Form1::ShowInRepertoire(const std::string& file) {
+  if (!file.empty()) {
+    cmdrepertorio_Click();
+    ShowFile(file);
+  }
+}
+
+void Form1::KeepMelody(std::string_view text) {
+  std::string file;
+  if (Try(kNotKept, [&] { file = Store().Save(text); })) {
+    ShowInRepertoire(file);
+  }
+}
+
+void Form1::saveComposed_Click() {
+  if (BuildComposedMelody()) {
+    KeepMelody(melodiasube);
+  }
+}
+
+void Form1::saveRtttl_Click() {
+  KeepMelody(txtrtttlsube.text);
+}
+
+void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
+  MelodyStore::Added added;
+  Try(kNotKept, [&] { Store().Add(paths, added); });
+  ShowInRepertoire(added.last);
+  if (!added.refused.empty()) {
+    core::MsgBox(std::string(kNoMelodyIn) + added.refused + ".", core::Icon::kExclamation);
+  }
+}
+
+void Form1::addButton_Click() {
+  const auto files = program.services.fileDialogs.AskOpen(kAddTitle);
+  if (!files.empty()) {
+    FilesDropped(files);
+  }
+}
+
+void Form1::editItem_Click() {
+  std::string text;
+  if (!List1.SelectedText().empty() && Try(kNotOpened, [&] { text = SelectedMelody(); })) {
+    cmdinicio_Click();
+    EditRtttl(std::move(text));
+    focusNext = &Form1::txtrtttlsube;
   }
 }
 
@@ -278,6 +332,11 @@ void Form1::teclearButton_Click() {
     navbanner.visible = false;  // its room is the guide's
     ShowPage(kTypingPage);
   }
+}
+
+void Form1::typeItem_Click() {
+  picconvertir_Click();
+  teclearButton_Click();
 }
 
 void Form1::leaveGuide_Click() {

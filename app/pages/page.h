@@ -11,6 +11,7 @@
 namespace tonadex::app {
 
 struct ControlInfo;
+class Form1;
 struct Part;
 
 // Page numbers; the gaps are part of the numbering.
@@ -41,6 +42,8 @@ class SharedState {
   Program& program;
   std::int16_t paginaactual = kNoPage;
   Sounding sounding = Sounding::kNothing;
+  // Gets the focus when what changed is drawn; the shell then resets it. nullptr leaves it.
+  Control Form1::*focusNext = nullptr;
   Control List1;                // of the search and the repertoire page
   Control Text1, Text2, Text3;  // raw reply, current record, its number; never shown
 };

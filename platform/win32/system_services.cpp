@@ -58,6 +58,10 @@ void PutOnClipboard(std::string_view text) {
   CloseClipboard();
 }
 
+void SystemServices::OpenFolder(const std::filesystem::path& folder) {
+  ShellExecuteW(nullptr, L"open", folder.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
 void SystemServices::OpenHelp(const std::filesystem::path& file) {
   if (hooks_.openHelp) {
     hooks_.openHelp(file);

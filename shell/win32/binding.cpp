@@ -159,6 +159,9 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
       SetText(bound.window, control.caption);
       return SetChecked(bound.window, control.checked);
     case Look::kLine:
+      SendMessageW(bound.window, EM_SETCUEBANNER, TRUE,
+                   reinterpret_cast<LPARAM>(platform::ToWide(control.invitation).c_str()));
+      [[fallthrough]];
     case Look::kReading:
     case Look::kNotices:
       return SetText(bound.window, control.text);

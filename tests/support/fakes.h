@@ -66,6 +66,11 @@ class FakeFileDialogs : public app::FileDialogs {
     return path;
   }
 
+  std::vector<std::filesystem::path> AskOpen(std::string_view) override {
+    const auto file = AskSaveAs({}, "(open)", {});
+    return file ? std::vector{*file} : std::vector<std::filesystem::path>();
+  }
+
   std::vector<std::string> proposed;               // names
   std::deque<std::optional<std::string>> answers;  // full paths
   std::vector<app::FileDialogRecord> asked;        // as they came in
@@ -182,6 +187,7 @@ class FakeShell : public app::ShellServices {
   void DoEvents() override { ++doEvents; }
   void Beep() override { ++beeps; }
   void CopyText(std::string_view text) override { clipboard = text; }
+  void OpenFolder(const std::filesystem::path& folder) override { help.push_back(folder); }
   void OpenHelp(const std::filesystem::path& file) override { help.push_back(file); }
   void OpenFile(const std::filesystem::path& file) override { opened.push_back(file); }
   void ShowInFolder(const std::filesystem::path& file) override { opened.push_back(file / "."); }

@@ -159,6 +159,16 @@ std::optional<std::filesystem::path> QtFileDialogs::AskSaveAs(std::string_view t
                         : std::optional(std::filesystem::path(file.toStdU16String()));
 }
 
+std::vector<std::filesystem::path> QtFileDialogs::AskOpen(std::string_view title) {
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  const QStringList files = QFileDialog::getOpenFileNames(hooks_.window, ToQString(title), folder);
+  std::vector<std::filesystem::path> paths;
+  for (const QString& file : files) {
+    paths.emplace_back(file.toStdU16String());
+  }
+  return paths;
+}
+
 QtShellServices::QtShellServices(WindowHooks& hooks, Repainting& repainting,
                                  std::filesystem::path folder, std::string tempPath)
     : hooks_(hooks),
@@ -190,6 +200,10 @@ void QtShellServices::Beep() {
 
 void QtShellServices::CopyText(std::string_view text) {
   QApplication::clipboard()->setText(ToQStringLines(text));
+}
+
+void QtShellServices::OpenFolder(const std::filesystem::path& folder) {
+  QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdU16String(folder.u16string())));
 }
 
 void QtShellServices::OpenHelp(const std::filesystem::path& file) {

@@ -4,8 +4,10 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSlider>
 #include <QStyle>
 #include <QTimer>
@@ -201,6 +203,14 @@ void DrawText(TextWidget& widget, std::string_view words) {
   }
 }
 
+void DrawLine(QLineEdit& line, const Control& control) {
+  const QString invitation = ToQString(control.invitation);
+  if (line.placeholderText() != invitation) {
+    line.setPlaceholderText(invitation);
+  }
+  DrawText(line, control.text);
+}
+
 void DrawLabel(QLabel& label, const Control& control) {
   constexpr const char* kTones[] = {"", "muted", "good", "bad"};
   const QLatin1String tone(kTones[static_cast<std::size_t>(control.tone)]);
@@ -291,7 +301,7 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
     DrawButton(*button, control, *bound.info);
   } else if (auto* line = qobject_cast<QLineEdit*>(&widget)) {
-    DrawText(*line, control.text);
+    DrawLine(*line, control);
   } else if (auto* display = qobject_cast<PhoneDisplay*>(&widget)) {
     DrawDisplay(*display, control, form);
   } else if (auto* area = qobject_cast<QPlainTextEdit*>(&widget)) {
@@ -420,6 +430,9 @@ void Binding::Connect(const BoundControl& bound, const Dispatch& dispatch) {
     // A choice without a handler shows all the same in what is drawn from it.
     QObject::connect(list, &RowList::RowChosen, list, [dispatch] { dispatch([] {}); });
   }
+  if (!info.menu.empty()) {
+    ConnectMenu(bound, dispatch);
+  }
   for (const app::EventHandler& on : {info.on, info.also}) {
     if (on.handler != nullptr) {
       ConnectEvent(bound.object, on.event, [this, dispatch, handler = on.handler] {
@@ -429,6 +442,41 @@ void Binding::Connect(const BoundControl& bound, const Dispatch& dispatch) {
       });
     }
   }
+}
+
+// The menu on a list's selected row, and its keys while the list has the focus.
+void Binding::ConnectMenu(const BoundControl& bound, const Dispatch& dispatch) {
+  auto* list = qobject_cast<RowList*>(bound.object);
+  const ControlInfo& info = *bound.info;
+  const auto allows = [this, list, &info](const app::MenuItem& item) {
+    return form_.paginaactual == info.menuPage && (!item.needsRow || list->SelectedRow() >= 0);
+  };
+  const auto run = [this, dispatch, allows](const app::MenuItem& item) {
+    if (allows(item)) {
+      dispatch([this, &item] { (form_.*item.handler)(); });
+    }
+  };
+  for (const app::MenuItem& item : info.menu) {
+    auto* key = new QShortcut(QKeySequence(ToQString(item.shortcut)), list);
+    key->setContext(Qt::WidgetShortcut);
+    QObject::connect(key, &QShortcut::activated, list, [run, &item] { run(item); });
+  }
+  QObject::connect(list, &RowList::MenuAsked, list, [=, this, &info](const QPoint& place) {
+    if (form_.paginaactual != info.menuPage) {
+      return;
+    }
+    auto* menu = new QMenu(list);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const app::MenuItem& item : info.menu) {
+      QAction* action =
+          item.caption.empty() ? menu->addSeparator() : menu->addAction(ToQString(item.caption));
+      action->setShortcut(QKeySequence(ToQString(item.shortcut)));
+      action->setShortcutContext(Qt::WidgetShortcut);  // the list's own key does it
+      action->setEnabled(allows(item));
+      QObject::connect(action, &QAction::triggered, list, [run, &item] { run(item); });
+    }
+    menu->popup(place);
+  });
 }
 
 void Binding::CopyIn() {

@@ -4,15 +4,19 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QTimer>
+#include <QUrl>
 #include <algorithm>
+#include <utility>
 
 #include "app/words.h"
 #include "shell/qt/text.h"
@@ -128,6 +132,8 @@ void MainWindow::ConnectParts() {
   // line edit's filters.
   The<QComboBox>(Look::kComboBox, binding_)->installEventFilter(this);
   binding_.Widget(&Form1::txtbuscar)->installEventFilter(this);
+  binding_.Widget(&Form1::repertoireFilter)->installEventFilter(this);
+  setAcceptDrops(true);
 }
 
 void MainWindow::AddShortcuts() {
@@ -139,8 +145,12 @@ void MainWindow::AddShortcuts() {
       if (sequence == QKeySequence(Qt::Key_Escape)) {
         continue;  // below
       }
-      auto* shortcut = new QShortcut(sequence, button);  // only while the button is shown
-      connect(shortcut, &QShortcut::activated, button, [this, button, sequence] {
+      auto* shortcut = new QShortcut(sequence, bound.widget);  // only while it is shown
+      connect(shortcut, &QShortcut::activated, this, [this, bound, button, sequence] {
+        if (button == nullptr) {
+          Focus(bound.widget);
+          return;
+        }
         auto* focused = qobject_cast<QAbstractButton*>(focusWidget());
         const bool presses =
             sequence == QKeySequence(Qt::Key_Space) || sequence == QKeySequence(Qt::Key_Return);
@@ -199,6 +209,35 @@ void MainWindow::Draw() {
   if (newPage) {
     FocusPage();
   }
+  if (const auto member = std::exchange(form_.focusNext, nullptr)) {
+    Focus(binding_.Widget(member));
+  }
+}
+
+// Its whole text is selected, to be typed over.
+void MainWindow::Focus(QWidget* widget) {
+  if (widget->isVisibleTo(this) && widget->isEnabled()) {
+    widget->setFocus(Qt::OtherFocusReason);
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) {
+      line->selectAll();
+    }
+  }
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) {
+    event->acceptProposedAction();
+  }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  std::vector<std::filesystem::path> paths;
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (url.isLocalFile()) {
+      paths.emplace_back(url.toLocalFile().toStdU16String());
+    }
+  }
+  Run([&] { form_.FilesDropped(paths); });
 }
 
 // Focuses the first control of the page that accepts it.
@@ -290,7 +329,7 @@ bool MainWindow::FilterTempoText(QInputMethodEvent* event) {
   return false;
 }
 
-// The Down key moves from the search words to the list of results.
+// The Down key moves from the words to search for to the list.
 bool MainWindow::GoToList(QKeyEvent* event) {
   if (event->key() != Qt::Key_Down) {
     return false;
@@ -304,7 +343,7 @@ bool MainWindow::GoToList(QKeyEvent* event) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-  const bool search = watched->objectName() == QLatin1String("txtbuscar");
+  const bool search = qobject_cast<QLineEdit*>(watched) != nullptr;
   if (event->type() == QEvent::KeyPress) {
     auto* key = static_cast<QKeyEvent*>(event);
     return search ? GoToList(key) : FilterTempoKey(key);
