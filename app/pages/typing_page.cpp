@@ -28,6 +28,7 @@ constexpr int kLowestStep = 270, kLeastKeypad = 260, kMostKeypad = 460, kPaceWid
 constexpr std::uint32_t kTickMs = 50;
 constexpr int kLeastSeconds = 1, kMostSeconds = 10;
 constexpr std::string_view kGoOn = u8"Avan&zar solo"_w, kStop = "Parar (&Z)";
+constexpr std::size_t kLongWord = 11;  // on a key: more letters would be too small
 constexpr std::string_view kNoKeys = "ninguna tecla";
 constexpr std::string_view kSeen = "En la pantalla debe verse: ";
 constexpr std::string_view kPdf = "pdf", kPdfFilter = "PDF (*.pdf)";
@@ -170,9 +171,19 @@ void AddKey(Picture& picture, const phones::KeypadKey& key, const Box& box, cons
                   {upper.x + label * 0.8, upper.y, upper.width - label * 0.8, upper.height},
                   box.height * 0.3, face.ink, Align::kRight)));
   }
-  picture.push_back(Text(std::string(key.word),
-                         {upper.x, box.y + box.height * 0.6, upper.width, box.height * 0.3},
-                         std::min(18.0, box.height * 0.24), face.ink, Align::kLeft));
+  // What it does, in two lines where it is two things: "corchea, re, mi, fa".
+  const std::size_t comma = key.word.size() > kLongWord ? key.word.find(", ") : key.word.npos;
+  const std::string_view second = comma == key.word.npos ? "" : key.word.substr(comma + 2);
+  const double size = std::min(18.0, box.height * (second.empty() ? 0.24 : 0.2));
+  double y = box.y + box.height * (second.empty() ? 0.6 : 0.52);
+  for (const std::string_view line : {key.word.substr(0, comma), second}) {
+    const Box row = {upper.x, y, upper.width, box.height * (second.empty() ? 0.3 : 0.22)};
+    picture.push_back(Text(std::string(line), row, size, face.ink, Align::kLeft));
+    y = row.bottom();
+    if (second.empty()) {
+      break;
+    }
+  }
 }
 
 }  // namespace
