@@ -50,7 +50,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            u8"Convertir la melodía elegida para tu móvil"_w, &F::picconvertir_Click),
     Button(Look::kButton, "picimprimir", &F::picimprimir, "I&mprimir", "imprimir",
            u8"Imprimir la melodía convertida"_w, &F::picimprimir_Click),
-    Words("lbltextresult", &F::lbltextresult, "", Font::kHeading),
+    Words("lbltextresult", &F::lbltextresult, "", Font::kTitle),
     View("repertoireView", &F::repertoireView, &F::repertoireDrawing, Sounding::kRepertoire),
     Row(Look::kDisplay, "textresultado", &F::textresultado, u8"Resultado de la conversión"_w),
     Button(Look::kButton, "copyButton", &F::copyButton, words::kCopy, "copiar", "",

@@ -352,7 +352,7 @@ void MainWindow::Paint() {
         break;
       case Frame::kDisplay:
         RoundedBox(paint.get(), box, theme_.Px(10), c.displayGround,
-                   focus ? c.accent : c.displayFaint, theme_.Px(2));
+                   focus ? c.accent : c.displayEdge, theme_.Px(2));
         break;
     }
   }

@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPainter>
 #include <QScrollBar>
 #include <map>
 
@@ -12,7 +13,6 @@ namespace tonadex::shell {
 namespace {
 
 constexpr double kNumberSize = 0.75;  // of the display's type
-constexpr float kNumberOpacity = 0.75F;
 
 QFont DisplayFont(int pixels) {
   QFont font = CurrentTheme().mono;
@@ -52,6 +52,11 @@ void PhoneDisplay::SetPixelSize(int pixels) {
   }
 }
 
+void PhoneDisplay::SetInvitation(const QString& sentence) {
+  setAccessibleDescription(sentence);
+  viewport()->update();
+}
+
 QTextCursor PhoneDisplay::Select(app::TextRange range) const {
   QTextCursor cursor(document());
   cursor.setPosition(static_cast<int>(range.from));
@@ -69,9 +74,7 @@ void PhoneDisplay::Draw() {
     Select(range).mergeCharFormat(heavy);
   }
   QTextCharFormat number;
-  QColor faint = CurrentTheme().displayInk;
-  faint.setAlphaF(kNumberOpacity);
-  number.setForeground(faint);
+  number.setForeground(CurrentTheme().displayFaint);
   number.setProperty(QTextFormat::FontPixelSize, qRound(PixelSize() * kNumberSize));
   for (const app::TextRange& range : display_.shown().margin) {
     Select(range).mergeCharFormat(number);
@@ -99,6 +102,17 @@ void PhoneDisplay::DrawMark() {
     marks << mark;
   }
   setExtraSelections(marks);
+}
+
+// The invitation in the ink of all else: a placeholder text would be too pale on the display.
+void PhoneDisplay::paintEvent(QPaintEvent* event) {
+  QPlainTextEdit::paintEvent(event);
+  if (display_.result().empty()) {
+    QPainter painter(viewport());
+    painter.setPen(CurrentTheme().displayInk);
+    painter.drawText(viewport()->rect().adjusted(kGrid / 2, kGrid / 2, -kGrid / 2, 0),
+                     Qt::TextWordWrap, accessibleDescription());
+  }
 }
 
 QMimeData* PhoneDisplay::createMimeDataFromSelection() const {

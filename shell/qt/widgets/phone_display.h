@@ -18,7 +18,7 @@ class PhoneDisplay : public QPlainTextEdit {
   // The result as it was given, whatever is drawn.
   const std::string& Text() const { return display_.result(); }
   // What is shown instead of an empty result.
-  void SetInvitation(const QString& sentence) { setPlaceholderText(sentence); }
+  void SetInvitation(const QString& sentence);
 
   // Takes the height that is left and asks for none.
   QSize sizeHint() const override { return {QPlainTextEdit::sizeHint().width(), minimumHeight()}; }
@@ -38,6 +38,7 @@ class PhoneDisplay : public QPlainTextEdit {
 
  protected:
   QMimeData* createMimeDataFromSelection() const override;
+  void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;

@@ -64,7 +64,7 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
     ink.fill = c.accentWash;
   }
   if ((item.itemState & ODS_DISABLED) != 0) {
-    ink = {c.window, c.border, Blend(c.text, c.window, 0.5), theme.Px(1)};
+    ink = {c.window, c.border, c.faint, theme.Px(1)};
   }
   if (focus) {
     ink.frame = face.look == Look::kPrimary ? c.text : c.accent;
