@@ -160,9 +160,10 @@ std::vector<ResultGroup> RepertoirePage::ResultGroupsShown() const {
   return ResultGroups(textresultado.text);
 }
 
-bool RepertoirePage::ResultIsKeyPresses() const {
+bool RepertoirePage::ResultIsCounted() const {
   const phones::Format* format = phones::FindFormat(resultModel_);
-  return format != nullptr && format->kind == phones::Kind::kKeys;
+  return format != nullptr &&
+         (format->kind == phones::Kind::kKeys || format->kind == phones::Kind::kNotes);
 }
 
 void RepertoirePage::copyButton_Click() {

@@ -32,7 +32,7 @@ class RepertoirePage {
 
   // The groups of the result, which lines do not break, and whether they are key presses.
   std::vector<ResultGroup> ResultGroupsShown() const;
-  bool ResultIsKeyPresses() const;
+  bool ResultIsCounted() const;
 
   Control goToSearchButton;
   Control picreproducir, picconvertir, picimprimir;

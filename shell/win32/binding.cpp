@@ -164,7 +164,7 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
         bound.display->SetPixelSize(control.value);
       }
       return bound.display->SetResult(control.text, form.ResultGroupsShown(),
-                                      form.ResultIsKeyPresses());
+                                      form.ResultIsCounted());
     case Look::kDrawing:
       return bound.view->SetDrawing(form.*bound.info->drawing,
                                     platform::ToWide(control.invitation));

@@ -13,7 +13,7 @@ class PhoneDisplay : public QPlainTextEdit {
  public:
   explicit PhoneDisplay(QWidget* parent = nullptr);
 
-  // `counted`: groups are keys to press, numbered at the margin.
+  // `counted`: groups are keys or notes, numbered at the margin and in columns.
   void SetResult(const std::string& result, std::vector<app::ResultGroup> groups, bool counted);
   // The result as it was given, whatever is drawn.
   const std::string& Text() const { return display_.result(); }

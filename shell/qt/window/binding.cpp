@@ -221,7 +221,7 @@ void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& for
     display.SetPixelSize(control.value);
   }
   if (control.text != display.Text()) {
-    display.SetResult(control.text, form.ResultGroupsShown(), form.ResultIsKeyPresses());
+    display.SetResult(control.text, form.ResultGroupsShown(), form.ResultIsCounted());
   }
 }
 
