@@ -196,7 +196,7 @@ TypingStep& CutIMelodyNote(Cutter& cutter, const core::NoteCodes& note, const fo
   constexpr int kLowNumber = 3;
   const bool pause = note.letter == 'p';
   const bool sharp = note.IsSharp() && !band.dotted;  // as the writer has it
-  const auto& [duration, key, rest] = formats::kIMelodyDurations[band.length];
+  const auto& [key, rest] = formats::kIMelodyDurations[band.length];
   const std::string_view digits = OctaveDigits(cutter.rest());
   std::size_t size = rest.size();
   if (!pause) {
@@ -205,7 +205,8 @@ TypingStep& CutIMelodyNote(Cutter& cutter, const core::NoteCodes& note, const fo
   size = std::min(size + (note.dotted ? 1 : 0), cutter.rest().size());
   const int octave = digits.size() == 1 ? digits.front() - '0' - kLowNumber + kLow : kHighest;
   TypingStep& step = cutter.Cut(size, size);
-  step.words = InWords({duration, note.letter, pause, sharp, note.dotted, true, octave});
+  step.words = InWords(
+      {formats::kDurationTexts[band.length], note.letter, pause, sharp, note.dotted, true, octave});
   return step;
 }
 
