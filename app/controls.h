@@ -17,6 +17,7 @@ enum class Look {
   kLabel,       // caption
   kNavigation,  // button of the navigation row: picture above the words; `checked` marks one
   kLink,        // button of the same row: small picture beside small words
+  kCard,        // button: picture, caption and, in small type under it, text
   kButton,
   kPrimary,  // button: the main action of its page, in the accent colour
   kLine,     // text of one line
@@ -44,13 +45,13 @@ enum class Tone { kText, kMuted, kGood, kBad };
 struct Control {
   bool visible = true;
   bool enabled = true;
-  std::string caption;     // "&" precedes the mnemonic character
-  std::string text;        // of a box; a shell copies what the user types in here
-  ListRows rows;           // of list and combo boxes
-  int listIndex = -1;      // selected row, 0-based, -1 for none
-  std::string address;     // web view: the last address requested
-  std::string invitation;  // shown while the control is empty
-  std::size_t cursor = 0;  // of a text area: characters before the cursor
+  std::string caption;                  // "&" precedes the mnemonic character
+  std::string text;                     // of a box; a shell copies what the user types in here
+  ListRows rows;                        // of list and combo boxes
+  int listIndex = -1;                   // selected row, 0-based, -1 for none
+  std::string address;                  // web view: the last address requested
+  std::string invitation;               // shown while the control is empty
+  std::size_t cursor = 0;               // of a text area: characters before the cursor
   std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
   int value = 0;                        // of a slider and of the display
   bool checked = false;

@@ -16,6 +16,8 @@ inline constexpr int kCardPadding = 2 * kGrid;
 inline constexpr int kBannerHeight = 44;
 inline constexpr int kLowestView = 80, kTallestView = 220;  // of a melody's drawing
 inline constexpr int kRadius = 6;
+inline constexpr int kMeasure = 720;     // the widest that something to read or to fill in becomes
+inline constexpr int kWideWidth = 1240;  // from here on a page stands in more columns
 
 // The main window when it opens and at its smallest.
 inline constexpr int kFirstWidth = 1000, kFirstHeight = 700;

@@ -44,6 +44,7 @@ class RepertoirePage {
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();
+  static Part WideLayout();  // drawing and notices beside the result
 
  protected:
   void FillRepertoire();

@@ -16,6 +16,7 @@
 #include "net/upload.h"
 #include "nokia3210/cnokia.h"
 #include "phones/formats.h"
+#include "phones/phone_description.h"
 
 namespace tonadex::app {
 namespace {
@@ -43,7 +44,7 @@ constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no
 constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
-constexpr int kTempoWidth = 96, kLowestNotes = 56;
+constexpr int kTempoWidth = 96, kLowestNotes = 48, kTallestCards = 680;
 
 // A button that both boxes have; its help is its accessible name, to tell the two apart.
 constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
@@ -51,7 +52,16 @@ constexpr ControlInfo Action(std::string_view name, Control F::*member, std::str
   return Button(Look::kButton, name, member, caption, icon, help, click, help);
 }
 
+constexpr std::string_view kMelodyWays = u8"Búscala o escríbela aquí"_w;
+constexpr std::string_view kResultWays = u8"Conviértela y pásala a tu móvil"_w;
+
 constexpr auto kRows = std::to_array<ControlInfo>({
+    Button(Look::kCard, "phoneCard", &F::phoneCard, u8"1. Tu móvil"_w, "movil", words::kChoosePhone,
+           &F::cmdopciones_Click),
+    Button(Look::kCard, "melodyCard", &F::melodyCard, u8"2. Una melodía"_w, "buscar",
+           words::kGoToSearch, &F::cmdbuscar_Click),
+    Button(Look::kCard, "resultCard", &F::resultCard, "3. El resultado", "convertir",
+           "Abrir tu repertorio", &F::cmdrepertorio_Click),
     Words("lbltitulocompo", &F::lbltitulocompo, "Compositor", Font::kTitle),
     Words("lblporfacomprueba", &F::lblporfacomprueba,
           u8"Por favor, escucha la melodía antes de subirla."_w, Font::kSmall, Tone::kMuted, true),
@@ -134,7 +144,7 @@ std::span<const ControlInfo> StartPage::Rows() {
 
 Part StartPage::Layout() {
   const auto view = [](Control F::*drawing) {
-    return The(drawing).Weight(3).Heights(look::kLowestView, look::kTallestView);
+    return The(drawing).Weight(3).Heights(kLowestNotes, look::kTallestView);
   };
   const auto notes = [](Control F::*label, Control F::*box) {
     return Field(label, The(box).Weight(2).Heights(kLowestNotes));
@@ -161,8 +171,15 @@ Part StartPage::Layout() {
       view(&F::rtttlView),
       Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl)}),
   });
-  return Row({std::move(composer).Weight(5), std::move(rtttl).Weight(3)})
-      .Gap(look::kPageMargin)
+  Part cards =
+      Row({std::move(composer).Weight(5), std::move(rtttl).Weight(3)}).Gap(look::kPageMargin);
+  Part ways = Row({The(&F::phoneCard).Weight(1), The(&F::melodyCard).Weight(1),
+                   The(&F::resultCard).Weight(1)})
+                  .Gap(look::kPageMargin);
+  return Centred(Column({std::move(ways), std::move(cards).Weight(1000).Heights(0, kTallestCards),
+                         Stretch()})
+                     .Gap(look::kFieldGap),
+                 2 * look::kMeasure)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin)
       .Scrolls();
 }
@@ -191,6 +208,9 @@ void StartPage::RefreshStart() {
   for (Control* control : {&repairLabel, &repairNotices, &applyRepairButton, &cancelRepairButton}) {
     control->visible = proposed;
   }
+  phoneCard.text = phones::PhoneName(state_.program.gPhoneModel);
+  melodyCard.text = kMelodyWays;
+  resultCard.text = kResultWays;
   composerView.invitation = rtttlView.invitation = words::kDrawing;
 }
 

@@ -148,6 +148,8 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
     case Look::kPrimary:
       SetText(bound.window, control.caption);
       return SetChecked(bound.window, control.checked);
+    case Look::kCard:
+      return SetText(bound.window, control.caption + "\r\n" + control.text);
     case Look::kLine:
     case Look::kReading:
     case Look::kNotices:
@@ -190,6 +192,9 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
     if (info.look != Look::kDrawing) {  // it describes its melody
       SetSpokenName(window, info.spoken);
     }
+    if (info.leadsTo != app::kNoPage) {
+      SetSpokenTab(window, false);
+    }
     if (window != nullptr && bound_.back().browser == nullptr) {
       RepaintFrameWithFocus(window, parent_);
     }
@@ -206,6 +211,7 @@ BoundControl Binding::Make(const ControlInfo& info) {
       break;
     case Look::kNavigation:
     case Look::kLink:
+    case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
       bound.window = MakeButton(parent_, id, info.look, info.icon, theme_);
@@ -363,6 +369,7 @@ void Binding::Command(int id, int notification) {
   switch (bound.info->look) {
     case Look::kNavigation:
     case Look::kLink:
+    case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
       if (notification == BN_CLICKED) {

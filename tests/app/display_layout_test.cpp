@@ -146,16 +146,16 @@ TEST(DisplayLayout, FillsItsPlaceUntilSomeoneChoosesASize) {
   EXPECT_EQ(display.ChosenPixelSize(), 0);
   display.SetResult(melody, ResultGroups(melody), true);
   int before = 0;
-  for (const double width : {300, 1300, 1600, 2400}) {
+  for (const double width : {300, 1300, 1600, 3600}) {
     display.SetPlace(width, 500);
     EXPECT_GE(display.PixelSize(), before);
     before = display.PixelSize();
     const auto lines = 1 + std::ranges::count(display.shown().text, '\n');
     EXPECT_TRUE(before == 20 || static_cast<double>(lines) * before * 1.2 <= 500) << width;
   }
-  EXPECT_EQ(before, 30);
+  EXPECT_GE(before, 30);
   EXPECT_TRUE(display.SetPixelSize(99));
-  EXPECT_FALSE(display.SetPlace(2400, 500));
+  EXPECT_FALSE(display.SetPlace(3600, 500));
   EXPECT_EQ(display.ChosenPixelSize(), 40);
 }
 

@@ -44,6 +44,7 @@ void PhoneDisplay::SetResult(const std::string& result, std::vector<app::ResultG
   if (display_.SetResult(result, std::move(groups), counted)) {
     Draw();
   }
+  setAccessibleDescription(result.empty() ? invitation_ : QString());
 }
 
 void PhoneDisplay::SetPixelSize(int pixels) {
@@ -53,7 +54,7 @@ void PhoneDisplay::SetPixelSize(int pixels) {
 }
 
 void PhoneDisplay::SetInvitation(const QString& sentence) {
-  setAccessibleDescription(sentence);
+  invitation_ = sentence;
   viewport()->update();
 }
 
@@ -111,7 +112,7 @@ void PhoneDisplay::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     painter.setPen(CurrentTheme().displayInk);
     painter.drawText(viewport()->rect().adjusted(kGrid / 2, kGrid / 2, -kGrid / 2, 0),
-                     Qt::TextWordWrap, accessibleDescription());
+                     Qt::TextWordWrap, invitation_);
   }
 }
 

@@ -55,6 +55,7 @@ class PhoneDisplay : public QPlainTextEdit {
   void DrawMark();
 
   app::ResultDisplay display_;
+  QString invitation_;
 };
 
 }  // namespace tonadex::shell
