@@ -8,6 +8,7 @@
 
 #include "app/layout.h"
 #include "app/words.h"
+#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "midi/playback.h"
@@ -22,6 +23,10 @@ using F = Form1;
 
 constexpr std::array<std::int16_t, 4> kHiddenAtStart = {kSearchPage, kRepertoirePage, kInternetPage,
                                                         kOptionsPage};
+constexpr std::string_view kNotKept = u8"No se ha podido guardar la melodía: "_w;
+constexpr std::string_view kNotOpened = u8"No se ha podido abrir la melodía: "_w;
+constexpr std::string_view kNoMelodyIn = u8"No se ha encontrado ninguna melodía RTTTL en "_w;
+constexpr std::string_view kAddTitle = u8"Añadir melodías RTTTL"_w;
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
@@ -65,6 +70,7 @@ constexpr auto kPages = std::to_array<Page>({
     {kInternetPage, &WebPage::Layout},
     {kOptionsPage, &OptionsPage::Layout},
     {kStartPage, &StartPage::Layout},
+    {kTypingPage, &TypingPage::Layout},
 });
 
 void RenameMark(const std::filesystem::path& folder) {
@@ -85,8 +91,9 @@ std::span<const ControlInfo> Form1::Rows() {
 std::span<const ControlInfo> Controls() {
   static const std::vector<ControlInfo> all = [] {
     std::vector<ControlInfo> rows;
-    for (const auto& part : {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(),
-                             RepertoirePage::Rows(), OptionsPage::Rows(), StartPage::Rows()}) {
+    for (const auto& part :
+         {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(), RepertoirePage::Rows(),
+          OptionsPage::Rows(), StartPage::Rows(), TypingPage::Rows()}) {
       rows.insert(rows.end(), part.begin(), part.end());
     }
     return rows;
@@ -144,16 +151,20 @@ Form1::Form1(Program& theProgram)
       SearchPage(static_cast<SharedState&>(*this)),
       RepertoirePage(static_cast<SharedState&>(*this)),
       OptionsPage(static_cast<SharedState&>(*this)),
+      TypingPage(static_cast<SharedState&>(*this)),
       WebPage(static_cast<SharedState&>(*this)) {
   for (const ControlInfo& info : Controls()) {
     Control& control = this->*info.member;
     control.caption = info.caption;
     control.tone = info.tone;
     control.visible = info.look != Look::kStorage;
+    control.checked = info.look == Look::kPrimary;
   }
   waitingLine.visible = false;
-  for (const auto member : PageControls(kStartPage)) {
-    (this->*member).visible = false;
+  for (const std::int16_t page : {kStartPage, kTypingPage}) {
+    for (const auto member : PageControls(page)) {
+      (this->*member).visible = false;
+    }
   }
 }
 
@@ -193,6 +204,9 @@ void Form1::ocultapagina() {
   }
   if (paginaactual == kOptionsPage && formReady_) {
     SaveModel();
+  }
+  if (paginaactual == kTypingPage) {
+    CloseGuide();
   }
 }
 
@@ -236,7 +250,56 @@ void Form1::cmdrepertorio_Click() {
     core::InitMelody(program.gMelody, program.services.shell.TempPath());
     FillRepertoire();
     ShowPage(kRepertoirePage);
-    List1_Click();
+    SelectLast();
+  }
+}
+
+void Form1::ShowInRepertoire(const std::string& file) {
+  if (!file.empty()) {
+    cmdrepertorio_Click();
+    ShowFile(file);
+  }
+}
+
+void Form1::KeepMelody(std::string_view text) {
+  std::string file;
+  if (Try(kNotKept, [&] { file = Store().Save(text); })) {
+    ShowInRepertoire(file);
+  }
+}
+
+void Form1::saveComposed_Click() {
+  if (BuildComposedMelody()) {
+    KeepMelody(melodiasube);
+  }
+}
+
+void Form1::saveRtttl_Click() {
+  KeepMelody(txtrtttlsube.text);
+}
+
+void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
+  MelodyStore::Added added;
+  Try(kNotKept, [&] { Store().Add(paths, added); });
+  ShowInRepertoire(added.last);
+  if (!added.refused.empty()) {
+    core::MsgBox(std::string(kNoMelodyIn) + added.refused + ".", core::Icon::kExclamation);
+  }
+}
+
+void Form1::addButton_Click() {
+  const auto files = program.services.fileDialogs.AskOpen(kAddTitle);
+  if (!files.empty()) {
+    FilesDropped(files);
+  }
+}
+
+void Form1::editItem_Click() {
+  std::string text;
+  if (!List1.SelectedText().empty() && Try(kNotOpened, [&] { text = SelectedMelody(); })) {
+    cmdinicio_Click();
+    EditRtttl(std::move(text));
+    focusNext = &Form1::txtrtttlsube;
   }
 }
 
@@ -264,6 +327,23 @@ void Form1::cmdayuda_Click() {
   program.services.shell.OpenHelp(program.ProgramFolder() / kHelpFile);
 }
 
+void Form1::teclearButton_Click() {
+  if (OpenGuide(resultRow_, resultModel_, textresultado.text, resultMelody_)) {
+    navbanner.visible = false;  // its room is the guide's
+    ShowPage(kTypingPage);
+  }
+}
+
+void Form1::typeItem_Click() {
+  picconvertir_Click();
+  teclearButton_Click();
+}
+
+void Form1::leaveGuide_Click() {
+  navbanner.visible = true;
+  ShowPage(kRepertoirePage);
+}
+
 void Form1::List1_DblClick() {
   if (paginaactual == kRepertoirePage) {
     picreproducir_Click();
@@ -273,8 +353,10 @@ void Form1::List1_DblClick() {
 }
 
 void Form1::Refresh() {
+  // The guide is part of the repertoire.
+  const std::int16_t shown = paginaactual == kTypingPage ? kRepertoirePage : paginaactual;
   for (const ControlInfo& info : Rows()) {
-    (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == paginaactual;
+    (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == shown;
   }
   // The options page saves the model only when it is left.
   phoneButton.caption =
@@ -284,6 +366,7 @@ void Form1::Refresh() {
   RefreshRepertoire();
   RefreshOptions();
   RefreshStart();
+  RefreshTyping();
 }
 
 }  // namespace tonadex::app

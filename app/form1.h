@@ -1,6 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
 
 #include "app/control_table.h"
 #include "app/pages/options_page.h"
@@ -8,6 +12,7 @@
 #include "app/pages/repertoire_page.h"
 #include "app/pages/search_page.h"
 #include "app/pages/start_page.h"
+#include "app/pages/typing_page.h"
 #include "app/pages/web_page.h"
 #include "app/program.h"
 
@@ -34,6 +39,7 @@ class Form1 : public SharedState,
               public SearchPage,
               public RepertoirePage,
               public OptionsPage,
+              public TypingPage,
               public WebPage {
  public:
   explicit Form1(Program& program);
@@ -52,6 +58,18 @@ class Form1 : public SharedState,
   void cmd906_Click();
   void cmdopciones_Click();
   void cmdayuda_Click();
+  // To the typing guide of the result that the repertoire page shows, and back.
+  void teclearButton_Click();
+  void leaveGuide_Click();
+  void typeItem_Click();  // converts the selected melody first
+  // The selected melody into the box for RTTTL texts.
+  void editItem_Click();
+  // What is composed, or the RTTTL text, becomes a file of the repertoire, which is shown.
+  void saveComposed_Click();
+  void saveRtttl_Click();
+  // Files dropped on the window: their melodies are added to the repertoire.
+  void FilesDropped(std::span<const std::filesystem::path> paths);
+  void addButton_Click();
   // Enter or a double click on a row: plays in the repertoire, downloads on the search page.
   void List1_DblClick();
 
@@ -67,6 +85,8 @@ class Form1 : public SharedState,
   static std::span<const ControlInfo> Rows();  // of the navigation row
 
  private:
+  void ShowInRepertoire(const std::string& file);
+  void KeepMelody(std::string_view text);
   bool LeaveFor(std::int16_t page);
   void ShowPage(std::int16_t page);
 

@@ -7,6 +7,7 @@
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
+#include "files/read.h"
 
 namespace tonadex::files {
 namespace {
@@ -128,6 +129,51 @@ CreateResult Create(const fs::path& file, std::string_view bytes, Durability dur
   }
   TemporaryFile temporary(file);
   return temporary.Write(bytes) ? temporary.Create(durability) : CreateResult::kFailed;
+}
+
+CreateResult MoveToNewName(const fs::path& from, const fs::path& to) {
+  std::error_code failure;
+  if (!system::MoveToNewName(from, to, true, failure)) {
+    return failure == std::errc::file_exists ? CreateResult::kExists : CreateResult::kFailed;
+  }
+  if (fs::exists(fs::symlink_status(from, failure)) && !fs::remove(from, failure)) {
+    fs::remove(to, failure);
+    return CreateResult::kFailed;
+  }
+  return CreateResult::kCreated;
+}
+
+std::optional<fs::path> MakeUnderFreeName(const fs::path& file, const Make& make) {
+  constexpr int kMostTries = 10'000;
+  for (int i = 1; i <= kMostTries; ++i) {
+    fs::path name = file;
+    if (i > 1) {
+      fs::path stem = file.stem();
+      name.replace_filename((stem += " " + std::to_string(i)) += file.extension());
+    }
+    if (const CreateResult result = make(name); result != CreateResult::kExists) {
+      return result == CreateResult::kCreated ? std::optional(name) : std::nullopt;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<fs::path> MoveInto(const fs::path& folder, const fs::path& file) {
+  std::error_code ignored;  // a missing folder shows in the next step
+  fs::create_directories(folder, ignored);
+  return MakeUnderFreeName(folder / file.filename(),
+                           [&](const fs::path& to) { return MoveToNewName(file, to); });
+}
+
+std::optional<fs::path> CopyInto(const fs::path& folder, const fs::path& file) {
+  const std::optional<std::string> bytes = ReadWhole(file);
+  if (!bytes) {
+    return std::nullopt;
+  }
+  std::error_code ignored;
+  fs::create_directories(folder, ignored);
+  return MakeUnderFreeName(folder / file.filename(),
+                           [&](const fs::path& to) { return Create(to, *bytes); });
 }
 
 void WriteBytes(const fs::path& file, std::string_view bytes) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -32,6 +34,22 @@ bool Replace(const std::filesystem::path& file, std::string_view bytes,
 // Creates the file; never replaces one.
 CreateResult Create(const std::filesystem::path& file, std::string_view bytes,
                     Durability durability = Durability::kDisk);
+
+// Moves a file to a name on the same disk, also in another folder; never replaces one.
+CreateResult MoveToNewName(const std::filesystem::path& from, const std::filesystem::path& to);
+
+// Makes a file under a name that is free: tries the name itself, then "stem 2.extension" and so on
+// as long as `make` gives kExists. The file, or nothing where it failed.
+using Make = std::function<CreateResult(const std::filesystem::path& file)>;
+std::optional<std::filesystem::path> MakeUnderFreeName(const std::filesystem::path& file,
+                                                       const Make& make);
+
+// Puts a file, or a copy of it, into a folder that is made when it is missing, under a free name.
+// Where it lies now, or nothing: then the file is where it was.
+std::optional<std::filesystem::path> MoveInto(const std::filesystem::path& folder,
+                                              const std::filesystem::path& file);
+std::optional<std::filesystem::path> CopyInto(const std::filesystem::path& folder,
+                                              const std::filesystem::path& file);
 
 // As Replace, for a file that the user named: writes in place to devices, to pipes and to a
 // writable file in a folder that is not writable. Errors: device failure.

@@ -11,6 +11,7 @@
 namespace tonadex::app {
 
 struct ControlInfo;
+class Form1;
 struct Part;
 
 // Page numbers; the gaps are part of the numbering.
@@ -21,6 +22,7 @@ inline constexpr std::int16_t kRepertoirePage = 3;
 inline constexpr std::int16_t kInternetPage = 5;  // also WebBrowser1
 inline constexpr std::int16_t kOptionsPage = 6;
 inline constexpr std::int16_t kStartPage = 8;  // composer and RTTTL box
+inline constexpr std::int16_t kTypingPage = 9;  // reached from the repertoire page alone
 
 // The drawing whose melody is playing, while PlayMelody shows its message box.
 enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl };
@@ -40,6 +42,8 @@ class SharedState {
   Program& program;
   std::int16_t paginaactual = kNoPage;
   Sounding sounding = Sounding::kNothing;
+  // Gets the focus when what changed is drawn; the shell then resets it. nullptr leaves it.
+  Control Form1::*focusNext = nullptr;
   Control List1;                // of the search and the repertoire page
   Control Text1, Text2, Text3;  // raw reply, current record, its number; never shown
 };

@@ -30,8 +30,6 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            "Buscar estas palabras en el servidor", &F::picabuscar_Click),
     Button(Look::kButton, "picazar", &F::picazar, "Al a&zar", "azar", u8"Unas melodías al azar"_w,
            &F::picazar_Click),
-    Row(Look::kList, "List1", &F::List1, u8"Melodías"_w, {Event::kClick, &F::List1_Click},
-        {Event::kActivate, &F::List1_DblClick}),
     Button(Look::kButton, "picdescargar", &F::picdescargar, "&Descargar", "bajar",
            u8"Guardar la melodía elegida en tu repertorio"_w, &F::picdescargar_Click),
     Row(Look::kStorage, "Text1", &F::Text1),
@@ -95,8 +93,8 @@ void SearchPage::picdescargar_Click() {
   if (row.empty() || net::IsHintRow(row)) {
     return;
   }
-  net::DownloadMelody(state_.Fetch(), state_.program.MelodyFolder(), row,
-                      state_.List1.SelectedData(), state_.Text1.text);
+  net::DownloadMelody(state_.Fetch(), state_.program.MelodyFolder(), state_.program.BinFolder(),
+                      row, state_.List1.SelectedData(), state_.Text1.text);
   // Shown whatever the server sent: deliberate.
   core::MsgBox(kDownloaded, core::Icon::kInformation);
 }

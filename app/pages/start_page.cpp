@@ -48,8 +48,9 @@ constexpr int kTempoWidth = 96, kLowestNotes = 48, kTallestCards = 680;
 
 // A button that both boxes have; its help is its accessible name, to tell the two apart.
 constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
-                             const char* icon, std::string_view help, Handler click) {
-  return Button(Look::kButton, name, member, caption, icon, help, click, help);
+                             const char* icon, std::string_view help, Handler click,
+                             Look look = Look::kButton) {
+  return Button(look, name, member, caption, icon, help, click, help);
 }
 
 constexpr std::string_view kMelodyWays = u8"Búscala o escríbela aquí"_w;
@@ -83,6 +84,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            u8"Escuchar la melodía compuesta"_w, &F::cmdscuchacumpo_Click),
     Action("cmdsubecompo", &F::cmdsubecompo, "&Subir", "subir",
            u8"Subir al servidor la melodía compuesta"_w, &F::cmdsubecompo_Click),
+    Action("saveComposed", &F::saveComposed, "Guar&dar en mi repertorio", "guardar",
+           u8"Guardar la melodía compuesta en mi repertorio; hacen falta notas"_w,
+           &F::saveComposed_Click, Look::kPrimary),
     Words("lbltitulortttl", &F::lbltitulortttl, u8"Melodía en RTTTL"_w, Font::kTitle),
     Label("labelformatortttl", &F::labelformatortttl, "Te&xto RTTTL", &F::txtrtttlsube),
     Row(Look::kArea, "txtrtttlsube", &F::txtrtttlsube, "Texto RTTTL",
@@ -91,7 +95,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Action("repairButton", &F::repairButton, "Arre&glar", "",
            u8"Ver qué se puede arreglar en el texto RTTTL"_w, &F::repairButton_Click),
     Action("undoRepairButton", &F::undoRepairButton, "Des&hacer", "",
-           u8"Volver al texto de antes de arreglarlo"_w, &F::undoRepairButton_Click),
+           u8"Volver al texto que había antes"_w, &F::undoRepairButton_Click),
     Words("repairLabel", &F::repairLabel, "", Font::kBody, Tone::kText),
     Row(Look::kList, "repairList", &F::repairList, u8"Melodías encontradas en el texto"_w,
         {Event::kClick, &F::repairList_Click}, {Event::kActivate, &F::applyRepairButton_Click}),
@@ -105,6 +109,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            "Escuchar el texto RTTTL", &F::cmdscuchartttl_Click),
     Action("cmdsubirmelortttl", &F::cmdsubirmelortttl, "Subir RTTT&L", "subir",
            "Subir al servidor el texto RTTTL", &F::cmdsubirmelortttl_Click),
+    Action("saveRtttl", &F::saveRtttl, "Guardar en mi repertorio", "guardar",
+           u8"Guardar el texto RTTTL en mi repertorio; hace falta una melodía sin faltas"_w,
+           &F::saveRtttl_Click, Look::kPrimary),
     Row(Look::kStorage, "rtf", &F::rtf),
 });
 
@@ -155,10 +162,10 @@ Part StartPage::Layout() {
            Field(&F::lbltemposube, The(&F::txtcompoTempo).Widths(kTempoWidth, kTempoWidth))})
           .Gap(look::kPageMargin),
       notes(&F::lblformatocompo, &F::txtmelodiacompo),
-      The(&F::composerCheckLabel),
+      Row({The(&F::composerCheckLabel), The(&F::lblMsg).Weight(1)}).Gap(look::kPageMargin),
       The(&F::keyRow),
       view(&F::composerView),
-      Row({The(&F::lblMsg).Weight(1), The(&F::cmdscuchacumpo), The(&F::cmdsubecompo)}),
+      Row({Stretch(), The(&F::cmdscuchacumpo), The(&F::cmdsubecompo), The(&F::saveComposed)}),
   });
   Part rtttl = Card({
       The(&F::lbltitulortttl),
@@ -170,6 +177,7 @@ Part StartPage::Layout() {
       Row({Stretch(), The(&F::cancelRepairButton), The(&F::applyRepairButton)}),
       view(&F::rtttlView),
       Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl)}),
+      Row({Stretch(), The(&F::saveRtttl)}),
   });
   Part cards =
       Row({std::move(composer).Weight(5), std::move(rtttl).Weight(3)}).Gap(look::kPageMargin);
@@ -244,7 +252,6 @@ void StartPage::convierteCompositor() {
   rtf.text = converter.ConvertedNotes();
 }
 
-// Sets melodiasube to the composer's melody as RTTTL; false after a message to the user.
 bool StartPage::BuildComposedMelody() {
   const std::string& name = txtcomponombremelodia.text;
   const std::string& tempo = txtcompoTempo.text;
@@ -316,6 +323,7 @@ void StartPage::txtmelodiacompo_Change() {
   composerDrawing =
       MelodyDrawing(RtttlText("x", converter.Defaults, tempo, converter.ConvertedNotes()),
                     state_.program.gPhoneModel);
+  saveComposed.enabled = !composerDrawing.notes.empty();
 }
 
 void StartPage::txtrtttlsube_Change() {
@@ -331,6 +339,8 @@ void StartPage::txtrtttlsube_Change() {
   repairButton.enabled = rtttlCheck.verdict == Verdict::kBad;
   // Without a name's end its handler fails, which ends the program.
   cmdsubirmelortttl.enabled = core::Contains(text, ":");
+  // What the server would refuse can be kept.
+  saveRtttl.enabled = phones::CheckRtttl(text).verdict == Verdict::kGood;
   repairs_.clear();
   unrepaired_.clear();
 }
@@ -362,10 +372,14 @@ void StartPage::repairList_Click() {
 void StartPage::applyRepairButton_Click() {
   const int index = repairList.listIndex;
   if (index >= 0 && static_cast<std::size_t>(index) < repairs_.size()) {
-    std::string before = txtrtttlsube.text;
-    SetRtttl(std::move(repairs_[static_cast<std::size_t>(index)].text));
-    unrepaired_ = std::move(before);
+    EditRtttl(std::move(repairs_[static_cast<std::size_t>(index)].text));
   }
+}
+
+void StartPage::EditRtttl(std::string text) {
+  std::string before = txtrtttlsube.text;
+  SetRtttl(std::move(text));
+  unrepaired_ = before == txtrtttlsube.text ? std::string() : std::move(before);
 }
 
 void StartPage::cancelRepairButton_Click() {

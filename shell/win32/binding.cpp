@@ -70,6 +70,16 @@ void RepaintFrameWithFocus(HWND field, HWND parent) {
   });
 }
 
+// A click on a button that has keys of its own leaves the keys where they were.
+void GiveFocusBack(HWND button) {
+  HookWindow(button, [](HWND window, UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
+    if (message == WM_LBUTTONUP) {
+      PostMessageW(GetParent(window), WM_SETFOCUS, 0, 0);  // after what the button does now
+    }
+    return std::nullopt;
+  });
+}
+
 HWND MakeLabel(const ControlInfo& info, HWND parent, int id) {
   const DWORD style =
       (info.right ? SS_RIGHT : SS_LEFT) | (info.field == nullptr ? SS_NOPREFIX : 0U);
@@ -151,6 +161,9 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
     case Look::kCard:
       return SetText(bound.window, control.caption + "\r\n" + control.text);
     case Look::kLine:
+      SendMessageW(bound.window, EM_SETCUEBANNER, TRUE,
+                   reinterpret_cast<LPARAM>(platform::ToWide(control.invitation).c_str()));
+      [[fallthrough]];
     case Look::kReading:
     case Look::kNotices:
       return SetText(bound.window, control.text);
@@ -161,6 +174,9 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
     case Look::kComboBox:
       return DrawComboBox(bound.window, control);
     case Look::kDisplay:
+      if (!control.visible) {
+        return;
+      }
       bound.display->SetInvitation(control.invitation);
       if (control.value != 0 && control.value != bound.display->PixelSize()) {
         bound.display->SetPixelSize(control.value);
@@ -168,8 +184,17 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
       return bound.display->SetResult(control.text, form.ResultGroupsShown(),
                                       form.ResultIsCounted());
     case Look::kDrawing:
-      return bound.view->SetDrawing(form.*bound.info->drawing,
-                                    platform::ToWide(control.invitation));
+      bound.view->SetDrawing(form.*bound.info->drawing, platform::ToWide(control.invitation));
+      if (bound.info->sounds == app::Sounding::kNothing) {
+        bound.view->Mark(control.listIndex);
+      }
+      return;
+    case Look::kShapes:
+      return bound.shapes->SetPicture(
+          [&form, picture = bound.info->picture](double width, double height) {
+            return (form.*picture)(width, height);
+          },
+          control.text);
     default:
       return;
   }
@@ -189,7 +214,7 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
   for (const ControlInfo& info : app::Controls()) {
     bound_.push_back(Make(info));
     const HWND window = bound_.back().window;
-    if (info.look != Look::kDrawing) {  // it describes its melody
+    if (info.look != Look::kDrawing && info.look != Look::kShapes) {  // they describe themselves
       SetSpokenName(window, info.spoken);
     }
     if (info.leadsTo != app::kNoPage) {
@@ -203,7 +228,8 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
 }
 
 BoundControl Binding::Make(const ControlInfo& info) {
-  BoundControl bound{&info, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, false};
+  BoundControl bound{};
+  bound.info = &info;
   const int id = bound.Id();
   switch (info.look) {
     case Look::kLabel:
@@ -215,6 +241,9 @@ BoundControl Binding::Make(const ControlInfo& info) {
     case Look::kButton:
     case Look::kPrimary:
       bound.window = MakeButton(parent_, id, info.look, info.icon, theme_);
+      if (info.look != Look::kNavigation && !info.shortcut.empty()) {
+        GiveFocusBack(bound.window);
+      }
       break;
     case Look::kLine:
     case Look::kReading:
@@ -250,6 +279,10 @@ BoundControl Binding::Make(const ControlInfo& info) {
     case Look::kDrawing:
       bound.view = std::make_unique<MelodyView>(parent_, id, theme_);
       bound.window = bound.view->window();
+      break;
+    case Look::kShapes:
+      bound.shapes = std::make_unique<ShapeView>(parent_, id, theme_);
+      bound.window = bound.shapes->window();
       break;
     case Look::kSlider:
       bound.window = MakeSlider(parent_, id);
@@ -372,6 +405,7 @@ void Binding::Command(int id, int notification) {
     case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
+    case Look::kShapes:
       if (notification == BN_CLICKED) {
         Raise(bound, Event::kClick);
       }

@@ -14,6 +14,7 @@
 #include "shell/win32/widgets/melody_view.h"
 #include "shell/win32/widgets/phone_display.h"
 #include "shell/win32/widgets/row_list.h"
+#include "shell/win32/widgets/shape_view.h"
 
 namespace tonadex::shell {
 
@@ -27,6 +28,7 @@ struct BoundControl {
   std::unique_ptr<PhoneDisplay> display;
   std::unique_ptr<MelodyView> view;
   std::unique_ptr<KeyRow> keys;
+  std::unique_ptr<ShapeView> shapes;
   std::unique_ptr<platform::WebControl> browser;
   bool ticking = false;
 

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -47,6 +49,7 @@ class MainWindow {
   void Draw();
   void LayOutPage();
   void FocusPage();
+  void Focus(HWND window);
   void DrawBusy();
   void FollowMelody();
   void PlaceBox(HWND box) const;
@@ -57,6 +60,10 @@ class MainWindow {
 
   bool Shortcut(const MSG& message);
   bool EnterKey();
+  bool Allows(const BoundControl& list, const app::MenuItem& item) const;
+  void ShowMenu(const BoundControl& list, POINT place);
+  void TakeFiles(HDROP dropped);
+  std::optional<LRESULT> TellTip(NMHDR& about);
   bool GoToField(WPARAM mnemonic);
   void FilterTempo();
   void GiveUpBy(const MSG& input);
@@ -72,6 +79,7 @@ class MainWindow {
   std::unique_ptr<Binding> binding_;
   std::vector<Frame> frames_;
   HWND focus_ = nullptr;
+  std::wstring tip_;  // that the system reads
   std::int16_t pageDrawn_ = app::kNoPage;
   bool loaded_ = false;
   bool pumping_ = false;  // only painting messages are handled

@@ -103,7 +103,9 @@ TEST_F(LayoutTest, RoomIsSharedByWeightWithinTheLimits) {
   Enter(kRepertoirePage);
   // A button that is hidden leaves its place to the list.
   const int list = Of(&Form1::List1, PlaceIn(1600, 1000)).height;
-  form.List1.AddRow("Vals (vals)", 20);
+  test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=90:c");
+  form.MelodyFolderChanged();
+  form.Refresh();
   EXPECT_EQ(Of(&Form1::List1, PlaceIn(1600, 1000)).height, list + 36 + 8);
 }
 

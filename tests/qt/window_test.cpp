@@ -22,6 +22,7 @@
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/shape_view.h"
 #include "shell/qt/widgets/waiting_line.h"
 #include "tests/qt/window_fixture.h"
 
@@ -119,6 +120,48 @@ TEST(MainWindow, TheResultIsDrawnAndCopied) {
   EXPECT_EQ(t.window.findChild<shell::PhoneDisplay*>()->Text(), t.form.textresultado.text);
   shell::QtShellServices(t.hooks, t.repainting, {}, {}).CopyText(t.form.textresultado.text);
   EXPECT_TRUE(QApplication::clipboard()->text().startsWith("NAME=Vals\nTEMPO=100\n"));
+}
+
+// The way of someone with the phone in the hand, by the keys alone.
+TEST(MainWindow, TheGuideIsWalkedThroughByItsKeysAndKeepsItsPlace) {
+  TestWindow t;
+  t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,8e.,2g,c6");
+  t.test.program.gPhoneModel = " Pulsaciones";
+  t.window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&t.window));
+  t.Click("cmdrepertorio");
+  t.SelectRow(0);
+  QTest::keyClick(&t.window, Qt::Key_F5);
+  EXPECT_EQ(t.form.paginaactual, app::kRepertoirePage) << "nothing is converted";
+  t.Click("picconvertir");
+  QTest::keyClick(&t.window, Qt::Key_F5);
+  const auto* step = t.window.findChild<shell::ShapeView*>("stepView");
+  const auto* view = t.window.findChild<shell::MelodyView*>("guideView");
+  EXPECT_EQ(t.window.focusWidget(), step);
+  EXPECT_FALSE(step->Shown().empty());
+  const auto press = [&t](Qt::Key key) { QTest::keyClick(t.window.focusWidget(), key); };
+  struct {
+    Qt::Key key;
+    int at;
+  } constexpr kKeys[] = {{Qt::Key_Left, 1},  {Qt::Key_Space, 2}, {Qt::Key_Return, 3},
+                         {Qt::Key_Right, 4}, {Qt::Key_Right, 4}, {Qt::Key_Backspace, 3},
+                         {Qt::Key_Home, 1},  {Qt::Key_End, 4},   {Qt::Key_Left, 3}};
+  for (const auto& [key, at] : kKeys) {
+    press(key);
+    EXPECT_TRUE(step->accessibleName().startsWith(QString("%1 de 4: ").arg(at))) << key;
+    EXPECT_EQ(view->Picture().sounding(), at - 1);
+  }
+  QTest::mouseClick(t.Widget("previousGroup"), Qt::LeftButton);
+  press(Qt::Key_Space);
+  EXPECT_EQ(view->Picture().sounding(), 2) << "a click leaves the keys to the guide";
+  t.Widget("lastGroup")->setFocus();
+  press(Qt::Key_Space);
+  EXPECT_EQ(view->Picture().sounding(), 3) << "a button that has the focus is pressed";
+  press(Qt::Key_Escape);
+  EXPECT_EQ(t.form.paginaactual, app::kRepertoirePage);
+  EXPECT_EQ(t.form.List1.listIndex, 0);
+  press(Qt::Key_F5);
+  EXPECT_TRUE(step->accessibleName().startsWith("4 de 4: "));
 }
 
 TEST(QtFileDialogs, AskWhereToSaveAnyPath) {

@@ -103,6 +103,41 @@ TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
   EXPECT_EQ(Close(), 0U);
 }
 
+TEST_F(WindowTest, TheGuideIsWalkedThroughByItsKeysAndKeepsItsPlace) {
+  Start();
+  ChoosePhone(0, 0);
+  ChooseMelody();
+  Click(Of(&Form1::picconvertir));
+  ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(Of(&Form1::teclearButton)) != 0; }));
+  Press(VK_F5);
+  ASSERT_TRUE(Shows(&Form1::stepView));
+  const auto stands = [&](std::string_view at) {
+    return WaitUntil([&] { return TextIn(Of(&Form1::stepView)).starts_with(at); });
+  };
+  EXPECT_TRUE(stands("1 de 4: "));
+  struct {
+    WORD key;
+    std::string_view at;
+  } constexpr kKeys[] = {{VK_SPACE, "2 de 4"}, {VK_RETURN, "3 de 4"}, {VK_LEFT, "2 de 4"},
+                         {VK_RIGHT, "3 de 4"}, {VK_BACK, "2 de 4"},   {VK_END, "4 de 4"},
+                         {VK_HOME, "1 de 4"},  {VK_SPACE, "2 de 4"}};
+  for (const auto& [key, at] : kKeys) {
+    Press(key);
+    EXPECT_TRUE(stands(at)) << key << TextIn(Of(&Form1::stepView));
+  }
+  Click(Of(&Form1::previousGroup));
+  EXPECT_TRUE(stands("1 de 4"));
+  Press(VK_SPACE);
+  EXPECT_TRUE(stands("2 de 4")) << "a click leaves the keys to the guide";
+  Click(Of(&Form1::keypadView));
+  EXPECT_TRUE(stands("3 de 4"));
+  Press(VK_ESCAPE);
+  ASSERT_TRUE(Shows(&Form1::textresultado));
+  Press(VK_F5);
+  ASSERT_TRUE(Shows(&Form1::stepView));
+  EXPECT_TRUE(stands("3 de 4"));
+}
+
 TEST_F(WindowTest, EveryButtonOfTheRowLeadsToItsPage) {
   Start();
   for (const app::ControlInfo& info : app::Controls()) {

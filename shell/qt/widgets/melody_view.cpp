@@ -74,7 +74,15 @@ void MelodyView::SetDrawing(const app::Drawing& drawing, const QString& invitati
 }
 
 void MelodyView::SetPosition(double ms) {
-  if (picture_.Follow(ms)) {
+  Show(picture_.Follow(ms));
+}
+
+void MelodyView::Mark(int note) {
+  Show(picture_.Mark(note));
+}
+
+void MelodyView::Show(bool changed) {
+  if (changed) {
     scroll_->setValue(static_cast<int>(picture_.scrolled()));
     update();
   }

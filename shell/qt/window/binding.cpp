@@ -5,8 +5,10 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSlider>
 #include <QStyle>
 #include <QStyleOptionButton>
@@ -23,6 +25,7 @@
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/shape_view.h"
 #include "shell/qt/widgets/waiting_line.h"
 #include "shell/qt/widgets/web_pane.h"
 
@@ -60,13 +63,21 @@ QWidget* MakeLabel(const ControlInfo& info) {
   return label;
 }
 
+void SetPrimary(QAbstractButton& button, const ControlInfo& info, bool primary) {
+  button.setProperty("primary", primary);
+  button.setIcon(
+      ThemedIcon(QLatin1String(info.icon), primary ? IconInk::kOnAccent : IconInk::kText));
+  button.style()->unpolish(&button);
+  button.style()->polish(&button);
+}
+
 QWidget* MakeButton(const ControlInfo& info) {
   auto* button = new QPushButton;
-  const bool primary = info.look == Look::kPrimary;
-  button->setProperty("primary", primary);
-  button->setIcon(
-      ThemedIcon(QLatin1String(info.icon), primary ? IconInk::kOnAccent : IconInk::kText));
+  SetPrimary(*button, info, info.look == Look::kPrimary);
   button->setIconSize(IconSize());
+  if (!info.shortcut.empty()) {
+    button->setFocusPolicy(Qt::TabFocus);  // a click leaves the keys where they are
+  }
   return button;
 }
 
@@ -245,6 +256,8 @@ QWidget* MakeWidget(const ControlInfo& info) {
       return new PictureLabel(info.icon);
     case Look::kDrawing:
       return new MelodyView;
+    case Look::kShapes:
+      return new ShapeView;
     case Look::kSlider:
       return With(new QSlider(Qt::Horizontal),
                   {{"minimum", kSmallestType}, {"maximum", kLargestType}, {"pageStep", 4}});
@@ -268,6 +281,14 @@ void DrawText(TextWidget& widget, std::string_view words) {
   if (widget.text() != text) {
     widget.setText(text);
   }
+}
+
+void DrawLine(QLineEdit& line, const Control& control) {
+  const QString invitation = ToQString(control.invitation);
+  if (line.placeholderText() != invitation) {
+    line.setPlaceholderText(invitation);
+  }
+  DrawText(line, control.text);
 }
 
 void DrawLabel(QLabel& label, const Control& control) {
@@ -305,10 +326,13 @@ void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& for
   }
 }
 
-void DrawButton(QAbstractButton& button, const Control& control) {
+void DrawButton(QAbstractButton& button, const Control& control, const ControlInfo& info) {
   DrawText(button, control.caption);
   if (auto* card = dynamic_cast<CardButton*>(&button)) {
     card->SetLine(ToQString(control.text));
+  }
+  if (info.look == Look::kPrimary && button.property("primary").toBool() != control.checked) {
+    SetPrimary(button, info, control.checked);
   }
   if (button.isCheckable()) {
     button.setChecked(control.checked);
@@ -358,9 +382,9 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   if (bound.info->look == Look::kLabel) {
     DrawLabel(*qobject_cast<QLabel*>(&widget), control);
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
-    DrawButton(*button, control);
+    DrawButton(*button, control, *bound.info);
   } else if (auto* line = qobject_cast<QLineEdit*>(&widget)) {
-    DrawText(*line, control.text);
+    DrawLine(*line, control);
   } else if (auto* display = qobject_cast<PhoneDisplay*>(&widget)) {
     DrawDisplay(*display, control, form);
   } else if (auto* area = qobject_cast<QPlainTextEdit*>(&widget)) {
@@ -371,6 +395,13 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
     DrawComboBox(*box, control);
   } else if (auto* view = qobject_cast<MelodyView*>(&widget)) {
     view->SetDrawing(form.*bound.info->drawing, ToQString(control.invitation));
+    if (bound.info->sounds == app::Sounding::kNothing) {
+      view->Mark(control.listIndex);
+    }
+  } else if (auto* shapes = qobject_cast<ShapeView*>(&widget)) {
+    shapes->SetPicture([&form, picture = bound.info->picture](
+                           double width, double height) { return (form.*picture)(width, height); },
+                       ToQString(control.text));
   } else if (auto* waiting = qobject_cast<WaitingLine*>(&widget)) {
     waiting->SetBusy(control.checked);
   }
@@ -416,6 +447,8 @@ void ConnectEvent(QObject* object, Event event, const Fire& fire) {
                      list, fire);
   } else if (auto* timer = qobject_cast<QTimer*>(object)) {
     QObject::connect(timer, &QTimer::timeout, timer, fire);
+  } else if (auto* shapes = qobject_cast<ShapeView*>(object)) {
+    QObject::connect(shapes, &ShapeView::Clicked, shapes, fire);
   } else if (auto* pane = qobject_cast<WebPane*>(object)) {
     QObject::connect(pane, &WebPane::LeaveAttempted, pane, fire);
   } else if (auto* slider = qobject_cast<QSlider*>(object)) {
@@ -481,6 +514,9 @@ void Binding::Connect(const BoundControl& bound, const Dispatch& dispatch) {
     // A choice without a handler shows all the same in what is drawn from it.
     QObject::connect(list, &RowList::RowChosen, list, [dispatch] { dispatch([] {}); });
   }
+  if (!info.menu.empty()) {
+    ConnectMenu(bound, dispatch);
+  }
   for (const app::EventHandler& on : {info.on, info.also}) {
     if (on.handler != nullptr) {
       ConnectEvent(bound.object, on.event, [this, dispatch, handler = on.handler] {
@@ -490,6 +526,41 @@ void Binding::Connect(const BoundControl& bound, const Dispatch& dispatch) {
       });
     }
   }
+}
+
+// The menu on a list's selected row, and its keys while the list has the focus.
+void Binding::ConnectMenu(const BoundControl& bound, const Dispatch& dispatch) {
+  auto* list = qobject_cast<RowList*>(bound.object);
+  const ControlInfo& info = *bound.info;
+  const auto allows = [this, list, &info](const app::MenuItem& item) {
+    return form_.paginaactual == info.menuPage && (!item.needsRow || list->SelectedRow() >= 0);
+  };
+  const auto run = [this, dispatch, allows](const app::MenuItem& item) {
+    if (allows(item)) {
+      dispatch([this, &item] { (form_.*item.handler)(); });
+    }
+  };
+  for (const app::MenuItem& item : info.menu) {
+    auto* key = new QShortcut(QKeySequence(ToQString(item.shortcut)), list);
+    key->setContext(Qt::WidgetShortcut);
+    QObject::connect(key, &QShortcut::activated, list, [run, &item] { run(item); });
+  }
+  QObject::connect(list, &RowList::MenuAsked, list, [=, this, &info](const QPoint& place) {
+    if (form_.paginaactual != info.menuPage) {
+      return;
+    }
+    auto* menu = new QMenu(list);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const app::MenuItem& item : info.menu) {
+      QAction* action =
+          item.caption.empty() ? menu->addSeparator() : menu->addAction(ToQString(item.caption));
+      action->setShortcut(QKeySequence(ToQString(item.shortcut)));
+      action->setShortcutContext(Qt::WidgetShortcut);  // the list's own key does it
+      action->setEnabled(allows(item));
+      QObject::connect(action, &QAction::triggered, list, [run, &item] { run(item); });
+    }
+    menu->popup(place);
+  });
 }
 
 void Binding::CopyIn() {

@@ -4,15 +4,19 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QTimer>
+#include <QUrl>
 #include <algorithm>
+#include <utility>
 
 #include "app/words.h"
 #include "shell/qt/text.h"
@@ -128,14 +132,30 @@ void MainWindow::ConnectParts() {
   // line edit's filters.
   The<QComboBox>(Look::kComboBox, binding_)->installEventFilter(this);
   binding_.Widget(&Form1::txtbuscar)->installEventFilter(this);
+  binding_.Widget(&Form1::repertoireFilter)->installEventFilter(this);
+  setAcceptDrops(true);
 }
 
 void MainWindow::AddShortcuts() {
   for (const BoundControl& bound : binding_.Controls()) {
-    if (!bound.info->shortcut.empty()) {
-      auto* button = qobject_cast<QAbstractButton*>(bound.widget);
-      auto* shortcut = new QShortcut(QKeySequence(ToQString(bound.info->shortcut)), this);
-      connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
+    auto* button = qobject_cast<QAbstractButton*>(bound.widget);
+    const QString shortcuts = ToQString(bound.info->shortcut);
+    for (const QString& keys : shortcuts.split(' ', Qt::SkipEmptyParts)) {
+      const QKeySequence sequence(keys);
+      if (sequence == QKeySequence(Qt::Key_Escape)) {
+        continue;  // below
+      }
+      auto* shortcut = new QShortcut(sequence, bound.widget);  // only while it is shown
+      connect(shortcut, &QShortcut::activated, this, [this, bound, button, sequence] {
+        if (button == nullptr) {
+          Focus(bound.widget);
+          return;
+        }
+        auto* focused = qobject_cast<QAbstractButton*>(focusWidget());
+        const bool presses =
+            sequence == QKeySequence(Qt::Key_Space) || sequence == QKeySequence(Qt::Key_Return);
+        (presses && focused != nullptr ? focused : button)->click();
+      });
     }
   }
   connect(new QShortcut(QKeySequence(QKeySequence::Quit), this), &QShortcut::activated, this,
@@ -143,6 +163,10 @@ void MainWindow::AddShortcuts() {
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
     for (const BoundControl& bound : binding_.Controls()) {
+      if (bound.info->shortcut == "Esc" && bound.widget->isVisible()) {
+        qobject_cast<QAbstractButton*>(bound.widget)->click();
+        return;
+      }
       if (bound.info->look == Look::kNavigation && (form_.*bound.info->member).checked) {
         bound.widget->setFocus(Qt::ShortcutFocusReason);
       }
@@ -185,6 +209,35 @@ void MainWindow::Draw() {
   if (newPage) {
     FocusPage();
   }
+  if (const auto member = std::exchange(form_.focusNext, nullptr)) {
+    Focus(binding_.Widget(member));
+  }
+}
+
+// Its whole text is selected, to be typed over.
+void MainWindow::Focus(QWidget* widget) {
+  if (widget->isVisibleTo(this) && widget->isEnabled()) {
+    widget->setFocus(Qt::OtherFocusReason);
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) {
+      line->selectAll();
+    }
+  }
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) {
+    event->acceptProposedAction();
+  }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  std::vector<std::filesystem::path> paths;
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (url.isLocalFile()) {
+      paths.emplace_back(url.toLocalFile().toStdU16String());
+    }
+  }
+  Run([&] { form_.FilesDropped(paths); });
 }
 
 // Focuses the first control of the page that accepts it and does not lead away.
@@ -218,7 +271,8 @@ void MainWindow::DrawBusy() {
 void MainWindow::FollowMelody() {
   const std::optional<double> position = position_ ? position_() : std::nullopt;
   for (const BoundControl& bound : binding_.Controls()) {
-    if (auto* view = qobject_cast<MelodyView*>(bound.widget)) {
+    auto* view = qobject_cast<MelodyView*>(bound.widget);
+    if (view != nullptr && bound.info->sounds != app::Sounding::kNothing) {
       const bool sounds = follow_->isActive() && form_.sounding == bound.info->sounds;
       view->SetPosition(sounds ? position.value_or(-1) : -1);
     }
@@ -275,7 +329,7 @@ bool MainWindow::FilterTempoText(QInputMethodEvent* event) {
   return false;
 }
 
-// The Down key moves from the search words to the list of results.
+// The Down key moves from the words to search for to the list.
 bool MainWindow::GoToList(QKeyEvent* event) {
   if (event->key() != Qt::Key_Down) {
     return false;
@@ -289,7 +343,7 @@ bool MainWindow::GoToList(QKeyEvent* event) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-  const bool search = watched->objectName() == QLatin1String("txtbuscar");
+  const bool search = qobject_cast<QLineEdit*>(watched) != nullptr;
   if (event->type() == QEvent::KeyPress) {
     auto* key = static_cast<QKeyEvent*>(event);
     return search ? GoToList(key) : FilterTempoKey(key);

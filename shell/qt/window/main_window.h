@@ -40,6 +40,8 @@ class MainWindow : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -50,6 +52,7 @@ class MainWindow : public QWidget {
   void FollowMelody();
   void PlaceBox(QWidget* box) const;
   void FocusPage();
+  void Focus(QWidget* widget);
   bool GoToList(class QKeyEvent* event);
   bool FilterTempoKey(class QKeyEvent* event);
   bool FilterTempoText(class QInputMethodEvent* event);

@@ -46,11 +46,12 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
   const Colours& c = theme.colours;
   const bool focus = (item.itemState & ODS_FOCUS) != 0;
   const bool pressed = (item.itemState & ODS_SELECTED) != 0;
+  const bool primary = face.look == Look::kPrimary && face.checked;
   Ink ink{c.card, c.border, c.text, theme.Px(1)};
   if (face.look == Look::kNavigation || face.look == Look::kLink) {
     ink.fill = ink.frame = c.card;
     ink.text = face.checked ? c.accent : c.text;
-  } else if (face.look == Look::kPrimary) {
+  } else if (primary) {
     ink = {c.accent, c.accent, c.accentText, theme.Px(1)};
   }
   if (face.checked && face.look == Look::kKeys) {
@@ -58,16 +59,16 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
     ink.frame = c.accent;
   }
   if (face.hot && !pressed) {
-    ink.fill = face.look == Look::kPrimary ? Blend(c.text, c.accent, 0.15) : c.hover;
+    ink.fill = primary ? Blend(c.text, c.accent, 0.15) : c.hover;
   }
-  if (pressed && face.look != Look::kPrimary) {
+  if (pressed && !primary) {
     ink.fill = c.accentWash;
   }
   if ((item.itemState & ODS_DISABLED) != 0) {
     ink = {c.window, c.border, c.faint, theme.Px(1)};
   }
   if (focus) {
-    ink.frame = face.look == Look::kPrimary ? c.text : c.accent;
+    ink.frame = primary ? c.text : c.accent;
     ink.frameWidth = theme.Px(2);
   }
   return ink;
