@@ -17,6 +17,7 @@ enum class Look {
   kLabel,       // caption
   kNavigation,  // button of the navigation row: picture above the words; `checked` marks one
   kLink,        // button of the same row: small picture beside small words
+  kCard,        // button: picture, caption and, in small type under it, text
   kButton,
   kPrimary,  // button: the main action of its page, in the accent colour while `checked`
   kLine,     // text of one line

@@ -69,7 +69,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
 constexpr auto kPages = std::to_array<Page>({
     {kSearchPage, &SearchPage::Layout},
     {kStartUpPage, &WebPage::Layout},
-    {kRepertoirePage, &RepertoirePage::Layout},
+    {kRepertoirePage, &RepertoirePage::Layout, &RepertoirePage::WideLayout},
     {kInternetPage, &WebPage::Layout},
     {kOptionsPage, &OptionsPage::Layout},
     {kStartPage, &StartPage::Layout},
@@ -126,9 +126,9 @@ std::span<const Page> Pages() {
   return kPages;
 }
 
-Part PageLayout(std::int16_t page) {
+Part PageLayout(std::int16_t page, int width) {
   const auto found = std::ranges::find(kPages, page, &Page::number);
-  return found == kPages.end() ? Column({}) : found->layout();
+  return found == kPages.end() ? Column({}) : found->LayoutFor(width)();
 }
 
 Part WindowLayout(Part page) {

@@ -21,7 +21,7 @@ using F = Form1;
 constexpr int kWidestCard = 860, kTallestCard = 432;
 
 constexpr auto kRows = std::to_array<ControlInfo>({
-    Words("optionsTitle", &F::optionsTitle, words::kChoosePhone, Font::kTitle),
+    Words("optionsTitle", &F::optionsTitle, words::kChoosePhone, Font::kHeading),
     Label("Label3", &F::Label3, "&Marca", &F::cmbmarcas),
     Row(Look::kList, "cmbmarcas", &F::cmbmarcas, u8"Marca del móvil"_w,
         {Event::kClick, &F::cmbmarcas_Click}),

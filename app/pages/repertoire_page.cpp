@@ -37,9 +37,10 @@ namespace {
 using namespace core::literals;
 using F = Form1;
 
-constexpr int kListWidth = 280;
+constexpr int kListWidth = 280, kWidestList = 400;
 constexpr int kTempoWidth = 64, kSliderWidth = 120;
-constexpr int kLowestDisplay = 80, kLowestNotices = 56, kTallestNotices = 112;
+constexpr int kLowestDisplay = 120, kLowestNotices = 56, kTallestNotices = 320, kLowestSide = 104,
+              kTallestSide = 160;
 
 constexpr std::string_view kEmptyRepertoire =
     u8"Tu repertorio está vacío. Busca melodías en el servidor y descárgalas: aparecerán aquí."_w;
@@ -124,7 +125,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Teclear(),
     Button(Look::kButton, "picimprimir", &F::picimprimir, "I&mprimir", "imprimir",
            u8"Imprimir la melodía convertida"_w, &F::picimprimir_Click),
-    Words("lbltextresult", &F::lbltextresult, "", Font::kHeading),
+    Words("lbltextresult", &F::lbltextresult, "", Font::kTitle),
     View("repertoireView", &F::repertoireView, &F::repertoireDrawing, Sounding::kRepertoire),
     Row(Look::kDisplay, "textresultado", &F::textresultado, u8"Resultado de la conversión"_w),
     Button(Look::kButton, "copyButton", &F::copyButton, words::kCopy, "copiar", "",
@@ -160,6 +161,54 @@ std::vector<std::string> MelodyFiles(const Program& program) {
   std::ranges::sort(names, {},
                     [](const std::string& name) { return std::pair(core::Fold(name), name); });
   return names;
+}
+
+// The result is the heart of the page; the drawing and the notices stand under it or beside it.
+Part Arranged(bool wide) {
+  Part list = Column({
+                         The(&F::repertoireFilter),
+                         The(&F::List1).Weight(1),
+                         The(&F::entryLabel),
+                         The(&F::entryBox),
+                         Row({Stretch(), The(&F::entryButton), The(&F::cancelEntryButton)}),
+                         Row({The(&F::addButton), Stretch(), The(&F::undoDeleteButton)}),
+                         The(&F::goToSearchButton),
+                     })
+                  .Weight(wide ? 2 : 0)
+                  .Widths(kListWidth, wide ? kWidestList : kListWidth);
+  Part drawing = The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView);
+  Part notices =
+      Field(&F::Label2, The(&F::Textavisos).Weight(1).Heights(kLowestNotices, kTallestNotices));
+  std::vector<Part> result;
+  result.push_back(Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::teclearButton),
+                        The(&F::picimprimir), Stretch()}));
+  result.push_back(The(&F::staleButton));
+  result.push_back(Row({The(&F::lbltextresult).Weight(1), The(&F::Label1),
+                        The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}));
+  result.push_back(The(&F::textresultado).Weight(5).Heights(kLowestDisplay));
+  result.push_back(
+      Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
+           The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}));
+  std::vector<Part> columns;
+  columns.push_back(std::move(list));
+  if (wide) {
+    columns.push_back(Column(std::move(result)).Weight(6).Widths(0, look::kMeasure).Scrolls());
+    columns.push_back(
+        Column({std::move(drawing).Weight(300), std::move(notices).Weight(200), Stretch()})
+            .Weight(3)
+            .Widths(0, look::kMeasure)
+            .Scrolls());
+  } else {
+    result.push_back(Row({std::move(drawing).Weight(1), std::move(notices).Weight(1)})
+                         .Gap(look::kPageMargin)
+                         .Weight(1)
+                         .Heights(kLowestSide, kTallestSide));
+    // Large fonts may need more height than the window has.
+    columns.push_back(Column(std::move(result)).Weight(1).Scrolls());
+  }
+  return Row(std::move(columns))
+      .Gap(look::kPageMargin)
+      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
 }
 
 // The name in a row's text "name (stem)".
@@ -214,35 +263,11 @@ std::span<const ControlInfo> RepertoirePage::Rows() {
 }
 
 Part RepertoirePage::Layout() {
-  Part list = Column({
-                         The(&F::repertoireFilter),
-                         The(&F::List1).Weight(1),
-                         The(&F::entryLabel),
-                         The(&F::entryBox),
-                         Row({Stretch(), The(&F::entryButton), The(&F::cancelEntryButton)}),
-                         Row({The(&F::addButton), Stretch(), The(&F::undoDeleteButton)}),
-                         The(&F::goToSearchButton),
-                     })
-                  .Widths(kListWidth, kListWidth);
-  Part result =
-      Column({
-                 Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::teclearButton),
-                      The(&F::picimprimir), Stretch()}),
-                 The(&F::staleButton),
-                 The(&F::lbltextresult),
-                 The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView),
-                 The(&F::textresultado).Weight(5).Heights(kLowestDisplay),
-                 Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
-                      The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}),
-                 Row({The(&F::Label2).Weight(1), The(&F::Label1),
-                      The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}),
-                 The(&F::Textavisos).Weight(3).Heights(kLowestNotices, kTallestNotices),
-             })
-          .Weight(1)
-          .Scrolls();  // large fonts may need more height than the window has
-  return Row({std::move(list), std::move(result)})
-      .Gap(look::kPageMargin)
-      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+  return Arranged(false);
+}
+
+Part RepertoirePage::WideLayout() {
+  return Arranged(true);
 }
 
 RepertoirePage::RepertoirePage(SharedState& state) : state_(state) {
@@ -293,9 +318,10 @@ std::vector<ResultGroup> RepertoirePage::ResultGroupsShown() const {
   return ResultGroups(textresultado.text);
 }
 
-bool RepertoirePage::ResultIsKeyPresses() const {
+bool RepertoirePage::ResultIsCounted() const {
   const phones::Format* format = phones::FindFormat(resultModel_);
-  return format != nullptr && format->kind == phones::Kind::kKeys;
+  return format != nullptr &&
+         (format->kind == phones::Kind::kKeys || format->kind == phones::Kind::kNotes);
 }
 
 void RepertoirePage::copyButton_Click() {

@@ -54,7 +54,7 @@ class RepertoirePage {
 
   // The groups of the result, which lines do not break, and whether they are key presses.
   std::vector<ResultGroup> ResultGroupsShown() const;
-  bool ResultIsKeyPresses() const;
+  bool ResultIsCounted() const;
 
   Control repertoireFilter, goToSearchButton;
   Control entryLabel, entryBox, entryButton, cancelEntryButton;
@@ -69,6 +69,7 @@ class RepertoirePage {
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();
+  static Part WideLayout();  // drawing and notices beside the result
 
  protected:
   void FillRepertoire();

@@ -48,11 +48,12 @@ std::span<const ControlInfo> SearchPage::Rows() {
 }
 
 Part SearchPage::Layout() {
-  return Column({
-                    Row({The(&F::txtbuscar).Weight(1), The(&F::picabuscar), The(&F::picazar)}),
-                    The(&F::List1).Weight(1),
-                    Row({The(&F::serverLine).Weight(1), The(&F::picdescargar)}),
-                })
+  Part search = Column({
+      Row({The(&F::txtbuscar).Weight(1), The(&F::picabuscar), The(&F::picazar)}),
+      The(&F::List1).Weight(1),
+      Row({The(&F::serverLine).Weight(1), The(&F::picdescargar)}),
+  });
+  return Centred(std::move(search), look::kMeasure)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
 }
 

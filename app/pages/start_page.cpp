@@ -16,6 +16,7 @@
 #include "net/upload.h"
 #include "nokia3210/cnokia.h"
 #include "phones/formats.h"
+#include "phones/phone_description.h"
 
 namespace tonadex::app {
 namespace {
@@ -44,7 +45,7 @@ constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no
 constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
-constexpr int kTempoWidth = 96, kLowestNotes = 56;
+constexpr int kTempoWidth = 96, kLowestNotes = 48, kTallestCards = 680;
 
 constexpr std::string_view kApplyHelp = u8"Poner en el cuadro la melodía arreglada"_w;
 
@@ -55,7 +56,16 @@ constexpr ControlInfo Action(std::string_view name, Control F::*member, std::str
   return Button(look, name, member, caption, icon, help, click, help);
 }
 
+constexpr std::string_view kMelodyWays = u8"Búscala o escríbela aquí"_w;
+constexpr std::string_view kResultWays = u8"Conviértela y pásala a tu móvil"_w;
+
 constexpr auto kRows = std::to_array<ControlInfo>({
+    Button(Look::kCard, "phoneCard", &F::phoneCard, u8"1. Tu móvil"_w, "movil", words::kChoosePhone,
+           &F::cmdopciones_Click),
+    Button(Look::kCard, "melodyCard", &F::melodyCard, u8"2. Una melodía"_w, "buscar",
+           words::kGoToSearch, &F::cmdbuscar_Click),
+    Button(Look::kCard, "resultCard", &F::resultCard, "3. El resultado", "convertir",
+           "Abrir tu repertorio", &F::cmdrepertorio_Click),
     Words("lbltitulocompo", &F::lbltitulocompo, "Compositor", Font::kTitle),
     Words("lblporfacomprueba", &F::lblporfacomprueba,
           u8"Por favor, escucha la melodía antes de subirla."_w, Font::kSmall, Tone::kMuted, true),
@@ -144,7 +154,7 @@ std::span<const ControlInfo> StartPage::Rows() {
 
 Part StartPage::Layout() {
   const auto view = [](Control F::*drawing) {
-    return The(drawing).Weight(3).Heights(look::kLowestView, look::kTallestView);
+    return The(drawing).Weight(3).Heights(kLowestNotes, look::kTallestView);
   };
   const auto notes = [](Control F::*label, Control F::*box) {
     return Field(label, The(box).Weight(2).Heights(kLowestNotes));
@@ -172,8 +182,15 @@ Part StartPage::Layout() {
       Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl)}),
       Row({Stretch(), The(&F::saveRtttl)}),
   });
-  return Row({std::move(composer).Weight(5), std::move(rtttl).Weight(3)})
-      .Gap(look::kPageMargin)
+  Part cards =
+      Row({std::move(composer).Weight(5), std::move(rtttl).Weight(3)}).Gap(look::kPageMargin);
+  Part ways = Row({The(&F::phoneCard).Weight(1), The(&F::melodyCard).Weight(1),
+                   The(&F::resultCard).Weight(1)})
+                  .Gap(look::kPageMargin);
+  return Centred(Column({std::move(ways), std::move(cards).Weight(1000).Heights(0, kTallestCards),
+                         Stretch()})
+                     .Gap(look::kFieldGap),
+                 2 * look::kMeasure)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin)
       .Scrolls();
 }
@@ -205,6 +222,9 @@ void StartPage::RefreshStart() {
   for (Control* control : {&repairLabel, &repairNotices, &applyRepairButton, &cancelRepairButton}) {
     control->visible = proposed;
   }
+  phoneCard.text = phones::PhoneName(state_.program.gPhoneModel);
+  melodyCard.text = kMelodyWays;
+  resultCard.text = kResultWays;
   composerView.invitation = rtttlView.invitation = words::kDrawing;
 }
 

@@ -53,6 +53,7 @@ class StartPage {
   Check composerCheck;             // the count of notes beside the limit of 50
   phones::MelodyCheck rtttlCheck;  // beside txtrtttlsube
 
+  Control phoneCard, melodyCard, resultCard;  // the way from here to the phone
   Control lbltitulocompo, lblporfacomprueba;
   Control lblnombremelodiasube, txtcomponombremelodia;
   Control lbltemposube, txtcompoTempo;

@@ -158,6 +158,8 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
     case Look::kPrimary:
       SetText(bound.window, control.caption);
       return SetChecked(bound.window, control.checked);
+    case Look::kCard:
+      return SetText(bound.window, control.caption + "\r\n" + control.text);
     case Look::kLine:
       SendMessageW(bound.window, EM_SETCUEBANNER, TRUE,
                    reinterpret_cast<LPARAM>(platform::ToWide(control.invitation).c_str()));
@@ -181,7 +183,7 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
         bound.display->SetPixelSize(control.value);
       }
       return bound.display->SetResult(control.text, form.ResultGroupsShown(),
-                                      form.ResultIsKeyPresses());
+                                      form.ResultIsCounted());
     case Look::kDrawing:
       bound.view->SetDrawing(form.*bound.info->drawing, platform::ToWide(control.invitation));
       if (bound.info->sounds == app::Sounding::kNothing) {
@@ -216,6 +218,9 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
     if (info.look != Look::kDrawing && info.look != Look::kShapes) {  // they describe themselves
       SetSpokenName(window, info.spoken);
     }
+    if (info.leadsTo != app::kNoPage) {
+      SetSpokenTab(window, false);
+    }
     if (window != nullptr && bound_.back().browser == nullptr) {
       RepaintFrameWithFocus(window, parent_);
     }
@@ -233,6 +238,7 @@ BoundControl Binding::Make(const ControlInfo& info) {
       break;
     case Look::kNavigation:
     case Look::kLink:
+    case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
       bound.window = MakeButton(parent_, id, info.look, info.icon, theme_);
@@ -400,6 +406,7 @@ void Binding::Command(int id, int notification) {
   switch (bound.info->look) {
     case Look::kNavigation:
     case Look::kLink:
+    case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
     case Look::kShapes:

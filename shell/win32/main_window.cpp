@@ -245,8 +245,9 @@ std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM 
       NotePlace();
       return 0;
     case WM_GETMINMAXINFO:
-      reinterpret_cast<MINMAXINFO*>(data)->ptMinTrackSize = {theme_.Px(kLeastWidth),
-                                                             theme_.Px(kLeastHeight)};
+      reinterpret_cast<MINMAXINFO*>(data)->ptMinTrackSize = {
+          std::min(theme_.Px(kLeastWidth), GetSystemMetrics(SM_CXMAXIMIZED)),
+          std::min(theme_.Px(kLeastHeight), GetSystemMetrics(SM_CYMAXIMIZED))};
       return 0;
     case WM_PAINT:
       Paint();
@@ -479,8 +480,9 @@ void MainWindow::LayOutPage() {
 void MainWindow::FocusPage() {
   for (const auto member : app::PageControls(form_.paginaactual)) {
     const HWND window = binding_->Window(member);
-    if ((GetWindowLongPtrW(window, GWL_STYLE) & (WS_TABSTOP | WS_VISIBLE | WS_DISABLED)) ==
-        (WS_TABSTOP | WS_VISIBLE)) {
+    if (app::InfoOf(member).look != Look::kCard &&
+        (GetWindowLongPtrW(window, GWL_STYLE) & (WS_TABSTOP | WS_VISIBLE | WS_DISABLED)) ==
+            (WS_TABSTOP | WS_VISIBLE)) {
       focus_ = window;
       break;
     }
@@ -515,7 +517,7 @@ void MainWindow::Paint() {
         break;
       case Frame::kDisplay:
         RoundedBox(paint.get(), box, theme_.Px(10), c.displayGround,
-                   focus ? c.accent : c.displayFaint, theme_.Px(2));
+                   focus ? c.accent : c.displayEdge, theme_.Px(2));
         break;
     }
   }

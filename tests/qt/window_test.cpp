@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QComboBox>
 #include <QFileDialog>
@@ -42,6 +43,48 @@ void WhenModal(Look look) {
     look(modal);
     modal->close();
   });
+}
+
+TEST(MainWindow, TheNavigationRowIsSpokenAsTabs) {
+  TestWindow t;
+  t.Click("cmdbuscar");
+  for (QAbstractButton* button : t.NavigationRow()) {
+    auto* spoken = QAccessible::queryAccessibleInterface(button);
+    const bool page = button->isCheckable();  // the help is none
+    EXPECT_EQ(spoken->role() == QAccessible::PageTab, page) << button->text().toStdString();
+    EXPECT_EQ(spoken->state().selected, button->objectName() == "cmdbuscar");
+    EXPECT_FALSE(spoken->text(QAccessible::Name).contains('&'));
+  }
+  auto* tab = QAccessible::queryAccessibleInterface(t.Widget("cmdopciones"));
+  tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(t.form.paginaactual, app::kOptionsPage);
+}
+
+// Another width, another layout: all stays in the window, and what has the focus keeps it.
+TEST(MainWindow, FitsItsWidthWithLongNames) {
+  TestWindow t;
+  const std::string name(90, 'W');
+  t.AddMelody("w.4", name + ":d=4,o=5,b=60:c,e,g");
+  t.test.program.gPhoneModel = " Pulsaciones";
+  t.window.show();
+  t.Click("cmdrepertorio");
+  t.SelectRow(0);
+  t.Click("picconvertir");
+  QWidget* display = t.Widget("textresultado");
+  display->setFocus();
+  for (const int width : {900, 1280, 1920, 1000}) {
+    t.window.resize(width, 700);
+    QApplication::processEvents();
+    EXPECT_EQ(t.window.width(), width);
+    EXPECT_EQ(QApplication::focusWidget(), display);
+    for (const char* each : {"textresultado", "repertoireView", "Textavisos", "largeType"}) {
+      const QWidget* widget = t.Widget(each);
+      const int right = widget->mapTo(&t.window, QPoint(widget->width(), 0)).x();
+      EXPECT_LE(right, width) << each;
+      EXPECT_TRUE(widget->isVisible()) << each;
+    }
+    EXPECT_EQ(t.Widget("repertoireView")->y() > display->y(), width < 1240);
+  }
 }
 
 TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {

@@ -1,6 +1,7 @@
 #include "shell/qt/window/binding.h"
 
 #include <QAbstractButton>
+#include <QAccessibleWidget>
 #include <QComboBox>
 #include <QGraphicsOpacityEffect>
 #include <QLabel>
@@ -11,6 +12,8 @@
 #include <QShortcut>
 #include <QSlider>
 #include <QStyle>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 #include <QTextEdit>
 #include <QTimer>
 #include <QToolButton>
@@ -95,6 +98,81 @@ QWidget* MakeNavigationButton(const ControlInfo& info) {
   return button;
 }
 
+class CardButton : public QPushButton {
+ public:
+  void SetLine(const QString& line) {
+    if (line != accessibleDescription()) {
+      setAccessibleDescription(line);
+      update();
+    }
+  }
+  QSize sizeHint() const override {
+    const Theme theme = CurrentTheme();
+    return {160,
+            QFontMetrics(theme.body).height() + QFontMetrics(theme.small).height() + 2 * kGrid};
+  }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionButton ground;
+    initStyleOption(&ground);
+    ground.text.clear();
+    ground.icon = {};
+    painter.drawControl(QStyle::CE_PushButton, ground);
+    const Theme theme = CurrentTheme();
+    const QSize picture = IconSize() * 4 / 3;
+    icon().paint(&painter, QRect(QPoint(kPageMargin, (height() - picture.height()) / 2), picture));
+    QRect line = rect().adjusted(2 * kPageMargin + picture.width(), kGrid, -kGrid, -kGrid);
+    const auto write = [&](QFont font, const QColor& colour, const QString& words, int alignment) {
+      painter.setFont(font);
+      painter.setPen(colour);
+      const QFontMetrics type(font);
+      painter.drawText(line, alignment, type.elidedText(words, Qt::ElideRight, line.width()));
+    };
+    QFont heavy = theme.body;
+    heavy.setWeight(QFont::DemiBold);
+    write(heavy, theme.text, text(), Qt::AlignTop);
+    write(theme.small, theme.muted, accessibleDescription(), Qt::AlignBottom);
+  }
+};
+
+QWidget* MakeCardButton(const ControlInfo& info) {
+  auto* button = new CardButton;
+  button->setIcon(ThemedIcon(QLatin1String(info.icon), IconInk::kAccent));
+  return button;
+}
+
+// A screen reader calls the buttons of the row tabs: the one of the page shown is selected.
+class TabAccess : public QAccessibleWidget {
+ public:
+  explicit TabAccess(QToolButton* button) : QAccessibleWidget(button, QAccessible::PageTab) {}
+
+  static QAccessibleInterface* Make(const QString&, QObject* object) {
+    auto* button = qobject_cast<QToolButton*>(object);
+    const bool tab = button != nullptr && button->isCheckable() && button->property("nav").toBool();
+    return tab ? new TabAccess(button) : nullptr;
+  }
+
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.selectable = true;
+    state.selected = Button().isChecked();
+    return state;
+  }
+  QString text(QAccessible::Text kind) const override {
+    return kind == QAccessible::Name ? Button().text().remove('&') : QAccessibleWidget::text(kind);
+  }
+  QStringList actionNames() const override { return {pressAction(), setFocusAction()}; }
+  void doAction(const QString& action) override {
+    action == pressAction() ? Button().click() : QAccessibleWidget::doAction(action);
+  }
+
+ private:
+  QToolButton& Button() const { return *qobject_cast<QToolButton*>(widget()); }
+};
+
 // A picture in the colours of the current theme.
 class PictureLabel : public QLabel {
  public:
@@ -150,6 +228,8 @@ QWidget* MakeWidget(const ControlInfo& info) {
     case Look::kNavigation:
     case Look::kLink:
       return MakeNavigationButton(info);
+    case Look::kCard:
+      return MakeCardButton(info);
     case Look::kButton:
     case Look::kPrimary:
       return MakeButton(info);
@@ -275,12 +355,15 @@ void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& for
     display.SetPixelSize(control.value);
   }
   if (control.text != display.Text()) {
-    display.SetResult(control.text, form.ResultGroupsShown(), form.ResultIsKeyPresses());
+    display.SetResult(control.text, form.ResultGroupsShown(), form.ResultIsCounted());
   }
 }
 
 void DrawButton(QAbstractButton& button, const Control& control, const ControlInfo& info) {
   DrawText(button, control.caption);
+  if (auto* card = dynamic_cast<CardButton*>(&button)) {
+    card->SetLine(ToQString(control.text));
+  }
   if (info.look == Look::kPrimary && button.property("primary").toBool() != control.checked) {
     SetPrimary(button, info, control.checked);
   }
@@ -436,6 +519,7 @@ void ConnectEvent(QObject* object, Event event, const Fire& fire) {
 }  // namespace
 
 Binding::Binding(Form1& form, QWidget* parent, const Dispatch& dispatch) : form_(form) {
+  QAccessible::installFactory(TabAccess::Make);
   for (const ControlInfo& info : app::Controls()) {
     BoundControl bound{&info, nullptr, nullptr};
     if (info.look == Look::kTimer) {

@@ -56,7 +56,7 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
       follow_(new QTimer(this)) {
   setObjectName(QStringLiteral("Form1"));
   setWindowTitle(ToQString(words::kWindowTitle));
-  setMinimumSize(kLeastWidth, kLeastHeight);
+  setMinimumSize(QSize(kLeastWidth, kLeastHeight).boundedTo(screen()->availableSize()));
   RestorePlace();
   follow_->setInterval(kFollowMs);
   connect(follow_, &QTimer::timeout, this, &MainWindow::FollowMelody);
@@ -227,7 +227,7 @@ void MainWindow::AddShortcuts() {
 void MainWindow::SetTabOrder() {
   QWidget* last = nullptr;
   for (const auto member :
-       app::ControlsIn(app::WindowLayout(app::PageLayout(form_.paginaactual)))) {
+       app::ControlsIn(app::WindowLayout(app::PageLayout(form_.paginaactual, width())))) {
     QWidget* widget = binding_.Widget(member);
     const auto* keys = qobject_cast<KeyRow*>(widget);
     QWidget* first = keys != nullptr ? keys->First() : widget;
@@ -250,7 +250,7 @@ void MainWindow::Draw() {
   const bool newPage = pageDrawn_ != form_.paginaactual;
   if (newPage) {
     pageDrawn_ = form_.paginaactual;
-    pages_.Show(pageDrawn_);
+    pages_.Show(pageDrawn_, width());
     SetTabOrder();
   }
   form_.Refresh();
@@ -289,12 +289,12 @@ void MainWindow::dropEvent(QDropEvent* event) {
   Run([&] { form_.FilesDropped(paths); });
 }
 
-// Focuses the first control of the page that accepts it.
+// Focuses the first control of the page that accepts it and does not lead away.
 void MainWindow::FocusPage() {
   for (const auto member : app::PageControls(form_.paginaactual)) {
     QWidget* widget = binding_.Widget(member);
-    if (widget->isVisibleTo(this) && widget->isEnabled() &&
-        (widget->focusPolicy() & Qt::TabFocus)) {
+    if (app::InfoOf(member).look != Look::kCard && widget->isVisibleTo(this) &&
+        widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus)) {
       widget->setFocus(Qt::OtherFocusReason);
       return;
     }
@@ -411,6 +411,17 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
     button->click();
   } else {
     QWidget::keyPressEvent(event);
+  }
+}
+
+void MainWindow::resizeEvent(QResizeEvent*) {
+  QWidget* focus = focusWidget();
+  if (loaded_ && pages_.Show(pageDrawn_, width())) {
+    SetTabOrder();
+    Draw();
+    if (focus != nullptr) {
+      focus->setFocus(Qt::OtherFocusReason);  // it moved to another parent
+    }
   }
 }
 

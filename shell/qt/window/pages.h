@@ -15,14 +15,15 @@ class Pages {
  public:
   Pages(const Binding& binding, QWidget* window);
 
-  void Show(std::int16_t page);
+  // True when another layout than before is shown: of another page, or for another width.
+  bool Show(std::int16_t page, int width);
 
  private:
   struct Leaf {
     QBoxLayout* box;
     int index;
     QWidget* widget;
-    int weight;
+    app::Part part;
   };
   struct Built {
     app::Part (*layout)();
@@ -35,6 +36,7 @@ class Pages {
 
   const Binding& binding_;
   std::vector<Built> pages_;
+  app::Part (*shown_)() = nullptr;
 };
 
 }  // namespace tonadex::shell
