@@ -128,11 +128,6 @@ void MainWindow::moveEvent(QMoveEvent* event) {
   NotePlace();
 }
 
-void MainWindow::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  NotePlace();
-}
-
 void MainWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::WindowStateChange) {
@@ -414,7 +409,9 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
   }
 }
 
-void MainWindow::resizeEvent(QResizeEvent*) {
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  NotePlace();
   QWidget* focus = focusWidget();
   if (loaded_ && pages_.Show(pageDrawn_, width())) {
     SetTabOrder();
