@@ -6,6 +6,7 @@
 
 #include "app/controls.h"
 #include "app/pages/page.h"
+#include "app/picture.h"
 #include "app/words.h"
 
 // The main window as one table with a row for each control. Shells create and bind the controls by
@@ -31,6 +32,14 @@ struct EventHandler {
   Handler handler = nullptr;
 };
 
+// An entry of the menu on a list's selected row; one without a caption parts two groups.
+struct MenuItem {
+  std::string_view caption = {};   // "&" before the mnemonic
+  std::string_view shortcut = {};  // "F2"; works while the list has the focus
+  Handler handler = nullptr;
+  bool needsRow = true;  // greyed while no row is selected
+};
+
 enum class Font { kBody, kSmall, kTitle, kHeading };
 
 // Texts are Windows-1252.
@@ -46,11 +55,16 @@ struct ControlInfo {
   Control Form1::*field = nullptr;  // gets the focus by the mnemonic of a label
   Font font = Font::kBody;
   Tone tone = Tone::kText;
-  bool right = false;                    // a right-aligned label
-  std::int16_t leadsTo = kNoPage;        // the page of a navigation button
-  std::string_view shortcut = {};        // "Ctrl+1"
+  bool right = false;              // a right-aligned label
+  std::int16_t leadsTo = kNoPage;  // the page of a navigation button
+  // Keys that click it while it is shown and enabled, parted by blanks: "Ctrl+1", "Left Backspace".
+  // A text box that has the focus keeps its own, a focused button Space and Return.
+  std::string_view shortcut = {};
   Drawing Form1::*drawing = nullptr;     // of a kDrawing,
+  std::span<const MenuItem> menu = {};   // of a list
+  std::int16_t menuPage = kNoPage;       // where it has the menu
   Sounding sounds = Sounding::kNothing;  // which follows this melody while it sounds
+  Picture (Form1::*picture)(double width, double height) const = nullptr;  // of a kShapes
 };
 
 // Builders for the rows.

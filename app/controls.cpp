@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "core/melody_file.h"
+
 namespace tonadex::app {
 namespace {
 
@@ -20,8 +22,20 @@ std::string_view Control::LooseText() const {
   return listIndex < 0 && text != kNothingChosen ? std::string_view(text) : std::string_view();
 }
 
+std::string Control::LineAt(std::size_t row) const {
+  return RowLine((row < shown.size() ? shown : rows)[row].text);
+}
+
+// The file, where the line does not name it.
+std::string Control::HelpAt(std::size_t row) const {
+  const ListRow at = rows[row];
+  return RowLine(row < shown.size() ? core::MelodyFileName(at.text, at.itemData)
+                                    : std::string(at.text));
+}
+
 void Control::Clear() {
   rows.clear();
+  shown.clear();
   listIndex = -1;
   text.clear();
 }

@@ -17,8 +17,9 @@ enum class Look {
   kLabel,       // caption
   kNavigation,  // button of the navigation row: picture above the words; `checked` marks one
   kLink,        // button of the same row: small picture beside small words
+  kCard,        // button: picture, caption and, in small type under it, text
   kButton,
-  kPrimary,  // button: the main action of its page, in the accent colour
+  kPrimary,  // button: the main action of its page, in the accent colour while `checked`
   kChoice,   // button: one of several to choose from; `checked` marks the chosen one
   kMark,     // small button that says something short, in the colour of its tone
   kLine,     // text of one line
@@ -31,7 +32,8 @@ enum class Look {
   kPage,      // web view that follows links
   kBanner,    // web view that raises kNavigation instead of following links
   kPicture,   // an icon alone
-  kDrawing,   // a melody's drawing
+  kDrawing,   // a melody's drawing; `listIndex`: the marked note of one that follows no sound
+  kShapes,    // a picture made of shapes, clicked as a whole; `text` says it
   kSlider,    // `value`
   kKeys,      // the phone's keys
   kBusyLine,  // caption; moves while `checked`
@@ -46,13 +48,15 @@ enum class Tone { kText, kMuted, kGood, kBad };
 struct Control {
   bool visible = true;
   bool enabled = true;
-  std::string caption;                  // "&" precedes the mnemonic character
-  std::string text;                     // of a box; a shell copies what the user types in here
-  ListRows rows;                        // of list and combo boxes
-  int listIndex = -1;                   // selected row, 0-based, -1 for none
-  std::string address;                  // web view: the last address requested
-  std::string invitation;               // shown while the control is empty
-  std::size_t cursor = 0;               // of a text area: characters before the cursor
+  std::string caption;      // "&" precedes the mnemonic character
+  std::string whyDisabled;  // the tooltip of a button meanwhile; "" for its usual one
+  std::string text;         // of a box; a shell copies what the user types in here
+  ListRows rows;            // of list and combo boxes
+  ListRows shown;           // of a list: one for each row, what is written in its place; or none
+  int listIndex = -1;       // selected row, 0-based, -1 for none
+  std::string address;      // web view: the last address requested
+  std::string invitation;   // shown while the control is empty (lines of text, lists, displays)
+  std::size_t cursor = 0;   // of a text area: characters before the cursor
   std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
   int value = 0;                        // of a slider and of the display
   bool checked = false;
@@ -66,6 +70,9 @@ struct Control {
   std::int32_t SelectedData() const { return Selected().itemData; }
   // Of a list: the text that matches no row and is shown as an additional row; "" for none.
   std::string_view LooseText() const;
+  // The line that a list shows for a row, and what its tooltip says.
+  std::string LineAt(std::size_t row) const;
+  std::string HelpAt(std::size_t row) const;
   // Drops rows, selection and, as the combo boxes do, the text.
   void Clear();
   void AddRow(std::string_view rowText, std::int32_t itemData = 0, bool hint = false);

@@ -9,20 +9,48 @@ namespace tonadex::app {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-constexpr std::size_t kMarginGap = 2;
-constexpr int kSmallestFit = 20, kLargestFit = 30, kFitStep = 2;  // pixels, where nobody has chosen
+constexpr std::size_t kMarginGap = 2, kColumnGap = 2;
+constexpr std::size_t kWholeRun = 16;  // a longer run of characters is parted between notes
+constexpr int kSmallestFit = 20, kLargestFit = look::kLargestType,
+              kFitStep = 2;  // pixels, where nobody has chosen
+
+std::size_t SizeOf(const ResultGroup& group) {
+  return group.text.to - group.text.from;
+}
+
+// Width of the columns, gap included, that needs the least room while two thirds of the groups fit
+// into one; a longer group takes several.
+std::size_t ColumnWidth(const std::vector<ResultGroup>& groups) {
+  std::vector<std::size_t> sizes(groups.size());
+  std::ranges::transform(groups, sizes.begin(), SizeOf);
+  std::ranges::sort(sizes);
+  std::size_t best = 0, least = std::string::npos;
+  for (std::size_t i = sizes.size() * 2 / 3; i < sizes.size(); ++i) {
+    const std::size_t width = sizes[i] + kColumnGap;
+    std::size_t room = 0;
+    for (const std::size_t size : sizes) {
+      room += (size + kColumnGap + width - 1) / width * width;
+    }
+    if (room <= least && width != best) {
+      best = width;
+      least = room;
+    }
+  }
+  return best;
+}
 
 class Layouter {
  public:
-  Layouter(std::string_view result, bool counted, std::size_t groups, std::size_t columns)
+  Layouter(std::string_view result, bool counted, const std::vector<ResultGroup>& groups,
+           std::size_t columns)
       : result_(result),
-        counted_(counted),
-        margin_(counted ? std::to_string(groups).size() : 0),
+        margin_(counted ? std::to_string(groups.size()).size() : 0),
+        cell_(counted ? ColumnWidth(groups) : 0),
         columns_(std::max(columns, margin_ + kMarginGap + 1)) {}
 
   void Add(const ResultGroup& group) {
-    PutGap(group.text.from, group.text.to - group.text.from);
-    if (counted_ && column_ == 0) {
+    PutGap(group.text.from, SizeOf(group));
+    if (margin_ > 0 && column_ == 0) {
       PutNumber(group.text.from);
     }
     PutGroup(group);
@@ -45,7 +73,11 @@ class Layouter {
   // ends, one where the group does not fit, or its blanks.
   void PutGap(std::size_t end, std::size_t room) {
     const std::string_view gap = result_.substr(at_, end - at_);
-    const std::size_t width = gap.size() + (counted_ && !gap.empty() && room > 0 ? 1 : 0);
+    std::size_t width = gap.size();
+    if (cell_ > 0 && column_ > 0 && !gap.empty() && room > 0) {  // to the next column
+      const std::size_t used = column_ - std::min(column_, margin_ + kMarginGap);
+      width = (used + kColumnGap + cell_ - 1) / cell_ * cell_ - used;
+    }
     if (gap.find_first_of("\r\n") != std::string_view::npos) {
       std::size_t origin = at_;  // blanks before a line end belong to it
       for (std::size_t i = 0; i < gap.size(); ++i) {
@@ -93,8 +125,7 @@ class Layouter {
   }
 
   std::string_view result_;
-  bool counted_;
-  std::size_t margin_, columns_;
+  std::size_t margin_, cell_, columns_;  // 0: no numbers, no columns
   DisplayText shown_;
   std::size_t at_ = 0;  // how far the result is laid out
   std::size_t column_ = 0;
@@ -110,6 +141,32 @@ std::size_t ColumnOf(const DisplayText& shown, int group) {
   return shown.groups[static_cast<std::size_t>(group)].from - LineOf(shown, group);
 }
 
+bool IsLetter(std::string_view text, std::size_t at) {
+  return at < text.size() && ((text[at] | 0x20) >= 'a') && ((text[at] | 0x20) <= 'z');
+}
+
+// Where the first note of a run without blanks ends: "*4#c3.", "C#-3", "+G". A sharp
+// or a minus stands before the letter that it belongs to, or between it and a figure.
+std::size_t NoteEnd(std::string_view run) {
+  bool letter = false;
+  std::size_t at = run.substr(0, kWholeRun).find(':') + 1;  // behind "MELODY:", 0 without it
+  for (; at < run.size(); ++at) {
+    const char c = run[at];
+    const bool leads = c == '*' || c == '+' || ((c == '#' || c == '-') && IsLetter(run, at + 1));
+    if (letter && (leads || IsLetter(run, at))) {
+      break;
+    }
+    letter = letter || IsLetter(run, at);
+  }
+  return at;
+}
+
+// Whether a run without blanks is one of many notes, behind a word such as "MELODY:".
+bool IsNotes(std::string_view run) {
+  constexpr std::string_view kNotes = "abcdefghprABCDEFGHPR0123456789*+#-&.:;";
+  return run.size() > kWholeRun && run.find_first_not_of(kNotes, run.find(':') + 1) == run.npos;
+}
+
 }  // namespace
 
 std::vector<ResultGroup> ResultGroups(std::string_view result) {
@@ -118,10 +175,17 @@ std::vector<ResultGroup> ResultGroups(std::string_view result) {
   while (at < result.size()) {
     std::size_t end = std::min(result.find_first_of(" \t\r\n,", at), result.size());
     end += result.substr(end).starts_with(',') ? std::size_t{1} : 0;
-    const std::string_view text = result.substr(at, end - at);
-    const std::size_t open = text.find('('), close = text.find(')');
-    const bool held = open < close && close < text.size();
-    groups.push_back({{at, end}, held ? TextRange{at + open, at + close + 1} : TextRange{}});
+    const bool notes = IsNotes(result.substr(at, end - at));
+    while (at < end) {
+      const std::string_view run = result.substr(at, end - at);
+      const std::size_t size = notes ? NoteEnd(run) : run.size();
+      const std::string_view text = run.substr(0, size);
+      const std::size_t open = text.find('('), close = text.find(')');
+      const bool held = open < close && close < text.size();
+      groups.push_back(
+          {{at, at + size}, held ? TextRange{at + open, at + close + 1} : TextRange{}});
+      at += size;
+    }
     at = result.find_first_not_of(kBlanks, end);
   }
   return groups;
@@ -129,7 +193,7 @@ std::vector<ResultGroup> ResultGroups(std::string_view result) {
 
 DisplayText LayOutDisplay(std::string_view result, const std::vector<ResultGroup>& groups,
                           bool counted, std::size_t columns) {
-  Layouter layouter(result, counted, groups.size(), columns);
+  Layouter layouter(result, counted, groups, columns);
   for (const ResultGroup& group : groups) {
     layouter.Add(group);
   }

@@ -25,7 +25,8 @@ struct ResultGroup {
   friend bool operator==(const ResultGroup&, const ResultGroup&) = default;
 };
 
-// The groups of a result in order: split at blanks and line ends, and behind ",".
+// The groups of a result in order: split at blanks and line ends, and behind ","; where many notes
+// stand without anything between them, each is a group.
 std::vector<ResultGroup> ResultGroups(std::string_view result);
 
 struct DisplayText {
@@ -40,7 +41,7 @@ struct DisplayText {
 };
 
 // Lays the groups out in lines of at most `columns` characters. `counted` puts the number of a
-// line's first group at its margin and a blank more between groups. A group that no line can hold
+// line's first group at its margin and begins the groups in columns. A group that no line can hold
 // is broken where it must be.
 DisplayText LayOutDisplay(std::string_view result, const std::vector<ResultGroup>& groups,
                           bool counted, std::size_t columns);

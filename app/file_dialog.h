@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tonadex::app {
 
@@ -40,6 +41,8 @@ class FileDialogs {
   virtual std::optional<std::filesystem::path> AskSaveAs(std::string_view title,
                                                          std::string_view name,
                                                          std::string_view filter) = 0;
+  // Asks for files to read; none when the user cancelled.
+  virtual std::vector<std::filesystem::path> AskOpen(std::string_view title) = 0;
 };
 
 }  // namespace tonadex::app

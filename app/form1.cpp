@@ -9,6 +9,7 @@
 
 #include "app/layout.h"
 #include "app/words.h"
+#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "midi/playback.h"
@@ -23,10 +24,16 @@ using F = Form1;
 
 constexpr std::array<std::int16_t, 4> kHiddenAtStart = {kSearchPage, kRepertoirePage, kInternetPage,
                                                         kOptionsPage};
+constexpr std::string_view kNotKept = u8"No se ha podido guardar la melodía: "_w;
+constexpr std::string_view kNotOpened = u8"No se ha podido abrir la melodía: "_w;
+constexpr std::string_view kNoMelodyIn = u8"No se ha encontrado ninguna melodía RTTTL en "_w;
+constexpr std::string_view kAddTitle = u8"Añadir melodías RTTTL"_w;
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
 constexpr std::string_view kUpdateMark = "actualiza.tdx";
+constexpr std::string_view kStateFile = "estado.ini";
+constexpr std::uint32_t kSaveMs = 1800;  // from a change until it is written
 
 // The mnemonics of the navigation row and of any page must be different.
 constexpr ControlInfo Go(std::string_view name, Control F::*member, std::string_view caption,
@@ -62,15 +69,17 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Button(Look::kPrimary, "stopButton", &F::stopButton, words::kAccept, "",
            "Dejar de reproducir (Intro, Esc o espacio)", &F::stopButton_Click),
     Button(Look::kBusyLine, "waitingLine", &F::waitingLine, words::kWaiting, "", "", nullptr),
+    Row(Look::kTimer, "saveTimer", &F::saveTimer, {}, {Event::kTick, &F::saveTimer_Timer}),
 });
 
 constexpr auto kPages = std::to_array<Page>({
     {kSearchPage, &SearchPage::Layout},
     {kStartUpPage, &WebPage::Layout},
-    {kRepertoirePage, &RepertoirePage::Layout},
+    {kRepertoirePage, &RepertoirePage::Layout, &RepertoirePage::WideLayout},
     {kInternetPage, &WebPage::Layout},
     {kOptionsPage, &OptionsPage::Layout},
     {kStartPage, &StartPage::Layout},
+    {kTypingPage, &TypingPage::Layout},
 });
 
 // "1:05" for 65 seconds.
@@ -98,8 +107,9 @@ std::span<const ControlInfo> Form1::Rows() {
 std::span<const ControlInfo> Controls() {
   static const std::vector<ControlInfo> all = [] {
     std::vector<ControlInfo> rows;
-    for (const auto& part : {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(),
-                             RepertoirePage::Rows(), OptionsPage::Rows(), StartPage::Rows()}) {
+    for (const auto& part :
+         {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(), RepertoirePage::Rows(),
+          OptionsPage::Rows(), StartPage::Rows(), TypingPage::Rows()}) {
       rows.insert(rows.end(), part.begin(), part.end());
     }
     return rows;
@@ -129,9 +139,9 @@ std::span<const Page> Pages() {
   return kPages;
 }
 
-Part PageLayout(std::int16_t page) {
+Part PageLayout(std::int16_t page, int width) {
   const auto found = std::ranges::find(kPages, page, &Page::number);
-  return found == kPages.end() ? Column({}) : found->layout();
+  return found == kPages.end() ? Column({}) : found->LayoutFor(width)();
 }
 
 Part WindowLayout(Part page) {
@@ -162,20 +172,41 @@ Form1::Form1(Program& theProgram)
       SearchPage(static_cast<SharedState&>(*this)),
       RepertoirePage(static_cast<SharedState&>(*this)),
       OptionsPage(static_cast<SharedState&>(*this)),
-      WebPage(static_cast<SharedState&>(*this)) {
+      TypingPage(static_cast<SharedState&>(*this)),
+      WebPage(static_cast<SharedState&>(*this)),
+      session_(theProgram.ProgramFolder() / kStateFile) {
   for (const ControlInfo& info : Controls()) {
     Control& control = this->*info.member;
     control.caption = info.caption;
     control.tone = info.tone;
     control.visible = info.look != Look::kStorage;
+    control.checked = info.look == Look::kPrimary;
   }
   for (Control* control :
        {&waitingLine, &playingText, &silentLabel, &playingPosition, &stopButton}) {
     control->visible = false;
   }
-  for (const auto member : PageControls(kStartPage)) {
-    (this->*member).visible = false;
+  for (const std::int16_t page : {kStartPage, kTypingPage}) {
+    for (const auto member : PageControls(page)) {
+      (this->*member).visible = false;
+    }
   }
+  saveTimer.enabled = false;
+  saveTimer.interval = kSaveMs;
+  session_.Restore(*this);
+  ChooseVoice(beepChoice.value);
+  txtmelodiacompo_Change();
+  txtrtttlsube_Change();
+}
+
+Form1::~Form1() {
+  saveTimer_Timer();
+}
+
+void Form1::saveTimer_Timer() {
+  session_.Note(*this);
+  session_.Save();
+  saveTimer.enabled = false;
 }
 
 void SharedState::Play(Sounding what, core::RTTTLMelody& melody) {
@@ -201,9 +232,10 @@ void Form1::Form_Load() {
 }
 
 void Form1::Form_QueryUnload() {
-  if (paginaactual == kOptionsPage && formReady_) {
-    core::SkipErrors([this] { SaveModel(); });
+  if (paginaactual == kOptionsPage) {
+    SaveModel();
   }
+  saveTimer_Timer();
   if (playing_) {  // its handler has not returned
     program.closing = true;
     playing_ = false;
@@ -221,6 +253,9 @@ void Form1::ocultapagina() {
   }
   if (paginaactual == kOptionsPage && formReady_) {
     SaveModel();
+  }
+  if (paginaactual == kTypingPage) {
+    CloseGuide();
   }
 }
 
@@ -256,6 +291,7 @@ void Form1::cmdbuscar_Click() {
   if (LeaveFor(kSearchPage)) {
     ShowPage(kSearchPage);
     List1.Clear();
+    serverLine.caption.clear();
   }
 }
 
@@ -264,7 +300,56 @@ void Form1::cmdrepertorio_Click() {
     core::InitMelody(program.gMelody, program.services.shell.TempPath());
     FillRepertoire();
     ShowPage(kRepertoirePage);
-    List1_Click();
+    SelectLast();
+  }
+}
+
+void Form1::ShowInRepertoire(const std::string& file) {
+  if (!file.empty()) {
+    cmdrepertorio_Click();
+    ShowFile(file);
+  }
+}
+
+void Form1::KeepMelody(std::string_view text) {
+  std::string file;
+  if (Try(kNotKept, [&] { file = Store().Save(text); })) {
+    ShowInRepertoire(file);
+  }
+}
+
+void Form1::saveComposed_Click() {
+  if (BuildComposedMelody()) {
+    KeepMelody(melodiasube);
+  }
+}
+
+void Form1::saveRtttl_Click() {
+  KeepMelody(txtrtttlsube.text);
+}
+
+void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
+  MelodyStore::Added added;
+  Try(kNotKept, [&] { Store().Add(paths, added); });
+  ShowInRepertoire(added.last);
+  if (!added.refused.empty()) {
+    core::MsgBox(std::string(kNoMelodyIn) + added.refused + ".", core::Icon::kExclamation);
+  }
+}
+
+void Form1::addButton_Click() {
+  const auto files = program.services.fileDialogs.AskOpen(kAddTitle);
+  if (!files.empty()) {
+    FilesDropped(files);
+  }
+}
+
+void Form1::editItem_Click() {
+  std::string text;
+  if (!List1.SelectedText().empty() && Try(kNotOpened, [&] { text = SelectedMelody(); })) {
+    cmdinicio_Click();
+    EditRtttl(std::move(text));
+    focusNext = &Form1::txtrtttlsube;
   }
 }
 
@@ -320,6 +405,23 @@ bool Form1::FollowPlaying(double ms) {
   return changed;
 }
 
+void Form1::teclearButton_Click() {
+  if (OpenGuide(resultRow_, resultModel_, textresultado.text, resultMelody_)) {
+    navbanner.visible = false;  // its room is the guide's
+    ShowPage(kTypingPage);
+  }
+}
+
+void Form1::typeItem_Click() {
+  picconvertir_Click();
+  teclearButton_Click();
+}
+
+void Form1::leaveGuide_Click() {
+  navbanner.visible = true;
+  ShowPage(kRepertoirePage);
+}
+
 void Form1::List1_DblClick() {
   if (paginaactual == kRepertoirePage) {
     picreproducir_Click();
@@ -329,8 +431,10 @@ void Form1::List1_DblClick() {
 }
 
 void Form1::Refresh() {
+  // The guide is part of the repertoire.
+  const std::int16_t shown = paginaactual == kTypingPage ? kRepertoirePage : paginaactual;
   for (const ControlInfo& info : Rows()) {
-    (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == paginaactual;
+    (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == shown;
   }
   // The options page saves the model only when it is left.
   phoneButton.caption =
@@ -341,10 +445,12 @@ void Form1::Refresh() {
     silentLabel.visible = false;
     textresultado.marked = -1;
   }
+  saveTimer.enabled = session_.Note(*this);
   RefreshSearch();
   RefreshRepertoire();
   RefreshOptions();
   RefreshStart();
+  RefreshTyping();
 }
 
 }  // namespace tonadex::app

@@ -1,6 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
 
 #include "app/control_table.h"
 #include "app/pages/options_page.h"
@@ -8,8 +12,10 @@
 #include "app/pages/repertoire_page.h"
 #include "app/pages/search_page.h"
 #include "app/pages/start_page.h"
+#include "app/pages/typing_page.h"
 #include "app/pages/web_page.h"
 #include "app/program.h"
+#include "app/session_state.h"
 #include "core/message_box.h"
 
 namespace tonadex::app {
@@ -35,9 +41,11 @@ class Form1 : public SharedState,
               public SearchPage,
               public RepertoirePage,
               public OptionsPage,
+              public TypingPage,
               public WebPage {
  public:
   explicit Form1(Program& program);
+  ~Form1();
   Form1(const Form1&) = delete;
   Form1& operator=(const Form1&) = delete;
 
@@ -53,8 +61,22 @@ class Form1 : public SharedState,
   void cmd906_Click();
   void cmdopciones_Click();
   void cmdayuda_Click();
+  // To the typing guide of the result that the repertoire page shows, and back.
+  void teclearButton_Click();
+  void leaveGuide_Click();
+  void typeItem_Click();  // converts the selected melody first
+  // The selected melody into the box for RTTTL texts.
+  void editItem_Click();
+  // What is composed, or the RTTTL text, becomes a file of the repertoire, which is shown.
+  void saveComposed_Click();
+  void saveRtttl_Click();
+  // Files dropped on the window: their melodies are added to the repertoire.
+  void FilesDropped(std::span<const std::filesystem::path> paths);
+  void addButton_Click();
   // Enter or a double click on a row: plays in the repertoire, downloads on the search page.
   void List1_DblClick();
+  // Writes down what is to survive the end of the program.
+  void saveTimer_Timer();
 
   void ocultapagina();
 
@@ -72,17 +94,23 @@ class Form1 : public SharedState,
   Control cmdinicio, cmdbuscar, cmdrepertorio, cmd906, cmdopciones, cmdayuda;
   Control waitingLine;  // while a request runs
   Control phoneButton;  // the chosen phone: "Nokia 3210, 3310 …" or "Elige tu móvil"
+  Control saveTimer;    // enabled by the first change after a save
+  // Where the window stood when the program last ended; then a shell keeps it up to date.
+  WindowPlace windowPlace;
 
   Control playingText, silentLabel, playingPosition, stopButton;  // the bar while a melody plays
 
   static std::span<const ControlInfo> Rows();  // of the navigation row and that bar
 
  private:
+  void ShowInRepertoire(const std::string& file);
+  void KeepMelody(std::string_view text);
   bool LeaveFor(std::int16_t page);
   void ShowPage(std::int16_t page);
 
   bool formReady_ = false;
   bool playing_ = false;
+  SessionState session_;
 };
 
 }  // namespace tonadex::app

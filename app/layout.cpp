@@ -222,6 +222,10 @@ Part Field(Control Form1::*label, Part field) {
   return Column({The(label), std::move(field)}).Gap(look::kFieldGap).Weight(weight);
 }
 
+Part Centred(Part part, int widest) {
+  return Row({Stretch(), std::move(part).Weight(1000).Widths(0, widest), Stretch()}).Gap(0);
+}
+
 std::vector<Control Form1::*> ControlsIn(const Part& tree) {
   std::vector<Control Form1::*> controls;
   AddControls(tree, controls);

@@ -50,15 +50,20 @@ Part Column(std::vector<Part> parts);
 Part Card(std::vector<Part> parts);  // a column on a card
 Part Stretch();
 Part Field(Control Form1::*label, Part field);  // a label above its field
+Part Centred(Part part, int widest);            // in the middle of what is wider
 
 struct Page {
   std::int16_t number;
   Part (*layout)();
+  Part (*wide)() = nullptr;  // of the same controls, from look::kWideWidth on
+
+  auto LayoutFor(int width) const { return wide && width >= look::kWideWidth ? wide : layout; }
 };
 // Pages 2 and 5 have the same layout.
 std::span<const Page> Pages();
-// An empty column for a number that is no page.
-Part PageLayout(std::int16_t page);
+// The layout in a window of this width, device-independent pixels. An empty column for a number
+// that is no page.
+Part PageLayout(std::int16_t page, int width = 0);
 // The whole window: the parts common to all pages, and the page.
 Part WindowLayout(Part page);
 

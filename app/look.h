@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstdint>
 
 // Measures and colours that the windows have on every toolkit, chosen once here. Distances are
@@ -10,9 +13,11 @@ inline constexpr int kGrid = 8;
 inline constexpr int kPageMargin = 2 * kGrid;
 inline constexpr int kFieldGap = kGrid / 2;  // a label above its field
 inline constexpr int kCardPadding = 2 * kGrid;
-inline constexpr int kBannerHeight = 60;
+inline constexpr int kBannerHeight = 44;
 inline constexpr int kLowestView = 80, kTallestView = 220;  // of a melody's drawing
 inline constexpr int kRadius = 6;
+inline constexpr int kMeasure = 720;     // the widest that something to read or to fill in becomes
+inline constexpr int kWideWidth = 1240;  // from here on a page stands in more columns
 
 // The main window when it opens and at its smallest.
 inline constexpr int kFirstWidth = 1000, kFirstHeight = 700;
@@ -22,6 +27,8 @@ inline constexpr int kFollowMs = 30;    // between two looks at where a melody s
 inline constexpr int kCopiedMs = 1500;  // how long the button says so
 inline constexpr int kHoldMs = 600;     // as long as a phone takes a key for held
 
+// The one scale of type, by app::Font, px: body, small, title, heading.
+inline constexpr std::array<int, 4> kType = {14, 12, 18, 28};
 // The display's type, px.
 inline constexpr int kSmallestType = 16, kLargestType = 40;
 
@@ -58,11 +65,11 @@ inline constexpr Tones kDarkTones = {.accent = 0x5CC49A,
 struct Shares {
   double border, hover, muted, faint;  // of the text
   double wash;                         // of the accent
-  double displayFaint;                 // of the display's ink
+  double displayFaint, displayEdge;    // of the display's ink
 };
-inline constexpr Shares kLightShares = {0.2, 0.06, 0.66, 0.45, 0.13, 0.4};
-inline constexpr Shares kDarkShares = {0.24, 0.06, 0.66, 0.45, 0.24, 0.4};
-inline constexpr Shares kContrastShares = {1, 0, 1, 1, 0, 1};
+inline constexpr Shares kLightShares = {0.2, 0.06, 0.72, 0.63, 0.13, 0.75, 0.4};
+inline constexpr Shares kDarkShares = {0.24, 0.06, 0.74, 0.58, 0.18, 0.75, 0.4};
+inline constexpr Shares kContrastShares = {1, 0, 1, 1, 0, 1, 1};
 
 // `share` of `over` on `under`; three bytes in any order.
 constexpr Rgb Blend(Rgb over, Rgb under, double share) {
@@ -74,6 +81,32 @@ constexpr Rgb Blend(Rgb over, Rgb under, double share) {
   return mixed;
 }
 
+inline double Luminance(Rgb colour) {
+  const auto linear = [colour](int shift) {
+    const double part = static_cast<double>(colour >> shift & 0xFF) / 255;
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(16) + 0.7152 * linear(8) + 0.0722 * linear(0);
+}
+
+// From 1 (alike) to 21 (black on white); type needs kReadable.
+inline double Contrast(Rgb a, Rgb b) {
+  const auto [low, high] = std::minmax({Luminance(a), Luminance(b)});
+  return (high + 0.05) / (low + 0.05);
+}
+inline constexpr double kReadable = 4.5;
+
+// A contrast theme's colours are the user's own choice: nothing is mixed from them. `mark` and
+// `onMark` are the colours of what is selected.
+constexpr Tones ContrastTones(const Grounds& grounds, Rgb mark, Rgb onMark) {
+  return {mark, onMark, grounds.text, grounds.text, grounds.window, grounds.text};
+}
+// Whether grounds are those of a contrast theme, where the system does not say.
+inline bool IsStrong(const Grounds& grounds) {
+  return std::min(Contrast(grounds.text, grounds.window), Contrast(grounds.text, grounds.card)) >
+         20;
+}
+
 // All colours of a window, in the type of its toolkit.
 template <typename Colour>
 struct Colours {
@@ -82,7 +115,7 @@ struct Colours {
   Colour accent, accentText;
   Colour accentHover, accentWash;  // the wash is the ground of what is selected
   Colour good, bad;
-  Colour displayGround, displayInk, displayFaint;
+  Colour displayGround, displayInk, displayFaint, displayEdge;
 };
 
 template <typename Convert>
@@ -108,7 +141,8 @@ constexpr auto MixColours(const Grounds& grounds, const Tones& tones, const Shar
       .bad = convert(tones.bad),
       .displayGround = convert(tones.displayGround),
       .displayInk = convert(tones.displayInk),
-      .displayFaint = mixed(tones.displayInk, tones.displayGround, shares.displayFaint)};
+      .displayFaint = mixed(tones.displayInk, tones.displayGround, shares.displayFaint),
+      .displayEdge = mixed(tones.displayInk, tones.displayGround, shares.displayEdge)};
 }
 
 struct SplashLook {
@@ -116,6 +150,6 @@ struct SplashLook {
   Rgb ground, ink;
   double pattern;  // opacity of the melody's bars
 };
-inline constexpr SplashLook kSplash = {420, 240, 0x125039, 0xF2F8E9, 0.22};
+inline constexpr SplashLook kSplash = {420, 240, kLightTones.accent, 0xF2F8E9, 0.22};
 
 }  // namespace tonadex::app::look

@@ -87,7 +87,11 @@ void MelodyPicture::ScrollTo(double position) {
 }
 
 bool MelodyPicture::Follow(double ms) {
-  const int sounding = ms < 0 ? -1 : NoteAt(drawing_, ms);
+  return Mark(ms < 0 ? -1 : NoteAt(drawing_, ms));
+}
+
+bool MelodyPicture::Mark(int note) {
+  const int sounding = note < std::ssize(drawing_.notes) ? note : -1;
   if (sounding == sounding_) {
     return false;
   }

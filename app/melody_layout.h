@@ -62,6 +62,8 @@ class MelodyPicture {
   // Marks the note that sounds `ms` after the playback began and scrolls it into view; a negative
   // time marks none. False when nothing changed.
   bool Follow(double ms);
+  // Marks a note by its index, -1 for none, in the same way.
+  bool Mark(int note);
   int sounding() const { return sounding_; }  // index, -1 for none
 
   // Marks a note while none sounds and scrolls it into view; -1 for none. False when nothing

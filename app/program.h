@@ -16,6 +16,7 @@
 #include "core/rtttl.h"
 #include "midi/playback.h"
 #include "midi/sequencer.h"
+#include "net/file_name.h"
 #include "net/http.h"
 #include "phones/catalogue.h"
 
@@ -44,6 +45,9 @@ struct Program {
 
   std::filesystem::path ProgramFolder() const { return services.shell.ProgramFolder(); }
   std::filesystem::path MelodyFolder() const { return ProgramFolder() / "melodias"; }
+
+  // Keeps what is deleted or replaced in the melody folder.
+  std::filesystem::path BinFolder() const { return ProgramFolder() / net::kBinFolder; }
 
   Services services;
   std::string serverBase;

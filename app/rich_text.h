@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "app/picture.h"
+
 namespace tonadex::app {
 
 // The hidden rich-text control that fills and prints the sheet.
@@ -18,6 +20,8 @@ class RichTextBox {
   // Prints everything on the default printer. Throws core::RunTimeError when there is none or it
   // fails; a platform that prints to a file instead tells the user where.
   virtual void SelPrint() = 0;
+  // Prints pages in the same way; `fileName`, Windows-1252, is the name of such a file.
+  virtual void PrintPages(const Paper& paper, std::string_view fileName) = 0;
 };
 
 }  // namespace tonadex::app

@@ -26,8 +26,13 @@ class ShellServices {
   virtual void Beep() = 0;
   // Puts a text of Windows-1252 on the clipboard.
   virtual void CopyText(std::string_view text) = 0;
+  // Shows a folder in the system's own window.
+  virtual void OpenFolder(const std::filesystem::path& folder) = 0;
   // Opens the help file at its start. The viewer reports a missing file.
   virtual void OpenHelp(const std::filesystem::path& file) = 0;
+  // Open a file with the program that the user has for it, or its folder. Silent when it fails.
+  virtual void OpenFile(const std::filesystem::path& file) = 0;
+  virtual void ShowInFolder(const std::filesystem::path& file) = 0;
   // Ends the program at once.
   virtual void End() = 0;
 };

@@ -3,14 +3,16 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
+#include "app/pdf.h"
 #include "core/windows1252.h"
 
 namespace tonadex::app {
 namespace {
 
 using namespace core::literals;
-using Shape = SheetMark::Shape;
+using Kind = Shape::Kind;
 
 constexpr double kWidth = kSheetWidth - 2 * kSheetMargin;
 constexpr double kFoot = kSheetHeight - kSheetMargin;
@@ -29,49 +31,47 @@ bool HasHeldKey(const phones::TypingStep& step) {
   return std::ranges::any_of(step.keys, &phones::KeyPress::hold);
 }
 
-struct Type {
-  const SheetMeasure& measure;
-
-  // A text with its upper left corner at a place, smaller where it is wider than `most`.
-  SheetMark Text(Shape shape, std::string text, double x, double y, double points,
-                 double most) const {
-    const double width = measure(text, points);
-    const double fitting = width > most ? points * most / width : points;
-    return {shape, {x, y, std::min(width, most), fitting * kLine}, fitting, std::move(text)};
-  }
-};
+// A text with its upper left corner at a place, smaller where it is wider than `most`.
+Shape Text(std::string text, double x, double y, double points, double most, bool mono = false) {
+  const double width = TextWidth(text, points, mono);
+  const double fitting = width > most ? points * most / width : points;
+  return {.box = {x, y, std::min(width, most), fitting * kLine},
+          .size = fitting,
+          .text = std::move(text),
+          .bold = true,
+          .mono = mono};
+}
 
 double KeypadHeight(const phones::Keypad& keypad) {
   return keypad.rows * (kKeyHeight + kKeyGap) - kKeyGap;
 }
 
-void AppendKeypad(SheetPage& page, const phones::Keypad& keypad, double x, double y,
-                  const Type& type) {
+void AppendKeypad(Picture& page, const phones::Keypad& keypad, double x, double y) {
   for (const phones::KeypadKey& key : keypad.keys) {
     const Box box = {x + key.column * (kKeyWidth + kKeyGap), y + key.row * (kKeyHeight + kKeyGap),
                      kKeyWidth, kKeyHeight};
-    page.push_back({Shape::kKey, box});
+    page.push_back({.kind = Kind::kFrame, .box = box, .ink = Ink::kMuted, .radius = kKeyPadding});
     const double left = box.x + kKeyPadding, most = kKeyWidth - 2 * kKeyPadding;
-    page.push_back(type.Text(Shape::kText, std::string(key.signs), left, box.y + kKeyPadding,
-                             kLabelPoints, most));
+    page.push_back(Text(std::string(key.signs), left, box.y + kKeyPadding, kLabelPoints, most));
     if (!key.word.empty()) {
-      page.push_back(type.Text(Shape::kText, std::string(key.word), left,
-                               box.y + kKeyPadding + kLabelPoints * kLine, kWordPoints, most));
+      page.push_back(Text(std::string(key.word), left, box.y + kKeyPadding + kLabelPoints * kLine,
+                          kWordPoints, most));
     }
   }
 }
 
 // The whole melody within the box: time to the right, pitch upward.
-void AppendDrawing(SheetPage& page, const Drawing& drawing, const Box& place) {
+void AppendDrawing(Picture& page, const Drawing& drawing, const Box& place) {
   constexpr double kNoteHeight = 5, kGap = 1, kLeastWidth = 1;
   const double perMs = place.width / std::max(1.0, drawing.length);
   const double step = (place.height - kNoteHeight) / std::max(1, drawing.highest - drawing.lowest);
   for (const DrawnNote& note : drawing.notes) {
     if (!note.pause) {
       page.push_back(
-          {Shape::kNote,
-           {place.x + note.start * perMs, place.y + (drawing.highest - note.pitch) * step,
-            std::max(kLeastWidth, note.length * perMs - kGap), kNoteHeight}});
+          {.kind = Kind::kFilled,
+           .box = {place.x + note.start * perMs, place.y + (drawing.highest - note.pitch) * step,
+                   std::max(kLeastWidth, note.length * perMs - kGap), kNoteHeight},
+           .ink = Ink::kMuted});
     }
   }
 }
@@ -88,10 +88,10 @@ struct Grid {
   }
 };
 
-Grid GridFor(const TypingSheet& sheet, double points, const Type& type) {
-  Grid grid{points, type.measure(std::to_string(sheet.steps.size()), kNumberPoints), 0, 1};
+Grid GridFor(const TypingSheet& sheet, double points) {
+  Grid grid{points, TextWidth(std::to_string(sheet.steps.size()), kNumberPoints, false), 0, 1};
   for (const phones::TypingStep& step : sheet.steps) {
-    grid.groups = std::max(grid.groups, type.measure(step.group, points));
+    grid.groups = std::max(grid.groups, TextWidth(step.group, points, true));
   }
   grid.groups = std::min(grid.groups, kWidth - grid.numbers - kNumberGap);
   grid.columns = std::max(std::size_t{1},
@@ -100,19 +100,19 @@ Grid GridFor(const TypingSheet& sheet, double points, const Type& type) {
 }
 
 // The largest type with which all groups fit the height, else the smallest.
-Grid FittingGrid(const TypingSheet& sheet, double height, const Type& type) {
+Grid FittingGrid(const TypingSheet& sheet, double height) {
   double points = kMostKeyPoints;
-  Grid grid = GridFor(sheet, points, type);
+  Grid grid = GridFor(sheet, points);
   while (points > kLeastKeyPoints && grid.Rows(height) * grid.columns < sheet.steps.size()) {
     points -= kPointStep;
-    grid = GridFor(sheet, points, type);
+    grid = GridFor(sheet, points);
   }
   return grid;
 }
 
 // The groups from `first` on that fit below `top`; returns the first that does not.
-std::size_t AppendGroups(SheetPage& page, const TypingSheet& sheet, std::size_t first, double top,
-                         const Grid& grid, const Type& type) {
+std::size_t AppendGroups(Picture& page, const TypingSheet& sheet, std::size_t first, double top,
+                         const Grid& grid) {
   const std::size_t rows = grid.Rows(kFoot - top);
   const std::size_t end = std::min(sheet.steps.size(), first + rows * grid.columns);
   for (std::size_t i = first; i < end; ++i) {
@@ -120,39 +120,36 @@ std::size_t AppendGroups(SheetPage& page, const TypingSheet& sheet, std::size_t 
     const double x = kSheetMargin + static_cast<double>(column) * grid.ColumnWidth();
     const double y = top + static_cast<double>(row) * grid.RowHeight();
     const double lower = (grid.points - kNumberPoints) * kLine;  // numbers stand on the same line
-    page.push_back(
-        type.Text(Shape::kText, std::to_string(i + 1), x, y + lower, kNumberPoints, grid.numbers));
-    page.push_back(type.Text(Shape::kGroup, sheet.steps[i].group, x + grid.numbers + kNumberGap, y,
-                             grid.points, grid.groups));
+    page.push_back(Text(std::to_string(i + 1), x, y + lower, kNumberPoints, grid.numbers));
+    page.push_back(Text(sheet.steps[i].group, x + grid.numbers + kNumberGap, y, grid.points,
+                        grid.groups, true));
   }
   return end;
 }
 
 }  // namespace
 
-std::vector<SheetPage> LayOutTypingSheet(const TypingSheet& sheet, const SheetMeasure& measure) {
-  const Type type{measure};
-  std::vector<SheetPage> pages(1);
-  SheetPage& front = pages.front();
-  front.push_back(
-      type.Text(Shape::kText, sheet.title, kSheetMargin, kSheetMargin, kTitlePoints, kWidth));
+Paper LayOutTypingSheet(const TypingSheet& sheet) {
+  std::vector<Picture> pages(1);
+  Picture& front = pages.front();
+  front.push_back(Text(sheet.title, kSheetMargin, kSheetMargin, kTitlePoints, kWidth));
   const double head = kSheetMargin + kTitlePoints * kLine + kBlockGap;
   const double keypad = sheet.keypad.columns * (kKeyWidth + kKeyGap) - kKeyGap;
   const double height = KeypadHeight(sheet.keypad);
   AppendDrawing(front, sheet.drawing, {kSheetMargin, head, kWidth - keypad - kBlockGap, height});
-  AppendKeypad(front, sheet.keypad, kSheetMargin + kWidth - keypad, head, type);
+  AppendKeypad(front, sheet.keypad, kSheetMargin + kWidth - keypad, head);
   double top = head + height + kBlockGap;
   if (std::ranges::any_of(sheet.steps, HasHeldKey)) {
-    const SheetMark& held = front.emplace_back(
-        type.Text(Shape::kText, std::string(kHeldKeys), kSheetMargin, top, kRemarkPoints, kWidth));
+    const Shape& held =
+        front.emplace_back(Text(std::string(kHeldKeys), kSheetMargin, top, kRemarkPoints, kWidth));
     top = held.box.bottom() + kBlockGap / 2;
   }
-  const Grid grid = FittingGrid(sheet, kFoot - top, type);
-  std::size_t next = AppendGroups(front, sheet, 0, top, grid, type);
+  const Grid grid = FittingGrid(sheet, kFoot - top);
+  std::size_t next = AppendGroups(front, sheet, 0, top, grid);
   while (next < sheet.steps.size()) {
-    next = AppendGroups(pages.emplace_back(), sheet, next, kSheetMargin, grid, type);
+    next = AppendGroups(pages.emplace_back(), sheet, next, kSheetMargin, grid);
   }
-  return pages;
+  return {sheet.title, kSheetWidth, kSheetHeight, std::move(pages)};
 }
 
 }  // namespace tonadex::app

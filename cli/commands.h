@@ -15,18 +15,19 @@ struct Arguments {
   std::vector<std::string> words;  // files, search words or melody names
   bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
        beep = false;
+  const char* const* typed = nullptr;  // the whole command line, ended by nullptr
 
   bool HasOnePhone() const { return phone.has_value() != model.has_value(); }
 };
 
-// The commands. What ends one is thrown as a Failure; what concerns one of several files is
+// The commands. A Failure that one throws ends it; one that concerns a single file of several is
 // reported and kept in the exit code.
 void ListModels(Context& context, const Arguments& arguments);
 void Convert(Context& context, const Arguments& arguments);
 void Check(Context& context, const Arguments& arguments);
 void Repair(Context& context, const Arguments& arguments);
 void SaveMidi(Context& context, const Arguments& arguments);
-void PlayFile(Context& context, const Arguments& arguments);
+void PlayFile(Context& context, const Arguments& arguments);  // not on Windows
 void Search(Context& context, const Arguments& arguments);
 void ListRandom(Context& context, const Arguments& arguments);
 void Download(Context& context, const Arguments& arguments);

@@ -93,7 +93,16 @@ bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& 
 void ShowMessages(Context& context, const std::vector<core::Message>& messages,
                   std::string_view before = {});
 
-// The whole program but for main's streams. `argv` is UTF-8.
-int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err);
+struct Arguments;
+using CommandFunction = void (*)(Context&, const Arguments&);
+
+// The commands that need large libraries: done here or left to another program.
+struct HeavyCommands {
+  CommandFunction play, print;
+};
+
+// The whole program but for main's streams. `argv` is UTF-8 and ended by nullptr.
+int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err,
+        const HeavyCommands& heavy);
 
 }  // namespace tonadex::cli

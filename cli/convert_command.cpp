@@ -2,6 +2,7 @@
 
 #include "cli/commands.h"
 #include "cli/convert_line.h"
+#include "cli/json.h"
 #include "cli/line_stream.h"
 #include "cli/steps_json.h"
 #include "cli/steps_list.h"
@@ -108,11 +109,14 @@ void ConvertOne(Context& context, const Arguments& arguments, const MelodyInput&
     file = core::FromUtf8(output);
   }
   const std::string row = arguments.row.empty() ? input.row : core::FromUtf8(arguments.row);
-  const auto conversion = ConvertLine(melody, input.line, model, row, file);
+  LoadMelody(melody, input.line);
+  const auto conversion = ConvertLoaded(melody, model, row, file);
   Fail(context, CodeOf(conversion.outcome, arguments.allModels));
   const auto steps = arguments.steps ? StepsOf(conversion, model, melody) : Steps();
   if (arguments.json) {
-    std::string json = ConversionJson(conversion, input.name, model);
+    std::string json =
+        "{" + JsonMembers({{"fichero", input.name}, {"modelo", core::ToUtf8(model)}}) + ",";
+    ConversionJson().Append(json, conversion);
     if (arguments.steps) {
       AppendStepsJson(json, steps);
     }

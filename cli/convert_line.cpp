@@ -1,8 +1,6 @@
 #include "cli/convert_line.h"
 
-#include "cli/context.h"
 #include "cli/json.h"
-#include "core/windows1252.h"
 
 namespace tonadex::cli {
 namespace {
@@ -18,11 +16,9 @@ class FixedAnswer : public phones::SaveFileQuestion {
 
 }  // namespace
 
-phones::Conversion ConvertLine(core::RTTTLMelody& melody, std::string_view line,
-                               std::string_view model, std::string_view row,
-                               const std::optional<std::string>& file) {
+phones::Conversion ConvertLoaded(core::RTTTLMelody& melody, std::string_view model,
+                                 std::string_view row, const std::optional<std::string>& file) {
   FixedAnswer answer(file);
-  LoadMelody(melody, line);
   return phones::ConvertSelectedMelody(melody, model, row, answer);
 }
 
@@ -31,23 +27,24 @@ Steps StepsOf(const phones::Conversion& conversion, std::string_view model,
   return conversion.page ? phones::TypingSteps(model, conversion.page->result, melody) : Steps();
 }
 
-std::string ConversionJson(const phones::Conversion& conversion, std::string_view file,
-                           std::string_view model) {
+void ConversionJson::Append(std::string& json, const phones::Conversion& conversion) {
   static const phones::ConversionPage kKept;
   const phones::ConversionPage& page = conversion.page ? *conversion.page : kKept;
-  std::string json = "{";
-  if (!file.empty()) {
-    json += JsonMembers({{"fichero", std::string(file)}, {"modelo", core::ToUtf8(model)}}) + ",";
+  if (notices_.empty() || !page.notices.starts_with(notices_)) {
+    notices_ = page.notices;
+    noticesJson_.clear();
+    AppendEscaped(noticesJson_, notices_);
   }
-  json += JsonMembers({{"titulo", core::ToUtf8(page.title)},
-                       {"resultado", core::ToUtf8(page.result)},
-                       {"avisos", core::ToUtf8(page.notices)},
-                       {"tempo", core::ToUtf8(page.tempo)}});
-  std::string messages;
+  AppendJson(json += R"("titulo":)", page.title);
+  AppendJson(json += R"(,"resultado":)", page.result);
+  json.append(R"(,"avisos":")").append(noticesJson_);
+  AppendEscaped(json, std::string_view(page.notices).substr(notices_.size()));
+  AppendJson(json += R"(","tempo":)", page.tempo);
+  json += R"(,"mensajes":[)";
   for (const core::Message& message : conversion.messages) {
-    messages += (messages.empty() ? "" : ",") + JsonText(core::ToUtf8(message.text));
+    AppendJson(json += json.back() == '[' ? "" : ",", message.text);
   }
-  return json + ",\"mensajes\":[" + messages + "]";
+  json += ']';
 }
 
 }  // namespace tonadex::cli

@@ -1,29 +1,28 @@
 #include "cli/line_stream.h"
 
 #include <algorithm>
-#include <deque>
+#include <condition_variable>
+#include <cstddef>
 #include <future>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "cli/context.h"
 #include "cli/convert_line.h"
 #include "cli/steps_json.h"
 #include "core/melody_file.h"
 #include "core/windows1252.h"
-#include "files/read.h"
 
 namespace tonadex::cli {
 namespace {
 
 using namespace core::literals;
 
-// Lines that one task converts; also cut off when the input pauses or the bytes add up.
-constexpr std::size_t kBatchLines = 1024;
-constexpr std::size_t kBatchBytes = std::size_t{1} << 18;
-
-using Batch = std::vector<std::string>;
+// What one task converts; less when the input pauses.
+constexpr std::size_t kBatchBytes = std::size_t{1} << 16;
 
 phones::Conversion TooLong() {
   phones::Conversion conversion;
@@ -32,68 +31,165 @@ phones::Conversion TooLong() {
   return conversion;
 }
 
-std::string ConvertBatch(const Batch& lines, std::string_view model, std::string_view row,
-                         bool steps) {
-  core::RTTTLMelody melody;
-  std::string json;
-  for (const std::string& bytes : lines) {
-    phones::Conversion conversion;
-    if (bytes.size() > core::kMaxLineBytes) {
-      conversion = TooLong();
-    } else {
-      const std::string line = core::UndoSharpEscape(core::FromOutside(bytes));
-      const std::string_view name = std::string_view(line).substr(0, line.find(':'));
-      conversion = ConvertLine(melody, line, model, row.empty() ? name : row, std::nullopt);
+// Cuts the input into batches of whole lines.
+class BatchReader {
+ public:
+  explicit BatchReader(std::istream& in) : in_(*in.rdbuf()) {}
+
+  // The lines that are there now, at least one, each with its end, which only the input's last may
+  // lack. Empty at the end of the input. An overlong line loses characters, but stays overlong.
+  std::string Next() {
+    std::string batch = std::exchange(rest_, {});
+    std::size_t end = 0;  // of the last whole line
+    while (end == 0 || (batch.size() < kBatchBytes && in_.in_avail() > 0)) {
+      const std::size_t before = batch.size();
+      ended_ = ended_ || !AppendAvailable(batch);  // for good: a terminal could give more
+      if (ended_) {
+        return batch;
+      }
+      const std::size_t last = std::string_view(batch).substr(before).find_last_of("\r\n");
+      if (last != std::string_view::npos) {
+        end = before + last + 1;
+      } else if (end == 0 && batch.size() > core::kMaxLineBytes) {
+        batch.resize(core::kMaxLineBytes + 1);
+      }
     }
-    json += ConversionJson(conversion);
-    if (steps) {
-      AppendStepsJson(json, StepsOf(conversion, model, melody));
-    }
-    json += "}\n";
+    rest_ = batch.substr(end);
+    batch.resize(end);
+    afterReturn_ = rest_.empty() && batch.back() == '\r';
+    return batch;
   }
-  return json;
+
+ private:
+  // Reads what has arrived, or waits for one character. False at the end of the input.
+  bool AppendAvailable(std::string& batch) {
+    if (std::exchange(afterReturn_, false) && in_.sgetc() == '\n') {
+      in_.sbumpc();  // belongs to the line end that the batch before ended in
+    }
+    const auto most = std::clamp<std::streamsize>(in_.in_avail(), 1, kBatchBytes);
+    const std::size_t before = batch.size();
+    batch.resize(before + static_cast<std::size_t>(most));
+    const std::streamsize read = in_.sgetn(&batch[before], most);
+    batch.resize(before + static_cast<std::size_t>(read));
+    return read != 0;
+  }
+
+  std::streambuf& in_;
+  std::string rest_;  // a line whose end has not arrived
+  bool afterReturn_ = false, ended_ = false;
+};
+
+// Takes the first line, without its end.
+std::string_view TakeLine(std::string_view& lines) {
+  std::string_view line = lines.substr(0, lines.find('\n'));
+  line = line.substr(0, line.find('\r'));
+  lines.remove_prefix(line.size());
+  lines.remove_prefix(lines.starts_with("\r\n") ? 2 : lines.empty() ? 0 : 1);
+  return line;
 }
 
-// The lines that are there now, at least one unless the input has ended.
-Batch ReadBatch(std::istream& in) {
-  Batch lines;
-  std::size_t bytes = 0;
-  do {
-    std::optional<std::string> line = files::ReadLine(in, core::kMaxLineBytes);
-    if (!line) {
-      break;
+// One task after another takes a batch, converts it, and writes it when the batch before is
+// written.
+class Conversions {
+ public:
+  Conversions(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
+              bool steps)
+      : reader_(in), out_(out), model_(model), row_(row), steps_(steps) {}
+
+  // Converts and writes batches until there are no more, or `out` takes no more.
+  void Work() try {
+    core::RTTTLMelody melody;
+    ConversionJson writer;
+    std::string json;
+    while (true) {
+      const auto [number, batch] = Take();
+      if (batch.empty()) {
+        return;
+      }
+      json.clear();
+      for (std::string_view lines = batch; !lines.empty();) {
+        const phones::Conversion conversion = Convert(melody, TakeLine(lines));
+        writer.Append(json += '{', conversion);
+        if (steps_) {
+          AppendStepsJson(json, StepsOf(conversion, model_, melody));
+        }
+        json += "}\n";
+      }
+      if (!Write(number, json)) {
+        return;
+      }
     }
-    bytes += line->size();
-    lines.push_back(*std::move(line));
-  } while (lines.size() < kBatchLines && bytes < kBatchBytes && in.rdbuf()->in_avail() > 0);
-  return lines;
-}
+  } catch (...) {
+    Stop();
+    throw;
+  }
+
+  bool AllWritten() const { return !stopped_ && out_; }
+
+ private:
+  struct Batch {
+    std::size_t number;
+    std::string lines;
+  };
+
+  Batch Take() {
+    const std::lock_guard lock(reading_);
+    return {taken_++, reader_.Next()};
+  }
+
+  phones::Conversion Convert(core::RTTTLMelody& melody, std::string_view bytes) const {
+    if (bytes.size() > core::kMaxLineBytes) {
+      return TooLong();
+    }
+    LoadMelody(melody, core::FromOutside(bytes));
+    const std::string row = row_.empty() ? melody.Text.substr(0, melody.Text.find(':')) : row_;
+    return ConvertLoaded(melody, model_, row, std::nullopt);
+  }
+
+  // False when it cannot be written.
+  bool Write(std::size_t number, const std::string& json) {
+    std::unique_lock lock(writing_);
+    changed_.wait(lock, [&] { return stopped_ || written_ == number; });
+    if (!stopped_ && (out_ << json << std::flush)) {
+      ++written_;
+    } else {
+      stopped_ = true;
+    }
+    changed_.notify_all();
+    return !stopped_;
+  }
+
+  void Stop() {
+    const std::lock_guard lock(writing_);
+    stopped_ = true;
+    changed_.notify_all();
+  }
+
+  std::mutex reading_, writing_;
+  BatchReader reader_;
+  std::size_t taken_ = 0, written_ = 0;  // batches
+  std::condition_variable changed_;
+  bool stopped_ = false;
+  std::ostream& out_;
+  const std::string model_, row_;
+  const bool steps_;
+};
 
 }  // namespace
 
 bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
                   bool steps) {
-  const std::size_t most = 2 * std::size_t{std::max(2u, std::thread::hardware_concurrency())};
-  // Each batch is converted at once and written after the one before it, unless that failed. Only
-  // its neighbours hold a batch's future, so that a finished one is forgotten.
-  std::deque<std::shared_future<bool>> underWay;
-  for (Batch lines = ReadBatch(in); !lines.empty(); lines = ReadBatch(in)) {
-    auto task = [&out, model, row, steps, batch = std::move(lines),
-                 before =
-                     underWay.empty() ? std::shared_future<bool>() : underWay.back()]() mutable {
-      const std::string json = ConvertBatch(std::exchange(batch, {}), model, row, steps);
-      const std::shared_future<bool> earlier = std::move(before);
-      return (!earlier.valid() || earlier.get()) && (out << json << std::flush);
-    };
-    underWay.push_back(std::async(std::launch::async, std::move(task)));
-    if (underWay.size() > most) {
-      if (!underWay.front().get()) {
-        return false;
-      }
-      underWay.pop_front();
-    }
+  Conversions conversions(in, out, model, row, steps);
+  // One more than the cores, because a task waits while the batch before its own is written.
+  std::vector<std::future<void>> tasks(std::max(2u, std::thread::hardware_concurrency()));
+  for (std::future<void>& task : tasks) {
+    task = std::async(std::launch::async, [&conversions] { conversions.Work(); });
   }
-  return underWay.empty() ? static_cast<bool>(out) : underWay.back().get();
+  conversions.Work();
+  for (std::future<void>& task : tasks) {
+    task.get();
+  }
+  return conversions.AllWritten();
 }
 
 }  // namespace tonadex::cli

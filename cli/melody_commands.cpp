@@ -67,15 +67,14 @@ namespace {
 
 // {"fichero":…,"nombre":…,"rtttl":…,"cambios":[…]}
 std::string RepairJson(const std::string& file, const phones::RepairedMelody& melody) {
-  std::string changes;
+  std::string json = "{" + JsonMembers({{"fichero", file},
+                                        {"nombre", core::ToUtf8(melody.name)},
+                                        {"rtttl", core::ToUtf8(melody.text)}});
+  json += R"(,"cambios":[)";
   for (const std::string& change : melody.changes) {
-    changes += (changes.empty() ? "" : ",") + JsonText(core::ToUtf8(change));
+    AppendJson(json += json.ends_with('[') ? "" : ",", change);
   }
-  return "{" +
-         JsonMembers({{"fichero", file},
-                      {"nombre", core::ToUtf8(melody.name)},
-                      {"rtttl", core::ToUtf8(melody.text)}}) +
-         ",\"cambios\":[" + changes + "]}\n";
+  return json + "]}\n";
 }
 
 std::string ReadPaste(Context& context, const std::string& file) {

@@ -151,7 +151,7 @@ void List(Context& context, const Arguments& arguments, const std::string& path,
 }
 
 // `name`: "stem.number" as the listings show it.
-void DownloadOne(Context& context, Server& server, const fs::path& folder,
+void DownloadOne(Context& context, Server& server, const fs::path& folder, const fs::path& bin,
                  const std::string& name) {
   const std::string fileName = core::FromUtf8(name);
   const std::size_t stop = fileName.rfind('.');
@@ -165,7 +165,8 @@ void DownloadOne(Context& context, Server& server, const fs::path& folder,
   server.ThrowIfRefused(ExitCode::kNotConverted, name + ": ");
   std::string text;
   const std::string row = " (" + fileName.substr(0, stop) + ")";
-  if (!net::DownloadMelody([&](std::string_view) { return reply; }, folder, row, number, text)) {
+  if (!net::DownloadMelody([&](std::string_view) { return reply; }, folder, bin, row, number,
+                           text)) {
     throw Failure{ExitCode::kSystemFailed, name + ": no se puede escribir en la carpeta"};
   }
   const std::u8string stored = (folder / files::PathFromText(fileName)).u8string();
@@ -210,11 +211,13 @@ void ListRandom(Context& context, const Arguments& arguments) {
 
 void Download(Context& context, const Arguments& arguments) {
   WithServer(context, arguments, [&](Server& server) {
-    const fs::path folder = arguments.folder.empty() ? platform::ProgramFolderPath() / "melodias"
-                                                     : ArgumentPath(arguments.folder);
+    const fs::path program = platform::ProgramFolderPath();
+    const fs::path folder =
+        arguments.folder.empty() ? program / "melodias" : ArgumentPath(arguments.folder);
+    const fs::path bin = (arguments.folder.empty() ? program : folder) / net::kBinFolder;
     fs::create_directories(folder);
     for (const std::string& name : arguments.words) {
-      Attempt(context, [&] { DownloadOne(context, server, folder, name); });
+      Attempt(context, [&] { DownloadOne(context, server, folder, bin, name); });
     }
   });
 }

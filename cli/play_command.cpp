@@ -1,15 +1,14 @@
 // reproducir: plays a melody, or renders it to a sound file.
 
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <iostream>
-#include <thread>
 
 #include "cli/commands.h"
 #include "core/windows1252.h"
@@ -28,8 +27,8 @@ namespace {
 
 using platform::RenderResult;
 
-constexpr std::chrono::milliseconds kLook{20};  // how often the keyboard is obeyed
-constexpr double kFadingMs = 600;               // the last note is let fade
+constexpr int kLookMs = 50;        // how often the position is looked at
+constexpr double kFadingMs = 600;  // time for the last note to fade
 
 struct RenderFailure {
   RenderResult result;
@@ -139,7 +138,7 @@ void Follow(Context& context, platform::FluidSequencer& sequencer,
     if (ms >= times.back().end + kFadingMs) {
       return;
     }
-    std::this_thread::sleep_for(kLook);
+    ::poll(nullptr, 0, kLookMs);  // Ctrl+C ends the wait
   }
 }
 

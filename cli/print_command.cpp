@@ -72,7 +72,8 @@ void Print(Context& context, const Arguments& arguments) {
                   "«" + core::ToUtf8(model) + "» graba un fichero que no se imprime"};
   }
   core::RTTTLMelody melody;
-  const auto conversion = ConvertLine(melody, input.line, model, input.row, std::nullopt);
+  LoadMelody(melody, input.line);
+  const auto conversion = ConvertLoaded(melody, model, input.row, std::nullopt);
   ShowMessages(context, conversion.messages);
   if (conversion.outcome != phones::Outcome::kConverted &&
       conversion.outcome != phones::Outcome::kNoModel) {

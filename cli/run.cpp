@@ -21,7 +21,7 @@ std::vector<std::string> SplitArguments(int argc, const char* const* argv) {
   return arguments;
 }
 
-int Do(Context& context, const Arguments& arguments, void (*command)(Context&, const Arguments&)) {
+int Do(Context& context, const Arguments& arguments, CommandFunction command) {
   try {
     Attempt(context, [&] { command(context, arguments); });
   } catch (const std::exception& error) {
@@ -34,8 +34,8 @@ int Do(Context& context, const Arguments& arguments, void (*command)(Context&, c
 }
 
 // Every command: name, help, options, what it does.
-std::vector<Command> Commands(Context& context, Arguments& a) {
-  const auto doing = [&](void (*command)(Context&, const Arguments&)) {
+std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommands& heavy) {
+  const auto doing = [&](CommandFunction command) {
     return [&context, &a, command] { return Do(context, a, command); };
   };
   const Option phone = {"-t,--telefono", "NOMBRE",
@@ -81,7 +81,7 @@ std::vector<Command> Commands(Context& context, Arguments& a) {
        {file,
         {"--pitido", "", "Suena como el zumbador de un móvil", &a.beep},
         {"--wav", "SALIDA", "La graba como fichero de sonido, sin tocarla", &a.wav}},
-       doing(PlayFile),
+       doing(heavy.play),
        "Ctrl+C la para al instante (código de salida 130). Una melodía con errores se toca\n"
        "hasta donde se entiende, pero no se graba; el código es 1."},
 #endif
@@ -106,15 +106,17 @@ std::vector<Command> Commands(Context& context, Arguments& a) {
         {"--pdf", "SALIDA", "Escribe un PDF en vez de imprimir", &a.pdf},
         {"--impresora", "NOMBRE", "Impresora, en vez de la predeterminada", &a.printer},
         file},
-       doing(Print)},
+       doing(heavy.print)},
   };
 }
 
 }  // namespace
 
-int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
+int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err,
+        const HeavyCommands& heavy) {
   Context context{in, out, err};
   Arguments arguments;
+  arguments.typed = argv;
   const terminal::Program program = {
       {"tonadex-cli",
        "Tonadex en el terminal: melodías RTTTL para móviles de antes.",
@@ -122,7 +124,7 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
        {},
        "Códigos de salida: 0 hecho, 1 la melodía no se puede convertir, 2 uso incorrecto,\n"
        "3 ha fallado un fichero o el sistema."},
-      Commands(context, arguments)};
+      Commands(context, arguments, heavy)};
   return terminal::Run(program, SplitArguments(argc, argv), out, err);
 }
 

@@ -156,12 +156,16 @@ std::int32_t ToInt32(double value) {
   return Checked<std::int32_t>(value);
 }
 
-std::optional<std::int32_t> FindInt32(std::string_view text) {
+std::optional<double> FindNumber(std::string_view text) {
   double value = 0;
-  const bool read = Read(text, value) == Reading::kNumber;
-  const double rounded = RoundHalfEven(value);
-  return read && Fits<std::int32_t>(rounded) ? std::optional(static_cast<std::int32_t>(rounded))
-                                             : std::nullopt;
+  return Read(text, value) == Reading::kNumber ? std::optional(value) : std::nullopt;
+}
+
+std::optional<std::int32_t> FindInt32(std::string_view text) {
+  const std::optional<double> value = FindNumber(text);
+  const double rounded = RoundHalfEven(value.value_or(0));
+  return value && Fits<std::int32_t>(rounded) ? std::optional(static_cast<std::int32_t>(rounded))
+                                              : std::nullopt;
 }
 
 double Divide(double dividend, double divisor) {

@@ -20,6 +20,8 @@ std::int16_t ToInt16(double value);
 // Rounded half to even. Overflow when the result does not fit 32 bits.
 std::int32_t ToInt32(double value);
 
+// ToNumber(text), or nullopt where that fails.
+std::optional<double> FindNumber(std::string_view text);
 // ToInt32(ToNumber(text)), or nullopt where that fails.
 std::optional<std::int32_t> FindInt32(std::string_view text);
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
+#include <bit>
+#include <cstring>
+#include <utility>
 
 #include "core/message_box.h"
 #include "core/runtime_error.h"
@@ -46,8 +48,52 @@ constexpr auto kPitchTexts = [] {
   return texts;
 }();
 
-std::string_view PitchText(char letter, bool sharp) {
-  return {kPitchTexts.data() + std::size_t{2} * Code(letter), sharp ? 2u : 1u};
+constexpr std::size_t kNumbers = 89;  // 0 to 88: numbers of two digits 1 to 8
+
+// Tens and units of each number.
+constexpr auto kNumberTexts = [] {
+  std::array<char, 2 * kNumbers> texts{};
+  for (std::size_t number = 0; number < kNumbers; ++number) {
+    texts[2 * number] = static_cast<char>('0' + number / 10);
+    texts[2 * number + 1] = static_cast<char>('0' + number % 10);
+  }
+  return texts;
+}();
+
+std::string_view PitchText(const NoteCodes& note) {
+  return {kPitchTexts.data() + std::size_t{2} * Code(note.letter), note.pitchSize};
+}
+
+std::string_view NumberText(std::uint8_t number) {
+  const std::size_t digits = number >= 10 ? 2 : number > 0 ? 1 : 0;
+  return {kNumberTexts.data() + std::size_t{2} * number + 2 - digits, digits};
+}
+
+RTTTLNote TextsOf(const NoteCodes& note, std::string_view defaultDuration,
+                  std::string_view defaultOctave) {
+  return {.Duration = note.ownDuration ? NumberText(note.duration) : defaultDuration,
+          .Note = PitchText(note),
+          .Octave = note.ownOctave ? NumberText(note.octave) : defaultOctave,
+          .Dotted = note.dotted};
+}
+
+std::uint8_t NumberCode(std::string_view text) {
+  const double number = FindNumber(text).value_or(NoteCodes::kOther);
+  const bool small = number >= 0 && number < NoteCodes::kOther;
+  const auto code = small ? static_cast<std::uint8_t>(number) : NoteCodes::kOther;
+  return code == number ? code : NoteCodes::kOther;
+}
+
+// A note that has nothing but the defaults.
+NoteCodes DefaultCodes(const RTTTLMelody& melody) {
+  NoteCodes note;
+  note.ownDuration = note.ownOctave = false;
+  note.duration = NumberCode(melody.DefaultDuration);
+  note.octave = NumberCode(melody.DefaultOctave);
+  const bool plain =
+      note.duration < kNumbers && NumberText(note.duration) == melody.DefaultDuration;
+  note.length = plain ? kLengthOf[note.duration] : NoteCodes::kNoLength;
+  return note;
 }
 
 // "0" and "9" never count as a duration or an octave.
@@ -63,88 +109,185 @@ bool Has(std::string_view text, char c) {
 // Drops a "#" or "." that is the third character from the end ("8.c5" becomes "8c5"). "#." and ".#"
 // right before the octave are left alone. A sharp before a trailing dot is lost ("8c#5." becomes
 // "8c5."): deliberate, stored melodies have always been read so. False when the item is too short.
-bool DropStrayMark(std::span<char>& item) {
-  const std::string_view text(item.data(), item.size());
-  const std::string_view tail = Right(text, 3);
+bool DropStrayMark(std::string& item) {
+  const std::string_view tail = Right(item, 3);
   const bool mark = tail.starts_with('#') || tail.starts_with('.');
-  if (!mark || Has(text, 'p') || Has(text, 'P') || tail.starts_with("#.") ||
+  if (!mark || Has(item, 'p') || Has(item, 'P') || tail.starts_with("#.") ||
       tail.starts_with(".#")) {
     return true;
   }
   if (item.size() < 3) {
     return false;
   }
-  const std::size_t at = item.size() - 3;
-  item[at] = item[at + 1];
-  item[at + 1] = item[at + 2];
-  item = item.first(item.size() - 1);
+  item.erase(item.size() - 3, 1);
   return true;
 }
 
-// Reads one item by position and shortens `item` by the marks dropped.
-RTTTLNote ReadNote(std::span<char>& item, std::string_view defaultDuration,
-                   std::string_view defaultOctave) {
-  RTTTLNote note;
+// Reads any item, lower case, by position.
+NoteCodes ReadItem(std::string& item, const NoteCodes& defaults) {
   if (!DropStrayMark(item) || !DropStrayMark(item)) {  // exactly twice
-    return note;
+    return {};
   }
-  const std::string_view text(item.data(), item.size());
-  const auto digitAt = [text](std::size_t i) {
-    return i < text.size() && IsDurationDigit(text[i]);
+  const auto digitAt = [&item](std::size_t i) {
+    return i < item.size() && IsDurationDigit(item[i]) ? item[i] - '0' : 0;
   };
-  const std::size_t digits = !digitAt(0) ? 0 : digitAt(1) ? 2 : 1;
-  note.Duration = digits == 0 ? defaultDuration : text.substr(0, digits);
-  note.Octave =
-      text.empty() || !IsDurationDigit(text.back()) ? defaultOctave : text.substr(text.size() - 1);
-  note.Dotted = Has(text, '.');
-  if (digits < text.size()) {
-    char letter = text.back() == 'p' ? 'p' : text[digits];
-    if (letter == 'h') {
-      letter = 'b';
-    }
-    note.Note = PitchText(letter, Has(text, '#'));
+  NoteCodes note = defaults;
+  const std::size_t digits = digitAt(0) == 0 ? 0 : digitAt(1) == 0 ? 1 : 2;
+  if (digits > 0) {
+    const int number = digits == 1 ? digitAt(0) : 10 * digitAt(0) + digitAt(1);
+    note.ownDuration = true;
+    note.duration = static_cast<std::uint8_t>(number);
+    note.length = kLengthOf[note.duration];
+  }
+  if (const int octave = item.empty() ? 0 : digitAt(item.size() - 1); octave != 0) {
+    note.ownOctave = true;
+    note.octave = static_cast<std::uint8_t>(octave);
+  }
+  note.dotted = Has(item, '.');
+  if (digits < item.size()) {
+    const char letter = item.back() == 'p' ? 'p' : item[digits];
+    note.letter = letter == 'h' ? 'b' : letter;
+    note.pitchSize = Has(item, '#') ? 2 : 1;
   }
   return note;
 }
 
-// The lower-cased notes section followed by both defaults, in a buffer that no copy of the record
-// shares.
-std::string& FreshNoteTexts(RTTTLMelody& melody, std::string_view section) {
-  if (melody.NoteTexts == nullptr || melody.NoteTexts.use_count() > 1) {
-    melody.NoteTexts = std::make_shared<std::string>();
+constexpr std::size_t kWordSize = 8;
+
+// The first bytes of the text, the first one lowest; commas behind its end.
+std::uint64_t LoadWord(std::string_view text) {
+  std::array<char, kWordSize> bytes;
+  bytes.fill(',');
+  if (text.size() >= kWordSize) {
+    std::memcpy(bytes.data(), text.data(), kWordSize);
+  } else {
+    std::ranges::copy(text, bytes.begin());
   }
-  std::string& texts = *melody.NoteTexts;
-  texts.clear();
-  texts.reserve(section.size() + melody.DefaultDuration.size() + melody.DefaultOctave.size());
-  for (const char c : section) {
-    texts += ToLower(c);
+  if constexpr (std::endian::native == std::endian::big) {
+    std::ranges::reverse(bytes);
   }
-  texts += melody.DefaultDuration;
-  texts += melody.DefaultOctave;
-  return texts;
+  return std::bit_cast<std::uint64_t>(bytes);
+}
+
+// The index of the word's first comma, kWordSize when it has none: subtracting 1 borrows into the
+// high bit only of a byte that the comparison made 0 (or of one behind it).
+std::size_t FindComma(std::uint64_t word) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101;
+  const std::uint64_t rest = word ^ (kOnes * ',');
+  return static_cast<std::size_t>(std::countr_zero((rest - kOnes) & ~rest & (kOnes << 7))) / 8;
+}
+
+// The fields of a note as one number: those that different parts of an item set are added.
+using CodesWord = std::uint64_t;
+static_assert(sizeof(NoteCodes) == sizeof(CodesWord));
+
+constexpr CodesWord WordOf(const NoteCodes& note) {
+  return std::bit_cast<CodesWord>(note);
+}
+
+constexpr CodesWord PitchWord(char letter, std::uint8_t pitchSize, bool dotted) {
+  return WordOf({letter, pitchSize, dotted, 0, 0, 0, false, false});
+}
+constexpr CodesWord DurationWord(std::uint8_t number, std::uint8_t length, bool own) {
+  return WordOf({'\0', 0, false, length, number, 0, own, false});
+}
+constexpr CodesWord OctaveWord(std::uint8_t number, bool own) {
+  return WordOf({'\0', 0, false, 0, 0, number, false, own});
+}
+
+constexpr CodesWord kSharpWord = PitchWord('\0', 1, false);
+constexpr CodesWord kDotWord = PitchWord('\0', 0, true);
+
+template <std::size_t kCount, typename Make>
+constexpr std::array<CodesWord, kCount> Words(Make make) {
+  std::array<CodesWord, kCount> words{};
+  for (std::size_t i = 0; i < kCount; ++i) {
+    words[i] = make(static_cast<std::uint8_t>(i));
+  }
+  return words;
+}
+
+constexpr auto kDurationWords =
+    Words<128>([](std::uint8_t number) { return DurationWord(number, kLengthOf[number], true); });
+constexpr auto kOctaveWords =
+    Words<16>([](std::uint8_t number) { return OctaveWord(number, true); });
+
+// An ASCII letter's natural note; 0 for any other byte.
+constexpr auto kLetterWords = Words<256>([](std::uint8_t code) {
+  const char lower = static_cast<char>(code | 0x20);
+  const bool letter = lower >= 'a' && lower <= 'z';
+  return letter ? PitchWord(lower == 'h' ? 'b' : lower, 1, false) : 0;
+});
+
+struct DefaultWords {
+  explicit DefaultWords(const NoteCodes& note)
+      : duration(DurationWord(note.duration, note.length, false)),
+        octave(OctaveWord(note.octave, false)) {}
+  CodesWord duration, octave;
+};
+
+// Reads an item of the usual form, [duration] letter [#] [.] [octave], whose comma is at `size`, as
+// ReadItem would; 0 for any other. The fields follow from comparisons, shifts and masks, because
+// the branches of a scanner would be mispredicted about once per note.
+CodesWord ReadUsualItem(std::uint64_t text, std::size_t size, const DefaultWords& defaults) {
+  const auto digit = [&text] { return (text & 0xFF) - '0'; };
+  const auto isDigit = [](std::uint64_t value) { return std::uint64_t{value - 1 < 8}; };
+  const auto choose = [](std::uint64_t wanted, CodesWord word, CodesWord other) {
+    return other ^ ((word ^ other) & (0 - wanted));
+  };
+  const std::uint64_t first = digit();
+  const std::uint64_t second = ((text >> 8) & 0xFF) - '0';
+  const std::uint64_t own = isDigit(first);
+  const std::uint64_t two = own & isDigit(second);
+  const std::uint64_t number = first + ((9 * first + second) & (0 - two));
+  text >>= 8 * (own + two);
+  const CodesWord letter = kLetterWords[text & 0xFF];
+  text >>= 8;
+  const std::uint64_t sharp = (text & 0xFF) == '#';
+  text >>= 8 * sharp;
+  const std::uint64_t dot = (text & 0xFF) == '.';
+  text >>= 8 * dot;
+  const std::uint64_t octave = digit();
+  const std::uint64_t ownOctave = isDigit(octave);
+  const bool usual = letter != 0 && own + two + 1 + sharp + dot + ownOctave == size;
+  const CodesWord note = letter + (kSharpWord & (0 - sharp)) + (kDotWord & (0 - dot)) +
+                         choose(own, kDurationWords[number & 127], defaults.duration) +
+                         choose(ownOctave, kOctaveWords[octave & 15], defaults.octave);
+  return usual ? note : 0;
+}
+
+// Fails as SplitText does where a section has too many items or one too long.
+void CheckItems(std::string_view section, std::size_t count) {
+  if (count > kMaxParts || section.size() > kMaxPosition) {
+    SplitText(section, ',');
+  }
 }
 
 std::int16_t ParseNotes(RTTTLMelody& melody, std::string_view section) {
-  const std::vector<std::string_view> items = SplitText(section, ',');
-  melody.Notes.Reserve(items.size());
-  std::string& texts = FreshNoteTexts(melody, section);
-  const std::string_view duration =
-      std::string_view(texts).substr(section.size(), melody.DefaultDuration.size());
-  const std::string_view octave =
-      std::string_view(texts).substr(section.size() + melody.DefaultDuration.size());
-  std::int16_t code = kParsed;
-  std::int16_t number = 0;
-  for (const std::string_view part : items) {
-    const auto offset = part.empty() ? 0 : part.data() - section.data();
-    std::span<char> item(texts.data() + offset, part.size());
-    const RTTTLNote note = ReadNote(item, duration, octave);
-    melody.Notes.Append(note);
-    ++number;
-    if (note.Note.empty()) {
-      code = number;
+  const auto count = static_cast<std::size_t>(std::ranges::count(section, ',')) + 1;
+  CheckItems(section, count);
+  const NoteCodes defaults = DefaultCodes(melody);
+  const DefaultWords defaultWords(defaults);
+  const std::span<NoteCodes> notes =
+      melody.Notes.Start(count, melody.DefaultDuration, melody.DefaultOctave);
+  std::size_t unread = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::uint64_t word = LoadWord(section);
+    std::size_t size = FindComma(word);
+    if (const CodesWord note = ReadUsualItem(word, size, defaultWords); note != 0) {
+      notes[i] = std::bit_cast<NoteCodes>(note);
+    } else {
+      if (i > 0 && section.starts_with(',')) {
+        notes[0] = defaults;  // as SplitText empties part 0
+      }
+      size = std::min(section.find(','), section.size());
+      std::string item = ToLower(section.substr(0, size));
+      notes[i] = ReadItem(item, defaults);
+      unread = notes[i].pitchSize == 0 ? i + 1 : unread;
     }
+    section.remove_prefix(std::min(size + 1, section.size()));
   }
-  return code;
+  return static_cast<std::int16_t>(unread);
 }
 
 void RefuseLong(std::string_view what, std::string_view value) {
@@ -156,42 +299,15 @@ void RefuseLong(std::string_view what, std::string_view value) {
   }
 }
 
-std::int16_t SectionsError(RTTTLMelody& melody) {
-  melody.Notes.Resize(1);
-  return kSectionsError;
-}
-
-std::int16_t ParseSections(RTTTLMelody& melody) {
-  ParseRTTTLHeader(melody);
-  if (melody.Text.ends_with(',')) {
-    melody.Text.pop_back();
-  }
-  std::erase(melody.Text, ' ');
-  const std::vector<std::string_view> sections = SplitText(melody.Text, ':');
-  if (sections.front().empty()) {
-    return SectionsError(melody);
-  }
-  return ParseNotes(melody, sections.back());
-}
-
-}  // namespace
-
-std::int16_t ParseRTTTL(RTTTLMelody& melody) {
-  const bool noFirstSection = melody.Text.empty() || melody.Text.front() == ':';
-  try {
-    return ParseSections(melody);
-  } catch (const RunTimeError&) {
-    return noFirstSection ? SectionsError(melody) : kParseFailure;
-  }
-}
-
-void ParseRTTTLHeader(RTTTLMelody& melody) {
+// Returns the length of name and header, their separators included.
+std::size_t ReadHeader(RTTTLMelody& melody) {
   const std::string_view text = melody.Text;
   melody.Name.clear();  // a text that names nothing does not go by the name of the melody before it
   const std::ptrdiff_t nameEnd = InStr16(text, ':');
   melody.Name = Left(text, nameEnd - 1);
   const std::string_view rest = Mid(text, nameEnd + 1);
-  std::string_view header = Left(rest, InStr16(rest, ':') - 1);
+  const std::ptrdiff_t headerEnd = InStr16(rest, ':');
+  std::string_view header = Left(rest, headerEnd - 1);
   std::ptrdiff_t comma = 0;
   do {
     comma = InStr16(header, ',');
@@ -205,13 +321,75 @@ void ParseRTTTLHeader(RTTTLMelody& melody) {
     }
     header = Mid(header, comma + 1);
   } while (comma > 0);
+  return static_cast<std::size_t>(nameEnd + headerEnd);
+}
+
+// Without a branch for each character: where the blanks are cannot be predicted.
+void EraseBlanks(std::string& text, std::size_t first) {
+  char* end = text.data() + first;
+  for (const char c : std::string_view(text).substr(first)) {
+    *end = c;
+    end += c == ' ' ? 0 : 1;
+  }
+  text.resize(static_cast<std::size_t>(end - text.data()));
+}
+
+std::int16_t SectionsError(RTTTLMelody& melody) {
+  melody.Notes.Resize(1);
+  return kSectionsError;
+}
+
+std::int16_t ParseSections(RTTTLMelody& melody) {
+  const std::size_t headerSize = ReadHeader(melody);
+  if (melody.Text.ends_with(',')) {
+    melody.Text.pop_back();
+  }
+  const std::size_t blank = melody.Text.find(' ');
+  if (blank != melody.Text.npos) {
+    EraseBlanks(melody.Text, blank);
+  }
+  const TextEnds sections = SplitEnds(melody.Text, ':');
+  if (sections.front.empty()) {
+    return SectionsError(melody);
+  }
+  const std::int16_t code = ParseNotes(melody, sections.back);
+  melody.ParsesAlike = code == kParsed && blank >= headerSize;
+  return code;
+}
+
+}  // namespace
+
+std::span<NoteCodes> NoteList::Start(std::size_t count, std::string_view defaultDuration,
+                                     std::string_view defaultOctave) {
+  read_.resize(count);
+  size_ = count;
+  defaultDuration_ = defaultDuration;
+  defaultOctave_ = defaultOctave;
+  return read_;
+}
+
+RTTTLNote NoteList::operator[](std::size_t index) const {
+  return index < read_.size() ? TextsOf(read_[index], defaultDuration_, defaultOctave_)
+                              : RTTTLNote{};
+}
+
+std::int16_t ParseRTTTL(RTTTLMelody& melody) {
+  melody.ParsesAlike = false;
+  const bool noFirstSection = melody.Text.empty() || melody.Text.front() == ':';
+  try {
+    return ParseSections(melody);
+  } catch (const RunTimeError&) {
+    return noFirstSection ? SectionsError(melody) : kParseFailure;
+  }
+}
+
+void ParseRTTTLHeader(RTTTLMelody& melody) {
+  ReadHeader(melody);
 }
 
 RTTTLNote ParseRTTTLNote(std::string& item, const RTTTLMelody& melody) {
-  std::span<char> characters(item);
-  RTTTLNote note = ReadNote(characters, melody.DefaultDuration, melody.DefaultOctave);
-  item.resize(characters.size());
-  return note;
+  return TextsOf(ReadItem(item, DefaultCodes(melody)), melody.DefaultDuration,
+                 melody.DefaultOctave);
 }
 
 void ShowRTTTLError(std::int16_t code) {
@@ -233,6 +411,9 @@ void CheckDefaults(const RTTTLMelody& melody) {
 }
 
 bool ParseOrReport(RTTTLMelody& melody) {
+  if (std::exchange(melody.SkipParse, false)) {
+    return true;
+  }
   const std::int16_t code = ParseRTTTL(melody);
   ShowRTTTLError(code);
   CheckDefaults(melody);

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "core/number.h"
 
 // The melody record and the parser of RTTTL: "name:d=4,o=5,b=63:8c#.6,p,…".
 namespace tonadex::core {
@@ -16,8 +19,8 @@ inline constexpr std::int16_t kParsed = 0;
 inline constexpr std::int16_t kSectionsError = 6666;  // the section before the first ":" is empty
 inline constexpr std::int16_t kParseFailure = 9999;  // separators missing, too many notes, overflow
 
-// One item of the notes section. The texts are views, valid until the record that parsed them (or
-// the last copy of it) is parsed again or destroyed.
+// One item of the notes section as texts; views, valid until the record that holds the note is
+// parsed again, moved or destroyed.
 struct RTTTLNote {
   std::string_view Duration;  // one or two digits 1 to 8, or the melody's DefaultDuration
   std::string_view Note;      // lower-case letter, then "#" when sharp; "p" is a pause; h is b;
@@ -28,12 +31,45 @@ struct RTTTLNote {
   friend bool operator==(const RTTTLNote&, const RTTTLNote&) = default;
 };
 
+// A note as NoteList stores it: numbers of one byte, because a parser that writes eight bytes per
+// note without looking back, and writers that index tables by them, have no text to search or copy.
+// The numbers hold for the defaults too; only a default's text is kept apart.
+struct NoteCodes {
+  static constexpr std::uint8_t kOther = 255;  // a default that is not a whole number up to 254
+  static constexpr std::uint8_t kNoLength = 6;
+
+  char letter = '\0';          // Note's first character
+  std::uint8_t pitchSize = 0;  // Note's length: 0, 1, or 2 with "#"
+  bool dotted = false;
+  std::uint8_t length = kNoLength;  // 0 to 5 for the Duration texts "1", "2", "4", "8", "16", "32"
+  std::uint8_t duration = 0;        // Duration as a number, 0 for ""
+  std::uint8_t octave = 0;          // Octave as a number, 0 for ""
+  bool ownDuration = true;          // not the melody's default
+  bool ownOctave = true;
+
+  constexpr bool IsSharp() const { return pitchSize == 2; }
+};
+
 // Only the exact pitch "p" is a pause ("p#" is an unknown letter).
 constexpr bool IsPause(const RTTTLNote& note) {
   return note.Note == "p";
 }
+constexpr bool IsPause(const NoteCodes& note) {
+  return note.letter == 'p' && note.pitchSize == 1;
+}
 
-// A dynamic array of notes, lower bound 0. Notes beyond those read are empty and take no memory, so
+// The phones' durations by NoteCodes::length, and NoteCodes::length by NoteCodes::duration.
+inline constexpr std::array<std::uint8_t, NoteCodes::kNoLength> kLengths = {1, 2, 4, 8, 16, 32};
+inline constexpr auto kLengthOf = [] {
+  std::array<std::uint8_t, 256> lengths{};
+  lengths.fill(NoteCodes::kNoLength);
+  for (std::uint8_t i = 0; i < kLengths.size(); ++i) {
+    lengths[kLengths[i]] = i;
+  }
+  return lengths;
+}();
+
+// The notes of a record, lower bound 0. Notes beyond those read are empty and take no memory, so
 // resetting a record to thousands of them costs nothing.
 class NoteList {
  public:
@@ -42,27 +78,46 @@ class NoteList {
     read_.clear();
     size_ = count;
   }
-  // Drops all notes and makes room for `count` to be appended.
-  void Reserve(std::size_t count) {
-    Resize(0);
-    read_.reserve(count);
-  }
-  // Must follow Reserve or another Append.
-  void Append(const RTTTLNote& note) {
-    read_.push_back(note);
-    size_ = read_.size();
-  }
-  RTTTLNote operator[](std::size_t index) const {
-    return index < read_.size() ? read_[index] : RTTTLNote{};
-  }
+  // Replaces all notes by `count` that the caller fills, and the texts of the defaults.
+  std::span<NoteCodes> Start(std::size_t count, std::string_view defaultDuration,
+                             std::string_view defaultOctave);
   std::size_t size() const { return size_; }
-  // The notes that were read: all of them after a parse with code 0.
-  auto begin() const { return read_.begin(); }
-  auto end() const { return read_.end(); }
+  RTTTLNote operator[](std::size_t index) const;
+
+  // The notes that were read, as texts or as codes: all of them after a parse with code 0.
+  struct Iterator {
+    using value_type = RTTTLNote;
+    using difference_type = std::ptrdiff_t;
+    RTTTLNote operator*() const { return (*notes)[index]; }
+    Iterator& operator++() {
+      ++index;
+      return *this;
+    }
+    Iterator operator++(int) { return {notes, index++}; }
+    bool operator==(const Iterator&) const = default;
+    const NoteList* notes = nullptr;
+    std::size_t index = 0;
+  };
+  Iterator begin() const { return {this, 0}; }
+  Iterator end() const { return {this, read_.size()}; }
+  std::span<const NoteCodes> Codes() const { return read_; }
+
+  // ToNumber of the note's Duration or Octave, with its errors; the octave also as ToInt16.
+  double Duration(const NoteCodes& note) const {
+    return note.duration != NoteCodes::kOther ? note.duration : ToNumber(defaultDuration_);
+  }
+  double Octave(const NoteCodes& note) const {
+    return note.octave != NoteCodes::kOther ? note.octave : ToNumber(defaultOctave_);
+  }
+  std::int16_t WholeOctave(const NoteCodes& note) const {
+    return note.octave != NoteCodes::kOther ? note.octave : ToInt16(ToNumber(defaultOctave_));
+  }
 
  private:
-  std::vector<RTTTLNote> read_;
+  std::vector<NoteCodes> read_;
   std::size_t size_ = 0;
+  std::string defaultDuration_;
+  std::string defaultOctave_;
 };
 
 // A melody. Header values stay text ("" when the melody has none) and the parser applies no
@@ -80,8 +135,10 @@ struct RTTTLMelody {
   std::string TempFolder;  // temporary folder with its trailing separator
   NoteList Notes;
 
-  // The buffer of the views in Notes; shared by copies of the record, never changed while shared.
-  std::shared_ptr<std::string> NoteTexts;
+  // Set by ParseRTTTL: parsing the unchanged record again would give the same.
+  bool ParsesAlike = false;
+  // Set by a caller that knows so: the next ParseOrReport resets it instead of parsing.
+  bool SkipParse = false;
 };
 
 // Parses melody.Text into the record and returns a result code; throws nothing but bad_alloc.
@@ -97,7 +154,7 @@ std::int16_t ParseRTTTL(RTTTLMelody& melody);
 void ParseRTTTLHeader(RTTTLMelody& melody);
 
 // Parses one item, lower case and without blanks; may drop a stray mark from `item`. The note's
-// texts are views of `item` and of the melody's defaults. An unreadable item gives an empty Note.
+// texts may be views of the melody's defaults. An unreadable item gives an empty Note.
 // Example: "8d#.6" gives 8, "d#", 6, dotted.
 RTTTLNote ParseRTTTLNote(std::string& item, const RTTTLMelody& melody);
 
@@ -109,7 +166,7 @@ void ShowRTTTLError(std::int16_t code);
 // DefaultOctave of more than 8 characters; the message quotes its beginning.
 void CheckDefaults(const RTTTLMelody& melody);
 
-// ParseRTTTL, ShowRTTTLError and CheckDefaults; true when the parse succeeded.
+// ParseRTTTL, ShowRTTTLError and CheckDefaults; true when the parse succeeded. See SkipParse.
 bool ParseOrReport(RTTTLMelody& melody);
 
 // Resets the record to its defaults: the built-in sample melody, instrument 99, tempo 63, duration

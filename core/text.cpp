@@ -10,8 +10,6 @@
 namespace tonadex::core {
 namespace {
 
-constexpr std::ptrdiff_t kMaxPosition16 = 32767;
-
 constexpr bool IsUpper(unsigned code) {
   return (code >= 'A' && code <= 'Z') || (code >= 0xC0 && code <= 0xDE && code != 0xD7);
 }
@@ -51,8 +49,9 @@ static_assert(kAccented.size() == kPlain.size());
 constexpr auto kFolded = [] {
   std::array<char, 256> table = kLower;
   for (char& c : table) {
-    const std::size_t at = kAccented.find(c);
-    c = at == kAccented.npos ? c : kPlain[at];
+    // Not find, which g++ 12 takes for no constant when sanitizers are on.
+    const auto at = std::ranges::find(kAccented, c) - kAccented.begin();
+    c = at == std::ssize(kAccented) ? c : kPlain[static_cast<std::size_t>(at)];
   }
   return table;
 }();
@@ -68,6 +67,24 @@ std::string Mapped(std::string_view text, const std::array<char, 256>& table) {
     c = table[Code(c)];
   }
   return mapped;
+}
+
+// Calls take(part) for each part in order; true when a later part empties part 0.
+template <typename Take>
+bool WalkParts(std::string_view text, char delimiter, Take take) {
+  bool emptied = false;
+  for (std::size_t count = 1;; ++count) {
+    const std::ptrdiff_t at = InStr16(text, delimiter);
+    if (count > kMaxParts) {
+      throw RunTimeError(ErrorNumber::kSubscript, "hay demasiadas partes en el texto");
+    }
+    emptied = emptied || (at == 1 && count > 1);
+    take(at == 0 ? text : Left(text, at - 1));
+    if (at == 0) {
+      return emptied;
+    }
+    text = Mid(text, at + 1);
+  }
 }
 
 }  // namespace
@@ -119,7 +136,7 @@ std::ptrdiff_t InStr(std::string_view text, std::string_view what, std::ptrdiff_
 
 std::ptrdiff_t InStr16(std::string_view text, char what) {
   const std::ptrdiff_t at = InStr(text, {&what, 1});
-  if (at > kMaxPosition16) {
+  if (at > static_cast<std::ptrdiff_t>(kMaxPosition)) {
     throw RunTimeError(ErrorNumber::kOverflow,
                        std::string(u8"el texto es demasiado largo entre separadores"_w));
   }
@@ -140,24 +157,20 @@ std::string_view Trim(std::string_view text) {
 
 std::vector<std::string_view> SplitText(std::string_view text, char delimiter) {
   std::vector<std::string_view> parts;
-  const auto add = [&parts](std::string_view part) {
-    if (parts.size() == kMaxParts) {
-      throw RunTimeError(ErrorNumber::kSubscript, "hay demasiadas partes en el texto");
-    }
-    parts.push_back(part);
-  };
-  while (true) {
-    const std::ptrdiff_t at = InStr16(text, delimiter);
-    if (at == 1 && !parts.empty()) {
-      parts.front() = {};
-    }
-    if (at == 0) {
-      add(text);
-      return parts;
-    }
-    add(Left(text, at - 1));
-    text = Mid(text, at + 1);
-  }
+  const bool emptied = WalkParts(text, delimiter, [&](auto part) { parts.push_back(part); });
+  parts.front() = emptied ? std::string_view() : parts.front();
+  return parts;
+}
+
+TextEnds SplitEnds(std::string_view text, char delimiter) {
+  TextEnds ends;
+  bool first = true;
+  const bool emptied = WalkParts(text, delimiter, [&](auto part) {
+    ends.front = std::exchange(first, false) ? part : ends.front;
+    ends.back = part;
+  });
+  ends.front = emptied ? std::string_view() : ends.front;
+  return ends;
 }
 
 const std::string& ReplaceAll(std::string& text, std::string_view what,

@@ -12,6 +12,8 @@ inline constexpr std::string_view kCrLf = "\r\n";
 
 // Maximum number of parts; SplitText throws beyond it.
 inline constexpr std::size_t kMaxParts = 5001;
+// The furthest position of a separator.
+inline constexpr std::size_t kMaxPosition = 32767;
 
 // Some characters of a text; an empty one marks a place.
 struct TextRange {
@@ -60,6 +62,13 @@ std::string_view Trim(std::string_view text);
 // Errors: subscript beyond kMaxParts parts, overflow for a delimiter further than 32767 characters
 // into the remaining text.
 std::vector<std::string_view> SplitText(std::string_view text, char delimiter);
+
+// The first and the last part of SplitText, which are one where the delimiter is missing; its
+// errors.
+struct TextEnds {
+  std::string_view front, back;
+};
+TextEnds SplitEnds(std::string_view text, char delimiter);
 
 // Replaces every occurrence in place, from left to right, in one pass; an empty `what` changes
 // nothing. Returns `text`.

@@ -1,6 +1,7 @@
 #include "core/windows1252.h"
 
-#include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 namespace tonadex::core {
 namespace {
@@ -42,9 +43,20 @@ Decoded DecodeOne(std::string_view bytes) {
   return {character, length};
 }
 
+// Nearly always the whole text, so eight characters are looked at together.
 std::string_view AsciiPrefix(std::string_view bytes) {
-  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-  return {bytes.begin(), std::ranges::find_if_not(bytes, isAscii)};
+  constexpr std::uint64_t kHighBits = 0x8080808080808080;
+  std::size_t at = 0;
+  for (std::uint64_t eight = 0; at + sizeof eight <= bytes.size(); at += sizeof eight) {
+    std::memcpy(&eight, bytes.data() + at, sizeof eight);
+    if ((eight & kHighBits) != 0) {
+      break;
+    }
+  }
+  while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80) {
+    ++at;
+  }
+  return bytes.substr(0, at);
 }
 
 // Appends a character above 0x7F as two or three bytes.
@@ -61,25 +73,33 @@ void AppendCharacter(std::string& utf8, char32_t character) {
 }  // namespace
 
 bool IsUtf8(std::string_view bytes) {
-  while (!bytes.empty()) {
+  for (;;) {
+    bytes.remove_prefix(AsciiPrefix(bytes).size());
+    if (bytes.empty()) {
+      return true;
+    }
     const Decoded next = DecodeOne(bytes);
     if (next.character == kMalformed) {
       return false;
     }
     bytes.remove_prefix(next.length);
   }
-  return true;
 }
 
 std::string FromUtf8(std::string_view utf8) {
   std::string text;
   text.reserve(utf8.size());
-  while (!utf8.empty()) {
+  for (;;) {
+    const std::string_view plain = AsciiPrefix(utf8);
+    text += plain;
+    utf8.remove_prefix(plain.size());
+    if (utf8.empty()) {
+      return text;
+    }
     const Decoded next = DecodeOne(utf8);
     text += FromUnicode(next.character);
     utf8.remove_prefix(next.length);
   }
-  return text;
 }
 
 std::string FromOutside(std::string_view bytes) {
@@ -106,7 +126,7 @@ std::string FromNative(const std::wstring& utf16) {
 
 void AppendUtf8(std::string& utf8, std::string_view text) {
   for (;;) {
-    const std::string_view plain = AsciiPrefix(text);  // nearly always the whole text
+    const std::string_view plain = AsciiPrefix(text);
     utf8 += plain;
     text.remove_prefix(plain.size());
     if (text.empty()) {

@@ -61,9 +61,7 @@ std::optional<SharedHead> ReadSharedHead(const std::filesystem::path& file, std:
   const system::File opened = system::OpenRegular(file, system::Links::kRefuse);
   const auto status = opened.Status();
   auto bytes = ReadUpTo(opened, maxBytes);
-  return status && bytes
-             ? std::optional(SharedHead{std::move(*bytes), status->size, status->modified})
-             : std::nullopt;
+  return status && bytes ? std::optional(SharedHead{std::move(*bytes), *status}) : std::nullopt;
 }
 
 std::optional<std::string> ReadShared(const std::filesystem::path& file, std::size_t maxBytes) {

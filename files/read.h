@@ -1,11 +1,12 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <istream>
 #include <optional>
 #include <string>
+
+#include "files/list.h"
 
 // Bounded reading of files. A path is read only when it names a regular file: a named pipe or a
 // device counts as unreadable, because reading it could block.
@@ -24,8 +25,7 @@ std::optional<std::string> ReadWhole(const std::filesystem::path& file,
 // The start of a file that others may change meanwhile; symbolic links are not followed.
 struct SharedHead {
   std::string bytes;
-  std::uintmax_t size = 0;    // of the whole file, in bytes
-  std::int64_t modified = 0;  // a time stamp, later ones are larger
+  FileStatus status;  // before it was read
 };
 std::optional<SharedHead> ReadSharedHead(const std::filesystem::path& file, std::size_t maxBytes);
 // A whole file; nullopt also when it changed while it was read.

@@ -8,15 +8,10 @@
 #include <system_error>
 #include <utility>
 
+#include "files/list.h"
+
 // The operating system calls of this folder; not used outside it.
 namespace tonadex::files::system {
-
-// Serves to compare two looks at one file.
-struct FileStatus {
-  std::uintmax_t size = 0;    // bytes
-  std::int64_t modified = 0;  // a time stamp in the system's own units
-  bool operator==(const FileStatus&) const = default;
-};
 
 // An open file, closed at the end of the scope.
 class File {

@@ -1,14 +1,13 @@
 #include "files/write.h"
 
-#include <algorithm>
 #include <fstream>
 #include <random>
 #include <string>
-#include <vector>
 
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
+#include "files/read.h"
 
 namespace tonadex::files {
 namespace {
@@ -33,12 +32,8 @@ std::string TemporaryName() {
   return name;
 }
 
-bool IsTemporaryName(const fs::path& path) {
-  if (path.native().size() != kPrefix.size() + kDigits) {
-    return false;  // spares the conversion in folders of many files
-  }
-  const std::string name = TextFromPath(path);
-  return name.starts_with(kPrefix) &&
+bool IsTemporaryName(std::string_view name) {
+  return name.size() == kPrefix.size() + kDigits && name.starts_with(kPrefix) &&
          name.find_first_not_of(kHexDigits, kPrefix.size()) == std::string::npos;
 }
 
@@ -136,6 +131,51 @@ CreateResult Create(const fs::path& file, std::string_view bytes, Durability dur
   return temporary.Write(bytes) ? temporary.Create(durability) : CreateResult::kFailed;
 }
 
+CreateResult MoveToNewName(const fs::path& from, const fs::path& to) {
+  std::error_code failure;
+  if (!system::MoveToNewName(from, to, true, failure)) {
+    return failure == std::errc::file_exists ? CreateResult::kExists : CreateResult::kFailed;
+  }
+  if (fs::exists(fs::symlink_status(from, failure)) && !fs::remove(from, failure)) {
+    fs::remove(to, failure);
+    return CreateResult::kFailed;
+  }
+  return CreateResult::kCreated;
+}
+
+std::optional<fs::path> MakeUnderFreeName(const fs::path& file, const Make& make) {
+  constexpr int kMostTries = 10'000;
+  for (int i = 1; i <= kMostTries; ++i) {
+    fs::path name = file;
+    if (i > 1) {
+      fs::path stem = file.stem();
+      name.replace_filename((stem += " " + std::to_string(i)) += file.extension());
+    }
+    if (const CreateResult result = make(name); result != CreateResult::kExists) {
+      return result == CreateResult::kCreated ? std::optional(name) : std::nullopt;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<fs::path> MoveInto(const fs::path& folder, const fs::path& file) {
+  std::error_code ignored;  // a missing folder shows in the next step
+  fs::create_directories(folder, ignored);
+  return MakeUnderFreeName(folder / file.filename(),
+                           [&](const fs::path& to) { return MoveToNewName(file, to); });
+}
+
+std::optional<fs::path> CopyInto(const fs::path& folder, const fs::path& file) {
+  const std::optional<std::string> bytes = ReadWhole(file);
+  if (!bytes) {
+    return std::nullopt;
+  }
+  std::error_code ignored;
+  fs::create_directories(folder, ignored);
+  return MakeUnderFreeName(folder / file.filename(),
+                           [&](const fs::path& to) { return Create(to, *bytes); });
+}
+
 void WriteBytes(const fs::path& file, std::string_view bytes) {
   if (!WriteNamed(file, bytes)) {
     throw core::RunTimeError(core::ErrorNumber::kDeviceFailure,
@@ -144,16 +184,17 @@ void WriteBytes(const fs::path& file, std::string_view bytes) {
   }
 }
 
-void RemoveTemporaryFiles(const fs::path& folder) {
-  std::error_code failure;
-  std::vector<fs::path> found;
-  for (fs::directory_iterator at(folder, failure), end; !failure && at != end;
-       at.increment(failure)) {
-    if (IsTemporaryName(at->path().filename())) {
-      found.push_back(at->path());
+void RemoveTemporaryFiles(const fs::path& folder, std::string_view oldPrefix) {
+  try {
+    const auto isLeftOver = [oldPrefix](std::string_view name) {
+      return IsTemporaryName(name) || (!oldPrefix.empty() && name.starts_with(oldPrefix));
+    };
+    for (const ListedFile& file : ListFiles(folder, isLeftOver)) {
+      system::RemoveUnlocked(folder / PathFromText(file.name));
     }
+  } catch (const fs::filesystem_error&) {
+    // Without the folder there is none.
   }
-  std::ranges::for_each(found, system::RemoveUnlocked);
 }
 
 }  // namespace tonadex::files

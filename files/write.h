@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -33,13 +35,30 @@ bool Replace(const std::filesystem::path& file, std::string_view bytes,
 CreateResult Create(const std::filesystem::path& file, std::string_view bytes,
                     Durability durability = Durability::kDisk);
 
+// Moves a file to a name on the same disk, also in another folder; never replaces one.
+CreateResult MoveToNewName(const std::filesystem::path& from, const std::filesystem::path& to);
+
+// Makes a file under a name that is free: tries the name itself, then "stem 2.extension" and so on
+// as long as `make` gives kExists. The file, or nothing where it failed.
+using Make = std::function<CreateResult(const std::filesystem::path& file)>;
+std::optional<std::filesystem::path> MakeUnderFreeName(const std::filesystem::path& file,
+                                                       const Make& make);
+
+// Puts a file, or a copy of it, into a folder that is made when it is missing, under a free name.
+// Where it lies now, or nothing: then the file is where it was.
+std::optional<std::filesystem::path> MoveInto(const std::filesystem::path& folder,
+                                              const std::filesystem::path& file);
+std::optional<std::filesystem::path> CopyInto(const std::filesystem::path& folder,
+                                              const std::filesystem::path& file);
+
 // As Replace, for a file that the user named: writes in place to devices, to pipes and to a
 // writable file in a folder that is not writable. Errors: device failure.
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);
 
 // Removes the temporary files that killed programs left in the folder, but none that a running
-// program is still writing.
-void RemoveTemporaryFiles(const std::filesystem::path& folder);
+// program is still writing; with them the files whose names begin with `oldPrefix`, where it is not
+// empty.
+void RemoveTemporaryFiles(const std::filesystem::path& folder, std::string_view oldPrefix = {});
 
 // The temporary file behind the functions above, for content that a library writes to a path. It
 // has an unguessable hidden name in the target's folder and is removed at the end of the scope.

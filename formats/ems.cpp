@@ -1,7 +1,6 @@
 #include "formats/ems.h"
 
 #include <algorithm>
-#include <array>
 
 #include "core/number.h"
 #include "core/text.h"
@@ -25,19 +24,13 @@ constexpr std::string_view kFinding = "ERROR: La nota # ";
 constexpr std::string_view kBadDuration = u8" no tiene una duración válida"_w;
 constexpr std::string_view kBadDigit = " no tiene una duracion valida.";  // without accents
 
-struct Length {
-  std::string_view duration;
-  bool isLong;
-};
-
-constexpr std::array kLengths = std::to_array<Length>(
-    {{"1", true}, {"2", true}, {"4", true}, {"8", false}, {"16", false}, {"32", false}});
+constexpr std::uint8_t kFirstShort = 3;  // NoteCodes::length of an eighth
 
 bool IsOutOfRange(double octave) {
   return octave > kHighestOctave || octave < kLowestOctave;
 }
 
-void AppendEMelodyNote(const core::RTTTLNote& note, bool isLong, bool high, std::string& text) {
+void AppendEMelodyNote(const core::NoteCodes& note, bool isLong, bool high, std::string& text) {
   if (core::IsPause(note)) {
     text += isLong ? "pp" : "p";
     return;
@@ -45,24 +38,24 @@ void AppendEMelodyNote(const core::RTTTLNote& note, bool isLong, bool high, std:
   if (high) {
     text += '+';
   }
-  if (note.Note.ends_with('#')) {
+  if (note.IsSharp()) {
     text += '#';
   }
-  const char letter = note.Note.front();
+  const char letter = note.letter;
   text += isLong ? core::ToUpper(letter) : letter;
 }
 
-void AppendIMelodyNote(const core::RTTTLNote& note, double octave, std::int16_t baseOctave,
+void AppendIMelodyNote(const core::NoteCodes& note, double octave, std::int16_t baseOctave,
                        std::string_view digit, std::string& text) {
   const double clamped = std::clamp<double>(octave, baseOctave, baseOctave + kOctaveSpan);
   const int written = kLowestIMelody + core::ToInt16(clamped) - baseOctave;
   if (written != kLowestIMelody) {
     text.append("*").append(std::to_string(written));
   }
-  if (note.Note.ends_with('#')) {
+  if (note.IsSharp()) {
     text += '#';
   }
-  text += note.Note.front();
+  text += note.letter;
   text += digit;
 }
 
@@ -75,15 +68,15 @@ std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
   std::string_view digit;
   std::string_view rest;
   std::size_t number = 0;
-  for (const core::RTTTLNote& note : melody.Notes) {
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
     ++number;
-    const std::string_view known = IMelodyDigit(note.Duration);
-    if (known.empty()) {
+    const IMelodyDuration known = IMelodyDurationOf(note);
+    if (known.digit.empty()) {
       AppendNoteWarning(warnings, kFinding, number, kBadDigit);
     } else {
-      digit = known;
+      digit = known.digit;
     }
-    const double octave = core::ToNumber(note.Octave);
+    const double octave = melody.Notes.Octave(note);
     if (IsOutOfRange(octave)) {
       AppendNoteWarning(warnings, kFinding, number,
                         u8" está fuera del rango de octavas permitido."_w);
@@ -94,14 +87,14 @@ std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
     }
     if (!core::IsPause(note)) {
       AppendIMelodyNote(note, octave, baseOctave, digit, text);
-    } else if (known.empty()) {
+    } else if (known.digit.empty()) {
       AppendNoteWarning(warnings, kFinding, number, kBadDuration);
       text += rest;
     } else {
-      rest = IMelodyRest(note.Duration);
+      rest = known.rest;
       text += rest;
     }
-    if (note.Dotted) {
+    if (note.dotted) {
       text += '.';
     }
   }
@@ -119,15 +112,14 @@ std::string EMelodyText(core::RTTTLMelody& melody, std::string& warnings, std::i
   text.reserve(text.size() + melody.Notes.size() * 3);
   bool isLong = false;
   std::size_t number = 0;
-  for (const core::RTTTLNote& note : melody.Notes) {
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
     ++number;
-    const auto length = std::ranges::find(kLengths, note.Duration, &Length::duration);
-    if (length == kLengths.end()) {
+    if (note.length == core::NoteCodes::kNoLength) {
       AppendNoteWarning(warnings, kFinding, number, kBadDuration);
     } else {
-      isLong = length->isLong;
+      isLong = note.length < kFirstShort;
     }
-    const double octave = core::ToNumber(note.Octave);
+    const double octave = melody.Notes.Octave(note);
     if (IsOutOfRange(octave)) {
       AppendNoteWarning(warnings, kFinding, number,
                         u8" está fuera del rango de octavas permitido"_w);

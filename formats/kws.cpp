@@ -1,6 +1,7 @@
 #include "formats/kws.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <vector>
 
@@ -36,10 +37,10 @@ struct Entry {
   throw core::RunTimeError(core::ErrorNumber::kOverflow, std::string(what));
 }
 
-unsigned char NoteByte(const core::RTTTLNote& note) {
-  const int octave = core::ToInt16(core::ToNumber(note.Octave));
+unsigned char NoteByte(const core::NoteList& notes, const core::NoteCodes& note) {
+  const int octave = notes.WholeOctave(note);
   const int number =
-      (octave - kLowestOctave) * kSemitones + Semitone(note.Note).value_or(0) + kLowestNote;
+      (octave - kLowestOctave) * kSemitones + std::max(SemitoneOf(note), 0) + kLowestNote;
   if (number > std::numeric_limits<unsigned char>::max()) {
     ThrowOutOfRange(u8"una nota está por encima de lo que permite el formato KWS"_w);
   }
@@ -54,29 +55,48 @@ std::int32_t LengthMs(double duration, double tempo, bool dotted) {
   return ms;
 }
 
-bool LiesTooLow(const core::RTTTLMelody& melody) {
-  for (const core::RTTTLNote& note : melody.Notes) {
-    if (!core::IsPause(note) && core::ToNumber(note.Octave) < kLowestOctave) {
-      return true;
+// The length of each duration, plain and dotted, computed when a note first needs it.
+class Lengths {
+ public:
+  explicit Lengths(std::string_view tempo) : tempo_(tempo) {}
+
+  // `length` is a phone's duration, as NoteCodes::length.
+  std::int32_t operator()(std::uint8_t length, bool dotted) {
+    std::optional<std::int32_t>& ms = ms_[length][dotted ? 1 : 0];
+    if (!ms) {
+      ms = LengthMs(core::kLengths[length], ToTempo(tempo_), dotted);
     }
+    return *ms;
   }
-  return false;
+
+ private:
+  std::string_view tempo_;
+  std::array<std::array<std::optional<std::int32_t>, 2>, core::kLengths.size()> ms_{};
+};
+
+bool LiesTooLow(const core::NoteList& notes) {
+  return std::ranges::any_of(notes.Codes(), [&](const core::NoteCodes& note) {
+    return !core::IsPause(note) && notes.Octave(note) < kLowestOctave;
+  });
 }
 
 // One entry for each run of equal notes or of pauses; its duration is not limited yet.
 std::vector<Entry> MergedEntries(const core::RTTTLMelody& melody, std::string& warnings) {
   std::vector<Entry> entries;
+  entries.reserve(melody.Notes.size());
+  Lengths lengths(melody.Beats);
   std::size_t number = 0;
-  for (const core::RTTTLNote& note : melody.Notes) {
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
     ++number;
-    const double duration = core::ToNumber(note.Duration);
-    if (!IsPhoneDuration(duration)) {
+    melody.Notes.Duration(note);  // fails for a duration that is not a number
+    const std::uint8_t length = core::kLengthOf[note.duration];
+    if (length == core::NoteCodes::kNoLength) {
       AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
       continue;
     }
-    const std::int32_t ms = LengthMs(duration, ToTempo(melody.Beats), note.Dotted);
-    const Entry entry =
-        core::IsPause(note) ? Entry{0, kPauseKind, ms} : Entry{NoteByte(note), kNoteKind, ms};
+    const std::int32_t ms = lengths(length, note.dotted);
+    const Entry entry = core::IsPause(note) ? Entry{0, kPauseKind, ms}
+                                            : Entry{NoteByte(melody.Notes, note), kNoteKind, ms};
     if (!entries.empty() && entries.back().note == entry.note &&
         entries.back().kind == entry.kind) {
       entries.back().ms += ms;
@@ -96,14 +116,15 @@ void AppendWord(std::size_t number, std::string& bytes) {
 void AppendEntry(unsigned char note, unsigned char kind, std::int64_t ms, std::string& bytes) {
   const auto word = static_cast<std::uint16_t>(ms);
   const auto high = static_cast<unsigned>(word >> 8);
-  bytes += static_cast<char>(note);
-  bytes += static_cast<char>(kind);
-  bytes += static_cast<char>((word & 0xFFu) ^ ((high << 1) & 0xFFu));
-  bytes += static_cast<char>(high);
+  const char entry[kEntrySize] = {static_cast<char>(note), static_cast<char>(kind),
+                                  static_cast<char>((word & 0xFFu) ^ ((high << 1) & 0xFFu)),
+                                  static_cast<char>(high)};
+  bytes.append(entry, kEntrySize);
 }
 
 std::string EntryBytes(const std::vector<Entry>& entries) {
   std::string bytes;
+  bytes.reserve(entries.size() * kEntrySize);
   for (const Entry& entry : entries) {
     std::int64_t rest = entry.ms;
     do {
@@ -121,7 +142,7 @@ std::string EntryBytes(const std::vector<Entry>& entries) {
 }  // namespace
 
 std::optional<std::string> KwsBytes(const core::RTTTLMelody& melody, std::string& warnings) {
-  if (LiesTooLow(melody)) {
+  if (LiesTooLow(melody.Notes)) {
     return std::nullopt;
   }
   const std::string entries = EntryBytes(MergedEntries(melody, warnings));

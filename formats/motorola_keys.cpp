@@ -9,6 +9,7 @@
 #include "formats/imelody_notation.h"
 #include "formats/note_length.h"
 #include "formats/octave_band.h"
+#include "formats/pieces.h"
 
 namespace tonadex::formats {
 namespace {
@@ -36,13 +37,15 @@ constexpr std::array kLetterKeys = std::to_array<LetterKey>({
     {'p', '4', 2},
 });
 
-struct DurationCode {
-  std::string_view duration;
-  double code;
-};
+// By NoteCodes::length.
+constexpr auto kRests = [] {
+  std::array<Piece, kIMelodyDurations.size()> rests;
+  std::ranges::transform(kIMelodyDurations, rests.begin(), &IMelodyDuration::rest);
+  return rests;
+}();
 
-constexpr std::array kDurationCodes =
-    std::to_array<DurationCode>({{"32", 1}, {"16", 1}, {"8", 2}, {"4", 2}, {"2", 3}, {"1", 3}});
+// By NoteCodes::length.
+constexpr std::array<double, core::kLengths.size()> kDurationCodes = {3, 3, 2, 2, 1, 1};
 
 constexpr std::string_view kKeysInstruction =
     u8"Introduce la melodia en tu móvil pulsando las teclas indicadas.\r\n\r\n"
@@ -54,29 +57,29 @@ constexpr std::string_view kIMelodyInstruction =
 
 // What the phone's composer remembers from note to note.
 struct Composer {
-  int octave = 2;
+  std::size_t octave = 2;
   double durationCode = 1;
   LetterKey letter{'\0', '\0', 0};  // the last known one
 };
 
 // An unknown duration is its own code ("64" is 64): deliberate.
-double CodeOf(std::string_view duration) {
-  const auto found = std::ranges::find(kDurationCodes, duration, &DurationCode::duration);
-  return found == kDurationCodes.end() ? core::ToNumber(duration) : found->code;
+double CodeOf(const core::NoteList& notes, const core::NoteCodes& note) {
+  return note.length < kDurationCodes.size() ? kDurationCodes[note.length] : notes.Duration(note);
 }
 
-void AppendGroup(const core::RTTTLNote& note, int octave, Composer& phone, std::string& keys) {
+void AppendGroup(const core::NoteList& notes, const core::NoteCodes& note, std::size_t octave,
+                 Composer& phone, std::string& keys) {
   if (octave != phone.octave) {
-    keys.append(static_cast<std::size_t>(octave), '1');
+    keys.append(octave, '1');
     phone.octave = octave;
   }
-  const auto found = std::ranges::find(kLetterKeys, note.Note.front(), &LetterKey::letter);
+  const auto found = std::ranges::find(kLetterKeys, note.letter, &LetterKey::letter);
   phone.letter = found == kLetterKeys.end() ? phone.letter : *found;
   keys.append(phone.letter.presses, phone.letter.key);
-  if (note.Note.ends_with('#')) {
+  if (note.IsSharp()) {
     keys += '7';
   }
-  const double code = CodeOf(note.Duration);
+  const double code = CodeOf(notes, note);
   if (code != phone.durationCode) {
     keys.append(static_cast<std::size_t>(std::max<std::int16_t>(core::ToInt16(code), 0)), '0');
     phone.durationCode = code;
@@ -86,22 +89,35 @@ void AppendGroup(const core::RTTTLNote& note, int octave, Composer& phone, std::
 
 // base, base + 1 and base + 2 are written 3, 4 and 5, but base + 3 is written as the melody's
 // octave: kept, because stored conversions and phones depend on it.
-int WrittenOctave(std::string_view octave, std::int16_t base) {
-  const double clamped = std::clamp<double>(core::ToNumber(octave), base, base + kOctaveSpan);
+int WrittenOctave(double octave, std::int16_t base) {
+  const double clamped = std::clamp<double>(octave, base, base + kOctaveSpan);
   const int above = core::ToInt16(clamped) - base;
   return above == kOctaveSpan ? base + above : kWrittenOctave + above;
 }
 
-}  // namespace
+// "*" and the written octave, made when a note first needs it. A note's own octave is at most 8;
+// the melody's default may be any number.
+class OctaveMarks {
+ public:
+  OctaveMarks(const core::NoteList& notes, std::int16_t base) : notes_(notes), base_(base) {}
 
-IMelodyNote ToIMelodyNote(const core::RTTTLNote& note, std::string_view beats) {
-  // For a dotted band DurationForLength appends "." to the pitch: that dot is never written, and
-  // it hides a sharp. Kept, because phones have always received it so.
-  std::string pitch(note.Note);
-  const std::string_view duration =
-      DurationForLength(NoteLengthMs(note.Duration, beats, note.Dotted), pitch);
-  return {duration, core::Contains(pitch, "p"), pitch.ends_with('#')};
-}
+  const Piece& operator[](const core::NoteCodes& note) {
+    Piece& mark = marks_[std::min<std::size_t>(note.octave, marks_.size() - 1)];
+    if (mark.size == 0) {
+      mark = Piece("*" + std::to_string(WrittenOctave(notes_.Octave(note), base_)));
+    }
+    return mark;
+  }
+
+ private:
+  const core::NoteList& notes_;
+  std::int16_t base_;
+  std::array<Piece, 10> marks_{};
+};
+
+constexpr std::size_t kMostKeys = 12;  // "*-12345#c0."
+
+}  // namespace
 
 std::string MotorolaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
                                std::int16_t baseOctave) {
@@ -112,8 +128,8 @@ std::string MotorolaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
   std::string keys;
   keys.reserve(melody.Notes.size() * 6);
   Composer phone;
-  for (const core::RTTTLNote& note : melody.Notes) {
-    AppendGroup(note, OctaveBand(note, base) + 1, phone, keys);
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
+    AppendGroup(melody.Notes, note, OctaveBand(melody.Notes.Octave(note), base) + 1, phone, keys);
   }
   warnings = kKeysInstruction;
   return keys;
@@ -126,23 +142,26 @@ std::string MotorolaIMelodyKeys(core::RTTTLMelody& melody, std::string& warnings
   }
   const std::int16_t base = BaseOctave(baseOctave, kDefaultBaseOctave);
   warnings = std::string(kIMelodyInstruction) + melody.Beats + " a 125.\r\n";
-  std::string keys;
-  keys.reserve(melody.Notes.size() * 6);
-  for (const core::RTTTLNote& note : melody.Notes) {
-    const auto [duration, pause, sharp] = ToIMelodyNote(note, melody.Beats);
-    if (pause) {
-      keys += IMelodyRest(duration);
+  std::string text;
+  PieceWriter keys(text, melody.Notes.size() * kMostKeys);
+  OctaveMarks octaves(melody.Notes, base);
+  Tempo125Bands bands(melody.Beats);
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
+    // A band's own dot is never written, and it hides a sharp. Kept, because phones have always
+    // received it so.
+    const Band& band = bands[note];
+    if (note.letter == 'p') {
+      keys.Put(kRests[band.length]);
     } else {
-      keys.append("*").append(std::to_string(WrittenOctave(note.Octave, base)));
-      keys += sharp ? "#" : "";
-      keys += note.Note.front();
-      keys += IMelodyDigit(duration);
+      keys.Put(octaves[note]);
+      keys.Put('#', note.IsSharp() && !band.dotted);
+      keys.Put(note.letter);
+      keys.Put(static_cast<char>('0' + band.length));
     }
-    if (note.Dotted) {
-      keys += '.';
-    }
+    keys.Put('.', note.dotted);
   }
-  return keys;
+  keys.End(text);
+  return text;
 }
 
 }  // namespace tonadex::formats

@@ -22,12 +22,4 @@ std::string MotorolaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
 std::string MotorolaIMelodyKeys(core::RTTTLMelody& melody, std::string& warnings,
                                 std::int16_t baseOctave);
 
-// A note as MotorolaIMelodyKeys writes it, its letter, octave and dot apart.
-struct IMelodyNote {
-  std::string_view duration;  // at tempo 125
-  bool pause, sharp;
-};
-// Errors: those of NoteLengthMs.
-IMelodyNote ToIMelodyNote(const core::RTTTLNote& note, std::string_view beats);
-
 }  // namespace tonadex::formats

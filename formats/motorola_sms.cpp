@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/number.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/octave_band.h"
@@ -28,14 +29,14 @@ constexpr std::array<std::string_view, 3> kOctaveMarks = {"-", "", "+"};
 // Position + 1 is the digit of the duration.
 constexpr std::array<std::string_view, 6> kDurations = {"32", "16", "8", "4", "2", "1"};
 
-void AppendToken(const core::RTTTLNote& note, int octaveBand, std::string& tokens) {
+void AppendToken(const core::RTTTLNote& note, std::size_t octaveBand, std::string& tokens) {
   if (core::IsPause(note)) {
     tokens += 'R';
   } else {
     for (const char c : note.Note) {
       tokens += core::ToUpper(c);
     }
-    tokens += kOctaveMarks[static_cast<std::size_t>(octaveBand)];
+    tokens += kOctaveMarks[octaveBand];
   }
   const auto duration = std::ranges::find(kDurations, note.Duration);
   if (duration != kDurations.end()) {
@@ -70,7 +71,7 @@ std::string MotorolaSmsText(core::RTTTLMelody& melody, std::string& warnings,
       break;
     }
     ++count;
-    AppendToken(note, OctaveBand(note, base), tokens);
+    AppendToken(note, OctaveBand(core::ToNumber(note.Octave), base), tokens);
   }
   if (count == kMaxNotes) {  // warns for exactly 35 notes too: deliberate
     warnings += kTooLong;

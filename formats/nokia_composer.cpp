@@ -1,5 +1,6 @@
 #include "formats/nokia_composer.h"
 
+#include "core/number.h"
 #include "core/windows1252.h"
 #include "formats/note_warning.h"
 #include "formats/octave_band.h"
@@ -15,7 +16,7 @@ constexpr std::size_t kTokenSize = 7;  // "32.#c1 "
 
 }  // namespace
 
-void AppendComposerNote(const core::RTTTLNote& note, int octave, std::string& text) {
+void AppendComposerNote(const core::RTTTLNote& note, std::size_t octave, std::string& text) {
   text += note.Duration;
   if (note.Dotted) {
     text += '.';  // written for a pause too: "4.-"
@@ -45,16 +46,12 @@ std::string NokiaComposerText(core::RTTTLMelody& melody, std::string& warnings,
   std::size_t number = 0;
   for (const core::RTTTLNote& note : melody.Notes) {
     ++number;
-    const int octave = OctaveBand(note, baseOctave) + 1;
+    const std::size_t octave = OctaveBand(core::ToNumber(note.Octave), baseOctave) + 1;
     if (core::IsPause(note) && note.Dotted) {
       AppendNoteWarning(warnings, "ERROR: La nota #", number, " - . no se permite en pausa");
     }
     AppendComposerNote(note, octave, text);
     text += ' ';
-    // Cannot happen while OctaveBand returns 0 to 2.
-    if (!core::IsPause(note) && (octave < 1 || octave > 3)) {
-      AppendNoteWarning(warnings, "La nota #", number, u8" - está fuera del rango de octavas."_w);
-    }
   }
   return text;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -16,6 +17,6 @@ std::string NokiaComposerText(core::RTTTLMelody& melody, std::string& warnings,
                               std::int16_t baseOctave);
 
 // Appends one note without the blank: "8#c2". `octave` is the digit.
-void AppendComposerNote(const core::RTTTLNote& note, int octave, std::string& text);
+void AppendComposerNote(const core::RTTTLNote& note, std::size_t octave, std::string& text);
 
 }  // namespace tonadex::formats

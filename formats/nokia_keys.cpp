@@ -1,15 +1,13 @@
 #include "formats/nokia_keys.h"
 
-#include <algorithm>
 #include <array>
-#include <cstdlib>
+#include <utility>
 
-#include "core/number.h"
-#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/note_warning.h"
 #include "formats/number_keys.h"
 #include "formats/octave_band.h"
+#include "formats/pieces.h"
 
 namespace tonadex::formats {
 namespace {
@@ -26,48 +24,50 @@ constexpr std::string_view kIntroduction =
     u8"Los espacios sólo sirven para facilitar la lectura, no debes introducirlos en tu móvil\r\n"_w;
 constexpr std::string_view kTooLong = u8"ERROR: La melodia excede el máximo de 50 notas\r\n"_w;
 
-// Each press of "8" goes one level up, each "9" one down.
-constexpr std::array<std::string_view, 6> kDurationLevels = {"1", "2", "4", "8", "16", "32"};
+constexpr std::size_t kLevels = core::NoteCodes::kNoLength;
+constexpr std::size_t kBands = 3;
+constexpr std::size_t kMostKeys = 12;  // "(1)88888#** "
+
+// Presses that lead from one duration to another: each "8" makes it half as long, "9" twice.
+constexpr auto kDurationKeys = [] {
+  std::array<std::array<Piece, kLevels>, kLevels> keys;
+  for (std::size_t from = 0; from < kLevels; ++from) {
+    for (std::size_t to = 0; to < kLevels; ++to) {
+      keys[from][to] = to > from ? std::string_view("88888").substr(0, to - from)
+                                 : std::string_view("99999").substr(0, from - to);
+    }
+  }
+  return keys;
+}();
+
+// "*" cycles through the three octaves.
+constexpr std::array<std::array<Piece, kBands>, kBands> kOctaveKeys = {
+    {{"", "*", "**"}, {"**", "", "*"}, {"*", "**", ""}}};
 
 // What the phone's composer remembers from note to note.
 struct Composer {
-  int noteLevel = 3;      // of the last note or pause with a known duration
-  int durationLevel = 3;  // the phone's own: a quarter at first
-  int octaveLevel = 1;
+  std::size_t noteLevel = 2;      // of the last note or pause with a known duration
+  std::size_t durationLevel = 2;  // the phone's own: a quarter at first
+  std::size_t octave = 0;
   char key = '\0';  // of the last note with a known letter
 };
 
-// 1 to 6, 0 for an unknown duration.
-int DurationLevel(std::string_view duration) {
-  const auto found = std::ranges::find(kDurationLevels, duration);
-  return found == kDurationLevels.end() ? 0 : static_cast<int>(found - kDurationLevels.begin()) + 1;
-}
-
-void AppendDurationKeys(int from, int to, std::string& keys) {
-  keys.append(static_cast<std::size_t>(std::abs(to - from)), to > from ? '8' : '9');
-}
-
-// "*" cycles through the octaves 1, 2, 3.
-void AppendOctaveKeys(int from, int to, std::string& keys) {
-  keys.append(static_cast<std::size_t>(to >= from ? to - from : 3 - from + to), '*');
-}
-
-void AppendNote(const core::RTTTLNote& note, int octaveLevel, Composer& phone, std::string& keys) {
-  const char key = NoteKey(note.Note.front());
+// After a pause the phone is back at the duration before it.
+void PutNote(const core::NoteCodes& note, std::size_t octave, Composer& phone, PieceWriter& keys) {
+  const bool pause = core::IsPause(note);
+  const char key = NoteKey(note.letter);
   phone.key = key == '\0' ? phone.key : key;
-  const std::string_view written(&phone.key, phone.key == '\0' ? 0 : 1);
-  if (note.Dotted) {
-    keys.append("(").append(written).append(")");
-  } else {
-    keys += written;
-  }
-  AppendDurationKeys(phone.durationLevel, phone.noteLevel, keys);
-  phone.durationLevel = phone.noteLevel;
-  if (core::Contains(note.Note, "#")) {
-    keys += '#';
-  }
-  AppendOctaveKeys(phone.octaveLevel, octaveLevel, keys);
-  phone.octaveLevel = octaveLevel;
+  const char written = pause ? '0' : phone.key;
+  const bool held = note.dotted && !pause;
+  keys.Put('(', held);
+  keys.Put(written, written != '\0');
+  keys.Put(')', held);
+  keys.Put(kDurationKeys[phone.durationLevel][phone.noteLevel]);
+  keys.Put('#', note.IsSharp());
+  phone.durationLevel = pause ? phone.durationLevel : phone.noteLevel;
+  const std::size_t before = std::exchange(phone.octave, pause ? phone.octave : octave);
+  keys.Put(kOctaveKeys[before][phone.octave]);
+  keys.Put(' ');
 }
 
 }  // namespace
@@ -81,34 +81,26 @@ std::string NokiaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
   if (melody.Notes.size() > kMaxNotes) {
     warnings += kTooLong;
   }
-  std::string keys;
-  keys.reserve(melody.Notes.size() * 4);
+  std::string text;
+  PieceWriter keys(text, melody.Notes.size() * kMostKeys);
   Composer phone;
   std::size_t number = 0;
-  for (const core::RTTTLNote& note : melody.Notes) {
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
     ++number;
-    const double octave = core::ToNumber(note.Octave);
+    const double octave = melody.Notes.Octave(note);
     if (octave > kHighestOctave || octave < kLowestOctave) {
       AppendNoteWarning(warnings, "Error > La nota # ", number,
                         u8" está fuera del rango de octavas"_w);
     }
-    const int octaveLevel = OctaveBand(note, baseOctave) + 1;
-    const int level = DurationLevel(note.Duration);
-    if (level == 0) {
+    if (note.length == core::NoteCodes::kNoLength) {
       AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
     } else {
-      phone.noteLevel = level;
+      phone.noteLevel = note.length;
     }
-    if (core::IsPause(note)) {
-      // After a pause the phone is back at the duration before it.
-      keys += '0';
-      AppendDurationKeys(phone.durationLevel, phone.noteLevel, keys);
-    } else {
-      AppendNote(note, octaveLevel, phone, keys);
-    }
-    keys += ' ';
+    PutNote(note, OctaveBand(octave, baseOctave), phone, keys);
   }
-  return keys;
+  keys.End(text);
+  return text;
 }
 
 }  // namespace tonadex::formats

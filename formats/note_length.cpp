@@ -13,37 +13,28 @@ namespace {
 constexpr double kDotFactor = 1.5;
 constexpr int kTableTempo = 125;  // at which both tables hold
 
-struct BaseLength {
-  std::string_view duration;
-  int ms;  // 62.5 of a thirty-second is rounded
-};
-
-constexpr std::array kBaseLengths = std::to_array<BaseLength>(
-    {{"1", 2000}, {"2", 1000}, {"4", 500}, {"8", 250}, {"16", 125}, {"32", 63}});
-
-constexpr std::array<double, 6> kPhoneDurations = {1, 2, 4, 8, 16, 32};
-
-struct Band {
-  std::int16_t upToMs;  // inclusive; from the end of the band before
-  std::string_view duration;
-  bool dotted;
-};
+// By NoteCodes::length; 62.5 of a thirty-second is rounded.
+constexpr std::array<int, core::kLengths.size()> kBaseLengths = {2000, 1000, 500, 250, 125, 63};
 
 constexpr std::array kBands = std::to_array<Band>({
-    {85, "32", false},
-    {110, "32", true},
-    {160, "16", false},
-    {218, "16", true},
-    {317, "8", false},
-    {437, "8", true},
-    {605, "4", false},
-    {875, "4", true},
-    {1255, "2", false},
-    {1750, "2", true},
-    {3005, "1", false},
-    {std::numeric_limits<std::int16_t>::max(), "1", true},
+    {85, 5, false},
+    {110, 5, true},
+    {160, 4, false},
+    {218, 4, true},
+    {317, 3, false},
+    {437, 3, true},
+    {605, 2, false},
+    {875, 2, true},
+    {1255, 1, false},
+    {1750, 1, true},
+    {3005, 0, false},
+    {std::numeric_limits<std::int16_t>::max(), 0, true},
 });
 static_assert(std::ranges::is_sorted(kBands, {}, &Band::upToMs));
+
+const Band& BandOf(std::int16_t lengthMs) {
+  return *std::ranges::lower_bound(kBands, lengthMs, {}, &Band::upToMs);
+}
 
 }  // namespace
 
@@ -61,24 +52,34 @@ double ExactNoteLengthMs(double duration, double tempo, bool dotted) {
 }
 
 bool IsPhoneDuration(double duration) {
-  return std::ranges::find(kPhoneDurations, duration) != kPhoneDurations.end();
+  return std::ranges::find(core::kLengths, duration) != core::kLengths.end();
 }
 
 std::int16_t NoteLengthMs(std::string_view duration, std::string_view tempo, bool dotted) {
-  const auto base = std::ranges::find(kBaseLengths, duration, &BaseLength::duration);
-  if (base == kBaseLengths.end()) {
+  const auto base = std::ranges::find(kDurationTexts, duration);
+  if (base == kDurationTexts.end()) {
     return 0;
   }
-  const double plain = base->ms * kTableTempo / ToTempo(tempo);
+  const int ms = kBaseLengths[static_cast<std::size_t>(base - kDurationTexts.begin())];
+  const double plain = ms * kTableTempo / ToTempo(tempo);
   return core::ToInt16(dotted ? plain * kDotFactor : plain);
 }
 
 std::string_view DurationForLength(std::int16_t lengthMs, std::string& noteText) {
-  const auto band = std::ranges::lower_bound(kBands, lengthMs, {}, &Band::upToMs);
-  if (band->dotted) {
+  const Band& band = BandOf(lengthMs);
+  if (band.dotted) {
     noteText += '.';
   }
-  return band->duration;
+  return kDurationTexts[band.length];
+}
+
+const Band& Tempo125Bands::operator[](const core::NoteCodes& note) {
+  const Band*& band = bands_[note.length][note.dotted ? 1 : 0];
+  if (band == nullptr) {
+    const bool known = note.length < kDurationTexts.size();
+    band = &BandOf(NoteLengthMs(known ? kDurationTexts[note.length] : "", tempo_, note.dotted));
+  }
+  return *band;
 }
 
 }  // namespace tonadex::formats

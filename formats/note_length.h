@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+#include "core/rtttl.h"
 
 // Durations of notes.
 namespace tonadex::formats {
@@ -28,5 +31,28 @@ std::int16_t NoteLengthMs(std::string_view duration, std::string_view tempo, boo
 // The duration whose band at tempo 125 contains the length. For a dotted band "." is appended to
 // `noteText`, the note's pitch.
 std::string_view DurationForLength(std::int16_t lengthMs, std::string& noteText);
+
+// The texts of the phones' durations, by NoteCodes::length.
+inline constexpr std::array<std::string_view, core::kLengths.size()> kDurationTexts = {
+    "1", "2", "4", "8", "16", "32"};
+
+// A duration at tempo 125 and the lengths that it stands for.
+struct Band {
+  std::int16_t upToMs;  // inclusive; from the end of the band before
+  std::uint8_t length;  // as NoteCodes::length
+  bool dotted;
+};
+
+// The band of a note of a melody, as DurationForLength(NoteLengthMs(…)) finds it, with its errors.
+// Each of a melody's few lengths is computed once, when a note first needs it.
+class Tempo125Bands {
+ public:
+  explicit Tempo125Bands(std::string_view tempo) : tempo_(tempo) {}
+  const Band& operator[](const core::NoteCodes& note);
+
+ private:
+  std::string_view tempo_;
+  std::array<std::array<const Band*, 2>, core::NoteCodes::kNoLength + 1> bands_{};
+};
 
 }  // namespace tonadex::formats

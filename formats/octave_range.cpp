@@ -1,9 +1,9 @@
 #include "formats/octave_range.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "core/number.h"
 #include "core/runtime_error.h"
@@ -16,12 +16,7 @@ namespace {
 constexpr int kOctaves = 11;               // 0 to 10
 constexpr std::ptrdiff_t kMaxQuoted = 40;  // characters of a wrong octave in the message
 
-struct OctaveCount {
-  int octave = 0;
-  int count = 0;
-};
-
-using OctaveCounts = std::array<OctaveCount, kOctaves>;
+using OctaveCounts = std::array<int, kOctaves>;
 
 [[noreturn]] void ThrowSubscript(std::string_view octave) {
   using namespace core::literals;
@@ -30,37 +25,49 @@ using OctaveCounts = std::array<OctaveCount, kOctaves>;
       "la octava " + std::string(octave) + std::string(u8" está fuera del rango de 0 a 10"_w));
 }
 
-OctaveCounts CountOctaves(const core::RTTTLMelody& melody) {
-  OctaveCounts counts;
-  for (std::size_t i = 0; i < counts.size(); ++i) {
-    counts[i].octave = static_cast<int>(i);
+std::size_t CheckedOctave(const core::NoteList& notes, std::size_t index) {
+  const int octave = notes.WholeOctave(notes.Codes()[index]);
+  if (octave < 0 || octave >= kOctaves) {
+    ThrowSubscript(core::Left(notes[index].Octave, kMaxQuoted));
   }
-  for (std::size_t i = 0; i < melody.Notes.size(); ++i) {
-    const std::string_view text = melody.Notes[i].Octave;
-    const int octave = core::ToInt16(core::ToNumber(text));
-    if (octave < 0 || octave >= kOctaves) {
-      ThrowSubscript(core::Left(text, kMaxQuoted));
-    }
-    ++counts[static_cast<std::size_t>(octave)].count;
+  return static_cast<std::size_t>(octave);
+}
+
+OctaveCounts CountOctaves(const core::NoteList& notes) {
+  OctaveCounts counts{};
+  const auto codes = notes.Codes();
+  counts[0] = static_cast<int>(notes.size() - codes.size());  // empty notes
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    const std::size_t octave = codes[i].octave;
+    ++counts[octave < kOctaves ? octave : CheckedOctave(notes, i)];
   }
   return counts;
+}
+
+// The octave used most often, the highest of several; its count becomes 0.
+int TakeMostUsed(OctaveCounts& counts, int& octave) {
+  std::size_t most = 0;
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    most = counts[i] >= counts[most] ? i : most;
+  }
+  octave = static_cast<int>(most);
+  return std::exchange(counts[most], 0);
 }
 
 }  // namespace
 
 std::int16_t AutoOctave(core::RTTTLMelody& melody, int rangeSpan) {
   core::ParseOrReport(melody);  // the notes parsed before an error count
-  OctaveCounts counts = CountOctaves(melody);
-  std::ranges::stable_sort(counts, {}, &OctaveCount::count);
+  OctaveCounts counts = CountOctaves(melody.Notes);
   if (rangeSpan > kOctaves) {
     ThrowSubscript(std::to_string(rangeSpan));
   }
-  double sum = 0;
-  double used = 0;
-  for (int i = kOctaves - rangeSpan; i < kOctaves; ++i) {
-    const OctaveCount& most = counts[static_cast<std::size_t>(i)];
-    if (most.count != 0) {
-      sum += most.octave;
+  int sum = 0;
+  int used = 0;
+  for (int i = 0; i < rangeSpan; ++i) {
+    int octave = 0;
+    if (TakeMostUsed(counts, octave) != 0) {
+      sum += octave;
       ++used;
     }
   }

@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
+
+#include "core/rtttl.h"
+#include "core/text.h"
 
 namespace tonadex::formats {
 
@@ -24,6 +29,22 @@ constexpr std::optional<int> Semitone(std::string_view pitch) {
     return std::nullopt;
   }
   return static_cast<int>(found - kPitches.begin());
+}
+
+// The same for a parsed note: two rows, natural and sharp, by the letter's code; -1 for none.
+inline constexpr auto kSemitoneRows = [] {
+  std::array<std::array<std::int8_t, 256>, 2> rows{};
+  rows[0].fill(-1);
+  rows[1].fill(-1);
+  for (std::size_t i = 0; i < kPitches.size(); ++i) {
+    rows[kPitches[i].size() - 1][core::Code(kPitches[i].front())] = static_cast<std::int8_t>(i);
+  }
+  return rows;
+}();
+
+// Semitones above c, -1 for a note that is not a pitch. The note must have a letter.
+constexpr int SemitoneOf(const core::NoteCodes& note) {
+  return kSemitoneRows[note.IsSharp() ? 1 : 0][core::Code(note.letter)];
 }
 
 }  // namespace tonadex::formats

@@ -1,10 +1,7 @@
 #include "formats/samsung_keys.h"
 
-#include <algorithm>
 #include <array>
 
-#include "core/number.h"
-#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/note_warning.h"
 #include "formats/number_keys.h"
@@ -20,27 +17,27 @@ constexpr int kOctaveSpan = 3;          // octaves above the base that the phone
 constexpr std::size_t kMaxNotes = 100;  // the composer's memory; more give a warning
 
 struct Presses {
-  std::string_view duration;
   std::size_t note, pause, dotRest;
 };
 
-// Presses of the duration key. Type 1 uses the note column for pauses too. dotRest is a rest of
-// half the note's length (a sixteenth for a thirty-second note), which replaces the dot.
+// Presses of the duration key by NoteCodes::length. Type 1 uses the note column for pauses too.
+// dotRest is a rest of half the note's length (a sixteenth for a thirty-second note), which
+// replaces the dot.
 constexpr std::array kPresses1 = std::to_array<Presses>({
-    {"1", 2, 2, 1},
-    {"2", 1, 1, 0},
-    {"4", 0, 0, 4},
-    {"8", 4, 4, 3},
-    {"16", 3, 3, 3},
-    {"32", 3, 3, 3},
+    {2, 2, 1},
+    {1, 1, 0},
+    {0, 0, 4},
+    {4, 4, 3},
+    {3, 3, 3},
+    {3, 3, 3},
 });
 constexpr std::array kPresses2 = std::to_array<Presses>({
-    {"1", 4, 4, 0},
-    {"2", 3, 4, 0},
-    {"4", 0, 1, 0},
-    {"8", 1, 2, 0},
-    {"16", 2, 3, 0},
-    {"32", 2, 3, 0},
+    {4, 4, 0},
+    {3, 4, 0},
+    {0, 1, 0},
+    {1, 2, 0},
+    {2, 3, 0},
+    {2, 3, 0},
 });
 
 struct Type {
@@ -82,9 +79,8 @@ struct Memory {
   char key = '\0';
 };
 
-const Presses* FindPresses(const Type& type, std::string_view duration) {
-  const auto found = std::ranges::find(type.presses, duration, &Presses::duration);
-  return found == type.presses.end() ? nullptr : &*found;
+const Presses* FindPresses(const Type& type, const core::NoteCodes& note) {
+  return note.length < type.presses.size() ? &type.presses[note.length] : nullptr;
 }
 
 std::string_view OctaveMark(double octave, std::int16_t base) {
@@ -106,14 +102,14 @@ void AppendDotRest(const Presses* known, Memory& memory, std::string& keys) {
   keys.append("0").append(memory.dotRest, '*').append(" ");
 }
 
-void AppendNote(const Type& type, const core::RTTTLNote& note, std::string_view octaveMark,
+void AppendNote(const Type& type, const core::NoteCodes& note, std::string_view octaveMark,
                 Memory& memory, std::string& keys) {
-  const char key = NoteKey(note.Note.front());
+  const char key = NoteKey(note.letter);
   memory.key = key == '\0' ? memory.key : key;
   if (memory.key != '\0') {
     keys += memory.key;
   }
-  if (core::Contains(note.Note, "#")) {
+  if (note.IsSharp()) {
     keys += type.sharpKey;
   }
   keys.append(octaveMark).append(memory.note, type.durationKey).append(" ");
@@ -133,13 +129,13 @@ std::string SamsungKeyPresses(const Type& type, core::RTTTLMelody& melody, std::
   keys.reserve(melody.Notes.size() * 6);
   Memory memory;
   std::size_t number = 0;
-  for (const core::RTTTLNote& note : melody.Notes) {
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
     ++number;
-    const double octave = core::ToNumber(note.Octave);
+    const double octave = melody.Notes.Octave(note);
     if (octave > base + kOctaveSpan || octave < base) {
       AppendNoteWarning(warnings, type.finding, number, type.outOfRange);
     }
-    const Presses* known = FindPresses(type, note.Duration);
+    const Presses* known = FindPresses(type, note);
     if (known == nullptr) {
       AppendNoteWarning(warnings, type.finding, number, u8" no tiene una duración válida"_w);
     } else {
@@ -150,7 +146,7 @@ std::string SamsungKeyPresses(const Type& type, core::RTTTLMelody& melody, std::
       continue;
     }
     AppendNote(type, note, OctaveMark(octave, base), memory, keys);
-    if (type.dotRests && note.Dotted) {
+    if (type.dotRests && note.dotted) {
       AppendDotRest(known, memory, keys);
     }
   }

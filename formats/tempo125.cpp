@@ -1,33 +1,39 @@
 #include "formats/tempo125.h"
 
 #include "formats/note_length.h"
+#include "formats/pieces.h"
 
 namespace tonadex::formats {
+namespace {
+
+constexpr std::size_t kMostCharacters = 8;  // "32c#..6,"
+
+}  // namespace
 
 std::string RtttlAtTempo125(core::RTTTLMelody& melody) {
   if (!core::ParseOrReport(melody)) {
     return {};
   }
+  std::array<Piece, kDurationTexts.size()> durations;  // "" for the header's
+  for (std::size_t i = 0; i < durations.size(); ++i) {
+    durations[i] = kDurationTexts[i] == melody.DefaultDuration ? "" : kDurationTexts[i];
+  }
   std::string text =
       melody.Name + ":d=" + melody.DefaultDuration + ",o=" + melody.DefaultOctave + ",b=125:";
-  text.reserve(text.size() + melody.Notes.size() * 7);
-  std::string pitch;
-  for (const core::RTTTLNote& note : melody.Notes) {
-    pitch = note.Note;
-    const std::int16_t lengthMs = NoteLengthMs(note.Duration, melody.Beats, note.Dotted);
-    const std::string_view duration = DurationForLength(lengthMs, pitch);
-    if (duration != melody.DefaultDuration) {
-      text += duration;
-    }
-    text += pitch;
-    if (note.Dotted) {
-      text += '.';
-    }
-    if (note.Octave != melody.DefaultOctave) {
-      text += note.Octave;
-    }
-    text += ',';
+  PieceWriter pieces(text, melody.Notes.size() * kMostCharacters);
+  Tempo125Bands bands(melody.Beats);
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
+    const Band& band = bands[note];
+    const char octave = static_cast<char>('0' + note.octave);
+    pieces.Put(durations[band.length]);
+    pieces.Put(note.letter);
+    pieces.Put('#', note.IsSharp());
+    pieces.Put('.', band.dotted);
+    pieces.Put('.', note.dotted);
+    pieces.Put(octave, note.ownOctave && melody.DefaultOctave != std::string_view(&octave, 1));
+    pieces.Put(',');
   }
+  pieces.End(text);
   return text;
 }
 

@@ -5,11 +5,10 @@
 #include <cmath>
 
 #include "core/message_box.h"
-#include "core/number.h"
-#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/note_length.h"
 #include "formats/note_warning.h"
+#include "formats/pieces.h"
 #include "formats/pitch.h"
 
 namespace tonadex::formats {
@@ -23,49 +22,66 @@ constexpr double kFirstHighOctave = 6;  // this octave and higher are written in
 constexpr std::array<std::string_view, kSemitones> kNames = {"c",  "c#", "d",  "d#", "e",  "f",
                                                              "f#", "g",  "g#", "a",  "a#", "h"};
 
+constexpr Piece kPause = "p";
+
+// The names in lower case, then in upper case.
+constexpr auto kNamePieces = [] {
+  std::array<std::array<Piece, kSemitones>, 2> names;
+  for (std::size_t i = 0; i < kNames.size(); ++i) {
+    names[0][i] = names[1][i] = kNames[i];
+    names[1][i].characters[0] = static_cast<char>(kNames[i].front() - 'a' + 'A');
+  }
+  return names;
+}();
+
 struct Length {
-  double ms;  // at tempo 100, where a whole note lasts 2400 ms
-  std::string_view text;
+  double ms;    // at tempo 100, where a whole note lasts 2400 ms
+  Piece piece;  // the line's end with it
 };
 
 // Shortest first, so that of two equally near lengths the shorter is taken.
 constexpr std::array kLengths = std::to_array<Length>({
-    {75, "32"},
-    {112.5, "32."},
-    {150, "16"},
-    {225, "16."},
-    {300, "8"},
-    {450, "8."},
-    {600, "4"},
-    {900, "4."},
-    {1200, "2"},
-    {1800, "2."},
-    {2400, "1"},
-    {3600, "1."},
+    {75, "32\r\n"},
+    {112.5, "32.\r\n"},
+    {150, "16\r\n"},
+    {225, "16.\r\n"},
+    {300, "8\r\n"},
+    {450, "8.\r\n"},
+    {600, "4\r\n"},
+    {900, "4.\r\n"},
+    {1200, "2\r\n"},
+    {1800, "2.\r\n"},
+    {2400, "1\r\n"},
+    {3600, "1.\r\n"},
 });
 static_assert(std::ranges::is_sorted(kLengths, {}, &Length::ms));
 
-std::string_view NearestLength(double ms) {
-  const auto nearest = std::ranges::min_element(
-      kLengths, {}, [ms](const Length& length) { return std::abs(ms - length.ms); });
-  return nearest->text;
+constexpr std::size_t kMostCharacters = 8;  // "Mc#32.", CR, LF
+
+const Piece& NearestLength(double ms) {
+  return std::ranges::min_element(kLengths, {},
+                                  [ms](const Length& length) { return std::abs(ms - length.ms); })
+      ->piece;
 }
 
-bool HasName(const core::RTTTLNote& note) {
-  return core::IsPause(note) || Semitone(note.Note).has_value();
-}
+// The nearest length of each duration, plain and dotted, found when a note first needs it.
+class NearestLengths {
+ public:
+  explicit NearestLengths(std::string_view tempo) : tempo_(tempo) {}
 
-// "p" for a pause. HasName(note) must be true.
-std::string NoteName(const core::RTTTLNote& note) {
-  if (core::IsPause(note)) {
-    return "p";
+  // `length` is a phone's duration, as NoteCodes::length.
+  const Piece& operator()(std::uint8_t length, bool dotted) {
+    const Piece*& nearest = nearest_[length][dotted ? 1 : 0];
+    if (nearest == nullptr) {
+      nearest = &NearestLength(ExactNoteLengthMs(core::kLengths[length], ToTempo(tempo_), dotted));
+    }
+    return *nearest;
   }
-  std::string name(kNames[static_cast<std::size_t>(*Semitone(note.Note))]);
-  if (core::ToNumber(note.Octave) >= kFirstHighOctave) {
-    name.front() = core::ToUpper(name.front());
-  }
-  return name;
-}
+
+ private:
+  std::string_view tempo_;
+  std::array<std::array<const Piece*, 2>, core::kLengths.size()> nearest_{};
+};
 
 void ReportUnplaced(std::string_view pitch, std::string_view melodyName) {
   core::MsgBox("Kann nicht konvertieren!\r\n" + std::string(pitch) +
@@ -80,27 +96,32 @@ std::string TriumMdyText(core::RTTTLMelody& melody, std::string& warnings) {
     return {};
   }
   std::string text = "NAME=" + melody.Name + "\r\nTEMPO=100\r\n";
-  text.reserve(text.size() + melody.Notes.size() * 8);
+  PieceWriter lines(text, melody.Notes.size() * kMostCharacters);
+  NearestLengths lengths(melody.Beats);
   bool reported = false;
   std::size_t number = 0;
-  for (const core::RTTTLNote& note : melody.Notes) {
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
     ++number;
-    const double duration = core::ToNumber(note.Duration);
-    const bool known = IsPhoneDuration(duration);
-    if (!known) {
+    melody.Notes.Duration(note);  // fails for a duration that is not a number
+    const std::uint8_t length = core::kLengthOf[note.duration];
+    if (length == core::NoteCodes::kNoLength) {
       AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
     }
-    const bool named = HasName(note);
-    if (!named && !reported) {
-      ReportUnplaced(note.Note, melody.Name);
+    const bool pause = core::IsPause(note);
+    const int semitone = SemitoneOf(note);
+    if (!pause && semitone < 0 && !reported) {
+      ReportUnplaced(melody.Notes[number - 1].Note, melody.Name);
       reported = true;
     }
-    if (known && named) {
-      const std::string name = NoteName(note);
-      const double ms = ExactNoteLengthMs(duration, ToTempo(melody.Beats), note.Dotted);
-      text.append("M").append(name).append(NearestLength(ms)).append(core::kCrLf);
+    if (length == core::NoteCodes::kNoLength || (!pause && semitone < 0)) {
+      continue;
     }
+    const bool high = !pause && melody.Notes.Octave(note) >= kFirstHighOctave;
+    lines.Put('M');
+    lines.Put(pause ? kPause : kNamePieces[high ? 1 : 0][static_cast<std::size_t>(semitone)]);
+    lines.Put(lengths(length, note.dotted));
   }
+  lines.End(text);
   return text;
 }
 

@@ -75,7 +75,7 @@ void CheckDownload(const net::ListingRow& row, const std::string& reply) {
         asked = path;
         return reply;
       },
-      folder, row.text, row.number, text);
+      folder, home.path() / "bin", row.text, row.number, text);
   const std::string name = core::MelodyFileName(row.text, row.number);
   Require(asked == net::MelodyAddress(name), "another address than the row's");
   const bool listable =

@@ -9,6 +9,7 @@
 #include "core/message_box.h"
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/ems.h"
 #include "formats/kws.h"
@@ -73,6 +74,17 @@ core::RTTTLMelody Fresh(std::string_view text) {
   core::InitMelody(melody, "");
   melody.Text = text;
   return melody;
+}
+
+// Items of the usual form take another way through the parser than ParseRTTTLNote.
+void CheckNotes(const core::RTTTLMelody& melody) {
+  const std::string_view section = std::string_view(melody.Text).substr(melody.Text.rfind(':') + 1);
+  std::size_t index = 0;
+  for (const std::string_view part : core::SplitText(section, ',')) {
+    std::string item = core::ToLower(part);
+    Require(melody.Notes[index++] == core::ParseRTTTLNote(item, melody), "another note");
+  }
+  Require(melody.Notes.size() == index, "another number of notes");
 }
 
 void CheckWriters(std::string_view text, std::int16_t baseOctave) {
@@ -175,7 +187,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CheckTempo125(text);
   CheckMdy(text);
   core::RTTTLMelody melody = Fresh(text);
-  if (core::ParseRTTTL(melody) == core::kParsed) {
+  const std::int16_t code = core::ParseRTTTL(melody);
+  if (code < core::kSectionsError) {
+    CheckNotes(melody);
+  }
+  if (code == core::kParsed) {
     CheckKws(melody);
     CheckMidi(melody);
   }

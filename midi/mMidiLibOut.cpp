@@ -30,13 +30,23 @@ constexpr std::string_view kMetaTrackName("\x00\xFF\x03", 3);
 constexpr std::string_view kMetaTempo("\x00\xFF\x51\x03", 4);
 constexpr std::string_view kMetaEndOfTrack("\x00\xFF\x2F\x00", 4);
 
-struct BaseTicks {
-  double duration;
-  double ticks;
+struct Ticks {
+  std::uint8_t duration;
+  std::int16_t plain, dotted;
 };
 
-constexpr std::array kBaseTicks = std::to_array<BaseTicks>(
-    {{1, 1536}, {2, 768}, {4, 384}, {8, 192}, {16, 96}, {32, 48}, {64, 24}});
+// A whole note's 768 ticks, halved for each shorter one, x 0.1 (x 1.5 when dotted), half to even.
+constexpr std::array kTicks = std::to_array<Ticks>(
+    {{1, 77, 115}, {2, 38, 58}, {4, 19, 29}, {8, 10, 14}, {16, 5, 7}, {32, 2, 4}, {64, 1, 2}});
+
+// By NoteCodes::duration, plain and dotted.
+constexpr auto kTicksOf = [] {
+  std::array<std::array<std::int16_t, 2>, 256> ticks{};
+  for (const Ticks& row : kTicks) {
+    ticks[row.duration] = {row.plain, row.dotted};
+  }
+  return ticks;
+}();
 
 char ToByte(std::int32_t value) {
   if (value < 0 || value > 255) {
@@ -46,12 +56,29 @@ char ToByte(std::int32_t value) {
   return static_cast<char>(value);
 }
 
+// Always one byte, as WriteVarLen tells.
+char DeltaByte(std::int32_t value) {
+  return static_cast<char>(value & 127);
+}
+
 // The length is one byte: ToByte throws for a text over 255 bytes.
 std::string TextEvent(std::string_view event, std::string_view text) {
   std::string bytes(event);
   bytes += ToByte(static_cast<std::int32_t>(std::min<std::size_t>(text.size(), 256)));
   bytes += text;
   return bytes;
+}
+
+std::int16_t NumberAt(std::int16_t octaveLessOne, int semitone) {
+  return core::ToInt16((octaveLessOne + 1) * formats::kSemitones + semitone);
+}
+
+constexpr std::size_t kPairSize = 8;
+
+std::array<char, kPairSize> PairBytes(std::int32_t delta, std::int16_t ticks, std::int16_t number) {
+  const char note = ToByte(number);
+  return {DeltaByte(delta), static_cast<char>(kNoteOn | kChannel),  note, kOnVelocity,
+          DeltaByte(ticks), static_cast<char>(kNoteOff | kChannel), note, kOffVelocity};
 }
 
 }  // namespace
@@ -110,22 +137,23 @@ std::string MidiProgramChange(std::int16_t instrument) {
 }
 
 std::string MidiNoteEvents(const core::RTTTLMelody& melody, Repeats repeats) {
-  constexpr std::size_t kPairSize = 8, kOffDelta = 4;  // of a pair; the note-off's place in it
+  constexpr std::size_t kOffDelta = 4;  // the note-off's place in its pair
   std::string events;
   events.reserve(melody.Notes.size() * kPairSize);
   std::int32_t pause = 0;
   std::int16_t last = kPauseNumber, lastTicks = 0;
-  for (const core::RTTTLNote& note : melody.Notes) {
-    const std::int16_t number = NumberOf(note);
-    const std::int16_t ticks = NoteTicks(core::ToNumber(note.Duration), note.Dotted);
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
+    const std::int16_t number = NumberOf(melody.Notes, note);
+    const std::int16_t ticks = TicksOf(melody.Notes, note);
     if (number == kPauseNumber) {
-      pause = core::ToInt32(static_cast<double>(pause) + ticks);
+      pause += ticks;
     } else {
       if (repeats == Repeats::kApart && number == last && pause == 0 && lastTicks > 1) {
         --events[events.size() - kPairSize + kOffDelta];
         pause = 1;
       }
-      events += MidiNotePair(pause, ticks, number);
+      const auto pair = PairBytes(pause, ticks, number);
+      events.append(pair.data(), pair.size());
       pause = 0;
       last = number;
       lastTicks = ticks;
@@ -135,8 +163,8 @@ std::string MidiNoteEvents(const core::RTTTLMelody& melody, Repeats repeats) {
 }
 
 std::string MidiNotePair(std::int32_t delta, std::int16_t ticks, std::int16_t noteNumber) {
-  return MidiEvent(delta, kNoteOn, kChannel, PairArray(noteNumber, kOnVelocity)) +
-         MidiEvent(ticks, kNoteOff, kChannel, PairArray(noteNumber, kOffVelocity));
+  const auto pair = PairBytes(delta, ticks, noteNumber);
+  return {pair.data(), pair.size()};
 }
 
 std::string MidiEndOfTrack() {
@@ -153,7 +181,7 @@ std::string MidiEvent(std::int32_t delta, int status, int channel, std::span<con
 }
 
 std::string WriteVarLen(std::int32_t value) {
-  return {static_cast<char>(value & 127)};
+  return {DeltaByte(value)};
 }
 
 std::string LongToBytes(std::int32_t value) {
@@ -170,24 +198,32 @@ std::array<int, 2> PairArray(int first, int second) {
 }
 
 std::int16_t NoteTicks(double duration, bool dotted) {
-  const auto base = std::ranges::find(kBaseTicks, duration, &BaseTicks::duration);
-  const double count = base == kBaseTicks.end() ? 0 : core::RoundHalfEven(base->ticks / 2);
-  return core::ToInt16(dotted ? count * 0.1 * 1.5 : count * 0.1);
+  const auto row = std::ranges::find(kTicks, duration, &Ticks::duration);
+  return row == kTicks.end() ? std::int16_t{0} : dotted ? row->dotted : row->plain;
+}
+
+std::int16_t TicksOf(const core::NoteList& notes, const core::NoteCodes& note) {
+  notes.Duration(note);  // fails for a duration that is not a number
+  return kTicksOf[note.duration][note.dotted ? 1 : 0];
 }
 
 std::int16_t NoteNumber(std::string_view pitch, std::int16_t octaveLessOne) {
   if (pitch == "p") {
     return kPauseNumber;
   }
-  return core::ToInt16((octaveLessOne + 1) * formats::kSemitones +
-                       formats::Semitone(pitch).value_or(0));
+  return NumberAt(octaveLessOne, formats::Semitone(pitch).value_or(0));
 }
 
-std::int16_t NumberOf(const core::RTTTLNote& note) {
-  const double octave = core::ToNumber(note.Octave);
-  return core::IsPause(note)
-             ? kPauseNumber
-             : NoteNumber(note.Note, core::ToInt16(core::RoundHalfEven(octave) - 1));
+std::int16_t NumberOf(const core::NoteList& notes, const core::NoteCodes& note) {
+  const double octave = notes.Octave(note);
+  if (core::IsPause(note)) {
+    return kPauseNumber;
+  }
+  const int semitone = std::max(formats::SemitoneOf(note), 0);
+  if (note.octave != core::NoteCodes::kOther) {
+    return static_cast<std::int16_t>(note.octave * formats::kSemitones + semitone);
+  }
+  return NumberAt(core::ToInt16(core::RoundHalfEven(octave) - 1), semitone);
 }
 
 }  // namespace tonadex::midi

@@ -69,8 +69,9 @@ std::int16_t NoteTicks(double duration, bool dotted);
 // c. `octaveLessOne` is the note's octave minus 1. Errors: overflow beyond 16 bits.
 std::int16_t NoteNumber(std::string_view pitch, std::int16_t octaveLessOne);
 
-// The note number of a note. A pause's octave must be a number too, of any size.
-// Errors: type mismatch, overflow.
-std::int16_t NumberOf(const core::RTTTLNote& note);
+// The note number and the ticks of a note of the list. A pause's octave must be a number too, of
+// any size. Errors: type mismatch, overflow.
+std::int16_t NumberOf(const core::NoteList& notes, const core::NoteCodes& note);
+std::int16_t TicksOf(const core::NoteList& notes, const core::NoteCodes& note);
 
 }  // namespace tonadex::midi

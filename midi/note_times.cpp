@@ -25,9 +25,9 @@ std::vector<NoteTime> NoteTimes(const core::RTTTLMelody& melody) {
   std::vector<NoteTime> times;
   std::int32_t now = 0;  // ticks
   std::int32_t pause = 0;
-  for (const core::RTTTLNote& note : melody.Notes) {
-    const std::int16_t number = NumberOf(note);
-    const std::int16_t ticks = NoteTicks(core::ToNumber(note.Duration), note.Dotted);
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
+    const std::int16_t number = NumberOf(melody.Notes, note);
+    const std::int16_t ticks = TicksOf(melody.Notes, note);
     if (number == kPauseNumber) {
       times.push_back({(now + pause) * tick, (now + pause + ticks) * tick, number});
       pause += ticks;

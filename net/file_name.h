@@ -9,6 +9,9 @@ namespace tonadex::net {
 
 inline constexpr std::size_t kMaxFileNameBytes = 255;  // in UTF-8, what file systems hold
 
+// Beside the melody folder: keeps what is deleted or replaced there.
+inline constexpr const char* kBinFolder = "papelera";
+
 // Whether a name (Windows-1252) is a valid file name inside its folder on every platform: not
 // empty, no separator, no "..", no control character, no character that Windows forbids ("*:<>?|),
 // no device name before the first full stop (CON, COM1 …), no full stop or blank at the end, not

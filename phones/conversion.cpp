@@ -22,7 +22,7 @@ constexpr std::string_view kCannotConvert = u8"No se puede convertir la melodía
 std::string HeaderTempo(std::string_view text) {
   core::RTTTLMelody copy;
   copy.Text = text;
-  core::ParseRTTTL(copy);
+  core::SkipErrors([&copy] { core::ParseRTTTLHeader(copy); });
   return copy.Beats;
 }
 

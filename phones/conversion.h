@@ -57,9 +57,9 @@ struct Conversion {
 
 // Converts melody.Text (sharps already restored) for a model of the catalogue, compared exactly.
 // `row` is the melody's row in the list, for the title. The melody is parsed in place, twice where
-// the format has an octave range, and each parse reports its errors. Messages also go to the
-// calling thread's sink as they arise. A run-time failure is reported in a message box ("No se
-// puede convertir la melodía: …").
+// the format has an octave range and the second parse could find something else; each parse reports
+// its errors. Messages also go to the calling thread's sink as they arise. A run-time failure is
+// reported in a message box ("No se puede convertir la melodía: …").
 Conversion ConvertSelectedMelody(core::RTTTLMelody& melody, std::string_view model,
                                  std::string_view row, SaveFileQuestion& ask);
 

@@ -43,7 +43,7 @@ constexpr auto kFormats = std::to_array<Format>({
     {"NRTL", AtTempo125, Kind::kText, "rtttl", kEvery, kEvery, 0, "Nokia>RTTTL, tempo 125.",
      " para Nokia en formato RTTTL con tempo 125.", kSendRtttl,
      u8"La melodía en RTTTL pasada a tempo 125"_w, ", para enviar por cable o SMS"},
-    {kComposerCode, InRange<formats::NokiaComposerText>, Kind::kText, "txt", kThreeAround, kEvery,
+    {kComposerCode, InRange<formats::NokiaComposerText>, Kind::kNotes, "txt", kThreeAround, kEvery,
      kComposerNotes, "Nokia>Compositor.", " para Nokia en formato de compositor.",
      u8"Esto es lo que debería aparecer en el compositor de tu Nokia al introducir "
      u8"correctamente esta melodía. Recuerda que no son las teclas que tienes que "
@@ -81,7 +81,7 @@ constexpr auto kFormats = std::to_array<Format>({
      u8"Para introducir esta melodía en el compositor de tu Samsung, teclea las "
      u8"teclas indicadas."_w,
      "Pulsaciones de tipo 2 para el compositor", ""},
-    {"MOTS", MotorolaSms, Kind::kText, "txt", k5To7, kEvery, 35, "Motorola>SMS",
+    {"MOTS", MotorolaSms, Kind::kNotes, "txt", k5To7, kEvery, 35, "Motorola>SMS",
      " para Motorola en formato SMS",
      u8"Envia esta melodia mandando el texto indicado a tu móvil mediante un SMS, o "
      u8"mediante un cable de datos. "_w,
@@ -90,7 +90,7 @@ constexpr auto kFormats = std::to_array<Format>({
      "Motorola>Pulsaciones Tipo 1", " para Motorola en formato pulsaciones",
      "Introduce esta melodia en tu movil pulsando las teclas que se indican. ",
      "Pulsaciones de tipo 1 para el compositor", ", sin puntillos"},
-    {"MOTI", InRange<formats::MotorolaIMelodyKeys>, Kind::kText, "txt", kThreeAround5, kEvery, 0,
+    {"MOTI", InRange<formats::MotorolaIMelodyKeys>, Kind::kNotes, "txt", kThreeAround5, kEvery, 0,
      "Motorola>Imelody", " para Motorola en formato Imelody",
      "Introduce esta melodia mediante cable en tu motorola.", "Notas iMelody para el compositor",
      ""},

@@ -31,8 +31,9 @@ using Output = Outcome (*)(Job& job);
 
 enum class Kind {
   kText,
-  kKeys,  // a text of keys to press
-  kFile,  // asked for during the conversion; nothing to show
+  kNotes,  // notes one by one, as a composer shows or takes them
+  kKeys,   // a text of keys to press
+  kFile,   // asked for during the conversion; nothing to show
 };
 
 // Texts are Windows-1252.

@@ -40,9 +40,13 @@ constexpr std::string_view kMidiShown =
     u8"Las melodías MIDI no pueden ser mostradas. Para introducirla a tu móvil, necesitarás envíar "
     u8"el fichero .mid que has grabado."_w;
 
+// The octave step parses the melody. The writer behind it would parse it again and report again,
+// which is spared where it would find the same.
 std::int16_t BaseOctave(Job& job) {
-  return formats::frmOctave{job.melody}.mGetOctaveRange(job.melody.DefaultOctave,
-                                                        formats::kRangeSpan);
+  const std::int16_t octave =
+      formats::frmOctave{job.melody}.mGetOctaveRange(job.melody.DefaultOctave, formats::kRangeSpan);
+  job.melody.SkipParse = job.melody.ParsesAlike;
+  return octave;
 }
 
 Outcome Converted(Job& job, std::string result) {

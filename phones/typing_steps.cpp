@@ -6,8 +6,8 @@
 
 #include "core/windows1252.h"
 #include "formats/imelody_notation.h"
-#include "formats/motorola_keys.h"
 #include "formats/nokia_composer.h"
+#include "formats/note_length.h"
 #include "formats/pitch.h"
 #include "phones/keypads.h"
 
@@ -164,7 +164,7 @@ std::vector<TypingStep> GroupSteps(const Rules& rules, std::string_view result,
     step.words = InWords({note.Duration, note.Note.front(), pause, note.Note.ends_with('#'),
                           note.Dotted, rules.dots && !pause, octave});
     if (rules.display) {
-      formats::AppendComposerNote(note, octave, step.display);
+      formats::AppendComposerNote(note, static_cast<std::size_t>(octave), step.display);
       if (pause && note.Dotted) {  // the key is not held
         step.display.erase(step.display.rfind('.'), 1);
       }
@@ -192,30 +192,33 @@ std::string_view OctaveDigits(std::string_view text) {
   return text.substr(std::min<std::size_t>(1, text.size()), text.substr(1, 1) == "1" ? 2 : 1);
 }
 
-TypingStep& CutIMelodyNote(Cutter& cutter, const core::RTTTLNote& note, std::string_view beats) {
+TypingStep& CutIMelodyNote(Cutter& cutter, const core::NoteCodes& note, const formats::Band& band) {
   constexpr int kLowNumber = 3;
-  const auto [duration, pause, sharp] = formats::ToIMelodyNote(note, beats);
+  const bool pause = note.letter == 'p';
+  const bool sharp = note.IsSharp() && !band.dotted;  // as the writer has it
+  const auto& [key, rest] = formats::kIMelodyDurations[band.length];
   const std::string_view digits = OctaveDigits(cutter.rest());
-  std::size_t size = formats::IMelodyRest(duration).size();
+  std::size_t size = rest.size();
   if (!pause) {
-    size = std::string_view("*").size() + digits.size() + (sharp ? 1 : 0) + 1 +
-           formats::IMelodyDigit(duration).size();
+    size = std::string_view("*").size() + digits.size() + (sharp ? 1 : 0) + 1 + key.size();
   }
-  size = std::min(size + (note.Dotted ? 1 : 0), cutter.rest().size());
+  size = std::min(size + (note.dotted ? 1 : 0), cutter.rest().size());
   const int octave = digits.size() == 1 ? digits.front() - '0' - kLowNumber + kLow : kHighest;
   TypingStep& step = cutter.Cut(size, size);
-  step.words = InWords({duration, note.Note.front(), pause, sharp, note.Dotted, true, octave});
+  step.words = InWords(
+      {formats::kDurationTexts[band.length], note.letter, pause, sharp, note.dotted, true, octave});
   return step;
 }
 
 std::vector<TypingStep> IMelodySteps(std::string_view result, const core::RTTTLMelody& melody) {
   Cutter cutter(result);
+  formats::Tempo125Bands bands(melody.Beats);
   int index = 0;
-  for (const core::RTTTLNote& note : melody.Notes) {
-    if (cutter.rest().empty() || note.Note.empty()) {
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
+    if (cutter.rest().empty() || note.pitchSize == 0) {
       break;
     }
-    CutIMelodyNote(cutter, note, melody.Beats).note = index++;
+    CutIMelodyNote(cutter, note, bands[note]).note = index++;
   }
   if (!cutter.rest().empty()) {
     cutter.Cut(cutter.rest().size(), cutter.rest().size());

@@ -57,13 +57,13 @@ struct EmbeddedServer::State {
   Reply Answer(const Request& request);
 
   const fs::path folder, source;
-  mutable std::mutex mutex;  // guards what follows, the lock aside
+  std::unique_ptr<FolderLock> lock;  // outlives the shelf, which may write at its end
+  mutable std::mutex mutex;          // guards what follows
   EmbeddedRole role = EmbeddedRole::kHost;
   std::uint16_t port = 0;
   std::shared_ptr<Shelf> shelf;
   bool ending = false;
   std::condition_variable ended;
-  std::unique_ptr<FolderLock> lock;
   std::unique_ptr<HttpServer> server;
   std::thread watcher;
 };

@@ -35,6 +35,7 @@ inline constexpr std::uint32_t kMaxNumber = 99'999;
 inline constexpr std::size_t kMaxFileNameUtf8Bytes = 200;
 inline constexpr std::size_t kMaxFileBytes = std::size_t{1} << 20;
 inline constexpr std::size_t kNamePrefixBytes = 512;  // read of each file for its name
+inline constexpr std::size_t kMaxIndexBytes = std::size_t{1} << 30;  // of the stored index
 
 // Uploads.
 inline constexpr int kUploadsPerMinute = 20;  // from one address

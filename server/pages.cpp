@@ -17,24 +17,25 @@ constexpr std::string_view kHead = R"html(<!DOCTYPE html>
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <title>Tonadex</title>
 <style>
-:root { color-scheme: light dark; --ground: #fbfcfa; --text: #1c211d; --soft: #59635b;
-  --accent: #14532d; --line: #d9e0d9; --display: #cfe3b4; --ink: #17240f; }
+:root { color-scheme: light dark; --ground: #f4f6f3; --card: #ffffff; --text: #1b211e;
+  --soft: #575c59; --accent: #17684a; --line: #c8cbc8; --display: #c9dab2; --ink: #101f10; }
 @media (prefers-color-scheme: dark) {
-  :root { --ground: #1b1e1b; --text: #e6ebe5; --soft: #a3ada4; --accent: #7fc796;
-    --line: #363d37; --display: #17240f; --ink: #cfe3b4; } }
+  :root { --ground: #1b1f1d; --card: #242926; --text: #e7ebe8; --soft: #b1b5b3;
+    --accent: #5cc49a; --line: #4b4f4d; --display: #0f1a10; --ink: #c2e2ab; } }
 * { box-sizing: border-box; }
 body { margin: 0; background: var(--ground); color: var(--text);
-  font: 15px/1.5 "Segoe UI", "Noto Sans", "DejaVu Sans", Verdana, sans-serif; }
-main { max-width: 880px; margin: 0 auto; padding: 24px 16px 32px; }
-h1 { margin: 0; color: var(--accent); font-size: 30px; letter-spacing: -0.5px; line-height: 1.2; }
-h2 { margin: 0 0 8px; color: var(--accent); font-size: 17px; }
+  font: 14px/1.5 "Segoe UI", "Noto Sans", "DejaVu Sans", Verdana, sans-serif; }
+main { max-width: 752px; margin: 0 auto; padding: 24px 16px 32px; }
+h1 { margin: 0; color: var(--accent); font-size: 28px; line-height: 1.2; }
+h2 { margin: 0 0 8px; color: var(--accent); font-size: 18px; line-height: 1.3; }
 p { margin: 0 0 8px; }
 .soft { color: var(--soft); }
 .grid { display: grid; grid-template-columns: repeat(auto-fit, minmax(300px, 1fr)); gap: 16px;
   margin-top: 16px; }
-.card { border: 1px solid var(--line); border-radius: 8px; padding: 16px; overflow-wrap: anywhere; }
+.card { background: var(--card); border: 1px solid var(--line); border-radius: 8px; padding: 16px;
+  overflow-wrap: anywhere; }
 .display { margin-top: 16px; padding: 16px; border-radius: 12px; background: var(--display);
-  color: var(--ink); font: 16px/1.6 "DejaVu Sans Mono", Consolas, monospace;
+  color: var(--ink); font: 18px/1.6 "DejaVu Sans Mono", Consolas, monospace;
   overflow-wrap: anywhere; }
 .wide { grid-column: 1 / -1; }
 .card .soft { margin: 8px 0 0; }
@@ -50,11 +51,12 @@ constexpr std::string_view kEnd = "</body>\n</html>\n";
 
 // One line that thins out from the right when the window is narrow; never taller than the banner.
 constexpr std::string_view kBannerStyle = R"html(
-html, body { height: 60px; overflow: hidden; }
-.banner { display: flex; align-items: center; gap: 16px; height: 60px; padding: 0 16px;
+html, body { height: 44px; overflow: hidden; }
+.banner { display: flex; align-items: center; gap: 16px; height: 44px; padding: 0;
   white-space: nowrap; overflow: hidden; }
-.banner h1 { font-size: 22px; }
-.banner .display { margin: 0; padding: 4px 12px; border-radius: 8px; flex: none; }
+.banner h1 { font-size: 18px; }
+.banner .display { margin: 0; padding: 4px 12px; border-radius: 8px; flex: none;
+  font-size: 14px; }
 .banner .soft { overflow: hidden; text-overflow: ellipsis; min-width: 0; }
 )html";
 

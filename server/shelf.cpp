@@ -6,56 +6,14 @@
 #include <utility>
 #include <vector>
 
-#include "files/paths.h"
-#include "files/read.h"
-#include "files/write.h"
-#include "server/file_system.h"
 #include "server/melody_name.h"
 
 namespace tonadex::server {
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr std::string_view kFillingMark = ".llenando";
-constexpr std::string_view kOldTemporaryPrefix = ".subida-";  // version 1.0 may have left some
-
-struct StoredMelody {
-  std::int64_t modified = 0;
-  std::string fileName;
-  std::string description;
-  auto operator<=>(const StoredMelody&) const = default;
-};
-
-std::string DescriptionOf(std::string_view contents, std::string_view fileName) {
-  return Description(contents.substr(0, contents.find_first_of("\r\n")),
-                     fileName.substr(0, fileName.find('.')));
-}
-
-// Oldest first; incomplete when it is told to stop.
-std::vector<StoredMelody> ReadFolder(const fs::path& folder, const std::stop_token& stop) {
-  std::vector<StoredMelody> melodies;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    if (stop.stop_requested()) {
-      break;
-    }
-    std::string fileName = files::TextFromPath(entry.path().filename());
-    if (!ParseMelodyName(fileName)) {
-      continue;
-    }
-    const auto head = files::ReadSharedHead(entry.path(), kNamePrefixBytes);
-    if (head && head->size <= kMaxFileBytes) {
-      std::string description = DescriptionOf(head->bytes, fileName);
-      melodies.push_back({head->modified, std::move(fileName), std::move(description)});
-    }
-  }
-  std::ranges::sort(melodies);
-  return melodies;
-}
-
-std::shared_ptr<SearchIndex> IndexOf(const fs::path& folder, const std::stop_token& stop = {}) {
+std::shared_ptr<SearchIndex> IndexOf(const std::vector<StoredMelody>& melodies) {
   auto index = std::make_shared<SearchIndex>();
-  for (const StoredMelody& melody : ReadFolder(folder, stop)) {
+  for (const StoredMelody& melody : melodies) {
     index->Add(melody.description, melody.fileName);
   }
   return index;
@@ -69,41 +27,11 @@ std::string Listing(const SearchIndex& index, const std::vector<std::uint32_t>& 
   return listing;
 }
 
-bool HoldsMelodies(const fs::path& folder) {
-  return std::any_of(fs::directory_iterator(folder), fs::directory_iterator(), [](const auto& e) {
-    return ParseMelodyName(files::TextFromPath(e.path().filename())).has_value();
-  });
-}
-
-// Removes the files of interrupted uploads. Nobody else may write to the folder meanwhile.
-void RemoveUnfinished(const fs::path& folder) {
-  files::RemoveTemporaryFiles(folder);
-  const fs::path prefix = kOldTemporaryPrefix;
-  std::vector<fs::path> old;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    if (entry.path().filename().native().starts_with(prefix.native())) {
-      old.push_back(entry.path());
-    }
-  }
-  std::error_code ignored;
-  std::ranges::for_each(old, [&](const fs::path& file) { fs::remove(file, ignored); });
-}
-
-// A file of that name stays as it is.
-void CreateOrThrow(const fs::path& file, std::string_view bytes, files::Durability durability) {
-  if (files::Create(file, bytes, durability) == files::CreateResult::kFailed) {
-    throw fs::filesystem_error("create", file, std::make_error_code(std::errc::io_error));
-  }
-}
-
 }  // namespace
 
-Shelf::Shelf(fs::path folder, ShelfAccess access, int uploadsPerMinute)
-    : folder_(std::move(folder)), access_(access), uploads_(uploadsPerMinute) {
-  if (access_ == ShelfAccess::kReadWrite) {
-    RemoveUnfinished(folder_);
-  }
-  index_ = IndexOf(folder_);
+Shelf::Shelf(std::filesystem::path folder, ShelfAccess access, int uploadsPerMinute)
+    : folder_(std::move(folder), access), access_(access), uploads_(uploadsPerMinute) {
+  index_ = IndexOf(folder_.Read());
 }
 
 Shelf::Index Shelf::Current() const {
@@ -118,11 +46,11 @@ void Shelf::Publish(Index index) {
 
 bool Shelf::Reload(const std::stop_token& stop) {
   const std::unique_lock reading(folderLock_);
-  Index index = IndexOf(folder_, stop);
+  const std::vector<StoredMelody> melodies = folder_.Read(stop);
   if (stop.stop_requested()) {
     return false;
   }
-  Publish(std::move(index));
+  Publish(IndexOf(melodies));
   return true;
 }
 
@@ -163,10 +91,7 @@ std::vector<std::string> Shelf::Newest(std::size_t count) const {
 }
 
 std::optional<std::string> Shelf::Melody(std::string_view fileName) const {
-  if (!ParseMelodyName(fileName)) {
-    return std::nullopt;
-  }
-  return files::ReadShared(folder_ / files::PathFromText(fileName), kMaxFileBytes);
+  return folder_.Melody(fileName);
 }
 
 UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
@@ -181,7 +106,7 @@ UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
     return {UploadResult::kRefused, fault};
   }
   const std::shared_lock uploading(folderLock_);
-  switch (files::Create(folder_ / files::PathFromText(fileName), contents)) {
+  switch (folder_.Create(std::string(fileName), contents)) {
     case files::CreateResult::kExists:
       return {UploadResult::kExists, {}};
     case files::CreateResult::kFailed:
@@ -194,27 +119,6 @@ UploadAnswer Shelf::Upload(std::string_view fileName, std::string_view contents,
   next->Add(DescriptionOf(contents, fileName), fileName);
   Publish(std::move(next));
   return {};
-}
-
-void FillEmptyShelf(const fs::path& folder, const fs::path& source) {
-  fs::create_directories(folder);
-  std::error_code ignored;
-  if (!fs::is_directory(source, ignored) ||
-      (HoldsMelodies(folder) && !fs::exists(folder / kFillingMark))) {
-    return;
-  }
-  CreateOrThrow(folder / kFillingMark, {}, files::Durability::kDisk);
-  for (const auto& entry : fs::directory_iterator(source)) {
-    const fs::path name = entry.path().filename();
-    if (!ParseMelodyName(files::TextFromPath(name))) {
-      continue;
-    }
-    if (const auto bytes = files::ReadShared(entry.path(), kMaxFileBytes)) {
-      CreateOrThrow(folder / name, *bytes, files::Durability::kRename);
-    }
-  }
-  SyncFiles(folder);
-  fs::remove(folder / kFillingMark);
 }
 
 }  // namespace tonadex::server

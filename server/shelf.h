@@ -14,12 +14,11 @@
 #include <vector>
 
 #include "server/limits.h"
+#include "server/melody_folder.h"
 #include "server/rate_limit.h"
 #include "server/search_index.h"
 
 namespace tonadex::server {
-
-enum class ShelfAccess { kReadWrite, kReadOnly };
 
 enum class UploadResult { kStored, kExists, kRefused, kTooMany, kReadOnly, kDiskFailure };
 
@@ -28,8 +27,8 @@ struct UploadAnswer {
   std::string_view fault;  // why it was refused, Windows-1252
 };
 
-// The melodies of one folder, one file each, named "stem.number" and stored as they were sent. The
-// folder is the truth: it is read at the start, and an index of names is kept in memory.
+// The melodies of one folder with an index of their names in memory, what listings and uploads ask
+// for. The folder is read at the start.
 // All texts are Windows-1252. Safe to use from several threads.
 class Shelf {
  public:
@@ -62,7 +61,7 @@ class Shelf {
   Index Current() const;
   void Publish(Index index);
 
-  const std::filesystem::path folder_;
+  MelodyFolder folder_;
   const ShelfAccess access_;
   RateLimit uploads_;
   std::shared_mutex folderLock_;  // shared by uploads, exclusive to read the folder again
@@ -70,10 +69,5 @@ class Shelf {
   mutable std::mutex mutex_;      // guards the pointer
   Index index_;                   // never changed, only replaced: searches hold no lock
 };
-
-// Copies the melodies of `source` into `folder`, which is made when it is missing, if `folder`
-// holds no melody yet or an earlier copy was interrupted. A missing source copies nothing. The
-// caller holds the folder's lock.
-void FillEmptyShelf(const std::filesystem::path& folder, const std::filesystem::path& source);
 
 }  // namespace tonadex::server

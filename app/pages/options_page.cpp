@@ -30,7 +30,7 @@ constexpr std::string_view kNothingFound = u8"Ningún móvil con ese nombre"_w;
 constexpr std::string_view kNoNumbers = u8"De esta marca solo hay formatos"_w;
 
 constexpr auto kRows = std::to_array<ControlInfo>({
-    Words("optionsTitle", &F::optionsTitle, words::kChoosePhone, Font::kTitle),
+    Words("optionsTitle", &F::optionsTitle, words::kChoosePhone, Font::kHeading),
     Label("Label3", &F::Label3, "&Marca", &F::cmbmarcas),
     Row(Look::kList, "cmbmarcas", &F::cmbmarcas, u8"Marca del móvil"_w,
         {Event::kClick, &F::cmbmarcas_Click}),
@@ -120,8 +120,8 @@ void OptionsPage::RefreshOptions() {
   keysChoice.checked = model == kNokiaKeys;
   shownChoice.checked = format != nullptr && format->code == phones::kComposerCode;
   sendChoice.checked = format != nullptr && format->code.starts_with("NRTL");
-  instrumentChoice.checked = state_.program.voice == midi::Voice::kInstrument;
-  beepChoice.checked = !instrumentChoice.checked;
+  beepChoice.checked = beepChoice.value != 0;
+  instrumentChoice.checked = !beepChoice.checked;
   modelList.invitation = phoneSearch.text.empty() ? kNoNumbers : kNothingFound;
 }
 
@@ -171,11 +171,16 @@ void OptionsPage::sendChoice_Click() {
   Choose(kNokia, kNokiaSend);
 }
 
+void OptionsPage::ChooseVoice(int beep) {
+  beepChoice.value = beep;
+  state_.program.voice = beep != 0 ? midi::Voice::kBeep : midi::Voice::kInstrument;
+}
+
 void OptionsPage::instrumentChoice_Click() {
-  state_.program.voice = midi::Voice::kInstrument;
+  ChooseVoice(0);
 }
 void OptionsPage::beepChoice_Click() {
-  state_.program.voice = midi::Voice::kBeep;
+  ChooseVoice(1);
 }
 void OptionsPage::trySoundButton_Click() {
   core::RTTTLMelody melody;

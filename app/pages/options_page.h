@@ -48,6 +48,7 @@ class OptionsPage {
   void RestoreSavedModel();
   void SaveModel();
   void RefreshOptions();
+  void ChooseVoice(int beep);  // 1: beepChoice's, 0: the instrument
 
  private:
   void Choose(std::string_view brand, std::string_view model);

@@ -11,6 +11,7 @@
 namespace tonadex::app {
 
 struct ControlInfo;
+class Form1;
 struct Part;
 
 // Page numbers; the gaps are part of the numbering.
@@ -20,7 +21,8 @@ inline constexpr std::int16_t kStartUpPage = 2;  // the server's start page in W
 inline constexpr std::int16_t kRepertoirePage = 3;
 inline constexpr std::int16_t kInternetPage = 5;  // also WebBrowser1
 inline constexpr std::int16_t kOptionsPage = 6;
-inline constexpr std::int16_t kStartPage = 8;  // composer and RTTTL box
+inline constexpr std::int16_t kStartPage = 8;   // composer and RTTTL box
+inline constexpr std::int16_t kTypingPage = 9;  // reached from the repertoire page alone
 
 // The melody that is playing, while PlayMelody shows its message box: one that has a drawing, or
 // the one to try the sound with.
@@ -41,7 +43,9 @@ class SharedState {
   Program& program;
   std::int16_t paginaactual = kNoPage;
   Sounding sounding = Sounding::kNothing;
-  double soundLength = 0;       // ms
+  double soundLength = 0;  // ms
+  // Gets the focus when what changed is drawn; the shell then resets it. nullptr leaves it.
+  Control Form1::*focusNext = nullptr;
   Control List1;                // of the search and the repertoire page
   Control Text1, Text2, Text3;  // raw reply, current record, its number; never shown
 };

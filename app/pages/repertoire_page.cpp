@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <map>
 #include <numeric>
 #include <optional>
 #include <system_error>
@@ -13,17 +15,22 @@
 #include "app/print_sheet.h"
 #include "app/result_file_name.h"
 #include "app/words.h"
+#include "core/error_words.h"
 #include "core/melody_file.h"
 #include "core/message_box.h"
+#include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
 #include "files/write.h"
+#include "formats/pitch.h"
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
 #include "phones/formats.h"
+#include "phones/keypads.h"
+#include "phones/transpose.h"
 #include "phones/typing_steps.h"
 
 namespace tonadex::app {
@@ -32,9 +39,10 @@ namespace {
 using namespace core::literals;
 using F = Form1;
 
-constexpr int kListWidth = 280;
+constexpr int kListWidth = 280, kWidestList = 400;
 constexpr int kTempoWidth = 64, kSliderWidth = 120;
-constexpr int kLowestDisplay = 80, kLowestNotices = 56, kTallestNotices = 112;
+constexpr int kLowestDisplay = 120, kLowestNotices = 56, kTallestNotices = 320, kLowestSide = 104,
+              kTallestSide = 160;
 
 constexpr std::string_view kEmptyRepertoire =
     u8"Tu repertorio está vacío. Busca melodías en el servidor y descárgalas: aparecerán aquí."_w;
@@ -43,16 +51,83 @@ constexpr std::string_view kChoosePhoneFirst =
 constexpr std::string_view kConvertFirst =
     u8"Elige una melodía y pulsa Convertir: aquí verás lo que necesita tu móvil."_w;
 
+constexpr ControlInfo Teclear() {
+  ControlInfo button =
+      Button(Look::kPrimary, "teclearButton", &F::teclearButton, "T&eclear", "movil",
+             u8"Teclear el resultado en el móvil, paso a paso (F5)"_w, &F::teclearButton_Click);
+  button.shortcut = "F5";
+  return button;
+}
+
+constexpr std::string_view kNothingFiltered = u8"Ninguna melodía tiene esas palabras."_w;
+constexpr std::string_view kFilter = u8"Filtrar (Ctrl+F)"_w;
+constexpr std::string_view kNotRenamed = "No se ha podido cambiar el nombre: ";
+constexpr std::string_view kNotCopied = "No se ha podido hacer la copia: ";
+constexpr std::string_view kNotDeleted = u8"No se ha podido borrar la melodía: "_w;
+constexpr std::string_view kNotRestored = u8"No se ha podido recuperar la melodía: "_w;
+constexpr std::string_view kNoSemitones = u8"hace falta un número de -36 a 36, y no 0"_w;
+constexpr std::string_view kNewName = "Nombre nuevo";
+constexpr std::string_view kHowManySemitones = u8"Semitonos, de -36 a 36 (12 son una octava)"_w;
+constexpr std::uint32_t kFolderMs = 1000;
+
+constexpr MenuItem kMenu[] = {
+    {"&Reproducir", "", &F::picreproducir_Click},
+    {"&Convertir", "", &F::picconvertir_Click},
+    {"&Teclear", "", &F::typeItem_Click},
+    {},
+    {"&Editar", "", &F::editItem_Click},
+    {"Cambiar &nombre", "F2", &F::renameItem_Click},
+    {"&Duplicar", "", &F::duplicateItem_Click},
+    {"&Subir una octava", "", &F::octaveUpItem_Click},
+    {"&Bajar una octava", "", &F::octaveDownItem_Click},
+    {u8"&Transportar…"_w, "", &F::transposeItem_Click},
+    {},
+    {"B&orrar", "Del", &F::deleteItem_Click},
+    {"&Abrir la carpeta", "", &F::openFolderItem_Click, false},
+};
+
+constexpr ControlInfo Melodies() {
+  ControlInfo list = Row(Look::kList, "List1", &F::List1, u8"Melodías"_w,
+                         {Event::kClick, &F::List1_Click}, {Event::kActivate, &F::List1_DblClick});
+  list.menu = kMenu;
+  list.menuPage = kRepertoirePage;
+  return list;
+}
+
+constexpr ControlInfo Filter() {
+  ControlInfo box = Row(
+      Look::kLine, "repertoireFilter", &F::repertoireFilter, "Palabras que buscar en el repertorio",
+      {Event::kChange, &F::repertoireFilter_Change}, {Event::kEnter, &F::repertoireFilter_Enter});
+  box.shortcut = "Ctrl+F";
+  return box;
+}
+
 constexpr auto kRows = std::to_array<ControlInfo>({
+    Filter(),
+    Melodies(),
+    Words("entryLabel", &F::entryLabel, ""),
+    Row(Look::kLine, "entryBox", &F::entryBox, "Nombre nuevo o semitonos",
+        {Event::kEnter, &F::entryButton_Click}),
+    Button(Look::kButton, "entryButton", &F::entryButton, "Aceptar", "", "", &F::entryButton_Click),
+    Button(Look::kButton, "cancelEntryButton", &F::cancelEntryButton, "Cancelar", "", "",
+           &F::cancelEntryButton_Click),
+    Button(Look::kButton, "addButton", &F::addButton, u8"Aña&dir…"_w, "",
+           u8"Copiar melodías RTTTL de otros ficheros a tu repertorio"_w, &F::addButton_Click),
+    Button(Look::kButton, "undoDeleteButton", &F::undoDeleteButton, "Des&hacer", "",
+           u8"Recuperar la melodía borrada"_w, &F::undoDeleteButton_Click),
+    Row(Look::kTimer, "folderTimer", &F::folderTimer, "", {Event::kTick, &F::MelodyFolderChanged}),
+    Button(Look::kButton, "staleButton", &F::staleButton, "", "convertir",
+           u8"Convertir la melodía elegida para tu móvil"_w, &F::picconvertir_Click),
     Button(Look::kButton, "goToSearchButton", &F::goToSearchButton, words::kGoToSearch, "buscar",
            "", &F::cmdbuscar_Click),
     Button(Look::kButton, "picreproducir", &F::picreproducir, "Re&producir", "reproducir",
            u8"Escuchar la melodía elegida"_w, &F::picreproducir_Click),
     Button(Look::kPrimary, "picconvertir", &F::picconvertir, "&Convertir", "convertir",
            u8"Convertir la melodía elegida para tu móvil"_w, &F::picconvertir_Click),
+    Teclear(),
     Button(Look::kButton, "picimprimir", &F::picimprimir, "I&mprimir", "imprimir",
            u8"Imprimir la melodía convertida"_w, &F::picimprimir_Click),
-    Words("lbltextresult", &F::lbltextresult, "", Font::kHeading),
+    Words("lbltextresult", &F::lbltextresult, "", Font::kTitle),
     View("repertoireView", &F::repertoireView, &F::repertoireDrawing, Sounding::kRepertoire),
     Row(Look::kDisplay, "textresultado", &F::textresultado, u8"Resultado de la conversión"_w),
     Button(Look::kButton, "copyButton", &F::copyButton, words::kCopy, "copiar", "",
@@ -102,7 +177,8 @@ std::vector<std::string> MelodyFiles(const Program& program) {
 std::vector<int> NoteGroups(std::string_view model, std::string_view result,
                             const core::RTTTLMelody& melody) {
   const std::vector<ResultGroup> groups = ResultGroups(result);
-  std::vector<int> found(static_cast<std::size_t>(melody.Notes.end() - melody.Notes.begin()), -1);
+  std::vector<int> found(
+      static_cast<std::size_t>(std::distance(melody.Notes.begin(), melody.Notes.end())), -1);
   const phones::Format* format = phones::FindFormat(model);
   if (format != nullptr && format->code == phones::kComposerCode &&
       groups.size() == found.size()) {  // it has a group for each note
@@ -120,6 +196,83 @@ std::vector<int> NoteGroups(std::string_view model, std::string_view result,
     at += step.group.size() + step.after.size();
   }
   return found;
+}
+
+// The result is the heart of the page; the drawing and the notices stand under it or beside it.
+Part Arranged(bool wide) {
+  Part list = Column({
+                         The(&F::repertoireFilter),
+                         The(&F::List1).Weight(1),
+                         The(&F::entryLabel),
+                         The(&F::entryBox),
+                         Row({Stretch(), The(&F::entryButton), The(&F::cancelEntryButton)}),
+                         Row({The(&F::addButton), Stretch(), The(&F::undoDeleteButton)}),
+                         The(&F::goToSearchButton),
+                     })
+                  .Weight(wide ? 2 : 0)
+                  .Widths(kListWidth, wide ? kWidestList : kListWidth);
+  Part drawing = The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView);
+  Part notices =
+      Column({Row({The(&F::Label2).Weight(1), The(&F::foldButton)}),
+              The(&F::Textavisos).Weight(1).Heights(kLowestNotices, kTallestNotices), Stretch()})
+          .Gap(look::kFieldGap)
+          .Weight(1);
+  std::vector<Part> result;
+  result.push_back(Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::teclearButton),
+                        The(&F::picimprimir), Stretch()}));
+  result.push_back(The(&F::staleButton));
+  result.push_back(Row({The(&F::lbltextresult).Weight(1), The(&F::Label1),
+                        The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}));
+  result.push_back(Row({The(&F::limitMark), The(&F::rangeMark), The(&F::wordsMark), Stretch()}));
+  result.push_back(The(&F::textresultado).Weight(5).Heights(kLowestDisplay));
+  result.push_back(
+      Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
+           The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}));
+  std::vector<Part> columns;
+  columns.push_back(std::move(list));
+  if (wide) {
+    columns.push_back(Column(std::move(result)).Weight(6).Widths(0, look::kMeasure).Scrolls());
+    columns.push_back(
+        Column({std::move(drawing).Weight(300), std::move(notices).Weight(200), Stretch()})
+            .Weight(3)
+            .Widths(0, look::kMeasure)
+            .Scrolls());
+  } else {
+    result.push_back(Row({std::move(drawing).Weight(1), std::move(notices).Weight(1)})
+                         .Gap(look::kPageMargin)
+                         .Weight(1)
+                         .Heights(kLowestSide, kTallestSide));
+    // Large fonts may need more height than the window has.
+    columns.push_back(Column(std::move(result)).Weight(1).Scrolls());
+  }
+  return Row(std::move(columns))
+      .Gap(look::kPageMargin)
+      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+}
+
+// The name in a row's text "name (stem)".
+std::string_view NameIn(std::string_view row) {
+  return row.substr(0, row.find(" ("));
+}
+
+// The name as a person reads it: the row's has lost its blanks, and the stem may have kept them.
+// The whole row where the name is missing or `doubtful`.
+std::string ShownName(std::string_view row, bool doubtful) {
+  const std::string_view name = NameIn(row), stem = core::RowStem(row);
+  if (name.empty() || doubtful) {
+    return std::string(row);
+  }
+  std::string joined(stem);
+  std::erase(joined, ' ');
+  return std::string(joined == name ? stem : name);
+}
+
+int Semitones(std::string_view text) {
+  const std::int32_t number = core::FindInt32(text).value_or(0);
+  if (number == 0 || std::abs(number) > phones::kMostSemitones) {
+    throw core::RunTimeError(core::ErrorNumber::kInvalidArgument, std::string(kNoSemitones));
+  }
+  return number;
 }
 
 class SaveDialogQuestion : public phones::SaveFileQuestion {
@@ -149,41 +302,47 @@ std::span<const ControlInfo> RepertoirePage::Rows() {
 }
 
 Part RepertoirePage::Layout() {
-  Part list =
-      Column({The(&F::List1).Weight(1), The(&F::goToSearchButton)}).Widths(kListWidth, kListWidth);
-  Part result =
-      Column(
-          {
-              Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::picimprimir), Stretch()}),
-              The(&F::lbltextresult),
-              Row({The(&F::limitMark), The(&F::rangeMark), The(&F::wordsMark), Stretch()}),
-              The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView),
-              The(&F::textresultado).Weight(5).Heights(kLowestDisplay),
-              Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
-                   The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}),
-              Row({The(&F::Label2), The(&F::foldButton), Stretch(), The(&F::Label1),
-                   The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}),
-              The(&F::Textavisos).Weight(3).Heights(kLowestNotices, kTallestNotices),
-          })
-          .Weight(1)
-          .Scrolls();  // large fonts may need more height than the window has
-  return Row({std::move(list), std::move(result)})
-      .Gap(look::kPageMargin)
-      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+  return Arranged(false);
+}
+
+Part RepertoirePage::WideLayout() {
+  return Arranged(true);
 }
 
 RepertoirePage::RepertoirePage(SharedState& state) : state_(state) {
   picimprimir.enabled = false;
   copiedTimer.enabled = false;
   copiedTimer.interval = look::kCopiedMs;
+  folderTimer.interval = kFolderMs;
 }
 
 void RepertoirePage::RefreshRepertoire() {
   const bool here = state_.paginaactual == kRepertoirePage;
   if (here) {
-    state_.List1.invitation = kEmptyRepertoire;
+    state_.List1.invitation = all_.empty() ? kEmptyRepertoire : kNothingFiltered;
   }
-  goToSearchButton.visible = here && state_.List1.rows.empty();
+  folderTimer.enabled = here;
+  goToSearchButton.visible = here && all_.empty();
+  repertoireFilter.invitation = kFilter;
+  undoDeleteButton.visible = here && !deleted_.empty();
+  if (asked_ != Entry::kNone && (!here || SelectedName() != askedFile_)) {
+    asked_ = Entry::kNone;
+  }
+  for (Control* control : {&entryLabel, &entryBox, &entryButton, &cancelEntryButton}) {
+    control->visible = asked_ != Entry::kNone;
+  }
+  const bool stale = IsStale();
+  const bool selected = !state_.List1.SelectedText().empty();
+  staleButton.visible = here && stale;
+  staleButton.enabled = selected;
+  const phones::CatalogueRow* phone = phones::FindModel(resultModel_);
+  staleButton.caption =
+      "De " + resultShown_ + (phone == nullptr ? "" : ", para " + std::string(phone->brand)) +
+      (selected ? ". Convertir de nuevo" : std::string(u8". Elige una melodía"_w));
+  for (Control* control : {&lbltextresult, &textresultado, &Textavisos, &texttempo}) {
+    control->enabled = !stale;
+  }
+  picimprimir.enabled = converted_ && !stale;
   textresultado.invitation =
       phones::FindModel(state_.program.gPhoneModel) != nullptr ? kConvertFirst : kChoosePhoneFirst;
   repertoireView.invitation = words::kDrawing;
@@ -192,7 +351,10 @@ void RepertoirePage::RefreshRepertoire() {
   foldButton.tone = Tone::kMuted;
   foldButton.caption = folded_ ? words::kUnfold : words::kFold;
   copyButton.enabled = saveAsButton.enabled =
-      !textresultado.text.empty() && !phones::SavesFile(resultModel_);
+      !stale && !textresultado.text.empty() && !phones::SavesFile(resultModel_);
+  teclearButton.enabled = teclearButton.checked =
+      !stale && !textresultado.text.empty() && phones::FindKeypad(resultModel_) != nullptr;
+  picconvertir.checked = !teclearButton.checked;
 }
 
 void RepertoirePage::RefreshMarks() {
@@ -236,9 +398,7 @@ void RepertoirePage::foldButton_Click() {
 
 int RepertoirePage::ResultGroupAt(double ms) const {
   const int index = NoteAt(repertoireDrawing, ms);
-  const bool current =
-      state_.List1.SelectedText() == resultRow_ && state_.program.gPhoneModel == resultModel_;
-  if (index < 0 || !current) {
+  if (index < 0 || IsStale()) {
     return -1;
   }
   const auto note =
@@ -250,9 +410,10 @@ std::vector<ResultGroup> RepertoirePage::ResultGroupsShown() const {
   return ResultGroups(textresultado.text);
 }
 
-bool RepertoirePage::ResultIsKeyPresses() const {
+bool RepertoirePage::ResultIsCounted() const {
   const phones::Format* format = phones::FindFormat(resultModel_);
-  return format != nullptr && format->kind == phones::Kind::kKeys;
+  return format != nullptr &&
+         (format->kind == phones::Kind::kKeys || format->kind == phones::Kind::kNotes);
 }
 
 void RepertoirePage::copyButton_Click() {
@@ -282,6 +443,8 @@ void RepertoirePage::sizeSlider_Change() {
 // the listing silently, and the rows so far stay.
 void RepertoirePage::FillRepertoire() {
   state_.List1.Clear();
+  repertoireFilter.text.clear();
+  folder_ = LookAtFolder();
   bool skipping = true;
   const auto step = [&skipping](const auto& work) {
     if (skipping) {
@@ -305,23 +468,253 @@ void RepertoirePage::FillRepertoire() {
       state_.List1.rows.SetLastData(core::FileNumber(formed));
     }
   });
+  SortRows();
+}
+
+// By what is read first, the name; rows of one name as their files are.
+void RepertoirePage::SortRows() {
+  struct Shown {
+    std::string key, text;
+    ListRow row;
+  };
+  const ListRows rows = std::exchange(state_.List1.rows, {});
+  std::map<std::string_view, int> names;
+  for (const ListRow& row : rows) {
+    ++names[NameIn(row.text)];
+  }
+  std::vector<Shown> sorted;
+  for (const ListRow& row : rows) {
+    std::string text = ShownName(row.text, names[NameIn(row.text)] > 1);
+    sorted.push_back({core::Fold(text), std::move(text), row});
+  }
+  std::ranges::stable_sort(sorted, {}, &Shown::key);
+  allShown_ = {};
+  for (const Shown& each : sorted) {
+    state_.List1.rows.push_back(each.row);
+    allShown_.push_back({each.text, each.row.itemData});
+  }
+  all_ = state_.List1.rows;
+  state_.List1.shown = allShown_;
+}
+
+void RepertoirePage::FilterRows() {
+  const std::string filter = core::Fold(repertoireFilter.text);
+  const auto words = core::SplitText(filter, ' ');
+  Control& list = state_.List1;
+  list.Clear();
+  for (std::size_t i = 0; i < all_.size(); ++i) {
+    const std::string line =
+        core::Fold(std::string(allShown_[i].text) + ' ' + std::string(all_[i].text));
+    if (std::ranges::all_of(words, [&line](auto word) { return core::Contains(line, word); })) {
+      list.rows.push_back(all_[i]);
+      list.shown.push_back(allShown_[i]);
+    }
+  }
+}
+
+void RepertoirePage::repertoireFilter_Change() {
+  const std::string before = SelectedName();
+  FilterRows();
+  SelectName(before);
+  List1_Click();
+}
+
+void RepertoirePage::repertoireFilter_Enter() {
+  if (!state_.List1.rows.empty()) {
+    state_.List1.Select(std::max(0, state_.List1.listIndex));
+    List1_Click();
+    state_.focusNext = &F::List1;
+  }
+}
+
+RepertoirePage::FolderState RepertoirePage::LookAtFolder() const {
+  FolderState state;
+  std::error_code failed;
+  for (std::filesystem::directory_iterator at(state_.program.MelodyFolder(), failed), end;
+       !failed && at != end; at.increment(failed)) {
+    std::error_code gone;
+    state.emplace_back(at->path().filename(), at->last_write_time(gone));
+  }
+  return state;
+}
+
+void RepertoirePage::MelodyFolderChanged() {
+  if (state_.paginaactual != kRepertoirePage || LookAtFolder() == folder_) {
+    return;
+  }
+  const std::string filter = repertoireFilter.text;
+  const std::string before = SelectedName();
+  FillRepertoire();
+  repertoireFilter.text = filter;
+  FilterRows();
+  SelectName(before);
+  List1_Click();
+}
+
+void RepertoirePage::ShowFile(const std::string& file) {
+  FillRepertoire();
+  SelectName(file);
+  List1_Click();
+  state_.focusNext = &F::List1;
+}
+
+void RepertoirePage::SelectLast() {
+  SelectName(last_);
+  List1_Click();
+  if (!all_.empty()) {
+    state_.focusNext = &F::List1;
+  }
+}
+
+void RepertoirePage::SelectName(const std::string& file) {
+  Control& list = state_.List1;
+  int at = 0;
+  list.Select(-1);
+  for (const ListRow& row : list.rows) {
+    if (core::MelodyFileName(row.text, row.itemData) == file) {
+      return list.Select(at);
+    }
+    ++at;
+  }
+}
+
+std::string RepertoirePage::SelectedName() const {
+  const ListRow row = state_.List1.Selected();
+  return row.text.empty() ? "" : core::MelodyFileName(row.text, row.itemData);
 }
 
 std::filesystem::path RepertoirePage::SelectedFile() const {
-  return state_.program.MelodyFolder() /
-         files::PathFromText(
-             core::MelodyFileName(state_.List1.SelectedText(), state_.List1.SelectedData()));
+  return state_.program.MelodyFolder() / files::PathFromText(SelectedName());
+}
+
+std::string RepertoirePage::SelectedMelody() const {
+  return core::UndoSharpEscape(files::ReadMelodyLine(SelectedFile()));
 }
 
 void RepertoirePage::List1_Click() {
   repertoireDrawing = {};
-  if (state_.paginaactual == kRepertoirePage && !state_.List1.SelectedText().empty()) {
+  if (state_.paginaactual != kRepertoirePage) {
+    return;
+  }
+  last_ = SelectedName();
+  line_.clear();
+  if (!last_.empty()) {
     core::SkipErrors([this] {
-      repertoireDrawing = MelodyDrawing(
-          core::UndoSharpEscape(files::ReadMelodyLine(SelectedFile())), state_.program.gPhoneModel);
+      line_ = SelectedMelody();
+      repertoireDrawing = MelodyDrawing(line_, state_.program.gPhoneModel);
     });
   }
 }
+
+bool RepertoirePage::IsStale() const {
+  return !resultFile_.empty() &&
+         (SelectedName() != resultFile_ || state_.program.gPhoneModel != resultModel_ ||
+          (last_ == resultFile_ && line_ != resultLine_));
+}
+
+// ---- The menu on a row --------------------------------------------------------------------------
+
+MelodyStore RepertoirePage::Store() const {
+  return {state_.program.MelodyFolder(), state_.program.BinFolder()};
+}
+
+bool RepertoirePage::Try(std::string_view failure, const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const std::exception& error) {
+    core::MsgBox(std::string(failure) + core::ErrorWords(error) + ".", core::Icon::kExclamation);
+    return false;
+  }
+  return true;
+}
+
+void RepertoirePage::Copy(int semitones) {
+  const std::string file = SelectedName();
+  std::string copy;
+  if (!file.empty() && Try(kNotCopied, [&] { copy = Store().Duplicate(file, semitones); })) {
+    ShowFile(copy);
+  }
+}
+
+void RepertoirePage::duplicateItem_Click() {
+  Copy(0);
+}
+
+void RepertoirePage::octaveUpItem_Click() {
+  Copy(formats::kSemitones);
+}
+
+void RepertoirePage::octaveDownItem_Click() {
+  Copy(-formats::kSemitones);
+}
+
+void RepertoirePage::Ask(Entry what) {
+  askedFile_ = SelectedName();
+  if (askedFile_.empty()) {
+    return;
+  }
+  asked_ = what;
+  entryLabel.caption = what == Entry::kName ? kNewName : kHowManySemitones;
+  entryBox.text = what == Entry::kName ? line_.substr(0, line_.find(':')) : "";
+  state_.focusNext = &F::entryBox;
+}
+
+void RepertoirePage::renameItem_Click() {
+  Ask(Entry::kName);
+}
+
+void RepertoirePage::transposeItem_Click() {
+  Ask(Entry::kSemitones);
+}
+
+void RepertoirePage::entryButton_Click() {
+  const std::string text(core::Trim(entryBox.text));
+  std::string file;
+  const bool done =
+      asked_ == Entry::kName
+          ? Try(kNotRenamed, [&] { file = Store().Rename(askedFile_, text); })
+          : Try(kNotCopied, [&] { file = Store().Duplicate(askedFile_, Semitones(text)); });
+  if (done) {
+    asked_ = Entry::kNone;
+    ShowFile(file);
+  }
+}
+
+void RepertoirePage::cancelEntryButton_Click() {
+  asked_ = Entry::kNone;
+  state_.focusNext = &F::List1;
+}
+
+void RepertoirePage::deleteItem_Click() {
+  const std::string file = SelectedName();
+  const int row = state_.List1.listIndex;
+  if (file.empty() ||
+      !Try(kNotDeleted, [&] { deleted_.emplace_back(Store().Delete(file), file); })) {
+    return;
+  }
+  MelodyFolderChanged();
+  const int last = static_cast<int>(state_.List1.rows.size()) - 1;
+  state_.List1.Select(std::min(row, last));
+  List1_Click();
+}
+
+void RepertoirePage::undoDeleteButton_Click() {
+  if (deleted_.empty()) {
+    return;
+  }
+  const auto [place, name] = deleted_.back();
+  std::string file;
+  if (Try(kNotRestored, [&] { file = Store().Restore(place, name); })) {
+    deleted_.pop_back();
+    ShowFile(file);
+  }
+}
+
+void RepertoirePage::openFolderItem_Click() {
+  state_.program.services.shell.OpenFolder(state_.program.MelodyFolder());
+}
+
+// ---- Playing and converting ---------------------------------------------------------------------
 
 void RepertoirePage::picreproducir_Click() {
   if (state_.List1.SelectedText().empty()) {
@@ -336,7 +729,9 @@ void RepertoirePage::picreproducir_Click() {
 
 void RepertoirePage::ConvertSelectedMelody() {
   const std::string row(state_.List1.SelectedText());
-  state_.program.gMelody.Text = core::UndoSharpEscape(files::ReadMelodyLine(SelectedFile()));
+  const std::string file = SelectedName(), shown = ShownName(row, false);
+  const std::string line = SelectedMelody();
+  state_.program.gMelody.Text = line;
   SaveDialogQuestion question(state_.program);
   const auto page = phones::ConvertSelectedMelody(state_.program.gMelody,
                                                   state_.program.gPhoneModel, row, question)
@@ -347,7 +742,11 @@ void RepertoirePage::ConvertSelectedMelody() {
     Textavisos.text = page->notices;
     texttempo.text = page->tempo;
     resultRow_ = row;
+    resultShown_ = shown;
+    resultFile_ = last_ = file;
+    resultLine_ = line_ = line;
     resultModel_ = state_.program.gPhoneModel;
+    resultMelody_ = state_.program.gMelody;
     resultGroups_ = NoteGroups(resultModel_, page->result, state_.program.gMelody);
   }
 }
@@ -355,7 +754,7 @@ void RepertoirePage::ConvertSelectedMelody() {
 void RepertoirePage::picconvertir_Click() {
   if (!state_.List1.SelectedText().empty()) {
     ConvertSelectedMelody();
-    picimprimir.enabled = true;
+    picimprimir.enabled = converted_ = true;
     copiedTimer_Timer();
   }
 }

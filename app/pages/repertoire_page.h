@@ -4,10 +4,13 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/display_layout.h"
 #include "app/melody_notes.h"
+#include "app/melody_store.h"
 #include "app/pages/page.h"
 
 namespace tonadex::app {
@@ -29,6 +32,23 @@ class RepertoirePage {
   void rangeMark_Click();
   // Folds the instructions away, or back.
   void foldButton_Click();
+  // Narrows the list to the rows that hold all words of the box.
+  void repertoireFilter_Change();
+  void repertoireFilter_Enter();
+  // The menu on a row.
+  void renameItem_Click();
+  void duplicateItem_Click();
+  void octaveUpItem_Click();
+  void octaveDownItem_Click();
+  void transposeItem_Click();
+  void deleteItem_Click();
+  void openFolderItem_Click();
+  // The line below the list that asks for a name or a number.
+  void entryButton_Click();
+  void cancelEntryButton_Click();
+  void undoDeleteButton_Click();
+  // Lists the folder again when it is another than before; the selection stays.
+  void MelodyFolderChanged();
 
   void copyButton_Click();
   void copiedTimer_Timer();
@@ -39,10 +59,13 @@ class RepertoirePage {
 
   // The groups of the result, which lines do not break, and whether they are key presses.
   std::vector<ResultGroup> ResultGroupsShown() const;
-  bool ResultIsKeyPresses() const;
+  bool ResultIsCounted() const;
 
-  Control goToSearchButton;
-  Control picreproducir, picconvertir, picimprimir;
+  Control repertoireFilter, goToSearchButton;
+  Control entryLabel, entryBox, entryButton, cancelEntryButton;
+  Control addButton, undoDeleteButton, folderTimer;
+  Control staleButton;  // over a result that is another row's or phone's
+  Control picreproducir, picconvertir, teclearButton, picimprimir;
   Control lbltextresult, repertoireView, textresultado;  // the result and its title
   Control limitMark, rangeMark, wordsMark;  // what does not fit the phone, or is no keys
   Control copyButton, copiedTimer, saveAsButton;
@@ -52,6 +75,7 @@ class RepertoirePage {
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();
+  static Part WideLayout();  // drawing and notices beside the result
 
  protected:
   void FillRepertoire();
@@ -59,16 +83,49 @@ class RepertoirePage {
   // The group of the display whose note sounds at this time, where the display shows the selected
   // melody for the chosen phone; -1 for none.
   int ResultGroupAt(double ms) const;
+  MelodyStore Store() const;
+  // Does it; false after a message that begins with `failure` and says why.
+  static bool Try(std::string_view failure, const std::function<void()>& work);
+  // Lists the folder again and selects the row of this file.
+  void ShowFile(const std::string& file);
+  // Selects the row that was selected last, if it is still there.
+  void SelectLast();
+  // The selected melody's text, with "#" for sharps.
+  std::string SelectedMelody() const;
+
+  std::string resultRow_, resultModel_;  // of what the result panel shows
+  core::RTTTLMelody resultMelody_;       // as its conversion left it
 
  private:
+  enum class Entry { kNone, kName, kSemitones };
+  // What tells a folder from the same folder after a change.
+  using FolderState =
+      std::vector<std::pair<std::filesystem::path, std::filesystem::file_time_type>>;
+
+  std::string SelectedName() const;
   std::filesystem::path SelectedFile() const;
   void RefreshMarks();
   void ShowNext(const std::function<bool(const DrawnNote&)>& meant);
+  FolderState LookAtFolder() const;
+  void SortRows();
+  void FilterRows();
+  void SelectName(const std::string& file);
+  void Ask(Entry what);
+  void Copy(int semitones);
+  bool IsStale() const;
 
   SharedState& state_;
-  std::string resultRow_, resultModel_;  // of what the result panel shows
-  std::vector<int> resultGroups_;        // and the group of each of its melody's notes, or -1
-  bool folded_ = false;                  // the instructions
+  ListRows all_, allShown_;  // before they are filtered
+  FolderState folder_;
+  std::string last_;  // file of the row selected last
+  std::string line_;  // and its melody
+  Entry asked_ = Entry::kNone;
+  std::string askedFile_;                                               // which the entry is for
+  std::vector<std::pair<std::filesystem::path, std::string>> deleted_;  // in the bin; the old names
+  bool converted_ = false;
+  std::string resultShown_, resultFile_, resultLine_;  // of what the result panel shows
+  std::vector<int> resultGroups_;                      // of each note of the result's melody, or -1
+  bool folded_ = false;                                // the instructions
 };
 
 }  // namespace tonadex::app

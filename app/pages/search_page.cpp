@@ -23,6 +23,9 @@ constexpr std::string_view kEmptySearch =
 constexpr std::string_view kDownloaded =
     u8"La melodía se ha bajado correctamente. Puedes verla en tu repertorio"_w;
 
+constexpr std::string_view kAfterScheme = "://";
+constexpr std::string_view kNoAnswer = ". Lo que ves no es una respuesta.";
+
 constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
         {Event::kEnter, &F::picabuscar_Click}, {}, u8"Palabras del nombre de la melodía"_w),
@@ -30,10 +33,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            "Buscar estas palabras en el servidor", &F::picabuscar_Click),
     Button(Look::kButton, "picazar", &F::picazar, "Al a&zar", "azar", u8"Unas melodías al azar"_w,
            &F::picazar_Click),
-    Row(Look::kList, "List1", &F::List1, u8"Melodías"_w, {Event::kClick, &F::List1_Click},
-        {Event::kActivate, &F::List1_DblClick}),
     Button(Look::kButton, "picdescargar", &F::picdescargar, "&Descargar", "bajar",
            u8"Guardar la melodía elegida en tu repertorio"_w, &F::picdescargar_Click),
+    Words("serverLine", &F::serverLine, "", Font::kBody, Tone::kMuted),
     Row(Look::kStorage, "Text1", &F::Text1),
     Row(Look::kStorage, "Text2", &F::Text2),
     Row(Look::kStorage, "Text3", &F::Text3),
@@ -46,11 +48,12 @@ std::span<const ControlInfo> SearchPage::Rows() {
 }
 
 Part SearchPage::Layout() {
-  return Column({
-                    Row({The(&F::txtbuscar).Weight(1), The(&F::picabuscar), The(&F::picazar)}),
-                    The(&F::List1).Weight(1),
-                    Row({Stretch(), The(&F::picdescargar)}),
-                })
+  Part search = Column({
+      Row({The(&F::txtbuscar).Weight(1), The(&F::picabuscar), The(&F::picazar)}),
+      The(&F::List1).Weight(1),
+      Row({The(&F::serverLine).Weight(1), The(&F::picdescargar)}),
+  });
+  return Centred(std::move(search), look::kMeasure)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
 }
 
@@ -62,8 +65,16 @@ void SearchPage::RefreshSearch() {
 
 void SearchPage::ReadListing(std::string_view address, bool stemAlone) {
   state_.List1.Clear();
+  serverLine.caption.clear();
   // After a failed request the old text of Text1 is read again.
-  core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); });
+  if (!core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); })) {
+    const std::string_view base = state_.program.serverBase;
+    const std::size_t scheme = base.find(kAfterScheme);
+    serverLine.caption = "El servidor no responde: ";
+    serverLine.caption.append(scheme == base.npos ? base
+                                                  : base.substr(scheme + kAfterScheme.size()));
+    serverLine.caption.append(kNoAnswer);
+  }
   state_.program.services.shell.DoEvents();
   state_.List1.rows.reserve(net::CountRecords(state_.Text1.text), state_.Text1.text.size());
   net::ListingEnd left = net::ReadListing(
@@ -94,8 +105,8 @@ void SearchPage::picdescargar_Click() {
   if (row.empty() || net::IsHintRow(row)) {
     return;
   }
-  net::DownloadMelody(state_.Fetch(), state_.program.MelodyFolder(), row,
-                      state_.List1.SelectedData(), state_.Text1.text);
+  net::DownloadMelody(state_.Fetch(), state_.program.MelodyFolder(), state_.program.BinFolder(),
+                      row, state_.List1.SelectedData(), state_.Text1.text);
   // Shown whatever the server sent: deliberate.
   core::MsgBox(kDownloaded, core::Icon::kInformation);
 }

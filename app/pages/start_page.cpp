@@ -16,6 +16,7 @@
 #include "net/upload.h"
 #include "nokia3210/cnokia.h"
 #include "phones/formats.h"
+#include "phones/phone_description.h"
 
 namespace tonadex::app {
 namespace {
@@ -34,6 +35,7 @@ constexpr std::string_view kErrorsMessage =
 constexpr std::string_view kErrorsTitle = "Errores en la melodia";
 
 constexpr std::string_view kNothingToRepair = u8"No se ha encontrado ninguna nota en el texto."_w;
+constexpr std::string_view kNothingBad = "No hay nada que arreglar.";
 constexpr std::string_view kSeveralFound = u8" melodías en el texto: ¿cuál quieres?"_w;
 constexpr std::string_view kChangesFound = u8"Al aplicarlo cambia esto:"_w;
 
@@ -43,21 +45,33 @@ constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no
 constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
-constexpr int kTempoWidth = 96, kLowestNotes = 56;
+constexpr int kTempoWidth = 96, kLowestNotes = 48, kTallestCards = 680;
+
+constexpr std::string_view kApplyHelp = u8"Poner en el cuadro la melodía arreglada"_w;
 
 // A button that both boxes have; its help is its accessible name, to tell the two apart.
 constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
-                             const char* icon, std::string_view help, Handler click) {
-  return Button(Look::kButton, name, member, caption, icon, help, click, help);
+                             const char* icon, std::string_view help, Handler click,
+                             Look look = Look::kButton) {
+  return Button(look, name, member, caption, icon, help, click, help);
 }
 
+constexpr std::string_view kMelodyWays = u8"Búscala o escríbela aquí"_w;
+constexpr std::string_view kResultWays = u8"Conviértela y pásala a tu móvil"_w;
+
 constexpr auto kRows = std::to_array<ControlInfo>({
+    Button(Look::kCard, "phoneCard", &F::phoneCard, u8"1. Tu móvil"_w, "movil", words::kChoosePhone,
+           &F::cmdopciones_Click),
+    Button(Look::kCard, "melodyCard", &F::melodyCard, u8"2. Una melodía"_w, "buscar",
+           words::kGoToSearch, &F::cmdbuscar_Click),
+    Button(Look::kCard, "resultCard", &F::resultCard, "3. El resultado", "convertir",
+           "Abrir tu repertorio", &F::cmdrepertorio_Click),
     Words("lbltitulocompo", &F::lbltitulocompo, "Compositor", Font::kTitle),
     Words("lblporfacomprueba", &F::lblporfacomprueba,
           u8"Por favor, escucha la melodía antes de subirla."_w, Font::kSmall, Tone::kMuted, true),
     Label("lblnombremelodiasube", &F::lblnombremelodiasube, "No&mbre", &F::txtcomponombremelodia),
-    Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia,
-        u8"Nombre de la melodía"_w),
+    Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia, u8"Nombre de la melodía"_w,
+        {Event::kChange, &F::txtmelodiacompo_Change}),
     Label("lbltemposube", &F::lbltemposube, "&Tempo", &F::txtcompoTempo),
     Row(Look::kComboBox, "txtcompoTempo", &F::txtcompoTempo, "Tempo en pulsos por minuto",
         {Event::kChange, &F::txtmelodiacompo_Change}, {}, "Pulsos por minuto"),
@@ -73,6 +87,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            u8"Escuchar la melodía compuesta"_w, &F::cmdscuchacumpo_Click),
     Action("cmdsubecompo", &F::cmdsubecompo, "&Subir", "subir",
            u8"Subir al servidor la melodía compuesta"_w, &F::cmdsubecompo_Click),
+    Action("saveComposed", &F::saveComposed, "Guar&dar en mi repertorio", "guardar",
+           u8"Guardar la melodía compuesta en mi repertorio; hacen falta notas"_w,
+           &F::saveComposed_Click, Look::kPrimary),
     Words("lbltitulortttl", &F::lbltitulortttl, u8"Melodía en RTTTL"_w, Font::kTitle),
     Label("labelformatortttl", &F::labelformatortttl, "Te&xto RTTTL", &F::txtrtttlsube),
     Row(Look::kArea, "txtrtttlsube", &F::txtrtttlsube, "Texto RTTTL",
@@ -81,13 +98,13 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Action("repairButton", &F::repairButton, "Arre&glar", "",
            u8"Ver qué se puede arreglar en el texto RTTTL"_w, &F::repairButton_Click),
     Action("undoRepairButton", &F::undoRepairButton, "Des&hacer", "",
-           u8"Volver al texto de antes de arreglarlo"_w, &F::undoRepairButton_Click),
+           u8"Volver al texto que había antes"_w, &F::undoRepairButton_Click),
     Words("repairLabel", &F::repairLabel, "", Font::kBody, Tone::kText),
     Row(Look::kList, "repairList", &F::repairList, u8"Melodías encontradas en el texto"_w,
         {Event::kClick, &F::repairList_Click}, {Event::kActivate, &F::applyRepairButton_Click}),
     Row(Look::kNotices, "repairNotices", &F::repairNotices, "Lo que cambia al arreglar el texto"),
-    Action("applyRepairButton", &F::applyRepairButton, "A&plicar", "",
-           "Poner en el cuadro la melodía arreglada", &F::applyRepairButton_Click),
+    Button(Look::kPrimary, "applyRepairButton", &F::applyRepairButton, "A&plicar", "", kApplyHelp,
+           &F::applyRepairButton_Click, kApplyHelp),
     Action("cancelRepairButton", &F::cancelRepairButton, "&Cancelar", "",
            u8"Dejar el texto como está"_w, &F::cancelRepairButton_Click),
     View("rtttlView", &F::rtttlView, &F::rtttlDrawing, Sounding::kRtttl),
@@ -95,6 +112,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            "Escuchar el texto RTTTL", &F::cmdscuchartttl_Click),
     Action("cmdsubirmelortttl", &F::cmdsubirmelortttl, "Subir RTTT&L", "subir",
            "Subir al servidor el texto RTTTL", &F::cmdsubirmelortttl_Click),
+    Action("saveRtttl", &F::saveRtttl, "Guardar en mi repertorio", "guardar",
+           u8"Guardar el texto RTTTL en mi repertorio; hace falta una melodía sin faltas"_w,
+           &F::saveRtttl_Click, Look::kPrimary),
     Row(Look::kStorage, "rtf", &F::rtf),
 });
 
@@ -134,7 +154,7 @@ std::span<const ControlInfo> StartPage::Rows() {
 
 Part StartPage::Layout() {
   const auto view = [](Control F::*drawing) {
-    return The(drawing).Weight(3).Heights(look::kLowestView, look::kTallestView);
+    return The(drawing).Weight(3).Heights(kLowestNotes, look::kTallestView);
   };
   const auto notes = [](Control F::*label, Control F::*box) {
     return Field(label, The(box).Weight(2).Heights(kLowestNotes));
@@ -145,10 +165,10 @@ Part StartPage::Layout() {
            Field(&F::lbltemposube, The(&F::txtcompoTempo).Widths(kTempoWidth, kTempoWidth))})
           .Gap(look::kPageMargin),
       notes(&F::lblformatocompo, &F::txtmelodiacompo),
-      The(&F::composerCheckLabel),
+      Row({The(&F::composerCheckLabel), The(&F::lblMsg).Weight(1)}).Gap(look::kPageMargin),
       The(&F::keyRow),
       view(&F::composerView),
-      Row({The(&F::lblMsg).Weight(1), The(&F::cmdscuchacumpo), The(&F::cmdsubecompo)}),
+      Row({Stretch(), The(&F::cmdscuchacumpo), The(&F::cmdsubecompo), The(&F::saveComposed)}),
   });
   Part rtttl = Card({
       The(&F::lbltitulortttl),
@@ -160,9 +180,17 @@ Part StartPage::Layout() {
       Row({Stretch(), The(&F::cancelRepairButton), The(&F::applyRepairButton)}),
       view(&F::rtttlView),
       Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl)}),
+      Row({Stretch(), The(&F::saveRtttl)}),
   });
-  return Row({std::move(composer).Weight(5), std::move(rtttl).Weight(3)})
-      .Gap(look::kPageMargin)
+  Part cards =
+      Row({std::move(composer).Weight(5), std::move(rtttl).Weight(3)}).Gap(look::kPageMargin);
+  Part ways = Row({The(&F::phoneCard).Weight(1), The(&F::melodyCard).Weight(1),
+                   The(&F::resultCard).Weight(1)})
+                  .Gap(look::kPageMargin);
+  return Centred(Column({std::move(ways), std::move(cards).Weight(1000).Heights(0, kTallestCards),
+                         Stretch()})
+                     .Gap(look::kFieldGap),
+                 2 * look::kMeasure)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin)
       .Scrolls();
 }
@@ -187,10 +215,16 @@ void StartPage::RefreshStart() {
   repairButton.visible = here && !proposed && unrepaired_.empty();
   undoRepairButton.visible = here && !proposed && !unrepaired_.empty();
   repairList.visible = proposed && repairs_.size() > 1;
-  rtttlView.visible = here && !proposed;
+  // While a choice is shown, it alone asks for an answer.
+  for (Control* control : {&rtttlCheckLabel, &rtttlView, &cmdscuchartttl, &cmdsubirmelortttl}) {
+    control->visible = here && !proposed;
+  }
   for (Control* control : {&repairLabel, &repairNotices, &applyRepairButton, &cancelRepairButton}) {
     control->visible = proposed;
   }
+  phoneCard.text = phones::PhoneName(state_.program.gPhoneModel);
+  melodyCard.text = kMelodyWays;
+  resultCard.text = kResultWays;
   composerView.invitation = rtttlView.invitation = words::kDrawing;
 }
 
@@ -224,7 +258,6 @@ void StartPage::convierteCompositor() {
   rtf.text = converter.ConvertedNotes();
 }
 
-// Sets melodiasube to the composer's melody as RTTTL; false after a message to the user.
 bool StartPage::BuildComposedMelody() {
   const std::string& name = txtcomponombremelodia.text;
   const std::string& tempo = txtcompoTempo.text;
@@ -296,6 +329,7 @@ void StartPage::txtmelodiacompo_Change() {
   composerDrawing =
       MelodyDrawing(RtttlText("x", converter.Defaults, tempo, converter.ConvertedNotes()),
                     state_.program.gPhoneModel);
+  saveComposed.enabled = !composerDrawing.notes.empty();
 }
 
 void StartPage::txtrtttlsube_Change() {
@@ -308,9 +342,14 @@ void StartPage::txtrtttlsube_Change() {
       txtrtttlsube.faults.push_back(fault.where);
     }
   }
+  std::ranges::sort(txtrtttlsube.faults, {}, &core::TextRange::start);
   repairButton.enabled = rtttlCheck.verdict == Verdict::kBad;
   // Without a name's end its handler fails, which ends the program.
   cmdsubirmelortttl.enabled = core::Contains(text, ":");
+  // What the server would refuse can be kept.
+  saveRtttl.enabled = phones::CheckRtttl(text).verdict == Verdict::kGood;
+  cmdsubirmelortttl.whyDisabled = rtttlCheck.sentence;
+  repairButton.whyDisabled = kNothingBad;
   repairs_.clear();
   unrepaired_.clear();
 }
@@ -342,10 +381,14 @@ void StartPage::repairList_Click() {
 void StartPage::applyRepairButton_Click() {
   const int index = repairList.listIndex;
   if (index >= 0 && static_cast<std::size_t>(index) < repairs_.size()) {
-    std::string before = txtrtttlsube.text;
-    SetRtttl(std::move(repairs_[static_cast<std::size_t>(index)].text));
-    unrepaired_ = std::move(before);
+    EditRtttl(std::move(repairs_[static_cast<std::size_t>(index)].text));
   }
+}
+
+void StartPage::EditRtttl(std::string text) {
+  std::string before = txtrtttlsube.text;
+  SetRtttl(std::move(text));
+  unrepaired_ = before == txtrtttlsube.text ? std::string() : std::move(before);
 }
 
 void StartPage::cancelRepairButton_Click() {

@@ -53,6 +53,7 @@ class StartPage {
   Check composerCheck;             // the count of notes beside the limit of 50
   phones::MelodyCheck rtttlCheck;  // beside txtrtttlsube
 
+  Control phoneCard, melodyCard, resultCard;  // the way from here to the phone
   Control lbltitulocompo, lblporfacomprueba;
   Control lblnombremelodiasube, txtcomponombremelodia;
   Control lbltemposube, txtcompoTempo;
@@ -61,6 +62,7 @@ class StartPage {
   Control lblMsg, cmdscuchacumpo, cmdsubecompo;
   Control lbltitulortttl, labelformatortttl, txtrtttlsube;
   Control rtttlCheckLabel, repairButton, undoRepairButton, rtttlView;
+  Control saveComposed, saveRtttl;
   Control repairLabel, repairList, repairNotices, applyRepairButton, cancelRepairButton;
   Control cmdscuchartttl, cmdsubirmelortttl;
   Control rtf;  // the converted RTTTL notes; never shown
@@ -69,15 +71,18 @@ class StartPage {
   static Part Layout();
 
  protected:
+  // Sets melodiasube to the composer's melody as RTTTL; false after a message to the user.
+  bool BuildComposedMelody();
+  // Puts a text into txtrtttlsube; what stood there can be brought back.
+  void EditRtttl(std::string text);
   nokia3210::CNokia& Converter();
   void RefreshStart();
 
  private:
-  bool BuildComposedMelody();
   void SetRtttl(std::string text);
 
   std::vector<phones::RepairedMelody> repairs_;  // proposed; empty when nothing is
-  std::string unrepaired_;                       // what the box held before; "" when not repaired
+  std::string unrepaired_;                       // what the box held before; "" for nothing
   SharedState& state_;
   std::unique_ptr<nokia3210::CNokia> converter_;  // created with the first visit to the page
 };

@@ -1,11 +1,16 @@
 #include "files/system.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
+
+#include "core/windows1252.h"
+#include "files/paths.h"
 
 namespace tonadex::files::system {
 namespace {
@@ -21,6 +26,18 @@ std::error_code LastError() {
 
 int Number(std::intptr_t handle) {
   return static_cast<int>(handle);
+}
+
+std::int64_t Nanoseconds(const timespec& time) {
+  return time.tv_sec * std::int64_t{1'000'000'000} + time.tv_nsec;
+}
+
+std::optional<FileStatus> RegularStatus(const struct stat& status) {
+  if (!S_ISREG(status.st_mode)) {
+    return std::nullopt;
+  }
+  return FileStatus{static_cast<std::uintmax_t>(status.st_size), Nanoseconds(status.st_mtim),
+                    Nanoseconds(status.st_ctim), status.st_ino};
 }
 
 // A new name is on the disk once its folder is. File systems that cannot sync a folder are no
@@ -46,13 +63,8 @@ std::optional<std::size_t> File::Read(char* target, std::size_t size) const {
 }
 
 std::optional<FileStatus> File::Status() const {
-  constexpr std::int64_t kNanoseconds = 1'000'000'000;
   struct stat status = {};
-  if (::fstat(Number(handle_), &status) != 0 || !S_ISREG(status.st_mode)) {
-    return std::nullopt;
-  }
-  return FileStatus{static_cast<std::uintmax_t>(status.st_size),
-                    status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
+  return ::fstat(Number(handle_), &status) == 0 ? RegularStatus(status) : std::nullopt;
 }
 
 bool File::Write(std::string_view bytes) const {
@@ -130,3 +142,40 @@ bool MoveToNewName(const fs::path& from, const fs::path& to, bool wait, std::err
 }
 
 }  // namespace tonadex::files::system
+
+namespace tonadex::files {
+namespace {
+
+struct FolderCloser {
+  void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+}  // namespace
+
+std::vector<ListedFile> ListFiles(const std::filesystem::path& folder,
+                                  const std::function<bool(std::string_view)>& wanted,
+                                  const std::stop_token& stop) {
+  const std::unique_ptr<DIR, FolderCloser> opened(::opendir(folder.c_str()));
+  std::vector<ListedFile> files;
+  while (opened && !stop.stop_requested()) {
+    errno = 0;
+    const dirent* entry = ::readdir(opened.get());
+    if (entry == nullptr) {
+      break;
+    }
+    struct stat status = {};
+    std::string name = core::FromUtf8(entry->d_name);
+    if (wanted(name) &&
+        ::fstatat(::dirfd(opened.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+      if (const auto regular = system::RegularStatus(status)) {
+        files.push_back({std::move(name), *regular});
+      }
+    }
+  }
+  if (!opened || (errno != 0 && !stop.stop_requested())) {
+    throw std::filesystem::filesystem_error("list", folder, system::LastError());
+  }
+  return files;
+}
+
+}  // namespace tonadex::files

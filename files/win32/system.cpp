@@ -3,7 +3,10 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <memory>
 #include <string>
+
+#include "files/paths.h"
 
 namespace tonadex::files::system {
 namespace {
@@ -26,6 +29,18 @@ std::error_code LastError() {
 
 DWORD Count(std::size_t size) {
   return static_cast<DWORD>(std::min<std::size_t>(size, kMostBytes));
+}
+
+std::int64_t Nanoseconds(const FILETIME& time) {
+  constexpr std::int64_t kTicksUntil1970 = 116'444'736'000'000'000;  // of 100 ns
+  const std::int64_t ticks = std::int64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+  return (ticks - kTicksUntil1970) * 100;
+}
+
+template <typename Info>
+FileStatus StatusOf(const Info& info) {
+  return {std::uintmax_t{info.nFileSizeHigh} << 32 | info.nFileSizeLow,
+          Nanoseconds(info.ftLastWriteTime), Nanoseconds(info.ftCreationTime), 0};
 }
 
 bool Move(const fs::path& from, const fs::path& to, DWORD how, std::error_code& failure) {
@@ -52,9 +67,7 @@ std::optional<FileStatus> File::Status() const {
       GetFileInformationByHandle(Handle(handle_), &info) == 0) {
     return std::nullopt;
   }
-  return FileStatus{
-      std::uintmax_t{info.nFileSizeHigh} << 32 | info.nFileSizeLow,
-      std::int64_t{info.ftLastWriteTime.dwHighDateTime} << 32 | info.ftLastWriteTime.dwLowDateTime};
+  return StatusOf(info);
 }
 
 bool File::Write(std::string_view bytes) const {
@@ -111,3 +124,31 @@ bool MoveToNewName(const fs::path& from, const fs::path& to, bool wait, std::err
 }
 
 }  // namespace tonadex::files::system
+
+namespace tonadex::files {
+
+std::vector<ListedFile> ListFiles(const std::filesystem::path& folder,
+                                  const std::function<bool(std::string_view)>& wanted,
+                                  const std::stop_token& stop) {
+  constexpr DWORD kOthers =
+      FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE;
+  WIN32_FIND_DATAW found = {};
+  const HANDLE search = FindFirstFileExW((folder / "*").c_str(), FindExInfoBasic, &found,
+                                         FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+  const std::unique_ptr<void, decltype(&FindClose)> closing(
+      search == INVALID_HANDLE_VALUE ? nullptr : search, &FindClose);
+  std::vector<ListedFile> files;
+  for (BOOL more = closing != nullptr; more != 0 && !stop.stop_requested();
+       more = FindNextFileW(search, &found)) {
+    std::string name = TextFromPath(found.cFileName);
+    if ((found.dwFileAttributes & kOthers) == 0 && wanted(name)) {
+      files.push_back({std::move(name), system::StatusOf(found)});
+    }
+  }
+  if (!stop.stop_requested() && GetLastError() != ERROR_NO_MORE_FILES) {
+    throw std::filesystem::filesystem_error("list", folder, system::LastError());
+  }
+  return files;
+}
+
+}  // namespace tonadex::files

@@ -106,13 +106,17 @@ fs::path ProgramFolderPath() {
   return (data.empty() ? files::PathFromText(PrivateTempFolder()) : data) / "tonadex";
 }
 
+fs::path InstallPrefix() {
+  std::error_code failure;
+  return fs::read_symlink("/proc/self/exe", failure).parent_path().parent_path();
+}
+
 fs::path InstalledData() {
   std::error_code failure;
-  const fs::path executable = fs::read_symlink("/proc/self/exe", failure);
   std::vector<fs::path> places;
   places.reserve(kDataNames.size() + 1);
   for (const std::string_view name : kDataNames) {
-    places.push_back(executable.parent_path().parent_path() / "share" / name);
+    places.push_back(InstallPrefix() / "share" / name);
   }
   places.emplace_back(TONADEX_DATA_DIR);
   for (const fs::path& place : places) {

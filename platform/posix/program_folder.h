@@ -10,8 +10,11 @@ namespace tonadex::platform {
 // absolute path; creates nothing.
 std::filesystem::path ProgramFolderPath();
 
-// The installed data files: ../share/tonadex relative to the executable's folder, else
-// ../share/tonadex-server, else those of the build tree; empty when there are none.
+// The folder above the executable's, whose "share" and "libexec" hold what is installed with it.
+std::filesystem::path InstallPrefix();
+
+// The installed data files: share/tonadex in InstallPrefix, else share/tonadex-server, else those
+// of the build tree; empty when there are none.
 std::filesystem::path InstalledData();
 
 // On the first start (the folder has no marker yet) copies every file of `installed` that `folder`

@@ -3,6 +3,8 @@
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QDir>
+#include <QFileInfo>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QLibrary>
 #include <QPainter>
@@ -13,6 +15,7 @@
 #include <QTextDocument>
 #include <algorithm>
 
+#include "app/pdf.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -121,6 +124,12 @@ QMarginsF SmallestMargins(QPageLayout layout) {
   return layout.minimumMargins();
 }
 
+void CheckPrinted(bool drawn, const QPrinter& printer) {
+  if (!drawn || printer.printerState() == QPrinter::Error || SpoolerRefused()) {
+    Fail(u8"no se puede imprimir en la impresora «"_w, printer.printerName());
+  }
+}
+
 void PrintOn(const QPrinterInfo& info, const rtf::Document& source) {
   QPrinter printer(info, QPrinter::HighResolution);
   printer.setDocName(kDocumentName);
@@ -129,10 +138,7 @@ void PrintOn(const QPrinterInfo& info, const rtf::Document& source) {
   const bool supported = info.supportedPageSizes().contains(wanted);
   printer.setPageLayout(
       LayoutOf(source.page, supported ? wanted : usual.pageSize(), SmallestMargins(usual)));
-  if (!DrawPages(printer, source) || printer.printerState() == QPrinter::Error ||
-      SpoolerRefused()) {
-    Fail(u8"no se puede imprimir en la impresora «"_w, info.printerName());
-  }
+  CheckPrinted(DrawPages(printer, source), printer);
 }
 
 std::string PdfBytes(const rtf::Document& source) {
@@ -151,18 +157,18 @@ std::string PdfBytes(const rtf::Document& source) {
   return buffer.data().toStdString();
 }
 
-void PrintToNewPdf(const rtf::Document& source) {
+// In the user's documents folder, under a name that is still free.
+void SaveNewPdf(const QString& name, const std::string& bytes) {
   const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
   folder.mkpath(".");
-  const std::string bytes = PdfBytes(source);
-  QString path = folder.filePath("Tonadex.pdf");
+  QString path = folder.filePath(name + ".pdf");
   auto result = files::CreateResult::kExists;
   for (int number = 2;; ++number) {
     result = files::Create(path.toStdU16String(), bytes);
     if (result != files::CreateResult::kExists) {
       break;
     }
-    path = folder.filePath(QString("Tonadex (%1).pdf").arg(number));
+    path = folder.filePath(QString("%1 (%2).pdf").arg(name).arg(number));
   }
   if (result == files::CreateResult::kFailed) {
     Fail(u8"no se puede escribir el fichero «"_w, path);
@@ -170,6 +176,55 @@ void PrintToNewPdf(const rtf::Document& source) {
   std::string text(kNoPrinter);
   text += FromQString(QDir::toNativeSeparators(path));
   core::MsgBox(text, core::Icon::kInformation);
+}
+
+void PaintShape(QPainter& painter, const app::Shape& shape) {
+  const QRectF box(shape.box.x, shape.box.y, shape.box.width, shape.box.height);
+  const QColor ink = shape.ink == app::Ink::kText ? Qt::black : Qt::gray;
+  if (shape.kind == app::Shape::Kind::kFilled) {
+    painter.fillRect(box, ink);
+    return;
+  }
+  painter.setPen(QPen(ink, shape.size));
+  if (shape.kind == app::Shape::Kind::kFrame) {
+    painter.drawRoundedRect(box, shape.radius, shape.radius);
+    return;
+  }
+  QFont font(shape.mono ? "monospace" : "sans-serif");
+  font.setStyleHint(shape.mono ? QFont::Monospace : QFont::SansSerif);
+  font.setBold(shape.bold);
+  constexpr int kFine = 100;  // set in large type, which has no rounded widths, and drawn smaller
+  font.setPixelSize(kFine);
+  const QString text = ToQString(shape.text);
+  const double width = QFontMetricsF(font).horizontalAdvance(text);
+  const double scale = std::min(shape.size / kFine, box.width() / std::max(1.0, width));
+  painter.save();
+  painter.setFont(font);
+  painter.translate(box.topLeft());
+  painter.scale(scale, scale);
+  painter.drawText(QRectF(QPointF(), box.size() / scale), Qt::AlignVCenter | Qt::TextDontClip,
+                   text);
+  painter.restore();
+}
+
+// False when the device fails.
+bool DrawPages(QPrinter& device, const app::Paper& paper) {
+  QPainter painter;
+  if (!painter.begin(&device)) {
+    return false;
+  }
+  const QRectF page = device.pageLayout().fullRect(QPageLayout::Point);
+  const double fits = std::min(page.width() / paper.width, page.height() / paper.height);
+  painter.scale(fits * device.logicalDpiX() / 72, fits * device.logicalDpiY() / 72);
+  for (std::size_t i = 0; i < paper.pages.size(); ++i) {
+    if (i > 0 && !device.newPage()) {
+      return false;
+    }
+    for (const app::Shape& shape : paper.pages[i]) {
+      PaintShape(painter, shape);
+    }
+  }
+  return painter.end();
 }
 
 class WindowlessRichTextBox : public QtRichTextBox {
@@ -209,10 +264,24 @@ void QtRichTextBox::SelPrint() {
   if (!printer.isNull()) {
     PrintOn(printer, document);
   } else if (target_.printer.empty()) {
-    PrintToNewPdf(document);
+    SaveNewPdf(kDocumentName, PdfBytes(document));
   } else {
     Fail(u8"no existe la impresora «"_w, ToQString(target_.printer));
   }
+}
+
+void QtRichTextBox::PrintPages(const app::Paper& paper, std::string_view fileName) {
+  const QPrinterInfo info = QPrinterInfo::defaultPrinter();
+  if (info.isNull()) {
+    SaveNewPdf(QFileInfo(ToQString(fileName)).completeBaseName(), app::PdfFile(paper));
+    return;
+  }
+  QPrinter printer(info, QPrinter::HighResolution);
+  printer.setDocName(ToQString(paper.title));
+  printer.setFullPage(true);
+  printer.setPageSize(
+      QPageSize(QSizeF(paper.width, paper.height), QPageSize::Point, {}, QPageSize::FuzzyMatch));
+  CheckPrinted(DrawPages(printer, paper), printer);
 }
 
 std::unique_ptr<app::RichTextBox> MakeWindowlessRichTextBox(PrintTarget target) {

@@ -27,6 +27,7 @@ class QtRichTextBox : public app::RichTextBox {
   std::string TextRTF() const override { return source_; }
   void SetTextRTF(std::string_view source) override { source_ = source; }
   void SelPrint() override;
+  void PrintPages(const app::Paper& paper, std::string_view fileName) override;
 
  private:
   PrintTarget target_;

@@ -20,10 +20,13 @@ constexpr std::chrono::milliseconds kStartLimit{1500};
 // How long the program waits at its end for a device that does not answer.
 constexpr std::chrono::milliseconds kEndLimit{1000};
 
-// The driver's buffer: short enough to match the drawing, long enough for a busy machine.
-constexpr int kPeriodFrames = 512;
-constexpr int kPeriods = 4;
-constexpr std::chrono::duration<double> kBuffered{kPeriodFrames * kPeriods / kSampleRate};
+// The driver's buffer. Each period wakes a sound server and its client some ten times; closing the
+// device waits for one period (70 ms), so that it cannot be much longer.
+constexpr int kPeriodFrames = 3072;
+constexpr int kPeriods = 2;
+// From starting the player until it is heard: on average half a period passes before the driver
+// asks for more.
+constexpr std::chrono::duration<double> kBuffered{kPeriodFrames * (kPeriods + 0.5) / kSampleRate};
 
 // State shared by a playback and its worker thread. The worker creates and destroys all FluidSynth
 // objects; other threads only stop the player, under the lock.

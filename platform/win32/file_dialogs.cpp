@@ -71,7 +71,11 @@ std::optional<std::filesystem::path> WindowsFileDialogs::AskSaveAs(std::string_v
                                                                    std::string_view filter) {
   std::wstring file = ToWide(name);
   file.resize(kLongestPath);
-  const std::wstring filters = ToWide(filter) + std::wstring(L"\0*.txt\0*.*\0*.*\0", 15);
+  // "Texto (*.txt)": the pattern stands in the brackets.
+  const std::wstring described = ToWide(filter);
+  const std::size_t bracket = std::min(described.find(L'('), described.size() - 1);
+  const std::wstring pattern = described.substr(bracket + 1, described.size() - bracket - 2);
+  const std::wstring filters = described + L'\0' + pattern + std::wstring(L"\0*.*\0*.*\0", 9);
   const std::wstring words = ToWide(title);
   OPENFILENAMEW dialog{};
   dialog.lStructSize = sizeof dialog;
@@ -84,6 +88,31 @@ std::optional<std::filesystem::path> WindowsFileDialogs::AskSaveAs(std::string_v
   dialog.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
   return GetSaveFileNameW(&dialog) == 0 ? std::nullopt
                                         : std::optional(std::filesystem::path(file.c_str()));
+}
+
+// The system gives the folder and, where several were chosen, the names behind it.
+std::vector<std::filesystem::path> WindowsFileDialogs::AskOpen(std::string_view title) {
+  std::wstring chosen(kLongestPath, L'\0');
+  const std::wstring words = ToWide(title);
+  OPENFILENAMEW dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = GetActiveWindow();
+  dialog.lpstrFile = chosen.data();
+  dialog.nMaxFile = static_cast<DWORD>(chosen.size());
+  dialog.lpstrTitle = words.c_str();
+  dialog.Flags =
+      OFN_ALLOWMULTISELECT | OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
+  std::vector<std::filesystem::path> paths;
+  if (GetOpenFileNameW(&dialog) == 0) {
+    return paths;
+  }
+  const std::filesystem::path first = chosen.c_str();
+  for (std::size_t at = first.native().size() + 1; chosen[at] != 0;) {
+    const std::wstring name = chosen.c_str() + at;
+    paths.push_back(first / name);
+    at += name.size() + 1;
+  }
+  return paths.empty() ? std::vector{first} : paths;
 }
 
 }  // namespace tonadex::platform

@@ -10,6 +10,7 @@ class WindowsFileDialogs : public app::FileDialogs {
   bool GetSaveFileName(app::FileDialogRecord& record) override;
   bool GetOpenFileName(app::FileDialogRecord& record) override;
   // Owned by the active window.
+  std::vector<std::filesystem::path> AskOpen(std::string_view title) override;
   std::optional<std::filesystem::path> AskSaveAs(std::string_view title, std::string_view name,
                                                  std::string_view filter) override;
 };

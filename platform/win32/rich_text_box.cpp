@@ -3,13 +3,17 @@
 #include <richedit.h>
 #include <winspool.h>
 
+#include <algorithm>
+#include <cmath>
 #include <string>
+#include <utility>
 
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/read.h"
 #include "platform/win32/rich_edit.h"
 #include "platform/win32/send.h"
+#include "platform/win32/wide_text.h"
 
 namespace tonadex::platform {
 namespace {
@@ -19,7 +23,8 @@ using core::ErrorNumber;
 using core::RunTimeError;
 
 constexpr int kTwipsPerInch = 1440;
-constexpr UINT kUtf16 = 1200;  // number of the code page
+constexpr int kUnitsPerPoint = 20;  // of the pages of shapes
+constexpr UINT kUtf16 = 1200;       // number of the code page
 
 class PrinterContext {
  public:
@@ -56,7 +61,7 @@ LONG TextLength(HWND control) {
 }
 
 // Prints page by page; stops when the control makes no progress, which would print for ever.
-bool PrintPages(HWND control, const PrinterContext& printer) {
+bool PrintText(HWND control, const PrinterContext& printer) {
   FORMATRANGE range{};
   range.hdc = range.hdcTarget = printer.get();
   range.rcPage = printer.Page();
@@ -75,6 +80,68 @@ bool PrintPages(HWND control, const PrinterContext& printer) {
   }
   Send(control, EM_FORMATRANGE, FALSE);  // frees its cache
   return good;
+}
+
+// Runs `pages` as one job of the printer.
+template <typename Pages>
+void PrintJob(const PrinterContext& printer, const std::wstring& name, const Pages& pages) {
+  DOCINFOW document{};
+  document.cbSize = sizeof document;
+  document.lpszDocName = name.c_str();
+  bool good = StartDocW(printer.get(), &document) > 0;
+  good = good && pages();
+  good = EndDoc(printer.get()) > 0 && good;
+  if (!good) {
+    throw RunTimeError(ErrorNumber::kDeviceFailure, std::string(u8"la impresora no responde"_w));
+  }
+}
+
+void PaintText(HDC context, const app::Shape& shape, RECT box) {
+  const std::wstring text = ToWide(shape.text);
+  const auto make = [&](LONG height) {
+    return CreateFontW(-height, 0, 0, 0, shape.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
+                       DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
+                       DEFAULT_PITCH | FF_DONTCARE, shape.mono ? L"Courier New" : L"Arial");
+  };
+  LONG height = std::lround(shape.size * kUnitsPerPoint);
+  HFONT font = make(height);
+  const HGDIOBJ previous = SelectObject(context, font);
+  SIZE size{};
+  GetTextExtentPoint32W(context, text.c_str(), static_cast<int>(text.size()), &size);
+  if (size.cx > box.right - box.left) {
+    const HFONT wide = std::exchange(font, make(MulDiv(height, box.right - box.left, size.cx)));
+    SelectObject(context, font);
+    DeleteObject(wide);
+  }
+  DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &box,
+            DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_NOCLIP);
+  SelectObject(context, previous);
+  DeleteObject(font);
+}
+
+void PaintShape(HDC context, const app::Shape& shape) {
+  const auto units = [](double points) { return std::lround(points * kUnitsPerPoint); };
+  const RECT box{units(shape.box.x), units(shape.box.y), units(shape.box.right()),
+                 units(shape.box.bottom())};
+  const bool filled = shape.kind == app::Shape::Kind::kFilled;
+  if (shape.kind == app::Shape::Kind::kText) {
+    PaintText(context, shape, box);
+    return;
+  }
+  SelectObject(context, GetStockObject(filled ? GRAY_BRUSH : NULL_BRUSH));
+  SelectObject(context, GetStockObject(filled ? NULL_PEN : BLACK_PEN));
+  Rectangle(context, box.left, box.top, box.right, box.bottom);
+}
+
+// The paper's points on the whole sheet, whose unprintable edges the origin leaves out.
+void UsePoints(HDC context) {
+  SetBkMode(context, TRANSPARENT);
+  SetMapMode(context, MM_ANISOTROPIC);
+  SetWindowExtEx(context, 72 * kUnitsPerPoint, 72 * kUnitsPerPoint, nullptr);
+  SetViewportExtEx(context, GetDeviceCaps(context, LOGPIXELSX), GetDeviceCaps(context, LOGPIXELSY),
+                   nullptr);
+  SetViewportOrgEx(context, -GetDeviceCaps(context, PHYSICALOFFSETX),
+                   -GetDeviceCaps(context, PHYSICALOFFSETY), nullptr);
 }
 
 }  // namespace
@@ -110,15 +177,23 @@ void RichEditBox::SetTextRTF(std::string_view source) {
 
 void RichEditBox::SelPrint() {
   const PrinterContext printer;
-  DOCINFOW document{};
-  document.cbSize = sizeof document;
-  document.lpszDocName = L"Tonadex";
-  bool good = StartDocW(printer.get(), &document) > 0;
-  good = good && PrintPages(Control(), printer);
-  good = EndDoc(printer.get()) > 0 && good;
-  if (!good) {
-    throw RunTimeError(ErrorNumber::kDeviceFailure, std::string(u8"la impresora no responde"_w));
-  }
+  PrintJob(printer, L"Tonadex", [&] { return PrintText(Control(), printer); });
+}
+
+void RichEditBox::PrintPages(const app::Paper& paper, std::string_view) {
+  const PrinterContext printer;
+  PrintJob(printer, ToWide(paper.title), [&] {
+    return std::ranges::all_of(paper.pages, [&](const app::Picture& page) {
+      if (StartPage(printer.get()) <= 0) {
+        return false;
+      }
+      UsePoints(printer.get());  // a new page forgets it
+      for (const app::Shape& shape : page) {
+        PaintShape(printer.get(), shape);
+      }
+      return EndPage(printer.get()) > 0;
+    });
+  });
 }
 
 }  // namespace tonadex::platform

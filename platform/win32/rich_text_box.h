@@ -18,6 +18,7 @@ class RichEditBox : public app::RichTextBox {
   std::string TextRTF() const override;
   void SetTextRTF(std::string_view source) override;
   void SelPrint() override;
+  void PrintPages(const app::Paper& paper, std::string_view fileName) override;
 
  private:
   HWND Control();

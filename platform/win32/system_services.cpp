@@ -1,5 +1,7 @@
 #include "platform/win32/system_services.h"
 
+#include <shellapi.h>
+
 #include <cstring>
 
 #include "platform/win32/wide_text.h"
@@ -56,10 +58,23 @@ void PutOnClipboard(std::string_view text) {
   CloseClipboard();
 }
 
+void SystemServices::OpenFolder(const std::filesystem::path& folder) {
+  ShellExecuteW(nullptr, L"open", folder.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
 void SystemServices::OpenHelp(const std::filesystem::path& file) {
   if (hooks_.openHelp) {
     hooks_.openHelp(file);
   }
+}
+
+void SystemServices::OpenFile(const std::filesystem::path& file) {
+  ShellExecuteW(nullptr, L"open", file.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+void SystemServices::ShowInFolder(const std::filesystem::path& file) {
+  const std::wstring select = L"/select,\"" + file.wstring() + L"\"";
+  ShellExecuteW(nullptr, L"open", L"explorer.exe", select.c_str(), nullptr, SW_SHOWNORMAL);
 }
 
 void SystemServices::End() {

@@ -29,7 +29,10 @@ class SystemServices : public app::ShellServices {
   void DoEvents() override;
   void Beep() override;
   void CopyText(std::string_view text) override;
+  void OpenFolder(const std::filesystem::path& folder) override;
   void OpenHelp(const std::filesystem::path& file) override;
+  void OpenFile(const std::filesystem::path& file) override;
+  void ShowInFolder(const std::filesystem::path& file) override;
   // Ends the message loop.
   void End() override;
 

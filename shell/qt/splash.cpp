@@ -42,9 +42,9 @@ Splash::Splash(app::Program& program)
   auto* title = Words(this, "title", large, QRect(32, 40, 360, 64));
   title->setText(windowTitle());
   QFont plain = theme.body;
-  plain.setPixelSize(15);
+  plain.setPixelSize(kType[0]);
   version_ = Words(this, "Label1", plain, QRect(36, 104, 350, 24));
-  plain.setPixelSize(12);
+  plain.setPixelSize(kType[1]);
   firstRun_ = Words(this, "Frame1", plain, QRect(36, 180, 350, 48));
   timer_->setObjectName(QStringLiteral("Timer1"));
   connect(timer_, &QTimer::timeout, this, &Splash::Tick);

@@ -70,6 +70,16 @@ void RepaintFrameWithFocus(HWND field, HWND parent) {
   });
 }
 
+// A click on a button that has keys of its own leaves the keys where they were.
+void GiveFocusBack(HWND button) {
+  HookWindow(button, [](HWND window, UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
+    if (message == WM_LBUTTONUP) {
+      PostMessageW(GetParent(window), WM_SETFOCUS, 0, 0);  // after what the button does now
+    }
+    return std::nullopt;
+  });
+}
+
 HWND MakeLabel(const ControlInfo& info, HWND parent, int id) {
   const DWORD style =
       (info.right ? SS_RIGHT : SS_LEFT) | (info.field == nullptr ? SS_NOPREFIX : 0U);
@@ -151,26 +161,44 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
       SetText(bound.window, control.caption);
       SetTone(bound.window, control.tone);
       return SetChecked(bound.window, control.checked);
+    case Look::kCard:
+      return SetText(bound.window, control.caption + "\r\n" + control.text);
     case Look::kLine:
+      SendMessageW(bound.window, EM_SETCUEBANNER, TRUE,
+                   reinterpret_cast<LPARAM>(platform::ToWide(control.invitation).c_str()));
+      [[fallthrough]];
     case Look::kReading:
     case Look::kNotices:
       return SetText(bound.window, control.text);
     case Look::kArea:
-      return DrawArea(bound.window, control);
+      DrawArea(bound.window, control);
+      return bound.waves->Show(control.faults);
     case Look::kList:
       return bound.list->Draw(control);
     case Look::kComboBox:
       return DrawComboBox(bound.window, control);
     case Look::kDisplay:
+      if (!control.visible) {
+        return;
+      }
       bound.display->SetInvitation(control.invitation);
       if (control.value != 0 && control.value != bound.display->PixelSize()) {
         bound.display->SetPixelSize(control.value);
       }
-      bound.display->SetResult(control.text, form.ResultGroupsShown(), form.ResultIsKeyPresses());
+      bound.display->SetResult(control.text, form.ResultGroupsShown(), form.ResultIsCounted());
       return bound.display->Follow(control.marked);
     case Look::kDrawing:
-      return bound.view->SetDrawing(form.*bound.info->drawing,
-                                    platform::ToWide(control.invitation));
+      bound.view->SetDrawing(form.*bound.info->drawing, platform::ToWide(control.invitation));
+      if (bound.info->sounds == app::Sounding::kNothing) {
+        bound.view->Mark(control.listIndex);
+      }
+      return;
+    case Look::kShapes:
+      return bound.shapes->SetPicture(
+          [&form, picture = bound.info->picture](double width, double height) {
+            return (form.*picture)(width, height);
+          },
+          control.text);
     default:
       return;
   }
@@ -190,8 +218,11 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
   for (const ControlInfo& info : app::Controls()) {
     bound_.push_back(Make(info));
     const HWND window = bound_.back().window;
-    if (info.look != Look::kDrawing) {  // it describes its melody
+    if (info.look != Look::kDrawing && info.look != Look::kShapes) {  // they describe themselves
       SetSpokenName(window, info.spoken);
+    }
+    if (info.leadsTo != app::kNoPage) {
+      SetSpokenTab(window, false);
     }
     if (window != nullptr && bound_.back().browser == nullptr) {
       RepaintFrameWithFocus(window, parent_);
@@ -201,7 +232,8 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
 }
 
 BoundControl Binding::Make(const ControlInfo& info) {
-  BoundControl bound{&info, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, false};
+  BoundControl bound{};
+  bound.info = &info;
   const int id = bound.Id();
   switch (info.look) {
     case Look::kLabel:
@@ -209,17 +241,24 @@ BoundControl Binding::Make(const ControlInfo& info) {
       break;
     case Look::kNavigation:
     case Look::kLink:
+    case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
     case Look::kChoice:
     case Look::kMark:
       bound.window = MakeButton(parent_, id, info.look, info.icon, theme_);
+      if (info.look != Look::kNavigation && !info.shortcut.empty()) {
+        GiveFocusBack(bound.window);
+      }
       break;
     case Look::kLine:
     case Look::kReading:
     case Look::kArea:
     case Look::kNotices:
       bound.window = MakeEdit(info.look, parent_, id);
+      if (info.look == Look::kArea) {
+        bound.waves = std::make_unique<FaultWaves>(bound.window, theme_);
+      }
       break;
     case Look::kDisplay:
       bound.display = std::make_unique<PhoneDisplay>(parent_, id, theme_);
@@ -249,6 +288,10 @@ BoundControl Binding::Make(const ControlInfo& info) {
     case Look::kDrawing:
       bound.view = std::make_unique<MelodyView>(parent_, id, theme_);
       bound.window = bound.view->window();
+      break;
+    case Look::kShapes:
+      bound.shapes = std::make_unique<ShapeView>(parent_, id, theme_);
+      bound.window = bound.shapes->window();
       break;
     case Look::kSlider:
       bound.window = MakeSlider(parent_, id);
@@ -368,10 +411,12 @@ void Binding::Command(int id, int notification) {
   switch (bound.info->look) {
     case Look::kNavigation:
     case Look::kLink:
+    case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
     case Look::kChoice:
     case Look::kMark:
+    case Look::kShapes:
       if (notification == BN_CLICKED) {
         Raise(bound, Event::kClick);
       }

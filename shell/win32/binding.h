@@ -10,10 +10,12 @@
 #include "app/form1.h"
 #include "platform/win32/web_control.h"
 #include "shell/win32/theme.h"
+#include "shell/win32/widgets/fault_waves.h"
 #include "shell/win32/widgets/key_row.h"
 #include "shell/win32/widgets/melody_view.h"
 #include "shell/win32/widgets/phone_display.h"
 #include "shell/win32/widgets/row_list.h"
+#include "shell/win32/widgets/shape_view.h"
 
 namespace tonadex::shell {
 
@@ -27,7 +29,9 @@ struct BoundControl {
   std::unique_ptr<PhoneDisplay> display;
   std::unique_ptr<MelodyView> view;
   std::unique_ptr<KeyRow> keys;
+  std::unique_ptr<ShapeView> shapes;
   std::unique_ptr<platform::WebControl> browser;
+  std::unique_ptr<FaultWaves> waves;  // of a text area
   bool ticking = false;
 
   int Id() const { return kFirstControlId + static_cast<int>(info - app::Controls().data()); }

@@ -15,6 +15,27 @@ void AddRoundedBox(Gdiplus::GraphicsPath& path, REAL x, REAL y, REAL width, REAL
   path.CloseFigure();
 }
 
+// `fill`: nullptr for none.
+void DrawBox(HDC context, const RECT& box, int radius, const COLORREF* fill, COLORREF frame,
+             int frameWidth) {
+  Gdiplus::Graphics graphics(context);
+  graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
+  // Integer coordinates are pixel centres.
+  const REAL half = static_cast<REAL>(frameWidth - 1) / 2;
+  Gdiplus::GraphicsPath path;
+  AddRoundedBox(path, static_cast<REAL>(box.left) + half, static_cast<REAL>(box.top) + half,
+                static_cast<REAL>(box.right - box.left - frameWidth),
+                static_cast<REAL>(box.bottom - box.top - frameWidth), static_cast<REAL>(radius));
+  if (fill != nullptr) {
+    const Gdiplus::SolidBrush brush(Colour(*fill));
+    graphics.FillPath(&brush, &path);
+  }
+  if (frameWidth > 0) {
+    const Gdiplus::Pen pen(Colour(frame), static_cast<REAL>(frameWidth));
+    graphics.DrawPath(&pen, &path);
+  }
+}
+
 }  // namespace
 
 void Fill(HDC context, const RECT& box, COLORREF colour) {
@@ -24,20 +45,11 @@ void Fill(HDC context, const RECT& box, COLORREF colour) {
 
 void RoundedBox(HDC context, const RECT& box, int radius, COLORREF fill, COLORREF frame,
                 int frameWidth) {
-  Gdiplus::Graphics graphics(context);
-  graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-  // Integer coordinates are pixel centres.
-  const REAL half = static_cast<REAL>(frameWidth - 1) / 2;
-  Gdiplus::GraphicsPath path;
-  AddRoundedBox(path, static_cast<REAL>(box.left) + half, static_cast<REAL>(box.top) + half,
-                static_cast<REAL>(box.right - box.left - frameWidth),
-                static_cast<REAL>(box.bottom - box.top - frameWidth), static_cast<REAL>(radius));
-  const Gdiplus::SolidBrush brush(Colour(fill));
-  graphics.FillPath(&brush, &path);
-  if (frameWidth > 0) {
-    const Gdiplus::Pen pen(Colour(frame), static_cast<REAL>(frameWidth));
-    graphics.DrawPath(&pen, &path);
-  }
+  DrawBox(context, box, radius, &fill, frame, frameWidth);
+}
+
+void RoundedFrame(HDC context, const RECT& box, int radius, COLORREF frame, int frameWidth) {
+  DrawBox(context, box, radius, nullptr, frame, frameWidth);
 }
 
 void Words(HDC context, const std::wstring& text, RECT box, HFONT font, COLORREF colour,

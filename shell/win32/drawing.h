@@ -24,6 +24,8 @@ void Fill(HDC context, const RECT& box, COLORREF colour);
 // Fills and frames a rounded rectangle; without a frame when its width is 0.
 void RoundedBox(HDC context, const RECT& box, int radius, COLORREF fill, COLORREF frame,
                 int frameWidth);
+// The frame alone.
+void RoundedFrame(HDC context, const RECT& box, int radius, COLORREF frame, int frameWidth);
 
 // Draws a text; `format` as for DrawTextW.
 void Words(HDC context, const std::wstring& text, RECT box, HFONT font, COLORREF colour,

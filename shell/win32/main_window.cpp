@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 #include <imm.h>
+#include <shellapi.h>
+#include <windowsx.h>
 
 #include <algorithm>
 #include <utility>
@@ -27,14 +29,51 @@ using platform::Send;
 constexpr wchar_t kClass[] = L"TonadexForm1";
 constexpr UINT_PTR kFollowTimer = 1;
 
-// Whether Ctrl is needed, and the key, of a row's shortcut such as "Ctrl+1" or "F1".
-std::pair<bool, WPARAM> KeyOf(std::string_view shortcut) {
+struct NamedKey {
+  std::string_view name;
+  WPARAM key;
+};
+constexpr NamedKey kNamedKeys[] = {{"Esc", VK_ESCAPE}, {"Return", VK_RETURN},  {"Space", VK_SPACE},
+                                   {"Left", VK_LEFT},  {"Right", VK_RIGHT},    {"Home", VK_HOME},
+                                   {"End", VK_END},    {"Backspace", VK_BACK}, {"Del", VK_DELETE}};
+
+WPARAM KeyOf(std::string_view name) {
+  const auto named = std::ranges::find(kNamedKeys, name, &NamedKey::name);
+  return named != std::end(kNamedKeys) ? named->key
+         : name.size() == 1            ? static_cast<WPARAM>(name[0])
+                                       : static_cast<WPARAM>(VK_F1 + name[1] - '1');
+}
+
+// Whether a key is one of a row's shortcuts, such as "Ctrl+1" or "Left Backspace".
+bool IsShortcut(std::string_view shortcuts, bool control, WPARAM key) {
   constexpr std::string_view kCtrl = "Ctrl+";
-  const bool control = shortcut.starts_with(kCtrl);
-  const std::string_view key = shortcut.substr(control ? kCtrl.size() : 0);
-  return {control, key.empty()       ? 0
-                   : key.size() == 1 ? static_cast<WPARAM>(key[0])
-                                     : static_cast<WPARAM>(VK_F1 + key[1] - '1')};
+  while (!shortcuts.empty()) {
+    const std::size_t end = std::min(shortcuts.find(' '), shortcuts.size());
+    const std::string_view each = shortcuts.substr(0, end);
+    const bool withControl = each.starts_with(kCtrl);
+    if (withControl == control && KeyOf(each.substr(withControl ? kCtrl.size() : 0)) == key) {
+      return true;
+    }
+    shortcuts.remove_prefix(std::min(end + 1, shortcuts.size()));
+  }
+  return false;
+}
+
+// Whether the window with the focus wants a key for itself: a text box what it types and moves
+// with, a button what presses it.
+bool KeepsKey(HWND focus, WPARAM key) {
+  if (key == VK_ESCAPE || (key >= VK_F1 && key <= VK_F24)) {
+    return false;
+  }
+  const auto code = Send(focus, WM_GETDLGCODE);
+  return (code & DLGC_HASSETSEL) != 0 ||
+         ((code & DLGC_BUTTON) != 0 && (key == VK_SPACE || key == VK_RETURN));
+}
+
+// A menu's entry with its key as keyboards name it.
+std::wstring EntryText(const app::MenuItem& item) {
+  const std::string_view key = item.shortcut == "Del" ? "Supr" : item.shortcut;
+  return platform::ToWide(item.caption) + (key.empty() ? L"" : L"\t" + platform::ToWide(key));
 }
 
 }  // namespace
@@ -51,10 +90,12 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
   window_ = MakeTopWindow(kClass, words::kWindowTitle, WS_OVERLAPPEDWINDOW,
                           {theme_.Px(kFirstWidth), theme_.Px(kFirstHeight)});
   ApplyTheme(window_, theme_);
+  RestorePlace();
   binding_ = std::make_unique<Binding>(form_, window_, theme_,
                                        [this](const Binding::Handler& handler) { Run(handler); });
   AddTooltips();
   FilterTempo();
+  DragAcceptFiles(window_, TRUE);
   SetObject(window_, this);  // last: from here on messages use the members
 
   hooks_.draw = [this] { Draw(); };
@@ -78,8 +119,41 @@ void MainWindow::Load() {
   app::RunHandler(program_, [this] { form_.Form_Load(); });
   loaded_ = true;
   Draw();
-  ShowWindow(window_, SW_SHOWDEFAULT);
+  ShowWindow(window_, form_.windowPlace.maximised ? SW_SHOWMAXIMIZED : SW_SHOWDEFAULT);
   FocusPage();
+}
+
+void MainWindow::RestorePlace() {
+  const app::Rect& known = form_.windowPlace.rect;
+  if (known.width == 0) {
+    return;
+  }
+  const RECT box{known.left, known.top, known.left + known.width, known.top + known.height};
+  MONITORINFO screen{};
+  screen.cbSize = sizeof screen;
+  GetMonitorInfoW(MonitorFromRect(&box, MONITOR_DEFAULTTONEAREST), &screen);
+  const RECT& area = screen.rcWork;
+  const app::Rect areas[] = {{area.left, area.top, area.right - area.left, area.bottom - area.top}};
+  const app::Rect place = app::OnScreen(known, areas);
+  SetWindowPos(window_, nullptr, place.left, place.top, place.width, place.height,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+// The model writes it down by its timer, which drawing starts.
+void MainWindow::NotePlace() {
+  WINDOWPLACEMENT place{};
+  place.length = sizeof place;
+  GetWindowPlacement(window_, &place);
+  const bool minimised = place.showCmd == SW_SHOWMINIMIZED;
+  if (!loaded_ || minimised) {
+    return;
+  }
+  const RECT& box = place.rcNormalPosition;
+  form_.windowPlace = {{box.left, box.top, box.right - box.left, box.bottom - box.top},
+                       place.showCmd == SW_SHOWMAXIMIZED};
+  if (!form_.saveTimer.enabled) {
+    Run([] {});
+  }
 }
 
 void MainWindow::Run(const Binding::Handler& handler) {
@@ -101,6 +175,18 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
     case WM_COMMAND:
       binding_->Command(LOWORD(wide), HIWORD(wide));
       return 0;
+    case WM_CONTEXTMENU:
+      if (const BoundControl* list = binding_->Find(reinterpret_cast<HWND>(wide));
+          list != nullptr && !list->info->menu.empty()) {
+        ShowMenu(*list, {GET_X_LPARAM(data), GET_Y_LPARAM(data)});
+        return 0;
+      }
+      return std::nullopt;
+    case WM_DROPFILES:
+      TakeFiles(reinterpret_cast<HDROP>(wide));
+      return 0;
+    case WM_NOTIFY:
+      return TellTip(*reinterpret_cast<NMHDR*>(data));
     case WM_TIMER:
       wide == kFollowTimer ? FollowMelody() : binding_->Tick(wide);
       return 0;
@@ -144,10 +230,15 @@ std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM 
       return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data), message);
     case WM_SIZE:
       LayOutPage();
+      NotePlace();
+      return 0;
+    case WM_MOVE:
+      NotePlace();
       return 0;
     case WM_GETMINMAXINFO:
-      reinterpret_cast<MINMAXINFO*>(data)->ptMinTrackSize = {theme_.Px(kLeastWidth),
-                                                             theme_.Px(kLeastHeight)};
+      reinterpret_cast<MINMAXINFO*>(data)->ptMinTrackSize = {
+          std::min(theme_.Px(kLeastWidth), GetSystemMetrics(SM_CXMAXIMIZED)),
+          std::min(theme_.Px(kLeastHeight), GetSystemMetrics(SM_CYMAXIMIZED))};
       return 0;
     case WM_PAINT:
       Paint();
@@ -201,9 +292,18 @@ bool MainWindow::Shortcut(const MSG& message) {
   const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
   const bool escape = message.wParam == VK_ESCAPE;
   for (const BoundControl& bound : binding_->Controls()) {
-    if (KeyOf(bound.info->shortcut) == std::pair{control, message.wParam}) {
-      binding_->Raise(bound, Event::kClick);
+    if (IsShortcut(bound.info->shortcut, control, message.wParam) &&
+        IsWindowVisible(bound.window) != 0 && IsWindowEnabled(bound.window) != 0 &&
+        (control || !KeepsKey(GetFocus(), message.wParam))) {
+      bound.info->look == Look::kLine ? Focus(bound.window) : binding_->Raise(bound, Event::kClick);
       return true;
+    }
+    for (const app::MenuItem& item : bound.info->menu) {
+      if (IsShortcut(item.shortcut, control, message.wParam) && GetFocus() == bound.window &&
+          Allows(bound, item)) {
+        Run([&] { (form_.*item.handler)(); });
+        return true;
+      }
     }
     if (escape && bound.info->look == Look::kNavigation && (form_.*bound.info->member).checked) {
       SetFocus(bound.window);
@@ -227,6 +327,51 @@ bool MainWindow::GoToField(WPARAM mnemonic) {
     }
   }
   return false;
+}
+
+// ---- The menu on a list's row -------------------------------------------------------------------
+
+bool MainWindow::Allows(const BoundControl& list, const app::MenuItem& item) const {
+  return form_.paginaactual == list.info->menuPage && item.handler != nullptr &&
+         (!item.needsRow || list.list->Selected() >= 0);
+}
+
+// `place` on the screen; both -1 for the keyboard's menu key.
+void MainWindow::ShowMenu(const BoundControl& list, POINT place) {
+  if (form_.paginaactual != list.info->menuPage) {
+    return;
+  }
+  if (place.x == -1 && place.y == -1) {
+    place = list.list->MenuPlace();
+  } else {
+    POINT inside = place;
+    ScreenToClient(list.window, &inside);
+    list.list->SelectAt(inside);
+  }
+  const HMENU menu = CreatePopupMenu();
+  UINT id = 0;
+  for (const app::MenuItem& item : list.info->menu) {
+    const UINT state = item.caption.empty() ? MF_SEPARATOR : Allows(list, item) ? 0 : MF_GRAYED;
+    AppendMenuW(menu, state, ++id, EntryText(item).c_str());
+  }
+  const int chosen =
+      TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, place.x, place.y, 0, window_, nullptr);
+  DestroyMenu(menu);
+  if (chosen > 0) {
+    Run([&] { (form_.*list.info->menu[static_cast<std::size_t>(chosen) - 1].handler)(); });
+  }
+}
+
+void MainWindow::TakeFiles(HDROP dropped) {
+  std::vector<std::filesystem::path> paths;
+  for (UINT i = 0, count = DragQueryFileW(dropped, 0xFFFFFFFF, nullptr, 0); i < count; ++i) {
+    std::wstring path(DragQueryFileW(dropped, i, nullptr, 0) + std::size_t{1}, L'\0');
+    DragQueryFileW(dropped, i, path.data(), static_cast<UINT>(path.size()));
+    path.pop_back();
+    paths.emplace_back(path);
+  }
+  DragFinish(dropped);
+  Run([&] { form_.FilesDropped(paths); });
 }
 
 bool MainWindow::EnterKey() {
@@ -288,6 +433,24 @@ void MainWindow::Draw() {
                   (IsWindowVisible(focus) == 0 || IsWindowEnabled(focus) == 0))) {
     FocusPage();
   }
+  if (const auto member = std::exchange(form_.focusNext, nullptr)) {
+    Focus(binding_->Window(member));
+  }
+}
+
+// Its whole text is selected, to be typed over.
+void MainWindow::Focus(HWND window) {
+  constexpr LONG_PTR kTakes = WS_TABSTOP | WS_VISIBLE;
+  if ((GetWindowLongPtrW(window, GWL_STYLE) & (kTakes | WS_DISABLED)) != kTakes) {
+    return;
+  }
+  focus_ = window;
+  if (GetActiveWindow() == window_) {
+    SetFocus(window);
+    if (binding_->Find(window)->info->look == Look::kLine) {
+      SendMessageW(window, EM_SETSEL, 0, -1);
+    }
+  }
 }
 
 void MainWindow::LayOutPage() {
@@ -300,6 +463,7 @@ void MainWindow::LayOutPage() {
     frames_ = std::move(frames);
     InvalidateRect(window_, nullptr, FALSE);
   }
+  DrawHints();
   const BoundControl& result = binding_->Of(&Form1::textresultado);
   Send(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
 }
@@ -307,8 +471,9 @@ void MainWindow::LayOutPage() {
 void MainWindow::FocusPage() {
   for (const auto member : app::PageControls(form_.paginaactual)) {
     const HWND window = binding_->Window(member);
-    if ((GetWindowLongPtrW(window, GWL_STYLE) & (WS_TABSTOP | WS_VISIBLE | WS_DISABLED)) ==
-        (WS_TABSTOP | WS_VISIBLE)) {
+    if (app::InfoOf(member).look != Look::kCard &&
+        (GetWindowLongPtrW(window, GWL_STYLE) & (WS_TABSTOP | WS_VISIBLE | WS_DISABLED)) ==
+            (WS_TABSTOP | WS_VISIBLE)) {
       focus_ = window;
       break;
     }
@@ -343,7 +508,7 @@ void MainWindow::Paint() {
         break;
       case Frame::kDisplay:
         RoundedBox(paint.get(), box, theme_.Px(10), c.displayGround,
-                   focus ? c.accent : c.displayFaint, theme_.Px(2));
+                   focus ? c.accent : c.displayEdge, theme_.Px(2));
         break;
     }
   }
@@ -379,9 +544,9 @@ void MainWindow::ChangeTheme(UINT dotsPerInch) {
 }
 
 void MainWindow::AddTooltips() {
-  const HWND tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-                                    WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_,
-                                    nullptr, GetModuleHandleW(nullptr), nullptr);
+  tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                          WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_, nullptr,
+                          GetModuleHandleW(nullptr), nullptr);
   const auto add = [&](HWND window, std::string_view words) {
     std::wstring text = platform::ToWide(words);
     TTTOOLINFOW tool{};
@@ -391,13 +556,34 @@ void MainWindow::AddTooltips() {
     tool.uId = reinterpret_cast<UINT_PTR>(window);
     tool.lpszText = text.data();
     if (window != nullptr && !text.empty()) {
-      Send(tips, TTM_ADDTOOLW, 0, &tool);
+      Send(tips_, TTM_ADDTOOLW, 0, &tool);
     }
   };
   for (const BoundControl& bound : binding_->Controls()) {
     add(bound.window, bound.info->help);
+    if (bound.list != nullptr) {
+      bound.list->SetTips(tips);
+      TTTOOLINFOW tool{};
+      tool.cbSize = sizeof tool;
+      tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+      tool.hwnd = window_;
+      tool.uId = reinterpret_cast<UINT_PTR>(bound.window);
+      tool.lpszText = LPSTR_TEXTCALLBACKW;
+      Send(tips, TTM_ADDTOOLW, 0, &tool);
+    }
   }
   binding_->Of(&Form1::keyRow).keys->ForEachKey(add);
+}
+
+// The row under the mouse, in the list whose tooltip asks.
+std::optional<LRESULT> MainWindow::TellTip(NMHDR& about) {
+  const BoundControl* bound = binding_->Find(reinterpret_cast<HWND>(about.idFrom));
+  if (about.code != TTN_GETDISPINFOW || bound == nullptr || bound->list == nullptr) {
+    return std::nullopt;
+  }
+  tip_ = bound->list->HelpUnderMouse();
+  reinterpret_cast<NMTTDISPINFOW&>(about).lpszText = tip_.data();
+  return 0;
 }
 
 // ---- Waiting and sounding -----------------------------------------------------------------------
@@ -428,6 +614,28 @@ void MainWindow::GiveUpBy(const MSG& input) {
   } else if ((input.message == WM_SYSKEYDOWN && input.wParam == VK_F4) ||
              (input.message == WM_NCLBUTTONUP && input.wParam == HTCLOSE)) {
     Close();
+  }
+}
+
+// A disabled window hears of no mouse; its parent does, and says why it is disabled.
+void MainWindow::DrawHints() {
+  for (const BoundControl& bound : binding_->Controls()) {
+    const app::Control& control = form_.*bound.info->member;
+    TTTOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_SUBCLASS;
+    tool.hwnd = window_;
+    tool.uId = static_cast<UINT_PTR>(bound.Id());
+    if (control.whyDisabled.empty()) {
+      continue;
+    }
+    Send(tips_, TTM_DELTOOLW, 0, &tool);
+    if (!control.enabled && control.visible) {
+      std::wstring text = platform::ToWide(control.whyDisabled);
+      tool.lpszText = text.data();
+      tool.rect = PlaceIn(window_, bound.window);
+      Send(tips_, TTM_ADDTOOLW, 0, &tool);
+    }
   }
 }
 
@@ -488,7 +696,7 @@ void MainWindow::FollowMelody() {
     LayOutPage();
   }
   for (const BoundControl& bound : binding_->Controls()) {
-    if (bound.view != nullptr) {
+    if (bound.view != nullptr && bound.info->sounds != app::Sounding::kNothing) {
       const bool sounds = form_.playing() && form_.sounding == bound.info->sounds;
       bound.view->SetPosition(sounds ? position : -1);
     }

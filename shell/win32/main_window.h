@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -44,9 +46,12 @@ class MainWindow {
   // The only place that starts handlers of the model.
   void Run(const Binding::Handler& handler);
 
+  void RestorePlace();
+  void NotePlace();
   void Draw();
   void LayOutPage();
   void FocusPage();
+  void Focus(HWND window);
   void DrawBusy();
   void FollowMelody();
   bool ShowPlaying(const core::Message& message);
@@ -55,9 +60,14 @@ class MainWindow {
   LRESULT ColourOf(HDC context, HWND control, UINT message) const;
   void ChangeTheme(UINT dotsPerInch);
   void AddTooltips();
+  void DrawHints();
 
   bool Shortcut(const MSG& message);
   bool EnterKey();
+  bool Allows(const BoundControl& list, const app::MenuItem& item) const;
+  void ShowMenu(const BoundControl& list, POINT place);
+  void TakeFiles(HDROP dropped);
+  std::optional<LRESULT> TellTip(NMHDR& about);
   bool GoToField(WPARAM mnemonic);
   void FilterTempo();
   void GiveUpBy(const MSG& input);
@@ -73,6 +83,8 @@ class MainWindow {
   std::unique_ptr<Binding> binding_;
   std::vector<Frame> frames_;
   HWND focus_ = nullptr;
+  std::wstring tip_;  // that the system reads
+  HWND tips_ = nullptr;
   std::int16_t pageDrawn_ = app::kNoPage;
   bool loaded_ = false;
   bool pumping_ = false;  // only painting messages are handled

@@ -27,6 +27,7 @@ app::Size Measure(const BoundControl& bound, const Theme& theme, int width) {
     }
     case Look::kNavigation:
     case Look::kLink:
+    case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
     case Look::kChoice:
@@ -89,7 +90,8 @@ RECT Within(const BoundControl& bound, RECT box, const Theme& theme) {
 
 std::vector<Frame> LayOut(const Binding& binding, const Theme& theme, const app::Form1& form,
                           SIZE client) {
-  const Part tree = app::WindowLayout(app::PageLayout(form.paginaactual));
+  const Part tree = app::WindowLayout(app::PageLayout(
+      form.paginaactual, MulDiv(static_cast<int>(client.cx), 96, static_cast<int>(theme.dpi))));
   const auto measure = [&](app::Control app::Form1::*member, int width) {
     return Measure(binding.Of(member), theme, width);
   };

@@ -13,7 +13,6 @@ namespace {
 constexpr wchar_t kBodyFont[] = L"Segoe UI";
 constexpr std::array<const wchar_t*, 3> kMonoFonts = {L"Consolas", L"DejaVu Sans Mono",
                                                       L"Courier New"};
-constexpr double kBodyPoints = 10, kSmallPoints = 9, kTitlePoints = 13, kHeadingPoints = 11;
 constexpr DWORD kDarkTitleBar = 20;  // DWMWA_USE_IMMERSIVE_DARK_MODE
 
 Colours OwnColours(bool dark) {
@@ -21,12 +20,12 @@ Colours OwnColours(bool dark) {
                     dark ? kDarkShares : kLightShares, SystemColour);
 }
 
-// A contrast theme's colours are the user's own choice.
 Colours ContrastColours() {
-  const Rgb window = GetSysColor(COLOR_WINDOW), text = GetSysColor(COLOR_WINDOWTEXT);
-  const Rgb mark = GetSysColor(COLOR_HIGHLIGHT), onMark = GetSysColor(COLOR_HIGHLIGHTTEXT);
-  return MixColours({window, window, text}, {mark, onMark, text, text, window, text},
-                    kContrastShares, [](Rgb colour) { return COLORREF{colour}; });
+  const Rgb window = GetSysColor(COLOR_WINDOW);
+  const Grounds grounds{window, window, GetSysColor(COLOR_WINDOWTEXT)};
+  const Tones tones =
+      ContrastTones(grounds, GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHTTEXT));
+  return MixColours(grounds, tones, kContrastShares, [](Rgb colour) { return COLORREF{colour}; });
 }
 
 bool HasContrastTheme() {
@@ -45,8 +44,9 @@ bool WantsDark() {
   return light == 0;
 }
 
-Font MakeFont(const wchar_t* name, double points, UINT dpi, int weight = FW_NORMAL) {
-  return Font(CreateFontW(-static_cast<int>(points * dpi / 72 + 0.5), 0, 0, 0, weight, FALSE, FALSE,
+Font MakeFont(const wchar_t* name, app::Font size, UINT dpi, int weight = FW_NORMAL) {
+  const int pixels = kType[static_cast<std::size_t>(size)];
+  return Font(CreateFontW(-MulDiv(pixels, static_cast<int>(dpi), 96), 0, 0, 0, weight, FALSE, FALSE,
                           FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
                           CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE, name));
 }
@@ -68,11 +68,11 @@ Theme::Theme(UINT dotsPerInch)
     : dpi(dotsPerInch),
       dark(WantsDark() && !HasContrastTheme()),
       colours(HasContrastTheme() ? ContrastColours() : OwnColours(dark)),
-      body(MakeFont(kBodyFont, kBodyPoints, dpi)),
-      small(MakeFont(kBodyFont, kSmallPoints, dpi)),
-      title(MakeFont(kBodyFont, kTitlePoints, dpi, FW_SEMIBOLD)),
-      heading(MakeFont(kBodyFont, kHeadingPoints, dpi, FW_SEMIBOLD)),
-      bold(MakeFont(kBodyFont, kBodyPoints, dpi, FW_SEMIBOLD)),
+      body(MakeFont(kBodyFont, app::Font::kBody, dpi)),
+      small(MakeFont(kBodyFont, app::Font::kSmall, dpi)),
+      title(MakeFont(kBodyFont, app::Font::kTitle, dpi, FW_SEMIBOLD)),
+      heading(MakeFont(kBodyFont, app::Font::kHeading, dpi, FW_SEMIBOLD)),
+      bold(MakeFont(kBodyFont, app::Font::kBody, dpi, FW_SEMIBOLD)),
       windowBrush(CreateSolidBrush(colours.window)),
       cardBrush(CreateSolidBrush(colours.card)) {
   const HDC context = GetDC(nullptr);
@@ -81,7 +81,7 @@ Theme::Theme(UINT dotsPerInch)
       monoName = name;
     }
   }
-  mono = MakeFont(monoName.c_str(), kBodyPoints, dpi);
+  mono = MakeFont(monoName.c_str(), app::Font::kBody, dpi);
   ReleaseDC(nullptr, context);
   line = LineOf(app::Font::kBody);
   smallLine = LineOf(app::Font::kSmall);

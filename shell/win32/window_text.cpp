@@ -52,6 +52,23 @@ void SetSpokenName(HWND window, std::string_view name) {
                            platform::ToWide(name).c_str());
 }
 
+void SetSpokenTab(HWND window, bool selected) {
+  Microsoft::WRL::ComPtr<IAccPropServices> services;
+  if (CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices,
+                       &services) != S_OK) {
+    return;
+  }
+  const auto set = [&](const MSAAPROPID& property, LONG value) {
+    VARIANT number{};
+    number.vt = VT_I4;
+    number.lVal = value;
+    services->SetHwndProp(window, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, property, number);
+  };
+  set(PROPID_ACC_ROLE, ROLE_SYSTEM_PAGETAB);
+  set(PROPID_ACC_STATE,
+      STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE | (selected ? STATE_SYSTEM_SELECTED : 0));
+}
+
 void RegisterKind(const wchar_t* name, WNDPROC procedure, UINT style, const wchar_t* cursor) {
   constexpr int kIconResource = 1;
   WNDCLASSW kind{};

@@ -19,5 +19,7 @@ std::wstring PlainWords(const std::wstring& caption);
 
 // The accessible name, which screen readers say.
 void SetSpokenName(HWND window, std::string_view name);
+// Makes screen readers call a button a tab.
+void SetSpokenTab(HWND window, bool selected);
 
 }  // namespace tonadex::shell

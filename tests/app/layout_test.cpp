@@ -12,14 +12,15 @@
 namespace tonadex::app {
 namespace {
 
-// A toolkit with letters of 8 by 16 pixels: words wrap, buttons and lines of text are 36 high.
-Size Letters(const Form1& form, Control Form1::*member, int width) {
+// A toolkit with letters of 8 by 16 pixels, or `times` as large: words wrap, buttons and lines of
+// text are 36 high.
+Size Letters(const Form1& form, Control Form1::*member, int width, int times) {
   const Look look = InfoOf(member).look;
-  const int words = 8 * static_cast<int>((form.*member).caption.size());
+  const int words = 8 * times * static_cast<int>((form.*member).caption.size());
   if (look == Look::kLabel) {
-    return {words, 16 * (1 + words / std::max(width, 1))};
+    return {words, 16 * times * (1 + words / std::max(width, 1))};
   }
-  return look <= Look::kMark ? Size{words + 40, 36} : Size{0, 36};
+  return look <= Look::kMark ? Size{words + 40, 20 + 16 * times} : Size{0, 20 + 16 * times};
 }
 
 bool Overlap(const Rect& a, const Rect& b) {
@@ -29,11 +30,13 @@ bool Overlap(const Rect& a, const Rect& b) {
 
 class LayoutTest : public testing::Test {
  protected:
-  std::vector<Placed> PlaceIn(int width, int height, double scale = 1) {
+  std::vector<Placed> PlaceIn(int width, int height, double scale = 1, int times = 1) {
     form.Refresh();
-    return Place(form, tree = WindowLayout(PageLayout(form.paginaactual)), {0, 0, width, height},
-                 scale,
-                 [this](Control Form1::*member, int wide) { return Letters(form, member, wide); });
+    const Part page = PageLayout(form.paginaactual, static_cast<int>(width / scale));
+    return Place(form, tree = WindowLayout(page), {0, 0, width, height}, scale,
+                 [this, times](Control Form1::*member, int wide) {
+                   return Letters(form, member, wide, times);
+                 });
   }
   Rect Of(Control Form1::*member, const std::vector<Placed>& places) {
     return std::ranges::find_if(
@@ -56,12 +59,14 @@ class LayoutTest : public testing::Test {
 
 TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
   for (const Page& page : Pages()) {
-    for (const auto& [width, height, scale] :
-         {std::tuple(900, 600, 1.0), {1600, 1000, 1.0}, {1800, 1200, 2.0}}) {
+    for (const auto& [width, height, scale, times] : {std::tuple(900, 600, 1.0, 1),
+                                                      {1600, 1000, 1.0, 1},
+                                                      {1800, 1200, 2.0, 2},
+                                                      {1280, 1000, 1.0, 2}}) {
       SCOPED_TRACE(testing::Message() << page.number << " at " << width);
       Enter(page.number);
       std::vector<Placed> controls;
-      for (const Placed& placed : PlaceIn(width, height, scale)) {
+      for (const Placed& placed : PlaceIn(width, height, scale, times)) {
         const Rect& rect = placed.rect;
         EXPECT_TRUE(rect.left >= 0 && rect.top >= 0 && rect.left + rect.width <= width &&
                     rect.top + rect.height <= height && rect.width >= 0);
@@ -90,21 +95,38 @@ TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
 
 TEST_F(LayoutTest, RoomIsSharedByWeightWithinTheLimits) {
   Enter(kOptionsPage);
-  auto places = PlaceIn(1600, 1000);
+  const auto places = PlaceIn(1600, 1000);
   const Rect makes = Of(&Form1::cmbmarcas, places), models = Of(&Form1::cmbformatos, places);
   EXPECT_NEAR(makes.left, 1600 - models.left - models.width, 2) << "the card is in the middle";
   EXPECT_NEAR(models.width * 2, makes.width * 3, 6);
   EXPECT_EQ(makes.height, models.height);
   Enter(kRepertoirePage);
-  places = PlaceIn(1600, 1000);
-  EXPECT_EQ(Of(&Form1::List1, places).width, 280);
-  EXPECT_EQ(Of(&Form1::repertoireView, places).height, 220) << "and the display has the rest";
-  EXPECT_EQ(Of(&Form1::Textavisos, places).height, 112);
-  EXPECT_GT(Of(&Form1::textresultado, places).height, 300);
   // A button that is hidden leaves its place to the list.
-  const int list = Of(&Form1::List1, places).height;
-  form.List1.AddRow("Vals (vals)", 20);
+  const int list = Of(&Form1::List1, PlaceIn(1600, 1000)).height;
+  test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=90:c");
+  form.MelodyFolderChanged();
+  form.Refresh();
   EXPECT_EQ(Of(&Form1::List1, PlaceIn(1600, 1000)).height, list + 36 + 8);
+}
+
+TEST_F(LayoutTest, TheDisplayIsTheHeartOfItsPage) {
+  Enter(kRepertoirePage);
+  for (const auto& [width, height, tall, beside] : {std::tuple(900, 600, 200, false),
+                                                    {1000, 700, 300, false},
+                                                    {1280, 800, 440, true},
+                                                    {1920, 1080, 720, true},
+                                                    {2560, 1440, 1080, true}}) {
+    SCOPED_TRACE(width);
+    const auto places = PlaceIn(width, height);
+    const Rect display = Of(&Form1::textresultado, places);
+    const Rect drawing = Of(&Form1::repertoireView, places);
+    EXPECT_GE(display.height, tall);
+    EXPECT_GE(display.width, 500);
+    EXPECT_LE(display.width, look::kMeasure);
+    EXPECT_EQ(drawing.left > display.left + display.width, beside);
+    EXPECT_EQ(drawing.top > display.top + display.height, !beside);
+    EXPECT_GE(drawing.height, look::kLowestView);
+  }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The main window, driven by the scenarios of scenarios.txt, which explains its own form.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <ostream>
@@ -55,6 +56,14 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     ASSERT_NE(handler, nullptr);
     const int error = test::ErrorOf([&] { (form.*handler)(); });
     failure_ = error == 0 ? "" : "error " + std::to_string(error) + "\n";
+    form.Refresh();
+  }
+
+  void Choose(const Row& row) {
+    const auto menu = FindControl("List1")->menu;
+    const auto item = std::ranges::find(menu, core::FromUtf8(row[0]), &MenuItem::caption);
+    ASSERT_NE(item, menu.end());
+    (form.*item->handler)();
     form.Refresh();
   }
 
@@ -113,7 +122,11 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
       return values.at(name);
     }
     const Control& control = Named(name.substr(0, dot));
-    std::string rows;
+    std::string rows, shown, help;
+    for (std::size_t i = 0; i < control.rows.size(); ++i) {
+      shown += control.LineAt(i) + ";";
+      help += control.HelpAt(i) + ";";
+    }
     for (const ListRow& row : control.rows) {
       rows += std::string(row.text) + "=" + std::to_string(row.itemData) + (row.hint ? "?;" : ";");
     }
@@ -124,6 +137,8 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
                                               {"visible", control.visible ? "yes" : "no"},
                                               {"index", std::to_string(control.listIndex)},
                                               {"enabled", control.enabled ? "yes" : "no"},
+                                              {"shown", shown},
+                                              {"help", help},
                                               {"rows", rows}}
         .at(field);
   }
@@ -184,6 +199,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
                                              {"reply", &Form1Scenario::Reply},
                                              {"answer", &Form1Scenario::Answer},
                                              {"broken", &Form1Scenario::Broken},
+                                             {"choose", &Form1Scenario::Choose},
                                              {"close", &Form1Scenario::QueryUnload},
                                              {"click", &Form1Scenario::Raise<Event::kClick>},
                                              {"activate", &Form1Scenario::Raise<Event::kActivate>},

@@ -2,22 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include "app/pdf.h"
 #include "tests/core/test_melody.h"
 
 namespace tonadex::app {
 namespace {
 
-double Measured(std::string_view text, double points) {
-  return 0.6 * points * static_cast<double>(text.size());
-}
-
 // The pages of as many notes as were asked for, typed by these keys.
-std::vector<SheetPage> Pages(std::string_view model, const std::string& result, int notes) {
+Paper Pages(std::string_view model, const std::string& result, int notes) {
   const core::RTTTLMelody melody = test::ParsedMelody("c6" + test::Repeated(",8c", notes - 1));
   const auto steps = phones::TypingSteps(model, result, melody);
   const Drawing drawing = MelodyDrawing(melody.Text);
   return LayOutTypingSheet(
-      {"Una prueba, para un m\xF3vil", *phones::FindKeypad(model), steps, drawing}, Measured);
+      {"Una prueba, para un m\xF3vil", *phones::FindKeypad(model), steps, drawing});
 }
 
 bool Overlap(const Box& a, const Box& b) {
@@ -27,11 +24,11 @@ bool Overlap(const Box& a, const Box& b) {
 }
 
 // "1:1 2:18 …" of all pages in the order of reading.
-std::string GroupsOf(const std::vector<SheetPage>& pages) {
+std::string GroupsOf(const Paper& paper) {
   std::string groups, number;
-  for (const SheetPage& page : pages) {
-    for (const SheetMark& mark : page) {
-      if (mark.shape == SheetMark::Shape::kGroup) {
+  for (const Picture& page : paper.pages) {
+    for (const Shape& mark : page) {
+      if (mark.mono) {
         groups += number + ":" + mark.text + " ";
       }
       number = mark.text;
@@ -40,23 +37,24 @@ std::string GroupsOf(const std::vector<SheetPage>& pages) {
   return groups;
 }
 
-void ExpectLegible(const std::vector<SheetPage>& pages, double leastPoints) {
-  for (const SheetPage& page : pages) {
+void ExpectLegible(const Paper& paper, double leastPoints) {
+  for (const Picture& page : paper.pages) {
     for (std::size_t i = 0; i < page.size(); ++i) {
-      const auto& [shape, box, points, text] = page[i];
+      const Box& box = page[i].box;
+      const std::string& text = page[i].text;
       EXPECT_TRUE(box.x >= kSheetMargin - 0.01 && box.y >= kSheetMargin - 0.01 &&
                   box.right() <= kSheetWidth - kSheetMargin + 0.01 &&
                   box.bottom() <= kSheetHeight - kSheetMargin + 0.01)
           << text << " " << box.x << " " << box.y;
-      EXPECT_LE(Measured(text, points), box.width + 0.01) << text;
-      if (shape == SheetMark::Shape::kGroup) {
-        EXPECT_GE(points, leastPoints) << text;
+      EXPECT_LE(TextWidth(text, page[i].size, page[i].mono), box.width + 0.01) << text;
+      if (page[i].mono) {
+        EXPECT_GE(page[i].size, leastPoints) << text;
       }
       for (std::size_t j = 0; j < i; ++j) {
-        const bool onKey = page[j].shape == SheetMark::Shape::kKey && box.x >= page[j].box.x &&
+        const bool onKey = page[j].kind == Shape::Kind::kFrame && box.x >= page[j].box.x &&
                            box.right() <= page[j].box.right() &&
                            box.bottom() <= page[j].box.bottom();
-        const bool notes = shape == page[j].shape && shape == SheetMark::Shape::kNote;
+        const bool notes = page[i].kind == page[j].kind && page[i].kind == Shape::Kind::kFilled;
         EXPECT_TRUE(onKey || notes || !Overlap(box, page[j].box)) << text << " on " << page[j].text;
       }
     }
@@ -81,7 +79,7 @@ TEST(TypingSheet, HoldsEveryGroupLegiblyOnAsFewPagesAsItCan) {
   for (const auto& [model, group, notes, pages, leastPoints] : kSheets) {
     SCOPED_TRACE(std::string(group) + std::to_string(notes));
     const auto laidOut = Pages(model, test::Repeated(std::string(group) + " ", notes), notes);
-    EXPECT_EQ(laidOut.size(), pages);
+    EXPECT_EQ(laidOut.pages.size(), pages);
     ExpectLegible(laidOut, leastPoints);
     std::string expected;
     for (int i = 1; i <= notes; ++i) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -10,15 +11,36 @@ namespace {
 
 constexpr std::string_view kModel = " Compositor";
 
-TEST(ConvertLines, AnswersEveryLineInItsPlace) {
-  constexpr int kLines = 20000;
+// Gives a text piece by piece, as a pipe does.
+class Pieces : public std::streambuf {
+ public:
+  Pieces(std::string text, std::ptrdiff_t length) : text_(std::move(text)), length_(length) {}
+
+ protected:
+  int underflow() override {
+    char* const end = text_.data() + text_.size();
+    char* const begin = egptr() == nullptr ? text_.data() : egptr();
+    setg(begin, begin, begin + std::min(length_, end - begin));
+    return begin == end ? traits_type::eof() : traits_type::to_int_type(*begin);
+  }
+
+ private:
+  std::string text_;
+  std::ptrdiff_t length_;
+};
+
+class ConvertLinesTest : public testing::TestWithParam<std::ptrdiff_t> {};
+
+TEST_P(ConvertLinesTest, AnswersEveryLineInItsPlace) {
+  constexpr int kLines = 5000;
   std::string input;
   for (int i = 0; i < kLines; ++i) {
     const std::string name = "m" + std::to_string(i);
     input += i % 7 == 3 ? name : name + ":d=4,o=5,b=9:c,8djuh9hay";
     input += i % 3 == 0 ? "\r\n" : i % 3 == 1 ? "\n" : "\r";
   }
-  std::istringstream in(input);
+  Pieces pieces(input, GetParam());
+  std::istream in(&pieces);
   std::ostringstream out;
   EXPECT_TRUE(ConvertLines(in, out, kModel, ""));
   std::istringstream answers(out.str());
@@ -35,6 +57,8 @@ TEST(ConvertLines, AnswersEveryLineInItsPlace) {
   }
   EXPECT_EQ(i, kLines);
 }
+
+INSTANTIATE_TEST_SUITE_P(Pieces, ConvertLinesTest, testing::Values(1, 7, 100'000));
 
 TEST(ConvertLines, TakesEndlessAndEmptyLines) {
   std::istringstream in(std::string(3'000'000, 'x') + "\n\nx:d=4,o=5,b=9:c");

@@ -6,12 +6,19 @@
 #include <string>
 #include <vector>
 
-#include "cli/context.h"
+#include "cli/commands.h"
 #include "core/text.h"
 #include "tests/core/table.h"
 
 // tonadex-cli run in this process.
 namespace tonadex::test {
+
+// The heavy commands run here too.
+#ifdef _WIN32
+constexpr cli::HeavyCommands kHeavyCommands = {nullptr, cli::Print};
+#else
+constexpr cli::HeavyCommands kHeavyCommands = {cli::PlayFile, cli::Print};
+#endif
 
 struct Outcome {
   int code = 0;
@@ -25,7 +32,8 @@ inline Outcome RunCli(const std::vector<std::string>& arguments, std::string_vie
   }
   std::istringstream in{std::string(input)};
   std::ostringstream out, err;
-  const int code = cli::Run(static_cast<int>(argv.size()), argv.data(), in, out, err);
+  const int code =
+      cli::Run(static_cast<int>(argv.size()), argv.data(), in, out, err, kHeavyCommands);
   return {code, out.str(), err.str()};
 }
 

@@ -56,10 +56,10 @@ TEST(Read, KeepsToItsBound) {
   EXPECT_EQ(ReadShared(folder / "f", bytes.size()), bytes);
   EXPECT_EQ(ReadShared(folder / "f", bytes.size() - 1), std::nullopt);
   const auto head = ReadSharedHead(folder / "f", 4);
-  EXPECT_EQ(head->bytes + std::to_string(head->size), bytes.substr(0, 4) + "100000");
+  EXPECT_EQ(head->bytes + std::to_string(head->status.size), bytes.substr(0, 4) + "100000");
   using namespace std::chrono;
   last_write_time(folder / "f", last_write_time(folder / "f") + hours(1));
-  EXPECT_GT(ReadSharedHead(folder / "f", 4)->modified, head->modified);
+  EXPECT_GT(ReadSharedHead(folder / "f", 4)->status.modified, head->status.modified);
   folder.Write("f", "");
   EXPECT_EQ(ReadWhole(folder / "f"), "");
   EXPECT_EQ(ReadMelodyLine(folder / "f"), "");

@@ -47,6 +47,27 @@ TEST(WriteBytes, WritesOrFails) {
   EXPECT_EQ(Entries(folder.path()), 1);
 }
 
+TEST(MoveInto, KeepsBothOfOneNameOrLeavesTheFileWhereItIs) {
+  const test::TempFolder folder;
+  const fs::path name = PathFromText(u8"D'año (1).20"_w),
+                 second = PathFromText(u8"D'año (1) 2.20"_w);
+  for (const std::string_view bytes : {"one", "two"}) {
+    folder.Write("m" / name, bytes);
+    EXPECT_TRUE(MoveInto(folder / "bin", folder / "m" / name));
+  }
+  EXPECT_EQ(folder.Read("bin" / name), "one");
+  EXPECT_EQ(folder.Read("bin" / second), "two");
+  EXPECT_EQ(MoveInto(folder / "m", folder / "bin" / second), folder / "m" / second);
+  EXPECT_EQ(Entries(folder / "bin"), 1);
+  EXPECT_EQ(CopyInto(folder / "m", folder / "m" / second),
+            folder / "m" / PathFromText(u8"D'año (1) 2 2.20"_w));
+  folder.Write("file", "x");
+  EXPECT_FALSE(MoveInto(folder / "file", folder / "m" / second));
+  EXPECT_FALSE(CopyInto(folder / "file", folder / "m" / second));
+  EXPECT_FALSE(CopyInto(folder / "bin", folder / "gone"));
+  EXPECT_EQ(folder.Read("m" / second), "two");
+}
+
 TEST(Create, NeverReplaces) {
   const test::TempFolder folder;
   std::atomic<int> created = 0;

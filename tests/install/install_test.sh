@@ -15,8 +15,8 @@ fail() { echo "FALLO: $*" >&2 && exit 1; }
 is() { [ "$2" = "$3" ] || fail "$1: «$2» en vez de «$3»"; }
 
 "$cmake" --install "$build" --prefix "$folder/first" >/dev/null
-mv "$folder/first" "$folder/moved"
-bin=$folder/moved/bin share=$folder/moved/share
+mv "$folder/first" "$folder/otro sitio"
+bin="$folder/otro sitio/bin" share="$folder/otro sitio/share"
 mkdir "$folder/home" "$folder/cwd"
 run() { (cd "$folder/cwd" && env -i HOME="$folder/home" PATH="$PATH" LC_ALL=C.UTF-8 "$@"); }
 
@@ -45,6 +45,17 @@ is ver.dat "$(tr -d '\r' <"$user/ver.dat")" "$version"
 is "lo descargado" "$(tr -d '\r' <"$user/melodias/Plantada.${#planted}")" "$planted"
 is convertir "$(run "$bin/tonadex-cli" convertir -t t68i --solo-resultado "$user/melodias/ParaElisa."* |
   head -n 1 | tr -d '\r')" "BEGIN:IMELODY"
+
+# What prints and what sounds load their libraries in programs of their own.
+! ldd "$bin/tonadex-cli" | grep -E 'Qt|fluidsynth' || fail "tonadex-cli carga lo que no usa"
+run "$bin/tonadex-cli" imprimir -t t68i --pdf "$folder/hoja.pdf" "$user/melodias/ParaElisa."*
+[ -s "$folder/hoja.pdf" ] || fail "no se ha impreso la hoja"
+play() { run TONADEX_SOUND=ninguno "$bin/tonadex-cli" reproducir - 2>&1 <<<Do:d=16,o=5,b=225:c; }
+[[ $(play) == "Reproduciendo Do"* ]] || fail "reproducir dice «$(play)»"
+rm "$bin/../libexec/tonadex-reproducir"
+is "reproducir sin su programa" "$(play || echo $?)" "tonadex-cli: no se puede arrancar el programa \
+«$folder/otro sitio/libexec/tonadex-reproducir»; vuelve a instalar Tonadex
+3"
 
 "$bin/tonadex-server" --puerto 0 --carpeta "$folder/shelf" --registro "$folder/log" >"$folder/said" &
 server=$!

@@ -43,7 +43,8 @@ TEST(DownloadMelody, StoresTheReplyOrWhatWasHeld) {
     server.http.replies = {fails ? std::nullopt : std::optional(row[0])};
     const test::TempFolder folder;
     std::string text = "before";
-    EXPECT_EQ(DownloadMelody(server.fetch, folder.path(), "Vals (vals)", 120, text), !fails);
+    EXPECT_EQ(DownloadMelody(server.fetch, folder.path(), folder / "bin", "Vals (vals)", 120, text),
+              !fails);
     EXPECT_EQ(folder.Read("vals.120"), row[1]);
     EXPECT_EQ(server.http.urls, std::vector<std::string>{"http://s/tonos/vals.120"});
   }
@@ -56,14 +57,40 @@ TEST(DownloadMelody, StoresNothingOutsideTheFolderOrThatNoListingCouldShow) {
   std::filesystem::create_directory(folder / "melodias");
   std::string text;
   for (const std::string_view row : {"a (../evil)", "a (CON)", "../evil"}) {
-    EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", row, 1, text));
+    EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", folder / "bin", row, 1, text));
   }
   EXPECT_EQ(server.http.urls.front(), "http://s/tonos/../evil.1");
-  EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", "v (x.99999999999)", 0, text));
-  EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", "v (x)", 123456, text));
-  EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", "v (.x)", 1, text));
+  EXPECT_FALSE(DownloadMelody(server.fetch, folder / "melodias", folder / "bin",
+                              "v (x.99999999999)", 0, text));
+  EXPECT_FALSE(
+      DownloadMelody(server.fetch, folder / "melodias", folder / "bin", "v (x)", 123456, text));
+  EXPECT_FALSE(
+      DownloadMelody(server.fetch, folder / "melodias", folder / "bin", "v (.x)", 1, text));
   EXPECT_TRUE(std::filesystem::is_empty(folder / "melodias"));
   EXPECT_EQ(folder.Read("evil.1"), "(none)");
+}
+
+// A server that dies in the middle answers, too.
+TEST(DownloadMelody, KeepsWhatItReplacesInTheBin) {
+  Server server;
+  server.http.replies = {"Vals:1\n", "Vals:1\n", "<html>", "x"};
+  const test::TempFolder folder;
+  std::string text;
+  const auto download = [&] {
+    return DownloadMelody(server.fetch, folder / "m", folder / "bin", "Vals (vals)", 120, text);
+  };
+  std::filesystem::create_directory(folder / "m");
+  EXPECT_TRUE(download() && download());
+  EXPECT_FALSE(std::filesystem::exists(folder / "bin")) << "the same again";
+  folder.Write("bin/vals.120", "binned before");
+  EXPECT_TRUE(download());
+  EXPECT_EQ(folder.Read("m/vals.120"), "<html>\r\n");
+  EXPECT_EQ(folder.Read("bin/vals.120"), "binned before");
+  EXPECT_EQ(folder.Read("bin/vals 2.120"), "Vals:1\r\n");
+  std::filesystem::remove_all(folder / "bin");
+  folder.Write("bin", "no folder");
+  EXPECT_FALSE(download());
+  EXPECT_EQ(folder.Read("m/vals.120"), "<html>\r\n") << "nothing is lost";
 }
 
 TEST(UploadMelody, ChecksAndSends) {

@@ -40,12 +40,13 @@ class LiveSoundTest : public testing::Test {
 };
 
 TEST_F(LiveSoundTest, NotesComeInTimeWithThePosition) {
-  Play("x:d=8,o=5,b=100:c,e,g");  // ten ticks of 31.25 ms each
+  constexpr double kAheadMs = 210;  // this device hears what others still hold in a buffer
+  Play("x:d=8,o=5,b=100:c,e,g");    // ten ticks of 31.25 ms each
   ASSERT_TRUE(test::Eventually([&] { return sequencer->PositionMs().value_or(0) >= 1100; }));
   // Again where a busy machine lets the one wait for the other.
   EXPECT_TRUE(test::Eventually([&] {
     const double position = sequencer->PositionMs().value();
-    return std::abs(test::LengthMs(Heard()) - position) < 150;
+    return std::abs(test::LengthMs(Heard()) - kAheadMs - position) < 150;
   }));
   sequencer.reset();
   const std::vector<test::HeardNote> notes = test::HearNotes(Heard());
@@ -66,7 +67,7 @@ TEST_F(LiveSoundTest, CloseSilencesAtOnce) {
   sequencer.reset();  // gives the device back
   const std::vector<double> all = Heard();
   EXPECT_LT(test::LengthMs(all), heard + 2000);  // of 12 s
-  EXPECT_LT(test::Loudness(all, heard + 50, 2000), 0.0005);
+  EXPECT_LT(test::Loudness(all, heard + 100, 2000), 0.0005);
 }
 
 TEST_F(LiveSoundTest, CloseWhileStartingKeepsItSilent) {

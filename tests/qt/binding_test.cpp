@@ -14,6 +14,7 @@
 #include "shell/qt/theme/theme.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/shape_view.h"
 #include "shell/qt/widgets/web_pane.h"
 #include "tests/qt/window_fixture.h"
 #include "tests/support/binding_checks.h"
@@ -82,6 +83,8 @@ struct BoundForm : Screen {
       timer->start(0);
       EXPECT_TRUE(QTest::qWaitFor([&] { return dispatched > before; }));
       timer->stop();
+    } else if (auto* shapes = As<shell::ShapeView>(info)) {
+      emit shapes->Clicked();
     } else if (auto* pane = As<shell::WebPane>(info)) {
       emit pane->LeaveAttempted();
     } else if (event == Event::kActivate || event == Event::kEnter) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QMessageBox>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -189,6 +190,31 @@ TEST(WebPane, NoDialogOfAPageOpens) {
     EXPECT_TRUE(QTest::qWaitFor([&t] { return t.server.Asked("/arrived") == 1; }));
     EXPECT_FALSE(opened);
   }
+}
+
+// Whether a screen reader comes upon the words in the tree under `part`.
+bool Speaks(QAccessibleInterface* part, const QString& words) {
+  if (part == nullptr) {
+    return false;
+  }
+  if (part->text(QAccessible::Name).contains(words)) {
+    return true;
+  }
+  for (int i = 0; i < part->childCount(); ++i) {
+    if (Speaks(part->child(i), words)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+TEST(WebPane, ItsPagesSpeak) {
+  QAccessible::setActive(true);
+  ShownPane shown(WebPane::Kind::kPage, "<h1>Valses</h1>");
+  EXPECT_TRUE(QTest::qWaitFor([&shown] {
+    return Speaks(QAccessible::queryAccessibleInterface(shown.pane.currentWidget()), "Valses");
+  }));
+  QAccessible::setActive(false);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "app/print_sheet.h"
-#include "cli/context.h"
+#include "cli/commands.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -123,8 +123,8 @@ TEST_F(RichTextBoxTest, FromTheCommandLine) {
     }
     std::istringstream in;
     std::ostringstream out, err;
-    EXPECT_EQ(std::to_string(
-                  cli::Run(static_cast<int>(arguments.size()), arguments.data(), in, out, err)),
+    EXPECT_EQ(std::to_string(cli::Run(static_cast<int>(arguments.size()), arguments.data(), in, out,
+                                      err, {.play = nullptr, .print = cli::Print})),
               row[6]);
     EXPECT_EQ(out.str() + err.str(), row[7]);
   }

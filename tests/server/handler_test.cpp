@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string>
 
+#include "app/look.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
@@ -125,6 +126,31 @@ TEST(Pages, MayBeKeptForAMinute) {
     EXPECT_EQ(reply.maxAgeSeconds, 60) << page;
     EXPECT_EQ(reply.contentType, kHtmlType) << page;
   }
+}
+
+// One measure of colour and type on both: the pages stand within the window.
+TEST(StartPage, LooksAsTheWindowDoes) {
+  namespace look = app::look;
+  const TempFolder folder;
+  const string page = StartPage(Shelf(folder.path(), ShelfAccess::kReadOnly), "");
+  const auto code = [](look::Rgb colour) {
+    std::array<char, 8> text{};
+    std::snprintf(text.data(), text.size(), "#%06x", colour);
+    return string(text.data());
+  };
+  for (const auto& c :
+       {look::MixColours(look::kLightGrounds, look::kLightTones, look::kLightShares, code),
+        look::MixColours(look::kDarkGrounds, look::kDarkTones, look::kDarkShares, code)}) {
+    for (const string& colour :
+         {c.window, c.card, c.text, c.muted, c.accent, c.border, c.displayGround, c.displayInk}) {
+      EXPECT_TRUE(core::Contains(page, colour)) << colour;
+    }
+  }
+  for (const int pixels : {look::kType[0], look::kType[2], look::kType[3]}) {
+    EXPECT_TRUE(core::Contains(page, std::to_string(pixels) + "px")) << pixels;
+  }
+  EXPECT_TRUE(core::Contains(BannerPage(Shelf(folder.path(), ShelfAccess::kReadOnly)),
+                             "height: " + std::to_string(look::kBannerHeight) + "px"));
 }
 
 TEST(StartPage, SaysWhetherTheVersionIsCurrent) {

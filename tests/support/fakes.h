@@ -66,6 +66,11 @@ class FakeFileDialogs : public app::FileDialogs {
     return path;
   }
 
+  std::vector<std::filesystem::path> AskOpen(std::string_view) override {
+    const auto file = AskSaveAs({}, "(open)", {});
+    return file ? std::vector{*file} : std::vector<std::filesystem::path>();
+  }
+
   std::vector<std::string> proposed;               // names
   std::deque<std::optional<std::string>> answers;  // full paths
   std::vector<app::FileDialogRecord> asked;        // as they came in
@@ -164,6 +169,10 @@ class FakeRichTextBox : public app::RichTextBox {
 
   std::string source;
   std::vector<std::string> printed;
+  void PrintPages(const app::Paper& paper, std::string_view fileName) override {
+    printed.push_back(std::string(fileName) + ": " + paper.title);
+  }
+
   bool noPrinter = false;
 };
 
@@ -178,14 +187,17 @@ class FakeShell : public app::ShellServices {
   void DoEvents() override { ++doEvents; }
   void Beep() override { ++beeps; }
   void CopyText(std::string_view text) override { clipboard = text; }
+  void OpenFolder(const std::filesystem::path& folder) override { help.push_back(folder); }
   void OpenHelp(const std::filesystem::path& file) override { help.push_back(file); }
+  void OpenFile(const std::filesystem::path& file) override { opened.push_back(file); }
+  void ShowInFolder(const std::filesystem::path& file) override { opened.push_back(file / "."); }
   void End() override { ++ends; }
 
   std::filesystem::path programFolder;
   std::string tempPath;
   std::string clipboard;
   std::vector<std::intptr_t> topMost;
-  std::vector<std::filesystem::path> help;
+  std::vector<std::filesystem::path> help, opened;  // a folder by a "." behind the file
   int doEvents = 0, beeps = 0, ends = 0;
 };
 

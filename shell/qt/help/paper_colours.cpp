@@ -1,21 +1,18 @@
 #include "shell/qt/help/paper_colours.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "app/look.h"
 
 namespace tonadex::shell {
 namespace {
 
-constexpr double kReadable = 4.5;  // the usual least contrast of small type
+using namespace app::look;
+
 constexpr float kStep = 0.05F;
 
-double Linear(double part) {
-  return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-}
-
-double Luminance(const QColor& colour) {
-  return 0.2126 * Linear(colour.redF()) + 0.7152 * Linear(colour.greenF()) +
-         0.0722 * Linear(colour.blueF());
+Rgb Bare(const QColor& colour) {
+  return colour.rgb() & 0xFFFFFF;
 }
 
 QColor WithLightness(const QColor& colour, float lightness, float saturation = 1) {
@@ -26,12 +23,11 @@ QColor WithLightness(const QColor& colour, float lightness, float saturation = 1
 }  // namespace
 
 double Contrast(const QColor& a, const QColor& b) {
-  const auto [low, high] = std::minmax({Luminance(a), Luminance(b)});
-  return (high + 0.05) / (low + 0.05);
+  return app::look::Contrast(Bare(a), Bare(b));
 }
 
 QColor ReadableInk(const QColor& ink, const QColor& ground) {
-  const float step = Luminance(ground) < 0.18 ? kStep : -kStep;
+  const float step = Luminance(Bare(ground)) < 0.18 ? kStep : -kStep;
   QColor readable = ink;
   for (float lightness = ink.lightnessF();
        Contrast(readable, ground) < kReadable && lightness > -kStep && lightness < 1 + kStep;

@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QShortcut>
 #include <QStandardPaths>
+#include <QUrl>
 #include <QWindow>
 
 #include "files/paths.h"
@@ -153,6 +155,16 @@ std::optional<std::filesystem::path> QtFileDialogs::AskSaveAs(std::string_view t
                         : std::optional(std::filesystem::path(file.toStdU16String()));
 }
 
+std::vector<std::filesystem::path> QtFileDialogs::AskOpen(std::string_view title) {
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  const QStringList files = QFileDialog::getOpenFileNames(hooks_.window, ToQString(title), folder);
+  std::vector<std::filesystem::path> paths;
+  for (const QString& file : files) {
+    paths.emplace_back(file.toStdU16String());
+  }
+  return paths;
+}
+
 QtShellServices::QtShellServices(WindowHooks& hooks, Repainting& repainting,
                                  std::filesystem::path folder, std::string tempPath)
     : hooks_(hooks),
@@ -186,10 +198,22 @@ void QtShellServices::CopyText(std::string_view text) {
   QApplication::clipboard()->setText(ToQStringLines(text));
 }
 
+void QtShellServices::OpenFolder(const std::filesystem::path& folder) {
+  QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdU16String(folder.u16string())));
+}
+
 void QtShellServices::OpenHelp(const std::filesystem::path& file) {
   if (hooks_.openHelp) {
     hooks_.openHelp(file);
   }
+}
+
+void QtShellServices::OpenFile(const std::filesystem::path& file) {
+  QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdU16String(file.u16string())));
+}
+
+void QtShellServices::ShowInFolder(const std::filesystem::path& file) {
+  OpenFile(file.parent_path());
 }
 
 void QtShellServices::End() {

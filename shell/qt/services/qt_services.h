@@ -69,6 +69,7 @@ class QtFileDialogs : public app::FileDialogs {
   bool GetOpenFileName(app::FileDialogRecord& record) override;
   std::optional<std::filesystem::path> AskSaveAs(std::string_view title, std::string_view name,
                                                  std::string_view filter) override;
+  std::vector<std::filesystem::path> AskOpen(std::string_view title) override;
 
  private:
   WindowHooks& hooks_;
@@ -86,7 +87,10 @@ class QtShellServices : public app::ShellServices {
   void DoEvents() override;
   void Beep() override;
   void CopyText(std::string_view text) override;
+  void OpenFolder(const std::filesystem::path& folder) override;
   void OpenHelp(const std::filesystem::path& file) override;
+  void OpenFile(const std::filesystem::path& file) override;
+  void ShowInFolder(const std::filesystem::path& file) override;
   // Closes every window and leaves the event loop.
   void End() override;
 

@@ -8,6 +8,7 @@
 #include <QProxyStyle>
 #include <algorithm>
 
+#include "app/control_table.h"
 #include "shell/qt/theme/icons.h"
 
 // Forces the linker to keep the Qt resources of this static library. Must be outside of namespaces.
@@ -31,7 +32,7 @@ QPalette OwnPalette(bool dark) {
   for (const auto role :
        {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
     palette.setColor(role, text);
-    palette.setColor(QPalette::Disabled, role, Blend(text, window, 0.45));
+    palette.setColor(QPalette::Disabled, role, Blend(text, window, kLightShares.faint));
   }
   palette.setColor(QPalette::Mid, Blend(text, window, 0.3));
   palette.setColor(QPalette::Dark, Blend(text, window, 0.4));
@@ -44,14 +45,15 @@ bool IsDark(const QPalette& palette) {
          palette.color(QPalette::Window).lightness();
 }
 
-QFont Scaled(QFont font, double factor, QFont::Weight weight = QFont::Normal) {
-  font.setPointSizeF(font.pointSizeF() * factor);
+// `body` in another size of the scale.
+QFont Scaled(QFont font, app::Font size, QFont::Weight weight = QFont::Normal) {
+  font.setPointSizeF(font.pointSizeF() * kType[static_cast<std::size_t>(size)] / kType[0]);
   font.setWeight(weight);
   return font;
 }
 
 QFont BodyFont(QFont font) {
-  constexpr double kSmallestPoints = 10;
+  constexpr double kSmallestPoints = kType[0] * 0.75;  // a pixel at 96 dpi
   const double points = font.pointSizeF() > 0 ? font.pointSizeF() : QFontInfo(font).pointSizeF();
   font.setPointSizeF(std::max(points, kSmallestPoints));
   return font;
@@ -102,7 +104,7 @@ QPushButton[mark="true"][tone="bad"] { color: @bad; border-color: @bad; }
 QPushButton[mark="true"][tone="good"] { color: @good; border-color: @good; }
 QLineEdit, QComboBox {
   min-height: @inner; padding: 0 8px; border: 1px solid @border; border-radius: 6px;
-  background: @card; color: @text; selection-background-color: @accent;
+  background: @card; selection-background-color: @accent;
   selection-color: @onaccent; }
 QLineEdit:focus, QComboBox:focus { border: 2px solid @accent; padding: 0 7px; }
 QLineEdit:read-only { background: @window; }
@@ -173,7 +175,7 @@ QString StyleSheet(const Theme& theme, int rowHeight) {
       {"good", theme.good.name()},
       {"bad", theme.bad.name()},
       {"lcd", theme.displayGround.name()},
-      {"lcdedge", theme.displayFaint.name()},
+      {"lcdedge", theme.displayEdge.name()},
       {"ink", theme.displayInk.name()}};
   QString sheet;
   const QString source = QString::fromLatin1(kStyleSheet);
@@ -200,15 +202,21 @@ Theme CurrentTheme() {
   const auto ground = [&palette](QPalette::ColorRole role) {
     return palette.color(role).rgb() & 0xFFFFFF;
   };
-  Theme theme{
-      MixColours({ground(QPalette::Window), ground(QPalette::Base), ground(QPalette::WindowText)},
-                 dark ? kDarkTones : kLightTones, dark ? kDarkShares : kLightShares,
-                 [](Rgb colour) { return QColor(colour); })};
+  const Grounds grounds{ground(QPalette::Window), ground(QPalette::Base),
+                        ground(QPalette::WindowText)};
+  const bool strong = IsStrong(grounds);
+  const Tones tones = dark ? kDarkTones : kLightTones;
+  Theme theme{MixColours(grounds,
+                         strong ? ContrastTones(grounds, tones.accent, tones.accentText) : tones,
+                         strong ? kContrastShares
+                         : dark ? kDarkShares
+                                : kLightShares,
+                         [](Rgb colour) { return QColor(colour); })};
   theme.dark = dark;
   theme.body = BodyFont(QApplication::font());
-  theme.small = Scaled(theme.body, 0.9);
-  theme.title = Scaled(theme.body, 1.25, QFont::DemiBold);
-  theme.heading = Scaled(theme.body, 1.1, QFont::DemiBold);
+  theme.small = Scaled(theme.body, app::Font::kSmall);
+  theme.title = Scaled(theme.body, app::Font::kTitle, QFont::DemiBold);
+  theme.heading = Scaled(theme.body, app::Font::kHeading, QFont::DemiBold);
   theme.mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   theme.mono.setPointSizeF(theme.body.pointSizeF());
   theme.controlHeight = std::max(36, QFontMetrics(theme.body).height() + 2 * kGrid);

@@ -64,7 +64,7 @@ MelodyView::MelodyView(QWidget* parent)
 
 void MelodyView::SetDrawing(const app::Drawing& drawing, const QString& invitation) {
   if (drawing.notes == picture_.drawing().notes && invitation == invitation_) {
-    ShowScrolled(picture_.Show(drawing.shown));
+    Show(picture_.Show(drawing.shown));
     return;  // where it was scrolled to, and the sounding note, stay
   }
   invitation_ = invitation;
@@ -75,10 +75,14 @@ void MelodyView::SetDrawing(const app::Drawing& drawing, const QString& invitati
 }
 
 void MelodyView::SetPosition(double ms) {
-  ShowScrolled(picture_.Follow(ms));
+  Show(picture_.Follow(ms));
 }
 
-void MelodyView::ShowScrolled(bool changed) {
+void MelodyView::Mark(int note) {
+  Show(picture_.Mark(note));
+}
+
+void MelodyView::Show(bool changed) {
   if (changed) {
     scroll_->setValue(static_cast<int>(picture_.scrolled()));
     update();

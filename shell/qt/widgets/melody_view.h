@@ -20,6 +20,8 @@ class MelodyView : public QWidget {
   void SetDrawing(const app::Drawing& drawing, const QString& invitation);
   // Marks the note that sounds and keeps it in view; a negative position marks none.
   void SetPosition(double ms);
+  // Marks a note by its index, -1 for none, in the same way.
+  void Mark(int note);
   const app::MelodyPicture& Picture() const { return picture_; }
 
   QSize sizeHint() const override { return {480, kLowestView}; }
@@ -34,7 +36,7 @@ class MelodyView : public QWidget {
 
  private:
   void FitPicture();
-  void ShowScrolled(bool changed);
+  void Show(bool changed);
   void ScrollBy(int pixels);
 
   app::MelodyPicture picture_;

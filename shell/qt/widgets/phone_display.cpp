@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPainter>
 #include <QScrollBar>
 #include <map>
 
@@ -12,7 +13,6 @@ namespace tonadex::shell {
 namespace {
 
 constexpr double kNumberSize = 0.75;  // of the display's type
-constexpr float kNumberOpacity = 0.75F;
 
 QFont DisplayFont(int pixels) {
   QFont font = CurrentTheme().mono;
@@ -44,12 +44,18 @@ void PhoneDisplay::SetResult(const std::string& result, std::vector<app::ResultG
   if (display_.SetResult(result, std::move(groups), counted)) {
     Draw();
   }
+  setAccessibleDescription(result.empty() ? invitation_ : QString());
 }
 
 void PhoneDisplay::SetPixelSize(int pixels) {
   if (display_.SetPixelSize(pixels)) {
     Draw();
   }
+}
+
+void PhoneDisplay::SetInvitation(const QString& sentence) {
+  invitation_ = sentence;
+  viewport()->update();
 }
 
 QTextCursor PhoneDisplay::Select(app::TextRange range) const {
@@ -69,9 +75,7 @@ void PhoneDisplay::Draw() {
     Select(range).mergeCharFormat(heavy);
   }
   QTextCharFormat number;
-  QColor faint = CurrentTheme().displayInk;
-  faint.setAlphaF(kNumberOpacity);
-  number.setForeground(faint);
+  number.setForeground(CurrentTheme().displayFaint);
   number.setProperty(QTextFormat::FontPixelSize, qRound(PixelSize() * kNumberSize));
   for (const app::TextRange& range : display_.shown().margin) {
     Select(range).mergeCharFormat(number);
@@ -116,6 +120,17 @@ void PhoneDisplay::DrawMark() {
     marks << mark;
   }
   setExtraSelections(marks);
+}
+
+// The invitation in the ink of all else: a placeholder text would be too pale on the display.
+void PhoneDisplay::paintEvent(QPaintEvent* event) {
+  QPlainTextEdit::paintEvent(event);
+  if (display_.result().empty()) {
+    QPainter painter(viewport());
+    painter.setPen(CurrentTheme().displayInk);
+    painter.drawText(viewport()->rect().adjusted(kGrid / 2, kGrid / 2, -kGrid / 2, 0),
+                     Qt::TextWordWrap, invitation_);
+  }
 }
 
 QMimeData* PhoneDisplay::createMimeDataFromSelection() const {

@@ -13,12 +13,12 @@ class PhoneDisplay : public QPlainTextEdit {
  public:
   explicit PhoneDisplay(QWidget* parent = nullptr);
 
-  // `counted`: groups are keys to press, numbered at the margin.
+  // `counted`: groups are keys or notes, numbered at the margin and in columns.
   void SetResult(const std::string& result, std::vector<app::ResultGroup> groups, bool counted);
   // The result as it was given, whatever is drawn.
   const std::string& Text() const { return display_.result(); }
   // What is shown instead of an empty result.
-  void SetInvitation(const QString& sentence) { setPlaceholderText(sentence); }
+  void SetInvitation(const QString& sentence);
 
   // Takes the height that is left and asks for none.
   QSize sizeHint() const override { return {QPlainTextEdit::sizeHint().width(), minimumHeight()}; }
@@ -40,6 +40,7 @@ class PhoneDisplay : public QPlainTextEdit {
 
  protected:
   QMimeData* createMimeDataFromSelection() const override;
+  void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -58,6 +59,7 @@ class PhoneDisplay : public QPlainTextEdit {
 
   app::ResultDisplay display_;
   int followed_ = -1;
+  QString invitation_;
 };
 
 }  // namespace tonadex::shell

@@ -1,6 +1,7 @@
 #include "shell/qt/widgets/row_list.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -55,30 +56,33 @@ class RowDelegate : public QStyledItemDelegate {
 
 }  // namespace
 
-bool RowsModel::SetRows(const app::ListRows& rows, const std::string& loose) {
-  if (rows == rows_ && loose == loose_) {
+bool RowsModel::SetRows(const app::Control& control) {
+  const std::string_view loose = control.LooseText();
+  if (control.rows == list_.rows && control.shown == list_.shown && loose == loose_) {
     return false;
   }
   beginResetModel();
-  rows_ = rows;
+  list_.rows = control.rows;
+  list_.shown = control.shown;
   loose_ = loose;
   endResetModel();
   return true;
 }
 
 int RowsModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(rows_.size()) + (loose_.empty() ? 0 : 1);
+  return parent.isValid() ? 0 : static_cast<int>(Rows().size()) + (loose_.empty() ? 0 : 1);
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
   const auto at = static_cast<std::size_t>(index.row());
-  const bool loose = at == rows_.size();
+  const bool loose = at == Rows().size();
   switch (role) {
     case Qt::DisplayRole:
+      return ToQString(loose ? app::RowLine(loose_) : list_.LineAt(at));
     case Qt::ToolTipRole:
-      return ToQString(app::RowLine(loose ? std::string_view(loose_) : rows_[at].text));
+      return ToQString(loose ? app::RowLine(loose_) : list_.HelpAt(at));
     case kHintRole:
-      return !loose && rows_[at].hint;
+      return !loose && Rows()[at].hint;
     default:
       return {};
   }
@@ -101,7 +105,7 @@ void RowList::SetControl(const app::Control& control) {
     invitation_ = words;
     viewport()->update();
   }
-  const bool fresh = model_->SetRows(control.rows, std::string(loose));
+  const bool fresh = model_->SetRows(control);
   if (fresh || SelectedRow() != control.listIndex) {
     const int row = loose.empty() ? control.listIndex : static_cast<int>(control.rows.size());
     setCurrentIndex(model_->index(row));  // -1 clears the selection
@@ -148,6 +152,12 @@ void RowList::focusInEvent(QFocusEvent* event) {
     setCurrentIndex({});
   }
   setting_ = false;
+}
+
+void RowList::contextMenuEvent(QContextMenuEvent* event) {
+  const bool mouse = event->reason() == QContextMenuEvent::Mouse;
+  emit MenuAsked(mouse ? event->globalPos()
+                       : viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
 }
 
 void RowList::keyPressEvent(QKeyEvent* event) {

@@ -15,16 +15,15 @@ class RowsModel : public QAbstractListModel {
 
   enum Roles { kHintRole = Qt::UserRole };
 
-  // True when the rows differ from those before. A `loose` text that is not empty becomes one more
-  // row at the end.
-  bool SetRows(const app::ListRows& rows, const std::string& loose);
-  const app::ListRows& Rows() const { return rows_; }
+  // True when the rows differ from those before. A loose text becomes one more row at the end.
+  bool SetRows(const app::Control& control);
+  const app::ListRows& Rows() const { return list_.rows; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
-  app::ListRows rows_;
+  app::Control list_;  // its rows alone
   std::string loose_;
 };
 
@@ -41,8 +40,9 @@ class RowList : public QListView {
   const app::ListRows& Rows() const { return model_->Rows(); }
 
  signals:
-  void RowChosen();     // the user selected a row or clicked the selected one
-  void RowActivated();  // Enter or a double click
+  void RowChosen();                     // the user selected a row or clicked the selected one
+  void RowActivated();                  // Enter or a double click
+  void MenuAsked(const QPoint& place);  // on the screen
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -50,6 +50,7 @@ class RowList : public QListView {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void focusInEvent(QFocusEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

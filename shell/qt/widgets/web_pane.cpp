@@ -42,6 +42,7 @@ void ShareOpenGl() {
 MakeBrowser* BrowserMaker() {
   static MakeBrowser* const maker = [] {
     ShareOpenGl();
+    qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");  // or screen readers hear no page
     void* module = dlopen(kBrowserModule, RTLD_NOW);
     return module == nullptr ? nullptr
                              : reinterpret_cast<MakeBrowser*>(dlsym(module, kMakeBrowser));
@@ -81,6 +82,14 @@ void WebPane::ShowQuietPage() {
                         ToQString(app::words::kNoWebViewHint);
   quiet_->setText(kind_ == Kind::kPage ? words : QString());
   setCurrentWidget(quiet_);
+  TakePlace(kind_ == Kind::kPage);
+}
+
+// A banner that has nothing to say leaves its place to the page.
+void WebPane::TakePlace(bool place) {
+  if (kind_ == Kind::kBanner) {
+    setFixedHeight(place ? kBannerHeight : 0);
+  }
 }
 
 void WebPane::changeEvent(QEvent* event) {
@@ -106,6 +115,7 @@ void WebPane::Prepare() {
     if (reached) {
       FollowScheme();
       setCurrentWidget(browser_->View());
+      TakePlace(true);
     } else {
       ShowQuietPage();
     }

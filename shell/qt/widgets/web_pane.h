@@ -36,6 +36,7 @@ class WebPane : public QStackedWidget {
  private:
   void Load();
   void ShowQuietPage();
+  void TakePlace(bool place);
   void FollowScheme();
 
   Kind kind_;

@@ -1,13 +1,20 @@
 #include "shell/qt/window/binding.h"
 
 #include <QAbstractButton>
+#include <QAccessibleWidget>
 #include <QComboBox>
+#include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSlider>
 #include <QStyle>
+#include <QStyleOptionButton>
+#include <QStylePainter>
+#include <QTextEdit>
 #include <QTimer>
 #include <QToolButton>
 #include <algorithm>
@@ -20,6 +27,7 @@
 #include "shell/qt/widgets/melody_view.h"
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
+#include "shell/qt/widgets/shape_view.h"
 #include "shell/qt/widgets/waiting_line.h"
 #include "shell/qt/widgets/web_pane.h"
 
@@ -57,15 +65,23 @@ QWidget* MakeLabel(const ControlInfo& info) {
   return label;
 }
 
+void SetPrimary(QAbstractButton& button, const ControlInfo& info, bool primary) {
+  button.setProperty("primary", primary);
+  button.setIcon(
+      ThemedIcon(QLatin1String(info.icon), primary ? IconInk::kOnAccent : IconInk::kText));
+  button.style()->unpolish(&button);
+  button.style()->polish(&button);
+}
+
 QWidget* MakeButton(const ControlInfo& info) {
   auto* button = new QPushButton;
-  const bool primary = info.look == Look::kPrimary;
-  button->setProperty("primary", primary);
+  SetPrimary(*button, info, info.look == Look::kPrimary);
   button->setCheckable(info.look == Look::kChoice);
   button->setProperty("mark", info.look == Look::kMark);
-  button->setIcon(
-      ThemedIcon(QLatin1String(info.icon), primary ? IconInk::kOnAccent : IconInk::kText));
   button->setIconSize(IconSize());
+  if (!info.shortcut.empty()) {
+    button->setFocusPolicy(Qt::TabFocus);  // a click leaves the keys where they are
+  }
   return button;
 }
 
@@ -83,6 +99,81 @@ QWidget* MakeNavigationButton(const ControlInfo& info) {
   }
   return button;
 }
+
+class CardButton : public QPushButton {
+ public:
+  void SetLine(const QString& line) {
+    if (line != accessibleDescription()) {
+      setAccessibleDescription(line);
+      update();
+    }
+  }
+  QSize sizeHint() const override {
+    const Theme theme = CurrentTheme();
+    return {160,
+            QFontMetrics(theme.body).height() + QFontMetrics(theme.small).height() + 2 * kGrid};
+  }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionButton ground;
+    initStyleOption(&ground);
+    ground.text.clear();
+    ground.icon = {};
+    painter.drawControl(QStyle::CE_PushButton, ground);
+    const Theme theme = CurrentTheme();
+    const QSize picture = IconSize() * 4 / 3;
+    icon().paint(&painter, QRect(QPoint(kPageMargin, (height() - picture.height()) / 2), picture));
+    QRect line = rect().adjusted(2 * kPageMargin + picture.width(), kGrid, -kGrid, -kGrid);
+    const auto write = [&](QFont font, const QColor& colour, const QString& words, int alignment) {
+      painter.setFont(font);
+      painter.setPen(colour);
+      const QFontMetrics type(font);
+      painter.drawText(line, alignment, type.elidedText(words, Qt::ElideRight, line.width()));
+    };
+    QFont heavy = theme.body;
+    heavy.setWeight(QFont::DemiBold);
+    write(heavy, theme.text, text(), Qt::AlignTop);
+    write(theme.small, theme.muted, accessibleDescription(), Qt::AlignBottom);
+  }
+};
+
+QWidget* MakeCardButton(const ControlInfo& info) {
+  auto* button = new CardButton;
+  button->setIcon(ThemedIcon(QLatin1String(info.icon), IconInk::kAccent));
+  return button;
+}
+
+// A screen reader calls the buttons of the row tabs: the one of the page shown is selected.
+class TabAccess : public QAccessibleWidget {
+ public:
+  explicit TabAccess(QToolButton* button) : QAccessibleWidget(button, QAccessible::PageTab) {}
+
+  static QAccessibleInterface* Make(const QString&, QObject* object) {
+    auto* button = qobject_cast<QToolButton*>(object);
+    const bool tab = button != nullptr && button->isCheckable() && button->property("nav").toBool();
+    return tab ? new TabAccess(button) : nullptr;
+  }
+
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.selectable = true;
+    state.selected = Button().isChecked();
+    return state;
+  }
+  QString text(QAccessible::Text kind) const override {
+    return kind == QAccessible::Name ? Button().text().remove('&') : QAccessibleWidget::text(kind);
+  }
+  QStringList actionNames() const override { return {pressAction(), setFocusAction()}; }
+  void doAction(const QString& action) override {
+    action == pressAction() ? Button().click() : QAccessibleWidget::doAction(action);
+  }
+
+ private:
+  QToolButton& Button() const { return *qobject_cast<QToolButton*>(widget()); }
+};
 
 // A picture in the colours of the current theme.
 class PictureLabel : public QLabel {
@@ -139,6 +230,8 @@ QWidget* MakeWidget(const ControlInfo& info) {
     case Look::kNavigation:
     case Look::kLink:
       return MakeNavigationButton(info);
+    case Look::kCard:
+      return MakeCardButton(info);
     case Look::kButton:
     case Look::kPrimary:
     case Look::kChoice:
@@ -169,6 +262,8 @@ QWidget* MakeWidget(const ControlInfo& info) {
       return new PictureLabel(info.icon);
     case Look::kDrawing:
       return new MelodyView;
+    case Look::kShapes:
+      return new ShapeView;
     case Look::kSlider:
       return With(new QSlider(Qt::Horizontal),
                   {{"minimum", kSmallestType}, {"maximum", kLargestType}, {"pageStep", 4}});
@@ -192,6 +287,14 @@ void DrawText(TextWidget& widget, std::string_view words) {
   if (widget.text() != text) {
     widget.setText(text);
   }
+}
+
+void DrawLine(QLineEdit& line, const Control& control) {
+  const QString invitation = ToQString(control.invitation);
+  if (line.placeholderText() != invitation) {
+    line.setPlaceholderText(invitation);
+  }
+  DrawText(line, control.text);
 }
 
 void DrawTone(QWidget& widget, const Control& control) {
@@ -223,20 +326,57 @@ void DrawArea(QPlainTextEdit& area, const Control& control) {
   area.setTextCursor(cursor);
 }
 
+// Drawn over the text, which itself stays without formats.
+void DrawFaults(QPlainTextEdit& area, const Control& control) {
+  if (control.faults.empty() && area.extraSelections().isEmpty()) {
+    return;
+  }
+  QTextCharFormat wave;
+  wave.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+  wave.setUnderlineColor(CurrentTheme().bad);
+  // The widget holds one character where the model's text holds CR LF.
+  std::size_t read = 0, lineEnds = 0;
+  const auto position = [&](std::size_t index) {
+    if (index < read) {
+      read = lineEnds = 0;
+    }
+    for (; read < index; ++read) {
+      lineEnds += control.text.compare(read, 2, core::kCrLf) == 0 ? 1U : 0U;
+    }
+    return static_cast<int>(index - lineEnds);
+  };
+  QList<QTextEdit::ExtraSelection> waves;
+  for (const core::TextRange& fault : control.faults) {
+    QTextCursor range(area.document());
+    range.setPosition(position(fault.start));
+    range.setPosition(position(fault.start + fault.length), QTextCursor::KeepAnchor);
+    if (range.hasSelection()) {  // a line end alone has no width
+      waves.append({range, wave});
+    }
+  }
+  area.setExtraSelections(waves);
+}
+
 void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& form) {
   display.SetInvitation(ToQString(control.invitation));
   if (control.value != 0 && control.value != display.PixelSize()) {
     display.SetPixelSize(control.value);
   }
   if (control.text != display.Text()) {
-    display.SetResult(control.text, form.ResultGroupsShown(), form.ResultIsKeyPresses());
+    display.SetResult(control.text, form.ResultGroupsShown(), form.ResultIsCounted());
   }
   display.Follow(control.marked);
 }
 
-void DrawButton(QAbstractButton& button, const Control& control) {
+void DrawButton(QAbstractButton& button, const Control& control, const ControlInfo& info) {
   DrawText(button, control.caption);
   DrawTone(button, control);
+  if (auto* card = dynamic_cast<CardButton*>(&button)) {
+    card->SetLine(ToQString(control.text));
+  }
+  if (info.look == Look::kPrimary && button.property("primary").toBool() != control.checked) {
+    SetPrimary(button, info, control.checked);
+  }
   if (button.isCheckable()) {
     button.setChecked(control.checked);
   }
@@ -273,6 +413,19 @@ void DrawTimer(QTimer& timer, const Control& control) {
   }
 }
 
+// What is read and not pressed looks the same disabled, unless it is paled.
+void Dim(QWidget& widget) {
+  constexpr double kPale = 0.4;
+  const auto* area = qobject_cast<QPlainTextEdit*>(&widget);
+  if (area != nullptr && area->isReadOnly()) {
+    auto* pale = widget.isEnabled() ? nullptr : new QGraphicsOpacityEffect;
+    if (pale != nullptr) {
+      pale->setOpacity(kPale);
+    }
+    widget.setGraphicsEffect(pale);
+  }
+}
+
 void DrawObject(const BoundControl& bound, const Control& control, const Form1& form) {
   if (auto* timer = qobject_cast<QTimer*>(bound.object)) {
     DrawTimer(*timer, control);
@@ -281,23 +434,34 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   QWidget& widget = *bound.widget;
   if (widget.isEnabled() != control.enabled) {
     widget.setEnabled(control.enabled);
+    Dim(widget);
   }
+  const bool why = !control.enabled && !control.whyDisabled.empty();
+  widget.setToolTip(ToQString(why ? control.whyDisabled : bound.info->help));
   if (bound.info->look == Look::kLabel) {
     DrawLabel(*qobject_cast<QLabel*>(&widget), control);
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
-    DrawButton(*button, control);
+    DrawButton(*button, control, *bound.info);
   } else if (auto* line = qobject_cast<QLineEdit*>(&widget)) {
-    DrawText(*line, control.text);
+    DrawLine(*line, control);
   } else if (auto* display = qobject_cast<PhoneDisplay*>(&widget)) {
     DrawDisplay(*display, control, form);
   } else if (auto* area = qobject_cast<QPlainTextEdit*>(&widget)) {
     DrawArea(*area, control);
+    DrawFaults(*area, control);
   } else if (auto* list = qobject_cast<RowList*>(&widget)) {
     list->SetControl(control);
   } else if (auto* box = qobject_cast<QComboBox*>(&widget)) {
     DrawComboBox(*box, control);
   } else if (auto* view = qobject_cast<MelodyView*>(&widget)) {
     view->SetDrawing(form.*bound.info->drawing, ToQString(control.invitation));
+    if (bound.info->sounds == app::Sounding::kNothing) {
+      view->Mark(control.listIndex);
+    }
+  } else if (auto* shapes = qobject_cast<ShapeView*>(&widget)) {
+    shapes->SetPicture([&form, picture = bound.info->picture](
+                           double width, double height) { return (form.*picture)(width, height); },
+                       ToQString(control.text));
   } else if (auto* waiting = qobject_cast<WaitingLine*>(&widget)) {
     waiting->SetBusy(control.checked);
   }
@@ -343,6 +507,8 @@ void ConnectEvent(QObject* object, Event event, const Fire& fire) {
                      list, fire);
   } else if (auto* timer = qobject_cast<QTimer*>(object)) {
     QObject::connect(timer, &QTimer::timeout, timer, fire);
+  } else if (auto* shapes = qobject_cast<ShapeView*>(object)) {
+    QObject::connect(shapes, &ShapeView::Clicked, shapes, fire);
   } else if (auto* pane = qobject_cast<WebPane*>(object)) {
     QObject::connect(pane, &WebPane::LeaveAttempted, pane, fire);
   } else if (auto* slider = qobject_cast<QSlider*>(object)) {
@@ -363,6 +529,7 @@ void ConnectEvent(QObject* object, Event event, const Fire& fire) {
 }  // namespace
 
 Binding::Binding(Form1& form, QWidget* parent, const Dispatch& dispatch) : form_(form) {
+  QAccessible::installFactory(TabAccess::Make);
   for (const ControlInfo& info : app::Controls()) {
     BoundControl bound{&info, nullptr, nullptr};
     if (info.look == Look::kTimer) {
@@ -407,6 +574,9 @@ void Binding::Connect(const BoundControl& bound, const Dispatch& dispatch) {
     // A choice without a handler shows all the same in what is drawn from it.
     QObject::connect(list, &RowList::RowChosen, list, [dispatch] { dispatch([] {}); });
   }
+  if (!info.menu.empty()) {
+    ConnectMenu(bound, dispatch);
+  }
   for (const app::EventHandler& on : {info.on, info.also}) {
     if (on.handler != nullptr) {
       ConnectEvent(bound.object, on.event, [this, dispatch, handler = on.handler] {
@@ -416,6 +586,41 @@ void Binding::Connect(const BoundControl& bound, const Dispatch& dispatch) {
       });
     }
   }
+}
+
+// The menu on a list's selected row, and its keys while the list has the focus.
+void Binding::ConnectMenu(const BoundControl& bound, const Dispatch& dispatch) {
+  auto* list = qobject_cast<RowList*>(bound.object);
+  const ControlInfo& info = *bound.info;
+  const auto allows = [this, list, &info](const app::MenuItem& item) {
+    return form_.paginaactual == info.menuPage && (!item.needsRow || list->SelectedRow() >= 0);
+  };
+  const auto run = [this, dispatch, allows](const app::MenuItem& item) {
+    if (allows(item)) {
+      dispatch([this, &item] { (form_.*item.handler)(); });
+    }
+  };
+  for (const app::MenuItem& item : info.menu) {
+    auto* key = new QShortcut(QKeySequence(ToQString(item.shortcut)), list);
+    key->setContext(Qt::WidgetShortcut);
+    QObject::connect(key, &QShortcut::activated, list, [run, &item] { run(item); });
+  }
+  QObject::connect(list, &RowList::MenuAsked, list, [=, this, &info](const QPoint& place) {
+    if (form_.paginaactual != info.menuPage) {
+      return;
+    }
+    auto* menu = new QMenu(list);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const app::MenuItem& item : info.menu) {
+      QAction* action =
+          item.caption.empty() ? menu->addSeparator() : menu->addAction(ToQString(item.caption));
+      action->setShortcut(QKeySequence(ToQString(item.shortcut)));
+      action->setShortcutContext(Qt::WidgetShortcut);  // the list's own key does it
+      action->setEnabled(allows(item));
+      QObject::connect(action, &QAction::triggered, list, [run, &item] { run(item); });
+    }
+    menu->popup(place);
+  });
 }
 
 void Binding::CopyIn() {

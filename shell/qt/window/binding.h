@@ -41,6 +41,7 @@ class Binding {
 
  private:
   void Connect(const BoundControl& bound, const Dispatch& dispatch);
+  void ConnectMenu(const BoundControl& bound, const Dispatch& dispatch);
 
   app::Form1& form_;
   std::vector<BoundControl> bound_;

@@ -4,15 +4,19 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QTimer>
+#include <QUrl>
 #include <algorithm>
+#include <utility>
 
 #include "app/words.h"
 #include "shell/qt/text.h"
@@ -52,10 +56,8 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
       follow_(new QTimer(this)) {
   setObjectName(QStringLiteral("Form1"));
   setWindowTitle(ToQString(words::kWindowTitle));
-  setMinimumSize(kLeastWidth, kLeastHeight);
-  resize(QSize(kFirstWidth, kFirstHeight)
-             .boundedTo(screen()->availableSize())
-             .expandedTo(minimumSize()));
+  setMinimumSize(QSize(kLeastWidth, kLeastHeight).boundedTo(screen()->availableSize()));
+  RestorePlace();
   follow_->setInterval(kFollowMs);
   connect(follow_, &QTimer::timeout, this, &MainWindow::FollowMelody);
 
@@ -75,6 +77,52 @@ MainWindow::~MainWindow() {
   repainting_.escape = nullptr;
   hooks_.draw = nullptr;
   hooks_.showInWindow = nullptr;
+}
+
+// ---- Place --------------------------------------------------------------------------------------
+
+void MainWindow::RestorePlace() {
+  resize(QSize(kFirstWidth, kFirstHeight)
+             .boundedTo(screen()->availableSize())
+             .expandedTo(minimumSize()));
+  if (form_.windowPlace.rect.width == 0) {
+    return;
+  }
+  std::vector<app::Rect> screens;
+  for (const QScreen* each : QGuiApplication::screens()) {
+    const QRect area = each->availableGeometry();
+    screens.push_back({area.x(), area.y(), area.width(), area.height()});
+  }
+  const app::Rect place = app::OnScreen(form_.windowPlace.rect, screens);
+  setGeometry(place.left, place.top, place.width, place.height);
+  if (form_.windowPlace.maximised) {
+    setWindowState(Qt::WindowMaximized);
+  }
+}
+
+// The model writes it down by its timer, which drawing starts.
+void MainWindow::NotePlace() {
+  if (!loaded_ || !isVisible() || isMinimized() || isFullScreen()) {
+    return;
+  }
+  const QRect place = isMaximized() ? normalGeometry() : geometry();
+  form_.windowPlace = {{place.x(), place.y(), place.width(), place.height()}, isMaximized()};
+  if (!form_.saveTimer.enabled) {
+    QMetaObject::invokeMethod(
+        this, [this] { Run([] {}); }, Qt::QueuedConnection);
+  }
+}
+
+void MainWindow::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  NotePlace();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange) {
+    NotePlace();
+  }
 }
 
 void MainWindow::PrepareBrowser() const {
@@ -118,14 +166,30 @@ void MainWindow::ConnectParts() {
   // line edit's filters.
   The<QComboBox>(Look::kComboBox, binding_)->installEventFilter(this);
   binding_.Widget(&Form1::txtbuscar)->installEventFilter(this);
+  binding_.Widget(&Form1::repertoireFilter)->installEventFilter(this);
+  setAcceptDrops(true);
 }
 
 void MainWindow::AddShortcuts() {
   for (const BoundControl& bound : binding_.Controls()) {
-    if (!bound.info->shortcut.empty()) {
-      auto* button = qobject_cast<QAbstractButton*>(bound.widget);
-      auto* shortcut = new QShortcut(QKeySequence(ToQString(bound.info->shortcut)), this);
-      connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
+    auto* button = qobject_cast<QAbstractButton*>(bound.widget);
+    const QString shortcuts = ToQString(bound.info->shortcut);
+    for (const QString& keys : shortcuts.split(' ', Qt::SkipEmptyParts)) {
+      const QKeySequence sequence(keys);
+      if (sequence == QKeySequence(Qt::Key_Escape)) {
+        continue;  // below
+      }
+      auto* shortcut = new QShortcut(sequence, bound.widget);  // only while it is shown
+      connect(shortcut, &QShortcut::activated, this, [this, bound, button, sequence] {
+        if (button == nullptr) {
+          Focus(bound.widget);
+          return;
+        }
+        auto* focused = qobject_cast<QAbstractButton*>(focusWidget());
+        const bool presses =
+            sequence == QKeySequence(Qt::Key_Space) || sequence == QKeySequence(Qt::Key_Return);
+        (presses && focused != nullptr ? focused : button)->click();
+      });
     }
   }
   connect(new QShortcut(QKeySequence(QKeySequence::Quit), this), &QShortcut::activated, this,
@@ -133,6 +197,10 @@ void MainWindow::AddShortcuts() {
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
     for (const BoundControl& bound : binding_.Controls()) {
+      if (bound.info->shortcut == "Esc" && bound.widget->isVisible()) {
+        qobject_cast<QAbstractButton*>(bound.widget)->click();
+        return;
+      }
       if (bound.info->look == Look::kNavigation && (form_.*bound.info->member).checked) {
         bound.widget->setFocus(Qt::ShortcutFocusReason);
       }
@@ -144,7 +212,7 @@ void MainWindow::AddShortcuts() {
 void MainWindow::SetTabOrder() {
   QWidget* last = nullptr;
   for (const auto member :
-       app::ControlsIn(app::WindowLayout(app::PageLayout(form_.paginaactual)))) {
+       app::ControlsIn(app::WindowLayout(app::PageLayout(form_.paginaactual, width())))) {
     QWidget* widget = binding_.Widget(member);
     const auto* keys = qobject_cast<KeyRow*>(widget);
     QWidget* first = keys != nullptr ? keys->First() : widget;
@@ -167,7 +235,7 @@ void MainWindow::Draw() {
   const bool newPage = pageDrawn_ != form_.paginaactual;
   if (newPage) {
     pageDrawn_ = form_.paginaactual;
-    pages_.Show(pageDrawn_);
+    pages_.Show(pageDrawn_, width());
     SetTabOrder();
   }
   form_.Refresh();
@@ -176,14 +244,43 @@ void MainWindow::Draw() {
   if (newPage) {
     FocusPage();
   }
+  if (const auto member = std::exchange(form_.focusNext, nullptr)) {
+    Focus(binding_.Widget(member));
+  }
 }
 
-// Focuses the first control of the page that accepts it.
+// Its whole text is selected, to be typed over.
+void MainWindow::Focus(QWidget* widget) {
+  if (widget->isVisibleTo(this) && widget->isEnabled()) {
+    widget->setFocus(Qt::OtherFocusReason);
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) {
+      line->selectAll();
+    }
+  }
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) {
+    event->acceptProposedAction();
+  }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  std::vector<std::filesystem::path> paths;
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (url.isLocalFile()) {
+      paths.emplace_back(url.toLocalFile().toStdU16String());
+    }
+  }
+  Run([&] { form_.FilesDropped(paths); });
+}
+
+// Focuses the first control of the page that accepts it and does not lead away.
 void MainWindow::FocusPage() {
   for (const auto member : app::PageControls(form_.paginaactual)) {
     QWidget* widget = binding_.Widget(member);
-    if (widget->isVisibleTo(this) && widget->isEnabled() &&
-        (widget->focusPolicy() & Qt::TabFocus)) {
+    if (app::InfoOf(member).look != Look::kCard && widget->isVisibleTo(this) &&
+        widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus)) {
       widget->setFocus(Qt::OtherFocusReason);
       return;
     }
@@ -292,7 +389,8 @@ void MainWindow::FollowMelody() {
     binding_.Draw();
   }
   for (const BoundControl& bound : binding_.Controls()) {
-    if (auto* view = qobject_cast<MelodyView*>(bound.widget)) {
+    auto* view = qobject_cast<MelodyView*>(bound.widget);
+    if (view != nullptr && bound.info->sounds != app::Sounding::kNothing) {
       const bool sounds = form_.playing() && form_.sounding == bound.info->sounds;
       view->SetPosition(sounds ? position : -1);
     }
@@ -334,7 +432,7 @@ bool MainWindow::FilterTempoText(QInputMethodEvent* event) {
   return false;
 }
 
-// The Down key moves from the search words to the list of results.
+// The Down key moves from the words to search for to the list.
 bool MainWindow::GoToList(QKeyEvent* event) {
   if (event->key() != Qt::Key_Down) {
     return false;
@@ -348,7 +446,7 @@ bool MainWindow::GoToList(QKeyEvent* event) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-  const bool search = watched->objectName() == QLatin1String("txtbuscar");
+  const bool search = qobject_cast<QLineEdit*>(watched) != nullptr;
   if (event->type() == QEvent::KeyPress) {
     auto* key = static_cast<QKeyEvent*>(event);
     return search ? GoToList(key) : FilterTempoKey(key);
@@ -367,6 +465,19 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
     button->click();
   } else {
     QWidget::keyPressEvent(event);
+  }
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  NotePlace();
+  QWidget* focus = focusWidget();
+  if (loaded_ && pages_.Show(pageDrawn_, width())) {
+    SetTabOrder();
+    Draw();
+    if (focus != nullptr) {
+      focus->setFocus(Qt::OtherFocusReason);  // it moved to another parent
+    }
   }
 }
 

@@ -39,10 +39,17 @@ class MainWindow : public QWidget {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void changeEvent(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   class BarInput;
+  void RestorePlace();
+  void NotePlace();
   void ConnectParts();
   void AddShortcuts();
   void SetTabOrder();
@@ -50,6 +57,7 @@ class MainWindow : public QWidget {
   bool ShowPlaying(const core::Message& message);
   void FollowMelody();
   void FocusPage();
+  void Focus(QWidget* widget);
   bool GoToList(class QKeyEvent* event);
   bool FilterTempoKey(class QKeyEvent* event);
   bool FilterTempoText(class QInputMethodEvent* event);

@@ -41,6 +41,7 @@ QWidget* Framed(const Part& part, QBoxLayout* box) {
   auto* area = new QScrollArea;
   area->setWidgetResizable(true);
   area->setFocusPolicy(Qt::NoFocus);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   area->setWidget(frame);
   area->viewport()->setAutoFillBackground(false);
   frame->setAutoFillBackground(false);
@@ -52,12 +53,14 @@ QWidget* Framed(const Part& part, QBoxLayout* box) {
 Pages::Pages(const Binding& binding, QWidget* window) : binding_(binding) {
   Built frame{nullptr, window, {}};
   for (const app::Page& page : app::Pages()) {
-    if (std::ranges::find(pages_, page.layout, &Built::layout) == pages_.end()) {
-      Built built{page.layout, nullptr, {}};
-      const Part part = page.layout();
-      built.widget = Framed(part, Box(part, built));
-      built.widget->hide();
-      pages_.push_back(std::move(built));
+    for (const auto layout : {page.wide, page.layout}) {
+      if (layout != nullptr && std::ranges::find(pages_, layout, &Built::layout) == pages_.end()) {
+        Built built{layout, nullptr, {}};
+        const Part part = layout();
+        built.widget = Framed(part, Box(part, built));
+        built.widget->hide();
+        pages_.push_back(std::move(built));
+      }
     }
   }
   window->setLayout(Box(app::WindowLayout({.kind = Part::Kind::kPage}), frame));
@@ -86,7 +89,7 @@ void Pages::Add(QBoxLayout* box, const Part& part, Built& page) {
       if (auto* label = qobject_cast<QLabel*>(widget)) {
         label->setWordWrap(part.weight > 0 || box->direction() == QBoxLayout::TopToBottom);
       }
-      page.leaves.push_back({box, box->count(), widget, part.weight});
+      page.leaves.push_back({box, box->count(), widget, part});
       box->addWidget(widget, part.weight);
       break;
     }
@@ -122,21 +125,24 @@ void Pages::ShowBars(const app::Form1& form) const {
   }
 }
 
-void Pages::Show(std::int16_t page) {
+bool Pages::Show(std::int16_t page, int width) {
   const auto wanted = std::ranges::find(app::Pages(), page, &app::Page::number);
-  if (wanted == app::Pages().end()) {
-    return;
+  if (wanted == app::Pages().end() || wanted->LayoutFor(width) == shown_) {
+    return false;
   }
+  shown_ = wanted->LayoutFor(width);
   for (const Built& built : pages_) {
-    built.widget->setVisible(built.layout == wanted->layout);
-    if (built.layout == wanted->layout) {
+    built.widget->setVisible(built.layout == shown_);
+    if (built.layout == shown_) {
       for (const Leaf& leaf : built.leaves) {
         if (leaf.box->indexOf(leaf.widget) < 0) {
-          leaf.box->insertWidget(leaf.index, leaf.widget, leaf.weight);
+          SetBounds(leaf.widget, leaf.part);
+          leaf.box->insertWidget(leaf.index, leaf.widget, leaf.part.weight);
         }
       }
     }
   }
+  return true;
 }
 
 }  // namespace tonadex::shell

@@ -15,16 +15,17 @@ class Pages {
  public:
   Pages(const Binding& binding, QWidget* window);
 
-  void Show(std::int16_t page);
   // Hides the bars that have nothing to show.
   void ShowBars(const app::Form1& form) const;
+  // True when another layout than before is shown: of another page, or for another width.
+  bool Show(std::int16_t page, int width);
 
  private:
   struct Leaf {
     QBoxLayout* box;
     int index;
     QWidget* widget;
-    int weight;
+    app::Part part;
   };
   struct Built {
     app::Part (*layout)();
@@ -42,6 +43,7 @@ class Pages {
   };
   std::vector<Built> pages_;
   std::vector<Bar> bars_;
+  app::Part (*shown_)() = nullptr;
 };
 
 }  // namespace tonadex::shell

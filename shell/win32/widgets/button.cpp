@@ -47,11 +47,12 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
   const Colours& c = theme.colours;
   const bool focus = (item.itemState & ODS_FOCUS) != 0;
   const bool pressed = (item.itemState & ODS_SELECTED) != 0;
+  const bool primary = face.look == Look::kPrimary && face.checked;
   Ink ink{c.card, c.border, c.text, theme.Px(1)};
   if (face.look == Look::kNavigation || face.look == Look::kLink) {
     ink.fill = ink.frame = c.card;
     ink.text = face.checked ? c.accent : c.text;
-  } else if (face.look == Look::kPrimary) {
+  } else if (primary) {
     ink = {c.accent, c.accent, c.accentText, theme.Px(1)};
   }
   if (face.look == Look::kMark) {
@@ -64,16 +65,16 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
     ink.frame = c.accent;
   }
   if (face.hot && !pressed) {
-    ink.fill = face.look == Look::kPrimary ? Blend(c.text, c.accent, 0.15) : c.hover;
+    ink.fill = primary ? Blend(c.text, c.accent, 0.15) : c.hover;
   }
-  if (pressed && face.look != Look::kPrimary) {
+  if (pressed && !primary) {
     ink.fill = c.accentWash;
   }
   if ((item.itemState & ODS_DISABLED) != 0) {
-    ink = {c.window, c.border, Blend(c.text, c.window, 0.5), theme.Px(1)};
+    ink = {c.window, c.border, c.faint, theme.Px(1)};
   }
   if (focus) {
-    ink.frame = face.look == Look::kPrimary ? c.text : c.accent;
+    ink.frame = primary ? c.text : c.accent;
     ink.frameWidth = theme.Px(2);
   }
   return ink;
@@ -117,6 +118,22 @@ void DrawKey(const DRAWITEMSTRUCT& item, const Ink& ink, const Theme& theme) {
   }
 }
 
+void DrawCard(const DRAWITEMSTRUCT& item, const Face& face, const Ink& ink, const Theme& theme) {
+  const std::wstring caption = WindowText(item.hwndItem);
+  const std::size_t end = std::min(caption.find(L"\r\n"), caption.size());
+  const int icon = theme.Px(kNavigationIconSize), left = item.rcItem.left + theme.Px(kPageMargin);
+  const int top = (item.rcItem.top + item.rcItem.bottom - icon) / 2;
+  DrawIcon(item.hDC, face.icon, {left, top, left + icon, top + icon}, theme.colours.accent);
+  RECT line = item.rcItem;
+  InflateRect(&line, -theme.Px(kGrid), -theme.Px(kGrid));
+  line.left = left + icon + theme.Px(kPageMargin);
+  constexpr UINT kFormat = DT_LEFT | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS;
+  Words(item.hDC, caption.substr(0, end), line, theme.bold.get(), ink.text, kFormat);
+  line.top += theme.line;
+  Words(item.hDC, caption.substr(std::min(end + 2, caption.size())), line, theme.small.get(),
+        theme.colours.muted, kFormat);
+}
+
 void DrawCommand(const DRAWITEMSTRUCT& item, const Face& face, const Ink& ink, const Theme& theme) {
   const std::wstring caption = WindowText(item.hwndItem);
   const int icon = face.icon.empty() ? 0 : theme.Px(kIconSize);
@@ -144,6 +161,8 @@ void Draw(const DRAWITEMSTRUCT& item, const Face& face, const Theme& theme) {
     DrawNavigation(item, face, ink, theme);
   } else if (face.look == Look::kKeys) {
     DrawKey(item, ink, theme);
+  } else if (face.look == Look::kCard) {
+    DrawCard(item, face, ink, theme);
   } else {
     DrawCommand(item, face, ink, theme);
   }
@@ -178,6 +197,9 @@ void SetChecked(HWND button, bool checked) {
   if (face->checked != checked) {
     face->checked = checked;
     InvalidateRect(button, nullptr, TRUE);
+    if (face->look == Look::kNavigation) {
+      SetSpokenTab(button, checked);
+    }
   }
 }
 
@@ -199,6 +221,9 @@ SIZE ButtonSize(HWND button, const Theme& theme) {
   }
   if (face->look == Look::kMark) {
     return {TextWidth(theme.body.get(), caption) + theme.Px(3 * kGrid), theme.line + theme.Px(6)};
+  }
+  if (face->look == Look::kCard) {
+    return {0, theme.line + theme.smallLine + theme.Px(2 * kGrid)};
   }
   const int icon = face->icon.empty() ? 0 : theme.Px(kIconSize + 6);
   return {TextWidth(theme.body.get(), caption) + icon + theme.Px(4 * kGrid), theme.control};

@@ -39,6 +39,12 @@ void MelodyView::SetPosition(double ms) {
   }
 }
 
+void MelodyView::Mark(int note) {
+  if (picture_.Mark(note)) {
+    ScrollTo(picture_.scrolled());
+  }
+}
+
 std::optional<LRESULT> MelodyView::Handle(UINT message, WPARAM wide, LPARAM) {
   switch (message) {
     case WM_PAINT:

@@ -22,6 +22,8 @@ class MelodyView {
   void SetDrawing(const app::Drawing& drawing, const std::wstring& invitation);
   // Marks the note that sounds at `ms` and keeps it in view; negative for none.
   void SetPosition(double ms);
+  // Marks a note by its index, -1 for none, in the same way.
+  void Mark(int note);
 
  private:
   std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);

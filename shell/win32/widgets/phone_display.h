@@ -19,7 +19,7 @@ class PhoneDisplay {
   PhoneDisplay(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
-  // `counted`: groups are keys to press, numbered at the margin.
+  // `counted`: groups are keys or notes, numbered at the margin and in columns.
   void SetResult(const std::string& text, std::vector<app::ResultGroup> groups, bool counted);
   // What it says while there is no result.
   void SetInvitation(const std::string& invitation);

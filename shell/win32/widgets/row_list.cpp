@@ -1,5 +1,8 @@
 #include "shell/win32/widgets/row_list.h"
 
+#include <commctrl.h>
+#include <windowsx.h>
+
 #include <algorithm>
 #include <string_view>
 
@@ -34,14 +37,16 @@ void RowList::ThemeChanged() {
 void RowList::Draw(const app::Control& control) {
   const std::string_view loose = control.LooseText();
   const std::wstring invitation = platform::ToWide(control.invitation);
-  if (loose != loose_ || rows_ != control.rows || invitation != invitation_) {
-    rows_ = control.rows;
+  if (loose != loose_ || list_.rows != control.rows || list_.shown != control.shown ||
+      invitation != invitation_) {
+    list_.rows = control.rows;
+    list_.shown = control.shown;
     loose_ = loose;
     invitation_ = invitation;
-    SendMessageW(window_, LB_SETCOUNT, rows_.size() + (loose_.empty() ? 0 : 1), 0);
+    SendMessageW(window_, LB_SETCOUNT, list_.rows.size() + (loose_.empty() ? 0 : 1), 0);
     InvalidateRect(window_, nullptr, TRUE);
   }
-  const int marked = loose.empty() ? control.listIndex : static_cast<int>(rows_.size());
+  const int marked = loose.empty() ? control.listIndex : static_cast<int>(list_.rows.size());
   if (SendMessageW(window_, LB_GETCURSEL, 0, 0) != marked) {
     SendMessageW(window_, LB_SETCURSEL, static_cast<WPARAM>(marked), 0);
   }
@@ -49,11 +54,11 @@ void RowList::Draw(const app::Control& control) {
 
 int RowList::Selected() const {
   const auto row = static_cast<int>(SendMessageW(window_, LB_GETCURSEL, 0, 0));
-  return row < static_cast<int>(rows_.size()) ? row : -1;
+  return row < static_cast<int>(list_.rows.size()) ? row : -1;
 }
 
 std::wstring RowList::TextAt(std::size_t row) const {
-  return platform::ToWide(app::RowLine(row < rows_.size() ? rows_[row].text : loose_));
+  return platform::ToWide(row < list_.rows.size() ? list_.LineAt(row) : app::RowLine(loose_));
 }
 
 // The system's list has no texts to find a row by, or to read one out.
@@ -63,10 +68,16 @@ std::optional<LRESULT> RowList::Handle(UINT message, WPARAM wide, LPARAM data) {
       PaintRow(*reinterpret_cast<const DRAWITEMSTRUCT*>(data));
       return TRUE;
     case WM_PAINT:
-      if (rows_.empty() && loose_.empty()) {
+      if (list_.rows.empty() && loose_.empty()) {
         const LRESULT result = DefSubclassProc(window_, message, wide, data);
         PaintInvitation();
         return result;
+      }
+      break;
+    case WM_MOUSEMOVE:
+      if (const std::size_t row = RowAt({GET_X_LPARAM(data), GET_Y_LPARAM(data)}); row != under_) {
+        under_ = row;
+        SendMessageW(tips_, TTM_POP, 0, 0);
       }
       break;
     case WM_CHAR:
@@ -77,7 +88,7 @@ std::optional<LRESULT> RowList::Handle(UINT message, WPARAM wide, LPARAM data) {
       break;
     case LB_GETTEXTLEN:
     case LB_GETTEXT: {
-      if (wide >= rows_.size() + (loose_.empty() ? 0 : 1)) {
+      if (wide >= list_.rows.size() + (loose_.empty() ? 0 : 1)) {
         return LB_ERR;
       }
       const std::wstring text = TextAt(wide);
@@ -100,7 +111,7 @@ void RowList::FindTyped(wchar_t character) {
   }
   typedAt_ = now;
   typed_ += character;
-  const std::size_t count = rows_.size();
+  const std::size_t count = list_.rows.size();
   const auto from =
       static_cast<std::size_t>(std::max(0, Selected() + (typed_.size() == 1 ? 1 : 0)));
   for (std::size_t i = 0; i < count; ++i) {
@@ -108,12 +119,42 @@ void RowList::FindTyped(wchar_t character) {
     if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE,
                        TextAt(row).substr(0, typed_.size()).c_str(), -1, typed_.c_str(),
                        -1) == CSTR_EQUAL) {
-      SendMessageW(window_, LB_SETCURSEL, row, 0);
-      SendMessageW(GetParent(window_), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window_), LBN_SELCHANGE),
-                   reinterpret_cast<LPARAM>(window_));
-      return;
+      return Choose(row);
     }
   }
+}
+
+// As the user does.
+void RowList::Choose(std::size_t row) const {
+  SendMessageW(window_, LB_SETCURSEL, row, 0);
+  SendMessageW(GetParent(window_), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window_), LBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(window_));
+}
+
+std::size_t RowList::RowAt(POINT place) const {
+  const auto found =
+      static_cast<DWORD>(SendMessageW(window_, LB_ITEMFROMPOINT, 0, MAKELPARAM(place.x, place.y)));
+  return HIWORD(found) != 0 ? list_.rows.size()
+                            : std::min<std::size_t>(LOWORD(found), list_.rows.size());
+}
+
+void RowList::SelectAt(POINT place) {
+  if (const std::size_t row = RowAt(place); row < list_.rows.size()) {
+    Choose(row);
+  }
+}
+
+POINT RowList::MenuPlace() const {
+  RECT row{};
+  SendMessageW(window_, LB_GETITEMRECT, static_cast<WPARAM>(std::max(0, Selected())),
+               reinterpret_cast<LPARAM>(&row));
+  POINT place{row.left + theme_.Px(kPageMargin), row.bottom};
+  ClientToScreen(window_, &place);
+  return place;
+}
+
+std::wstring RowList::HelpUnderMouse() const {
+  return under_ < list_.rows.size() ? platform::ToWide(list_.HelpAt(under_)) : std::wstring();
 }
 
 void RowList::PaintInvitation() const {
@@ -128,10 +169,10 @@ void RowList::PaintInvitation() const {
 
 // "name (file)" with the file quieter, and a sentence for the user as one.
 void RowList::PaintRow(const DRAWITEMSTRUCT& item) const {
-  if (item.itemID > rows_.size() || (item.itemID == rows_.size() && loose_.empty())) {
+  if (item.itemID > list_.rows.size() || (item.itemID == list_.rows.size() && loose_.empty())) {
     return;
   }
-  const bool hint = item.itemID < rows_.size() && rows_[item.itemID].hint;
+  const bool hint = item.itemID < list_.rows.size() && list_.rows[item.itemID].hint;
   const bool selected = (item.itemState & ODS_SELECTED) != 0 && !hint;
   const Brush ground(CreateSolidBrush(selected ? theme_.colours.accentWash : theme_.colours.card));
   FillRect(item.hDC, &item.rcItem, ground.get());

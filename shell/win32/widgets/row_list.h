@@ -21,21 +21,32 @@ class RowList {
   void ThemeChanged();
   // The model's row, -1 for none.
   int Selected() const;
+  // Selects the row at a place of the window, as a click does.
+  void SelectAt(POINT place);
+  // Where a menu on the selected row begins, on the screen.
+  POINT MenuPlace() const;
+  // What the tooltip says of the row under the mouse; it is closed when the mouse leaves the row.
+  std::wstring HelpUnderMouse() const;
+  void SetTips(HWND tips) { tips_ = tips; }
 
  private:
   std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
   std::wstring TextAt(std::size_t row) const;
   void FindTyped(wchar_t character);
+  void Choose(std::size_t row) const;
+  std::size_t RowAt(POINT place) const;  // as many as there are where there is none
   void PaintRow(const DRAWITEMSTRUCT& item) const;
   void PaintInvitation() const;
 
   HWND window_;
   const Theme& theme_;
-  app::ListRows rows_;
+  app::Control list_;  // its rows alone
   std::string loose_;
   std::wstring invitation_;
   std::wstring typed_;  // of a row's beginning
   DWORD typedAt_ = 0;
+  HWND tips_ = nullptr;
+  std::size_t under_ = 0;  // row under the mouse
 };
 
 }  // namespace tonadex::shell

@@ -1,0 +1,228 @@
+#include "app/melody_store.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
+#include "files/write.h"
+#include "net/file_name.h"
+#include "net/upload.h"
+#include "phones/rtttl_check.h"
+#include "phones/transpose.h"
+
+namespace tonadex::app {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace core::literals;
+
+constexpr std::size_t kLongestText = 99'999;  // a file's number has five digits
+
+constexpr std::string_view kNoMelody = u8"no es una melodía RTTTL"_w;
+constexpr std::string_view kNoName = u8"la melodía necesita un nombre"_w;
+constexpr std::string_view kStop = u8"el nombre no puede llevar puntos ni «:»"_w;
+constexpr std::string_view kUnusableName = u8"ese nombre no sirve para un fichero"_w;
+constexpr std::string_view kTooLong = u8"la melodía es demasiado larga"_w;
+constexpr std::string_view kNotSaved =
+    u8"no se puede escribir en la carpeta de melodías: quizá el disco esté lleno o protegido"_w;
+constexpr std::string_view kNotBinned =
+    u8"no se puede llevar a la papelera: quizá el disco esté lleno o protegido"_w;
+constexpr std::string_view kNotRead = "el fichero ya no se puede leer";
+
+[[noreturn]] void Refuse(std::string_view why,
+                         core::ErrorNumber number = core::ErrorNumber::kInvalidArgument) {
+  throw core::RunTimeError(number, std::string(why));
+}
+
+std::string_view NameOf(std::string_view text) {
+  return text.substr(0, text.find(':'));
+}
+
+bool IsMelody(std::string_view text) {
+  const std::size_t name = text.find(':');
+  return name != text.npos && text.find(':', name + 1) != text.npos;
+}
+
+// As a file holds it: of two names for a sharp the one that a server's files have, and UTF-8, which
+// nobody takes for anything else.
+std::string Stored(std::string_view text) {
+  std::string line(text);
+  core::ReplaceAll(line, "#", core::kSharpEscape);
+  return core::ToUtf8(line) + std::string(core::kCrLf);
+}
+
+// The melody's name as the stem of a file.
+std::string Stem(std::string_view name) {
+  std::string stem(core::Trim(name));
+  for (char& c : stem) {
+    c = c == ' ' || net::IsSafeFileName(std::string_view(&c, 1)) ? c : '_';
+  }
+  return stem;
+}
+
+// The file's name for this text. A row of the repertoire must lead back to it.
+std::string FileNameFor(std::string_view text) {
+  const std::string_view name = NameOf(text);
+  if (!IsMelody(text)) {
+    Refuse(kNoMelody);
+  }
+  if (core::Trim(name).empty()) {
+    Refuse(kNoName);
+  }
+  if (core::Contains(name, ".")) {
+    Refuse(kStop);
+  }
+  if (text.size() > kLongestText) {
+    Refuse(kTooLong);
+  }
+  const std::string file = net::UploadKey(Stem(name), text);
+  core::MelodyRow row;
+  if (!net::IsSafeFileName(file) || file.starts_with('.') ||
+      !core::SkipErrors([&] { row = core::RepertoireRow(text, file); }) ||
+      core::MelodyFileName(row.text, row.number) != file) {
+    Refuse(kUnusableName);
+  }
+  return file;
+}
+
+// Full stops would cut the name in the list.
+std::string WithoutStopsInName(std::string_view text) {
+  std::string name(NameOf(text));
+  std::erase(name, '.');
+  return name.append(text.substr(NameOf(text).size()));
+}
+
+std::string NameIn(const std::optional<fs::path>& made, std::string_view failure) {
+  if (!made) {
+    Refuse(failure, core::ErrorNumber::kDeviceFailure);
+  }
+  return files::TextFromPath(made->filename());
+}
+
+}  // namespace
+
+MelodyStore::MelodyStore(fs::path melodies, fs::path bin)
+    : melodies_(std::move(melodies)), bin_(std::move(bin)) {}
+
+std::string MelodyStore::Text(const std::string& file) const {
+  std::string text;
+  if (!core::SkipErrors([&] {
+        text = core::UndoSharpEscape(files::ReadMelodyLine(melodies_ / files::PathFromText(file)));
+      })) {
+    Refuse(kNotRead, core::ErrorNumber::kFileNotFound);
+  }
+  return text;
+}
+
+std::string MelodyStore::Write(std::string_view text, bool again) const {
+  const std::string line(core::Trim(text.substr(0, text.find_first_of(core::kCrLf))));
+  const fs::path file = melodies_ / files::PathFromText(FileNameFor(line));
+  std::error_code ignored;  // a missing folder shows in the next step
+  fs::create_directories(melodies_, ignored);
+  const std::string bytes = Stored(line);
+  const auto make = [&](const fs::path& free) {
+    std::string there;
+    core::SkipErrors([&] { there = core::UndoSharpEscape(files::ReadMelodyLine(free)); });
+    return there == line && !again ? files::CreateResult::kCreated : files::Create(free, bytes);
+  };
+  return NameIn(files::MakeUnderFreeName(file, make), kNotSaved);
+}
+
+std::string MelodyStore::Save(std::string_view text) const {
+  return Write(text, false);
+}
+
+std::string MelodyStore::Rename(const std::string& file, std::string_view name) const {
+  const std::string text = Text(file);
+  if (!IsMelody(text)) {
+    Refuse(kNoMelody);
+  }
+  if (core::Contains(name, ":")) {
+    Refuse(kStop);
+  }
+  const std::string renamed =
+      std::string(core::Trim(name)).append(text.substr(NameOf(text).size()));
+  const fs::path from = melodies_ / files::PathFromText(file);
+  const fs::path to = melodies_ / files::PathFromText(FileNameFor(renamed));
+  std::error_code ignored;
+  if (fs::equivalent(from, to, ignored)) {  // where upper and lower case are one, too
+    if (!files::Replace(from, Stored(renamed))) {
+      Refuse(kNotSaved, core::ErrorNumber::kDeviceFailure);
+    }
+    fs::rename(from, to, ignored);
+    return files::TextFromPath(to.filename());
+  }
+  const std::string saved = Write(renamed, true);
+  try {
+    Delete(file);
+  } catch (const core::RunTimeError&) {
+    fs::remove(melodies_ / files::PathFromText(saved), ignored);
+    throw;
+  }
+  return saved;
+}
+
+std::string MelodyStore::Duplicate(const std::string& file, int semitones) const {
+  const std::string text = Text(file);
+  const std::string moved = semitones == 0 ? text : phones::Transposed(text, semitones);
+  if (!IsMelody(moved)) {
+    Refuse(kNoMelody);
+  }
+  const std::string notes = moved.substr(NameOf(moved).size());
+  std::string name = WithoutStopsInName(NameOf(text)) + " ";
+  if (semitones != 0) {
+    return Save(name + (semitones > 0 ? "+" : "") + std::to_string(semitones) + notes);
+  }
+  // The first number that no melody of these notes has.
+  const auto taken = [this](const std::string& copy) {
+    std::error_code ignored;
+    return fs::exists(melodies_ / files::PathFromText(FileNameFor(copy)), ignored);
+  };
+  int number = 2;
+  while (taken(name + std::to_string(number) + notes)) {
+    ++number;
+  }
+  return Save(name + std::to_string(number) + notes);
+}
+
+void MelodyStore::Add(std::span<const fs::path> files, Added& added) const {
+  for (const fs::path& file : files) {
+    const auto bytes = files::ReadWhole(file, core::kMaxLineBytes);
+    const std::string all = core::FromOutside(bytes.value_or(""));
+    bool found = false;
+    for (std::size_t at = 0; at < all.size();) {
+      const std::size_t end = std::min(all.find_first_of(core::kCrLf, at), all.size());
+      const std::string line = core::UndoSharpEscape(all.substr(at, end - at));
+      at = end + 1;
+      const std::string melody = WithoutStopsInName(core::Trim(line));
+      if (phones::CheckRtttl(melody).notes > 0 && core::SkipErrors([&] { FileNameFor(melody); })) {
+        added.last = Save(melody);
+        found = true;
+      }
+    }
+    if (!found) {
+      added.refused.append(added.refused.empty() ? "" : ", ") +=
+          files::TextFromPath(file.filename());
+    }
+  }
+}
+
+fs::path MelodyStore::Delete(const std::string& file) const {
+  const auto binned = files::MoveInto(bin_, melodies_ / files::PathFromText(file));
+  NameIn(binned, kNotBinned);
+  return *binned;
+}
+
+std::string MelodyStore::Restore(const fs::path& deleted, const std::string& file) const {
+  return NameIn(files::MakeUnderFreeName(
+                    melodies_ / files::PathFromText(file),
+                    [&](const fs::path& to) { return files::MoveToNewName(deleted, to); }),
+                kNotSaved);
+}
+
+}  // namespace tonadex::app

@@ -1,0 +1,413 @@
+#include "app/pages/typing_page.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "app/form1.h"
+#include "app/layout.h"
+#include "app/pdf.h"
+#include "app/result_file_name.h"
+#include "app/typing_sheet.h"
+#include "app/words.h"
+#include "core/message_box.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "files/write.h"
+#include "phones/phone_description.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+using F = Form1;
+using Kind = Shape::Kind;
+using Align = Shape::Align;
+
+constexpr int kLowestStep = 270, kLeastKeypad = 260, kMostKeypad = 460, kPaceWidth = 72;
+constexpr std::uint32_t kTickMs = 50;
+constexpr int kLeastSeconds = 1, kMostSeconds = 10;
+constexpr std::string_view kGoOn = u8"Avan&zar solo"_w, kStop = "Parar (&Z)";
+constexpr std::size_t kLongWord = 11;  // on a key: more letters would be too small
+constexpr std::string_view kNoKeys = "ninguna tecla";
+constexpr std::string_view kSeen = "En la pantalla debe verse: ";
+constexpr std::string_view kPdf = "pdf", kPdfFilter = "PDF (*.pdf)";
+constexpr std::string_view kBefore = "Antes", kAfter = u8"Después"_w;
+
+constexpr ControlInfo Step(std::string_view name, Control F::*member, std::string_view caption,
+                           Look look, Handler click, std::string_view shortcut) {
+  ControlInfo button = Button(look, name, member, caption, "", "", click);
+  button.shortcut = shortcut;
+  return button;
+}
+constexpr ControlInfo Shapes(std::string_view name, Control F::*member,
+                             Picture (F::*picture)(double, double) const) {
+  ControlInfo row = Row(Look::kShapes, name, member, {}, {Event::kClick, &F::nextGroup_Click});
+  row.picture = picture;
+  return row;
+}
+
+constexpr auto kRows = std::to_array<ControlInfo>({
+    Words("guideTitle", &F::guideTitle, "", Font::kHeading),
+    Shapes("stepView", &F::stepView, &F::StepPicture),
+    Shapes("keypadView", &F::keypadView, &F::KeypadPicture),
+    View("guideView", &F::guideView, &F::guideDrawing, Sounding::kNothing),
+    Step("firstGroup", &F::firstGroup, "Al &principio", Look::kButton, &F::firstGroup_Click,
+         "Home"),
+    Step("previousGroup", &F::previousGroup, "&Anterior", Look::kButton, &F::previousGroup_Click,
+         "Left Backspace"),
+    Step("nextGroup", &F::nextGroup, "&Siguiente", Look::kPrimary, &F::nextGroup_Click,
+         "Right Space Return"),
+    Step("lastGroup", &F::lastGroup, "Al fina&l", Look::kButton, &F::lastGroup_Click, "End"),
+    Button(Look::kButton, "goOnButton", &F::goOnButton, kGoOn, "",
+           u8"Pasar al grupo siguiente sin pulsar nada"_w, &F::goOnButton_Click),
+    Button(Look::kButton, "fasterButton", &F::fasterButton, u8"–"_w, "", "Menos tiempo por grupo",
+           &F::fasterButton_Click, "Menos tiempo por grupo"),
+    Words("pace", &F::pace, ""),
+    Button(Look::kButton, "slowerButton", &F::slowerButton, "+", "", u8"Más tiempo por grupo"_w,
+           &F::slowerButton_Click, u8"Más tiempo por grupo"_w),
+    Button(Look::kButton, "saveSheet", &F::saveSheet, u8"&Guardar hoja en PDF…"_w, "guardar",
+           u8"Guardar los grupos numerados y el teclado en una hoja"_w, &F::saveSheet_Click),
+    Button(Look::kButton, "printSheet", &F::printSheet, "I&mprimir hoja", "imprimir",
+           u8"Imprimir los grupos numerados y el teclado"_w, &F::printSheet_Click),
+    Button(Look::kButton, "openSheet", &F::openSheet, "Abrir", "", "Abrir la hoja guardada",
+           &F::openSheet_Click),
+    Button(Look::kButton, "showSheet", &F::showSheet, u8"Enseñar en &carpeta"_w, "",
+           "Abrir la carpeta de la hoja guardada", &F::showSheet_Click),
+    Step("leaveGuide", &F::leaveGuide, "&Volver", Look::kButton, &F::leaveGuide_Click, "Esc"),
+    Row(Look::kTimer, "keyTimer", &F::keyTimer, "", {Event::kTick, &F::keyTimer_Timer}),
+});
+
+Shape Text(std::string words, const Box& box, double size, Ink ink, Align align = Align::kCentre) {
+  return {.box = box, .ink = ink, .size = size, .text = std::move(words), .align = align};
+}
+Shape Bold(Shape text) {
+  return text.bold = true, text;
+}
+Shape Mono(Shape text) {
+  return text.mono = true, text;
+}
+Shape Filled(const Box& box, Ink ink, double radius) {
+  return {.kind = Kind::kFilled, .box = box, .ink = ink, .radius = radius};
+}
+Shape Frame(const Box& box, Ink ink, double width, double radius) {
+  return {.kind = Kind::kFrame, .box = box, .ink = ink, .size = width, .radius = radius};
+}
+
+std::string GroupWords(const phones::TypingStep& step) {
+  return step.group.empty() ? std::string(kNoKeys) : step.group;
+}
+
+// The presses of a group as small keys in a row, the one that is shown just now in the accent.
+void AddPresses(Picture& picture, const phones::TypingStep& step, const phones::KeyPress* lit,
+                const Box& place) {
+  constexpr double kKey = 0.9, kWords = 0.24, kGap = 0.4;  // of the row's height
+  const auto width = [](const phones::KeyPress& press) {
+    const auto letters = static_cast<double>(phones::PressWords(press).size());
+    return kKey + (letters > 0 ? kWords * (letters + 1) : 0);
+  };
+  double all = -kGap;
+  for (const phones::KeyPress& press : step.keys) {
+    all += width(press) + kGap;
+  }
+  const double unit = std::min(place.height, place.width / std::max(all, 1.0));
+  const double top = place.y + (place.height - unit) / 2;
+  double x = place.x + (place.width - all * unit) / 2;
+  for (const phones::KeyPress& press : step.keys) {
+    const bool now = &press == lit;
+    const Box key = {x, top, kKey * unit, unit};
+    picture.push_back(Filled(key, now ? Ink::kAccent : Ink::kAccentWash, unit / 6));
+    picture.push_back(Bold(
+        Text(std::string(1, press.key), key, unit * 0.55, now ? Ink::kAccentText : Ink::kText)));
+    picture.push_back(Bold(Text(phones::PressWords(press),
+                                {key.right() + kWords * unit / 2, top, width(press) * unit, unit},
+                                unit * 0.42, now ? Ink::kAccent : Ink::kText, Align::kLeft)));
+    x += (width(press) + kGap) * unit;
+  }
+}
+
+// "Antes" or "Después" and the groups beside it, small.
+void AddNeighbours(Picture& picture, std::string_view words, const TypingGuide& guide, int first,
+                   int last, const Box& row, double unit) {
+  const double label = 76 * unit, gap = 8 * unit;
+  const double cell = (row.width - label) / kGroupsAhead - gap;
+  if (guide.Group(first) == nullptr) {
+    return;
+  }
+  picture.push_back(Text(std::string(words), {row.x, row.y, label, row.height}, 14 * unit,
+                         Ink::kMuted, Align::kLeft));
+  for (int offset = first; offset <= last; ++offset) {
+    if (const phones::TypingStep* step = guide.Group(offset)) {
+      const Box box = {row.x + label + (offset - first) * (cell + gap), row.y, cell, row.height};
+      picture.push_back(Filled(box, Ink::kWindow, 6));
+      picture.push_back(
+          Mono(Text(GroupWords(*step), {box.x + gap, box.y, box.width - 2 * gap, box.height},
+                    18 * unit, Ink::kMuted)));
+    }
+  }
+}
+
+struct KeyFace {
+  Ink ground, edge, ink, faint;
+};
+
+// One key of the keypad with its letters, what it does, and how to press it now.
+void AddKey(Picture& picture, const phones::KeypadKey& key, const Box& box, const KeyFace& face,
+            std::string_view press) {
+  const double pad = box.height * 0.1, radius = box.height * 0.16;
+  picture.push_back(Filled(box, face.ground, radius));
+  picture.push_back(Frame(box, face.edge, face.edge == Ink::kBorder ? 1 : 2, radius));
+  const Box upper = {box.x + pad, box.y + pad / 2, box.width - 2 * pad, box.height * 0.52};
+  const double label = box.height * 0.42;
+  picture.push_back(Bold(Text(std::string(1, key.label), {upper.x, upper.y, label, upper.height},
+                              label, key.word.empty() ? face.faint : face.ink, Align::kLeft)));
+  if (press.empty()) {
+    picture.push_back(Text(std::string(key.signs.substr(1)),
+                           {upper.x + label, upper.y, upper.width - label, upper.height},
+                           box.height * 0.22, face.faint, Align::kRight));
+  } else {
+    picture.push_back(
+        Bold(Text(std::string(press),
+                  {upper.x + label * 0.8, upper.y, upper.width - label * 0.8, upper.height},
+                  box.height * 0.3, face.ink, Align::kRight)));
+  }
+  // What it does, in two lines where it is two things: "corchea, re, mi, fa".
+  const std::size_t comma = key.word.size() > kLongWord ? key.word.find(", ") : key.word.npos;
+  const std::string_view second = comma == key.word.npos ? "" : key.word.substr(comma + 2);
+  const double size = std::min(18.0, box.height * (second.empty() ? 0.24 : 0.2));
+  double y = box.y + box.height * (second.empty() ? 0.6 : 0.52);
+  for (const std::string_view line : {key.word.substr(0, comma), second}) {
+    const Box row = {upper.x, y, upper.width, box.height * (second.empty() ? 0.3 : 0.22)};
+    picture.push_back(Text(std::string(line), row, size, face.ink, Align::kLeft));
+    y = row.bottom();
+    if (second.empty()) {
+      break;
+    }
+  }
+}
+
+}  // namespace
+
+std::span<const ControlInfo> TypingPage::Rows() {
+  return kRows;
+}
+
+Part TypingPage::Layout() {
+  return Column({
+                    The(&F::guideTitle),
+                    Row({The(&F::stepView).Weight(7).Heights(kLowestStep),
+                         The(&F::keypadView)
+                             .Weight(4)
+                             .Widths(kLeastKeypad, kMostKeypad)
+                             .Heights(kLowestStep)})
+                        .Gap(look::kPageMargin)
+                        .Weight(5),
+                    The(&F::guideView).Weight(1).Heights(look::kLowestView, look::kTallestView),
+                    Row({The(&F::nextGroup), The(&F::previousGroup), The(&F::firstGroup),
+                         The(&F::lastGroup), Stretch(), The(&F::goOnButton), The(&F::fasterButton),
+                         The(&F::pace).Widths(kPaceWidth, kPaceWidth), The(&F::slowerButton)}),
+                    Row({The(&F::saveSheet), The(&F::printSheet), The(&F::openSheet),
+                         The(&F::showSheet), Stretch(), The(&F::leaveGuide)}),
+                })
+      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+}
+
+TypingPage::TypingPage(SharedState& state) : state_(state) {
+  keyTimer.enabled = false;
+  keyTimer.interval = kTickMs;
+}
+
+bool TypingPage::OpenGuide(std::string_view row, std::string_view model, std::string_view result,
+                           const core::RTTTLMelody& melody) {
+  if (!guide_.Open(model, result, melody)) {
+    return false;
+  }
+  row_ = row;
+  guideTitle.caption = melody.Name + ", para " + phones::PhoneName(model);
+  guideDrawing = MelodyDrawing(melody.Text, model);
+  shownMs_ = 0;
+  keyTimer.enabled = true;
+  return true;
+}
+
+void TypingPage::CloseGuide() {
+  guide_.Close();
+  guideDrawing = {};
+  keyTimer.enabled = goesOn_ = false;
+  saved_.clear();
+}
+
+void TypingPage::RefreshTyping() {
+  const phones::TypingStep* step = guide_.Group();
+  const std::size_t last = guide_.steps().empty() ? 0 : guide_.steps().size() - 1;
+  firstGroup.enabled = previousGroup.enabled = guide_.at() > 0;
+  nextGroup.enabled = lastGroup.enabled = guide_.at() < last;
+  goOnButton.caption = goesOn_ ? kStop : kGoOn;
+  goOnButton.enabled = goesOn_ || nextGroup.enabled;
+  pace.caption = "cada " + std::to_string(seconds_) + " s";
+  fasterButton.enabled = seconds_ > kLeastSeconds;
+  slowerButton.enabled = seconds_ < kMostSeconds;
+  openSheet.visible = showSheet.visible = step != nullptr && !saved_.empty();
+  guideView.listIndex = guide_.DrawnNote(guideDrawing);
+  stepView.text = step == nullptr
+                      ? ""
+                      : guide_.Position() + ": " + KeysInWords(*step) + ". " + step->words +
+                            (step->display.empty() ? "" : ". ") +
+                            (step->display.empty() ? "" : std::string(kSeen)) + step->display;
+  keypadView.text = u8"Teclado del móvil"_w;
+}
+
+void TypingPage::Go(GuideMove move) {
+  if (guide_.Move(move)) {
+    shownMs_ = 0;
+  }
+}
+
+void TypingPage::nextGroup_Click() {
+  Go(GuideMove::kNext);
+}
+void TypingPage::previousGroup_Click() {
+  Go(GuideMove::kPrevious);
+}
+void TypingPage::firstGroup_Click() {
+  Go(GuideMove::kFirst);
+}
+void TypingPage::lastGroup_Click() {
+  Go(GuideMove::kLast);
+}
+
+void TypingPage::keyTimer_Timer() {
+  shownMs_ += kTickMs;
+  if (goesOn_ && shownMs_ >= static_cast<std::uint32_t>(seconds_) * 1000) {
+    Go(GuideMove::kNext);
+    goesOn_ = guide_.Group(1) != nullptr;
+  }
+}
+
+void TypingPage::goOnButton_Click() {
+  goesOn_ = !goesOn_;
+  shownMs_ = 0;
+}
+void TypingPage::fasterButton_Click() {
+  ChangePace(seconds_ - 1);
+}
+void TypingPage::slowerButton_Click() {
+  ChangePace(seconds_ + 1);
+}
+void TypingPage::ChangePace(int seconds) {
+  seconds_ = std::clamp(seconds, kLeastSeconds, kMostSeconds);
+}
+
+// ---- The sheet ----------------------------------------------------------------------------------
+
+void TypingPage::saveSheet_Click() {
+  const auto file = state_.program.services.fileDialogs.AskSaveAs(
+      words::kSaveAs, FileNameOfRow(row_, kPdf), kPdfFilter);
+  if (!file) {
+    return;
+  }
+  if (core::SkipErrors([&] { files::WriteBytes(*file, PdfFile(Sheet())); })) {
+    saved_ = *file;
+  } else {
+    core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
+  }
+}
+
+void TypingPage::printSheet_Click() {
+  state_.program.services.RichTextBox1.PrintPages(Sheet(), FileNameOfRow(row_, kPdf));
+}
+
+void TypingPage::openSheet_Click() {
+  state_.program.services.shell.OpenFile(saved_);
+}
+
+void TypingPage::showSheet_Click() {
+  state_.program.services.shell.ShowInFolder(saved_);
+}
+
+Paper TypingPage::Sheet() const {
+  return LayOutTypingSheet({guideTitle.caption, *guide_.keypad(), guide_.steps(), guideDrawing});
+}
+
+// ---- The pictures -------------------------------------------------------------------------------
+
+Picture TypingPage::StepPicture(double width, double height) const {
+  const phones::TypingStep* step = guide_.Group();
+  Picture picture;
+  if (step == nullptr) {
+    return picture;
+  }
+  constexpr double kRowsHigh = 330;  // of all rows below, at their smallest
+  const double unit = std::clamp(height / kRowsHigh, 0.75, 2.0);
+  const double pad = 16 * unit, inner = width - 2 * pad;
+  double y = std::max(0.0, (height - kRowsHigh * unit) / 2) + 14 * unit;
+  const auto row = [&](double rowHeight, double gap) {
+    const Box box = {pad, y, inner, rowHeight * unit};
+    y += (rowHeight + gap) * unit;
+    return box;
+  };
+  const Box head = row(28, 4);
+  AddNeighbours(picture, kBefore, guide_, -1, -1, head, unit);
+  picture.push_back(Bold(Text(guide_.Position(), head, 18 * unit, Ink::kText, Align::kRight)));
+  picture.push_back(Mono(Bold(Text(GroupWords(*step), row(92, 4), 80 * unit, Ink::kText))));
+  const LitKey lit = LitAt(step->keys, shownMs_);
+  AddPresses(picture, *step, lit.press, row(40, 10));
+  picture.push_back(Text(step->words, row(28, 2), 20 * unit, Ink::kText));
+  const Box seen = row(26, 10);
+  if (!step->display.empty()) {
+    picture.push_back(
+        Bold(Text(std::string(kSeen) + step->display, seen, 16 * unit, Ink::kAccent)));
+  }
+  AddNeighbours(picture, kAfter, guide_, 1, kGroupsAhead, row(32, 14), unit);
+  const Box bar = row(8, 0);
+  picture.push_back(Filled(bar, Ink::kBorder, bar.height / 2));
+  picture.push_back(
+      Filled({bar.x, bar.y, std::max(bar.height, bar.width * guide_.Fraction()), bar.height},
+             Ink::kAccent, bar.height / 2));
+  return picture;
+}
+
+Picture TypingPage::KeypadPicture(double width, double height) const {
+  const phones::TypingStep* step = guide_.Group();
+  Picture picture;
+  if (step == nullptr) {
+    return picture;
+  }
+  constexpr double kGap = 8, kPad = 14, kMostShape = 0.8;  // of a key's height by its width
+  const phones::Keypad& pad = *guide_.keypad();
+  const double display = step->display.empty() ? 0 : 56;
+  const double keyWidth = (width - 2 * kPad - (pad.columns - 1) * kGap) / pad.columns;
+  const double keyHeight = std::min(
+      keyWidth * kMostShape, (height - 2 * kPad - display - (pad.rows - 1) * kGap) / pad.rows);
+  const double high = pad.rows * (keyHeight + kGap) - kGap + display;
+  double top = (height - high) / 2;
+  if (display > 0) {
+    const Box screen = {kPad, top, width - 2 * kPad, display - kGap - 4};
+    picture.push_back(Filled(screen, Ink::kDisplayGround, 8));
+    picture.push_back(Mono(Bold(Text(step->display, screen, 26, Ink::kDisplayInk))));
+    top += display;
+  }
+  const LitKey lit = LitAt(step->keys, shownMs_);
+  for (const phones::KeypadKey& key : pad.keys) {
+    const auto presses = [&key](const phones::KeyPress& press) {
+      return key.signs.find(press.key) != std::string_view::npos;
+    };
+    const auto used = std::ranges::find_if(step->keys, presses);
+    const bool now = lit.press != nullptr && presses(*lit.press);
+    const bool down = now && lit.down;
+    const KeyFace face =
+        down ? KeyFace{Ink::kAccent, Ink::kAccent, Ink::kAccentText, Ink::kAccentText}
+        : used != step->keys.end()
+            ? KeyFace{Ink::kAccentWash, Ink::kAccent, Ink::kText, Ink::kMuted}
+            : KeyFace{Ink::kCard, Ink::kBorder, Ink::kText, Ink::kMuted};
+    const Box box = {kPad + key.column * (keyWidth + kGap), top + key.row * (keyHeight + kGap),
+                     keyWidth, keyHeight};
+    AddKey(picture, key, box, face,
+           now                        ? phones::PressWords(*lit.press)
+           : used != step->keys.end() ? phones::PressWords(*used)
+                                      : "");
+  }
+  return picture;
+}
+
+}  // namespace tonadex::app

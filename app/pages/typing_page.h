@@ -1,0 +1,74 @@
+#pragma once
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "app/melody_notes.h"
+#include "app/pages/page.h"
+#include "app/picture.h"
+#include "app/typing_guide.h"
+
+namespace tonadex::app {
+
+// Leads someone with the phone in the hand through a result of keys, group by group.
+class TypingPage {
+ public:
+  explicit TypingPage(SharedState& state);
+
+  void nextGroup_Click();
+  void previousGroup_Click();
+  void firstGroup_Click();
+  void lastGroup_Click();
+  void keyTimer_Timer();
+  // Going on by itself.
+  void goOnButton_Click();
+  void fasterButton_Click();
+  void slowerButton_Click();
+  // The same groups on paper or in a PDF, which can then be opened or shown in its folder.
+  void saveSheet_Click();
+  void printSheet_Click();
+  void openSheet_Click();
+  void showSheet_Click();
+
+  // What there is to do now, and the keypad with the key that is pressed lit, in a picture of this
+  // size. Empty while no guide is open.
+  Picture StepPicture(double width, double height) const;
+  Picture KeypadPicture(double width, double height) const;
+
+  Drawing guideDrawing;
+
+  Control guideTitle;
+  Control stepView, keypadView, guideView;
+  Control firstGroup, previousGroup, nextGroup, lastGroup;
+  Control goOnButton, slowerButton, pace, fasterButton;
+  Control saveSheet, printSheet, openSheet, showSheet, leaveGuide;
+  Control keyTimer;
+
+  static std::span<const ControlInfo> Rows();
+  static Part Layout();
+
+ protected:
+  // False when the result is nothing to type. `row` is the melody's row in the repertoire, the
+  // melody as the conversion left it.
+  bool OpenGuide(std::string_view row, std::string_view model, std::string_view result,
+                 const core::RTTTLMelody& melody);
+  void CloseGuide();
+  void RefreshTyping();
+
+ private:
+  void Go(GuideMove move);
+  void ChangePace(int seconds);
+  Paper Sheet() const;
+
+  SharedState& state_;
+  TypingGuide guide_;
+  std::string row_;              // of the repertoire
+  std::filesystem::path saved_;  // the sheet as PDF; empty before it is saved
+  std::uint32_t shownMs_ = 0;    // since the group came
+  int seconds_ = 4;              // a group has when the guide goes on by itself
+  bool goesOn_ = false;
+};
+
+}  // namespace tonadex::app

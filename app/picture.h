@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/melody_layout.h"
+
+// Pictures as data: shells and printers only paint them, in this order. Distances and sizes of type
+// are device-independent pixels, on paper points, from the picture's upper left corner. Texts are
+// Windows-1252.
+namespace tonadex::app {
+
+// A colour of the window's theme; on paper black, and the faint ones grey.
+enum class Ink {
+  kText,
+  kMuted,
+  kFaint,
+  kBorder,
+  kCard,
+  kWindow,
+  kAccent,
+  kAccentText,
+  kAccentWash,
+  kDisplayGround,
+  kDisplayInk,
+};
+
+struct Shape {
+  enum class Kind {
+    kFilled,  // a box
+    kFrame,   // its outline, `size` wide
+    kText,    // one line in the middle of the box's height, smaller where it is wider than the box
+  };
+  enum class Align { kLeft, kCentre, kRight };
+
+  Kind kind = Kind::kText;
+  Box box = {};
+  Ink ink = Ink::kText;
+  double size = 1;    // of a text: of its type
+  double radius = 0;  // of a box's corners
+  std::string text = {};
+  bool bold = false;
+  bool mono = false;  // in type of one width
+  Align align = Align::kLeft;
+
+  friend bool operator==(const Shape&, const Shape&) = default;
+};
+
+using Picture = std::vector<Shape>;
+
+// Pages to print, of one size in points.
+struct Paper {
+  std::string title;
+  double width = 0, height = 0;
+  std::vector<Picture> pages;
+};
+
+}  // namespace tonadex::app

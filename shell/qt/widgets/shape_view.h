@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "app/picture.h"
+
+namespace tonadex::shell {
+
+// A picture made of shapes on a card, clicked as a whole.
+class ShapeView : public QWidget {
+  Q_OBJECT
+ public:
+  using Source = std::function<app::Picture(double width, double height)>;
+
+  explicit ShapeView(QWidget* parent = nullptr);
+
+  // Draws it anew where it changed. `spoken`: what it shows, for screen readers.
+  void SetPicture(const Source& source, const QString& spoken);
+  const app::Picture& Shown() const { return picture_; }
+
+ signals:
+  void Clicked();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+
+ private:
+  void Update();
+
+  Source source_;
+  app::Picture picture_;
+};
+
+}  // namespace tonadex::shell

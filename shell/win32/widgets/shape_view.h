@@ -1,0 +1,38 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <string_view>
+
+#include "app/picture.h"
+#include "shell/win32/theme.h"
+
+namespace tonadex::shell {
+
+// A picture made of shapes on a card. A click tells the parent as that of a button does.
+class ShapeView {
+ public:
+  using Source = std::function<app::Picture(double width, double height)>;
+
+  ShapeView(HWND parent, int id, const Theme& theme);
+
+  HWND window() const { return window_; }
+  // Draws it anew where it changed. `spoken`: what it shows, for screen readers.
+  void SetPicture(const Source& source, std::string_view spoken);
+
+ private:
+  std::optional<LRESULT> Handle(UINT message);
+  void Update();
+  void Paint();
+  void PaintShape(HDC context, const app::Shape& shape) const;
+  void PaintText(HDC context, const app::Shape& shape, const RECT& box, COLORREF ink) const;
+
+  HWND window_;
+  const Theme& theme_;
+  Source source_;
+  app::Picture picture_;
+};
+
+}  // namespace tonadex::shell

@@ -1,0 +1,148 @@
+#include "app/melody_store.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <vector>
+
+#include "core/melody_file.h"
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
+#include "tests/core/table.h"
+#include "tests/support/temp_folder.h"
+#ifndef _WIN32
+#include "tests/support/full_disk.h"
+#endif
+
+namespace tonadex::app {
+namespace {
+
+class Store : public testing::Test {
+ protected:
+  // The melodies of the folder, in UTF-8, as "file=text;".
+  std::string Held(const char* name = "m") const {
+    std::map<std::string, std::string> held;
+    std::error_code none;
+    for (const auto& file : std::filesystem::directory_iterator(folder / name, none)) {
+      const std::string text = core::UndoSharpEscape(files::ReadMelodyLine(file.path()));
+      held[core::ToUtf8(files::TextFromPath(file.path().filename()))] = core::ToUtf8(text);
+    }
+    std::string all;
+    for (const auto& [file, text] : held) {
+      all.append(file).append("=").append(text).append(";");
+    }
+    return all;
+  }
+  // Why it is refused, in UTF-8; "" for nothing.
+  template <typename Step>
+  static std::string Refusal(Step step) {
+    try {
+      step();
+    } catch (const core::RunTimeError& error) {
+      return core::ToUtf8(error.what());
+    }
+    return {};
+  }
+
+  const test::TempFolder folder;
+  const MelodyStore store{folder / "m", folder / "bin"};
+};
+
+// A row of the repertoire leads back to every file, and the same melody is saved once.
+TEST_F(Store, SavesUnderNameAndLength) {
+  for (const test::Row& row : test::Table("Saved melodies")) {
+    const std::string text = core::FromUtf8(row[0]);
+    std::string file;
+    const std::string refusal = Refusal([&] { file = store.Save(text); });
+    EXPECT_EQ(refusal.empty() ? core::ToUtf8(file) : refusal, row[1]) << row[0];
+    if (refusal.empty()) {
+      const core::MelodyRow listed = core::RepertoireRow(text, file);
+      EXPECT_EQ(core::MelodyFileName(listed.text, listed.number), file);
+      EXPECT_EQ(store.Save(text + "\r\nmore"), file);
+    }
+  }
+}
+
+TEST_F(Store, ReplacesNoOtherMelody) {
+  const std::string one = "Vals:d=4,o=5,b=90:c#,d", other = "Vals:d=4,o=5,b=90:e#,f";
+  EXPECT_EQ(store.Save(one), "Vals.22");
+  EXPECT_EQ(store.Save(other), "Vals 2.22");
+  EXPECT_EQ(store.Duplicate("Vals.22"), "Vals 2.24");
+  EXPECT_EQ(store.Duplicate("Vals.22"), "Vals 3.24");
+  EXPECT_EQ(store.Duplicate("Vals.22", -12), "Vals -12.26");
+  EXPECT_EQ(store.Rename("Vals 2.22", "Vals"), "Vals 2.22") << "one has the name already";
+  const std::string before = Held();
+  EXPECT_EQ(before, "Vals -12.26=Vals -12:d=4,o=4,b=90:c#,d;Vals 2.22=" + other +
+                        ";Vals 2.24=Vals 2:d=4,o=5,b=90:c#,d;Vals 3.24=Vals 3:d=4,o=5,b=90:c#,d;"
+                        "Vals.22=" +
+                        one + ";");
+  for (const int round : {1, 2}) {
+    SCOPED_TRACE(round);
+    const auto binned = store.Delete("Vals.22");
+    store.Save(other);
+    EXPECT_EQ(store.Restore(binned, "Vals.22"), "Vals.22");
+    EXPECT_EQ(Held(), before);
+  }
+  const auto binned = store.Delete("Vals.22");
+  folder.Write("m/Vals.22", other);
+  EXPECT_EQ(store.Restore(binned, "Vals.22"), "Vals 3.22");
+}
+
+TEST_F(Store, RenamesMelodyAndFile) {
+  const std::string rest = ":d=4,o=5,b=90:c#,d";
+  std::string file = store.Save("Vals" + rest);
+  for (const char* name : {"vals", " Mi \"niño\" ", "AC/DC", "L'été"}) {
+    file = store.Rename(file, core::FromUtf8(name));
+    EXPECT_EQ(files::ReadMelodyLine(folder / "m" / files::PathFromText(file)),
+              std::string(core::Trim(core::FromUtf8(name))) + ":d=4,o=5,b=90:cjuh9hay,d");
+  }
+  EXPECT_EQ(Held(), "L'été.23=L'été" + rest + ";");
+  EXPECT_EQ(Refusal([&] { store.Rename(file, " "); }), "la melodía necesita un nombre");
+  EXPECT_EQ(Refusal([&] { store.Rename(file, "a:b"); }), "el nombre no puede llevar puntos ni «:»");
+  EXPECT_EQ(Refusal([&] { store.Rename("gone.1", "a"); }), "el fichero ya no se puede leer");
+}
+
+TEST_F(Store, AddsTheMelodiesOfTextFiles) {
+  folder.Write("Añejo.txt", "Sr. Vals:d=4,o=5,b=90:c\r\n\r\nPolca: d=4,o=5,b=90:cjuh9hay\n");
+  folder.Write("carta.txt", "Querida Ana: te escribo: hoy");
+  const std::vector files{folder / "carta.txt", folder / u8"Añejo.txt", folder / "gone"};
+  MelodyStore::Added added;
+  store.Add(files, added);
+  EXPECT_EQ(added.last, "Polca.23");
+  EXPECT_EQ(added.refused, "carta.txt, gone");
+  EXPECT_EQ(Held(), "Polca.23=Polca: d=4,o=5,b=90:c#;Sr Vals.23=Sr Vals:d=4,o=5,b=90:c;");
+}
+
+#ifndef _WIN32
+TEST_F(Store, LosesNothingOnAFullDisk) {
+  store.Save("Vals:d=4,o=5,b=90:c");
+  const std::string before = Held();
+  {
+    const test::FullDisk full(4);
+    for (const auto& refusal : {Refusal([&] { store.Save("Polca:d=4,o=5,b=90:c"); }),
+                                Refusal([&] { store.Rename("Vals.19", "Polca"); }),
+                                Refusal([&] { store.Rename("Vals.19", "vALS"); }),
+                                Refusal([&] { store.Duplicate("Vals.19", 1); })}) {
+      EXPECT_TRUE(refusal.starts_with("no se puede escribir")) << refusal;
+    }
+    EXPECT_EQ(Held(), before);
+    store.Delete("Vals.19");  // moving takes no room
+  }
+  EXPECT_EQ(Held("bin"), before);
+}
+#endif
+
+// Where the bin cannot be written nothing leaves the folder.
+TEST_F(Store, KeepsWhatCannotGoToTheBin) {
+  folder.Write("bin", "a file");
+  store.Save("Vals:d=4,o=5,b=90:c");
+  const std::string before = Held();
+  EXPECT_NE(Refusal([&] { store.Delete("Vals.19"); }), "");
+  EXPECT_NE(Refusal([&] { store.Rename("Vals.19", "Polca"); }), "");
+  EXPECT_EQ(Held(), before);
+}
+
+}  // namespace
+}  // namespace tonadex::app

@@ -1,0 +1,187 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <set>
+#include <utility>
+
+#include "app/form1.h"
+#include "core/windows1252.h"
+#include "files/read.h"
+#include "tests/core/test_melody.h"
+#include "tests/support/test_program.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+
+class TypingPageTest : public testing::Test {
+ protected:
+  // Opens the guide on the result of the repertoire's only melody for this model.
+  void Teclear(const std::string& notes, const std::string& model = " Pulsaciones") {
+    test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=60:" + notes);
+    test.program.gPhoneModel = model;
+    if (form.paginaactual == kRepertoirePage) {
+      form.cmdbuscar_Click();
+    }
+    form.cmdrepertorio_Click();
+    form.List1.Select(0);
+    form.picconvertir_Click();
+    form.Refresh();
+    form.teclearButton_Click();
+    form.Refresh();
+  }
+  std::string Step() {
+    form.Refresh();
+    return form.stepView.text;
+  }
+
+  test::TestProgram test;
+  Form1 form{test.program};
+};
+
+TEST_F(TypingPageTest, IsOfferedForKeysAloneAndThenComesFirst) {
+  for (const auto& [model, keys] : {std::pair{" Pulsaciones", true},
+                                    {"3210,3310,3330,3390,8250", false},
+                                    {" Motorola Pulsaciones Tipo 1", true}}) {
+    Teclear("c,d,e", model);
+    EXPECT_EQ(form.teclearButton.enabled, keys) << model;
+    EXPECT_EQ(form.picconvertir.checked, !keys) << model;
+    EXPECT_EQ(form.paginaactual == kTypingPage, keys) << model;
+    EXPECT_EQ(form.navbanner.visible, !keys);
+    form.leaveGuide_Click();
+    EXPECT_TRUE(form.navbanner.visible);
+    EXPECT_EQ(form.stepView.visible, false);
+  }
+}
+
+TEST_F(TypingPageTest, SaysWhatToPressAndWhatThePhoneShows) {
+  Teclear("c,e.6");
+  form.nextGroup_Click();
+  EXPECT_EQ(Step(), std::string(u8"2 de 2: 3 mantén 3 s, *. mi, negra, con puntillo, octava media. "
+                                u8"En la pantalla debe verse: 4.e2"_w));
+  EXPECT_FALSE(form.nextGroup.enabled);
+  EXPECT_EQ(form.guideView.listIndex, 1);
+}
+
+TEST_F(TypingPageTest, TheKeypadLightsKeyAfterKey) {
+  Teclear("c,8e6");
+  form.nextGroup_Click();
+  std::set<std::string> lit;
+  for (int tick = 0; tick < 100; ++tick) {
+    const Picture pad = form.KeypadPicture(300, 400);
+    for (std::size_t i = 0; i + 2 < pad.size(); ++i) {
+      if (pad[i].kind == Shape::Kind::kFilled && pad[i].ink == Ink::kAccent) {
+        lit.insert(pad[i + 2].text);  // behind its frame
+      }
+    }
+    form.keyTimer_Timer();
+  }
+  EXPECT_EQ(lit, (std::set<std::string>{"3", "8", "*"}));
+}
+
+// Everything lies within its picture in the smallest window and in a large one, and the group is
+// large enough for someone who sits half a metre away.
+TEST_F(TypingPageTest, ThePicturesHoldAllOfEveryStep) {
+  constexpr double kLarge = 60;
+  for (const std::string model : {" Pulsaciones", " Pulsaciones tipo 1", " Pulsaciones tipo 2",
+                                  " Motorola Pulsaciones Tipo 1"}) {
+    Teclear("c,d.,8e6,16p,f#7,2g", model);
+    const std::size_t groups = ResultGroups(form.textresultado.text).size();
+    for (std::size_t group = 0; group < groups; ++group) {
+      for (const auto& [width, height] :
+           {std::pair{300.0, 270.0}, {520.0, 270.0}, {1400.0, 700.0}}) {
+        double largest = 0;
+        for (const Picture& picture :
+             {form.StepPicture(width, height), form.KeypadPicture(width, height)}) {
+          EXPECT_FALSE(picture.empty());
+          for (const Shape& shape : picture) {
+            EXPECT_TRUE(shape.box.x >= 0 && shape.box.y >= 0 && shape.box.right() <= width + 0.1 &&
+                        shape.box.bottom() <= height + 0.1)
+                << model << ": " << shape.text;
+            largest = std::max(largest, shape.size);
+          }
+        }
+        EXPECT_GE(largest, kLarge);
+      }
+      form.nextGroup_Click();
+    }
+    form.leaveGuide_Click();
+  }
+}
+
+TEST_F(TypingPageTest, GoesOnByItselfAtTheChosenPaceToTheEnd) {
+  Teclear("c,d,e");
+  for (int i = 0; i < 20; ++i) {
+    form.fasterButton_Click();
+  }
+  form.goOnButton_Click();
+  std::string shown;
+  for (int second = 0; second < 3; ++second) {
+    for (std::uint32_t ms = 0; ms < 1000; ms += form.keyTimer.interval) {
+      form.keyTimer_Timer();
+    }
+    shown += Step().substr(0, 2);
+  }
+  EXPECT_EQ(shown, "2 3 3 ");
+  form.leaveGuide_Click();
+  EXPECT_FALSE(form.keyTimer.enabled);
+}
+
+// A step costs the same in the longest melody that the parser reads as in a short one.
+TEST_F(TypingPageTest, TheLongestMelodyIsWalkedThrough) {
+  constexpr int kNotes = 5000;
+  Teclear("c" + test::Repeated(",8e6", kNotes - 1));
+  int groups = 1;
+  for (; form.nextGroup.enabled && groups < kNotes + 1; ++groups) {
+    form.nextGroup_Click();
+    form.Refresh();
+    EXPECT_FALSE(form.StepPicture(500, 300).empty());
+  }
+  EXPECT_EQ(groups, kNotes);
+  EXPECT_TRUE(Step().starts_with("5000 de 5000: "));
+}
+
+#ifndef _WIN32  // where no other program reads PDF
+// A PDF's text as another program reads it.
+std::string PdfText(const std::filesystem::path& file) {
+  const std::string text = file.string() + ".txt";
+  EXPECT_EQ(std::system(("pdftotext -raw '" + file.string() + "' '" + text + "'").c_str()), 0);
+  return files::ReadBytes(text);
+}
+
+TEST_F(TypingPageTest, TheSheetIsSavedUnderTheMelodysNameAndHoldsEveryGroup) {
+  Teclear("c,d.,8e6,16p,f#7,2g" + test::Repeated(",8c6,4b", 100));
+  EXPECT_FALSE(form.openSheet.visible);
+  form.saveSheet_Click();  // cancelled
+  Step();
+  EXPECT_FALSE(form.openSheet.visible);
+  const std::filesystem::path file = test.folder / u8"señal.pdf";
+  test.fileDialogs.answers = {files::TextFromPath(file)};
+  form.saveSheet_Click();
+  Step();
+  EXPECT_EQ(test.fileDialogs.proposed.back(), "vals.pdf");
+  EXPECT_TRUE(form.openSheet.visible && form.showSheet.visible);
+  const std::string text = PdfText(file);
+  EXPECT_TRUE(text.starts_with("Vals, para Nokia")) << text;
+  EXPECT_NE(text.find(core::ToUtf8(u8"más corta"_w)), std::string::npos) << text;
+  std::size_t at = 0;
+  int number = 0;
+  for (std::string_view rest = form.textresultado.text; !rest.empty();) {
+    const std::size_t end = rest.find(' ');
+    const std::string line =
+        std::to_string(++number) + " " + std::string(rest.substr(0, end)) + "\n";
+    at = text.find(line, at);
+    ASSERT_NE(at, std::string::npos) << line << " in " << text;
+    rest.remove_prefix(std::min(rest.size(), end + 1));
+  }
+  form.openSheet_Click();
+  form.showSheet_Click();
+  EXPECT_EQ(test.shell.opened, (std::vector{file, file / "."}));
+  form.printSheet_Click();
+  EXPECT_TRUE(test.richText.printed.back().starts_with("vals.pdf: Vals, para Nokia"));
+}
+#endif
+
+}  // namespace
+}  // namespace tonadex::app
