@@ -25,7 +25,8 @@ inline constexpr std::int16_t kPauseNumber = -1;  // used as the note number of 
 // message. Pauses at the end are not written.
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
 
-// The content of the file that WriteMidiFile writes. Errors: overflow, type mismatch.
+// The content of the file that WriteMidiFile writes. Errors: type mismatch, overflow; invalid
+// argument for a value that does not fit a byte.
 std::string MidiFileBytes(const core::RTTTLMelody& melody);
 
 // The header's ticks per quarter note for a tempo: beats x 385 / 120, rounded half to even to 16
