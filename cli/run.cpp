@@ -7,8 +7,8 @@ namespace {
 using terminal::Command;
 using terminal::Option;
 
-// "--option=" becomes the option and an empty value, which would else be looked for in the next
-// argument.
+// Splits "--option=" into the option and an empty value; CLI11 would take the next argument as the
+// value.
 std::vector<std::string> SplitArguments(int argc, const char* const* argv) {
   std::vector<std::string> arguments;
   for (int i = 1; i < argc; ++i) {
@@ -33,7 +33,7 @@ int Do(Context& context, const Arguments& arguments, CommandFunction command) {
   return static_cast<int>(context.exitCode);
 }
 
-// Every command: name, help, options, what it does.
+// All commands: name, help, options, function.
 std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommands& heavy) {
   const auto doing = [&](CommandFunction command) {
     return [&context, &a, command] { return Do(context, a, command); };

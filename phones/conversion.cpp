@@ -31,8 +31,7 @@ ConversionPage Page(const Format& format, std::string_view row, Job& job) {
   page.title.append("Melodia ").append(row).append(format.titleSuffix);
   page.result = std::move(job.result);
   page.notices = format.instruction;
-  if (format.output ==
-      AsLoaded) {  // no writer: there are no warnings, and the melody has not been parsed
+  if (format.output == AsLoaded) {  // no writer: no warnings, and the melody is not parsed
     page.tempo = HeaderTempo(job.melody.Text);
   } else {
     page.notices.append(core::kCrLf).append(job.notices);
