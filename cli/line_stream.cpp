@@ -44,8 +44,7 @@ class BatchReader {
     std::size_t end = 0;  // end of the last whole line
     while (end == 0 || (batch.size() < kBatchBytes && in_.in_avail() > 0)) {
       const std::size_t before = batch.size();
-      ended_ =
-          ended_ || !AppendAvailable(batch);  // kept, because a terminal can continue after its end
+      ended_ = ended_ || !AppendAvailable(batch);  // a terminal can continue after its end
       if (ended_) {
         return batch;
       }

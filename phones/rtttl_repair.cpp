@@ -22,8 +22,7 @@ namespace {
 using namespace core::literals;
 
 constexpr std::size_t kLongestName = 100;
-constexpr std::size_t kQuoted =
-    60;  // maximum characters of a header or name that a sentence quotes
+constexpr std::size_t kQuoted = 60;     // maximum characters of a quoted header or name
 constexpr std::size_t kMostKinds = 20;  // maximum kinds of note changes that are listed
 constexpr std::string_view kSignsChanged =
     u8"Los signos tipográficos, de HTML o de fichero pasan a los de RTTTL."_w;
