@@ -6,7 +6,7 @@ source "$(dirname "$0")/lib.sh"
 version=$(head -n 1 "$root/VERSION")
 dist=$root/dist
 
-# is_version "what" FOUND: ends the script when a file tells another version.
+# is_version "what" FOUND: ends the script when FOUND is not the version in VERSION.
 is_version() {
   [ "$2" = "$version" ] || { echo "FALLO: $1 dice «$2» y VERSION «$version»" >&2 && exit 1; }
 }
@@ -26,7 +26,7 @@ deb() {
   done
 }
 
-# The tracked files as they were committed last.
+# The tracked files of the last commit.
 tarball() {
   install_packages git gzip
   local name=tonadex-$version
