@@ -21,7 +21,7 @@ std::string PhoneModel(const std::string& name) {
   if (found.size() == 1) {
     return std::string(found.front().model);
   }
-  std::string words = found.empty() ? "ningún móvil del catálogo responde a «" + name +
+  std::string words = found.empty() ? "ningún móvil del catálogo coincide con «" + name +
                                           "»; mira «tonadex-cli modelos»"
                                     : "«" + name + "» puede ser:";
   for (const phones::CatalogueRow& row : found) {

@@ -74,7 +74,7 @@ std::string RefusalWords(const std::string& reply) {
   constexpr std::size_t kLongest = 200;
   const bool sentence = !reply.empty() && reply.size() < kLongest && !core::Contains(reply, "<");
   return sentence ? "el servidor contesta: " + ForTerminal(reply)
-                  : "el servidor no la da ni la toma";
+                  : "el servidor rechaza la petición";
 }
 
 // The melody server of one run: the configured one, else the embedded one, which is shared with a

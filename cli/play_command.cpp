@@ -131,7 +131,7 @@ void Follow(Context& context, platform::FluidSequencer& sequencer,
   while (interrupted == 0) {
     const double ms = sequencer.PositionMs().value_or(0);
     if (sequencer.IsSilent() && !told) {
-      context.err << "tonadex-cli: sin dispositivo de sonido, la melodía corre en silencio\n";
+      context.err << "tonadex-cli: no hay dispositivo de sonido: la melodía avanza en silencio\n";
       told = true;
     }
     progress.Show(ms);
