@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes what is given away, in dist/, and installs what is missing for it:
+# Builds the files of a release in dist/, and installs the missing packages for that:
 #   package.sh [deb|tarball|windows|all]    all: the three; without an argument deb and tarball.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
