@@ -1,4 +1,4 @@
-// The melody server's index: searches over large shelves and the start on a large folder. The
+// The melody server's index: searches in large shelves, and the start with a large folder. The
 // requests per second of the whole server are measured with wrk (docs/server.md).
 
 #include <benchmark/benchmark.h>
@@ -23,7 +23,7 @@ constexpr std::array kSyllables = {"la",   "ma",  "no",  "ri",  "ta", "sol", "ca
                                    "cion", "de",  "el",  "val", "se", "di",  "luz",
                                    "mi",   "per", "tra", "gon", "bo", "sue"};
 
-// Names of two to four words, as people give them; the same ones on every run.
+// Names of two to four words like real ones; the same names on every run.
 std::string MakeName(std::mt19937& random) {
   std::string name;
   for (auto words = 2 + random() % 3; words > 0; --words) {
@@ -48,7 +48,7 @@ const SearchIndex& Index(std::size_t melodies) {
   return index;
 }
 
-// What is looked for decides how far a search must go.
+// The search words determine how much of the index a search reads.
 struct Query {
   const char* name;
   const char* words;
@@ -78,7 +78,7 @@ BENCHMARK(BM_Search)
     ->ArgsProduct({{100'000, 1'000'000}, benchmark::CreateDenseRange(0, kQueries.size() - 1, 1)})
     ->Unit(benchmark::kMillisecond);
 
-// A folder of melodies that is made once and removed at the end.
+// A folder of melodies that is created once and removed at the end of the scope.
 class BenchFolder {
  public:
   explicit BenchFolder(std::size_t melodies)
@@ -100,13 +100,13 @@ class BenchFolder {
   fs::path path_;
 };
 
-// Reads the folder; the first time without a stored index.
+// Reads the folder; unless `again`, the first iteration finds no stored index.
 void BM_Start(benchmark::State& state, bool again) {
   using tonadex::server::Shelf;
   const auto access = tonadex::server::ShelfAccess::kReadWrite;
   const BenchFolder folder(static_cast<std::size_t>(state.range(0)));
   if (again) {
-    std::this_thread::sleep_for(2 * tonadex::server::kFileTimeStep);  // else no file is entered
+    std::this_thread::sleep_for(2 * tonadex::server::kFileTimeStep);  // newer files are not indexed
     const Shelf first(folder.path(), access);
   }
   for (auto _ : state) {

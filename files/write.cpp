@@ -193,7 +193,7 @@ void RemoveTemporaryFiles(const fs::path& folder, std::string_view oldPrefix) {
       system::RemoveUnlocked(folder / PathFromText(file.name));
     }
   } catch (const fs::filesystem_error&) {
-    // Without the folder there is none.
+    // A missing folder holds no temporary files.
   }
 }
 

@@ -15,7 +15,7 @@ void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer) {
   const std::string fileName = melody.FileName;
   melody.FileName = melody.TempFolder + std::string(kTempFile);
   if (WriteMidiFile(melody) == kMidiFailed) {
-    // FileName keeps the temporary path here: deliberate.
+    // FileName is not restored here: deliberate.
     core::MsgBox(
         "No se pudo crear el archivo temporal.\r\n"
         "Por favor, borra el siguiente fichero y vuelve a intentarlo:\r\n" +
