@@ -37,10 +37,13 @@ CreateResult Create(const std::filesystem::path& file, std::string_view bytes,
 // writable file in a folder that is not writable. Errors: device failure.
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);
 
-// Removes the temporary files that killed programs left in the folder, but none that a running
-// program is still writing; with them the files whose names begin with `oldPrefix`, where it is not
-// empty.
-void RemoveTemporaryFiles(const std::filesystem::path& folder, std::string_view oldPrefix = {});
+// Whether a temporary file is called so.
+bool IsTemporaryName(std::string_view name);
+
+// Removes a temporary file that a killed program left, but none that a running program is still
+// writing.
+void RemoveTemporaryFile(const std::filesystem::path& file);
+void RemoveTemporaryFiles(const std::filesystem::path& folder);  // all of a folder
 
 // The temporary file behind the functions above, for content that a library writes to a path. It
 // has an unguessable hidden name in the target's folder and is removed at the end of the scope.
