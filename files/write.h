@@ -55,9 +55,13 @@ std::optional<std::filesystem::path> CopyInto(const std::filesystem::path& folde
 // writable file in a folder that is not writable. Errors: device failure.
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);
 
-// Removes the temporary files that killed programs left in the folder, except those that a running
-// program is still writing, and the files whose names begin with `oldPrefix` unless that is empty.
-void RemoveTemporaryFiles(const std::filesystem::path& folder, std::string_view oldPrefix = {});
+// Whether it is the name of a temporary file.
+bool IsTemporaryName(std::string_view name);
+
+// Removes a temporary file that a killed program left, but none that a running program is still
+// writing.
+void RemoveTemporaryFile(const std::filesystem::path& file);
+void RemoveTemporaryFiles(const std::filesystem::path& folder);  // all of a folder
 
 // The temporary file that the functions above use; use it directly when a library writes the
 // content to a path. It has an unguessable hidden name in the target's folder and is removed at the
