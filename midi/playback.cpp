@@ -30,7 +30,7 @@ void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice) {
   if (!core::SkipErrors([&] {
         files::WriteBytes(files::PathFromText(melody.FileName), PlayedBytes(melody, voice));
       })) {
-    // FileName keeps the temporary path here: deliberate.
+    // FileName is not restored here: deliberate.
     core::MsgBox(
         "No se pudo crear el archivo temporal.\r\n"
         "Por favor, borra el siguiente fichero y vuelve a intentarlo:\r\n" +

@@ -69,7 +69,7 @@ TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
       for (const Placed& placed : PlaceIn(width, height, scale, times)) {
         const Rect& rect = placed.rect;
         EXPECT_TRUE(rect.left >= 0 && rect.top >= 0 && rect.left + rect.width <= width &&
-                    rect.top + rect.height <= height && rect.width >= 0);
+                    rect.top + rect.height <= height && rect.width >= 0) << (placed.part->control ? InfoOf(placed.part->control).name : "frame") << rect.left << " " << rect.top << " " << rect.width << " " << rect.height;
         if (placed.part->control != nullptr) {
           const auto name = InfoOf(placed.part->control).name;
           EXPECT_GT(rect.height, 0) << name;
