@@ -81,8 +81,9 @@ Part OptionsPage::Layout() {
                     list(&F::Label4, &F::cmbformatos, 3)})
                    .Gap(kPageMargin)
                    .Weight(1),
-               Row({The(&F::nokiaLabel), The(&F::keysChoice), The(&F::shownChoice),
-                    The(&F::sendChoice), Stretch()}),
+               Column({The(&F::nokiaLabel), Row({The(&F::keysChoice), The(&F::shownChoice),
+                                                 The(&F::sendChoice), Stretch()})})
+                   .Gap(look::kFieldGap),
                Row({The(&F::optionsPicture),
                     Column({The(&F::optionsSentence), The(&F::exampleLabel), The(&F::enterLabel)})
                         .Gap(look::kFieldGap)
