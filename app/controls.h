@@ -45,14 +45,15 @@ enum class Tone { kText, kMuted, kGood, kBad };
 struct Control {
   bool visible = true;
   bool enabled = true;
-  std::string caption;     // "&" precedes the mnemonic character
-  std::string text;        // of a box; a shell copies what the user types in here
-  ListRows rows;           // of list and combo boxes
-  ListRows shown;          // of a list: one for each row, what is written in its place; or none
-  int listIndex = -1;      // selected row, 0-based, -1 for none
-  std::string address;     // web view: the last address requested
-  std::string invitation;  // shown while the control is empty (lines of text, lists, displays)
-  std::size_t cursor = 0;  // of a text area: characters before the cursor
+  std::string caption;      // "&" precedes the mnemonic character
+  std::string whyDisabled;  // the tooltip of a button meanwhile; "" for its usual one
+  std::string text;         // of a box; a shell copies what the user types in here
+  ListRows rows;            // of list and combo boxes
+  ListRows shown;           // of a list: one for each row, what is written in its place; or none
+  int listIndex = -1;       // selected row, 0-based, -1 for none
+  std::string address;      // web view: the last address requested
+  std::string invitation;   // shown while the control is empty (lines of text, lists, displays)
+  std::size_t cursor = 0;   // of a text area: characters before the cursor
   std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
   int value = 0;                        // of a slider and of the display
   bool checked = false;

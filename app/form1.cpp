@@ -31,6 +31,8 @@ constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
 constexpr std::string_view kUpdateMark = "actualiza.tdx";
+constexpr std::string_view kStateFile = "estado.ini";
+constexpr std::uint32_t kSaveMs = 1800;  // from a change until it is written
 
 // The mnemonics of the navigation row and of any page must be different.
 constexpr ControlInfo Go(std::string_view name, Control F::*member, std::string_view caption,
@@ -61,6 +63,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Go("cmdayuda", &F::cmdayuda, "A&yuda", "ayuda", "El manual de Tonadex (F1)", &F::cmdayuda_Click,
        kNoPage, "F1"),
     Button(Look::kBusyLine, "waitingLine", &F::waitingLine, words::kWaiting, "", "", nullptr),
+    Row(Look::kTimer, "saveTimer", &F::saveTimer, {}, {Event::kTick, &F::saveTimer_Timer}),
 });
 
 constexpr auto kPages = std::to_array<Page>({
@@ -152,7 +155,8 @@ Form1::Form1(Program& theProgram)
       RepertoirePage(static_cast<SharedState&>(*this)),
       OptionsPage(static_cast<SharedState&>(*this)),
       TypingPage(static_cast<SharedState&>(*this)),
-      WebPage(static_cast<SharedState&>(*this)) {
+      WebPage(static_cast<SharedState&>(*this)),
+      session_(theProgram.ProgramFolder() / kStateFile) {
   for (const ControlInfo& info : Controls()) {
     Control& control = this->*info.member;
     control.caption = info.caption;
@@ -166,6 +170,21 @@ Form1::Form1(Program& theProgram)
       (this->*member).visible = false;
     }
   }
+  saveTimer.enabled = false;
+  saveTimer.interval = kSaveMs;
+  session_.Restore(*this);
+  txtmelodiacompo_Change();
+  txtrtttlsube_Change();
+}
+
+Form1::~Form1() {
+  saveTimer_Timer();
+}
+
+void Form1::saveTimer_Timer() {
+  session_.Note(*this);
+  session_.Save();
+  saveTimer.enabled = false;
 }
 
 void SharedState::Play(Sounding what) {
@@ -190,6 +209,10 @@ void Form1::Form_Load() {
 }
 
 void Form1::Form_QueryUnload() {
+  if (paginaactual == kOptionsPage) {
+    SaveModel();
+  }
+  saveTimer_Timer();
   if (program.busy) {
     program.closing = true;
     GiveUpRequest(program);
@@ -242,6 +265,7 @@ void Form1::cmdbuscar_Click() {
   if (LeaveFor(kSearchPage)) {
     ShowPage(kSearchPage);
     List1.Clear();
+    serverLine.caption.clear();
   }
 }
 
@@ -364,6 +388,7 @@ void Form1::Refresh() {
   phoneButton.caption =
       phones::PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program.gPhoneModel);
   waitingLine.visible = waitingLine.checked = program.busy;
+  saveTimer.enabled = session_.Note(*this);
   RefreshSearch();
   RefreshRepertoire();
   RefreshOptions();

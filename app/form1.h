@@ -15,6 +15,7 @@
 #include "app/pages/typing_page.h"
 #include "app/pages/web_page.h"
 #include "app/program.h"
+#include "app/session_state.h"
 
 namespace tonadex::app {
 
@@ -43,6 +44,7 @@ class Form1 : public SharedState,
               public WebPage {
  public:
   explicit Form1(Program& program);
+  ~Form1();
   Form1(const Form1&) = delete;
   Form1& operator=(const Form1&) = delete;
 
@@ -72,6 +74,8 @@ class Form1 : public SharedState,
   void addButton_Click();
   // Enter or a double click on a row: plays in the repertoire, downloads on the search page.
   void List1_DblClick();
+  // Writes down what is to survive the end of the program.
+  void saveTimer_Timer();
 
   void ocultapagina();
 
@@ -81,6 +85,9 @@ class Form1 : public SharedState,
   Control cmdinicio, cmdbuscar, cmdrepertorio, cmd906, cmdopciones, cmdayuda;
   Control waitingLine;  // while a request runs
   Control phoneButton;  // the chosen phone: "Nokia 3210, 3310 …" or "Elige tu móvil"
+  Control saveTimer;    // enabled by the first change after a save
+  // Where the window stood when the program last ended; then a shell keeps it up to date.
+  WindowPlace windowPlace;
 
   static std::span<const ControlInfo> Rows();  // of the navigation row
 
@@ -91,6 +98,7 @@ class Form1 : public SharedState,
   void ShowPage(std::int16_t page);
 
   bool formReady_ = false;
+  SessionState session_;
 };
 
 }  // namespace tonadex::app

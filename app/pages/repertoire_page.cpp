@@ -225,19 +225,19 @@ Part RepertoirePage::Layout() {
                      })
                   .Widths(kListWidth, kListWidth);
   Part result =
-      Column(
-          {
-              Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::picimprimir), Stretch()}),
-              The(&F::staleButton),
-              The(&F::lbltextresult),
-              The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView),
-              The(&F::textresultado).Weight(5).Heights(kLowestDisplay),
-              Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
-                   The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}),
-              Row({The(&F::Label2).Weight(1), The(&F::Label1),
-                   The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}),
-              The(&F::Textavisos).Weight(3).Heights(kLowestNotices, kTallestNotices),
-          })
+      Column({
+                 Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::teclearButton),
+                      The(&F::picimprimir), Stretch()}),
+                 The(&F::staleButton),
+                 The(&F::lbltextresult),
+                 The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView),
+                 The(&F::textresultado).Weight(5).Heights(kLowestDisplay),
+                 Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
+                      The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}),
+                 Row({The(&F::Label2).Weight(1), The(&F::Label1),
+                      The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}),
+                 The(&F::Textavisos).Weight(3).Heights(kLowestNotices, kTallestNotices),
+             })
           .Weight(1)
           .Scrolls();  // large fonts may need more height than the window has
   return Row({std::move(list), std::move(result)})

@@ -23,6 +23,9 @@ constexpr std::string_view kEmptySearch =
 constexpr std::string_view kDownloaded =
     u8"La melodía se ha bajado correctamente. Puedes verla en tu repertorio"_w;
 
+constexpr std::string_view kAfterScheme = "://";
+constexpr std::string_view kNoAnswer = ". Lo que ves no es una respuesta.";
+
 constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
         {Event::kEnter, &F::picabuscar_Click}, {}, u8"Palabras del nombre de la melodía"_w),
@@ -32,6 +35,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            &F::picazar_Click),
     Button(Look::kButton, "picdescargar", &F::picdescargar, "&Descargar", "bajar",
            u8"Guardar la melodía elegida en tu repertorio"_w, &F::picdescargar_Click),
+    Words("serverLine", &F::serverLine, "", Font::kBody, Tone::kMuted),
     Row(Look::kStorage, "Text1", &F::Text1),
     Row(Look::kStorage, "Text2", &F::Text2),
     Row(Look::kStorage, "Text3", &F::Text3),
@@ -47,7 +51,7 @@ Part SearchPage::Layout() {
   return Column({
                     Row({The(&F::txtbuscar).Weight(1), The(&F::picabuscar), The(&F::picazar)}),
                     The(&F::List1).Weight(1),
-                    Row({Stretch(), The(&F::picdescargar)}),
+                    Row({The(&F::serverLine).Weight(1), The(&F::picdescargar)}),
                 })
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
 }
@@ -60,8 +64,16 @@ void SearchPage::RefreshSearch() {
 
 void SearchPage::ReadListing(std::string_view address, bool stemAlone) {
   state_.List1.Clear();
+  serverLine.caption.clear();
   // After a failed request the old text of Text1 is read again.
-  core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); });
+  if (!core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); })) {
+    const std::string_view base = state_.program.serverBase;
+    const std::size_t scheme = base.find(kAfterScheme);
+    serverLine.caption = "El servidor no responde: ";
+    serverLine.caption.append(scheme == base.npos ? base
+                                                  : base.substr(scheme + kAfterScheme.size()));
+    serverLine.caption.append(kNoAnswer);
+  }
   state_.program.services.shell.DoEvents();
   state_.List1.rows.reserve(net::CountRecords(state_.Text1.text), state_.Text1.text.size());
   net::ListingEnd left = net::ReadListing(

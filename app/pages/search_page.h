@@ -17,6 +17,7 @@ class SearchPage {
   void picdescargar_Click();
 
   Control txtbuscar, picabuscar, picazar, picdescargar;
+  Control serverLine;  // that the rows shown are no answer; "" while they are
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();

@@ -34,6 +34,7 @@ constexpr std::string_view kErrorsMessage =
 constexpr std::string_view kErrorsTitle = "Errores en la melodia";
 
 constexpr std::string_view kNothingToRepair = u8"No se ha encontrado ninguna nota en el texto."_w;
+constexpr std::string_view kNothingBad = "No hay nada que arreglar.";
 constexpr std::string_view kSeveralFound = u8" melodías en el texto: ¿cuál quieres?"_w;
 constexpr std::string_view kChangesFound = u8"Al aplicarlo cambia esto:"_w;
 
@@ -44,6 +45,8 @@ constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", 
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
 constexpr int kTempoWidth = 96, kLowestNotes = 56;
+
+constexpr std::string_view kApplyHelp = u8"Poner en el cuadro la melodía arreglada"_w;
 
 // A button that both boxes have; its help is its accessible name, to tell the two apart.
 constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
@@ -57,8 +60,8 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Words("lblporfacomprueba", &F::lblporfacomprueba,
           u8"Por favor, escucha la melodía antes de subirla."_w, Font::kSmall, Tone::kMuted, true),
     Label("lblnombremelodiasube", &F::lblnombremelodiasube, "No&mbre", &F::txtcomponombremelodia),
-    Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia,
-        u8"Nombre de la melodía"_w),
+    Row(Look::kLine, "txtcomponombremelodia", &F::txtcomponombremelodia, u8"Nombre de la melodía"_w,
+        {Event::kChange, &F::txtmelodiacompo_Change}),
     Label("lbltemposube", &F::lbltemposube, "&Tempo", &F::txtcompoTempo),
     Row(Look::kComboBox, "txtcompoTempo", &F::txtcompoTempo, "Tempo en pulsos por minuto",
         {Event::kChange, &F::txtmelodiacompo_Change}, {}, "Pulsos por minuto"),
@@ -90,8 +93,8 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kList, "repairList", &F::repairList, u8"Melodías encontradas en el texto"_w,
         {Event::kClick, &F::repairList_Click}, {Event::kActivate, &F::applyRepairButton_Click}),
     Row(Look::kNotices, "repairNotices", &F::repairNotices, "Lo que cambia al arreglar el texto"),
-    Action("applyRepairButton", &F::applyRepairButton, "A&plicar", "",
-           "Poner en el cuadro la melodía arreglada", &F::applyRepairButton_Click),
+    Button(Look::kPrimary, "applyRepairButton", &F::applyRepairButton, "A&plicar", "", kApplyHelp,
+           &F::applyRepairButton_Click, kApplyHelp),
     Action("cancelRepairButton", &F::cancelRepairButton, "&Cancelar", "",
            u8"Dejar el texto como está"_w, &F::cancelRepairButton_Click),
     View("rtttlView", &F::rtttlView, &F::rtttlDrawing, Sounding::kRtttl),
@@ -195,7 +198,10 @@ void StartPage::RefreshStart() {
   repairButton.visible = here && !proposed && unrepaired_.empty();
   undoRepairButton.visible = here && !proposed && !unrepaired_.empty();
   repairList.visible = proposed && repairs_.size() > 1;
-  rtttlView.visible = here && !proposed;
+  // While a choice is shown, it alone asks for an answer.
+  for (Control* control : {&rtttlCheckLabel, &rtttlView, &cmdscuchartttl, &cmdsubirmelortttl}) {
+    control->visible = here && !proposed;
+  }
   for (Control* control : {&repairLabel, &repairNotices, &applyRepairButton, &cancelRepairButton}) {
     control->visible = proposed;
   }
@@ -316,11 +322,14 @@ void StartPage::txtrtttlsube_Change() {
       txtrtttlsube.faults.push_back(fault.where);
     }
   }
+  std::ranges::sort(txtrtttlsube.faults, {}, &core::TextRange::start);
   repairButton.enabled = rtttlCheck.verdict == Verdict::kBad;
   // Without a name's end its handler fails, which ends the program.
   cmdsubirmelortttl.enabled = core::Contains(text, ":");
   // What the server would refuse can be kept.
   saveRtttl.enabled = phones::CheckRtttl(text).verdict == Verdict::kGood;
+  cmdsubirmelortttl.whyDisabled = rtttlCheck.sentence;
+  repairButton.whyDisabled = kNothingBad;
   repairs_.clear();
   unrepaired_.clear();
 }

@@ -166,7 +166,8 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
     case Look::kNotices:
       return SetText(bound.window, control.text);
     case Look::kArea:
-      return DrawArea(bound.window, control);
+      DrawArea(bound.window, control);
+      return bound.waves->Show(control.faults);
     case Look::kList:
       return bound.list->Draw(control);
     case Look::kComboBox:
@@ -244,6 +245,9 @@ BoundControl Binding::Make(const ControlInfo& info) {
     case Look::kArea:
     case Look::kNotices:
       bound.window = MakeEdit(info.look, parent_, id);
+      if (info.look == Look::kArea) {
+        bound.waves = std::make_unique<FaultWaves>(bound.window, theme_);
+      }
       break;
     case Look::kDisplay:
       bound.display = std::make_unique<PhoneDisplay>(parent_, id, theme_);

@@ -10,6 +10,7 @@
 #include "app/form1.h"
 #include "platform/win32/web_control.h"
 #include "shell/win32/theme.h"
+#include "shell/win32/widgets/fault_waves.h"
 #include "shell/win32/widgets/key_row.h"
 #include "shell/win32/widgets/melody_view.h"
 #include "shell/win32/widgets/phone_display.h"
@@ -30,6 +31,7 @@ struct BoundControl {
   std::unique_ptr<KeyRow> keys;
   std::unique_ptr<ShapeView> shapes;
   std::unique_ptr<platform::WebControl> browser;
+  std::unique_ptr<FaultWaves> waves;  // of a text area
   bool ticking = false;
 
   int Id() const { return kFirstControlId + static_cast<int>(info - app::Controls().data()); }

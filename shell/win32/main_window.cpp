@@ -90,6 +90,7 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
   window_ = MakeTopWindow(kClass, words::kWindowTitle, WS_OVERLAPPEDWINDOW,
                           {theme_.Px(kFirstWidth), theme_.Px(kFirstHeight)});
   ApplyTheme(window_, theme_);
+  RestorePlace();
   binding_ = std::make_unique<Binding>(form_, window_, theme_,
                                        [this](const Binding::Handler& handler) { Run(handler); });
   AddTooltips();
@@ -127,8 +128,41 @@ void MainWindow::Load() {
   app::RunHandler(program_, [this] { form_.Form_Load(); });
   loaded_ = true;
   Draw();
-  ShowWindow(window_, SW_SHOWDEFAULT);
+  ShowWindow(window_, form_.windowPlace.maximised ? SW_SHOWMAXIMIZED : SW_SHOWDEFAULT);
   FocusPage();
+}
+
+void MainWindow::RestorePlace() {
+  const app::Rect& known = form_.windowPlace.rect;
+  if (known.width == 0) {
+    return;
+  }
+  const RECT box{known.left, known.top, known.left + known.width, known.top + known.height};
+  MONITORINFO screen{};
+  screen.cbSize = sizeof screen;
+  GetMonitorInfoW(MonitorFromRect(&box, MONITOR_DEFAULTTONEAREST), &screen);
+  const RECT& area = screen.rcWork;
+  const app::Rect areas[] = {{area.left, area.top, area.right - area.left, area.bottom - area.top}};
+  const app::Rect place = app::OnScreen(known, areas);
+  SetWindowPos(window_, nullptr, place.left, place.top, place.width, place.height,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+// The model writes it down by its timer, which drawing starts.
+void MainWindow::NotePlace() {
+  WINDOWPLACEMENT place{};
+  place.length = sizeof place;
+  GetWindowPlacement(window_, &place);
+  const bool minimised = place.showCmd == SW_SHOWMINIMIZED;
+  if (!loaded_ || minimised) {
+    return;
+  }
+  const RECT& box = place.rcNormalPosition;
+  form_.windowPlace = {{box.left, box.top, box.right - box.left, box.bottom - box.top},
+                       place.showCmd == SW_SHOWMAXIMIZED};
+  if (!form_.saveTimer.enabled) {
+    Run([] {});
+  }
 }
 
 void MainWindow::Run(const Binding::Handler& handler) {
@@ -205,6 +239,10 @@ std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM 
       return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data), message);
     case WM_SIZE:
       LayOutPage();
+      NotePlace();
+      return 0;
+    case WM_MOVE:
+      NotePlace();
       return 0;
     case WM_GETMINMAXINFO:
       reinterpret_cast<MINMAXINFO*>(data)->ptMinTrackSize = {theme_.Px(kLeastWidth),
@@ -433,6 +471,7 @@ void MainWindow::LayOutPage() {
     frames_ = std::move(frames);
     InvalidateRect(window_, nullptr, FALSE);
   }
+  DrawHints();
   const BoundControl& result = binding_->Of(&Form1::textresultado);
   Send(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
 }
@@ -512,9 +551,9 @@ void MainWindow::ChangeTheme(UINT dotsPerInch) {
 }
 
 void MainWindow::AddTooltips() {
-  const HWND tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-                                    WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_,
-                                    nullptr, GetModuleHandleW(nullptr), nullptr);
+  tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                          WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_, nullptr,
+                          GetModuleHandleW(nullptr), nullptr);
   const auto add = [&](HWND window, std::string_view words) {
     std::wstring text = platform::ToWide(words);
     TTTOOLINFOW tool{};
@@ -524,7 +563,7 @@ void MainWindow::AddTooltips() {
     tool.uId = reinterpret_cast<UINT_PTR>(window);
     tool.lpszText = text.data();
     if (window != nullptr && !text.empty()) {
-      Send(tips, TTM_ADDTOOLW, 0, &tool);
+      Send(tips_, TTM_ADDTOOLW, 0, &tool);
     }
   };
   for (const BoundControl& bound : binding_->Controls()) {
@@ -582,6 +621,28 @@ void MainWindow::GiveUpBy(const MSG& input) {
   } else if ((input.message == WM_SYSKEYDOWN && input.wParam == VK_F4) ||
              (input.message == WM_NCLBUTTONUP && input.wParam == HTCLOSE)) {
     Close();
+  }
+}
+
+// A disabled window hears of no mouse; its parent does, and says why it is disabled.
+void MainWindow::DrawHints() {
+  for (const BoundControl& bound : binding_->Controls()) {
+    const app::Control& control = form_.*bound.info->member;
+    TTTOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_SUBCLASS;
+    tool.hwnd = window_;
+    tool.uId = static_cast<UINT_PTR>(bound.Id());
+    if (control.whyDisabled.empty()) {
+      continue;
+    }
+    Send(tips_, TTM_DELTOOLW, 0, &tool);
+    if (!control.enabled && control.visible) {
+      std::wstring text = platform::ToWide(control.whyDisabled);
+      tool.lpszText = text.data();
+      tool.rect = PlaceIn(window_, bound.window);
+      Send(tips_, TTM_ADDTOOLW, 0, &tool);
+    }
   }
 }
 

@@ -46,6 +46,8 @@ class MainWindow {
   // The only place that starts handlers of the model.
   void Run(const Binding::Handler& handler);
 
+  void RestorePlace();
+  void NotePlace();
   void Draw();
   void LayOutPage();
   void FocusPage();
@@ -57,6 +59,7 @@ class MainWindow {
   LRESULT ColourOf(HDC context, HWND control, UINT message) const;
   void ChangeTheme(UINT dotsPerInch);
   void AddTooltips();
+  void DrawHints();
 
   bool Shortcut(const MSG& message);
   bool EnterKey();
@@ -80,6 +83,7 @@ class MainWindow {
   std::vector<Frame> frames_;
   HWND focus_ = nullptr;
   std::wstring tip_;  // that the system reads
+  HWND tips_ = nullptr;
   std::int16_t pageDrawn_ = app::kNoPage;
   bool loaded_ = false;
   bool pumping_ = false;  // only painting messages are handled

@@ -5,7 +5,9 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QtTest>
@@ -133,6 +135,69 @@ TEST(QtFileDialogs, AskWhereToSaveAnyPath) {
   });
   EXPECT_EQ(shell::QtFileDialogs(hooks).AskSaveAs("Guardar", "a.txt", "Texto (*.txt)"),
             folder / u8"曲.txt");
+}
+
+// By keyboard, menu and mouse; melodies come and go, and an old result is told as one.
+TEST(MainWindow, TheRepertoireIsKeptInOrder) {
+  TestWindow t;
+  t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,e");
+  t.AddMelody("aire.20", "Aire:d=4,o=5,b=60:c,g");
+  t.test.program.gPhoneModel = " Compositor";
+  t.window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&t.window));
+  t.Click("cmdrepertorio");
+  auto* list = qobject_cast<RowList*>(t.Widget("List1"));
+  const auto line = [list](int row) { return list->model()->index(row, 0).data().toString(); };
+  EXPECT_EQ(QApplication::focusWidget(), list);
+  QTest::keyClicks(list, "v");
+  EXPECT_EQ(list->currentIndex().data(), "Vals");
+  EXPECT_EQ(list->currentIndex().data(Qt::ToolTipRole), "vals.20");
+  t.Click("picconvertir");
+  EXPECT_TRUE(t.Widget("picimprimir")->isEnabled());
+  EXPECT_FALSE(t.Widget("staleButton")->isVisible());
+  QTest::keyClick(list, Qt::Key_Up);
+  EXPECT_TRUE(t.Widget("staleButton")->isVisible());
+  EXPECT_FALSE(t.Widget("picimprimir")->isEnabled());
+  t.Click("staleButton");
+  EXPECT_FALSE(t.Widget("staleButton")->isVisible());
+
+  QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(list, &asked);
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->actions().size(), 12);
+  menu->actions().at(5)->trigger();
+  menu->close();
+  EXPECT_EQ(line(1), "Aire 2");
+  QTest::keyClick(list, Qt::Key_F2);
+  EXPECT_EQ(QApplication::focusWidget(), t.Widget("entryBox"));
+  QTest::keyClicks(t.Widget("entryBox"), "Zambra");
+  QTest::keyClick(t.Widget("entryBox"), Qt::Key_Return);
+  EXPECT_EQ(list->currentIndex().data(), "Zambra");
+  QTest::keyClick(list, Qt::Key_Delete);
+  EXPECT_EQ(list->Rows().size(), 2U);
+  t.Click("undoDeleteButton");
+  EXPECT_EQ(list->currentIndex().data(), "Zambra");
+
+  QTest::keyClick(&t.window, Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::focusWidget(), t.Widget("repertoireFilter"));
+  QTest::keyClicks(t.Widget("repertoireFilter"), "ai");
+  EXPECT_EQ(list->Rows().size(), 1U);
+  QTest::keyClick(t.Widget("repertoireFilter"), Qt::Key_Down);
+  EXPECT_EQ(QApplication::focusWidget(), list);
+  EXPECT_EQ(list->currentIndex().data(), "Aire");
+
+  t.test.folder.Write("nueva.txt", "Nueva:d=4,o=5,b=60:c");
+  QMimeData dropped;
+  dropped.setUrls(
+      {QUrl::fromLocalFile(QString::fromStdU16String((t.test.folder / "nueva.txt").u16string()))});
+  QDragEnterEvent enter({5, 5}, Qt::CopyAction, &dropped, Qt::LeftButton, {});
+  QApplication::sendEvent(&t.window, &enter);
+  QDropEvent drop({5, 5}, Qt::CopyAction, &dropped, Qt::LeftButton, {});
+  QApplication::sendEvent(&t.window, &drop);
+  EXPECT_EQ(list->currentIndex().data(), "Nueva");
+  EXPECT_EQ(list->Rows().size(), 4U);
+  EXPECT_EQ(t.test.boxes.messages.size(), 0U);
 }
 
 TEST(MainWindow, ARowWhoseFileIsGoneIsReportedAndEndsTheProgram) {
@@ -294,6 +359,50 @@ TEST(MainWindow, AClickOnTheMarkedMakeListsItsModelsAnew) {
   EXPECT_EQ(t.form.cmbformatos.text, " RTTTL (cable)");
   EXPECT_EQ(models->SelectedRow(), 0);
   EXPECT_EQ(models->model()->rowCount(), rows - 1);
+}
+
+// By the keyboard: bad notes are underlined, mended, and the draft is there again.
+TEST(MainWindow, APastedMelodyIsMarkedMendedAndKept) {
+  TestProgram test;
+  shell::WindowHooks hooks;
+  shell::Repainting repainting;
+  const auto make = [&] {
+    auto window = std::make_unique<shell::MainWindow>(test.program, hooks, repainting,
+                                                      [] { return std::nullopt; });
+    window->Load();
+    window->show();
+    window->findChild<QAbstractButton*>("cmdinicio")->click();
+    return window;
+  };
+  const auto window = make();
+  auto* box = window->findChild<QPlainTextEdit*>("txtrtttlsube");
+  auto* mime = new QMimeData;
+  mime->setHtml("<b>V:d=4,o=5,b=90:c</b><br>,8c6.,ñx");
+  mime->setText(u8"V:d=4,o=5,b=90:c\n,8c6.,ñx");
+  QApplication::clipboard()->setMimeData(mime);
+  QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+  QStringList marked;
+  for (const auto& fault : box->extraSelections()) {
+    EXPECT_EQ(fault.format.underlineStyle(), QTextCharFormat::WaveUnderline);
+    marked << fault.cursor.selectedText();
+  }
+  EXPECT_EQ(marked, QStringList({u8"c\u2029", "8c6.", u8"ñx"}));
+  EXPECT_FALSE(QTextCursor(box->document()).charFormat().fontWeight() > QFont::Normal);
+  window->resize(900, 640);
+  QTest::keyClick(box, Qt::Key_End, Qt::ControlModifier);
+
+  ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(test.folder / "estado.ini"); }));
+  const auto next = make();  // as after a kill: the first one has not closed
+  box = next->findChild<QPlainTextEdit*>("txtrtttlsube");
+  EXPECT_EQ(box->toPlainText(), u8"V:d=4,o=5,b=90:c\n,8c6.,ñx");
+  EXPECT_EQ(next->size(), QSize(900, 640));
+  for (const auto& [button, text] : {std::pair("repairButton", u8"V:d=4,o=5,b=90:c\n,8c6.,ñx"),
+                                     {"applyRepairButton", u8"V:d=4,o=5,b=90:c,8c.6"},
+                                     {"undoRepairButton", u8"V:d=4,o=5,b=90:c\n,8c6.,ñx"}}) {
+    next->findChild<QAbstractButton*>(button)->click();
+    EXPECT_EQ(box->toPlainText(), text);
+    EXPECT_EQ(box->extraSelections().isEmpty(), std::string_view(button) == "applyRepairButton");
+  }
 }
 
 TEST(MainWindow, ThePhonesKeysComposeAndTheDrawingFollows) {

@@ -8,8 +8,10 @@
 
 #include "app/layout.h"
 #include "core/windows1252.h"
+#include "files/read.h"
 #include "platform/win32/wide_text.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/test_program.h"
 #include "tests/win32/user.h"
 #include "tests/win32/windows_process.h"
 
@@ -140,11 +142,18 @@ TEST_F(WindowTest, TheGuideIsWalkedThroughByItsKeysAndKeepsItsPlace) {
 
 TEST_F(WindowTest, EveryButtonOfTheRowLeadsToItsPage) {
   Start();
+  TestProgram test;  // what the model shows
+  test.folder.Write("melodias/prueba.33", "Prueba:d=4,o=5,b=90:c");
+  Form1 form(test.program);
+  form.Form_Load();
   for (const app::ControlInfo& info : app::Controls()) {
     if (info.look == app::Look::kNavigation) {
       Click(Of(info.member));
+      (form.*info.on.handler)();
+      form.Refresh();
       for (const auto member : app::PageControls(info.leadsTo)) {
-        EXPECT_TRUE(member == &Form1::goToSearchButton || Shows(member))
+        EXPECT_TRUE(!(form.*member).visible || app::InfoOf(member).look == app::Look::kTimer ||
+                    Shows(member))
             << info.name << ", " << app::InfoOf(member).name;
       }
     }
@@ -181,6 +190,48 @@ TEST_F(WindowTest, SearchesDownloadsAndShowsTheMelodyByKeyboardAlone) {
   Press('X', kAlt);  // by its label
   Type(L"Vals");
   EXPECT_TRUE(Reads(&Form1::txtrtttlsube, "Vals"));
+}
+
+// By keyboard and menu; melodies come and go, and an old result is told as one.
+TEST_F(WindowTest, TheRepertoireIsKeptInOrder) {
+  folder.Write("melodias/aire.20", "Aire:d=4,o=5,b=60:c,g");
+  Start();
+  Press('3', kCtrl);
+  ASSERT_TRUE(Shows(&Form1::textresultado));
+  const auto marked = [&](const std::string& line) {
+    return WaitUntil([&] {
+      wchar_t text[100] = {};
+      const HWND list = Of(&Form1::List1);
+      const auto row = static_cast<WPARAM>(SendMessageW(list, LB_GETCURSEL, 0, 0));
+      SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
+      return platform::FromWide(text) == line;
+    });
+  };
+  Type(L"p");
+  ASSERT_TRUE(marked("Prueba"));
+  Click(Of(&Form1::picconvertir));
+  ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(Of(&Form1::picimprimir)) != 0; }));
+  ClickRow(Of(&Form1::List1), 0);
+  EXPECT_TRUE(Shows(&Form1::staleButton));
+  EXPECT_EQ(IsWindowEnabled(Of(&Form1::picimprimir)), 0);
+  Press(VK_F10, {VK_SHIFT});
+  ASSERT_NE(WaitForWindow(L"#32768", program->id()), nullptr);
+  Press('D');
+  EXPECT_TRUE(marked("Aire 2"));
+  Press(VK_F2);
+  ASSERT_TRUE(Shows(&Form1::entryBox));
+  ASSERT_TRUE(Reads(&Form1::entryBox, "Aire 2"));
+  Type(L"Zambra");
+  ASSERT_TRUE(Reads(&Form1::entryBox, "Zambra"));
+  Press(VK_RETURN);
+  EXPECT_TRUE(marked("Zambra"));
+  Press(VK_DELETE);
+  EXPECT_TRUE(marked("Prueba"));
+  Click(Of(&Form1::undoDeleteButton));
+  EXPECT_TRUE(marked("Zambra"));
+  Press('F', kCtrl);
+  Type(L"ai");
+  EXPECT_TRUE(WaitUntil([&] { return SendMessageW(Of(&Form1::List1), LB_GETCOUNT, 0, 0) == 1; }));
 }
 
 // Under Wine they are silent; on Windows a Spanish keyboard types "|@#~€" here.
@@ -314,6 +365,39 @@ TEST_F(WindowTest, PlaysUnderItsMessageBox) {
   EXPECT_EQ(AnswerBox(program->id(), &title), "Reproduciendo melodia: Prueba");
   EXPECT_EQ(title, "Reproduciendo");
   EXPECT_TRUE(std::filesystem::exists(std::filesystem::temp_directory_path() / "rtlTmpFile.mid"));
+}
+
+TEST_F(WindowTest, APastedMelodyIsMarkedMendedAndOutlivesAKilledProgram) {
+  const std::string pasted = "V:d=4,o=5,b=90:c,8c6.,x";
+  Start();
+  Click(Of(&Form1::cmdinicio));
+  ASSERT_TRUE(Shows(&Form1::txtrtttlsube));
+  Click(Of(&Form1::txtrtttlsube));
+  Type(platform::ToWide(pasted));
+  ASSERT_TRUE(Reads(&Form1::txtrtttlsube, pasted));
+  SetWindowPos(window, nullptr, 20, 10, 1010, 710, SWP_NOZORDER);
+  const auto kept = [&] {
+    const auto bytes = files::ReadWhole(folder / "estado.ini").value_or("");
+    return bytes.find(pasted) != bytes.npos && bytes.find("20 10 1010 710") != bytes.npos;
+  };
+  ASSERT_TRUE(WaitUntil(kept)) << files::ReadWhole(folder / "estado.ini").value_or("");
+  program.reset();  // kills it
+
+  Start();
+  RECT place{};
+  GetWindowRect(window, &place);
+  EXPECT_EQ(place.left, 20);
+  EXPECT_EQ(place.right, 20 + 1010);
+  Click(Of(&Form1::cmdinicio));
+  ASSERT_TRUE(Shows(&Form1::txtrtttlsube));
+  EXPECT_EQ(TextIn(Of(&Form1::txtrtttlsube)), pasted);
+  Click(Of(&Form1::repairButton));
+  ASSERT_TRUE(Shows(&Form1::applyRepairButton));
+  Click(Of(&Form1::applyRepairButton));
+  EXPECT_TRUE(Reads(&Form1::txtrtttlsube, "V:d=4,o=5,b=90:c,8c.6"));
+  Click(Of(&Form1::undoRepairButton));
+  EXPECT_TRUE(Reads(&Form1::txtrtttlsube, pasted));
+  EXPECT_EQ(Close(), 0U);
 }
 
 TEST_F(WindowTest, TheTempoBoxTakesThreeDigitsAndNothingElse) {

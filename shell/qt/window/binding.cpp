@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -10,6 +11,7 @@
 #include <QShortcut>
 #include <QSlider>
 #include <QStyle>
+#include <QTextEdit>
 #include <QTimer>
 #include <QToolButton>
 #include <algorithm>
@@ -236,6 +238,37 @@ void DrawArea(QPlainTextEdit& area, const Control& control) {
   area.setTextCursor(cursor);
 }
 
+// Drawn over the text, which itself stays without formats.
+void DrawFaults(QPlainTextEdit& area, const Control& control) {
+  if (control.faults.empty() && area.extraSelections().isEmpty()) {
+    return;
+  }
+  QTextCharFormat wave;
+  wave.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+  wave.setUnderlineColor(CurrentTheme().bad);
+  // The widget holds one character where the model's text holds CR LF.
+  std::size_t read = 0, lineEnds = 0;
+  const auto position = [&](std::size_t index) {
+    if (index < read) {
+      read = lineEnds = 0;
+    }
+    for (; read < index; ++read) {
+      lineEnds += control.text.compare(read, 2, core::kCrLf) == 0 ? 1U : 0U;
+    }
+    return static_cast<int>(index - lineEnds);
+  };
+  QList<QTextEdit::ExtraSelection> waves;
+  for (const core::TextRange& fault : control.faults) {
+    QTextCursor range(area.document());
+    range.setPosition(position(fault.start));
+    range.setPosition(position(fault.start + fault.length), QTextCursor::KeepAnchor);
+    if (range.hasSelection()) {  // a line end alone has no width
+      waves.append({range, wave});
+    }
+  }
+  area.setExtraSelections(waves);
+}
+
 void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& form) {
   display.SetInvitation(ToQString(control.invitation));
   if (control.value != 0 && control.value != display.PixelSize()) {
@@ -287,6 +320,19 @@ void DrawTimer(QTimer& timer, const Control& control) {
   }
 }
 
+// What is read and not pressed looks the same disabled, unless it is paled.
+void Dim(QWidget& widget) {
+  constexpr double kPale = 0.4;
+  const auto* area = qobject_cast<QPlainTextEdit*>(&widget);
+  if (area != nullptr && area->isReadOnly()) {
+    auto* pale = widget.isEnabled() ? nullptr : new QGraphicsOpacityEffect;
+    if (pale != nullptr) {
+      pale->setOpacity(kPale);
+    }
+    widget.setGraphicsEffect(pale);
+  }
+}
+
 void DrawObject(const BoundControl& bound, const Control& control, const Form1& form) {
   if (auto* timer = qobject_cast<QTimer*>(bound.object)) {
     DrawTimer(*timer, control);
@@ -295,7 +341,10 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   QWidget& widget = *bound.widget;
   if (widget.isEnabled() != control.enabled) {
     widget.setEnabled(control.enabled);
+    Dim(widget);
   }
+  const bool why = !control.enabled && !control.whyDisabled.empty();
+  widget.setToolTip(ToQString(why ? control.whyDisabled : bound.info->help));
   if (bound.info->look == Look::kLabel) {
     DrawLabel(*qobject_cast<QLabel*>(&widget), control);
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
@@ -306,6 +355,7 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
     DrawDisplay(*display, control, form);
   } else if (auto* area = qobject_cast<QPlainTextEdit*>(&widget)) {
     DrawArea(*area, control);
+    DrawFaults(*area, control);
   } else if (auto* list = qobject_cast<RowList*>(&widget)) {
     list->SetControl(control);
   } else if (auto* box = qobject_cast<QComboBox*>(&widget)) {

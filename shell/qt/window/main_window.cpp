@@ -57,9 +57,7 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
   setObjectName(QStringLiteral("Form1"));
   setWindowTitle(ToQString(words::kWindowTitle));
   setMinimumSize(kLeastWidth, kLeastHeight);
-  resize(QSize(kFirstWidth, kFirstHeight)
-             .boundedTo(screen()->availableSize())
-             .expandedTo(minimumSize()));
+  RestorePlace();
   follow_->setInterval(kFollowMs);
   connect(follow_, &QTimer::timeout, this, &MainWindow::FollowMelody);
 
@@ -89,6 +87,57 @@ MainWindow::~MainWindow() {
   hooks_.draw = nullptr;
   hooks_.opened = nullptr;
   hooks_.closed = nullptr;
+}
+
+// ---- Place --------------------------------------------------------------------------------------
+
+void MainWindow::RestorePlace() {
+  resize(QSize(kFirstWidth, kFirstHeight)
+             .boundedTo(screen()->availableSize())
+             .expandedTo(minimumSize()));
+  if (form_.windowPlace.rect.width == 0) {
+    return;
+  }
+  std::vector<app::Rect> screens;
+  for (const QScreen* each : QGuiApplication::screens()) {
+    const QRect area = each->availableGeometry();
+    screens.push_back({area.x(), area.y(), area.width(), area.height()});
+  }
+  const app::Rect place = app::OnScreen(form_.windowPlace.rect, screens);
+  setGeometry(place.left, place.top, place.width, place.height);
+  if (form_.windowPlace.maximised) {
+    setWindowState(Qt::WindowMaximized);
+  }
+}
+
+// The model writes it down by its timer, which drawing starts.
+void MainWindow::NotePlace() {
+  if (!loaded_ || !isVisible() || isMinimized() || isFullScreen()) {
+    return;
+  }
+  const QRect place = isMaximized() ? normalGeometry() : geometry();
+  form_.windowPlace = {{place.x(), place.y(), place.width(), place.height()}, isMaximized()};
+  if (!form_.saveTimer.enabled) {
+    QMetaObject::invokeMethod(
+        this, [this] { Run([] {}); }, Qt::QueuedConnection);
+  }
+}
+
+void MainWindow::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  NotePlace();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  NotePlace();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange) {
+    NotePlace();
+  }
 }
 
 void MainWindow::PrepareBrowser() const {

@@ -1,0 +1,197 @@
+#include "app/session_state.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <utility>
+
+#include "app/form1.h"
+#include "app/look.h"
+#include "core/windows1252.h"
+#include "files/read.h"
+#include "files/write.h"
+
+namespace tonadex::app {
+namespace {
+
+using F = Form1;
+
+struct KeptText {
+  std::string_view name;
+  Control F::*control;
+};
+constexpr auto kTexts = std::to_array<KeptText>({
+    {"compositor.nombre", &F::txtcomponombremelodia},
+    {"compositor.tempo", &F::txtcompoTempo},
+    {"compositor.notas", &F::txtmelodiacompo},
+    {"rtttl", &F::txtrtttlsube},
+});
+
+struct KeptNumber {
+  std::string_view name;
+  Control F::*control;  // its `value`
+  int lowest, highest;  // other numbers are passed over
+};
+constexpr auto kNumbers = std::to_array<KeptNumber>({
+    {"resultado.letra", &F::textresultado, look::kSmallestType, look::kLargestType},
+});
+
+constexpr std::string_view kWindow = "ventana";  // left, top, width, height, 1 when maximised
+
+constexpr std::array<std::pair<char, char>, 3> kEscapes = {
+    {{'\r', 'r'}, {'\n', 'n'}, {'\\', '\\'}}};
+
+std::string Escaped(std::string_view value) {
+  std::string escaped;
+  for (const char c : value) {
+    const auto escape = std::ranges::find(kEscapes, c, &std::pair<char, char>::first);
+    escaped += escape == kEscapes.end() ? std::string{c} : std::string{'\\', escape->second};
+  }
+  return escaped;
+}
+
+std::optional<std::string> Unescaped(std::string_view escaped) {
+  std::string value;
+  for (std::size_t i = 0; i < escaped.size(); ++i) {
+    if (escaped[i] != '\\') {
+      value += escaped[i];
+      continue;
+    }
+    const char code = ++i < escaped.size() ? escaped[i] : '\0';
+    const auto escape = std::ranges::find(kEscapes, code, &std::pair<char, char>::second);
+    if (escape == kEscapes.end()) {
+      return std::nullopt;
+    }
+    value += escape->first;
+  }
+  return value;
+}
+
+// Numbers parted by blanks; nullopt for anything else.
+template <std::size_t kCount>
+std::optional<std::array<int, kCount>> Numbers(std::string_view text) {
+  std::array<int, kCount> numbers{};
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (std::size_t i = 0; i < kCount; ++i) {
+    const auto [next, error] = std::from_chars(at, end, numbers[i]);
+    const bool last = i + 1 == kCount;
+    if (error != std::errc() || (last ? next != end : next == end || *next != ' ')) {
+      return std::nullopt;
+    }
+    at = next + 1;
+  }
+  return numbers;
+}
+
+// Of two stretches of a line.
+double Overlap(double start, double length, double otherStart, double otherLength) {
+  const double end = std::min(start + length, otherStart + otherLength);
+  return std::max(end - std::max(start, otherStart), 0.0);
+}
+
+}  // namespace
+
+Rect OnScreen(Rect place, std::span<const Rect> screens) {
+  const auto screen = std::ranges::max_element(screens, {}, [&place](const Rect& each) {
+    return Overlap(place.left, place.width, each.left, each.width) *
+           Overlap(place.top, place.height, each.top, each.height);
+  });
+  if (screen == screens.end()) {
+    return place;
+  }
+  const auto fit = [](int& start, int& length, int least, int most) {
+    length = std::min(length, most);
+    start = std::clamp(start, least, least + most - length);
+  };
+  fit(place.left, place.width, screen->left, screen->width);
+  fit(place.top, place.height, screen->top, screen->height);
+  return place;
+}
+
+StateValues ReadState(std::string_view bytes) {
+  StateValues values;
+  const std::string text = core::IsUtf8(bytes) ? core::FromUtf8(bytes) : std::string();
+  for (std::string_view rest = text; !rest.empty();) {
+    std::string_view line = rest.substr(0, rest.find('\n'));
+    rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    line = line.substr(0, line.find('\r'));
+    const std::size_t equals = line.find('=');
+    if (equals == line.npos) {
+      continue;
+    }
+    if (auto value = Unescaped(line.substr(equals + 1))) {
+      values.insert_or_assign(std::string(line.substr(0, equals)), *std::move(value));
+    }
+  }
+  return values;
+}
+
+std::string StateBytes(const StateValues& values) {
+  std::string text;
+  for (const auto& [name, value] : values) {
+    text.append(name).append("=").append(Escaped(value)).append("\n");
+  }
+  return core::ToUtf8(text);
+}
+
+SessionState::SessionState(std::filesystem::path file) : file_(std::move(file)) {}
+
+void SessionState::Restore(Form1& form) {
+  values_ = ReadState(files::ReadWhole(file_).value_or(""));
+  for (const KeptText& kept : kTexts) {
+    if (const auto found = values_.find(kept.name); found != values_.end()) {
+      (form.*kept.control).SetText(found->second);
+    }
+  }
+  const auto numbers = [this]<std::size_t kCount>(std::string_view name, std::array<int, kCount>) {
+    const auto found = values_.find(name);
+    return found == values_.end() ? std::nullopt : Numbers<kCount>(found->second);
+  };
+  for (const KeptNumber& kept : kNumbers) {
+    const auto number = numbers(kept.name, std::array<int, 1>{});
+    if (number && (*number)[0] >= kept.lowest && (*number)[0] <= kept.highest) {
+      (form.*kept.control).value = (*number)[0];
+    }
+  }
+  if (const auto place = numbers(kWindow, std::array<int, 5>{})) {
+    const auto& [left, top, width, height, maximised] = *place;
+    if (width > 0 && height > 0) {
+      form.windowPlace = {{left, top, width, height}, maximised != 0};
+    }
+  }
+  Note(form);
+  changed_ = false;  // what was not kept is as at the first start
+}
+
+bool SessionState::Note(const Form1& form) {
+  const auto note = [this](std::string_view name, std::string_view value) {
+    const auto found = values_.find(name);
+    if (found == values_.end() || found->second != value) {
+      values_.insert_or_assign(std::string(name), std::string(value));
+      changed_ = true;
+    }
+  };
+  for (const KeptText& kept : kTexts) {
+    note(kept.name, (form.*kept.control).text);
+  }
+  for (const KeptNumber& kept : kNumbers) {
+    note(kept.name, std::to_string((form.*kept.control).value));
+  }
+  const auto& [rect, maximised] = form.windowPlace;
+  std::string place;
+  for (const int number : {rect.left, rect.top, rect.width, rect.height}) {
+    place += std::to_string(number) + " ";
+  }
+  note(kWindow, place + (maximised ? "1" : "0"));
+  return changed_;
+}
+
+void SessionState::Save() {
+  if (std::exchange(changed_, false)) {
+    files::Replace(file_, StateBytes(values_));  // a failure is tried again after the next change
+  }
+}
+
+}  // namespace tonadex::app
