@@ -238,8 +238,8 @@ class WindowlessRichTextBox : public QtRichTextBox {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     int count = 1;
-    char name[] = "tonadex-cli";
-    char* arguments[] = {name, nullptr};
+    char program[] = "tonadex-cli";
+    char* arguments[] = {program, nullptr};
     const QGuiApplication application(count, arguments);
     QtRichTextBox::SelPrint(name);
   }
