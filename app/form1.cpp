@@ -352,7 +352,9 @@ void Form1::cmdayuda_Click() {
 }
 
 void Form1::teclearButton_Click() {
-  if (OpenGuide(resultRow_, resultModel_, textresultado.text, resultMelody_)) {
+  RefreshRepertoire();
+  if (teclearButton.enabled &&
+      OpenGuide(resultRow_, resultModel_, textresultado.text, resultMelody_)) {
     navbanner.visible = false;  // its room is the guide's
     ShowPage(kTypingPage);
   }
