@@ -293,7 +293,7 @@ void DrawLine(QLineEdit& line, const Control& control) {
 
 // With places to break words that a line may not hold, such as names without blanks.
 QString Breakable(QString words) {
-  constexpr qsizetype kLongest = 24;
+  constexpr qsizetype kLongest = 12;
   constexpr QChar kBreak(0x200B);
   for (qsizetype at = 0, begin = 0; at < words.size(); ++at) {
     if (words[at].isSpace()) {
