@@ -27,11 +27,11 @@
 #include "phones/conversion.h"
 #include "phones/formats.h"
 
-// Melodies through the parser, each writer, the MIDI file and the conversion, their parse included.
+// Times the parser, each writer, the MIDI file and the whole conversion; each includes the parse.
 // "collection" is the shelf and generated melodies, 195 characters on average: too many different
-// notes for a processor's branch predictor to learn. "note" is the time of one note; it should not
-// grow from melodies of 50 notes to one of 5000. (Motorola messages end after 35 notes, so there it
-// shrinks.) memcpy of the texts is the yardstick of the machine.
+// notes for a branch predictor to learn. "note" is the time per note; it should not grow from
+// melodies of 50 notes to one of 5000. (Motorola messages end after 35 notes, so there it shrinks.)
+// memcpy of the melodies is the reference for the machine.
 namespace {
 
 using namespace tonadex;
@@ -97,7 +97,7 @@ Texts Collection() {
   return texts;
 }
 
-// One piece of work on a fresh text; gives how much it wrote.
+// One operation on a melody; returns the size of its output.
 using Work = std::size_t (*)(core::RTTTLMelody& melody);
 
 std::size_t Copy(core::RTTTLMelody& melody) {
@@ -146,7 +146,7 @@ class NoFile : public phones::SaveFileQuestion {
   }
 };
 
-// A melody as the repertoire page converts it, octave step included.
+// The conversion of the repertoire page, including the choice of the octave.
 std::size_t ConvertTo(core::RTTTLMelody& melody, std::string_view model) {
   NoFile ask;
   const auto page = phones::ConvertSelectedMelody(melody, model, "banco", ask).page;
@@ -169,7 +169,7 @@ std::size_t ConvertToAllTexts(core::RTTTLMelody& melody) {
   return size;
 }
 
-// What the phone's composer shows back to RTTTL; the text of the melody is composer notation.
+// Converts composer notation, which the melody's text is, to RTTTL.
 std::size_t Compose(core::RTTTLMelody& melody) {
   nokia3210::CNokia converter;
   converter.SetOriginalText(melody.Text);

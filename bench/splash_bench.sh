@@ -1,7 +1,8 @@
 #!/bin/bash
 # splash_bench.sh PROGRAM [RUNS]
-# Prints the milliseconds from the start of the desktop program to its splash on the screen, and of
-# `--ayuda`, which loads the same libraries and opens no window. Needs Xvfb and xwininfo.
+# Prints the milliseconds from the start of the desktop program to its splash on the screen, and the
+# duration of `--ayuda`, which loads the same libraries and opens no window. Needs Xvfb and
+# xwininfo.
 set -eu
 program=$1
 runs=${2:-7}

@@ -1,5 +1,5 @@
-// The terminal program: many melodies through one pipe, its start, and what playing asks of the
-// processor, each beside its yardstick.
+// The terminal program: many melodies through one pipe, the start of the program, and processor
+// time while playing, each with a reference measurement.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <spawn.h>
@@ -36,7 +36,7 @@ using namespace tonadex;
 constexpr std::string_view kModel = " Pulsaciones";
 constexpr std::size_t kLines = 20'000;
 
-// Melodies of 40 to 60 notes, none like another.
+// Melodies of 40 to 60 notes, all different.
 std::vector<std::string> RandomMelodies() {
   constexpr std::string_view kPitches[] = {"c", "c#", "d", "d#", "e", "f", "f#",
                                            "g", "g#", "a", "a#", "b", "p"};
@@ -60,7 +60,7 @@ const std::vector<std::string>& Melodies() {
   return melodies;
 }
 
-// Takes everything and keeps nothing.
+// Discards all output.
 class Sink : public std::streambuf {
  protected:
   std::streamsize xsputn(const char* text, std::streamsize size) override {
@@ -84,7 +84,7 @@ void Lines(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kLines));
 }
 
-// The yardstick of Lines: the conversions alone, on one core.
+// The reference for Lines: only the conversions, on one core.
 void ConversionsAlone(benchmark::State& state) {
   core::RTTTLMelody melody;
   for ([[maybe_unused]] auto _ : state) {
@@ -118,7 +118,7 @@ std::string InTempFolder(const char* name, std::string_view bytes) {
   return file.string();
 }
 
-// Starts a program and waits for its end, its output thrown away.
+// Starts a program and waits for its end; its output is discarded.
 void Start(benchmark::State& state, std::vector<const char*> arguments) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
@@ -137,8 +137,8 @@ void Start(benchmark::State& state, std::vector<const char*> arguments) {
   posix_spawn_file_actions_destroy(&actions);
 }
 
-// Plays for two seconds on a device that hears nothing. The threads of this program wake up so
-// often; with a sound server its client's thread adds about ten times a period.
+// Plays for two seconds on a silent device and counts the wake-ups of this process. With a sound
+// server, its client's thread adds about ten per period.
 void WakeUps(benchmark::State& state) {
   core::RTTTLMelody melody;
   cli::LoadMelody(melody, "x:d=1,o=5,b=60:c,e,g");

@@ -8,20 +8,25 @@
 
 namespace tonadex::cli {
 
-// What was typed for the chosen command, in UTF-8; each command has some of these (run.cpp).
+// The arguments of the chosen command, in UTF-8; each command uses some of them (run.cpp).
 struct Arguments {
   std::optional<std::string> phone, model, output;
   std::string file, row, brand, wav, pdf, printer, server, folder;
   std::vector<std::string> words;  // files, search words or melody names
+<<<<<<< HEAD
   bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
        beep = false;
   const char* const* typed = nullptr;  // the whole command line, ended by nullptr
+=======
+  bool allModels = false, json = false, lines = false, resultOnly = false, steps = false;
+  const char* const* typed = nullptr;  // the whole command line, terminated by nullptr
+>>>>>>> main
 
   bool HasOnePhone() const { return phone.has_value() != model.has_value(); }
 };
 
-// The commands. A Failure that one throws ends it; one that concerns a single file of several is
-// reported and kept in the exit code.
+// The commands. A Failure thrown by a command ends it; a failure of one file of several is reported
+// and kept in the exit code.
 void ListModels(Context& context, const Arguments& arguments);
 void Convert(Context& context, const Arguments& arguments);
 void Check(Context& context, const Arguments& arguments);
@@ -34,8 +39,8 @@ void Download(Context& context, const Arguments& arguments);
 void Upload(Context& context, const Arguments& arguments);
 void Print(Context& context, const Arguments& arguments);
 
-// The model that --telefono or --modelo means, Windows-1252; any text of --modelo is given as it
-// is. Throws Failure, with the candidates, when the name of --telefono means no model or several.
+// The model that --telefono or --modelo selects, Windows-1252; the text of --modelo is returned
+// unchecked. Throws Failure, with the candidates, when --telefono matches no model or several.
 std::string ChosenModel(const Arguments& arguments);
 
 }  // namespace tonadex::cli

@@ -15,16 +15,16 @@
 
 namespace tonadex::cli {
 
-// What the shell sees of a run.
+// Exit codes of the program.
 enum class ExitCode {
   kDone = 0,
-  kNotConverted = 1,  // the melody cannot be converted, played or taken
+  kNotConverted = 1,  // the melody cannot be converted or played, or the server rejects it
   kWrongUse = 2,
   kSystemFailed = 3,   // a file, the network, the printer
-  kInterrupted = 130,  // Ctrl+C, as shells number it
+  kInterrupted = 130,  // Ctrl+C: 128 + SIGINT, as in shells
 };
 
-// What every command works on. Streams carry UTF-8.
+// Streams and exit code of a run. Streams are UTF-8.
 struct Context {
   std::istream& in;
   std::ostream& out;
@@ -32,41 +32,42 @@ struct Context {
   ExitCode exitCode = ExitCode::kDone;
 };
 
-// Why a command, or its work on one file, ends early. Not an std::exception: what catches those of
-// the system lets it pass.
+// Thrown to end a command or its work on one file. Not derived from std::exception, so that
+// handlers of system errors do not catch it.
 struct Failure {
   ExitCode code;
   std::string words;  // UTF-8
 };
 
-// Keeps the worse of the run's exit code and `code`: one bad file of many is told at the end.
+// Raises the run's exit code to `code` if that is worse, so that one bad file of many is visible at
+// the end.
 void Fail(Context& context, ExitCode code);
 
-// Writes "tonadex-cli: <words>" to the error stream and keeps the exit code.
+// Writes "tonadex-cli: <words>" to the error stream and raises the exit code.
 void Fail(Context& context, const Failure& failure);
 
-// Does the work; a Failure that it throws is reported.
+// Runs `work`; a Failure that it throws is reported.
 void Attempt(Context& context, const std::function<void()>& work);
 
-// Does the work; a core::RunTimeError becomes a Failure, its words behind `before`.
+// Runs `work`; a core::RunTimeError becomes a Failure with its words after `before`.
 void FailOnError(ExitCode code, const std::string& before, const std::function<void()>& work);
 
-// What an error says (core::ErrorWords), in UTF-8.
+// The error's sentence (core::ErrorWords) in UTF-8.
 std::string WordsOf(const std::exception& error);
 
-// A Windows-1252 text for a terminal: UTF-8, lines ended by LF, control characters as "?".
+// Converts Windows-1252 text for a terminal: UTF-8, LF line ends, control characters replaced by
+// "?".
 std::string ForTerminal(std::string_view text);
 
 // The path of a FICHERO argument (UTF-8 from the command line).
 std::filesystem::path ArgumentPath(const std::string& utf8);
 
-// The input that it names: standard input for "-", else `opened` on that file; a pipe will do.
-// Throws Failure.
+// Standard input for "-", else `opened` on the file, which may be a pipe. Throws Failure.
 std::istream& OpenInput(Context& context, const std::string& file, std::ifstream& opened);
 
 // A melody of the command line: the first line of a file, or of standard input for "-".
 struct MelodyInput {
-  std::string name;  // as given, UTF-8
+  std::string name;  // the argument, UTF-8
   std::string line;  // as stored, Windows-1252, sharps still escaped
   std::string row;   // the melody's row text: the repertoire's for a file "stem.number", else the
                      // text before the first ":"
@@ -75,33 +76,33 @@ struct MelodyInput {
 // Throws Failure, also for a line of more than core::kMaxLineBytes.
 MelodyInput ReadMelody(Context& context, const std::string& file);
 
-// "-" for standard input when no file is named.
+// The files, or "-" (standard input) when none is named.
 std::vector<std::string> FilesOrInput(const std::vector<std::string>& files);
 
-// Reads each file (or standard input) and does the work; a Failure concerns that file alone.
+// Reads each file (or standard input) and calls `work`; a Failure concerns that file only.
 void ForEachMelody(Context& context, const std::vector<std::string>& files,
                    const std::function<void(const MelodyInput&)>& work);
 
-// A record fresh from its defaults with the line's text, sharps restored.
+// Resets the record and sets its text to the line, sharps restored.
 void LoadMelody(core::RTTTLMelody& melody, std::string_view line);
 
-// Loads and parses it; what is wrong is shown behind the input's name, the exit code is kept and
-// false given. What was understood stays in `melody`.
+// Loads and parses the melody. On an error writes messages after the input's name, raises the exit
+// code and returns false; the notes that were read are in `melody`.
 bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody);
 
-// Messages of the program on the error stream, one a line, each behind `before`.
+// Writes each message on a line of the error stream, after `before`.
 void ShowMessages(Context& context, const std::vector<core::Message>& messages,
                   std::string_view before = {});
 
 struct Arguments;
 using CommandFunction = void (*)(Context&, const Arguments&);
 
-// The commands that need large libraries: done here or left to another program.
+// The commands that need large libraries, run in this process or by another program.
 struct HeavyCommands {
   CommandFunction play, print;
 };
 
-// The whole program but for main's streams. `argv` is UTF-8 and ended by nullptr.
+// The whole program except main's streams. `argv` is UTF-8 and terminated by nullptr.
 int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err,
         const HeavyCommands& heavy);
 

@@ -21,7 +21,7 @@ std::string PhoneModel(const std::string& name) {
   if (found.size() == 1) {
     return std::string(found.front().model);
   }
-  std::string words = found.empty() ? "ningún móvil del catálogo responde a «" + name +
+  std::string words = found.empty() ? "ningún móvil del catálogo coincide con «" + name +
                                           "»; mira «tonadex-cli modelos»"
                                     : "«" + name + "» puede ser:";
   for (const phones::CatalogueRow& row : found) {
@@ -43,7 +43,7 @@ std::vector<std::string> ChosenModels(const Arguments& arguments) {
   return models;
 }
 
-// There are no steps for a phone that no keys are typed into.
+// Only results of keys have typing steps.
 void CheckHasSteps(const std::string& model) {
   const phones::CatalogueRow* phone = phones::FindModel(model);
   if (phone == nullptr || phones::FindKeypad(model) != nullptr) {
@@ -58,7 +58,7 @@ void CheckHasSteps(const std::string& model) {
   throw Failure{ExitCode::kWrongUse, words};
 }
 
-// `shown` is the result or its steps.
+// `shown` is the result, or its steps as a table.
 void PrintPage(Context& context, const phones::ConversionPage& page, const std::string& shown,
                bool resultOnly) {
   if (resultOnly) {
@@ -75,8 +75,8 @@ void PrintPage(Context& context, const phones::ConversionPage& page, const std::
   }
 }
 
-// A text result goes to --salida too; the writers of files have used it already. Where there is
-// none, the file keeps what it holds.
+// Also writes a text result to --salida; formats that are files have already written it. An empty
+// result leaves the file unchanged.
 void SaveResult(const std::string& file, const std::string& model, const std::string& result) {
   if (file.empty() || result.empty() || phones::SavesFile(model)) {
     return;
@@ -85,7 +85,7 @@ void SaveResult(const std::string& file, const std::string& model, const std::st
               [&] { files::WriteBytes(ArgumentPath(file), core::ToUtf8(result)); });
 }
 
-// The exit code of a conversion; a phone that asks for a file is passed over among all of them.
+// The exit code of a conversion. With all models, those that need a file name are skipped.
 ExitCode CodeOf(phones::Outcome outcome, bool allModels) {
   switch (outcome) {
     case phones::Outcome::kConverted:

@@ -2,12 +2,12 @@
 
 #include "cli/commands.h"
 
-// The toolkit that prints and the synthesizer take the loader longer than most commands take in
-// all, so a program of its own in ../libexec is linked with each.
+// Loading the libraries for printing and sound takes longer than most commands. So only the
+// programs in ../libexec are linked with them, one with each.
 namespace tonadex::cli {
 
-// Becomes that program, which reads the same arguments and streams and gives the exit code. Throws
-// Failure when it cannot be started.
+// Replaces the process by the helper program, which has the same arguments and streams and returns
+// the exit code. Throws Failure when it cannot be started.
 [[noreturn]] void PlayInHelper(Context& context, const Arguments& arguments);
 [[noreturn]] void PrintInHelper(Context& context, const Arguments& arguments);
 

@@ -21,7 +21,7 @@ namespace {
 
 using namespace core::literals;
 
-// What one task converts; less when the input pauses.
+// Size of the batch that one task converts; less when no more input is available yet.
 constexpr std::size_t kBatchBytes = std::size_t{1} << 16;
 
 phones::Conversion TooLong() {
@@ -31,19 +31,20 @@ phones::Conversion TooLong() {
   return conversion;
 }
 
-// Cuts the input into batches of whole lines.
+// Splits the input into batches of whole lines.
 class BatchReader {
  public:
   explicit BatchReader(std::istream& in) : in_(*in.rdbuf()) {}
 
-  // The lines that are there now, at least one, each with its end, which only the input's last may
-  // lack. Empty at the end of the input. An overlong line loses characters, but stays overlong.
+  // Returns the available lines with their ends, at least one; "" at the end of the input. Only the
+  // last line of the input may lack its end. An overlong line loses characters but is still
+  // overlong.
   std::string Next() {
     std::string batch = std::exchange(rest_, {});
-    std::size_t end = 0;  // of the last whole line
+    std::size_t end = 0;  // end of the last whole line
     while (end == 0 || (batch.size() < kBatchBytes && in_.in_avail() > 0)) {
       const std::size_t before = batch.size();
-      ended_ = ended_ || !AppendAvailable(batch);  // for good: a terminal could give more
+      ended_ = ended_ || !AppendAvailable(batch);  // a terminal can continue after its end
       if (ended_) {
         return batch;
       }
@@ -61,10 +62,10 @@ class BatchReader {
   }
 
  private:
-  // Reads what has arrived, or waits for one character. False at the end of the input.
+  // Reads the available characters, or waits for one. False at the end of the input.
   bool AppendAvailable(std::string& batch) {
     if (std::exchange(afterReturn_, false) && in_.sgetc() == '\n') {
-      in_.sbumpc();  // belongs to the line end that the batch before ended in
+      in_.sbumpc();  // second half of the CR LF that ends the previous batch
     }
     const auto most = std::clamp<std::streamsize>(in_.in_avail(), 1, kBatchBytes);
     const std::size_t before = batch.size();
@@ -79,7 +80,7 @@ class BatchReader {
   bool afterReturn_ = false, ended_ = false;
 };
 
-// Takes the first line, without its end.
+// Removes the first line and returns it without its end.
 std::string_view TakeLine(std::string_view& lines) {
   std::string_view line = lines.substr(0, lines.find('\n'));
   line = line.substr(0, line.find('\r'));
@@ -88,7 +89,7 @@ std::string_view TakeLine(std::string_view& lines) {
   return line;
 }
 
-// One task after another takes a batch, converts it, and writes it when the batch before is
+// Tasks take batches in turn, convert them in parallel, and write each when the previous one is
 // written.
 class Conversions {
  public:
@@ -96,7 +97,7 @@ class Conversions {
               bool steps)
       : reader_(in), out_(out), model_(model), row_(row), steps_(steps) {}
 
-  // Converts and writes batches until there are no more, or `out` takes no more.
+  // Converts and writes batches until the input ends or `out` fails.
   void Work() try {
     core::RTTTLMelody melody;
     ConversionJson writer;
@@ -146,7 +147,7 @@ class Conversions {
     return ConvertLoaded(melody, model_, row, std::nullopt);
   }
 
-  // False when it cannot be written.
+  // Waits for the previous batch. False when writing fails.
   bool Write(std::size_t number, const std::string& json) {
     std::unique_lock lock(writing_);
     changed_.wait(lock, [&] { return stopped_ || written_ == number; });
@@ -180,7 +181,8 @@ class Conversions {
 bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
                   bool steps) {
   Conversions conversions(in, out, model, row, steps);
-  // One more than the cores, because a task waits while the batch before its own is written.
+  // At least two tasks, so that one can convert while another waits for the previous batch's
+  // output.
   std::vector<std::future<void>> tasks(std::max(2u, std::thread::hardware_concurrency()));
   for (std::future<void>& task : tasks) {
     task = std::async(std::launch::async, [&conversions] { conversions.Work(); });

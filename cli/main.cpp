@@ -7,8 +7,8 @@
 #include "cli/helper_programs.h"
 #endif
 
-// Where the heavy commands are done, in the order of HeavyCommands: CMakeLists.txt makes the
-// program and its helpers of this one source.
+// TONADEX_HEAVY is the initialiser of HeavyCommands: CMakeLists.txt builds the program and its
+// helpers from this source.
 int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
 #ifdef _WIN32
   const tonadex::platform::Utf8Console console;

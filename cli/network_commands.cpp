@@ -34,10 +34,10 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr int kGood = 200;
-constexpr std::chrono::milliseconds kQuietTime{1000};  // before progress is worth a line
+constexpr std::chrono::milliseconds kQuietTime{1000};  // no progress line before this
 constexpr std::chrono::milliseconds kProgressStep{250};
 
-// Tells about a transfer that takes long, on one line that is written again and again.
+// Shows the progress of a long transfer on one line that is overwritten.
 class Progress {
  public:
   explicit Progress(std::ostream& err) : err_(err) {}
@@ -69,16 +69,16 @@ class Progress {
   bool shown_ = false;
 };
 
-// What the server said instead of serving, for people; pages and long texts are left out.
+// The server's error reply as a sentence for the user; HTML pages and long texts are left out.
 std::string RefusalWords(const std::string& reply) {
   constexpr std::size_t kLongest = 200;
   const bool sentence = !reply.empty() && reply.size() < kLongest && !core::Contains(reply, "<");
   return sentence ? "el servidor contesta: " + ForTerminal(reply)
-                  : "el servidor no la da ni la toma";
+                  : "el servidor rechaza la petición";
 }
 
-// The melody server of one run: the configured one, else the embedded one, which the desktop
-// program shares when it runs.
+// The melody server of one run: the configured one, else the embedded one, which is shared with a
+// running desktop program.
 class Server {
  public:
   Server(Context& context, const std::string& argument) : progress_(context.err) {
@@ -94,8 +94,8 @@ class Server {
     reply_ = net::FetchFrom(http_, base_)(path);
     return reply_;
   }
-  // Throws a Failure that says what the server answered instead of serving. In the window the text
-  // of any status is taken as it is.
+  // Throws a Failure with the server's reply unless its status is 200. (The window uses the reply
+  // of any status.)
   void ThrowIfRefused(ExitCode code, const std::string& before) const {
     if (http_.LastStatus() != kGood) {
       throw Failure{code, before + RefusalWords(reply_)};
@@ -112,7 +112,7 @@ class Server {
   std::string reply_;
 };
 
-// Whatever goes wrong on the way is a failure of the system.
+// Every error of the transfer is a system failure.
 void WithServer(Context& context, const Arguments& arguments,
                 const std::function<void(Server&)>& work) {
   try {
@@ -123,7 +123,7 @@ void WithServer(Context& context, const Arguments& arguments,
   }
 }
 
-// Prints each row as it is read: a listing may have millions.
+// Prints each row as it is read, because a listing may have millions.
 void List(Context& context, const Arguments& arguments, const std::string& path, bool stemAlone) {
   WithServer(context, arguments, [&](Server& server) {
     const std::string& reply = server.Get(path);
@@ -150,7 +150,7 @@ void List(Context& context, const Arguments& arguments, const std::string& path,
   });
 }
 
-// `name`: "stem.number" as the listings show it.
+// `name` is "stem.number", as in listings.
 void DownloadOne(Context& context, Server& server, const fs::path& folder, const fs::path& bin,
                  const std::string& name) {
   const std::string fileName = core::FromUtf8(name);
@@ -185,7 +185,7 @@ void UploadOne(Context& context, Server& server, const MelodyInput& input) {
   std::string listing;
   const auto fetch = [&server](std::string_view path) { return server.Get(path); };
   const bool sent = net::UploadMelody(fetch, name, text, listing) == net::UploadResult::kSent;
-  if (sent) {  // the message says that all is well, whatever the answer was
+  if (sent) {  // the success message ignores the server's reply
     server.ThrowIfRefused(ExitCode::kNotConverted, input.name + ": ");
   } else {
     Fail(context, ExitCode::kNotConverted);

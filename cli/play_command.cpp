@@ -27,7 +27,7 @@ namespace {
 
 using platform::RenderResult;
 
-constexpr int kLookMs = 50;        // how often the position is looked at
+constexpr int kLookMs = 50;        // interval of checking the position
 constexpr double kFadingMs = 600;  // time for the last note to fade
 
 struct RenderFailure {
@@ -46,7 +46,7 @@ constexpr RenderFailure kRenderFailures[] = {
 
 volatile sig_atomic_t interrupted = 0;
 
-// Ctrl+C and a polite kill end the melody, not the program, until the end of the scope.
+// Until the end of the scope, SIGINT and SIGTERM end the melody instead of the program.
 class ScopedInterrupt {
  public:
   ScopedInterrupt() {
@@ -85,7 +85,7 @@ std::string NoteName(std::int16_t number) {
          " " + std::to_string(octave);
 }
 
-// A line that is written over itself. Nothing where nobody looks.
+// A progress line that is overwritten; nothing when the output is not a terminal.
 class ProgressLine {
  public:
   ProgressLine(Context& context, const std::vector<midi::NoteTime>& times)
@@ -120,7 +120,7 @@ class ProgressLine {
   std::ostream& out_;
   const std::vector<midi::NoteTime>& times_;
   bool visible_;
-  std::size_t next_ = 0;  // the note that sounds
+  std::size_t next_ = 0;  // index of the first note that has not ended
   std::string shown_;
 };
 
@@ -131,7 +131,7 @@ void Follow(Context& context, platform::FluidSequencer& sequencer,
   while (interrupted == 0) {
     const double ms = sequencer.PositionMs().value_or(0);
     if (sequencer.IsSilent() && !told) {
-      context.err << "tonadex-cli: sin dispositivo de sonido, la melodía corre en silencio\n";
+      context.err << "tonadex-cli: no hay dispositivo de sonido: la melodía avanza en silencio\n";
       told = true;
     }
     progress.Show(ms);

@@ -7,8 +7,8 @@ namespace {
 using terminal::Command;
 using terminal::Option;
 
-// "--option=" becomes the option and an empty value, which would else be looked for in the next
-// argument.
+// Splits "--option=" into the option and an empty value; CLI11 would take the next argument as the
+// value.
 std::vector<std::string> SplitArguments(int argc, const char* const* argv) {
   std::vector<std::string> arguments;
   for (int i = 1; i < argc; ++i) {
@@ -33,7 +33,7 @@ int Do(Context& context, const Arguments& arguments, CommandFunction command) {
   return static_cast<int>(context.exitCode);
 }
 
-// Every command: name, help, options, what it does.
+// All commands: name, help, options, function.
 std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommands& heavy) {
   const auto doing = [&](CommandFunction command) {
     return [&context, &a, command] { return Do(context, a, command); };
@@ -53,7 +53,7 @@ std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommand
        {{"--marca", "MARCA", "Solo los de esta marca", &a.brand}, json},
        doing(ListModels)},
       {"convertir",
-       "Convierte melodías en lo que acepta un móvil (título, resultado y avisos)",
+       "Convierte melodías al formato de un móvil (título, resultado y avisos)",
        {phone,
         model,
         {"--todos", "", "Convierte para todos los modelos del catálogo", &a.allModels},
@@ -67,13 +67,13 @@ std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommand
        doing(Convert)},
       {"comprobar", "Dice qué está mal en una melodía RTTTL", {files}, doing(Check)},
       {"arreglar",
-       "Arregla melodías pegadas de donde sea: una línea por melodía",
+       "Arregla melodías copiadas de cualquier sitio: escribe una por línea",
        {json, files},
        doing(Repair),
-       "Lo que cambia se dice en la salida de errores o, con --json, en \"cambios\"."},
+       "Los cambios se muestran en la salida de errores o, con --json, en \"cambios\"."},
       {"midi",
        "Graba una melodía como fichero MIDI",
-       {file, {"-o,--salida", "SALIDA", "Fichero MIDI que se escribe", &a.output, true}},
+       {file, {"-o,--salida", "SALIDA", "Fichero MIDI de salida", &a.output, true}},
        doing(SaveMidi)},
 #ifndef _WIN32
       {"reproducir",
@@ -93,12 +93,12 @@ std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommand
        doing(Search)},
       {"azar", "Muestra unas melodías del servidor al azar", {server, json}, doing(ListRandom)},
       {"descargar",
-       "Trae melodías del servidor al repertorio",
+       "Descarga melodías del servidor al repertorio",
        {{"melodias", "MELODIA", "Nombre.número, como lo muestra buscar", &a.words, true},
         server,
         {"--carpeta", "CARPETA", "Carpeta en la que se guardan", &a.folder}},
        doing(Download)},
-      {"subir", "Da melodías RTTTL al servidor", {files, server}, doing(Upload)},
+      {"subir", "Sube melodías RTTTL al servidor", {files, server}, doing(Upload)},
       {"imprimir",
        "Imprime la hoja de una melodía convertida, para guardarla junto al móvil",
        {phone,

@@ -1,4 +1,4 @@
-# Warnings, sanitizers and the rule "one static library per folder", in one place.
+# Compiler warnings, sanitizers, and tonadex_library: one static library per folder.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -29,8 +29,8 @@ if(CMAKE_CXX_CLANG_TIDY)  # generated code is not ours to mend
   file(WRITE ${CMAKE_BINARY_DIR}/.clang-tidy "Checks: '-*,misc-definitions-in-headers'\n")
 endif()
 
-# tonadex_library(<folder> SOURCES … HEADERS … LINK …): the static library of one folder.
-# LINK names the only folders it may include; headers are checked to stand alone.
+# tonadex_library(<folder> SOURCES … HEADERS … LINK …): the static library of a folder. LINK lists
+# all folders that it may include; every header must compile on its own.
 function(tonadex_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINK" ${ARGN})
   add_library(tonadex_${name} STATIC ${ARG_SOURCES})

@@ -1,13 +1,14 @@
-# What a system wants beside the programs and their data (manual pages, software catalogue, unit of
-# the server, papers), and the two Debian packages: "tonadex", the desktop and the terminal program,
-# and "tonadex-server", which pulls in no window.
+# The files that are installed besides the programs and their data (manual pages, software catalogue
+# entry, the server's systemd unit, copyright and changelog), and the two Debian packages:
+# "tonadex", the desktop and terminal programs, and "tonadex-server", which depends on no graphical
+# library.
 if(NOT CMAKE_SYSTEM_NAME STREQUAL "Linux")
   return()
 endif()
 set(packaging ${PROJECT_SOURCE_DIR}/packaging)
 set(papers ${PROJECT_BINARY_DIR}/packaging)
 
-# A release is dated in CHANGELOG.md, "## 1.0.0 (2026-05-04)"; before that its date is today's.
+# The date of a release is in CHANGELOG.md, "## 1.0.0 (2026-05-04)"; before the release it is today.
 string(REPLACE "." "\\." version_pattern ${PROJECT_VERSION})
 file(STRINGS CHANGELOG.md heading REGEX "^## ${version_pattern} " LIMIT_COUNT 1)
 if(heading MATCHES "([0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9])")
@@ -46,7 +47,8 @@ install(FILES docs/server.md docs/faults.md DESTINATION ${CMAKE_INSTALL_DATADIR}
   COMPONENT server)
 install(FILES server/deploy/nginx.conf
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server/examples COMPONENT server)
-# It starts /usr/bin/tonadex-server and its log is the service's, so they come with the package alone.
+# The unit starts /usr/bin/tonadex-server and writes the service's log, so it is only in the
+# package.
 install(FILES server/deploy/tonadex-server.service DESTINATION lib/systemd/system
   COMPONENT server EXCLUDE_FROM_ALL)
 install(FILES server/deploy/tonadex-server.logrotate DESTINATION /etc/logrotate.d
@@ -70,7 +72,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
-# Loaded at run time, so that no linker tells: the toolkit's Spanish buttons and the sounds.
+# Loaded at run time, so that the automatic dependencies miss them: Qt's Spanish texts and a
+# soundfont.
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME tonadex)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS

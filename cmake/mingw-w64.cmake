@@ -1,4 +1,5 @@
-# Windows programs from Debian: mingw-w64 with the posix threads model, everything static.
+# Cross-builds Windows programs on Debian: mingw-w64 with the posix threads model, linked
+# statically.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)  # for GoogleTest

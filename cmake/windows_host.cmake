@@ -1,5 +1,5 @@
-# What a Windows build takes from the machine that builds it: header-only libraries, through a
-# folder that holds links to them and nothing else of /usr/include; and Wine, which runs the tests.
+# What a Windows build uses of the building machine: header-only libraries, through a folder with
+# links to them (and nothing else of /usr/include), and Wine, which runs the tests.
 
 set(headers ${PROJECT_BINARY_DIR}/host-headers)
 file(MAKE_DIRECTORY ${headers})
@@ -13,7 +13,7 @@ if(EXISTS ${headers}/boost)
   set(TONADEX_BOOST_INCLUDE_DIR ${headers} CACHE PATH "The folder that holds boost/" FORCE)
 endif()
 
-# offer_headers(<package> <folder> <target>): makes find_package(<package>) give the link.
+# offer_headers(<package> <folder> <target>): lets find_package(<package>) find the link.
 function(offer_headers package folder target)
   if(EXISTS ${headers}/${folder})
     file(WRITE ${PROJECT_BINARY_DIR}/host-packages/${package}Config.cmake
@@ -29,8 +29,8 @@ endfunction()
 offer_headers(CLI11 CLI CLI11::CLI11)
 offer_headers(nlohmann_json nlohmann nlohmann_json::nlohmann_json)
 
-# Tests run through a script that keeps Wine's services away from their pipes, in a Wine folder of
-# this build.
+# Tests run through a script that uses a Wine prefix of this build and prevents Wine's services from
+# keeping the tests' pipes open.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/wine_run.sh.in ${PROJECT_BINARY_DIR}/wine_run.sh
   @ONLY FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
 set(CMAKE_CROSSCOMPILING_EMULATOR ${PROJECT_BINARY_DIR}/wine_run.sh)

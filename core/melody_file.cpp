@@ -10,7 +10,7 @@
 namespace tonadex::core {
 namespace {
 
-constexpr std::size_t kNumberSpan = 5;  // most digits of a file's number
+constexpr std::size_t kNumberSpan = 5;  // maximum digits of a file number
 
 }  // namespace
 

@@ -8,13 +8,13 @@
 // Melody files "stem.number" and their rows in the repertoire list.
 namespace tonadex::core {
 
-// Replaces "#" in requests and stored melodies, because "#" ends an address.
+// Escape for "#" in requests and stored melodies, because "#" starts the fragment of a URL.
 inline constexpr std::string_view kSharpEscape = "juh9hay";
 
-// The text with every "juh9hay" turned back into "#".
+// Replaces every kSharpEscape by "#".
 std::string UndoSharpEscape(std::string_view text);
 
-// The longest first line that is read as a melody; phones accept a thousandth of that.
+// Maximum length of a melody's line, in bytes; phones accept a thousandth of that.
 inline constexpr std::size_t kMaxLineBytes = std::size_t{1} << 20;
 
 // The name in a stored melody's first line: up to the first ":", without blanks, except that the
@@ -25,7 +25,7 @@ std::string ScanName(std::string_view line);
 // (length - 5). Errors: invalid argument when there is no such full stop.
 std::string_view CutNumber(std::string_view text);
 
-// The offset at which CutNumber cuts; npos when there is no such full stop.
+// 0-based offset at which CutNumber cuts; npos when there is no such full stop.
 std::size_t NumberStop(std::string_view text);
 
 // The number of a file in `name (file name`: the text after the first full stop. Errors: type

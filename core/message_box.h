@@ -6,7 +6,7 @@
 
 namespace tonadex::core {
 
-// Title of a message box unless it sets another.
+// Default title of message boxes.
 inline constexpr std::string_view kDefaultTitle = "Tonadex";
 
 enum class Icon { kNone, kInformation, kExclamation };

@@ -13,9 +13,9 @@
 namespace tonadex::core {
 namespace {
 
-constexpr std::size_t kWholeDigits = 9;  // a number of so many digits always fits 32 bits
+constexpr std::size_t kWholeDigits = 9;  // nine digits always fit 32 bits
 
-// An error message quotes at most so many characters of a text that is not a number.
+// Maximum characters that an error message quotes of a text that is not a number.
 constexpr std::ptrdiff_t kMaxQuoted = 40;
 
 // Drops the leading digits of `text`; false when it starts with none.

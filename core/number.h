@@ -20,12 +20,12 @@ std::int16_t ToInt16(double value);
 // Rounded half to even. Overflow when the result does not fit 32 bits.
 std::int32_t ToInt32(double value);
 
-// ToNumber(text), or nullopt where that fails.
+// ToNumber(text), or nullopt when that fails.
 std::optional<double> FindNumber(std::string_view text);
-// ToInt32(ToNumber(text)), or nullopt where that fails.
+// ToInt32(ToNumber(text)), or nullopt when that fails.
 std::optional<std::int32_t> FindInt32(std::string_view text);
 
-// dividend / divisor. Division by zero is a run-time failure.
+// dividend / divisor. Errors: division by zero.
 double Divide(double dividend, double divisor);
 
 }  // namespace tonadex::core

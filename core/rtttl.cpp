@@ -14,9 +14,9 @@
 namespace tonadex::core {
 namespace {
 
-constexpr std::size_t kSampleNotes = 5001;  // empty notes of a fresh record
-constexpr std::size_t kMaxDefault = 8;      // longest default duration or octave, characters
-constexpr std::ptrdiff_t kMaxQuoted = 8;    // characters of a longer one in the message
+constexpr std::size_t kSampleNotes = 5001;  // empty notes of a reset record
+constexpr std::size_t kMaxDefault = 8;      // maximum characters of a default duration or octave
+constexpr std::ptrdiff_t kMaxQuoted = 8;    // characters that the message quotes of a longer one
 
 constexpr std::string_view kSectionsMessage =
     u8"Error encontrado al separar las secciones del RTTTL.\r\n"
@@ -84,7 +84,7 @@ std::uint8_t NumberCode(std::string_view text) {
   return code == number ? code : NoteCodes::kOther;
 }
 
-// A note that has nothing but the defaults.
+// The codes of a note that takes duration and octave from the melody's defaults.
 NoteCodes DefaultCodes(const RTTTLMelody& melody) {
   NoteCodes note;
   note.ownDuration = note.ownOctave = false;
@@ -123,7 +123,7 @@ bool DropStrayMark(std::string& item) {
   return true;
 }
 
-// Reads any item, lower case, by position.
+// Reads any item (lower case) by the positions of its characters.
 NoteCodes ReadItem(std::string& item, const NoteCodes& defaults) {
   if (!DropStrayMark(item) || !DropStrayMark(item)) {  // exactly twice
     return {};
@@ -154,7 +154,7 @@ NoteCodes ReadItem(std::string& item, const NoteCodes& defaults) {
 
 constexpr std::size_t kWordSize = 8;
 
-// The first bytes of the text, the first one lowest; commas behind its end.
+// The first eight bytes of the text, little-endian, padded with commas.
 std::uint64_t LoadWord(std::string_view text) {
   std::array<char, kWordSize> bytes;
   bytes.fill(',');
@@ -169,15 +169,16 @@ std::uint64_t LoadWord(std::string_view text) {
   return std::bit_cast<std::uint64_t>(bytes);
 }
 
-// The index of the word's first comma, kWordSize when it has none: subtracting 1 borrows into the
-// high bit only of a byte that the comparison made 0 (or of one behind it).
+// Index of the word's first comma, kWordSize when there is none. After the XOR a comma is a zero
+// byte; subtracting 1 borrows into the high bit of a zero byte first, so the lowest set bit is the
+// comma's.
 std::size_t FindComma(std::uint64_t word) {
   constexpr std::uint64_t kOnes = 0x0101010101010101;
   const std::uint64_t rest = word ^ (kOnes * ',');
   return static_cast<std::size_t>(std::countr_zero((rest - kOnes) & ~rest & (kOnes << 7))) / 8;
 }
 
-// The fields of a note as one number: those that different parts of an item set are added.
+// A NoteCodes as one integer, so that the fields set by different parts of an item can be added.
 using CodesWord = std::uint64_t;
 static_assert(sizeof(NoteCodes) == sizeof(CodesWord));
 
@@ -212,7 +213,7 @@ constexpr auto kDurationWords =
 constexpr auto kOctaveWords =
     Words<16>([](std::uint8_t number) { return OctaveWord(number, true); });
 
-// An ASCII letter's natural note; 0 for any other byte.
+// The natural note of each ASCII letter; 0 for any other byte.
 constexpr auto kLetterWords = Words<256>([](std::uint8_t code) {
   const char lower = static_cast<char>(code | 0x20);
   const bool letter = lower >= 'a' && lower <= 'z';
@@ -256,7 +257,7 @@ CodesWord ReadUsualItem(std::uint64_t text, std::size_t size, const DefaultWords
   return usual ? note : 0;
 }
 
-// Fails as SplitText does where a section has too many items or one too long.
+// Throws SplitText's errors for a section with too many or too long items.
 void CheckItems(std::string_view section, std::size_t count) {
   if (count > kMaxParts || section.size() > kMaxPosition) {
     SplitText(section, ',');
@@ -278,7 +279,7 @@ std::int16_t ParseNotes(RTTTLMelody& melody, std::string_view section) {
       notes[i] = std::bit_cast<NoteCodes>(note);
     } else {
       if (i > 0 && section.starts_with(',')) {
-        notes[0] = defaults;  // as SplitText empties part 0
+        notes[0] = defaults;  // SplitText empties part 0 here
       }
       size = std::min(section.find(','), section.size());
       std::string item = ToLower(section.substr(0, size));
@@ -299,10 +300,10 @@ void RefuseLong(std::string_view what, std::string_view value) {
   }
 }
 
-// Returns the length of name and header, their separators included.
+// Returns the length of name and header with their separators.
 std::size_t ReadHeader(RTTTLMelody& melody) {
   const std::string_view text = melody.Text;
-  melody.Name.clear();  // a text that names nothing does not go by the name of the melody before it
+  melody.Name.clear();  // do not keep the previous melody's name
   const std::ptrdiff_t nameEnd = InStr16(text, ':');
   melody.Name = Left(text, nameEnd - 1);
   const std::string_view rest = Mid(text, nameEnd + 1);
@@ -324,7 +325,7 @@ std::size_t ReadHeader(RTTTLMelody& melody) {
   return static_cast<std::size_t>(nameEnd + headerEnd);
 }
 
-// Without a branch for each character: where the blanks are cannot be predicted.
+// Branch-free, because the positions of blanks cannot be predicted.
 void EraseBlanks(std::string& text, std::size_t first) {
   char* end = text.data() + first;
   for (const char c : std::string_view(text).substr(first)) {

@@ -19,8 +19,8 @@ inline constexpr std::int16_t kParsed = 0;
 inline constexpr std::int16_t kSectionsError = 6666;  // the section before the first ":" is empty
 inline constexpr std::int16_t kParseFailure = 9999;  // separators missing, too many notes, overflow
 
-// One item of the notes section as texts; views, valid until the record that holds the note is
-// parsed again, moved or destroyed.
+// One item of the notes section as strings: views that are valid until the record that holds the
+// note is parsed again, moved or destroyed.
 struct RTTTLNote {
   std::string_view Duration;  // one or two digits 1 to 8, or the melody's DefaultDuration
   std::string_view Note;      // lower-case letter, then "#" when sharp; "p" is a pause; h is b;
@@ -31,9 +31,9 @@ struct RTTTLNote {
   friend bool operator==(const RTTTLNote&, const RTTTLNote&) = default;
 };
 
-// A note as NoteList stores it: numbers of one byte, because a parser that writes eight bytes per
-// note without looking back, and writers that index tables by them, have no text to search or copy.
-// The numbers hold for the defaults too; only a default's text is kept apart.
+// A note as NoteList stores it: eight bytes of numbers, so that parsing allocates and copies no
+// string per note and the writers index their tables directly. The numbers include the melody's
+// defaults.
 struct NoteCodes {
   static constexpr std::uint8_t kOther = 255;  // a default that is not a whole number up to 254
   static constexpr std::uint8_t kNoLength = 6;
@@ -41,7 +41,7 @@ struct NoteCodes {
   char letter = '\0';          // Note's first character
   std::uint8_t pitchSize = 0;  // Note's length: 0, 1, or 2 with "#"
   bool dotted = false;
-  std::uint8_t length = kNoLength;  // 0 to 5 for the Duration texts "1", "2", "4", "8", "16", "32"
+  std::uint8_t length = kNoLength;  // 0 to 5 for the Duration "1", "2", "4", "8", "16", "32"
   std::uint8_t duration = 0;        // Duration as a number, 0 for ""
   std::uint8_t octave = 0;          // Octave as a number, 0 for ""
   bool ownDuration = true;          // not the melody's default
@@ -58,7 +58,8 @@ constexpr bool IsPause(const NoteCodes& note) {
   return note.letter == 'p' && note.pitchSize == 1;
 }
 
-// The phones' durations by NoteCodes::length, and NoteCodes::length by NoteCodes::duration.
+// The phones' durations, indexed by NoteCodes::length, and the inverse, indexed by
+// NoteCodes::duration.
 inline constexpr std::array<std::uint8_t, NoteCodes::kNoLength> kLengths = {1, 2, 4, 8, 16, 32};
 inline constexpr auto kLengthOf = [] {
   std::array<std::uint8_t, 256> lengths{};
@@ -69,8 +70,8 @@ inline constexpr auto kLengthOf = [] {
   return lengths;
 }();
 
-// The notes of a record, lower bound 0. Notes beyond those read are empty and take no memory, so
-// resetting a record to thousands of them costs nothing.
+// The notes of a record, indexed from 0. Notes past those that were read are empty and take no
+// memory, so resetting a record to thousands of them costs nothing.
 class NoteList {
  public:
   // Replaces all notes by `count` empty ones.
@@ -78,13 +79,14 @@ class NoteList {
     read_.clear();
     size_ = count;
   }
-  // Replaces all notes by `count` that the caller fills, and the texts of the defaults.
+  // Replaces all notes by `count` ones for the caller to fill, and sets the default strings.
   std::span<NoteCodes> Start(std::size_t count, std::string_view defaultDuration,
                              std::string_view defaultOctave);
   std::size_t size() const { return size_; }
   RTTTLNote operator[](std::size_t index) const;
 
-  // The notes that were read, as texts or as codes: all of them after a parse with code 0.
+  // The notes that were read, as strings or as codes: all notes after a parse that returned
+  // kParsed.
   struct Iterator {
     using value_type = RTTTLNote;
     using difference_type = std::ptrdiff_t;
@@ -120,8 +122,8 @@ class NoteList {
   std::string defaultOctave_;
 };
 
-// A melody. Header values stay text ("" when the melody has none) and the parser applies no
-// defaults: a value that the header lacks keeps what its field held before.
+// A melody. Header values are kept as text ("" when the melody has none). The parser applies no
+// defaults: the field of a value that the header lacks keeps its previous content.
 struct RTTTLMelody {
   std::string FileName;         // path of the MIDI file to write
   std::int16_t Instrument = 0;  // General MIDI program, 0-based
@@ -135,9 +137,10 @@ struct RTTTLMelody {
   std::string TempFolder;  // temporary folder with its trailing separator
   NoteList Notes;
 
-  // Set by ParseRTTTL: parsing the unchanged record again would give the same.
+  // Set by ParseRTTTL: parsing the unchanged record again would have the same result.
   bool ParsesAlike = false;
-  // Set by a caller that knows so: the next ParseOrReport resets it instead of parsing.
+  // Set by a caller when parsing again is needless: the next ParseOrReport resets it and does not
+  // parse.
   bool SkipParse = false;
 };
 
@@ -153,17 +156,17 @@ std::int16_t ParseRTTTL(RTTTLMelody& melody);
 // overflow for a separator more than 32767 characters away.
 void ParseRTTTLHeader(RTTTLMelody& melody);
 
-// Parses one item, lower case and without blanks; may drop a stray mark from `item`. The note's
-// texts may be views of the melody's defaults. An unreadable item gives an empty Note.
-// Example: "8d#.6" gives 8, "d#", 6, dotted.
+// Parses one item, lower case and without blanks; may erase a stray mark from `item`. The strings
+// of the note may be views of the melody's defaults. An unreadable item returns an empty Note.
+// Example: "8d#.6" returns 8, "d#", 6, dotted.
 RTTTLNote ParseRTTTLNote(std::string& item, const RTTTLMelody& melody);
 
 // Shows the message box for a parser code; nothing for 0 or a negative one.
 void ShowRTTTLError(std::int16_t code);
 
-// Every note that names no duration or octave repeats the header's, so an overlong one would be
-// multiplied by the number of notes. Errors: invalid argument for a DefaultDuration or
-// DefaultOctave of more than 8 characters; the message quotes its beginning.
+// Limits the defaults, because conversions repeat them for every note without its own duration or
+// octave. Errors: invalid argument for a DefaultDuration or DefaultOctave of more than 8
+// characters; the message quotes its beginning.
 void CheckDefaults(const RTTTLMelody& melody);
 
 // ParseRTTTL, ShowRTTTLError and CheckDefaults; true when the parse succeeded. See SkipParse.

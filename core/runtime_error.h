@@ -5,7 +5,7 @@
 
 namespace tonadex::core {
 
-// The numbers of the run-time failures.
+// Error numbers of run-time failures.
 enum class ErrorNumber {
   kInvalidArgument = 5,  // a negative length, a name that cannot be a file
   kOverflow = 6,         // a number that does not fit its 16 (or 32) bits
@@ -17,9 +17,9 @@ enum class ErrorNumber {
   kTransfer = 1000,     // a request that got no reply
 };
 
-// A run-time failure: thrown by the checked helpers of this folder and by file operations, caught
-// only where a routine handles run-time failures. what() is a Spanish sentence in Windows-1252 that
-// says what failed and names the value.
+// A run-time failure, thrown by the checked helpers of this folder and by file operations and
+// caught only by routines that handle run-time failures. what() is a Spanish sentence in
+// Windows-1252 that says what failed and quotes the value.
 class RunTimeError : public std::runtime_error {
  public:
   RunTimeError(ErrorNumber errorNumber, const std::string& what)

@@ -41,7 +41,7 @@ constexpr auto kUpper = [] {
   return table;
 }();
 
-// Accented letters, in lower case, and the letters below them.
+// Lower-case accented letters and their base letters, position by position.
 constexpr std::string_view kAccented = u8"áàâäãåçéèêëíìîïñóòôöõøúùûüýÿšž"_w;
 constexpr std::string_view kPlain = "aaaaaaceeeeiiiinoooooouuuuyysz";
 static_assert(kAccented.size() == kPlain.size());
@@ -49,7 +49,7 @@ static_assert(kAccented.size() == kPlain.size());
 constexpr auto kFolded = [] {
   std::array<char, 256> table = kLower;
   for (char& c : table) {
-    // Not find, which g++ 12 takes for no constant when sanitizers are on.
+    // std::string_view::find is not a constant expression in g++ 12 with sanitizers.
     const auto at = std::ranges::find(kAccented, c) - kAccented.begin();
     c = at == std::ssize(kAccented) ? c : kPlain[static_cast<std::size_t>(at)];
   }

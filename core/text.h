@@ -12,10 +12,10 @@ inline constexpr std::string_view kCrLf = "\r\n";
 
 // Maximum number of parts; SplitText throws beyond it.
 inline constexpr std::size_t kMaxParts = 5001;
-// The furthest position of a separator.
+// Maximum distance of a separator, in characters.
 inline constexpr std::size_t kMaxPosition = 32767;
 
-// Some characters of a text; an empty one marks a place.
+// A range of characters; an empty one marks a position.
 struct TextRange {
   std::size_t start = 0, length = 0;  // 0-based, in characters
 
@@ -36,35 +36,36 @@ char ToLower(char c);
 char ToUpper(char c);
 std::string ToLower(std::string_view text);
 std::string ToUpper(std::string_view text);
-// Lower case without accents, one byte for each: what names are compared by.
+// Lower case without accents, of the same length: the key for comparing names.
 std::string Fold(std::string_view text);
 
-// The first `count` characters, all of a shorter text. A negative count is an invalid argument.
+// The first `count` characters, or the whole of a shorter text. Errors: invalid argument for a
+// negative count.
 std::string_view Left(std::string_view text, std::ptrdiff_t count);
-// The last `count` characters, all of a shorter text. A negative count is an invalid argument.
+// The last `count` characters, or the whole of a shorter text. Errors: invalid argument for a
+// negative count.
 std::string_view Right(std::string_view text, std::ptrdiff_t count);
-// The text from 1-based position `start` on, "" past its end. A start below 1 is an invalid
-// argument.
+// The text from 1-based position `start` on, "" past its end. Errors: invalid argument for a start
+// below 1.
 std::string_view Mid(std::string_view text, std::ptrdiff_t start);
-// 1-based position of the first `what` at or after `start`, 0 when there is none. A start below 1
-// is an invalid argument; an empty `what` is found at `start`.
+// 1-based position of the first `what` at or after `start`, 0 when not found. An empty `what` is
+// found at `start`. Errors: invalid argument for a start below 1.
 std::ptrdiff_t InStr(std::string_view text, std::string_view what, std::ptrdiff_t start = 1);
-// As InStr, but a position past 32767 is an overflow.
+// As InStr, but a position past 32767 is an overflow error.
 std::ptrdiff_t InStr16(std::string_view text, char what);
 bool Contains(std::string_view text, std::string_view what);
 // Without the blanks (only " ") at both ends.
 std::string_view Trim(std::string_view text);
 
-// Splits at each delimiter. An empty text gives one empty part and a trailing delimiter a final
-// empty part. Whenever the remaining text starts with the delimiter, part 0 becomes "" even if it
-// held a text already ("a,,b" gives "", "", "b"): kept, because it decides which stored melodies
-// are accepted.
-// Errors: subscript beyond kMaxParts parts, overflow for a delimiter further than 32767 characters
-// into the remaining text.
+// Splits at each delimiter. An empty text has one empty part; a trailing delimiter adds an empty
+// part. Whenever the remaining text starts with the delimiter, part 0 is set to "" ("a,,b" returns
+// "", "", "b"): kept, because it decides which stored melodies are accepted. Errors: subscript
+// beyond kMaxParts parts, overflow for a delimiter further than 32767 characters into the remaining
+// text.
 std::vector<std::string_view> SplitText(std::string_view text, char delimiter);
 
-// The first and the last part of SplitText, which are one where the delimiter is missing; its
-// errors.
+// The first and the last part of SplitText, equal when the delimiter is missing. Errors: as
+// SplitText.
 struct TextEnds {
   std::string_view front, back;
 };

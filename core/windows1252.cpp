@@ -43,7 +43,7 @@ Decoded DecodeOne(std::string_view bytes) {
   return {character, length};
 }
 
-// Nearly always the whole text, so eight characters are looked at together.
+// The ASCII characters at the beginning, checked eight at a time: nearly all texts are pure ASCII.
 std::string_view AsciiPrefix(std::string_view bytes) {
   constexpr std::uint64_t kHighBits = 0x8080808080808080;
   std::size_t at = 0;

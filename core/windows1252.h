@@ -5,12 +5,11 @@
 #include <string>
 #include <string_view>
 
-// Inside the program all text is Windows-1252, one byte a character. These are the conversions at
-// its edge.
+// Conversions of text. Inside the program all text is Windows-1252, one byte per character.
 namespace tonadex::core {
 
 // The Unicode character of each byte from 0x80 to 0x9F. The five bytes that Windows-1252 leaves
-// unassigned (81, 8D, 8F, 90, 9D) map to the control characters of the same number.
+// unassigned (81, 8D, 8F, 90, 9D) map to the control characters with the same code.
 inline constexpr std::array<char32_t, 32> kHighControls = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -21,7 +20,7 @@ constexpr char32_t ToUnicode(unsigned char byte) {
   return byte >= 0x80 && byte <= 0x9F ? kHighControls[byte - std::size_t{0x80}] : byte;
 }
 
-// The Windows-1252 byte of a Unicode character, "?" for one that Windows-1252 lacks.
+// The Windows-1252 byte of a Unicode character, "?" when it has none.
 constexpr char FromUnicode(char32_t character) {
   if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) {
     return static_cast<char>(character);
@@ -40,8 +39,8 @@ bool IsUtf8(std::string_view bytes);
 // Windows-1252 text of well-formed UTF-8; each malformed byte becomes "?".
 std::string FromUtf8(std::string_view utf8);
 
-// Windows-1252 text of bytes from outside: decoded when they are valid UTF-8 (a byte order mark is
-// dropped), else taken as Windows-1252.
+// Converts bytes of unknown encoding to Windows-1252: valid UTF-8 is decoded (without its byte
+// order mark), anything else is taken as Windows-1252.
 std::string FromOutside(std::string_view bytes);
 
 // Windows-1252 text of path::native(): UTF-8 on POSIX, UTF-16 (maybe with lone surrogates) on
@@ -52,8 +51,8 @@ std::string FromNative(const std::wstring& utf16);
 std::string ToUtf8(std::string_view text);
 void AppendUtf8(std::string& utf8, std::string_view text);
 
-// A u8 literal converted at compile time; it fails to compile for a character that Windows-1252
-// lacks. Use through the literal below: u8"melodía"_w.
+// A u8 literal converted at compile time; it does not compile with a character that Windows-1252
+// lacks. Used through the literal operator below: u8"melodía"_w.
 template <std::size_t kSize>
 struct Windows1252Literal {
   consteval Windows1252Literal(const char8_t (&utf8)[kSize]) {  // NOLINT: implicit by design

@@ -2,9 +2,9 @@
 //
 //   make_melodies SHELF OUTDIR [repertorio]
 //
-// One file "stem.number" per row, or per row with that flag; the folder is made when it is missing.
-// A file holds one line: the RTTTL text in Windows-1252, every "#" as "juh9hay", and CR LF.
-// Prints nothing. Exit codes: 0 written, 1 a bad row or a failed write, 2 wrong arguments.
+// One file "stem.number" per row, or per row with that flag; OUTDIR is created if missing. A file
+// has one line: the RTTTL text in Windows-1252 with every "#" replaced by "juh9hay", and CR LF.
+// Prints nothing. Exit codes: 0 written, 1 invalid row or failed write, 2 wrong arguments.
 
 #include <exception>
 #include <filesystem>

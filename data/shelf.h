@@ -10,7 +10,7 @@
 #include "core/text.h"
 #include "core/windows1252.h"
 
-// Reads the table of melodies, data/shelf.txt, which describes its own format.
+// Reads the table of melodies, data/shelf.txt, which documents its own format.
 namespace tonadex::data {
 
 inline constexpr std::string_view kRepertoireFlag = "repertorio";
@@ -21,14 +21,14 @@ struct ShelfRow {
   std::string metre;
   std::string upbeat;
   std::string flags;
-  std::string rtttl;  // Windows-1252, one byte per character, "#" as itself
+  std::string rtttl;  // Windows-1252, "#" not escaped
 
   bool InRepertoire() const { return flags == kRepertoireFlag; }
   std::string Name() const { return rtttl.substr(0, rtttl.find(':')); }
   std::string FileName() const { return stem + "." + std::to_string(rtttl.size()); }
 };
 
-// A row that cannot be read; the text names its line.
+// An invalid row; what() names its line.
 class ShelfError : public std::runtime_error {
  public:
   ShelfError(std::size_t line, const std::string& what)

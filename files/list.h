@@ -8,16 +8,15 @@
 #include <string_view>
 #include <vector>
 
-// The files of a folder, without opening them.
+// Lists the files of a folder without opening them.
 namespace tonadex::files {
 
-// What can be seen of a file's state without reading it. Times are nanoseconds since 1970, as fine
-// as the file system keeps them.
+// A file's metadata. Times are nanoseconds since 1970 in the file system's resolution.
 struct FileStatus {
   std::uintmax_t size = 0;    // bytes
   std::int64_t modified = 0;  // last change of the content; programs can set it
-  std::int64_t changed = 0;   // last change of any kind; on Windows the file's creation
-  std::uint64_t number = 0;   // the file's own in its file system; 0 on Windows
+  std::int64_t changed = 0;   // last change of content or metadata; on Windows the creation
+  std::uint64_t number = 0;   // inode; 0 on Windows
   bool operator==(const FileStatus&) const = default;
 };
 
@@ -26,8 +25,9 @@ struct ListedFile {
   FileStatus status;
 };
 
-// The regular files whose name `wanted` accepts, in any order; symbolic links are none. Incomplete
-// when it is told to stop. Throws std::filesystem::filesystem_error when the folder cannot be read.
+// The regular files (not symbolic links) whose name `wanted` accepts, in no particular order.
+// Incomplete when `stop` is requested. Throws std::filesystem::filesystem_error when the folder
+// cannot be read.
 std::vector<ListedFile> ListFiles(const std::filesystem::path& folder,
                                   const std::function<bool(std::string_view name)>& wanted,
                                   const std::stop_token& stop = {});

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-// Paths as text: Windows-1252 inside the program, UTF-8 or UTF-16 outside.
+// Conversion between paths and Windows-1252 text.
 namespace tonadex::files {
 
 std::filesystem::path PathFromText(std::string_view text);

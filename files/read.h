@@ -12,7 +12,7 @@
 // device counts as unreadable, because reading it could block.
 namespace tonadex::files {
 
-// The longest file that is read whole; manuals and sheets are far shorter.
+// Maximum size of a file that is read whole, in bytes; manuals and sheets are far smaller.
 inline constexpr std::size_t kMaxFileBytes = std::size_t{64} << 20;
 
 // Up to maxBytes from the start of a file; nullopt when it cannot be read.
@@ -22,7 +22,7 @@ std::optional<std::string> ReadHead(const std::filesystem::path& file, std::size
 std::optional<std::string> ReadWhole(const std::filesystem::path& file,
                                      std::size_t maxBytes = kMaxFileBytes);
 
-// The start of a file that others may change meanwhile; symbolic links are not followed.
+// The start of a file that other programs may change meanwhile. Symbolic links are not followed.
 struct SharedHead {
   std::string bytes;
   FileStatus status;  // before it was read

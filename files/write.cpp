@@ -32,11 +32,6 @@ std::string TemporaryName() {
   return name;
 }
 
-bool IsTemporaryName(std::string_view name) {
-  return name.size() == kPrefix.size() + kDigits && name.starts_with(kPrefix) &&
-         name.find_first_not_of(kHexDigits, kPrefix.size()) == std::string::npos;
-}
-
 // The target of a symbolic link, even when it does not exist yet.
 fs::path BehindLinks(fs::path file) {
   constexpr int kMaxLinks = 40;
@@ -184,16 +179,22 @@ void WriteBytes(const fs::path& file, std::string_view bytes) {
   }
 }
 
-void RemoveTemporaryFiles(const fs::path& folder, std::string_view oldPrefix) {
+bool IsTemporaryName(std::string_view name) {
+  return name.size() == kPrefix.size() + kDigits && name.starts_with(kPrefix) &&
+         name.find_first_not_of(kHexDigits, kPrefix.size()) == std::string::npos;
+}
+
+void RemoveTemporaryFile(const fs::path& file) {
+  system::RemoveUnlocked(file);
+}
+
+void RemoveTemporaryFiles(const fs::path& folder) {
   try {
-    const auto isLeftOver = [oldPrefix](std::string_view name) {
-      return IsTemporaryName(name) || (!oldPrefix.empty() && name.starts_with(oldPrefix));
-    };
-    for (const ListedFile& file : ListFiles(folder, isLeftOver)) {
-      system::RemoveUnlocked(folder / PathFromText(file.name));
+    for (const ListedFile& file : ListFiles(folder, IsTemporaryName)) {
+      RemoveTemporaryFile(folder / PathFromText(file.name));
     }
   } catch (const fs::filesystem_error&) {
-    // Without the folder there is none.
+    // A missing folder holds no temporary files.
   }
 }
 

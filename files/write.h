@@ -8,8 +8,8 @@
 
 #include "files/system.h"
 
-// Atomic writing of files: at any moment, also after a full disk or a killed program, the file has
-// its old content or the whole new one.
+// Atomic writing of files: at any moment, even after a full disk or a killed program, the file has
+// either its old content or the complete new content.
 namespace tonadex::files {
 
 enum class Durability {
@@ -55,13 +55,17 @@ std::optional<std::filesystem::path> CopyInto(const std::filesystem::path& folde
 // writable file in a folder that is not writable. Errors: device failure.
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);
 
-// Removes the temporary files that killed programs left in the folder, but none that a running
-// program is still writing; with them the files whose names begin with `oldPrefix`, where it is not
-// empty.
-void RemoveTemporaryFiles(const std::filesystem::path& folder, std::string_view oldPrefix = {});
+// Whether it is the name of a temporary file.
+bool IsTemporaryName(std::string_view name);
 
-// The temporary file behind the functions above, for content that a library writes to a path. It
-// has an unguessable hidden name in the target's folder and is removed at the end of the scope.
+// Removes a temporary file that a killed program left, but none that a running program is still
+// writing.
+void RemoveTemporaryFile(const std::filesystem::path& file);
+void RemoveTemporaryFiles(const std::filesystem::path& folder);  // all of a folder
+
+// The temporary file that the functions above use; use it directly when a library writes the
+// content to a path. It has an unguessable hidden name in the target's folder and is removed at the
+// end of the scope.
 class TemporaryFile {
  public:
   // `Failure` says whether it could be created.

@@ -16,9 +16,9 @@ using namespace core::literals;
 constexpr double kLowestOctave = 1;
 constexpr double kHighestOctave = 8;
 constexpr int kOctaveSpan = 3;         // iMelody octaves above the base
-constexpr int kLowestIMelody = 4;      // needs no octave mark
+constexpr int kLowestIMelody = 4;      // written without an octave mark
 constexpr std::size_t kLineSize = 75;  // longest iMelody line
-constexpr std::size_t kNoteSize = 7;   // longest note, "*5#d2.", and one to spare
+constexpr std::size_t kNoteSize = 7;   // longest note "*5#d2.", rounded up
 
 constexpr std::string_view kFinding = "ERROR: La nota # ";
 constexpr std::string_view kBadDuration = u8" no tiene una duración válida"_w;
@@ -59,7 +59,7 @@ void AppendIMelodyNote(const core::NoteCodes& note, double octave, std::int16_t 
   text += digit;
 }
 
-// The folded melody line, without the last line end.
+// The folded melody line, without a line end after its last part.
 std::string IMelodyNotes(const core::RTTTLMelody& melody, std::string& warnings,
                          std::int16_t baseOctave) {
   std::string text = "MELODY:";

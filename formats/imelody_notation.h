@@ -12,8 +12,8 @@ struct IMelodyDuration {
   std::string_view digit, rest;
 };
 
-// By NoteCodes::length. The rests do not add up to the length of the pause: kept, because users'
-// phones depend on it.
+// Indexed by NoteCodes::length. The rests do not add up to the length of the pause: kept, because
+// users' phones depend on it.
 inline constexpr std::array kIMelodyDurations = std::to_array<IMelodyDuration>({
     {"0", "r2"},
     {"1", "r3r3"},
@@ -23,7 +23,7 @@ inline constexpr std::array kIMelodyDurations = std::to_array<IMelodyDuration>({
     {"5", "r4"},
 });
 
-// Empty texts for an unknown duration.
+// Empty strings for an unknown duration.
 constexpr IMelodyDuration IMelodyDurationOf(const core::NoteCodes& note) {
   return note.length < kIMelodyDurations.size() ? kIMelodyDurations[note.length]
                                                 : IMelodyDuration{};

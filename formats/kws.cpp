@@ -19,7 +19,7 @@ using namespace core::literals;
 
 // All layout constants, so that a correction from a test on a real phone changes one line.
 constexpr int kLowestOctave = 4;  // lowest of the format
-constexpr int kLowestNote = 1;    // the c of that octave
+constexpr int kLowestNote = 1;    // number of the c of kLowestOctave
 constexpr unsigned char kNoteKind = 4;
 constexpr unsigned char kPauseKind = 0;
 constexpr std::int64_t kMaxEntryMs = 0xFFFF;
@@ -55,7 +55,8 @@ std::int32_t LengthMs(double duration, double tempo, bool dotted) {
   return ms;
 }
 
-// The length of each duration, plain and dotted, computed when a note first needs it.
+// Lengths in ms of each duration, plain and dotted, computed on first use: an invalid tempo is an
+// error only for a melody with notes.
 class Lengths {
  public:
   explicit Lengths(std::string_view tempo) : tempo_(tempo) {}
@@ -88,7 +89,7 @@ std::vector<Entry> MergedEntries(const core::RTTTLMelody& melody, std::string& w
   std::size_t number = 0;
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
     ++number;
-    melody.Notes.Duration(note);  // fails for a duration that is not a number
+    melody.Notes.Duration(note);  // throws for a duration that is not a number
     const std::uint8_t length = core::kLengthOf[note.duration];
     if (length == core::NoteCodes::kNoLength) {
       AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);

@@ -55,14 +55,14 @@ constexpr std::string_view kIMelodyInstruction =
     u8"Esta melodia es válida para móviles Motorola que soporten las pulsaciones I-Melody.\r\n"
     u8"El tempo de la melodia original se ha convertido de "_w;
 
-// What the phone's composer remembers from note to note.
+// State of the phone's composer between notes.
 struct Composer {
   std::size_t octave = 2;
   double durationCode = 1;
-  LetterKey letter{'\0', '\0', 0};  // the last known one
+  LetterKey letter{'\0', '\0', 0};  // of the last note with a known letter
 };
 
-// An unknown duration is its own code ("64" is 64): deliberate.
+// The code of an unknown duration is the duration itself ("64" is 64): deliberate.
 double CodeOf(const core::NoteList& notes, const core::NoteCodes& note) {
   return note.length < kDurationCodes.size() ? kDurationCodes[note.length] : notes.Duration(note);
 }
@@ -87,16 +87,16 @@ void AppendGroup(const core::NoteList& notes, const core::NoteCodes& note, std::
   keys += ' ';
 }
 
-// base, base + 1 and base + 2 are written 3, 4 and 5, but base + 3 is written as the melody's
-// octave: kept, because stored conversions and phones depend on it.
+// base to base + 2 are written as 3 to 5, but base + 3 is written as its own number: kept, because
+// stored conversions and phones depend on it.
 int WrittenOctave(double octave, std::int16_t base) {
   const double clamped = std::clamp<double>(octave, base, base + kOctaveSpan);
   const int above = core::ToInt16(clamped) - base;
   return above == kOctaveSpan ? base + above : kWrittenOctave + above;
 }
 
-// "*" and the written octave, made when a note first needs it. A note's own octave is at most 8;
-// the melody's default may be any number.
+// "*" and the written octave, computed on first use. The octave in a note is at most 8; the
+// melody's default may be any number.
 class OctaveMarks {
  public:
   OctaveMarks(const core::NoteList& notes, std::int16_t base) : notes_(notes), base_(base) {}
@@ -147,8 +147,8 @@ std::string MotorolaIMelodyKeys(core::RTTTLMelody& melody, std::string& warnings
   OctaveMarks octaves(melody.Notes, base);
   Tempo125Bands bands(melody.Beats);
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
-    // A band's own dot is never written, and it hides a sharp. Kept, because phones have always
-    // received it so.
+    // A dot that comes from the band is never written and suppresses the sharp. Kept, because
+    // phones have always received it so.
     const Band& band = bands[note];
     if (note.letter == 'p') {
       keys.Put(kRests[band.length]);

@@ -15,7 +15,7 @@ namespace {
 using namespace core::literals;
 
 constexpr std::int16_t kDefaultBaseOctave = 5;
-constexpr std::size_t kMaxNotes = 35;  // that fit the message
+constexpr std::size_t kMaxNotes = 35;  // capacity of the message
 
 constexpr std::string_view kTooLong =
     "Melodia demasiado larga para Motorola.Solo se muestran las primeras 35 notas de la melodia."
@@ -26,7 +26,7 @@ constexpr std::string_view kInstruction =
 
 constexpr std::array<std::string_view, 3> kOctaveMarks = {"-", "", "+"};
 
-// Position + 1 is the digit of the duration.
+// The digit of a duration is its index + 1.
 constexpr std::array<std::string_view, 6> kDurations = {"32", "16", "8", "4", "2", "1"};
 
 void AppendToken(const core::RTTTLNote& note, std::size_t octaveBand, std::string& tokens) {
@@ -51,7 +51,7 @@ std::string CheckCharacters(std::string_view tokens) {
   for (const char c : tokens) {
     check ^= core::Code(c);
   }
-  // Below 16 the only hexadecimal digit is both the first and the last.
+  // A value below 16 has one hexadecimal digit, which is both the first and the last.
   const std::int32_t last = check % 16;
   const std::int32_t first = check < 16 ? last : ShiftRight(check, 4);
   return {static_cast<char>('0' + first), static_cast<char>('0' + last)};

@@ -10,16 +10,16 @@ namespace {
 
 using namespace core::literals;
 
-constexpr std::size_t kMaxNotes = 50;  // the composer's memory; more give a warning
+constexpr std::size_t kMaxNotes = 50;  // capacity of the composer; more notes cause a warning
 constexpr std::string_view kTooLong = u8"ERROR: La melodia excede el límite de 50 notas.\r\n"_w;
-constexpr std::size_t kTokenSize = 7;  // "32.#c1 "
+constexpr std::size_t kTokenSize = 7;  // longest token, "32.#c1 "
 
 }  // namespace
 
 void AppendComposerNote(const core::RTTTLNote& note, std::size_t octave, std::string& text) {
   text += note.Duration;
   if (note.Dotted) {
-    text += '.';  // written for a pause too: "4.-"
+    text += '.';  // also for a pause: "4.-"
   }
   if (core::IsPause(note)) {
     text += '-';

@@ -8,15 +8,15 @@
 
 namespace tonadex::formats {
 
-// The display of a Nokia phone's composer: "8#c2 4.- " (duration, dot, sharp, letter, octave 1 to
-// 3; "-" is a pause), one token per note, each ended by a blank. `baseOctave` is the melody octave
-// of the phone's lowest one. Appends to `warnings`, also for more than 50 notes, which are all
-// written. A melody that does not parse is reported and gives "".
+// The notation that a Nokia phone's composer displays: "8#c2 4.- " (duration, dot, sharp, letter,
+// octave 1 to 3; "-" is a pause), one token per note, each followed by a blank. `baseOctave` is the
+// melody octave that becomes octave 1. Appends to `warnings`; more than 50 notes cause a warning,
+// but all are written. A melody that cannot be parsed is reported in a message box and returns "".
 // Errors: type mismatch for an octave that is not a number.
 std::string NokiaComposerText(core::RTTTLMelody& melody, std::string& warnings,
                               std::int16_t baseOctave);
 
-// Appends one note without the blank: "8#c2". `octave` is the digit.
+// Appends one note without the blank: "8#c2". `octave` is the digit, 1 to 3.
 void AppendComposerNote(const core::RTTTLNote& note, std::size_t octave, std::string& text);
 
 }  // namespace tonadex::formats

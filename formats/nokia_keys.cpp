@@ -14,7 +14,7 @@ namespace {
 
 using namespace core::literals;
 
-constexpr std::size_t kMaxNotes = 50;  // the composer's memory; more give a warning
+constexpr std::size_t kMaxNotes = 50;  // capacity of the composer; more notes cause a warning
 constexpr double kLowestOctave = 4;
 constexpr double kHighestOctave = 7;
 
@@ -26,9 +26,9 @@ constexpr std::string_view kTooLong = u8"ERROR: La melodia excede el máximo de 
 
 constexpr std::size_t kLevels = core::NoteCodes::kNoLength;
 constexpr std::size_t kBands = 3;
-constexpr std::size_t kMostKeys = 12;  // "(1)88888#** "
+constexpr std::size_t kMostKeys = 12;  // longest group, "(1)88888#** "
 
-// Presses that lead from one duration to another: each "8" makes it half as long, "9" twice.
+// Presses that change one duration into another: each "8" halves the length, each "9" doubles it.
 constexpr auto kDurationKeys = [] {
   std::array<std::array<Piece, kLevels>, kLevels> keys;
   for (std::size_t from = 0; from < kLevels; ++from) {
@@ -44,15 +44,15 @@ constexpr auto kDurationKeys = [] {
 constexpr std::array<std::array<Piece, kBands>, kBands> kOctaveKeys = {
     {{"", "*", "**"}, {"**", "", "*"}, {"*", "**", ""}}};
 
-// What the phone's composer remembers from note to note.
+// State of the phone's composer between notes.
 struct Composer {
   std::size_t noteLevel = 2;      // of the last note or pause with a known duration
-  std::size_t durationLevel = 2;  // the phone's own: a quarter at first
+  std::size_t durationLevel = 2;  // the phone's current one: initially a quarter
   std::size_t octave = 0;
   char key = '\0';  // of the last note with a known letter
 };
 
-// After a pause the phone is back at the duration before it.
+// After a pause the phone returns to the duration before the pause.
 void PutNote(const core::NoteCodes& note, std::size_t octave, Composer& phone, PieceWriter& keys) {
   const bool pause = core::IsPause(note);
   const char key = NoteKey(note.letter);

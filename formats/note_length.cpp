@@ -11,9 +11,9 @@ namespace tonadex::formats {
 namespace {
 
 constexpr double kDotFactor = 1.5;
-constexpr int kTableTempo = 125;  // at which both tables hold
+constexpr int kTableTempo = 125;  // tempo of both tables
 
-// By NoteCodes::length; 62.5 of a thirty-second is rounded.
+// In ms, indexed by NoteCodes::length; the 62.5 ms of a thirty-second are rounded up.
 constexpr std::array<int, core::kLengths.size()> kBaseLengths = {2000, 1000, 500, 250, 125, 63};
 
 constexpr std::array kBands = std::to_array<Band>({

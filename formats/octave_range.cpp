@@ -14,7 +14,7 @@ namespace tonadex::formats {
 namespace {
 
 constexpr int kOctaves = 11;               // 0 to 10
-constexpr std::ptrdiff_t kMaxQuoted = 40;  // characters of a wrong octave in the message
+constexpr std::ptrdiff_t kMaxQuoted = 40;  // maximum characters of a wrong octave in the message
 
 using OctaveCounts = std::array<int, kOctaves>;
 
@@ -44,7 +44,7 @@ OctaveCounts CountOctaves(const core::NoteList& notes) {
   return counts;
 }
 
-// The octave used most often, the highest of several; its count becomes 0.
+// Returns the most used octave, the highest on a tie, and sets its count to 0.
 int TakeMostUsed(OctaveCounts& counts, int& octave) {
   std::size_t most = 0;
   for (std::size_t i = 0; i < counts.size(); ++i) {

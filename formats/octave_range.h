@@ -8,17 +8,17 @@
 // Chooses the octave range of a melody for phones that have only a few octaves.
 namespace tonadex::formats {
 
-// The span that the converters ask for.
+// The `rangeSpan` that the converters use, in octaves.
 inline constexpr int kRangeSpan = 2;
 
-// Parses the melody (errors are reported, the notes parsed before them count) and returns the
+// Parses the melody (errors are reported; the notes parsed before an error count) and returns the
 // lowest octave of a range around the `rangeSpan` most used ones: their average minus half the
-// span, rounded up. Of octaves used equally often the higher is preferred; pauses count with their
-// octave. Errors: subscript for an octave outside 0 to 10, type mismatch for one that is not a
-// number, division by zero when there is no note; those of core::CheckDefaults.
+// span, rounded up. On a tie the higher octave is preferred; pauses count with their octave.
+// Errors: subscript for an octave outside 0 to 10, type mismatch for one that is not a number,
+// division by zero when there is no note; those of core::CheckDefaults.
 std::int16_t AutoOctave(core::RTTTLMelody& melody, int rangeSpan);
 
-// The octave choice of the converters; its window is never shown.
+// The dialog that chooses the octave range; it is never shown.
 struct frmOctave {
   core::RTTTLMelody& gMelody;
 

@@ -10,7 +10,7 @@
 
 namespace tonadex::formats {
 
-// A text of up to seven characters that is copied whole, in one move.
+// A string of up to seven characters that is copied in one eight-byte move.
 struct Piece {
   static constexpr std::size_t kRoom = 7;
 
@@ -24,12 +24,12 @@ struct Piece {
   std::uint8_t size = 0;
 };
 
-// Writes behind a text. Characters are always stored and the end advances by those wanted: which of
-// them a note needs is as unpredictable as the melody, and a mispredicted branch costs more than
-// the stores. The end is all that it holds, so that it stays in a register.
+// Appends to a string without branches: characters are always stored, and the end advances only
+// past those wanted. Which of them a note needs is unpredictable, and a mispredicted branch costs
+// more than the stores. The end pointer is the only member, so that it stays in a register.
 class PieceWriter {
  public:
-  // Makes room for at most `most` characters; End removes what was not used.
+  // Reserves `most` characters; End removes the unused ones.
   PieceWriter(std::string& text, std::size_t most) {
     const std::size_t size = text.size();
     text.resize(size + most + sizeof(Piece));

@@ -12,7 +12,7 @@
 
 namespace tonadex::formats {
 
-inline constexpr int kSemitones = 12;  // of an octave
+inline constexpr int kSemitones = 12;  // per octave
 
 // The pitches of an octave as RTTTLNote::Note spells them.
 inline constexpr std::array<std::string_view, kSemitones> kPitches = {
@@ -31,7 +31,7 @@ constexpr std::optional<int> Semitone(std::string_view pitch) {
   return static_cast<int>(found - kPitches.begin());
 }
 
-// The same for a parsed note: two rows, natural and sharp, by the letter's code; -1 for none.
+// Semitones above c by the letter's code, one row for naturals and one for sharps; -1 for none.
 inline constexpr auto kSemitoneRows = [] {
   std::array<std::array<std::int8_t, 256>, 2> rows{};
   rows[0].fill(-1);

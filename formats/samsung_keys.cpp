@@ -13,8 +13,8 @@ namespace {
 using namespace core::literals;
 
 constexpr std::int16_t kDefaultBaseOctave = 4;
-constexpr int kOctaveSpan = 3;          // octaves above the base that the phone has
-constexpr std::size_t kMaxNotes = 100;  // the composer's memory; more give a warning
+constexpr int kOctaveSpan = 3;          // octaves above the base
+constexpr std::size_t kMaxNotes = 100;  // capacity of the composer; more notes cause a warning
 
 struct Presses {
   std::size_t note, pause, dotRest;
@@ -47,7 +47,7 @@ struct Type {
   std::string_view tooLong;
   std::string_view finding;     // before the note's number
   std::string_view outOfRange;  // after it
-  bool pauseColumn;             // pauses are only ">", else "0" and the duration key
+  bool pauseColumn;             // a pause is only ">"; otherwise "0" and the duration key
   bool dotRests;
 };
 
@@ -71,7 +71,8 @@ constexpr Type kType2 = {
     true,
     false};
 
-// The last known counts and key: notes of an unknown duration or letter repeat them.
+// The counts and the key of the last note that had them: notes of unknown duration or letter repeat
+// them.
 struct Memory {
   std::size_t note = 0;     // set by notes and pauses
   std::size_t pause = 0;    // set by pauses only

@@ -5,10 +5,10 @@
 
 #include "core/rtttl.h"
 
-// The keys to press in the composers of Samsung phones, one group per note, each ended by a blank.
-// Warnings are appended to `warnings`; all notes are written. A base octave of 0 means 4. A melody
-// that does not parse is reported and gives "". Errors: type mismatch for an octave that is not a
-// number.
+// The keys to press in the composers of Samsung phones, one group per note, each followed by a
+// blank. Warnings are appended to `warnings`; all notes are written. A base octave of 0 means 4. A
+// melody that cannot be parsed is reported in a message box and returns "". Errors: type mismatch
+// for an octave that is not a number.
 namespace tonadex::formats {
 
 // "2#8**** " is an eighth d sharp in the highest octave: note, "#", octave ("88" low, "8" high),

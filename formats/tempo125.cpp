@@ -6,7 +6,7 @@
 namespace tonadex::formats {
 namespace {
 
-constexpr std::size_t kMostCharacters = 8;  // "32c#..6,"
+constexpr std::size_t kMostCharacters = 8;  // longest note, "32c#..6,"
 
 }  // namespace
 
@@ -14,7 +14,7 @@ std::string RtttlAtTempo125(core::RTTTLMelody& melody) {
   if (!core::ParseOrReport(melody)) {
     return {};
   }
-  std::array<Piece, kDurationTexts.size()> durations;  // "" for the header's
+  std::array<Piece, kDurationTexts.size()> durations;  // "" for the header's default
   for (std::size_t i = 0; i < durations.size(); ++i) {
     durations[i] = kDurationTexts[i] == melody.DefaultDuration ? "" : kDurationTexts[i];
   }

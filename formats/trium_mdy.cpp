@@ -16,9 +16,9 @@ namespace {
 
 using namespace core::literals;
 
-constexpr double kFirstHighOctave = 6;  // this octave and higher are written in upper case
+constexpr double kFirstHighOctave = 6;  // upper case from this octave on
 
-// German names by semitone.
+// German note names by semitone.
 constexpr std::array<std::string_view, kSemitones> kNames = {"c",  "c#", "d",  "d#", "e",  "f",
                                                              "f#", "g",  "g#", "a",  "a#", "h"};
 
@@ -36,10 +36,10 @@ constexpr auto kNamePieces = [] {
 
 struct Length {
   double ms;    // at tempo 100, where a whole note lasts 2400 ms
-  Piece piece;  // the line's end with it
+  Piece piece;  // with the line end
 };
 
-// Shortest first, so that of two equally near lengths the shorter is taken.
+// Shortest first: on a tie the shorter length is chosen.
 constexpr std::array kLengths = std::to_array<Length>({
     {75, "32\r\n"},
     {112.5, "32.\r\n"},
@@ -56,7 +56,7 @@ constexpr std::array kLengths = std::to_array<Length>({
 });
 static_assert(std::ranges::is_sorted(kLengths, {}, &Length::ms));
 
-constexpr std::size_t kMostCharacters = 8;  // "Mc#32.", CR, LF
+constexpr std::size_t kMostCharacters = 8;  // longest line, "Mc#32.", CR, LF
 
 const Piece& NearestLength(double ms) {
   return std::ranges::min_element(kLengths, {},
@@ -64,7 +64,8 @@ const Piece& NearestLength(double ms) {
       ->piece;
 }
 
-// The nearest length of each duration, plain and dotted, found when a note first needs it.
+// The nearest length of each duration, plain and dotted, computed on first use: an invalid tempo is
+// an error only for a melody with notes.
 class NearestLengths {
  public:
   explicit NearestLengths(std::string_view tempo) : tempo_(tempo) {}
@@ -102,7 +103,7 @@ std::string TriumMdyText(core::RTTTLMelody& melody, std::string& warnings) {
   std::size_t number = 0;
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
     ++number;
-    melody.Notes.Duration(note);  // fails for a duration that is not a number
+    melody.Notes.Duration(note);  // throws for a duration that is not a number
     const std::uint8_t length = core::kLengthOf[note.duration];
     if (length == core::NoteCodes::kNoLength) {
       AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);

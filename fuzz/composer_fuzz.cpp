@@ -9,7 +9,8 @@
 #include "core/text.h"
 #include "nokia3210/cnokia.h"
 
-// Any bytes as composer notation and as RTTTL: what comes out reads back to the same notes.
+// Reads any bytes as composer notation and as RTTTL: the converted notes convert back to the same
+// notes.
 namespace {
 
 using tonadex::nokia3210::CNokia;
@@ -68,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   RequireParses(fromComposer);
   RequireReadsBack(fromComposer);
   const CNokia fromRTTTL = Converted(text, NoteKind::kComposer);
-  if (fromRTTTL.ConversionErrors().empty()) {  // octaves 4 and 8 are logged and do not read back
+  if (fromRTTTL.ConversionErrors().empty()) {  // octaves 4 and 8 are logged and do not convert back
     RequireReadsBack(fromRTTTL);
   }
   return 0;

@@ -16,15 +16,15 @@
 #include "tests/http/raw_socket.h"
 #include "tests/support/temp_folder.h"
 
-// The HTTP client over real connections. The first byte chooses: any bytes as a reply, as the body
-// of a good reply, as the target of a request, or as a server's address.
+// The HTTP client over real connections. The first byte selects whether the rest is a whole reply,
+// the body of a valid reply, the target of a request, or a server's URL.
 namespace {
 
 using namespace tonadex;
 
 constexpr std::size_t kMaxBody = 2048;
 
-// Answers every request with `reply`, in two pieces that part at `cut`.
+// Answers every request with `reply`, sent in two pieces split at `cut`.
 class Talker {
  public:
   void Say(std::string reply, std::size_t cut) {
@@ -79,7 +79,7 @@ void CheckAnyReply(const std::string& bytes, std::size_t cut) {
   const Outcome whole = GetReply(bytes, bytes.size());
   Require(whole.status == 0 || whole.text.size() <= bytes.size(), "a body out of nothing");
   const Outcome pieces = GetReply(bytes, cut);
-  // What is both cut and malformed may fail for either reason.
+  // A reply that is both truncated and malformed may fail with either message.
   Require(pieces == whole || (pieces.status == 0 && whole.status == 0),
           "the pieces of a reply make a difference");
 }
@@ -110,7 +110,7 @@ void CheckBody(const std::string& body, std::size_t cut) {
   }
 }
 
-// What is typed reaches our own server.
+// The typed target arrives at the server.
 void CheckTarget(const std::string& typed) {
   static std::mutex mutex;
   static std::string seen;

@@ -17,13 +17,13 @@
 #include "tests/support/parsed_listing.h"
 #include "tests/support/temp_folder.h"
 
-// Any bytes as the listing that a melody server sends, and the files that its rows lead to.
+// Reads any bytes as the listing of a melody server and downloads the files of its rows.
 namespace {
 
 using namespace tonadex;
 namespace fs = std::filesystem;
 
-constexpr std::size_t kDownloads = 3;  // of one listing
+constexpr std::size_t kDownloads = 3;  // per listing
 
 std::size_t Records(std::string_view reply) {
   std::size_t count = 0;
@@ -63,7 +63,7 @@ void CheckStems(const net::Listing& search, const net::Listing& all) {
   }
 }
 
-// Whatever the server calls a melody, its file lies in the folder or nowhere.
+// Whatever name the server sends, the file is written inside the folder or not at all.
 void CheckDownload(const net::ListingRow& row, const std::string& reply) {
   const test::TempFolder home;
   const fs::path folder = home / "melodias";
@@ -89,7 +89,7 @@ void CheckDownload(const net::ListingRow& row, const std::string& reply) {
   }
 }
 
-// The melody `name:d=4…` against the listing: sent once, unless the listing or a rule forbids it.
+// Uploads the melody `name:d=4…`: it is sent once, unless the listing or a rule forbids it.
 void CheckUpload(const std::string& listing) {
   const std::string name = listing.substr(0, 20);
   const std::string melody = name + ":d=4,o=5,b=100:c";

@@ -12,7 +12,8 @@
 #include "files/read.h"
 #include "fuzz/require.h"
 
-// Any bytes from outside: both conversions, case, lines and the texts made from a stored line.
+// Any bytes as external text: both conversions, case, lines and the strings made from a stored
+// line.
 namespace {
 
 namespace core = tonadex::core;

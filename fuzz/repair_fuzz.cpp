@@ -14,8 +14,8 @@
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
 
-// Any bytes as a paste: what the check says of it holds, and what the repair makes of it is good
-// and stays as it is.
+// Any bytes as a paste: the result of the check is true, and the repaired melodies have no faults
+// and are not changed by another repair.
 namespace {
 
 using namespace tonadex;
@@ -34,7 +34,7 @@ core::RTTTLMelody Fresh(std::string_view text) {
   return melody;
 }
 
-// Good texts are read, played and converted for every phone.
+// Texts without faults can be parsed, played and converted for every phone.
 void CheckGood(std::string_view text, const phones::MelodyCheck& check) {
   core::RTTTLMelody melody = Fresh(text);
   Require(core::ParseRTTTL(melody) == core::kParsed, "praise for what cannot be read");

@@ -1,4 +1,4 @@
-// Runs a fuzz target on the files of the folders (or the files) that are named, without libFuzzer.
+// Runs a fuzz target on the given files and the files of the given folders, without libFuzzer.
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 namespace {
 
 void Replay(const std::filesystem::path& file) {
-  std::cerr << file.string() << std::endl;  // the last one named is the one that failed
+  std::cerr << file.string() << std::endl;  // after a failure the last line names the input
   std::ifstream in(file, std::ios::binary);
   // A vector of the exact size, so that a sanitizer sees a read past the end.
   const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(in), {}};

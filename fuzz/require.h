@@ -4,7 +4,7 @@
 #include <iostream>
 #include <string_view>
 
-// Ends the fuzz target when what must hold does not.
+// Aborts the fuzz target when the condition is false.
 inline void Require(bool holds, std::string_view what) {
   if (!holds) {
     std::cerr << "fuzz: " << what << std::endl;

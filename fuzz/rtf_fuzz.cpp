@@ -8,8 +8,8 @@
 #include "fuzz/require.h"
 #include "rtf/rtf_reader.h"
 
-// Any bytes as rich text: what is read keeps its promises, and a text written as rich text in two
-// ways reads back the same.
+// Reads any bytes as RTF: the document keeps its documented bounds, and a text written as RTF in
+// two ways reads back the same.
 namespace {
 
 using namespace tonadex::rtf;

@@ -27,7 +27,7 @@
 #include "phones/conversion.h"
 
 // Any bytes as a melody, through every writer and the conversion for every phone. The first byte
-// chooses the base octave, the rest is the RTTTL text.
+// selects the base octave, the rest is the RTTTL text.
 namespace {
 
 using namespace tonadex;
@@ -76,7 +76,7 @@ core::RTTTLMelody Fresh(std::string_view text) {
   return melody;
 }
 
-// Items of the usual form take another way through the parser than ParseRTTTLNote.
+// Items of the usual form are parsed by other code than ParseRTTTLNote; both must agree.
 void CheckNotes(const core::RTTTLMelody& melody) {
   const std::string_view section = std::string_view(melody.Text).substr(melody.Text.rfind(':') + 1);
   std::size_t index = 0;
@@ -161,7 +161,7 @@ class NullFile : public phones::SaveFileQuestion {
   }
 };
 
-// No failure may leave a conversion: SkipErrors is missing on purpose.
+// A conversion must not throw, so SkipErrors is deliberately not used.
 void CheckConversions(std::string_view text) {
   NullFile file;
   for (const phones::CatalogueRow& row : phones::CatalogueRows()) {

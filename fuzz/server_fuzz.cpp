@@ -22,7 +22,7 @@
 #include "tests/support/parsed_listing.h"
 #include "tests/support/temp_folder.h"
 
-// Any bytes as what a client sends, over a real connection to a server with a small shelf.
+// Sends any bytes to a server with a small shelf over a real connection.
 namespace {
 
 using namespace tonadex;
@@ -30,8 +30,8 @@ using namespace tonadex;
 constexpr int kUploadsPerMinute = 1'000'000;
 constexpr std::string_view kMelody = "Vals:d=4,o=5,b=100:c,8cjuh9hay6,p\r\n";
 
-// A connection from a loopback address of its own: the ports of one address run out, because each
-// stays taken for a minute.
+// Connects from a different loopback address each time: one address would run out of ports, because
+// a closed connection occupies its port for a minute.
 test::RawSocket Connect(std::uint16_t port) {
   static std::uint32_t host = 0;
   host = host % 0xFFFFF + 1;
@@ -48,12 +48,12 @@ test::RawSocket Connect(std::uint16_t port) {
   return client;
 }
 
-// A server whose replies depend on the request and the shelf alone.
+// A server whose replies depend only on the request and the shelf.
 class Conversation {
  public:
   Conversation() { Refill(); }
 
-  // What the server says to `bytes`, sent in two pieces that part at `cut`.
+  // The server's replies to `bytes`, sent in two pieces split at `cut`.
   std::string Replies(std::string_view bytes, std::size_t cut) {
     const test::RawSocket client = Connect(server_.Port());
     client.Send(bytes.substr(0, cut));
@@ -61,7 +61,7 @@ class Conversation {
     client.EndSending();
     return client.ReadAll();
   }
-  // The log so far, taken out.
+  // Returns the log so far and clears it.
   std::vector<std::string> TakeLog() {
     const std::lock_guard lock(mutex_);
     return std::exchange(log_, {});
@@ -114,7 +114,7 @@ std::vector<std::string_view> Fields(std::string_view line) {
   return fields;
 }
 
-// Each line of the log is one reply, and the replies are whole.
+// Each line of the log belongs to one reply, and the replies are complete.
 void CheckReplies(std::string_view replies, const std::vector<std::string>& log) {
   for (const std::string& line : log) {
     Require(std::ranges::all_of(line, [](char c) { return c >= ' ' && c < '\x7f'; }),
@@ -135,7 +135,8 @@ void CheckReplies(std::string_view replies, const std::vector<std::string>& log)
   Require(replies.empty(), "a reply that is not in the log");
 }
 
-// What was uploaded can be found, fetched and stored by any client, and is all that was written.
+// Every uploaded melody can be found, fetched and stored by any client, and nothing else was
+// written.
 void CheckShelf(Conversation& conversation) {
   const server::Shelf& shelf = conversation.shelf();
   std::string records;

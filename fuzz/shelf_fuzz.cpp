@@ -16,8 +16,8 @@
 #include "server/search_index.h"
 #include "tests/support/parsed_listing.h"
 
-// A server's melodies and a search among them: the first line is what is searched for, each further
-// one a file name, a tab and the melody.
+// A server's melodies and a search: the first line holds the search words, each further line a file
+// name, a tab and the melody.
 namespace {
 
 using namespace tonadex;
@@ -32,7 +32,7 @@ std::vector<std::string_view> Split(std::string_view text, char delimiter) {
   return parts;
 }
 
-// A client that reads the record asks for this very file, however it shows the row.
+// A client that reads the record requests exactly this file, with and without shortened rows.
 void CheckRecord(std::string_view description, std::string_view fileName) {
   Require(net::IsSafeFileName(fileName), "a name that no client stores");
   Require(description.find_first_of(".()\r\n") == description.npos,
@@ -56,12 +56,12 @@ void CheckUpload(std::string_view fileName, std::string_view contents) {
           "an upload of no use");
 }
 
-// The folded words of the query are all in the folded line.
+// Whether the folded line contains all folded words of the query.
 bool Matches(const std::string& line, const std::vector<std::string>& words) {
   return std::ranges::all_of(words, [&](const auto& word) { return core::Contains(line, word); });
 }
 
-// The different words that count.
+// The distinct words that a search uses.
 std::vector<std::string> Words(std::string_view query) {
   std::vector<std::string> words;
   std::string word;

@@ -13,7 +13,7 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_program.h"
 
-// Any bytes in the program's own files: ver.dat and the settings.
+// Any bytes in the program's files: ver.dat and the settings.
 namespace {
 
 using namespace tonadex;
@@ -39,7 +39,7 @@ void CheckVersion(const std::string& bytes) {
   }
 }
 
-// Data of any version is taken over once, and again only when its version rises.
+// The installed data of any version is copied once, and again only when its version increases.
 void CheckSeeding(const std::string& bytes) {
   const test::TempFolder home;
   home.Write("data/ver.dat", bytes);
@@ -49,7 +49,7 @@ void CheckSeeding(const std::string& bytes) {
     return fs::remove(folder / "ver.dat");
   };
   Require(seeded() && !seeded(), "not once");
-  home.Write("data/ver.dat", "1000001." + bytes);  // above every figure that counts
+  home.Write("data/ver.dat", "1000001." + bytes);  // higher than any version in `bytes`
   Require(!seeded() || !seeded(), "twice");
 }
 

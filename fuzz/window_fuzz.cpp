@@ -21,8 +21,8 @@
 #include "server/melody_name.h"
 #include "tests/support/test_program.h"
 
-// The main window: the first byte chooses the phone, the first line is the name of a file in the
-// repertoire, the rest its contents and what is typed into the boxes.
+// The main window: the first byte selects the phone, the first line is the name of a file in the
+// repertoire, the rest is its content and the text typed into the boxes.
 namespace {
 
 using namespace tonadex;
@@ -66,8 +66,8 @@ void CheckResult(const app::Form1& form) {
   Require(WithoutBlanks(joined) == WithoutBlanks(form.textresultado.text), "a torn result");
 }
 
-// A file whose name follows the rule is found again through its row, unless the melody's own name
-// holds what rows are read by or the row is too short to look for a number at its end.
+// A file with a valid name is found through its row, unless the melody's name contains the
+// separators of rows or the row is too short for the search for a number at its end.
 void CheckRow(const app::Form1& form, const test::TestProgram& test, std::string_view fileName) {
   const auto& rows = form.List1.rows;
   Require(rows.size() <= 1, "more rows than files");

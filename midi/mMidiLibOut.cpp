@@ -35,11 +35,12 @@ struct Ticks {
   std::int16_t plain, dotted;
 };
 
-// A whole note's 768 ticks, halved for each shorter one, x 0.1 (x 1.5 when dotted), half to even.
+// 768 ticks for a whole note, halved for each shorter duration, times 0.1 (times 1.5 when dotted),
+// rounded half to even.
 constexpr std::array kTicks = std::to_array<Ticks>(
     {{1, 77, 115}, {2, 38, 58}, {4, 19, 29}, {8, 10, 14}, {16, 5, 7}, {32, 2, 4}, {64, 1, 2}});
 
-// By NoteCodes::duration, plain and dotted.
+// Plain and dotted ticks, indexed by NoteCodes::duration.
 constexpr auto kTicksOf = [] {
   std::array<std::array<std::int16_t, 2>, 256> ticks{};
   for (const Ticks& row : kTicks) {
@@ -56,7 +57,7 @@ char ToByte(std::int32_t value) {
   return static_cast<char>(value);
 }
 
-// Always one byte, as WriteVarLen tells.
+// A delta time is always one byte, see WriteVarLen.
 char DeltaByte(std::int32_t value) {
   return static_cast<char>(value & 127);
 }
@@ -203,7 +204,7 @@ std::int16_t NoteTicks(double duration, bool dotted) {
 }
 
 std::int16_t TicksOf(const core::NoteList& notes, const core::NoteCodes& note) {
-  notes.Duration(note);  // fails for a duration that is not a number
+  notes.Duration(note);  // throws for a duration that is not a number
   return kTicksOf[note.duration][note.dotted ? 1 : 0];
 }
 

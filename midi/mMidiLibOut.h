@@ -8,32 +8,38 @@
 
 #include "core/rtttl.h"
 
-// Standard MIDI files, format 0, one track. Strings hold bytes; numbers are big-endian.
+// Writer of Standard MIDI files, format 0, one track. Strings hold bytes; numbers are big-endian.
 //
-// Delta times are one byte, the low seven bits of the value, so note lengths are counted in coarse
-// ticks below 128. The tempo event always states 5,000,000 microseconds per quarter note; the
-// header's division, about 1.604 times the beats per minute, makes up for that. Deliberate: the
-// three belong together.
+// Delta times are one byte, the low seven bits of the value, so note lengths are in coarse ticks
+// below 128. The tempo event always states 5,000,000 microseconds per quarter note; the header's
+// division, about 1.604 times the beats per minute, compensates for that. Deliberate: all three
+// must change together or not at all.
 namespace tonadex::midi {
 
 inline constexpr std::int16_t kMidiWritten = 0;
 inline constexpr std::int16_t kMidiFailed = -1;
-inline constexpr std::int16_t kPauseNumber = -1;  // "note number" of a pause
+inline constexpr std::int16_t kPauseNumber = -1;  // used as the note number of a pause
 
-// Writes a parsed melody (Credits, TrackName, Instrument, Beats, Notes) to the path that FileName
-// names, through files::WriteBytes. kMidiWritten, or kMidiFailed after any failure, without a
-// message. Pauses at the end are lost.
+// Writes a parsed melody (Credits, TrackName, Instrument, Beats, Notes) to the path in FileName
+// with files::WriteBytes. Returns kMidiWritten, or kMidiFailed after any failure, without a
+// message. Pauses at the end are not written.
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
 
+<<<<<<< HEAD
 // Whether a note that repeats the one before it follows at once, as phones' files have it, or is
 // heard as a note of its own: the first one then ends a tick early.
 enum class Repeats { kJoined, kApart };
 
 // The whole file that WriteMidiFile writes, for kJoined. Throws core::RunTimeError.
 std::string MidiFileBytes(const core::RTTTLMelody& melody, Repeats repeats = Repeats::kJoined);
+=======
+// The content of the file that WriteMidiFile writes. Errors: type mismatch, overflow; invalid
+// argument for a value that does not fit a byte.
+std::string MidiFileBytes(const core::RTTTLMelody& melody);
+>>>>>>> main
 
-// Ticks per quarter note of the header for a tempo text: beats x 385 / 120, rounded half to even to
-// 16 bits, halved, rounded again. "" counts as 0. Errors: type mismatch, overflow.
+// The header's ticks per quarter note for a tempo: beats x 385 / 120, rounded half to even to 16
+// bits, halved, rounded again. "" counts as 0. Errors: type mismatch, overflow.
 std::int16_t MidiDivision(std::string_view beats);
 
 // The functions below return bytes and throw core::RunTimeError when a value exceeds a byte.
@@ -54,7 +60,7 @@ std::string MidiNotePair(std::int32_t delta, std::int16_t ticks, std::int16_t no
 std::string MidiEndOfTrack();
 // One channel event: delta byte, status OR channel, data bytes.
 std::string MidiEvent(std::int32_t delta, int status, int channel, std::span<const int> data);
-// Always one byte, value AND 127.
+// One byte: value AND 127.
 std::string WriteVarLen(std::int32_t value);
 std::string LongToBytes(std::int32_t value);
 // The low 16 bits of the value.
@@ -62,11 +68,11 @@ std::string WordToBytes(std::int32_t value);
 std::array<int, 2> PairArray(int first, int second);
 
 // Ticks of a note of 1/duration: whole 77, half 38, quarter 19, eighth 10, sixteenth 5,
-// thirty-second 2, sixty-fourth 1; dotted 115, 58, 29, 14, 7, 4, 2; 0 for another duration.
+// thirty-second 2, sixty-fourth 1; dotted 115, 58, 29, 14, 7, 4, 2; 0 for any other duration.
 std::int16_t NoteTicks(double duration, bool dotted);
 
-// 12 x octave + semitone, c of octave 5 is 60; kPauseNumber for "p". An unknown pitch counts as
-// c. `octaveLessOne` is the note's octave minus 1. Errors: overflow beyond 16 bits.
+// 12 x octave + semitone; c of octave 5 is 60. kPauseNumber for "p". An unknown pitch counts as c.
+// `octaveLessOne` is the note's octave minus 1. Errors: overflow beyond 16 bits.
 std::int16_t NoteNumber(std::string_view pitch, std::int16_t octaveLessOne);
 
 // The note number and the ticks of a note of the list. A pause's octave must be a number too, of

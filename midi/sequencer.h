@@ -4,7 +4,7 @@
 
 namespace tonadex::midi {
 
-// The MIDI sequencer, driven by three commands in Windows-1252:
+// A MIDI sequencer, driven by three commands in Windows-1252:
 //   "open FILE type sequencer alias NAME", "play NAME notify", "close NAME".
 // FILE is not quoted, so a path with a blank cannot be opened.
 class Sequencer {

@@ -19,7 +19,7 @@ inline constexpr std::string_view kInternetPagePath = "/mini906.php";
 inline constexpr std::string_view kStartPagePath = "/mini.php";
 inline constexpr std::string_view kVersionKey = "version";
 
-// Paths with their query; nothing is percent-encoded.
+// Paths with their query, without percent-encoding.
 std::string SearchAddress(std::string_view words);
 std::string StartPageAddress(std::string_view version);
 // `fileName` is "stem.number".

@@ -13,8 +13,8 @@
 namespace tonadex::net {
 namespace {
 
-// Whether the repertoire can list a file of this name. A file whose number it cannot read would
-// make every later listing fail.
+// Whether the repertoire can list a file of this name: a name without a readable number would make
+// every later listing fail.
 bool CanBeListed(std::string_view fileName) {
   return !fileName.starts_with('.') &&
          core::SkipErrors([&] { core::RepertoireRow("x:", fileName); });
@@ -38,7 +38,7 @@ bool DownloadMelody(const Fetch& fetch, const std::filesystem::path& folder,
   const std::string fileName = core::MelodyFileName(row, number);
   const bool fetched = core::SkipErrors([&] { text = fetch(MelodyAddress(fileName)); });
   if (text.ends_with('\n')) {
-    text.pop_back();  // a carriage return before it stays
+    text.pop_back();  // a CR before it is kept
   }
   const std::string bytes = text + std::string(core::kCrLf);
   const bool stored = CanBeListed(fileName) && core::SkipErrors([&] {

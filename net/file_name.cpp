@@ -62,7 +62,7 @@ void StoreFile(const std::filesystem::path& folder, std::string_view name, std::
   const std::filesystem::path file = SafePath(folder, name);
   std::error_code unknown;
   if (const auto before = std::filesystem::status(file, unknown);
-      exists(before) && !is_regular_file(before)) {  // a pipe would be waited for
+      exists(before) && !is_regular_file(before)) {  // writing to a pipe would block
     throw core::RunTimeError(
         core::ErrorNumber::kDeviceFailure,
         std::string(u8"no es un fichero corriente «"_w) + std::string(name) + std::string(u8"»"_w));

@@ -12,12 +12,13 @@ class TransferError : public std::runtime_error {
   using std::runtime_error::runtime_error;  // what(): Spanish, UTF-8
 };
 
-// A blocking HTTP GET. Meanwhile windows are painted, but no handler, timer or second Get runs.
+// A blocking HTTP GET. Windows are painted meanwhile, but no event handler, timer or second Get
+// runs.
 class HttpGet {
  public:
   virtual ~HttpGet() = default;
   // `url` is sent unchanged (Windows-1252 bytes), except that blanks, CR, LF and NUL are escaped.
-  // Returns the body's bytes whatever the reply's status. Throws TransferError.
+  // Returns the body's bytes for any status. Throws TransferError.
   virtual std::string Get(std::string_view url) = 0;
 };
 

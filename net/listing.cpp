@@ -18,22 +18,21 @@ constexpr std::array<std::string_view, kHintCount> kHints = {
     u8"No se encontró ninguna melodía"_w,
     u8"Inténtalo de nuevo con menos palabras o quita/pon acentos."_w};
 
-// The text after the record's first full stop. With a full stop in the description it is not a
-// number.
+// The text after the record's first full stop; not a number if the description has a full stop.
 std::string_view NumberText(std::string_view record) {
   const std::ptrdiff_t stop = core::InStr(record, ".");
   return stop == 0 ? std::string_view() : core::Mid(record, stop + 1);
 }
 
-// The record without its number and with the parenthesis closed; unchanged when there is no number
-// within its last characters.
+// The record without its number and with the parenthesis closed; unchanged when it has no number at
+// its end.
 void CloseRecord(std::string_view record, std::string& closed) {
   const std::size_t stop = core::NumberStop(record);
   closed = record.substr(0, stop);
   closed += stop == record.npos ? "" : ")";
 }
 
-// The stem, when the text has one that equals its description.
+// The text's stem if it equals the description.
 std::optional<std::string_view> StemLikeDescription(std::string_view text) {
   const std::ptrdiff_t open = core::InStr(text, " (");
   if (open == 0) {

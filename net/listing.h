@@ -6,20 +6,19 @@
 #include <string>
 #include <string_view>
 
-// Listings of the melody server: a run of records "description (stem.number", each followed by
-// ")498". Texts are Windows-1252.
+// Listings of the melody server: records "description (stem.number", each followed by ")498".
+// Strings are Windows-1252.
 namespace tonadex::net {
 
 inline constexpr std::string_view kRecordEnd = ")498";
 
-// The two rows that are shown for a listing without records; they are not melodies.
+// The two rows shown for a listing without records; they are not melodies.
 inline constexpr std::size_t kHintCount = 2;
 std::string_view HintRow(std::size_t index);
 bool IsHintRow(std::string_view row);
 
 // The end of a listing: the text after the last ")498", and the last record in the form of a row
-// with its number as text (both "" when there was no record). `rest` and `number` are views of the
-// reply.
+// with its number as text (both "" without records). `rest` and `number` are views of the reply.
 struct ListingEnd {
   std::string_view rest, number;
   std::string record;
@@ -30,9 +29,9 @@ struct ListingEnd {
 using AddListingRow = std::function<void(std::string_view text, std::int32_t number)>;
 
 // Calls `add` for each record. `stemAlone`: a row whose description equals its stem is shortened to
-// the stem (in a search; a random pick keeps both). A malformed record gives a row of what can be
-// read. Takes linear time and throws only what `add` throws.
-// Example: "Vals (vals.120)498" gives "Vals (vals)", 120.
+// the stem (used for searches; a random pick shows both). Of a malformed record the readable parts
+// become a row. Takes linear time and throws only what `add` throws. Example: "Vals (vals.120)498"
+// calls add("Vals (vals)", 120).
 ListingEnd ReadListing(std::string_view reply, bool stemAlone, const AddListingRow& add);
 
 // How many rows ReadListing adds.

@@ -5,9 +5,9 @@
 
 namespace tonadex::net {
 
-// The melody server's address: `argument` (from the command line), else $TONADEX_SERVIDOR, else the
+// The melody server's address: `argument` (of the command line), else $TONADEX_SERVIDOR, else the
 // first line of "servidor.txt" in the program folder, without surrounding blanks and trailing "/".
-// "" when there is no address: the embedded server is used.
+// "" when none is configured: the embedded server is used.
 std::string ConfiguredServer(const std::string& argument,
                              const std::filesystem::path& programFolder);
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::array<std::string_view, 4> kHeaderParts = {",", ",b=", ",o=", ":d="};
 
-// Spelt without accents, as users have always read them.
+// Spelled without accents, as these messages have always been.
 constexpr std::string_view kAlreadyThereMessage =
     "La melodia NO se ha subido, pues ya existia en nuestro servidor.";
 constexpr std::string_view kStopInNameMessage =

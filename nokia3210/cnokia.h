@@ -9,8 +9,8 @@
 
 namespace tonadex::nokia3210 {
 
-// Converts the phone's composer notation to RTTTL notes and back. An object can be used again; two
-// objects share nothing. Texts are Windows-1252.
+// Converts the phone's composer notation to RTTTL notes and back. An object can be used repeatedly;
+// objects share no state. Strings are Windows-1252.
 //
 //   converter.Clear();
 //   converter.SetOriginalText("8.#c2 4-");
@@ -18,25 +18,25 @@ namespace tonadex::nokia3210 {
 //   converter.Convert();                 // ConvertedNotes() is "8c#.6,p", NoteCount() is 2
 class CNokia {
  public:
-  // What Convert gives: kRTTTL reads composer notation and gives RTTTL notes, kComposer reads RTTTL
-  // (notes or a whole melody) and gives composer notation.
+  // The notation that Convert writes: kRTTTL converts composer notation to RTTTL notes, kComposer
+  // converts RTTTL (notes or a whole melody) to composer notation.
   NoteKind ShowType = NoteKind::kRTTTL;
-  // Stored for the caller; the conversion does not use them.
+  // Stored for the caller; not used by the conversion.
   std::string RingToneName;
   std::int16_t Tempo = 0;  // quarter notes per minute
   std::string Folder;
 
-  // The header values for the converted notes: "4" and "5" at start; Convert leaves them alone.
+  // The header values for the converted notes, initially "4" and "5"; Convert does not change them.
   nokia3210::Defaults Defaults;
 
-  // Empties the text, the notes and the log; the properties above stay.
+  // Clears the text, the notes and the log; the fields above keep their values.
   void Clear();
   void SetOriginalText(std::string_view text) { originalText_ = text; }
   const std::string& OriginalText() const { return originalText_; }
   // Converts OriginalText; earlier notes and log entries are dropped. Throws nothing but bad_alloc.
   void Convert();
 
-  // Notes and pauses read.
+  // Number of notes and pauses read.
   std::size_t NoteCount() const { return notes_.Count(); }
   const CNotes& Notes() const { return notes_; }
   // The notes as text, "" before Convert. RTTTL: no header, no "," at the end.

@@ -19,7 +19,7 @@ std::string_view DurationText(std::uint8_t duration) {
   return row == kDurations.end() ? "" : row->text;
 }
 
-// Mark 0 is RTTTL octave 4.
+// The digit of the RTTTL octave: mark '0' is octave 4.
 constexpr char RTTTLOctave(char mark) {
   return static_cast<char>(mark + 4);
 }
@@ -41,7 +41,7 @@ void AppendComposerNote(std::string& text, const cNote& note) {
   text += note.Octave;
 }
 
-// The octave comes last, because the RTTTL parser would miss it before a dot.
+// The octave comes last: the RTTTL parser would not recognise it before a dot.
 void AppendRTTTLNote(std::string& text, const cNote& note, const Defaults& defaults) {
   const std::string_view duration = DurationText(note.Duration);
   if (duration != defaults.Duration) {

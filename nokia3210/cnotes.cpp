@@ -26,7 +26,7 @@ constexpr std::string_view kNotUnderstood = u8": no se entiende «"_w;
 constexpr std::string_view kQuoteEnd = u8"»"_w;
 constexpr std::string_view kNoSuchNote = u8"No hay ninguna nota con el número "_w;
 
-// `at` counts from 0.
+// `at` is a 0-based offset.
 void LogUnread(ErrorLog& log, std::size_t at, std::string_view text) {
   std::string message(kPosition);
   message += std::to_string(at + 1);
@@ -40,8 +40,9 @@ bool IsOneOf(char c, std::string_view characters) {
   return characters.find(c) != std::string_view::npos;
 }
 
-// Scans composer notation from left to right. The Read functions return nullopt or false where the
-// text is not a note; `at_` is then somewhere inside the unreadable text, before its separator.
+// Scans composer notation from left to right. The Read functions return nullopt or false when the
+// text is not a note; `at_` is then somewhere inside the unreadable text, before the next
+// separator.
 class ComposerScanner {
  public:
   ComposerScanner(std::string_view text, std::uint8_t defaultDuration)
@@ -61,7 +62,7 @@ class ComposerScanner {
   }
 
  private:
-  // NUL, which is not a character of the notation, at the end of the text.
+  // NUL at the end of the text; it is not a character of the notation.
   char Peek(std::size_t ahead = 0) const {
     return at_ + ahead < text_.size() ? core::ToLower(text_[at_ + ahead]) : '\0';
   }
@@ -102,7 +103,7 @@ class ComposerScanner {
     }
   }
 
-  // Holding a note's key makes it dotted.
+  // "(4c2)": on the phone, holding a note's key makes the note dotted.
   std::optional<cNote> ReadHeldOrToken() {
     if (Peek() != '(') {
       return ReadToken();
@@ -163,8 +164,8 @@ class ComposerScanner {
     return true;
   }
 
-  // "4c8d" is 4c 8d and "4c28d" is 4c2 8d: the octave is one digit, and digits that are the
-  // duration of the next note leave this note without an octave.
+  // "4c8d" is 4c 8d and "4c28d" is 4c2 8d: an octave is one digit, and digits that are the duration
+  // of the next note are not an octave.
   bool ReadOctave(cNote& note) {
     const std::string_view digits = DigitRun();
     if (digits.empty() || (DurationOf(digits) > 2 && NoteFollows(digits.size()))) {
@@ -183,8 +184,8 @@ class ComposerScanner {
   std::size_t at_ = 0;
 };
 
-// The composer's note for a parsed one; nullopt when the composer has no such note. Octaves 4 and 8
-// are converted, and GetOctave logs them.
+// The composer's note for a parsed one; nullopt when the composer has no such note. Octaves 4 and
+// 8, which the phone lacks, are converted, and GetOctave logs them.
 std::optional<cNote> ToComposer(const core::RTTTLNote& parsed, ErrorLog& log) {
   cNote note{.Duration = DurationOf(parsed.Duration), .Dotted = parsed.Dotted};
   if (note.Duration == 0 || parsed.Note.empty()) {

@@ -24,17 +24,17 @@ class CNotes {
   auto begin() const { return notes_.begin(); }
   auto end() const { return notes_.end(); }
 
-  // Parses notes and adds them. Accepts any bytes, in linear time. Unreadable text is skipped up to
-  // the next separator and logged once, with the source "CNokia.Convert": "Posición n: no se
-  // entiende «text»", n the 1-based position in `text`.
+  // Parses notes and appends them. Accepts any bytes, in linear time. Unreadable text is skipped up
+  // to the next separator and logged once, with the source "CNokia.Convert": "Posición n: no se
+  // entiende «text»", where n is the 1-based position in `text`.
   //
   // kComposer, as typed: [duration] then a note with its marks "." and "#" before or after the
   // letter and an octave 1 to 3, or a pause "-" or "p". Separators between notes (kNoteSeparators)
   // may be missing; "(4c2)" and "(hold 4c2)" are dotted notes; a tempo at the start ("Tempo=120:",
   // "120 ") is skipped. Upper case counts as lower case and h as b. A missing duration is the
-  // default one, a missing octave "1".
+  // default one, a missing octave is "1".
   //
-  // kRTTTL: the notes section, or a whole melody whose header then gives the defaults.
+  // kRTTTL: the notes section, or a whole melody, whose header then replaces the defaults.
   void GetNotes(std::string_view text, NoteKind kind, const Defaults& defaults, ErrorLog& log);
 
  private:

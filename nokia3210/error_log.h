@@ -5,7 +5,7 @@
 
 namespace tonadex::nokia3210 {
 
-// What a conversion could not do, Windows-1252.
+// The errors of a conversion as one Windows-1252 string.
 class ErrorLog {
  public:
   // Adds "[source] message"; a bare CR separates entries.

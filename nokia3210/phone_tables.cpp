@@ -12,7 +12,7 @@ struct OctaveRow {
   std::string_view message;  // logged when not empty
 };
 
-// RTTTL octave to composer mark, then back.
+// RTTTL octaves with their composer marks, then the reverse.
 constexpr std::array<OctaveRow, 8> kOctaves = {{
     {"5", "1", ""},
     {"6", "2", ""},
@@ -27,7 +27,7 @@ constexpr std::array<OctaveRow, 8> kOctaves = {{
 }};
 
 constexpr std::string_view kGetOctaveSource = "modNok.GetOctave";
-constexpr std::string_view kKeyNotes = "-cdefgab";  // position = key
+constexpr std::string_view kKeyNotes = "-cdefgab";  // indexed by key
 constexpr std::string_view kKeys = "01234567";
 
 }  // namespace

@@ -1,4 +1,4 @@
-# Runs on the staged files before they are packed: manual pages and changelogs are kept compressed.
+# Runs on the staged files before they are packed: compresses manual pages and changelogs.
 file(GLOB_RECURSE pages ${CPACK_TEMPORARY_DIRECTORY}/*/usr/share/man/*.1
   ${CPACK_TEMPORARY_DIRECTORY}/*/usr/share/doc/*/changelog)
 if(NOT pages)

@@ -51,8 +51,8 @@ constexpr auto kPhones = [] {
   return phones;
 }();
 
-// Restoring a brand looks for these two models in a spelling that the program never saves, so they
-// restore none. Kept, because saved settings have always behaved so.
+// RestoredBrand compares these two models with spellings that the program never saves, so they
+// restore no brand. Kept, because saved settings have always behaved so.
 struct Spelling {
   std::string_view model, saved;
 };

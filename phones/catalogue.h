@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-// Phone makes, models and format codes.
+// The phone catalogue: brands, models and format codes.
 namespace tonadex::phones {
 
 // One row: brand, model text and format code separated by "^", for example
@@ -18,7 +18,7 @@ struct PhoneCatalogue {
   std::array<std::string_view, 501> rows;
 };
 
-// Indexed by the brand's number, 0 "Nokia" to 7 "Siemens".
+// Indexed by brand number: 0 is "Nokia", 7 "Siemens".
 inline constexpr std::array<std::string_view, 8> kBrands = {
     "Nokia", "Kyocera", "Samsung", "EMS", "Motorola", "Ericsson", "Mitsubishi Trium", "Siemens"};
 
@@ -29,21 +29,21 @@ struct CatalogueRow {
 // Appends the brand names to `cmbmarcas` (not cleared) and returns the filled table.
 PhoneCatalogue LoadPhoneCatalogue(std::vector<std::string>& cmbmarcas);
 
-// The fields of a row; nullopt unless there are exactly three.
+// The fields of a row; nullopt unless it has exactly three.
 std::optional<CatalogueRow> SplitCatalogueRow(std::string_view row);
 
 // All rows in table order.
 std::span<const CatalogueRow> CatalogueRows();
 
-// The row of a model text, compared exactly; nullptr when the catalogue lacks it.
+// The row of a model text, compared exactly; nullptr when it is not in the catalogue.
 const CatalogueRow* FindModel(std::string_view model);
 
-// Model texts of a brand (exact, case-sensitive) in table order.
+// Model texts of a brand (compared exactly) in table order.
 std::vector<std::string_view> ModelsOfBrand(const PhoneCatalogue& catalogue,
                                             std::string_view brand);
 
-// Number of the brand that a saved model text restores, if any. The generic Samsung entries restore
-// none: deliberate.
+// The number of the brand of a saved model text; nullopt when it restores none, as for the generic
+// Samsung entries (deliberate).
 std::optional<std::size_t> RestoredBrand(std::string_view savedModel);
 
 }  // namespace tonadex::phones

@@ -18,7 +18,7 @@ constexpr std::string_view kNoModel =
     u8"Selecciona el modelo de tu móvil en el apartado de opciones para poder usar el programa"_w;
 constexpr std::string_view kCannotConvert = u8"No se puede convertir la melodía: "_w;
 
-// The tempo in the melody's header, "" when there is none.
+// The tempo in the melody's header, "" when it has none.
 std::string HeaderTempo(std::string_view text) {
   core::RTTTLMelody copy;
   copy.Text = text;
@@ -31,7 +31,7 @@ ConversionPage Page(const Format& format, std::string_view row, Job& job) {
   page.title.append("Melodia ").append(row).append(format.titleSuffix);
   page.result = std::move(job.result);
   page.notices = format.instruction;
-  if (format.output == AsLoaded) {  // no writer: no warnings, and the melody is not parsed yet
+  if (format.output == AsLoaded) {  // no writer: no warnings, and the melody is not parsed
     page.tempo = HeaderTempo(job.melody.Text);
   } else {
     page.notices.append(core::kCrLf).append(job.notices);

@@ -12,7 +12,7 @@
 // Converts a melody for the chosen phone.
 namespace tonadex::phones {
 
-// The save dialog that a format that is a file needs.
+// The save dialog of formats whose result is a file.
 struct SaveRequest {
   std::string DefaultExt;
   std::string DialogTitle;
@@ -21,7 +21,7 @@ struct SaveRequest {
   bool CancelError = true;
 };
 
-// Answers which file to write: by a dialog that opens in the program folder, or by a command line
+// Chooses the file to write: with a dialog that opens in the program folder, or by a command line
 // option.
 class SaveFileQuestion {
  public:
@@ -33,7 +33,7 @@ class SaveFileQuestion {
 enum class Outcome {
   kConverted,
   kIncomplete,     // converted, but a message says what could not be read or placed
-  kNoModel,        // no such model: the page asks for one
+  kNoModel,        // no such model; the page invites the user to choose one
   kCancelled,      // no file was chosen
   kRefused,        // the format cannot hold such a melody
   kCannotConvert,  // the melody cannot be read, or a run-time failure occurred
@@ -45,7 +45,7 @@ struct ConversionPage {
   std::string title;    // lbltextresult
   std::string result;   // textresultado
   std::string notices;  // Textavisos: instructions and, line by line, the writer's warnings
-  std::string tempo;    // texttempo: the header's text, maybe not a number
+  std::string tempo;    // texttempo: as in the header, maybe not a number
 };
 
 struct Conversion {
@@ -56,10 +56,10 @@ struct Conversion {
 };
 
 // Converts melody.Text (sharps already restored) for a model of the catalogue, compared exactly.
-// `row` is the melody's row in the list, for the title. The melody is parsed in place, twice where
-// the format has an octave range and the second parse could find something else; each parse reports
-// its errors. Messages also go to the calling thread's sink as they arise. A run-time failure is
-// reported in a message box ("No se puede convertir la melodía: …").
+// `row` is the melody's row in the list, for the title. The melody is parsed in place, and parsed
+// again when the format has an octave range and a second parse could have another result; each
+// parse reports its errors. Messages also go to the calling thread's sink as they arise. A run-time
+// failure is reported in a message box ("No se puede convertir la melodía: …").
 Conversion ConvertSelectedMelody(core::RTTTLMelody& melody, std::string_view model,
                                  std::string_view row, SaveFileQuestion& ask);
 

@@ -34,8 +34,8 @@ constexpr Octaves k5To7 = {OctaveRange::kBetween, 5, 3};
 constexpr Octaves k4To7 = {OctaveRange::kBetween, 4, 4};
 constexpr Octaves k1To8 = {OctaveRange::kBetween, 1, 8};
 
-// In the order of the catalogue's codes. The sheet labels keep their odd capital letters and
-// missing full stops.
+// In the order of the catalogue's codes. The sheet labels keep their unusual capital letters and
+// missing full stops, because printed sheets have always had them.
 constexpr auto kFormats = std::to_array<Format>({
     {"NRTLNOMOD", AsLoaded, Kind::kText, "rtttl", kEvery, kEvery, 0, "Nokia>RTTTL.",
      " para Nokia en formato RTTTL.", kSendRtttl, u8"La melodía en RTTTL tal como está"_w,
@@ -106,8 +106,8 @@ constexpr auto kFormats = std::to_array<Format>({
      "Un fichero MIDI para enviar por cable", ""},
 });
 
-// Models whose label is found under another text, or that have no label (""): kept, because printed
-// sheets have always been so.
+// Models whose label is looked up with another text, or that have no label (""): kept, because
+// printed sheets have always been so.
 struct LabelText {
   std::string_view model, text;
 };
@@ -124,7 +124,7 @@ const Format* FormatOf(const CatalogueRow& phone) {
   return found == kFormats.end() ? nullptr : &*found;
 }
 
-// The text under which a model's label is found.
+// The text with which a model's label is looked up.
 std::string_view LabelTextOf(const CatalogueRow& phone) {
   const auto found = std::ranges::find(kLabelTexts, phone.model, &LabelText::model);
   return found == kLabelTexts.end() ? phone.model : found->text;

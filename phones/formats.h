@@ -6,15 +6,19 @@
 // The formats that phones accept, one row for each format code of the catalogue.
 namespace tonadex::phones {
 
+<<<<<<< HEAD
 // The format whose results are what a Nokia shows, not its keys.
 inline constexpr std::string_view kComposerCode = "NCOM";
 
 // Capacity of a Nokia's composer.
+=======
+// Capacity of a Nokia's composer, in notes and pauses.
+>>>>>>> main
 inline constexpr std::size_t kComposerNotes = 50;
 
 enum class OctaveRange {
-  kAny,      // as written
-  kAround,   // `count` octaves from the base octave chosen for the melody, `lowest` where that is 0
+  kAny,      // every octave
+  kAround,   // `count` octaves from the base octave chosen for the melody; from `lowest` if it is 0
   kFrom,     // `lowest` and higher
   kBetween,  // `count` octaves from `lowest`
 };
@@ -33,26 +37,26 @@ enum class Kind {
   kText,
   kNotes,  // notes one by one, as a composer shows or takes them
   kKeys,   // a text of keys to press
-  kFile,   // asked for during the conversion; nothing to show
+  kFile,   // written during the conversion; nothing to show
 };
 
-// Texts are Windows-1252.
+// One format. Strings are Windows-1252.
 struct Format {
   std::string_view code;
   Output output;
   Kind kind;
-  std::string_view extension;  // of a saved result, without its full stop
-  Octaves octaves;   // that the format can hold; most writers fold other octaves into these
-  Octaves reported;  // the notices report notes and pauses outside of these; kAny: they report none
+  std::string_view extension;    // of a saved result, without the full stop
+  Octaves octaves;               // range of the format; most writers fold other octaves into it
+  Octaves reported;              // the notices name notes and pauses outside this range; kAny: none
   std::size_t noteLimit;         // 0 for none
   std::string_view sheetLabel;   // on the printed sheet
   std::string_view titleSuffix;  // after "Melodia " and the melody's row
   std::string_view instruction;  // what to do with the result
   std::string_view gets;         // describes the result; the note limit and octaves follow it
-  std::string_view limits;       // ends that sentence: begins with a comma
+  std::string_view limits;       // end of that sentence, begins with a comma
 };
 
-// The format of a model text, compared exactly; nullptr when the catalogue lacks it.
+// The format of a model text, compared exactly; nullptr when the model is not in the catalogue.
 const Format* FindFormat(std::string_view model);
 
 // Whether the model's result is a file instead of text.

@@ -14,12 +14,13 @@ using namespace core::literals;
 
 constexpr int kColumns = 3;
 
-// One cell a key, row by row: what is typed with it, its label first, and behind ":" what it does.
+// Parses the keys row by row, separated by "|": the typed characters, first the label, then ":" and
+// the word.
 template <std::size_t kCount>
 constexpr auto Keys(std::string_view cells) {
   std::array<KeypadKey, kCount> keys{};
   std::size_t at = 0;
-  // Counts characters itself: g++ 12 takes find for no constant when sanitizers are on.
+  // A loop, because std::string_view::find is not a constant expression in g++ 12 with sanitizers.
   const auto upTo = [&](char mark) {
     const std::size_t from = at;
     while (at < cells.size() && cells[at] != mark) {
@@ -47,8 +48,8 @@ constexpr auto kMotorola = Keys<12>(
     u8"4:sol, silencio|5:|6:|"
     u8"7:sostenido|8:|9:|"
     u8"*:|0:duración|#:"_w);
-// Letters as every phone has them. A digit is the duration of the letter before it, or the octave
-// behind "*".
+// The usual letters on the keys. A digit is the duration of the letter before it, or the octave
+// after "*".
 constexpr auto kIMelody = Keys<12>(
     u8"1.:blanca, puntillo|2abc:negra, la, si, do|3def:corchea, re, mi, fa|"
     u8"4g:semicorchea, sol|5:fusa|6:|"

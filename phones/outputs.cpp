@@ -40,8 +40,8 @@ constexpr std::string_view kMidiShown =
     u8"Las melodías MIDI no pueden ser mostradas. Para introducirla a tu móvil, necesitarás envíar "
     u8"el fichero .mid que has grabado."_w;
 
-// The octave step parses the melody. The writer behind it would parse it again and report again,
-// which is spared where it would find the same.
+// Choosing the octave parses the melody. The writer would parse it again and repeat its messages;
+// that is skipped when the second parse would have the same result.
 std::int16_t BaseOctave(Job& job) {
   const std::int16_t octave =
       formats::frmOctave{job.melody}.mGetOctaveRange(job.melody.DefaultOctave, formats::kRangeSpan);

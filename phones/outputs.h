@@ -6,8 +6,9 @@
 #include "core/rtttl.h"
 #include "phones/conversion.h"
 
-// The output step of each format: from a loaded melody to the result page's text, or to a file.
-// Each returns kConverted after setting `result`, or why not. Errors: those of the writers.
+// The output step of each format: converts a loaded melody to the result page's text, or writes a
+// file. Each function sets `result` and returns kConverted, or returns why it could not. Errors:
+// those of the writers.
 namespace tonadex::phones {
 
 struct Job {

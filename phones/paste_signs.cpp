@@ -24,7 +24,8 @@ struct Sign {
   std::string_view plain;
 };
 
-// Those of Windows-1252, and those that it lacks; full-width letters and blanks follow a rule.
+// Replacements, first those of Windows-1252 characters. Full-width letters and the blanks of U+2000
+// to U+200A are handled by code.
 constexpr auto kSigns = std::to_array<Sign>({
     {0x82, ","},   // mojibake of Windows-1252's low comma
     {0x85, "\n"},  // next line
@@ -72,7 +73,7 @@ constexpr auto kSigns = std::to_array<Sign>({
     {0x0421, "C"},
 });
 
-// What stands for the character; none for one that stays.
+// The replacement of a character; nullopt when it is not replaced.
 std::optional<std::string> Plain(char32_t character) {
   const auto sign = std::ranges::find(kSigns, character, &Sign::character);
   if (sign != kSigns.end()) {
@@ -110,9 +111,9 @@ std::optional<std::uint32_t> ReadCode(std::string_view digits, std::uint32_t bas
   return digits.empty() ? std::nullopt : std::optional(code);
 }
 
-// A piece of the text that stands for something else, and how long it is.
+// Characters at the beginning of a text, and their replacement.
 struct Piece {
-  std::size_t length = 0;  // 0 for none
+  std::size_t length = 0;  // of the replaced characters; 0: nothing is replaced
   std::string plain;
 };
 
@@ -154,7 +155,7 @@ Piece Entity(std::string_view text) {
   return code ? Piece{end + 1, PlainOrSame(*code)} : Piece{};
 }
 
-// A tag ends a line unless it stands inside one.
+// A tag is replaced by a line end, except one that formats characters within a line.
 Piece Tag(std::string_view text) {
   constexpr std::array<std::string_view, 9> kInLine = {"b",  "i",    "u",    "em",  "strong",
                                                        "tt", "span", "code", "font"};
@@ -178,7 +179,7 @@ Piece PercentEscape(std::string_view text) {
   return {3, std::string(1, *code == '\r' ? '\n' : static_cast<char>(*code))};
 }
 
-// What stands at the beginning of the text, when it stands for something else.
+// The replacement for the beginning of the text, if there is one.
 Piece PieceAt(std::string_view text) {
   const std::string_view three = text.substr(0, 3);
   switch (text.front()) {
@@ -190,7 +191,7 @@ Piece PieceAt(std::string_view text) {
       return Tag(text);
     case '%':
       return PercentEscape(text);
-    case '\xC2':  // UTF-8 of a no-break space, read as two characters
+    case '\xC2':  // a no-break space in UTF-8, decoded as two characters
       return text.starts_with("\xC2\xA0") ? Piece{2, " "} : Piece{};
     case '\xEF':  // byte order mark
       return three == "\xEF\xBB\xBF" ? Piece{3, ""} : Piece{};

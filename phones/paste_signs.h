@@ -5,9 +5,9 @@
 
 namespace tonadex::phones {
 
-// A pasted Windows-1252 text with the signs of RTTTL: lines end in LF, typographic signs, HTML
-// entities and tags, percent escapes and the escape of "#" are replaced by what they stand for.
-// Plain text comes out as it is.
+// Normalises a pasted Windows-1252 text: lines end in LF, and typographic characters, HTML entities
+// and tags, percent escapes and the escape of "#" are replaced by the characters that they mean.
+// Plain text is unchanged.
 std::string PlainSigns(std::string_view text);
 
 }  // namespace tonadex::phones

@@ -15,9 +15,9 @@ using namespace core::literals;
 constexpr std::string_view kChoose = u8"Elige tu móvil"_w;
 constexpr std::string_view kChooseSentence =
     u8"Elige la marca y el modelo de tu móvil, o el formato que admite."_w;
-constexpr std::size_t kNamedModels = 2;  // shown of a list of models, before "…"
+constexpr std::size_t kNamedModels = 2;  // models of a list that are named before "…"
 
-// "3210,3310,3330" gives "3210, 3310 …"; a format entry stays as it is.
+// Shortens a list: "3210,3310,3330" becomes "3210, 3310 …". A format entry is unchanged.
 std::string ShortModel(std::string_view model) {
   std::string name;
   std::size_t named = 0;

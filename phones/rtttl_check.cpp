@@ -41,7 +41,7 @@ constexpr std::string_view kTooLong =
 constexpr std::string_view kUnfitTempo =
     u8"El tempo es demasiado lento o rápido para tocar y convertir la melodía."_w;
 
-// The settings of a header, and what is wrong with one.
+// The settings of a header, and the sentences for their faults.
 struct Setting {
   char key;
   bool (*valid)(std::string_view value);
@@ -81,11 +81,11 @@ constexpr std::array<Setting, 3> kSettings = {{
      u8"El tempo, detrás de «b=», tiene que ser un número."_w},
 }};
 
-// A setting as it stands in the text.
+// A setting as found in the text.
 struct Found {
   core::TextRange where;
   std::string_view value;
-  bool read = false;  // by the parser
+  bool read = false;  // the parser recognises it
 };
 
 class Checker {
@@ -113,10 +113,10 @@ class Checker {
   std::string_view text_;
   MelodyCheck check_;
   core::TextRange tempoAt_;
-  int duration_ = 0;  // the header's, 0 for none
+  int duration_ = 0;  // the header's; 0 when it has none
 };
 
-// Gives `use` every part between commas with its place, the last one also when it is empty.
+// Calls `use` with the range of every part between commas, also of an empty one at the end.
 template <typename Use>
 void ForEachItem(std::string_view text, core::TextRange range, Use use) {
   const std::size_t end = range.start + range.length;
@@ -127,7 +127,7 @@ void ForEachItem(std::string_view text, core::TextRange range, Use use) {
   }
 }
 
-// The last item that the parser takes for the setting, else one that a reader would.
+// The last item that the parser recognises as the setting, else the last one that a person would.
 Found Checker::Find(char key, core::TextRange header) const {
   Found found;
   ForEachItem(text_, header, [&](core::TextRange where) {
@@ -163,7 +163,7 @@ void Checker::CheckHeader(core::TextRange header) {
 void Checker::CheckItem(core::TextRange where, std::size_t number) {
   const std::string item = CleanItem(In(where));
   if (const std::string fault = ItemFault(item); !fault.empty()) {
-    // The comma before an empty item can be shown, the item itself cannot.
+    // An empty item cannot be highlighted; the comma before it can.
     Add(where.length == 0 && number > 1 ? core::TextRange{where.start - 1, 1} : where,
         "Nota " + std::to_string(number) + ": " + fault + ".", number);
     return;
@@ -179,7 +179,7 @@ void Checker::CheckItem(core::TextRange where, std::size_t number) {
 void Checker::CheckNotes(std::size_t start) {
   core::TextRange section{start, text_.size() - start};
   if (section.length > 0 && text_.ends_with(',')) {
-    --section.length;  // the parser forgives one comma at the end
+    --section.length;  // the parser accepts one comma at the end
   }
   if (CleanItem(In(section)).empty()) {
     Add(section, std::string(kNoNotes));
@@ -216,7 +216,7 @@ class NoFile : public SaveFileQuestion {
   std::optional<std::string> AskSaveFile(const SaveRequest&) override { return std::nullopt; }
 };
 
-// Whether a text without visible fault goes through the player's and every phone's writer.
+// Whether a text without faults can be played and converted by every phone's writer.
 bool Converts(std::string_view text) {
   core::RecordingMessages unread;
   const core::ScopedMessageSink sink(unread);
@@ -250,7 +250,7 @@ void Checker::CheckConversions() {
   const bool usual = check_.tempo >= kSlowestTempo && check_.tempo <= kFastestTempo;
   if (core::ParseRTTTL(melody) != core::kParsed) {
     Add({text_.size(), 0}, std::string(kTooLong));
-  } else if (!usual && !Converts(text_)) {  // at a usual tempo every known note fits
+  } else if (!usual && !Converts(text_)) {  // at a usual tempo no length overflows
     Add(tempoAt_, std::string(kUnfitTempo));
   }
 }

@@ -16,9 +16,9 @@ namespace {
 
 using namespace core::literals;
 
-constexpr std::size_t kMostDigits = 3;  // of a number that is told apart from longer ones
-constexpr std::size_t kQuoted = 24;     // characters of an item in a sentence
-constexpr int kOctaveBelow = 4, kOctaveAbove = 7;  // for a lower and a higher one than any
+constexpr std::size_t kMostDigits = 3;  // longer numbers all count as 999
+constexpr std::size_t kQuoted = 24;     // maximum characters of an item that a sentence quotes
+constexpr int kOctaveBelow = 4, kOctaveAbove = 7;  // replace octaves below 1 and above 8
 
 struct Scanner {
   std::string_view text;
@@ -48,7 +48,7 @@ struct Scanner {
       return false;
     }
     ++at;
-    // A second b is a flat unless yet another letter follows.
+    // A following b is a flat, unless another letter follows it.
     if (note.letter != 'p' && c != 'h' && Peek() == 'b' &&
         (at + 1 == text.size() ||
          std::string_view("#.0123456789").find(text[at + 1]) != std::string_view::npos)) {
@@ -79,8 +79,8 @@ bool IsOctave(int number) {
   return number >= kLowestOctave && number <= kHighestOctave;
 }
 
-// The digits at the end of an item: "c16" without a duration is a sixteenth; the parser takes the
-// last digit for the octave.
+// The digits at the end of an item: "c16" without a duration is a sixteenth, although the parser
+// reads the last digit as the octave.
 void SetLast(MeantNote& note, std::string_view digits) {
   if (!note.duration && (digits == "16" || digits == "32")) {
     note.duration = Number(digits);
@@ -90,17 +90,17 @@ void SetLast(MeantNote& note, std::string_view digits) {
   }
 }
 
-// Digits between two notes: the octave of the first and the duration of the second.
+// Splits the digits between two notes into the octave of the first and the duration of the second.
 std::pair<std::string_view, std::string_view> SplitDigits(std::string_view digits) {
   const bool octave =
       digits != "16" && digits != "32" && !digits.empty() && digits[0] >= '4' && digits[0] <= '7';
   return {digits.substr(0, octave ? 1 : 0), digits.substr(octave ? 1 : 0)};
 }
 
-// Whether the parser makes the same note of both.
+// Whether the parser reads both items as the same note.
 bool ReadAlike(std::string one, std::string other) {
   core::RTTTLMelody melody;
-  melody.DefaultDuration = "d";  // no item can spell these
+  melody.DefaultDuration = "d";  // no item contains these values
   melody.DefaultOctave = "o";
   return core::ParseRTTTLNote(one, melody) == core::ParseRTTTLNote(other, melody);
 }
@@ -111,7 +111,7 @@ std::string Quoted(std::string_view text) {
   return quoted.append(text.size() > kQuoted ? u8"…»"_w : u8"»"_w);
 }
 
-// What the parser loses of a note that it reads otherwise.
+// Names the parts of a note that the parser loses.
 std::string_view Lost(std::string_view item, const MeantNote& note) {
   struct Loss {
     bool octave, accidental, dot;
@@ -193,7 +193,7 @@ std::vector<MeantNote> NotesMeant(std::string_view item) {
       std::tie(digits, duration) = SplitDigits(digits);
     }
     if (duration.empty()) {
-      return {};  // letters side by side are a word
+      return {};  // adjacent letters are a word
     }
     note.octave = NumberOrNone(digits);
     notes.push_back(note);

@@ -22,8 +22,8 @@ namespace {
 using namespace core::literals;
 
 constexpr std::size_t kLongestName = 100;
-constexpr std::size_t kQuoted = 60;     // characters of a header or name in a sentence
-constexpr std::size_t kMostKinds = 20;  // of changed notes that are named
+constexpr std::size_t kQuoted = 60;     // maximum characters of a quoted header or name
+constexpr std::size_t kMostKinds = 20;  // maximum kinds of note changes that are listed
 constexpr std::string_view kSignsChanged =
     u8"Los signos tipográficos, de HTML o de fichero pasan a los de RTTTL."_w;
 constexpr std::string_view kNamelessMelody = "Melodia";
@@ -50,7 +50,7 @@ std::string Becomes(std::string_view from, std::string_view to) {
   return Quoted(from) + " pasa a " + Quoted(to);
 }
 
-// What is changed in the notes: each kind once, with how often.
+// The changes of the notes: each kind once, with its count.
 class NoteChanges {
  public:
   void Changed(std::string_view from, std::string_view to) { Count(Becomes(from, to)); }
@@ -90,12 +90,12 @@ class NoteChanges {
 
 // One "key=value" of a header.
 struct Field {
-  std::size_t start = 0, end = 0;  // in the text
-  char key = 0;                    // d, o, b; another letter for what phones add
+  std::size_t start = 0, end = 0;  // offsets in the text
+  char key = 0;                    // d, o, b, or the letter of an extension
   std::string_view value;
 };
 
-// Names by which settings go.
+// Accepted names of the settings.
 constexpr std::array<std::pair<std::string_view, char>, 12> kKeys = {{{"d", 'd'},
                                                                       {"dur", 'd'},
                                                                       {"duration", 'd'},
@@ -109,7 +109,7 @@ constexpr std::array<std::pair<std::string_view, char>, 12> kKeys = {{{"d", 'd'}
                                                                       {"beat", 'b'},
                                                                       {"tempo", 'b'}}};
 
-// The setting around an equals sign; key 0 when there is none.
+// The setting around an equals sign; its key is 0 when there is none.
 Field FieldAt(std::string_view text, std::size_t equals) {
   constexpr std::size_t kLongestKey = 12;
   std::size_t keyEnd = equals;
@@ -144,7 +144,7 @@ Field FieldAt(std::string_view text, std::size_t equals) {
   return field;
 }
 
-// A header: settings with nothing but separators between them.
+// A header: a run of settings with only separators between them.
 struct Header {
   std::size_t start = 0, end = 0;
   std::vector<Field> fields;
@@ -160,7 +160,7 @@ std::vector<Header> FindHeaders(std::string_view text) {
     const Field field = FieldAt(text, at);
     const std::size_t before = headers.empty() ? 0 : headers.back().end;
     if (field.start < before) {
-      continue;  // the value before was taken for its key
+      continue;  // its key is part of the previous value
     }
     const bool goesOn =
         !headers.empty() && field.key != 0 &&
@@ -175,20 +175,20 @@ std::vector<Header> FindHeaders(std::string_view text) {
   return headers;
 }
 
-// The parts of a melody, views of the text.
+// The parts of a melody as views of the pasted text.
 struct Source {
-  std::string_view name;  // what stands before the header
+  std::string_view name;  // before the header
   std::string_view header;
   std::vector<Field> fields;
-  std::vector<std::string_view> lines;  // of notes
-  std::string_view whole;               // all of it
+  std::vector<std::string_view> lines;  // with notes
+  std::string_view whole;               // from the name to the last note
 };
 
 bool IsNote(std::string_view item) {
   return !NotesMeant(CleanItem(item)).empty();
 }
 
-// Calls `use` with every piece between characters of `separators`, empty ones too.
+// Calls `use` with every piece, even an empty one, between characters of `separators`.
 template <typename Use>
 void ForEachPiece(std::string_view text, std::string_view separators, Use use) {
   for (std::size_t start = 0; start <= text.size();) {
@@ -198,7 +198,7 @@ void ForEachPiece(std::string_view text, std::string_view separators, Use use) {
   }
 }
 
-// Whether a line goes on with the notes of the one before: no more words than notes.
+// Whether a line continues the notes of the previous one: it has no more words than notes.
 bool GoesOn(std::string_view line) {
   std::ptrdiff_t notes = 0;
   std::ptrdiff_t words = 0;
@@ -206,13 +206,13 @@ bool GoesOn(std::string_view line) {
     if (IsNote(piece)) {
       ++notes;
     } else if (piece.find_first_not_of("0123456789#.") != piece.npos) {
-      ++words;  // a broken note is none
+      ++words;  // a broken note is not a word
     }
   });
   return notes > 0 && notes >= words;
 }
 
-// The lines of the notes, the first in any case.
+// Sets the lines with notes: the first line always, then all that continue it.
 void SetNotes(Source& source, std::string_view text) {
   const std::size_t first = std::min(text.find_first_not_of(" \t\n,;:|."), text.size());
   text.remove_prefix(first);
@@ -225,14 +225,14 @@ void SetNotes(Source& source, std::string_view text) {
   });
 }
 
-// From the name to the end of the notes.
+// Sets `whole`, from the name to the end of the notes.
 void SetWhole(Source& source, std::string_view text, std::size_t start) {
   const std::string_view last = source.lines.empty() ? source.header : source.lines.back();
   const char* const end = last.data() + last.size();
   source.whole = Strip(text.substr(start, static_cast<std::size_t>(end - text.data()) - start));
 }
 
-// Where the name of the next melody begins in what stands between two headers.
+// Offset of the next melody's name in the text between two headers.
 std::size_t NameStart(std::string_view between) {
   const std::string_view text = between.substr(0, between.find_last_not_of(" \t\n:,;|") + 1);
   const std::size_t line = text.rfind('\n') + 1;  // npos + 1 is 0
@@ -276,7 +276,7 @@ std::vector<Source> SourcesByHeader(std::string_view text, const std::vector<Hea
   return sources;
 }
 
-// "d4,o5,b100": settings without their equals signs, between two colons where no notes stand.
+// Settings without equals signs ("d4,o5,b100") in a section between two colons that has no notes.
 std::vector<Field> BareFields(std::string_view section) {
   std::vector<Field> fields;
   ForEachPiece(section, ",;| \t", [&](std::string_view piece) {
@@ -287,7 +287,7 @@ std::vector<Field> BareFields(std::string_view section) {
   return fields;
 }
 
-// Texts without a header: each line with a colon begins a melody.
+// For a text without a header: each line with a colon begins a melody.
 std::vector<Source> SourcesByLine(std::string_view text) {
   std::vector<Source> sources;
   ForEachPiece(text, "\n", [&](std::string_view line) {
@@ -311,7 +311,7 @@ std::vector<Source> SourcesByLine(std::string_view text) {
   return sources;
 }
 
-// Drops "1. ", "2) ", "- " and "> " of lists and quoted mails.
+// Removes the "1. ", "2) ", "- " or "> " of lists and quoted mail.
 std::string_view WithoutBullet(std::string_view name) {
   const std::size_t digits = std::min(name.find_first_not_of("0123456789"), name.size());
   if (digits > 0 && digits + 1 < name.size() && (name[digits] == '.' || name[digits] == ')') &&
@@ -321,13 +321,13 @@ std::string_view WithoutBullet(std::string_view name) {
   return digits == 0 ? name.substr(std::min(name.find_first_not_of("-*>` \t"), name.size())) : name;
 }
 
-// A name that RTTTL, an address and a file can hold.
+// Makes a name that is valid in RTTTL, in a URL and as a file name.
 std::string CleanName(std::string_view raw) {
   constexpr std::string_view kJoining = "/\\=";
   constexpr std::string_view kDropped = "?'.\"<>*|`";
   constexpr std::string_view kEnds = " \t\n:,;|\"'-";
   raw = Strip(raw, kEnds);
-  raw = raw.substr(raw.find_last_of("\"\n") + 1);  // behind the code around a literal
+  raw = raw.substr(raw.find_last_of("\"\n") + 1);  // after the code before a string literal
   std::string name;
   for (const char c : WithoutBullet(raw)) {
     const bool blank = c == ' ' || c == '\t' || core::Code(c) < ' ';
@@ -348,7 +348,7 @@ std::string CleanName(std::string_view raw) {
   return name.empty() ? std::string(kNamelessMelody) : name;
 }
 
-// The last value of a setting that has one.
+// The last non-empty value of a setting, "" when there is none.
 std::string_view ValueOf(const Source& source, char key) {
   std::string_view value;
   for (const Field& field : source.fields) {
@@ -370,9 +370,9 @@ std::optional<double> NumberIn(std::string_view value) {
 }
 
 struct Settings {
-  int duration = 4, octave = 6;  // RTTTL's own defaults
+  int duration = 4, octave = 6;  // defaults of RTTTL
   std::string tempo = "63";
-  std::string others;  // what phones add: ",s=n"
+  std::string others;  // extensions of phones: ",s=n"
 };
 
 Settings SettingsOf(const Source& source, std::vector<std::string>& changes) {
@@ -410,19 +410,20 @@ std::string HeaderText(const Settings& settings) {
          ",b=" + settings.tempo + settings.others;
 }
 
-// Whether a number behind a note is the next one's duration: the note has its octave, or the number
-// is none that phones play.
+// Whether a number after a note is the duration of the next note: the note already has an octave,
+// or the number is not an octave that phones play.
 bool BeginsNote(std::string_view note, std::string_view word) {
   return word.find_first_not_of("0123456789") == word.npos &&
          (core::IsDigit(note.back()) || word.size() > 1 || word < "4" || word > "7");
 }
 
-// Puts the notes of one melody together.
+// Assembles the notes section of one melody.
 class NoteWriter {
  public:
   explicit NoteWriter(int octave) : octave_(octave) {}
 
-  // A piece between two commas; blanks and broken lines part notes or stand inside of one.
+  // Adds a piece between two commas. Blanks and line breaks in it can separate notes or interrupt
+  // one.
   void AddPiece(std::string_view piece) {
     std::string item;
     bool empty = true;
@@ -435,7 +436,7 @@ class NoteWriter {
         AddItem(std::exchange(item, {}));
         ++parted_;
       }
-      // What is longer than any note is not taken for one and need not be kept whole.
+      // Text longer than any note cannot be one and is not stored completely.
       item += item.size() > kLongestItem ? std::string_view() : word;
     });
     if (empty) {
@@ -467,7 +468,7 @@ class NoteWriter {
       return;
     }
     count_ += notes.size();
-    // A note that is read as it is meant stays; h is b in any case.
+    // A note that the parser reads as meant is unchanged, except that h becomes b.
     if (!ItemFault(clean).empty() || clean.find('h') != clean.npos) {
       clean.clear();
       for (const MeantNote& note : notes) {
@@ -486,7 +487,7 @@ class NoteWriter {
   NoteChanges changes_;
 };
 
-// The sentence for the count, which stands in place of "%".
+// The sentence for the count, which replaces "%".
 std::string Counted(std::size_t count, std::string_view one, std::string_view many) {
   std::string sentence(count == 1 ? one : many);
   return core::ReplaceAll(sentence, "%", std::to_string(count));
@@ -508,7 +509,7 @@ void NoteWriter::Sentences(std::vector<std::string>& changes) const {
   }
 }
 
-// Some tempos cannot be converted with long or short notes; those of phones always can.
+// The usual tempo nearest to one at which long or short notes cannot be converted.
 std::string UsualTempo(std::string_view tempo) {
   const double number = NumberIn(tempo).value_or(0);
   return std::to_string(number < kSlowestTempo ? kSlowestTempo : kFastestTempo);
@@ -553,7 +554,7 @@ std::optional<RepairedMelody> Build(const Source& source) {
   return melody;
 }
 
-// The lines of a paste, to see which of them came through with all their signs.
+// The lines of a paste, to find which of them needed no replaced characters.
 class LineSet {
  public:
   LineSet(std::string_view pasted, std::string_view text) : all_(SameButLineEnds(pasted, text)) {

@@ -16,40 +16,40 @@ namespace {
 
 using namespace core::literals;
 
-// A phone's octaves. The fourth, kHighest, is one that only iMelody has a number for.
+// A phone's octaves, from 1. Only iMelody has a number for the fourth, kHighest.
 constexpr int kLow = 1, kMiddle = 2, kHighest = 4;
 
-// The octave of a note that is typed by this group when the last one's was `before`.
+// The octave of a note typed by this group, when the previous note's was `before`.
 using OctaveRule = int (*)(std::string_view group, int before);
 
 int Count(std::string_view text, char key) {
   return static_cast<int>(std::ranges::count(text, key));
 }
 
-// "*" goes on to the next octave.
+// "*" selects the next octave.
 int NokiaOctave(std::string_view group, int before) {
   return (before - kLow + Count(group, '*')) % 3 + kLow;
 }
 
-// "1" in front, as often as the octave's number.
+// The number of "1" presses is the octave.
 int MotorolaOctave(std::string_view group, int before) {
   const int ones = Count(group, '1');
   return ones == 0 ? before : ones;
 }
 
-// Every note has its own mark.
+// Every note has its own octave mark.
 int SamsungOctave(std::string_view group, int) {
   constexpr std::array kOctaves = {2, 3, 1};
   return kOctaves[static_cast<std::size_t>(std::min(Count(group, '8'), 2))];
 }
 
-// How a format's groups are read.
+// How the groups of a format are interpreted.
 struct Rules {
   std::string_view code;
   OctaveRule octave;
   int firstOctave;
-  bool display;  // the phone shows each note in the composer notation
-  bool dots;     // a note's dot is typed: by holding its key or by a rest of its own
+  bool display;  // the phone shows each note in composer notation
+  bool dots;     // a note's dot is typed, by holding its key or as a separate rest
   bool dotRests;
 };
 
@@ -75,7 +75,7 @@ constexpr std::array<std::string_view, kHighest> kOctaveNames = {
 
 constexpr std::string_view kDotRest = "silencio, en lugar del puntillo";
 
-// A note as it is typed.
+// A note as typed.
 struct TypedNote {
   std::string_view duration;
   char letter;
@@ -89,7 +89,7 @@ std::string InWords(const TypedNote& note) {
     words = "silencio";
   } else if (const auto semitone = formats::Semitone(std::string_view(&note.letter, 1))) {
     words = formats::kSpanishPitches[static_cast<std::size_t>(*semitone)];
-  } else {  // the writers give it the key of the note before
+  } else {  // the writers repeat the previous note's key
     words = std::string(u8"«"_w) + note.letter + std::string(u8"», que no es una nota"_w);
   }
   words += note.sharp && !note.pause ? " sostenido" : "";
@@ -109,7 +109,7 @@ std::string InWords(const TypedNote& note) {
   return words;
 }
 
-// Equal keys beside one another are one press repeated; "(3)" is 3 held.
+// Adjacent equal keys are one repeated press; "(3)" is 3 held.
 std::vector<KeyPress> PressesOf(std::string_view group) {
   std::vector<KeyPress> presses;
   bool hold = false;
@@ -125,7 +125,7 @@ std::vector<KeyPress> PressesOf(std::string_view group) {
   return presses;
 }
 
-// Cuts a result into steps, from its front.
+// Cuts a result into steps from the front.
 class Cutter {
  public:
   explicit Cutter(std::string_view result) : rest_(result) {}
@@ -165,7 +165,7 @@ std::vector<TypingStep> GroupSteps(const Rules& rules, std::string_view result,
                           note.Dotted, rules.dots && !pause, octave});
     if (rules.display) {
       formats::AppendComposerNote(note, static_cast<std::size_t>(octave), step.display);
-      if (pause && note.Dotted) {  // the key is not held
+      if (pause && note.Dotted) {  // a pause's key is not held
         step.display.erase(step.display.rfind('.'), 1);
       }
     }
@@ -186,8 +186,8 @@ std::vector<TypingStep> GroupSteps(const Rules& rules, std::string_view result,
   return steps;
 }
 
-// The octave number behind "*" in front of an iMelody note: 3 is the lowest octave of the phone. 10
-// is the only one of two digits, and no other begins with 1.
+// The octave number after "*" before an iMelody note; 3 is the phone's lowest octave. The only
+// number with two digits is 10, and no other begins with 1.
 std::string_view OctaveDigits(std::string_view text) {
   return text.substr(std::min<std::size_t>(1, text.size()), text.substr(1, 1) == "1" ? 2 : 1);
 }
@@ -195,7 +195,7 @@ std::string_view OctaveDigits(std::string_view text) {
 TypingStep& CutIMelodyNote(Cutter& cutter, const core::NoteCodes& note, const formats::Band& band) {
   constexpr int kLowNumber = 3;
   const bool pause = note.letter == 'p';
-  const bool sharp = note.IsSharp() && !band.dotted;  // as the writer has it
+  const bool sharp = note.IsSharp() && !band.dotted;  // as in the writer
   const auto& [key, rest] = formats::kIMelodyDurations[band.length];
   const std::string_view digits = OctaveDigits(cutter.rest());
   std::size_t size = rest.size();

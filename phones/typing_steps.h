@@ -6,12 +6,13 @@
 
 #include "core/rtttl.h"
 
-// A result of keys taken apart for someone who types it into the phone. Texts are Windows-1252.
+// Splits a result of keys into steps for someone who types it into the phone. Strings are
+// Windows-1252.
 namespace tonadex::phones {
 
 struct KeyPress {
   char key;           // a character of the result, see FindKey
-  int times = 1;      // presses, one after the other
+  int times = 1;      // successive presses
   bool hold = false;  // held down for kHoldSeconds instead
 
   friend bool operator==(const KeyPress&, const KeyPress&) = default;
@@ -19,29 +20,29 @@ struct KeyPress {
 
 inline constexpr int kHoldSeconds = 3;
 
-// One group of a result: a note or pause, or the rest that stands for a note's dot.
+// One group of a result: a note, a pause, or the rest that replaces a note's dot.
 struct TypingStep {
-  std::string group;           // as the result writes it: "(3)9**"; "" for a note that needs no key
+  std::string group;           // as in the result: "(3)9**"; "" for a note without keys
   std::string after;           // what follows it in the result: a blank or nothing
-  std::vector<KeyPress> keys;  // in the order of pressing
+  std::vector<KeyPress> keys;  // in order
   int note = -1;               // index in RTTTLMelody::Notes, -1 for none
   std::string words;           // "mi, corchea, con puntillo, octava aguda", "silencio, negra"
-  std::string display;         // what a Nokia's composer shows for this note then, "4.e1"; else ""
+  std::string display;         // "4.e1" as a Nokia's composer shows it; "" for other phones
 };
 
-// The steps of a result that this model was given for this melody, which is as the conversion left
-// it. Group and what follows it, step after step, are the result, character for character, whatever
-// the melody is; groups that it has no note for have no words. Empty for a model without a keypad
-// (FindKeypad). iMelody notes are split note by note and their letters are typed as such, once
-// each. The words are those of the note as typed: iMelody's have the duration that is written, and
-// a dot that a phone cannot take is named so.
+// The steps of `result`, which is the conversion of `melody` (as the conversion left it) for
+// `model`. Group and `after` of all steps, joined, are always the result, character for character;
+// a group without a note in the melody has no words. Empty for a model without a keypad
+// (FindKeypad). iMelody notes are one step each, and their letters are single key presses. The
+// words describe the note as typed: iMelody's with the duration that is written, and with a remark
+// for a dot that the phone cannot take.
 std::vector<TypingStep> TypingSteps(std::string_view model, std::string_view result,
                                     const core::RTTTLMelody& melody);
 
-// How to press: "×3", "mantén 3 s", "" for one short press.
+// How to press a key: "×3", "mantén 3 s", "" for one short press.
 std::string PressWords(const KeyPress& press);
 
-// "3 mantén 3 s, 9, * ×2".
+// All keys of a step: "3 mantén 3 s, 9, * ×2".
 std::string KeysInWords(const TypingStep& step);
 
 }  // namespace tonadex::phones

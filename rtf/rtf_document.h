@@ -11,11 +11,11 @@
 // points. The reader clamps every number to the bounds given with its field.
 namespace tonadex::rtf {
 
-inline constexpr int kMaxTwips = 31680;                  // 22 inches: no paper is wider
+inline constexpr int kMaxTwips = 31680;                  // 22 inches, wider than any paper
 inline constexpr int kMaxHalfPoints = 800;               // 400 points
 inline constexpr int kDefaultHalfPoints = 24;            // 12 points
 inline constexpr std::size_t kMaxTabs = 32;              // per paragraph
-inline constexpr std::size_t kMaxParagraphText = 16384;  // characters, some pages
+inline constexpr std::size_t kMaxParagraphText = 16384;  // characters, a few pages
 
 struct Colour {
   std::uint8_t red = 0;
@@ -41,7 +41,7 @@ struct RunFormat {
   bool italic = false;
   bool underline = false;
   bool strike = false;
-  bool hidden = false;  // used by the reader, which leaves hidden text out
+  bool hidden = false;  // only used by the reader, which omits hidden text
   Script script = Script::kNormal;
   std::optional<Colour> colour;  // empty: the default text colour
   std::optional<Colour> ground;
@@ -97,14 +97,14 @@ struct ParagraphFormat {
   friend bool operator==(const ParagraphFormat&, const ParagraphFormat&) = default;
 };
 
-// A paragraph longer than kMaxParagraphText is split into several, because a layout processes the
-// whole paragraph again for each page that it spans.
+// A paragraph of the file that is longer than kMaxParagraphText is split into several, because a
+// layout processes a whole paragraph again for each page that it spans.
 struct Paragraph {
   ParagraphFormat format;
   std::vector<Run> runs;
 };
 
-// The paper: by default A4 with margins of an inch.
+// The paper size and margins; by default A4 with margins of one inch.
 struct Page {
   int width = 11906;
   int height = 16838;

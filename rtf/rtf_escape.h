@@ -5,7 +5,7 @@
 
 namespace tonadex::rtf {
 
-// Windows-1252 text escaped for a rich-text source; LF becomes the end of a paragraph.
+// Escapes Windows-1252 text for RTF source; LF becomes the end of a paragraph.
 std::string Escaped(std::string_view text);
 
 }  // namespace tonadex::rtf

@@ -11,11 +11,11 @@
 namespace tonadex::rtf {
 namespace {
 
-// Bounds the stack for malicious input: deeper groups share the formats of this depth.
+// Limits memory for malicious input: deeper groups do not save their formats.
 constexpr std::size_t kMaxSavedGroups = 100'000;
 constexpr int kMaxNumber = 1'000'000'000;
 constexpr int kMaxHeading = 6;
-constexpr std::string_view kRawBytes = "bin";  // its bytes, even braces, are not text
+constexpr std::string_view kRawBytes = "bin";  // followed by raw bytes, even braces
 constexpr char16_t kTab = u'\t';
 constexpr char16_t kLineBreak = u'\u2028';
 constexpr char16_t kReplacement = u'\uFFFD';
@@ -30,7 +30,7 @@ constexpr bool IsLow(char16_t unit) {
   return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// Control characters, and noncharacters that text documents use as marks.
+// Control characters, and the noncharacters that QTextDocument uses as markers.
 constexpr bool IsNoText(char16_t unit) {
   return (unit < 0x20 && unit != kTab) || unit == 0x7F || unit == 0x2029 || unit >= 0xFFFE ||
          unit == 0xFFFC || (unit >= 0xFDD0 && unit <= 0xFDEF);
@@ -48,7 +48,8 @@ constexpr int HexDigit(char c) {
 enum class Destination : std::uint8_t { kBody, kFonts, kColours, kStyles };
 
 // Appends the paragraph in pieces of at most kMaxParagraphText characters, cut after a blank if
-// possible. Spacing, first indent and heading apply to the ends of the whole.
+// possible. Only the first piece has the first-line indent, the heading, the page break and the
+// space before; only the last one has the space after.
 void AppendPieces(const Paragraph& whole, std::vector<Paragraph>& pieces) {
   Paragraph piece{whole.format, {}};
   std::size_t room = kMaxParagraphText;
@@ -80,7 +81,7 @@ struct GroupState {
   RunFormat run;
   ParagraphFormat paragraph;
   Destination destination = Destination::kBody;
-  int fallback = 1;  // characters after \u, written for readers without Unicode
+  int fallback = 1;  // number of fallback characters after \u, for readers without Unicode
 };
 
 class Reader {
@@ -89,7 +90,7 @@ class Reader {
 
   Document Read();
 
-  // The actions of the control words.
+  // Used by the control words.
   RunFormat& Characters() { return state_.run; }
   ParagraphFormat& Format() { return state_.paragraph; }
   Document& Result() { return document_; }
@@ -215,7 +216,7 @@ template <std::uint8_t kSides>
 void BorderAt(Reader& reader, int /*value*/) {
   reader.StartBorder(kSides);
 }
-// A line style sets the default width of three quarters of a point.
+// A line style sets the default width, 15 twips.
 void BorderLine(Reader& reader, int /*value*/) {
   reader.ChangeBorders([](Border& border) { border.width = std::max(border.width, 15); });
 }
@@ -232,7 +233,7 @@ void BorderColour(Reader& reader, int value) {
   const auto colour = reader.ColourAt(value);
   reader.ChangeBorders([=](Border& border) { border.colour = colour; });
 }
-// \shading is in hundredths of a percent of black.
+// \shading is in hundredths of a per cent of black.
 void Shade(Reader& reader, int value) {
   const auto grey = static_cast<std::uint8_t>(255 - std::clamp(value, 0, 10000) * 255 / 10000);
   reader.Format().shading = Colour{grey, grey, grey};
@@ -243,7 +244,7 @@ constexpr std::uint8_t Bit(Side side) {
 }
 constexpr std::uint8_t kBox = 0x0F;
 
-// Groups whose text is left out; sorted.
+// Destinations whose text is skipped; sorted.
 constexpr std::string_view kSkipped[] = {
     "annotation", "author",   "comment", "filetbl", "fldinst", "footer",  "footerf", "footerl",
     "footerr",    "footnote", "header",  "headerf", "headerl", "headerr", "info",    "listtable",
@@ -253,7 +254,7 @@ struct NamedCharacter {
   std::string_view name;
   char16_t unit;
 };
-// Text by name; any of these can be the fallback after a \u.
+// Control words that stand for a character; each can be the fallback after a \u.
 constexpr auto kNamedCharacters = std::to_array<NamedCharacter>({
     {"bullet", u'\u2022'},
     {"emdash", u'\u2014'},
@@ -572,7 +573,7 @@ void Reader::Emit(char16_t unit) {
   }
 }
 
-// The halves of a surrogate pair may arrive separately; only whole pairs reach the text.
+// The halves of a surrogate pair may come separately; only complete pairs are appended.
 void Reader::EmitBody(char16_t unit) {
   if (state_.run.hidden) {
     return;

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing, cross-builds the Windows programs and packs dist/tonadex-windows.zip.
+# Installs missing packages, cross-builds the Windows programs and packs dist/tonadex-windows.zip.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Slower checks, apart from the tests: check.sh [format|tidy|asan|tsan|fuzz [SECONDS]]; all but
-# fuzz without an argument.
+# check.sh [format|tidy|asan|tsan|fuzz [SECONDS]]: slower checks that test.sh does not run.
+# Without an argument all except fuzz.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 install_packages "${build_packages[@]}" "${test_packages[@]}" "${check_packages[@]}"

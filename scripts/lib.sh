@@ -1,4 +1,4 @@
-# What the scripts share: packages, build folder, presets. Debian 12.
+# Shared by the scripts: packages of Debian 12, build folder, presets.
 # shellcheck shell=bash
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -31,7 +31,7 @@ is_installed() {
   [ "$(dpkg-query -W -f='${db:Status-Abbrev}' "$1" 2>/dev/null)" = "ii " ]
 }
 
-# install_packages NAME…: installs what is missing, as root or through sudo.
+# install_packages NAME…: installs the missing packages, as root or with sudo.
 install_packages() {
   local missing=() package as_root=()
   for package in "$@"; do
@@ -45,8 +45,9 @@ install_packages() {
     --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# What run.sh configures: the programs alone. A machine that has the test libraries keeps the tests,
-# because both presets share one folder and turning the tests off would delete what test.sh built.
+# The preset of run.sh: only the programs. On a machine with the test libraries it includes the
+# tests, because both presets share one folder, and disabling the tests would delete what test.sh
+# built.
 run_preset() {
   local library
   for library in "${test_libraries[@]}"; do
@@ -55,7 +56,7 @@ run_preset() {
   echo release
 }
 
-# build PRESET [TARGET…]: configures and builds; quick when nothing has changed.
+# build PRESET [TARGET…]: configures and builds; fast when nothing has changed.
 build() {
   local preset=$1
   shift

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Makes what is given away, in dist/, and installs what is missing for it:
+# Builds the files of a release in dist/, and installs the missing packages for that:
 #   package.sh [deb|tarball|windows|all]    all: the three; without an argument deb and tarball.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 version=$(head -n 1 "$root/VERSION")
 dist=$root/dist
 
-# is_version "what" FOUND: ends the script when a file tells another version.
+# is_version "what" FOUND: ends the script when FOUND is not the version in VERSION.
 is_version() {
   [ "$2" = "$version" ] || { echo "FALLO: $1 dice «$2» y VERSION «$version»" >&2 && exit 1; }
 }
@@ -26,7 +26,7 @@ deb() {
   done
 }
 
-# The tracked files as they were committed last.
+# The tracked files of the last commit.
 tarball() {
   install_packages git gzip
   local name=tonadex-$version

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds and starts Tonadex. Arguments go to the program.
-# With no display it shows what the terminal program makes of a bundled melody.
+# Installs missing packages, builds and starts Tonadex. Arguments are passed to the program.
+# Without a display it shows the terminal program's conversion of an included melody.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 

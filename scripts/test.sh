@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds everything once and runs every test.
+# Installs missing packages, builds everything once and runs every test.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 

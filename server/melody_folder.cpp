@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
-#include <tuple>
-#include <unordered_map>
 #include <utility>
 
 #include "files/paths.h"
@@ -26,22 +24,46 @@ bool IsMelodyName(std::string_view fileName) {
   return ParseMelodyName(fileName).has_value();
 }
 
+bool IsUnfinished(std::string_view fileName) {
+  return files::IsTemporaryName(fileName) || fileName.starts_with(kOldTemporaryPrefix);
+}
+
 fs::path PathOf(const fs::path& folder, std::string_view fileName) {
   return folder / files::PathFromText(fileName);
 }
 
-// None for a file that is no melody.
-std::optional<StoredMelody> ReadMelody(const fs::path& folder, std::string fileName) {
+// Adds nothing for a file that is no melody.
+void AddFromFile(StoredMelodies& melodies, const fs::path& folder, std::string fileName) {
   const auto head = files::ReadSharedHead(PathOf(folder, fileName), kNamePrefixBytes);
-  if (!head || head->status.size > kMaxFileBytes) {
-    return std::nullopt;
+  if (head && head->status.size <= kMaxFileBytes) {
+    const std::string& description =
+        melodies.texts.emplace_back(DescriptionOf(head->bytes, fileName));
+    melodies.list.push_back(
+        {melodies.texts.emplace_back(std::move(fileName)), description, head->status});
   }
-  std::string description = DescriptionOf(head->bytes, fileName);
-  return StoredMelody{std::move(fileName), std::move(description), head->status};
 }
 
-std::vector<StoredMelody> LoadIndex(const fs::path& folder) {
-  return DecodeIndex(files::ReadShared(folder / kIndexName, kMaxIndexBytes).value_or(""));
+StoredMelodies LoadIndex(const fs::path& folder) {
+  StoredMelodies known;
+  known.texts.push_back(files::ReadShared(folder / kIndexName, kMaxIndexBytes).value_or(""));
+  known.list = DecodeIndex(known.texts.back());
+  return known;
+}
+
+// Oldest first.
+using Order = std::pair<std::int64_t, std::string_view>;
+Order OrderOf(const files::ListedFile& file) {
+  return {file.status.modified, file.name};
+}
+Order OrderOf(const StoredMelody& melody) {
+  return {melody.status.modified, melody.fileName};
+}
+
+void Sort(std::vector<StoredMelody>& melodies) {
+  const auto order = [](const StoredMelody& melody) { return OrderOf(melody); };
+  if (!std::ranges::is_sorted(melodies, {}, order)) {
+    std::ranges::sort(melodies, {}, order);
+  }
 }
 
 // The folder's own clock, which on a network drive is another machine's; none where the folder
@@ -82,11 +104,7 @@ std::string DescriptionOf(std::string_view contents, std::string_view fileName) 
 }
 
 MelodyFolder::MelodyFolder(fs::path folder, ShelfAccess access, std::chrono::nanoseconds timeStep)
-    : folder_(std::move(folder)), access_(access), timeStep_(timeStep) {
-  if (access_ == ShelfAccess::kReadWrite) {
-    files::RemoveTemporaryFiles(folder_, kOldTemporaryPrefix);
-  }
-}
+    : folder_(std::move(folder)), access_(access), timeStep_(timeStep) {}
 
 MelodyFolder::~MelodyFolder() {
   try {
@@ -96,34 +114,37 @@ MelodyFolder::~MelodyFolder() {
   }
 }
 
-std::vector<StoredMelody> MelodyFolder::Read(const std::stop_token& stop) {
-  const auto began =
-      access_ == ShelfAccess::kReadWrite ? FolderTime(folder_) : std::optional<std::int64_t>();
-  std::vector<StoredMelody> known = LoadIndex(folder_);
-  std::unordered_map<std::string_view, StoredMelody*> byName(known.size());
-  for (StoredMelody& melody : known) {
-    byName.emplace(melody.fileName, &melody);
-  }
-  std::vector<StoredMelody> melodies;
+// Both lists are in the same order and compared step by step.
+StoredMelodies MelodyFolder::Read(const std::stop_token& stop) {
+  const bool writable = access_ == ShelfAccess::kReadWrite;
+  const auto began = writable ? FolderTime(folder_) : std::nullopt;
+  const auto all = [](std::string_view) { return true; };
+  std::vector<files::ListedFile> files = files::ListFiles(folder_, all, stop);
+  std::ranges::sort(files, {}, [](const files::ListedFile& file) { return OrderOf(file); });
+  StoredMelodies melodies = LoadIndex(folder_);
+  const std::vector<StoredMelody> known = std::exchange(melodies.list, {});
+  melodies.list.reserve(files.size());
   std::size_t unchanged = 0;
-  for (files::ListedFile& file : files::ListFiles(folder_, IsMelodyName, stop)) {
-    const auto old = byName.find(file.name);
-    if (old != byName.end() && old->second->status == file.status) {
-      melodies.push_back(std::move(*old->second));
-      byName.erase(old);
-      ++unchanged;
-    } else if (auto melody = ReadMelody(folder_, std::move(file.name))) {
-      melodies.push_back(*std::move(melody));
-    }
+  auto old = known.begin();
+  for (files::ListedFile& file : files) {
     if (stop.stop_requested()) {
       return melodies;
     }
+    while (old != known.end() && OrderOf(*old) < OrderOf(file)) {
+      ++old;
+    }
+    if (old != known.end() && old->fileName == file.name && old->status == file.status) {
+      melodies.list.push_back(*old);
+      ++unchanged;
+    } else if (IsMelodyName(file.name)) {
+      AddFromFile(melodies, folder_, std::move(file.name));
+    } else if (writable && IsUnfinished(file.name)) {
+      files::RemoveTemporaryFile(PathOf(folder_, file.name));
+    }
   }
-  std::ranges::sort(melodies, {}, [](const StoredMelody& melody) {
-    return std::tie(melody.status.modified, melody.fileName);
-  });
-  if (began && unchanged < std::max(melodies.size(), known.size())) {
-    SaveIndex(folder_, melodies, *began - timeStep_.count());
+  Sort(melodies.list);
+  if (began && unchanged < std::max(melodies.list.size(), known.size())) {
+    SaveIndex(folder_, melodies.list, *began - timeStep_.count());
   }
   const std::lock_guard lock(mutex_);
   created_.clear();
@@ -150,16 +171,15 @@ void MelodyFolder::StoreCreated() {
     return;
   }
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kStopGraceMs);
-  std::vector<StoredMelody> melodies = LoadIndex(folder_);
+  StoredMelodies melodies = LoadIndex(folder_);
   for (std::string& fileName : created_) {
     if (std::chrono::steady_clock::now() > end) {
       break;
     }
-    if (auto melody = ReadMelody(folder_, std::move(fileName))) {
-      melodies.push_back(*std::move(melody));
-    }
+    AddFromFile(melodies, folder_, std::move(fileName));
   }
-  SaveIndex(folder_, melodies, *began - timeStep_.count());
+  Sort(melodies.list);
+  SaveIndex(folder_, melodies.list, *began - timeStep_.count());
 }
 
 void FillEmptyShelf(const fs::path& folder, const fs::path& source) {

@@ -25,8 +25,8 @@ enum class ShelfAccess { kReadWrite, kReadOnly };
 // Safe to use from several threads.
 class MelodyFolder {
  public:
-  // The folder must exist. For kReadWrite the caller holds its lock; unfinished uploads are
-  // removed. Two changes of a file within `timeStep` may leave it with the same times.
+  // The folder must exist. For kReadWrite the caller holds its lock. Two changes of a file within
+  // `timeStep` may leave it with the same times.
   MelodyFolder(std::filesystem::path folder, ShelfAccess access,
                std::chrono::nanoseconds timeStep = kFileTimeStep);
   // Adds to the stored index what was created since the last Read.
@@ -34,9 +34,10 @@ class MelodyFolder {
   MelodyFolder(const MelodyFolder&) = delete;
   MelodyFolder& operator=(const MelodyFolder&) = delete;
 
-  // All melodies, oldest first; incomplete when it is told to stop. Not at the same time as Create.
-  // Throws std::filesystem::filesystem_error when it cannot read the folder.
-  std::vector<StoredMelody> Read(const std::stop_token& stop = {});
+  // All melodies, oldest first; incomplete when it is told to stop. Removes unfinished uploads of
+  // killed programs. Not at the same time as Create. Throws std::filesystem::filesystem_error when
+  // it cannot read the folder.
+  StoredMelodies Read(const std::stop_token& stop = {});
   // A melody's bytes; none when there is no such melody or the name is invalid.
   std::optional<std::string> Melody(std::string_view fileName) const;
   // Stores a melody; it is on the disk when this returns.

@@ -11,9 +11,9 @@
 namespace tonadex::server {
 namespace {
 
-std::shared_ptr<SearchIndex> IndexOf(const std::vector<StoredMelody>& melodies) {
+std::shared_ptr<SearchIndex> IndexOf(const StoredMelodies& melodies) {
   auto index = std::make_shared<SearchIndex>();
-  for (const StoredMelody& melody : melodies) {
+  for (const StoredMelody& melody : melodies.list) {
     index->Add(melody.description, melody.fileName);
   }
   return index;
@@ -46,7 +46,7 @@ void Shelf::Publish(Index index) {
 
 bool Shelf::Reload(const std::stop_token& stop) {
   const std::unique_lock reading(folderLock_);
-  const std::vector<StoredMelody> melodies = folder_.Read(stop);
+  const StoredMelodies melodies = folder_.Read(stop);
   if (stop.stop_requested()) {
     return false;
   }

@@ -47,7 +47,7 @@ bool TakeNumber(std::string_view& bytes, Number& number) {
   return true;
 }
 
-bool TakeText(std::string_view& bytes, std::string& text) {
+bool TakeText(std::string_view& bytes, std::string_view& text) {
   std::uint8_t size = 0;
   if (!TakeNumber(bytes, size) || bytes.size() < size) {
     return false;

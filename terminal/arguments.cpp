@@ -1,6 +1,6 @@
 #include "terminal/arguments.h"
 
-// The only source that includes CLI11, which takes the compiler seconds.
+// The only source that includes CLI11, which takes seconds to compile.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
@@ -15,7 +15,7 @@ struct ErrorWords {
   std::string_view words;
 };
 
-// What is said of CLI11's errors; its own English detail is left out where it adds nothing.
+// Spanish messages for CLI11's errors. Its English detail is left out where it adds nothing.
 constexpr std::array kErrorWords = std::to_array<ErrorWords>({
     {static_cast<int>(CLI::ExitCodes::RequiredError), "falta un argumento o una orden"},
     {static_cast<int>(CLI::ExitCodes::ExtrasError), "hay un argumento que no se entiende"},
@@ -27,7 +27,7 @@ constexpr std::array kErrorWords = std::to_array<ErrorWords>({
     {static_cast<int>(CLI::ExitCodes::RequiresError), "una opción necesita otra"},
 });
 
-// The option or argument that an error is about, as its message names it.
+// The option or argument that caused an error, as in CLI11's message.
 std::string Culprit(const CLI::ParseError& error) {
   const auto is = [&error](CLI::ExitCodes code) {
     return error.get_exit_code() == static_cast<int>(code);
@@ -45,7 +45,7 @@ std::string Culprit(const CLI::ParseError& error) {
   return first == "A" || first == "The" ? "" : first;
 }
 
-// What is wrong with the arguments, and with which: "hay un argumento que no se entiende: --x".
+// The error and its cause: "hay un argumento que no se entiende: --x".
 std::string UseError(const CLI::ParseError& error) {
   std::string words = "uso incorrecto";
   for (const ErrorWords& known : kErrorWords) {
@@ -58,7 +58,8 @@ std::string UseError(const CLI::ParseError& error) {
 }
 
 std::string UseError(const CLI::ParseError& error, const CLI::App& app) {
-  // CLI11 reports a missing command before it looks at words that it does not know.
+  // CLI11 reports a missing command before unknown arguments; the unknown argument is the better
+  // message.
   const std::vector<std::string> unknown = app.remaining();
   const bool noCommand = app.get_subcommands().empty() && !unknown.empty();
   return noCommand ? UseError(CLI::ExtrasError({unknown[0]})) : UseError(error);
@@ -69,7 +70,7 @@ CLI::Option* AddOption(CLI::App& app, const Option& option, bool* value) {
 }
 
 CLI::Option* AddOption(CLI::App& app, const Option& option, std::optional<std::string>* value) {
-  // CLI11's own handling of optionals takes an empty text for none.
+  // CLI11 itself would read an empty value into an optional as nullopt.
   return app.add_option_function<std::string>(
       option.names, [value](const std::string& text) { *value = text; }, option.help);
 }
@@ -132,7 +133,7 @@ int Run(const Program& program, std::vector<std::string> arguments, std::ostream
     Describe(added, command);
   }
   try {
-    std::reverse(arguments.begin(), arguments.end());  // as CLI11 wants them
+    std::reverse(arguments.begin(), arguments.end());  // CLI11 takes the last one first
     app.parse(std::move(arguments));
   } catch (const CLI::Success& success) {  // --help, --version
     return app.exit(success, out, err);

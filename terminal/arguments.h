@@ -8,15 +8,15 @@
 #include <variant>
 #include <vector>
 
-// The command line of a terminal program, described as data. Texts are UTF-8.
+// The command line of a terminal program as data. Strings are UTF-8.
 namespace tonadex::terminal {
 
 struct Option {
-  std::string names;      // "-o,--salida"; without dashes an argument that is known by its place
-  std::string valueName;  // in the help; empty for a flag
+  std::string names;      // "-o,--salida"; without dashes a positional argument
+  std::string valueName;  // in the help; "" for a flag
   std::string help;
-  // Receives what was typed. Help shows the number or text that it holds before as the default; an
-  // optional tells a missing option from an empty value.
+  // Receives the value. The help shows the initial number or string as the default. With an
+  // optional, a missing option differs from an empty value.
   std::variant<bool*, std::uint16_t*, std::string*, std::optional<std::string>*,
                std::vector<std::string>*>
       value;
@@ -26,11 +26,11 @@ struct Option {
 struct Command {
   std::string name, help;
   std::vector<Option> options;
-  std::function<int()> run;  // gives the exit code
-  std::string footer = {};   // below the help; without one a command has the program's
+  std::function<int()> run;  // returns the exit code
+  std::string footer = {};   // after the help; "" for the program's footer
 };
 
-// `self` is the program as a whole; it is run when there are no commands to choose from.
+// `self` describes the program; it is run when there are no commands.
 struct Program {
   Command self;
   std::vector<Command> commands = {};
@@ -38,9 +38,9 @@ struct Program {
 
 inline constexpr int kWrongArguments = 2;
 
-// Reads the arguments (without the program's name) and runs the command that they choose. Gives its
-// exit code; 0 after help or version; kWrongArguments when they make no sense, which `err` explains
-// in Spanish. What the command throws is passed on.
+// Parses the arguments (without the program's name), runs the chosen command and returns its exit
+// code; 0 after help or version; kWrongArguments for invalid arguments, explained in Spanish on
+// `err`. Exceptions of the command propagate.
 int Run(const Program& program, std::vector<std::string> arguments, std::ostream& out,
         std::ostream& err);
 

@@ -40,8 +40,8 @@ std::optional<FileStatus> RegularStatus(const struct stat& status) {
                     Nanoseconds(status.st_ctim), status.st_ino};
 }
 
-// A new name is on the disk once its folder is. File systems that cannot sync a folder are no
-// failure.
+// A rename is durable only once the folder is synced. A file system that cannot sync folders counts
+// as success.
 bool SyncFolder(const fs::path& folder) {
   const File opened(
       ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -98,7 +98,7 @@ File CreateLocked(const fs::path& file, bool ownerOnly, std::error_code& failure
                             ownerOnly ? kOwnerMode : kUsualMode);
   failure = number < 0 ? LastError() : std::error_code();
   if (number >= 0) {
-    ::flock(number, LOCK_EX | LOCK_NB);  // where that fails, RemoveUnlocked cannot lock it either
+    ::flock(number, LOCK_EX | LOCK_NB);  // without lock support RemoveUnlocked never removes it
   }
   return File(number);
 }
@@ -121,8 +121,8 @@ bool MoveReplacing(const fs::path& from, const fs::path& to, bool wait) {
   return true;
 }
 
-// link() never replaces a file, rename() does. Where the file system has no hard links, lstat()
-// and rename() have to do, with a gap between them.
+// link() never replaces an existing file, rename() does. On a file system without hard links,
+// lstat() and rename() are used instead, with a race between them.
 bool MoveToNewName(const fs::path& from, const fs::path& to, bool wait, std::error_code& failure) {
   if (::link(from.c_str(), to.c_str()) != 0) {
     failure = LastError();

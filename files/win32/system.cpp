@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr DWORD kMostBytes = 1u << 30;  // per ReadFile or WriteFile call
+constexpr DWORD kMostBytes = 1u << 30;  // per call of ReadFile or WriteFile
 
 HANDLE Handle(std::intptr_t handle) {
   return reinterpret_cast<HANDLE>(handle);
@@ -93,7 +93,7 @@ bool File::Close() {
 File OpenRegular(const fs::path& file, Links links) {
   if (links == Links::kRefuse &&
       (GetFileAttributesW(file.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
-    return {};  // INVALID_FILE_ATTRIBUTES has this bit, too
+    return {};  // INVALID_FILE_ATTRIBUTES has this bit too
   }
   File opened = Opened(CreateFileW(file.c_str(), GENERIC_READ,
                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -101,8 +101,8 @@ File OpenRegular(const fs::path& file, Links links) {
   return opened.Status() ? std::move(opened) : File();
 }
 
-// Sharing without FILE_SHARE_DELETE lets other code write through the path but keeps the file from
-// being deleted. Who may read it follows from the folder: a user's own folders admit nobody else.
+// Without FILE_SHARE_DELETE the file can be written through its path but not deleted while it is
+// open. `ownerOnly` is not needed: only the user can read the folders of the user's profile.
 File CreateLocked(const fs::path& file, bool /*ownerOnly*/, std::error_code& failure) {
   File opened = Opened(CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                    nullptr, CREATE_NEW, FILE_ATTRIBUTE_HIDDEN, nullptr));

@@ -106,8 +106,8 @@ struct Lookup {
   Endpoints endpoints;
 };
 
-// The system's name look-up can neither be cancelled nor timed, so it runs in a detached thread
-// that may outlive the request.
+// The system's name look-up cannot be cancelled and has no time-out, so it runs in a detached
+// thread that may outlive the request.
 std::future<Lookup> StartLookup(const Url& url) {
   auto answer = std::make_shared<std::promise<Lookup>>();
   std::future<Lookup> future = answer->get_future();
@@ -174,8 +174,8 @@ void TellProgress(const Parser& parser, const HttpCallbacks& callbacks) {
   }
 }
 
-// An interim reply (1xx) has no body and comes before the real one. After 101 (switching
-// protocols) no HTTP follows.
+// An interim reply (1xx) has no body and precedes the final one. After 101 (switching protocols)
+// the data is not HTTP.
 bool IsInterim(const Parser& parser) {
   const unsigned status = parser.get().result_int();
   return parser.is_done() && status / 100 == 1 && status != 101;
@@ -187,11 +187,12 @@ void StartReply(std::optional<Parser>& parser, const HttpLimits& limits) {
 }
 
 // Feeds the received bytes to the parser; an incomplete line stays in the buffer. The parser limits
-// header and body, but neither chunk extensions nor trailers.
+// the size of header and body, but not of chunk extensions and trailers.
 void Parse(std::optional<Parser>& parser, beast::flat_buffer& buffer, const HttpLimits& limits) {
   ErrorCode error;
   while (!error && !parser->is_done() && buffer.size() > 0) {
-    // Not in the header: an eager parser would ignore the body limit and reserve the whole length.
+    // Not for the header: an eager parser would ignore the body limit and allocate the announced
+    // length.
     parser->eager(parser->is_header_done());
     buffer.consume(parser->put(buffer.data(), error));
     if (!error && IsInterim(*parser)) {
@@ -216,7 +217,7 @@ void ParseEnd(Parser& parser) {
   }
 }
 
-// Reads piece by piece, because the idle time-out applies to each.
+// Reads in pieces, because the idle time-out applies to each read.
 asio::awaitable<HttpReply> ReadReply(beast::tcp_stream& stream, const Transfer& transfer) {
   beast::flat_buffer buffer;
   std::optional<Parser> parser;
@@ -254,7 +255,7 @@ HttpReply Perform(const Transfer& transfer) {
   std::exception_ptr failure;
   HttpReply reply;
   bool done = false;
-  asio::io_context context(1);  // last: it owns the running transfer, which uses all of the above
+  asio::io_context context(1);  // last: its destructor ends the transfer, which uses the above
   asio::co_spawn(context, Run(transfer), [&](std::exception_ptr error, HttpReply received) {
     failure = std::move(error);
     reply = std::move(received);

@@ -25,15 +25,16 @@ struct HttpLimits {
 
 // Called during a transfer, in the thread that called Get. Both may be empty.
 struct HttpCallbacks {
-  // Called about every pumpInterval, also while connecting, so that a window can paint. An
+  // Called about every pumpInterval, even while connecting, so that a window can paint. An
   // exception ends the transfer and propagates out of Get.
   std::function<void()> pump;
-  // Bytes of the body so far, and their total if the server states it.
+  // Bytes of the body received so far, and the total if the server states it.
   std::function<void(std::size_t received, std::optional<std::uint64_t> total)> progress;
 };
 
-// HTTP/1.1 over plain TCP, one connection for each request, redirects not followed. A body ends
-// by its length, by its last chunk or with the connection; interim replies (1xx) are skipped.
+// HTTP/1.1 over plain TCP, one connection per request; redirects are not followed. A body ends
+// after its length, with its last chunk or when the connection closes; interim replies (1xx) are
+// skipped.
 class HttpClient : public net::HttpGet {
  public:
   explicit HttpClient(HttpCallbacks callbacks = {}, HttpLimits limits = {});
@@ -41,7 +42,7 @@ class HttpClient : public net::HttpGet {
   // `url` begins with "http://". Throws TransferError, also for truncated or oversized replies.
   std::string Get(std::string_view url) override;
 
-  // Status of the last reply (200, 404 …), 0 without one.
+  // Status of the last reply (200, 404 …), 0 when there was none.
   int LastStatus() const { return lastStatus_; }
 
  private:

@@ -12,8 +12,8 @@ struct Url {
   std::string target;  // begins with "/", ready for a request line
 };
 
-// Splits "http://host:port/target". Characters that HTTP forbids in a request line are escaped, the
-// rest of the target is unchanged. Errors: TransferError for an invalid address.
+// Splits "http://host:port/target". Characters that HTTP forbids in a request line are escaped; the
+// rest of the target is unchanged. Throws TransferError for an invalid URL.
 Url ParseUrl(std::string_view text);
 
 }  // namespace tonadex::platform

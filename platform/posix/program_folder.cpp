@@ -20,16 +20,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Copied on the first start; the files of the second list also when a newer version is installed.
+// The files copied on the first start; those in kRenewed are also replaced by a newer version's.
 constexpr std::array<std::string_view, 4> kFiles = {"ver.dat", "print.rtf", "TONADEX.HLP",
                                                     "noactualiza.tdx"};
 constexpr std::array<std::string_view, 2> kRenewed = {"ver.dat", "TONADEX.HLP"};
 constexpr std::string_view kMelodies = "melodias";
 
-// The installed data relative to "bin": of the desktop package, and of the server package.
+// Names of the data folders in "share": of the desktop package and of the server package.
 constexpr std::array<std::string_view, 2> kDataNames = {"tonadex", "tonadex-server"};
 
-// A copy of the ver.dat that came with the last copied data.
+// A copy of the ver.dat of the data that was copied last.
 constexpr std::string_view kMarker = ".tonadex-datos";
 
 bool Copy(const fs::path& from, const fs::path& to) {
@@ -77,7 +77,7 @@ bool Renew(const fs::path& folder, const fs::path& installed) {
   return done;
 }
 
-// The numbers in a version text: 1, 0, 12 for "1.0.12". Absurdly large ones are cut.
+// The numbers in a version: 1, 0, 12 for "1.0.12". Very large numbers are limited.
 std::vector<int> VersionNumbers(std::string_view text) {
   std::vector<int> numbers;
   bool within = false;
@@ -154,7 +154,7 @@ fs::path PrepareProgramFolder() {
       files::RemoveTemporaryFiles(written);
     }
   }
-  SeedProgramFolder(folder, InstalledData());  // the program runs without them too
+  SeedProgramFolder(folder, InstalledData());  // the program also runs without the data
   return folder;
 }
 

@@ -37,7 +37,7 @@ std::string Section(std::uint32_t root, std::string_view key) {
   return section + "\\" + std::string(key);
 }
 
-// Control characters, C1 included, would not survive an editor.
+// Control characters, including C1, would not survive a text editor.
 bool NeedsCode(unsigned char byte) {
   const char32_t character = core::ToUnicode(byte);
   return character < 0x20 || (character >= 0x7F && character <= 0x9F);

@@ -9,17 +9,17 @@
 
 namespace tonadex::platform {
 
-// A longer settings file counts as missing.
+// Maximum size of a settings file; a larger one counts as missing.
 inline constexpr std::size_t kMaxSettingsBytes = std::size_t{64} << 10;
 
-// The registry in a small text file in UTF-8, a section per key and a line per value:
+// The registry as a small UTF-8 text file, a section per key and a line per value:
 //
 //   [HKEY_CLASSES_ROOT\tonadex\]
 //   "modelo"=" Nokia 3310"
 //
 // Within the quotation marks "\\" and "\"" are escapes for a backslash and a quotation mark, and
-// "\x1F" for the character of that Windows-1252 code, so that every text round-trips byte for byte.
-// Other lines are ignored. A file that is missing, too long or not UTF-8 has no values and is
+// "\x1F" for the character with that Windows-1252 code, so that every string round-trips byte for
+// byte. Other lines are ignored. A file that is missing, too long or not UTF-8 has no values and is
 // rewritten by SetValue. Only values of type kRegSz can be stored; keys contain no line ends.
 class SettingsFile : public app::Registry {
  public:

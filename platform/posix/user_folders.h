@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string>
 
-// The user's folders, as the XDG base directory rules place them. Relative values of the XDG
-// variables count as missing.
+// The user's folders according to the XDG base directory specification. Relative values of the XDG
+// variables are ignored.
 namespace tonadex::platform {
 
 // $HOME, else the home folder of the user's account; empty when there is neither.
@@ -17,7 +17,7 @@ std::filesystem::path ConfigFolder();
 std::filesystem::path DataFolder();
 
 // A private temporary folder of the user, created if missing: Windows-1252 with a trailing "/". The
-// path goes unquoted into sequencer commands, so it contains no blank and no character that
+// path is used unquoted in sequencer commands, so it contains no blank and no character that
 // Windows-1252 lacks. The first usable one in $XDG_RUNTIME_DIR, $TMPDIR, /tmp, /var/tmp and the
 // user's cache folder; if none is usable, the one in /tmp, where writing then fails.
 std::string PrivateTempFolder();

@@ -34,7 +34,7 @@ constexpr std::string_view kNoPrinter =
     u8"No hay ninguna impresora predeterminada.\r\nLa hoja está guardada en:\r\n"_w;
 constexpr int kPdfDotsPerInch = 1200;
 constexpr int kTwipsPerPoint = 20;
-constexpr int kSmallestText = 1440;  // twips; the least width and height that margins leave
+constexpr int kSmallestText = 1440;  // twips; minimum width and height between the margins
 
 QString ToQString(std::string_view text) {
   return QString::fromStdString(core::ToUtf8(text));
@@ -49,7 +49,7 @@ std::string FromQString(const QString& text) {
                            std::string(why) + FromQString(what) + std::string(u8"»"_w));
 }
 
-// The page's margins, or the default ones when they leave no room for text.
+// The page's margins, or the default ones when they leave too little space for text.
 QMarginsF MarginsOf(const rtf::Page& page) {
   const bool fits = page.left + page.right <= page.width - kSmallestText &&
                     page.top + page.bottom <= page.height - kSmallestText;
@@ -63,7 +63,7 @@ QPageSize SizeOf(const rtf::Page& page) {
   return QPageSize(points / kTwipsPerPoint, QPageSize::Point, {}, QPageSize::FuzzyMatch);
 }
 
-// The sheet's margins, widened where the printer cannot print.
+// The sheet's margins, enlarged to the printer's printable area.
 QPageLayout LayoutOf(const rtf::Page& page, const QPageSize& paper, const QMarginsF& smallest) {
   const QMarginsF margins = MarginsOf(page);
   const auto direction = page.width > page.height ? QPageLayout::Landscape : QPageLayout::Portrait;
@@ -86,7 +86,7 @@ void DrawPage(QPainter& painter, const QTextDocument& document, const QRectF& pa
   painter.restore();
 }
 
-// Draws every page within the device's margins. False when the device fails.
+// Draws every page within the device's margins. False on an error of the device.
 bool DrawPages(QPagedPaintDevice& device, const rtf::Document& source) {
   QTextDocument document;
   document.setUseDesignMetrics(true);
@@ -94,7 +94,7 @@ bool DrawPages(QPagedPaintDevice& device, const rtf::Document& source) {
   document.setDocumentMargin(0);
   const double dots = DotsPerInch();
   const QSizeF area = device.pageLayout().paintRect(QPageLayout::Point).size() * dots / 72;
-  document.setPageSize(area + QSizeF(1, 0));  // paper sizes are whole points, tabs are not
+  document.setPageSize(area + QSizeF(1, 0));  // paper sizes are rounded to points, tabs are not
   QPainter painter;
   if (!painter.begin(&device)) {
     return false;
@@ -110,7 +110,7 @@ bool DrawPages(QPagedPaintDevice& device, const rtf::Document& source) {
   return painter.end();
 }
 
-// Whether the spooler refused the last job, which the toolkit does not report.
+// Whether the spooler refused the last job; Qt does not report that.
 bool SpoolerRefused() {
   using LastError = int (*)();
   constexpr int kFirstError = 0x400;

@@ -9,15 +9,15 @@
 
 namespace tonadex::platform {
 
-// Where to print. With both empty: on the default printer, or without one into a new PDF in the
-// user's documents folder, which a message box then names.
+// Where to print. If both are empty: on the default printer, or without one to a new PDF in the
+// user's documents folder, whose name a message box shows.
 struct PrintTarget {
   std::string printer;        // name, Windows-1252
-  std::filesystem::path pdf;  // preferred to the printer; replaced when it exists
+  std::filesystem::path pdf;  // takes precedence over the printer; replaced when it exists
 };
 
 // The rich-text control on Qt. Keeps the source byte for byte and parses it only for printing.
-// SelPrint throws a device failure when the named printer is not there, the spooler refuses the
+// SelPrint throws a device failure when the named printer does not exist, the spooler refuses the
 // job or the PDF cannot be written; it needs a QGuiApplication.
 class QtRichTextBox : public app::RichTextBox {
  public:
@@ -34,7 +34,7 @@ class QtRichTextBox : public app::RichTextBox {
   std::string source_;
 };
 
-// For a program without windows: as above, but starts Qt by itself. Needs no display.
+// The same for a program without windows: starts Qt itself and needs no display.
 std::unique_ptr<app::RichTextBox> MakeWindowlessRichTextBox(PrintTarget target);
 
 }  // namespace tonadex::platform

@@ -25,7 +25,7 @@ QColor ToQColor(const rtf::Colour& colour) {
   return {colour.red, colour.green, colour.blue};
 }
 
-// In the order of rtf::FontFamily, rtf::TabKind and rtf::Alignment.
+// Indexed by rtf::FontFamily, rtf::TabKind and rtf::Alignment.
 constexpr QFont::StyleHint kHints[] = {QFont::AnyStyle, QFont::Serif, QFont::SansSerif,
                                        QFont::Monospace};
 constexpr QTextOption::TabType kTabTypes[] = {QTextOption::LeftTab, QTextOption::CenterTab,
@@ -43,7 +43,7 @@ bool Framed(const rtf::ParagraphFormat& format) {
          std::ranges::any_of(format.borders, [](const rtf::Border& b) { return b.width > 0; });
 }
 
-// Neighbours share one frame when nothing that shapes the frame differs.
+// Whether two successive paragraphs share a frame: all properties of the frame are equal.
 bool SameFrame(const rtf::ParagraphFormat& a, const rtf::ParagraphFormat& b) {
   return a.borders == b.borders && a.shading == b.shading && a.left == b.left &&
          a.right == b.right && !b.pageBefore;
@@ -89,7 +89,7 @@ class Filler {
   const TextDrawing& drawing_;
   double dotsPerTwip_;
   QTextCursor cursor_;
-  bool fresh_ = true;  // the cursor's block is still free
+  bool fresh_ = true;  // the cursor's block is still unused
 };
 
 std::size_t Filler::FillPlain(std::size_t at) {
@@ -108,7 +108,7 @@ std::size_t Filler::FillPlain(std::size_t at) {
   return at + 1;
 }
 
-// A table of one cell: the only frame whose sides can be drawn one by one.
+// A table with one cell: the only kind of frame whose four borders can differ.
 std::size_t Filler::FillFrame(std::size_t from) {
   const auto& paragraphs = source_.paragraphs;
   const rtf::ParagraphFormat& first = paragraphs[from].format;
@@ -131,7 +131,7 @@ std::size_t Filler::FillFrame(std::size_t from) {
     block.setBottomMargin(i + 1 == end ? 0 : block.bottomMargin());
     cursor_.setBlockFormat(block);
   }
-  SetBorders(frame->cellAt(0, 0), first);  // last: the first block would take it away
+  SetBorders(frame->cellAt(0, 0), first);  // last: inserting the first block would reset it
   cursor_ = frame->lastCursorPosition();
   cursor_.movePosition(QTextCursor::NextBlock);
   fresh_ = true;
@@ -172,9 +172,9 @@ QTextBlockFormat Filler::BlockFormatOf(const rtf::ParagraphFormat& format) const
   return block;
 }
 
-// With a hanging first line the left indent is a tab stop too. The layout measures tabs from the
-// start of the line, the file from the left margin of the page; this converts for the first line,
-// because later lines rarely have tabs.
+// With a hanging first line the left indent is a tab stop too. QTextDocument measures tabs from the
+// start of the line, RTF from the left margin of the page; the conversion is right for the first
+// line, because later lines rarely have tabs.
 void Filler::SetTabs(QTextBlockFormat& block, const rtf::ParagraphFormat& format) const {
   QList<QTextOption::Tab> tabs;
   std::vector<rtf::Tab> stops = format.tabs;
@@ -182,14 +182,15 @@ void Filler::SetTabs(QTextBlockFormat& block, const rtf::ParagraphFormat& format
     stops.insert(std::ranges::upper_bound(stops, format.left, {}, &rtf::Tab::position),
                  {format.left, rtf::TabKind::kLeft});
   }
-  for (const rtf::Tab& tab : stops) {  // ascending: the layout uses the first one after the text
+  for (const rtf::Tab& tab : stops) {  // must be ascending: the first one after the text is used
     tabs.append(
         {Pixels(tab.position - format.left - format.first), At(kTabTypes, tab.kind), QChar(u',')});
   }
   block.setTabPositions(tabs);
 }
 
-// The layout drops the space before a paragraph that follows a frame: so the frame gets it.
+// QTextDocument ignores the space before a paragraph that follows a frame, so it is added after the
+// frame.
 int Filler::SpaceAfter(std::size_t at) const {
   const auto& paragraphs = source_.paragraphs;
   const int after = paragraphs[at].format.after;
@@ -214,8 +215,8 @@ QTextTableFormat Filler::FrameFormatOf(const rtf::ParagraphFormat& first, int sp
 }
 
 void Filler::SetBorders(QTextTableCell cell, const rtf::ParagraphFormat& format) const {
-  constexpr int kShadedSpace = 80;  // between a shaded ground's edge and its text
-  // The properties of the four sides are numbered top, bottom, left, right.
+  constexpr int kShadedSpace = 80;  // twips between the edge of the shading and the text
+  // Qt numbers the properties of the four sides top, bottom, left, right.
   constexpr int kSides[] = {0, 2, 1, 3};  // of the borders top, left, bottom, right
   QTextTableCellFormat shape;
   for (std::size_t i = 0; i < format.borders.size(); ++i) {

@@ -9,23 +9,23 @@ class QTextDocument;
 
 namespace tonadex::platform {
 
-// How a rich text is drawn; by default exactly as in the file, for paper.
+// How rich text is drawn; by default exactly as in the file, for paper.
 struct TextDrawing {
-  double scale = 1;     // of type and lengths
-  bool screen = false;  // the program's typefaces, and nothing justified because columns are narrow
-  // Maps the file's colours; they stay unchanged when empty.
+  double scale = 1;     // of font sizes and lengths
+  bool screen = false;  // the program's fonts, and no justified text because columns are narrow
+  // Map the file's text and background colours; may be empty.
   std::function<QColor(const QColor&)> ink;
   std::function<QColor(const QColor&)> ground;
 };
 
-// Replaces the content of `target`. Lengths are in screen dots, also for paper, because a layout
-// for another paint device scales some lengths and ignores the indents. Successive bordered or
-// shaded paragraphs of one format become one frame. Headings keep their level in
-// QTextBlockFormat::headingLevel. Undo is switched off.
+// Replaces the content of `target`. Lengths are in screen dots even for paper, because the layout
+// for another paint device scales only some lengths and ignores indents. Successive paragraphs with
+// equal borders or shading become one frame. Headings keep their level in
+// QTextBlockFormat::headingLevel. Undo is disabled.
 void FillTextDocument(QTextDocument& target, const rtf::Document& source,
                       const TextDrawing& drawing = {});
 
-// Dots per inch of that layout.
+// Dots per inch of the lengths of FillTextDocument.
 double DotsPerInch();
 
 }  // namespace tonadex::platform

@@ -12,7 +12,7 @@
 namespace tonadex::platform {
 namespace {
 
-// A single voice can be louder than FluidSynth's default, which leaves room for many.
+// Louder than FluidSynth's default, which leaves headroom for many voices; a melody has one.
 constexpr double kGain = 0.8;
 
 using AlsaErrorHandler = void (*)(const char*, int, const char*, int, const char*, ...);
@@ -20,15 +20,15 @@ using AlsaErrorHandler = void (*)(const char*, int, const char*, int, const char
 void IgnoreAlsaError(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
                      const char* /*format*/, ...) {}
 
-// Whether the file is a whole soundfont (versions 2 and 3). FluidSynth checks too, but
-// then a library below it prints errors.
+// Whether the file is a complete soundfont (versions 2 and 3). FluidSynth checks too, but then one
+// of its libraries prints errors.
 bool IsSoundFont(const std::filesystem::path& file) {
   constexpr std::size_t kHeadBytes = 12;
   const std::string head = files::ReadHead(file, kHeadBytes).value_or("");
   if (head.size() < kHeadBytes || !head.starts_with("RIFF") || !head.ends_with("sfbk")) {
     return false;
   }
-  std::uintmax_t length = 8;  // of the file: 8 more than the little-endian length in its head
+  std::uintmax_t length = 8;  // the header states the length (little-endian) minus these 8 bytes
   for (unsigned i = 0; i < 4; ++i) {
     length += static_cast<std::uintmax_t>(static_cast<unsigned char>(head[4 + i])) << (8 * i);
   }
@@ -44,7 +44,7 @@ void SilenceLibraries() {
     for (int level = FLUID_PANIC; level < LAST_LOG_LEVEL; ++level) {
       fluid_set_log_function(level, nullptr, nullptr);
     }
-    // ALSA prints errors by itself; it is loaded when FluidSynth was built with it.
+    // ALSA prints errors itself; it is loaded only if FluidSynth was built with it.
     if (void* found = ::dlsym(RTLD_DEFAULT, "snd_lib_error_set_handler")) {
       reinterpret_cast<int (*)(AlsaErrorHandler)>(found)(IgnoreAlsaError);
     }
@@ -62,7 +62,8 @@ FluidEngine MakeEngine(const std::vector<std::filesystem::path>& soundFonts,
   fluid_settings_t* settings = engine.settings.get();
   fluid_settings_setnum(settings, "synth.gain", kGain);
   fluid_settings_setnum(settings, "synth.sample-rate", kSampleRate);
-  // Count samples, not time. Without reverb and chorus the end of a note is the end of its sound.
+  // Time by samples, not by the clock. Without reverb and chorus, silent voices mean the end of the
+  // sound.
   fluid_settings_setstr(settings, "player.timing-source", "sample");
   fluid_settings_setint(settings, "synth.reverb.active", 0);
   fluid_settings_setint(settings, "synth.chorus.active", 0);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Only for the sources of this folder: FluidSynth as playing and rendering use it.
+// FluidSynth as used for playing and rendering; only for the sources of this folder.
 #include <fluidsynth.h>
 
 #include <filesystem>
@@ -27,21 +27,22 @@ using FluidRenderer =
 
 inline constexpr double kSampleRate = 44100;
 
-// Keeps FluidSynth and ALSA from printing. Call before any other FluidSynth function.
+// Stops FluidSynth and ALSA from printing. Call before any other FluidSynth function.
 void SilenceLibraries();
 
-// Members in order of creation, so that they are destroyed in the reverse order.
+// In order of creation, because the members must be destroyed in reverse order.
 struct FluidEngine {
   FluidSettings settings;
   FluidSynth synth;
   FluidPlayer player;
   bool soundFontLoaded = false;
 
-  // Everything was created and a soundfont loaded. Otherwise the engine must not be used.
+  // True when everything was created and a soundfont was loaded; otherwise the engine must not be
+  // used.
   bool IsReady() const { return player != nullptr && soundFontLoaded; }
 };
 
-// The synthesizer with the first of the soundfonts that loads, ready to play `midiBytes`.
+// Creates a synthesizer with the first soundfont that loads, and a player for `midiBytes`.
 FluidEngine MakeEngine(const std::vector<std::filesystem::path>& soundFonts,
                        const std::string& midiBytes);
 

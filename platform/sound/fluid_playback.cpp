@@ -15,24 +15,24 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A device that takes longer to start is not used: the melody would come too late.
+// A device that takes longer to start is not used, because the melody would start too late.
 constexpr std::chrono::milliseconds kStartLimit{1500};
-// How long the program waits at its end for a device that does not answer.
+// Maximum time that the program waits on exit for a device that does not respond.
 constexpr std::chrono::milliseconds kEndLimit{1000};
 
-// The driver's buffer. Each period wakes a sound server and its client some ten times; closing the
-// device waits for one period (70 ms), so that it cannot be much longer.
+// The driver's buffer. Each period wakes a sound server and its client about ten times; closing the
+// device waits for one period (70 ms), so it cannot be much longer.
 constexpr int kPeriodFrames = 3072;
 constexpr int kPeriods = 2;
-// From starting the player until it is heard: on average half a period passes before the driver
-// asks for more.
+// Latency from starting the player: on average half a period passes before the driver requests more
+// samples.
 constexpr std::chrono::duration<double> kBuffered{kPeriodFrames * (kPeriods + 0.5) / kSampleRate};
 
 // State shared by a playback and its worker thread. The worker creates and destroys all FluidSynth
-// objects; other threads only stop the player, under the lock.
+// objects; other threads only stop the player, while holding the lock.
 class Sounding {
  public:
-  // Silences a melody that sounds, and prevents one that is starting from sounding.
+  // Stops a melody, or prevents one that is starting from sounding.
   void Stop() {
     const std::lock_guard lock(mutex_);
     stopped_ = true;
@@ -76,7 +76,7 @@ class Sounding {
     return changed_.wait_for(lock, limit, [this] { return ended_; });
   }
 
-  // Without sound the position follows the clock.
+  // Runs without sound; the position follows the clock.
   void RunSilent() {
     const std::lock_guard lock(mutex_);
     silent_ = true;
@@ -85,7 +85,7 @@ class Sounding {
     }
   }
 
-  // Plays the engine, whose driver is running, until Stop. Does nothing after kStartLimit.
+  // Plays until Stop; the engine's driver must be running. Does nothing after kStartLimit.
   void Run(const FluidEngine& engine) {
     std::unique_lock lock(mutex_);
     if (stopped_ || begin_) {
@@ -112,11 +112,11 @@ class Sounding {
 void PrepareDriver(fluid_settings_t* settings) {
   fluid_settings_setint(settings, "audio.period-size", kPeriodFrames);
   fluid_settings_setint(settings, "audio.periods", kPeriods);
-  fluid_settings_setint(settings, "audio.realtime-prio", 0);  // requesting it takes time
+  fluid_settings_setint(settings, "audio.realtime-prio", 0);  // requesting a priority takes time
   fluid_settings_setstr(settings, "audio.file.type", "raw");
 }
 
-// False for a driver that FluidSynth was built without.
+// False when FluidSynth was built without the driver.
 bool ChooseDriver(fluid_settings_t* settings, const std::string& driver) {
   const std::size_t colon = driver.find(':');
   const std::string file = colon == std::string::npos ? "/dev/null" : driver.substr(colon + 1);
@@ -171,7 +171,7 @@ class FluidSoundPlayer : public Player {
   explicit FluidSoundPlayer(SoundOptions options) : options_(std::move(options)) {}
 
   ~FluidSoundPlayer() override {
-    // A driver that hangs must not keep the program from ending.
+    // A hanging driver must not prevent the program from ending.
     if (latest_ && !latest_->WaitForEnd(kEndLimit)) {
       worker_.detach();
     }
@@ -198,7 +198,7 @@ class FluidSoundPlayer : public Player {
  private:
   SoundOptions options_;
   std::shared_ptr<Sounding> latest_;
-  std::jthread worker_;  // the latest; it waits for the one before
+  std::jthread worker_;  // the latest; it waits for the previous one
 };
 
 }  // namespace

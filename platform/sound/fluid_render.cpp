@@ -20,18 +20,18 @@ constexpr std::uintmax_t Blocks(double seconds) {
   return static_cast<std::uintmax_t>(seconds * kSampleRate) / kBlockFrames;
 }
 
-// At a slow tempo a melody can last for days.
+// One hour: at a slow tempo a melody can last for days.
 constexpr std::uintmax_t kMaxBlocks = Blocks(3600);
-// Some instruments never fade out completely.
+// Five seconds: some instruments never fade out completely.
 constexpr std::uintmax_t kMaxTailBlocks = Blocks(5);
 
-// Valid after the first block: only that loads the file and its number of ticks.
+// Valid after the first block, which loads the file and its number of ticks.
 bool HasEnded(const FluidEngine& engine) {
   return fluid_player_get_current_tick(engine.player.get()) >=
          fluid_player_get_total_ticks(engine.player.get());
 }
 
-// Plays to the end of the file, then until the voices are silent. Returns the number of blocks
+// Renders to the end of the file, then until all voices are silent. Returns the number of blocks
 // written, nullopt when writing failed.
 std::optional<std::uintmax_t> Render(const FluidEngine& engine, fluid_file_renderer_t* renderer) {
   std::uintmax_t blocks = 0;
@@ -62,7 +62,7 @@ bool RenderInto(const FluidEngine& engine, const fs::path& file) {
     return false;
   }
   const auto blocks = Render(engine, renderer.get());
-  renderer.reset();  // flushes, but does not report a failure
+  renderer.reset();  // flushes, but does not report an error
   std::error_code failure;
   const std::uintmax_t size = fs::file_size(file, failure);
   return blocks && !failure && size >= *blocks * kBlockFrames * kFrameBytes;

@@ -11,23 +11,23 @@
 
 namespace tonadex::platform {
 
-// The sequencer on FluidSynth, one device at a time, for calls from one thread. Never waits for the
-// sound device and prints nothing. "open" reads the whole file.
+// The sequencer on FluidSynth, one device at a time, not thread-safe. Never waits for the sound
+// device and prints nothing. "open" reads the whole file.
 class FluidSequencer : public midi::Sequencer {
  public:
   explicit FluidSequencer(SoundOptions options = SoundOptionsFromEnvironment());
   ~FluidSequencer() override;
 
-  // Returns the numbers of sequencer_commands.h. Missing sound is not an error.
+  // Returns the codes of sequencer_commands.h. Missing sound is not an error.
   int SendString(std::string_view command) override;
 
-  // Milliseconds since the melody became audible, for a drawing that follows it: 0 while the device
-  // is starting; by the clock without a device; still rising after the end of the melody. nullopt
-  // when nothing was played since the last "close".
+  // Milliseconds since the melody became audible, for an animation that follows it: 0 while the
+  // device is starting, by the clock without a device, still increasing after the end of the
+  // melody. nullopt when nothing was played since the last "close".
   std::optional<double> PositionMs() const;
 
-  // Whether the melody is known to be inaudible: no device, no soundfont, or sound switched off.
-  // False while the device is starting.
+  // Whether the melody is known to be inaudible: no device, no soundfont, or sound disabled. False
+  // while the device is starting.
   bool IsSilent() const override;
 
  private:

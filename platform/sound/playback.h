@@ -7,28 +7,28 @@
 
 namespace tonadex::platform {
 
-// One playback of a MIDI file, for calls from one thread.
+// One playback of a MIDI file. Not thread-safe.
 class Playback {
  public:
   virtual ~Playback() = default;
-  // Stops for good and returns at once, also while the sound is still starting.
+  // Stops for good. Returns at once, even while the sound is starting.
   virtual void Stop() = 0;
-  // Milliseconds since the melody became audible, 0 before. Still rises after its end.
+  // Milliseconds since the melody became audible, 0 before; still increasing after its end.
   virtual double PositionMs() const = 0;
-  // Whether it is already known that nothing will be heard.
+  // Whether the melody is known to be inaudible.
   virtual bool IsSilent() const = 0;
 };
 
-// Starts playbacks one after the other: the sound device is closed before it is opened again.
+// Starts playbacks one at a time: the sound device is closed before it is opened again.
 class Player {
  public:
   virtual ~Player() = default;
-  // Returns at once; the device is opened in a worker thread. Without a device, a soundfont or a
-  // thread nothing sounds and the position follows the clock.
+  // Returns at once; the device is opened in a worker thread. Without a device, soundfont or thread
+  // there is no sound, and the position follows the clock.
   virtual std::unique_ptr<Playback> Start(std::string midiBytes) = 0;
 };
 
-// Defined by the output chosen for the build: FluidSynth or silence.
+// Defined by the output that the build uses: FluidSynth or silence.
 std::unique_ptr<Player> MakePlayer(SoundOptions options);
 
 }  // namespace tonadex::platform

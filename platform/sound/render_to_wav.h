@@ -15,7 +15,7 @@ enum class RenderResult {
 };
 
 // Renders a MIDI file to a sound file (WAV, 44100 Hz, stereo, 16 bits) as the sequencer would play
-// it, until the last note has faded, for at most an hour. The drivers of `options` are not used.
+// it, until the last note has faded, for at most an hour. The drivers in `options` are not used.
 // The sound file is replaced atomically: on failure the old one remains.
 RenderResult RenderToWav(const std::filesystem::path& midiFile,
                          const std::filesystem::path& wavFile,

@@ -5,7 +5,7 @@
 
 namespace tonadex::platform {
 
-// Results of Sequencer::SendString, numbered as in MCI.
+// Results of Sequencer::SendString, with the numbers of MCI.
 inline constexpr int kSequencerDone = 0;
 inline constexpr int kUnknownCommand = 261;
 inline constexpr int kUnknownDevice = 263;
@@ -20,9 +20,9 @@ struct SequencerCommand {
   std::string_view alias;
 };
 
-// Reads "open FILE type sequencer alias NAME", "play NAME notify" or "close NAME". Blanks
-// separate the words and nothing is quoted, so a command whose FILE contains a blank is not
-// recognised. The texts are views of `command`.
+// Parses "open FILE type sequencer alias NAME", "play NAME notify" or "close NAME". Blanks separate
+// the words and there are no quotes, so a command whose FILE contains a blank is not recognised.
+// The strings are views of `command`.
 std::optional<SequencerCommand> ParseSequencerCommand(std::string_view command);
 
 }  // namespace tonadex::platform

@@ -18,7 +18,7 @@ class Utf8Console {
   unsigned int output_, input_;
 };
 
-// The command line's arguments as the user typed them, in UTF-8, the program's name first.
+// The command line's arguments in UTF-8, first the program's name.
 class Utf8Arguments {
  public:
   Utf8Arguments();
@@ -28,7 +28,7 @@ class Utf8Arguments {
 
  private:
   std::vector<std::string> texts_;
-  std::vector<char*> pointers_;  // into texts_, ended by a null pointer
+  std::vector<char*> pointers_;  // into texts_, terminated by nullptr
 };
 
 }  // namespace tonadex::platform

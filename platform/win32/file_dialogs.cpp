@@ -28,7 +28,7 @@ bool Run(Dialog dialog, app::FileDialogRecord& record) {
                1);
 
   OPENFILENAMEA system{};
-  // The old form of the structure: 76 bytes in a 32-bit program, more in a 64-bit one.
+  // The old version of the structure: 76 bytes in a 32-bit program, more in a 64-bit one.
   system.lStructSize = OPENFILENAME_SIZE_VERSION_400A;
   system.hwndOwner = reinterpret_cast<HWND>(record.hwndOwner);
   system.lpstrFilter = record.lpstrFilter.c_str();

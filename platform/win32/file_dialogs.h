@@ -4,7 +4,7 @@
 
 namespace tonadex::platform {
 
-// The common file dialogs; copies the record field by field.
+// The common file dialogs.
 class WindowsFileDialogs : public app::FileDialogs {
  public:
   bool GetSaveFileName(app::FileDialogRecord& record) override;

@@ -8,7 +8,7 @@
 
 namespace tonadex::platform {
 
-// The system's MIDI sequencer, through MCI command strings.
+// The system's MIDI sequencer, driven by MCI command strings.
 class MciSequencer : public midi::Sequencer {
  public:
   // Sends a command and returns 0 or an MCI error number. The default is mciSendStringA.
@@ -16,7 +16,7 @@ class MciSequencer : public midi::Sequencer {
   explicit MciSequencer(Send send = {});
 
   int SendString(std::string_view command) override;
-  // How long the melody has been playing, ms; nullopt when nothing plays.
+  // How long the melody has been playing, in ms; nullopt when nothing plays.
   std::optional<double> PositionMs() const;
   bool IsSilent() const override { return silent_; }
 

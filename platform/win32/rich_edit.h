@@ -8,11 +8,11 @@
 // The system's rich-text control, as a window.
 namespace tonadex::platform {
 
-// Creates the control, as a child of `parent` or, without one, as a hidden top-level window.
-// nullptr when the system has no such control.
+// Creates the control, as a child of `parent` or, if that is null, as a hidden top-level window.
+// nullptr when the system lacks the control.
 HWND MakeRichEdit(HWND parent, DWORD style);
 
-// Gets and replaces the whole RTF source. False when the source is not RTF.
+// Get and replace the whole RTF source; false when the source is not RTF.
 std::string RichEditSource(HWND richEdit);
 bool SetRichEditSource(HWND richEdit, std::string_view source);
 

@@ -60,7 +60,7 @@ LONG TextLength(HWND control) {
   return static_cast<LONG>(Send(control, EM_GETTEXTLENGTHEX, &want));
 }
 
-// Prints page by page; stops when the control makes no progress, which would print for ever.
+// Prints page by page; stops when the control makes no progress, which would be an endless loop.
 bool PrintText(HWND control, const PrinterContext& printer) {
   FORMATRANGE range{};
   range.hdc = range.hdcTarget = printer.get();

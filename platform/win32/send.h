@@ -6,7 +6,7 @@
 
 namespace tonadex::platform {
 
-// SendMessageW with numbers of any type and pointers as arguments.
+// SendMessageW with integers of any type and pointers as arguments.
 template <typename Wide = WPARAM, typename Data = LPARAM>
 LRESULT Send(HWND window, UINT message, Wide wide = 0, Data data = 0) {
   const auto parameter = [](auto value) {

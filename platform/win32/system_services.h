@@ -10,20 +10,20 @@
 
 namespace tonadex::platform {
 
-// What the services need from the program's windows; each may be empty.
+// What the services need from the program's windows. Both may be empty.
 struct WindowHooks {
   std::function<void()> draw;  // draws the model on the window
   std::function<void(const std::filesystem::path&)> openHelp;
 };
 
-// The shell's small services.
+// The system services of the Windows program.
 class SystemServices : public app::ShellServices {
  public:
   explicit SystemServices(WindowHooks& hooks, std::filesystem::path programFolder);
 
   std::filesystem::path ProgramFolder() const override { return folder_; }
   std::string TempPath() const override;
-  // Checks the attributes too: Windows itself leaves a desktop.ini in folders.
+  // Also checks the attributes, because Windows itself creates a hidden desktop.ini in folders.
   bool IsHidden(const std::filesystem::path& file) const override;
   void SetTopMost(std::intptr_t window) override;
   void DoEvents() override;
@@ -41,11 +41,11 @@ class SystemServices : public app::ShellServices {
   std::filesystem::path folder_;
 };
 
-// Puts a Windows-1252 text on the clipboard.
+// Copies Windows-1252 text to the clipboard.
 void PutOnClipboard(std::string_view text);
 
 // Handles pending paint messages. Pending keyboard and mouse input is passed to `dropped` (may be
-// empty) and discarded, and timers do not fire: no handler starts while another runs.
+// empty) and discarded, and timers do not fire: no event handler starts while another one runs.
 void PumpPaint(const std::function<void(const MSG&)>& dropped = {});
 
 }  // namespace tonadex::platform

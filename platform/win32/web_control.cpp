@@ -17,7 +17,7 @@ namespace tonadex::platform {
 namespace {
 
 constexpr wchar_t kHostClass[] = L"TonadexWeb";
-constexpr ULONGLONG kClickMs = 1000;  // longest time from a click to the navigation that it starts
+constexpr ULONGLONG kClickMs = 1000;  // maximum time from a click to the navigation that it causes
 
 using Microsoft::WRL::ComPtr;
 
@@ -50,7 +50,7 @@ struct WebControl::Site final : IOleClientSite,
   DWORD eventsCookie = 0;
   bool tried = false;
   ULONGLONG clicked = 0;  // time of the last click or Enter in the page, ms; 0 for never
-  bool ours = false;      // the program asked for the navigation that is starting
+  bool ours = false;      // the program requested the navigation that is starting
   std::atomic<ULONG> references{1};
 
   // IUnknown
@@ -106,7 +106,7 @@ struct WebControl::Site final : IOleClientSite,
   HRESULT STDMETHODCALLTYPE TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
   // IDocHostUIHandler
   HRESULT STDMETHODCALLTYPE ShowContextMenu(DWORD, POINT*, IUnknown*, IDispatch*) override {
-    return S_OK;  // none
+    return S_OK;  // no menu
   }
   HRESULT STDMETHODCALLTYPE GetHostInfo(DOCHOSTUIINFO* info) override {
     info->dwFlags = DOCHOSTUIFLAG_NO3DBORDER | DOCHOSTUIFLAG_THEME | DOCHOSTUIFLAG_DPI_AWARE |
@@ -143,7 +143,7 @@ struct WebControl::Site final : IOleClientSite,
     *out = nullptr;
     return S_FALSE;
   }
-  // IDocHostShowUI: suppresses message boxes of scripts; questions are answered with no.
+  // IDocHostShowUI: suppresses message boxes of scripts; a question is answered with "no".
   HRESULT STDMETHODCALLTYPE ShowMessage(HWND, LPOLESTR, LPOLESTR, DWORD kind, LPOLESTR, DWORD,
                                         LRESULT* result) override {
     *result = (kind & MB_TYPEMASK) == MB_OK ? IDOK : IDCANCEL;
@@ -290,7 +290,7 @@ HRESULT WebControl::Site::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* argu
   return S_OK;
 }
 
-// Reports once per click: a page that navigates by itself would be reloaded for ever.
+// Reports once per click; otherwise a page that navigates by itself would be reloaded forever.
 void WebControl::Site::TellThatAClickLeft() {
   const ULONGLONG when = std::exchange(clicked, 0);
   if (when != 0 && GetTickCount64() - when <= kClickMs && links == Links::kReport && left) {

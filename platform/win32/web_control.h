@@ -8,7 +8,7 @@
 
 namespace tonadex::platform {
 
-// The system's web browser control in a window. Where the system lacks it, every call does nothing.
+// The system's web browser control in a window. On a system without it, every call does nothing.
 class WebControl {
  public:
   enum class Links {
@@ -16,18 +16,18 @@ class WebControl {
     kReport,  // links are not followed; `left` is called once per click on one
   };
 
-  // A child of `parent`, which owns it; the control itself is created by the first navigation.
-  // COM must be initialised in this thread (OleInitialize).
+  // Creates a child window of `parent`, which owns it; the control itself is created by the first
+  // navigation. COM must be initialised in this thread (OleInitialize).
   WebControl(HWND parent, Links links, std::function<void()> left = {});
   ~WebControl();
   WebControl(const WebControl&) = delete;
   WebControl& operator=(const WebControl&) = delete;
 
   HWND window() const;
-  // Loads the address (Windows-1252), also when it is shown already.
+  // Loads the URL (Windows-1252), even when it is already shown.
   void Navigate(std::string_view url);
-  // Call with every message before dispatching it: notices clicks in the page and passes keystrokes
-  // to it when it has the focus; true when the page consumed one.
+  // Call with every message before dispatching it: detects clicks in the page and passes keystrokes
+  // to the page when it has the focus. True when the page consumed the keystroke.
   bool Translate(MSG& message);
 
  private:

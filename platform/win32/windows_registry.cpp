@@ -20,7 +20,7 @@ bool Store(HKEY root, const std::string& key, const std::string& name,
                          static_cast<DWORD>(value.data.size())) == ERROR_SUCCESS;
 }
 
-// A text that was stored without its NUL gets one.
+// RegGetValueA adds the NUL to a string that was stored without one.
 std::optional<app::RegistryValue> Load(HKEY root, const std::string& key, const std::string& name) {
   DWORD type = 0, size = 0;
   std::string data;

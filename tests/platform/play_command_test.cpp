@@ -18,7 +18,7 @@ namespace tonadex::cli {
 namespace {
 
 constexpr const char* kSilentNote =
-    "tonadex-cli: sin dispositivo de sonido, la melodía corre en silencio\n";
+    "tonadex-cli: no hay dispositivo de sonido: la melodía avanza en silencio\n";
 
 class ReproducirTest : public testing::Test {
  protected:

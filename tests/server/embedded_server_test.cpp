@@ -68,13 +68,16 @@ TEST(EmbeddedServer, IsSharedByTwoProgramsAndOutlivesTheFirst) {
 }
 
 TEST(EmbeddedServer, LeavesNoPortThatNobodyListensOn) {
-  const TempFolder home;
+  const TempFolder first, home;
+  first.Write("vals.29", "Vals:d=4,o=5,b=63:c,d");
   std::make_unique<EmbeddedServer>(home.path(), "").reset();
   EXPECT_EQ(PublishedPort(home.path()), std::nullopt);
-  home.Write(".puerto", "1\n");  // of a program that was killed
-  const test::FullDisk full(0);
-  const EmbeddedServer server(home.path(), "");
-  EXPECT_EQ(PublishedPort(home.path()), std::nullopt);
+  for (const char* source : {"", first.path().c_str()}) {  // which cannot be copied
+    home.Write(".puerto", "1\n");                          // of a program that was killed
+    const test::FullDisk full(0);
+    const EmbeddedServer server(home.path(), source);
+    EXPECT_EQ(PublishedPort(home.path()), std::nullopt) << source;
+  }
 }
 
 TEST(EmbeddedServer, ReadsWhileTheFoldersOwnerDoesNotListen) {

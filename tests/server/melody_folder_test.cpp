@@ -25,15 +25,17 @@ void WaitForSettledTimes() {
 
 string Start(const TempFolder& folder, ShelfAccess access = ShelfAccess::kReadWrite) {
   string names;
-  for (const StoredMelody& melody : MelodyFolder(folder.path(), access, kStep).Read()) {
-    names += melody.description + "=" + melody.fileName + " ";
+  const StoredMelodies melodies = MelodyFolder(folder.path(), access, kStep).Read();
+  for (const StoredMelody& melody : melodies.list) {
+    names.append(melody.description).append("=").append(melody.fileName).append(" ");
   }
   return names;
 }
 
 // A description that the file does not have shows that the file was not opened.
 void MarkIndex(const TempFolder& folder) {
-  std::vector<StoredMelody> melodies = DecodeIndex(folder.Read(kIndex));
+  const string index = folder.Read(kIndex);
+  std::vector<StoredMelody> melodies = DecodeIndex(index);
   for (StoredMelody& melody : melodies) {
     melody.description = "kept";
   }
