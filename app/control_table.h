@@ -55,8 +55,8 @@ struct ControlInfo {
   Control Form1::*field = nullptr;  // gets the focus by the mnemonic of a label
   Font font = Font::kBody;
   Tone tone = Tone::kText;
-  bool right = false;                    // a right-aligned label
-  std::int16_t leadsTo = kNoPage;        // the page of a navigation button
+  bool right = false;              // a right-aligned label
+  std::int16_t leadsTo = kNoPage;  // the page of a navigation button
   // Keys that click it while it is shown and enabled, parted by blanks: "Ctrl+1", "Left Backspace".
   // A text box that has the focus keeps its own, a focused button Space and Return.
   std::string_view shortcut = {};
@@ -78,6 +78,11 @@ constexpr ControlInfo Button(Look look, std::string_view name, Control Form1::*m
                              std::string_view caption, const char* icon, std::string_view help,
                              Handler click, std::string_view spoken = {}) {
   return {name, member, look, caption, icon, help, spoken, {Event::kClick, click}};
+}
+// Its caption changes, so its help is its tooltip alone.
+constexpr ControlInfo Mark(std::string_view name, Control Form1::*member, std::string_view help,
+                           Handler click) {
+  return Button(Look::kMark, name, member, {}, "", help, click);
 }
 // A label with a mnemonic that leads to its field.
 constexpr ControlInfo Label(std::string_view name, Control Form1::*member, std::string_view caption,

@@ -20,6 +20,8 @@ enum class Look {
   kCard,        // button: picture, caption and, in small type under it, text
   kButton,
   kPrimary,  // button: the main action of its page, in the accent colour while `checked`
+  kChoice,   // button: one of several to choose from; `checked` marks the chosen one
+  kMark,     // small button that says something short, in the colour of its tone
   kLine,     // text of one line
   kReading,  // text of one line, read-only
   kArea,     // text of several lines
@@ -58,7 +60,8 @@ struct Control {
   std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
   int value = 0;                        // of a slider and of the display
   bool checked = false;
-  Tone tone = Tone::kText;     // of a label
+  int marked = -1;             // of the display: the group to mark while a melody sounds
+  Tone tone = Tone::kText;     // of a label or a mark
   std::uint32_t interval = 0;  // timer: milliseconds between two ticks while enabled
 
   // The selected row; text "" and item data 0 when none is selected.

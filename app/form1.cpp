@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <system_error>
 #include <vector>
@@ -62,6 +63,11 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            &F::cmdopciones_Click),
     Go("cmdayuda", &F::cmdayuda, "A&yuda", "ayuda", "El manual de Tonadex (F1)", &F::cmdayuda_Click,
        kNoPage, "F1"),
+    Words("playingText", &F::playingText, "", Font::kHeading),
+    Words("silentLabel", &F::silentLabel, words::kSilent, Font::kBody, Tone::kBad),
+    Words("playingPosition", &F::playingPosition, ""),
+    Button(Look::kPrimary, "stopButton", &F::stopButton, words::kAccept, "",
+           "Dejar de reproducir (Intro, Esc o espacio)", &F::stopButton_Click),
     Button(Look::kBusyLine, "waitingLine", &F::waitingLine, words::kWaiting, "", "", nullptr),
     Row(Look::kTimer, "saveTimer", &F::saveTimer, {}, {Event::kTick, &F::saveTimer_Timer}),
 });
@@ -75,6 +81,13 @@ constexpr auto kPages = std::to_array<Page>({
     {kStartPage, &StartPage::Layout},
     {kTypingPage, &TypingPage::Layout},
 });
+
+// "1:05" for 65 seconds.
+std::string TimeInWords(double seconds) {
+  const auto whole = static_cast<std::int64_t>(std::max(0.0, seconds));
+  const std::string rest = std::to_string(whole % 60);
+  return std::to_string(whole / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
+}
 
 void RenameMark(const std::filesystem::path& folder) {
   std::error_code ignored;
@@ -141,8 +154,13 @@ Part WindowLayout(Part page) {
       Row({The(&F::navbanner).Weight(1).Heights(look::kBannerHeight, look::kBannerHeight)})
           .Margins(look::kPageMargin, look::kGrid, 0);
   // The waiting line overlaps the top of the page.
+  Part foot = Row({The(&F::playingText).Weight(1), The(&F::silentLabel), The(&F::playingPosition),
+                   The(&F::stopButton)})
+                  .Gap(look::kPageMargin)
+                  .Margins(look::kPageMargin, look::kGrid, look::kGrid);
+  foot.frame = Part::Frame::kBar;
   return Column({std::move(bar), The(&F::waitingLine).Heights(0, 0), std::move(banner),
-                 std::move(page).Weight(1)})
+                 std::move(page).Weight(1), std::move(foot)})
       .Gap(0);
 }
 
@@ -164,7 +182,10 @@ Form1::Form1(Program& theProgram)
     control.visible = info.look != Look::kStorage;
     control.checked = info.look == Look::kPrimary;
   }
-  waitingLine.visible = false;
+  for (Control* control :
+       {&waitingLine, &playingText, &silentLabel, &playingPosition, &stopButton}) {
+    control->visible = false;
+  }
   for (const std::int16_t page : {kStartPage, kTypingPage}) {
     for (const auto member : PageControls(page)) {
       (this->*member).visible = false;
@@ -173,6 +194,7 @@ Form1::Form1(Program& theProgram)
   saveTimer.enabled = false;
   saveTimer.interval = kSaveMs;
   session_.Restore(*this);
+  ChooseVoice(beepChoice.value);
   txtmelodiacompo_Change();
   txtrtttlsube_Change();
 }
@@ -187,13 +209,14 @@ void Form1::saveTimer_Timer() {
   saveTimer.enabled = false;
 }
 
-void SharedState::Play(Sounding what) {
+void SharedState::Play(Sounding what, core::RTTTLMelody& melody) {
   struct Scope {
     Sounding& sounding;
     ~Scope() { sounding = Sounding::kNothing; }
   } const scope{sounding};
   sounding = what;
-  midi::PlayMelody(program.gMelody, program.services.sequencer);
+  soundLength = MelodyDrawing(melody.Text).soundLength;
+  midi::PlayMelody(melody, program.services.sequencer, program.voice);
 }
 
 void Form1::Form_Load() {
@@ -213,7 +236,10 @@ void Form1::Form_QueryUnload() {
     SaveModel();
   }
   saveTimer_Timer();
-  if (program.busy) {
+  if (playing_) {  // its handler has not returned
+    program.closing = true;
+    playing_ = false;
+  } else if (program.busy) {
     program.closing = true;
     GiveUpRequest(program);
   } else {
@@ -351,6 +377,34 @@ void Form1::cmdayuda_Click() {
   program.services.shell.OpenHelp(program.ProgramFolder() / kHelpFile);
 }
 
+bool Form1::ShowPlaying(const core::Message& message) {
+  if (sounding == Sounding::kNothing || message.title != midi::kPlayingTitle) {
+    return false;
+  }
+  playing_ = true;
+  playingText.caption = RowLine(message.text);
+  FollowPlaying(0);
+  return true;
+}
+
+void Form1::stopButton_Click() {
+  playing_ = false;
+}
+
+bool Form1::FollowPlaying(double ms) {
+  const double length = std::ceil(soundLength / 1000);
+  const std::string position =
+      TimeInWords(ms < soundLength ? ms / 1000 : length) + " de " + TimeInWords(length);
+  const bool silent = program.services.sequencer.IsSilent();
+  const int marked = sounding == Sounding::kRepertoire ? ResultGroupAt(ms) : -1;
+  const bool changed = position != playingPosition.caption || silent != silentLabel.visible ||
+                       marked != textresultado.marked;
+  playingPosition.caption = position;
+  silentLabel.visible = silent;
+  textresultado.marked = marked;
+  return changed;
+}
+
 void Form1::teclearButton_Click() {
   RefreshRepertoire();
   if (teclearButton.enabled &&
@@ -388,6 +442,11 @@ void Form1::Refresh() {
   phoneButton.caption =
       phones::PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program.gPhoneModel);
   waitingLine.visible = waitingLine.checked = program.busy;
+  playingText.visible = playingPosition.visible = stopButton.visible = playing_;
+  if (!playing_) {
+    silentLabel.visible = false;
+    textresultado.marked = -1;
+  }
   saveTimer.enabled = session_.Note(*this);
   RefreshSearch();
   RefreshRepertoire();

@@ -16,6 +16,7 @@
 #include "app/pages/web_page.h"
 #include "app/program.h"
 #include "app/session_state.h"
+#include "core/message_box.h"
 
 namespace tonadex::app {
 
@@ -50,8 +51,8 @@ class Form1 : public SharedState,
 
   // Hides all pages but the start-up page and sends WebBrowser1 there.
   void Form_Load();
-  // The user closes the window: ends the program, or cancels the running request and ends the
-  // program after it. Not to be called through RunHandler.
+  // The user closes the window: ends the program, or cancels the running request or the melody
+  // that plays and ends the program after it. Not to be called through RunHandler then.
   void Form_QueryUnload();
 
   void cmdinicio_Click();
@@ -79,6 +80,14 @@ class Form1 : public SharedState,
 
   void ocultapagina();
 
+  // True for the message box that is shown while a melody plays: the window then shows its bar
+  // instead, until `playing` ends. Any other message is a box.
+  bool ShowPlaying(const core::Message& message);
+  bool playing() const { return playing_; }
+  void stopButton_Click();
+  // The melody has come this far, ms: updates the bar and the display. False when nothing changed.
+  bool FollowPlaying(double ms);
+
   // Updates all derived properties of the controls; call it before drawing.
   void Refresh();
 
@@ -89,7 +98,9 @@ class Form1 : public SharedState,
   // Where the window stood when the program last ended; then a shell keeps it up to date.
   WindowPlace windowPlace;
 
-  static std::span<const ControlInfo> Rows();  // of the navigation row
+  Control playingText, silentLabel, playingPosition, stopButton;  // the bar while a melody plays
+
+  static std::span<const ControlInfo> Rows();  // of the navigation row and that bar
 
  private:
   void ShowInRepertoire(const std::string& file);
@@ -98,6 +109,7 @@ class Form1 : public SharedState,
   void ShowPage(std::int16_t page);
 
   bool formReady_ = false;
+  bool playing_ = false;
   SessionState session_;
 };
 

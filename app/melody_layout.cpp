@@ -46,7 +46,7 @@ void AddNote(std::vector<PictureMark>& marks, const DrawnNote& note, const Box& 
 
 void MelodyPicture::SetDrawing(const Drawing& drawing) {
   drawing_ = drawing;
-  sounding_ = -1;
+  sounding_ = shown_ = -1;
   scrolled_ = 0;
   pixelsPerMs_ = PixelsPerMs();
 }
@@ -96,13 +96,26 @@ bool MelodyPicture::Mark(int note) {
     return false;
   }
   sounding_ = sounding;
-  if (sounding >= 0) {
-    const Box box = NoteBox(static_cast<std::size_t>(sounding));
+  Reveal(sounding);
+  return true;
+}
+
+bool MelodyPicture::Show(int index) {
+  if (index == shown_) {
+    return false;
+  }
+  shown_ = index;
+  Reveal(index);
+  return true;
+}
+
+void MelodyPicture::Reveal(int index) {
+  if (index >= 0) {
+    const Box box = NoteBox(static_cast<std::size_t>(index));
     if (box.right() > Staff().right() - kAhead || box.x < kSide) {
       ScrollTo(scrolled_ + box.x - kSide - kScrollStep);
     }
   }
-  return true;
 }
 
 std::vector<PictureMark> MelodyPicture::Marks() const {
@@ -123,8 +136,11 @@ std::vector<PictureMark> MelodyPicture::Marks() const {
   }
   for (std::size_t i = 0; i < drawing_.notes.size(); ++i) {
     const Box box = NoteBox(i);
-    if (!drawing_.notes[i].pause && box.right() >= 0 && box.x <= size_.width) {
-      AddNote(marks, drawing_.notes[i], box, static_cast<int>(i) == sounding_);
+    const DrawnNote& note = drawing_.notes[i];
+    const bool marked = static_cast<int>(i) == (sounding_ < 0 ? shown_ : sounding_);
+    const bool drawn = !note.pause || note.outside || (marked && sounding_ < 0);
+    if (drawn && box.right() >= 0 && box.x <= size_.width) {
+      AddNote(marks, note, box, marked);
     }
   }
   return marks;
@@ -136,7 +152,8 @@ Box MelodyPicture::NoteBox(std::size_t index) const {
   const int spread = std::max(kLeastSemitones, drawing_.highest - drawing_.lowest);
   const double step = (staff.height - kNoteHeight) / spread;
   const double middle = (drawing_.highest + drawing_.lowest) / 2.0;
-  const double centre = staff.y + staff.height / 2 - (note.pitch - middle) * step;
+  const double above = note.pause ? 0 : (note.pitch - middle) * step;
+  const double centre = staff.y + staff.height / 2 - above;
   return {XOf(note.start), centre - kNoteHeight / 2,
           std::max(kLeastNoteWidth, note.length * pixelsPerMs_ - kNoteGap), kNoteHeight};
 }

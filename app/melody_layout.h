@@ -66,9 +66,13 @@ class MelodyPicture {
   bool Mark(int note);
   int sounding() const { return sounding_; }  // index, -1 for none
 
+  // Marks a note while none sounds and scrolls it into view; -1 for none. False when nothing
+  // changed.
+  bool Show(int index);
+
   // All that is in view, in the order of painting.
   std::vector<PictureMark> Marks() const;
-  // Where a note lies, in view or not; of a pause, its time.
+  // Where a note lies, in view or not; a pause lies in the middle.
   Box NoteBox(std::size_t index) const;
   // Index of the note or pause at a place, -1 for none.
   int NoteUnder(double x) const;
@@ -77,12 +81,14 @@ class MelodyPicture {
   Box Staff() const;
   double PixelsPerMs() const;
   double XOf(double ms) const;
+  void Reveal(int index);
 
   Drawing drawing_;
   PictureSize size_;
   double pixelsPerMs_ = 0;  // of this drawing in this size
   double scrolled_ = 0;
   int sounding_ = -1;
+  int shown_ = -1;
 };
 
 // The built-in melody's notes along the foot of the splash.

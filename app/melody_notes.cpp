@@ -121,10 +121,12 @@ void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
     core::SkipErrors([&] {
       if (auto drawn = DrawNote(note, tempo, fitting)) {
         drawn->sounds = time.start;
+        drawn->number = static_cast<int>(index) - 1;
         Append(drawing, *std::move(drawn));
       }
     });
   }
+  drawing.written = static_cast<int>(index);
   SetExtremes(drawing);
 }
 

@@ -16,6 +16,7 @@ struct DrawnNote {
   bool pause = false;
   bool dotted = false;
   bool outside = false;  // in an octave that does not fit the chosen phone; see MelodyDrawing
+  int number = 0;        // index in the melody, whose unreadable notes are not drawn
 
   friend bool operator==(const DrawnNote&, const DrawnNote&) = default;
 };
@@ -26,6 +27,8 @@ struct Drawing {
   double soundLength = 0;        // ms of playback; pauses at the end are not played
   double barLength = 0;          // ms between bar lines: four quarter notes
   int lowest = 0, highest = 0;   // of the sounding notes' pitches; 0 when none sounds
+  int written = 0;               // notes and pauses of the melody, drawn or not
+  int shown = -1;                // index of the note to bring into view and mark, -1 for none
 
   friend bool operator==(const Drawing&, const Drawing&) = default;
 };

@@ -14,6 +14,7 @@
 #include "app/shell_services.h"
 #include "app/web_view.h"
 #include "core/rtttl.h"
+#include "midi/playback.h"
 #include "midi/sequencer.h"
 #include "net/file_name.h"
 #include "net/http.h"
@@ -54,7 +55,8 @@ struct Program {
 
   core::RTTTLMelody gMelody;
   std::string gPhoneModel;  // a model text of the catalogue, or any other text, "0" at first
-  std::string gVersion;     // what ver.dat says
+  midi::Voice voice = midi::Voice::kInstrument;  // what melodies are played with
+  std::string gVersion;                          // what ver.dat says
   phones::PhoneCatalogue PhoneCatalogue;
 
   // True while a request runs, when only painting goes on. `busyChanged` (may be empty) is called

@@ -14,6 +14,11 @@ inline constexpr std::string_view kWindowTitle = "Tonadex";
 inline constexpr std::string_view kHelpTitle = "Ayuda de Tonadex";
 inline constexpr std::string_view kWaiting =
     u8"Esperando al servidor… Esc para dejar de esperar."_w;
+inline constexpr std::string_view kAccept = "Aceptar";
+inline constexpr std::string_view kSilent = u8"No hay dispositivo de sonido: no se oye nada."_w;
+inline constexpr std::string_view kFold = "Ocultar";
+inline constexpr std::string_view kUnfold = "Mostrar";
+inline constexpr std::string_view kFoldHelp = "Ocultar o mostrar las instrucciones y los avisos";
 inline constexpr std::string_view kCopy = "Copiar";
 inline constexpr std::string_view kCopied = "Copiado";
 inline constexpr std::string_view kSaveAs = u8"Guardar como…"_w;

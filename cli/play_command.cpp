@@ -176,7 +176,8 @@ void PlayFile(Context& context, const Arguments& arguments) {
   std::string bytes;
   FailOnError(ExitCode::kNotConverted, arguments.file + ": ", [&] {
     times = midi::NoteTimes(melody);
-    bytes = midi::MidiFileBytes(melody);
+    bytes =
+        midi::PlayedBytes(melody, arguments.beep ? midi::Voice::kBeep : midi::Voice::kInstrument);
   });
   if (times.empty()) {
     return;

@@ -78,7 +78,9 @@ std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommand
 #ifndef _WIN32
       {"reproducir",
        "Toca una melodía",
-       {file, {"--wav", "SALIDA", "La graba como fichero de sonido, sin tocarla", &a.wav}},
+       {file,
+        {"--pitido", "", "Suena como el zumbador de un móvil", &a.beep},
+        {"--wav", "SALIDA", "La graba como fichero de sonido, sin tocarla", &a.wav}},
        doing(heavy.play),
        "Ctrl+C la para al instante (código de salida 130). Una melodía con errores se toca\n"
        "hasta donde se entiende, pero no se graba; el código es 1."},

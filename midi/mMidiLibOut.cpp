@@ -90,11 +90,11 @@ std::int16_t WriteMidiFile(const core::RTTTLMelody& melody) {
   return written ? kMidiWritten : kMidiFailed;
 }
 
-std::string MidiFileBytes(const core::RTTTLMelody& melody) {
+std::string MidiFileBytes(const core::RTTTLMelody& melody, Repeats repeats) {
   const std::string track = MidiCreditsEvent(melody.Credits) +
                             MidiTrackNameEvent(melody.TrackName) + MidiVolumeEvent() +
                             MidiTempoEvent(melody.Beats) + MidiProgramChange(melody.Instrument) +
-                            MidiNoteEvents(melody) + MidiEndOfTrack();
+                            MidiNoteEvents(melody, repeats) + MidiEndOfTrack();
   return MidiHeaderChunk(0, 1, MidiDivision(melody.Beats)) + MidiTrackHeader(track) + track;
 }
 
@@ -137,19 +137,27 @@ std::string MidiProgramChange(std::int16_t instrument) {
   return MidiEvent(0, kProgramChange, kChannel, {&program, 1});
 }
 
-std::string MidiNoteEvents(const core::RTTTLMelody& melody) {
+std::string MidiNoteEvents(const core::RTTTLMelody& melody, Repeats repeats) {
+  constexpr std::size_t kOffDelta = 4;  // the note-off's place in its pair
   std::string events;
   events.reserve(melody.Notes.size() * kPairSize);
   std::int32_t pause = 0;
+  std::int16_t last = kPauseNumber, lastTicks = 0;
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
     const std::int16_t number = NumberOf(melody.Notes, note);
     const std::int16_t ticks = TicksOf(melody.Notes, note);
     if (number == kPauseNumber) {
       pause += ticks;
     } else {
+      if (repeats == Repeats::kApart && number == last && pause == 0 && lastTicks > 1) {
+        --events[events.size() - kPairSize + kOffDelta];
+        pause = 1;
+      }
       const auto pair = PairBytes(pause, ticks, number);
       events.append(pair.data(), pair.size());
       pause = 0;
+      last = number;
+      lastTicks = ticks;
     }
   }
   return events;

@@ -25,9 +25,18 @@ inline constexpr std::int16_t kPauseNumber = -1;  // used as the note number of 
 // message. Pauses at the end are not written.
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
 
+<<<<<<< HEAD
+// Whether a note that repeats the one before it follows at once, as phones' files have it, or is
+// heard as a note of its own: the first one then ends a tick early.
+enum class Repeats { kJoined, kApart };
+
+// The whole file that WriteMidiFile writes, for kJoined. Throws core::RunTimeError.
+std::string MidiFileBytes(const core::RTTTLMelody& melody, Repeats repeats = Repeats::kJoined);
+=======
 // The content of the file that WriteMidiFile writes. Errors: type mismatch, overflow; invalid
 // argument for a value that does not fit a byte.
 std::string MidiFileBytes(const core::RTTTLMelody& melody);
+>>>>>>> main
 
 // The header's ticks per quarter note for a tempo: beats x 385 / 120, rounded half to even to 16
 // bits, halved, rounded again. "" counts as 0. Errors: type mismatch, overflow.
@@ -45,7 +54,7 @@ std::string MidiVolumeEvent();
 // The tempo is ignored; see above.
 std::string MidiTempoEvent(std::string_view beats);
 std::string MidiProgramChange(std::int16_t instrument);
-std::string MidiNoteEvents(const core::RTTTLMelody& melody);
+std::string MidiNoteEvents(const core::RTTTLMelody& melody, Repeats repeats = Repeats::kJoined);
 // Note-on after `delta` ticks and note-off `ticks` later.
 std::string MidiNotePair(std::int32_t delta, std::int16_t ticks, std::int16_t noteNumber);
 std::string MidiEndOfTrack();

@@ -1,21 +1,41 @@
 #include "midi/playback.h"
 
 #include "core/message_box.h"
+#include "core/runtime_error.h"
+#include "files/paths.h"
+#include "files/write.h"
 #include "midi/mMidiLibOut.h"
 
 namespace tonadex::midi {
 namespace {
 
 constexpr std::string_view kTempFile = "rtlTmpFile.mid";
+constexpr std::int16_t kSquareLead = 80;  // General MIDI's instrument 81
 
 }  // namespace
 
-void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer) {
+std::string PlayedBytes(const core::RTTTLMelody& melody, Voice voice) {
+  if (voice == Voice::kInstrument) {
+    return MidiFileBytes(melody, Repeats::kApart);
+  }
+  core::RTTTLMelody beeped = melody;
+  beeped.Instrument = kSquareLead;
+  return MidiFileBytes(beeped, Repeats::kApart);
+}
+
+void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice) {
   core::ShowRTTTLError(core::ParseRTTTL(melody));  // the notes parsed before an error are played
   const std::string fileName = melody.FileName;
   melody.FileName = melody.TempFolder + std::string(kTempFile);
+<<<<<<< HEAD
+  if (!core::SkipErrors([&] {
+        files::WriteBytes(files::PathFromText(melody.FileName), PlayedBytes(melody, voice));
+      })) {
+    // FileName keeps the temporary path here: deliberate.
+=======
   if (WriteMidiFile(melody) == kMidiFailed) {
     // FileName is not restored here: deliberate.
+>>>>>>> main
     core::MsgBox(
         "No se pudo crear el archivo temporal.\r\n"
         "Por favor, borra el siguiente fichero y vuelve a intentarlo:\r\n" +
@@ -25,7 +45,7 @@ void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer) {
   MciClose(sequencer);
   MciOpenAndPlay(melody, sequencer);
   melody.FileName = fileName;
-  core::MsgBox("Reproduciendo melodia: " + melody.Name, core::Icon::kInformation, "Reproduciendo");
+  core::MsgBox("Reproduciendo melodia: " + melody.Name, core::Icon::kInformation, kPlayingTitle);
   MciClose(sequencer);
 }
 

@@ -12,6 +12,8 @@ class Sequencer {
   virtual ~Sequencer() = default;
   // Returns at once: 0 on success, else an error number. Never throws. "close" stops the sound.
   virtual int SendString(std::string_view command) = 0;
+  // Whether what plays is known to be inaudible, for want of a device or of sounds.
+  virtual bool IsSilent() const { return false; }
 };
 
 }  // namespace tonadex::midi

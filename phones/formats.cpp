@@ -43,7 +43,7 @@ constexpr auto kFormats = std::to_array<Format>({
     {"NRTL", AtTempo125, Kind::kText, "rtttl", kEvery, kEvery, 0, "Nokia>RTTTL, tempo 125.",
      " para Nokia en formato RTTTL con tempo 125.", kSendRtttl,
      u8"La melodía en RTTTL pasada a tempo 125"_w, ", para enviar por cable o SMS"},
-    {"NCOM", InRange<formats::NokiaComposerText>, Kind::kNotes, "txt", kThreeAround, kEvery,
+    {kComposerCode, InRange<formats::NokiaComposerText>, Kind::kNotes, "txt", kThreeAround, kEvery,
      kComposerNotes, "Nokia>Compositor.", " para Nokia en formato de compositor.",
      u8"Esto es lo que debería aparecer en el compositor de tu Nokia al introducir "
      u8"correctamente esta melodía. Recuerda que no son las teclas que tienes que "

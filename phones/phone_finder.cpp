@@ -51,4 +51,12 @@ std::vector<CatalogueRow> FindPhones(std::string_view name) {
   return exact.size() == 1 ? exact : holding;
 }
 
+bool BeginsWords(std::string_view name, std::string_view typed) {
+  const std::vector<std::string> words = Words(name), wanted = Words(typed);
+  return !wanted.empty() && std::ranges::all_of(wanted, [&](const std::string& begin) {
+    return std::ranges::any_of(words,
+                               [&](const std::string& word) { return word.starts_with(begin); });
+  });
+}
+
 }  // namespace tonadex::phones

@@ -12,4 +12,7 @@ namespace tonadex::phones {
 // brand and model contain every word of it. Ignores case; words are runs of letters and digits.
 std::vector<CatalogueRow> FindPhones(std::string_view name);
 
+// Whether `name` has a word that begins so for each word typed, and any is typed.
+bool BeginsWords(std::string_view name, std::string_view typed);
+
 }  // namespace tonadex::phones

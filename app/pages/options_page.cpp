@@ -10,6 +10,7 @@
 #include "app/words.h"
 #include "core/windows1252.h"
 #include "phones/catalogue.h"
+#include "phones/formats.h"
 #include "phones/phone_description.h"
 
 namespace tonadex::app {
@@ -18,15 +19,45 @@ namespace {
 using namespace core::literals;
 using F = Form1;
 
-constexpr int kWidestCard = 860, kTallestCard = 432;
+constexpr int kWidestCard = 860, kTallestCard = 560;
+constexpr int kSearchWidth = 220, kLowestList = 96;
+
+constexpr std::string_view kNokia = "Nokia", kNokiaKeys = " Pulsaciones",
+                           kNokiaShown = "3210,3310,3330,3390,8250", kNokiaSend = " RTTTL (cable)";
+// Its equal neighbours are heard as two.
+constexpr std::string_view kTrial = "Prueba:d=8,o=6,b=160:c,e,g,g,4c7";
+constexpr std::string_view kNothingFound = u8"Ningún móvil con ese nombre"_w;
+constexpr std::string_view kNoNumbers = u8"De esta marca solo hay formatos"_w;
 
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("optionsTitle", &F::optionsTitle, words::kChoosePhone, Font::kHeading),
     Label("Label3", &F::Label3, "&Marca", &F::cmbmarcas),
     Row(Look::kList, "cmbmarcas", &F::cmbmarcas, u8"Marca del móvil"_w,
         {Event::kClick, &F::cmbmarcas_Click}),
-    Label("Label4", &F::Label4, "Mo&delo o formato", &F::cmbformatos),
+    Label("searchLabel", &F::searchLabel, u8"Bu&sca tu móvil"_w, &F::phoneSearch),
+    Row(Look::kLine, "phoneSearch", &F::phoneSearch, u8"Busca tu móvil por su número"_w,
+        {Event::kChange, &F::phoneSearch_Change}, {Event::kEnter, &F::phoneSearch_Enter},
+        u8"Escribe su número, por ejemplo 3310 o t68"_w),
+    Label("modelLabel", &F::modelLabel, "Mod&elo", &F::modelList),
+    Row(Look::kList, "modelList", &F::modelList, "Modelo", {Event::kClick, &F::modelList_Click}),
+    Label("Label4", &F::Label4, "O&tros formatos", &F::cmbformatos),
     Row(Look::kList, "cmbformatos", &F::cmbformatos, "Modelo o formato"),
+    Words("nokiaLabel", &F::nokiaLabel, "Para tu Nokia quiero:"),
+    Button(Look::kChoice, "keysChoice", &F::keysChoice, "Las teclas que &pulso", "",
+           u8"Pulsaciones: las teclas del compositor, una por una"_w, &F::keysChoice_Click),
+    Button(Look::kChoice, "shownChoice", &F::shownChoice, "&Lo que se ve", "",
+           "Compositor: lo que aparece en la pantalla al pulsarlas", &F::shownChoice_Click),
+    Button(Look::kChoice, "sendChoice", &F::sendChoice, "Para &cable o SMS", "",
+           "RTTTL: el texto que se manda al móvil", &F::sendChoice_Click),
+    Words("exampleLabel", &F::exampleLabel, "", Font::kBody, Tone::kMuted),
+    Words("enterLabel", &F::enterLabel, ""),
+    Words("soundLabel", &F::soundLabel, "Al escuchar suena:"),
+    Button(Look::kChoice, "instrumentChoice", &F::instrumentChoice, "Instr&umento", "",
+           "El instrumento de siempre", &F::instrumentChoice_Click),
+    Button(Look::kChoice, "beepChoice", &F::beepChoice, u8"Pitido de mó&vil"_w, "",
+           u8"Como suena en el móvil, o casi"_w, &F::beepChoice_Click),
+    Button(Look::kButton, "trySoundButton", &F::trySoundButton, "Prob&ar", "reproducir",
+           "Escuchar unas notas con este sonido", &F::trySoundButton_Click),
     Row(Look::kPicture, "optionsPicture", &F::optionsPicture, "", {}, {}, "", "movil"),
     Words("optionsSentence", &F::optionsSentence, ""),
 });
@@ -39,28 +70,123 @@ std::span<const ControlInfo> OptionsPage::Rows() {
 
 Part OptionsPage::Layout() {
   using look::kGrid, look::kPageMargin;
-  Part card = Card({
-                       The(&F::optionsTitle),
-                       Row({Field(&F::Label3, The(&F::cmbmarcas).Weight(2)),
-                            Field(&F::Label4, The(&F::cmbformatos).Weight(3))})
-                           .Gap(kPageMargin)
-                           .Weight(1),
-                       Row({The(&F::optionsPicture), The(&F::optionsSentence).Weight(1)}),
-                   })
-                  .Gap(kPageMargin)
-                  .Margins(3 * kGrid, 2 * kGrid, 2 * kGrid)
-                  .Weight(1000)
-                  .Widths(0, kWidestCard);
+  const auto list = [](Control F::*label, Control F::*rows, int share) {
+    return Field(label, The(rows).Weight(share).Heights(kLowestList));
+  };
+  Part card =
+      Card({
+               Row({The(&F::optionsTitle), Stretch(), The(&F::searchLabel),
+                    The(&F::phoneSearch).Widths(kSearchWidth, kSearchWidth)}),
+               Row({list(&F::Label3, &F::cmbmarcas, 2), list(&F::modelLabel, &F::modelList, 2),
+                    list(&F::Label4, &F::cmbformatos, 3)})
+                   .Gap(kPageMargin)
+                   .Weight(1),
+               Row({The(&F::nokiaLabel), The(&F::keysChoice), The(&F::shownChoice),
+                    The(&F::sendChoice), Stretch()}),
+               Row({The(&F::optionsPicture),
+                    Column({The(&F::optionsSentence), The(&F::exampleLabel), The(&F::enterLabel)})
+                        .Gap(look::kFieldGap)
+                        .Weight(1)}),
+               Row({The(&F::soundLabel), The(&F::instrumentChoice), The(&F::beepChoice),
+                    The(&F::trySoundButton), Stretch()}),
+           })
+          .Gap(kPageMargin)
+          .Margins(3 * kGrid, 2 * kGrid, 2 * kGrid)
+          .Weight(1000)
+          .Widths(0, kWidestCard);
   return Column({Row({Stretch(), std::move(card), Stretch()})
                      .Margins(kPageMargin, 0, 0)
                      .Weight(1000)
                      .Heights(0, kTallestCard),
                  Stretch()})
-      .Margins(0, kPageMargin, kPageMargin);
+      .Margins(0, look::kGrid, look::kGrid);
 }
 
 void OptionsPage::RefreshOptions() {
-  optionsSentence.caption = phones::PhoneGets(cmbformatos.text);
+  const std::string& model = cmbformatos.text;
+  optionsSentence.caption = phones::PhoneGets(model);
+  enterLabel.caption = phones::HowToEnter(model);
+  if (model != exampleModel_) {
+    const std::string example = phones::ExampleResult(model);
+    exampleLabel.caption = example.empty() ? example : "Por ejemplo: " + example;
+    exampleModel_ = model;
+  }
+  const bool here = state_.paginaactual == kOptionsPage;
+  const bool nokia = cmbmarcas.SelectedText() == kNokia;
+  for (Control* control : {&nokiaLabel, &keysChoice, &shownChoice, &sendChoice}) {
+    control->visible = here && nokia;
+  }
+  const phones::Format* format = phones::FindFormat(model);
+  keysChoice.checked = model == kNokiaKeys;
+  shownChoice.checked = format != nullptr && format->code == phones::kComposerCode;
+  sendChoice.checked = format != nullptr && format->code.starts_with("NRTL");
+  beepChoice.checked = beepChoice.value != 0;
+  instrumentChoice.checked = !beepChoice.checked;
+  modelList.invitation = phoneSearch.text.empty() ? kNoNumbers : kNothingFound;
+}
+
+void OptionsPage::ListPhones() {
+  listed_ = phoneSearch.text.empty() ? phones::PhonesOfBrand(cmbmarcas.SelectedText())
+                                     : phones::SearchPhones(phoneSearch.text);
+  modelList.Clear();
+  for (const phones::PhoneChoice& phone : listed_) {
+    modelList.AddRow(phone.name);
+  }
+}
+
+void OptionsPage::Choose(std::string_view brand, std::string_view model) {
+  if (cmbmarcas.SelectedText() != brand) {
+    cmbmarcas.SetText(brand);
+    FillModelList();
+  }
+  cmbformatos.SetText(model);
+}
+
+void OptionsPage::phoneSearch_Change() {
+  ListPhones();
+}
+
+void OptionsPage::phoneSearch_Enter() {
+  if (!listed_.empty()) {
+    modelList.Select(0);
+    modelList_Click();
+  }
+}
+
+void OptionsPage::modelList_Click() {
+  const int index = modelList.listIndex;
+  if (index >= 0 && static_cast<std::size_t>(index) < listed_.size()) {
+    const phones::PhoneChoice& phone = listed_[static_cast<std::size_t>(index)];
+    Choose(phone.brand, phone.model);
+  }
+}
+
+void OptionsPage::keysChoice_Click() {
+  Choose(kNokia, kNokiaKeys);
+}
+void OptionsPage::shownChoice_Click() {
+  Choose(kNokia, kNokiaShown);
+}
+void OptionsPage::sendChoice_Click() {
+  Choose(kNokia, kNokiaSend);
+}
+
+void OptionsPage::ChooseVoice(int beep) {
+  beepChoice.value = beep;
+  state_.program.voice = beep != 0 ? midi::Voice::kBeep : midi::Voice::kInstrument;
+}
+
+void OptionsPage::instrumentChoice_Click() {
+  ChooseVoice(0);
+}
+void OptionsPage::beepChoice_Click() {
+  ChooseVoice(1);
+}
+void OptionsPage::trySoundButton_Click() {
+  core::RTTTLMelody melody;
+  core::InitMelody(melody, state_.program.services.shell.TempPath());
+  melody.Text = kTrial;
+  state_.Play(Sounding::kTrial, melody);
 }
 
 void OptionsPage::SaveModel() {
@@ -81,6 +207,8 @@ void OptionsPage::FillModelList() {
 
 void OptionsPage::cmbmarcas_Click() {
   FillModelList();
+  phoneSearch.text.clear();
+  ListPhones();
 }
 
 void OptionsPage::RestoreSavedModel() {
@@ -101,6 +229,7 @@ void OptionsPage::RestoreSavedModel() {
   if (!saved.empty()) {
     cmbformatos.SetText(saved);
   }
+  ListPhones();
 }
 
 }  // namespace tonadex::app

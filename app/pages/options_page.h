@@ -1,8 +1,12 @@
 #pragma once
 
 #include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "app/pages/page.h"
+#include "phones/phone_choices.h"
 
 namespace tonadex::app {
 
@@ -15,7 +19,25 @@ class OptionsPage {
   void cmbmarcas_Click();
   void FillModelList();
 
+  // Lists in modelList the phones of which words begin as typed, of all makes.
+  void phoneSearch_Change();
+  void phoneSearch_Enter();  // chooses the first of them
+  void modelList_Click();
+  // What to get for a Nokia.
+  void keysChoice_Click();
+  void shownChoice_Click();
+  void sendChoice_Click();
+  // What melodies are played with.
+  void instrumentChoice_Click();
+  void beepChoice_Click();
+  void trySoundButton_Click();
+
   Control optionsTitle, optionsPicture, optionsSentence;
+  Control searchLabel, phoneSearch;
+  Control modelLabel, modelList;  // phones by their numbers
+  Control nokiaLabel, keysChoice, shownChoice, sendChoice;
+  Control exampleLabel, enterLabel;  // an example, and how it gets into the phone
+  Control soundLabel, instrumentChoice, beepChoice, trySoundButton;
   Control Label3, cmbmarcas;    // make
   Control Label4, cmbformatos;  // model or format; its text is any text
 
@@ -26,9 +48,15 @@ class OptionsPage {
   void RestoreSavedModel();
   void SaveModel();
   void RefreshOptions();
+  void ChooseVoice(int beep);  // 1: beepChoice's, 0: the instrument
 
  private:
+  void Choose(std::string_view brand, std::string_view model);
+  void ListPhones();
+
   SharedState& state_;
+  std::vector<phones::PhoneChoice> listed_;  // in modelList
+  std::string exampleModel_;                 // whose example exampleLabel shows
 };
 
 }  // namespace tonadex::app

@@ -21,19 +21,20 @@ inline constexpr std::int16_t kStartUpPage = 2;  // the server's start page in W
 inline constexpr std::int16_t kRepertoirePage = 3;
 inline constexpr std::int16_t kInternetPage = 5;  // also WebBrowser1
 inline constexpr std::int16_t kOptionsPage = 6;
-inline constexpr std::int16_t kStartPage = 8;  // composer and RTTTL box
+inline constexpr std::int16_t kStartPage = 8;   // composer and RTTTL box
 inline constexpr std::int16_t kTypingPage = 9;  // reached from the repertoire page alone
 
-// The drawing whose melody is playing, while PlayMelody shows its message box.
-enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl };
+// The melody that is playing, while PlayMelody shows its message box: one that has a drawing, or
+// the one to try the sound with.
+enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl, kTrial };
 
 // State shared by the pages.
 class SharedState {
  public:
   explicit SharedState(Program& theProgram) : program(theProgram) {}
 
-  // Plays the program's melody and sets `sounding` meanwhile.
-  void Play(Sounding what);
+  // Plays the melody and sets `sounding` and `soundLength` meanwhile.
+  void Play(Sounding what, core::RTTTLMelody& melody);
   // The requests of a download or an upload.
   std::function<std::string(std::string_view path)> Fetch() {
     return [this](std::string_view path) { return Request(program, path); };
@@ -42,6 +43,7 @@ class SharedState {
   Program& program;
   std::int16_t paginaactual = kNoPage;
   Sounding sounding = Sounding::kNothing;
+  double soundLength = 0;  // ms
   // Gets the focus when what changed is drawn; the shell then resets it. nullptr leaves it.
   Control Form1::*focusNext = nullptr;
   Control List1;                // of the search and the repertoire page

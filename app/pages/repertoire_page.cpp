@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdlib>
 #include <map>
+#include <numeric>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -30,6 +31,7 @@
 #include "phones/formats.h"
 #include "phones/keypads.h"
 #include "phones/transpose.h"
+#include "phones/typing_steps.h"
 
 namespace tonadex::app {
 namespace {
@@ -137,6 +139,13 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kSlider, "sizeSlider", &F::sizeSlider, words::kTextSize,
         {Event::kChange, &F::sizeSlider_Change}, {}, words::kTextSize),
     Words("largeType", &F::largeType, "A", Font::kTitle, Tone::kMuted),
+    Mark("limitMark", &F::limitMark, u8"Enseñar en el dibujo las notas que no caben en el móvil"_w,
+         &F::limitMark_Click),
+    Mark("rangeMark", &F::rangeMark, u8"Enseñar en el dibujo las notas que el móvil no alcanza"_w,
+         &F::rangeMark_Click),
+    Mark("wordsMark", &F::wordsMark, u8"Las teclas están en Opciones: Pulsaciones"_w,
+         &F::cmdopciones_Click),
+    Mark("foldButton", &F::foldButton, words::kFoldHelp, &F::foldButton_Click),
     Label("Label2", &F::Label2, "Instrucciones y a&visos", &F::Textavisos),
     Label("Label1", &F::Label1, "&Tempo", &F::texttempo),
     Row(Look::kReading, "texttempo", &F::texttempo, "Tempo en pulsos por minuto"),
@@ -163,6 +172,32 @@ std::vector<std::string> MelodyFiles(const Program& program) {
   return names;
 }
 
+// The group of each note of the melody in a result for this model, -1 for a note without one.
+// `melody` is as the conversion left it.
+std::vector<int> NoteGroups(std::string_view model, std::string_view result,
+                            const core::RTTTLMelody& melody) {
+  const std::vector<ResultGroup> groups = ResultGroups(result);
+  std::vector<int> found(
+      static_cast<std::size_t>(std::distance(melody.Notes.begin(), melody.Notes.end())), -1);
+  const phones::Format* format = phones::FindFormat(model);
+  if (format != nullptr && format->code == phones::kComposerCode &&
+      groups.size() == found.size()) {  // it has a group for each note
+    std::iota(found.begin(), found.end(), 0);
+    return found;
+  }
+  std::size_t at = 0, group = 0;
+  for (const phones::TypingStep& step : phones::TypingSteps(model, result, melody)) {
+    while (group + 1 < groups.size() && groups[group + 1].text.from <= at) {
+      ++group;
+    }
+    if (step.note >= 0 && found[static_cast<std::size_t>(step.note)] < 0) {
+      found[static_cast<std::size_t>(step.note)] = static_cast<int>(group);
+    }
+    at += step.group.size() + step.after.size();
+  }
+  return found;
+}
+
 // The result is the heart of the page; the drawing and the notices stand under it or beside it.
 Part Arranged(bool wide) {
   Part list = Column({
@@ -178,13 +213,17 @@ Part Arranged(bool wide) {
                   .Widths(kListWidth, wide ? kWidestList : kListWidth);
   Part drawing = The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView);
   Part notices =
-      Field(&F::Label2, The(&F::Textavisos).Weight(1).Heights(kLowestNotices, kTallestNotices));
+      Column({Row({The(&F::Label2).Weight(1), The(&F::foldButton)}),
+              The(&F::Textavisos).Weight(1).Heights(kLowestNotices, kTallestNotices), Stretch()})
+          .Gap(look::kFieldGap)
+          .Weight(1);
   std::vector<Part> result;
   result.push_back(Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::teclearButton),
                         The(&F::picimprimir), Stretch()}));
   result.push_back(The(&F::staleButton));
   result.push_back(Row({The(&F::lbltextresult).Weight(1), The(&F::Label1),
                         The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}));
+  result.push_back(Row({The(&F::limitMark), The(&F::rangeMark), The(&F::wordsMark), Stretch()}));
   result.push_back(The(&F::textresultado).Weight(5).Heights(kLowestDisplay));
   result.push_back(
       Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
@@ -307,11 +346,64 @@ void RepertoirePage::RefreshRepertoire() {
   textresultado.invitation =
       phones::FindModel(state_.program.gPhoneModel) != nullptr ? kConvertFirst : kChoosePhoneFirst;
   repertoireView.invitation = words::kDrawing;
+  RefreshMarks();
+  Textavisos.visible = here && !folded_;
+  foldButton.tone = Tone::kMuted;
+  foldButton.caption = folded_ ? words::kUnfold : words::kFold;
   copyButton.enabled = saveAsButton.enabled =
       !stale && !textresultado.text.empty() && !phones::SavesFile(resultModel_);
   teclearButton.enabled = teclearButton.checked =
       !stale && !textresultado.text.empty() && phones::FindKeypad(resultModel_) != nullptr;
   picconvertir.checked = !teclearButton.checked;
+}
+
+void RepertoirePage::RefreshMarks() {
+  const bool here = state_.paginaactual == kRepertoirePage;
+  const phones::Format* format = phones::FindFormat(state_.program.gPhoneModel);
+  const auto count = [](std::ptrdiff_t number, std::string_view one, std::string_view many) {
+    return std::to_string(number) + " " + std::string(number == 1 ? one : many);
+  };
+  const int limit = format == nullptr ? 0 : static_cast<int>(format->noteLimit);
+  const int beyond = limit == 0 ? 0 : repertoireDrawing.written - limit;
+  limitMark.visible = here && beyond > 0;
+  limitMark.caption = count(beyond, "nota no cabe", "notas no caben");
+  const auto outside = std::ranges::count(repertoireDrawing.notes, true, &DrawnNote::outside);
+  rangeMark.visible = here && outside > 0;
+  rangeMark.caption = count(outside, "fuera de alcance", "fuera de alcance");
+  limitMark.tone = rangeMark.tone = Tone::kBad;
+  wordsMark.visible = here && format != nullptr && format->code == phones::kComposerCode;
+  wordsMark.caption = u8"No son las teclas: es lo que se ve"_w;
+  wordsMark.tone = Tone::kGood;
+}
+
+void RepertoirePage::ShowNext(const std::function<bool(const DrawnNote&)>& meant) {
+  const auto& notes = repertoireDrawing.notes;
+  const auto next = std::find_if(notes.begin() + repertoireDrawing.shown + 1, notes.end(), meant);
+  repertoireDrawing.shown = next == notes.end() ? -1 : static_cast<int>(next - notes.begin());
+}
+
+void RepertoirePage::limitMark_Click() {
+  const phones::Format* format = phones::FindFormat(state_.program.gPhoneModel);
+  const int limit = format == nullptr ? 0 : static_cast<int>(format->noteLimit);
+  ShowNext([limit](const DrawnNote& note) { return note.number >= limit; });
+}
+
+void RepertoirePage::rangeMark_Click() {
+  ShowNext([](const DrawnNote& note) { return note.outside; });
+}
+
+void RepertoirePage::foldButton_Click() {
+  folded_ = !folded_;
+}
+
+int RepertoirePage::ResultGroupAt(double ms) const {
+  const int index = NoteAt(repertoireDrawing, ms);
+  if (index < 0 || IsStale()) {
+    return -1;
+  }
+  const auto note =
+      static_cast<std::size_t>(repertoireDrawing.notes[static_cast<std::size_t>(index)].number);
+  return note < resultGroups_.size() ? resultGroups_[note] : -1;
 }
 
 std::vector<ResultGroup> RepertoirePage::ResultGroupsShown() const {
@@ -631,7 +723,7 @@ void RepertoirePage::picreproducir_Click() {
   const std::string line = files::ReadMelodyLine(SelectedFile());
   core::SkipErrors([&] {
     state_.program.gMelody.Text = core::UndoSharpEscape(line);
-    state_.Play(Sounding::kRepertoire);
+    state_.Play(Sounding::kRepertoire, state_.program.gMelody);
   });
 }
 
@@ -655,6 +747,7 @@ void RepertoirePage::ConvertSelectedMelody() {
     resultLine_ = line_ = line;
     resultModel_ = state_.program.gPhoneModel;
     resultMelody_ = state_.program.gMelody;
+    resultGroups_ = NoteGroups(resultModel_, page->result, state_.program.gMelody);
   }
 }
 

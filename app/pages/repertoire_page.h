@@ -27,6 +27,11 @@ class RepertoirePage {
   void List1_Click();
   void ConvertSelectedMelody();
 
+  // Marks in the drawing, one after the other, the notes that a mark counts.
+  void limitMark_Click();
+  void rangeMark_Click();
+  // Folds the instructions away, or back.
+  void foldButton_Click();
   // Narrows the list to the rows that hold all words of the box.
   void repertoireFilter_Change();
   void repertoireFilter_Enter();
@@ -62,9 +67,10 @@ class RepertoirePage {
   Control staleButton;  // over a result that is another row's or phone's
   Control picreproducir, picconvertir, teclearButton, picimprimir;
   Control lbltextresult, repertoireView, textresultado;  // the result and its title
+  Control limitMark, rangeMark, wordsMark;  // what does not fit the phone, or is no keys
   Control copyButton, copiedTimer, saveAsButton;
   Control smallType, sizeSlider, largeType;  // the size of the result's type
-  Control Label2, Textavisos;                // instructions and notices
+  Control Label2, foldButton, Textavisos;    // instructions and notices
   Control Label1, texttempo, tempoUnit;      // tempo
 
   static std::span<const ControlInfo> Rows();
@@ -74,6 +80,9 @@ class RepertoirePage {
  protected:
   void FillRepertoire();
   void RefreshRepertoire();
+  // The group of the display whose note sounds at this time, where the display shows the selected
+  // melody for the chosen phone; -1 for none.
+  int ResultGroupAt(double ms) const;
   MelodyStore Store() const;
   // Does it; false after a message that begins with `failure` and says why.
   static bool Try(std::string_view failure, const std::function<void()>& work);
@@ -95,6 +104,8 @@ class RepertoirePage {
 
   std::string SelectedName() const;
   std::filesystem::path SelectedFile() const;
+  void RefreshMarks();
+  void ShowNext(const std::function<bool(const DrawnNote&)>& meant);
   FolderState LookAtFolder() const;
   void SortRows();
   void FilterRows();
@@ -113,6 +124,8 @@ class RepertoirePage {
   std::vector<std::pair<std::filesystem::path, std::string>> deleted_;  // in the bin; the old names
   bool converted_ = false;
   std::string resultShown_, resultFile_, resultLine_;  // of what the result panel shows
+  std::vector<int> resultGroups_;                      // of each note of the result's melody, or -1
+  bool folded_ = false;                                // the instructions
 };
 
 }  // namespace tonadex::app

@@ -289,7 +289,7 @@ bool StartPage::BuildComposedMelody() {
 void StartPage::cmdscuchacumpo_Click() {
   if (BuildComposedMelody()) {
     state_.program.gMelody.Text = melodiasube;
-    state_.Play(Sounding::kComposer);
+    state_.Play(Sounding::kComposer, state_.program.gMelody);
   }
 }
 
@@ -301,7 +301,7 @@ void StartPage::cmdsubecompo_Click() {
 
 void StartPage::cmdscuchartttl_Click() {
   state_.program.gMelody.Text = txtrtttlsube.text;
-  state_.Play(Sounding::kRtttl);
+  state_.Play(Sounding::kRtttl, state_.program.gMelody);
 }
 
 void StartPage::cmdsubirmelortttl_Click() {

@@ -66,8 +66,8 @@ class TypingPage {
   TypingGuide guide_;
   std::string row_;              // of the repertoire
   std::filesystem::path saved_;  // the sheet as PDF; empty before it is saved
-  std::uint32_t shownMs_ = 0;  // since the group came
-  int seconds_ = 4;            // a group has when the guide goes on by itself
+  std::uint32_t shownMs_ = 0;    // since the group came
+  int seconds_ = 4;              // a group has when the guide goes on by itself
   bool goesOn_ = false;
 };
 

@@ -28,7 +28,7 @@ class FluidSequencer : public midi::Sequencer {
 
   // Whether the melody is known to be inaudible: no device, no soundfont, or sound disabled. False
   // while the device is starting.
-  bool IsSilent() const;
+  bool IsSilent() const override;
 
  private:
   int Open(std::string_view file, std::string_view alias);

@@ -17,7 +17,9 @@ MciSequencer::MciSequencer(Send send) : send_(send ? std::move(send) : SendToSys
 
 int MciSequencer::SendString(std::string_view command) {
   const int result = send_(std::string(command));
-  if (command.starts_with("play ") && result == 0) {
+  const bool plays = command.starts_with("play ");
+  silent_ = plays && result != 0;
+  if (plays && result == 0) {
     started_ = GetTickCount64();
   } else {
     started_.reset();

@@ -18,10 +18,12 @@ class MciSequencer : public midi::Sequencer {
   int SendString(std::string_view command) override;
   // How long the melody has been playing, in ms; nullopt when nothing plays.
   std::optional<double> PositionMs() const;
+  bool IsSilent() const override { return silent_; }
 
  private:
   Send send_;
   std::optional<unsigned long long> started_;
+  bool silent_ = false;
 };
 
 }  // namespace tonadex::platform

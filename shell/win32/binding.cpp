@@ -156,7 +156,10 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
     case Look::kLink:
     case Look::kButton:
     case Look::kPrimary:
+    case Look::kChoice:
+    case Look::kMark:
       SetText(bound.window, control.caption);
+      SetTone(bound.window, control.tone);
       return SetChecked(bound.window, control.checked);
     case Look::kCard:
       return SetText(bound.window, control.caption + "\r\n" + control.text);
@@ -182,8 +185,8 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
       if (control.value != 0 && control.value != bound.display->PixelSize()) {
         bound.display->SetPixelSize(control.value);
       }
-      return bound.display->SetResult(control.text, form.ResultGroupsShown(),
-                                      form.ResultIsCounted());
+      bound.display->SetResult(control.text, form.ResultGroupsShown(), form.ResultIsCounted());
+      return bound.display->Follow(control.marked);
     case Look::kDrawing:
       bound.view->SetDrawing(form.*bound.info->drawing, platform::ToWide(control.invitation));
       if (bound.info->sounds == app::Sounding::kNothing) {
@@ -241,6 +244,8 @@ BoundControl Binding::Make(const ControlInfo& info) {
     case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
+    case Look::kChoice:
+    case Look::kMark:
       bound.window = MakeButton(parent_, id, info.look, info.icon, theme_);
       if (info.look != Look::kNavigation && !info.shortcut.empty()) {
         GiveFocusBack(bound.window);
@@ -409,6 +414,8 @@ void Binding::Command(int id, int notification) {
     case Look::kCard:
     case Look::kButton:
     case Look::kPrimary:
+    case Look::kChoice:
+    case Look::kMark:
     case Look::kShapes:
       if (notification == BN_CLICKED) {
         Raise(bound, Event::kClick);

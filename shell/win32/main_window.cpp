@@ -100,17 +100,8 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
 
   hooks_.draw = [this] { Draw(); };
   boxes_.window = window_;
-  boxes_.opening = [this] {
-    Draw();
-    if (form_.sounding != app::Sounding::kNothing) {
-      SetTimer(window_, kFollowTimer, kFollowMs, nullptr);
-    }
-  };
-  boxes_.place = [this](HWND box) { PlaceBox(box); };
-  boxes_.closed = [this] {
-    KillTimer(window_, kFollowTimer);
-    FollowMelody();
-  };
+  boxes_.opening = [this] { Draw(); };
+  boxes_.showInWindow = [this](const core::Message& message) { return ShowPlaying(message); };
   program_.window = reinterpret_cast<std::intptr_t>(window_);
   program_.busyChanged = [this] { DrawBusy(); };
 }
@@ -653,29 +644,62 @@ void MainWindow::Navigate(app::WebViewId view, std::string_view url) {
       .browser->Navigate(url);
 }
 
-void MainWindow::FollowMelody() {
-  const std::optional<double> position = position_ ? position_() : std::nullopt;
-  for (const BoundControl& bound : binding_->Controls()) {
-    if (bound.view != nullptr && bound.info->sounds != app::Sounding::kNothing) {
-      bound.view->SetPosition(form_.sounding == bound.info->sounds ? position.value_or(-1) : -1);
+// Returns when the bar was dismissed. False for a message that is to be a box.
+bool MainWindow::ShowPlaying(const core::Message& message) {
+  if (!loaded_ || !form_.ShowPlaying(message)) {
+    return false;
+  }
+  const HWND focus = GetFocus();
+  Draw();
+  SetFocus(binding_->Window(&Form1::stopButton));
+  SetTimer(window_, kFollowTimer, kFollowMs, nullptr);
+  MSG next;
+  while (form_.playing()) {
+    if (GetMessageW(&next, nullptr, 0, 0) <= 0) {  // the program ends
+      PostQuitMessage(static_cast<int>(next.wParam));
+      form_.stopButton_Click();
+    } else if (!BarInput(next)) {
+      DispatchMessageW(&next);
     }
   }
+  KillTimer(window_, kFollowTimer);
+  FollowMelody();
+  Draw();
+  if (focus != nullptr && IsWindowVisible(focus) != 0) {
+    SetFocus(focus);
+  }
+  return true;
 }
 
-// Keeps the message box off the drawing that shows the playing note.
-void MainWindow::PlaceBox(HWND box) const {
+// Of the input in the window the bar takes the keys that dismiss it and the mouse on its button;
+// the rest is lost. True when the message is done.
+bool MainWindow::BarInput(const MSG& message) {
+  if (message.hwnd != window_ && IsChild(window_, message.hwnd) == 0) {
+    return false;
+  }
+  const bool key = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+  if (message.message == WM_KEYDOWN &&
+      (message.wParam == VK_RETURN || message.wParam == VK_ESCAPE || message.wParam == VK_SPACE)) {
+    Run([this] { form_.stopButton_Click(); });
+  } else if (message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) {
+    Close();
+  }
+  const bool mouse = message.message >= WM_MOUSEFIRST && message.message <= WM_MOUSELAST;
+  const HWND stop = binding_->Window(&Form1::stopButton);
+  return key || (mouse && message.message != WM_MOUSEMOVE && message.hwnd != stop);
+}
+
+void MainWindow::FollowMelody() {
+  const double position = position_ ? position_().value_or(0) : 0;
+  if (form_.playing() && form_.FollowPlaying(position)) {
+    binding_->Draw();
+    LayOutPage();
+  }
   for (const BoundControl& bound : binding_->Controls()) {
-    if (bound.view == nullptr || form_.sounding != bound.info->sounds) {
-      continue;
+    if (bound.view != nullptr && bound.info->sounds != app::Sounding::kNothing) {
+      const bool sounds = form_.playing() && form_.sounding == bound.info->sounds;
+      bound.view->SetPosition(sounds ? position : -1);
     }
-    const RECT window = PlaceIn(nullptr, window_), drawing = PlaceIn(nullptr, bound.window),
-               size = PlaceIn(nullptr, box);
-    const LONG width = size.right - size.left, height = size.bottom - size.top;
-    const bool drawnAbove = drawing.top + drawing.bottom < window.top + window.bottom;
-    const LONG edge = theme_.Px(3 * kGrid);
-    SetWindowPos(box, nullptr, (window.left + window.right - width) / 2,
-                 drawnAbove ? window.bottom - height - edge : window.top + 2 * edge, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   }
 }
 

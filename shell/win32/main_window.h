@@ -54,7 +54,8 @@ class MainWindow {
   void Focus(HWND window);
   void DrawBusy();
   void FollowMelody();
-  void PlaceBox(HWND box) const;
+  bool ShowPlaying(const core::Message& message);
+  bool BarInput(const MSG& message);
   void Paint();
   LRESULT ColourOf(HDC context, HWND control, UINT message) const;
   void ChangeTheme(UINT dotsPerInch);

@@ -29,7 +29,9 @@ app::Size Measure(const BoundControl& bound, const Theme& theme, int width) {
     case Look::kLink:
     case Look::kCard:
     case Look::kButton:
-    case Look::kPrimary: {
+    case Look::kPrimary:
+    case Look::kChoice:
+    case Look::kMark: {
       const SIZE size = ButtonSize(bound.window, theme);
       return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
     }

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <random>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/composer_keys.h"
@@ -50,6 +52,15 @@ class Form1Window : public testing::Test {
 
   test::TestProgram test;
   Form1 form{test.program};
+};
+
+class WhileShown : public core::MessageSink {
+ public:
+  explicit WhileShown(std::function<void(const core::Message&)> look) : look_(std::move(look)) {}
+  void Show(const core::Message& message) override { look_(message); }
+
+ private:
+  std::function<void(const core::Message&)> look_;
 };
 
 // From every page to every page: what is shown, which page is marked, and where the web views went.
@@ -136,6 +147,105 @@ TEST(CmdopcionesClick, RestoresTheSavedModel) {
     EXPECT_EQ(test.shell.doEvents, 1);
     form.cmdbuscar_Click();
     EXPECT_EQ(test.registry.values["2147483648/tonadex\\/modelo"].data, row[2]);
+  }
+}
+
+TEST_F(Form1Window, APhoneIsFoundByItsNumberAndSavedOnClosing) {
+  form.cmdopciones_Click();
+  const auto listed = [this] {
+    std::string names;
+    for (const ListRow row : form.modelList.rows) {
+      names.append(names.empty() ? "" : ", ").append(row.text);
+    }
+    return names;
+  };
+  EXPECT_EQ(listed(), "3210, 3310, 3330, 3390, 8250");
+  const std::pair<std::string_view, std::string_view> searches[] = {
+      {"3310", "Nokia 3310"},
+      {"T68", "Ericsson T68m, Ericsson T68u, Ericsson T68i"},
+      {"nokia puls", "Nokia Pulsaciones"},
+      {"v60i", "Motorola v60i"},
+      {"310", ""}};
+  for (const auto& [typed, found] : searches) {
+    form.phoneSearch.text = typed;
+    form.phoneSearch_Change();
+    EXPECT_EQ(listed(), found) << typed;
+  }
+  form.phoneSearch.text = "t68i";
+  form.phoneSearch_Change();
+  form.phoneSearch_Enter();
+  EXPECT_EQ(form.cmbmarcas.text + form.cmbformatos.text, "EricssonT65,T68u,T68i,T300");
+  form.Refresh();
+  EXPECT_FALSE(form.keysChoice.visible);
+  form.cmbmarcas.Select(0);
+  form.cmbmarcas_Click();
+  form.modelList.Select(1);
+  form.modelList_Click();
+  form.Refresh();
+  EXPECT_TRUE(form.shownChoice.visible && form.shownChoice.checked && !form.keysChoice.checked);
+  form.keysChoice_Click();
+  form.Refresh();
+  EXPECT_TRUE(form.keysChoice.checked);
+  EXPECT_EQ(form.exampleLabel.caption, "Por ejemplo: 18 3 (5)9 0 48#* 199");
+  form.Form_QueryUnload();
+  EXPECT_EQ(test.registry.values["2147483648/tonadex\\/modelo"].data, " Pulsaciones");
+}
+
+TEST_F(Form1Window, MarksSayWhatDoesNotFitThePhone) {
+  std::string notes;
+  for (int i = 0; i < 49; ++i) {
+    notes += "c,";
+  }
+  test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=100:" + notes + "c8,p8,c,d");
+  test.program.gPhoneModel = " Pulsaciones";
+  form.cmdrepertorio_Click();
+  form.List1.Select(0);
+  form.List1_Click();
+  form.Refresh();
+  EXPECT_EQ(form.limitMark.caption, "3 notas no caben");
+  EXPECT_EQ(form.rangeMark.caption, "2 fuera de alcance");
+  EXPECT_TRUE(form.limitMark.visible && form.rangeMark.visible && !form.wordsMark.visible);
+  std::vector<int> shown;
+  for (int i = 0; i < 3; ++i) {
+    form.rangeMark_Click();
+    shown.push_back(form.repertoireDrawing.shown);
+  }
+  EXPECT_EQ(shown, (std::vector{49, 50, -1}));
+  form.limitMark_Click();
+  EXPECT_EQ(form.repertoireDrawing.shown, 50);
+  form.foldButton_Click();
+  form.Refresh();
+  EXPECT_FALSE(form.Textavisos.visible);
+}
+
+TEST_F(Form1Window, TheDisplayFollowsTheMelodyOfItsResultAlone) {
+  test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=60:c,p,8e.,c");
+  form.cmdrepertorio_Click();
+  form.List1.Select(0);
+  form.List1_Click();
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {" Pulsaciones", "(3)8"}, {" Compositor", "8.e2"}, {" Motorola Pulsaciones Tipo 1", "33"}};
+  for (const auto& [model, group] : cases) {
+    SCOPED_TRACE(model);
+    test.program.gPhoneModel = model;
+    form.picconvertir_Click();
+    WhileShown look([&](const core::Message& message) {
+      EXPECT_TRUE(form.ShowPlaying(message));
+      EXPECT_TRUE(form.FollowPlaying(2500));
+      EXPECT_EQ(form.playingPosition.caption, "0:02 de 0:04");
+      const auto groups = form.ResultGroupsShown();
+      ASSERT_GE(form.textresultado.marked, 0);
+      const auto text = groups.at(static_cast<std::size_t>(form.textresultado.marked)).text;
+      EXPECT_EQ(form.textresultado.text.substr(text.from, text.to - text.from), group);
+      test.program.gPhoneModel = "T65,T68u,T68i,T300";
+      form.FollowPlaying(2500);
+      EXPECT_EQ(form.textresultado.marked, -1) << "it is another phone's";
+      form.stopButton_Click();
+    });
+    const core::ScopedMessageSink sink(look);
+    form.picreproducir_Click();
+    form.Refresh();
+    EXPECT_FALSE(form.stopButton.visible);
   }
 }
 

@@ -92,6 +92,15 @@ answer_box() {
   wait_for "el foco" focused "$main"
 }
 
+# The bar takes the keys that come once the melody's file is there.
+stop_playing() {
+  midi_file() { [ -n "$(find "$home" -name rtlTmpFile.mid)" ]; }
+  wait_for "el fichero MIDI" midi_file
+  [ -z "${1:-}" ] || picture "$1"
+  keys Return
+  find "$home" -name rtlTmpFile.mid -delete
+}
+
 picture() { [ -z "$shots" ] || { sleep 0.5 && import -window root "$shots/$1.png"; }; }
 
 exec {fd}<> <(:)
@@ -109,7 +118,7 @@ presses="18 3 (5)9 08 6# 19* "  # of the melody composed below
 
 echo "Elegir un móvil"
 start
-keys ctrl+5 Tab Home End
+keys ctrl+5 Tab Tab Tab Home End
 picture opciones
 keys ctrl+3
 wait_for "el móvil guardado" grep -qF '"modelo"=" Pulsaciones"' "$setting"
@@ -123,8 +132,7 @@ keys Tab
 xdotool type --delay 20 "8c1 8e1 4.g1 8- #a1 2c2"
 picture inicio
 keys alt+e
-answer_box Reproduciendo "Reproduciendo melodia: Prueba"
-[ -n "$(find "$home" -name rtlTmpFile.mid)" ] || fail "no hay fichero MIDI"
+stop_playing
 keys alt+s
 answer_box Tonadex "Melodia subida correctamente."
 grep -qF "b=120:" "$folder"/servidor/Prueba.* || fail "el servidor no la tiene"
@@ -151,7 +159,7 @@ tr -d '\r\n' <"$(ls "$folder"/melodias/Prueba.*)" | cmp - "$folder"/servidor/Pru
 echo "Escuchar, convertir e imprimir"
 keys ctrl+3 p
 keys Return
-answer_box Reproduciendo "Reproduciendo melodia: Prueba" reproducir
+stop_playing reproducir
 keys alt+c
 tab_to "las pulsaciones" "$presses"
 picture repertorio

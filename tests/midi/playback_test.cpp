@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "midi/mMidiLibOut.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
@@ -42,6 +43,21 @@ TEST(PlayMelody, PlaysWhileItsBoxIsUp) {
   EXPECT_EQ(melody.FileName, "mine.mid");
   const std::string bytes = stage.folder.Read("rtlTmpFile.mid");
   EXPECT_EQ(test::Hex(bytes.substr(bytes.size() - 12)), "00 90 3C 64 13 80 3C 00 00 FF 2F 00");
+}
+
+// Only what plays has the gap and the beep; a phone's file stays as it is.
+TEST(PlayMelody, EqualNeighboursAreApartAndTheVoiceIsChosen) {
+  core::RTTTLMelody melody = test::MelodyOf("x:d=4,o=5,b=63:c,c,p,c,d,64d,d");
+  ASSERT_EQ(core::ParseRTTTL(melody), core::kParsed);
+  const std::string phone = MidiNoteEvents(melody);
+  EXPECT_EQ(test::Hex(phone.substr(0, 16)), "00 90 3C 64 13 80 3C 00 00 90 3C 64 13 80 3C 00");
+  EXPECT_EQ(test::Hex(MidiNoteEvents(melody, Repeats::kApart)),
+            "00 90 3C 64 12 80 3C 00 01 90 3C 64 13 80 3C 00 13 90 3C 64 13 80 3C 00 "
+            "00 90 3E 64 12 80 3E 00 01 90 3E 64 01 80 3E 00 00 90 3E 64 13 80 3E 00");
+  const std::string beep = PlayedBytes(melody, Voice::kBeep);
+  EXPECT_NE(beep.find("\xC0\x50"), std::string::npos);
+  EXPECT_EQ(PlayedBytes(melody, Voice::kInstrument).size(), MidiFileBytes(melody).size());
+  EXPECT_NE(MidiFileBytes(melody).find(phone), std::string::npos);
 }
 
 TEST(PlayMelody, ReportsABadNoteAndPlaysTheRest) {

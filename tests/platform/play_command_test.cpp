@@ -84,6 +84,9 @@ TEST_F(ReproducirTest, WritesASoundFileOnlyForAWholeMelody) {
   const std::string nowhere = (folder / "no/m.wav").string();
   EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", good}), "0 ! ");
   EXPECT_GT(std::filesystem::file_size(good), 10'000u);
+  const std::string beep = (folder / "pitido.wav").string();
+  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--pitido", "--wav", beep}), "0 ! ");
+  EXPECT_NE(folder.Read("pitido.wav"), folder.Read("bien.wav"));
   EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c,4", {"--wav", bad}).front(), '1');
   EXPECT_FALSE(std::filesystem::exists(bad));
   EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", nowhere}),

@@ -98,16 +98,28 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
   t.SelectRow(0);
   t.position = 1500;
   const auto* view = t.window.findChild<shell::MelodyView*>("repertoireView");
-  WhenModal([&](QWidget* box) {
-    EXPECT_TRUE(QTest::qWaitFor([view] { return view->Picture().sounding() == 1; }));
-    EXPECT_EQ(qobject_cast<QMessageBox*>(box)->text(), "Reproduciendo melodia: Vals");
-    EXPECT_EQ(box->windowTitle(), "Reproduciendo");
-    EXPECT_EQ(qobject_cast<QMessageBox*>(box)->icon(), QMessageBox::Information);
-    const QRect drawing(view->mapToGlobal(QPoint(0, 0)), view->size());
-    EXPECT_FALSE(box->geometry().intersects(drawing));
-  });
-  QTest::keyClick(t.Widget("List1"), Qt::Key_Return);
-  EXPECT_EQ(view->Picture().sounding(), -1);
+  t.test.program.gPhoneModel = " Pulsaciones";
+  t.Click("picconvertir");
+  const auto* display = t.window.findChild<shell::PhoneDisplay*>();
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) {
+    bool seen = false;
+    QTimer::singleShot(0, qApp, [&] {
+      EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "the bar stands for the box";
+      EXPECT_TRUE(QTest::qWaitFor([view] { return view->Picture().sounding() == 1; }));
+      EXPECT_EQ(t.window.findChild<QLabel*>("playingText")->text(), "Reproduciendo melodia: Vals");
+      EXPECT_EQ(t.window.findChild<QLabel*>("playingPosition")->text(), "0:01 de 0:04");
+      EXPECT_EQ(display->MarkedGroup(), 1);
+      QTest::mouseClick(t.Widget("cmdinicio"), Qt::LeftButton);  // as under a box: nothing
+      EXPECT_EQ(t.form.paginaactual, 3);
+      seen = t.Widget("stopButton")->isVisible();
+      QTest::keyClick(QApplication::focusWidget(), key);
+    });
+    QTest::keyClick(t.Widget("List1"), Qt::Key_Return);
+    EXPECT_TRUE(seen);
+    EXPECT_FALSE(t.Widget("stopButton")->isVisible());
+    EXPECT_EQ(view->Picture().sounding(), -1);
+    EXPECT_EQ(display->MarkedGroup(), -1);
+  }
   EXPECT_EQ(t.test.sequencer.commands.back(), "close mR2M");
 }
 

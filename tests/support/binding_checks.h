@@ -44,7 +44,7 @@ inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched
     }
     control.rows = {{"uno", 1}, {text, 2}};
     control.Select(1);
-    const bool worded = info.look <= app::Look::kPrimary;  // labels and buttons
+    const bool worded = info.look <= app::Look::kMark;  // labels and buttons
     control.caption = worded ? text : "no caption";
     control.text = worded ? "no text" : text;
     for (const bool on : {true, false}) {

@@ -351,13 +351,18 @@ TEST_F(GivingUp, AWindowClosedMeanwhileCloses) {
   }
 }
 
-TEST_F(WindowTest, PlaysUnderItsMessageBox) {
+TEST_F(WindowTest, PlaysWhileItsBarIsUp) {
   Start();
   ChooseMelody();
-  Click(Of(&Form1::picreproducir));
-  std::string title;
-  EXPECT_EQ(AnswerBox(program->id(), &title), "Reproduciendo melodia: Prueba");
-  EXPECT_EQ(title, "Reproduciendo");
+  for (const WORD key : {WORD{VK_RETURN}, WORD{VK_ESCAPE}, WORD{VK_SPACE}}) {
+    Click(Of(&Form1::picreproducir));
+    ASSERT_TRUE(Shows(&Form1::stopButton));
+    EXPECT_EQ(TextIn(Of(&Form1::playingText)), "Reproduciendo melodia: Prueba");
+    Click(Of(&Form1::cmdinicio));  // as under a box: nothing
+    EXPECT_TRUE(Shows(&Form1::picreproducir));
+    Press(key);
+    EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(Of(&Form1::stopButton)) == 0; }));
+  }
   EXPECT_TRUE(std::filesystem::exists(std::filesystem::temp_directory_path() / "rtlTmpFile.mid"));
 }
 

@@ -124,6 +124,9 @@ void QtMessageBoxes::Show(const core::Message& message) {
   if (hooks_.draw) {
     hooks_.draw();
   }
+  if (hooks_.showInWindow && hooks_.showInWindow(message)) {
+    return;
+  }
   QMessageBox box(BoxIcon(message.icon), ToQString(message.title), {}, QMessageBox::Ok,
                   hooks_.window);
   box.setTextFormat(Qt::PlainText);
@@ -131,14 +134,7 @@ void QtMessageBoxes::Show(const core::Message& message) {
   // Ctrl+C copies the message.
   QObject::connect(new QShortcut(QKeySequence::Copy, &box), &QShortcut::activated, &box,
                    [&box] { QApplication::clipboard()->setText(box.text()); });
-  box.show();
-  if (hooks_.opened) {
-    hooks_.opened(&box);
-  }
   box.exec();
-  if (hooks_.closed) {
-    hooks_.closed();
-  }
 }
 
 bool QtFileDialogs::GetSaveFileName(app::FileDialogRecord& record) {

@@ -19,10 +19,10 @@ class WebPane;
 
 // What the services need of the windows, which are created later. Any may be empty.
 struct WindowHooks {
-  QPointer<QWidget> window;                  // owner of the dialogs
-  std::function<void()> draw;                // the model onto the widgets
-  std::function<void(QWidget* box)> opened;  // a message box is shown
-  std::function<void()> closed;
+  QPointer<QWidget> window;    // owner of the dialogs
+  std::function<void()> draw;  // the model onto the widgets
+  // Shows a message in the window until it is dismissed; false for one that is to be a box.
+  std::function<bool(const core::Message&)> showInWindow;
   std::function<void(const std::filesystem::path&)> openHelp;
   QPointer<WebPane> page, banner;
 };

@@ -98,6 +98,10 @@ QPushButton[primary="true"]:focus { border: 2px solid @text; }
 QPushButton[primary="true"]:disabled { background: @window; border-color: @border; color: @faint; }
 QPushButton[key="true"] { min-height: @inner; min-width: 18px; padding: 0 2px; }
 QPushButton[key="true"]:focus { padding: 0 1px; }
+QPushButton[mark="true"] { min-height: 22px; padding: 0 9px; border-radius: 12px; font-weight: 600; }
+QPushButton[mark="true"]:focus { padding: 0 8px; }
+QPushButton[mark="true"][tone="bad"] { color: @bad; border-color: @bad; }
+QPushButton[mark="true"][tone="good"] { color: @good; border-color: @good; }
 QLineEdit, QComboBox {
   min-height: @inner; padding: 0 8px; border: 1px solid @border; border-radius: 6px;
   background: @card; selection-background-color: @accent;

@@ -64,6 +64,7 @@ MelodyView::MelodyView(QWidget* parent)
 
 void MelodyView::SetDrawing(const app::Drawing& drawing, const QString& invitation) {
   if (drawing.notes == picture_.drawing().notes && invitation == invitation_) {
+    Show(picture_.Show(drawing.shown));
     return;  // where it was scrolled to, and the sounding note, stay
   }
   invitation_ = invitation;

@@ -92,6 +92,23 @@ void PhoneDisplay::Mark(int group) {
   }
 }
 
+void PhoneDisplay::Follow(int group) {
+  if (group == followed_) {
+    return;
+  }
+  followed_ = group;
+  Mark(group);
+  if (MarkedGroup() >= 0) {
+    GoToMark();
+  }
+}
+
+void PhoneDisplay::GoToMark() {
+  QTextCursor cursor = Select(display_.shown().groups[static_cast<std::size_t>(MarkedGroup())]);
+  cursor.setPosition(cursor.anchor());
+  setTextCursor(cursor);  // scrolls there and tells screen readers
+}
+
 void PhoneDisplay::DrawMark() {
   QList<QTextEdit::ExtraSelection> marks;
   if (MarkedGroup() >= 0) {
@@ -138,9 +155,7 @@ void PhoneDisplay::keyPressEvent(QKeyEvent* event) {
     return;
   }
   Mark(MovedMark(display_.shown(), MarkedGroup(), move->second));
-  QTextCursor cursor = Select(display_.shown().groups[static_cast<std::size_t>(MarkedGroup())]);
-  cursor.setPosition(cursor.anchor());
-  setTextCursor(cursor);  // scrolls there and tells screen readers
+  GoToMark();
 }
 
 void PhoneDisplay::mouseMoveEvent(QMouseEvent* event) {

@@ -30,6 +30,8 @@ class PhoneDisplay : public QPlainTextEdit {
   int ChosenPixelSize() const { return display_.ChosenPixelSize(); }
   void SetPixelSize(int pixels);
 
+  // Marks the group whose note sounds and brings it into view; -1 takes that mark away.
+  void Follow(int group);
   // 0-based marked group, -1 for none.
   int MarkedGroup() const { return display_.marked(); }
 
@@ -53,8 +55,10 @@ class PhoneDisplay : public QPlainTextEdit {
   void Draw();
   void Mark(int group);
   void DrawMark();
+  void GoToMark();
 
   app::ResultDisplay display_;
+  int followed_ = -1;
   QString invitation_;
 };
 

@@ -76,6 +76,8 @@ void SetPrimary(QAbstractButton& button, const ControlInfo& info, bool primary) 
 QWidget* MakeButton(const ControlInfo& info) {
   auto* button = new QPushButton;
   SetPrimary(*button, info, info.look == Look::kPrimary);
+  button->setCheckable(info.look == Look::kChoice);
+  button->setProperty("mark", info.look == Look::kMark);
   button->setIconSize(IconSize());
   if (!info.shortcut.empty()) {
     button->setFocusPolicy(Qt::TabFocus);  // a click leaves the keys where they are
@@ -232,6 +234,8 @@ QWidget* MakeWidget(const ControlInfo& info) {
       return MakeCardButton(info);
     case Look::kButton:
     case Look::kPrimary:
+    case Look::kChoice:
+    case Look::kMark:
       return MakeButton(info);
     case Look::kLine:
       return new QLineEdit;
@@ -308,14 +312,18 @@ QString Breakable(QString words) {
   return words;
 }
 
-void DrawLabel(QLabel& label, const Control& control) {
+void DrawTone(QWidget& widget, const Control& control) {
   constexpr const char* kTones[] = {"", "muted", "good", "bad"};
   const QLatin1String tone(kTones[static_cast<std::size_t>(control.tone)]);
-  if (label.property("tone").toString() != tone) {
-    label.setProperty("tone", tone);
-    label.style()->unpolish(&label);
-    label.style()->polish(&label);
+  if (widget.property("tone").toString() != tone) {
+    widget.setProperty("tone", tone);
+    widget.style()->unpolish(&widget);
+    widget.style()->polish(&widget);
   }
+}
+
+void DrawLabel(QLabel& label, const Control& control) {
+  DrawTone(label, control);
   const QString words = Breakable(ToQString(control.caption));
   if (label.text() != words) {
     label.setText(words);
@@ -375,10 +383,12 @@ void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& for
   if (control.text != display.Text()) {
     display.SetResult(control.text, form.ResultGroupsShown(), form.ResultIsCounted());
   }
+  display.Follow(control.marked);
 }
 
 void DrawButton(QAbstractButton& button, const Control& control, const ControlInfo& info) {
   DrawText(button, control.caption);
+  DrawTone(button, control);
   if (auto* card = dynamic_cast<CardButton*>(&button)) {
     card->SetLine(ToQString(control.text));
   }

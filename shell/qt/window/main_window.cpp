@@ -63,16 +63,7 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
 
   hooks_.window = this;
   hooks_.draw = [this] { Draw(); };
-  hooks_.opened = [this](QWidget* box) {
-    if (form_.sounding != app::Sounding::kNothing) {
-      PlaceBox(box);
-      follow_->start();
-    }
-  };
-  hooks_.closed = [this] {
-    follow_->stop();
-    FollowMelody();
-  };
+  hooks_.showInWindow = [this](const core::Message& message) { return ShowPlaying(message); };
   hooks_.page = The<WebPane>(Look::kPage, binding_);
   hooks_.banner = The<WebPane>(Look::kBanner, binding_);
   program_.busyChanged = [this] { DrawBusy(); };
@@ -85,8 +76,7 @@ MainWindow::~MainWindow() {
   program_.busyChanged = nullptr;
   repainting_.escape = nullptr;
   hooks_.draw = nullptr;
-  hooks_.opened = nullptr;
-  hooks_.closed = nullptr;
+  hooks_.showInWindow = nullptr;
 }
 
 // ---- Place --------------------------------------------------------------------------------------
@@ -249,6 +239,7 @@ void MainWindow::Draw() {
     SetTabOrder();
   }
   form_.Refresh();
+  pages_.ShowBars(form_);
   binding_.Draw();
   if (newPage) {
     FocusPage();
@@ -312,30 +303,98 @@ void MainWindow::DrawBusy() {
   repainting_.Once(waiting_ ? Repainting::Input::kKept : Repainting::Input::kLost);
 }
 
+// The input that reaches the window while its bar stands in for a message box: the bar's button by
+// the mouse; Enter, Esc and the space bar press it.
+class MainWindow::BarInput : public QObject {
+ public:
+  BarInput(const QWidget* window, QWidget* stop, std::function<void()> press)
+      : window_(window), stop_(stop), press_(std::move(press)) {}
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    if (widget == nullptr || widget->window() != window_ || widget == stop_) {
+      return event->type() == QEvent::KeyPress && widget == stop_ && Press(event);
+    }
+    switch (event->type()) {
+      case QEvent::KeyPress:
+        Press(event);
+        return true;
+      case QEvent::ShortcutOverride:  // or the key would be a shortcut's
+        event->accept();
+        return true;
+      case QEvent::Shortcut:
+      case QEvent::KeyRelease:
+      case QEvent::InputMethod:
+      case QEvent::MouseButtonPress:
+      case QEvent::MouseButtonRelease:
+      case QEvent::MouseButtonDblClick:
+      case QEvent::Wheel:
+      case QEvent::ContextMenu:
+      case QEvent::DragEnter:
+      case QEvent::Drop:
+        return true;
+      default:
+        return false;
+    }
+  }
+
+ private:
+  bool Press(QEvent* event) {
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+      case Qt::Key_Return:
+      case Qt::Key_Enter:
+      case Qt::Key_Escape:
+      case Qt::Key_Space:
+        press_();
+        break;
+      default:
+        break;
+    }
+    return true;
+  }
+
+  const QWidget* window_;
+  QWidget* stop_;
+  std::function<void()> press_;
+};
+
+// Returns when the bar was dismissed. False for a message that is to be a box.
+bool MainWindow::ShowPlaying(const core::Message& message) {
+  if (!loaded_ || !form_.ShowPlaying(message)) {
+    return false;
+  }
+  const QPointer<QWidget> focus = QApplication::focusWidget();
+  QWidget* stop = binding_.Widget(&Form1::stopButton);
+  BarInput input(this, stop, [this] { Run([this] { form_.stopButton_Click(); }); });
+  Draw();
+  stop->setFocus(Qt::OtherFocusReason);
+  qApp->installEventFilter(&input);
+  follow_->start();
+  while (form_.playing()) {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+  follow_->stop();
+  qApp->removeEventFilter(&input);
+  FollowMelody();
+  Draw();
+  if (focus != nullptr) {
+    focus->setFocus(Qt::OtherFocusReason);
+  }
+  return true;
+}
+
 void MainWindow::FollowMelody() {
-  const std::optional<double> position = position_ ? position_() : std::nullopt;
+  const double position = position_ ? position_().value_or(0) : 0;
+  if (form_.playing() && form_.FollowPlaying(position)) {
+    binding_.Draw();
+  }
   for (const BoundControl& bound : binding_.Controls()) {
     auto* view = qobject_cast<MelodyView*>(bound.widget);
     if (view != nullptr && bound.info->sounds != app::Sounding::kNothing) {
-      const bool sounds = follow_->isActive() && form_.sounding == bound.info->sounds;
-      view->SetPosition(sounds ? position.value_or(-1) : -1);
+      const bool sounds = form_.playing() && form_.sounding == bound.info->sounds;
+      view->SetPosition(sounds ? position : -1);
     }
   }
-}
-
-// Moves a message box away from the drawing of the melody that sounds.
-void MainWindow::PlaceBox(QWidget* box) const {
-  const auto sounding =
-      std::ranges::find_if(binding_.Controls(), [this](const BoundControl& bound) {
-        return form_.sounding == bound.info->sounds && bound.info->drawing != nullptr;
-      });
-  const QWidget* view = sounding->widget;
-  const int middle = view->mapTo(this, view->rect().center()).y();
-  const QPoint corner = mapToGlobal(QPoint(0, 0));
-  const int x = corner.x() + (width() - box->width()) / 2;
-  const int below = corner.y() + height() - box->height() - 3 * kGrid;
-  const int above = corner.y() + 2 * kGrid;
-  box->move(x, middle < height() / 2 ? below : above);
 }
 
 // ---- Keys ---------------------------------------------------------------------------------------
@@ -423,7 +482,7 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (program_.busy) {
+  if (program_.busy || form_.playing()) {
     event->ignore();
     form_.Form_QueryUnload();
   } else if (repainting_.Active()) {  // a handler runs

@@ -47,14 +47,15 @@ class MainWindow : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  class BarInput;
   void RestorePlace();
   void NotePlace();
   void ConnectParts();
   void AddShortcuts();
   void SetTabOrder();
   void DrawBusy();
+  bool ShowPlaying(const core::Message& message);
   void FollowMelody();
-  void PlaceBox(QWidget* box) const;
   void FocusPage();
   void Focus(QWidget* widget);
   bool GoToList(class QKeyEvent* event);

@@ -110,8 +110,18 @@ void Pages::Add(QBoxLayout* box, const Part& part, Built& page) {
       }
       QWidget* widget = Framed(part, inner);
       SetBounds(widget, part);
+      if (part.frame == Part::Frame::kBar) {
+        bars_.push_back({widget, app::ControlsIn(part)});
+      }
       box->addWidget(widget, part.weight);
     }
+  }
+}
+
+void Pages::ShowBars(const app::Form1& form) const {
+  for (const auto& [widget, controls] : bars_) {
+    widget->setVisible(
+        std::ranges::any_of(controls, [&](auto control) { return (form.*control).visible; }));
   }
 }
 

@@ -15,6 +15,8 @@ class Pages {
  public:
   Pages(const Binding& binding, QWidget* window);
 
+  // Hides the bars that have nothing to show.
+  void ShowBars(const app::Form1& form) const;
   // True when another layout than before is shown: of another page, or for another width.
   bool Show(std::int16_t page, int width);
 
@@ -35,7 +37,12 @@ class Pages {
   void Add(QBoxLayout* box, const app::Part& part, Built& page);
 
   const Binding& binding_;
+  struct Bar {
+    QWidget* widget;
+    std::vector<app::Control app::Form1::*> controls;
+  };
   std::vector<Built> pages_;
+  std::vector<Bar> bars_;
   app::Part (*shown_)() = nullptr;
 };
 

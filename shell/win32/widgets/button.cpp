@@ -19,6 +19,7 @@ struct Face {
   Look look;
   std::string_view icon;
   bool hot = false, checked = false;
+  app::Tone tone = app::Tone::kText;
 };
 
 Face* FaceOf(HWND button) {
@@ -54,7 +55,12 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
   } else if (primary) {
     ink = {c.accent, c.accent, c.accentText, theme.Px(1)};
   }
-  if (face.checked && face.look == Look::kKeys) {
+  if (face.look == Look::kMark) {
+    ink.text = ink.frame = face.tone == app::Tone::kBad    ? c.bad
+                           : face.tone == app::Tone::kGood ? c.good
+                                                           : c.muted;
+  }
+  if (face.checked && (face.look == Look::kKeys || face.look == Look::kChoice)) {
     ink.fill = c.accentWash;
     ink.frame = c.accent;
   }
@@ -146,7 +152,10 @@ void DrawCommand(const DRAWITEMSTRUCT& item, const Face& face, const Ink& ink, c
 void Draw(const DRAWITEMSTRUCT& item, const Face& face, const Theme& theme) {
   FillRect(item.hDC, &item.rcItem, GroundUnder(item.hwndItem, item.hDC));
   const Ink ink = InkOf(face, item, theme);
-  RoundedBox(item.hDC, item.rcItem, face.look == Look::kNavigation ? 1 : theme.Px(kRadius),
+  RoundedBox(item.hDC, item.rcItem,
+             face.look == Look::kNavigation ? 1
+             : face.look == Look::kMark     ? theme.Px(12)
+                                            : theme.Px(kRadius),
              ink.fill, ink.frame, ink.frameWidth);
   if (face.look == Look::kNavigation) {
     DrawNavigation(item, face, ink, theme);
@@ -194,6 +203,14 @@ void SetChecked(HWND button, bool checked) {
   }
 }
 
+void SetTone(HWND button, app::Tone tone) {
+  Face* face = FaceOf(button);
+  if (face->tone != tone) {
+    face->tone = tone;
+    InvalidateRect(button, nullptr, TRUE);
+  }
+}
+
 SIZE ButtonSize(HWND button, const Theme& theme) {
   const Face* face = FaceOf(button);
   const std::wstring caption = PlainWords(WindowText(button));
@@ -201,6 +218,9 @@ SIZE ButtonSize(HWND button, const Theme& theme) {
     return {std::max(theme.Px(kNavigationWidth),
                      TextWidth(theme.bold.get(), caption) + theme.Px(3 * kGrid)),
             theme.line + theme.Px(kGrid + kNavigationIconSize + 2 + 9)};
+  }
+  if (face->look == Look::kMark) {
+    return {TextWidth(theme.body.get(), caption) + theme.Px(3 * kGrid), theme.line + theme.Px(6)};
   }
   if (face->look == Look::kCard) {
     return {0, theme.line + theme.smallLine + theme.Px(2 * kGrid)};

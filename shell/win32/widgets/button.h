@@ -16,6 +16,9 @@ HWND MakeButton(HWND parent, int id, app::Look look, std::string_view icon, cons
 // Marks the button of the page that is shown, or a key that is held.
 void SetChecked(HWND button, bool checked);
 
+// The colour of a mark.
+void SetTone(HWND button, app::Tone tone);
+
 // The size that the caption needs.
 SIZE ButtonSize(HWND button, const Theme& theme);
 int KeyHeight(const Theme& theme);

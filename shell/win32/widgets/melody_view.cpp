@@ -21,6 +21,9 @@ MelodyView::MelodyView(HWND parent, int id, const Theme& theme)
 
 void MelodyView::SetDrawing(const app::Drawing& drawing, const std::wstring& invitation) {
   if (drawing.notes == picture_.drawing().notes && invitation == invitation_) {
+    if (picture_.Show(drawing.shown)) {
+      ScrollTo(picture_.scrolled());
+    }
     return;  // where it was scrolled to, and the sounding note, stay
   }
   invitation_ = invitation;

@@ -190,11 +190,27 @@ bool PhoneDisplay::MoveMark(WPARAM key) {
     return false;
   }
   Mark(MovedMark(display_.shown(), display_.marked(), move->second));
+  GoToMark();
+  return true;
+}
+
+void PhoneDisplay::GoToMark() {
+  const auto& groups = display_.shown().groups;
   const auto at = static_cast<LONG>(groups[static_cast<std::size_t>(display_.marked())].from);
   CHARRANGE range{at, at};
   SendMessageW(window_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
   SendMessageW(window_, EM_SCROLLCARET, 0, 0);
-  return true;
+}
+
+void PhoneDisplay::Follow(int group) {
+  if (group == followed_) {
+    return;
+  }
+  followed_ = group;
+  Mark(group);
+  if (display_.marked() >= 0) {
+    GoToMark();
+  }
 }
 
 void PhoneDisplay::Mark(int group) {

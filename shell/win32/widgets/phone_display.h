@@ -28,6 +28,8 @@ class PhoneDisplay {
   int PixelSize() const { return display_.PixelSize(); }
   // What the user chose, 0 while the text has the size that fits.
   int ChosenPixelSize() const { return display_.ChosenPixelSize(); }
+  // Marks the group whose note sounds and brings it into view; -1 takes that mark away.
+  void Follow(int group);
   void ThemeChanged();
   // The result itself, as "Copiar" gives it.
   const std::string& Text() const { return display_.result(); }
@@ -39,6 +41,7 @@ class PhoneDisplay {
   void Draw();
   std::string Source(const app::DisplayText& shown) const;
   bool MoveMark(WPARAM key);
+  void GoToMark();
   void Mark(int group);
   void MarkAt(POINT place);
   void PaintMark() const;
@@ -48,6 +51,7 @@ class PhoneDisplay {
   const Theme& theme_;
   app::ResultDisplay display_;
   std::string invitation_;
+  int followed_ = -1;
 };
 
 }  // namespace tonadex::shell
