@@ -13,14 +13,9 @@ struct Arguments {
   std::optional<std::string> phone, model, output;
   std::string file, row, brand, wav, pdf, printer, server, folder;
   std::vector<std::string> words;  // files, search words or melody names
-<<<<<<< HEAD
   bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
        beep = false;
-  const char* const* typed = nullptr;  // the whole command line, ended by nullptr
-=======
-  bool allModels = false, json = false, lines = false, resultOnly = false, steps = false;
   const char* const* typed = nullptr;  // the whole command line, terminated by nullptr
->>>>>>> main
 
   bool HasOnePhone() const { return phone.has_value() != model.has_value(); }
 };

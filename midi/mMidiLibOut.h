@@ -25,18 +25,13 @@ inline constexpr std::int16_t kPauseNumber = -1;  // used as the note number of 
 // message. Pauses at the end are not written.
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
 
-<<<<<<< HEAD
 // Whether a note that repeats the one before it follows at once, as phones' files have it, or is
 // heard as a note of its own: the first one then ends a tick early.
 enum class Repeats { kJoined, kApart };
 
-// The whole file that WriteMidiFile writes, for kJoined. Throws core::RunTimeError.
+// The whole file that WriteMidiFile writes, for kJoined. Errors: type mismatch, overflow;
+// invalid argument for a value that does not fit a byte.
 std::string MidiFileBytes(const core::RTTTLMelody& melody, Repeats repeats = Repeats::kJoined);
-=======
-// The content of the file that WriteMidiFile writes. Errors: type mismatch, overflow; invalid
-// argument for a value that does not fit a byte.
-std::string MidiFileBytes(const core::RTTTLMelody& melody);
->>>>>>> main
 
 // The header's ticks per quarter note for a tempo: beats x 385 / 120, rounded half to even to 16
 // bits, halved, rounded again. "" counts as 0. Errors: type mismatch, overflow.

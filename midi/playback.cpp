@@ -27,15 +27,10 @@ void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice) {
   core::ShowRTTTLError(core::ParseRTTTL(melody));  // the notes parsed before an error are played
   const std::string fileName = melody.FileName;
   melody.FileName = melody.TempFolder + std::string(kTempFile);
-<<<<<<< HEAD
   if (!core::SkipErrors([&] {
         files::WriteBytes(files::PathFromText(melody.FileName), PlayedBytes(melody, voice));
       })) {
-    // FileName keeps the temporary path here: deliberate.
-=======
-  if (WriteMidiFile(melody) == kMidiFailed) {
     // FileName is not restored here: deliberate.
->>>>>>> main
     core::MsgBox(
         "No se pudo crear el archivo temporal.\r\n"
         "Por favor, borra el siguiente fichero y vuelve a intentarlo:\r\n" +

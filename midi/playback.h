@@ -9,7 +9,6 @@
 // Plays melodies on the MIDI sequencer under the alias "mR2M", at most one at a time.
 namespace tonadex::midi {
 
-<<<<<<< HEAD
 // What plays: the melody's own instrument, or a square wave as a phone's beeper has it.
 enum class Voice { kInstrument, kBeep };
 
@@ -25,13 +24,6 @@ inline constexpr std::string_view kPlayingTitle = "Reproduciendo";
 // shown; closing the box stops the sound. The file is not removed. When it cannot be written, a box
 // says so and melody.FileName keeps its path; otherwise FileName is restored.
 void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice = Voice::kInstrument);
-=======
-// Parses melody.Text (errors are reported; the notes parsed before an error are played), writes
-// TempFolder + "rtlTmpFile.mid" and plays it while the message box "Reproduciendo melodia: …" is
-// shown; closing the box stops the sound. The file is not removed. When it cannot be written, a
-// message box says so and melody.FileName keeps the temporary path; otherwise FileName is restored.
-void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer);
->>>>>>> main
 
 // Sends "open" and "play" for melody.FileName; ignores the results.
 void MciOpenAndPlay(const core::RTTTLMelody& melody, Sequencer& sequencer);

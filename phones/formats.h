@@ -6,14 +6,10 @@
 // The formats that phones accept, one row for each format code of the catalogue.
 namespace tonadex::phones {
 
-<<<<<<< HEAD
 // The format whose results are what a Nokia shows, not its keys.
 inline constexpr std::string_view kComposerCode = "NCOM";
 
-// Capacity of a Nokia's composer.
-=======
 // Capacity of a Nokia's composer, in notes and pauses.
->>>>>>> main
 inline constexpr std::size_t kComposerNotes = 50;
 
 enum class OctaveRange {
