@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::size_t kMarginGap = 2, kColumnGap = 2;
 constexpr std::size_t kWholeRun = 16;  // a longer run of characters is parted between notes
-constexpr int kSmallestFit = 20, kLargestFit = look::kLargestType,
+constexpr int kSmallestFit = 20, kLargestFit = 36,
               kFitStep = 2;  // pixels, where nobody has chosen
 
 std::size_t SizeOf(const ResultGroup& group) {

@@ -406,7 +406,9 @@ bool Form1::FollowPlaying(double ms) {
 }
 
 void Form1::teclearButton_Click() {
-  if (OpenGuide(resultRow_, resultModel_, textresultado.text, resultMelody_)) {
+  RefreshRepertoire();
+  if (teclearButton.enabled &&
+      OpenGuide(resultRow_, resultModel_, textresultado.text, resultMelody_)) {
     navbanner.visible = false;  // its room is the guide's
     ShowPage(kTypingPage);
   }

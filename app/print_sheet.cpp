@@ -1,5 +1,6 @@
 #include "app/print_sheet.h"
 
+#include "app/result_file_name.h"
 #include "core/text.h"
 #include "phones/formats.h"
 
@@ -21,7 +22,7 @@ void PrintSheet(RichTextBox& box, const std::filesystem::path& sheetTemplate,
   Fill(box, "cambiatempo", values.tempo);
   Fill(box, "cambiamelodia", values.melody);
   Fill(box, "cambiamodelo", phones::FormatLabel(values.model));
-  box.SelPrint();
+  box.SelPrint(FileStem(values.title));
 }
 
 }  // namespace tonadex::app

@@ -18,10 +18,11 @@ class RichTextBox {
   virtual std::string TextRTF() const = 0;
   virtual void SetTextRTF(std::string_view source) = 0;
   // Prints everything on the default printer. Throws core::RunTimeError when there is none or it
-  // fails; a platform that prints to a file instead tells the user where.
-  virtual void SelPrint() = 0;
-  // Prints pages in the same way; `fileName`, Windows-1252, is the name of such a file.
-  virtual void PrintPages(const Paper& paper, std::string_view fileName) = 0;
+  // fails; a platform that prints to a file instead tells the user where. `name`, Windows-1252, is
+  // that of the job and, without extension, of such a file.
+  virtual void SelPrint(std::string_view name) = 0;
+  // Prints pages in the same way.
+  virtual void PrintPages(const Paper& paper, std::string_view name) = 0;
 };
 
 }  // namespace tonadex::app

@@ -25,11 +25,11 @@ inline constexpr std::int16_t kPauseNumber = -1;  // used as the note number of 
 // message. Pauses at the end are not written.
 std::int16_t WriteMidiFile(const core::RTTTLMelody& melody);
 
-// Whether a note that repeats the one before it follows at once, as in a phone's file, or is heard
-// as a note of its own: the first one then ends a tick early.
+// Whether a note that repeats the one before it follows at once, as phones' files have it, or is
+// heard as a note of its own: the first one then ends a tick early.
 enum class Repeats { kJoined, kApart };
 
-// The content of the file that WriteMidiFile writes, for kJoined. Errors: type mismatch, overflow;
+// The whole file that WriteMidiFile writes, for kJoined. Errors: type mismatch, overflow;
 // invalid argument for a value that does not fit a byte.
 std::string MidiFileBytes(const core::RTTTLMelody& melody, Repeats repeats = Repeats::kJoined);
 

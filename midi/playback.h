@@ -9,20 +9,20 @@
 // Plays melodies on the MIDI sequencer under the alias "mR2M", at most one at a time.
 namespace tonadex::midi {
 
-// What plays: the melody's own instrument, or a square wave like a phone's beeper.
+// What plays: the melody's own instrument, or a square wave as a phone's beeper has it.
 enum class Voice { kInstrument, kBeep };
 
-// The MIDI file that is played: like a phone's, but with the chosen voice and a gap between equal
-// neighbours. Errors: those of MidiFileBytes.
+// The MIDI file that is played: like the one for a phone, with the chosen voice, and with a gap
+// between equal neighbours. Throws core::RunTimeError.
 std::string PlayedBytes(const core::RTTTLMelody& melody, Voice voice);
 
 // Title of the message box that is shown while a melody plays.
 inline constexpr std::string_view kPlayingTitle = "Reproduciendo";
 
-// Parses melody.Text (errors are reported; the notes parsed before an error are played), writes
+// Parses melody.Text (errors are reported, and the notes parsed before them are played), writes
 // TempFolder + "rtlTmpFile.mid" and plays it while the message box "Reproduciendo melodia: …" is
-// shown; closing the box stops the sound. The file is not removed. When it cannot be written, a
-// message box says so and melody.FileName keeps the temporary path; otherwise FileName is restored.
+// shown; closing the box stops the sound. The file is not removed. When it cannot be written, a box
+// says so and melody.FileName keeps its path; otherwise FileName is restored.
 void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice = Voice::kInstrument);
 
 // Sends "open" and "play" for melody.FileName; ignores the results.

@@ -31,7 +31,7 @@ constexpr std::string_view kGoOn = u8"Avan&zar solo"_w, kStop = "Parar (&Z)";
 constexpr std::size_t kLongWord = 11;  // on a key: more letters would be too small
 constexpr std::string_view kNoKeys = "ninguna tecla";
 constexpr std::string_view kSeen = "En la pantalla debe verse: ";
-constexpr std::string_view kPdf = "pdf", kPdfFilter = "PDF (*.pdf)";
+constexpr std::string_view kPdfFilter = "PDF (*.pdf)";
 constexpr std::string_view kBefore = "Antes", kAfter = u8"Después"_w;
 
 constexpr ControlInfo Step(std::string_view name, Control F::*member, std::string_view caption,
@@ -302,7 +302,7 @@ void TypingPage::ChangePace(int seconds) {
 
 void TypingPage::saveSheet_Click() {
   const auto file = state_.program.services.fileDialogs.AskSaveAs(
-      words::kSaveAs, FileNameOfRow(row_, kPdf), kPdfFilter);
+      words::kSaveAs, FileStem(row_) + ".pdf", kPdfFilter);
   if (!file) {
     return;
   }
@@ -314,7 +314,7 @@ void TypingPage::saveSheet_Click() {
 }
 
 void TypingPage::printSheet_Click() {
-  state_.program.services.RichTextBox1.PrintPages(Sheet(), FileNameOfRow(row_, kPdf));
+  state_.program.services.RichTextBox1.PrintPages(Sheet(), FileStem(row_));
 }
 
 void TypingPage::openSheet_Click() {

@@ -3,7 +3,6 @@
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QDir>
-#include <QFileInfo>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QLibrary>
@@ -130,9 +129,9 @@ void CheckPrinted(bool drawn, const QPrinter& printer) {
   }
 }
 
-void PrintOn(const QPrinterInfo& info, const rtf::Document& source) {
+void PrintOn(const QPrinterInfo& info, const rtf::Document& source, const QString& name) {
   QPrinter printer(info, QPrinter::HighResolution);
-  printer.setDocName(kDocumentName);
+  printer.setDocName(name);
   const QPageSize wanted = SizeOf(source.page);
   const QPageLayout usual = printer.pageLayout();
   const bool supported = info.supportedPageSizes().contains(wanted);
@@ -231,18 +230,18 @@ class WindowlessRichTextBox : public QtRichTextBox {
  public:
   using QtRichTextBox::QtRichTextBox;
 
-  void SelPrint() override {
+  void SelPrint(std::string_view name) override {
     if (QCoreApplication::instance() != nullptr) {
-      QtRichTextBox::SelPrint();
+      QtRichTextBox::SelPrint(name);
       return;
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     int count = 1;
-    char name[] = "tonadex-cli";
-    char* arguments[] = {name, nullptr};
+    char program[] = "tonadex-cli";
+    char* arguments[] = {program, nullptr};
     const QGuiApplication application(count, arguments);
-    QtRichTextBox::SelPrint();
+    QtRichTextBox::SelPrint(name);
   }
 };
 
@@ -252,7 +251,7 @@ void QtRichTextBox::LoadFile(const std::filesystem::path& file) {
   source_ = files::ReadBytes(file);
 }
 
-void QtRichTextBox::SelPrint() {
+void QtRichTextBox::SelPrint(std::string_view name) {
   const rtf::Document document = rtf::ReadRtf(source_);
   if (!target_.pdf.empty()) {
     files::WriteBytes(target_.pdf, PdfBytes(document));
@@ -262,22 +261,22 @@ void QtRichTextBox::SelPrint() {
                                    ? QPrinterInfo::defaultPrinter()
                                    : QPrinterInfo::printerInfo(ToQString(target_.printer));
   if (!printer.isNull()) {
-    PrintOn(printer, document);
+    PrintOn(printer, document, ToQString(name));
   } else if (target_.printer.empty()) {
-    SaveNewPdf(kDocumentName, PdfBytes(document));
+    SaveNewPdf(ToQString(name), PdfBytes(document));
   } else {
     Fail(u8"no existe la impresora «"_w, ToQString(target_.printer));
   }
 }
 
-void QtRichTextBox::PrintPages(const app::Paper& paper, std::string_view fileName) {
+void QtRichTextBox::PrintPages(const app::Paper& paper, std::string_view name) {
   const QPrinterInfo info = QPrinterInfo::defaultPrinter();
   if (info.isNull()) {
-    SaveNewPdf(QFileInfo(ToQString(fileName)).completeBaseName(), app::PdfFile(paper));
+    SaveNewPdf(ToQString(name), app::PdfFile(paper));
     return;
   }
   QPrinter printer(info, QPrinter::HighResolution);
-  printer.setDocName(ToQString(paper.title));
+  printer.setDocName(ToQString(name));
   printer.setFullPage(true);
   printer.setPageSize(
       QPageSize(QSizeF(paper.width, paper.height), QPageSize::Point, {}, QPageSize::FuzzyMatch));

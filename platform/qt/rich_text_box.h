@@ -26,8 +26,8 @@ class QtRichTextBox : public app::RichTextBox {
   void LoadFile(const std::filesystem::path& file) override;
   std::string TextRTF() const override { return source_; }
   void SetTextRTF(std::string_view source) override { source_ = source; }
-  void SelPrint() override;
-  void PrintPages(const app::Paper& paper, std::string_view fileName) override;
+  void SelPrint(std::string_view name) override;
+  void PrintPages(const app::Paper& paper, std::string_view name) override;
 
  private:
   PrintTarget target_;

@@ -175,14 +175,14 @@ void RichEditBox::SetTextRTF(std::string_view source) {
   SetRichEditSource(Control(), source);
 }
 
-void RichEditBox::SelPrint() {
+void RichEditBox::SelPrint(std::string_view name) {
   const PrinterContext printer;
-  PrintJob(printer, L"Tonadex", [&] { return PrintText(Control(), printer); });
+  PrintJob(printer, ToWide(name), [&] { return PrintText(Control(), printer); });
 }
 
-void RichEditBox::PrintPages(const app::Paper& paper, std::string_view) {
+void RichEditBox::PrintPages(const app::Paper& paper, std::string_view name) {
   const PrinterContext printer;
-  PrintJob(printer, ToWide(paper.title), [&] {
+  PrintJob(printer, ToWide(name), [&] {
     return std::ranges::all_of(paper.pages, [&](const app::Picture& page) {
       if (StartPage(printer.get()) <= 0) {
         return false;

@@ -17,8 +17,8 @@ class RichEditBox : public app::RichTextBox {
   void LoadFile(const std::filesystem::path& file) override;
   std::string TextRTF() const override;
   void SetTextRTF(std::string_view source) override;
-  void SelPrint() override;
-  void PrintPages(const app::Paper& paper, std::string_view fileName) override;
+  void SelPrint(std::string_view name) override;
+  void PrintPages(const app::Paper& paper, std::string_view name) override;
 
  private:
   HWND Control();

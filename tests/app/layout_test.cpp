@@ -59,17 +59,15 @@ class LayoutTest : public testing::Test {
 
 TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
   for (const Page& page : Pages()) {
-    for (const auto& [width, height, scale, times] : {std::tuple(900, 600, 1.0, 1),
-                                                      {1600, 1000, 1.0, 1},
-                                                      {1800, 1200, 2.0, 2},
-                                                      {1280, 1000, 1.0, 2}}) {
+    for (const auto& [width, height, scale, times] :
+         {std::tuple(900, 600, 1.0, 1), {1600, 1000, 1.0, 1}, {1800, 1200, 2.0, 2}}) {
       SCOPED_TRACE(testing::Message() << page.number << " at " << width);
       Enter(page.number);
       std::vector<Placed> controls;
       for (const Placed& placed : PlaceIn(width, height, scale, times)) {
         const Rect& rect = placed.rect;
         EXPECT_TRUE(rect.left >= 0 && rect.top >= 0 && rect.left + rect.width <= width &&
-                    rect.top + rect.height <= height && rect.width >= 0) << (placed.part->control ? InfoOf(placed.part->control).name : "frame") << rect.left << " " << rect.top << " " << rect.width << " " << rect.height;
+                    rect.top + rect.height <= height && rect.width >= 0);
         if (placed.part->control != nullptr) {
           const auto name = InfoOf(placed.part->control).name;
           EXPECT_GT(rect.height, 0) << name;

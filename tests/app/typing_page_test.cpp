@@ -179,7 +179,7 @@ TEST_F(TypingPageTest, TheSheetIsSavedUnderTheMelodysNameAndHoldsEveryGroup) {
   form.showSheet_Click();
   EXPECT_EQ(test.shell.opened, (std::vector{file, file / "."}));
   form.printSheet_Click();
-  EXPECT_TRUE(test.richText.printed.back().starts_with("vals.pdf: Vals, para Nokia"));
+  EXPECT_TRUE(test.richText.printed.back().starts_with("vals: Vals, para Nokia"));
 }
 #endif
 

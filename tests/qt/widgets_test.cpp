@@ -40,6 +40,7 @@ TEST(PhoneDisplay, LinesFitAndCopyingGivesTheText) {
 
 TEST(PhoneDisplay, ArrowKeysMarkGroupByGroup) {
   PhoneDisplay display;
+  display.SetPixelSize(16);
   Show(display, "18 (5)9 08", true);
   EXPECT_EQ(display.MarkedGroup(), -1);
   const auto press = [&display](Qt::Key key) {
@@ -79,7 +80,7 @@ TEST(PhoneDisplay, FillsItsPlaceUntilSomeoneChoosesASize) {
   }
   Show(display, melody, true);
   EXPECT_LT(display.PixelSize(), alone);
-  display.resize(1600, 900);
+  display.resize(2400, 1200);
   EXPECT_EQ(display.PixelSize(), alone);
   display.SetPixelSize(18);
   display.resize(500, 200);

@@ -61,11 +61,11 @@ TEST_F(RichTextBoxTest, WithoutPrintersToTheUsersDocuments) {
   box.SetTextRTF(
       "{\\rtf1 Se\xF1"
       "al}");
-  box.SelPrint();
-  box.SelPrint();
+  box.SelPrint("vals");
+  box.SelPrint("vals");
   ASSERT_EQ(messages.messages.size(), 2u);
-  const std::filesystem::path first = folder / "Mis papeles/Tonadex.pdf";
-  const std::filesystem::path second = folder / "Mis papeles/Tonadex (2).pdf";
+  const std::filesystem::path first = folder / "Mis papeles/vals.pdf";
+  const std::filesystem::path second = folder / "Mis papeles/vals (2).pdf";
   EXPECT_EQ(PdfText(first), "Señal");
   EXPECT_EQ(PdfText(second), "Señal");
   EXPECT_EQ(messages.messages[1],
@@ -81,20 +81,20 @@ TEST_F(RichTextBoxTest, FailuresAreErrors) {
        {PrintTarget{"", folder / "fichero/hoja.pdf"}, PrintTarget{"NINGUNA", {}}}) {
     QtRichTextBox box(target);
     box.SetTextRTF("{\\rtf1 x}");
-    EXPECT_THROW(box.SelPrint(), core::RunTimeError);
+    EXPECT_THROW(box.SelPrint("vals"), core::RunTimeError);
   }
   folder.Write("hoja.pdf", "old");
   {
     const test::FullDisk full(200);  // less than a sheet, which is less than the toolkit's buffer
     QtRichTextBox box({.printer = {}, .pdf = folder / "hoja.pdf"});
     box.SetTextRTF("{\\rtf1 x}");
-    EXPECT_THROW(box.SelPrint(), core::RunTimeError);
+    EXPECT_THROW(box.SelPrint("vals"), core::RunTimeError);
   }
   EXPECT_EQ(folder.Read("hoja.pdf"), "old");
   folder.Write("config/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/fichero\"\n");
   QtRichTextBox box;
   box.SetTextRTF("{\\rtf1 x}");
-  EXPECT_THROW(box.SelPrint(), core::RunTimeError);
+  EXPECT_THROW(box.SelPrint("vals"), core::RunTimeError);
   EXPECT_TRUE(messages.messages.empty());
 }
 
@@ -104,7 +104,7 @@ TEST_F(RichTextBoxTest, AnySheetPrints) {
                              "{\\rtf1\\fs800\\li30000\\box\\brdrs\\cbpat9 xxxxxxxxxx}"}) {
     QtRichTextBox box({.printer = {}, .pdf = folder / "hoja.pdf"});
     box.SetTextRTF(source);
-    EXPECT_NO_THROW(box.SelPrint()) << source;
+    EXPECT_NO_THROW(box.SelPrint("vals")) << source;
   }
 }
 

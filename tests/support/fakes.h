@@ -160,7 +160,7 @@ class FakeRichTextBox : public app::RichTextBox {
   void LoadFile(const std::filesystem::path& file) override { source = files::ReadBytes(file); }
   std::string TextRTF() const override { return source; }
   void SetTextRTF(std::string_view newSource) override { source = newSource; }
-  void SelPrint() override {
+  void SelPrint(std::string_view) override {
     if (noPrinter) {
       throw core::RunTimeError(core::ErrorNumber::kDeviceFailure, "No hay impresora");
     }
@@ -169,8 +169,8 @@ class FakeRichTextBox : public app::RichTextBox {
 
   std::string source;
   std::vector<std::string> printed;
-  void PrintPages(const app::Paper& paper, std::string_view fileName) override {
-    printed.push_back(std::string(fileName) + ": " + paper.title);
+  void PrintPages(const app::Paper& paper, std::string_view name) override {
+    printed.push_back(std::string(name) + ": " + paper.title);
   }
 
   bool noPrinter = false;

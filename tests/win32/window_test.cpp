@@ -107,7 +107,7 @@ TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
 
 TEST_F(WindowTest, TheGuideIsWalkedThroughByItsKeysAndKeepsItsPlace) {
   Start();
-  ChoosePhone(0, 0);
+  ChoosePhone(0, 4);
   ChooseMelody();
   Click(Of(&Form1::picconvertir));
   ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(Of(&Form1::teclearButton)) != 0; }));

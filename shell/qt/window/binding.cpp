@@ -297,6 +297,21 @@ void DrawLine(QLineEdit& line, const Control& control) {
   DrawText(line, control.text);
 }
 
+// With places to break words that a line may not hold, such as names without blanks.
+QString Breakable(QString words) {
+  constexpr qsizetype kLongest = 12;
+  constexpr QChar kBreak(0x200B);
+  for (qsizetype at = 0, begin = 0; at < words.size(); ++at) {
+    if (words[at].isSpace()) {
+      begin = at + 1;
+    } else if (at - begin == kLongest) {
+      words.insert(at, kBreak);
+      begin = at + 1;
+    }
+  }
+  return words;
+}
+
 void DrawTone(QWidget& widget, const Control& control) {
   constexpr const char* kTones[] = {"", "muted", "good", "bad"};
   const QLatin1String tone(kTones[static_cast<std::size_t>(control.tone)]);
@@ -309,7 +324,10 @@ void DrawTone(QWidget& widget, const Control& control) {
 
 void DrawLabel(QLabel& label, const Control& control) {
   DrawTone(label, control);
-  DrawText(label, control.caption);
+  const QString words = Breakable(ToQString(control.caption));
+  if (label.text() != words) {
+    label.setText(words);
+  }
 }
 
 // As one step that the user can undo.
