@@ -106,7 +106,8 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
     QTimer::singleShot(0, qApp, [&] {
       EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "the bar stands for the box";
       EXPECT_TRUE(QTest::qWaitFor([view] { return view->Picture().sounding() == 1; }));
-      EXPECT_EQ(t.window.findChild<QLabel*>("playingText")->text(), "Reproduciendo melodia: Vals");
+      EXPECT_EQ(t.window.findChild<QLabel*>("playingText")->text().remove(QChar(0x200B)),
+                "Reproduciendo melodia: Vals");
       EXPECT_EQ(t.window.findChild<QLabel*>("playingPosition")->text(), "0:01 de 0:04");
       EXPECT_EQ(display->MarkedGroup(), 1);
       QTest::mouseClick(t.Widget("cmdinicio"), Qt::LeftButton);  // as under a box: nothing
