@@ -562,14 +562,14 @@ void MainWindow::AddTooltips() {
   for (const BoundControl& bound : binding_->Controls()) {
     add(bound.window, bound.info->help);
     if (bound.list != nullptr) {
-      bound.list->SetTips(tips);
+      bound.list->SetTips(tips_);
       TTTOOLINFOW tool{};
       tool.cbSize = sizeof tool;
       tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
       tool.hwnd = window_;
       tool.uId = reinterpret_cast<UINT_PTR>(bound.window);
       tool.lpszText = LPSTR_TEXTCALLBACKW;
-      Send(tips, TTM_ADDTOOLW, 0, &tool);
+      Send(tips_, TTM_ADDTOOLW, 0, &tool);
     }
   }
   binding_->Of(&Form1::keyRow).keys->ForEachKey(add);

@@ -120,8 +120,8 @@ TEST_F(Form1Window, NoTextMakesAButtonFail) {
 }
 
 TEST_F(Form1Window, HasNoMnemonicTwice) {
-  for (const std::int16_t page : {kSearchPage, kRepertoirePage, kOptionsPage, kStartPage,
-                                  kTypingPage}) {
+  for (const std::int16_t page :
+       {kSearchPage, kRepertoirePage, kOptionsPage, kStartPage, kTypingPage}) {
     std::set<char> used;
     for (const auto member : ControlsIn(WindowLayout(PageLayout(page)))) {
       const std::string& caption = (form.*member).caption;

@@ -192,30 +192,5 @@ TEST(WebPane, NoDialogOfAPageOpens) {
   }
 }
 
-// Whether a screen reader comes upon the words in the tree under `part`.
-bool Speaks(QAccessibleInterface* part, const QString& words) {
-  if (part == nullptr) {
-    return false;
-  }
-  if (part->text(QAccessible::Name).contains(words)) {
-    return true;
-  }
-  for (int i = 0; i < part->childCount(); ++i) {
-    if (Speaks(part->child(i), words)) {
-      return true;
-    }
-  }
-  return false;
-}
-
-TEST(WebPane, ItsPagesSpeak) {
-  QAccessible::setActive(true);
-  ShownPane shown(WebPane::Kind::kPage, "<h1>Valses</h1>");
-  EXPECT_TRUE(QTest::qWaitFor([&shown] {
-    return Speaks(QAccessible::queryAccessibleInterface(shown.pane.currentWidget()), "Valses");
-  }));
-  QAccessible::setActive(false);
-}
-
 }  // namespace
 }  // namespace tonadex::test
