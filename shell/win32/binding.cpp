@@ -162,7 +162,8 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
       SetTone(bound.window, control.tone);
       return SetChecked(bound.window, control.checked);
     case Look::kCard:
-      return SetText(bound.window, control.caption + "\r\n" + control.text);
+      return SetText(bound.window,
+                     control.caption + (control.text.empty() ? "" : "\r\n" + control.text));
     case Look::kLine:
       SendMessageW(bound.window, EM_SETCUEBANNER, TRUE,
                    reinterpret_cast<LPARAM>(platform::ToWide(control.invitation).c_str()));

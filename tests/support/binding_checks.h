@@ -46,7 +46,7 @@ inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched
     control.Select(1);
     const bool worded = info.look <= app::Look::kMark;  // labels and buttons
     control.caption = worded ? text : "no caption";
-    control.text = worded ? "no text" : text;
+    control.text = info.look == app::Look::kCard ? "" : worded ? "no text" : text;
     for (const bool on : {true, false}) {
       control.visible = on;
       control.enabled = !on;
