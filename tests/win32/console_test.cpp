@@ -22,12 +22,12 @@ TEST(Terminal, ReadsAndWritesUtf8WhateverTheConsoleSpeaks) {
 
 TEST(Terminal, TakesStandardInputByteForByte) {
   const TempFolder folder;
-  folder.Write("entrada", std::string("x:d=4,o=5,b=100:c\x1A,d") + "\r\n");
+  folder.Write("entrada", std::string("x\x1A:d=4,o=5,b=100:c,d") + "\r\n");
   const Finished run =
       RunToEnd(BuildFile("cli/tonadex-cli.exe"), L"comprobar -", folder / "entrada");
   // The character that ends a console's input ends nothing here.
   EXPECT_EQ(run.code, 0U);
-  EXPECT_EQ(run.output, "-: correcto, 2 notas y pausas\n");
+  EXPECT_EQ(run.output, "-: correcto, 2 notas y pausas, 1 segundo\n");
 }
 
 TEST(Terminal, NamesWhatItCannotFind) {
