@@ -86,6 +86,14 @@ TEST(Handle, TakesAndGivesNamesAsTypedOrEncoded) {
   }
 }
 
+TEST(Handle, TakesNoBodyOutsideTheInterface) {
+  const TempFolder folder;
+  Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  for (const char* target : {"/", "/azar.php", "/tonos/x.1", "/api"}) {
+    EXPECT_EQ(Handle({target, "client", {}, 1, {}, true}, shelf).status, 405) << target;
+  }
+}
+
 TEST(Handle, StopsASearchThatNobodyWaitsFor) {
   const TempFolder folder;
   Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
