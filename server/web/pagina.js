@@ -170,6 +170,7 @@ function open(text, file) {
 const show = tried(async () => {
   stop();
   const text = melodyOfAddress();
+  if (text !== rtttl) document.querySelector('dialog[open]')?.close();
   rtttl = text;
   document.body.dataset.vista = text ? 'melodia' : 'lista';
   $('abierta').hidden = !text;
@@ -304,8 +305,10 @@ function choose(nombre, modelo) {
 function phoneChosen() {
   kept.set('movil', phone);
   $('movil').textContent = phone.nombre;
-  $('forma').replaceChildren(...forms().map((row) => el('option', { value: row.modelo, textContent: row.recibe })));
+  $('forma').replaceChildren(...forms().map((row) => el('option',
+    { value: row.modelo, textContent: row.recibe.split(/[,.]/)[0] })));
   $('forma').value = phone.forma;
+  $('r-recibe').textContent = form().recibe;
   if (rtttl) tried(() => Promise.all([draw(), convert()]))();
 }
 
@@ -348,7 +351,7 @@ async function convert() {
 
 function showConversion() {
   const row = form(), { resultado, pasos, mensajes, avisos } = conversion;
-  $('r-titulo').textContent = 'En tu ' + phone.nombre;
+  $('r-titulo').textContent = 'Para ' + phone.nombre;
   $('r-entrada').textContent = row.entrada;
   // A format that is a file is downloaded: the questions about where to save it mean nothing here.
   $('r-mensajes').textContent = row.clase === 'fichero' ? '' : mensajes.join(' ');
@@ -455,14 +458,14 @@ function showStep() {
   $('g-grupo').replaceChildren(...step.teclas.length === 0 ? [el('span', { className: 'nada', textContent: 'ninguna tecla' })]
     : step.teclas.map((key) => el('span', {}, el('b', { textContent: key.tecla }), pressed(key))));
   $('g-palabras').textContent = step.palabras;
-  const next = steps().slice(at + 1, at + 4).map((other) => other.grupo || '–');
-  $('g-despues').textContent = next.length ? 'Después: ' + next.join('   ') : 'Es el último grupo.';
+  const next = steps().slice(at + 1, at + 4).map((other) => el('span', { textContent: other.grupo || '–' }));
+  $('g-despues').replaceChildren(next.length ? 'Después ' : 'Es el último grupo.', ...next);
   $('g-pantalla').hidden = !step.pantalla;
-  $('g-pantalla').textContent = step.pantalla || '';
+  $('g-pantalla').lastElementChild.textContent = step.pantalla || '';
   $('g-teclado').replaceChildren(...form().teclado.teclas.map((key) => {
     const now = step.teclas.filter((press) => key.signos.includes(press.tecla));
     return el('div', { className: now.length ? 'pulsa' : '' }, el('b', { textContent: key.tecla }),
-      el('i', { textContent: now.map(pressed).filter(Boolean)[0] || '' }), key.palabra);
+      el('i', { textContent: (now.map(pressed).find(Boolean) || '').replace(' 3 s', '') }), key.palabra);
   }));
   $('g-voz').textContent = `${at + 1} de ${last + 1}: ` + step.teclas.map((key) => (spoken[key.tecla] || key.tecla)
     + (key.mantener ? ', mantenida 3 segundos' : key.veces > 1 ? ` ${key.veces} veces` : '')).join(', ')

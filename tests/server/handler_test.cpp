@@ -12,6 +12,7 @@
 #include "files/paths.h"
 #include "net/addresses.h"
 #include "net/upload.h"
+#include "server/embedded_file.h"
 #include "server/pages.h"
 #include "tests/core/table.h"
 #include "tests/server/ask.h"
@@ -152,7 +153,9 @@ TEST(StartPage, LooksAsTheWindowDoes) {
     for (const string& colour :
          {c.window, c.card, c.text, c.muted, c.accent, c.border, c.displayGround, c.displayInk}) {
       EXPECT_TRUE(core::Contains(page, colour)) << colour;
+      EXPECT_TRUE(core::Contains(EmbeddedFile("pagina.css"), colour)) << colour;
     }
+    EXPECT_TRUE(core::Contains(EmbeddedFile("pagina.css"), c.accentWash)) << c.accentWash;
   }
   for (const int pixels : {look::kType[0], look::kType[2], look::kType[3]}) {
     EXPECT_TRUE(core::Contains(page, std::to_string(pixels) + "px")) << pixels;
