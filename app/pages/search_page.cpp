@@ -63,18 +63,27 @@ void SearchPage::RefreshSearch() {
   }
 }
 
+std::string SearchPage::ServerWords(bool replied) const {
+  const int status = state_.program.services.Inet1.LastStatus();
+  if (replied && status / 100 == 2) {
+    return {};
+  }
+  std::string words = "El servidor no responde";
+  if (replied) {
+    words = "El servidor responde con el error " + std::to_string(status);
+  }
+  const std::string_view base = state_.program.serverBase;
+  const std::size_t scheme = base.find(kAfterScheme);
+  words.append(": ").append(scheme == base.npos ? base : base.substr(scheme + kAfterScheme.size()));
+  return words.append(kNoAnswer);
+}
+
 void SearchPage::ReadListing(std::string_view address, bool stemAlone) {
   state_.List1.Clear();
-  serverLine.caption.clear();
   // After a failed request the old text of Text1 is read again.
-  if (!core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); })) {
-    const std::string_view base = state_.program.serverBase;
-    const std::size_t scheme = base.find(kAfterScheme);
-    serverLine.caption = "El servidor no responde: ";
-    serverLine.caption.append(scheme == base.npos ? base
-                                                  : base.substr(scheme + kAfterScheme.size()));
-    serverLine.caption.append(kNoAnswer);
-  }
+  const bool replied =
+      core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); });
+  serverLine.caption = ServerWords(replied);
   state_.program.services.shell.DoEvents();
   state_.List1.rows.reserve(net::CountRecords(state_.Text1.text), state_.Text1.text.size());
   net::ListingEnd left = net::ReadListing(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "app/pages/page.h"
@@ -27,6 +28,7 @@ class SearchPage {
 
  private:
   void ReadListing(std::string_view address, bool stemAlone);
+  std::string ServerWords(bool replied) const;  // for serverLine
 
   SharedState& state_;
 };
