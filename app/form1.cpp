@@ -251,6 +251,9 @@ void Form1::ocultapagina() {
   for (const auto member : PageControls(paginaactual)) {
     (this->*member).visible = false;
   }
+  if (paginaactual == kOptionsPage) {
+    cmbformatos.visible = false;
+  }
   if (paginaactual == kOptionsPage && formReady_) {
     SaveModel();
   }
@@ -369,6 +372,7 @@ void Form1::cmd906_Click() {
 void Form1::cmdopciones_Click() {
   if (LeaveFor(kOptionsPage)) {
     ShowPage(kOptionsPage);
+    cmbformatos.visible = true;
     RestoreSavedModel();
   }
 }
