@@ -78,7 +78,7 @@ constexpr std::array<Setting, 3> kSettings = {{
      u8"La octava, detrás de «o=», tiene que ser de 1 a 8."_w},
     {'b', IsTempo, u8"Falta el tempo: «,b=120» en la cabecera."_w,
      u8"El tempo no se lee: «b=» va en minúscula y sin espacios delante."_w,
-     u8"El tempo, detrás de «b=», tiene que ser un número."_w},
+     u8"El tempo, detrás de «b=», tiene que ser un número mayor que 0."_w},
 }};
 
 // A setting as found in the text.
