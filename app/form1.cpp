@@ -32,7 +32,6 @@ constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
 constexpr std::string_view kUpdateMark = "actualiza.tdx";
-constexpr std::string_view kStateFile = "estado.ini";
 constexpr std::uint32_t kSaveMs = 1800;  // from a change until it is written
 
 // The mnemonics of the navigation row and of any page must be different.
