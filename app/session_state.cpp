@@ -28,6 +28,8 @@ constexpr auto kTexts = std::to_array<KeptText>({
     {"rtttl", &F::txtrtttlsube},
 });
 
+constexpr std::string_view kBeep = "sonido.pitido";
+
 struct KeptNumber {
   std::string_view name;
   Control F::*control;  // its `value`
@@ -35,7 +37,7 @@ struct KeptNumber {
 };
 constexpr auto kNumbers = std::to_array<KeptNumber>({
     {"resultado.letra", &F::textresultado, look::kSmallestType, look::kLargestType},
-    {"sonido.pitido", &F::beepChoice, 0, 1},
+    {kBeep, &F::beepChoice, 0, 1},
 });
 
 constexpr std::string_view kWindow = "ventana";  // left, top, width, height, 1 when maximised
@@ -135,6 +137,12 @@ std::string StateBytes(const StateValues& values) {
     text.append(name).append("=").append(Escaped(value)).append("\n");
   }
   return core::ToUtf8(text);
+}
+
+bool BeepIsChosen(const std::filesystem::path& stateFile) {
+  const StateValues values = ReadState(files::ReadWhole(stateFile).value_or(""));
+  const auto found = values.find(kBeep);
+  return found != values.end() && found->second == "1";
 }
 
 SessionState::SessionState(std::filesystem::path file) : file_(std::move(file)) {}

@@ -32,6 +32,11 @@ using StateValues = std::map<std::string, std::string, std::less<>>;
 StateValues ReadState(std::string_view bytes);
 std::string StateBytes(const StateValues& values);
 
+inline constexpr std::string_view kStateFile = "estado.ini";  // in the program's folder
+
+// Whether melodies are played with the beep, as the options page left it.
+bool BeepIsChosen(const std::filesystem::path& stateFile);
+
 // A file that cannot be read or written is passed over in silence.
 class SessionState {
  public:

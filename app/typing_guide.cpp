@@ -74,9 +74,9 @@ const phones::TypingStep* TypingGuide::Group(int offset) const {
 }
 
 int TypingGuide::DrawnNote(const Drawing& drawing) const {
-  const bool complete =
-      !steps_.empty() && std::ssize(drawing.notes) == std::ptrdiff_t{steps_.back().note} + 1;
-  return complete ? steps_[at_].note : -1;
+  const int note = steps_.empty() ? -1 : steps_[at_].note;
+  const auto drawn = std::ranges::find(drawing.notes, note, &app::DrawnNote::number);
+  return drawn == drawing.notes.end() ? -1 : static_cast<int>(drawn - drawing.notes.begin());
 }
 
 bool TypingGuide::Move(GuideMove move) {

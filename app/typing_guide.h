@@ -43,7 +43,7 @@ class TypingGuide {
   // The group `offset` behind that one, -1 for the one before it; nullptr where there is none.
   const phones::TypingStep* Group(int offset = 0) const;
 
-  // Index of the group's note in the melody's drawing; -1 when the drawing leaves out notes.
+  // Index of the group's note in the melody's drawing; -1 when the drawing leaves it out.
   int DrawnNote(const Drawing& drawing) const;
 
   // False when nothing changed.

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 
 #include "cli/commands.h"
 #include "cli/line_stream.h"
@@ -16,8 +18,22 @@
 namespace tonadex::cli {
 namespace {
 
-std::string PhoneModel(const std::string& name) {
-  const std::vector<phones::CatalogueRow> found = phones::FindPhones(core::FromUtf8(name));
+// For typing steps a phone's name is enough: of the makes found, the single row that gives keys.
+// Makes with several leave the rows as they were found.
+std::vector<phones::CatalogueRow> WithKeys(const std::vector<phones::CatalogueRow>& found) {
+  std::vector<phones::CatalogueRow> withKeys;
+  std::ranges::copy_if(phones::CatalogueRows(), std::back_inserter(withKeys), [&](const auto& row) {
+    return phones::FindKeypad(row.model) != nullptr &&
+           std::ranges::find(found, row.brand, &phones::CatalogueRow::brand) != found.end();
+  });
+  return withKeys.size() == 1 ? withKeys : found;
+}
+
+std::string PhoneModel(const std::string& name, bool steps) {
+  std::vector<phones::CatalogueRow> found = phones::FindPhones(core::FromUtf8(name));
+  if (steps) {
+    found = WithKeys(found);
+  }
   if (found.size() == 1) {
     return std::string(found.front().model);
   }
@@ -180,7 +196,7 @@ void ConvertLineFiles(Context& context, const Arguments& arguments,
 }  // namespace
 
 std::string ChosenModel(const Arguments& arguments) {
-  return arguments.phone ? PhoneModel(*arguments.phone)
+  return arguments.phone ? PhoneModel(*arguments.phone, arguments.steps)
                          : core::FromUtf8(arguments.model.value_or(""));
 }
 

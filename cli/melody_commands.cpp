@@ -1,5 +1,8 @@
 // modelos, comprobar, arreglar and midi.
 
+#include <algorithm>
+#include <array>
+
 #include "cli/commands.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
@@ -47,43 +50,68 @@ void ListModels(Context& context, const Arguments& arguments) {
   }
 }
 
-void Check(Context& context, const Arguments& arguments) {
-  ForEachMelody(context, arguments.words, [&](const MelodyInput& input) {
-    const phones::MelodyCheck check = phones::CheckRtttl(core::UndoSharpEscape(input.line));
-    if (check.verdict == phones::Verdict::kGood) {
-      context.out << input.name << ": correcto, " << core::ToUtf8(check.sentence) << '\n';
-      return;
-    }
-    Fail(context, ExitCode::kNotConverted);
-    if (check.verdict == phones::Verdict::kNothing) {
-      context.err << input.name << kNoMelody;
-    }
-    for (const phones::RtttlFault& fault : check.faults) {
-      context.err << input.name << ": " << ForTerminal(fault.sentence) << '\n';
-    }
-  });
-}
-
 namespace {
 
-std::string ReadPaste(Context& context, const std::string& file) {
+std::string ReadWhole(Context& context, const std::string& file) {
   std::ifstream opened;
   std::istream& input = OpenInput(context, file, opened);
-  std::string bytes(kLongestPaste + 1, '\0');
-  input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(input.gcount()));
+  std::array<char, std::size_t{1} << 16> piece;
+  std::string bytes;
+  do {
+    input.read(piece.data(), piece.size());
+    bytes.append(piece.data(), static_cast<std::size_t>(input.gcount()));
+  } while (input && bytes.size() <= kLongestPaste);
   if (bytes.size() > kLongestPaste) {
     throw Failure{ExitCode::kNotConverted, file + ": pasa de 16 MiB"};
   }
-  return phones::FromPasted(bytes);
+  return bytes;
+}
+
+// The first line and those that continue it: up to a blank line or another melody.
+std::string_view FirstMelody(std::string_view text) {
+  std::ptrdiff_t colons = 0;
+  std::size_t melodyEnd = 0;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find_first_of(core::kCrLf, start), text.size());
+    const std::string_view line = text.substr(start, end - start);
+    const std::ptrdiff_t more = std::ranges::count(line, ':');
+    if (start > 0 && (core::Trim(line).empty() || (colons > 1 && more > 0))) {
+      break;
+    }
+    colons += more;
+    melodyEnd = end;
+    start = end + (text.substr(end).starts_with(core::kCrLf) ? 2 : 1);
+  }
+  return text.substr(0, melodyEnd);
 }
 
 }  // namespace
 
+void Check(Context& context, const Arguments& arguments) {
+  for (const std::string& file : FilesOrInput(arguments.words)) {
+    Attempt(context, [&] {
+      const std::string text = core::FromOutside(ReadWhole(context, file));
+      const phones::MelodyCheck check =
+          phones::CheckRtttl(core::UndoSharpEscape(FirstMelody(text)));
+      if (check.verdict == phones::Verdict::kGood) {
+        context.out << file << ": correcto, " << core::ToUtf8(check.sentence) << '\n';
+        return;
+      }
+      Fail(context, ExitCode::kNotConverted);
+      if (check.verdict == phones::Verdict::kNothing) {
+        context.err << file << kNoMelody;
+      }
+      for (const phones::RtttlFault& fault : check.faults) {
+        context.err << file << ": " << ForTerminal(fault.sentence) << '\n';
+      }
+    });
+  }
+}
+
 void Repair(Context& context, const Arguments& arguments) {
   for (const std::string& file : FilesOrInput(arguments.words)) {
     Attempt(context, [&] {
-      const auto melodies = phones::RepairRtttl(ReadPaste(context, file));
+      const auto melodies = phones::RepairRtttl(phones::FromPasted(ReadWhole(context, file)));
       for (const phones::RepairedMelody& melody : melodies) {
         if (arguments.json) {
           std::string object = "{" + json::JsonMembers({{"fichero", file}}) + ",";

@@ -1,6 +1,7 @@
 #include "json/conversion.h"
 
 #include "core/melody_file.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "json/steps.h"
 #include "json/text.h"
@@ -30,7 +31,8 @@ class FixedAnswer : public phones::SaveFileQuestion {
 
 void LoadMelody(core::RTTTLMelody& melody, std::string_view line) {
   core::InitMelody(melody, "");
-  melody.Text = core::UndoSharpEscape(line);
+  melody.Text = line;
+  core::ReplaceAll(melody.Text, core::kSharpEscape, "#");
 }
 
 phones::Conversion ConvertLoaded(core::RTTTLMelody& melody, std::string_view model,

@@ -14,7 +14,10 @@ struct PhoneChoice {
   friend bool operator==(const PhoneChoice&, const PhoneChoice&) = default;
 };
 
-// Every phone of a make by its number, in the order of the catalogue; formats are no phones.
+// Whether a model text of the catalogue names a format instead of phones.
+bool IsFormatModel(std::string_view model);
+
+// Every phone of a make by its number, in the order of the catalogue.
 std::vector<PhoneChoice> PhonesOfBrand(std::string_view brand);
 
 // The phones, then the formats, of which a word of make or name begins with each word of `typed`

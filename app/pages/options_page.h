@@ -23,6 +23,7 @@ class OptionsPage {
   void phoneSearch_Change();
   void phoneSearch_Enter();  // chooses the first of them
   void modelList_Click();
+  void formatList_Click();
   // What to get for a Nokia.
   void keysChoice_Click();
   void shownChoice_Click();
@@ -38,8 +39,9 @@ class OptionsPage {
   Control nokiaLabel, keysChoice, shownChoice, sendChoice;
   Control exampleLabel, enterLabel;  // an example, and how it gets into the phone
   Control soundLabel, instrumentChoice, beepChoice, trySoundButton;
-  Control Label3, cmbmarcas;    // make
-  Control Label4, cmbformatos;  // model or format; its text is any text
+  Control Label3, cmbmarcas;   // make
+  Control cmbformatos;         // the make's models and formats; its text is any text; not drawn
+  Control Label4, formatList;  // the formats among them
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();
@@ -53,6 +55,7 @@ class OptionsPage {
  private:
   void Choose(std::string_view brand, std::string_view model);
   void ListPhones();
+  void MarkChosen();
 
   SharedState& state_;
   std::vector<phones::PhoneChoice> listed_;  // in modelList

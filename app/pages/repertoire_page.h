@@ -107,7 +107,7 @@ class RepertoirePage {
   void RefreshMarks();
   void ShowNext(const std::function<bool(const DrawnNote&)>& meant);
   FolderState LookAtFolder() const;
-  void SortRows();
+  void ShowNames();
   void FilterRows();
   void SelectName(const std::string& file);
   void Ask(Entry what);

@@ -349,7 +349,7 @@ Picture TypingPage::StepPicture(double width, double height) const {
   const Box head = row(28, 4);
   AddNeighbours(picture, kBefore, guide_, -1, -1, head, unit);
   picture.push_back(Bold(Text(guide_.Position(), head, 18 * unit, Ink::kText, Align::kRight)));
-  picture.push_back(Mono(Bold(Text(GroupWords(*step), row(92, 4), 80 * unit, Ink::kText))));
+  picture.push_back(Mono(Bold(Text(GroupWords(*step), row(92, 4), 86 * unit, Ink::kText))));
   const LitKey lit = LitAt(step->keys, shownMs_);
   AddPresses(picture, *step, lit.press, row(40, 10));
   picture.push_back(Text(step->words, row(28, 2), 20 * unit, Ink::kText));
