@@ -502,7 +502,7 @@ function fillSheet() {
     conversion.pasos.length ? el('div', { className: 'teclas' }, ...conversion.pasos.map((step, index) => el('div', {},
       el('small', { textContent: index + 1 }), el('b', { textContent: step.grupo || '–' }), el('small', { textContent: step.palabras }))))
       : el('pre', { textContent: conversion.resultado }),
-    el('p', { textContent: conversion.avisos.replace(/\r\n/g, ' ') }));
+    el('p', { className: 'lineas', textContent: conversion.avisos.replace(/\r\n/g, '\n') }));
 }
 
 // ---- The start ----------------------------------------------------------------------------------
