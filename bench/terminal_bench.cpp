@@ -15,7 +15,6 @@
 #include <iostream>
 #include <optional>
 #include <random>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -70,18 +69,28 @@ class Sink : public std::streambuf {
   int overflow(int c) override { return c; }
 };
 
+// Reads a text in place.
+class TextBuffer : public std::streambuf {
+ public:
+  explicit TextBuffer(std::string& text) {
+    setg(text.data(), text.data(), text.data() + text.size());
+  }
+};
+
 void Lines(benchmark::State& state) {
+  const auto lines = static_cast<std::size_t>(state.range(0));
   std::string input;
-  for (const std::string& melody : Melodies()) {
-    input += melody;
+  for (std::size_t i = 0; i < lines; ++i) {
+    input += Melodies()[i % kLines];
   }
   Sink sink;
   std::ostream out(&sink);
   for ([[maybe_unused]] auto _ : state) {
-    std::istringstream in(input);
+    TextBuffer buffer(input);
+    std::istream in(&buffer);
     cli::ConvertLines(in, out, kModel, "");
   }
-  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kLines));
+  state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 // The reference for Lines: only the conversions, on one core.
@@ -166,7 +175,12 @@ void WakeUps(benchmark::State& state) {
   std::filesystem::remove(melody.FileName);
 }
 
-BENCHMARK(Lines)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(Lines)
+    ->RangeMultiplier(10)
+    ->Range(1'000, 1'000'000)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(ConversionsAlone)->Unit(benchmark::kMillisecond);
 BENCHMARK(Json<false>)->Name("Json/escaped");
 BENCHMARK(Json<true>)->Name("Json/copied");

@@ -117,7 +117,8 @@ void ForEachMelody(Context& context, const std::vector<std::string>& files,
 
 void LoadMelody(core::RTTTLMelody& melody, std::string_view line) {
   core::InitMelody(melody, "");
-  melody.Text = core::UndoSharpEscape(line);
+  melody.Text = line;
+  core::ReplaceAll(melody.Text, core::kSharpEscape, "#");
 }
 
 bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody) {

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <future>
+#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -22,7 +23,9 @@ namespace {
 using namespace core::literals;
 
 // Size of the batch that one task converts; less when no more input is available yet.
-constexpr std::size_t kBatchBytes = std::size_t{1} << 16;
+constexpr std::size_t kBatchBytes = std::size_t{1} << 15;
+// Output that may wait for an earlier batch, whose task can have lost its core to another program.
+constexpr std::size_t kMaxWaitingBytes = std::size_t{1} << 20;
 
 phones::Conversion TooLong() {
   phones::Conversion conversion;
@@ -89,8 +92,9 @@ std::string_view TakeLine(std::string_view& lines) {
   return line;
 }
 
-// Tasks take batches in turn, convert them in parallel, and write each when the previous one is
-// written.
+// Tasks take batches in turn and convert them in parallel. A task that finishes the next batch to
+// be written also writes those that finished before it; none waits for another's conversion unless
+// it is far ahead.
 class Conversions {
  public:
   Conversions(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
@@ -116,7 +120,7 @@ class Conversions {
         }
         json += "}\n";
       }
-      if (!Write(number, json)) {
+      if (!Finish(number, json)) {
         return;
       }
     }
@@ -147,16 +151,31 @@ class Conversions {
     return ConvertLoaded(melody, model_, row, std::nullopt);
   }
 
-  // Waits for the previous batch. False when writing fails.
-  bool Write(std::size_t number, const std::string& json) {
+  // Writes a batch's output and those that wait for it, or leaves it to the task that writes the
+  // batch before. `json` may have another content afterwards. False when writing fails.
+  bool Finish(std::size_t number, std::string& json) {
     std::unique_lock lock(writing_);
-    changed_.wait(lock, [&] { return stopped_ || written_ == number; });
-    if (!stopped_ && (out_ << json << std::flush)) {
-      ++written_;
-    } else {
-      stopped_ = true;
+    changed_.wait(
+        lock, [&] { return stopped_ || number == written_ || waitingBytes_ < kMaxWaitingBytes; });
+    if (number != written_) {
+      waitingBytes_ += json.size();
+      waiting_.emplace(number, std::exchange(json, {}));
+      return !stopped_;
     }
-    changed_.notify_all();
+    while (!stopped_) {
+      lock.unlock();  // no other task writes: only this one's batch is the next
+      const bool failed = !(out_ << json << std::flush);
+      lock.lock();
+      stopped_ = stopped_ || failed;
+      changed_.notify_all();
+      const auto next = waiting_.find(++written_);
+      if (next == waiting_.end()) {
+        break;
+      }
+      waitingBytes_ -= next->second.size();
+      json.swap(next->second);
+      waiting_.erase(next);
+    }
     return !stopped_;
   }
 
@@ -166,10 +185,14 @@ class Conversions {
     changed_.notify_all();
   }
 
-  std::mutex reading_, writing_;
+  std::mutex reading_;  // guards the next two
   BatchReader reader_;
-  std::size_t taken_ = 0, written_ = 0;  // batches
+  std::size_t taken_ = 0;  // batches
+  std::mutex writing_;     // guards the next five
   std::condition_variable changed_;
+  std::size_t written_ = 0;                     // batches
+  std::map<std::size_t, std::string> waiting_;  // outputs of batches after the next one
+  std::size_t waitingBytes_ = 0;
   bool stopped_ = false;
   std::ostream& out_;
   const std::string model_, row_;
@@ -181,9 +204,8 @@ class Conversions {
 bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
                   bool steps) {
   Conversions conversions(in, out, model, row, steps);
-  // At least two tasks, so that one can convert while another waits for the previous batch's
-  // output.
-  std::vector<std::future<void>> tasks(std::max(2u, std::thread::hardware_concurrency()));
+  // At least one task beside this one, so that one converts while the other waits for input.
+  std::vector<std::future<void>> tasks(std::max(2u, std::thread::hardware_concurrency()) - 1);
   for (std::future<void>& task : tasks) {
     task = std::async(std::launch::async, [&conversions] { conversions.Work(); });
   }
