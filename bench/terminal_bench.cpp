@@ -21,9 +21,9 @@
 #include <vector>
 
 #include "cli/context.h"
-#include "cli/convert_line.h"
-#include "cli/json.h"
 #include "cli/line_stream.h"
+#include "json/conversion.h"
+#include "json/text.h"
 #include "midi/mMidiLibOut.h"
 #include "midi/playback.h"
 #include "platform/sound/fluid_sequencer.h"
@@ -98,8 +98,8 @@ void ConversionsAlone(benchmark::State& state) {
   core::RTTTLMelody melody;
   for ([[maybe_unused]] auto _ : state) {
     for (const std::string& line : Melodies()) {
-      cli::LoadMelody(melody, line);
-      benchmark::DoNotOptimize(cli::ConvertLoaded(melody, kModel, "m", std::nullopt));
+      json::LoadMelody(melody, line);
+      benchmark::DoNotOptimize(json::ConvertLoaded(melody, kModel, "m", std::nullopt));
     }
   }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kLines));
@@ -113,7 +113,7 @@ void Json(benchmark::State& state) {
     for (const std::string& line : Melodies()) {
       json.clear();
       const std::string_view text = std::string_view(line).substr(0, line.size() - 1);
-      kCopied ? static_cast<void>(json.append(text)) : cli::AppendJson(json, text);
+      kCopied ? static_cast<void>(json.append(text)) : json::AppendJson(json, text);
       benchmark::DoNotOptimize(json.data());
       bytes += static_cast<std::int64_t>(text.size());
     }
@@ -150,7 +150,7 @@ void Start(benchmark::State& state, std::vector<const char*> arguments) {
 // server, its client's thread adds about ten per period.
 void WakeUps(benchmark::State& state) {
   core::RTTTLMelody melody;
-  cli::LoadMelody(melody, "x:d=1,o=5,b=60:c,e,g");
+  json::LoadMelody(melody, "x:d=1,o=5,b=60:c,e,g");
   core::ParseRTTTL(melody);
   melody.FileName = InTempFolder("tonadex-bench.mid", midi::MidiFileBytes(melody));
   const auto wakeUps = [] {

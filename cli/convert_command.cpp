@@ -3,13 +3,13 @@
 #include <iterator>
 
 #include "cli/commands.h"
-#include "cli/convert_line.h"
-#include "cli/json.h"
 #include "cli/line_stream.h"
-#include "cli/steps_json.h"
 #include "cli/steps_list.h"
 #include "core/windows1252.h"
 #include "files/write.h"
+#include "json/conversion.h"
+#include "json/steps.h"
+#include "json/text.h"
 #include "phones/catalogue.h"
 #include "phones/formats.h"
 #include "phones/keypads.h"
@@ -125,16 +125,16 @@ void ConvertOne(Context& context, const Arguments& arguments, const MelodyInput&
     file = core::FromUtf8(output);
   }
   const std::string row = arguments.row.empty() ? input.row : core::FromUtf8(arguments.row);
-  LoadMelody(melody, input.line);
-  const auto conversion = ConvertLoaded(melody, model, row, file);
+  json::LoadMelody(melody, input.line);
+  const auto conversion = json::ConvertLoaded(melody, model, row, file);
   Fail(context, CodeOf(conversion.outcome, arguments.allModels));
-  const auto steps = arguments.steps ? StepsOf(conversion, model, melody) : Steps();
+  const auto steps = arguments.steps ? json::StepsOf(conversion, model, melody) : json::Steps();
   if (arguments.json) {
     std::string json =
-        "{" + JsonMembers({{"fichero", input.name}, {"modelo", core::ToUtf8(model)}}) + ",";
-    ConversionJson().Append(json, conversion);
+        "{" + json::JsonMembers({{"fichero", input.name}, {"modelo", core::ToUtf8(model)}}) + ",";
+    json::ConversionJson().Append(json, conversion);
     if (arguments.steps) {
-      AppendStepsJson(json, steps);
+      json::AppendStepsJson(json, steps);
     }
     context.out << json << "}\n";
   } else {

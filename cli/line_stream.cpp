@@ -11,28 +11,16 @@
 #include <utility>
 #include <vector>
 
-#include "cli/context.h"
-#include "cli/convert_line.h"
-#include "cli/steps_json.h"
 #include "core/melody_file.h"
-#include "core/windows1252.h"
+#include "json/conversion.h"
 
 namespace tonadex::cli {
 namespace {
-
-using namespace core::literals;
 
 // Size of the batch that one task converts; less when no more input is available yet.
 constexpr std::size_t kBatchBytes = std::size_t{1} << 15;
 // Output that may wait for an earlier batch, whose task can have lost its core to another program.
 constexpr std::size_t kMaxWaitingBytes = std::size_t{1} << 20;
-
-phones::Conversion TooLong() {
-  phones::Conversion conversion;
-  conversion.messages.push_back(
-      {std::string(u8"La línea pasa de 1 MiB y no puede ser una melodía."_w)});
-  return conversion;
-}
 
 // Splits the input into batches of whole lines.
 class BatchReader {
@@ -103,8 +91,7 @@ class Conversions {
 
   // Converts and writes batches until the input ends or `out` fails.
   void Work() try {
-    core::RTTTLMelody melody;
-    ConversionJson writer;
+    json::LineConverter converter(model_, row_, steps_);
     std::string json;
     while (true) {
       const auto [number, batch] = Take();
@@ -113,12 +100,8 @@ class Conversions {
       }
       json.clear();
       for (std::string_view lines = batch; !lines.empty();) {
-        const phones::Conversion conversion = Convert(melody, TakeLine(lines));
-        writer.Append(json += '{', conversion);
-        if (steps_) {
-          AppendStepsJson(json, StepsOf(conversion, model_, melody));
-        }
-        json += "}\n";
+        converter.Append(json, TakeLine(lines));
+        json += '\n';
       }
       if (!Finish(number, json)) {
         return;
@@ -140,15 +123,6 @@ class Conversions {
   Batch Take() {
     const std::lock_guard lock(reading_);
     return {taken_++, reader_.Next()};
-  }
-
-  phones::Conversion Convert(core::RTTTLMelody& melody, std::string_view bytes) const {
-    if (bytes.size() > core::kMaxLineBytes) {
-      return TooLong();
-    }
-    LoadMelody(melody, core::FromOutside(bytes));
-    const std::string row = row_.empty() ? melody.Text.substr(0, melody.Text.find(':')) : row_;
-    return ConvertLoaded(melody, model_, row, std::nullopt);
   }
 
   // Writes a batch's output and those that wait for it, or leaves it to the task that writes the

@@ -4,12 +4,13 @@
 #include <array>
 
 #include "cli/commands.h"
-#include "cli/json.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/write.h"
+#include "json/melody.h"
+#include "json/text.h"
 #include "midi/mMidiLibOut.h"
 #include "phones/catalogue.h"
 #include "phones/rtttl_check.h"
@@ -24,7 +25,7 @@ constexpr std::string_view kNoMelody = ": no hay ninguna melodía\n";
 }  // namespace
 
 void ListModels(Context& context, const Arguments& arguments) {
-  JsonList list(context.out);
+  json::JsonList list(context.out);
   const std::string wanted = core::ToLower(core::FromUtf8(arguments.brand));
   std::string_view lastBrand;
   for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
@@ -107,29 +108,15 @@ void Check(Context& context, const Arguments& arguments) {
   }
 }
 
-namespace {
-
-// {"fichero":…,"nombre":…,"rtttl":…,"cambios":[…]}
-std::string RepairJson(const std::string& file, const phones::RepairedMelody& melody) {
-  std::string json = "{" + JsonMembers({{"fichero", file},
-                                        {"nombre", core::ToUtf8(melody.name)},
-                                        {"rtttl", core::ToUtf8(melody.text)}});
-  json += R"(,"cambios":[)";
-  for (const std::string& change : melody.changes) {
-    AppendJson(json += json.ends_with('[') ? "" : ",", change);
-  }
-  return json + "]}\n";
-}
-
-}  // namespace
-
 void Repair(Context& context, const Arguments& arguments) {
   for (const std::string& file : FilesOrInput(arguments.words)) {
     Attempt(context, [&] {
       const auto melodies = phones::RepairRtttl(phones::FromPasted(ReadWhole(context, file)));
       for (const phones::RepairedMelody& melody : melodies) {
         if (arguments.json) {
-          context.out << RepairJson(file, melody);
+          std::string object = "{" + json::JsonMembers({{"fichero", file}}) + ",";
+          json::AppendRepair(object, melody);
+          context.out << object << "}\n";
           continue;
         }
         context.out << ForTerminal(melody.text) << '\n';
