@@ -33,7 +33,7 @@ constexpr std::string_view kBeep = "sonido.pitido";
 struct KeptNumber {
   std::string_view name;
   Control F::*control;  // its `value`
-  int lowest, highest;  // other numbers are passed over
+  int lowest, highest;  // numbers outside are ignored
 };
 constexpr auto kNumbers = std::to_array<KeptNumber>({
     {"resultado.letra", &F::textresultado, look::kSmallestType, look::kLargestType},
@@ -71,7 +71,7 @@ std::optional<std::string> Unescaped(std::string_view escaped) {
   return value;
 }
 
-// Numbers parted by blanks; nullopt for anything else.
+// Reads numbers separated by blanks; nullopt for anything else.
 template <std::size_t kCount>
 std::optional<std::array<int, kCount>> Numbers(std::string_view text) {
   std::array<int, kCount> numbers{};
@@ -88,7 +88,7 @@ std::optional<std::array<int, kCount>> Numbers(std::string_view text) {
   return numbers;
 }
 
-// Of two stretches of a line.
+// Length that two intervals share.
 double Overlap(double start, double length, double otherStart, double otherLength) {
   const double end = std::min(start + length, otherStart + otherLength);
   return std::max(end - std::max(start, otherStart), 0.0);
@@ -171,7 +171,7 @@ void SessionState::Restore(Form1& form) {
     }
   }
   Note(form);
-  changed_ = false;  // what was not kept is as at the first start
+  changed_ = false;  // defaults need not be saved
 }
 
 bool SessionState::Note(const Form1& form) {
@@ -199,7 +199,7 @@ bool SessionState::Note(const Form1& form) {
 
 void SessionState::Save() {
   if (std::exchange(changed_, false)) {
-    files::Replace(file_, StateBytes(values_));  // a failure is tried again after the next change
+    files::Replace(file_, StateBytes(values_));  // after a failure the next change tries again
   }
 }
 

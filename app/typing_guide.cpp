@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kDownMs = 350, kUpMs = 200;  // of a short press
 constexpr double kHeldMs = 1000.0 * phones::kHoldSeconds;
-constexpr double kAgainMs = 1200;  // from the last press to the first
+constexpr double kAgainMs = 1200;  // gap before the animation repeats
 
 double DownMs(const phones::KeyPress& press) {
   return press.hold ? kHeldMs : kDownMs;

@@ -55,7 +55,7 @@ constexpr auto kWays = std::to_array<Way>({
     {"midi", kSend},
 });
 
-// One for each number of a row of phones; a format as it is.
+// A row of phones has one choice per number, a format has one.
 std::vector<PhoneChoice> ChoicesOf(const CatalogueRow& row) {
   std::vector<PhoneChoice> choices;
   for (std::string_view rest = row.model; !rest.empty();) {

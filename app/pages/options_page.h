@@ -19,7 +19,7 @@ class OptionsPage {
   void cmbmarcas_Click();
   void FillModelList();
 
-  // Lists in modelList the phones of which words begin as typed, of all makes.
+  // Lists in modelList the phones of all makes that match what is typed.
   void phoneSearch_Change();
   void phoneSearch_Enter();  // chooses the first of them
   void modelList_Click();
@@ -37,7 +37,7 @@ class OptionsPage {
   Control searchLabel, phoneSearch;
   Control modelLabel, modelList;  // phones by their numbers
   Control nokiaLabel, keysChoice, shownChoice, sendChoice;
-  Control exampleLabel, enterLabel;  // an example, and how it gets into the phone
+  Control exampleLabel, enterLabel;  // an example result; how to enter it into the phone
   Control soundLabel, instrumentChoice, beepChoice, trySoundButton;
   Control Label3, cmbmarcas;   // make
   Control cmbformatos;         // the make's models and formats; its text is any text; not drawn
@@ -50,7 +50,7 @@ class OptionsPage {
   void RestoreSavedModel();
   void SaveModel();
   void RefreshOptions();
-  void ChooseVoice(int beep);  // 1: beepChoice's, 0: the instrument
+  void ChooseVoice(int beep);  // 1: beep, 0: instrument
 
  private:
   void Choose(std::string_view brand, std::string_view model);
