@@ -547,9 +547,12 @@ function listen() {
     document.body.classList.remove('suelta');
     openFile(event.dataTransfer.files[0]);
   });
-  document.addEventListener('click', (event) => {
-    const menu = document.querySelector('.menu');
-    if (!menu.contains(event.target)) menu.open = false;
+  const menu = document.querySelector('.menu');
+  document.addEventListener('click', (event) => { if (!menu.contains(event.target)) menu.open = false; });
+  menu.addEventListener('keydown', (event) => {
+    if (event.key !== 'Escape' || !menu.open) return;
+    menu.open = false;
+    menu.firstElementChild.focus();
   });
 }
 
