@@ -37,6 +37,13 @@ double DurationOf(Scanner& in, char key, const Presses& presses) {
   return LengthOf(presses[times]);
 }
 
+// Blanks part the groups: without them other makes' keys would be notes, too.
+void EndGroup(Scanner& in) {
+  if (!in.AtBlank()) {
+    in.Fail();
+  }
+}
+
 Reading ReadSamsungKeys(const Samsung& phone, std::string_view text) {
   Reading reading;
   reading.SetTempo({}, kAssumedTempo);
@@ -45,6 +52,7 @@ Reading ReadSamsungKeys(const Samsung& phone, std::string_view text) {
   while (!in.AtEnd()) {
     if (phone.pauseKey == phone.durationKey ? in.Take('0') : in.Peek() == phone.pauseKey) {
       line.Add(kPause, DurationOf(in, phone.pauseKey, phone.pauses));
+      EndGroup(in);
       continue;
     }
     const std::optional<int> natural = TakeNatural(in);
@@ -59,6 +67,7 @@ Reading ReadSamsungKeys(const Samsung& phone, std::string_view text) {
     const int octave = kSamsungOctave + (eights == 2 ? 0 : eights == 1 ? 2 : 1);
     line.Add(Pitch(*natural + sharp, octave, reading),
              DurationOf(in, phone.durationKey, phone.notes));
+    EndGroup(in);
   }
   return reading;
 }
@@ -85,12 +94,18 @@ Reading ReadNokiaKeys(std::string_view text) {
     const double length = Modified(kWhole / (1 << changed), held ? Modifier::kDotted : Modifier{});
     if (pause) {  // the phone returns to the duration before it
       line.Add(kPause, length);
+      EndGroup(in);
       continue;
     }
     level = changed;
     const int sharp = in.Take('#') ? 1 : 0;
-    octave = (octave + in.Run('*')) % 3;
+    const int stars = in.Run('*');
+    if (stars > 2) {  // the third one would lead back
+      in.Fail();
+    }
+    octave = (octave + stars) % 3;
     line.Add(Pitch(*natural + sharp, kNokiaOctave + octave, reading), length);
+    EndGroup(in);
   }
   return reading;
 }

@@ -88,6 +88,10 @@ char Scanner::Peek() {
   return at_ == text_.size() ? '\0' : text_[at_] == '\0' ? '?' : text_[at_];
 }
 
+bool Scanner::AtBlank() {
+  return AtEnd() || (at_ > 0 && kBlanks.find(text_[at_ - 1]) != std::string_view::npos);
+}
+
 char Scanner::Next() {
   const char c = Peek();
   at_ += c == '\0' ? 0 : 1;

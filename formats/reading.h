@@ -42,6 +42,8 @@ class Scanner {
   explicit Scanner(std::string_view text, std::size_t at = 0) : text_(text), at_(at) {}
 
   bool AtEnd() { return Peek() == '\0'; }
+  // Whether a blank or the end of the text separates what was taken last from what follows.
+  bool AtBlank();
   // NUL at the end; a NUL in the text reads as "?", which no format has.
   char Peek();
   char Next();
