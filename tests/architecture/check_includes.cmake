@@ -16,8 +16,9 @@ set(table
   "midi            pure: formats files core"
   "nokia3210       pure: formats core"
   "phones          pure: nokia3210 midi formats files core"
+  "import          pure: phones nokia3210 midi formats core"
   "net             pure: files core"
-  "app             pure: net phones rtf nokia3210 midi formats files core"
+  "app             pure: net import phones rtf nokia3210 midi formats files core"
   "data                : core"
   "platform/http       : net core"
   "platform/sound      : midi files core"
@@ -27,7 +28,7 @@ set(table
   "terminal            : core"
   "server              : terminal platform/posix platform/win32 net files core"
   "cli                 : terminal server platform/http platform/posix platform/qt platform/sound \
-                         platform/win32 app net phones midi formats files core"
+                         platform/win32 app net import phones midi formats files core"
   "shell/common        : server app net core"
   "shell/qt            : shell/common platform/http platform/posix platform/qt platform/sound app rtf \
                          files core"
