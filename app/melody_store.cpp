@@ -214,9 +214,6 @@ void MelodyStore::Add(std::span<const fs::path> files, Added& added) const {
       added.refused.append(name).append(": ").append(error.what()).append(".").append(core::kCrLf);
       continue;
     }
-    if (opened.kind == import::FileKind::kMidi) {
-      added.midi.push_back(file);
-    }
     for (const import::OpenedMelody& melody : opened.melodies) {
       added.last = Save(StorableMelody(melody.text));
       for (const std::string& remark : melody.remarks) {

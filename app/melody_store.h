@@ -4,7 +4,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 // The user's melody files: saving, changing, deleting. Nothing here replaces or loses a melody.
 // Texts are Windows-1252 with "#" for sharps; file names are texts, too.
@@ -35,7 +34,6 @@ class MelodyStore {
     std::string last;
     std::string refused;  // a line each: the names of files without any, and why
     std::string remarks;  // a line each: what was assumed, mended or left out
-    std::vector<std::filesystem::path> midi;  // not added: the user chooses a voice
   };
   void Add(std::span<const std::filesystem::path> files, Added& added) const;
 
