@@ -225,7 +225,7 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   EXPECT_EQ(menu->actions().size(), 13);
   menu->actions().at(6)->trigger();
   menu->close();
-  EXPECT_EQ(line(1), "Aire 2");
+  EXPECT_EQ(line(0), "Aire 2");
   QTest::keyClick(list, Qt::Key_F2);
   QTest::keyClick(t.Widget("entryBox"), Qt::Key_Escape);
   EXPECT_EQ(QApplication::focusWidget(), list);

@@ -205,7 +205,7 @@ TEST_F(WindowTest, TheRepertoireIsKeptInOrder) {
   Press(VK_F10, {VK_SHIFT});
   ASSERT_NE(WaitForWindow(L"#32768", program->id()), nullptr);
   Press('D');
-  EXPECT_TRUE(marked(1));
+  EXPECT_TRUE(WaitUntil([&] { return SendMessageW(Of(&Form1::List1), LB_GETCOUNT, 0, 0) == 3; }));
   Press(VK_F2);
   ASSERT_TRUE(Shows(&Form1::entryBox));
   Press(VK_ESCAPE);
