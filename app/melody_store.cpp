@@ -211,13 +211,13 @@ void MelodyStore::Add(std::span<const fs::path> files, Added& added) const {
       }
       opened = import::OpenMelodyFile(*bytes, name);
     } catch (const core::RunTimeError& error) {
-      added.refused.append(name).append(": ").append(error.what()).append(".").append(core::kCrLf);
+      added.refused.append(core::kCrLf).append(name).append(": ").append(error.what()).append(".");
       continue;
     }
     for (const import::OpenedMelody& melody : opened.melodies) {
       added.last = Save(StorableMelody(melody.text));
       for (const std::string& remark : melody.remarks) {
-        added.remarks.append(name).append(": ").append(remark).append(core::kCrLf);
+        added.remarks.append(core::kCrLf).append(name).append(": ").append(remark);
       }
     }
   }
