@@ -32,7 +32,7 @@ struct EventHandler {
   Handler handler = nullptr;
 };
 
-// An entry of the menu on a list's selected row; one without a caption parts two groups.
+// An entry of the menu on a list's selected row; one without a caption is a separator.
 struct MenuItem {
   std::string_view caption = {};   // "&" before the mnemonic
   std::string_view shortcut = {};  // "F2"; works while the list has the focus
@@ -57,8 +57,8 @@ struct ControlInfo {
   Tone tone = Tone::kText;
   bool right = false;              // a right-aligned label
   std::int16_t leadsTo = kNoPage;  // the page of a navigation button
-  // Keys that click it while it is shown and enabled, parted by blanks: "Ctrl+1", "Left Backspace".
-  // A text box that has the focus keeps its own, a focused button Space and Return.
+  // Keys that click it while it is shown and enabled, separated by blanks: "Ctrl+1", "Left
+  // Backspace". A text box that has the focus keeps its own, a focused button Space and Return.
   std::string_view shortcut = {};
   Drawing Form1::*drawing = nullptr;     // of a kDrawing,
   std::span<const MenuItem> menu = {};   // of a list

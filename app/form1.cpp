@@ -33,7 +33,6 @@ constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
 constexpr std::string_view kUpdateMark = "actualiza.tdx";
-constexpr std::string_view kStateFile = "estado.ini";
 constexpr std::uint32_t kSaveMs = 1800;  // from a change until it is written
 
 // The mnemonics of the navigation row and of any page must be different.
@@ -252,6 +251,9 @@ void Form1::ocultapagina() {
   for (const auto member : PageControls(paginaactual)) {
     (this->*member).visible = false;
   }
+  if (paginaactual == kOptionsPage) {
+    cmbformatos.visible = false;
+  }
   if (paginaactual == kOptionsPage && formReady_) {
     SaveModel();
   }
@@ -373,6 +375,7 @@ void Form1::cmd906_Click() {
 void Form1::cmdopciones_Click() {
   if (LeaveFor(kOptionsPage)) {
     ShowPage(kOptionsPage);
+    cmbformatos.visible = true;
     RestoreSavedModel();
   }
 }

@@ -14,7 +14,7 @@ struct Arguments {
   std::string file, row, brand, wav, pdf, printer, server, folder;
   std::vector<std::string> words;  // files, search words or melody names
   bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
-       beep = false, intoRepertoire = false;
+       beep = false, instrument = false, intoRepertoire = false;
   const char* const* typed = nullptr;  // the whole command line, terminated by nullptr
 
   bool HasOnePhone() const { return phone.has_value() != model.has_value(); }

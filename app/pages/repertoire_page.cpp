@@ -463,32 +463,19 @@ void RepertoirePage::FillRepertoire() {
       state_.List1.rows.SetLastData(core::FileNumber(formed));
     }
   });
-  SortRows();
+  ShowNames();
 }
 
-// By what is read first, the name; rows of one name as their files are.
-void RepertoirePage::SortRows() {
-  struct Shown {
-    std::string key, text;
-    ListRow row;
-  };
-  const ListRows rows = std::exchange(state_.List1.rows, {});
+void RepertoirePage::ShowNames() {
+  all_ = state_.List1.rows;
   std::map<std::string_view, int> names;
-  for (const ListRow& row : rows) {
+  for (const ListRow& row : all_) {
     ++names[NameIn(row.text)];
   }
-  std::vector<Shown> sorted;
-  for (const ListRow& row : rows) {
-    std::string text = ShownName(row.text, names[NameIn(row.text)] > 1);
-    sorted.push_back({core::Fold(text), std::move(text), row});
-  }
-  std::ranges::stable_sort(sorted, {}, &Shown::key);
   allShown_ = {};
-  for (const Shown& each : sorted) {
-    state_.List1.rows.push_back(each.row);
-    allShown_.push_back({each.text, each.row.itemData});
+  for (const ListRow& row : all_) {
+    allShown_.push_back({ShownName(row.text, names[NameIn(row.text)] > 1), row.itemData});
   }
-  all_ = state_.List1.rows;
   state_.List1.shown = allShown_;
 }
 

@@ -411,7 +411,7 @@ TEST(MainWindow, AClickOnTheMarkedMakeListsItsModelsAnew) {
   t.window.show();
   t.Click("cmdopciones");
   auto* makes = qobject_cast<RowList*>(t.Widget("cmbmarcas"));
-  auto* models = qobject_cast<RowList*>(t.Widget("cmbformatos"));
+  auto* models = qobject_cast<RowList*>(t.Widget("formatList"));
   EXPECT_EQ(models->SelectedRow(), -1);
   EXPECT_EQ(models->currentIndex().data().toString(), "Ladrillo 9000");
   const int rows = models->model()->rowCount();
