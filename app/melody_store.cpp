@@ -203,21 +203,26 @@ std::string MelodyStore::Duplicate(const std::string& file, int semitones) const
 void MelodyStore::Add(std::span<const fs::path> files, Added& added) const {
   for (const fs::path& file : files) {
     const std::string name = files::TextFromPath(file.filename());
-    const auto bytes = files::ReadWhole(file, import::kMostBytes);
+    const auto attempt = [&](const auto& step) {
+      try {
+        step();
+      } catch (const core::RunTimeError& error) {
+        added.refused.append(core::kCrLf).append(name).append(": ").append(error.what());
+        added.refused += '.';
+      }
+    };
     import::OpenedFile opened;
-    try {
+    attempt([&] {
+      const auto bytes = files::ReadWhole(file, import::kMostBytes);
       if (!bytes) {
         Refuse(kUnreadable);
       }
       opened = import::OpenMelodyFile(*bytes, name);
-    } catch (const core::RunTimeError& error) {
-      added.refused.append(name).append(": ").append(error.what()).append(".").append(core::kCrLf);
-      continue;
-    }
+    });
     for (const import::OpenedMelody& melody : opened.melodies) {
-      added.last = Save(StorableMelody(melody.text));
+      attempt([&] { added.last = Save(StorableMelody(melody.text)); });
       for (const std::string& remark : melody.remarks) {
-        added.remarks.append(name).append(": ").append(remark).append(core::kCrLf);
+        added.remarks.append(core::kCrLf).append(name).append(": ").append(remark);
       }
     }
   }

@@ -32,8 +32,8 @@ class MelodyStore {
   // Saves the melodies of files of any format. `last` is the file of the last one saved.
   struct Added {
     std::string last;
-    std::string refused;  // a line each: the names of files without any, and why
-    std::string remarks;  // a line each: what was assumed, mended or left out
+    std::string refused;  // the names of files without any, and why, each behind CR LF
+    std::string remarks;  // likewise: what was assumed, mended or left out
   };
   void Add(std::span<const std::filesystem::path> files, Added& added) const;
 
