@@ -26,8 +26,9 @@ constexpr std::array<std::int16_t, 4> kHiddenAtStart = {kSearchPage, kRepertoire
                                                         kOptionsPage};
 constexpr std::string_view kNotKept = u8"No se ha podido guardar la melodía: "_w;
 constexpr std::string_view kNotOpened = u8"No se ha podido abrir la melodía: "_w;
-constexpr std::string_view kNoMelodyIn = u8"No se ha encontrado ninguna melodía RTTTL en "_w;
-constexpr std::string_view kAddTitle = u8"Añadir melodías RTTTL"_w;
+constexpr std::string_view kNotOpenedFiles = u8"No se ha podido abrir:"_w;
+constexpr std::string_view kOpenedWithRemarks = "Abierto, con estos avisos:";
+constexpr std::string_view kAddTitle = u8"Abrir melodías de cualquier formato"_w;
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
@@ -40,8 +41,7 @@ constexpr ControlInfo Go(std::string_view name, Control F::*member, std::string_
                          std::string_view shortcut) {
   ControlInfo button = Button(Look::kNavigation, name, member, caption, icon, help, click);
   button.leadsTo = page;
-  button.shortcut = shortcut;
-  return button;
+  return WithKeys(button, shortcut);
 }
 
 constexpr auto kRows = std::to_array<ControlInfo>({
@@ -72,13 +72,13 @@ constexpr auto kRows = std::to_array<ControlInfo>({
 });
 
 constexpr auto kPages = std::to_array<Page>({
-    {kSearchPage, &SearchPage::Layout},
+    {kSearchPage, &SearchPage::Layout, nullptr, true},
     {kStartUpPage, &WebPage::Layout},
     {kRepertoirePage, &RepertoirePage::Layout, &RepertoirePage::WideLayout},
     {kInternetPage, &WebPage::Layout},
     {kOptionsPage, &OptionsPage::Layout},
-    {kStartPage, &StartPage::Layout},
-    {kTypingPage, &TypingPage::Layout},
+    {kStartPage, &StartPage::Layout, &StartPage::WideLayout},
+    {kTypingPage, &TypingPage::Layout, &TypingPage::WideLayout},
 });
 
 // "1:05" for 65 seconds.
@@ -144,10 +144,11 @@ Part PageLayout(std::int16_t page, int width) {
 }
 
 Part WindowLayout(Part page) {
-  Part bar = Row({The(&F::cmdinicio), The(&F::cmdbuscar), The(&F::cmdrepertorio), The(&F::cmd906),
-                  The(&F::cmdopciones), Stretch(), The(&F::phoneButton), The(&F::cmdayuda)})
-                 .Gap(look::kFieldGap)
-                 .Margins(look::kGrid, 0, 0);
+  Part bar =
+      Row({The(&F::cmdinicio), The(&F::cmdbuscar), The(&F::cmdrepertorio), The(&F::cmd906),
+           The(&F::cmdopciones), Stretch(), The(&F::phoneButton).Shrinks(), The(&F::cmdayuda)})
+          .Gap(look::kFieldGap)
+          .Margins(look::kGrid, 0, 0);
   bar.frame = Part::Frame::kBar;
   Part banner =
       Row({The(&F::navbanner).Weight(1).Heights(look::kBannerHeight, look::kBannerHeight)})
@@ -284,7 +285,7 @@ void Form1::cmdinicio_Click() {
     ShowPage(kStartPage);
     core::SkipErrors([this] { Converter(); });
     txtmelodiacompo_Change();  // the phone may have changed
-    txtrtttlsube_Change();
+    CheckRtttlBox();
   }
 }
 
@@ -330,12 +331,21 @@ void Form1::saveRtttl_Click() {
   KeepMelody(txtrtttlsube.text);
 }
 
+void Form1::keepNewest_Click() {
+  if (const std::string text = NewestMelody(); !text.empty()) {
+    KeepMelody(text);
+  }
+}
+
 void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
   MelodyStore::Added added;
   Try(kNotKept, [&] { Store().Add(paths, added); });
   ShowInRepertoire(added.last);
+  if (!added.remarks.empty()) {
+    core::MsgBox(std::string(kOpenedWithRemarks) + added.remarks, core::Icon::kInformation);
+  }
   if (!added.refused.empty()) {
-    core::MsgBox(std::string(kNoMelodyIn) + added.refused + ".", core::Icon::kExclamation);
+    core::MsgBox(std::string(kNotOpenedFiles) + added.refused, core::Icon::kExclamation);
   }
 }
 
@@ -438,6 +448,8 @@ void Form1::List1_DblClick() {
 void Form1::Refresh() {
   // The guide is part of the repertoire.
   const std::int16_t shown = paginaactual == kTypingPage ? kRepertoirePage : paginaactual;
+  const auto page = std::ranges::find(kPages, paginaactual, &Page::number);
+  navbanner.hasRoom = page != kPages.end() && page->banner;
   for (const ControlInfo& info : Rows()) {
     (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == shown;
   }

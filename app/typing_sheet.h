@@ -17,8 +17,8 @@ inline constexpr double kLeastKeyPoints =
     18;  // minimum font size of groups that fit the page's width
 
 struct TypingSheet {
-  std::string title;  // "PequeñaSerenata, para Nokia"
-  const phones::Keypad& keypad;
+  std::string title;             // "PequeñaSerenata, para Nokia"
+  const phones::Keypad* keypad;  // nullptr for none
   std::span<const phones::TypingStep> steps;
   const Drawing& drawing;
 };

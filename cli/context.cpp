@@ -105,6 +105,19 @@ MelodyInput ReadMelody(Context& context, const std::string& file) {
   return {file, line, RowOf(ArgumentPath(file), line)};
 }
 
+std::string ReadAll(Context& context, const std::string& file, std::size_t most) {
+  std::ifstream opened;
+  std::istream& input = OpenInput(context, file, opened);
+  std::string bytes(most + 1, '\0');
+  input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(input.gcount()));
+  if (bytes.size() > most) {
+    throw Failure{ExitCode::kNotConverted,
+                  file + ": pasa de " + std::to_string(most >> 20) + " MiB"};
+  }
+  return bytes;
+}
+
 std::vector<std::string> FilesOrInput(const std::vector<std::string>& files) {
   return files.empty() ? std::vector<std::string>{"-"} : files;
 }

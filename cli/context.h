@@ -76,6 +76,9 @@ struct MelodyInput {
 // Throws Failure, also for a line of more than core::kMaxLineBytes.
 MelodyInput ReadMelody(Context& context, const std::string& file);
 
+// The whole input. Throws Failure, also for one of more than `most` bytes.
+std::string ReadAll(Context& context, const std::string& file, std::size_t most);
+
 // The files, or "-" (standard input) when none is named.
 std::vector<std::string> FilesOrInput(const std::vector<std::string>& files);
 

@@ -52,21 +52,6 @@ void ListModels(Context& context, const Arguments& arguments) {
 
 namespace {
 
-std::string ReadWhole(Context& context, const std::string& file) {
-  std::ifstream opened;
-  std::istream& input = OpenInput(context, file, opened);
-  std::array<char, std::size_t{1} << 16> piece;
-  std::string bytes;
-  do {
-    input.read(piece.data(), piece.size());
-    bytes.append(piece.data(), static_cast<std::size_t>(input.gcount()));
-  } while (input && bytes.size() <= kLongestPaste);
-  if (bytes.size() > kLongestPaste) {
-    throw Failure{ExitCode::kNotConverted, file + ": pasa de 16 MiB"};
-  }
-  return bytes;
-}
-
 // The first line and those that continue it: up to a blank line or another melody.
 std::string_view FirstMelody(std::string_view text) {
   std::ptrdiff_t colons = 0;
@@ -90,7 +75,7 @@ std::string_view FirstMelody(std::string_view text) {
 void Check(Context& context, const Arguments& arguments) {
   for (const std::string& file : FilesOrInput(arguments.words)) {
     Attempt(context, [&] {
-      const std::string text = core::FromOutside(ReadWhole(context, file));
+      const std::string text = core::FromOutside(ReadAll(context, file, kLongestPaste));
       const phones::MelodyCheck check =
           phones::CheckRtttl(core::UndoSharpEscape(FirstMelody(text)));
       if (check.verdict == phones::Verdict::kGood) {
@@ -111,7 +96,8 @@ void Check(Context& context, const Arguments& arguments) {
 void Repair(Context& context, const Arguments& arguments) {
   for (const std::string& file : FilesOrInput(arguments.words)) {
     Attempt(context, [&] {
-      const auto melodies = phones::RepairRtttl(phones::FromPasted(ReadWhole(context, file)));
+      const auto melodies =
+          phones::RepairRtttl(phones::FromPasted(ReadAll(context, file, kLongestPaste)));
       for (const phones::RepairedMelody& melody : melodies) {
         if (arguments.json) {
           std::string object = "{" + json::JsonMembers({{"fichero", file}}) + ",";

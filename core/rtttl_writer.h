@@ -23,7 +23,9 @@ struct PlainMelody {
 };
 
 // "name:d=8,o=5,b=120:c,8p,…" with the default duration and octave that make the text shortest.
-// Colons and line ends in the name become blanks, because the first colon ends a name.
+// Colons and line ends in the name become blanks, because the first colon ends a name; a blank name
+// becomes "melodía", because a melody without a name is not read. Items are written as the parser
+// reads them: the dot before the octave.
 std::string RtttlText(const PlainMelody& melody);
 
 }  // namespace tonadex::core

@@ -15,7 +15,7 @@ test_packages=(
   "${test_libraries[@]}"
   xvfb xauth xdotool xclip
   cups cups-client cups-filters poppler-utils
-  timidity procps
+  timidity gammu procps
   python3-jsonschema python3-selenium chromium chromium-driver
 )
 windows_packages=(

@@ -16,8 +16,9 @@ set(table
   "midi            pure: formats files core"
   "nokia3210       pure: formats core"
   "phones          pure: nokia3210 midi formats files core"
+  "import          pure: phones nokia3210 midi formats core"
   "net             pure: files core"
-  "app             pure: net phones rtf nokia3210 midi formats files core"
+  "app             pure: net import phones rtf nokia3210 midi formats files core"
   "json                : app phones core"
   "data                : core"
   "platform/http       : net core"
@@ -29,7 +30,7 @@ set(table
   "server              : terminal json platform/posix platform/win32 net phones midi formats files \
                          core"
   "cli                 : terminal server json platform/http platform/posix platform/qt platform/sound \
-                         platform/win32 app net phones midi formats files core"
+                         platform/win32 app net import phones midi formats files core"
   "shell/common        : server app net core"
   "shell/qt            : shell/common platform/http platform/posix platform/qt platform/sound app rtf \
                          files core"

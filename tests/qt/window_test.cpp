@@ -187,11 +187,15 @@ TEST(QtFileDialogs, AskWhereToSaveAnyPath) {
   QTimer::singleShot(0, qApp, [file] {
     auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
     ASSERT_NE(dialog, nullptr);
+    dialog->selectNameFilter("Otro (*.txt)");
     dialog->selectFile(file);
     QMetaObject::invokeMethod(dialog, "accept");
   });
-  EXPECT_EQ(shell::QtFileDialogs(hooks).AskSaveAs("Guardar", "a.txt", "Texto (*.txt)"),
-            folder / u8"曲.txt");
+  const std::array<std::string, 2> kinds = {"Texto (*.txt)", "Otro (*.txt)"};
+  const auto choice = shell::QtFileDialogs(hooks).AskSaveAs("Guardar", "a.txt", kinds);
+  ASSERT_TRUE(choice);
+  EXPECT_EQ(choice->file, folder / u8"曲.txt");
+  EXPECT_EQ(choice->kind, 1u);
 }
 
 // By keyboard, menu and mouse; melodies come and go, and an old result is told as one.
@@ -225,7 +229,10 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   EXPECT_EQ(menu->actions().size(), 13);
   menu->actions().at(6)->trigger();
   menu->close();
-  EXPECT_EQ(line(1), "Aire 2");
+  EXPECT_EQ(line(0), "Aire 2");
+  QTest::keyClick(list, Qt::Key_F2);
+  QTest::keyClick(t.Widget("entryBox"), Qt::Key_Escape);
+  EXPECT_EQ(QApplication::focusWidget(), list);
   QTest::keyClick(list, Qt::Key_F2);
   EXPECT_EQ(QApplication::focusWidget(), t.Widget("entryBox"));
   QTest::keyClicks(t.Widget("entryBox"), "Zambra");
@@ -255,6 +262,19 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   EXPECT_EQ(list->currentIndex().data(), "Nueva");
   EXPECT_EQ(list->Rows().size(), 4U);
   EXPECT_EQ(t.test.boxes.messages.size(), 0U);
+}
+
+TEST(MainWindow, TheServersNewestMelodiesHaveButtonsOnTheirRows) {
+  TestWindow t;
+  t.test.http.replies = {"Aire (aire.20)498Vals (vals.20)498", "Vals:d=4,o=5,b=60:c"};
+  t.window.show();
+  t.Click("cmdinicio");
+  auto* list = qobject_cast<RowList*>(t.Widget("newsList"));
+  ASSERT_TRUE(QTest::qWaitFor([list] { return list->Rows().size() == 2; }));
+  const QRect row = list->visualRect(list->model()->index(1, 0));
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->ButtonPlace(row, 0).center());
+  EXPECT_EQ(t.test.program.gMelody.Name, "Vals");
+  EXPECT_EQ(t.test.sequencer.commands.back(), "close mR2M");
 }
 
 TEST(MainWindow, ARowWhoseFileIsGoneIsReportedAndEndsTheProgram) {

@@ -28,6 +28,8 @@ class MainWindow : public QWidget {
   void PrepareBrowser() const;
   // Runs Form_Load and draws; call before show().
   void Load();
+  // Adds melody files to the repertoire; none is no change.
+  void Open(const std::vector<std::filesystem::path>& files);
 
   app::Form1& Form() { return form_; }
   const Binding& Bound() const { return binding_; }
@@ -58,7 +60,7 @@ class MainWindow : public QWidget {
   void FollowMelody();
   void FocusPage();
   void Focus(QWidget* widget);
-  bool GoToList(class QKeyEvent* event);
+  bool GoToList(const QObject* line, class QKeyEvent* event);
   bool FilterTempoKey(class QKeyEvent* event);
   bool FilterTempoText(class QInputMethodEvent* event);
   void TypeTempo(const QString& typed);
