@@ -139,7 +139,7 @@ function take({ melodias }, where) {
 
 const openFile = tried(async (file) => {
   if (file) {
-    take(await askJson('importar', await file.arrayBuffer(), undefined, 'application/octet-stream'), file.name);
+    take(await askJson('importar' + query({ fichero: file.name }), await file.arrayBuffer(), undefined, 'application/octet-stream'), file.name);
   }
 });
 
@@ -374,16 +374,16 @@ const safeName = () => ($('nombre').textContent || 'melodia').replace(/[\\/:*?"<
 
 async function listFormats() {
   const { formatos } = await askJson('formatos');
-  $('formatos').replaceChildren(...formatos.map(({ formato, nombre }) => el('li', {}, el('button', {
-    type: 'button', textContent: `${nombre} (.${formato})`,
+  $('formatos').replaceChildren(...formatos.map(({ formato, nombre, extension, limites }) => el('li', {}, el('button', {
+    type: 'button',
     onclick: tried(async () => {
       const reply = await ask('fichero' + query({ formato }), rtttl);
       const href = URL.createObjectURL(await reply.blob());
-      el('a', { href, download: safeName() + '.' + formato }).click();
+      el('a', { href, download: safeName() + '.' + extension }).click();
       setTimeout(() => URL.revokeObjectURL(href), 1000);
       document.querySelector('.menu').open = false;
     }),
-  }))));
+  }, `${nombre} (.${extension})`, el('small', { textContent: limites })))));
 }
 
 // ---- Sharing ------------------------------------------------------------------------------------
