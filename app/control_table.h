@@ -32,7 +32,7 @@ struct EventHandler {
   Handler handler = nullptr;
 };
 
-// An entry of the menu on a list's selected row; one without a caption parts two groups.
+// An entry of the menu on a list's selected row; one without a caption is a separator.
 struct MenuItem {
   std::string_view caption = {};   // "&" before the mnemonic
   std::string_view shortcut = {};  // "F2"; works while the list has the focus
@@ -58,8 +58,8 @@ struct ControlInfo {
   Tone tone = Tone::kText;
   bool right = false;              // a right-aligned label
   std::int16_t leadsTo = kNoPage;  // the page of a navigation button
-  // Keys that click it while it is shown and enabled, parted by blanks: "Ctrl+1", "Left Backspace".
-  // A text box that has the focus keeps its own, a focused button Space and Return.
+  // Keys that click it while it is shown and enabled, separated by blanks: "Ctrl+1", "Left
+  // Backspace". A text box that has the focus keeps its own, a focused button Space and Return.
   std::string_view shortcut = {};
   Control Form1::*below = nullptr;       // of a line: the list that the Down key leads to
   Drawing Form1::*drawing = nullptr;     // of a kDrawing,
@@ -97,6 +97,15 @@ constexpr ControlInfo Label(std::string_view name, Control Form1::*member, std::
 constexpr ControlInfo Words(std::string_view name, Control Form1::*member, std::string_view caption,
                             Font font = Font::kBody, Tone tone = Tone::kText, bool right = false) {
   return {name, member, Look::kLabel, caption, "", {}, {}, {}, {}, nullptr, font, tone, right};
+}
+
+// The button of a page that opens melody files.
+constexpr ControlInfo Open(std::string_view name, Control Form1::*member, std::string_view caption,
+                           Handler click) {
+  ControlInfo button =
+      Button(Look::kButton, name, member, caption, "", words::kOpenHelp, click, words::kOpenHelp);
+  button.shortcut = "Ctrl+O";
+  return button;
 }
 
 constexpr ControlInfo View(std::string_view name, Control Form1::*member, Drawing Form1::*drawing,

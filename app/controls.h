@@ -84,4 +84,8 @@ struct Control {
   void SetText(std::string_view newText);
 };
 
+// The content of a text box (UTF-8) as the model holds it: the characters that Windows-1252 lacks
+// are replaced by those meant, "♯" by "#".
+std::string TextOfBox(std::string_view utf8);
+
 }  // namespace tonadex::app

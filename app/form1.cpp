@@ -26,13 +26,13 @@ constexpr std::array<std::int16_t, 4> kHiddenAtStart = {kSearchPage, kRepertoire
                                                         kOptionsPage};
 constexpr std::string_view kNotKept = u8"No se ha podido guardar la melodía: "_w;
 constexpr std::string_view kNotOpened = u8"No se ha podido abrir la melodía: "_w;
-constexpr std::string_view kNoMelodyIn = u8"No se ha encontrado ninguna melodía RTTTL en "_w;
-constexpr std::string_view kAddTitle = u8"Añadir melodías RTTTL"_w;
+constexpr std::string_view kNotOpenedFiles = u8"No se ha podido abrir:"_w;
+constexpr std::string_view kOpenedWithRemarks = "Abierto, con estos avisos:";
+constexpr std::string_view kAddTitle = u8"Abrir melodías de cualquier formato"_w;
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
 constexpr std::string_view kUpdateMark = "actualiza.tdx";
-constexpr std::string_view kStateFile = "estado.ini";
 constexpr std::uint32_t kSaveMs = 1800;  // from a change until it is written
 
 // The mnemonics of the navigation row and of any page must be different.
@@ -251,6 +251,9 @@ void Form1::ocultapagina() {
   for (const auto member : PageControls(paginaactual)) {
     (this->*member).visible = false;
   }
+  if (paginaactual == kOptionsPage) {
+    cmbformatos.visible = false;
+  }
   if (paginaactual == kOptionsPage && formReady_) {
     SaveModel();
   }
@@ -338,8 +341,11 @@ void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
   MelodyStore::Added added;
   Try(kNotKept, [&] { Store().Add(paths, added); });
   ShowInRepertoire(added.last);
+  if (!added.remarks.empty()) {
+    core::MsgBox(std::string(kOpenedWithRemarks) + added.remarks, core::Icon::kInformation);
+  }
   if (!added.refused.empty()) {
-    core::MsgBox(std::string(kNoMelodyIn) + added.refused + ".", core::Icon::kExclamation);
+    core::MsgBox(std::string(kNotOpenedFiles) + added.refused, core::Icon::kExclamation);
   }
 }
 
@@ -375,6 +381,7 @@ void Form1::cmd906_Click() {
 void Form1::cmdopciones_Click() {
   if (LeaveFor(kOptionsPage)) {
     ShowPage(kOptionsPage);
+    cmbformatos.visible = true;
     RestoreSavedModel();
   }
 }

@@ -10,9 +10,9 @@
 #include "files/paths.h"
 #include "files/read.h"
 #include "files/write.h"
+#include "import/open_melody.h"
 #include "net/file_name.h"
 #include "net/upload.h"
-#include "phones/rtttl_check.h"
 #include "phones/transpose.h"
 
 namespace tonadex::app {
@@ -21,6 +21,8 @@ namespace {
 namespace fs = std::filesystem;
 using namespace core::literals;
 
+constexpr std::size_t kLongestName = 60;
+constexpr std::string_view kNameless = "melodia";
 constexpr std::size_t kLongestText = 99'999;  // a file's number has five digits
 
 constexpr std::string_view kNoMelody = u8"no es una melodía RTTTL"_w;
@@ -32,6 +34,7 @@ constexpr std::string_view kNotSaved =
     u8"no se puede escribir en la carpeta de melodías: quizá el disco esté lleno o protegido"_w;
 constexpr std::string_view kNotBinned =
     u8"no se puede llevar a la papelera: quizá el disco esté lleno o protegido"_w;
+constexpr std::string_view kUnreadable = "no se puede leer o pasa de 16 MiB";
 constexpr std::string_view kNotRead = "el fichero ya no se puede leer";
 
 [[noreturn]] void Refuse(std::string_view why,
@@ -48,15 +51,15 @@ bool IsMelody(std::string_view text) {
   return name != text.npos && text.find(':', name + 1) != text.npos;
 }
 
-// As a file holds it: of two names for a sharp the one that a server's files have, and UTF-8, which
-// nobody takes for anything else.
+// The content of a melody's file: sharps escaped as in a server's files, in UTF-8, whose detection
+// on reading is reliable.
 std::string Stored(std::string_view text) {
   std::string line(text);
   core::ReplaceAll(line, "#", core::kSharpEscape);
   return core::ToUtf8(line) + std::string(core::kCrLf);
 }
 
-// The melody's name as the stem of a file.
+// The file name's stem for a melody's name.
 std::string Stem(std::string_view name) {
   std::string stem(core::Trim(name));
   for (char& c : stem) {
@@ -65,7 +68,7 @@ std::string Stem(std::string_view name) {
   return stem;
 }
 
-// The file's name for this text. A row of the repertoire must lead back to it.
+// The file name for a melody, checked: its row in the repertoire must lead back to the file.
 std::string FileNameFor(std::string_view text) {
   const std::string_view name = NameOf(text);
   if (!IsMelody(text)) {
@@ -90,7 +93,7 @@ std::string FileNameFor(std::string_view text) {
   return file;
 }
 
-// Full stops would cut the name in the list.
+// The list shows a name only up to its first full stop.
 std::string WithoutStopsInName(std::string_view text) {
   std::string name(NameOf(text));
   std::erase(name, '.');
@@ -105,6 +108,13 @@ std::string NameIn(const std::optional<fs::path>& made, std::string_view failure
 }
 
 }  // namespace
+
+std::string StorableMelody(std::string_view text) {
+  std::string name(NameOf(text).substr(0, kLongestName));
+  std::erase_if(name, [](char c) { return c == '.' || c == '(' || c == ')'; });
+  name = core::Trim(name);
+  return (name.empty() ? std::string(kNameless) : name).append(text.substr(NameOf(text).size()));
+}
 
 MelodyStore::MelodyStore(fs::path melodies, fs::path bin)
     : melodies_(std::move(melodies)), bin_(std::move(bin)) {}
@@ -150,7 +160,7 @@ std::string MelodyStore::Rename(const std::string& file, std::string_view name) 
   const fs::path from = melodies_ / files::PathFromText(file);
   const fs::path to = melodies_ / files::PathFromText(FileNameFor(renamed));
   std::error_code ignored;
-  if (fs::equivalent(from, to, ignored)) {  // where upper and lower case are one, too
+  if (fs::equivalent(from, to, ignored)) {  // the same file, also on file systems that ignore case
     if (!files::Replace(from, Stored(renamed))) {
       Refuse(kNotSaved, core::ErrorNumber::kDeviceFailure);
     }
@@ -178,7 +188,7 @@ std::string MelodyStore::Duplicate(const std::string& file, int semitones) const
   if (semitones != 0) {
     return Save(name + (semitones > 0 ? "+" : "") + std::to_string(semitones) + notes);
   }
-  // The first number that no melody of these notes has.
+  // The first number for which there is no such file yet.
   const auto taken = [this](const std::string& copy) {
     std::error_code ignored;
     return fs::exists(melodies_ / files::PathFromText(FileNameFor(copy)), ignored);
@@ -192,22 +202,28 @@ std::string MelodyStore::Duplicate(const std::string& file, int semitones) const
 
 void MelodyStore::Add(std::span<const fs::path> files, Added& added) const {
   for (const fs::path& file : files) {
-    const auto bytes = files::ReadWhole(file, core::kMaxLineBytes);
-    const std::string all = core::FromOutside(bytes.value_or(""));
-    bool found = false;
-    for (std::size_t at = 0; at < all.size();) {
-      const std::size_t end = std::min(all.find_first_of(core::kCrLf, at), all.size());
-      const std::string line = core::UndoSharpEscape(all.substr(at, end - at));
-      at = end + 1;
-      const std::string melody = WithoutStopsInName(core::Trim(line));
-      if (phones::CheckRtttl(melody).notes > 0 && core::SkipErrors([&] { FileNameFor(melody); })) {
-        added.last = Save(melody);
-        found = true;
+    const std::string name = files::TextFromPath(file.filename());
+    const auto attempt = [&](const auto& step) {
+      try {
+        step();
+      } catch (const core::RunTimeError& error) {
+        added.refused.append(core::kCrLf).append(name).append(": ").append(error.what());
+        added.refused += '.';
       }
-    }
-    if (!found) {
-      added.refused.append(added.refused.empty() ? "" : ", ") +=
-          files::TextFromPath(file.filename());
+    };
+    import::OpenedFile opened;
+    attempt([&] {
+      const auto bytes = files::ReadWhole(file, import::kMostBytes);
+      if (!bytes) {
+        Refuse(kUnreadable);
+      }
+      opened = import::OpenMelodyFile(*bytes, name);
+    });
+    for (const import::OpenedMelody& melody : opened.melodies) {
+      attempt([&] { added.last = Save(StorableMelody(melody.text)); });
+      for (const std::string& remark : melody.remarks) {
+        added.remarks.append(core::kCrLf).append(name).append(": ").append(remark);
+      }
     }
   }
 }

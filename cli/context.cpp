@@ -9,6 +9,7 @@
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
+#include "json/conversion.h"
 
 namespace tonadex::cli {
 namespace {
@@ -104,6 +105,19 @@ MelodyInput ReadMelody(Context& context, const std::string& file) {
   return {file, line, RowOf(ArgumentPath(file), line)};
 }
 
+std::string ReadAll(Context& context, const std::string& file, std::size_t most) {
+  std::ifstream opened;
+  std::istream& input = OpenInput(context, file, opened);
+  std::string bytes(most + 1, '\0');
+  input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(input.gcount()));
+  if (bytes.size() > most) {
+    throw Failure{ExitCode::kNotConverted,
+                  file + ": pasa de " + std::to_string(most >> 20) + " MiB"};
+  }
+  return bytes;
+}
+
 std::vector<std::string> FilesOrInput(const std::vector<std::string>& files) {
   return files.empty() ? std::vector<std::string>{"-"} : files;
 }
@@ -115,15 +129,10 @@ void ForEachMelody(Context& context, const std::vector<std::string>& files,
   }
 }
 
-void LoadMelody(core::RTTTLMelody& melody, std::string_view line) {
-  core::InitMelody(melody, "");
-  melody.Text = core::UndoSharpEscape(line);
-}
-
 bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody) {
   core::RecordingMessages messages;
   const core::ScopedMessageSink scope(messages);
-  LoadMelody(melody, input.line);
+  json::LoadMelody(melody, input.line);
   bool parsed = false;
   try {
     parsed = core::ParseOrReport(melody);

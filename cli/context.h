@@ -76,15 +76,15 @@ struct MelodyInput {
 // Throws Failure, also for a line of more than core::kMaxLineBytes.
 MelodyInput ReadMelody(Context& context, const std::string& file);
 
+// The whole input. Throws Failure, also for one of more than `most` bytes.
+std::string ReadAll(Context& context, const std::string& file, std::size_t most);
+
 // The files, or "-" (standard input) when none is named.
 std::vector<std::string> FilesOrInput(const std::vector<std::string>& files);
 
 // Reads each file (or standard input) and calls `work`; a Failure concerns that file only.
 void ForEachMelody(Context& context, const std::vector<std::string>& files,
                    const std::function<void(const MelodyInput&)>& work);
-
-// Resets the record and sets its text to the line, sharps restored.
-void LoadMelody(core::RTTTLMelody& melody, std::string_view line);
 
 // Loads and parses the melody. On an error writes messages after the input's name, raises the exit
 // code and returns false; the notes that were read are in `melody`.

@@ -1,7 +1,9 @@
 #include "app/pages/options_page.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/form1.h"
@@ -47,8 +49,10 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Search(),
     Label("modelLabel", &F::modelLabel, "Mod&elo", &F::modelList),
     Row(Look::kList, "modelList", &F::modelList, "Modelo", {Event::kClick, &F::modelList_Click}),
-    Label("Label4", &F::Label4, "O&tros formatos", &F::cmbformatos),
-    Row(Look::kList, "cmbformatos", &F::cmbformatos, "Modelo o formato"),
+    Label("Label4", &F::Label4, "O&tros formatos", &F::formatList),
+    Row(Look::kList, "formatList", &F::formatList, "Otros formatos",
+        {Event::kClick, &F::formatList_Click}),
+    Row(Look::kStorage, "cmbformatos", &F::cmbformatos),
     Words("nokiaLabel", &F::nokiaLabel, "Para tu Nokia quiero:"),
     Button(Look::kChoice, "keysChoice", &F::keysChoice, "Las teclas que &pulso", "",
            u8"Pulsaciones: las teclas del compositor, una por una"_w, &F::keysChoice_Click),
@@ -86,7 +90,7 @@ Part OptionsPage::Layout() {
                     The(&F::phoneSearch).Widths(kSearchWidth, kSearchWidth)})
                    .Wraps(),
                Row({list(&F::Label3, &F::cmbmarcas, 2), list(&F::modelLabel, &F::modelList, 2),
-                    list(&F::Label4, &F::cmbformatos, 3)})
+                    list(&F::Label4, &F::formatList, 3)})
                    .Gap(kPageMargin)
                    .Weight(1),
                Column({The(&F::nokiaLabel), Row({The(&F::keysChoice), The(&F::shownChoice),
@@ -135,6 +139,28 @@ void OptionsPage::RefreshOptions() {
   beepChoice.checked = beepChoice.value != 0;
   instrumentChoice.checked = !beepChoice.checked;
   modelList.invitation = phoneSearch.text.empty() ? kNoNumbers : kNothingFound;
+  MarkChosen();
+}
+
+// Marks the chosen model in the list that has it. Of a row with several numbers the one that was
+// clicked stays marked, and else the first.
+void OptionsPage::MarkChosen() {
+  const std::string& model = cmbformatos.text;
+  ListRows formats;
+  for (const ListRow& row : cmbformatos.rows) {
+    if (phones::IsFormatModel(row.text)) {
+      formats.push_back(row);
+    }
+  }
+  formatList.rows = std::move(formats);
+  const bool phone = phones::FindModel(model) != nullptr && !phones::IsFormatModel(model);
+  formatList.SetText(phone ? "" : model);
+  const auto has = [&model](const phones::PhoneChoice& choice) { return choice.model == model; };
+  const auto marked = static_cast<std::size_t>(modelList.listIndex);
+  if (modelList.listIndex < 0 || marked >= listed_.size() || !has(listed_[marked])) {
+    const auto first = std::ranges::find_if(listed_, has);
+    modelList.Select(static_cast<int>(first - listed_.begin()));
+  }
 }
 
 void OptionsPage::ListPhones() {
@@ -171,6 +197,10 @@ void OptionsPage::modelList_Click() {
     const phones::PhoneChoice& phone = listed_[static_cast<std::size_t>(index)];
     Choose(phone.brand, phone.model);
   }
+}
+
+void OptionsPage::formatList_Click() {
+  cmbformatos.SetText(formatList.text);
 }
 
 void OptionsPage::keysChoice_Click() {

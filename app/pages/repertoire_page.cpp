@@ -13,7 +13,7 @@
 #include "app/form1.h"
 #include "app/layout.h"
 #include "app/print_sheet.h"
-#include "app/result_file_name.h"
+#include "app/save_melody.h"
 #include "app/words.h"
 #include "core/error_words.h"
 #include "core/melody_file.h"
@@ -104,8 +104,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     WithKeys(Button(Look::kButton, "cancelEntryButton", &F::cancelEntryButton, "Cancelar", "",
                     "Dejarlo como estaba (Esc)", &F::cancelEntryButton_Click),
              "Esc"),
-    Button(Look::kButton, "addButton", &F::addButton, u8"Aña&dir…"_w, "",
-           u8"Copiar melodías RTTTL de otros ficheros a tu repertorio"_w, &F::addButton_Click),
+    Open("addButton", &F::addButton, u8"&Abrir…"_w, &F::addButton_Click),
     Button(Look::kButton, "undoDeleteButton", &F::undoDeleteButton, "Des&hacer", "",
            u8"Recuperar la melodía borrada"_w, &F::undoDeleteButton_Click),
     Row(Look::kTimer, "folderTimer", &F::folderTimer, "", {Event::kTick, &F::MelodyFolderChanged}),
@@ -353,8 +352,8 @@ void RepertoirePage::RefreshRepertoire() {
   Textavisos.visible = here && !folded_;
   foldButton.tone = Tone::kMuted;
   foldButton.caption = folded_ ? words::kUnfold : words::kFold;
-  copyButton.enabled = saveAsButton.enabled =
-      !stale && !textresultado.text.empty() && !phones::SavesFile(resultModel_);
+  copyButton.enabled = !stale && !textresultado.text.empty() && !phones::SavesFile(resultModel_);
+  saveAsButton.enabled = selected && !line_.empty();
   teclearButton.enabled = teclearButton.checked =
       !stale && !textresultado.text.empty() && phones::FindKeypad(resultModel_) != nullptr;
   picconvertir.checked = !teclearButton.checked;
@@ -431,11 +430,7 @@ void RepertoirePage::copiedTimer_Timer() {
 }
 
 void RepertoirePage::saveAsButton_Click() {
-  const auto file = state_.program.services.fileDialogs.AskSaveAs(
-      words::kSaveAs, SuggestedFileName(resultRow_, resultModel_), words::kFilterText);
-  if (file && !core::SkipErrors([&] { files::WriteBytes(*file, textresultado.text); })) {
-    core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
-  }
+  SaveMelodyAs(state_.program.services.fileDialogs, line_, state_.program.gPhoneModel);
 }
 
 void RepertoirePage::sizeSlider_Change() {
@@ -471,32 +466,19 @@ void RepertoirePage::FillRepertoire() {
       state_.List1.rows.SetLastData(core::FileNumber(formed));
     }
   });
-  SortRows();
+  ShowNames();
 }
 
-// By what is read first, the name; rows of one name as their files are.
-void RepertoirePage::SortRows() {
-  struct Shown {
-    std::string key, text;
-    ListRow row;
-  };
-  const ListRows rows = std::exchange(state_.List1.rows, {});
+void RepertoirePage::ShowNames() {
+  all_ = state_.List1.rows;
   std::map<std::string_view, int> names;
-  for (const ListRow& row : rows) {
+  for (const ListRow& row : all_) {
     ++names[NameIn(row.text)];
   }
-  std::vector<Shown> sorted;
-  for (const ListRow& row : rows) {
-    std::string text = ShownName(row.text, names[NameIn(row.text)] > 1);
-    sorted.push_back({core::Fold(text), std::move(text), row});
-  }
-  std::ranges::stable_sort(sorted, {}, &Shown::key);
   allShown_ = {};
-  for (const Shown& each : sorted) {
-    state_.List1.rows.push_back(each.row);
-    allShown_.push_back({each.text, each.row.itemData});
+  for (const ListRow& row : all_) {
+    allShown_.push_back({ShownName(row.text, names[NameIn(row.text)] > 1), row.itemData});
   }
-  all_ = state_.List1.rows;
   state_.List1.shown = allShown_;
 }
 

@@ -144,6 +144,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Words("newsTitle", &F::newsTitle, kNewest, Font::kTitle),
     Newest(),
     Row(Look::kTimer, "newsTimer", &F::newsTimer, "", {Event::kTick, &F::newsTimer_Timer}),
+    Open("openButton", &F::openButton, u8"Abrir &fichero…"_w, &F::addButton_Click),
     Row(Look::kStorage, "rtf", &F::rtf),
 });
 
@@ -203,7 +204,7 @@ Part Arranged(bool wide) {
           .Wraps(),
   });
   Part rtttl = Card({
-      The(&F::lbltitulortttl),
+      Row({The(&F::lbltitulortttl).Weight(1), The(&F::openButton)}),
       notes(&F::labelformatortttl, &F::txtrtttlsube),
       Row({The(&F::rtttlCheckLabel).Weight(1), The(&F::repairButton), The(&F::undoRepairButton)}),
       The(&F::repairLabel),

@@ -9,6 +9,7 @@
 #include "app/layout.h"
 #include "app/pdf.h"
 #include "app/result_file_name.h"
+#include "app/save_melody.h"
 #include "app/typing_sheet.h"
 #include "app/words.h"
 #include "core/message_box.h"
@@ -31,7 +32,7 @@ constexpr int kWidestGuide = 2 * look::kMeasure - 8 * look::kGrid;
 constexpr std::uint32_t kTickMs = 50;
 constexpr int kLeastSeconds = 1, kMostSeconds = 10;
 constexpr std::string_view kGoOn = u8"Avan&zar solo"_w, kStop = "Parar (&Z)";
-constexpr std::size_t kLongWord = 11;  // on a key: more letters would be too small
+constexpr std::size_t kLongWord = 11;  // longer words on a key take two lines
 constexpr std::string_view kNoKeys = "ninguna tecla";
 constexpr std::string_view kSeen = "En la pantalla debe verse: ";
 constexpr std::string_view kPdfFilter = "PDF (*.pdf)";
@@ -102,10 +103,10 @@ std::string GroupWords(const phones::TypingStep& step) {
   return step.group.empty() ? std::string(kNoKeys) : step.group;
 }
 
-// The presses of a group as small keys in a row, the one that is shown just now in the accent.
+// Adds the presses of a group as a row of small keys; `lit` is in the accent colour.
 void AddPresses(Picture& picture, const phones::TypingStep& step, const phones::KeyPress* lit,
                 const Box& place) {
-  constexpr double kKey = 0.9, kWords = 0.24, kGap = 0.4;  // of the row's height
+  constexpr double kKey = 0.9, kWords = 0.24, kGap = 0.4;  // as fractions of the row's height
   const auto width = [](const phones::KeyPress& press) {
     const auto letters = static_cast<double>(phones::PressWords(press).size());
     return kKey + (letters > 0 ? kWords * (letters + 1) : 0);
@@ -130,7 +131,7 @@ void AddPresses(Picture& picture, const phones::TypingStep& step, const phones::
   }
 }
 
-// "Antes" or "Después" and the groups beside it, small.
+// Adds "Antes" or "Después" and the neighbouring groups in small type.
 void AddNeighbours(Picture& picture, std::string_view words, const TypingGuide& guide, int first,
                    int last, const Box& row, double unit) {
   const double label = 76 * unit, gap = 8 * unit;
@@ -155,7 +156,7 @@ struct KeyFace {
   Ink ground, edge, ink, faint;
 };
 
-// One key of the keypad with its letters, what it does, and how to press it now.
+// Adds a key of the keypad: its signs, its function and how to press it now.
 void AddKey(Picture& picture, const phones::KeypadKey& key, const Box& box, const KeyFace& face,
             std::string_view press) {
   const double pad = box.height * 0.1, radius = box.height * 0.16;
@@ -175,7 +176,7 @@ void AddKey(Picture& picture, const phones::KeypadKey& key, const Box& box, cons
                   {upper.x + label * 0.8, upper.y, upper.width - label * 0.8, upper.height},
                   box.height * 0.3, face.ink, Align::kRight)));
   }
-  // What it does, in two lines where it is two things: "corchea, re, mi, fa".
+  // A long function takes two lines, split at its first comma: "corchea" / "re, mi, fa".
   const std::size_t comma = key.word.size() > kLongWord ? key.word.find(", ") : key.word.npos;
   const std::string_view second = comma == key.word.npos ? "" : key.word.substr(comma + 2);
   const double size = std::min(18.0, box.height * (second.empty() ? 0.24 : 0.2));
@@ -359,13 +360,14 @@ void TypingPage::ChangePace(int seconds) {
 // ---- The sheet ----------------------------------------------------------------------------------
 
 void TypingPage::saveSheet_Click() {
-  const auto file = state_.program.services.fileDialogs.AskSaveAs(
-      words::kSaveAs, FileStem(row_) + ".pdf", kPdfFilter);
-  if (!file) {
+  auto choice = state_.program.services.fileDialogs.AskSaveAs(
+      words::kSaveAs, FileStem(row_) + ".pdf", std::array{std::string(kPdfFilter)});
+  if (!choice) {
     return;
   }
-  if (core::SkipErrors([&] { files::WriteBytes(*file, PdfFile(Sheet())); })) {
-    saved_ = *file;
+  choice->file += ExtensionOf(choice->file).empty() ? ".pdf" : "";
+  if (core::SkipErrors([&] { files::WriteBytes(choice->file, PdfFile(Sheet())); })) {
+    saved_ = choice->file;
   } else {
     core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
   }
@@ -384,7 +386,7 @@ void TypingPage::showSheet_Click() {
 }
 
 Paper TypingPage::Sheet() const {
-  return LayOutTypingSheet({guideTitle.caption, *guide_.keypad(), guide_.steps(), guideDrawing});
+  return LayOutTypingSheet({guideTitle.caption, guide_.keypad(), guide_.steps(), guideDrawing});
 }
 
 // ---- The pictures -------------------------------------------------------------------------------
@@ -395,7 +397,7 @@ Picture TypingPage::StepPicture(double width, double height) const {
   if (step == nullptr) {
     return picture;
   }
-  constexpr double kRowsHigh = 330;  // of all rows below, at their smallest
+  constexpr double kRowsHigh = 330;  // sum of the rows and gaps below
   const double unit = std::clamp(height / kRowsHigh, 0.75, 2.0);
   const double pad = 16 * unit, inner = width - 2 * pad;
   double y = std::max(0.0, (height - kRowsHigh * unit) / 2) + 14 * unit;
@@ -407,7 +409,7 @@ Picture TypingPage::StepPicture(double width, double height) const {
   const Box head = row(28, 4);
   AddNeighbours(picture, kBefore, guide_, -1, -1, head, unit);
   picture.push_back(Bold(Text(guide_.Position(), head, 18 * unit, Ink::kText, Align::kRight)));
-  picture.push_back(Mono(Bold(Text(GroupWords(*step), row(92, 4), 80 * unit, Ink::kText))));
+  picture.push_back(Mono(Bold(Text(GroupWords(*step), row(92, 4), 86 * unit, Ink::kText))));
   const LitKey lit = LitAt(step->keys, shownMs_);
   AddPresses(picture, *step, lit.press, row(40, 10));
   picture.push_back(Text(step->words, row(28, 2), 20 * unit, Ink::kText));
@@ -431,7 +433,8 @@ Picture TypingPage::KeypadPicture(double width, double height) const {
   if (step == nullptr) {
     return picture;
   }
-  constexpr double kGap = 8, kPad = 14, kMostShape = 0.8;  // of a key's height by its width
+  constexpr double kGap = 8, kPad = 14,
+                   kMostShape = 0.8;  // maximum height of a key, as a fraction of its width
   const phones::Keypad& pad = *guide_.keypad();
   const double display = step->display.empty() ? 0 : 56;
   const double keyWidth = (width - 2 * kPad - (pad.columns - 1) * kGap) / pad.columns;

@@ -208,7 +208,7 @@ void DrawContent(BoundControl& bound, const Control& control, const app::Form1& 
 void CopyText(HWND window, Control& control) {
   const std::wstring text = WindowText(window);
   if (text != platform::ToWideLines(control.text)) {
-    control.text = platform::FromWide(text);
+    control.text = app::TextOfBox(platform::Utf8FromWide(text));
   }
 }
 

@@ -89,7 +89,8 @@ TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
         placed.insert(each.part->control);
       }
       for (const ControlInfo& info : Controls()) {
-        const bool shown = (form.*info.member).Shows() && info.look != Look::kTimer;
+        const bool shown = (form.*info.member).Shows() && info.look != Look::kTimer &&
+                           info.look != Look::kStorage;
         EXPECT_EQ(placed.contains(info.member), shown) << info.name;
       }
     }
@@ -99,7 +100,7 @@ TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
 TEST_F(LayoutTest, RoomIsSharedByWeightWithinTheLimits) {
   Enter(kOptionsPage);
   const auto places = PlaceIn(1600, 1000);
-  const Rect makes = Of(&Form1::cmbmarcas, places), models = Of(&Form1::cmbformatos, places);
+  const Rect makes = Of(&Form1::cmbmarcas, places), models = Of(&Form1::formatList, places);
   EXPECT_NEAR(makes.left, 1600 - models.left - models.width, 2) << "the card is in the middle";
   EXPECT_NEAR(models.width * 2, makes.width * 3, 6);
   EXPECT_EQ(makes.height, models.height);

@@ -84,7 +84,7 @@ TEST_F(TypingPageTest, TheKeypadLightsKeyAfterKey) {
 // Everything lies within its picture in the smallest window and in a large one, and the group is
 // large enough for someone who sits half a metre away.
 TEST_F(TypingPageTest, ThePicturesHoldAllOfEveryStep) {
-  constexpr double kLarge = 60;
+  constexpr double kLarge = 64;
   for (const std::string model : {" Pulsaciones", " Pulsaciones tipo 1", " Pulsaciones tipo 2",
                                   " Motorola Pulsaciones Tipo 1"}) {
     Teclear("c,d.,8e6,16p,f#7,2g", model);

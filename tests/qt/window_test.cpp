@@ -187,11 +187,15 @@ TEST(QtFileDialogs, AskWhereToSaveAnyPath) {
   QTimer::singleShot(0, qApp, [file] {
     auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
     ASSERT_NE(dialog, nullptr);
+    dialog->selectNameFilter("Otro (*.txt)");
     dialog->selectFile(file);
     QMetaObject::invokeMethod(dialog, "accept");
   });
-  EXPECT_EQ(shell::QtFileDialogs(hooks).AskSaveAs("Guardar", "a.txt", "Texto (*.txt)"),
-            folder / u8"曲.txt");
+  const std::array<std::string, 2> kinds = {"Texto (*.txt)", "Otro (*.txt)"};
+  const auto choice = shell::QtFileDialogs(hooks).AskSaveAs("Guardar", "a.txt", kinds);
+  ASSERT_TRUE(choice);
+  EXPECT_EQ(choice->file, folder / u8"曲.txt");
+  EXPECT_EQ(choice->kind, 1u);
 }
 
 // By keyboard, menu and mouse; melodies come and go, and an old result is told as one.
@@ -225,7 +229,7 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   EXPECT_EQ(menu->actions().size(), 13);
   menu->actions().at(6)->trigger();
   menu->close();
-  EXPECT_EQ(line(1), "Aire 2");
+  EXPECT_EQ(line(0), "Aire 2");
   QTest::keyClick(list, Qt::Key_F2);
   QTest::keyClick(t.Widget("entryBox"), Qt::Key_Escape);
   EXPECT_EQ(QApplication::focusWidget(), list);
@@ -423,7 +427,7 @@ TEST(MainWindow, AClickOnTheMarkedMakeListsItsModelsAnew) {
   t.window.show();
   t.Click("cmdopciones");
   auto* makes = qobject_cast<RowList*>(t.Widget("cmbmarcas"));
-  auto* models = qobject_cast<RowList*>(t.Widget("cmbformatos"));
+  auto* models = qobject_cast<RowList*>(t.Widget("formatList"));
   EXPECT_EQ(models->SelectedRow(), -1);
   EXPECT_EQ(models->currentIndex().data().toString(), "Ladrillo 9000");
   const int rows = models->model()->rowCount();

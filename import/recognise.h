@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string_view>
+
+namespace tonadex::import {
+
+enum class FileKind {
+  kUnknown,
+  kRtttl,  // any text in which melodies can be found
+  kComposer,
+  kEMelody,
+  kIMelody,
+  kIMelodyKeys,
+  kMotorolaSms,
+  kTriumMdy,
+  kKws,
+  kOtt,
+  kSckl,
+  kKeys,  // key presses of some make
+  kMidi,
+};
+
+// What the bytes are, whatever the file's name: kUnknown for an empty file and for bytes that are
+// neither text nor of a known format. Text is UTF-8 or Windows-1252. Never throws.
+FileKind RecogniseFile(std::string_view bytes);
+
+// "iMelody", "texto del compositor de Nokia". Windows-1252; "" for kUnknown.
+std::string_view KindName(FileKind kind);
+
+}  // namespace tonadex::import

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+// Reader of Standard MIDI Files, formats 0, 1 and 2, also inside a RIFF file (.rmi). Texts are
+// Windows-1252.
+namespace tonadex::midi {
+
+// Longer files are refused. A note takes at least three bytes of its file and twelve in memory, so
+// a file read takes at most four times its size, and the file itself.
+inline constexpr std::size_t kMaxSmfBytes = std::size_t{8} << 20;
+
+inline constexpr std::uint8_t kNoProgram = 255;
+inline constexpr std::size_t kChannels = 16;
+
+// Times are in ticks from the beginning of the track.
+struct SmfNote {
+  std::uint32_t start = 0, end = 0;
+  std::uint8_t key = 0;      // 0 to 127, 60 is middle c
+  std::uint8_t channel = 0;  // 0 to 15
+  std::uint8_t velocity = 0;
+
+  friend bool operator==(const SmfNote&, const SmfNote&) = default;
+};
+
+struct SmfTempo {
+  std::uint32_t tick = 0;
+  std::uint32_t microseconds = 500000;  // per quarter note, never 0
+};
+
+struct SmfMeter {
+  std::uint32_t tick = 0;
+  int numerator = 4, denominator = 4;  // 1 to 255; 1 to 64
+};
+
+struct SmfTrack {
+  std::string name;            // of the track, else of its instrument; at most 60 characters
+  std::vector<SmfNote> notes;  // in the order in which they begin
+  std::vector<SmfTempo> tempos;
+  std::vector<SmfMeter> meters;
+  // The General MIDI program, 0 to 127, that a channel has at its first note; kNoProgram when the
+  // track sets none.
+  std::array<std::uint8_t, kChannels> programs{};
+  bool hasLyrics = false;
+};
+
+struct SmfFile {
+  int format = 0;
+  // Ticks per quarter note. A file in SMPTE time knows no quarter notes: here they last half a
+  // second, or a whole one where the half is no whole number of ticks.
+  std::uint32_t division = 0;
+  bool smpteTime = false;
+  std::vector<SmfTrack> tracks;
+};
+
+enum class SmfProblem {
+  kTooLong,    // more than kMaxSmfBytes
+  kNoMidi,     // something else than a MIDI file
+  kHeader,     // values of the header that the format does not know
+  kCut,        // the file, a track or an event ends too early
+  kEvent,      // bytes that are no event
+  kTrackTime,  // a track that lasts more than 2^31 ticks
+};
+
+struct SmfFault {
+  SmfProblem problem = SmfProblem::kNoMidi;
+  std::size_t byte = 0;   // where, counted from 0
+  std::size_t track = 0;  // counted from 1; 0 outside the tracks
+  std::string sentence;   // says all this in Spanish, without a full stop
+};
+
+// Reads the whole file. Sysex and meta events without meaning for the notes are skipped, as are
+// unknown chunks, bytes after the last track and those after the end of a track. A note that is
+// struck again while it sounds ends there; one that is never released ends with its track.
+std::variant<SmfFile, SmfFault> ReadSmf(std::string_view bytes);
+
+// The tempo and the meter changes that hold for a track, in the order of their times: those of all
+// tracks, or in a file of format 2 its own.
+std::vector<SmfTempo> TemposFor(const SmfFile& file, std::size_t track);
+std::vector<SmfMeter> MetersFor(const SmfFile& file, std::size_t track);
+
+}  // namespace tonadex::midi

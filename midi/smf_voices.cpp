@@ -1,0 +1,180 @@
+#include "midi/smf_voices.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string_view>
+
+#include "core/text.h"
+#include "midi/gm_instruments.h"
+
+namespace tonadex::midi {
+namespace {
+
+constexpr std::size_t kDrumChannel = 9;
+
+// Words in track names, folded, and what they say about a voice being the tune.
+struct Hint {
+  std::string_view word;
+  double worth;
+};
+constexpr auto kHints = std::to_array<Hint>({
+    {"melod", 3},    {"lead", 2},   {"vocal", 2},   {"voice", 2},   {"voz", 2},    {"vox", 2},
+    {"canto", 2},    {"tune", 2},   {"solo", 1},    {"soprano", 1}, {"right", 1},  {"derecha", 1},
+    {"bass", -3},    {"bajo", -3},  {"drum", -3},   {"perc", -3},   {"bater", -3}, {"acomp", -2},
+    {"accomp", -2},  {"chord", -2}, {"acorde", -2}, {"left", -1},   {"izq", -1},   {"pad", -2},
+    {"rhythm", -2},  {"ritmo", -2}, {"string", -1}, {"cuerda", -1}, {"back", -1},  {"harmon", -1},
+    {"armonia", -1},
+});
+
+// Families of General MIDI programs that seldom have the tune; each holds eight.
+constexpr double FamilyWorth(std::uint8_t program) {
+  switch (program / 8) {
+    case 4:  // basses
+      return -2;
+    case 5:   // bowed strings, harp, timpani
+    case 6:   // ensembles
+    case 11:  // pads
+    case 12:  // effects
+    case 14:  // percussion
+      return -0.5;
+    case 15:  // sounds
+      return -2;
+    default:
+      return 0;
+  }
+}
+
+double NameWorth(std::string_view name) {
+  const std::string folded = core::Fold(name);
+  double worth = 0;
+  for (const Hint& hint : kHints) {
+    worth += core::Contains(folded, hint.word) ? hint.worth : 0;
+  }
+  return worth;
+}
+
+// The part of the notes that begin when the one before them has ended, or nearly.
+double MonophonicPart(std::span<const SmfNote> notes) {
+  std::size_t alone = 0;
+  std::uint32_t silentFrom = 0;
+  for (const SmfNote& note : notes) {
+    alone += silentFrom <= note.start + (note.end - note.start) / 2 ? 1 : 0;
+    silentFrom = std::max(silentFrom, note.end);
+  }
+  return static_cast<double>(alone) / static_cast<double>(notes.size());
+}
+
+double MeanKey(std::span<const SmfNote> notes) {
+  double sum = 0;
+  for (const SmfNote& note : notes) {
+    sum += note.key;
+  }
+  return sum / static_cast<double>(notes.size());
+}
+
+using Programs = std::array<std::uint8_t, kChannels>;
+
+// The programs that any track sets: some files keep them in a track of their own.
+Programs ProgramsOf(const SmfFile& file) {
+  Programs programs;
+  programs.fill(kNoProgram);
+  for (const SmfTrack& track : file.tracks) {
+    for (std::size_t channel = 0; channel < kChannels && file.format != 2; ++channel) {
+      programs[channel] =
+          programs[channel] == kNoProgram ? track.programs[channel] : programs[channel];
+    }
+  }
+  return programs;
+}
+
+// How much speaks for a voice being the tune: what its track is called, lyrics, notes one by one,
+// high ones, about as many as the file's busiest voice has.
+double TuneWorth(const SmfFile& file, const SmfVoice& voice, std::size_t mostNotes) {
+  const std::vector<SmfNote> notes = NotesOf(file, voice);
+  const double share = static_cast<double>(notes.size()) / static_cast<double>(mostNotes);
+  return NameWorth(voice.name) + (file.tracks[voice.track].hasLyrics ? 2 : 0) +
+         2 * MonophonicPart(notes) + std::clamp((MeanKey(notes) - 48) / 18, -1.0, 2.0) +
+         2 * std::min(3 * share, 1.0) +
+         (voice.program == kNoProgram ? 0 : FamilyWorth(voice.program));
+}
+
+void GuessTune(const SmfFile& file, std::vector<SmfVoice>& voices) {
+  SmfVoice* best = nullptr;
+  double most = 0;
+  std::size_t mostNotes = 1;
+  for (const SmfVoice& voice : voices) {
+    mostNotes = voice.drums ? mostNotes : std::max(mostNotes, voice.notes);
+  }
+  for (SmfVoice& voice : voices) {
+    const double worth = voice.drums ? 0 : TuneWorth(file, voice, mostNotes);
+    if (!voice.drums && (best == nullptr || worth > most)) {
+      best = &voice;
+      most = worth;
+    }
+  }
+  if (best != nullptr) {
+    best->tune = true;
+  }
+}
+
+}  // namespace
+
+std::vector<SmfVoice> VoicesOf(const SmfFile& file) {
+  const Programs anywhere = ProgramsOf(file);
+  std::vector<SmfVoice> voices;
+  for (std::size_t track = 0; track < file.tracks.size(); ++track) {
+    std::array<SmfVoice, kChannels> channels;
+    for (const SmfNote& note : file.tracks[track].notes) {
+      SmfVoice& voice = channels[note.channel];
+      voice.lowest = voice.notes == 0 ? note.key : std::min<int>(voice.lowest, note.key);
+      voice.highest = std::max<int>(voice.highest, note.key);
+      ++voice.notes;
+    }
+    for (std::size_t channel = 0; channel < kChannels; ++channel) {
+      SmfVoice& voice = channels[channel];
+      if (voice.notes == 0) {
+        continue;
+      }
+      voice.track = track;
+      voice.channel = channel;
+      voice.name = file.tracks[track].name;
+      voice.drums = channel == kDrumChannel;
+      const std::uint8_t own = file.tracks[track].programs[channel];
+      voice.program = own == kNoProgram ? anywhere[channel] : own;
+      voice.instrument = voice.drums                   ? u8"Batería"_w
+                         : voice.program == kNoProgram ? std::string_view()
+                                                       : kInstruments[voice.program];
+      voices.push_back(std::move(voice));
+    }
+  }
+  GuessTune(file, voices);
+  return voices;
+}
+
+std::vector<SmfNote> NotesOf(const SmfFile& file, const SmfVoice& voice) {
+  std::vector<SmfNote> notes;
+  std::ranges::copy_if(file.tracks[voice.track].notes, std::back_inserter(notes),
+                       [&](const SmfNote& note) { return note.channel == voice.channel; });
+  std::ranges::stable_sort(notes, [](const SmfNote& a, const SmfNote& b) {
+    return a.start != b.start ? a.start < b.start : a.key > b.key;
+  });
+  return notes;
+}
+
+std::string KeyText(int key) {
+  constexpr std::array<std::string_view, 12> kPitches = {"c",  "c#", "d",  "d#", "e",  "f",
+                                                         "f#", "g",  "g#", "a",  "a#", "b"};
+  return std::string(kPitches.at(static_cast<std::size_t>(key % 12))) + std::to_string(key / 12);
+}
+
+std::string VoiceText(const SmfVoice& voice) {
+  std::string text =
+      "Pista " + std::to_string(voice.track + 1) + ", canal " + std::to_string(voice.channel + 1);
+  text += voice.name.empty() ? "" : ": " + voice.name;
+  text += voice.instrument.empty() ? "" : " (" + voice.instrument + ")";
+  text += ", " + std::to_string(voice.notes) + (voice.notes == 1 ? " nota" : " notas");
+  return text + ", de " + KeyText(voice.lowest) + " a " + KeyText(voice.highest);
+}
+
+}  // namespace tonadex::midi

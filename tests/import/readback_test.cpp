@@ -1,0 +1,323 @@
+// What is written reads back to the same notes, lengths and pauses, or to what the format can hold.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "core/rtttl_writer.h"
+#include "core/windows1252.h"
+#include "formats/kws.h"
+#include "formats/octave_range.h"
+#include "formats/pitch.h"
+#include "formats/smart_messaging.h"
+#include "import/open_melody.h"
+#include "phones/conversion.h"
+#include "tests/core/test_melody.h"
+#include "tests/import/melodies.h"
+
+namespace tonadex::import {
+namespace {
+
+// In sixty-fourths of a whole note, by the six durations: plain, dotted.
+using Lengths = std::array<std::array<int, 6>, 2>;
+constexpr Lengths kExact = {{{64, 32, 16, 8, 4, 2}, {96, 48, 24, 12, 6, 3}}};
+constexpr Lengths Undotted(std::array<int, 6> plain) {
+  return {plain, plain};
+}
+constexpr Lengths kPlain = Undotted(kExact[0]);
+constexpr Lengths kIMelodyPauses = {{{16, 16, 12, 8, 4, 4}, {24, 20, 16, 10, 6, 6}}};
+
+// The octave that is read for one that was written, of a melody with this base octave.
+using OctaveRule = int (*)(int octave, int base);
+int Same(int octave, int) {
+  return octave;
+}
+int Three(int octave, int base) {
+  return 5 + (octave > base) + (octave > base + 1);
+}
+int ThreeFrom4(int octave, int base) {
+  return 4 + (octave > base) + (octave > base + 1);
+}
+int Four(int octave, int base) {
+  return 5 + std::clamp(octave, base, base + 3) - base;
+}
+int Keys4(int octave, int base) {
+  return octave >= base + 3 ? base + 3 : Four(octave, base);
+}
+int Above(int octave, int base) {
+  return octave > base ? 6 : 5;
+}
+int AboveFive(int octave, int) {
+  return octave > 5 ? 6 : 5;
+}
+int Three5(int octave, int) {
+  return std::clamp(octave, 5, 7);
+}
+int From4To7(int octave, int) {
+  return std::clamp(octave, 4, 7);
+}
+
+class NoFile : public phones::SaveFileQuestion {
+ public:
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override { return {}; }
+};
+
+std::string ForModel(const std::string& model, const std::string& rtttl) {
+  core::RTTTLMelody melody = test::MelodyOf(rtttl);
+  NoFile none;
+  return phones::ConvertSelectedMelody(melody, model, "x", none).page.value().result;
+}
+
+std::string Ott(const std::string& rtttl) {
+  std::string warnings;
+  return formats::OttBytes(test::ParsedMelody(rtttl), warnings);
+}
+
+std::string Kws(const std::string& rtttl) {
+  std::string warnings;
+  return formats::KwsBytes(test::ParsedMelody(rtttl), warnings).value();
+}
+
+struct Format {
+  std::string_view name;  // of its model, or its function
+  FileKind kind;
+  Lengths notes, pauses;
+  OctaveRule octave = Same;
+  int baseIfNone = 0;  // the writer's octave when the melody gives none
+  int tempo = 0;       // at which lengths are exact; 0 for any
+  bool keepsTempo = false;
+  std::size_t nameHeld = 0;  // letters
+  Lengths rests = {};        // behind a note
+  std::size_t notesHeld = 10'000;
+  bool sharpOnDotted = true;
+};
+
+// All that a format can hold of a melody is here.
+const Format kFormats[] = {
+    {.name = " RTTTL (cable)",
+     .kind = FileKind::kRtttl,
+     .notes = kExact,
+     .pauses = kExact,
+     .keepsTempo = true,
+     .nameHeld = 100},
+    {.name = " RTTTL (cable-Tempo125)",
+     .kind = FileKind::kRtttl,
+     .notes = kExact,
+     .pauses = kExact,
+     .tempo = 125,
+     .keepsTempo = true,
+     .nameHeld = 100},
+    {.name = " Compositor",
+     .kind = FileKind::kComposer,
+     .notes = kExact,
+     .pauses = kExact,
+     .octave = Three},
+    {.name = " Pulsaciones",
+     .kind = FileKind::kKeys,
+     .notes = kExact,
+     .pauses = kPlain,
+     .octave = Three},
+    {.name = " EMelody",
+     .kind = FileKind::kEMelody,
+     .notes = Undotted({16, 16, 16, 8, 8, 8}),
+     .pauses = Undotted({16, 16, 16, 8, 8, 8}),
+     .octave = Above},
+    {.name = " IMelody",
+     .kind = FileKind::kIMelody,
+     .notes = kExact,
+     .pauses = kIMelodyPauses,
+     .octave = Four,
+     .keepsTempo = true,
+     .nameHeld = 100},
+    {.name = " Pulsaciones tipo 1",
+     .kind = FileKind::kKeys,
+     .notes = Undotted({64, 32, 16, 8, 4, 4}),
+     .pauses = Undotted({64, 32, 16, 8, 4, 4}),
+     .octave = ThreeFrom4,
+     .baseIfNone = 4,
+     .rests = {{{}, {32, 16, 8, 4, 4, 4}}}},
+    {.name = " Pulsaciones tipo 2",
+     .kind = FileKind::kKeys,
+     .notes = Undotted({64, 32, 16, 8, 4, 4}),
+     .pauses = Undotted({32, 32, 16, 8, 4, 4}),
+     .octave = ThreeFrom4,
+     .baseIfNone = 4},
+    {.name = " Motorola por SMS",
+     .kind = FileKind::kMotorolaSms,
+     .notes = kPlain,
+     .pauses = kPlain,
+     .octave = Three5,
+     .notesHeld = 35},
+    {.name = " Motorola Pulsaciones Tipo 1",
+     .kind = FileKind::kKeys,
+     .notes = Undotted({32, 32, 16, 16, 4, 4}),
+     .pauses = Undotted({32, 32, 16, 16, 4, 4}),
+     .octave = Three,
+     .baseIfNone = 5},
+    {.name = " Motorola iMelody",
+     .kind = FileKind::kIMelodyKeys,
+     .notes = kExact,
+     .pauses = kIMelodyPauses,
+     .octave = Keys4,
+     .baseIfNone = 5,
+     .tempo = 125,
+     .sharpOnDotted = false},
+    {.name = "MDY (cable)",
+     .kind = FileKind::kTriumMdy,
+     .notes = kExact,
+     .pauses = kExact,
+     .octave = AboveFive,
+     .tempo = 100,
+     .keepsTempo = true,
+     .nameHeld = 100},
+    {.name = "ott",
+     .kind = FileKind::kOtt,
+     .notes = kExact,
+     .pauses = kExact,
+     .octave = From4To7,
+     .tempo = 112,
+     .keepsTempo = true,
+     .nameHeld = 15},
+    {.name = "sckl",
+     .kind = FileKind::kSckl,
+     .notes = kExact,
+     .pauses = kExact,
+     .octave = From4To7,
+     .tempo = 112,
+     .keepsTempo = true,
+     .nameHeld = 15},
+};
+
+std::string Written(const Format& format, const std::string& rtttl) {
+  return format.name == "ott"    ? Ott(rtttl)
+         : format.name == "sckl" ? formats::ScklText(Ott(rtttl))
+                                 : ForModel(std::string(format.name), rtttl);
+}
+
+struct Sound {
+  int pitch = -1;  // in semitones; -1 for a pause
+  int length = 0;  // sixty-fourths
+
+  friend bool operator==(const Sound&, const Sound&) = default;
+};
+
+void PrintTo(const Sound& sound, std::ostream* out) {
+  *out << sound.pitch << '/' << sound.length;
+}
+
+// With one pause instead of several.
+void Append(std::vector<Sound>& sounds, Sound sound) {
+  if (sound.pitch < 0 && !sounds.empty() && sounds.back().pitch < 0) {
+    sounds.back().length += sound.length;
+  } else if (sound.length > 0) {
+    sounds.push_back(sound);
+  }
+}
+
+std::vector<Sound> Held(const Format& format, core::RTTTLMelody melody) {
+  const int found = formats::AutoOctave(melody, formats::kRangeSpan);
+  const int base = found == 0 ? format.baseIfNone : found;
+  std::vector<Sound> sounds;
+  for (const core::NoteCodes& note :
+       melody.Notes.Codes().first(std::min(format.notesHeld, melody.Notes.Codes().size()))) {
+    const std::size_t dotted = note.dotted ? 1 : 0;
+    if (core::IsPause(note)) {
+      Append(sounds, {-1, format.pauses[dotted][note.length]});
+      continue;
+    }
+    const bool natural = note.dotted && note.IsSharp() && !format.sharpOnDotted && note.length > 0;
+    Append(sounds, {formats::SemitoneOf(note) - natural + 12 * format.octave(note.octave, base),
+                    format.notes[dotted][note.length]});
+    Append(sounds, {-1, format.rests[dotted][note.length]});
+  }
+  return sounds;
+}
+
+std::vector<Sound> Sounds(const std::string& rtttl) {
+  static const Format kAll = {
+      .name = "", .kind = FileKind::kRtttl, .notes = kExact, .pauses = kExact};
+  return Held(kAll, test::ParsedMelody(rtttl));
+}
+
+std::string AtTempo(std::string rtttl, int tempo) {
+  const std::size_t at = rtttl.find("b=") + 2;
+  return tempo == 0 ? rtttl : rtttl.replace(at, rtttl.find(':', at) - at, std::to_string(tempo));
+}
+
+// The parser takes the blanks out.
+std::string NameOf(const std::string& rtttl, std::size_t most = 100) {
+  std::string name = rtttl.substr(0, std::min(most, rtttl.find(':')));
+  std::erase(name, ' ');
+  return name;
+}
+
+std::string TempoOf(const std::string& rtttl) {
+  return test::ParsedMelody(rtttl).Beats;
+}
+
+TEST(ReadBack, GivesWhatTheFormatHolds) {
+  for (const Format& format : kFormats) {
+    int read = 0;
+    for (const std::string& melody : test::Melodies()) {
+      const std::string rtttl = AtTempo(melody, format.tempo);
+      const std::string written = Written(format, rtttl);
+      SCOPED_TRACE(std::string(format.name) + "\n" + rtttl + "\n" + written);
+      OpenedFile opened;
+      try {
+        opened = OpenMelodyFile(written, "Fichero.bin");
+      } catch (const core::RunTimeError& error) {
+        // A few short ones could be of two makes.
+        ASSERT_TRUE(core::Contains(error.what(), "pueden ser de")) << error.what();
+        continue;
+      }
+      ASSERT_EQ(opened.kind, format.kind);
+      ASSERT_EQ(opened.melodies.size(), 1u);
+      const std::string& text = opened.melodies[0].text;
+      ASSERT_EQ(Sounds(text), Held(format, test::ParsedMelody(rtttl)));
+      ASSERT_EQ(TempoOf(text), format.keepsTempo ? TempoOf(rtttl) : "125");
+      ASSERT_EQ(NameOf(text), format.nameHeld > 0 ? NameOf(rtttl, format.nameHeld) : "Fichero");
+      ++read;
+    }
+    EXPECT_GT(read, 250) << format.name;
+  }
+}
+
+struct Onset {
+  int pitch;
+  double ms;
+};
+
+// KWS joins equal notes that follow each other, and has times in ms.
+std::vector<Onset> Onsets(const std::string& rtttl) {
+  const double unit = 3750 / std::stod(TempoOf(rtttl));
+  std::vector<Onset> onsets;
+  double at = 0;
+  int last = -2;
+  for (const Sound& sound : Sounds(rtttl)) {
+    if (sound.pitch != last) {
+      onsets.push_back({sound.pitch, at});
+    }
+    last = sound.pitch;
+    at += sound.length * unit;
+  }
+  std::erase_if(onsets, [](const Onset& onset) { return onset.pitch < 0; });
+  return onsets;
+}
+
+TEST(ReadBack, KeepsTheTimesOfKws) {
+  for (const std::string& rtttl : test::Melodies()) {
+    SCOPED_TRACE(rtttl);
+    const OpenedFile opened = OpenMelodyFile(Kws(rtttl), "Fichero.bin");
+    ASSERT_EQ(opened.kind, FileKind::kKws);
+    SCOPED_TRACE(opened.melodies.at(0).text);
+    const auto want = Onsets(rtttl), got = Onsets(opened.melodies[0].text);
+    ASSERT_EQ(got.size(), want.size());
+    for (std::size_t i = 0; i < want.size(); ++i) {
+      ASSERT_EQ(got[i].pitch, want[i].pitch) << i;
+      // Each time is rounded to a millisecond.
+      ASSERT_NEAR(got[i].ms, want[i].ms, 1 + static_cast<double>(i)) << i;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tonadex::import

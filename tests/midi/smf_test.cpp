@@ -1,0 +1,283 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "midi/smf_melody.h"
+#include "tests/core/table.h"
+#include "tests/core/test_melody.h"
+#include "tests/midi/smf_bytes.h"
+
+namespace tonadex::midi {
+namespace {
+
+using test::SmfOf;
+
+SmfFile FileOf(std::string_view bytes) {
+  auto read = ReadSmf(bytes);
+  const SmfFault* fault = std::get_if<SmfFault>(&read);
+  EXPECT_EQ(fault, nullptr) << core::ToUtf8(fault->sentence);
+  return fault == nullptr ? std::get<SmfFile>(std::move(read)) : SmfFile{};
+}
+
+std::string BytesOf(const std::string& row) {
+  std::string bytes;
+  std::istringstream words(row);
+  for (std::string word; words >> word;) {
+    if (word.find_first_not_of("0123456789ABCDEF") != std::string::npos) {
+      bytes += word;
+      continue;
+    }
+    for (std::size_t i = 0; i < word.size(); i += 2) {
+      bytes += static_cast<char>(std::stoi(word.substr(i, 2), nullptr, 16));
+    }
+  }
+  return bytes;
+}
+
+std::string Show(const std::variant<SmfFile, SmfFault>& read) {
+  if (const SmfFault* fault = std::get_if<SmfFault>(&read)) {
+    return core::ToUtf8(fault->sentence);
+  }
+  const SmfFile& file = std::get<SmfFile>(read);
+  std::string text = std::to_string(file.format) + "/" + std::to_string(file.division);
+  for (const SmfTrack& track : file.tracks) {
+    text += " \"" + track.name + "\":";
+    for (const SmfNote& note : track.notes) {
+      text += " " + std::to_string(note.start) + "-" + std::to_string(note.end) + " " +
+              std::to_string(note.key) + "/" + std::to_string(note.channel);
+    }
+  }
+  return text;
+}
+
+TEST(ReadSmf, ReadsAndRefuses) {
+  for (const test::Row& row : test::Table("Files of others")) {
+    const std::string bytes = BytesOf(row[0]);
+    EXPECT_EQ(Show(ReadSmf(bytes)), row[1]) << row[0];
+    const std::string riff = "RIFF" + std::string(4, '\0') + "RMIDdata" + std::string(4, '\0');
+    EXPECT_EQ(ReadSmf(riff + bytes).index(), ReadSmf(bytes).index());
+  }
+  EXPECT_EQ(Show(ReadSmf(std::string(kMaxSmfBytes + 1, '\0'))), "El fichero MIDI pasa de 8 MB");
+}
+
+// Any notes in some tracks: two of one key and channel do not touch.
+std::vector<std::vector<SmfNote>> AnyTracks(std::mt19937& random) {
+  std::vector<std::vector<SmfNote>> tracks(1 + random() % 4);
+  for (auto& notes : tracks) {
+    std::array<std::uint32_t, kChannels * 128> free{};
+    std::uint32_t now = 0;
+    for (std::size_t left = random() % 50; left > 0; --left) {
+      now += static_cast<std::uint32_t>(random() % 4 == 0 ? 0 : random() % 20000);
+      const auto key = static_cast<std::uint8_t>(random() % 128);
+      const auto channel = static_cast<std::uint8_t>(random() % kChannels);
+      if (std::uint32_t& next = free[channel * std::size_t{128} + key]; next <= now) {
+        next = now + 1 + static_cast<std::uint32_t>(random() % 3000);
+        notes.push_back({now, next, key, channel, static_cast<std::uint8_t>(1 + random() % 127)});
+      }
+    }
+  }
+  return tracks;
+}
+
+TEST(ReadSmf, FindsTheNotesThatWereWritten) {
+  std::mt19937 random(1);
+  for (int files = 0; files < 500; ++files) {
+    const auto tracks = AnyTracks(random);
+    const SmfFile file = FileOf(SmfOf(tracks, 96));
+    ASSERT_EQ(file.tracks.size(), tracks.size());
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+      ASSERT_EQ(file.tracks[i].notes, tracks[i]);
+    }
+  }
+}
+
+// Whatever can be read gives melodies that can be parsed.
+void CheckMelodies(const std::string& bytes) {
+  const auto read = ReadSmf(bytes);
+  if (const SmfFault* fault = std::get_if<SmfFault>(&read)) {
+    ASSERT_LE(fault->byte, bytes.size());
+    ASSERT_FALSE(fault->sentence.empty());
+    return;
+  }
+  const SmfFile& file = std::get<SmfFile>(read);
+  for (const SmfVoice& voice : VoicesOf(file)) {
+    const SmfMelody made = MelodyOf(file, voice, {.name = "x", .mostNotes = 50});
+    ASSERT_LE(made.melody.notes.size(), 50u);
+    ASSERT_EQ(test::ParsedMelody(core::RtttlText(made.melody)).Notes.size(),
+              made.melody.notes.size());
+  }
+}
+
+TEST(ReadSmf, BearsDamagedFiles) {
+  std::mt19937 random(2);
+  for (int files = 0; files < 400; ++files) {
+    std::string bytes = SmfOf(AnyTracks(random), 1 + static_cast<int>(random() % 1000));
+    for (std::size_t left = 1 + random() % 8; left > 0; --left) {
+      bytes[random() % bytes.size()] = static_cast<char>(random());
+    }
+    bytes.resize(random() % 3 == 0 ? random() % bytes.size() : bytes.size());
+    ASSERT_NO_FATAL_FAILURE(CheckMelodies(bytes)) << test::Hex(bytes);
+  }
+}
+
+SmfChoice ChoiceOf(const std::string& wishes) {
+  SmfChoice choice{.name = "x"};
+  std::istringstream words(wishes);
+  for (std::string word; words >> word;) {
+    const std::string value = word.substr(word.find('=') + 1);
+    if (word == "primera") {
+      choice.taken = Taken::kFirst;
+    } else if (word.starts_with("compas")) {
+      choice.firstBar = std::stoul(value);
+    } else if (word.starts_with("notas")) {
+      choice.mostNotes = std::stoul(value);
+    } else {
+      choice.lowestOctave = value.front() - '0';
+      choice.octaves = value.back() - '0';
+    }
+  }
+  return choice;
+}
+
+TEST(MelodyOf, MakesOneVoiceOfMany) {
+  for (const test::Row& row : test::Table("Voices to melodies")) {
+    std::vector<SmfNote> notes;
+    std::istringstream words(row[0]);
+    for (std::uint32_t start = 0, length = 0, key = 0; words >> start;) {
+      words.ignore(1) >> length;
+      words.ignore(1) >> key;
+      notes.push_back({start, start + length, static_cast<std::uint8_t>(key), 0, 64});
+    }
+    const SmfFile file = FileOf(SmfOf({notes}, 48));
+    const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), ChoiceOf(row[1]));
+    std::string text = made.melody.notes.empty() ? "(none)" : core::RtttlText(made.melody);
+    for (const std::string& remark : made.remarks) {
+      text += " ; " + core::ToUtf8(remark);
+    }
+    EXPECT_EQ(text, row[2]) << row[0];
+  }
+}
+
+// Begin and length of each note in thirty-seconds, and the key.
+struct Sounding {
+  double start, length;
+  int key;
+};
+std::vector<Sounding> SoundingOf(const core::PlainMelody& melody) {
+  std::vector<Sounding> sounding;
+  double now = 0;
+  for (const core::PlainNote& note : melody.notes) {
+    const double length = 32.0 / note.length * (note.dotted ? 1.5 : 1);
+    if (note.semitone >= 0) {
+      sounding.push_back({now, length, 12 * note.octave + note.semitone});
+    }
+    now += length;
+  }
+  return sounding;
+}
+
+// 300 notes of any division, somewhere on the time line: a thirty-second apart, so that all remain.
+TEST(MelodyOf, KeepsEveryNoteWithinHalfAThirtySecond) {
+  std::mt19937 random(3);
+  for (int files = 0; files < 200; ++files) {
+    const std::uint32_t division = 24 + static_cast<std::uint32_t>(random() % 1000);
+    const double unit = division / 8.0;
+    std::vector<SmfNote> notes;
+    auto now = static_cast<std::uint32_t>(random() % 5000);
+    for (int i = 0; i < 300; ++i) {
+      const auto length = static_cast<std::uint32_t>(std::ceil(unit * 1.01)) +
+                          static_cast<std::uint32_t>(random() % (division * 2));
+      notes.push_back({now, now + 1 + static_cast<std::uint32_t>(random() % length),
+                       static_cast<std::uint8_t>(24 + random() % 72), 0, 64});
+      now += length;
+    }
+    const SmfFile file = FileOf(SmfOf({notes}, static_cast<int>(division)));
+    const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), {.name = "x"});
+    const double scale = made.melody.tempo / 120.0;
+    const std::vector<Sounding> sounding = SoundingOf(made.melody);
+    ASSERT_EQ(sounding.size(), notes.size()) << division;
+    const double before = std::floor(notes[0].start / unit * scale + 0.5);
+    for (std::size_t i = 0; i < notes.size(); ++i) {
+      const double error = (sounding[i].start + before) / scale - notes[i].start / unit;
+      ASSERT_LE(std::abs(error), 0.5 + 1e-6) << i << " of division " << division;
+      ASSERT_EQ(sounding[i].key, notes[i].key);
+      ASSERT_TRUE(i == 0 || sounding[i - 1].start + sounding[i - 1].length <= sounding[i].start);
+    }
+  }
+}
+
+TEST(MelodyOf, TakesTheTempoThatLastsLongest) {
+  SmfFile file = FileOf(SmfOf({{{0, 96, 60, 0, 64}, {96, 960, 62, 0, 64}}}, 96));
+  file.tracks[0].tempos = {{0, 600000}, {96, 400000}, {480, 600000}, {500, 400000}};
+  const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), {.name = "x"});
+  EXPECT_EQ(made.melody.tempo % 75, 0) << "150 beats, or half";
+  EXPECT_EQ(made.remarks.size(), 1u);
+}
+
+TEST(VoicesOf, GuessesTheTune) {
+  std::vector<SmfNote> tune, chords, bass, drums;
+  for (std::uint32_t beat = 0; beat < 64; ++beat) {
+    const std::uint32_t at = beat * 96;
+    tune.push_back({at, at + 90, static_cast<std::uint8_t>(72 + beat % 7), 0, 64});
+    for (const int key : {60, 64, 67}) {
+      chords.push_back({at, at + 96, static_cast<std::uint8_t>(key), 1, 64});
+    }
+    bass.push_back({at, at + 48, 36, 2, 64});
+    drums.push_back({at, at + 10, 80, 9, 64});
+  }
+  SmfFile file = FileOf(SmfOf({chords, drums, bass, tune}, 96));
+  file.tracks[0].name = "Piano";
+  file.tracks[0].programs[1] = 0;
+  const std::vector<SmfVoice> voices = VoicesOf(file);
+  ASSERT_EQ(voices.size(), 4u);
+  EXPECT_EQ(core::ToUtf8(VoiceText(voices[0])),
+            "Pista 1, canal 2: Piano (Piano de cola), 192 notas, de c5 a g5");
+  EXPECT_TRUE(voices[3].tune);
+  EXPECT_EQ(std::ranges::count(voices, true, &SmfVoice::tune), 1);
+  file.tracks[0].name = "Melodía";
+  EXPECT_TRUE(VoicesOf(file)[0].tune) << "what the file says itself";
+}
+
+// What this program wrote reads back to the same notes, but for pauses at both ends and the full
+// length of pauses of more than a dotted whole note.
+TEST(MelodyOf, ReadsOwnFilesBackExactly) {
+  std::ifstream shelf(TONADEX_SHELF);
+  int same = 0, all = 0;
+  for (std::string line; std::getline(shelf, line);) {
+    core::RTTTLMelody melody;
+    core::InitMelody(melody, "");
+    if (line.starts_with('#') || line.empty()) {
+      continue;
+    }
+    melody.Text = line.substr(line.rfind('|') + 2);
+    ASSERT_EQ(core::ParseRTTTL(melody), core::kParsed) << line;
+    const SmfFile file = FileOf(MidiFileBytes(melody));
+    const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), {.name = "x"});
+    core::PlainMelody written;
+    for (const core::NoteCodes& note : melody.Notes.Codes()) {
+      const bool pause = note.letter == 'p';
+      const int number = pause ? 0 : NumberOf(melody.Notes, note);
+      written.notes.push_back(
+          {pause ? -1 : number % 12, pause ? 5 : number / 12, note.duration, note.dotted});
+    }
+    const auto want = SoundingOf(written);
+    const auto read = SoundingOf(made.melody);
+    ++all;
+    ASSERT_EQ(read.size(), want.size());
+    bool equal = std::to_string(made.melody.tempo) == melody.Beats;
+    for (std::size_t i = 0; i < want.size(); ++i) {
+      equal = equal && read[i].key == want[i].key && read[i].length == want[i].length &&
+              read[i].start - read[0].start == want[i].start - want[0].start;
+    }
+    same += equal ? 1 : 0;
+    if (!equal) std::cerr << melody.Text << "\n" << core::RtttlText(made.melody) << "\n";
+  }
+  EXPECT_EQ(same, all);
+}
+
+}  // namespace
+}  // namespace tonadex::midi
