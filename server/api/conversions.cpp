@@ -59,7 +59,7 @@ Reply Convert(const Call& call) {
   const std::string model = call.Model(), row = call.parameters["fila"];
   std::string json;
   json::LineConverter(model, row, call.parameters["pasos"] == "1").Append(json, call.Melody());
-  return JsonReply(std::move(json));
+  return JsonReply(json);
 }
 
 Reply Steps(const Call& call) {
