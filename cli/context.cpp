@@ -92,6 +92,19 @@ std::istream& OpenInput(Context& context, const std::string& file, std::ifstream
   return opened;
 }
 
+std::string ReadAll(Context& context, const std::string& file, std::size_t most) {
+  std::ifstream opened;
+  std::istream& input = OpenInput(context, file, opened);
+  std::string bytes(most + 1, '\0');
+  input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(input.gcount()));
+  if (bytes.size() > most) {
+    throw Failure{ExitCode::kNotConverted,
+                  file + ": pasa de " + std::to_string(most >> 20) + " MiB"};
+  }
+  return bytes;
+}
+
 MelodyInput ReadMelody(Context& context, const std::string& file) {
   std::ifstream opened;
   const std::string bytes =

@@ -77,24 +77,13 @@ std::string RepairJson(const std::string& file, const phones::RepairedMelody& me
   return json + "]}\n";
 }
 
-std::string ReadPaste(Context& context, const std::string& file) {
-  std::ifstream opened;
-  std::istream& input = OpenInput(context, file, opened);
-  std::string bytes(kLongestPaste + 1, '\0');
-  input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(input.gcount()));
-  if (bytes.size() > kLongestPaste) {
-    throw Failure{ExitCode::kNotConverted, file + ": pasa de 16 MiB"};
-  }
-  return phones::FromPasted(bytes);
-}
-
 }  // namespace
 
 void Repair(Context& context, const Arguments& arguments) {
   for (const std::string& file : FilesOrInput(arguments.words)) {
     Attempt(context, [&] {
-      const auto melodies = phones::RepairRtttl(ReadPaste(context, file));
+      const auto melodies =
+          phones::RepairRtttl(phones::FromPasted(ReadAll(context, file, kLongestPaste)));
       for (const phones::RepairedMelody& melody : melodies) {
         if (arguments.json) {
           context.out << RepairJson(file, melody);

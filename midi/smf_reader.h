@@ -73,7 +73,7 @@ struct SmfFault {
   SmfProblem problem = SmfProblem::kNoMidi;
   std::size_t byte = 0;   // where, counted from 0
   std::size_t track = 0;  // counted from 1; 0 outside the tracks
-  std::string sentence;   // says all this in Spanish, without a full stop
+  std::string sentence;   // says all this in Spanish; lower case, without a full stop
 };
 
 // Reads the whole file. Sysex and meta events without meaning for the notes are skipped, as are

@@ -5,6 +5,7 @@
 
 #include "core/melody_file.h"
 #include "core/windows1252.h"
+#include "midi/mMidiLibOut.h"
 #include "tests/cli/run_cli.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/temp_folder.h"
@@ -25,6 +26,10 @@ TEST(Cli, AnswersAndTellsTheShellWhatWentWrong) {
   folder.Write("untimed", "x:d=4,o=5,b=z:c");
   folder.Write("a.1", "");
   folder.Write("long", std::string(core::kMaxLineBytes + 1, 'x'));
+  core::RTTTLMelody melody = test::ParsedMelody(kGood);
+  melody.TrackName = "MIDI by Tonadex";
+  folder.Write("m.mid", midi::MidiFileBytes(melody));
+  folder.Write("cut.mid", midi::MidiFileBytes(melody).substr(0, 50));
   test::ExpectRuns("Runs", folder.path().string() + "/");
   EXPECT_EQ(RunCli({}).code, 2);
   EXPECT_EQ(folder.Read("a.mid") + folder.Read("out"), "(none)(none)");

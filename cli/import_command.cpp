@@ -1,0 +1,89 @@
+// importar.
+
+#include <algorithm>
+#include <filesystem>
+
+#include "cli/commands.h"
+#include "core/rtttl_writer.h"
+#include "core/windows1252.h"
+#include "import/open_melody.h"
+#include "phones/smf_choice.h"
+
+namespace tonadex::cli {
+namespace {
+
+void WriteMelody(Context& context, const std::string& file, const import::OpenedMelody& melody) {
+  context.out << ForTerminal(melody.text) << '\n';
+  for (const std::string& remark : melody.remarks) {
+    context.err << file << ": " << ForTerminal(remark) << '\n';
+  }
+}
+
+// "2: Melodía (Flauta), canal 1, 64 notas, de c5 a g6 (parece la melodía)"
+void ListVoices(Context& context, const std::vector<midi::SmfVoice>& voices) {
+  for (std::size_t i = 0; i < voices.size(); ++i) {
+    context.out << i + 1 << ": " << ForTerminal(midi::VoiceText(voices[i]))
+                << (voices[i].tune ? " (parece la melodía)" : "") << '\n';
+  }
+}
+
+const midi::SmfVoice& ChosenVoice(const std::vector<midi::SmfVoice>& voices,
+                                  const std::string& file, std::size_t number) {
+  if (number > voices.size()) {
+    throw Failure{ExitCode::kNotConverted, file + ": no hay voz " + std::to_string(number) +
+                                               ", las hay de 1 a " + std::to_string(voices.size())};
+  }
+  const auto tune = std::ranges::find(voices, true, &midi::SmfVoice::tune);
+  return number > 0 ? voices[number - 1] : tune == voices.end() ? voices.front() : *tune;
+}
+
+void ImportMidi(Context& context, const Arguments& arguments, const std::string& file,
+                const std::string& bytes) {
+  const auto read = midi::ReadSmf(bytes);
+  if (const midi::SmfFault* fault = std::get_if<midi::SmfFault>(&read)) {
+    throw Failure{ExitCode::kNotConverted, file + ": " + core::ToUtf8(fault->sentence)};
+  }
+  const midi::SmfFile& smf = std::get<midi::SmfFile>(read);
+  const std::vector<midi::SmfVoice> voices = midi::VoicesOf(smf);
+  if (voices.empty()) {
+    throw Failure{ExitCode::kNotConverted, file + ": el fichero MIDI no tiene ninguna nota"};
+  }
+  if (arguments.voices) {
+    ListVoices(context, voices);
+    return;
+  }
+  const std::string stem = file == "-" ? "" : core::FromNative(ArgumentPath(file).stem().native());
+  midi::SmfChoice choice =
+      phones::ChoiceFor(arguments.HasOnePhone() ? ChosenModel(arguments) : "", stem);
+  choice.firstBar = arguments.firstBar;
+  choice.mostNotes = arguments.mostNotes > 0 ? arguments.mostNotes : choice.mostNotes;
+  const midi::SmfVoice& voice = ChosenVoice(voices, file, arguments.voice);
+  const midi::SmfMelody made = midi::MelodyOf(smf, voice, choice);
+  if (made.melody.notes.empty()) {
+    throw Failure{ExitCode::kNotConverted,
+                  file + ": la voz acaba en el compás " + std::to_string(made.bars)};
+  }
+  WriteMelody(context, file, {core::RtttlText(made.melody), made.remarks});
+}
+
+}  // namespace
+
+void Import(Context& context, const Arguments& arguments) {
+  for (const std::string& file : FilesOrInput(arguments.words)) {
+    Attempt(context, [&] {
+      const std::string bytes = ReadAll(context, file, import::kMostBytes);
+      FailOnError(ExitCode::kNotConverted, file + ": ", [&] {
+        const std::string name = core::FromNative(ArgumentPath(file).filename().native());
+        const import::OpenedFile opened = import::OpenMelodyFile(bytes, name);
+        if (opened.kind == import::FileKind::kMidi) {
+          ImportMidi(context, arguments, file, bytes);
+        }
+        for (const import::OpenedMelody& melody : opened.melodies) {
+          WriteMelody(context, file, melody);
+        }
+      });
+    });
+  }
+}
+
+}  // namespace tonadex::cli
