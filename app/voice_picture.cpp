@@ -9,8 +9,8 @@ namespace tonadex::app {
 namespace {
 
 constexpr std::size_t kColumns = 240, kLanes = 12;
-constexpr double kLowestRow = 44, kTallestRow = 88;
-constexpr double kPad = 8, kNumber = 32, kThinnest = 2;
+constexpr double kLowestRow = 30, kTallestRow = 88;
+constexpr double kPad = 6, kNumber = 32, kThinnest = 2;
 
 // Which voices a picture of this height shows, and where.
 struct Rows {

@@ -19,11 +19,10 @@ void WriteMelody(Context& context, const std::string& file, const import::Opened
   }
 }
 
-// "2: Melodía (Flauta), canal 1, 64 notas, de c5 a g6 (parece la melodía)"
+// "2: Solo, parece la melodía (Flauta), canal 1, 64 notas, de c5 a g6"
 void ListVoices(Context& context, const std::vector<midi::SmfVoice>& voices) {
   for (std::size_t i = 0; i < voices.size(); ++i) {
-    context.out << i + 1 << ": " << ForTerminal(midi::VoiceText(voices[i]))
-                << (voices[i].tune ? " (parece la melodía)" : "") << '\n';
+    context.out << i + 1 << ": " << ForTerminal(midi::VoiceText(voices[i])) << '\n';
   }
 }
 

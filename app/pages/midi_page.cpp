@@ -20,11 +20,10 @@ using namespace core::literals;
 using F = Form1;
 
 constexpr std::string_view kNoNotes = "el fichero MIDI no tiene ninguna nota";
-constexpr std::string_view kLooksLikeTune = u8"Parece la melodía: "_w;
 constexpr std::string_view kFirstBar = u8"Desde el com&pás"_w;
 constexpr std::string_view kNoBar = u8"En esos compases la voz no tiene notas."_w;
 constexpr std::string_view kNothingLost = u8"La melodía entra entera."_w;
-constexpr int kChoiceWidth = 170, kListHeight = 150, kTextHeight = 56;
+constexpr int kChoiceWidth = 170, kListHeight = 150, kTextHeight = 76;
 
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("midiTitle", &F::midiTitle, "", Font::kHeading),
@@ -213,9 +212,7 @@ void MidiPage::RefreshMidi() {
   midiTitle.caption = "De un fichero MIDI: " + name_;
   const auto index = static_cast<std::size_t>(midiVoices.listIndex);
   const bool selected = index < voices_.size();
-  midiVoicesView.text = selected ? std::string(voices_[index].tune ? kLooksLikeTune : "") +
-                                       midi::VoiceText(voices_[index])
-                                 : "";
+  midiVoicesView.text = selected ? midi::VoiceText(voices_[index]) : "";
 }
 
 Picture MidiPage::MidiVoicesPicture(double width, double height) const {
