@@ -94,6 +94,15 @@ constexpr ControlInfo Words(std::string_view name, Control Form1::*member, std::
   return {name, member, Look::kLabel, caption, "", {}, {}, {}, {}, nullptr, font, tone, right};
 }
 
+// The button of a page that opens melody files.
+constexpr ControlInfo Open(std::string_view name, Control Form1::*member, std::string_view caption,
+                           Handler click) {
+  ControlInfo button =
+      Button(Look::kButton, name, member, caption, "", words::kOpenHelp, click, words::kOpenHelp);
+  button.shortcut = "Ctrl+O";
+  return button;
+}
+
 constexpr ControlInfo View(std::string_view name, Control Form1::*member, Drawing Form1::*drawing,
                            Sounding sounds) {
   ControlInfo view = Row(Look::kDrawing, name, member, words::kDrawing);

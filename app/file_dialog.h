@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +31,12 @@ struct FileDialogRecord {
   std::string lpTemplateName = "0";  // ignored by the dialog: no template flag is ever set
 };
 
+// The file as it was typed, maybe without an extension.
+struct SaveChoice {
+  std::filesystem::path file;
+  std::size_t kind = 0;  // index of the kind chosen
+};
+
 // The system's modal file dialogs. Both return false when the user cancelled or the dialog failed
 // (the record is then left as it was) and true after a choice, with the record refreshed.
 class FileDialogs {
@@ -36,11 +44,11 @@ class FileDialogs {
   virtual ~FileDialogs() = default;
   virtual bool GetSaveFileName(FileDialogRecord& record) = 0;
   virtual bool GetOpenFileName(FileDialogRecord& record) = 0;
-  // Asks where to save a text; nullopt when the user cancelled. Proposes `name` in the user's
-  // documents folder; `filter` describes the text files ("Texto (*.txt)"). Windows-1252.
-  virtual std::optional<std::filesystem::path> AskSaveAs(std::string_view title,
-                                                         std::string_view name,
-                                                         std::string_view filter) = 0;
+  // Asks where to save, and as one of `kinds` ("Texto (*.txt)"), of which the first is chosen at
+  // the start; nullopt when the user cancelled. Proposes `name` in the user's documents folder.
+  // Windows-1252.
+  virtual std::optional<SaveChoice> AskSaveAs(std::string_view title, std::string_view name,
+                                              std::span<const std::string> kinds) = 0;
   // Asks for files to read; none when the user cancelled.
   virtual std::vector<std::filesystem::path> AskOpen(std::string_view title) = 0;
 };

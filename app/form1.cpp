@@ -12,6 +12,9 @@
 #include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
+#include "import/recognise.h"
 #include "midi/playback.h"
 #include "net/addresses.h"
 #include "phones/phone_description.h"
@@ -26,8 +29,9 @@ constexpr std::array<std::int16_t, 4> kHiddenAtStart = {kSearchPage, kRepertoire
                                                         kOptionsPage};
 constexpr std::string_view kNotKept = u8"No se ha podido guardar la melodía: "_w;
 constexpr std::string_view kNotOpened = u8"No se ha podido abrir la melodía: "_w;
-constexpr std::string_view kNoMelodyIn = u8"No se ha encontrado ninguna melodía RTTTL en "_w;
-constexpr std::string_view kAddTitle = u8"Añadir melodías RTTTL"_w;
+constexpr std::string_view kNotOpenedFiles = u8"No se ha podido abrir:"_w;
+constexpr std::string_view kOpenedWithRemarks = "Abierto, con estos avisos:";
+constexpr std::string_view kAddTitle = u8"Abrir melodías de cualquier formato"_w;
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
@@ -334,11 +338,20 @@ void Form1::saveRtttl_Click() {
 }
 
 void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
+  if (paths.size() == 1) {
+    const auto bytes = files::ReadWhole(paths.front(), midi::kMaxSmfBytes);
+    if (bytes && import::RecogniseFile(*bytes) == import::FileKind::kMidi) {
+      return OpenMidiFile(*bytes, files::TextFromPath(paths.front().filename()));
+    }
+  }
   MelodyStore::Added added;
   Try(kNotKept, [&] { Store().Add(paths, added); });
   ShowInRepertoire(added.last);
+  if (!added.remarks.empty()) {
+    core::MsgBox(std::string(kOpenedWithRemarks) + added.remarks, core::Icon::kInformation);
+  }
   if (!added.refused.empty()) {
-    core::MsgBox(std::string(kNoMelodyIn) + added.refused + ".", core::Icon::kExclamation);
+    core::MsgBox(std::string(kNotOpenedFiles) + added.refused, core::Icon::kExclamation);
   }
 }
 

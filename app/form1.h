@@ -72,7 +72,8 @@ class Form1 : public SharedState,
   // What is composed, or the RTTTL text, becomes a file of the repertoire, which is shown.
   void saveComposed_Click();
   void saveRtttl_Click();
-  // Files dropped on the window: their melodies are added to the repertoire.
+  // Files dropped on the window, or opened: their melodies are added to the repertoire. A single
+  // MIDI file is shown instead, for the user to choose from its voices.
   void FilesDropped(std::span<const std::filesystem::path> paths);
   void addButton_Click();
   // Shows the voices of a MIDI file, of which the user makes a melody; a message box when the file

@@ -10,9 +10,9 @@
 #include "files/paths.h"
 #include "files/read.h"
 #include "files/write.h"
+#include "import/open_melody.h"
 #include "net/file_name.h"
 #include "net/upload.h"
-#include "phones/rtttl_check.h"
 #include "phones/transpose.h"
 
 namespace tonadex::app {
@@ -21,6 +21,8 @@ namespace {
 namespace fs = std::filesystem;
 using namespace core::literals;
 
+constexpr std::size_t kLongestName = 60;
+constexpr std::string_view kNameless = "melodia";
 constexpr std::size_t kLongestText = 99'999;  // a file's number has five digits
 
 constexpr std::string_view kNoMelody = u8"no es una melodía RTTTL"_w;
@@ -32,6 +34,7 @@ constexpr std::string_view kNotSaved =
     u8"no se puede escribir en la carpeta de melodías: quizá el disco esté lleno o protegido"_w;
 constexpr std::string_view kNotBinned =
     u8"no se puede llevar a la papelera: quizá el disco esté lleno o protegido"_w;
+constexpr std::string_view kUnreadable = "no se puede leer o pasa de 16 MiB";
 constexpr std::string_view kNotRead = "el fichero ya no se puede leer";
 
 [[noreturn]] void Refuse(std::string_view why,
@@ -105,6 +108,13 @@ std::string NameIn(const std::optional<fs::path>& made, std::string_view failure
 }
 
 }  // namespace
+
+std::string StorableMelody(std::string_view text) {
+  std::string name(NameOf(text).substr(0, kLongestName));
+  std::erase_if(name, [](char c) { return c == '.' || c == '(' || c == ')'; });
+  name = core::Trim(name);
+  return (name.empty() ? std::string(kNameless) : name).append(text.substr(NameOf(text).size()));
+}
 
 MelodyStore::MelodyStore(fs::path melodies, fs::path bin)
     : melodies_(std::move(melodies)), bin_(std::move(bin)) {}
@@ -192,22 +202,23 @@ std::string MelodyStore::Duplicate(const std::string& file, int semitones) const
 
 void MelodyStore::Add(std::span<const fs::path> files, Added& added) const {
   for (const fs::path& file : files) {
-    const auto bytes = files::ReadWhole(file, core::kMaxLineBytes);
-    const std::string all = core::FromOutside(bytes.value_or(""));
-    bool found = false;
-    for (std::size_t at = 0; at < all.size();) {
-      const std::size_t end = std::min(all.find_first_of(core::kCrLf, at), all.size());
-      const std::string line = core::UndoSharpEscape(all.substr(at, end - at));
-      at = end + 1;
-      const std::string melody = WithoutStopsInName(core::Trim(line));
-      if (phones::CheckRtttl(melody).notes > 0 && core::SkipErrors([&] { FileNameFor(melody); })) {
-        added.last = Save(melody);
-        found = true;
+    const std::string name = files::TextFromPath(file.filename());
+    const auto bytes = files::ReadWhole(file, import::kMostBytes);
+    import::OpenedFile opened;
+    try {
+      if (!bytes) {
+        Refuse(kUnreadable);
       }
+      opened = import::OpenMelodyFile(*bytes, name);
+    } catch (const core::RunTimeError& error) {
+      added.refused.append(core::kCrLf).append(name).append(": ").append(error.what()).append(".");
+      continue;
     }
-    if (!found) {
-      added.refused.append(added.refused.empty() ? "" : ", ") +=
-          files::TextFromPath(file.filename());
+    for (const import::OpenedMelody& melody : opened.melodies) {
+      added.last = Save(StorableMelody(melody.text));
+      for (const std::string& remark : melody.remarks) {
+        added.remarks.append(core::kCrLf).append(name).append(": ").append(remark);
+      }
     }
   }
 }

@@ -9,6 +9,9 @@
 // Texts are Windows-1252 with "#" for sharps; file names are texts, too.
 namespace tonadex::app {
 
+// The text with a name that a melody file can have: without full stops and brackets, not too long.
+std::string StorableMelody(std::string_view text);
+
 class MelodyStore {
  public:
   // `bin` keeps what is deleted. Neither folder need exist.
@@ -26,10 +29,11 @@ class MelodyStore {
   std::string Rename(const std::string& file, std::string_view name) const;
   // A copy under the melody's name and a number; moved by `semitones`, "Vals +3".
   std::string Duplicate(const std::string& file, int semitones = 0) const;
-  // Copies each line of the files that is an RTTTL text. `last` is the file of the last one saved.
+  // Saves the melodies of files of any format. `last` is the file of the last one saved.
   struct Added {
     std::string last;
-    std::string refused;  // names of the files without any, or that cannot be read
+    std::string refused;  // the names of files without any, and why, each behind CR LF
+    std::string remarks;  // likewise: what was assumed, mended or left out
   };
   void Add(std::span<const std::filesystem::path> files, Added& added) const;
 

@@ -2,7 +2,6 @@
 
 #include "core/melody_file.h"
 #include "net/file_name.h"
-#include "phones/formats.h"
 
 namespace tonadex::app {
 
@@ -14,11 +13,6 @@ std::string FileStem(std::string_view row) {
     }
   }
   return !name.empty() && net::IsSafeFileName(name + ".x") ? name : "melodia";
-}
-
-std::string SuggestedFileName(std::string_view row, std::string_view model) {
-  const phones::Format* format = phones::FindFormat(model);
-  return FileStem(row) + "." + std::string(format == nullptr ? "txt" : format->extension);
 }
 
 }  // namespace tonadex::app

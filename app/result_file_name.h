@@ -9,7 +9,4 @@ namespace tonadex::app {
 // file name cannot hold become "_".
 std::string FileStem(std::string_view row);
 
-// With the extension of the model's format: "vals.rtttl", "vals.txt".
-std::string SuggestedFileName(std::string_view row, std::string_view model);
-
 }  // namespace tonadex::app

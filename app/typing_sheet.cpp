@@ -21,7 +21,8 @@ constexpr double kTitlePoints = 20, kMostKeyPoints = 28, kPointStep = 2;
 constexpr double kNumberPoints = 9, kNumberGap = 5, kColumnGap = 16;
 constexpr double kKeyWidth = 80, kKeyHeight = 36, kKeyGap = 4, kKeyPadding = 3;
 constexpr double kLabelPoints = 12, kWordPoints = 8;
-constexpr double kBlockGap = 16;  // between the parts of the page
+constexpr double kDrawingHeight = 150;  // without a keypad beside it
+constexpr double kBlockGap = 16;        // between the parts of the page
 
 constexpr std::string_view kHeldKeys = u8"(3): mantén pulsada la tecla 3 segundos"_w;
 static_assert(phones::kHoldSeconds == 3);
@@ -134,10 +135,14 @@ Paper LayOutTypingSheet(const TypingSheet& sheet) {
   Picture& front = pages.front();
   front.push_back(Text(sheet.title, kSheetMargin, kSheetMargin, kTitlePoints, kWidth));
   const double head = kSheetMargin + kTitlePoints * kLine + kBlockGap;
-  const double keypad = sheet.keypad.columns * (kKeyWidth + kKeyGap) - kKeyGap;
-  const double height = KeypadHeight(sheet.keypad);
-  AppendDrawing(front, sheet.drawing, {kSheetMargin, head, kWidth - keypad - kBlockGap, height});
-  AppendKeypad(front, sheet.keypad, kSheetMargin + kWidth - keypad, head);
+  double width = kWidth, height = kDrawingHeight;
+  if (sheet.keypad != nullptr) {
+    const double keypad = sheet.keypad->columns * (kKeyWidth + kKeyGap) - kKeyGap;
+    width -= keypad + kBlockGap;
+    height = KeypadHeight(*sheet.keypad);
+    AppendKeypad(front, *sheet.keypad, kSheetMargin + kWidth - keypad, head);
+  }
+  AppendDrawing(front, sheet.drawing, {kSheetMargin, head, width, height});
   double top = head + height + kBlockGap;
   if (std::ranges::any_of(sheet.steps, HasHeldKey)) {
     const Shape& held =

@@ -16,8 +16,8 @@ inline constexpr double kSheetMargin = 42.5;   // 15 mm
 inline constexpr double kLeastKeyPoints = 18;  // of the groups, unless one is wider than the page
 
 struct TypingSheet {
-  std::string title;  // "PequeñaSerenata, para Nokia"
-  const phones::Keypad& keypad;
+  std::string title;             // "PequeñaSerenata, para Nokia"
+  const phones::Keypad* keypad;  // nullptr for none
   std::span<const phones::TypingStep> steps;
   const Drawing& drawing;
 };

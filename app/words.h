@@ -25,7 +25,8 @@ inline constexpr std::string_view kSaveAs = u8"Guardar como…"_w;
 inline constexpr std::string_view kNotSaved =
     u8"No se ha podido guardar el fichero. Elige otra carpeta u otro nombre."_w;
 inline constexpr std::string_view kTextSize = u8"Tamaño del texto"_w;
-inline constexpr std::string_view kFilterText = "Texto (*.txt)";
+inline constexpr std::string_view kOpenHelp =
+    u8"Abrir melodías de ficheros de cualquier formato: van a tu repertorio (Ctrl+O)"_w;
 inline constexpr std::string_view kGoToSearch = u8"Buscar melodías en el servidor"_w;
 inline constexpr std::string_view kChoosePhone = u8"Elegir mi móvil"_w;
 inline constexpr std::string_view kBeatsPerMinute = "pulsos/min";

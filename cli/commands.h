@@ -11,11 +11,11 @@ namespace tonadex::cli {
 
 // The arguments of the chosen command, in UTF-8; each command uses some of them (run.cpp).
 struct Arguments {
-  std::optional<std::string> phone, model, output;
+  std::optional<std::string> phone, model, output, format;
   std::string file, row, brand, wav, pdf, printer, server, folder;
   std::vector<std::string> words;  // files, search words or melody names
   bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
-       beep = false, voices = false;
+       beep = false, intoRepertoire = false, voices = false;
   std::uint16_t voice = 0, firstBar = 0, mostNotes = 0;  // 0 where they are not named
   const char* const* typed = nullptr;  // the whole command line, terminated by nullptr
 
@@ -26,9 +26,10 @@ struct Arguments {
 // and kept in the exit code.
 void ListModels(Context& context, const Arguments& arguments);
 void Convert(Context& context, const Arguments& arguments);
+void ConvertToFiles(Context& context, const Arguments& arguments);
+void Import(Context& context, const Arguments& arguments);
 void Check(Context& context, const Arguments& arguments);
 void Repair(Context& context, const Arguments& arguments);
-void Import(Context& context, const Arguments& arguments);
 void SaveMidi(Context& context, const Arguments& arguments);
 void PlayFile(Context& context, const Arguments& arguments);  // not on Windows
 void Search(Context& context, const Arguments& arguments);

@@ -185,6 +185,13 @@ std::string ChosenModel(const Arguments& arguments) {
 }
 
 void Convert(Context& context, const Arguments& arguments) {
+  if (arguments.format) {
+    if (arguments.allModels || arguments.phone || arguments.model || arguments.steps ||
+        arguments.lines) {
+      throw Failure{ExitCode::kWrongUse, "--formato no admite móvil, --todos, --pasos ni --lineas"};
+    }
+    return ConvertToFiles(context, arguments);
+  }
   if (arguments.allModels ? arguments.phone || arguments.model : !arguments.HasOnePhone()) {
     throw Failure{ExitCode::kWrongUse, "elige el móvil con --telefono, --modelo o --todos"};
   }

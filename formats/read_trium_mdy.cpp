@@ -49,9 +49,10 @@ Reading ReadTriumMdy(std::string_view text) {
       in.Fail();
     }
     const core::PlainNote pitch = in.Take('p') || in.Take('P') ? kPause : ReadPitch(in, reading);
+    Scanner before = in;
     const int duration = in.Number().value_or(0);
     if (std::ranges::find(core::kLengths, duration) == core::kLengths.end()) {
-      in.Fail();
+      before.Fail();
     }
     line.Add(pitch,
              Modified(LengthOf(duration), in.Take('.') ? Modifier::kDotted : Modifier::kNone));

@@ -136,8 +136,9 @@ Patterns PatternsOf(const core::RTTTLMelody& melody, std::string& warnings) {
     }
   }
   if (moved > 0) {
-    Warn(warnings, {std::to_string(moved),
-                    u8" notas están fuera de las octavas 4 a 7 y se graban en la más próxima."_w});
+    Warn(warnings,
+         {u8"Fuera de las octavas 4 a 7 se graban en la más próxima: notas, "_w,
+          std::to_string(moved), "."});
   }
   return patterns;
 }

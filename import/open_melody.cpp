@@ -10,6 +10,7 @@
 #include "core/windows1252.h"
 #include "formats/readers.h"
 #include "formats/smart_messaging.h"
+#include "midi/smf_melody.h"
 #include "nokia3210/cnokia.h"
 #include "phones/rtttl_repair.h"
 
@@ -53,6 +54,27 @@ Reading ReadComposer(std::string_view text) {
     plain.length = note.Duration;
     plain.dotted = note.Dotted;
     reading.melody.notes.push_back(plain);
+  }
+  return reading;
+}
+
+// The voice that is probably the tune, whole and as high as it is.
+Reading ReadMidi(std::string_view bytes) {
+  const auto read = midi::ReadSmf(bytes);
+  if (const auto* fault = std::get_if<midi::SmfFault>(&read)) {
+    RefuseFile({fault->sentence});
+  }
+  const auto& file = std::get<midi::SmfFile>(read);
+  const std::vector<midi::SmfVoice> voices = midi::VoicesOf(file);
+  const auto tune = std::ranges::find(voices, true, &midi::SmfVoice::tune);
+  if (tune == voices.end()) {
+    return {};
+  }
+  midi::SmfMelody melody = midi::MelodyOf(file, *tune, {});
+  Reading reading = {std::move(melody.melody), std::move(melody.remarks)};
+  if (voices.size() > 1) {
+    reading.Remark(Joined({"De ", std::to_string(voices.size()), " voces se ha tomado la de ",
+                           midi::VoiceText(*tune), "."}));
   }
   return reading;
 }
@@ -110,6 +132,7 @@ constexpr auto kReaders = std::to_array<Reader>({
     {FileKind::kOtt, formats::ReadOtt, true},
     {FileKind::kSckl, formats::ReadSckl},
     {FileKind::kKeys, ReadKeys},
+    {FileKind::kMidi, ReadMidi, true},
 });
 
 // The file's name without its extension, as the name of a melody.
@@ -150,7 +173,7 @@ OpenedFile OpenMelodyFile(std::string_view bytes, std::string_view fileName) {
       opened.melodies.push_back({std::move(melody.text), std::move(melody.changes)});
     }
   }
-  if (opened.melodies.empty() && opened.kind != FileKind::kMidi) {
+  if (opened.melodies.empty()) {
     RefuseFile({u8"no se reconoce ninguna melodía"_w});
   }
   return opened;

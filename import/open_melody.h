@@ -20,7 +20,7 @@ struct OpenedMelody {
 
 struct OpenedFile {
   FileKind kind = FileKind::kUnknown;
-  std::vector<OpenedMelody> melodies;  // none for MIDI, whose voice the user chooses
+  std::vector<OpenedMelody> melodies;  // of MIDI the voice that is probably the tune
 };
 
 // The melodies of a file, one or more; `fileName` names those without a name. Errors:

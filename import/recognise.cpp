@@ -111,7 +111,7 @@ struct KindRow {
 // In the order in which they are tried.
 constexpr auto kKinds = std::to_array<KindRow>({
     {FileKind::kMidi, "MIDI", IsMidi, true},
-    {FileKind::kOtt, "melodía de Nokia Smart Messaging", IsOtt, true},
+    {FileKind::kOtt, u8"melodía de Nokia Smart Messaging"_w, IsOtt, true},
     {FileKind::kKws, "Kyocera KWS", IsKws, true},
     {FileKind::kSckl, "mensaje de Nokia Smart Messaging", IsSckl},
     {FileKind::kIMelody, "iMelody", IsIMelody},

@@ -119,11 +119,6 @@ constexpr std::array kLabelTexts = std::to_array<LabelText>({
     {"v60i, v60t, v120t", ""},
 });
 
-const Format* FormatOf(const CatalogueRow& phone) {
-  const auto found = std::ranges::find(kFormats, phone.code, &Format::code);
-  return found == kFormats.end() ? nullptr : &*found;
-}
-
 // The text with which a model's label is looked up.
 std::string_view LabelTextOf(const CatalogueRow& phone) {
   const auto found = std::ranges::find(kLabelTexts, phone.model, &LabelText::model);
@@ -132,9 +127,14 @@ std::string_view LabelTextOf(const CatalogueRow& phone) {
 
 }  // namespace
 
+const Format* FormatOfCode(std::string_view code) {
+  const auto found = std::ranges::find(kFormats, code, &Format::code);
+  return found == kFormats.end() ? nullptr : &*found;
+}
+
 const Format* FindFormat(std::string_view model) {
   const CatalogueRow* phone = FindModel(model);
-  return phone == nullptr ? nullptr : FormatOf(*phone);
+  return phone == nullptr ? nullptr : FormatOfCode(phone->code);
 }
 
 bool SavesFile(std::string_view model) {
@@ -145,7 +145,8 @@ bool SavesFile(std::string_view model) {
 std::string_view FormatLabel(std::string_view model) {
   const auto phones = CatalogueRows();
   const auto phone = std::ranges::find(phones, model, LabelTextOf);
-  return model.empty() || phone == phones.end() ? std::string_view() : FormatOf(*phone)->sheetLabel;
+  return model.empty() || phone == phones.end() ? std::string_view()
+                                                : FormatOfCode(phone->code)->sheetLabel;
 }
 
 }  // namespace tonadex::phones

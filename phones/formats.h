@@ -55,6 +55,9 @@ struct Format {
 // The format of a model text, compared exactly; nullptr when the model is not in the catalogue.
 const Format* FindFormat(std::string_view model);
 
+// The format of a code; nullptr for an unknown one.
+const Format* FormatOfCode(std::string_view code);
+
 // Whether the model's result is a file instead of text.
 bool SavesFile(std::string_view model);
 

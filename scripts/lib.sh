@@ -15,7 +15,7 @@ test_packages=(
   "${test_libraries[@]}"
   xvfb xauth xdotool xclip
   cups cups-client cups-filters poppler-utils
-  timidity procps
+  timidity gammu procps
 )
 windows_packages=(
   g++ cmake ninja-build libboost-dev libcli11-dev nlohmann-json3-dev libgtest-dev googletest

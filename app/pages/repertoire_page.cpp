@@ -13,7 +13,7 @@
 #include "app/form1.h"
 #include "app/layout.h"
 #include "app/print_sheet.h"
-#include "app/result_file_name.h"
+#include "app/save_melody.h"
 #include "app/words.h"
 #include "core/error_words.h"
 #include "core/melody_file.h"
@@ -111,8 +111,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Button(Look::kButton, "entryButton", &F::entryButton, "Aceptar", "", "", &F::entryButton_Click),
     Button(Look::kButton, "cancelEntryButton", &F::cancelEntryButton, "Cancelar", "", "",
            &F::cancelEntryButton_Click),
-    Button(Look::kButton, "addButton", &F::addButton, u8"Aña&dir…"_w, "",
-           u8"Copiar melodías RTTTL de otros ficheros a tu repertorio"_w, &F::addButton_Click),
+    Open("addButton", &F::addButton, u8"&Abrir…"_w, &F::addButton_Click),
     Button(Look::kButton, "undoDeleteButton", &F::undoDeleteButton, "Des&hacer", "",
            u8"Recuperar la melodía borrada"_w, &F::undoDeleteButton_Click),
     Row(Look::kTimer, "folderTimer", &F::folderTimer, "", {Event::kTick, &F::MelodyFolderChanged}),
@@ -350,8 +349,8 @@ void RepertoirePage::RefreshRepertoire() {
   Textavisos.visible = here && !folded_;
   foldButton.tone = Tone::kMuted;
   foldButton.caption = folded_ ? words::kUnfold : words::kFold;
-  copyButton.enabled = saveAsButton.enabled =
-      !stale && !textresultado.text.empty() && !phones::SavesFile(resultModel_);
+  copyButton.enabled = !stale && !textresultado.text.empty() && !phones::SavesFile(resultModel_);
+  saveAsButton.enabled = selected && !line_.empty();
   teclearButton.enabled = teclearButton.checked =
       !stale && !textresultado.text.empty() && phones::FindKeypad(resultModel_) != nullptr;
   picconvertir.checked = !teclearButton.checked;
@@ -428,11 +427,7 @@ void RepertoirePage::copiedTimer_Timer() {
 }
 
 void RepertoirePage::saveAsButton_Click() {
-  const auto file = state_.program.services.fileDialogs.AskSaveAs(
-      words::kSaveAs, SuggestedFileName(resultRow_, resultModel_), words::kFilterText);
-  if (file && !core::SkipErrors([&] { files::WriteBytes(*file, textresultado.text); })) {
-    core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
-  }
+  SaveMelodyAs(state_.program.services.fileDialogs, line_, state_.program.gPhoneModel);
 }
 
 void RepertoirePage::sizeSlider_Change() {

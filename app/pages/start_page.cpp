@@ -115,6 +115,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Action("saveRtttl", &F::saveRtttl, "Guardar en mi repertorio", "guardar",
            u8"Guardar el texto RTTTL en mi repertorio; hace falta una melodía sin faltas"_w,
            &F::saveRtttl_Click, Look::kPrimary),
+    Open("openButton", &F::openButton, u8"Abrir &fichero…"_w, &F::addButton_Click),
     Row(Look::kStorage, "rtf", &F::rtf),
 });
 
@@ -171,7 +172,7 @@ Part StartPage::Layout() {
       Row({Stretch(), The(&F::cmdscuchacumpo), The(&F::cmdsubecompo), The(&F::saveComposed)}),
   });
   Part rtttl = Card({
-      The(&F::lbltitulortttl),
+      Row({The(&F::lbltitulortttl).Weight(1), The(&F::openButton)}),
       notes(&F::labelformatortttl, &F::txtrtttlsube),
       Row({The(&F::rtttlCheckLabel).Weight(1), The(&F::repairButton), The(&F::undoRepairButton)}),
       The(&F::repairLabel),

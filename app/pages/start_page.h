@@ -62,7 +62,7 @@ class StartPage {
   Control lblMsg, cmdscuchacumpo, cmdsubecompo;
   Control lbltitulortttl, labelformatortttl, txtrtttlsube;
   Control rtttlCheckLabel, repairButton, undoRepairButton, rtttlView;
-  Control saveComposed, saveRtttl;
+  Control saveComposed, saveRtttl, openButton;
   Control repairLabel, repairList, repairNotices, applyRepairButton, cancelRepairButton;
   Control cmdscuchartttl, cmdsubirmelortttl;
   Control rtf;  // the converted RTTTL notes; never shown

@@ -8,6 +8,7 @@
 #include "app/layout.h"
 #include "app/pdf.h"
 #include "app/result_file_name.h"
+#include "app/save_melody.h"
 #include "app/typing_sheet.h"
 #include "app/words.h"
 #include "core/message_box.h"
@@ -301,13 +302,14 @@ void TypingPage::ChangePace(int seconds) {
 // ---- The sheet ----------------------------------------------------------------------------------
 
 void TypingPage::saveSheet_Click() {
-  const auto file = state_.program.services.fileDialogs.AskSaveAs(
-      words::kSaveAs, FileStem(row_) + ".pdf", kPdfFilter);
-  if (!file) {
+  auto choice = state_.program.services.fileDialogs.AskSaveAs(
+      words::kSaveAs, FileStem(row_) + ".pdf", std::array{std::string(kPdfFilter)});
+  if (!choice) {
     return;
   }
-  if (core::SkipErrors([&] { files::WriteBytes(*file, PdfFile(Sheet())); })) {
-    saved_ = *file;
+  choice->file += ExtensionOf(choice->file).empty() ? ".pdf" : "";
+  if (core::SkipErrors([&] { files::WriteBytes(choice->file, PdfFile(Sheet())); })) {
+    saved_ = choice->file;
   } else {
     core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
   }
@@ -326,7 +328,7 @@ void TypingPage::showSheet_Click() {
 }
 
 Paper TypingPage::Sheet() const {
-  return LayOutTypingSheet({guideTitle.caption, *guide_.keypad(), guide_.steps(), guideDrawing});
+  return LayOutTypingSheet({guideTitle.caption, guide_.keypad(), guide_.steps(), guideDrawing});
 }
 
 // ---- The pictures -------------------------------------------------------------------------------

@@ -66,28 +66,33 @@ bool WindowsFileDialogs::GetOpenFileName(app::FileDialogRecord& record) {
   return Run(&GetOpenFileNameA, record);
 }
 
-std::optional<std::filesystem::path> WindowsFileDialogs::AskSaveAs(std::string_view title,
-                                                                   std::string_view name,
-                                                                   std::string_view filter) {
+std::optional<app::SaveChoice> WindowsFileDialogs::AskSaveAs(std::string_view title,
+                                                             std::string_view name,
+                                                             std::span<const std::string> kinds) {
   std::wstring file = ToWide(name);
   file.resize(kLongestPath);
-  // "Texto (*.txt)": the pattern stands in the brackets.
-  const std::wstring described = ToWide(filter);
-  const std::size_t bracket = std::min(described.find(L'('), described.size() - 1);
-  const std::wstring pattern = described.substr(bracket + 1, described.size() - bracket - 2);
-  const std::wstring filters = described + L'\0' + pattern + std::wstring(L"\0*.*\0*.*\0", 9);
+  std::wstring filters;
+  for (const std::string& kind : kinds) {
+    // "Texto (*.txt)": the pattern stands in the brackets.
+    const std::wstring described = ToWide(kind);
+    const std::size_t bracket = std::min(described.rfind(L'('), described.size() - 1);
+    filters +=
+        described + L'\0' + described.substr(bracket + 1, described.size() - bracket - 2) + L'\0';
+  }
   const std::wstring words = ToWide(title);
   OPENFILENAMEW dialog{};
   dialog.lStructSize = sizeof dialog;
   dialog.hwndOwner = GetActiveWindow();
   dialog.lpstrFilter = filters.c_str();
-  dialog.nFilterIndex = 2;
+  dialog.nFilterIndex = 1;
   dialog.lpstrFile = file.data();
   dialog.nMaxFile = static_cast<DWORD>(file.size());
   dialog.lpstrTitle = words.c_str();
   dialog.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
-  return GetSaveFileNameW(&dialog) == 0 ? std::nullopt
-                                        : std::optional(std::filesystem::path(file.c_str()));
+  if (GetSaveFileNameW(&dialog) == 0) {
+    return std::nullopt;
+  }
+  return app::SaveChoice{file.c_str(), std::max<std::size_t>(1, dialog.nFilterIndex) - 1};
 }
 
 // The system gives the folder and, where several were chosen, the names behind it.

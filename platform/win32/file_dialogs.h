@@ -11,8 +11,8 @@ class WindowsFileDialogs : public app::FileDialogs {
   bool GetOpenFileName(app::FileDialogRecord& record) override;
   // Owned by the active window.
   std::vector<std::filesystem::path> AskOpen(std::string_view title) override;
-  std::optional<std::filesystem::path> AskSaveAs(std::string_view title, std::string_view name,
-                                                 std::string_view filter) override;
+  std::optional<app::SaveChoice> AskSaveAs(std::string_view title, std::string_view name,
+                                                 std::span<const std::string> kinds) override;
 };
 
 }  // namespace tonadex::platform

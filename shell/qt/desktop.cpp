@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QTimer>
+#include <utility>
 
 #include "platform/http/http_client.h"
 #include "platform/posix/program_folder.h"
@@ -25,13 +26,14 @@ constexpr int kSplashPaintMs = 200;
 
 // In the order in which they depend on each other.
 struct Desktop::Parts {
-  explicit Parts(const std::string& argument)
+  Parts(const std::string& argument, std::vector<std::filesystem::path> toOpen)
       : folder(platform::PrepareProgramFolder()),
         shell(hooks, repainting, folder, platform::PrivateTempFolder()),
         server(argument, folder, platform::InstalledData()),
         program({settings, fileDialogs, sequencer, http, webViews, richText, shell},
                 server.Configured()),
-        splash(program) {
+        splash(program),
+        files(std::move(toOpen)) {
     hooks.openHelp = [this](const std::filesystem::path& file) { help.Get().Open(file); };
   }
 
@@ -50,6 +52,7 @@ struct Desktop::Parts {
     window->Load();
     window->show();
     splash.close();
+    window->Open(files);
   }
 
   std::filesystem::path folder;
@@ -72,11 +75,13 @@ struct Desktop::Parts {
   DesktopServer server;
   app::Program program;
   Splash splash;
+  std::vector<std::filesystem::path> files;
   std::unique_ptr<MainWindow> window;
   OnFirstUse<HelpWindow> help;
 };
 
-Desktop::Desktop(const std::string& server) : parts_(std::make_unique<Parts>(server)) {}
+Desktop::Desktop(const std::string& server, std::vector<std::filesystem::path> files)
+    : parts_(std::make_unique<Parts>(server, std::move(files))) {}
 Desktop::~Desktop() = default;
 
 int Desktop::Run() {

@@ -10,7 +10,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "shell/qt/desktop.h"
 #include "shell/qt/theme/system_scheme.h"
@@ -105,12 +108,15 @@ int main(int argc, char** argv) {
   arguments.addOption(server);
   arguments.addOption(version);
   arguments.addOption(help);
+  arguments.addPositionalArgument(QStringLiteral("ficheros"),
+                                  QStringLiteral("Melodías de cualquier formato, para abrirlas."),
+                                  QStringLiteral("[FICHERO…]"));
   const bool understood = arguments.parse(QCoreApplication::arguments());
   if (arguments.isSet(help)) {
     std::fputs(qPrintable(arguments.helpText()), stdout);
     return 0;
   }
-  if (!understood || !arguments.positionalArguments().isEmpty()) {
+  if (!understood) {
     std::fprintf(stderr, "%s\n%s", qPrintable(arguments.errorText()),
                  qPrintable(arguments.helpText()));
     return kBadArguments;
@@ -127,6 +133,10 @@ int main(int argc, char** argv) {
     qputenv("QTWEBENGINE_CHROMIUM_FLAGS", "--force-dark-mode");  // pages that know dark colours
   }
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/shell/tonadex.svg")));
-  tonadex::shell::Desktop desktop(arguments.value(server).toStdString());
+  std::vector<std::filesystem::path> files;
+  for (const QString& file : arguments.positionalArguments()) {
+    files.emplace_back(file.toStdU16String());
+  }
+  tonadex::shell::Desktop desktop(arguments.value(server).toStdString(), std::move(files));
   return desktop.Run();
 }

@@ -6,6 +6,7 @@
 #include <ole2.h>
 
 #include <memory>
+#include <utility>
 
 #include "platform/http/http_client.h"
 #include "platform/win32/file_dialogs.h"
@@ -62,13 +63,14 @@ class WindowWebViews : public app::WebViews {
 
 // Members in order of dependency.
 struct Desktop {
-  explicit Desktop(const std::string& argument)
+  Desktop(const std::string& argument, std::vector<std::filesystem::path> toOpen)
       : folder(platform::PrepareProgramFolder()),
         shell(hooks, folder),
         server(argument, folder, platform::InstalledData()),
         program({registry, fileDialogs, sequencer, http, webViews, richText, shell},
                 server.Configured()),
-        splash(program, [this] { OpenWindow(); }) {
+        splash(program, [this] { OpenWindow(); }),
+        files(std::move(toOpen)) {
     hooks.openHelp = [this](const std::filesystem::path& file) { help.Get().Open(file); };
   }
 
@@ -78,6 +80,7 @@ struct Desktop {
                                           [this] { return sequencer.PositionMs(); });
     window->Load();
     splash.Close();
+    window->Open(files);
   }
 
   bool Translate(MSG& message) {
@@ -109,13 +112,14 @@ struct Desktop {
   DesktopServer server;
   app::Program program;
   Splash splash;
+  std::vector<std::filesystem::path> files;
   OnFirstUse<HelpWindow> help;
 };
 
 }  // namespace
 
-int RunDesktop(const std::string& server) {
-  Desktop desktop(server);
+int RunDesktop(const std::string& server, std::vector<std::filesystem::path> files) {
+  Desktop desktop(server, std::move(files));
   desktop.splash.Start();
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {

@@ -1,6 +1,9 @@
 #include <windows.h>
 
+#include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/win32/console.h"
 #include "platform/win32/wide_text.h"
@@ -10,7 +13,8 @@ namespace {
 
 constexpr int kBadArguments = 2;
 constexpr char kUsage[] =
-    "Uso: tonadex [--servidor URL]\n\n"
+    "Uso: tonadex [--servidor URL] [FICHERO…]\n\n"
+    "FICHERO         Melodía de cualquier formato, para abrirla.\n"
     "--servidor URL  Dirección del servidor de melodías; sin ella, el del programa.\n"
     "--help          Muestra esta ayuda.\n"
     "--version       Muestra la versión.\n";
@@ -24,6 +28,7 @@ void Say(const std::string& words, UINT icon) {
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int) {
   tonadex::platform::Utf8Arguments arguments;
   std::string server;
+  std::vector<std::filesystem::path> files;
   for (int i = 1; i < arguments.count(); ++i) {
     const std::string argument = arguments.values()[i];
     if (argument == "--servidor" && i + 1 < arguments.count()) {
@@ -36,10 +41,12 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int) {
     } else if (argument == "--help" || argument == "-h" || argument == "--ayuda") {
       Say(kUsage, MB_ICONINFORMATION);
       return 0;
+    } else if (!argument.starts_with('-')) {
+      files.emplace_back(tonadex::platform::WideFromUtf8(argument));
     } else {
       Say("No se entiende: " + argument + "\n\n" + kUsage, MB_ICONEXCLAMATION);
       return kBadArguments;
     }
   }
-  return tonadex::shell::RunDesktop(server);
+  return tonadex::shell::RunDesktop(server, std::move(files));
 }

@@ -371,7 +371,13 @@ void MainWindow::TakeFiles(HDROP dropped) {
     paths.emplace_back(path);
   }
   DragFinish(dropped);
-  Run([&] { form_.FilesDropped(paths); });
+  Open(paths);
+}
+
+void MainWindow::Open(const std::vector<std::filesystem::path>& files) {
+  if (!files.empty()) {
+    Run([&] { form_.FilesDropped(files); });
+  }
 }
 
 bool MainWindow::EnterKey() {

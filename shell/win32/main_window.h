@@ -32,6 +32,8 @@ class MainWindow {
 
   // Runs Form_Load and shows the window.
   void Load();
+  // Adds melody files to the repertoire; none is no change.
+  void Open(const std::vector<std::filesystem::path>& files);
   HWND window() const { return window_; }
   // Handles the keyboard before a message is dispatched; true when the message is done.
   bool Translate(MSG& message);

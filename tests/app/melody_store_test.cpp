@@ -104,15 +104,22 @@ TEST_F(Store, RenamesMelodyAndFile) {
   EXPECT_EQ(Refusal([&] { store.Rename("gone.1", "a"); }), "el fichero ya no se puede leer");
 }
 
-TEST_F(Store, AddsTheMelodiesOfTextFiles) {
+TEST_F(Store, AddsTheMelodiesOfFilesOfAnyFormat) {
   folder.Write("Añejo.txt", "Sr. Vals:d=4,o=5,b=90:c\r\n\r\nPolca: d=4,o=5,b=90:cjuh9hay\n");
   folder.Write("carta.txt", "Querida Ana: te escribo: hoy");
-  const std::vector files{folder / "carta.txt", folder / u8"Añejo.txt", folder / "gone"};
+  folder.Write("Mi (vals).imy", "BEGIN:IMELODY\nBEAT:90\nMELODY:c2*5d3\nEND:IMELODY");
+  const std::vector files{folder / "carta.txt", folder / u8"Añejo.txt", folder / "gone",
+                          folder / "Mi (vals).imy"};
   MelodyStore::Added added;
   store.Add(files, added);
-  EXPECT_EQ(added.last, "Polca.23");
-  EXPECT_EQ(added.refused, "carta.txt, gone");
-  EXPECT_EQ(Held(), "Polca.23=Polca: d=4,o=5,b=90:c#;Sr Vals.23=Sr Vals:d=4,o=5,b=90:c;");
+  EXPECT_EQ(added.last, "Mi vals.27");
+  EXPECT_EQ(core::ToUtf8(added.refused),
+            "\r\ncarta.txt: no se reconoce ninguna melodía."
+            "\r\ngone: no se puede leer o pasa de 16 MiB.");
+  EXPECT_EQ(added.remarks, "");
+  EXPECT_EQ(Held(),
+            "Mi vals.27=Mi vals:d=4,o=5,b=90:c,8d6;Polca.23=Polca: d=4,o=5,b=90:c#;"
+            "Sr Vals.23=Sr Vals:d=4,o=5,b=90:c;");
 }
 
 #ifndef _WIN32

@@ -100,7 +100,10 @@ TEST_F(MidiPageTest, TheMelodyGoesIntoTheBoxOrTheRepertoire) {
   EXPECT_EQ(form.paginaactual, kRepertoirePage);
   EXPECT_EQ(core::UndoSharpEscape(test.folder.Read("melodias/vals." + std::to_string(text.size()))),
             text + "\r\n");
-  form.OpenMidiFile(ThreeVoices(), "otro.mid");
+  test.folder.Write("otro.mid", ThreeVoices());
+  const std::filesystem::path file = test.folder / "otro.mid";
+  form.FilesDropped({&file, 1});
+  EXPECT_EQ(form.paginaactual, kMidiPage);
   form.leaveMidi_Click();
   EXPECT_EQ(form.paginaactual, kRepertoirePage);
   EXPECT_TRUE(form.navbanner.visible);

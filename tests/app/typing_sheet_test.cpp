@@ -14,7 +14,7 @@ Paper Pages(std::string_view model, const std::string& result, int notes) {
   const auto steps = phones::TypingSteps(model, result, melody);
   const Drawing drawing = MelodyDrawing(melody.Text);
   return LayOutTypingSheet(
-      {"Una prueba, para un m\xF3vil", *phones::FindKeypad(model), steps, drawing});
+      {"Una prueba, para un m\xF3vil", phones::FindKeypad(model), steps, drawing});
 }
 
 bool Overlap(const Box& a, const Box& b) {

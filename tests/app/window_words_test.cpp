@@ -12,11 +12,10 @@
 namespace tonadex::app {
 namespace {
 
-TEST(SuggestedFileName, HasTheFormatsExtension) {
+TEST(FileStem, IsAFileNameOfTheRow) {
   for (const test::Row& row : test::Table("File names")) {
-    EXPECT_EQ(SuggestedFileName(row[0], row[1]), row[2]);
+    EXPECT_EQ(FileStem(row[0]), row[1]);
   }
-  EXPECT_EQ(SuggestedFileName("a (b/c?d)", "0"), "b_c_d.txt");
 }
 
 TEST(RtttlCheck, NamesTheFirstFault) {

@@ -25,6 +25,7 @@ TEST(Cli, AnswersAndTellsTheShellWhatWentWrong) {
   folder.Write("bad", "x:y");
   folder.Write("untimed", "x:d=4,o=5,b=z:c");
   folder.Write("a.1", "");
+  folder.Write("two", "Otra:d=4,o=5,b=100:c\nVals:d=4,o=5,b=100:d\n");
   folder.Write("long", std::string(core::kMaxLineBytes + 1, 'x'));
   core::RTTTLMelody melody = test::ParsedMelody(kGood);
   melody.TrackName = "MIDI by Tonadex";

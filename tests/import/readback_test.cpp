@@ -2,15 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <fstream>
-#include <functional>
-#include <random>
 
 #include "core/rtttl_writer.h"
 #include "core/windows1252.h"
-#include "data/shelf.h"
 #include "formats/kws.h"
 #include "formats/octave_range.h"
 #include "formats/pitch.h"
@@ -18,6 +12,7 @@
 #include "import/open_melody.h"
 #include "phones/conversion.h"
 #include "tests/core/test_melody.h"
+#include "tests/import/melodies.h"
 
 namespace tonadex::import {
 namespace {
@@ -248,40 +243,6 @@ std::string AtTempo(std::string rtttl, int tempo) {
   return tempo == 0 ? rtttl : rtttl.replace(at, rtttl.find(':', at) - at, std::to_string(tempo));
 }
 
-std::vector<std::string> Shelf() {
-  std::ifstream table(TONADEX_SHELF);
-  std::vector<std::string> melodies;
-  for (const data::ShelfRow& row : data::ReadShelf(table)) {
-    melodies.push_back(row.rtttl);
-  }
-  return melodies;
-}
-
-// Every length, pitch and pause, in octaves and at tempos of phones.
-std::vector<std::string> Generated() {
-  std::mt19937 random(14);
-  const auto number = [&random](int most) {
-    return static_cast<int>(random() % static_cast<unsigned>(most));
-  };
-  std::vector<std::string> melodies;
-  for (int i = 0; i < 200; ++i) {
-    core::PlainMelody melody = {"Melodia " + std::to_string(i), 40 + number(360), {}};
-    const int lowest = 4 + number(2), span = 1 + number(8 - lowest);
-    for (int notes = 1 + number(120); notes >= 0; --notes) {
-      melody.notes.push_back({number(8) == 0 && notes > 0 ? -1 : number(12), lowest + number(span),
-                              1 << number(6), number(4) == 0});
-    }
-    melodies.push_back(core::RtttlText(melody));
-  }
-  return melodies;
-}
-
-std::vector<std::string> Melodies() {
-  std::vector<std::string> melodies = Shelf();
-  std::ranges::copy(Generated(), std::back_inserter(melodies));
-  return melodies;
-}
-
 // The parser takes the blanks out.
 std::string NameOf(const std::string& rtttl, std::size_t most = 100) {
   std::string name = rtttl.substr(0, std::min(most, rtttl.find(':')));
@@ -296,7 +257,7 @@ std::string TempoOf(const std::string& rtttl) {
 TEST(ReadBack, GivesWhatTheFormatHolds) {
   for (const Format& format : kFormats) {
     int read = 0;
-    for (const std::string& melody : Melodies()) {
+    for (const std::string& melody : test::Melodies()) {
       const std::string rtttl = AtTempo(melody, format.tempo);
       const std::string written = Written(format, rtttl);
       SCOPED_TRACE(std::string(format.name) + "\n" + rtttl + "\n" + written);
@@ -343,7 +304,7 @@ std::vector<Onset> Onsets(const std::string& rtttl) {
 }
 
 TEST(ReadBack, KeepsTheTimesOfKws) {
-  for (const std::string& rtttl : Melodies()) {
+  for (const std::string& rtttl : test::Melodies()) {
     SCOPED_TRACE(rtttl);
     const OpenedFile opened = OpenMelodyFile(Kws(rtttl), "Fichero.bin");
     ASSERT_EQ(opened.kind, FileKind::kKws);

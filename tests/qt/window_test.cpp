@@ -207,11 +207,15 @@ TEST(QtFileDialogs, AskWhereToSaveAnyPath) {
   QTimer::singleShot(0, qApp, [file] {
     auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
     ASSERT_NE(dialog, nullptr);
+    dialog->selectNameFilter("Otro (*.txt)");
     dialog->selectFile(file);
     QMetaObject::invokeMethod(dialog, "accept");
   });
-  EXPECT_EQ(shell::QtFileDialogs(hooks).AskSaveAs("Guardar", "a.txt", "Texto (*.txt)"),
-            folder / u8"曲.txt");
+  const std::array<std::string, 2> kinds = {"Texto (*.txt)", "Otro (*.txt)"};
+  const auto choice = shell::QtFileDialogs(hooks).AskSaveAs("Guardar", "a.txt", kinds);
+  ASSERT_TRUE(choice);
+  EXPECT_EQ(choice->file, folder / u8"曲.txt");
+  EXPECT_EQ(choice->kind, 1u);
 }
 
 // By keyboard, menu and mouse; melodies come and go, and an old result is told as one.

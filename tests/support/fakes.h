@@ -55,23 +55,25 @@ class FakeFileDialogs : public app::FileDialogs {
   bool GetSaveFileName(app::FileDialogRecord& record) override { return Answer("save", record); }
   bool GetOpenFileName(app::FileDialogRecord& record) override { return Answer("open", record); }
 
-  std::optional<std::filesystem::path> AskSaveAs(std::string_view, std::string_view name,
-                                                 std::string_view) override {
+  std::optional<app::SaveChoice> AskSaveAs(std::string_view, std::string_view name,
+                                           std::span<const std::string> choices) override {
     proposed.emplace_back(name);
+    offered.assign(choices.begin(), choices.end());
     if (answers.empty() || !answers.front()) {
       return std::nullopt;
     }
     const std::filesystem::path path = files::PathFromText(*answers.front());
     answers.pop_front();
-    return path;
+    return app::SaveChoice{path};
   }
 
   std::vector<std::filesystem::path> AskOpen(std::string_view) override {
     const auto file = AskSaveAs({}, "(open)", {});
-    return file ? std::vector{*file} : std::vector<std::filesystem::path>();
+    return file ? std::vector{file->file} : std::vector<std::filesystem::path>();
   }
 
   std::vector<std::string> proposed;               // names
+  std::vector<std::string> offered;                // kinds of the last question
   std::deque<std::optional<std::string>> answers;  // full paths
   std::vector<app::FileDialogRecord> asked;        // as they came in
   std::vector<std::string> kinds;                  // "save" or "open"

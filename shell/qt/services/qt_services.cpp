@@ -145,14 +145,23 @@ bool QtFileDialogs::GetOpenFileName(app::FileDialogRecord& record) {
   return RunDialog(QFileDialog::AcceptOpen, record, hooks_.window);
 }
 
-std::optional<std::filesystem::path> QtFileDialogs::AskSaveAs(std::string_view title,
-                                                              std::string_view name,
-                                                              std::string_view) {
+std::optional<app::SaveChoice> QtFileDialogs::AskSaveAs(std::string_view title,
+                                                        std::string_view name,
+                                                        std::span<const std::string> kinds) {
   const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  QStringList filters;
+  for (const std::string& kind : kinds) {
+    filters << ToQString(kind);
+  }
+  QString chosen;
   const QString file = QFileDialog::getSaveFileName(hooks_.window, ToQString(title),
-                                                    folder.filePath(ToQString(name)));
-  return file.isEmpty() ? std::nullopt
-                        : std::optional(std::filesystem::path(file.toStdU16String()));
+                                                    folder.filePath(ToQString(name)),
+                                                    filters.join(QStringLiteral(";;")), &chosen);
+  if (file.isEmpty()) {
+    return std::nullopt;
+  }
+  const auto kind = std::max<qsizetype>(0, filters.indexOf(chosen));
+  return app::SaveChoice{file.toStdU16String(), static_cast<std::size_t>(kind)};
 }
 
 std::vector<std::filesystem::path> QtFileDialogs::AskOpen(std::string_view title) {

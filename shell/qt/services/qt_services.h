@@ -67,8 +67,8 @@ class QtFileDialogs : public app::FileDialogs {
   explicit QtFileDialogs(WindowHooks& hooks) : hooks_(hooks) {}
   bool GetSaveFileName(app::FileDialogRecord& record) override;
   bool GetOpenFileName(app::FileDialogRecord& record) override;
-  std::optional<std::filesystem::path> AskSaveAs(std::string_view title, std::string_view name,
-                                                 std::string_view filter) override;
+  std::optional<app::SaveChoice> AskSaveAs(std::string_view title, std::string_view name,
+                                                 std::span<const std::string> kinds) override;
   std::vector<std::filesystem::path> AskOpen(std::string_view title) override;
 
  private:

@@ -272,7 +272,13 @@ void MainWindow::dropEvent(QDropEvent* event) {
       paths.emplace_back(url.toLocalFile().toStdU16String());
     }
   }
-  Run([&] { form_.FilesDropped(paths); });
+  Open(paths);
+}
+
+void MainWindow::Open(const std::vector<std::filesystem::path>& files) {
+  if (!files.empty()) {
+    Run([&] { form_.FilesDropped(files); });
+  }
 }
 
 // Focuses the first control of the page that accepts it and does not lead away.

@@ -28,6 +28,8 @@ class MainWindow : public QWidget {
   void PrepareBrowser() const;
   // Runs Form_Load and draws; call before show().
   void Load();
+  // Adds melody files to the repertoire; none is no change.
+  void Open(const std::vector<std::filesystem::path>& files);
 
   app::Form1& Form() { return form_; }
   const Binding& Bound() const { return binding_; }

@@ -1,0 +1,139 @@
+#include "app/save_melody.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "app/melody_notes.h"
+#include "app/pdf.h"
+#include "app/result_file_name.h"
+#include "app/typing_sheet.h"
+#include "app/words.h"
+#include "core/message_box.h"
+#include "core/runtime_error.h"
+#include "core/text.h"
+#include "files/paths.h"
+#include "files/write.h"
+#include "phones/catalogue.h"
+#include "phones/conversion.h"
+#include "phones/file_formats.h"
+#include "phones/formats.h"
+#include "phones/keypads.h"
+#include "phones/typing_steps.h"
+
+namespace tonadex::app {
+namespace {
+
+using namespace core::literals;
+
+constexpr std::string_view kCannotSave = u8"No se puede guardar así: "_w;
+constexpr std::string_view kSheetKind = "Hoja para imprimir (*.pdf)";
+constexpr std::string_view kSheetExtension = "pdf";
+
+// What a dialog offers; the sheet, without a format, is the last one.
+struct Kind {
+  std::string shown, extension;
+  const phones::FileFormat* format = nullptr;
+};
+
+std::vector<Kind> KindsFor(std::string_view model) {
+  std::vector<Kind> kinds;
+  for (const phones::FileFormat* format : phones::FormatsToSave(model)) {
+    std::string shown(format->label);
+    shown.append(format->limits.empty() ? "" : ": ").append(format->limits);
+    const std::string extension(format->extension);
+    kinds.push_back({shown + " (*." + extension + ")", extension, format});
+  }
+  kinds.push_back({std::string(kSheetKind), std::string(kSheetExtension)});
+  return kinds;
+}
+
+// A known extension that was typed says what is meant, but for texts, which any kind may be.
+const Kind& KindMeant(const std::vector<Kind>& kinds, const SaveChoice& choice) {
+  const std::string typed = ExtensionOf(choice.file);
+  const auto meant = std::ranges::find(kinds, typed, &Kind::extension);
+  return meant == kinds.end() || typed == "txt" ? kinds[std::min(choice.kind, kinds.size() - 1)]
+                                                : *meant;
+}
+
+class NoFile : public phones::SaveFileQuestion {
+ public:
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override { return {}; }
+};
+
+// The result's groups as steps: words, or the notes of RTTTL.
+std::vector<phones::TypingStep> StepsOf(std::string_view result) {
+  std::vector<phones::TypingStep> steps;
+  for (std::size_t at = 0; at < result.size();) {
+    const std::size_t end = std::min(result.find_first_of(" ,\r\n", at), result.size() - 1) + 1;
+    const std::string_view group = core::Trim(result.substr(at, end - at));
+    if (group.find_first_not_of("\r\n") != std::string_view::npos) {
+      steps.push_back({.group = std::string(group.substr(0, group.find_first_of("\r\n"))),
+                       .after = "",
+                       .keys = {},
+                       .words = "",
+                       .display = ""});
+    }
+    at = end;
+  }
+  return steps;
+}
+
+}  // namespace
+
+std::string ExtensionOf(const std::filesystem::path& file) {
+  const std::string extension = core::ToLower(files::TextFromPath(file.extension()));
+  return extension.empty() ? extension : extension.substr(1);
+}
+
+std::string SheetPdf(std::string_view rtttl, std::string_view model) {
+  core::RecordingMessages unread;
+  const core::ScopedMessageSink sink(unread);
+  core::RTTTLMelody melody;
+  core::InitMelody(melody, {});
+  melody.Text = rtttl;
+  const std::string name(rtttl.substr(0, rtttl.find(':')));
+  NoFile none;
+  const auto page = phones::ConvertSelectedMelody(melody, model, name, none).page;
+  const std::string result =
+      page && phones::FindFormat(model) != nullptr ? page->result : std::string(rtttl);
+  const phones::Keypad* keypad = phones::FindKeypad(model);
+  const auto steps =
+      keypad == nullptr ? StepsOf(result) : phones::TypingSteps(model, result, melody);
+  const phones::CatalogueRow* phone = phones::FindModel(model);
+  return PdfFile(
+      LayOutTypingSheet({name + (phone == nullptr ? "" : ", para " + std::string(phone->brand)),
+                         keypad, steps, MelodyDrawing(std::string(rtttl), std::string(model))}));
+}
+
+void SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl, std::string_view model) {
+  const std::vector<Kind> kinds = KindsFor(model);
+  std::vector<std::string> shown;
+  std::ranges::transform(kinds, std::back_inserter(shown), &Kind::shown);
+  const std::string name = FileStem(core::Trim(rtttl.substr(0, rtttl.find(':'))));
+  auto choice = dialogs.AskSaveAs(words::kSaveAs, name + "." + kinds.front().extension, shown);
+  if (!choice) {
+    return;
+  }
+  const Kind& kind = KindMeant(kinds, *choice);
+  if (ExtensionOf(choice->file).empty()) {
+    choice->file += "." + kind.extension;
+  }
+  try {
+    phones::MelodyFileBytes file;
+    if (kind.format == nullptr) {
+      file.bytes = SheetPdf(rtttl, model);
+    } else {
+      file = phones::WriteMelodyFile(*kind.format, rtttl);
+    }
+    if (!file.notices.empty() && kind.format->write != nullptr) {
+      core::MsgBox(file.notices, core::Icon::kInformation);
+    }
+    if (!core::SkipErrors([&] { files::WriteBytes(choice->file, file.bytes); })) {
+      core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
+    }
+  } catch (const core::RunTimeError& error) {
+    core::MsgBox(std::string(kCannotSave) + error.what() + ".", core::Icon::kExclamation);
+  }
+}
+
+}  // namespace tonadex::app

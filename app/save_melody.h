@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "app/file_dialog.h"
+
+// "Guardar como…": a melody as a file of any format. Texts are Windows-1252.
+namespace tonadex::app {
+
+// Asks where to save an RTTTL text and as what, the format of the phone's `model` first, and writes
+// the file. A box says before what the file cannot hold, or why there is none.
+void SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl, std::string_view model);
+
+// The melody on a sheet, with what the model needs to be typed, as the bytes of a PDF file.
+std::string SheetPdf(std::string_view rtttl, std::string_view model);
+
+// The extension in lower case; "" for a name without one.
+std::string ExtensionOf(const std::filesystem::path& file);
+
+}  // namespace tonadex::app

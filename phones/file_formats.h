@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/rtttl.h"
+
+// Every kind of file that a melody can become, for the windows and the terminal. Texts are
+// Windows-1252.
+namespace tonadex::phones {
+
+// Gives the bytes for a parsed melody and appends to `notices` what the file cannot hold of it.
+using FileWriter = std::string (*)(const core::RTTTLMelody& melody, std::string& notices);
+
+struct FileFormat {
+  std::string_view name;       // in the terminal: "ott"
+  std::string_view extension;  // without the full stop
+  std::string_view label;      // in dialogs: "Nokia Smart Messaging"
+  std::string_view code;       // of the phones' format (phones/formats.h); "" when it has none
+  FileWriter write;            // nullptr: the result for phones with this code
+  std::string_view limits;     // what it loses of any melody, "" for nothing: "sin puntillos"
+};
+
+std::span<const FileFormat> FileFormats();
+
+// nullptr for an unknown name. The sheet, which is a drawing, is not among them.
+const FileFormat* FindFileFormat(std::string_view name);
+// The one for a model of the catalogue, compared exactly; nullptr when there is none.
+const FileFormat* FileFormatOf(std::string_view model);
+
+// One format of each extension: the model's, then the first ones of the other extensions.
+std::vector<const FileFormat*> FormatsToSave(std::string_view model);
+
+struct MelodyFileBytes {
+  std::string bytes;
+  std::string notices;  // lines of CR LF; of the phones' formats with their instructions
+};
+
+// The file for an RTTTL text with "#" for sharps; shows no message. Errors: core::RunTimeError with
+// a Spanish sentence for a melody that cannot be read or that the format cannot hold.
+MelodyFileBytes WriteMelodyFile(const FileFormat& format, std::string_view rtttl);
+
+}  // namespace tonadex::phones
