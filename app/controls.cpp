@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/melody_file.h"
+#include "phones/rtttl_repair.h"
 
 namespace tonadex::app {
 namespace {
@@ -53,6 +54,10 @@ void Control::SetText(std::string_view newText) {
   const auto found = std::ranges::find(rows, newText, &ListRow::text);
   Select(static_cast<int>(std::ranges::distance(rows.begin(), found)));
   text = newText;
+}
+
+std::string TextOfBox(std::string_view utf8) {
+  return phones::FromPasted(utf8);
 }
 
 }  // namespace tonadex::app

@@ -72,6 +72,7 @@ class Form1 : public SharedState,
   // What is composed, or the RTTTL text, becomes a file of the repertoire, which is shown.
   void saveComposed_Click();
   void saveRtttl_Click();
+  void keepNewest_Click();  // the selected one of the server's newest melodies
   // Files dropped on the window, or opened: their melodies are added to the repertoire. A single
   // MIDI file is shown instead, for the user to choose from its voices.
   void FilesDropped(std::span<const std::filesystem::path> paths);

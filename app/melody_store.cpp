@@ -51,15 +51,15 @@ bool IsMelody(std::string_view text) {
   return name != text.npos && text.find(':', name + 1) != text.npos;
 }
 
-// As a file holds it: of two names for a sharp the one that a server's files have, and UTF-8, which
-// nobody takes for anything else.
+// The content of a melody's file: sharps escaped as in a server's files, in UTF-8, whose detection
+// on reading is reliable.
 std::string Stored(std::string_view text) {
   std::string line(text);
   core::ReplaceAll(line, "#", core::kSharpEscape);
   return core::ToUtf8(line) + std::string(core::kCrLf);
 }
 
-// The melody's name as the stem of a file.
+// The file name's stem for a melody's name.
 std::string Stem(std::string_view name) {
   std::string stem(core::Trim(name));
   for (char& c : stem) {
@@ -68,7 +68,7 @@ std::string Stem(std::string_view name) {
   return stem;
 }
 
-// The file's name for this text. A row of the repertoire must lead back to it.
+// The file name for a melody, checked: its row in the repertoire must lead back to the file.
 std::string FileNameFor(std::string_view text) {
   const std::string_view name = NameOf(text);
   if (!IsMelody(text)) {
@@ -93,7 +93,7 @@ std::string FileNameFor(std::string_view text) {
   return file;
 }
 
-// Full stops would cut the name in the list.
+// The list shows a name only up to its first full stop.
 std::string WithoutStopsInName(std::string_view text) {
   std::string name(NameOf(text));
   std::erase(name, '.');
@@ -160,7 +160,7 @@ std::string MelodyStore::Rename(const std::string& file, std::string_view name) 
   const fs::path from = melodies_ / files::PathFromText(file);
   const fs::path to = melodies_ / files::PathFromText(FileNameFor(renamed));
   std::error_code ignored;
-  if (fs::equivalent(from, to, ignored)) {  // where upper and lower case are one, too
+  if (fs::equivalent(from, to, ignored)) {  // the same file, also on file systems that ignore case
     if (!files::Replace(from, Stored(renamed))) {
       Refuse(kNotSaved, core::ErrorNumber::kDeviceFailure);
     }
@@ -188,7 +188,7 @@ std::string MelodyStore::Duplicate(const std::string& file, int semitones) const
   if (semitones != 0) {
     return Save(name + (semitones > 0 ? "+" : "") + std::to_string(semitones) + notes);
   }
-  // The first number that no melody of these notes has.
+  // The first number for which there is no such file yet.
   const auto taken = [this](const std::string& copy) {
     std::error_code ignored;
     return fs::exists(melodies_ / files::PathFromText(FileNameFor(copy)), ignored);
@@ -203,19 +203,24 @@ std::string MelodyStore::Duplicate(const std::string& file, int semitones) const
 void MelodyStore::Add(std::span<const fs::path> files, Added& added) const {
   for (const fs::path& file : files) {
     const std::string name = files::TextFromPath(file.filename());
-    const auto bytes = files::ReadWhole(file, import::kMostBytes);
+    const auto attempt = [&](const auto& step) {
+      try {
+        step();
+      } catch (const core::RunTimeError& error) {
+        added.refused.append(core::kCrLf).append(name).append(": ").append(error.what());
+        added.refused += '.';
+      }
+    };
     import::OpenedFile opened;
-    try {
+    attempt([&] {
+      const auto bytes = files::ReadWhole(file, import::kMostBytes);
       if (!bytes) {
         Refuse(kUnreadable);
       }
       opened = import::OpenMelodyFile(*bytes, name);
-    } catch (const core::RunTimeError& error) {
-      added.refused.append(core::kCrLf).append(name).append(": ").append(error.what()).append(".");
-      continue;
-    }
+    });
     for (const import::OpenedMelody& melody : opened.melodies) {
-      added.last = Save(StorableMelody(melody.text));
+      attempt([&] { added.last = Save(StorableMelody(melody.text)); });
       for (const std::string& remark : melody.remarks) {
         added.remarks.append(core::kCrLf).append(name).append(": ").append(remark);
       }

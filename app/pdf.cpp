@@ -24,13 +24,13 @@ constexpr int kMonoWidth = 600;  // of every character of Courier-Bold
 
 int WidthOf(char c) {
   constexpr std::string_view kAccented = u8"áéíóúüñ"_w, kPlain = "aeiouun";
-  constexpr int kWidest = 1000;  // no other sign of the character set is wider
+  constexpr int kWidest = 1000;  // the widest of the other characters
   const std::size_t accented = kAccented.find(c);
   const char plain = accented == std::string_view::npos ? c : kPlain[accented];
   return plain >= ' ' && plain <= '~' ? kWidths[static_cast<std::size_t>(plain - ' ')] : kWidest;
 }
 
-// Two decimals, whatever the locale.
+// Two decimals with a point, in every locale.
 std::string Number(double value) {
   const auto hundredths = std::lround(std::abs(value) * 100);
   const std::string fraction = std::to_string(100 + hundredths % 100).substr(1);
@@ -53,7 +53,7 @@ double GreyOf(Ink ink) {
 }
 
 std::string TextCode(const Shape& shape, double paperHeight) {
-  constexpr double kRise = 0.36;  // of the middle of capitals over the base line, by the size
+  constexpr double kRise = 0.36;  // half the height of capitals, as a fraction of the font size
   const double width = TextWidth(shape.text, shape.size, shape.mono);
   const double size = width > shape.box.width ? shape.size * shape.box.width / width : shape.size;
   const double room = std::max(0.0, shape.box.width - width);
@@ -80,7 +80,7 @@ std::string PageCode(const Picture& page, double paperHeight) {
   return code;
 }
 
-// Numbered objects one after the other, and where each begins.
+// The file's numbered objects and their offsets, which the cross-reference table lists.
 class ObjectList {
  public:
   void Add(std::string_view content) {
@@ -120,7 +120,7 @@ double TextWidth(std::string_view text, double points, bool mono) {
 }
 
 std::string PdfFile(const Paper& paper) {
-  constexpr std::size_t kFirstPage = 6;  // behind the five objects that every file has
+  constexpr std::size_t kFirstPage = 6;  // after the five objects that every file has
   const auto reference = [](std::size_t page) {
     return std::to_string(kFirstPage + 2 * page) + " 0 R ";
   };

@@ -5,14 +5,14 @@
 
 #include "app/picture.h"
 
-// Pages of shapes as a PDF file. All type is heavy and of the fonts that every reader has. Texts
-// are Windows-1252.
+// Writes pages of shapes as a PDF file. All text is bold, in the standard fonts that PDF readers
+// supply. Texts are Windows-1252.
 namespace tonadex::app {
 
-// In the unit of `points`.
+// In points.
 double TextWidth(std::string_view text, double points, bool mono);
 
-// The bytes of the file. Corners are not rounded.
+// The bytes of the file. Rounded corners are written as square ones.
 std::string PdfFile(const Paper& paper);
 
 }  // namespace tonadex::app

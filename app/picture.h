@@ -5,12 +5,12 @@
 
 #include "app/melody_layout.h"
 
-// Pictures as data: shells and printers only paint them, in this order. Distances and sizes of type
-// are device-independent pixels, on paper points, from the picture's upper left corner. Texts are
+// Pictures as lists of shapes, which shells and printers paint in order. Coordinates and font sizes
+// are in device-independent pixels (on paper in points), from the upper left corner. Texts are
 // Windows-1252.
 namespace tonadex::app {
 
-// A colour of the window's theme; on paper black, and the faint ones grey.
+// A colour role of the window's theme. On paper it is black or grey.
 enum class Ink {
   kText,
   kMuted,
@@ -29,18 +29,18 @@ struct Shape {
   enum class Kind {
     kFilled,  // a box
     kFrame,   // its outline, `size` wide
-    kText,    // one line in the middle of the box's height, smaller where it is wider than the box
+    kText,    // one line, vertically centred; shrunk to the width of the box
   };
   enum class Align { kLeft, kCentre, kRight };
 
   Kind kind = Kind::kText;
   Box box = {};
   Ink ink = Ink::kText;
-  double size = 1;    // of a text: of its type
-  double radius = 0;  // of a box's corners
+  double size = 1;    // kText: font size
+  double radius = 0;  // of rounded corners
   std::string text = {};
   bool bold = false;
-  bool mono = false;  // in type of one width
+  bool mono = false;  // in a monospaced font
   Align align = Align::kLeft;
   int hit = -1;  // what a click on it means to the page; -1: the same as beside it
 
@@ -60,7 +60,7 @@ inline int HitAt(const Picture& picture, double x, double y) {
   return hit;
 }
 
-// Pages to print, of one size in points.
+// Pages to print. Sizes are in points.
 struct Paper {
   std::string title;
   double width = 0, height = 0;

@@ -28,14 +28,17 @@ constexpr auto kTexts = std::to_array<KeptText>({
     {"rtttl", &F::txtrtttlsube},
 });
 
+constexpr std::string_view kBeep = "sonido.pitido";
+
 struct KeptNumber {
   std::string_view name;
   Control F::*control;  // its `value`
-  int lowest, highest;  // other numbers are passed over
+  int lowest, highest;  // numbers outside are ignored
 };
 constexpr auto kNumbers = std::to_array<KeptNumber>({
     {"resultado.letra", &F::textresultado, look::kSmallestType, look::kLargestType},
-    {"sonido.pitido", &F::beepChoice, 0, 1},
+    {kBeep, &F::beepChoice, 0, 1},
+    {"guia.sonido", &F::soundNotes, 0, 1},
 });
 
 constexpr std::string_view kWindow = "ventana";  // left, top, width, height, 1 when maximised
@@ -69,7 +72,7 @@ std::optional<std::string> Unescaped(std::string_view escaped) {
   return value;
 }
 
-// Numbers parted by blanks; nullopt for anything else.
+// Reads numbers separated by blanks; nullopt for anything else.
 template <std::size_t kCount>
 std::optional<std::array<int, kCount>> Numbers(std::string_view text) {
   std::array<int, kCount> numbers{};
@@ -86,7 +89,7 @@ std::optional<std::array<int, kCount>> Numbers(std::string_view text) {
   return numbers;
 }
 
-// Of two stretches of a line.
+// Length that two intervals share.
 double Overlap(double start, double length, double otherStart, double otherLength) {
   const double end = std::min(start + length, otherStart + otherLength);
   return std::max(end - std::max(start, otherStart), 0.0);
@@ -137,6 +140,12 @@ std::string StateBytes(const StateValues& values) {
   return core::ToUtf8(text);
 }
 
+bool BeepIsChosen(const std::filesystem::path& stateFile) {
+  const StateValues values = ReadState(files::ReadWhole(stateFile).value_or(""));
+  const auto found = values.find(kBeep);
+  return found != values.end() && found->second == "1";
+}
+
 SessionState::SessionState(std::filesystem::path file) : file_(std::move(file)) {}
 
 void SessionState::Restore(Form1& form) {
@@ -163,7 +172,7 @@ void SessionState::Restore(Form1& form) {
     }
   }
   Note(form);
-  changed_ = false;  // what was not kept is as at the first start
+  changed_ = false;  // defaults need not be saved
 }
 
 bool SessionState::Note(const Form1& form) {
@@ -191,7 +200,7 @@ bool SessionState::Note(const Form1& form) {
 
 void SessionState::Save() {
   if (std::exchange(changed_, false)) {
-    files::Replace(file_, StateBytes(values_));  // a failure is tried again after the next change
+    files::Replace(file_, StateBytes(values_));  // after a failure the next change tries again
   }
 }
 

@@ -8,39 +8,44 @@
 
 #include "app/layout.h"
 
-// What survives the end of the program, whatever ended it: the drafts of the start page, the size
-// of the result's type, and where the window stood.
+// State that survives the end of the program, even a killed one: the drafts of the start page, the
+// font size of the result, the chosen sound and the window's place.
 namespace tonadex::app {
 
 class Form1;
 
-// The main window in its toolkit's pixels; while it is maximised, the place that it returns to.
+// The main window's place in the toolkit's pixels; for a maximised one its restored place.
 struct WindowPlace {
-  Rect rect;  // empty as long as none is known
+  Rect rect;  // empty when unknown
   bool maximised = false;
 
   friend bool operator==(const WindowPlace&, const WindowPlace&) = default;
 };
 
-// The place moved, and shrunk where it is too large, onto the screen that shows most of it.
-// `screens`: what windows may cover, the main screen first; none leaves the place as it is.
+// Moves the place, and shrinks it if needed, to fit the screen that shows most of it. `screens` are
+// the areas that windows may cover, the main screen's first; without any the place is unchanged.
 Rect OnScreen(Rect place, std::span<const Rect> screens);
 
-// Windows-1252 values by name, in the file's UTF-8 with a line "name=value" each, in which "\r",
-// "\n" and "\\" stand for line ends and the backslash. A file or line that is damaged is left out.
+// Values by name in Windows-1252. The file has one line "name=value" each, in UTF-8; "\r", "\n" and
+// "\\" in a value stand for CR, LF and the backslash. Damaged files and lines are ignored.
 using StateValues = std::map<std::string, std::string, std::less<>>;
 StateValues ReadState(std::string_view bytes);
 std::string StateBytes(const StateValues& values);
 
-// A file that cannot be read or written is passed over in silence.
+inline constexpr std::string_view kStateFile = "estado.ini";  // in the program's folder
+
+// Whether melodies are played with the beep, as the options page left it.
+bool BeepIsChosen(const std::filesystem::path& stateFile);
+
+// A file that cannot be read or written is silently ignored.
 class SessionState {
  public:
   explicit SessionState(std::filesystem::path file);
-  // Copies what was kept into the window. Values of other versions stay in the file.
+  // Copies the stored values into the window. Unknown values stay in the file.
   void Restore(Form1& form);
-  // Takes over what the window holds now; true while the file does not hold it yet.
+  // Copies the window's values; true if they have not been saved yet.
   bool Note(const Form1& form);
-  // Replaces the file when something new was noted.
+  // Replaces the file if Note found changes.
   void Save();
 
  private:

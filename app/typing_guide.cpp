@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kDownMs = 350, kUpMs = 200;  // of a short press
 constexpr double kHeldMs = 1000.0 * phones::kHoldSeconds;
-constexpr double kAgainMs = 1200;  // from the last press to the first
+constexpr double kAgainMs = 1200;  // gap before the animation repeats
 
 double DownMs(const phones::KeyPress& press) {
   return press.hold ? kHeldMs : kDownMs;
@@ -74,9 +74,9 @@ const phones::TypingStep* TypingGuide::Group(int offset) const {
 }
 
 int TypingGuide::DrawnNote(const Drawing& drawing) const {
-  const bool complete =
-      !steps_.empty() && std::ssize(drawing.notes) == std::ptrdiff_t{steps_.back().note} + 1;
-  return complete ? steps_[at_].note : -1;
+  const int note = steps_.empty() ? -1 : steps_[at_].note;
+  const auto drawn = std::ranges::find(drawing.notes, note, &app::DrawnNote::number);
+  return drawn == drawing.notes.end() ? -1 : static_cast<int>(drawn - drawing.notes.begin());
 }
 
 bool TypingGuide::Move(GuideMove move) {

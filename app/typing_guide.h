@@ -11,47 +11,49 @@
 #include "phones/keypads.h"
 #include "phones/typing_steps.h"
 
-// Leads someone through a result of keys, group by group. Texts are Windows-1252.
+// Guides the user through a result of keys, group by group. Texts are Windows-1252.
 namespace tonadex::app {
 
-// A moment of the animation that shows how a group is pressed.
+// One frame of the animation that shows how to press a group.
 struct LitKey {
-  const phones::KeyPress* press = nullptr;  // one of the group; nullptr before it starts again
-  bool down = false;                        // its key lights; false between two presses
+  const phones::KeyPress* press =
+      nullptr;        // of the group; nullptr in the gap before the animation repeats
+  bool down = false;  // its key is lit; false between two presses
 };
 
-// What shows `elapsedMs` after the group came: its presses one after the other, a held key for as
-// long as the phone wants it, and after a while all of it again. Nothing for a group without keys.
+// The frame at `elapsedMs` since the group is shown. The presses follow one another, a held key
+// stays down for kHoldSeconds, and the whole repeats after a gap. Nothing is lit for a group
+// without keys.
 LitKey LitAt(std::span<const phones::KeyPress> keys, double elapsedMs);
 
 enum class GuideMove { kPrevious, kNext, kFirst, kLast };
 
-inline constexpr int kGroupsAhead = 3;          // shown behind the one to press
-inline constexpr std::size_t kKeptPlaces = 64;  // of melodies and phones, the last ones left
+inline constexpr int kGroupsAhead = 3;          // number of following groups that are shown
+inline constexpr std::size_t kKeptPlaces = 64;  // maximum number of remembered places
 
-// Keeps the place of each melody and model for as long as it lives.
+// Remembers the place of each melody and model as long as the object lives.
 class TypingGuide {
  public:
-  // Shows a conversion's result at the place where this melody was left for this model. `melody` is
-  // as the conversion left it. False, and closed, when there is nothing to type.
+  // Opens a conversion's result at the remembered place. `melody` is as the conversion left it.
+  // Returns false and stays closed when there is nothing to type.
   bool Open(std::string_view model, std::string_view result, const core::RTTTLMelody& melody);
   void Close();
 
   const phones::Keypad* keypad() const { return keypad_; }  // nullptr while closed
   const std::vector<phones::TypingStep>& steps() const { return steps_; }
   std::size_t at() const { return at_; }  // index of the group to press
-  // The group `offset` behind that one, -1 for the one before it; nullptr where there is none.
+  // The group `offset` after the current one (-1: the previous one); nullptr if there is none.
   const phones::TypingStep* Group(int offset = 0) const;
 
-  // Index of the group's note in the melody's drawing; -1 when the drawing leaves out notes.
+  // Index of the group's note in the melody's drawing; -1 when the drawing leaves it out.
   int DrawnNote(const Drawing& drawing) const;
 
-  // False when nothing changed.
+  // These return whether the current group changed.
   bool Move(GuideMove move);
   bool GoTo(std::size_t group);
 
   std::string Position() const;  // "12 de 43"; "" while closed
-  double Fraction() const;       // of the bar, 0 to 1: full at the last group
+  double Fraction() const;       // of the progress bar, 0 to 1
 
  private:
   struct Place {
@@ -63,7 +65,7 @@ class TypingGuide {
   std::vector<phones::TypingStep> steps_;
   std::size_t at_ = 0;
   Place open_;                // of the melody shown
-  std::deque<Place> places_;  // the latest last
+  std::deque<Place> places_;  // the most recent last
 };
 
 }  // namespace tonadex::app

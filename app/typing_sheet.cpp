@@ -16,7 +16,7 @@ using Kind = Shape::Kind;
 
 constexpr double kWidth = kSheetWidth - 2 * kSheetMargin;
 constexpr double kFoot = kSheetHeight - kSheetMargin;
-constexpr double kLine = 1.3;  // height of a line of type by its size
+constexpr double kLine = 1.3;  // line height as a multiple of the font size
 constexpr double kTitlePoints = 20, kMostKeyPoints = 28, kPointStep = 2;
 constexpr double kNumberPoints = 9, kNumberGap = 5, kColumnGap = 16;
 constexpr double kKeyWidth = 80, kKeyHeight = 36, kKeyGap = 4, kKeyPadding = 3;
@@ -32,7 +32,7 @@ bool HasHeldKey(const phones::TypingStep& step) {
   return std::ranges::any_of(step.keys, &phones::KeyPress::hold);
 }
 
-// A text with its upper left corner at a place, smaller where it is wider than `most`.
+// A text with its upper left corner at (x, y), shrunk to the width `most`.
 Shape Text(std::string text, double x, double y, double points, double most, bool mono = false) {
   const double width = TextWidth(text, points, mono);
   const double fitting = width > most ? points * most / width : points;
@@ -77,9 +77,9 @@ void AppendDrawing(Picture& page, const Drawing& drawing, const Box& place) {
   }
 }
 
-// Places of the groups in type of one size.
+// The layout of the groups in one font size.
 struct Grid {
-  double points, numbers, groups;  // size of type; widths of the widest number and group
+  double points, numbers, groups;  // font size; widths of the widest number and group
   std::size_t columns;
 
   double RowHeight() const { return points * kLine; }
@@ -100,7 +100,7 @@ Grid GridFor(const TypingSheet& sheet, double points) {
   return grid;
 }
 
-// The largest type with which all groups fit the height, else the smallest.
+// The grid of the largest font size at which all groups fit the height, else of the smallest.
 Grid FittingGrid(const TypingSheet& sheet, double height) {
   double points = kMostKeyPoints;
   Grid grid = GridFor(sheet, points);
@@ -111,7 +111,7 @@ Grid FittingGrid(const TypingSheet& sheet, double height) {
   return grid;
 }
 
-// The groups from `first` on that fit below `top`; returns the first that does not.
+// Appends the groups from `first` on that fit below `top`; returns the first that does not.
 std::size_t AppendGroups(Picture& page, const TypingSheet& sheet, std::size_t first, double top,
                          const Grid& grid) {
   const std::size_t rows = grid.Rows(kFoot - top);
@@ -120,7 +120,8 @@ std::size_t AppendGroups(Picture& page, const TypingSheet& sheet, std::size_t fi
     const std::size_t column = (i - first) / rows, row = (i - first) % rows;
     const double x = kSheetMargin + static_cast<double>(column) * grid.ColumnWidth();
     const double y = top + static_cast<double>(row) * grid.RowHeight();
-    const double lower = (grid.points - kNumberPoints) * kLine;  // numbers stand on the same line
+    const double lower =
+        (grid.points - kNumberPoints) * kLine;  // puts the smaller number on the same base line
     page.push_back(Text(std::to_string(i + 1), x, y + lower, kNumberPoints, grid.numbers));
     page.push_back(Text(sheet.steps[i].group, x + grid.numbers + kNumberGap, y, grid.points,
                         grid.groups, true));

@@ -8,12 +8,13 @@
 #include "phones/keypads.h"
 #include "phones/typing_steps.h"
 
-// The sheet to type a melody from, on A4. Texts are Windows-1252.
+// The printed sheet (A4) for typing a melody into a phone. Texts are Windows-1252.
 namespace tonadex::app {
 
 inline constexpr double kSheetWidth = 595.3, kSheetHeight = 841.9;
-inline constexpr double kSheetMargin = 42.5;   // 15 mm
-inline constexpr double kLeastKeyPoints = 18;  // of the groups, unless one is wider than the page
+inline constexpr double kSheetMargin = 42.5;  // 15 mm
+inline constexpr double kLeastKeyPoints =
+    18;  // minimum font size of groups that fit the page's width
 
 struct TypingSheet {
   std::string title;             // "PequeñaSerenata, para Nokia"
@@ -22,9 +23,8 @@ struct TypingSheet {
   const Drawing& drawing;
 };
 
-// Title, drawing and keypad, then the numbered groups in columns, top to bottom, in type of one
-// width: in the largest with which they fit the page, else in the smallest on as many pages as they
-// need.
+// Lays out title, drawing and keypad, then the numbered groups in columns, top to bottom, in a
+// monospaced font: in the largest size that fits one page, else in the smallest on several pages.
 Paper LayOutTypingSheet(const TypingSheet& sheet);
 
 }  // namespace tonadex::app

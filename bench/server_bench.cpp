@@ -210,7 +210,10 @@ BENCHMARK_CAPTURE(BM_Start, first, false)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(1);
 BENCHMARK_CAPTURE(BM_Start, again, true)
-    ->Arg(100'000)
+    ->RangeMultiplier(10)
+    ->Range(1'000, 1'000'000)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime()
     ->Unit(benchmark::kMillisecond)
     ->Iterations(3);
 

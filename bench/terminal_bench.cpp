@@ -15,16 +15,15 @@
 #include <iostream>
 #include <optional>
 #include <random>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
 #include "cli/context.h"
-#include "cli/convert_line.h"
-#include "cli/json.h"
 #include "cli/line_stream.h"
+#include "json/conversion.h"
+#include "json/text.h"
 #include "midi/mMidiLibOut.h"
 #include "midi/playback.h"
 #include "platform/sound/fluid_sequencer.h"
@@ -70,18 +69,28 @@ class Sink : public std::streambuf {
   int overflow(int c) override { return c; }
 };
 
+// Reads a text in place.
+class TextBuffer : public std::streambuf {
+ public:
+  explicit TextBuffer(std::string& text) {
+    setg(text.data(), text.data(), text.data() + text.size());
+  }
+};
+
 void Lines(benchmark::State& state) {
+  const auto lines = static_cast<std::size_t>(state.range(0));
   std::string input;
-  for (const std::string& melody : Melodies()) {
-    input += melody;
+  for (std::size_t i = 0; i < lines; ++i) {
+    input += Melodies()[i % kLines];
   }
   Sink sink;
   std::ostream out(&sink);
   for ([[maybe_unused]] auto _ : state) {
-    std::istringstream in(input);
+    TextBuffer buffer(input);
+    std::istream in(&buffer);
     cli::ConvertLines(in, out, kModel, "");
   }
-  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kLines));
+  state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 // The reference for Lines: only the conversions, on one core.
@@ -89,8 +98,8 @@ void ConversionsAlone(benchmark::State& state) {
   core::RTTTLMelody melody;
   for ([[maybe_unused]] auto _ : state) {
     for (const std::string& line : Melodies()) {
-      cli::LoadMelody(melody, line);
-      benchmark::DoNotOptimize(cli::ConvertLoaded(melody, kModel, "m", std::nullopt));
+      json::LoadMelody(melody, line);
+      benchmark::DoNotOptimize(json::ConvertLoaded(melody, kModel, "m", std::nullopt));
     }
   }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kLines));
@@ -104,7 +113,7 @@ void Json(benchmark::State& state) {
     for (const std::string& line : Melodies()) {
       json.clear();
       const std::string_view text = std::string_view(line).substr(0, line.size() - 1);
-      kCopied ? static_cast<void>(json.append(text)) : cli::AppendJson(json, text);
+      kCopied ? static_cast<void>(json.append(text)) : json::AppendJson(json, text);
       benchmark::DoNotOptimize(json.data());
       bytes += static_cast<std::int64_t>(text.size());
     }
@@ -141,7 +150,7 @@ void Start(benchmark::State& state, std::vector<const char*> arguments) {
 // server, its client's thread adds about ten per period.
 void WakeUps(benchmark::State& state) {
   core::RTTTLMelody melody;
-  cli::LoadMelody(melody, "x:d=1,o=5,b=60:c,e,g");
+  json::LoadMelody(melody, "x:d=1,o=5,b=60:c,e,g");
   core::ParseRTTTL(melody);
   melody.FileName = InTempFolder("tonadex-bench.mid", midi::MidiFileBytes(melody));
   const auto wakeUps = [] {
@@ -166,7 +175,12 @@ void WakeUps(benchmark::State& state) {
   std::filesystem::remove(melody.FileName);
 }
 
-BENCHMARK(Lines)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(Lines)
+    ->RangeMultiplier(10)
+    ->Range(1'000, 1'000'000)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(ConversionsAlone)->Unit(benchmark::kMillisecond);
 BENCHMARK(Json<false>)->Name("Json/escaped");
 BENCHMARK(Json<true>)->Name("Json/copied");

@@ -15,7 +15,7 @@ struct Arguments {
   std::string file, row, brand, wav, pdf, printer, server, folder;
   std::vector<std::string> words;  // files, search words or melody names
   bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
-       beep = false, intoRepertoire = false, voices = false;
+       beep = false, instrument = false, intoRepertoire = false, voices = false;
   std::uint16_t voice = 0, firstBar = 0, mostNotes = 0;  // 0 where they are not named
   const char* const* typed = nullptr;  // the whole command line, terminated by nullptr
 

@@ -9,6 +9,7 @@
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
+#include "json/conversion.h"
 
 namespace tonadex::cli {
 namespace {
@@ -128,15 +129,10 @@ void ForEachMelody(Context& context, const std::vector<std::string>& files,
   }
 }
 
-void LoadMelody(core::RTTTLMelody& melody, std::string_view line) {
-  core::InitMelody(melody, "");
-  melody.Text = core::UndoSharpEscape(line);
-}
-
 bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody) {
   core::RecordingMessages messages;
   const core::ScopedMessageSink scope(messages);
-  LoadMelody(melody, input.line);
+  json::LoadMelody(melody, input.line);
   bool parsed = false;
   try {
     parsed = core::ParseOrReport(melody);

@@ -86,9 +86,6 @@ std::vector<std::string> FilesOrInput(const std::vector<std::string>& files);
 void ForEachMelody(Context& context, const std::vector<std::string>& files,
                    const std::function<void(const MelodyInput&)>& work);
 
-// Resets the record and sets its text to the line, sharps restored.
-void LoadMelody(core::RTTTLMelody& melody, std::string_view line);
-
 // Loads and parses the melody. On an error writes messages after the input's name, raises the exit
 // code and returns false; the notes that were read are in `melody`.
 bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody);

@@ -1,13 +1,15 @@
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 
 #include "cli/commands.h"
-#include "cli/convert_line.h"
-#include "cli/json.h"
 #include "cli/line_stream.h"
-#include "cli/steps_json.h"
 #include "cli/steps_list.h"
 #include "core/windows1252.h"
 #include "files/write.h"
+#include "json/conversion.h"
+#include "json/steps.h"
+#include "json/text.h"
 #include "phones/catalogue.h"
 #include "phones/formats.h"
 #include "phones/keypads.h"
@@ -16,8 +18,22 @@
 namespace tonadex::cli {
 namespace {
 
-std::string PhoneModel(const std::string& name) {
-  const std::vector<phones::CatalogueRow> found = phones::FindPhones(core::FromUtf8(name));
+// For typing steps a phone's name is enough: of the makes found, the single row that gives keys.
+// Makes with several leave the rows as they were found.
+std::vector<phones::CatalogueRow> WithKeys(const std::vector<phones::CatalogueRow>& found) {
+  std::vector<phones::CatalogueRow> withKeys;
+  std::ranges::copy_if(phones::CatalogueRows(), std::back_inserter(withKeys), [&](const auto& row) {
+    return phones::FindKeypad(row.model) != nullptr &&
+           std::ranges::find(found, row.brand, &phones::CatalogueRow::brand) != found.end();
+  });
+  return withKeys.size() == 1 ? withKeys : found;
+}
+
+std::string PhoneModel(const std::string& name, bool steps) {
+  std::vector<phones::CatalogueRow> found = phones::FindPhones(core::FromUtf8(name));
+  if (steps) {
+    found = WithKeys(found);
+  }
   if (found.size() == 1) {
     return std::string(found.front().model);
   }
@@ -109,16 +125,16 @@ void ConvertOne(Context& context, const Arguments& arguments, const MelodyInput&
     file = core::FromUtf8(output);
   }
   const std::string row = arguments.row.empty() ? input.row : core::FromUtf8(arguments.row);
-  LoadMelody(melody, input.line);
-  const auto conversion = ConvertLoaded(melody, model, row, file);
+  json::LoadMelody(melody, input.line);
+  const auto conversion = json::ConvertLoaded(melody, model, row, file);
   Fail(context, CodeOf(conversion.outcome, arguments.allModels));
-  const auto steps = arguments.steps ? StepsOf(conversion, model, melody) : Steps();
+  const auto steps = arguments.steps ? json::StepsOf(conversion, model, melody) : json::Steps();
   if (arguments.json) {
     std::string json =
-        "{" + JsonMembers({{"fichero", input.name}, {"modelo", core::ToUtf8(model)}}) + ",";
-    ConversionJson().Append(json, conversion);
+        "{" + json::JsonMembers({{"fichero", input.name}, {"modelo", core::ToUtf8(model)}}) + ",";
+    json::ConversionJson().Append(json, conversion);
     if (arguments.steps) {
-      AppendStepsJson(json, steps);
+      json::AppendStepsJson(json, steps);
     }
     context.out << json << "}\n";
   } else {
@@ -180,7 +196,7 @@ void ConvertLineFiles(Context& context, const Arguments& arguments,
 }  // namespace
 
 std::string ChosenModel(const Arguments& arguments) {
-  return arguments.phone ? PhoneModel(*arguments.phone)
+  return arguments.phone ? PhoneModel(*arguments.phone, arguments.steps)
                          : core::FromUtf8(arguments.model.value_or(""));
 }
 

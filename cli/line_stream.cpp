@@ -4,32 +4,23 @@
 #include <condition_variable>
 #include <cstddef>
 #include <future>
+#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
-#include "cli/context.h"
-#include "cli/convert_line.h"
-#include "cli/steps_json.h"
 #include "core/melody_file.h"
-#include "core/windows1252.h"
+#include "json/conversion.h"
 
 namespace tonadex::cli {
 namespace {
 
-using namespace core::literals;
-
 // Size of the batch that one task converts; less when no more input is available yet.
-constexpr std::size_t kBatchBytes = std::size_t{1} << 16;
-
-phones::Conversion TooLong() {
-  phones::Conversion conversion;
-  conversion.messages.push_back(
-      {std::string(u8"La línea pasa de 1 MiB y no puede ser una melodía."_w)});
-  return conversion;
-}
+constexpr std::size_t kBatchBytes = std::size_t{1} << 15;
+// Output that may wait for an earlier batch, whose task can have lost its core to another program.
+constexpr std::size_t kMaxWaitingBytes = std::size_t{1} << 20;
 
 // Splits the input into batches of whole lines.
 class BatchReader {
@@ -89,8 +80,9 @@ std::string_view TakeLine(std::string_view& lines) {
   return line;
 }
 
-// Tasks take batches in turn, convert them in parallel, and write each when the previous one is
-// written.
+// Tasks take batches in turn and convert them in parallel. A task that finishes the next batch to
+// be written also writes those that finished before it; none waits for another's conversion unless
+// it is far ahead.
 class Conversions {
  public:
   Conversions(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
@@ -99,8 +91,7 @@ class Conversions {
 
   // Converts and writes batches until the input ends or `out` fails.
   void Work() try {
-    core::RTTTLMelody melody;
-    ConversionJson writer;
+    json::LineConverter converter(model_, row_, steps_);
     std::string json;
     while (true) {
       const auto [number, batch] = Take();
@@ -109,14 +100,10 @@ class Conversions {
       }
       json.clear();
       for (std::string_view lines = batch; !lines.empty();) {
-        const phones::Conversion conversion = Convert(melody, TakeLine(lines));
-        writer.Append(json += '{', conversion);
-        if (steps_) {
-          AppendStepsJson(json, StepsOf(conversion, model_, melody));
-        }
-        json += "}\n";
+        converter.Append(json, TakeLine(lines));
+        json += '\n';
       }
-      if (!Write(number, json)) {
+      if (!Finish(number, json)) {
         return;
       }
     }
@@ -138,25 +125,31 @@ class Conversions {
     return {taken_++, reader_.Next()};
   }
 
-  phones::Conversion Convert(core::RTTTLMelody& melody, std::string_view bytes) const {
-    if (bytes.size() > core::kMaxLineBytes) {
-      return TooLong();
-    }
-    LoadMelody(melody, core::FromOutside(bytes));
-    const std::string row = row_.empty() ? melody.Text.substr(0, melody.Text.find(':')) : row_;
-    return ConvertLoaded(melody, model_, row, std::nullopt);
-  }
-
-  // Waits for the previous batch. False when writing fails.
-  bool Write(std::size_t number, const std::string& json) {
+  // Writes a batch's output and those that wait for it, or leaves it to the task that writes the
+  // batch before. `json` may have another content afterwards. False when writing fails.
+  bool Finish(std::size_t number, std::string& json) {
     std::unique_lock lock(writing_);
-    changed_.wait(lock, [&] { return stopped_ || written_ == number; });
-    if (!stopped_ && (out_ << json << std::flush)) {
-      ++written_;
-    } else {
-      stopped_ = true;
+    changed_.wait(
+        lock, [&] { return stopped_ || number == written_ || waitingBytes_ < kMaxWaitingBytes; });
+    if (number != written_) {
+      waitingBytes_ += json.size();
+      waiting_.emplace(number, std::exchange(json, {}));
+      return !stopped_;
     }
-    changed_.notify_all();
+    while (!stopped_) {
+      lock.unlock();  // no other task writes: only this one's batch is the next
+      const bool failed = !(out_ << json << std::flush);
+      lock.lock();
+      stopped_ = stopped_ || failed;
+      changed_.notify_all();
+      const auto next = waiting_.find(++written_);
+      if (next == waiting_.end()) {
+        break;
+      }
+      waitingBytes_ -= next->second.size();
+      json.swap(next->second);
+      waiting_.erase(next);
+    }
     return !stopped_;
   }
 
@@ -166,10 +159,14 @@ class Conversions {
     changed_.notify_all();
   }
 
-  std::mutex reading_, writing_;
+  std::mutex reading_;  // guards the next two
   BatchReader reader_;
-  std::size_t taken_ = 0, written_ = 0;  // batches
+  std::size_t taken_ = 0;  // batches
+  std::mutex writing_;     // guards the next five
   std::condition_variable changed_;
+  std::size_t written_ = 0;                     // batches
+  std::map<std::size_t, std::string> waiting_;  // outputs of batches after the next one
+  std::size_t waitingBytes_ = 0;
   bool stopped_ = false;
   std::ostream& out_;
   const std::string model_, row_;
@@ -181,9 +178,8 @@ class Conversions {
 bool ConvertLines(std::istream& in, std::ostream& out, std::string_view model, std::string_view row,
                   bool steps) {
   Conversions conversions(in, out, model, row, steps);
-  // At least two tasks, so that one can convert while another waits for the previous batch's
-  // output.
-  std::vector<std::future<void>> tasks(std::max(2u, std::thread::hardware_concurrency()));
+  // At least one task beside this one, so that one converts while the other waits for input.
+  std::vector<std::future<void>> tasks(std::max(2u, std::thread::hardware_concurrency()) - 1);
   for (std::future<void>& task : tasks) {
     task = std::async(std::launch::async, [&conversions] { conversions.Work(); });
   }

@@ -1,12 +1,16 @@
 // modelos, comprobar, arreglar and midi.
 
+#include <algorithm>
+#include <array>
+
 #include "cli/commands.h"
-#include "cli/json.h"
 #include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/write.h"
+#include "json/melody.h"
+#include "json/text.h"
 #include "midi/mMidiLibOut.h"
 #include "phones/catalogue.h"
 #include "phones/rtttl_check.h"
@@ -21,7 +25,7 @@ constexpr std::string_view kNoMelody = ": no hay ninguna melodía\n";
 }  // namespace
 
 void ListModels(Context& context, const Arguments& arguments) {
-  JsonList list(context.out);
+  json::JsonList list(context.out);
   const std::string wanted = core::ToLower(core::FromUtf8(arguments.brand));
   std::string_view lastBrand;
   for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
@@ -46,38 +50,48 @@ void ListModels(Context& context, const Arguments& arguments) {
   }
 }
 
-void Check(Context& context, const Arguments& arguments) {
-  ForEachMelody(context, arguments.words, [&](const MelodyInput& input) {
-    const phones::MelodyCheck check = phones::CheckRtttl(core::UndoSharpEscape(input.line));
-    if (check.verdict == phones::Verdict::kGood) {
-      context.out << input.name << ": correcto, " << core::ToUtf8(check.sentence) << '\n';
-      return;
-    }
-    Fail(context, ExitCode::kNotConverted);
-    if (check.verdict == phones::Verdict::kNothing) {
-      context.err << input.name << kNoMelody;
-    }
-    for (const phones::RtttlFault& fault : check.faults) {
-      context.err << input.name << ": " << ForTerminal(fault.sentence) << '\n';
-    }
-  });
-}
-
 namespace {
 
-// {"fichero":…,"nombre":…,"rtttl":…,"cambios":[…]}
-std::string RepairJson(const std::string& file, const phones::RepairedMelody& melody) {
-  std::string json = "{" + JsonMembers({{"fichero", file},
-                                        {"nombre", core::ToUtf8(melody.name)},
-                                        {"rtttl", core::ToUtf8(melody.text)}});
-  json += R"(,"cambios":[)";
-  for (const std::string& change : melody.changes) {
-    AppendJson(json += json.ends_with('[') ? "" : ",", change);
+// The first line and those that continue it: up to a blank line or another melody.
+std::string_view FirstMelody(std::string_view text) {
+  std::ptrdiff_t colons = 0;
+  std::size_t melodyEnd = 0;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find_first_of(core::kCrLf, start), text.size());
+    const std::string_view line = text.substr(start, end - start);
+    const std::ptrdiff_t more = std::ranges::count(line, ':');
+    if (start > 0 && (core::Trim(line).empty() || (colons > 1 && more > 0))) {
+      break;
+    }
+    colons += more;
+    melodyEnd = end;
+    start = end + (text.substr(end).starts_with(core::kCrLf) ? 2 : 1);
   }
-  return json + "]}\n";
+  return text.substr(0, melodyEnd);
 }
 
 }  // namespace
+
+void Check(Context& context, const Arguments& arguments) {
+  for (const std::string& file : FilesOrInput(arguments.words)) {
+    Attempt(context, [&] {
+      const std::string text = core::FromOutside(ReadAll(context, file, kLongestPaste));
+      const phones::MelodyCheck check =
+          phones::CheckRtttl(core::UndoSharpEscape(FirstMelody(text)));
+      if (check.verdict == phones::Verdict::kGood) {
+        context.out << file << ": correcto, " << core::ToUtf8(check.sentence) << '\n';
+        return;
+      }
+      Fail(context, ExitCode::kNotConverted);
+      if (check.verdict == phones::Verdict::kNothing) {
+        context.err << file << kNoMelody;
+      }
+      for (const phones::RtttlFault& fault : check.faults) {
+        context.err << file << ": " << ForTerminal(fault.sentence) << '\n';
+      }
+    });
+  }
+}
 
 void Repair(Context& context, const Arguments& arguments) {
   for (const std::string& file : FilesOrInput(arguments.words)) {
@@ -86,7 +100,9 @@ void Repair(Context& context, const Arguments& arguments) {
           phones::RepairRtttl(phones::FromPasted(ReadAll(context, file, kLongestPaste)));
       for (const phones::RepairedMelody& melody : melodies) {
         if (arguments.json) {
-          context.out << RepairJson(file, melody);
+          std::string object = "{" + json::JsonMembers({{"fichero", file}}) + ",";
+          json::AppendRepair(object, melody);
+          context.out << object << "}\n";
           continue;
         }
         context.out << ForTerminal(melody.text) << '\n';

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "cli/commands.h"
-#include "cli/json.h"
 #include "core/melody_file.h"
 #include "core/message_box.h"
 #include "core/number.h"
@@ -12,6 +11,7 @@
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
+#include "json/text.h"
 #include "net/addresses.h"
 #include "net/client.h"
 #include "net/download.h"
@@ -128,7 +128,7 @@ void List(Context& context, const Arguments& arguments, const std::string& path,
   WithServer(context, arguments, [&](Server& server) {
     const std::string& reply = server.Get(path);
     server.ThrowIfRefused(ExitCode::kSystemFailed, "");
-    JsonList list(context.out);
+    json::JsonList list(context.out);
     bool empty = true;
     net::ReadListing(reply, stemAlone, [&](std::string_view text, std::int32_t number) {
       const std::string file = ForTerminal(core::MelodyFileName(text, number));

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <iostream>
 
+#include "app/session_state.h"
 #include "cli/commands.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
@@ -18,6 +19,7 @@
 #include "midi/mMidiLibOut.h"
 #include "midi/note_times.h"
 #include "midi/playback.h"
+#include "platform/posix/program_folder.h"
 #include "platform/posix/user_folders.h"
 #include "platform/sound/fluid_sequencer.h"
 #include "platform/sound/render_to_wav.h"
@@ -164,10 +166,21 @@ void Render(const std::filesystem::path& midiFile, const std::string& output) {
   }
 }
 
+midi::Voice VoiceOf(const Arguments& arguments) {
+  if (arguments.beep && arguments.instrument) {
+    throw Failure{ExitCode::kWrongUse, "elige --pitido o --instrumento"};
+  }
+  const bool beep =
+      arguments.beep ||
+      (!arguments.instrument && app::BeepIsChosen(platform::ProgramFolderPath() / app::kStateFile));
+  return beep ? midi::Voice::kBeep : midi::Voice::kInstrument;
+}
+
 }  // namespace
 
 void PlayFile(Context& context, const Arguments& arguments) {
   const bool plays = arguments.wav.empty();
+  const midi::Voice voice = VoiceOf(arguments);
   core::RTTTLMelody melody;
   if (!ParseMelody(context, ReadMelody(context, arguments.file), melody) && !plays) {
     return;
@@ -176,8 +189,7 @@ void PlayFile(Context& context, const Arguments& arguments) {
   std::string bytes;
   FailOnError(ExitCode::kNotConverted, arguments.file + ": ", [&] {
     times = midi::NoteTimes(melody);
-    bytes =
-        midi::PlayedBytes(melody, arguments.beep ? midi::Voice::kBeep : midi::Voice::kInstrument);
+    bytes = midi::PlayedBytes(melody, voice);
   });
   if (times.empty()) {
     return;

@@ -2,9 +2,9 @@
 
 #include "app/print_sheet.h"
 #include "cli/commands.h"
-#include "cli/convert_line.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "json/conversion.h"
 #include "phones/formats.h"
 #ifdef _WIN32
 #include "platform/win32/program_folder.h"
@@ -72,8 +72,8 @@ void Print(Context& context, const Arguments& arguments) {
                   "«" + core::ToUtf8(model) + "» graba un fichero que no se imprime"};
   }
   core::RTTTLMelody melody;
-  LoadMelody(melody, input.line);
-  const auto conversion = ConvertLoaded(melody, model, input.row, std::nullopt);
+  json::LoadMelody(melody, input.line);
+  const auto conversion = json::ConvertLoaded(melody, model, input.row, std::nullopt);
   ShowMessages(context, conversion.messages);
   if (conversion.outcome != phones::Outcome::kConverted &&
       conversion.outcome != phones::Outcome::kNoModel) {

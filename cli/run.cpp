@@ -104,6 +104,8 @@ std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommand
        "Toca una melodía",
        {file,
         {"--pitido", "", "Suena como el zumbador de un móvil", &a.beep},
+        {"--instrumento", "", "Suena el instrumento; sin ninguno, lo elegido en Opciones",
+         &a.instrument},
         {"--wav", "SALIDA", "La graba como fichero de sonido, sin tocarla", &a.wav}},
        doing(heavy.play),
        "Ctrl+C la para al instante (código de salida 130). Una melodía con errores se toca\n"

@@ -22,6 +22,9 @@ execute_process(COMMAND date -u -R -d ${TONADEX_RELEASE_DATE}
 configure_file(${packaging}/tonadex.metainfo.xml.in ${papers}/tonadex.metainfo.xml @ONLY)
 install(FILES ${papers}/tonadex.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 
+install(FILES ${packaging}/tonadex-mime.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages
+  RENAME tonadex.xml)
+
 # manual_page(program component)
 function(manual_page program component)
   configure_file(${packaging}/man/${program}.1.in ${papers}/${program}.1 @ONLY)

@@ -157,10 +157,10 @@ constexpr std::size_t kWordSize = 8;
 // The first eight bytes of the text, little-endian, padded with commas.
 std::uint64_t LoadWord(std::string_view text) {
   std::array<char, kWordSize> bytes;
-  bytes.fill(',');
   if (text.size() >= kWordSize) {
     std::memcpy(bytes.data(), text.data(), kWordSize);
   } else {
+    bytes.fill(',');
     std::ranges::copy(text, bytes.begin());
   }
   if constexpr (std::endian::native == std::endian::big) {
@@ -208,10 +208,12 @@ constexpr std::array<CodesWord, kCount> Words(Make make) {
   return words;
 }
 
-constexpr auto kDurationWords =
-    Words<128>([](std::uint8_t number) { return DurationWord(number, kLengthOf[number], true); });
+// A note's own duration and octave; 0 for none.
+constexpr auto kDurationWords = Words<kNumbers>([](std::uint8_t number) {
+  return number == 0 ? 0 : DurationWord(number, kLengthOf[number], true);
+});
 constexpr auto kOctaveWords =
-    Words<16>([](std::uint8_t number) { return OctaveWord(number, true); });
+    Words<9>([](std::uint8_t number) { return number == 0 ? 0 : OctaveWord(number, true); });
 
 // The natural note of each ASCII letter; 0 for any other byte.
 constexpr auto kLetterWords = Words<256>([](std::uint8_t code) {
@@ -233,14 +235,12 @@ struct DefaultWords {
 CodesWord ReadUsualItem(std::uint64_t text, std::size_t size, const DefaultWords& defaults) {
   const auto digit = [&text] { return (text & 0xFF) - '0'; };
   const auto isDigit = [](std::uint64_t value) { return std::uint64_t{value - 1 < 8}; };
-  const auto choose = [](std::uint64_t wanted, CodesWord word, CodesWord other) {
-    return other ^ ((word ^ other) & (0 - wanted));
-  };
+  const auto when = [](std::uint64_t wanted, std::uint64_t word) { return word & (0 - wanted); };
   const std::uint64_t first = digit();
   const std::uint64_t second = ((text >> 8) & 0xFF) - '0';
   const std::uint64_t own = isDigit(first);
   const std::uint64_t two = own & isDigit(second);
-  const std::uint64_t number = first + ((9 * first + second) & (0 - two));
+  const std::uint64_t number = when(own, first) + when(two, 9 * first + second);
   text >>= 8 * (own + two);
   const CodesWord letter = kLetterWords[text & 0xFF];
   text >>= 8;
@@ -251,9 +251,10 @@ CodesWord ReadUsualItem(std::uint64_t text, std::size_t size, const DefaultWords
   const std::uint64_t octave = digit();
   const std::uint64_t ownOctave = isDigit(octave);
   const bool usual = letter != 0 && own + two + 1 + sharp + dot + ownOctave == size;
-  const CodesWord note = letter + (kSharpWord & (0 - sharp)) + (kDotWord & (0 - dot)) +
-                         choose(own, kDurationWords[number & 127], defaults.duration) +
-                         choose(ownOctave, kOctaveWords[octave & 15], defaults.octave);
+  const CodesWord note = letter + when(sharp, kSharpWord) + when(dot, kDotWord) +
+                         kDurationWords[number] + when(1 - own, defaults.duration) +
+                         kOctaveWords[when(ownOctave, octave)] +
+                         when(1 - ownOctave, defaults.octave);
   return usual ? note : 0;
 }
 

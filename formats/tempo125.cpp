@@ -20,6 +20,7 @@ std::string RtttlAtTempo125(core::RTTTLMelody& melody) {
   }
   std::string text =
       melody.Name + ":d=" + melody.DefaultDuration + ",o=" + melody.DefaultOctave + ",b=125:";
+  const char defaultOctave = melody.DefaultOctave.size() == 1 ? melody.DefaultOctave.front() : '\0';
   PieceWriter pieces(text, melody.Notes.size() * kMostCharacters);
   Tempo125Bands bands(melody.Beats);
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
@@ -30,7 +31,7 @@ std::string RtttlAtTempo125(core::RTTTLMelody& melody) {
     pieces.Put('#', note.IsSharp());
     pieces.Put('.', band.dotted);
     pieces.Put('.', note.dotted);
-    pieces.Put(octave, note.ownOctave && melody.DefaultOctave != std::string_view(&octave, 1));
+    pieces.Put(octave, note.ownOctave && octave != defaultOctave);
     pieces.Put(',');
   }
   pieces.End(text);

@@ -20,6 +20,8 @@ class HttpGet {
   // `url` is sent unchanged (Windows-1252 bytes), except that blanks, CR, LF and NUL are escaped.
   // Returns the body's bytes for any status. Throws TransferError.
   virtual std::string Get(std::string_view url) = 0;
+  // Status of the last reply (200, 404 …), 0 when there was none.
+  virtual int LastStatus() const = 0;
 };
 
 }  // namespace tonadex::net

@@ -1,6 +1,7 @@
 #include "phones/conversion.h"
 
 #include <algorithm>
+#include <initializer_list>
 
 #include "core/runtime_error.h"
 #include "core/text.h"
@@ -26,15 +27,29 @@ std::string HeaderTempo(std::string_view text) {
   return copy.Beats;
 }
 
+// Allocates once.
+std::string Joined(std::initializer_list<std::string_view> parts) {
+  std::size_t size = 0;
+  for (const std::string_view part : parts) {
+    size += part.size();
+  }
+  std::string joined;
+  joined.reserve(size);
+  for (const std::string_view part : parts) {
+    joined += part;
+  }
+  return joined;
+}
+
 ConversionPage Page(const Format& format, std::string_view row, Job& job) {
   ConversionPage page;
-  page.title.append("Melodia ").append(row).append(format.titleSuffix);
+  page.title = Joined({"Melodia ", row, format.titleSuffix});
   page.result = std::move(job.result);
-  page.notices = format.instruction;
   if (format.output == AsLoaded) {  // no writer: no warnings, and the melody is not parsed
+    page.notices = format.instruction;
     page.tempo = HeaderTempo(job.melody.Text);
   } else {
-    page.notices.append(core::kCrLf).append(job.notices);
+    page.notices = Joined({format.instruction, core::kCrLf, job.notices});
     page.tempo = job.melody.Beats;
   }
   return page;

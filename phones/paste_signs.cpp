@@ -86,6 +86,7 @@ std::optional<std::string> Plain(char32_t character) {
     return " ";
   }
   if ((character >= 0x200B && character <= 0x200F) ||
+      (character >= 0x0300 && character <= 0x036F) ||  // an accent that follows its letter
       (character < 0x20 && character != '\n' && character != '\t')) {
     return "";
   }
@@ -128,6 +129,8 @@ Piece Entity(std::string_view text) {
                                                {"gt", ">"},
                                                {"nbsp", " "},
                                                {"num", "#"},
+                                               {"sharp", "#"},
+                                               {"flat", "b"},
                                                {"colon", ":"},
                                                {"aacute", u8"á"_w},
                                                {"eacute", u8"é"_w},
@@ -221,6 +224,9 @@ std::string PlainSigns(std::string_view text) {
 }
 
 std::string FromPasted(std::string_view bytes) {
+  if (bytes.starts_with("\xFF\xFE")) {  // UTF-16, whose zero bytes PlainSigns drops
+    bytes.remove_prefix(2);
+  }
   if (!core::IsUtf8(bytes)) {
     return std::string(bytes);
   }

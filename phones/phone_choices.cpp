@@ -55,11 +55,7 @@ constexpr auto kWays = std::to_array<Way>({
     {"midi", kSend},
 });
 
-bool IsFormatRow(const CatalogueRow& row) {
-  return row.model.starts_with(' ') || core::Contains(row.model, "(cable)");
-}
-
-// One for each number of a row of phones; a format as it is.
+// A row of phones has one choice per number, a format has one.
 std::vector<PhoneChoice> ChoicesOf(const CatalogueRow& row) {
   std::vector<PhoneChoice> choices;
   for (std::string_view rest = row.model; !rest.empty();) {
@@ -77,10 +73,14 @@ class NoFile : public SaveFileQuestion {
 
 }  // namespace
 
+bool IsFormatModel(std::string_view model) {
+  return model.starts_with(' ') || core::Contains(model, "(cable)");
+}
+
 std::vector<PhoneChoice> PhonesOfBrand(std::string_view brand) {
   std::vector<PhoneChoice> phones;
   for (const CatalogueRow& row : CatalogueRows()) {
-    if (row.brand == brand && !IsFormatRow(row)) {
+    if (row.brand == brand && !IsFormatModel(row.model)) {
       const std::vector<PhoneChoice> choices = ChoicesOf(row);
       phones.insert(phones.end(), choices.begin(), choices.end());
     }
@@ -92,7 +92,7 @@ std::vector<PhoneChoice> SearchPhones(std::string_view typed) {
   std::vector<PhoneChoice> found;
   for (const bool formats : {false, true}) {
     for (const CatalogueRow& row : CatalogueRows()) {
-      if (IsFormatRow(row) != formats) {
+      if (IsFormatModel(row.model) != formats) {
         continue;
       }
       for (PhoneChoice& choice : ChoicesOf(row)) {

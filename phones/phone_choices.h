@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-// Helps someone to find the row of the catalogue for the phone in the hand. Texts are Windows-1252.
+// Helps the user to find the catalogue row of a phone. Texts are Windows-1252.
 namespace tonadex::phones {
 
 struct PhoneChoice {
@@ -14,18 +14,21 @@ struct PhoneChoice {
   friend bool operator==(const PhoneChoice&, const PhoneChoice&) = default;
 };
 
-// Every phone of a make by its number, in the order of the catalogue; formats are no phones.
+// Whether a model text of the catalogue names a format instead of phones.
+bool IsFormatModel(std::string_view model);
+
+// Every phone of a make by its number, in the order of the catalogue.
 std::vector<PhoneChoice> PhonesOfBrand(std::string_view brand);
 
-// The phones, then the formats, of which a word of make or name begins with each word of `typed`
-// ("33", "t68", "nokia puls"), with their makes. Ignores case; none for a text without words.
+// The phones, then the formats, that match `typed` ("33", "t68", "nokia puls"): each typed word
+// begins a word of make or name. Names include the make. Ignores case; none without words.
 std::vector<PhoneChoice> SearchPhones(std::string_view typed);
 
-// What a short melody looks like for this model, "" where there is nothing to show.
+// A short melody converted for this model; "" if the result is a file.
 std::string ExampleResult(std::string_view model);
 
-// How the melody gets into the phone: how to open its composer, or what to send it with. "" when
-// the catalogue lacks the model.
+// How to get the melody into the phone: how to open its composer, or how to send it. "" for an
+// unknown model.
 std::string_view HowToEnter(std::string_view model);
 
 }  // namespace tonadex::phones

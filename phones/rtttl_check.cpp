@@ -32,7 +32,7 @@ constexpr std::string_view kNoSections =
     u8"Faltan los «:» que separan el nombre, la cabecera y las notas."_w;
 constexpr std::string_view kNoName = u8"Falta el nombre de la melodía delante del primer «:»."_w;
 constexpr std::string_view kSeveralLines =
-    u8"La melodía tiene que ocupar una sola línea, sin saltos de línea."_w;
+    u8"El nombre y la cabecera tienen que ocupar una sola línea con las notas."_w;
 constexpr std::string_view kThirdColon =
     u8"Sobra un «:»: las notas van detrás del segundo y lo que hay en medio no se lee."_w;
 constexpr std::string_view kNoNotes = u8"Faltan las notas detrás del último «:»."_w;
@@ -78,7 +78,7 @@ constexpr std::array<Setting, 3> kSettings = {{
      u8"La octava, detrás de «o=», tiene que ser de 1 a 8."_w},
     {'b', IsTempo, u8"Falta el tempo: «,b=120» en la cabecera."_w,
      u8"El tempo no se lee: «b=» va en minúscula y sin espacios delante."_w,
-     u8"El tempo, detrás de «b=», tiene que ser un número."_w},
+     u8"El tempo, detrás de «b=», tiene que ser un número mayor que 0."_w},
 }};
 
 // A setting as found in the text.
@@ -116,6 +116,12 @@ class Checker {
   int duration_ = 0;  // the header's; 0 when it has none
 };
 
+std::string WithoutBlanks(std::string_view text) {
+  std::string rest(text);
+  std::erase_if(rest, [](char c) { return kBlanks.find(c) != kBlanks.npos; });
+  return rest;
+}
+
 // Calls `use` with the range of every part between commas, also of an empty one at the end.
 template <typename Use>
 void ForEachItem(std::string_view text, core::TextRange range, Use use) {
@@ -132,7 +138,7 @@ Found Checker::Find(char key, core::TextRange header) const {
   Found found;
   ForEachItem(text_, header, [&](core::TextRange where) {
     const std::string_view item = In(where);
-    const std::string clean = CleanItem(item);
+    const std::string clean = core::ToLower(WithoutBlanks(item));
     const bool read = item.size() > 1 && item[0] == key && item[1] == '=';
     const bool meant = clean.size() > 1 && clean[0] == key && clean[1] == '=';
     if (read || (meant && !found.read)) {
@@ -201,7 +207,7 @@ void Checker::CheckSections() {
   if (check_.title.empty()) {
     Add({0, first}, std::string(kNoName));
   }
-  if (const std::size_t at = text_.find_first_of("\r\n"); at != text_.npos) {
+  if (const std::size_t at = text_.find_first_of(core::kCrLf); at < last) {
     Add({at, 1}, std::string(kSeveralLines));
   }
   CheckHeader({first + 1, second - first - 1});

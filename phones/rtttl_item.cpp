@@ -211,6 +211,12 @@ std::string ItemFault(std::string_view item) {
   if (item.empty()) {
     return std::string(u8"está vacía"_w);
   }
+  if (item.find_first_of(core::kCrLf) != item.npos) {
+    return std::string(u8"lleva un salto de línea, y la melodía va en una sola"_w);
+  }
+  if (item.find_first_of("\t\xA0") != item.npos) {
+    return std::string(u8"lleva un tabulador o un espacio especial"_w);
+  }
   if (core::Contains(item, core::kSharpEscape)) {
     return std::string(u8"«juh9hay» es el «#» de los ficheros guardados y aquí se toca sin él"_w);
   }

@@ -28,7 +28,7 @@ constexpr std::string_view kSignsChanged =
     u8"Los signos tipográficos, de HTML o de fichero pasan a los de RTTTL."_w;
 constexpr std::string_view kNamelessMelody = "Melodia";
 constexpr std::string_view kBlanks = " \t\n";
-constexpr std::string_view kSeparators = ",;|";
+constexpr std::string_view kSeparators = ",;|:";  // of notes
 
 bool IsAlphanumeric(char c) {
   return core::IsDigit(c) || core::ToLower(c) != core::ToUpper(c);
@@ -248,7 +248,8 @@ std::size_t NameStart(std::string_view between) {
   const std::size_t item = text.find_last_of(",;|:") + 1;
   const std::size_t word = std::min(text.find_first_not_of(kBlanks, item), text.size());
   const std::size_t end = std::min(text.find_first_of(kBlanks, word), text.size());
-  return IsNote(text.substr(word, end - word)) ? end : word;
+  const bool named = end == text.size() && between.substr(end).starts_with(':');
+  return IsNote(text.substr(word, end - word)) && !named ? end : word;
 }
 
 std::vector<Source> SourcesByHeader(std::string_view text, const std::vector<Header>& headers) {
@@ -321,6 +322,13 @@ std::string_view WithoutBullet(std::string_view name) {
   return digits == 0 ? name.substr(std::min(name.find_first_not_of("-*>` \t"), name.size())) : name;
 }
 
+// Removes an address and what precedes it, unless nothing follows.
+std::string_view WithoutAddress(std::string_view name) {
+  const std::size_t address = name.rfind("://");
+  const std::size_t end = address == name.npos ? address : name.find(' ', address);
+  return end == name.npos ? name : name.substr(end + 1);
+}
+
 // Makes a name that is valid in RTTTL, in a URL and as a file name.
 std::string CleanName(std::string_view raw) {
   constexpr std::string_view kJoining = "/\\=";
@@ -329,7 +337,7 @@ std::string CleanName(std::string_view raw) {
   raw = Strip(raw, kEnds);
   raw = raw.substr(raw.find_last_of("\"\n") + 1);  // after the code before a string literal
   std::string name;
-  for (const char c : WithoutBullet(raw)) {
+  for (const char c : WithoutBullet(WithoutAddress(raw))) {
     const bool blank = c == ' ' || c == '\t' || core::Code(c) < ' ';
     if (blank && (name.empty() || name.back() == ' ')) {
       continue;

@@ -31,7 +31,7 @@ int OctaveNumber(std::string_view octave) {
   return core::ToInt16(core::ToNumber(octave));
 }
 
-// The settings with another octave, as they stand otherwise.
+// The header's settings with another octave.
 std::string Settings(std::string_view settings, int octave) {
   std::string text;
   for (const std::string_view setting : core::SplitText(settings, ',')) {
@@ -53,7 +53,7 @@ std::string MovedItem(const core::RTTTLNote& note, const core::RTTTLMelody& melo
   if (!semitone) {
     Refuse(std::string(u8"«"_w) + std::string(note.Note) + std::string(u8"» no es ninguna nota"_w));
   }
-  // Moved up by more octaves than any, so that the division is one of whole positive numbers.
+  // kUp keeps the operands of "/" and "%" positive.
   constexpr int kUp = 100;
   const int pitch = (OctaveNumber(note.Octave) + kUp) * kSemitones + *semitone + semitones;
   const int octave = pitch / kSemitones - kUp;
@@ -73,7 +73,7 @@ std::string Transposed(std::string_view rtttl, int semitones) {
   core::RTTTLMelody melody;
   core::InitMelody(melody, {});
   melody.Text = rtttl;
-  // The first reading drops the blanks, the second one finds the settings behind them.
+  // The first parse removes blanks; the second recognises the settings that follow one.
   for (int reading = 0; reading < 2; ++reading) {
     if (core::ParseRTTTL(melody) != core::kParsed) {
       Refuse(u8"la melodía tiene algo que no se puede leer"_w);

@@ -3,16 +3,16 @@
 #include <string>
 #include <string_view>
 
-// Moving a melody up or down.
+// Transposes melodies.
 namespace tonadex::phones {
 
-inline constexpr int kMostSemitones = 36;  // either way
+inline constexpr int kMostSemitones = 36;  // up or down
 
-// An RTTTL text whose sharps are "#", moved by whole semitones: the same name, header settings,
-// durations, dots and pauses, without blanks behind the name. Whole octaves go into the header's
-// "o=", where it has one; a note names its octave where that is another. Errors:
-// core::RunTimeError (kInvalidArgument) for more than kMostSemitones, a text that is no melody, a
-// note that cannot be read, and a note that would leave the octaves that a note can have (1 to 8).
+// Transposes an RTTTL text whose sharps are "#". Name, header settings, durations, dots and pauses
+// stay the same; blanks after the name are removed. Whole octaves are added to the header's "o=" if
+// there is one, and a note has an octave of its own only where it differs from the header's.
+// Errors: core::RunTimeError (kInvalidArgument) for more than kMostSemitones, a text that is not a
+// melody, an unreadable note, and a note that would be outside octaves 1 to 8.
 std::string Transposed(std::string_view rtttl, int semitones);
 
 }  // namespace tonadex::phones

@@ -6,7 +6,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build_packages=(
   g++ cmake ninja-build ca-certificates
   libboost-dev libcli11-dev nlohmann-json3-dev
-  libfluidsynth-dev timgm6mb-soundfont
+  libfluidsynth-dev timgm6mb-soundfont libqrencode-dev
   qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-translations-l10n
   fonts-dejavu-core xdg-utils
 )
@@ -16,6 +16,7 @@ test_packages=(
   xvfb xauth xdotool xclip
   cups cups-client cups-filters poppler-utils
   timidity gammu procps
+  python3-jsonschema python3-selenium chromium chromium-driver
 )
 windows_packages=(
   g++ cmake ninja-build libboost-dev libcli11-dev nlohmann-json3-dev libgtest-dev googletest

@@ -6,8 +6,11 @@
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "net/addresses.h"
+#include "server/api/api.h"
+#include "server/api/problem.h"
 #include "server/melody_name.h"
 #include "server/pages.h"
+#include "server/web_files.h"
 
 namespace tonadex::server {
 namespace {
@@ -116,16 +119,15 @@ Reply AnswerSearch(const Request& request, std::string_view query, Shelf& shelf)
 
 struct UploadReply {
   UploadResult result;
-  int status;
-  std::string_view text;
+  StatusWords reply;
 };
 
 constexpr UploadReply kUploadReplies[] = {
-    {UploadResult::kStored, 200, u8"La melodía está en el servidor. ¡Gracias!"_w},
-    {UploadResult::kExists, 409, u8"La melodía ya estaba en el servidor."_w},
-    {UploadResult::kTooMany, 429, u8"Demasiadas melodías en poco tiempo. Espera un minuto."_w},
-    {UploadResult::kReadOnly, 403, u8"Este servidor solo deja leer."_w},
-    {UploadResult::kDiskFailure, 500, u8"No se ha podido guardar la melodía."_w},
+    {UploadResult::kStored, {200, u8"La melodía está en el servidor. ¡Gracias!"_w}},
+    {UploadResult::kExists, {409, u8"La melodía ya estaba en el servidor."_w}},
+    {UploadResult::kTooMany, {429, u8"Demasiadas melodías en poco tiempo. Espera un minuto."_w}},
+    {UploadResult::kReadOnly, {403, u8"Este servidor solo deja leer."_w}},
+    {UploadResult::kDiskFailure, {500, u8"No se ha podido guardar la melodía."_w}},
 };
 
 Reply AnswerUpload(const Request& request, std::string_view query, Shelf& shelf) {
@@ -137,13 +139,9 @@ Reply AnswerUpload(const Request& request, std::string_view query, Shelf& shelf)
       break;
     }
   }
-  const UploadAnswer answer = shelf.Upload(name, contents, request.client, request.now);
-  for (const UploadReply& reply : kUploadReplies) {
-    if (reply.result == answer.result) {
-      return TextReply(reply.status, reply.text);
-    }
-  }
-  return TextReply(400, answer.fault);
+  const auto [status, words] =
+      UploadWords(shelf.Upload(name, contents, request.client, request.now));
+  return TextReply(status, words);
 }
 
 struct Endpoint {
@@ -183,6 +181,25 @@ std::string UndoEscapes(std::string_view text) {
   return Undo(text, Escapes::kAll);
 }
 
+std::string PercentEncoded(std::string_view bytes) {
+  constexpr std::string_view kHex = "0123456789ABCDEF";
+  std::string encoded;
+  for (const char c : bytes) {
+    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    if (letter || core::IsDigit(c) || std::string_view("-._~").find(c) != std::string_view::npos) {
+      encoded += c;
+    } else {
+      encoded.append({'%', kHex[core::Code(c) / 16u], kHex[core::Code(c) % 16u]});
+    }
+  }
+  return encoded;
+}
+
+StatusWords UploadWords(const UploadAnswer& answer) {
+  const auto found = std::ranges::find(kUploadReplies, answer.result, &UploadReply::result);
+  return found == std::end(kUploadReplies) ? StatusWords{400, answer.fault} : found->reply;
+}
+
 Reply TextReply(int status, std::string_view text) {
   Reply reply = OwnedReply(std::string(text));
   reply.status = status;
@@ -191,6 +208,12 @@ Reply TextReply(int status, std::string_view text) {
 
 Reply Handle(const Request& request, Shelf& shelf) {
   const Target target = SplitTarget(request.target);
+  if (target.path.starts_with(kApiPath)) {
+    return AnswerApi(request, target.path.substr(kApiPath.size()), target.query, shelf);
+  }
+  if (request.post) {
+    return RefusalReply(405, target.path);
+  }
   for (const Endpoint& endpoint : kEndpoints) {
     if (target.path == endpoint.path) {
       return endpoint.answer(request, target.query, shelf);
@@ -199,7 +222,7 @@ Reply Handle(const Request& request, Shelf& shelf) {
   if (target.path.starts_with(net::kMelodyFolderPath)) {
     return AnswerMelody(target.path.substr(net::kMelodyFolderPath.size()), shelf);
   }
-  return TextReply(404, u8"Aquí no hay nada."_w);
+  return WebReply(request, target.path).value_or(TextReply(404, u8"Aquí no hay nada."_w));
 }
 
 }  // namespace tonadex::server

@@ -18,8 +18,12 @@ struct Request {
   std::uint64_t random = 0;  // what a random choice is made with
   // Whether nobody waits for the reply any more; may be empty.
   std::function<bool()> abandoned = {};
+  bool post = false;  // else GET or HEAD, whose body is left out later
+  std::string body = {};
+  std::string contentType = {}, ifNoneMatch = {};  // header fields
 };
 
+inline constexpr int kAskAgain = -1;  // for maxAgeSeconds: a cache may keep it, but must ask
 inline constexpr std::string_view kTextType = "text/plain; charset=windows-1252";
 inline constexpr std::string_view kHtmlType = "text/html; charset=utf-8";
 
@@ -28,9 +32,17 @@ struct Reply {
   std::string_view contentType = kTextType;
   std::vector<SharedText> body = {};  // sent one after the other
   int maxAgeSeconds = 0;              // how long a cache may keep it
+  std::string fields = {};            // further header fields, each "Name: value\r\n"
 };
 
 Reply TextReply(int status, std::string_view text);
+
+struct StatusWords {
+  int status;
+  std::string_view words;  // Windows-1252
+};
+// What became of an upload; kStored is 200.
+StatusWords UploadWords(const UploadAnswer& answer);
 
 // The server: a reply for each request. The only thing it changes is the shelf. Never throws
 // (memory aside).
@@ -38,5 +50,7 @@ Reply Handle(const Request& request, Shelf& shelf);
 
 // %XX undone; a "%" without two hexadecimal digits stays, "+" is a plus.
 std::string UndoEscapes(std::string_view text);
+// Everything but letters, digits and "-._~" as %XX.
+std::string PercentEncoded(std::string_view bytes);
 
 }  // namespace tonadex::server

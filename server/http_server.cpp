@@ -24,6 +24,7 @@
 #include <boost/beast/http/status.hpp>
 #include <condition_variable>
 #include <csignal>
+#include <limits>
 #include <mutex>
 #include <optional>
 #include <random>
@@ -35,6 +36,7 @@
 #include "core/error_words.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "server/api/problem.h"
 #include "server/places.h"
 #include "server/reply_budget.h"
 
@@ -50,20 +52,25 @@ using namespace core::literals;
 using ErrorCode = boost::system::error_code;
 
 constexpr std::size_t kReadBytes = std::size_t{8} << 10;
+constexpr int kGone = -1;       // in place of a status: there is nobody to reply to
 constexpr int kMinThreads = 4;  // an upload waits for the disk in its thread
 
 // What the socket loop needs of a request.
 struct Parsed {
   int refusal = 0;  // status of the reply when the request is not to be handled, else 0
   bool head = false;
+  bool post = false;
   bool keepAlive = false;
-  bool foreign = false;  // sent by another host's page, or to another host's name
-  std::string target, forwardedFor;
+  bool foreign = false;       // sent by another host's page, or to another host's name
+  bool asksForBody = false;   // the client waits until it is told to send the body
+  std::size_t bodyBytes = 0;  // of the body, which follows
+  std::string target, forwardedFor, contentType, ifNoneMatch, body;
 };
 
-Parsed Refused(int status) {
+Parsed Refused(int status, std::string target = {}) {
   Parsed parsed;
   parsed.refusal = status;
+  parsed.target = std::move(target);
   return parsed;
 }
 
@@ -129,10 +136,26 @@ bool IsForeign(const Fields& request) {
   return !IsLoopbackHost(host) || !own;
 }
 
+// Why a request is not to be handled, 0 if it is. Only a POST has a body, of a known length.
+int Refusal(const Fields& request, const Parsed& parsed) {
+  const bool coded = request.count(http::field::transfer_encoding) != 0;
+  if (request.count(http::field::host) > 1 || (!parsed.post && (coded || parsed.bodyBytes != 0))) {
+    return 400;
+  }
+  if (!parsed.post && !parsed.head && request.method() != http::verb::get) {
+    return 405;
+  }
+  if (parsed.post && (coded || request.count(http::field::content_length) == 0)) {
+    return 411;
+  }
+  return parsed.bodyBytes > kMaxBodyBytes ? 413 : 0;
+}
+
 // `head`: request line and fields, the blank line included.
 Parsed ParseHead(std::string_view head) {
   const std::string text = WithEscapedTarget(head);
   http::request_parser<http::empty_body> parser;
+  parser.body_limit(std::numeric_limits<std::uint64_t>::max());  // has a refusal of its own
   parser.header_limit(static_cast<std::uint32_t>(text.size() + 1));
   ErrorCode error;
   parser.put(asio::buffer(text), error);
@@ -140,20 +163,20 @@ Parsed ParseHead(std::string_view head) {
     return Refused(400);
   }
   const auto& request = parser.get();
-  const bool hasBody = request.count(http::field::transfer_encoding) != 0 ||
-                       parser.content_length().value_or(0) != 0;
-  if (hasBody || request.count(http::field::host) > 1) {
-    return Refused(400);
-  }
   Parsed parsed;
-  parsed.head = request.method() == http::verb::head;
-  if (!parsed.head && request.method() != http::verb::get) {
-    return Refused(405);
-  }
   parsed.target = std::string(request.target());
+  parsed.head = request.method() == http::verb::head;
+  parsed.post = request.method() == http::verb::post;
+  parsed.bodyBytes = parser.content_length().value_or(0);
+  if (const int status = Refusal(request, parsed); status != 0) {
+    return Refused(status, std::move(parsed.target));
+  }
   parsed.keepAlive = parser.keep_alive();
   parsed.foreign = IsForeign(request);
+  parsed.asksForBody = Field(request, http::field::expect) == "100-continue";
   parsed.forwardedFor = std::string(LastForwardedFor(request));
+  parsed.contentType = std::string(Field(request, http::field::content_type));
+  parsed.ifNoneMatch = std::string(Field(request, http::field::if_none_match));
   return parsed;
 }
 
@@ -185,21 +208,15 @@ std::string ReplyHead(const Reply& reply, bool keepAlive) {
   std::string head = "HTTP/1.1 " + std::to_string(reply.status) + " ";
   head.append(reason.data(), reason.size());
   head.append("\r\nServer: Tonadex\r\nContent-Type: ").append(reply.contentType);
-  head.append("\r\nContent-Length: ").append(std::to_string(BodyBytes(reply)));
+  if (reply.status != 304) {  // whose length would be that of the text which it does not repeat
+    head.append("\r\nContent-Length: ").append(std::to_string(BodyBytes(reply)));
+  }
   head.append("\r\nX-Content-Type-Options: nosniff\r\nCache-Control: ");
-  head.append(reply.maxAgeSeconds > 0 ? "max-age=" + std::to_string(reply.maxAgeSeconds)
-                                      : "no-store");
-  head.append(reply.status == 405 ? "\r\nAllow: GET, HEAD" : "");
-  head.append(keepAlive ? "\r\nConnection: keep-alive" : "\r\nConnection: close");
-  return head.append("\r\n\r\n");
-}
-
-Reply RefusalReply(int status) {
-  constexpr std::string_view kBusy = u8"El servidor está ocupado. Prueba dentro de un momento."_w;
-  constexpr std::string_view kForeign =
-      u8"Este servidor solo atiende a los programas de su equipo."_w;
-  constexpr std::string_view kBad = u8"La petición no se entiende."_w;
-  return TextReply(status, status == 503 ? kBusy : status == 403 ? kForeign : kBad);
+  head.append(reply.maxAgeSeconds > 0    ? "max-age=" + std::to_string(reply.maxAgeSeconds)
+              : reply.maxAgeSeconds == 0 ? "no-store"
+                                         : "no-cache");
+  head.append("\r\n").append(reply.fields);
+  return head.append(keepAlive ? "Connection: keep-alive\r\n\r\n" : "Connection: close\r\n\r\n");
 }
 
 // ::ffff:1.2.3.4 is the IPv4 address 1.2.3.4.
@@ -292,10 +309,11 @@ struct HttpServer::State {
   asio::awaitable<void> RefuseBusy(tcp::socket socket, Place refusal);
   asio::awaitable<std::optional<Parsed>> ReadRequest(beast::tcp_stream& stream,
                                                      std::string& buffer);
+  asio::awaitable<int> ReadBody(beast::tcp_stream& stream, std::string& buffer, Parsed& parsed);
   asio::awaitable<bool> WriteReply(beast::tcp_stream& stream, const Reply& reply, bool keepAlive,
                                    bool bodyToo);
   asio::awaitable<void> Linger(beast::tcp_stream& stream);
-  Reply Answer(const Parsed& parsed, const asio::ip::address& address, tcp::socket& socket);
+  Reply Answer(Parsed& parsed, const asio::ip::address& address, tcp::socket& socket);
   void Log(const Parsed& parsed, const asio::ip::address& address, const Reply& reply,
            Clock::time_point start) const;
   void Admit(tcp::socket socket);
@@ -391,6 +409,39 @@ void HttpServer::State::Admit(tcp::socket socket) {
   }
 }
 
+// Appends what has arrived.
+asio::awaitable<ErrorCode> ReadMore(beast::tcp_stream& stream, std::string& buffer) {
+  const std::size_t size = buffer.size();
+  buffer.resize(size + kReadBytes);
+  ErrorCode error;
+  const std::size_t count =
+      co_await stream.async_read_some(asio::buffer(buffer.data() + size, kReadBytes),
+                                      asio::redirect_error(asio::use_awaitable, error));
+  buffer.resize(size + count);
+  co_return error;
+}
+
+// Slice by slice, as replies are written. 0, or why the request is refused: kGone without a word.
+asio::awaitable<int> HttpServer::State::ReadBody(beast::tcp_stream& stream, std::string& buffer,
+                                                 Parsed& parsed) {
+  ErrorCode error;
+  if (parsed.asksForBody && buffer.size() < parsed.bodyBytes) {
+    constexpr std::string_view kContinue = "HTTP/1.1 100 Continue\r\n\r\n";
+    co_await asio::async_write(stream, asio::buffer(kContinue.data(), kContinue.size()),
+                               asio::redirect_error(asio::use_awaitable, error));
+  }
+  while (!error && buffer.size() < parsed.bodyBytes) {
+    const std::size_t slice = std::min(parsed.bodyBytes, buffer.size() + kSliceBytes);
+    stream.expires_after(options.slowClient);
+    while (!error && buffer.size() < slice) {
+      error = co_await ReadMore(stream, buffer);
+    }
+  }
+  parsed.body = buffer.substr(0, parsed.bodyBytes);
+  buffer.erase(0, parsed.bodyBytes);
+  co_return !error ? 0 : error == asio::error::eof ? 400 : kGone;
+}
+
 // Gives nothing when the client is gone or too slow before a whole request has arrived. What
 // follows the request stays in the buffer.
 asio::awaitable<std::optional<Parsed>> HttpServer::State::ReadRequest(beast::tcp_stream& stream,
@@ -410,17 +461,14 @@ asio::awaitable<std::optional<Parsed>> HttpServer::State::ReadRequest(beast::tcp
     if (end != buffer.npos) {
       Parsed parsed = ParseHead(std::string_view(buffer).substr(0, headBytes));
       buffer.erase(0, headBytes);
-      co_return parsed;
+      const int fault = co_await ReadBody(stream, buffer, parsed);
+      if (fault == kGone) {
+        co_return std::nullopt;
+      }
+      co_return fault == 0 ? std::move(parsed) : Refused(fault, std::move(parsed.target));
     }
     searched = buffer.size() < 3 ? 0 : buffer.size() - 3;
-    const std::size_t size = buffer.size();
-    buffer.resize(size + kReadBytes);
-    ErrorCode error;
-    const std::size_t count =
-        co_await stream.async_read_some(asio::buffer(buffer.data() + size, kReadBytes),
-                                        asio::redirect_error(asio::use_awaitable, error));
-    buffer.resize(size + count);
-    if (error) {
+    if (const ErrorCode error = co_await ReadMore(stream, buffer)) {
       const bool half = error == asio::error::eof && !buffer.empty();
       co_return half ? std::optional(Refused(400)) : std::nullopt;
     }
@@ -435,7 +483,7 @@ asio::awaitable<bool> HttpServer::State::WriteReply(beast::tcp_stream& stream, c
   for (std::size_t i = 0; i == 0 || (bodyToo && i < reply.body.size()); ++i) {
     std::string_view rest = bodyToo ? std::string_view(*reply.body[i]) : std::string_view();
     do {
-      const std::string_view slice = rest.substr(0, kWriteSliceBytes);
+      const std::string_view slice = rest.substr(0, kSliceBytes);
       const std::array<asio::const_buffer, 2> buffers = {asio::buffer(first.data(), first.size()),
                                                          asio::buffer(slice.data(), slice.size())};
       stream.expires_after(options.slowClient);
@@ -464,20 +512,21 @@ asio::awaitable<void> HttpServer::State::Linger(beast::tcp_stream& stream) {
   }
 }
 
-Reply HttpServer::State::Answer(const Parsed& parsed, const asio::ip::address& address,
+Reply HttpServer::State::Answer(Parsed& parsed, const asio::ip::address& address,
                                 tcp::socket& socket) {
   if (parsed.refusal != 0) {
-    return RefusalReply(parsed.refusal);
+    return RefusalReply(parsed.refusal, parsed.target);
   }
   if (options.ownMachineOnly && parsed.foreign) {
-    return RefusalReply(403);
+    return RefusalReply(403, parsed.target);
   }
   bool gone = false;  // the system reports a reset only once
   const auto abandoned = [&] { return gone = gone || stopping || IsReset(socket); };
   try {
-    return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom(), abandoned});
+    return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom(), abandoned,
+                    parsed.post, std::move(parsed.body), parsed.contentType, parsed.ifNoneMatch});
   } catch (const std::exception&) {
-    return RefusalReply(500);
+    return RefusalReply(500, parsed.target);
   }
 }
 
@@ -489,8 +538,11 @@ void HttpServer::State::Log(const Parsed& parsed, const asio::ip::address& addre
   const std::chrono::duration<double, std::milli> taken = Clock::now() - start;
   std::array<char, 32> milliseconds{};
   std::snprintf(milliseconds.data(), milliseconds.size(), "%.2f", taken.count());
-  const std::string method =
-      parsed.refusal != 0 ? "- -" : (parsed.head ? "HEAD " : "GET ") + PathForLog(parsed.target);
+  const std::string method = parsed.refusal != 0 ? "- -"
+                                                 : (parsed.head   ? "HEAD "
+                                                    : parsed.post ? "POST "
+                                                                  : "GET ") +
+                                                       PathForLog(parsed.target);
   options.log(UtcNow() + " " + address.to_string() + " " + method + " " +
               std::to_string(reply.status) + " " + std::to_string(BodyBytes(reply)) + " " +
               milliseconds.data());
@@ -504,7 +556,7 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Place, Place)
   beast::tcp_stream stream(std::move(socket));
   std::string buffer;
   for (bool open = true; open;) {
-    const std::optional<Parsed> parsed = co_await ReadRequest(stream, buffer);
+    std::optional<Parsed> parsed = co_await ReadRequest(stream, buffer);
     if (!parsed) {
       co_return;
     }
@@ -514,10 +566,11 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Place, Place)
     const asio::ip::address address = forwarded.value_or(peer);
     const Place place = options.behindProxy ? ofAddresses.Take(ClientOf(address)) : nullptr;
     const bool crowded = options.behindProxy && !place;
-    Reply reply = crowded ? RefusalReply(503) : Answer(*parsed, address, stream.socket());
+    Reply reply =
+        crowded ? RefusalReply(503, parsed->target) : Answer(*parsed, address, stream.socket());
     const Place room = budget.Take(reply.body);
     if (!room) {
-      reply = RefusalReply(503);
+      reply = RefusalReply(503, parsed->target);
     }
     open = parsed->keepAlive && !stopping;
     const bool written = co_await WriteReply(stream, reply, open, !parsed->head);
@@ -533,7 +586,7 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Place, Place)
 asio::awaitable<void> HttpServer::State::RefuseBusy(tcp::socket socket, Place) {
   beast::tcp_stream stream(std::move(socket));
   const asio::ip::address peer = PeerOf(stream.socket());
-  const Reply reply = RefusalReply(503);
+  const Reply reply = RefusalReply(503, {});
   Log(Refused(503), peer, reply, Clock::now());
   if (co_await WriteReply(stream, reply, false, true)) {
     co_await Linger(stream);

@@ -9,10 +9,12 @@ namespace tonadex::server {
 // Requests.
 inline constexpr std::size_t kMaxRequestLineBytes = std::size_t{64} << 10;
 inline constexpr std::size_t kMaxFieldBytes = std::size_t{16} << 10;  // all header fields together
+inline constexpr std::size_t kMaxBodyBytes = std::size_t{256} << 10;  // of a POST
 inline constexpr int kSlowClientMs = 10'000;  // for a request to arrive, a slice to be taken
 inline constexpr int kLingerMs = 1'000;       // for a client to read a refusal
 inline constexpr std::size_t kMaxLingerBytes = std::size_t{1} << 20;
-inline constexpr std::size_t kWriteSliceBytes = std::size_t{64} << 10;
+inline constexpr std::size_t kSliceBytes = std::size_t{64}
+                                           << 10;  // of a body, for one kSlowClientMs
 
 // Connections.
 inline constexpr int kMaxConnections = 512;           // served at the same time

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <future>
 #include <iterator>
 #include <utility>
 
@@ -119,9 +120,10 @@ StoredMelodies MelodyFolder::Read(const std::stop_token& stop) {
   const bool writable = access_ == ShelfAccess::kReadWrite;
   const auto began = writable ? FolderTime(folder_) : std::nullopt;
   const auto all = [](std::string_view) { return true; };
+  auto loading = std::async([this] { return LoadIndex(folder_); });
   std::vector<files::ListedFile> files = files::ListFiles(folder_, all, stop);
   std::ranges::sort(files, {}, [](const files::ListedFile& file) { return OrderOf(file); });
-  StoredMelodies melodies = LoadIndex(folder_);
+  StoredMelodies melodies = loading.get();
   const std::vector<StoredMelody> known = std::exchange(melodies.list, {});
   melodies.list.reserve(files.size());
   std::size_t unchanged = 0;

@@ -1,7 +1,9 @@
 #include "app/pages/options_page.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/form1.h"
@@ -29,19 +31,28 @@ constexpr std::string_view kTrial = "Prueba:d=8,o=6,b=160:c,e,g,g,4c7";
 constexpr std::string_view kNothingFound = u8"Ningún móvil con ese nombre"_w;
 constexpr std::string_view kNoNumbers = u8"De esta marca solo hay formatos"_w;
 
+constexpr ControlInfo Search() {
+  ControlInfo box =
+      Row(Look::kLine, "phoneSearch", &F::phoneSearch, u8"Busca tu móvil por su número"_w,
+          {Event::kChange, &F::phoneSearch_Change}, {Event::kEnter, &F::phoneSearch_Enter},
+          u8"Escribe su número, por ejemplo 3310 o t68"_w);
+  box.below = &F::modelList;
+  return box;
+}
+
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("optionsTitle", &F::optionsTitle, words::kChoosePhone, Font::kHeading),
     Label("Label3", &F::Label3, "&Marca", &F::cmbmarcas),
     Row(Look::kList, "cmbmarcas", &F::cmbmarcas, u8"Marca del móvil"_w,
         {Event::kClick, &F::cmbmarcas_Click}),
     Label("searchLabel", &F::searchLabel, u8"Bu&sca tu móvil"_w, &F::phoneSearch),
-    Row(Look::kLine, "phoneSearch", &F::phoneSearch, u8"Busca tu móvil por su número"_w,
-        {Event::kChange, &F::phoneSearch_Change}, {Event::kEnter, &F::phoneSearch_Enter},
-        u8"Escribe su número, por ejemplo 3310 o t68"_w),
+    Search(),
     Label("modelLabel", &F::modelLabel, "Mod&elo", &F::modelList),
     Row(Look::kList, "modelList", &F::modelList, "Modelo", {Event::kClick, &F::modelList_Click}),
-    Label("Label4", &F::Label4, "O&tros formatos", &F::cmbformatos),
-    Row(Look::kList, "cmbformatos", &F::cmbformatos, "Modelo o formato"),
+    Label("Label4", &F::Label4, "O&tros formatos", &F::formatList),
+    Row(Look::kList, "formatList", &F::formatList, "Otros formatos",
+        {Event::kClick, &F::formatList_Click}),
+    Row(Look::kStorage, "cmbformatos", &F::cmbformatos),
     Words("nokiaLabel", &F::nokiaLabel, "Para tu Nokia quiero:"),
     Button(Look::kChoice, "keysChoice", &F::keysChoice, "Las teclas que &pulso", "",
            u8"Pulsaciones: las teclas del compositor, una por una"_w, &F::keysChoice_Click),
@@ -76,20 +87,23 @@ Part OptionsPage::Layout() {
   Part card =
       Card({
                Row({The(&F::optionsTitle), Stretch(), The(&F::searchLabel),
-                    The(&F::phoneSearch).Widths(kSearchWidth, kSearchWidth)}),
+                    The(&F::phoneSearch).Widths(kSearchWidth, kSearchWidth)})
+                   .Wraps(),
                Row({list(&F::Label3, &F::cmbmarcas, 2), list(&F::modelLabel, &F::modelList, 2),
-                    list(&F::Label4, &F::cmbformatos, 3)})
+                    list(&F::Label4, &F::formatList, 3)})
                    .Gap(kPageMargin)
                    .Weight(1),
                Column({The(&F::nokiaLabel), Row({The(&F::keysChoice), The(&F::shownChoice),
-                                                 The(&F::sendChoice), Stretch()})})
+                                                 The(&F::sendChoice), Stretch()})
+                                                .Wraps()})
                    .Gap(look::kFieldGap),
                Row({The(&F::optionsPicture),
                     Column({The(&F::optionsSentence), The(&F::exampleLabel), The(&F::enterLabel)})
                         .Gap(look::kFieldGap)
                         .Weight(1)}),
                Row({The(&F::soundLabel), The(&F::instrumentChoice), The(&F::beepChoice),
-                    The(&F::trySoundButton), Stretch()}),
+                    The(&F::trySoundButton), Stretch()})
+                   .Wraps(),
            })
           .Gap(kPageMargin)
           .Margins(3 * kGrid, 2 * kGrid, 2 * kGrid)
@@ -100,7 +114,8 @@ Part OptionsPage::Layout() {
                      .Weight(1000)
                      .Heights(0, kTallestCard),
                  Stretch()})
-      .Margins(0, look::kGrid, look::kGrid);
+      .Margins(0, look::kGrid, look::kGrid)
+      .Scrolls();
 }
 
 void OptionsPage::RefreshOptions() {
@@ -124,6 +139,28 @@ void OptionsPage::RefreshOptions() {
   beepChoice.checked = beepChoice.value != 0;
   instrumentChoice.checked = !beepChoice.checked;
   modelList.invitation = phoneSearch.text.empty() ? kNoNumbers : kNothingFound;
+  MarkChosen();
+}
+
+// Marks the chosen model in the list that has it. Of a row with several numbers the one that was
+// clicked stays marked, and else the first.
+void OptionsPage::MarkChosen() {
+  const std::string& model = cmbformatos.text;
+  ListRows formats;
+  for (const ListRow& row : cmbformatos.rows) {
+    if (phones::IsFormatModel(row.text)) {
+      formats.push_back(row);
+    }
+  }
+  formatList.rows = std::move(formats);
+  const bool phone = phones::FindModel(model) != nullptr && !phones::IsFormatModel(model);
+  formatList.SetText(phone ? "" : model);
+  const auto has = [&model](const phones::PhoneChoice& choice) { return choice.model == model; };
+  const auto marked = static_cast<std::size_t>(modelList.listIndex);
+  if (modelList.listIndex < 0 || marked >= listed_.size() || !has(listed_[marked])) {
+    const auto first = std::ranges::find_if(listed_, has);
+    modelList.Select(static_cast<int>(first - listed_.begin()));
+  }
 }
 
 void OptionsPage::ListPhones() {
@@ -160,6 +197,10 @@ void OptionsPage::modelList_Click() {
     const phones::PhoneChoice& phone = listed_[static_cast<std::size_t>(index)];
     Choose(phone.brand, phone.model);
   }
+}
+
+void OptionsPage::formatList_Click() {
+  cmbformatos.SetText(formatList.text);
 }
 
 void OptionsPage::keysChoice_Click() {

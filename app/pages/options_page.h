@@ -19,10 +19,11 @@ class OptionsPage {
   void cmbmarcas_Click();
   void FillModelList();
 
-  // Lists in modelList the phones of which words begin as typed, of all makes.
+  // Lists in modelList the phones of all makes that match what is typed.
   void phoneSearch_Change();
   void phoneSearch_Enter();  // chooses the first of them
   void modelList_Click();
+  void formatList_Click();
   // What to get for a Nokia.
   void keysChoice_Click();
   void shownChoice_Click();
@@ -36,10 +37,11 @@ class OptionsPage {
   Control searchLabel, phoneSearch;
   Control modelLabel, modelList;  // phones by their numbers
   Control nokiaLabel, keysChoice, shownChoice, sendChoice;
-  Control exampleLabel, enterLabel;  // an example, and how it gets into the phone
+  Control exampleLabel, enterLabel;  // an example result; how to enter it into the phone
   Control soundLabel, instrumentChoice, beepChoice, trySoundButton;
-  Control Label3, cmbmarcas;    // make
-  Control Label4, cmbformatos;  // model or format; its text is any text
+  Control Label3, cmbmarcas;   // make
+  Control cmbformatos;         // the make's models and formats; its text is any text; not drawn
+  Control Label4, formatList;  // the formats among them
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();
@@ -48,11 +50,12 @@ class OptionsPage {
   void RestoreSavedModel();
   void SaveModel();
   void RefreshOptions();
-  void ChooseVoice(int beep);  // 1: beepChoice's, 0: the instrument
+  void ChooseVoice(int beep);  // 1: beep, 0: instrument
 
  private:
   void Choose(std::string_view brand, std::string_view model);
   void ListPhones();
+  void MarkChosen();
 
   SharedState& state_;
   std::vector<phones::PhoneChoice> listed_;  // in modelList

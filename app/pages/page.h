@@ -26,7 +26,7 @@ inline constexpr std::int16_t kTypingPage = 9;  // reached from the repertoire p
 inline constexpr std::int16_t kMidiPage = 10;   // reached by opening a MIDI file
 
 // The melody that is playing, while PlayMelody shows its message box: one that has a drawing, or
-// the one to try the sound with.
+// one without (kTrial).
 enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl, kMidi, kTrial };
 
 // State shared by the pages.

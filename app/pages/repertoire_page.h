@@ -27,12 +27,12 @@ class RepertoirePage {
   void List1_Click();
   void ConvertSelectedMelody();
 
-  // Marks in the drawing, one after the other, the notes that a mark counts.
+  // Each click shows the next of the counted notes in the drawing.
   void limitMark_Click();
   void rangeMark_Click();
-  // Folds the instructions away, or back.
+  // Hides or shows the instructions.
   void foldButton_Click();
-  // Narrows the list to the rows that hold all words of the box.
+  // Filters the list: rows that contain all words of the box.
   void repertoireFilter_Change();
   void repertoireFilter_Enter();
   // The menu on a row.
@@ -47,7 +47,7 @@ class RepertoirePage {
   void entryButton_Click();
   void cancelEntryButton_Click();
   void undoDeleteButton_Click();
-  // Lists the folder again when it is another than before; the selection stays.
+  // Lists the folder again if it has changed; keeps the selection.
   void MelodyFolderChanged();
 
   void copyButton_Click();
@@ -64,12 +64,13 @@ class RepertoirePage {
   Control repertoireFilter, goToSearchButton;
   Control entryLabel, entryBox, entryButton, cancelEntryButton;
   Control addButton, undoDeleteButton, folderTimer;
-  Control staleButton;  // over a result that is another row's or phone's
+  Control staleButton;  // above a result of another row or phone
   Control picreproducir, picconvertir, teclearButton, picimprimir;
   Control lbltextresult, repertoireView, textresultado;  // the result and its title
-  Control limitMark, rangeMark, wordsMark;  // what does not fit the phone, or is no keys
+  Control limitMark, rangeMark,
+      wordsMark;  // what does not fit the phone; that the result is not keys
   Control copyButton, copiedTimer, saveAsButton;
-  Control smallType, sizeSlider, largeType;  // the size of the result's type
+  Control smallType, sizeSlider, largeType;  // the font size of the result
   Control Label2, foldButton, Textavisos;    // instructions and notices
   Control Label1, texttempo, tempoUnit;      // tempo
 
@@ -84,7 +85,7 @@ class RepertoirePage {
   // melody for the chosen phone; -1 for none.
   int ResultGroupAt(double ms) const;
   MelodyStore Store() const;
-  // Does it; false after a message that begins with `failure` and says why.
+  // Runs `work`; on failure shows a message that begins with `failure`, and returns false.
   static bool Try(std::string_view failure, const std::function<void()>& work);
   // Lists the folder again and selects the row of this file.
   void ShowFile(const std::string& file);
@@ -98,7 +99,7 @@ class RepertoirePage {
 
  private:
   enum class Entry { kNone, kName, kSemitones };
-  // What tells a folder from the same folder after a change.
+  // Names and times of a folder's files, compared to detect changes.
   using FolderState =
       std::vector<std::pair<std::filesystem::path, std::filesystem::file_time_type>>;
 
@@ -107,7 +108,7 @@ class RepertoirePage {
   void RefreshMarks();
   void ShowNext(const std::function<bool(const DrawnNote&)>& meant);
   FolderState LookAtFolder() const;
-  void SortRows();
+  void ShowNames();
   void FilterRows();
   void SelectName(const std::string& file);
   void Ask(Entry what);

@@ -25,10 +25,18 @@ constexpr std::string_view kDownloaded =
 
 constexpr std::string_view kAfterScheme = "://";
 constexpr std::string_view kNoAnswer = ". Lo que ves no es una respuesta.";
+constexpr std::string_view kNoMelody = u8". Lo que se ha guardado no es la melodía."_w;
+
+constexpr ControlInfo Search() {
+  ControlInfo box =
+      Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
+          {Event::kEnter, &F::picabuscar_Click}, {}, u8"Palabras del nombre de la melodía"_w);
+  box.below = &F::List1;
+  return box;
+}
 
 constexpr auto kRows = std::to_array<ControlInfo>({
-    Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
-        {Event::kEnter, &F::picabuscar_Click}, {}, u8"Palabras del nombre de la melodía"_w),
+    Search(),
     Button(Look::kPrimary, "picabuscar", &F::picabuscar, "Bu&scar", "buscar",
            "Buscar estas palabras en el servidor", &F::picabuscar_Click),
     Button(Look::kButton, "picazar", &F::picazar, "Al a&zar", "azar", u8"Unas melodías al azar"_w,
@@ -63,18 +71,27 @@ void SearchPage::RefreshSearch() {
   }
 }
 
+std::string SearchPage::ServerWords(bool replied, std::string_view consequence) const {
+  const int status = state_.program.services.Inet1.LastStatus();
+  if (replied && status / 100 == 2) {
+    return {};
+  }
+  std::string words = "El servidor no responde";
+  if (replied) {
+    words = "El servidor responde con el error " + std::to_string(status);
+  }
+  const std::string_view base = state_.program.serverBase;
+  const std::size_t scheme = base.find(kAfterScheme);
+  words.append(": ").append(scheme == base.npos ? base : base.substr(scheme + kAfterScheme.size()));
+  return words.append(consequence);
+}
+
 void SearchPage::ReadListing(std::string_view address, bool stemAlone) {
   state_.List1.Clear();
-  serverLine.caption.clear();
   // After a failed request the old text of Text1 is read again.
-  if (!core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); })) {
-    const std::string_view base = state_.program.serverBase;
-    const std::size_t scheme = base.find(kAfterScheme);
-    serverLine.caption = "El servidor no responde: ";
-    serverLine.caption.append(scheme == base.npos ? base
-                                                  : base.substr(scheme + kAfterScheme.size()));
-    serverLine.caption.append(kNoAnswer);
-  }
+  const bool replied =
+      core::SkipErrors([&] { state_.Text1.text = Request(state_.program, address); });
+  serverLine.caption = ServerWords(replied, kNoAnswer);
   state_.program.services.shell.DoEvents();
   state_.List1.rows.reserve(net::CountRecords(state_.Text1.text), state_.Text1.text.size());
   net::ListingEnd left = net::ReadListing(
@@ -105,8 +122,15 @@ void SearchPage::picdescargar_Click() {
   if (row.empty() || net::IsHintRow(row)) {
     return;
   }
-  net::DownloadMelody(state_.Fetch(), state_.program.MelodyFolder(), state_.program.BinFolder(),
-                      row, state_.List1.SelectedData(), state_.Text1.text);
+  bool replied = false;
+  const auto fetch = [&replied, ask = state_.Fetch()](std::string_view path) {
+    std::string reply = ask(path);
+    replied = true;
+    return reply;
+  };
+  net::DownloadMelody(fetch, state_.program.MelodyFolder(), state_.program.BinFolder(), row,
+                      state_.List1.SelectedData(), state_.Text1.text);
+  serverLine.caption = ServerWords(replied, kNoMelody);
   // Shown whatever the server sent: deliberate.
   core::MsgBox(kDownloaded, core::Icon::kInformation);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "app/pages/page.h"
@@ -17,7 +18,7 @@ class SearchPage {
   void picdescargar_Click();
 
   Control txtbuscar, picabuscar, picazar, picdescargar;
-  Control serverLine;  // that the rows shown are no answer; "" while they are
+  Control serverLine;  // that the server failed, and what follows; "" while it has not
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();
@@ -27,6 +28,8 @@ class SearchPage {
 
  private:
   void ReadListing(std::string_view address, bool stemAlone);
+  // For serverLine: "" for a good reply.
+  std::string ServerWords(bool replied, std::string_view consequence) const;
 
   SharedState& state_;
 };

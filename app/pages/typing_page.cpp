@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "app/form1.h"
 #include "app/layout.h"
@@ -15,6 +16,7 @@
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/write.h"
+#include "midi/playback.h"
 #include "phones/phone_description.h"
 
 namespace tonadex::app {
@@ -25,11 +27,12 @@ using F = Form1;
 using Kind = Shape::Kind;
 using Align = Shape::Align;
 
-constexpr int kLowestStep = 270, kLeastKeypad = 260, kMostKeypad = 460, kPaceWidth = 72;
+constexpr int kLowestStep = 250, kLeastKeypad = 260, kMostKeypad = 460, kPaceWidth = 72;
+constexpr int kWidestGuide = 2 * look::kMeasure - 8 * look::kGrid;
 constexpr std::uint32_t kTickMs = 50;
 constexpr int kLeastSeconds = 1, kMostSeconds = 10;
 constexpr std::string_view kGoOn = u8"Avan&zar solo"_w, kStop = "Parar (&Z)";
-constexpr std::size_t kLongWord = 11;  // on a key: more letters would be too small
+constexpr std::size_t kLongWord = 11;  // longer words on a key take two lines
 constexpr std::string_view kNoKeys = "ninguna tecla";
 constexpr std::string_view kSeen = "En la pantalla debe verse: ";
 constexpr std::string_view kPdfFilter = "PDF (*.pdf)";
@@ -37,9 +40,7 @@ constexpr std::string_view kBefore = "Antes", kAfter = u8"Después"_w;
 
 constexpr ControlInfo Step(std::string_view name, Control F::*member, std::string_view caption,
                            Look look, Handler click, std::string_view shortcut) {
-  ControlInfo button = Button(look, name, member, caption, "", "", click);
-  button.shortcut = shortcut;
-  return button;
+  return WithKeys(Button(look, name, member, caption, "", "", click), shortcut);
 }
 constexpr ControlInfo Shapes(std::string_view name, Control F::*member,
                              Picture (F::*picture)(double, double) const) {
@@ -60,6 +61,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Step("nextGroup", &F::nextGroup, "&Siguiente", Look::kPrimary, &F::nextGroup_Click,
          "Right Space Return"),
     Step("lastGroup", &F::lastGroup, "Al fina&l", Look::kButton, &F::lastGroup_Click, "End"),
+    WithKeys(Button(Look::kChoice, "soundNotes", &F::soundNotes, u8"Oír las no&tas"_w, "",
+                    u8"Que suene cada nota al llegar a ella (F6)"_w, &F::soundNotes_Click),
+             "F6"),
     Button(Look::kButton, "goOnButton", &F::goOnButton, kGoOn, "",
            u8"Pasar al grupo siguiente sin pulsar nada"_w, &F::goOnButton_Click),
     Button(Look::kButton, "fasterButton", &F::fasterButton, u8"–"_w, "", "Menos tiempo por grupo",
@@ -99,10 +103,10 @@ std::string GroupWords(const phones::TypingStep& step) {
   return step.group.empty() ? std::string(kNoKeys) : step.group;
 }
 
-// The presses of a group as small keys in a row, the one that is shown just now in the accent.
+// Adds the presses of a group as a row of small keys; `lit` is in the accent colour.
 void AddPresses(Picture& picture, const phones::TypingStep& step, const phones::KeyPress* lit,
                 const Box& place) {
-  constexpr double kKey = 0.9, kWords = 0.24, kGap = 0.4;  // of the row's height
+  constexpr double kKey = 0.9, kWords = 0.24, kGap = 0.4;  // as fractions of the row's height
   const auto width = [](const phones::KeyPress& press) {
     const auto letters = static_cast<double>(phones::PressWords(press).size());
     return kKey + (letters > 0 ? kWords * (letters + 1) : 0);
@@ -127,7 +131,7 @@ void AddPresses(Picture& picture, const phones::TypingStep& step, const phones::
   }
 }
 
-// "Antes" or "Después" and the groups beside it, small.
+// Adds "Antes" or "Después" and the neighbouring groups in small type.
 void AddNeighbours(Picture& picture, std::string_view words, const TypingGuide& guide, int first,
                    int last, const Box& row, double unit) {
   const double label = 76 * unit, gap = 8 * unit;
@@ -152,7 +156,7 @@ struct KeyFace {
   Ink ground, edge, ink, faint;
 };
 
-// One key of the keypad with its letters, what it does, and how to press it now.
+// Adds a key of the keypad: its signs, its function and how to press it now.
 void AddKey(Picture& picture, const phones::KeypadKey& key, const Box& box, const KeyFace& face,
             std::string_view press) {
   const double pad = box.height * 0.1, radius = box.height * 0.16;
@@ -172,7 +176,7 @@ void AddKey(Picture& picture, const phones::KeypadKey& key, const Box& box, cons
                   {upper.x + label * 0.8, upper.y, upper.width - label * 0.8, upper.height},
                   box.height * 0.3, face.ink, Align::kRight)));
   }
-  // What it does, in two lines where it is two things: "corchea, re, mi, fa".
+  // A long function takes two lines, split at its first comma: "corchea" / "re, mi, fa".
   const std::size_t comma = key.word.size() > kLongWord ? key.word.find(", ") : key.word.npos;
   const std::string_view second = comma == key.word.npos ? "" : key.word.substr(comma + 2);
   const double size = std::min(18.0, box.height * (second.empty() ? 0.24 : 0.2));
@@ -193,24 +197,40 @@ std::span<const ControlInfo> TypingPage::Rows() {
   return kRows;
 }
 
+namespace {
+
+Part Arranged(bool wide) {
+  Part step = The(&F::stepView).Weight(7).Heights(kLowestStep);
+  Part keypad = The(&F::keypadView)
+                    .Weight(wide ? 6 : 4)
+                    .Widths(kLeastKeypad, wide ? look::kMeasure : kMostKeypad)
+                    .Heights(kLowestStep);
+  return Centred(Column({
+                     The(&F::guideTitle),
+                     Row({std::move(step), std::move(keypad)}).Gap(look::kPageMargin).Weight(5),
+                     The(&F::guideView).Weight(1).Heights(look::kLowestView, look::kTallestView),
+                     Row({The(&F::nextGroup), The(&F::previousGroup), The(&F::firstGroup),
+                          The(&F::lastGroup), Stretch(), The(&F::soundNotes), The(&F::goOnButton),
+                          The(&F::fasterButton), The(&F::pace).Widths(kPaceWidth, kPaceWidth),
+                          The(&F::slowerButton)})
+                         .Wraps(),
+                     Row({The(&F::saveSheet), The(&F::printSheet), The(&F::openSheet),
+                          The(&F::showSheet), Stretch(), The(&F::leaveGuide)})
+                         .Wraps(),
+                 }),
+                 kWidestGuide)
+      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin)
+      .Scrolls();
+}
+
+}  // namespace
+
 Part TypingPage::Layout() {
-  return Column({
-                    The(&F::guideTitle),
-                    Row({The(&F::stepView).Weight(7).Heights(kLowestStep),
-                         The(&F::keypadView)
-                             .Weight(4)
-                             .Widths(kLeastKeypad, kMostKeypad)
-                             .Heights(kLowestStep)})
-                        .Gap(look::kPageMargin)
-                        .Weight(5),
-                    The(&F::guideView).Weight(1).Heights(look::kLowestView, look::kTallestView),
-                    Row({The(&F::nextGroup), The(&F::previousGroup), The(&F::firstGroup),
-                         The(&F::lastGroup), Stretch(), The(&F::goOnButton), The(&F::fasterButton),
-                         The(&F::pace).Widths(kPaceWidth, kPaceWidth), The(&F::slowerButton)}),
-                    Row({The(&F::saveSheet), The(&F::printSheet), The(&F::openSheet),
-                         The(&F::showSheet), Stretch(), The(&F::leaveGuide)}),
-                })
-      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+  return Arranged(false);
+}
+
+Part TypingPage::WideLayout() {
+  return Arranged(true);
 }
 
 TypingPage::TypingPage(SharedState& state) : state_(state) {
@@ -224,15 +244,18 @@ bool TypingPage::OpenGuide(std::string_view row, std::string_view model, std::st
     return false;
   }
   row_ = row;
+  melody_ = melody;
   guideTitle.caption = melody.Name + ", para " + phones::PhoneName(model);
   guideDrawing = MelodyDrawing(melody.Text, model);
   shownMs_ = 0;
   keyTimer.enabled = true;
+  SoundNote();
   return true;
 }
 
 void TypingPage::CloseGuide() {
   guide_.Close();
+  HushNote();
   guideDrawing = {};
   keyTimer.enabled = goesOn_ = false;
   saved_.clear();
@@ -245,6 +268,7 @@ void TypingPage::RefreshTyping() {
   nextGroup.enabled = lastGroup.enabled = guide_.at() < last;
   goOnButton.caption = goesOn_ ? kStop : kGoOn;
   goOnButton.enabled = goesOn_ || nextGroup.enabled;
+  soundNotes.checked = soundNotes.value != 0;
   pace.caption = "cada " + std::to_string(seconds_) + " s";
   fasterButton.enabled = seconds_ > kLeastSeconds;
   slowerButton.enabled = seconds_ < kMostSeconds;
@@ -261,7 +285,41 @@ void TypingPage::RefreshTyping() {
 void TypingPage::Go(GuideMove move) {
   if (guide_.Move(move)) {
     shownMs_ = 0;
+    SoundNote();
   }
+}
+
+// The group's note alone, at the melody's tempo; it replaces one that still sounds. A dot that is
+// typed as a rest of its own belongs to the note before it.
+void TypingPage::SoundNote() {
+  HushNote();
+  const phones::TypingStep* step = guide_.Group();
+  const phones::TypingStep* before = guide_.Group(-1);
+  if (soundNotes.value == 0 || step == nullptr || step->note < 0 ||
+      (before != nullptr && before->note == step->note)) {
+    return;
+  }
+  const core::RTTTLNote note = melody_.Notes[static_cast<std::size_t>(step->note)];
+  if (!core::IsPause(note)) {
+    core::RTTTLMelody alone;
+    core::InitMelody(alone, state_.program.services.shell.TempPath());
+    alone.Text = "x:d=4,o=5,b=" + melody_.Beats + ":";
+    alone.Text.append(note.Duration).append(note.Note).append(note.Dotted ? "." : "");
+    alone.Text.append(note.Octave);
+    sounds_ = core::ParseRTTTL(alone) == core::kParsed &&
+              midi::StartMelody(alone, state_.program.services.sequencer, state_.program.voice);
+  }
+}
+
+void TypingPage::HushNote() {
+  if (std::exchange(sounds_, false)) {
+    midi::MciClose(state_.program.services.sequencer);
+  }
+}
+
+void TypingPage::soundNotes_Click() {
+  soundNotes.value = soundNotes.value == 0 ? 1 : 0;
+  SoundNote();
 }
 
 void TypingPage::nextGroup_Click() {
@@ -339,7 +397,7 @@ Picture TypingPage::StepPicture(double width, double height) const {
   if (step == nullptr) {
     return picture;
   }
-  constexpr double kRowsHigh = 330;  // of all rows below, at their smallest
+  constexpr double kRowsHigh = 330;  // sum of the rows and gaps below
   const double unit = std::clamp(height / kRowsHigh, 0.75, 2.0);
   const double pad = 16 * unit, inner = width - 2 * pad;
   double y = std::max(0.0, (height - kRowsHigh * unit) / 2) + 14 * unit;
@@ -351,7 +409,7 @@ Picture TypingPage::StepPicture(double width, double height) const {
   const Box head = row(28, 4);
   AddNeighbours(picture, kBefore, guide_, -1, -1, head, unit);
   picture.push_back(Bold(Text(guide_.Position(), head, 18 * unit, Ink::kText, Align::kRight)));
-  picture.push_back(Mono(Bold(Text(GroupWords(*step), row(92, 4), 80 * unit, Ink::kText))));
+  picture.push_back(Mono(Bold(Text(GroupWords(*step), row(92, 4), 86 * unit, Ink::kText))));
   const LitKey lit = LitAt(step->keys, shownMs_);
   AddPresses(picture, *step, lit.press, row(40, 10));
   picture.push_back(Text(step->words, row(28, 2), 20 * unit, Ink::kText));
@@ -375,7 +433,8 @@ Picture TypingPage::KeypadPicture(double width, double height) const {
   if (step == nullptr) {
     return picture;
   }
-  constexpr double kGap = 8, kPad = 14, kMostShape = 0.8;  // of a key's height by its width
+  constexpr double kGap = 8, kPad = 14,
+                   kMostShape = 0.8;  // maximum height of a key, as a fraction of its width
   const phones::Keypad& pad = *guide_.keypad();
   const double display = step->display.empty() ? 0 : 56;
   const double keyWidth = (width - 2 * kPad - (pad.columns - 1) * kGap) / pad.columns;

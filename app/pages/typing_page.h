@@ -12,7 +12,7 @@
 
 namespace tonadex::app {
 
-// Leads someone with the phone in the hand through a result of keys, group by group.
+// The typing guide: leads through a result of keys, group by group.
 class TypingPage {
  public:
   explicit TypingPage(SharedState& state);
@@ -22,18 +22,20 @@ class TypingPage {
   void firstGroup_Click();
   void lastGroup_Click();
   void keyTimer_Timer();
-  // Going on by itself.
+  // Each note sounds when it is shown.
+  void soundNotes_Click();
+  // Automatic advance and its pace.
   void goOnButton_Click();
   void fasterButton_Click();
   void slowerButton_Click();
-  // The same groups on paper or in a PDF, which can then be opened or shown in its folder.
+  // The sheet as a PDF, which can then be opened or shown in its folder, or printed.
   void saveSheet_Click();
   void printSheet_Click();
   void openSheet_Click();
   void showSheet_Click();
 
-  // What there is to do now, and the keypad with the key that is pressed lit, in a picture of this
-  // size. Empty while no guide is open.
+  // Pictures of the current step, and of the keypad with the pressed key lit. Empty while no guide
+  // is open.
   Picture StepPicture(double width, double height) const;
   Picture KeypadPicture(double width, double height) const;
 
@@ -42,16 +44,18 @@ class TypingPage {
   Control guideTitle;
   Control stepView, keypadView, guideView;
   Control firstGroup, previousGroup, nextGroup, lastGroup;
+  Control soundNotes;  // `value`: 1 while the notes sound
   Control goOnButton, slowerButton, pace, fasterButton;
   Control saveSheet, printSheet, openSheet, showSheet, leaveGuide;
   Control keyTimer;
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();
+  static Part WideLayout();  // a larger keypad, nothing wider than the eye takes in
 
  protected:
-  // False when the result is nothing to type. `row` is the melody's row in the repertoire, the
-  // melody as the conversion left it.
+  // Returns false when there is nothing to type. `row` is the melody's row in the repertoire,
+  // `melody` is as the conversion left it.
   bool OpenGuide(std::string_view row, std::string_view model, std::string_view result,
                  const core::RTTTLMelody& melody);
   void CloseGuide();
@@ -60,14 +64,18 @@ class TypingPage {
  private:
   void Go(GuideMove move);
   void ChangePace(int seconds);
+  void SoundNote();
+  void HushNote();
   Paper Sheet() const;
 
   SharedState& state_;
   TypingGuide guide_;
   std::string row_;              // of the repertoire
+  core::RTTTLMelody melody_;     // of the guide
+  bool sounds_ = false;          // a note was started
   std::filesystem::path saved_;  // the sheet as PDF; empty before it is saved
-  std::uint32_t shownMs_ = 0;    // since the group came
-  int seconds_ = 4;              // a group has when the guide goes on by itself
+  std::uint32_t shownMs_ = 0;    // time since the group is shown
+  int seconds_ = 4;              // per group with automatic advance
   bool goesOn_ = false;
 };
 

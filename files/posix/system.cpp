@@ -6,8 +6,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <future>
 #include <memory>
+#include <span>
 
 #include "core/windows1252.h"
 #include "files/paths.h"
@@ -150,6 +153,39 @@ struct FolderCloser {
   void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
+constexpr std::size_t kStatusTasks = 4;         // tasks that read statuses at the same time
+constexpr std::size_t kMinFilesOfTask = 1'000;  // fewer are read sooner than a thread starts
+
+// Replaces each name, which is the folder entry's, by its text, or by "" when it is no regular
+// file.
+void ReadStatus(int folder, std::span<ListedFile> files, const std::stop_token& stop) {
+  for (ListedFile& file : files) {
+    struct stat status = {};
+    const bool read = !stop.stop_requested() &&
+                      ::fstatat(folder, file.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    const auto regular = read ? system::RegularStatus(status) : std::nullopt;
+    file = regular ? ListedFile{core::FromUtf8(file.name), *regular} : ListedFile{};
+  }
+}
+
+// In the order of the inodes: a folder returns its entries in another order, in which a disk would
+// have to seek for nearly every file.
+void ReadStatuses(int folder, std::vector<ListedFile>& files, const std::stop_token& stop) {
+  std::ranges::sort(files, {}, [](const ListedFile& file) { return file.status.number; });
+  const std::size_t part = std::max(files.size() / kStatusTasks + 1, kMinFilesOfTask);
+  std::vector<std::future<void>> tasks;
+  std::span<ListedFile> rest(files);
+  while (rest.size() > part) {
+    const auto some = rest.first(part);
+    tasks.push_back(std::async([=, &stop] { ReadStatus(folder, some, stop); }));
+    rest = rest.subspan(part);
+  }
+  ReadStatus(folder, rest, stop);
+  for (std::future<void>& task : tasks) {
+    task.get();
+  }
+}
+
 }  // namespace
 
 std::vector<ListedFile> ListFiles(const std::filesystem::path& folder,
@@ -163,18 +199,15 @@ std::vector<ListedFile> ListFiles(const std::filesystem::path& folder,
     if (entry == nullptr) {
       break;
     }
-    struct stat status = {};
-    std::string name = core::FromUtf8(entry->d_name);
-    if (wanted(name) &&
-        ::fstatat(::dirfd(opened.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-      if (const auto regular = system::RegularStatus(status)) {
-        files.push_back({std::move(name), *regular});
-      }
+    if (wanted(core::FromUtf8(entry->d_name))) {
+      files.push_back({entry->d_name, {.number = entry->d_ino}});
     }
   }
   if (!opened || (errno != 0 && !stop.stop_requested())) {
     throw std::filesystem::filesystem_error("list", folder, system::LastError());
   }
+  ReadStatuses(::dirfd(opened.get()), files, stop);
+  std::erase_if(files, [](const ListedFile& file) { return file.name.empty(); });
   return files;
 }
 

@@ -42,8 +42,7 @@ class HttpClient : public net::HttpGet {
   // `url` begins with "http://". Throws TransferError, also for truncated or oversized replies.
   std::string Get(std::string_view url) override;
 
-  // Status of the last reply (200, 404 …), 0 when there was none.
-  int LastStatus() const { return lastStatus_; }
+  int LastStatus() const override { return lastStatus_; }
 
  private:
   HttpCallbacks callbacks_;

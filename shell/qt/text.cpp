@@ -1,7 +1,6 @@
 #include "shell/qt/text.h"
 
-#include <QList>
-
+#include "app/controls.h"
 #include "core/windows1252.h"
 
 namespace tonadex::shell {
@@ -20,12 +19,7 @@ QString ToQStringLines(std::string_view text) {
 }
 
 std::string FromQString(const QString& text) {
-  std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(text.size()));
-  for (const uint character : text.toUcs4()) {
-    bytes += core::FromUnicode(character);
-  }
-  return bytes;
+  return app::TextOfBox(text.toUtf8().toStdString());
 }
 
 }  // namespace tonadex::shell

@@ -11,7 +11,7 @@ QString ToQString(std::string_view text);
 // The same with the toolkit's line ends (LF) for the program's (CR LF, CR).
 QString ToQStringLines(std::string_view text);
 
-// A character that Windows-1252 lacks becomes "?".
+// A character that Windows-1252 lacks becomes the one meant (app::TextOfBox) or "?".
 std::string FromQString(const QString& text);
 
 }  // namespace tonadex::shell

@@ -176,6 +176,8 @@ TEST_F(Form1Window, APhoneIsFoundByItsNumberAndSavedOnClosing) {
   form.phoneSearch_Enter();
   EXPECT_EQ(form.cmbmarcas.text + form.cmbformatos.text, "EricssonT65,T68u,T68i,T300");
   form.Refresh();
+  EXPECT_EQ(form.modelList.text + form.formatList.text, "Ericsson T68i");
+  EXPECT_TRUE(form.formatList.rows.empty());
   EXPECT_FALSE(form.keysChoice.visible);
   form.cmbmarcas.Select(0);
   form.cmbmarcas_Click();
@@ -183,9 +185,13 @@ TEST_F(Form1Window, APhoneIsFoundByItsNumberAndSavedOnClosing) {
   form.modelList_Click();
   form.Refresh();
   EXPECT_TRUE(form.shownChoice.visible && form.shownChoice.checked && !form.keysChoice.checked);
-  form.keysChoice_Click();
+  EXPECT_EQ(form.modelList.text, "3310");
+  EXPECT_EQ(form.formatList.rows.size(), 4u);
+  form.formatList.Select(3);
+  form.formatList_Click();
   form.Refresh();
   EXPECT_TRUE(form.keysChoice.checked);
+  EXPECT_EQ(form.formatList.text + form.modelList.text, " Pulsaciones");
   EXPECT_EQ(form.exampleLabel.caption, "Por ejemplo: 18 3 (5)9 0 48#* 199");
   form.Form_QueryUnload();
   EXPECT_EQ(test.registry.values["2147483648/tonadex\\/modelo"].data, " Pulsaciones");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <fstream>
 #include <map>
 #include <random>
 #include <regex>
@@ -11,8 +12,11 @@
 #include <string_view>
 
 #include "core/message_box.h"
+#include "data/shelf.h"
 #include "phones/catalogue.h"
+#include "phones/formats.h"
 #include "tests/core/table.h"
+#include "tests/core/test_melody.h"
 #include "tests/support/fakes.h"
 
 namespace tonadex::app {
@@ -67,11 +71,14 @@ std::set<int> Reported(std::string_view notices) {
   return numbers;
 }
 
-// What a conversion says and what is hatched agree, note by note.
-TEST(MelodyDrawing, MarksWhatTheNoticesName) {
+// Melodies of the shelf, generated ones with octaves that no phone has, and long ones.
+std::vector<std::string> AllKindsOfMelodies() {
+  std::vector<std::string> melodies;
+  std::ifstream table(TONADEX_SHELF, std::ios::binary);
+  for (const data::ShelfRow& row : data::ReadShelf(table)) {
+    melodies.push_back(row.rtttl);
+  }
   std::mt19937 random(3210);
-  std::map<std::string_view, std::size_t> named;
-  test::FakeSaveQuestion noFile;
   for (int round = 0; round < 100; ++round) {
     std::string notes = "x:d=4,o=" + std::to_string(random() % 11) + ",b=120:c";
     const auto first = random() % 9;
@@ -80,27 +87,62 @@ TEST(MelodyDrawing, MarksWhatTheNoticesName) {
       notes += std::string(",") + kPitches[random() % kPitches.size()] +
                (random() % 5 == 0 ? "" : std::to_string(first + random() % 3));
     }
+    melodies.push_back(notes);
+  }
+  for (const int count : {34, 35, 49, 50, 99, 100}) {
+    melodies.push_back("x:d=4,o=5,b=125:c" + test::Repeated(",8d.", count));
+  }
+  return melodies;
+}
+
+// What a conversion says, what is hatched and what is counted beyond the phone's limit agree, note
+// by note.
+TEST(MelodyDrawing, MarksWhatTheNoticesName) {
+  std::map<std::string_view, std::size_t> named, tooLong;
+  test::FakeSaveQuestion noFile;
+  for (const std::string& rtttl : AllKindsOfMelodies()) {
+    std::set<std::string_view> seen;
     for (const phones::CatalogueRow& phone : phones::CatalogueRows()) {
+      if (!seen.insert(phone.code).second) {
+        continue;
+      }
       core::RTTTLMelody melody;
-      melody.Text = notes;
+      melody.Text = rtttl;
+      core::RecordingMessages boxes;
+      const core::ScopedMessageSink sink(boxes);
       const auto page = phones::ConvertSelectedMelody(melody, phone.model, "x", noFile).page;
+      std::string notices = page ? page->notices : "";
+      const std::set<int> reported = Reported(notices);
+      for (const core::Message& box : boxes.messages) {
+        notices += box.text;
+      }
+      const Drawing drawing = MelodyDrawing(rtttl, phone.model);
       std::set<int> hatched;
-      int number = 0;
-      for (const DrawnNote& note : MelodyDrawing(notes, phone.model).notes) {
-        ++number;
+      for (const DrawnNote& note : drawing.notes) {
         if (note.outside) {
-          hatched.insert(number);
+          hatched.insert(note.number + 1);
         }
       }
-      const std::set<int> reported = Reported(page ? page->notices : "");
       named[phone.code] += reported.size();
       if (named[phone.code] > 0) {
-        EXPECT_EQ(hatched, reported) << notes << phone.model;
+        EXPECT_EQ(hatched, reported) << rtttl << phone.model;
       }
+      const int limit = static_cast<int>(phones::FindFormat(phone.model)->noteLimit);
+      const bool beyond = limit > 0 && drawing.written > limit;
+      const bool kept = phone.code == "MOTS" && drawing.written == limit;  // also says so
+      bool told = false;
+      for (const std::string_view words : {"50 notas", "35 notas", "(100)"}) {
+        told = told || core::Contains(notices, words);
+      }
+      EXPECT_EQ(beyond || kept, told) << rtttl << phone.model << notices;
+      tooLong[phone.code] += beyond ? 1 : 0;
     }
   }
   for (const std::string_view code : {"NKEY", "EMSE", "EMSI", "SAM1", "SAM2"}) {
     EXPECT_GT(named[code], 0u) << code;
+  }
+  for (const std::string_view code : {"NCOM", "NKEY", "MOTS", "SAM1", "SAM2"}) {
+    EXPECT_GT(tooLong[code], 0u) << code;
   }
 }
 

@@ -60,9 +60,12 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
   }
 
   void Choose(const Row& row) {
-    const auto menu = FindControl("List1")->menu;
-    const auto item = std::ranges::find(menu, core::FromUtf8(row[0]), &MenuItem::caption);
-    ASSERT_NE(item, menu.end());
+    const MenuItem* item = nullptr;
+    for (const ControlInfo& info : Controls()) {
+      const auto found = std::ranges::find(info.menu, core::FromUtf8(row[0]), &MenuItem::caption);
+      item = found == info.menu.end() ? item : std::to_address(found);
+    }
+    ASSERT_NE(item, nullptr);
     (form.*item->handler)();
     form.Refresh();
   }
@@ -175,7 +178,10 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
   void Holds(const Row& row) { EXPECT_EQ(core::ToUtf8(test.folder.Read(row[0])), row[1]); }
   void Is(const Row& row) { EXPECT_EQ(core::ToUtf8(Value(row[0])), row[1]); }
   void Phone(const Row& row) { test.program.gPhoneModel = row[0]; }
-  void Reply(const Row& row) { test.http.replies.emplace_back(row[0]); }
+  void Reply(const Row& row) {
+    test.http.replies.emplace_back(row[0]);
+    test.http.status = row.fields.size() > 1 ? std::stoi(row[1]) : 200;
+  }
   void Answer(const Row& row) {
     test.fileDialogs.answers = {files::TextFromPath(test.folder / row[0])};
   }

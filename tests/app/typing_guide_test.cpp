@@ -48,7 +48,8 @@ TEST(TypingGuide, LeadsFromGroupToGroup) {
   EXPECT_DOUBLE_EQ(guide.Fraction(), 0.2);
   guide.GoTo(3);
   EXPECT_EQ(guide.DrawnNote(MelodyDrawing("x:d=4,o=5,b=125:c,d,e.6,f,g")), 3);
-  EXPECT_EQ(guide.DrawnNote(MelodyDrawing("x:d=4,o=5,b=125:c,x,e.6,f,g")), -1);
+  EXPECT_EQ(guide.DrawnNote(MelodyDrawing("x:d=4,o=5,b=125:c,x,e.6,f,g")), 2);
+  EXPECT_EQ(guide.DrawnNote(MelodyDrawing("x:d=4,o=5,b=125:c,d,e.6,x,g")), -1);
   EXPECT_FALSE(OpenAt(guide, "c", " Compositor"));
   EXPECT_EQ(Shown(guide), "");
   EXPECT_EQ(guide.keypad(), nullptr);

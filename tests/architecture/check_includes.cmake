@@ -19,6 +19,7 @@ set(table
   "import          pure: phones nokia3210 midi formats core"
   "net             pure: files core"
   "app             pure: net import phones rtf nokia3210 midi formats files core"
+  "json                : app phones core"
   "data                : core"
   "platform/http       : net core"
   "platform/sound      : midi files core"
@@ -26,8 +27,9 @@ set(table
   "platform/win32      : app midi files core"
   "platform/qt         : app rtf files core"
   "terminal            : core"
-  "server              : terminal platform/posix platform/win32 net files core"
-  "cli                 : terminal server platform/http platform/posix platform/qt platform/sound \
+  "server              : terminal json platform/posix platform/win32 net phones midi formats files \
+                         core"
+  "cli                 : terminal server json platform/http platform/posix platform/qt platform/sound \
                          platform/win32 app net import phones midi formats files core"
   "shell/common        : server app net core"
   "shell/qt            : shell/common platform/http platform/posix platform/qt platform/sound app rtf \

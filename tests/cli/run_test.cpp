@@ -3,9 +3,14 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "app/controls.h"
+#include "app/melody_notes.h"
+#include "app/rtttl_check.h"
 #include "core/melody_file.h"
 #include "core/windows1252.h"
 #include "midi/mMidiLibOut.h"
+#include "phones/rtttl_check.h"
+#include "phones/rtttl_repair.h"
 #include "tests/cli/run_cli.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/temp_folder.h"
@@ -34,6 +39,44 @@ TEST(Cli, AnswersAndTellsTheShellWhatWentWrong) {
   test::ExpectRuns("Runs", folder.path().string() + "/");
   EXPECT_EQ(RunCli({}).code, 2);
   EXPECT_EQ(folder.Read("a.mid") + folder.Read("out"), "(none)(none)");
+}
+
+// A text without faults is drawn as it is counted, to the last note.
+void ExpectDrawnWhole(const std::string& text) {
+  const phones::MelodyCheck check = phones::CheckRtttl(text);
+  const app::Drawing drawing = app::MelodyDrawing(text);
+  EXPECT_EQ(drawing.notes.size(), check.notes + check.pauses) << text;
+  EXPECT_EQ(static_cast<std::size_t>(drawing.written), drawing.notes.size()) << text;
+  EXPECT_NEAR(drawing.length, check.seconds * 1000, 1) << text;
+}
+
+// What the net does to melodies: comprobar and the window's box say the same of each, the drawing
+// has every note of what they call good, and of what arreglar makes.
+TEST(Cli, AgreesWithTheWindowAboutDamage) {
+  std::size_t good = 0;
+  for (const test::Row& row : test::Table("Repairs", TONADEX_REPAIRS)) {
+    const std::string box = core::UndoSharpEscape(app::TextOfBox(row[0]));
+    const phones::MelodyCheck window = app::RtttlCheck(box);
+    const auto repaired = phones::RepairRtttl(box);
+    if (repaired.size() == 1) {  // of several comprobar reads the first
+      const Outcome outcome = RunCli({"comprobar"}, core::ToUtf8(box));
+      const phones::MelodyCheck melody = phones::CheckRtttl(box);
+      const bool fine = melody.verdict == phones::Verdict::kGood;
+      good += fine ? 1 : 0;
+      EXPECT_EQ(outcome.code == 0, fine) << row[0];
+      EXPECT_TRUE(fine || outcome.err.starts_with("-: " + ForTerminal(window.sentence) + "\n"))
+          << row[0] << outcome.err << core::ToUtf8(window.sentence);
+      if (fine) {
+        ExpectDrawnWhole(box);
+        EXPECT_EQ(app::MelodyDrawing(repaired[0].text), app::MelodyDrawing(box)) << row[0];
+      }
+    }
+    for (const phones::RepairedMelody& melody : repaired) {
+      EXPECT_EQ(app::RtttlCheck(melody.text).verdict, phones::Verdict::kGood) << melody.text;
+      ExpectDrawnWhole(melody.text);
+    }
+  }
+  EXPECT_GT(good, 8u);
 }
 
 TEST(Cli, ConvertsForEveryModel) {

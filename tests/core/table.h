@@ -37,9 +37,9 @@ inline Row ReadRow(std::string line) {
 // The rows below "[section]" of the layer's table.txt: UTF-8, fields parted by "|" with any blanks
 // around, "_" for a blank that counts, "¶" for CR LF, "\n" for LF and "\x00" for any byte; "//"
 // begins a comment line.
-inline std::vector<Row> Table(std::string_view section) {
+inline std::vector<Row> Table(std::string_view section, const char* file = TONADEX_TABLE) {
   std::vector<Row> rows;
-  std::ifstream in(TONADEX_TABLE);
+  std::ifstream in(file);
   bool inside = false;
   for (std::string line; std::getline(in, line);) {
     if (line.starts_with('[')) {

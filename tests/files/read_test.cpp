@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <sstream>
 
 #include "core/melody_file.h"
+#include "files/list.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/temp_folder.h"
 #ifndef _WIN32
@@ -88,6 +90,26 @@ TEST(Read, RefusesAtOnceWhatIsNoRegularFile) {
     EXPECT_EQ(ErrorOf([&] { ReadBytes(file); }), 53) << file;
     EXPECT_EQ(ErrorOf([&] { ReadMelodyLine(file); }), 53) << file;
   }
+}
+
+TEST(ListFiles, GivesEachRegularFileItsOwnStatus) {
+  const test::TempFolder folder;
+  std::set<std::string> expected;  // "name size"; so many that several threads read them
+  for (int i = 0; i < 2'500; ++i) {
+    const std::string name = "f" + std::to_string(i);
+    if (i % 10 == 0) {
+      std::filesystem::create_directory(folder / name);
+    } else {
+      folder.Write(name, std::string(static_cast<std::size_t>(i % 99), 'x'));
+      expected.insert(name + " " + std::to_string(i % 99));
+    }
+  }
+  std::set<std::string> listed;
+  for (const ListedFile& file : ListFiles(folder.path(), [](auto name) { return name != "f7"; })) {
+    listed.insert(file.name + " " + std::to_string(file.status.size));
+  }
+  expected.erase("f7 7");
+  EXPECT_EQ(listed, expected);
 }
 
 }  // namespace

@@ -30,7 +30,13 @@ for page in "$share"/man/man1/tonadex{,-cli,-server}.1; do
   grep -q "^\.TH .* \"Tonadex $version\"" "$page" || fail "$page"
 done
 entry() { sed -n "s/^$1=//p" "$share/applications/tonadex.desktop"; }
-[ -x "$bin/$(entry Exec)" ] || fail "la entrada del menú arranca «$(entry Exec)»"
+[ "$(entry Exec)" = "tonadex %F" ] || fail "la entrada del menú arranca «$(entry Exec)»"
+# Every kind of file that is ours opens with the menu entry.
+kinds=$(sed -n 's/.*<mime-type type="\(.*\)">.*/\1/p' "$share/mime/packages/tonadex.xml")
+[ -n "$kinds" ] || fail "no hay tipos de fichero"
+for kind in $kinds; do
+  [[ ";$(entry MimeType)" == *";$kind;"* ]] || fail "la entrada del menú no abre $kind"
+done
 [ -s "$share/icons/hicolor/scalable/apps/$(entry Icon).svg" ] || fail "icono $(entry Icon)"
 
 # A melody that only the installed shelf has: the build's own would not do.

@@ -31,6 +31,7 @@ class ReproducirTest : public testing::Test {
   const test::TempFolder folder;
   const test::ScopedVariable runtime{"XDG_RUNTIME_DIR", folder.path().string()};
   const test::ScopedVariable sound{"TONADEX_SOUND", "ninguno"};
+  const test::ScopedVariable home{"TONADEX_HOME", folder.path().string()};
 };
 
 TEST_F(ReproducirTest, PlaysToTheEndAndTellsWhatIsWrong) {
@@ -87,6 +88,13 @@ TEST_F(ReproducirTest, WritesASoundFileOnlyForAWholeMelody) {
   const std::string beep = (folder / "pitido.wav").string();
   EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--pitido", "--wav", beep}), "0 ! ");
   EXPECT_NE(folder.Read("pitido.wav"), folder.Read("bien.wav"));
+  // As chosen in the window, unless the command says otherwise.
+  folder.Write("estado.ini", "sonido.pitido=1\n");
+  const std::string chosen = (folder / "elegido.wav").string();
+  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", chosen}), "0 ! ");
+  EXPECT_EQ(folder.Read("elegido.wav"), folder.Read("pitido.wav"));
+  EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--instrumento", "--wav", chosen}), "0 ! ");
+  EXPECT_EQ(folder.Read("elegido.wav"), folder.Read("bien.wav"));
   EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c,4", {"--wav", bad}).front(), '1');
   EXPECT_FALSE(std::filesystem::exists(bad));
   EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", nowhere}),

@@ -12,6 +12,7 @@
 #include "files/paths.h"
 #include "net/addresses.h"
 #include "net/upload.h"
+#include "server/embedded_file.h"
 #include "server/pages.h"
 #include "tests/core/table.h"
 #include "tests/server/ask.h"
@@ -86,6 +87,14 @@ TEST(Handle, TakesAndGivesNamesAsTypedOrEncoded) {
   }
 }
 
+TEST(Handle, TakesNoBodyOutsideTheInterface) {
+  const TempFolder folder;
+  Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  for (const char* target : {"/", "/azar.php", "/tonos/x.1", "/api"}) {
+    EXPECT_EQ(Handle({target, "client", {}, 1, {}, true}, shelf).status, 405) << target;
+  }
+}
+
 TEST(Handle, StopsASearchThatNobodyWaitsFor) {
   const TempFolder folder;
   Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
@@ -144,7 +153,9 @@ TEST(StartPage, LooksAsTheWindowDoes) {
     for (const string& colour :
          {c.window, c.card, c.text, c.muted, c.accent, c.border, c.displayGround, c.displayInk}) {
       EXPECT_TRUE(core::Contains(page, colour)) << colour;
+      EXPECT_TRUE(core::Contains(EmbeddedFile("pagina.css"), colour)) << colour;
     }
+    EXPECT_TRUE(core::Contains(EmbeddedFile("pagina.css"), c.accentWash)) << c.accentWash;
   }
   for (const int pixels : {look::kType[0], look::kType[2], look::kType[3]}) {
     EXPECT_TRUE(core::Contains(page, std::to_string(pixels) + "px")) << pixels;

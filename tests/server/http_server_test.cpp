@@ -27,9 +27,9 @@ using test::Ask;
 using test::Converse;
 using test::RawSocket;
 
-// Gives the target back.
+// Gives the target back, and the body.
 Reply Echo(const Request& request) {
-  return TextReply(200, request.target);
+  return TextReply(200, request.target + (request.body.empty() ? "" : " ") + request.body);
 }
 
 constexpr std::chrono::seconds kNotForEver{30};
@@ -87,6 +87,15 @@ TEST(HttpServer, AnswersHeadWithoutTheBodyAndSaysHowLongItMayBeKept) {
   EXPECT_NE(reply.find("Content-Length: 4\r\n"), reply.npos);
   EXPECT_EQ(reply.substr(reply.size() - 4), "\r\n\r\n");
   EXPECT_NE(reply.find("\r\nCache-Control: no-store\r\n"), reply.npos);
+}
+
+TEST(HttpServer, TellsAClientThatWaitsToSendTheBody) {
+  HttpServer server({}, Echo);
+  const RawSocket client = RawSocket::Connect(server.Port());
+  client.Send("POST /x HTTP/1.1\r\nContent-Length: 2\r\nExpect: 100-continue\r\n\r\n");
+  EXPECT_EQ(client.ReadUntil("\r\n\r\n"), "HTTP/1.1 100 Continue\r\n\r\n");
+  client.Send("ab");
+  EXPECT_TRUE(client.ReadUntil("/x ab").ends_with("/x ab"));
 }
 
 TEST(HttpServer, TurnsAnExceptionIntoAReply) {

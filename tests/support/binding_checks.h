@@ -80,6 +80,7 @@ inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched
 inline void CheckForeignText(TestProgram& test, app::Form1& form, Screen& screen) {
   test.program.gPhoneModel = "0";
   form.cmdopciones_Click();
+  form.Refresh();
   screen.Draw();
   screen.CopyIn();
   EXPECT_EQ(form.cmbformatos.listIndex, -1);

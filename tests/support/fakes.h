@@ -136,9 +136,11 @@ class ScriptedHttp : public net::HttpGet {
     }
     return *std::move(reply);
   }
+  int LastStatus() const override { return status; }
 
   std::deque<std::optional<std::string>> replies;
   std::vector<std::string> urls;
+  int status = 200;
   std::function<void()> during;  // called while the request runs; may be empty
 };
 

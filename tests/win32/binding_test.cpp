@@ -81,19 +81,27 @@ TEST(WindowsBinding, DrawsReadsBackAndReachesEveryHandler) {
   CheckBinding(t.form, t, t.dispatched);
 }
 
+TEST(WindowsBinding, PastedSignsKeepTheirMeaning) {
+  BoundForm t;
+  SetWindowTextW(t.binding.Window(&app::Form1::txtrtttlsube), L"c\x266F,\x2019");
+  t.CopyIn();
+  EXPECT_EQ(t.form.txtrtttlsube.text, "c#,\x92");
+}
+
 TEST(WindowsBinding, ATextThatNoRowHoldsStaysAsItIs) {
   BoundForm t;
   CheckForeignText(t.test, t.form, t);
-  const HWND models = t.binding.Window(&app::Form1::cmbformatos);
-  for (const auto& [saved, rows] : {std::pair{"0", 5}, std::pair{" Pulsaciones tipo 1", 6}}) {
+  const HWND models = t.binding.Window(&app::Form1::formatList);
+  for (const auto& [saved, rows] : {std::pair{"0", 4}, std::pair{" Pulsaciones tipo 1", 5}}) {
     t.test.program.gPhoneModel = saved;
     t.form.cmdopciones_Click();
+    t.form.Refresh();
     t.Draw();
     EXPECT_EQ(SendMessageW(models, LB_GETCOUNT, 0, 0), rows);
     wchar_t row[100] = {};
     SendMessageW(models, LB_GETTEXT, static_cast<WPARAM>(SendMessageW(models, LB_GETCURSEL, 0, 0)),
                  reinterpret_cast<LPARAM>(row));
-    EXPECT_EQ(platform::FromWide(row), rows == 6 ? saved + 1 : "");
+    EXPECT_EQ(platform::FromWide(row), rows == 5 ? saved + 1 : "");
     t.CopyIn();
     t.form.cmdbuscar_Click();
     EXPECT_EQ(t.test.program.gPhoneModel, saved);

@@ -1,8 +1,8 @@
-#include "cli/steps_json.h"
+#include "json/steps.h"
 
-#include "cli/json.h"
+#include "json/text.h"
 
-namespace tonadex::cli {
+namespace tonadex::json {
 namespace {
 
 void AppendKeys(std::string& json, const phones::TypingStep& step) {
@@ -33,4 +33,4 @@ void AppendStepsJson(std::string& json, std::span<const phones::TypingStep> step
   json += ']';
 }
 
-}  // namespace tonadex::cli
+}  // namespace tonadex::json

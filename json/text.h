@@ -7,7 +7,7 @@
 #include <utility>
 
 // Output of JSON.
-namespace tonadex::cli {
+namespace tonadex::json {
 
 // Names (which need no escapes) and their values in UTF-8. Malformed bytes become U+FFFD.
 using JsonFields = std::initializer_list<std::pair<std::string_view, std::string>>;
@@ -31,4 +31,4 @@ class JsonList {
   bool empty_ = true;
 };
 
-}  // namespace tonadex::cli
+}  // namespace tonadex::json

@@ -8,7 +8,10 @@
 #include "phones/conversion.h"
 #include "phones/typing_steps.h"
 
-namespace tonadex::cli {
+namespace tonadex::json {
+
+// Resets the record and sets its text to the line (Windows-1252), sharps restored.
+void LoadMelody(core::RTTTLMelody& melody, std::string_view line);
 
 // Converts a melody loaded with LoadMelody. `file` answers the save dialog; without it the dialog
 // counts as cancelled. Strings are Windows-1252.
@@ -33,4 +36,25 @@ class ConversionJson {
   std::string notices_, noticesJson_;
 };
 
-}  // namespace tonadex::cli
+// Converts melodies, one after the other, to JSON objects: the members of ConversionJson and, with
+// `steps`, those of AppendStepsJson.
+class LineConverter {
+ public:
+  // `model` is a model text of the catalogue; `row` is the melodies' row, "" for their names. Both
+  // are Windows-1252 and must outlive the converter.
+  LineConverter(std::string_view model, std::string_view row, bool steps)
+      : model_(model), row_(row), steps_(steps) {}
+
+  // `line`: UTF-8 or Windows-1252; one of more than core::kMaxLineBytes is refused in "mensajes".
+  void Append(std::string& json, std::string_view line);
+
+ private:
+  phones::Conversion Convert(std::string_view line);
+
+  const std::string_view model_, row_;
+  const bool steps_;
+  core::RTTTLMelody melody_;
+  ConversionJson writer_;
+};
+
+}  // namespace tonadex::json

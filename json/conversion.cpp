@@ -1,9 +1,22 @@
-#include "cli/convert_line.h"
+#include "json/conversion.h"
 
-#include "cli/json.h"
+#include "core/melody_file.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+#include "json/steps.h"
+#include "json/text.h"
 
-namespace tonadex::cli {
+namespace tonadex::json {
 namespace {
+
+using namespace core::literals;
+
+phones::Conversion TooLong() {
+  phones::Conversion conversion;
+  conversion.messages.push_back(
+      {std::string(u8"La línea pasa de 1 MiB y no puede ser una melodía."_w)});
+  return conversion;
+}
 
 class FixedAnswer : public phones::SaveFileQuestion {
  public:
@@ -15,6 +28,12 @@ class FixedAnswer : public phones::SaveFileQuestion {
 };
 
 }  // namespace
+
+void LoadMelody(core::RTTTLMelody& melody, std::string_view line) {
+  core::InitMelody(melody, "");
+  melody.Text = line;
+  core::ReplaceAll(melody.Text, core::kSharpEscape, "#");
+}
 
 phones::Conversion ConvertLoaded(core::RTTTLMelody& melody, std::string_view model,
                                  std::string_view row, const std::optional<std::string>& file) {
@@ -47,4 +66,22 @@ void ConversionJson::Append(std::string& json, const phones::Conversion& convers
   json += ']';
 }
 
-}  // namespace tonadex::cli
+phones::Conversion LineConverter::Convert(std::string_view line) {
+  if (line.size() > core::kMaxLineBytes) {
+    return TooLong();
+  }
+  LoadMelody(melody_, core::FromOutside(line));
+  const std::string row(row_.empty() ? melody_.Text.substr(0, melody_.Text.find(':')) : row_);
+  return ConvertLoaded(melody_, model_, row, std::nullopt);
+}
+
+void LineConverter::Append(std::string& json, std::string_view line) {
+  const phones::Conversion conversion = Convert(line);
+  writer_.Append(json += '{', conversion);
+  if (steps_) {
+    AppendStepsJson(json, StepsOf(conversion, model_, melody_));
+  }
+  json += '}';
+}
+
+}  // namespace tonadex::json

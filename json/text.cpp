@@ -1,4 +1,4 @@
-#include "cli/json.h"
+#include "json/text.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -8,7 +8,7 @@
 #include "core/text.h"
 #include "core/windows1252.h"
 
-namespace tonadex::cli {
+namespace tonadex::json {
 namespace {
 
 std::string Join(JsonFields fields, std::string_view before, std::string_view colon) {
@@ -97,4 +97,4 @@ void JsonList::End() {
   out_ << (empty_ ? "[]\n" : "\n]\n");
 }
 
-}  // namespace tonadex::cli
+}  // namespace tonadex::json

@@ -1,4 +1,4 @@
-#include "cli/json.h"
+#include "json/text.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 #include "core/windows1252.h"
 
-namespace tonadex::cli {
+namespace tonadex::json {
 namespace {
 
 // Every character alone, and texts in which runs of plain characters and others change.
@@ -25,4 +25,4 @@ TEST(AppendJson, WritesWhatTheLibraryWrites) {
 }
 
 }  // namespace
-}  // namespace tonadex::cli
+}  // namespace tonadex::json

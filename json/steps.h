@@ -5,7 +5,7 @@
 
 #include "phones/typing_steps.h"
 
-namespace tonadex::cli {
+namespace tonadex::json {
 
 // Appends a member of a JSON object: `,"pasos":[{"grupo":"(3)9**","teclas":[{"tecla":"3",
 // "veces":1,"mantener":true},…],"nota":4,"palabras":"mi, negra, …","pantalla":"4.e1"},…]`. Notes
@@ -13,4 +13,4 @@ namespace tonadex::cli {
 // blank (iMelody notes by nothing), make up "resultado".
 void AppendStepsJson(std::string& json, std::span<const phones::TypingStep> steps);
 
-}  // namespace tonadex::cli
+}  // namespace tonadex::json

@@ -1,0 +1,144 @@
+#include "server/api/api.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+
+#include "core/melody_file.h"
+#include "core/text.h"
+#include "core/windows1252.h"
+#include "phones/catalogue.h"
+#include "phones/phone_finder.h"
+#include "server/api/call.h"
+#include "server/etag.h"
+#include "server/web_files.h"
+
+namespace tonadex::server {
+namespace {
+
+using namespace core::literals;
+
+enum class Body { kNone, kText, kAny };
+
+// One row per path and method, as in openapi.json. A path that ends in "/" goes on.
+struct Endpoint {
+  std::string_view path;
+  Body body;  // kNone for GET
+  Reply (*answer)(const Call& call);
+};
+constexpr Endpoint kEndpoints[] = {
+    {"/openapi.json", Body::kNone, [](const Call&) { return JsonReply(ContractText()); }},
+    {"/modelos", Body::kNone, Models},
+    {"/formatos", Body::kNone, FileFormats},
+    {"/buscar", Body::kNone, FindMelodies},
+    {"/azar", Body::kNone, RandomMelodies},
+    {"/melodias", Body::kText, StoreMelody},
+    {"/melodias/", Body::kNone, OneMelody},
+    {"/convertir", Body::kText, Convert},
+    {"/pasos", Body::kText, Steps},
+    {"/notas", Body::kText, Notes},
+    {"/comprobar", Body::kText, Check},
+    {"/arreglar", Body::kText, Repair},
+    {"/importar", Body::kAny, Import},
+    {"/fichero", Body::kText, MelodyFile},
+    {"/qr", Body::kNone, QrCode},
+};
+
+bool Fits(const Endpoint& endpoint, std::string_view path) {
+  return endpoint.path.ends_with('/') ? path.starts_with(endpoint.path) : path == endpoint.path;
+}
+
+void CheckMethod(const Endpoint& endpoint, const Request& request) {
+  if (request.post != (endpoint.body != Body::kNone)) {
+    throw ApiProblem{405, {}};
+  }
+  if (endpoint.body == Body::kText && !request.contentType.empty() &&
+      !core::ToLower(request.contentType).starts_with("text/plain")) {
+    throw ApiProblem{415, {}};
+  }
+}
+
+Reply Answer(const Endpoint& endpoint, const Request& request, std::string_view path,
+             std::string_view query, Shelf& shelf) {
+  try {
+    CheckMethod(endpoint, request);
+    return endpoint.answer({request, Parameters(query), path.substr(endpoint.path.size()), shelf});
+  } catch (const ApiProblem& problem) {
+    Reply reply = ProblemReply(problem.status, problem.detail);
+    if (problem.status == 405) {
+      reply.fields = endpoint.body == Body::kNone ? "Allow: GET, HEAD\r\n" : "Allow: POST\r\n";
+    }
+    return reply;
+  }
+}
+
+std::string NoSuchModel(const std::string& name, const std::vector<phones::CatalogueRow>& found) {
+  if (found.empty()) {
+    return std::string(u8"Ningún móvil del catálogo cuadra con «"_w) + name +
+           std::string(u8"»: elige uno de /api/v1/modelos."_w);
+  }
+  std::string words = std::string(u8"«"_w) + name + std::string(u8"» puede ser:"_w);
+  for (const phones::CatalogueRow& row : found) {
+    words.append(words.ends_with(':') ? " " : "; ").append(row.brand).append(row.model);
+  }
+  return words;
+}
+
+}  // namespace
+
+Parameters::Parameters(std::string_view query) {
+  while (!query.empty()) {
+    std::string part(query.substr(0, query.find('&')));
+    query.remove_prefix(std::min(part.size() + 1, query.size()));
+    core::ReplaceAll(part, "+", " ");
+    const std::size_t equals = part.find('=');
+    values_.emplace_back(
+        part.substr(0, equals),
+        equals == part.npos
+            ? ""
+            : core::FromOutside(UndoEscapes(std::string_view(part).substr(equals + 1))));
+  }
+}
+
+std::string Parameters::operator[](std::string_view name) const {
+  const auto found = std::ranges::find(values_, name, &std::pair<std::string, std::string>::first);
+  return found == values_.end() ? "" : found->second;
+}
+
+std::string Call::Melody() const {
+  return core::UndoSharpEscape(
+      core::FromOutside(request.body.substr(0, request.body.find_first_of("\r\n"))));
+}
+
+std::string Call::Model() const {
+  const std::string name = parameters["modelo"];
+  if (phones::FindModel(name) != nullptr) {
+    return name;
+  }
+  const std::vector<phones::CatalogueRow> found = phones::FindPhones(name);
+  if (found.size() != 1) {
+    throw ApiProblem{400, NoSuchModel(name, found)};
+  }
+  return std::string(found.front().model);
+}
+
+Reply JsonReply(std::string utf8, int status) {
+  Reply reply = TextReply(status, utf8);
+  reply.contentType = kJsonType;
+  return reply;
+}
+
+Reply AnswerApi(const Request& request, std::string_view path, std::string_view query,
+                Shelf& shelf) {
+  const auto endpoint =
+      std::ranges::find_if(kEndpoints, [&](const Endpoint& e) { return Fits(e, path); });
+  Reply reply = endpoint == std::end(kEndpoints) ? ProblemReply(404)
+                                                 : Answer(*endpoint, request, path, query, shelf);
+  if (!request.post) {
+    reply = WithETag(std::move(reply), request.ifNoneMatch);
+    reply.fields += "Access-Control-Allow-Origin: *\r\n";
+  }
+  return reply;
+}
+
+}  // namespace tonadex::server

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+#include "server/handler.h"
+
+// The interface for other programs and for the page: /api/v1, described by openapi.json.
+namespace tonadex::server {
+
+// `path` comes after kApiPath. Throws only what memory or the shelf throws.
+Reply AnswerApi(const Request& request, std::string_view path, std::string_view query,
+                Shelf& shelf);
+
+}  // namespace tonadex::server

@@ -1,0 +1,569 @@
+'use strict';
+// The page: it asks /api/v1 for everything that is known about melodies, and draws and plays it.
+// Whatever comes from outside is shown as text only (textContent), never as HTML.
+
+const $ = (id) => document.getElementById(id);
+
+// An element with its properties ("onclick", "className" …), attributes and children.
+function el(name, properties = {}, ...children) {
+  const element = document.createElement(name);
+  for (const [key, value] of Object.entries(properties)) {
+    if (key in element) element[key] = value;
+    else element.setAttribute(key, value);
+  }
+  element.append(...children);
+  return element;
+}
+
+const SVG = 'http://www.w3.org/2000/svg';
+function svg(name, attributes, ...children) {
+  const element = document.createElementNS(SVG, name);
+  for (const [key, value] of Object.entries(attributes)) element.setAttribute(key, value);
+  element.append(...children);
+  return element;
+}
+
+// ---- The server ---------------------------------------------------------------------------------
+
+async function ask(path, body, signal, type = 'text/plain; charset=utf-8') {
+  let reply;
+  try {
+    reply = await fetch('/api/v1/' + path, body === undefined ? { signal }
+      : { method: 'POST', body, signal, headers: { 'Content-Type': type } });
+  } catch (error) {
+    if (error.name === 'AbortError') throw error;
+    throw new Error('El servidor no contesta. Mira la conexión y prueba otra vez.');
+  }
+  if (reply.ok) return reply;
+  const problem = await reply.json().catch(() => ({}));
+  throw new Error(problem.detail || 'El servidor contesta ' + reply.status + '.');
+}
+const askJson = async (...call) => (await ask(...call)).json();
+const query = (fields) => '?' + new URLSearchParams(fields);
+
+let saying;
+function say(words) {
+  $('aviso').textContent = words;
+  clearTimeout(saying);
+  saying = setTimeout(() => { $('aviso').textContent = ''; }, 4000);
+}
+// For handlers: a failure is said, an interrupted request is none.
+const tried = (work) => (...event) => Promise.resolve(work(...event)).catch((error) => {
+  if (error.name !== 'AbortError') say(error.message);
+});
+
+function later(work, ms) {
+  let timer;
+  return () => { clearTimeout(timer); timer = setTimeout(work, ms); };
+}
+
+// What this browser keeps; nothing where it may not.
+const kept = {
+  get(key) { try { return JSON.parse(localStorage.getItem(key)); } catch { return null; } },
+  set(key, value) { try { localStorage.setItem(key, JSON.stringify(value)); } catch { /* private */ } },
+};
+
+async function copy(text, done) {
+  try {
+    await navigator.clipboard.writeText(text);
+  } catch { // only pages from https may use the clipboard
+    const area = el('textarea', { value: text });
+    (document.querySelector('dialog[open]') || document.body).append(area);
+    area.select();
+    document.execCommand('copy');
+    area.remove();
+  }
+  say(done);
+}
+
+// ---- Searching ----------------------------------------------------------------------------------
+
+let searching = new AbortController();
+
+// Melodies to choose from: of the server ({fichero, nombre}) or whole ({nombre, rtttl}).
+function showList(melodies, words) {
+  $('cuenta').textContent = words;
+  $('lista').replaceChildren(...melodies.map((melody) => el('li', {}, el('button', {
+    type: 'button', textContent: melody.nombre || 'Sin nombre',
+    onclick: tried(async (event) => {
+      mark(event.currentTarget);
+      open(melody.rtttl ?? (await askJson('melodias/' + encodeURIComponent(melody.fichero))).rtttl,
+        melody.fichero);
+    }),
+  }))));
+}
+
+function mark(button) {
+  for (const other of $('lista').querySelectorAll('[aria-current]')) {
+    other.removeAttribute('aria-current');
+  }
+  button.setAttribute('aria-current', 'true');
+}
+
+const counted = (number) => number === 1 ? '1 melodía' : number + ' melodías';
+
+const search = tried(async () => {
+  searching.abort();
+  searching = new AbortController();
+  const texto = $('texto').value.trim();
+  const { melodias } = await askJson('buscar' + query({ texto, maximo: 100 }), undefined, searching.signal);
+  showList(melodias, !texto ? 'Lo último que ha llegado'
+    : melodias.length === 0 ? 'No hay ninguna. Prueba con menos palabras, o solo con su principio.'
+      : counted(melodias.length) + (melodias.length === 100 ? ' o más' : ''));
+});
+
+// ---- A melody of one's own ----------------------------------------------------------------------
+
+const check = tried(async () => {
+  const text = $('pegado').value;
+  const result = text.trim() ? await askJson('comprobar', text) : { frase: '', fallos: [] };
+  if (text !== $('pegado').value) return;
+  $('p-frase').textContent = result.frase;
+  $('p-frase').className = result.correcta ? 'bien' : 'mal';
+  $('p-fallos').replaceChildren(...result.fallos.slice(1, 6).map((fault) => el('li', { textContent: fault.frase })));
+  $('p-usar').disabled = !result.correcta;
+  $('p-arreglar').hidden = result.correcta || !text.trim();
+});
+
+// What a repair or a file gives: one melody is opened, several are listed.
+function take({ melodias }, where) {
+  if (melodias.length === 0) throw new Error('Ahí no hay ninguna melodía que se entienda.');
+  $('texto').value = '';
+  showList(melodias, counted(melodias.length) + ' de ' + where);
+  if (melodias.length > 1) return;
+  $('pegado').value = melodias[0].rtttl;
+  check();
+  say(melodias[0].cambios.slice(0, 3).join(' ') || 'No había nada que arreglar.');
+  open(melodias[0].rtttl);
+}
+
+const openFile = tried(async (file) => {
+  if (file) {
+    take(await askJson('importar', await file.arrayBuffer(), undefined, 'application/octet-stream'), file.name);
+  }
+});
+
+// ---- The melody ---------------------------------------------------------------------------------
+
+let rtttl = ''; // the melody shown
+let stored = new Set(); // melodies that came from the server
+let notes = { notas: [], duracion: 0 };
+let conversion = null;
+
+// The address carries the melody: what it holds is shown.
+function addressOf(text) {
+  return '#' + encodeURIComponent(text).replace(/%(2C|3A|3D|2F)/g, decodeURIComponent);
+}
+function melodyOfAddress() {
+  const text = location.hash.slice(1);
+  try { return decodeURIComponent(text); } catch { return text; }
+}
+
+function open(text, file) {
+  if (file) stored.add(text);
+  if (melodyOfAddress() === text) show();
+  else location.hash = addressOf(text);
+}
+
+const show = tried(async () => {
+  stop();
+  const text = melodyOfAddress();
+  if (text !== rtttl) document.querySelector('dialog[open]')?.close();
+  rtttl = text;
+  document.body.dataset.vista = text ? 'melodia' : 'lista';
+  $('abierta').hidden = !text;
+  $('bienvenida').hidden = Boolean(text);
+  document.title = 'Tonadex';
+  if (!text) return;
+  const [checked] = await Promise.all([askJson('comprobar', text), draw(), convert()]);
+  if (text !== rtttl) return;
+  $('nombre').textContent = checked.nombre || 'Sin nombre';
+  document.title = (checked.nombre || 'Sin nombre') + ' – Tonadex';
+  $('medida').textContent = checked.frase;
+  $('medida').className = checked.correcta ? 'suave' : 'mal';
+  if (matchMedia('(max-width: 899px)').matches) {
+    scrollTo(0, 0);
+    $('nombre').focus({ preventScroll: true });
+  }
+});
+
+async function draw() {
+  const text = rtttl;
+  const answer = await askJson('notas' + (phone ? query({ modelo: form().modelo }) : ''), text);
+  if (text !== rtttl) return;
+  notes = answer;
+  $('tocar').disabled = !notes.notas.some((note) => note.tono !== null);
+  $('dibujo').setAttribute('aria-label', 'Dibujo de la melodía: ' + notes.palabras);
+  $('dibujo').replaceChildren(picture());
+}
+
+// Time to the right, pitch upward, a line at each bar; `marks` are the notes' rectangles.
+let marks = [];
+function picture() {
+  const height = 160, margin = 16, room = $('dibujo').clientWidth || 320;
+  const shortest = Math.min(...notes.notas.map((note) => note.duracion), 1000);
+  const perMs = Math.max((room - 2 * margin) / Math.max(notes.duracion, 1), Math.min(10 / shortest, 0.2));
+  const width = notes.duracion * perMs + 2 * margin;
+  const pitches = notes.notas.filter((note) => note.tono !== null).map((note) => note.tono);
+  const low = Math.min(...pitches, 127) - 1, span = Math.max(Math.max(...pitches, 0) - low + 1, 12);
+  const x = (ms) => margin + ms * perMs;
+  const y = (pitch) => height - margin - 8 - (pitch - low) / span * (height - 2 * margin - 8);
+  const image = svg('svg', { width, height, viewBox: `0 0 ${width} ${height}`, 'aria-hidden': 'true' },
+    svg('pattern', { id: 'rayas', width: 5, height: 5, patternUnits: 'userSpaceOnUse', patternTransform: 'rotate(45)' },
+      svg('line', { x1: 0, y1: 0, x2: 0, y2: 5, 'stroke-width': 3 })));
+  for (let at = notes.compas; at > 0 && at < notes.duracion; at += notes.compas) {
+    image.append(svg('line', { x1: x(at), y1: margin, x2: x(at), y2: height - margin }));
+  }
+  marks = notes.notas.map((note) => {
+    const left = x(note.inicio), long = Math.max(note.duracion * perMs - 1.5, 1.5);
+    const silent = note.tono === null;
+    const bar = svg('rect', { x: left, width: long, rx: Math.min(4, long / 2), height: silent ? 4 : 12,
+      y: silent ? height / 2 : y(note.tono), class: silent ? 'pausa' : note.fuera ? 'fuera' : '' });
+    image.append(bar);
+    if (note.puntillo) image.append(svg('circle', { cx: left + long - 3, cy: (silent ? height / 2 : y(note.tono)) - 4, r: 2 }));
+    if (!silent && long > 24) {
+      image.append(svg('text', { x: left + long / 2, y: y(note.tono) - 5 }, note.nombre));
+    }
+    return bar;
+  });
+  return image;
+}
+
+// ---- Listening ----------------------------------------------------------------------------------
+
+const LOUD = 0.12, LEAD = 0.1, BREATH = 0.92; // s before the first note; the part of a note that sounds
+let sounding = null;
+
+// A square wave, as the phones have; each note is one step of its frequency and loudness.
+function play() {
+  const context = new AudioContext();
+  const wave = new OscillatorNode(context, { type: 'square' });
+  const volume = new GainNode(context, { gain: 0 });
+  wave.connect(volume).connect(context.destination);
+  const start = context.currentTime + LEAD;
+  for (const note of notes.notas) {
+    if (note.tono === null) continue;
+    const at = start + note.inicio / 1000;
+    wave.frequency.setValueAtTime(440 * 2 ** ((note.tono - 69) / 12), at);
+    volume.gain.setValueAtTime(LOUD, at);
+    volume.gain.setValueAtTime(0, at + note.duracion * BREATH / 1000);
+  }
+  wave.onended = stop;
+  wave.start(start);
+  wave.stop(start + notes.duracion / 1000);
+  sounding = { context, start, wave };
+  $('tocar').textContent = 'Parar';
+  requestAnimationFrame(follow);
+}
+
+function follow() {
+  if (!sounding) return;
+  const ms = (sounding.context.currentTime - sounding.start) * 1000;
+  const now = notes.notas.findIndex((note) => ms >= note.inicio && ms < note.inicio + note.duracion);
+  marks.forEach((bar, index) => bar.classList.toggle('suena', index === now));
+  if (now >= 0) {
+    const left = Number(marks[now].getAttribute('x')), view = $('dibujo');
+    if (left < view.scrollLeft || left > view.scrollLeft + view.clientWidth - 80) view.scrollLeft = left - 40;
+  }
+  requestAnimationFrame(follow);
+}
+
+function stop() {
+  if (!sounding) return;
+  sounding.wave.onended = null;
+  sounding.context.close();
+  sounding = null;
+  marks.forEach((bar) => bar.classList.remove('suena'));
+  $('tocar').textContent = 'Escuchar';
+}
+
+// ---- My phone -----------------------------------------------------------------------------------
+
+let models = [];
+let phone = null; // {nombre, modelo, forma}: the phone's own row, and the row chosen for it
+const rowOf = (modelo) => models.find((row) => row.modelo === modelo);
+
+// The ways to give this phone a melody: its own row, then the formats of its make.
+function forms() {
+  const own = rowOf(phone.modelo);
+  const others = models.filter((row) => row.marca === own.marca && row.moviles.length === 0
+    && row.formato !== own.formato);
+  return [own, ...others];
+}
+const form = () => rowOf(phone.forma);
+
+function choose(nombre, modelo) {
+  phone = { nombre, modelo, forma: modelo };
+  // A composer that shows notes is fed with keys, where its make has one way to type them.
+  const typed = forms().filter((row) => row.teclado);
+  if (form().clase === 'notas' && typed.length === 1) phone.forma = typed[0].modelo;
+  phoneChosen();
+}
+
+function phoneChosen() {
+  kept.set('movil', phone);
+  $('movil').textContent = phone.nombre;
+  $('forma').replaceChildren(...forms().map((row) => el('option',
+    { value: row.modelo, textContent: row.recibe.split(/[,.]/)[0] })));
+  $('forma').value = phone.forma;
+  $('r-recibe').textContent = form().recibe;
+  if (rtttl) tried(() => Promise.all([draw(), convert()]))();
+}
+
+const choices = () => models.flatMap((row) => row.moviles.length === 0
+  ? [{ nombre: row.modelo.includes(row.marca) ? row.modelo.trim() : row.marca + ' ' + row.modelo.trim(), row }]
+  : row.moviles.map((nombre) => ({ nombre: row.marca + ' ' + nombre, row })));
+
+function listPhones() {
+  const words = $('m-texto').value.toLowerCase().split(/\s+/).filter(Boolean);
+  const fit = choices().filter(({ nombre }) => words.every((word) => nombre.toLowerCase().split(/[\s(-]+/)
+    .some((part) => part.startsWith(word))));
+  $('m-lista').replaceChildren(...fit.map(({ nombre, row }) => {
+    const button = el('button', { type: 'button', onclick: () => { $('moviles').close(); choose(nombre, row.modelo); } },
+      nombre, el('small', { textContent: row.recibe }));
+    if (phone?.nombre === nombre) button.setAttribute('aria-current', 'true');
+    return el('li', {}, button);
+  }));
+  $('m-nada').textContent = fit.length ? '' : 'No está. Elige uno parecido de su marca, o un formato.';
+}
+
+function askPhone() {
+  $('m-texto').value = '';
+  listPhones();
+  $('moviles').showModal();
+}
+
+// ---- Converting ---------------------------------------------------------------------------------
+
+async function convert() {
+  $('r-elige').hidden = Boolean(phone);
+  $('r-hecho').hidden = !phone;
+  if (!phone) return;
+  const text = rtttl, { modelo } = form();
+  const result = await askJson('convertir' + query({ modelo, pasos: 1 }), text);
+  if (text === rtttl && modelo === form().modelo) {
+    conversion = result;
+    showConversion();
+  }
+}
+
+function showConversion() {
+  const row = form(), { resultado, pasos, mensajes, avisos } = conversion;
+  $('r-titulo').textContent = 'Para ' + phone.nombre;
+  $('r-entrada').textContent = row.entrada;
+  // A format that is a file is downloaded: the questions about where to save it mean nothing here.
+  $('r-mensajes').textContent = row.clase === 'fichero' ? '' : mensajes.join(' ');
+  $('r-avisos').textContent = avisos.replace(/\r\n/g, '\n').trim();
+  $('teclear').hidden = pasos.length === 0;
+  $('copiar').hidden = $('resultado').hidden = !resultado;
+  $('imprimir').hidden = !resultado;
+  const groups = pasos.filter((step) => step.grupo);
+  $('resultado').replaceChildren(...groups.length === 0 ? [resultado.replace(/\r\n/g, '\n')]
+    : groups.map((step) => el('span', { className: 'grupo' }, ...heldMarked(step.grupo), ' ')));
+  if (row.clase === 'fichero') {
+    $('r-mensajes').textContent = '';
+    $('r-avisos').textContent = 'Está en «Descargar».';
+  }
+}
+
+// "(3)9": a held key is set heavier.
+const heldMarked = (group) => group.split(/(\([^)]*\))/).filter(Boolean)
+  .map((part) => part.startsWith('(') ? el('b', { textContent: part }) : part);
+
+const safeName = () => ($('nombre').textContent || 'melodia').replace(/[\\/:*?"<>|]/g, '_');
+
+async function listFormats() {
+  const { formatos } = await askJson('formatos');
+  $('formatos').replaceChildren(...formatos.map(({ formato, nombre }) => el('li', {}, el('button', {
+    type: 'button', textContent: `${nombre} (.${formato})`,
+    onclick: tried(async () => {
+      const reply = await ask('fichero' + query({ formato }), rtttl);
+      const href = URL.createObjectURL(await reply.blob());
+      el('a', { href, download: safeName() + '.' + formato }).click();
+      setTimeout(() => URL.revokeObjectURL(href), 1000);
+      document.querySelector('.menu').open = false;
+    }),
+  }))));
+}
+
+// ---- Sharing ------------------------------------------------------------------------------------
+
+const local = /^(localhost|127\.|\[::1\])/.test(location.hostname);
+
+function share() {
+  const url = location.origin + '/' + addressOf(rtttl);
+  $('e-url').value = url;
+  $('e-local').hidden = !local;
+  $('e-mandar').hidden = !navigator.share;
+  $('e-qr').hidden = true;
+  $('e-qr').src = '/api/v1/qr' + query({ texto: url });
+  $('e-subir').disabled = stored.has(rtttl);
+  $('e-dicho').textContent = stored.has(rtttl) ? 'Esta melodía ya está en el servidor.' : '';
+  $('enlace').showModal();
+}
+
+async function upload() {
+  const text = rtttl;
+  $('e-subir').disabled = true;
+  try {
+    await ask('melodias', text);
+    stored.add(text);
+    $('e-dicho').textContent = 'La melodía está en el servidor. ¡Gracias!';
+    search();
+  } catch (error) {
+    $('e-dicho').textContent = error.message;
+    $('e-subir').disabled = false;
+  }
+}
+
+// ---- Teclear ------------------------------------------------------------------------------------
+
+let at = 0; // the group to press
+const steps = () => conversion.pasos;
+const placeOf = () => phone.forma + '|' + rtttl;
+const pressed = (key) => key.mantener ? 'mantén 3 s' : key.veces > 1 ? '×' + key.veces : '';
+const spoken = { '*': 'asterisco', '#': 'almohadilla', '<': 'izquierda', '^': 'arriba', '>': 'derecha' };
+
+function openGuide() {
+  stop();
+  const place = (kept.get('lugares') || []).find(([name]) => name === placeOf());
+  at = place && place[1] < steps().length - 1 ? place[1] : 0;
+  $('g-titulo').textContent = $('nombre').textContent + ', para ' + phone.nombre;
+  $('guia').showModal();
+  $('g-sigue').focus();
+  showStep();
+  navigator.wakeLock?.request('screen').then((lock) => $('guia').addEventListener('close', () => lock.release(), { once: true }))
+    .catch(() => {});
+}
+
+function go(to) {
+  if (to >= steps().length) {
+    $('guia').close();
+    say('¡Ya está! Guárdala en el móvil y escúchala.');
+    to = 0;
+  }
+  at = Math.max(to, 0);
+  kept.set('lugares', [[placeOf(), at], ...(kept.get('lugares') || []).filter(([name]) => name !== placeOf())].slice(0, 64));
+  showStep();
+}
+
+function showStep() {
+  const step = steps()[at], last = steps().length - 1;
+  $('g-lugar').textContent = `${at + 1} de ${last + 1}`;
+  $('g-barra').setAttribute('aria-valuemax', last + 1);
+  $('g-barra').setAttribute('aria-valuenow', at + 1);
+  $('g-barra').firstElementChild.style.width = (at + 1) / (last + 1) * 100 + '%';
+  $('g-grupo').replaceChildren(...step.teclas.length === 0 ? [el('span', { className: 'nada', textContent: 'ninguna tecla' })]
+    : step.teclas.map((key) => el('span', {}, el('b', { textContent: key.tecla }), pressed(key))));
+  $('g-palabras').textContent = step.palabras;
+  const next = steps().slice(at + 1, at + 4).map((other) => el('span', { textContent: other.grupo || '–' }));
+  $('g-despues').replaceChildren(next.length ? 'Después ' : 'Es el último grupo.', ...next);
+  $('g-pantalla').hidden = !step.pantalla;
+  $('g-pantalla').lastElementChild.textContent = step.pantalla || '';
+  $('g-teclado').replaceChildren(...form().teclado.teclas.map((key) => {
+    const now = step.teclas.filter((press) => key.signos.includes(press.tecla));
+    return el('div', { className: now.length ? 'pulsa' : '' }, el('b', { textContent: key.tecla }),
+      el('i', { textContent: (now.map(pressed).find(Boolean) || '').replace(' 3 s', '') }), key.palabra);
+  }));
+  $('g-voz').textContent = `${at + 1} de ${last + 1}: ` + step.teclas.map((key) => (spoken[key.tecla] || key.tecla)
+    + (key.mantener ? ', mantenida 3 segundos' : key.veces > 1 ? ` ${key.veces} veces` : '')).join(', ')
+    + '. ' + step.palabras + (step.pantalla ? '. En la pantalla debe verse ' + step.pantalla : '');
+  $('g-antes').disabled = at === 0;
+  $('g-sigue').textContent = at === last ? 'Terminar' : 'Siguiente';
+}
+
+function guideKey(event) {
+  const to = { ArrowRight: at + 1, ArrowLeft: at - 1, Backspace: at - 1, Home: 0, End: steps().length - 1,
+    ' ': at + 1, Enter: at + 1 }[event.key];
+  const own = event.target.closest('button') && (event.key === ' ' || event.key === 'Enter');
+  if (to === undefined || own) return;
+  event.preventDefault();
+  if (to < steps().length || event.key === 'Enter' || event.key === ' ') go(to);
+}
+
+// A swipe turns over, a tap goes on.
+let finger = null;
+function guideUp(event) {
+  if (!finger) return;
+  const moved = event.clientX - finger.x, lower = Math.abs(event.clientY - finger.y);
+  finger = null;
+  if (Math.abs(moved) > 40 && Math.abs(moved) > lower) go(moved < 0 ? at + 1 : at - 1);
+  else if (Math.abs(moved) < 10 && lower < 10) go(at + 1);
+}
+
+// ---- The sheet to print -------------------------------------------------------------------------
+
+function fillSheet() {
+  if (!rtttl || !conversion) return;
+  const row = form();
+  $('hoja').replaceChildren(el('h1', { textContent: $('nombre').textContent }),
+    el('p', { textContent: `Para ${phone.nombre}. ${row.recibe} Tempo ${conversion.tempo}.` }),
+    el('p', { textContent: row.entrada }),
+    conversion.pasos.length ? el('div', { className: 'teclas' }, ...conversion.pasos.map((step, index) => el('div', {},
+      el('small', { textContent: index + 1 }), el('b', { textContent: step.grupo || '–' }), el('small', { textContent: step.palabras }))))
+      : el('pre', { textContent: conversion.resultado }),
+    el('p', { className: 'lineas', textContent: conversion.avisos.replace(/\r\n/g, '\n') }));
+}
+
+// ---- The start ----------------------------------------------------------------------------------
+
+function listen() {
+  const on = (id, event, work) => $(id).addEventListener(event, tried(work));
+  on('texto', 'input', later(search, 150));
+  on('b-forma', 'submit', (event) => { event.preventDefault(); search(); });
+  on('azar', 'click', async () => { $('texto').value = ''; showList((await askJson('azar')).melodias, 'Diez al azar'); });
+  on('pegado', 'input', later(check, 300));
+  on('p-usar', 'click', () => open($('pegado').value.trim()));
+  on('p-arreglar', 'click', async () => take(await askJson('arreglar', $('pegado').value), 'lo pegado'));
+  on('p-abrir', 'click', () => $('fichero').click());
+  on('fichero', 'change', (event) => { openFile(event.target.files[0]); event.target.value = ''; });
+  on('tocar', 'click', () => sounding ? stop() : play());
+  for (const id of ['movil', 'r-movil']) on(id, 'click', askPhone);
+  on('m-texto', 'input', listPhones);
+  on('forma', 'change', (event) => { phone.forma = event.target.value; phoneChosen(); });
+  on('copiar', 'click', () => copy(conversion.resultado, 'Copiado'));
+  on('imprimir', 'click', () => print());
+  on('compartir', 'click', share);
+  on('e-copiar', 'click', () => copy($('e-url').value, 'Dirección copiada'));
+  on('e-mandar', 'click', () => navigator.share({ title: $('nombre').textContent, url: $('e-url').value }));
+  on('e-subir', 'click', upload);
+  on('e-qr', 'load', () => { $('e-qr').hidden = local; });
+  on('teclear', 'click', openGuide);
+  on('g-antes', 'click', () => go(at - 1));
+  on('g-sigue', 'click', () => go(at + 1));
+  on('guia', 'keydown', guideKey);
+  on('g-paso', 'pointerdown', (event) => { finger = { x: event.clientX, y: event.clientY }; });
+  on('g-paso', 'pointerup', guideUp);
+  for (const button of document.querySelectorAll('[data-cierra]')) {
+    button.addEventListener('click', () => button.closest('dialog').close());
+  }
+  addEventListener('hashchange', show);
+  addEventListener('beforeprint', fillSheet);
+  addEventListener('resize', later(() => { if (rtttl && !sounding) $('dibujo').replaceChildren(picture()); }, 200));
+  addEventListener('dragover', (event) => { event.preventDefault(); document.body.classList.add('suelta'); });
+  addEventListener('dragleave', (event) => { if (!event.relatedTarget) document.body.classList.remove('suelta'); });
+  addEventListener('drop', (event) => {
+    event.preventDefault();
+    document.body.classList.remove('suelta');
+    openFile(event.dataTransfer.files[0]);
+  });
+  document.addEventListener('click', (event) => {
+    const menu = document.querySelector('.menu');
+    if (!menu.contains(event.target)) menu.open = false;
+  });
+}
+
+const begin = tried(async () => {
+  $('todo').hidden = $('movil').hidden = false;
+  listen();
+  search();
+  ({ modelos: models } = await askJson('modelos'));
+  const known = kept.get('movil');
+  if (known && rowOf(known.modelo) && rowOf(known.forma)) {
+    phone = known;
+    phoneChosen();
+  }
+  show();
+  listFormats();
+});
+begin();

@@ -1,0 +1,48 @@
+#include "server/web_files.h"
+
+#include <algorithm>
+
+#include "server/embedded_file.h"
+#include "server/etag.h"
+
+namespace tonadex::server {
+namespace {
+
+constexpr int kMaxAgeSeconds = 60;
+
+struct WebFile {
+  std::string_view path, name, type;
+};
+constexpr WebFile kFiles[] = {
+    {"/", "pagina.html", kHtmlType},
+    {"/web/pagina.css", "pagina.css", "text/css; charset=utf-8"},
+    {"/web/pagina.js", "pagina.js", "text/javascript; charset=utf-8"},
+    {"/web/tonadex.svg", "tonadex.svg", "image/svg+xml"},
+};
+
+// Nothing from elsewhere, no script in the page itself, and no other page around it.
+constexpr std::string_view kSecurityFields =
+    "Content-Security-Policy: default-src 'none'; script-src 'self'; style-src 'self'; "
+    "img-src 'self'; connect-src 'self'; base-uri 'none'; form-action 'self'; "
+    "frame-ancestors 'none'\r\n"
+    "Referrer-Policy: no-referrer\r\n";
+
+}  // namespace
+
+std::optional<Reply> WebReply(const Request& request, std::string_view path) {
+  const auto file = std::ranges::find(kFiles, path, &WebFile::path);
+  if (file == std::end(kFiles)) {
+    return std::nullopt;
+  }
+  Reply reply = TextReply(200, EmbeddedFile(file->name));
+  reply.contentType = file->type;
+  reply.maxAgeSeconds = kMaxAgeSeconds;
+  reply.fields = kSecurityFields;
+  return WithETag(std::move(reply), request.ifNoneMatch);
+}
+
+std::string ContractText() {
+  return std::string(EmbeddedFile("openapi.json"));
+}
+
+}  // namespace tonadex::server

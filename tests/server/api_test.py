@@ -1,0 +1,202 @@
+#!/usr/bin/env python3
+"""Asks a real tonadex-server over HTTP and checks every answer against its openapi.json; every
+answer that the document names must have been seen. Usage: api_test.py SERVER CLI"""
+import http.client
+import json
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+from urllib.parse import quote
+
+import jsonschema
+
+sys.path.insert(0, str(Path(__file__).parent))
+from running_server import RunningServer
+
+SERVER, CLI = sys.argv[1:3]
+VALS = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g"
+TEXT = {"Content-Type": "text/plain; charset=utf-8"}
+FORM = {"Content-Type": "application/x-www-form-urlencoded"}
+CHUNKED = {**TEXT, "Transfer-Encoding": "chunked"}
+LARGE = "x" * (256 * 1024 + 1)
+HOSTILE = "<script>alert(1)<!script>"
+
+# Method, path, fields, body, status, what the answer contains.
+EXCHANGES = [
+    ("GET", "/openapi.json", {}, None, 200, '"openapi": "3.1.0"'),
+    ("GET", "/modelos", {}, None, 200, '"modelo":" Pulsaciones"'),
+    ("GET", "/modelos", {}, None, 200, '"moviles":["3210","3310","3330","3390","8250"]'),
+    ("GET", "/formatos", {}, None, 200, '"formato":"mid"'),
+    ("GET", "/buscar?texto=a%C3%B1il", {}, None, 200, '{"melodias":[{"fichero":"anil.8","nombre":"Añil"}]}'),
+    ("GET", "/buscar?texto=vals+lento", {}, None, 200, '"Vals [lento]"'),
+    ("GET", "/buscar?texto=nada", {}, None, 200, '{"melodias":[]}'),
+    ("GET", "/buscar?maximo=1", {}, None, 200, '[{'),
+    ("GET", "/buscar?maximo=0", {}, None, 400, "de 1 a 500"),
+    ("GET", "/buscar?maximo=2x", {}, None, 400, "de 1 a 500"),
+    ("GET", "/azar", {}, None, 200, "vals.29"),
+    ("GET", "/melodias/a%C3%B1o.30", {}, None, 200, '"rtttl":"Año:d=4,o=5,b=100:c#,d"'),
+    ("GET", "/melodias/..%2Fsecreto.1", {}, None, 404, "búscala"),
+    ("GET", "/melodias/", {}, None, 404, "búscala"),
+    ("POST", "/melodias", TEXT, "Mía:d=4,o=5,b=100:c,d#,e", 201, '{"fichero":"Mía.24"}'),
+    ("POST", "/melodias", TEXT, "Mía:d=4,o=5,b=100:c,d#,e", 409, "ya estaba"),
+    ("POST", "/melodias", TEXT, "Mala:d=4,o=5,b=100:c,,x", 400, "no es una melodía"),
+    ("POST", "/melodias", TEXT, HOSTILE + ":d=4,o=5,b=100:c,d,e", 400, "no es válido"),
+    ("POST", "/melodias", FORM, VALS, 415, "text/plain"),
+    ("POST", "/melodias", CHUNKED, VALS, 411, "Content-Length"),
+    ("POST", "/melodias", TEXT, LARGE, 413, "256 KiB"),
+    ("GET", "/convertir", {}, None, 405, "Allow"),
+    ("POST", "/buscar", TEXT, "", 405, "Allow"),
+    ("GET", "/nada", {}, None, 404, "openapi.json"),
+    ("POST", "/convertir", TEXT, VALS, 400, "modelos"),
+    ("POST", "/convertir?modelo=samsung", TEXT, VALS, 400, "puede ser: Samsung"),
+    ("POST", "/convertir?modelo=nada", TEXT, VALS, 400, "«nada»"),
+    ("POST", "/convertir?modelo=3310", TEXT, VALS, 200, '"resultado":"4c1'),
+    ("POST", "/convertir?modelo=3310", FORM, VALS, 415, ""),
+    ("POST", "/convertir?modelo=3310", CHUNKED, VALS, 411, ""),
+    ("POST", "/convertir?modelo=3310", TEXT, LARGE, 413, ""),
+    ("POST", "/pasos?modelo=nokia+pulsaciones", TEXT, VALS, 200, '"teclas":[{"tecla":"1"'),
+    ("POST", "/pasos?modelo=3310", TEXT, VALS, 400, "teclado"),
+    ("POST", "/pasos?modelo=3310", FORM, VALS, 415, ""),
+    ("POST", "/pasos?modelo=3310", CHUNKED, VALS, 411, ""),
+    ("POST", "/pasos?modelo=3310", TEXT, LARGE, 413, ""),
+    ("POST", "/notas", TEXT, VALS, 200, '{"nota":1,"inicio":0.0,"duracion":500.0,"tono":60,"nombre":"do"'),
+    ("POST", "/notas?modelo=3310", TEXT, "x", 200, '"notas":[]'),
+    ("POST", "/notas?modelo=nada", TEXT, VALS, 400, ""),
+    ("POST", "/notas", FORM, VALS, 415, ""),
+    ("POST", "/notas", CHUNKED, VALS, 411, ""),
+    ("POST", "/notas", TEXT, LARGE, 413, ""),
+    ("POST", "/comprobar", TEXT, VALS, 200, '"correcta":true'),
+    ("POST", "/comprobar", TEXT, "Vals:d=4,o=5,b=120:c,9e", 200, '{"desde":21,"hasta":23,"nota":2,'),
+    ("POST", "/comprobar", TEXT, VALS.replace("c,", "c,\n") + "\r\n", 200, "salto de línea"),
+    ("POST", "/comprobar", FORM, VALS, 415, ""),
+    ("POST", "/comprobar", CHUNKED, VALS, 411, ""),
+    ("POST", "/comprobar", TEXT, LARGE, 413, ""),
+    ("POST", "/arreglar", TEXT, "Uno: d=4, o=5, b=120: c, d\n\nDos:d=8,o=5,b=90:e9,f", 200, '{"nombre":"Dos"'),
+    ("POST", "/arreglar", TEXT, "", 200, '{"melodias":[]}'),
+    ("POST", "/arreglar", FORM, VALS, 415, ""),
+    ("POST", "/arreglar", CHUNKED, VALS, 411, ""),
+    ("POST", "/arreglar", TEXT, LARGE, 413, ""),
+    ("POST", "/importar", {}, VALS, 200, '"rtttl":"' + VALS),
+    ("POST", "/importar", {}, "\0\0", 422, ""),
+    ("POST", "/importar", CHUNKED, VALS, 411, ""),
+    ("POST", "/importar", {}, LARGE, 413, ""),
+    ("POST", "/fichero?formato=mid", TEXT, VALS, 200, "MThd"),
+    ("POST", "/fichero?formato=imy", TEXT, VALS, 200, "BEGIN:IMELODY"),
+    ("POST", "/fichero?formato=kws", TEXT, VALS.replace("g", "g3"), 422, "octava"),
+    ("POST", "/fichero?formato=mid", TEXT, "Vals", 422, ""),
+    ("POST", "/fichero?formato=exe", TEXT, VALS, 400, "formatos"),
+    ("POST", "/fichero?formato=mid", FORM, VALS, 415, ""),
+    ("POST", "/fichero?formato=mid", CHUNKED, VALS, 411, ""),
+    ("POST", "/fichero?formato=mid", TEXT, LARGE, 413, ""),
+    ("GET", "/qr?texto=http%3A%2F%2Fx%2F%23Vals", {}, None, 200, "<svg"),
+    ("GET", "/qr", {}, None, 400, "2953"),
+]
+
+
+def main():
+    with tempfile.TemporaryDirectory() as home, RunningServer(SERVER, home, {
+            "vals.29": "Vals:d=4,o=5,b=63:c", "anil.8": "Añil:d=4,o=5,b=63:c",
+            "lento.9": "Vals (lento):d=4,o=5,b=63:c", "año.30": "Año:d=4,o=5,b=100:cjuh9hay,d"}) as server:
+        contract = Contract(server)
+        for exchange in EXCHANGES:
+            contract.check(*exchange)
+        for path in [path for path, item in contract.document["paths"].items() if "get" in item]:
+            contract.check_unchanged(path.replace("{fichero}", "vals.29"))
+        for _ in range(21):
+            status = contract.ask("POST", "/melodias", TEXT, "x")[0]
+        assert status == 429, status
+        check_same_as_cli(contract)
+        with tempfile.TemporaryDirectory() as locked, RunningServer(
+                SERVER, locked, {"vals.29": "Vals:d=4,o=5,b=63:c"}, read_only=True) as reader:
+            contract.server = reader
+            contract.check("POST", "/melodias", TEXT, "Mía:d=4,o=5,b=100:c,d#,e", 403, "solo deja leer")
+        contract.check_all_seen()
+
+
+class Contract:
+    def __init__(self, server):
+        self.server = server
+        self.seen = set()
+        self.document = {"paths": {}}
+        self.document = json.loads(self.ask("GET", "/openapi.json", {}, None)[2])
+        jsonschema.Draft202012Validator.check_schema({"$defs": self.document["components"]["schemas"]})
+        self.resolver = jsonschema.RefResolver("", self.document)
+
+    def ask(self, method, path, fields, body):
+        connection = http.client.HTTPConnection("127.0.0.1", self.server.port, timeout=60)
+        chunked = "Transfer-Encoding" in fields
+        data = body.encode() if body is not None else None
+        connection.request(method, "/api/v1" + path, iter([data]) if chunked else data, fields,
+                           encode_chunked=chunked)
+        reply = connection.getresponse()
+        answer = reply.status, reply.headers, reply.read()
+        connection.close()
+        self.note(method, path, answer)
+        return answer
+
+    def note(self, method, path, answer):
+        """Checks an answer against what the document says of it."""
+        status, headers, body = answer
+        plain = path.partition("?")[0]
+        plain = "/melodias/{fichero}" if plain.startswith("/melodias/") else plain
+        operation = self.document["paths"].get(plain, {}).get(method.lower())
+        if operation is None:
+            return
+        assert str(status) in operation["responses"], (method, path, status, body)
+        response = self.resolve(operation["responses"][str(status)])
+        for name, header in response.get("headers", {}).items():
+            value = headers[name]
+            assert value is not None, (path, name)
+            self.validate(value, self.resolve(header)["schema"])
+        kinds = response.get("content", {})
+        kind = headers["Content-Type"].partition(";")[0]
+        assert not kinds or kind in kinds or "*/*" in kinds, (path, kind)
+        if kind.endswith("json") and kinds:
+            self.validate(json.loads(body), kinds[kind]["schema"])
+        self.seen.add((plain, method.lower(), str(status)))
+
+    def resolve(self, item):
+        return self.resolver.resolve(item["$ref"])[1] if "$ref" in item else item
+
+    def validate(self, value, schema):
+        jsonschema.Draft202012Validator(schema, resolver=self.resolver).validate(value)
+
+    def check(self, method, path, fields, body, status, contains):
+        got, headers, reply = self.ask(method, path, fields, body)
+        where = (method, path, (body or "")[:40])
+        assert got == status, (where, got, reply)
+        assert contains.encode() in reply, (where, reply.decode(errors="replace"))
+        if status >= 400:
+            problem = json.loads(reply)
+            assert headers["Content-Type"] == "application/problem+json", where
+            assert problem["status"] == status and problem["detail"], where
+
+    def check_unchanged(self, path):
+        path += "?texto=x" if path == "/qr" else ""
+        _, headers, _ = self.ask("GET", path, {}, None)
+        if path != "/azar":  # another ten each time
+            status, _, body = self.ask("GET", path, {"If-None-Match": headers["ETag"]}, None)
+            assert (status, body) == (304, b""), path
+
+    def check_all_seen(self):
+        named = {(path, method, status) for path, item in self.document["paths"].items()
+                 for method, operation in item.items() for status in operation["responses"]}
+        assert named == self.seen, (named - self.seen, self.seen - named)
+
+
+def check_same_as_cli(contract):
+    """Each model's conversion is the terminal program's, byte for byte."""
+    models = json.loads(contract.ask("GET", "/modelos", {}, None)[2])["modelos"]
+    for row in models:
+        for melody in (VALS, "Mal:d=4,o=5,b=120:c,9x", "", "Añil:d=8,o=4,b=90:a1,c7,16f#."):
+            for steps in ["0", "1"] if "teclado" in row else ["0"]:
+                path = "/convertir?fila=Fila+ñ&modelo=".replace("ñ", "%F1") + quote(row["modelo"])
+                got = contract.ask("POST", path + "&pasos=" + steps, TEXT, melody)[2]
+                cli = [CLI, "convertir", "--modelo", row["modelo"], "--fila", "Fila ñ", "--lineas"]
+                cli += ["--pasos"] if steps == "1" else []
+                want = subprocess.run(cli, input=melody + "\n", capture_output=True, text=True, check=True)
+                assert got.decode() + "\n" == want.stdout, (path, melody, got, want.stdout)
+
+
+main()

@@ -1,0 +1,36 @@
+"""A tonadex-server on a free port, with melodies in a folder of its own."""
+import subprocess
+import time
+from pathlib import Path
+
+
+class RunningServer:
+    def __init__(self, program, home, melodies, read_only=False):
+        folder = Path(home) / "servidor"
+        folder.mkdir()
+        for name, text in melodies.items():
+            (folder / name).write_bytes(text.encode("cp1252"))
+        if read_only:  # which also keeps root from writing
+            (folder / ".candado").mkdir()
+        self.output = open(Path(home) / "log", "w+b")
+        self.process = subprocess.Popen(
+            [program, "--puerto", "0", "--carpeta", folder, "--estanteria", "", "--registro",
+             Path(home) / "requests"], stdout=self.output, stderr=subprocess.STDOUT)
+        self.port = self.wait_for_port(Path(home) / "log")
+
+    def wait_for_port(self, log):
+        for _ in range(600):
+            for line in log.read_text().splitlines():
+                if "http://" in line:
+                    return int(line.rstrip("/").rpartition(":")[2])
+            assert self.process.poll() is None, log.read_text()
+            time.sleep(0.1)
+        raise TimeoutError(log.read_text())
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *error):
+        self.process.terminate()
+        self.process.wait()
+        self.output.close()

@@ -1,0 +1,269 @@
+#!/usr/bin/env python3
+"""Drives the page of a real tonadex-server in Chromium, as a smartphone and as a computer shows it,
+light and dark. Usage: page_test.py SERVER BUILD_FOLDER [PICTURE_FOLDER]"""
+import base64
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+from selenium import webdriver
+from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.chrome.options import Options
+from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.support.ui import WebDriverWait
+
+sys.path.insert(0, str(Path(__file__).parent.parent / "server"))
+from running_server import RunningServer
+
+SERVER, BUILD = sys.argv[1], Path(sys.argv[2])
+PICTURES = Path(sys.argv[3]) if len(sys.argv) > 3 else None
+VALS = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g"
+# Names that would run where a page takes them for HTML; the server stores them as it stores others.
+HOSTILE = ["<img src=x onerror=ran=1>", "<svg onload=ran=1>", "\"><b id=ran>", "{{7*7}}${7*7}"]
+VIEWS = [(390, 844, "light"), (390, 844, "dark"), (1280, 800, "light"), (1280, 800, "dark")]
+
+# Before the page's own script: what it plays, which rules it breaks, and what it asks elsewhere.
+SPY = """
+window.played = []; window.faults = [];
+const set = AudioParam.prototype.setValueAtTime;
+AudioParam.prototype.setValueAtTime = function (value, at) { played.push([value, at]); return set.call(this, value, at); };
+document.addEventListener('securitypolicyviolation', (event) => faults.push(event.violatedDirective + ' ' + event.blockedURI));
+addEventListener('error', (event) => faults.push(String(event.message)));
+addEventListener('unhandledrejection', (event) => faults.push(String(event.reason)));
+"""
+
+
+def axe_script():
+    """axe-core from npm, fetched once into the build folder; None without a network."""
+    script = BUILD / "node_modules/axe-core/axe.min.js"
+    if not script.exists():
+        subprocess.run(["npm", "install", "--prefix", BUILD, "--no-save", "--silent", "axe-core@4"],
+                       check=False, timeout=120)
+    return script.read_text() if script.exists() else None
+
+
+def stored(name):
+    return f"{name.replace('/', '!')[:60]}:d=4,o=5,b=100:c,d,e"
+
+
+class Page:
+    def __init__(self, port, width, height, scheme, *switches):
+        options = Options()
+        options.binary_location = "/usr/bin/chromium"
+        for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--force-device-scale-factor=1",
+                         "--autoplay-policy=no-user-gesture-required", "--lang=es", "--disable-dev-shm-usage",
+                         *switches):
+            options.add_argument(argument)
+        options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+        self.browser = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+        self.name, self.width, self.height = f"{width}-{scheme}", width, height
+        run = self.browser.execute_cdp_cmd
+        self.resize(width, height)
+        run("Emulation.setEmulatedMedia", {"features": [{"name": "prefers-color-scheme", "value": scheme}]})
+        run("Page.addScriptToEvaluateOnNewDocument", {"source": SPY})
+        self.base = f"http://127.0.0.1:{port}/"
+        self.browser.get(self.base)
+
+    def one(self, css):
+        return self.browser.find_element(By.CSS_SELECTOR, css)
+
+    def text(self, css):
+        return self.one(css).text
+
+    def js(self, script, *arguments):
+        return self.browser.execute_script(script, *arguments)
+
+    def until(self, holds, what):
+        WebDriverWait(self.browser, 30).until(lambda _: holds(), f"{self.name}: {what}")
+
+    def press(self, css):
+        self.until(lambda: self.one(css).is_displayed() and self.one(css).is_enabled(), css)
+        self.one(css).click()
+
+    def picture(self, what):
+        if PICTURES:
+            self.browser.save_screenshot(str(PICTURES / f"{self.name}-{what}.png"))
+
+    def resize(self, width, height):
+        self.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
+            "width": width, "height": height, "deviceScaleFactor": 1, "mobile": width < 600})
+
+    def judge(self, what, axe):
+        """No finding of axe-core, nothing wider than the window, even the narrowest."""
+        self.picture(what)
+        for width in (360, 1920, self.width):
+            self.resize(width, self.height)
+            wide = self.js("return [...document.querySelectorAll('html, dialog[open], dialog[open] *')]"
+                           ".filter((e) => e.scrollWidth > Math.max(e.clientWidth, 1) + 1 && getComputedStyle(e).overflowX === 'visible')"
+                           ".map((e) => e.tagName + e.id)")
+            assert wide == [], (self.name, what, width, wide)
+        if axe is None:
+            return
+        self.js(axe)
+        found = self.browser.execute_async_script(
+            "const done = arguments[0]; axe.run().then((r) => done(r.violations.map((v) => v.id + ': ' + v.help "
+            "+ ' ' + v.nodes.map((n) => n.html.slice(0, 120)).join(' | '))));")
+        assert found == [], (self.name, what, found)
+
+
+def find_and_open(page, word, name):
+    if page.js("return getComputedStyle(document.querySelector('.volver')).display !== 'none' && location.hash !== ''"):
+        page.press(".volver a")
+    page.one("#texto").clear()
+    page.one("#texto").send_keys(word)
+    page.until(lambda: page.text("#lista li:first-child button") == name and "melod" in page.text("#cuenta"), word)
+    page.press("#lista li:first-child button")
+    page.until(lambda: page.text("#nombre") == name, name)
+
+
+def listen(page):
+    page.js("played.length = 0")
+    page.press("#tocar")
+    page.until(lambda: page.js("return document.querySelectorAll('#dibujo .suena').length") == 1, "a note followed")
+    page.picture("suena")
+    played = page.js("return played")
+    start = played[0][1]
+    pitches = [[round(value), round(1000 * (at - start))] for value, at in played if value > 1]
+    # c5, d#5, e6 and, behind the pause, g5: Hz and ms.
+    assert pitches == [[262, 0], [311, 500], [659, 750], [392, 2125]], pitches
+    page.press("#tocar")
+    assert page.js("return document.querySelectorAll('#dibujo .suena').length") == 0
+    assert page.text("#tocar") == "Escuchar"
+
+
+def choose_phone(page, typed, axe):
+    page.press("#movil")
+    page.one("#m-texto").send_keys(typed)
+    page.judge("movil", axe)
+    page.press("#m-lista li:first-child button")
+
+
+def type_it(page, axe):
+    page.until(lambda: page.text("#resultado").startswith("1 28#"), page.text("#resultado"))
+    page.judge("melodia", axe)
+    print_sheet(page)
+    page.press("#teclear")
+    assert page.text("#g-lugar") == "1 de 5"
+    page.judge("teclear", axe)
+    page.one("#guia").send_keys(Keys.ARROW_RIGHT)
+    swipe(page, -150)
+    page.until(lambda: page.text("#g-lugar") == "3 de 5", "the third group")
+    assert "mantén 3 s" in page.text("#g-grupo") and page.text("#g-pantalla b") == "8.e2"
+    pressed = [key.text.split("\n")[0] for key in page.browser.find_elements(By.CSS_SELECTOR, "#g-teclado .pulsa")]
+    assert pressed == ["3", "*"], pressed
+    page.picture("teclear3")
+    swipe(page, 150)
+    page.until(lambda: page.text("#g-lugar") == "2 de 5", "back by a swipe")
+    page.press("#guia [data-cierra]")
+    page.press("#teclear")  # goes on where it was left
+    assert page.text("#g-lugar") == "2 de 5"
+    swipe(page, 0)  # a tap
+    for _ in range(3):
+        page.press("#g-sigue")
+    page.until(lambda: not page.one("#guia").is_displayed(), "the end")
+    assert "Ya está" in page.text("#aviso")
+
+
+def print_sheet(page):
+    data = page.browser.execute_cdp_cmd("Page.printToPDF", {})["data"]
+    text = subprocess.run(["pdftotext", "-", "-"], input=base64.b64decode(data), capture_output=True, check=True).stdout
+    words = text.decode().split()
+    assert "Vals" in words and "(3)*" in words and "Escuchar" not in words, words
+
+
+def without_script(port):
+    page = Page(port, 390, 844, "light", "--blink-settings=scriptEnabled=false")
+    page.picture("sin-script")
+    assert page.one("noscript a[download]").is_displayed() and not page.one("#todo").is_displayed()
+    page.one("#sin").send_keys("vals" + Keys.ENTER)
+    page.until(lambda: "Vals (vals.34)" in page.text("body"), "the listing")
+    page.browser.quit()
+
+
+def swipe(page, by):
+    box = page.one("#g-palabras").rect
+    x, y = box["x"] + box["width"] / 2, box["y"] + box["height"] / 2
+    for kind, at in (("mousePressed", x), ("mouseReleased", x + by)):
+        page.browser.execute_cdp_cmd("Input.dispatchMouseEvent",
+                                     {"type": kind, "x": at, "y": y, "button": "left", "clickCount": 1})
+
+
+def paste(page, axe):
+    page.browser.get(page.base)
+    page.press("#propia summary")
+    page.one("#pegado").send_keys("Roto:d=4,o=5,b=100:c,9e,f")
+    page.until(lambda: "Nota 2" in page.text("#p-frase"), "the fault")
+    page.judge("pegado", axe)
+    page.press("#p-arreglar")
+    page.until(lambda: page.text("#nombre") == "Roto", "the repaired melody")
+    assert page.js("return location.hash").startswith("#Roto:d=4,o=5,b=100:c,8e")
+    page.browser.get(page.base)
+    page.press("#propia summary")
+    with tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
+        file.write(VALS + "\n\n" + VALS.replace("Vals", "Dos") + "\n")
+        file.flush()
+        page.one("#fichero").send_keys(file.name)
+        page.until(lambda: page.text("#cuenta").startswith("2 melodías de"), "the file's melodies")
+
+
+def share(page, axe):
+    name = "Compartida " + page.name.replace("-", " ")
+    page.browser.get(page.base + "#" + name.replace(" ", "%20") + ":d=4,o=5,b=100:c,d%23,e")
+    page.until(lambda: page.text("#nombre") == name, "the melody of the address")
+    page.press("#compartir")
+    page.until(lambda: page.js("return document.querySelector('#e-qr').naturalWidth") > 0, "the QR code")
+    page.judge("compartir", axe)
+    page.press("#e-subir")
+    page.until(lambda: "¡Gracias!" in page.text("#e-dicho"), "the upload")
+    page.press("#enlace [data-cierra]")
+    find_and_open(page, name.lower(), name)
+
+
+def hostile(page):
+    """Nothing of a name or a melody becomes a script or an element."""
+    page.browser.get(page.base)
+    for text in [stored(name) for name in HOSTILE] + ["<script>window.ran=1</script>:d=4,o=5,b=1:<img src=x>"]:
+        page.js("location.hash = '#' + encodeURIComponent(arguments[0])", text)
+        page.until(lambda: page.text("#nombre") == text.split(":d=")[0], text)
+    page.one("#texto").clear() if page.one("#texto").is_displayed() else page.js("location.hash = ''")
+    page.js("document.querySelector('#texto').value = ''; document.querySelector('#azar').click()")
+    page.until(lambda: page.text("#cuenta") == "Diez al azar", "ten at random")
+    assert "<img" in page.text("#lista"), page.text("#lista")
+    assert page.js("return window.ran === undefined && !document.querySelector('#ran, #lista img, #abierta script')")
+
+
+def main():
+    axe = axe_script()
+    if axe is None:
+        print("axe-core cannot be fetched: the page is not checked for accessibility")
+    melodies = {"vals.34": VALS, "marcha.30": "Marcha:d=8,o=5,b=90:c,d,e,f"}
+    for number, name in enumerate(HOSTILE):
+        melodies[f"raro{number}.{30 + number}"] = stored(name)
+    with tempfile.TemporaryDirectory() as home, RunningServer(SERVER, home, melodies) as server:
+        for width, height, scheme in VIEWS:
+            page = Page(server.port, width, height, scheme)
+            try:
+                page.until(lambda: page.text("#lista") != "", "the newest melodies")
+                page.judge("inicio", axe)
+                find_and_open(page, "vals", "Vals")
+                listen(page)
+                choose_phone(page, "nokia puls", axe)
+                type_it(page, axe)
+                paste(page, axe)
+                share(page, axe)
+                hostile(page)
+                faults = page.js("return faults") + [entry["message"] for entry in page.browser.get_log("browser")
+                                                     if entry["level"] == "SEVERE"]
+                assert faults == [], (page.name, faults)
+            except BaseException:
+                page.picture("fallo")
+                print(page.js("return faults"), page.browser.get_log("browser"), page.text("#aviso"))
+                raise
+            finally:
+                page.browser.quit()
+        without_script(server.port)
+
+
+main()
