@@ -61,7 +61,7 @@ TEST(ReadSmf, ReadsAndRefuses) {
     const std::string riff = "RIFF" + std::string(4, '\0') + "RMIDdata" + std::string(4, '\0');
     EXPECT_EQ(ReadSmf(riff + bytes).index(), ReadSmf(bytes).index());
   }
-  EXPECT_EQ(Show(ReadSmf(std::string(kMaxSmfBytes + 1, '\0'))), "el fichero MIDI pasa de 8 MB");
+  EXPECT_EQ(Show(ReadSmf(std::string(kMaxSmfBytes + 1, '\0'))), "el fichero MIDI pasa de 4 MB");
 }
 
 // Any notes in some tracks: two of one key and channel do not touch.
