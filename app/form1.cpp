@@ -12,6 +12,9 @@
 #include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
+#include "import/recognise.h"
 #include "midi/playback.h"
 #include "net/addresses.h"
 #include "phones/phone_description.h"
@@ -79,6 +82,7 @@ constexpr auto kPages = std::to_array<Page>({
     {kOptionsPage, &OptionsPage::Layout},
     {kStartPage, &StartPage::Layout, &StartPage::WideLayout},
     {kTypingPage, &TypingPage::Layout, &TypingPage::WideLayout},
+    {kMidiPage, &MidiPage::Layout},
 });
 
 // "1:05" for 65 seconds.
@@ -108,7 +112,7 @@ std::span<const ControlInfo> Controls() {
     std::vector<ControlInfo> rows;
     for (const auto& part :
          {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(), RepertoirePage::Rows(),
-          OptionsPage::Rows(), StartPage::Rows(), TypingPage::Rows()}) {
+          OptionsPage::Rows(), StartPage::Rows(), TypingPage::Rows(), MidiPage::Rows()}) {
       rows.insert(rows.end(), part.begin(), part.end());
     }
     return rows;
@@ -173,6 +177,7 @@ Form1::Form1(Program& theProgram)
       RepertoirePage(static_cast<SharedState&>(*this)),
       OptionsPage(static_cast<SharedState&>(*this)),
       TypingPage(static_cast<SharedState&>(*this)),
+      MidiPage(static_cast<SharedState&>(*this)),
       WebPage(static_cast<SharedState&>(*this)),
       session_(theProgram.ProgramFolder() / kStateFile) {
   for (const ControlInfo& info : Controls()) {
@@ -186,7 +191,7 @@ Form1::Form1(Program& theProgram)
        {&waitingLine, &playingText, &silentLabel, &playingPosition, &stopButton}) {
     control->visible = false;
   }
-  for (const std::int16_t page : {kStartPage, kTypingPage}) {
+  for (const std::int16_t page : {kStartPage, kTypingPage, kMidiPage}) {
     for (const auto member : PageControls(page)) {
       (this->*member).visible = false;
     }
@@ -259,6 +264,9 @@ void Form1::ocultapagina() {
   }
   if (paginaactual == kTypingPage) {
     CloseGuide();
+  }
+  if (paginaactual == kMidiPage) {
+    CloseMidi();
   }
 }
 
@@ -338,6 +346,12 @@ void Form1::keepNewest_Click() {
 }
 
 void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
+  if (paths.size() == 1) {
+    const auto bytes = files::ReadWhole(paths.front(), midi::kMaxSmfBytes);
+    if (bytes && import::RecogniseFile(*bytes) == import::FileKind::kMidi) {
+      return OpenMidiFile(*bytes, files::TextFromPath(paths.front().filename()));
+    }
+  }
   MelodyStore::Added added;
   Try(kNotKept, [&] { Store().Add(paths, added); });
   ShowInRepertoire(added.last);
@@ -437,6 +451,33 @@ void Form1::leaveGuide_Click() {
   ShowPage(kRepertoirePage);
 }
 
+void Form1::OpenMidiFile(std::string_view bytes, std::string_view name) {
+  if (paginaactual != kMidiPage) {
+    beforeMidi_ = paginaactual;
+  }
+  if (Try(kNotOpened, [&] { ReadMidiFile(bytes, name); }) && paginaactual != kMidiPage) {
+    navbanner.visible = false;  // its room is the voices'
+    ShowPage(kMidiPage);
+    focusNext = &Form1::midiVoices;
+  }
+}
+
+void Form1::useMidi_Click() {
+  const std::string text = midiText.text;
+  cmdinicio_Click();
+  EditRtttl(text);
+  focusNext = &Form1::txtrtttlsube;
+}
+
+void Form1::saveMidi_Click() {
+  KeepMelody(std::string(midiText.text));
+}
+
+void Form1::leaveMidi_Click() {
+  const std::int16_t page = beforeMidi_;
+  page == kRepertoirePage ? cmdrepertorio_Click() : cmdinicio_Click();
+}
+
 void Form1::List1_DblClick() {
   if (paginaactual == kRepertoirePage) {
     picreproducir_Click();
@@ -468,6 +509,7 @@ void Form1::Refresh() {
   RefreshOptions();
   RefreshStart();
   RefreshTyping();
+  RefreshMidi();
 }
 
 }  // namespace tonadex::app
