@@ -37,7 +37,8 @@ struct MenuItem {
   std::string_view caption = {};   // "&" before the mnemonic
   std::string_view shortcut = {};  // "F2"; works while the list has the focus
   Handler handler = nullptr;
-  bool needsRow = true;  // greyed while no row is selected
+  bool needsRow = true;   // greyed while no row is selected
+  const char* icon = "";  // of one that is a button on each row, too
 };
 
 enum class Font { kBody, kSmall, kTitle, kHeading };
@@ -60,6 +61,7 @@ struct ControlInfo {
   // Keys that click it while it is shown and enabled, separated by blanks: "Ctrl+1", "Left
   // Backspace". A text box that has the focus keeps its own, a focused button Space and Return.
   std::string_view shortcut = {};
+  Control Form1::*below = nullptr;       // of a line: the list that the Down key leads to
   Drawing Form1::*drawing = nullptr;     // of a kDrawing,
   std::span<const MenuItem> menu = {};   // of a list
   std::int16_t menuPage = kNoPage;       // where it has the menu
@@ -68,6 +70,9 @@ struct ControlInfo {
 };
 
 // Builders for the rows.
+constexpr ControlInfo WithKeys(ControlInfo row, std::string_view shortcut) {
+  return row.shortcut = shortcut, row;
+}
 constexpr ControlInfo Row(Look look, std::string_view name, Control Form1::*member,
                           std::string_view spoken = {}, EventHandler on = {},
                           EventHandler also = {}, std::string_view help = {},

@@ -47,6 +47,7 @@ enum class Tone { kText, kMuted, kGood, kBad };
 // Windows-1252 with CR LF as line end; a shell also accepts CR or LF alone.
 struct Control {
   bool visible = true;
+  bool hasRoom = true;  // false: nothing of it shows on this page, although it is visible
   bool enabled = true;
   std::string caption;      // "&" precedes the mnemonic character
   std::string whyDisabled;  // the tooltip of a button meanwhile; "" for its usual one
@@ -64,6 +65,7 @@ struct Control {
   Tone tone = Tone::kText;     // of a label or a mark
   std::uint32_t interval = 0;  // timer: milliseconds between two ticks while enabled
 
+  bool Shows() const { return visible && hasRoom; }
   // The selected row; text "" and item data 0 when none is selected.
   ListRow Selected() const;
   std::string_view SelectedText() const { return Selected().text; }

@@ -44,8 +44,7 @@ constexpr ControlInfo Go(std::string_view name, Control F::*member, std::string_
                          std::string_view shortcut) {
   ControlInfo button = Button(Look::kNavigation, name, member, caption, icon, help, click);
   button.leadsTo = page;
-  button.shortcut = shortcut;
-  return button;
+  return WithKeys(button, shortcut);
 }
 
 constexpr auto kRows = std::to_array<ControlInfo>({
@@ -76,13 +75,13 @@ constexpr auto kRows = std::to_array<ControlInfo>({
 });
 
 constexpr auto kPages = std::to_array<Page>({
-    {kSearchPage, &SearchPage::Layout},
+    {kSearchPage, &SearchPage::Layout, nullptr, true},
     {kStartUpPage, &WebPage::Layout},
     {kRepertoirePage, &RepertoirePage::Layout, &RepertoirePage::WideLayout},
     {kInternetPage, &WebPage::Layout},
     {kOptionsPage, &OptionsPage::Layout},
-    {kStartPage, &StartPage::Layout},
-    {kTypingPage, &TypingPage::Layout},
+    {kStartPage, &StartPage::Layout, &StartPage::WideLayout},
+    {kTypingPage, &TypingPage::Layout, &TypingPage::WideLayout},
 });
 
 // "1:05" for 65 seconds.
@@ -158,10 +157,11 @@ Part PageLayout(std::int16_t page, int width) {
 }
 
 Part WindowLayout(Part page) {
-  Part bar = Row({The(&F::cmdinicio), The(&F::cmdbuscar), The(&F::cmdrepertorio), The(&F::cmd906),
-                  The(&F::cmdopciones), Stretch(), The(&F::phoneButton), The(&F::cmdayuda)})
-                 .Gap(look::kFieldGap)
-                 .Margins(look::kGrid, 0, 0);
+  Part bar =
+      Row({The(&F::cmdinicio), The(&F::cmdbuscar), The(&F::cmdrepertorio), The(&F::cmd906),
+           The(&F::cmdopciones), Stretch(), The(&F::phoneButton).Shrinks(), The(&F::cmdayuda)})
+          .Gap(look::kFieldGap)
+          .Margins(look::kGrid, 0, 0);
   bar.frame = Part::Frame::kBar;
   Part banner =
       Row({The(&F::navbanner).Weight(1).Heights(look::kBannerHeight, look::kBannerHeight)})
@@ -298,7 +298,7 @@ void Form1::cmdinicio_Click() {
     ShowPage(kStartPage);
     core::SkipErrors([this] { Converter(); });
     txtmelodiacompo_Change();  // the phone may have changed
-    txtrtttlsube_Change();
+    CheckRtttlBox();
   }
 }
 
@@ -342,6 +342,12 @@ void Form1::saveComposed_Click() {
 
 void Form1::saveRtttl_Click() {
   KeepMelody(txtrtttlsube.text);
+}
+
+void Form1::keepNewest_Click() {
+  if (const std::string text = NewestMelody(); !text.empty()) {
+    KeepMelody(text);
+  }
 }
 
 void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
@@ -457,6 +463,8 @@ void Form1::List1_DblClick() {
 void Form1::Refresh() {
   // The guide is part of the repertoire.
   const std::int16_t shown = paginaactual == kTypingPage ? kRepertoirePage : paginaactual;
+  const auto page = std::ranges::find(kPages, paginaactual, &Page::number);
+  navbanner.hasRoom = page != kPages.end() && page->banner;
   for (const ControlInfo& info : Rows()) {
     (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == shown;
   }

@@ -70,6 +70,7 @@ class Form1 : public SharedState,
   // What is composed, or the RTTTL text, becomes a file of the repertoire, which is shown.
   void saveComposed_Click();
   void saveRtttl_Click();
+  void keepNewest_Click();  // the selected one of the server's newest melodies
   // Files dropped on the window: their melodies are added to the repertoire.
   void FilesDropped(std::span<const std::filesystem::path> paths);
   void addButton_Click();

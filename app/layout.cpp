@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "app/form1.h"
 
@@ -17,15 +18,8 @@ void AddControls(const Part& part, std::vector<Control Form1::*>& controls) {
   }
 }
 
-// One part of a row or a column, along it.
-struct Share {
-  int least, most, weight;
-  int size = 0;
-};
-
-// Parts without weight get their least size; the others share the rest by weight, each within its
-// limits.
-void ShareOut(std::vector<Share>& shares, int total) {
+// On one line, without the gaps.
+void ShareLine(std::span<Share> shares, int total) {
   int room = total, asked = 0;
   for (Share& share : shares) {
     share.size = share.least;
@@ -60,6 +54,18 @@ void ShareOut(std::vector<Share>& shares, int total) {
   }
 }
 
+// The end of the line that begins with `first`.
+std::size_t LineEnd(std::span<const Share> shares, std::size_t first, int gap, int total) {
+  int used = shares[first].least;
+  for (std::size_t i = first + 1; i < shares.size(); ++i) {
+    used += gap + shares[i].least;
+    if (used > total || (shares[i].stretch && i + 1 < shares.size())) {
+      return i;
+    }
+  }
+  return shares.size();
+}
+
 class Solver {
  public:
   Solver(const Form1& form, double scale, const Measure& measure)
@@ -80,6 +86,28 @@ class Solver {
     }
   }
 
+  // The height that a part needs at this width.
+  int Height(const Part& part, int width) const {
+    int height = 0;
+    if (part.control != nullptr) {
+      height = measure_(part.control, width).height;
+    } else {
+      const auto parts = Shown(part);
+      const int inner = width - 2 * Px(part.marginX);
+      if (part.kind == Part::Kind::kRow) {
+        const std::vector<int> lines = LineHeights(parts, Widths(part, parts, inner));
+        height = std::accumulate(lines.begin(), lines.end(), 0) + Gaps(part, lines.size());
+      } else {
+        for (const Part* each : parts) {
+          height += Height(*each, inner);
+        }
+        height += Gaps(part, parts.size());
+      }
+      height += Px(part.marginTop) + Px(part.marginBottom);
+    }
+    return std::clamp(height, Px(part.leastHeight), Px(part.mostHeight));
+  }
+
   std::vector<Placed> Take() { return std::move(placed_); }
 
  private:
@@ -90,7 +118,7 @@ class Solver {
 
   bool Shows(const Part& part) const {
     return part.kind == Part::Kind::kStretch ||
-           (part.control != nullptr ? (form_.*part.control).visible
+           (part.control != nullptr ? (form_.*part.control).Shows()
                                     : std::ranges::any_of(part.parts, [this](const Part& each) {
                                         return each.kind != Part::Kind::kStretch && Shows(each);
                                       }));
@@ -125,54 +153,60 @@ class Solver {
     return std::clamp(width, Px(part.leastWidth), Px(part.mostWidth));
   }
 
-  // The height that a part needs at this width.
-  int Height(const Part& part, int width) const {
-    int height = 0;
-    if (part.control != nullptr) {
-      height = measure_(part.control, width).height;
-    } else {
-      const auto parts = Shown(part);
-      const int inner = width - 2 * Px(part.marginX);
-      if (part.kind == Part::Kind::kRow) {
-        const std::vector<Share> widths = Widths(part, parts, inner);
-        for (std::size_t i = 0; i < parts.size(); ++i) {
-          height = std::max(height, Height(*parts[i], widths[i].size));
-        }
-      } else {
-        for (const Part* each : parts) {
-          height += Height(*each, inner);
-        }
-        height += Gaps(part, parts.size());
-      }
-      height += Px(part.marginTop) + Px(part.marginBottom);
-    }
-    return std::clamp(height, Px(part.leastHeight), Px(part.mostHeight));
-  }
-
   std::vector<Share> Widths(const Part& part, const std::vector<const Part*>& parts,
                             int total) const {
     std::vector<Share> shares;
     for (const Part* each : parts) {
       // A part with a weight may be narrower than its text, which then wraps.
       const int least = each->weight > 0 ? Px(each->leastWidth) : Width(*each);
-      shares.push_back({least, std::max(least, Px(each->mostWidth)), each->weight});
+      shares.push_back({.least = least,
+                        .most = std::max(least, Px(each->mostWidth)),
+                        .weight = each->weight,
+                        .stretch = each->kind == Part::Kind::kStretch});
     }
-    ShareOut(shares, total - Gaps(part, parts.size()));
+    int missing = Gaps(part, parts.size()) - total;
+    for (const Share& share : shares) {
+      missing += share.least;
+    }
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      if (parts[i]->shrinks && missing > 0) {
+        shares[i].least = std::max(Px(look::kLeastLink), shares[i].least - missing);
+      }
+    }
+    ShareOut(shares, Px(part.gap), total, part.wraps);
     return shares;
+  }
+
+  // Of the lines of a row.
+  std::vector<int> LineHeights(const std::vector<const Part*>& parts,
+                               const std::vector<Share>& widths) const {
+    std::vector<int> heights;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      heights.resize(static_cast<std::size_t>(widths[i].line) + 1);
+      heights.back() = std::max(heights.back(), Height(*parts[i], widths[i].size));
+    }
+    return heights;
   }
 
   void PutRow(const Part& part, const std::vector<const Part*>& parts, const Rect& area) {
     const std::vector<Share> widths = Widths(part, parts, area.width);
-    int left = area.left;
+    std::vector<int> lines = LineHeights(parts, widths);
+    if (lines.size() == 1) {
+      lines[0] = area.height;
+    }
+    int top = area.top;
     for (std::size_t i = 0; i < parts.size(); ++i) {
-      Rect place = {left, area.top, widths[i].size, area.height};
-      if (parts[i]->control != nullptr) {  // in the middle of the row's height
-        place.height = std::min(area.height, Height(*parts[i], place.width));
-        place.top += (area.height - place.height) / 2;
+      if (i > 0 && widths[i].line > widths[i - 1].line) {
+        top += lines[static_cast<std::size_t>(widths[i - 1].line)] + Px(part.gap);
+      }
+      const int line = lines[static_cast<std::size_t>(widths[i].line)];
+      Rect place = {area.left + widths[i].at, top, widths[i].size, line};
+      if (parts[i]->control != nullptr) {  // in the middle of the line
+        place.height = std::min(line, Height(*parts[i], place.width));
+        place.top += (line - place.height) / 2;
       }
       place.height = std::min(place.height, Px(parts[i]->mostHeight));
       Put(*parts[i], place);
-      left += widths[i].size + Px(part.gap);
     }
   }
 
@@ -180,14 +214,13 @@ class Solver {
     std::vector<Share> heights;
     for (const Part* each : parts) {
       const int least = Height(*each, area.width);
-      heights.push_back({least, std::max(least, Px(each->mostHeight)), each->weight});
+      heights.push_back(
+          {.least = least, .most = std::max(least, Px(each->mostHeight)), .weight = each->weight});
     }
-    ShareOut(heights, area.height - Gaps(part, parts.size()));
-    int top = area.top;
+    ShareOut(heights, Px(part.gap), area.height);
     for (std::size_t i = 0; i < parts.size(); ++i) {
-      Put(*parts[i],
-          {area.left, top, std::min(area.width, Px(parts[i]->mostWidth)), heights[i].size});
-      top += heights[i].size + Px(part.gap);
+      Put(*parts[i], {area.left, area.top + heights[i].at,
+                      std::min(area.width, Px(parts[i]->mostWidth)), heights[i].size});
     }
   }
 
@@ -198,6 +231,34 @@ class Solver {
 };
 
 }  // namespace
+
+int ShareOut(std::span<Share> shares, int gap, int total, bool wraps) {
+  int needed = 0;
+  for (const Share& share : shares) {
+    needed += share.least + gap;
+  }
+  const bool broken = wraps && needed - gap > total;
+  bool atEnd = false;
+  int line = 0;
+  for (std::size_t first = 0, end = 0; first < shares.size(); first = end, ++line) {
+    end = broken ? LineEnd(shares, first, gap, total) : shares.size();
+    const std::span<Share> shown = shares.subspan(first, end - first);
+    const int room = total - gap * static_cast<int>(shown.size() - 1);
+    ShareLine(shown, room);
+    atEnd |= shown[0].stretch;
+    int at = 0;
+    for (Share& share : shown) {
+      share.line = line;
+      share.at = at;
+      share.size = wraps ? std::min(share.size, total) : share.size;
+      at += share.size + gap;
+    }
+    for (Share& share : shown) {
+      share.at += broken && atEnd ? std::max(0, total - (at - gap)) : 0;
+    }
+  }
+  return line;
+}
 
 Part The(Control Form1::*control) {
   return {.kind = Part::Kind::kControl, .control = control};
@@ -234,6 +295,11 @@ std::vector<Control Form1::*> ControlsIn(const Part& tree) {
 
 std::vector<Control Form1::*> PageControls(std::int16_t page) {
   return ControlsIn(PageLayout(page));
+}
+
+int HeightFor(const Form1& form, const Part& tree, int width, double scale,
+              const Measure& measure) {
+  return Solver(form, scale, measure).Height(tree, width);
 }
 
 std::vector<Placed> Place(const Form1& form, const Part& tree, const Rect& area, double scale,

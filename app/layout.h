@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <span>
 #include <vector>
 
 #include "app/control_table.h"
@@ -27,6 +28,8 @@ struct Part {
   int leastWidth = 0, mostWidth = kUnbounded, leastHeight = 0, mostHeight = kUnbounded;
   Frame frame = Frame::kNone;
   bool scrolls = false;  // when the contents are too high, if the toolkit can
+  bool wraps = false;    // a row too narrow for its parts goes on in further lines
+  bool shrinks = false;  // a control that is cut off before others have no room
 
   Part Weight(int share) && { return weight = share, std::move(*this); }
   Part Gap(int distance) && { return gap = distance, std::move(*this); }
@@ -40,6 +43,8 @@ struct Part {
   Part Heights(int least, int most = kUnbounded) && {
     return leastHeight = least, mostHeight = most, std::move(*this);
   }
+  Part Shrinks() && { return shrinks = true, std::move(*this); }
+  Part Wraps() && { return wraps = true, std::move(*this); }
   Part Scrolls() && { return scrolls = true, std::move(*this); }
 };
 
@@ -56,6 +61,7 @@ struct Page {
   std::int16_t number;
   Part (*layout)();
   Part (*wide)() = nullptr;  // of the same controls, from look::kWideWidth on
+  bool banner = false;       // what it says belongs here
 
   auto LayoutFor(int width) const { return wide && width >= look::kWideWidth ? wide : layout; }
 };
@@ -71,6 +77,18 @@ Part WindowLayout(Part page);
 // focus gets it when the page is shown.
 std::vector<Control Form1::*> ControlsIn(const Part& tree);
 std::vector<Control Form1::*> PageControls(std::int16_t page);
+
+// One part of a row or a column along it, with what it gets.
+struct Share {
+  int least = 0, most = 0, weight = 0;
+  bool stretch = false;
+  int size = 0, at = 0;  // its beginning
+  int line = 0;          // of a row that wraps
+};
+// Parts without weight get their least size; the others share the rest by weight, each within its
+// limits. A row that `wraps` and is too narrow breaks before its stretches, then wherever it must;
+// a line behind a stretch stands at the end. Returns the number of lines.
+int ShareOut(std::span<Share> shares, int gap, int total, bool wraps = false);
 
 struct Size {
   int width = 0, height = 0;
@@ -89,6 +107,9 @@ struct Placed {
   const Part* part;  // in the tree
   Rect rect;
 };
+
+// The height that the tree needs at this width, in pixels.
+int HeightFor(const Form1& form, const Part& tree, int width, double scale, const Measure& measure);
 
 // Places every visible control of the tree in the area, in pixels; `scale` is the number of pixels
 // per device-independent pixel. Hidden controls take no space.

@@ -14,8 +14,9 @@ inline constexpr int kPageMargin = 2 * kGrid;
 inline constexpr int kFieldGap = kGrid / 2;  // a label above its field
 inline constexpr int kCardPadding = 2 * kGrid;
 inline constexpr int kBannerHeight = 44;
-inline constexpr int kLowestView = 80, kTallestView = 220;  // of a melody's drawing
+inline constexpr int kLowestView = 80, kTallestView = 280;  // of a melody's drawing
 inline constexpr int kRadius = 6;
+inline constexpr int kLeastLink = 56;    // of a button that gives way
 inline constexpr int kMeasure = 720;     // the widest that something to read or to fill in becomes
 inline constexpr int kWideWidth = 1240;  // from here on a page stands in more columns
 

@@ -38,6 +38,7 @@ struct KeptNumber {
 constexpr auto kNumbers = std::to_array<KeptNumber>({
     {"resultado.letra", &F::textresultado, look::kSmallestType, look::kLargestType},
     {kBeep, &F::beepChoice, 0, 1},
+    {"guia.sonido", &F::soundNotes, 0, 1},
 });
 
 constexpr std::string_view kWindow = "ventana";  // left, top, width, height, 1 when maximised

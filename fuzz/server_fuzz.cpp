@@ -155,8 +155,10 @@ void CheckShelf(Conversation& conversation) {
     Require(shelf.Melody(name).has_value(), "a melody that its listing does not lead to");
   }
   const std::filesystem::directory_iterator files(conversation.path());
-  Require(static_cast<std::size_t>(std::distance(begin(files), end(files))) == shelf.size(),
-          "other files than melodies");
+  const auto melodies = std::count_if(begin(files), end(files), [](const auto& entry) {
+    return entry.path().filename() != ".indice";
+  });
+  Require(static_cast<std::size_t>(melodies) == shelf.size(), "other files than melodies");
 }
 
 }  // namespace

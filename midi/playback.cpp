@@ -25,11 +25,7 @@ std::string PlayedBytes(const core::RTTTLMelody& melody, Voice voice) {
 
 void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice) {
   core::ShowRTTTLError(core::ParseRTTTL(melody));  // the notes parsed before an error are played
-  const std::string fileName = melody.FileName;
-  melody.FileName = melody.TempFolder + std::string(kTempFile);
-  if (!core::SkipErrors([&] {
-        files::WriteBytes(files::PathFromText(melody.FileName), PlayedBytes(melody, voice));
-      })) {
+  if (!StartMelody(melody, sequencer, voice)) {
     // FileName is not restored here: deliberate.
     core::MsgBox(
         "No se pudo crear el archivo temporal.\r\n"
@@ -37,11 +33,22 @@ void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice) {
         melody.FileName);
     return;
   }
+  core::MsgBox("Reproduciendo melodia: " + melody.Name, core::Icon::kInformation, kPlayingTitle);
+  MciClose(sequencer);
+}
+
+bool StartMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice) {
+  const std::string fileName = melody.FileName;
+  melody.FileName = melody.TempFolder + std::string(kTempFile);
+  if (!core::SkipErrors([&] {
+        files::WriteBytes(files::PathFromText(melody.FileName), PlayedBytes(melody, voice));
+      })) {
+    return false;
+  }
   MciClose(sequencer);
   MciOpenAndPlay(melody, sequencer);
   melody.FileName = fileName;
-  core::MsgBox("Reproduciendo melodia: " + melody.Name, core::Icon::kInformation, kPlayingTitle);
-  MciClose(sequencer);
+  return true;
 }
 
 void MciOpenAndPlay(const core::RTTTLMelody& melody, Sequencer& sequencer) {

@@ -25,6 +25,11 @@ inline constexpr std::string_view kPlayingTitle = "Reproduciendo";
 // says so and melody.FileName keeps its path; otherwise FileName is restored.
 void PlayMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice = Voice::kInstrument);
 
+// Writes that file for a parsed melody and starts it in place of what plays; it sounds until
+// MciClose or to its end. Shows nothing. False when the file cannot be written: melody.FileName
+// then keeps its path, otherwise it is restored.
+bool StartMelody(core::RTTTLMelody& melody, Sequencer& sequencer, Voice voice);
+
 // Sends "open" and "play" for melody.FileName; ignores the results.
 void MciOpenAndPlay(const core::RTTTLMelody& melody, Sequencer& sequencer);
 

@@ -31,15 +31,22 @@ constexpr std::string_view kTrial = "Prueba:d=8,o=6,b=160:c,e,g,g,4c7";
 constexpr std::string_view kNothingFound = u8"Ningún móvil con ese nombre"_w;
 constexpr std::string_view kNoNumbers = u8"De esta marca solo hay formatos"_w;
 
+constexpr ControlInfo Search() {
+  ControlInfo box =
+      Row(Look::kLine, "phoneSearch", &F::phoneSearch, u8"Busca tu móvil por su número"_w,
+          {Event::kChange, &F::phoneSearch_Change}, {Event::kEnter, &F::phoneSearch_Enter},
+          u8"Escribe su número, por ejemplo 3310 o t68"_w);
+  box.below = &F::modelList;
+  return box;
+}
+
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("optionsTitle", &F::optionsTitle, words::kChoosePhone, Font::kHeading),
     Label("Label3", &F::Label3, "&Marca", &F::cmbmarcas),
     Row(Look::kList, "cmbmarcas", &F::cmbmarcas, u8"Marca del móvil"_w,
         {Event::kClick, &F::cmbmarcas_Click}),
     Label("searchLabel", &F::searchLabel, u8"Bu&sca tu móvil"_w, &F::phoneSearch),
-    Row(Look::kLine, "phoneSearch", &F::phoneSearch, u8"Busca tu móvil por su número"_w,
-        {Event::kChange, &F::phoneSearch_Change}, {Event::kEnter, &F::phoneSearch_Enter},
-        u8"Escribe su número, por ejemplo 3310 o t68"_w),
+    Search(),
     Label("modelLabel", &F::modelLabel, "Mod&elo", &F::modelList),
     Row(Look::kList, "modelList", &F::modelList, "Modelo", {Event::kClick, &F::modelList_Click}),
     Label("Label4", &F::Label4, "O&tros formatos", &F::formatList),
@@ -80,20 +87,23 @@ Part OptionsPage::Layout() {
   Part card =
       Card({
                Row({The(&F::optionsTitle), Stretch(), The(&F::searchLabel),
-                    The(&F::phoneSearch).Widths(kSearchWidth, kSearchWidth)}),
+                    The(&F::phoneSearch).Widths(kSearchWidth, kSearchWidth)})
+                   .Wraps(),
                Row({list(&F::Label3, &F::cmbmarcas, 2), list(&F::modelLabel, &F::modelList, 2),
                     list(&F::Label4, &F::formatList, 3)})
                    .Gap(kPageMargin)
                    .Weight(1),
                Column({The(&F::nokiaLabel), Row({The(&F::keysChoice), The(&F::shownChoice),
-                                                 The(&F::sendChoice), Stretch()})})
+                                                 The(&F::sendChoice), Stretch()})
+                                                .Wraps()})
                    .Gap(look::kFieldGap),
                Row({The(&F::optionsPicture),
                     Column({The(&F::optionsSentence), The(&F::exampleLabel), The(&F::enterLabel)})
                         .Gap(look::kFieldGap)
                         .Weight(1)}),
                Row({The(&F::soundLabel), The(&F::instrumentChoice), The(&F::beepChoice),
-                    The(&F::trySoundButton), Stretch()}),
+                    The(&F::trySoundButton), Stretch()})
+                   .Wraps(),
            })
           .Gap(kPageMargin)
           .Margins(3 * kGrid, 2 * kGrid, 2 * kGrid)
@@ -104,7 +114,8 @@ Part OptionsPage::Layout() {
                      .Weight(1000)
                      .Heights(0, kTallestCard),
                  Stretch()})
-      .Margins(0, look::kGrid, look::kGrid);
+      .Margins(0, look::kGrid, look::kGrid)
+      .Scrolls();
 }
 
 void OptionsPage::RefreshOptions() {

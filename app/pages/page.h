@@ -25,7 +25,7 @@ inline constexpr std::int16_t kStartPage = 8;   // composer and RTTTL box
 inline constexpr std::int16_t kTypingPage = 9;  // reached from the repertoire page alone
 
 // The melody that is playing, while PlayMelody shows its message box: one that has a drawing, or
-// the one to try the sound with.
+// one without (kTrial).
 enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl, kTrial };
 
 // State shared by the pages.

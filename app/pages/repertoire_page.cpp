@@ -40,9 +40,8 @@ using namespace core::literals;
 using F = Form1;
 
 constexpr int kListWidth = 280, kWidestList = 400;
-constexpr int kTempoWidth = 64, kSliderWidth = 120;
-constexpr int kLowestDisplay = 120, kLowestNotices = 56, kTallestNotices = 320, kLowestSide = 104,
-              kTallestSide = 160;
+constexpr int kTempoWidth = 64, kSliderWidth = 120, kLeastTitle = 160, kLeastSide = 200;
+constexpr int kLowestDisplay = 120, kLowestNotices = 56, kTallestNotices = 320, kLowestSide = 104;
 
 constexpr std::string_view kEmptyRepertoire =
     u8"Tu repertorio está vacío. Busca melodías en el servidor y descárgalas: aparecerán aquí."_w;
@@ -50,14 +49,6 @@ constexpr std::string_view kChoosePhoneFirst =
     u8"Elige tu móvil en Opciones; después podrás convertir tus melodías."_w;
 constexpr std::string_view kConvertFirst =
     u8"Elige una melodía y pulsa Convertir: aquí verás lo que necesita tu móvil."_w;
-
-constexpr ControlInfo Teclear() {
-  ControlInfo button =
-      Button(Look::kPrimary, "teclearButton", &F::teclearButton, "T&eclear", "movil",
-             u8"Teclear el resultado en el móvil, paso a paso (F5)"_w, &F::teclearButton_Click);
-  button.shortcut = "F5";
-  return button;
-}
 
 constexpr std::string_view kNothingFiltered = u8"Ninguna melodía tiene esas palabras."_w;
 constexpr std::string_view kFilter = u8"Filtrar (Ctrl+F)"_w;
@@ -99,6 +90,7 @@ constexpr ControlInfo Filter() {
       Look::kLine, "repertoireFilter", &F::repertoireFilter, "Palabras que buscar en el repertorio",
       {Event::kChange, &F::repertoireFilter_Change}, {Event::kEnter, &F::repertoireFilter_Enter});
   box.shortcut = "Ctrl+F";
+  box.below = &F::List1;
   return box;
 }
 
@@ -109,8 +101,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kLine, "entryBox", &F::entryBox, "Nombre nuevo o semitonos",
         {Event::kEnter, &F::entryButton_Click}),
     Button(Look::kButton, "entryButton", &F::entryButton, "Aceptar", "", "", &F::entryButton_Click),
-    Button(Look::kButton, "cancelEntryButton", &F::cancelEntryButton, "Cancelar", "", "",
-           &F::cancelEntryButton_Click),
+    WithKeys(Button(Look::kButton, "cancelEntryButton", &F::cancelEntryButton, "Cancelar", "",
+                    "Dejarlo como estaba (Esc)", &F::cancelEntryButton_Click),
+             "Esc"),
     Open("addButton", &F::addButton, u8"&Abrir…"_w, &F::addButton_Click),
     Button(Look::kButton, "undoDeleteButton", &F::undoDeleteButton, "Des&hacer", "",
            u8"Recuperar la melodía borrada"_w, &F::undoDeleteButton_Click),
@@ -123,7 +116,10 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            u8"Escuchar la melodía elegida"_w, &F::picreproducir_Click),
     Button(Look::kPrimary, "picconvertir", &F::picconvertir, "&Convertir", "convertir",
            u8"Convertir la melodía elegida para tu móvil"_w, &F::picconvertir_Click),
-    Teclear(),
+    WithKeys(
+        Button(Look::kPrimary, "teclearButton", &F::teclearButton, "T&eclear", "movil",
+               u8"Teclear el resultado en el móvil, paso a paso (F5)"_w, &F::teclearButton_Click),
+        "F5"),
     Button(Look::kButton, "picimprimir", &F::picimprimir, "I&mprimir", "imprimir",
            u8"Imprimir la melodía convertida"_w, &F::picimprimir_Click),
     Words("lbltextresult", &F::lbltextresult, "", Font::kTitle),
@@ -204,8 +200,8 @@ Part Arranged(bool wide) {
                          The(&F::List1).Weight(1),
                          The(&F::entryLabel),
                          The(&F::entryBox),
-                         Row({Stretch(), The(&F::entryButton), The(&F::cancelEntryButton)}),
-                         Row({The(&F::addButton), Stretch(), The(&F::undoDeleteButton)}),
+                         Row({Stretch(), The(&F::entryButton), The(&F::cancelEntryButton)}).Wraps(),
+                         Row({The(&F::addButton), Stretch(), The(&F::undoDeleteButton)}).Wraps(),
                          The(&F::goToSearchButton),
                      })
                   .Weight(wide ? 2 : 0)
@@ -213,20 +209,25 @@ Part Arranged(bool wide) {
   Part drawing = The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView);
   Part notices =
       Column({Row({The(&F::Label2).Weight(1), The(&F::foldButton)}),
-              The(&F::Textavisos).Weight(1).Heights(kLowestNotices, kTallestNotices), Stretch()})
+              The(&F::Textavisos).Weight(1000).Heights(kLowestNotices, kTallestNotices), Stretch()})
           .Gap(look::kFieldGap)
           .Weight(1);
   std::vector<Part> result;
   result.push_back(Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::teclearButton),
-                        The(&F::picimprimir), Stretch()}));
-  result.push_back(The(&F::staleButton));
-  result.push_back(Row({The(&F::lbltextresult).Weight(1), The(&F::Label1),
-                        The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)}));
-  result.push_back(Row({The(&F::limitMark), The(&F::rangeMark), The(&F::wordsMark), Stretch()}));
-  result.push_back(The(&F::textresultado).Weight(5).Heights(kLowestDisplay));
+                        The(&F::picimprimir), Stretch()})
+                       .Wraps());
+  result.push_back(The(&F::staleButton).Shrinks());
+  Part tempo = Row(
+      {The(&F::Label1), The(&F::texttempo).Widths(kTempoWidth, kTempoWidth), The(&F::tempoUnit)});
+  result.push_back(Row({The(&F::lbltextresult).Weight(1).Widths(kLeastTitle, Part::kUnbounded),
+                        std::move(tempo)})
+                       .Wraps());
   result.push_back(
-      Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
-           The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)}));
+      Row({The(&F::limitMark), The(&F::rangeMark), The(&F::wordsMark), Stretch()}).Wraps());
+  result.push_back(The(&F::textresultado).Weight(5).Heights(kLowestDisplay));
+  result.push_back(Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
+                        The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)})
+                       .Wraps());
   std::vector<Part> columns;
   columns.push_back(std::move(list));
   if (wide) {
@@ -237,10 +238,11 @@ Part Arranged(bool wide) {
             .Widths(0, look::kMeasure)
             .Scrolls());
   } else {
-    result.push_back(Row({std::move(drawing).Weight(1), std::move(notices).Weight(1)})
-                         .Gap(look::kPageMargin)
-                         .Weight(1)
-                         .Heights(kLowestSide, kTallestSide));
+    const auto side = [](Part part) {
+      return std::move(part).Weight(1).Widths(kLeastSide, Part::kUnbounded).Heights(kLowestSide);
+    };
+    result.push_back(
+        Row({side(std::move(drawing)), side(std::move(notices))}).Gap(look::kPageMargin).Wraps());
     // Large fonts may need more height than the window has.
     columns.push_back(Column(std::move(result)).Weight(1).Scrolls());
   }
@@ -312,6 +314,7 @@ RepertoirePage::RepertoirePage(SharedState& state) : state_(state) {
   picimprimir.enabled = false;
   copiedTimer.enabled = false;
   copiedTimer.interval = look::kCopiedMs;
+  folderTimer.enabled = false;
   folderTimer.interval = kFolderMs;
 }
 

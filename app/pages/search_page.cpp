@@ -27,9 +27,16 @@ constexpr std::string_view kAfterScheme = "://";
 constexpr std::string_view kNoAnswer = ". Lo que ves no es una respuesta.";
 constexpr std::string_view kNoMelody = u8". Lo que se ha guardado no es la melodía."_w;
 
+constexpr ControlInfo Search() {
+  ControlInfo box =
+      Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
+          {Event::kEnter, &F::picabuscar_Click}, {}, u8"Palabras del nombre de la melodía"_w);
+  box.below = &F::List1;
+  return box;
+}
+
 constexpr auto kRows = std::to_array<ControlInfo>({
-    Row(Look::kLine, "txtbuscar", &F::txtbuscar, u8"Palabras que buscar"_w,
-        {Event::kEnter, &F::picabuscar_Click}, {}, u8"Palabras del nombre de la melodía"_w),
+    Search(),
     Button(Look::kPrimary, "picabuscar", &F::picabuscar, "Bu&scar", "buscar",
            "Buscar estas palabras en el servidor", &F::picabuscar_Click),
     Button(Look::kButton, "picazar", &F::picazar, "Al a&zar", "azar", u8"Unas melodías al azar"_w,

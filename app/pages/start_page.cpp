@@ -8,11 +8,15 @@
 #include "app/form1.h"
 #include "app/layout.h"
 #include "app/words.h"
+#include "core/melody_file.h"
 #include "core/message_box.h"
 #include "core/number.h"
+#include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
+#include "net/addresses.h"
+#include "net/listing.h"
 #include "net/upload.h"
 #include "nokia3210/cnokia.h"
 #include "phones/formats.h"
@@ -46,6 +50,7 @@ constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", 
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
 constexpr int kTempoWidth = 96, kLowestNotes = 48, kTallestCards = 680;
+constexpr int kLeastCard = 400, kLeastSide = 280, kLowestNews = 48;
 
 constexpr std::string_view kApplyHelp = u8"Poner en el cuadro la melodía arreglada"_w;
 
@@ -58,6 +63,26 @@ constexpr ControlInfo Action(std::string_view name, Control F::*member, std::str
 
 constexpr std::string_view kMelodyWays = u8"Búscala o escríbela aquí"_w;
 constexpr std::string_view kResultWays = u8"Conviértela y pásala a tu móvil"_w;
+
+constexpr std::string_view kNewest = u8"Lo último"_w;
+constexpr std::string_view kNoNews = u8"Aquí verás las últimas melodías del servidor."_w;
+constexpr std::string_view kNoServer = "El servidor no responde.";
+constexpr std::string_view kNotFetched = u8"El servidor no ha dado esa melodía."_w;
+constexpr std::size_t kNewestRows = 20;
+constexpr std::uint32_t kNewsMs = 50;  // the page is painted first
+
+constexpr MenuItem kNewsMenu[] = {
+    {"&Escuchar", "", &F::hearNewest_Click, true, "reproducir"},
+    {"&Descargar", "", &F::keepNewest_Click, true, "bajar"},
+};
+
+constexpr ControlInfo Newest() {
+  ControlInfo list = Row(Look::kList, "newsList", &F::newsList, u8"Lo último del servidor"_w,
+                         {Event::kActivate, &F::hearNewest_Click});
+  list.menu = kNewsMenu;
+  list.menuPage = kStartPage;
+  return list;
+}
 
 constexpr auto kRows = std::to_array<ControlInfo>({
     Button(Look::kCard, "phoneCard", &F::phoneCard, u8"1. Tu móvil"_w, "movil", words::kChoosePhone,
@@ -105,8 +130,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kNotices, "repairNotices", &F::repairNotices, "Lo que cambia al arreglar el texto"),
     Button(Look::kPrimary, "applyRepairButton", &F::applyRepairButton, "A&plicar", "", kApplyHelp,
            &F::applyRepairButton_Click, kApplyHelp),
-    Action("cancelRepairButton", &F::cancelRepairButton, "&Cancelar", "",
-           u8"Dejar el texto como está"_w, &F::cancelRepairButton_Click),
+    WithKeys(Action("cancelRepairButton", &F::cancelRepairButton, "&Cancelar", "",
+                    u8"Dejar el texto como está (Esc)"_w, &F::cancelRepairButton_Click),
+             "Esc"),
     View("rtttlView", &F::rtttlView, &F::rtttlDrawing, Sounding::kRtttl),
     Action("cmdscuchartttl", &F::cmdscuchartttl, "Esc&uchar", "reproducir",
            "Escuchar el texto RTTTL", &F::cmdscuchartttl_Click),
@@ -115,6 +141,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Action("saveRtttl", &F::saveRtttl, "Guardar en mi repertorio", "guardar",
            u8"Guardar el texto RTTTL en mi repertorio; hace falta una melodía sin faltas"_w,
            &F::saveRtttl_Click, Look::kPrimary),
+    Words("newsTitle", &F::newsTitle, kNewest, Font::kTitle),
+    Newest(),
+    Row(Look::kTimer, "newsTimer", &F::newsTimer, "", {Event::kTick, &F::newsTimer_Timer}),
     Open("openButton", &F::openButton, u8"Abrir &fichero…"_w, &F::addButton_Click),
     Row(Look::kStorage, "rtf", &F::rtf),
 });
@@ -153,7 +182,9 @@ std::span<const ControlInfo> StartPage::Rows() {
   return kRows;
 }
 
-Part StartPage::Layout() {
+namespace {
+
+Part Arranged(bool wide) {
   const auto view = [](Control F::*drawing) {
     return The(drawing).Weight(3).Heights(kLowestNotes, look::kTallestView);
   };
@@ -169,7 +200,8 @@ Part StartPage::Layout() {
       Row({The(&F::composerCheckLabel), The(&F::lblMsg).Weight(1)}).Gap(look::kPageMargin),
       The(&F::keyRow),
       view(&F::composerView),
-      Row({Stretch(), The(&F::cmdscuchacumpo), The(&F::cmdsubecompo), The(&F::saveComposed)}),
+      Row({Stretch(), The(&F::cmdscuchacumpo), The(&F::cmdsubecompo), The(&F::saveComposed)})
+          .Wraps(),
   });
   Part rtttl = Card({
       Row({The(&F::lbltitulortttl).Weight(1), The(&F::openButton)}),
@@ -178,25 +210,49 @@ Part StartPage::Layout() {
       The(&F::repairLabel),
       The(&F::repairList).Weight(2).Heights(kLowestNotes),
       The(&F::repairNotices).Weight(3).Heights(kLowestNotes),
-      Row({Stretch(), The(&F::cancelRepairButton), The(&F::applyRepairButton)}),
+      Row({Stretch(), The(&F::cancelRepairButton), The(&F::applyRepairButton)}).Wraps(),
       view(&F::rtttlView),
-      Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl)}),
-      Row({Stretch(), The(&F::saveRtttl)}),
+      Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl), The(&F::saveRtttl)})
+          .Wraps(),
   });
-  Part cards =
-      Row({std::move(composer).Weight(5), std::move(rtttl).Weight(3)}).Gap(look::kPageMargin);
+  Part news = Card({The(&F::newsTitle), The(&F::newsList).Weight(1).Heights(kLowestNews)});
+  std::vector<Part> columns;
+  columns.push_back(std::move(composer).Weight(5).Widths(kLeastCard, Part::kUnbounded));
+  if (wide) {
+    columns.push_back(std::move(rtttl).Weight(3));
+    columns.push_back(std::move(news).Weight(2));
+  } else {
+    columns.push_back(Column({std::move(rtttl).Weight(3), std::move(news).Weight(2)})
+                          .Gap(look::kPageMargin)
+                          .Weight(3)
+                          .Widths(kLeastSide, Part::kUnbounded));
+  }
+  Part cards = Row(std::move(columns)).Gap(look::kPageMargin).Wraps();
   Part ways = Row({The(&F::phoneCard).Weight(1), The(&F::melodyCard).Weight(1),
                    The(&F::resultCard).Weight(1)})
-                  .Gap(look::kPageMargin);
+                  .Gap(look::kPageMargin)
+                  .Wraps();
   return Centred(Column({std::move(ways), std::move(cards).Weight(1000).Heights(0, kTallestCards),
                          Stretch()})
-                     .Gap(look::kFieldGap),
+                     .Gap(look::kPageMargin),
                  2 * look::kMeasure)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin)
       .Scrolls();
 }
 
+}  // namespace
+
+Part StartPage::Layout() {
+  return Arranged(false);
+}
+
+Part StartPage::WideLayout() {
+  return Arranged(true);
+}
+
 StartPage::StartPage(SharedState& state) : state_(state) {
+  newsTimer.enabled = false;
+  newsTimer.interval = kNewsMs;
   for (const std::string_view tempo : kUsualTempos) {
     txtcompoTempo.AddRow(tempo);
   }
@@ -226,6 +282,7 @@ void StartPage::RefreshStart() {
   phoneCard.text = phones::PhoneName(state_.program.gPhoneModel);
   melodyCard.text = kMelodyWays;
   resultCard.text = kResultWays;
+  newsTimer.enabled = here && !newsAsked_;
   composerView.invitation = rtttlView.invitation = words::kDrawing;
 }
 
@@ -238,6 +295,46 @@ void StartPage::keyRow_KeyPressed(std::string_view key, bool held) {
 
 void StartPage::subemelodia(const std::string& nombre) {
   net::UploadMelody(state_.Fetch(), nombre, melodiasube, state_.Text1.text);
+  newsAsked_ = false;
+}
+
+void StartPage::newsTimer_Timer() {
+  newsAsked_ = true;
+  std::string reply;
+  const bool answered =
+      core::SkipErrors([&] { reply = Request(state_.program, net::SearchAddress({})); });
+  newsList.Clear();
+  newsList.invitation = answered ? kNoNews : kNoServer;
+  net::ReadListing(reply, true, [this](std::string_view text, std::int32_t number) {
+    if (newsList.rows.size() < kNewestRows) {
+      newsList.AddRow(text, number);
+    }
+  });
+}
+
+std::string StartPage::NewestMelody() {
+  const ListRow row = newsList.Selected();
+  std::string text;
+  if (row.text.empty()) {
+    return text;
+  }
+  core::SkipErrors([&] {
+    const std::string file = core::MelodyFileName(row.text, row.itemData);
+    text = Request(state_.program, net::MelodyAddress(file));
+    text = core::UndoSharpEscape(text.substr(0, text.find_first_of(core::kCrLf)));
+  });
+  if (MelodyDrawing(text).notes.empty()) {
+    core::MsgBox(kNotFetched, core::Icon::kExclamation);
+    text.clear();
+  }
+  return text;
+}
+
+void StartPage::hearNewest_Click() {
+  if (std::string text = NewestMelody(); !text.empty()) {
+    state_.program.gMelody.Text = std::move(text);
+    state_.Play(Sounding::kTrial, state_.program.gMelody);
+  }
 }
 
 nokia3210::CNokia& StartPage::Converter() {
@@ -334,6 +431,12 @@ void StartPage::txtmelodiacompo_Change() {
 }
 
 void StartPage::txtrtttlsube_Change() {
+  repairs_.clear();
+  unrepaired_.clear();
+  CheckRtttlBox();
+}
+
+void StartPage::CheckRtttlBox() {
   const std::string& text = txtrtttlsube.text;
   rtttlCheck = RtttlCheck(text);
   rtttlDrawing = MelodyDrawing(text, state_.program.gPhoneModel);
@@ -351,8 +454,6 @@ void StartPage::txtrtttlsube_Change() {
   saveRtttl.enabled = phones::CheckRtttl(text).verdict == Verdict::kGood;
   cmdsubirmelortttl.whyDisabled = rtttlCheck.sentence;
   repairButton.whyDisabled = kNothingBad;
-  repairs_.clear();
-  unrepaired_.clear();
 }
 
 void StartPage::repairButton_Click() {

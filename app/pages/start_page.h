@@ -39,6 +39,9 @@ class StartPage {
   void applyRepairButton_Click();
   void cancelRepairButton_Click();
   void undoRepairButton_Click();
+  // Lists what came to the server last, once.
+  void newsTimer_Timer();
+  void hearNewest_Click();
   // The text of a box changed: update its check and its drawing. Never throw, show nothing.
   void txtmelodiacompo_Change();
   void txtrtttlsube_Change();
@@ -65,16 +68,22 @@ class StartPage {
   Control saveComposed, saveRtttl, openButton;
   Control repairLabel, repairList, repairNotices, applyRepairButton, cancelRepairButton;
   Control cmdscuchartttl, cmdsubirmelortttl;
+  Control newsTitle, newsList, newsTimer;
   Control rtf;  // the converted RTTTL notes; never shown
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();
+  static Part WideLayout();
 
  protected:
+  // The text of the selected one of the server's newest melodies; "" after a message to the user.
+  std::string NewestMelody();
   // Sets melodiasube to the composer's melody as RTTTL; false after a message to the user.
   bool BuildComposedMelody();
   // Puts a text into txtrtttlsube; what stood there can be brought back.
   void EditRtttl(std::string text);
+  // The check and the drawing of txtrtttlsube; what was proposed and mended stays.
+  void CheckRtttlBox();
   nokia3210::CNokia& Converter();
   void RefreshStart();
 
@@ -83,6 +92,7 @@ class StartPage {
 
   std::vector<phones::RepairedMelody> repairs_;  // proposed; empty when nothing is
   std::string unrepaired_;                       // what the box held before; "" for nothing
+  bool newsAsked_ = false;
   SharedState& state_;
   std::unique_ptr<nokia3210::CNokia> converter_;  // created with the first visit to the page
 };

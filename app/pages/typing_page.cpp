@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "app/form1.h"
 #include "app/layout.h"
@@ -15,6 +16,7 @@
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/write.h"
+#include "midi/playback.h"
 #include "phones/phone_description.h"
 
 namespace tonadex::app {
@@ -25,7 +27,8 @@ using F = Form1;
 using Kind = Shape::Kind;
 using Align = Shape::Align;
 
-constexpr int kLowestStep = 270, kLeastKeypad = 260, kMostKeypad = 460, kPaceWidth = 72;
+constexpr int kLowestStep = 250, kLeastKeypad = 260, kMostKeypad = 460, kPaceWidth = 72;
+constexpr int kWidestGuide = 2 * look::kMeasure - 8 * look::kGrid;
 constexpr std::uint32_t kTickMs = 50;
 constexpr int kLeastSeconds = 1, kMostSeconds = 10;
 constexpr std::string_view kGoOn = u8"Avan&zar solo"_w, kStop = "Parar (&Z)";
@@ -37,9 +40,7 @@ constexpr std::string_view kBefore = "Antes", kAfter = u8"Después"_w;
 
 constexpr ControlInfo Step(std::string_view name, Control F::*member, std::string_view caption,
                            Look look, Handler click, std::string_view shortcut) {
-  ControlInfo button = Button(look, name, member, caption, "", "", click);
-  button.shortcut = shortcut;
-  return button;
+  return WithKeys(Button(look, name, member, caption, "", "", click), shortcut);
 }
 constexpr ControlInfo Shapes(std::string_view name, Control F::*member,
                              Picture (F::*picture)(double, double) const) {
@@ -60,6 +61,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Step("nextGroup", &F::nextGroup, "&Siguiente", Look::kPrimary, &F::nextGroup_Click,
          "Right Space Return"),
     Step("lastGroup", &F::lastGroup, "Al fina&l", Look::kButton, &F::lastGroup_Click, "End"),
+    WithKeys(Button(Look::kChoice, "soundNotes", &F::soundNotes, u8"Oír las no&tas"_w, "",
+                    u8"Que suene cada nota al llegar a ella (F6)"_w, &F::soundNotes_Click),
+             "F6"),
     Button(Look::kButton, "goOnButton", &F::goOnButton, kGoOn, "",
            u8"Pasar al grupo siguiente sin pulsar nada"_w, &F::goOnButton_Click),
     Button(Look::kButton, "fasterButton", &F::fasterButton, u8"–"_w, "", "Menos tiempo por grupo",
@@ -193,24 +197,40 @@ std::span<const ControlInfo> TypingPage::Rows() {
   return kRows;
 }
 
+namespace {
+
+Part Arranged(bool wide) {
+  Part step = The(&F::stepView).Weight(7).Heights(kLowestStep);
+  Part keypad = The(&F::keypadView)
+                    .Weight(wide ? 6 : 4)
+                    .Widths(kLeastKeypad, wide ? look::kMeasure : kMostKeypad)
+                    .Heights(kLowestStep);
+  return Centred(Column({
+                     The(&F::guideTitle),
+                     Row({std::move(step), std::move(keypad)}).Gap(look::kPageMargin).Weight(5),
+                     The(&F::guideView).Weight(1).Heights(look::kLowestView, look::kTallestView),
+                     Row({The(&F::nextGroup), The(&F::previousGroup), The(&F::firstGroup),
+                          The(&F::lastGroup), Stretch(), The(&F::soundNotes), The(&F::goOnButton),
+                          The(&F::fasterButton), The(&F::pace).Widths(kPaceWidth, kPaceWidth),
+                          The(&F::slowerButton)})
+                         .Wraps(),
+                     Row({The(&F::saveSheet), The(&F::printSheet), The(&F::openSheet),
+                          The(&F::showSheet), Stretch(), The(&F::leaveGuide)})
+                         .Wraps(),
+                 }),
+                 kWidestGuide)
+      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin)
+      .Scrolls();
+}
+
+}  // namespace
+
 Part TypingPage::Layout() {
-  return Column({
-                    The(&F::guideTitle),
-                    Row({The(&F::stepView).Weight(7).Heights(kLowestStep),
-                         The(&F::keypadView)
-                             .Weight(4)
-                             .Widths(kLeastKeypad, kMostKeypad)
-                             .Heights(kLowestStep)})
-                        .Gap(look::kPageMargin)
-                        .Weight(5),
-                    The(&F::guideView).Weight(1).Heights(look::kLowestView, look::kTallestView),
-                    Row({The(&F::nextGroup), The(&F::previousGroup), The(&F::firstGroup),
-                         The(&F::lastGroup), Stretch(), The(&F::goOnButton), The(&F::fasterButton),
-                         The(&F::pace).Widths(kPaceWidth, kPaceWidth), The(&F::slowerButton)}),
-                    Row({The(&F::saveSheet), The(&F::printSheet), The(&F::openSheet),
-                         The(&F::showSheet), Stretch(), The(&F::leaveGuide)}),
-                })
-      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+  return Arranged(false);
+}
+
+Part TypingPage::WideLayout() {
+  return Arranged(true);
 }
 
 TypingPage::TypingPage(SharedState& state) : state_(state) {
@@ -224,15 +244,18 @@ bool TypingPage::OpenGuide(std::string_view row, std::string_view model, std::st
     return false;
   }
   row_ = row;
+  melody_ = melody;
   guideTitle.caption = melody.Name + ", para " + phones::PhoneName(model);
   guideDrawing = MelodyDrawing(melody.Text, model);
   shownMs_ = 0;
   keyTimer.enabled = true;
+  SoundNote();
   return true;
 }
 
 void TypingPage::CloseGuide() {
   guide_.Close();
+  HushNote();
   guideDrawing = {};
   keyTimer.enabled = goesOn_ = false;
   saved_.clear();
@@ -245,6 +268,7 @@ void TypingPage::RefreshTyping() {
   nextGroup.enabled = lastGroup.enabled = guide_.at() < last;
   goOnButton.caption = goesOn_ ? kStop : kGoOn;
   goOnButton.enabled = goesOn_ || nextGroup.enabled;
+  soundNotes.checked = soundNotes.value != 0;
   pace.caption = "cada " + std::to_string(seconds_) + " s";
   fasterButton.enabled = seconds_ > kLeastSeconds;
   slowerButton.enabled = seconds_ < kMostSeconds;
@@ -261,7 +285,41 @@ void TypingPage::RefreshTyping() {
 void TypingPage::Go(GuideMove move) {
   if (guide_.Move(move)) {
     shownMs_ = 0;
+    SoundNote();
   }
+}
+
+// The group's note alone, at the melody's tempo; it replaces one that still sounds. A dot that is
+// typed as a rest of its own belongs to the note before it.
+void TypingPage::SoundNote() {
+  HushNote();
+  const phones::TypingStep* step = guide_.Group();
+  const phones::TypingStep* before = guide_.Group(-1);
+  if (soundNotes.value == 0 || step == nullptr || step->note < 0 ||
+      (before != nullptr && before->note == step->note)) {
+    return;
+  }
+  const core::RTTTLNote note = melody_.Notes[static_cast<std::size_t>(step->note)];
+  if (!core::IsPause(note)) {
+    core::RTTTLMelody alone;
+    core::InitMelody(alone, state_.program.services.shell.TempPath());
+    alone.Text = "x:d=4,o=5,b=" + melody_.Beats + ":";
+    alone.Text.append(note.Duration).append(note.Note).append(note.Dotted ? "." : "");
+    alone.Text.append(note.Octave);
+    sounds_ = core::ParseRTTTL(alone) == core::kParsed &&
+              midi::StartMelody(alone, state_.program.services.sequencer, state_.program.voice);
+  }
+}
+
+void TypingPage::HushNote() {
+  if (std::exchange(sounds_, false)) {
+    midi::MciClose(state_.program.services.sequencer);
+  }
+}
+
+void TypingPage::soundNotes_Click() {
+  soundNotes.value = soundNotes.value == 0 ? 1 : 0;
+  SoundNote();
 }
 
 void TypingPage::nextGroup_Click() {

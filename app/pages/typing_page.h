@@ -22,6 +22,8 @@ class TypingPage {
   void firstGroup_Click();
   void lastGroup_Click();
   void keyTimer_Timer();
+  // Each note sounds when it is shown.
+  void soundNotes_Click();
   // Automatic advance and its pace.
   void goOnButton_Click();
   void fasterButton_Click();
@@ -42,12 +44,14 @@ class TypingPage {
   Control guideTitle;
   Control stepView, keypadView, guideView;
   Control firstGroup, previousGroup, nextGroup, lastGroup;
+  Control soundNotes;  // `value`: 1 while the notes sound
   Control goOnButton, slowerButton, pace, fasterButton;
   Control saveSheet, printSheet, openSheet, showSheet, leaveGuide;
   Control keyTimer;
 
   static std::span<const ControlInfo> Rows();
   static Part Layout();
+  static Part WideLayout();  // a larger keypad, nothing wider than the eye takes in
 
  protected:
   // Returns false when there is nothing to type. `row` is the melody's row in the repertoire,
@@ -60,11 +64,15 @@ class TypingPage {
  private:
   void Go(GuideMove move);
   void ChangePace(int seconds);
+  void SoundNote();
+  void HushNote();
   Paper Sheet() const;
 
   SharedState& state_;
   TypingGuide guide_;
   std::string row_;              // of the repertoire
+  core::RTTTLMelody melody_;     // of the guide
+  bool sounds_ = false;          // a note was started
   std::filesystem::path saved_;  // the sheet as PDF; empty before it is saved
   std::uint32_t shownMs_ = 0;    // time since the group is shown
   int seconds_ = 4;              // per group with automatic advance

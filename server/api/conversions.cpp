@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "core/melody_file.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -85,7 +86,8 @@ std::string FileBytes(const FileFormat& format, std::string_view line) {
 }  // namespace
 
 Reply Models(const Call&) {
-  return JsonReply(json::CatalogueJson());
+  static const std::string catalogue = json::CatalogueJson();  // converts an example for each row
+  return JsonReply(catalogue);
 }
 
 Reply Convert(const Call& call) {
@@ -116,8 +118,11 @@ Reply Notes(const Call& call) {
   return JsonReply(json::NotesJson(call.Melody(), model));
 }
 
+// The whole text: a line end within it is a fault.
 Reply Check(const Call& call) {
-  return JsonReply(json::CheckJson(call.Melody()));
+  const std::string_view body = call.request.body;
+  const std::string text = core::FromOutside(body.substr(0, body.find_last_not_of("\r\n") + 1));
+  return JsonReply(json::CheckJson(core::UndoSharpEscape(text)));
 }
 
 Reply Repair(const Call& call) {

@@ -118,13 +118,11 @@ const check = tried(async () => {
   const text = $('pegado').value;
   const result = text.trim() ? await askJson('comprobar', text) : { frase: '', fallos: [] };
   if (text !== $('pegado').value) return;
-  // A text of several lines is for "Arreglar": the check reads one.
-  const whole = result.correcta && !/[\r\n]./.test(text.trim());
-  $('p-frase').textContent = whole || !result.correcta ? result.frase : 'Son varias líneas: arréglalas antes.';
-  $('p-frase').className = whole ? 'bien' : 'mal';
+  $('p-frase').textContent = result.frase;
+  $('p-frase').className = result.correcta ? 'bien' : 'mal';
   $('p-fallos').replaceChildren(...result.fallos.slice(1, 6).map((fault) => el('li', { textContent: fault.frase })));
-  $('p-usar').disabled = !whole;
-  $('p-arreglar').hidden = whole || !text.trim();
+  $('p-usar').disabled = !result.correcta;
+  $('p-arreglar').hidden = result.correcta || !text.trim();
 });
 
 // What a repair or a file gives: one melody is opened, several are listed.
@@ -504,7 +502,7 @@ function fillSheet() {
     conversion.pasos.length ? el('div', { className: 'teclas' }, ...conversion.pasos.map((step, index) => el('div', {},
       el('small', { textContent: index + 1 }), el('b', { textContent: step.grupo || '–' }), el('small', { textContent: step.palabras }))))
       : el('pre', { textContent: conversion.resultado }),
-    el('p', { textContent: conversion.avisos.replace(/\r\n/g, ' ') }));
+    el('p', { className: 'lineas', textContent: conversion.avisos.replace(/\r\n/g, '\n') }));
 }
 
 // ---- The start ----------------------------------------------------------------------------------

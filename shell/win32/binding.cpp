@@ -267,6 +267,9 @@ BoundControl Binding::Make(const ControlInfo& info) {
       break;
     case Look::kList:
       bound.list = std::make_unique<RowList>(parent_, id, theme_);
+      bound.list->SetButtons(info.menu, [this](const app::MenuItem& item) {
+        dispatch_([this, &item] { (form_.*item.handler)(); });
+      });
       bound.window = bound.list->window();
       break;
     case Look::kComboBox:
@@ -365,8 +368,8 @@ void Binding::Draw() {
       EnableWindow(bound.window, control.enabled ? TRUE : FALSE);
     }
     const bool shown = (GetWindowLongPtrW(bound.window, GWL_STYLE) & WS_VISIBLE) != 0;
-    if (shown != control.visible) {
-      ShowWindow(bound.window, control.visible ? SW_SHOWNA : SW_HIDE);
+    if (shown != control.Shows()) {
+      ShowWindow(bound.window, control.Shows() ? SW_SHOWNA : SW_HIDE);
     }
   }
   drawing_ = false;

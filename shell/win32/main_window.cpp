@@ -87,7 +87,7 @@ MainWindow::MainWindow(app::Program& program, platform::WindowHooks& hooks,
       form_(program),
       theme_(GetDpiForSystem()) {
   RegisterKind(kClass, ObjectProcedure<MainWindow>);
-  window_ = MakeTopWindow(kClass, words::kWindowTitle, WS_OVERLAPPEDWINDOW,
+  window_ = MakeTopWindow(kClass, words::kWindowTitle, WS_OVERLAPPEDWINDOW | WS_VSCROLL,
                           {theme_.Px(kFirstWidth), theme_.Px(kFirstHeight)});
   ApplyTheme(window_, theme_);
   RestorePlace();
@@ -228,6 +228,12 @@ std::optional<LRESULT> MainWindow::HandleLook(UINT message, WPARAM wide, LPARAM 
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
       return ColourOf(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(data), message);
+    case WM_VSCROLL:
+      ScrollBy(wide);
+      return 0;
+    case WM_MOUSEWHEEL:
+      ScrollTo(scrolled_ - GET_WHEEL_DELTA_WPARAM(wide) * theme_.control / WHEEL_DELTA);
+      return 0;
     case WM_SIZE:
       LayOutPage();
       NotePlace();
@@ -284,7 +290,11 @@ bool MainWindow::Translate(MSG& message) {
       return true;
     }
   }
-  return IsDialogMessageW(window_, &message) != 0;
+  const bool taken = IsDialogMessageW(window_, &message) != 0;
+  if (message.message == WM_KEYDOWN && message.wParam == VK_TAB) {
+    ShowFocus();
+  }
+  return taken;
 }
 
 bool MainWindow::Shortcut(const MSG& message) {
@@ -309,7 +319,22 @@ bool MainWindow::Shortcut(const MSG& message) {
       SetFocus(bound.window);
     }
   }
-  return escape || (message.wParam == VK_RETURN && EnterKey());
+  return escape || (message.wParam == VK_RETURN && EnterKey()) ||
+         (message.wParam == VK_DOWN && GoToList());
+}
+
+// The Down key moves from a line to the list below it.
+bool MainWindow::GoToList() {
+  const BoundControl* line = binding_->Find(GetFocus());
+  if (line == nullptr || line->info->below == nullptr) {
+    return false;
+  }
+  const BoundControl& list = binding_->Of(line->info->below);
+  SetFocus(list.window);
+  if (list.list->Selected() < 0) {
+    list.list->SelectAt({1, 1});
+  }
+  return true;
 }
 
 // The system would focus the next window in tab order, which need not be the label's field.
@@ -428,6 +453,7 @@ void MainWindow::Draw() {
   }
   form_.Refresh();
   binding_->Draw();
+  scrolled_ = newPage ? 0 : scrolled_;
   LayOutPage();
   pageDrawn_ = form_.paginaactual;
   if (frozen) {
@@ -460,11 +486,24 @@ void MainWindow::Focus(HWND window) {
 }
 
 void MainWindow::LayOutPage() {
-  if (!loaded_) {
+  if (!loaded_ || layingOut_) {
     return;
   }
-  const RECT area = ClientArea(window_);
-  auto frames = LayOut(*binding_, theme_, form_, {area.right, area.bottom});
+  layingOut_ = true;  // a scroll bar that comes or goes changes the size
+  RECT area = ClientArea(window_);
+  const LONG needed = NeededHeight(*binding_, theme_, form_, static_cast<int>(area.right));
+  scrolled_ = std::clamp(scrolled_, 0, static_cast<int>(std::max(LONG{0}, needed - area.bottom)));
+  SCROLLINFO bar{};
+  bar.cbSize = sizeof bar;
+  bar.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+  bar.nMax = static_cast<int>(needed) - 1;
+  bar.nPage = static_cast<UINT>(area.bottom);
+  bar.nPos = scrolled_;
+  SetScrollInfo(window_, SB_VERT, &bar, TRUE);
+  area = ClientArea(window_);
+  auto frames =
+      LayOut(*binding_, theme_, form_, {area.right, std::max(needed, area.bottom)}, scrolled_);
+  layingOut_ = false;
   if (frames != frames_) {
     frames_ = std::move(frames);
     InvalidateRect(window_, nullptr, FALSE);
@@ -472,6 +511,48 @@ void MainWindow::LayOutPage() {
   DrawHints();
   const BoundControl& result = binding_->Of(&Form1::textresultado);
   Send(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
+}
+
+void MainWindow::ScrollTo(int top) {
+  scrolled_ = top;
+  LayOutPage();
+  RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void MainWindow::ScrollBy(WPARAM request) {
+  SCROLLINFO bar{};
+  bar.cbSize = sizeof bar;
+  bar.fMask = SIF_ALL;
+  GetScrollInfo(window_, SB_VERT, &bar);
+  const int line = theme_.control, page = static_cast<int>(bar.nPage) - line;
+  switch (LOWORD(request)) {
+    case SB_LINEUP:
+      return ScrollTo(scrolled_ - line);
+    case SB_LINEDOWN:
+      return ScrollTo(scrolled_ + line);
+    case SB_PAGEUP:
+      return ScrollTo(scrolled_ - page);
+    case SB_PAGEDOWN:
+      return ScrollTo(scrolled_ + page);
+    case SB_THUMBTRACK:
+      return ScrollTo(bar.nTrackPos);
+    default:
+      return;
+  }
+}
+
+// Scrolls to the control that has the focus.
+void MainWindow::ShowFocus() {
+  const BoundControl* bound = binding_->Find(GetFocus());
+  if (bound == nullptr) {
+    return;
+  }
+  const RECT place = PlaceIn(window_, bound->window), area = ClientArea(window_);
+  const LONG below = place.bottom + theme_.Px(kGrid) - area.bottom;
+  const LONG above = place.top - theme_.Px(kGrid);
+  if (above < 0 || below > 0) {
+    ScrollTo(scrolled_ + static_cast<int>(above < 0 ? above : std::min(above, below)));
+  }
 }
 
 void MainWindow::FocusPage() {

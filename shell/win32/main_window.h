@@ -52,6 +52,9 @@ class MainWindow {
   void NotePlace();
   void Draw();
   void LayOutPage();
+  void ScrollTo(int top);
+  void ScrollBy(WPARAM request);
+  void ShowFocus();
   void FocusPage();
   void Focus(HWND window);
   void DrawBusy();
@@ -66,6 +69,7 @@ class MainWindow {
 
   bool Shortcut(const MSG& message);
   bool EnterKey();
+  bool GoToList();
   bool Allows(const BoundControl& list, const app::MenuItem& item) const;
   void ShowMenu(const BoundControl& list, POINT place);
   void TakeFiles(HDROP dropped);
@@ -88,6 +92,8 @@ class MainWindow {
   std::wstring tip_;  // that the system reads
   HWND tips_ = nullptr;
   std::int16_t pageDrawn_ = app::kNoPage;
+  int scrolled_ = 0;  // by as many pixels, where the page is higher than the window
+  bool layingOut_ = false;
   bool loaded_ = false;
   bool pumping_ = false;  // only painting messages are handled
 };

@@ -86,19 +86,31 @@ RECT Within(const BoundControl& bound, RECT box, const Theme& theme) {
   }
 }
 
-}  // namespace
+Part TreeFor(const app::Form1& form, const Theme& theme, int width) {
+  return app::WindowLayout(
+      app::PageLayout(form.paginaactual, MulDiv(width, 96, static_cast<int>(theme.dpi))));
+}
 
-std::vector<Frame> LayOut(const Binding& binding, const Theme& theme, const app::Form1& form,
-                          SIZE client) {
-  const Part tree = app::WindowLayout(app::PageLayout(
-      form.paginaactual, MulDiv(static_cast<int>(client.cx), 96, static_cast<int>(theme.dpi))));
-  const auto measure = [&](app::Control app::Form1::*member, int width) {
+app::Measure MeasureBy(const Binding& binding, const Theme& theme) {
+  return [&](app::Control app::Form1::*member, int width) {
     return Measure(binding.Of(member), theme, width);
   };
+}
+
+}  // namespace
+
+int NeededHeight(const Binding& binding, const Theme& theme, const app::Form1& form, int width) {
+  return app::HeightFor(form, TreeFor(form, theme, width), width, theme.dpi / 96.0,
+                        MeasureBy(binding, theme));
+}
+
+std::vector<Frame> LayOut(const Binding& binding, const Theme& theme, const app::Form1& form,
+                          SIZE size, int scrolled) {
+  const int width = static_cast<int>(size.cx);
+  const Part tree = TreeFor(form, theme, width);
   std::vector<Frame> frames;
-  const auto placed =
-      app::Place(form, tree, {0, 0, static_cast<int>(client.cx), static_cast<int>(client.cy)},
-                 theme.dpi / 96.0, measure);
+  const auto placed = app::Place(form, tree, {0, -scrolled, width, static_cast<int>(size.cy)},
+                                 theme.dpi / 96.0, MeasureBy(binding, theme));
   HDWP moves = BeginDeferWindowPos(static_cast<int>(placed.size()));
   HWND last = HWND_TOP;
   for (const auto& [part, rect] : placed) {

@@ -20,9 +20,11 @@ struct Frame {
   RECT Box() const { return {box.left, box.top, box.left + box.width, box.top + box.height}; }
 };
 
-// Places each visible window by the model's layout tree and puts the windows into reading order,
-// which is the order of the Tab key.
+// The height that the page and its bars need in a window this wide.
+int NeededHeight(const Binding& binding, const Theme& theme, const app::Form1& form, int width);
+// Places each visible window by the model's layout tree, moved up by `scrolled`, and puts the
+// windows into reading order, which is the order of the Tab key.
 std::vector<Frame> LayOut(const Binding& binding, const Theme& theme, const app::Form1& form,
-                          SIZE client);
+                          SIZE size, int scrolled);
 
 }  // namespace tonadex::shell

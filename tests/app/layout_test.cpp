@@ -32,11 +32,13 @@ class LayoutTest : public testing::Test {
  protected:
   std::vector<Placed> PlaceIn(int width, int height, double scale = 1, int times = 1) {
     form.Refresh();
-    const Part page = PageLayout(form.paginaactual, static_cast<int>(width / scale));
-    return Place(form, tree = WindowLayout(page), {0, 0, width, height}, scale,
-                 [this, times](Control Form1::*member, int wide) {
-                   return Letters(form, member, wide, times);
-                 });
+    tree = WindowLayout(PageLayout(form.paginaactual, static_cast<int>(width / scale)));
+    const auto measure = [this, times](Control Form1::*member, int wide) {
+      return Letters(form, member, wide, times);
+    };
+    const int needed = HeightFor(form, tree, width, scale, measure);
+    EXPECT_TRUE(height == 0 || needed <= height) << needed;
+    return Place(form, tree, {0, 0, width, height == 0 ? needed : height}, scale, measure);
   }
   Rect Of(Control Form1::*member, const std::vector<Placed>& places) {
     return std::ranges::find_if(
@@ -60,14 +62,17 @@ class LayoutTest : public testing::Test {
 TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
   for (const Page& page : Pages()) {
     for (const auto& [width, height, scale, times] :
-         {std::tuple(900, 600, 1.0, 1), {1600, 1000, 1.0, 1}, {1800, 1200, 2.0, 2}}) {
+         {std::tuple(900, 600, 1.0, 1),
+          {1600, 1000, 1.0, 1},
+          {1800, 1200, 2.0, 2},
+          {1280, 0, 2.0, 2}}) {  // 0: as high as it needs
       SCOPED_TRACE(testing::Message() << page.number << " at " << width);
       Enter(page.number);
       std::vector<Placed> controls;
       for (const Placed& placed : PlaceIn(width, height, scale, times)) {
         const Rect& rect = placed.rect;
         EXPECT_TRUE(rect.left >= 0 && rect.top >= 0 && rect.left + rect.width <= width &&
-                    rect.top + rect.height <= height && rect.width >= 0);
+                    (rect.top + rect.height <= height || height == 0) && rect.width >= 0);
         if (placed.part->control != nullptr) {
           const auto name = InfoOf(placed.part->control).name;
           EXPECT_GT(rect.height, 0) << name;
@@ -84,8 +89,8 @@ TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
         placed.insert(each.part->control);
       }
       for (const ControlInfo& info : Controls()) {
-        const bool shown =
-            (form.*info.member).visible && info.look != Look::kTimer && info.look != Look::kStorage;
+        const bool shown = (form.*info.member).Shows() && info.look != Look::kTimer &&
+                           info.look != Look::kStorage;
         EXPECT_EQ(placed.contains(info.member), shown) << info.name;
       }
     }

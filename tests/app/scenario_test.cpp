@@ -60,9 +60,12 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
   }
 
   void Choose(const Row& row) {
-    const auto menu = FindControl("List1")->menu;
-    const auto item = std::ranges::find(menu, core::FromUtf8(row[0]), &MenuItem::caption);
-    ASSERT_NE(item, menu.end());
+    const MenuItem* item = nullptr;
+    for (const ControlInfo& info : Controls()) {
+      const auto found = std::ranges::find(info.menu, core::FromUtf8(row[0]), &MenuItem::caption);
+      item = found == info.menu.end() ? item : std::to_address(found);
+    }
+    ASSERT_NE(item, nullptr);
     (form.*item->handler)();
     form.Refresh();
   }

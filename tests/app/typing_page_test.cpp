@@ -7,6 +7,7 @@
 #include "app/form1.h"
 #include "core/windows1252.h"
 #include "files/read.h"
+#include "midi/playback.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/test_program.h"
 
@@ -126,6 +127,34 @@ TEST_F(TypingPageTest, GoesOnByItselfAtTheChosenPaceToTheEnd) {
   EXPECT_EQ(shown, "2 3 3 ");
   form.leaveGuide_Click();
   EXPECT_FALSE(form.keyTimer.enabled);
+}
+
+TEST_F(TypingPageTest, EachNoteSoundsWhileItIsShownAndThisIsRemembered) {
+  Teclear("c,p,8e.6");
+  test.sequencer.commands.clear();
+  form.nextGroup_Click();
+  form.firstGroup_Click();
+  EXPECT_TRUE(test.sequencer.commands.empty()) << "nobody asked for it";
+  const auto sounds = [this](const std::string& notes) {
+    const auto played = files::ReadWhole(test.folder / "temp/rtlTmpFile.mid");
+    core::RTTTLMelody melody;
+    core::InitMelody(melody, {});
+    melody.Text = "x:d=4,o=5,b=60:" + notes;
+    EXPECT_EQ(core::ParseRTTTL(melody), core::kParsed);
+    EXPECT_EQ(played, midi::PlayedBytes(melody, test.program.voice)) << notes;
+    EXPECT_EQ(test.sequencer.commands.back(), "play mR2M notify");
+  };
+  form.soundNotes_Click();
+  sounds("c");
+  form.nextGroup_Click();
+  EXPECT_EQ(test.sequencer.commands.back(), "close mR2M") << "a pause";
+  form.nextGroup_Click();
+  sounds("8e.6");
+  form.leaveGuide_Click();
+  EXPECT_EQ(test.sequencer.commands.back(), "close mR2M");
+  EXPECT_TRUE(test.boxes.messages.empty());
+  form.saveTimer_Timer();
+  EXPECT_EQ(Form1(test.program).soundNotes.value, 1);
 }
 
 // A step costs the same in the longest melody that the parser reads as in a short one.

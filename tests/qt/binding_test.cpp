@@ -122,7 +122,7 @@ TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
     SCOPED_TRACE(t.form.paginaactual);
     for (const BoundControl& bound : t.window.Bound().Controls()) {
       if (bound.widget != nullptr) {
-        EXPECT_EQ(bound.widget->isVisible(), (t.form.*bound.info->member).visible)
+        EXPECT_EQ(bound.widget->isVisible(), (t.form.*bound.info->member).Shows())
             << bound.info->name;
       }
     }
@@ -198,6 +198,9 @@ TEST_P(WindowSizeTest, NoWordIsCut) {
     for (const QWidget* widget : t.window.findChildren<QWidget*>()) {
       const auto* label = qobject_cast<const QLabel*>(widget);
       const bool button = qobject_cast<const QAbstractButton*>(widget) != nullptr;
+      EXPECT_TRUE(!widget->isVisible() ||
+                  widget->mapTo(&t.window, QPoint(widget->width(), 0)).x() <= size.width())
+          << t.form.paginaactual << widget->objectName().toStdString();
       if (widget->isVisible() && (button || (label != nullptr && !label->text().isEmpty()))) {
         const int needed = label != nullptr && label->wordWrap()
                                ? label->heightForWidth(widget->width())
@@ -212,7 +215,8 @@ TEST_P(WindowSizeTest, NoWordIsCut) {
 
 INSTANTIATE_TEST_SUITE_P(Windows, WindowSizeTest,
                          testing::Values(std::tuple{900, 600, 1.0}, std::tuple{1000, 700, 1.0},
-                                         std::tuple{1024, 768, 1.5}, std::tuple{1600, 1000, 1.0}));
+                                         std::tuple{1024, 768, 1.5}, std::tuple{1600, 1000, 1.0},
+                                         std::tuple{1280, 800, 2.0}));
 
 }  // namespace
 }  // namespace tonadex::test

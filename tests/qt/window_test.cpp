@@ -229,7 +229,10 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   EXPECT_EQ(menu->actions().size(), 13);
   menu->actions().at(6)->trigger();
   menu->close();
-  EXPECT_EQ(line(1), "Aire 2");
+  EXPECT_EQ(line(0), "Aire 2");
+  QTest::keyClick(list, Qt::Key_F2);
+  QTest::keyClick(t.Widget("entryBox"), Qt::Key_Escape);
+  EXPECT_EQ(QApplication::focusWidget(), list);
   QTest::keyClick(list, Qt::Key_F2);
   EXPECT_EQ(QApplication::focusWidget(), t.Widget("entryBox"));
   QTest::keyClicks(t.Widget("entryBox"), "Zambra");
@@ -259,6 +262,19 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   EXPECT_EQ(list->currentIndex().data(), "Nueva");
   EXPECT_EQ(list->Rows().size(), 4U);
   EXPECT_EQ(t.test.boxes.messages.size(), 0U);
+}
+
+TEST(MainWindow, TheServersNewestMelodiesHaveButtonsOnTheirRows) {
+  TestWindow t;
+  t.test.http.replies = {"Aire (aire.20)498Vals (vals.20)498", "Vals:d=4,o=5,b=60:c"};
+  t.window.show();
+  t.Click("cmdinicio");
+  auto* list = qobject_cast<RowList*>(t.Widget("newsList"));
+  ASSERT_TRUE(QTest::qWaitFor([list] { return list->Rows().size() == 2; }));
+  const QRect row = list->visualRect(list->model()->index(1, 0));
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->ButtonPlace(row, 0).center());
+  EXPECT_EQ(t.test.program.gMelody.Name, "Vals");
+  EXPECT_EQ(t.test.sequencer.commands.back(), "close mR2M");
 }
 
 TEST(MainWindow, ARowWhoseFileIsGoneIsReportedAndEndsTheProgram) {

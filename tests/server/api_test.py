@@ -68,6 +68,7 @@ EXCHANGES = [
     ("POST", "/notas", TEXT, LARGE, 413, ""),
     ("POST", "/comprobar", TEXT, VALS, 200, '"correcta":true'),
     ("POST", "/comprobar", TEXT, "Vals:d=4,o=5,b=120:c,9e", 200, '{"desde":21,"hasta":23,"nota":2,'),
+    ("POST", "/comprobar", TEXT, VALS.replace("c,", "c,\n") + "\r\n", 200, "salto de línea"),
     ("POST", "/comprobar", FORM, VALS, 415, ""),
     ("POST", "/comprobar", CHUNKED, VALS, 411, ""),
     ("POST", "/comprobar", TEXT, LARGE, 413, ""),

@@ -81,6 +81,13 @@ TEST(WindowsBinding, DrawsReadsBackAndReachesEveryHandler) {
   CheckBinding(t.form, t, t.dispatched);
 }
 
+TEST(WindowsBinding, PastedSignsKeepTheirMeaning) {
+  BoundForm t;
+  SetWindowTextW(t.binding.Window(&app::Form1::txtrtttlsube), L"c\x266F,\x2019");
+  t.CopyIn();
+  EXPECT_EQ(t.form.txtrtttlsube.text, "c#,\x92");
+}
+
 TEST(WindowsBinding, ATextThatNoRowHoldsStaysAsItIs) {
   BoundForm t;
   CheckForeignText(t.test, t.form, t);

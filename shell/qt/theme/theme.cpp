@@ -52,8 +52,9 @@ QFont Scaled(QFont font, app::Font size, QFont::Weight weight = QFont::Normal) {
   return font;
 }
 
+constexpr double kSmallestPoints = kType[0] * 0.75;  // a pixel at 96 dpi
+
 QFont BodyFont(QFont font) {
-  constexpr double kSmallestPoints = kType[0] * 0.75;  // a pixel at 96 dpi
   const double points = font.pointSizeF() > 0 ? font.pointSizeF() : QFontInfo(font).pointSizeF();
   font.setPointSizeF(std::max(points, kSmallestPoints));
   return font;
@@ -214,6 +215,7 @@ Theme CurrentTheme() {
                          [](Rgb colour) { return QColor(colour); })};
   theme.dark = dark;
   theme.body = BodyFont(QApplication::font());
+  theme.scale = theme.body.pointSizeF() / kSmallestPoints;
   theme.small = Scaled(theme.body, app::Font::kSmall);
   theme.title = Scaled(theme.body, app::Font::kTitle, QFont::DemiBold);
   theme.heading = Scaled(theme.body, app::Font::kHeading, QFont::DemiBold);

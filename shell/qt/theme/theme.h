@@ -16,6 +16,7 @@ using namespace app::look;
 struct Theme : Colours<QColor> {
   bool dark = false;
   QFont body{}, small{}, title{}, heading{}, mono{};
+  double scale = 1;        // of the type, by which lengths of the layout grow, too
   int controlHeight = 36;  // buttons and one-line fields
 };
 

@@ -1,9 +1,9 @@
 #include "shell/qt/widgets/key_row.h"
 
 #include <QApplication>
-#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <algorithm>
 
 #include "app/composer_keys.h"
 #include "app/words.h"
@@ -14,10 +14,7 @@ namespace tonadex::shell {
 
 KeyRow::KeyRow(QWidget* parent)
     : QWidget(parent), hold_(new QPushButton(QStringLiteral("( )"), this)) {
-  auto* grid = new QGridLayout(this);
-  grid->setContentsMargins(0, 0, 0, 0);
-  grid->setHorizontalSpacing(kFieldGap);
-  grid->setVerticalSpacing(0);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   const Theme theme = CurrentTheme();
   for (const app::ComposerKey& key : app::ComposerKeys()) {
     const QString sign = ToQString(key.label);
@@ -35,28 +32,71 @@ KeyRow::KeyRow(QWidget* parent)
       down_.invalidate();
       emit KeyPressed(sign, hold_->isChecked() || shift || longPress);
     });
-    AddColumn(grid, button, ToQString(key.word));
+    Add(button, ToQString(key.word));
     first_ = first_ == nullptr ? button : first_;
   }
   hold_->setCheckable(true);
   hold_->setProperty("key", true);
   hold_->setToolTip(ToQString(app::words::kHeldKey));
   hold_->setAccessibleName(ToQString(app::words::kHeldKey));
-  AddColumn(grid, hold_, ToQString(app::words::kHeldKeyShort));
+  Add(hold_, ToQString(app::words::kHeldKeyShort));
 }
 
-void KeyRow::AddColumn(QGridLayout* grid, QPushButton* button, const QString& words) {
+void KeyRow::Add(QPushButton* button, const QString& words) {
   QFont font = CurrentTheme().small;
   font.setPointSizeF(font.pointSizeF() * 0.88);
   auto* label = new QLabel(words, this);
   label->setFont(font);
   label->setAlignment(Qt::AlignHCenter);
   label->setProperty("muted", true);
-  const int column = grid->columnCount();
-  button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  grid->addWidget(button, 0, column);
-  grid->addWidget(label, 1, column);
-  grid->setColumnStretch(column, 1);
+  keys_.push_back({button, label});
+}
+
+QSize KeyRow::Key::Least() const {
+  const QSize upper = button->minimumSizeHint(), lower = words->minimumSizeHint();
+  return {std::max(upper.width(), lower.width()), upper.height() + lower.height()};
+}
+
+// One row, in which all keys grow alike, or rows of equal columns.
+std::vector<QRect> KeyRow::Places(int width) const {
+  const int count = static_cast<int>(keys_.size()), height = keys_[0].Least().height();
+  int spare = width + kFieldGap, widest = 0;
+  for (const Key& key : keys_) {
+    spare -= key.Least().width() + kFieldGap;
+    widest = std::max(widest, key.Least().width());
+  }
+  const int most = spare >= 0 ? count : std::max(1, (width + kFieldGap) / (widest + kFieldGap));
+  const int rows = (count + most - 1) / most, columns = (count + rows - 1) / rows;
+  std::vector<QRect> places;
+  for (int i = 0, left = 0; i < count; ++i) {
+    const int column = i % columns;
+    const int cell = rows == 1 ? keys_[static_cast<std::size_t>(i)].Least().width() +
+                                     spare * (i + 1) / count - spare * i / count
+                               : (width + kFieldGap) * (column + 1) / columns - kFieldGap - left;
+    places.emplace_back(left, i / columns * height, cell, height);
+    left = column + 1 == columns ? 0 : left + cell + kFieldGap;
+  }
+  return places;
+}
+
+int KeyRow::heightForWidth(int width) const {
+  return Places(width).back().bottom() + 1;
+}
+
+QSize KeyRow::sizeHint() const {
+  return {1, keys_[0].Least().height()};
+}
+
+void KeyRow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  const std::vector<QRect> places = Places(width());
+  for (std::size_t i = 0; i < keys_.size(); ++i) {
+    QRect place = places[i];
+    const int upper = keys_[i].button->minimumSizeHint().height();
+    keys_[i].words->setGeometry(place.adjusted(0, upper, 0, 0));
+    place.setHeight(upper);
+    keys_[i].button->setGeometry(place);
+  }
 }
 
 QWidget* KeyRow::Last() const {

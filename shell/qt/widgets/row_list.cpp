@@ -2,12 +2,16 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
+#include <QToolTip>
+#include <algorithm>
 
 #include "shell/qt/text.h"
+#include "shell/qt/theme/icons.h"
 #include "shell/qt/theme/theme.h"
 
 namespace tonadex::shell {
@@ -30,7 +34,16 @@ class RowDelegate : public QStyledItemDelegate {
 
     const Theme theme = CurrentTheme();
     const bool enabled = option.state & QStyle::State_Enabled;
-    const QRect place = option.rect.adjusted(kGrid + 4, 0, -kGrid, 0);
+    QRect place = option.rect.adjusted(kGrid + 4, 0, -kGrid, 0);
+    if (const auto* list = qobject_cast<const RowList*>(option.widget); list != nullptr && !hint) {
+      for (std::size_t i = 0; i < list->Buttons().size(); ++i) {
+        const QRect square = list->ButtonPlace(option.rect, i);
+        const int margin = (square.height() - IconSize().height()) / 2;
+        ThemedIcon(QLatin1String(list->Buttons()[i]->icon), IconInk::kAccent)
+            .paint(painter, square.adjusted(margin, margin, -margin, -margin));
+        place.setRight(std::min(place.right(), square.left()));
+      }
+    }
     const qsizetype split = hint ? -1 : text.indexOf(QStringLiteral(" ("));
     const QString name = split < 0 ? text : text.left(split);
     QFont font = option.font;
@@ -113,6 +126,36 @@ void RowList::SetControl(const app::Control& control) {
   setting_ = false;
 }
 
+void RowList::SetButtons(std::span<const app::MenuItem> menu) {
+  for (const app::MenuItem& item : menu) {
+    if (*item.icon != '\0') {
+      buttons_.push_back(&item);
+    }
+  }
+}
+
+QRect RowList::ButtonPlace(const QRect& row, std::size_t button) const {
+  const int side = row.height();
+  const int behind = static_cast<int>(buttons_.size() - button);
+  return {row.right() - behind * (side + kGrid), row.top(), side, side};
+}
+
+const app::MenuItem* RowList::ButtonAt(const QPoint& place) const {
+  const QModelIndex row = indexAt(place);
+  const bool melody = row.isValid() && !row.data(RowsModel::kHintRole).toBool();
+  for (std::size_t i = 0; melody && i < buttons_.size(); ++i) {
+    if (ButtonPlace(visualRect(row), i).contains(place)) {
+      return buttons_[i];
+    }
+  }
+  return nullptr;
+}
+
+QSize RowList::sizeHint() const {
+  return {QListView::minimumSizeHint().width(),
+          std::max(minimumHeight(), 2 * (fontMetrics().height() + 2 * kGrid))};
+}
+
 int RowList::SelectedRow() const {
   const int row = currentIndex().isValid() ? currentIndex().row() : -1;
   return row < static_cast<int>(Rows().size()) ? row : -1;
@@ -170,7 +213,30 @@ void RowList::keyPressEvent(QKeyEvent* event) {
   QListView::keyPressEvent(event);
 }
 
+void RowList::mouseReleaseEvent(QMouseEvent* event) {
+  QListView::mouseReleaseEvent(event);
+  const app::MenuItem* button = ButtonAt(event->pos());
+  if (event->button() == Qt::LeftButton && button != nullptr &&
+      indexAt(event->pos()) == currentIndex()) {
+    emit ButtonClicked(button);
+  }
+}
+
+bool RowList::viewportEvent(QEvent* event) {
+  if (event->type() == QEvent::ToolTip) {
+    const auto* help = static_cast<QHelpEvent*>(event);
+    if (const app::MenuItem* button = ButtonAt(help->pos())) {
+      QToolTip::showText(help->globalPos(), ToQString(button->caption).remove('&'), viewport());
+      return true;
+    }
+  }
+  return QListView::viewportEvent(event);
+}
+
 void RowList::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (ButtonAt(event->pos()) != nullptr) {
+    return;
+  }
   QListView::mouseDoubleClickEvent(event);
   if (event->button() == Qt::LeftButton && indexAt(event->pos()).isValid()) {
     emit RowActivated();

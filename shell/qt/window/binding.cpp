@@ -73,8 +73,49 @@ void SetPrimary(QAbstractButton& button, const ControlInfo& info, bool primary) 
   button.style()->polish(&button);
 }
 
+// Words that have no room are cut off with an ellipsis.
+QString Shortened(const QAbstractButton& button) {
+  const int missing = std::max(0, button.sizeHint().width() - button.width());
+  const QFontMetrics type = button.fontMetrics();
+  return missing == 0 ? button.text()
+                      : type.elidedText(button.text(), Qt::ElideRight,
+                                        type.horizontalAdvance(button.text()) - missing);
+}
+
+class CommandButton : public QPushButton {
+ public:
+  // As with FieldLabel.
+  QSize sizeHint() const override {
+    return QPushButton::sizeHint() + QSize(qRound(kGrid / 2 * CurrentTheme().scale), 0);
+  }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    option.text = Shortened(*this);
+    painter.drawControl(QStyle::CE_PushButton, option);
+  }
+};
+
+class LinkButton : public QToolButton {
+ public:
+  LinkButton() { setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionToolButton option;
+    initStyleOption(&option);
+    option.text = Shortened(*this);
+    painter.drawComplexControl(QStyle::CC_ToolButton, option);
+  }
+};
+
 QWidget* MakeButton(const ControlInfo& info) {
-  auto* button = new QPushButton;
+  auto* button = new CommandButton;
   SetPrimary(*button, info, info.look == Look::kPrimary);
   button->setCheckable(info.look == Look::kChoice);
   button->setProperty("mark", info.look == Look::kMark);
@@ -87,7 +128,7 @@ QWidget* MakeButton(const ControlInfo& info) {
 
 QWidget* MakeNavigationButton(const ControlInfo& info) {
   const bool link = info.look == Look::kLink;
-  auto* button = new QToolButton;
+  QToolButton* button = link ? new LinkButton : new QToolButton;
   button->setIcon(ThemedIcon(QLatin1String(info.icon)));
   button->setIconSize(link ? IconSize() : IconSize() * 4 / 3);
   button->setToolButtonStyle(link ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonTextUnderIcon);
@@ -113,7 +154,9 @@ class CardButton : public QPushButton {
     return {160,
             QFontMetrics(theme.body).height() + QFontMetrics(theme.small).height() + 2 * kGrid};
   }
-  QSize minimumSizeHint() const override { return sizeHint(); }
+  QSize minimumSizeHint() const override {
+    return {Left() + QFontMetrics(Heavy()).horizontalAdvance(text()) + kGrid, sizeHint().height()};
+  }
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -126,18 +169,25 @@ class CardButton : public QPushButton {
     const Theme theme = CurrentTheme();
     const QSize picture = IconSize() * 4 / 3;
     icon().paint(&painter, QRect(QPoint(kPageMargin, (height() - picture.height()) / 2), picture));
-    QRect line = rect().adjusted(2 * kPageMargin + picture.width(), kGrid, -kGrid, -kGrid);
+    QRect line = rect().adjusted(Left(), kGrid, -kGrid, -kGrid);
     const auto write = [&](QFont font, const QColor& colour, const QString& words, int alignment) {
       painter.setFont(font);
       painter.setPen(colour);
       const QFontMetrics type(font);
       painter.drawText(line, alignment, type.elidedText(words, Qt::ElideRight, line.width()));
     };
-    QFont heavy = theme.body;
-    heavy.setWeight(QFont::DemiBold);
-    write(heavy, theme.text, text(), Qt::AlignTop);
+    write(Heavy(), theme.text, text(), Qt::AlignTop);
     write(theme.small, theme.muted, accessibleDescription(), Qt::AlignBottom);
   }
+
+ private:
+  static QFont Heavy() {
+    QFont heavy = CurrentTheme().body;
+    heavy.setWeight(QFont::DemiBold);
+    return heavy;
+  }
+  // Of the words.
+  static int Left() { return 2 * kPageMargin + IconSize().width() * 4 / 3; }
 };
 
 QWidget* MakeCardButton(const ControlInfo& info) {
@@ -483,8 +533,8 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   } else if (auto* waiting = qobject_cast<WaitingLine*>(&widget)) {
     waiting->SetBusy(control.checked);
   }
-  if (widget.isHidden() == control.visible) {
-    widget.setVisible(control.visible);
+  if (widget.isHidden() == control.Shows()) {
+    widget.setVisible(control.Shows());
   }
 }
 
@@ -623,6 +673,9 @@ void Binding::ConnectMenu(const BoundControl& bound, const Dispatch& dispatch) {
     key->setContext(Qt::WidgetShortcut);
     QObject::connect(key, &QShortcut::activated, list, [run, &item] { run(item); });
   }
+  list->SetButtons(info.menu);
+  QObject::connect(list, &RowList::ButtonClicked, list,
+                   [run](const app::MenuItem* item) { run(*item); });
   QObject::connect(list, &RowList::MenuAsked, list, [=, this, &info](const QPoint& place) {
     if (form_.paginaactual != info.menuPage) {
       return;

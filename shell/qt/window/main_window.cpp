@@ -165,8 +165,11 @@ void MainWindow::ConnectParts() {
   // Filter the combo box, not its line edit: the combo has the focus and forwards keys past the
   // line edit's filters.
   The<QComboBox>(Look::kComboBox, binding_)->installEventFilter(this);
-  binding_.Widget(&Form1::txtbuscar)->installEventFilter(this);
-  binding_.Widget(&Form1::repertoireFilter)->installEventFilter(this);
+  for (const BoundControl& bound : binding_.Controls()) {
+    if (bound.info->below != nullptr) {
+      bound.widget->installEventFilter(this);
+    }
+  }
   setAcceptDrops(true);
 }
 
@@ -211,8 +214,7 @@ void MainWindow::AddShortcuts() {
 // In the order of the layout of the page that is shown.
 void MainWindow::SetTabOrder() {
   QWidget* last = nullptr;
-  for (const auto member :
-       app::ControlsIn(app::WindowLayout(app::PageLayout(form_.paginaactual, width())))) {
+  for (const auto member : app::ControlsIn(app::WindowLayout(pages_.Shown()))) {
     QWidget* widget = binding_.Widget(member);
     const auto* keys = qobject_cast<KeyRow*>(widget);
     QWidget* first = keys != nullptr ? keys->First() : widget;
@@ -438,12 +440,13 @@ bool MainWindow::FilterTempoText(QInputMethodEvent* event) {
   return false;
 }
 
-// The Down key moves from the words to search for to the list.
-bool MainWindow::GoToList(QKeyEvent* event) {
+// The Down key moves from a line to the list below it.
+bool MainWindow::GoToList(const QObject* line, QKeyEvent* event) {
   if (event->key() != Qt::Key_Down) {
     return false;
   }
-  auto* list = qobject_cast<RowList*>(binding_.Widget(&Form1::List1));
+  const auto found = std::ranges::find(binding_.Controls(), line, &BoundControl::object);
+  auto* list = qobject_cast<RowList*>(binding_.Widget(found->info->below));
   list->setFocus(Qt::OtherFocusReason);
   if (list->SelectedRow() < 0) {
     list->setCurrentIndex(list->model()->index(0, 0));
@@ -455,7 +458,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
   const bool search = qobject_cast<QLineEdit*>(watched) != nullptr;
   if (event->type() == QEvent::KeyPress) {
     auto* key = static_cast<QKeyEvent*>(event);
-    return search ? GoToList(key) : FilterTempoKey(key);
+    return search ? GoToList(watched, key) : FilterTempoKey(key);
   }
   if (event->type() == QEvent::InputMethod && !search) {
     return FilterTempoText(static_cast<QInputMethodEvent*>(event));

@@ -60,7 +60,7 @@ class MainWindow : public QWidget {
   void FollowMelody();
   void FocusPage();
   void Focus(QWidget* widget);
-  bool GoToList(class QKeyEvent* event);
+  bool GoToList(const QObject* line, class QKeyEvent* event);
   bool FilterTempoKey(class QKeyEvent* event);
   bool FilterTempoText(class QInputMethodEvent* event);
   void TypeTempo(const QString& typed);

@@ -6,6 +6,8 @@
 #include <QScrollArea>
 #include <algorithm>
 
+#include "shell/qt/theme/theme.h"
+#include "shell/qt/widgets/flow_layout.h"
 #include "shell/qt/widgets/waiting_line.h"
 
 namespace tonadex::shell {
@@ -13,14 +15,19 @@ namespace {
 
 using app::Part;
 
+// At the size of the type.
 void SetBounds(QWidget* widget, const Part& part) {
-  const auto most = [](int pixels) {
-    return pixels == Part::kUnbounded ? QWIDGETSIZE_MAX : pixels;
+  const double scale = CurrentTheme().scale;
+  const auto scaled = [scale](int pixels) {
+    return pixels == Part::kUnbounded ? QWIDGETSIZE_MAX : qRound(pixels * scale);
   };
   if (part.leastWidth > 0 || part.leastHeight > 0) {
-    widget->setMinimumSize(part.leastWidth, part.leastHeight);
+    widget->setMinimumSize(scaled(part.leastWidth), scaled(part.leastHeight));
   }
-  widget->setMaximumSize(most(part.mostWidth), most(part.mostHeight));
+  if (part.shrinks) {
+    widget->setMinimumWidth(scaled(kLeastLink));
+  }
+  widget->setMaximumSize(scaled(part.mostWidth), scaled(part.mostHeight));
 }
 
 bool IsBounded(const Part& part) {
@@ -28,7 +35,31 @@ bool IsBounded(const Part& part) {
          part.mostHeight < Part::kUnbounded;
 }
 
-QWidget* Framed(const Part& part, QBoxLayout* box) {
+void Insert(QLayout* box, int index, QWidget* widget, int weight) {
+  if (auto* line = qobject_cast<QBoxLayout*>(box)) {
+    line->insertWidget(index, widget, weight);
+  } else {
+    static_cast<FlowLayout*>(box)->Insert(index, widget, weight);
+  }
+}
+
+void AddStretch(QLayout* box, int weight) {
+  if (auto* line = qobject_cast<QBoxLayout*>(box)) {
+    line->addStretch(weight);
+  } else {
+    static_cast<FlowLayout*>(box)->AddStretch(weight);
+  }
+}
+
+void AddLayout(QLayout* box, QLayout* inner, int weight) {
+  if (auto* line = qobject_cast<QBoxLayout*>(box)) {
+    line->addLayout(inner, weight);
+  } else {
+    static_cast<FlowLayout*>(box)->Add(inner, weight);
+  }
+}
+
+QWidget* Framed(const Part& part, QLayout* box) {
   auto* frame = new QFrame;
   frame->setLayout(box);
   if (part.frame != Part::Frame::kNone) {
@@ -66,9 +97,14 @@ Pages::Pages(const Binding& binding, QWidget* window) : binding_(binding) {
   window->setLayout(Box(app::WindowLayout({.kind = Part::Kind::kPage}), frame));
 }
 
-QBoxLayout* Pages::Box(const Part& part, Built& page) {
-  auto* box = new QBoxLayout(part.kind == Part::Kind::kRow ? QBoxLayout::LeftToRight
-                                                           : QBoxLayout::TopToBottom);
+QLayout* Pages::Box(const Part& part, Built& page) {
+  QLayout* box = nullptr;
+  if (part.wraps) {
+    box = new FlowLayout;
+  } else {
+    box = new QBoxLayout(part.kind == Part::Kind::kRow ? QBoxLayout::LeftToRight
+                                                       : QBoxLayout::TopToBottom);
+  }
   box->setContentsMargins(part.marginX, part.marginTop, part.marginX, part.marginBottom);
   box->setSpacing(part.gap);
   for (const Part& each : part.parts) {
@@ -77,7 +113,7 @@ QBoxLayout* Pages::Box(const Part& part, Built& page) {
   return box;
 }
 
-void Pages::Add(QBoxLayout* box, const Part& part, Built& page) {
+void Pages::Add(QLayout* box, const Part& part, Built& page) {
   switch (part.kind) {
     case Part::Kind::kControl: {
       QWidget* widget = binding_.Widget(part.control);
@@ -87,25 +123,27 @@ void Pages::Add(QBoxLayout* box, const Part& part, Built& page) {
       }
       SetBounds(widget, part);
       if (auto* label = qobject_cast<QLabel*>(widget)) {
-        label->setWordWrap(part.weight > 0 || box->direction() == QBoxLayout::TopToBottom);
+        const auto* line = qobject_cast<QBoxLayout*>(box);
+        label->setWordWrap(part.weight > 0 ||
+                           (line != nullptr && line->direction() == QBoxLayout::TopToBottom));
       }
       page.leaves.push_back({box, box->count(), widget, part});
-      box->addWidget(widget, part.weight);
+      Insert(box, box->count(), widget, part.weight);
       break;
     }
     case Part::Kind::kStretch:
-      box->addStretch(part.weight);
+      AddStretch(box, part.weight);
       break;
     case Part::Kind::kPage:
       for (const Built& built : pages_) {
-        box->addWidget(built.widget, 1);
+        Insert(box, box->count(), built.widget, 1);
       }
       break;
     case Part::Kind::kRow:
     case Part::Kind::kColumn: {
-      QBoxLayout* inner = Box(part, page);
+      QLayout* inner = Box(part, page);
       if (part.frame == Part::Frame::kNone && !part.scrolls && !IsBounded(part)) {
-        box->addLayout(inner, part.weight);
+        AddLayout(box, inner, part.weight);
         break;
       }
       QWidget* widget = Framed(part, inner);
@@ -113,7 +151,7 @@ void Pages::Add(QBoxLayout* box, const Part& part, Built& page) {
       if (part.frame == Part::Frame::kBar) {
         bars_.push_back({widget, app::ControlsIn(part)});
       }
-      box->addWidget(widget, part.weight);
+      Insert(box, box->count(), widget, part.weight);
     }
   }
 }
@@ -125,7 +163,8 @@ void Pages::ShowBars(const app::Form1& form) const {
   }
 }
 
-bool Pages::Show(std::int16_t page, int width) {
+bool Pages::Show(std::int16_t page, int pixels) {
+  const int width = qRound(pixels / CurrentTheme().scale);
   const auto wanted = std::ranges::find(app::Pages(), page, &app::Page::number);
   if (wanted == app::Pages().end() || wanted->LayoutFor(width) == shown_) {
     return false;
@@ -137,7 +176,7 @@ bool Pages::Show(std::int16_t page, int width) {
       for (const Leaf& leaf : built.leaves) {
         if (leaf.box->indexOf(leaf.widget) < 0) {
           SetBounds(leaf.widget, leaf.part);
-          leaf.box->insertWidget(leaf.index, leaf.widget, leaf.part.weight);
+          Insert(leaf.box, leaf.index, leaf.widget, leaf.part.weight);
         }
       }
     }

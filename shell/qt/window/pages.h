@@ -5,7 +5,7 @@
 #include "app/layout.h"
 #include "shell/qt/window/binding.h"
 
-class QBoxLayout;
+class QLayout;
 
 namespace tonadex::shell {
 
@@ -18,11 +18,12 @@ class Pages {
   // Hides the bars that have nothing to show.
   void ShowBars(const app::Form1& form) const;
   // True when another layout than before is shown: of another page, or for another width.
-  bool Show(std::int16_t page, int width);
+  bool Show(std::int16_t page, int pixels);
+  app::Part Shown() const { return shown_ == nullptr ? app::Column({}) : shown_(); }
 
  private:
   struct Leaf {
-    QBoxLayout* box;
+    QLayout* box;
     int index;
     QWidget* widget;
     app::Part part;
@@ -33,8 +34,8 @@ class Pages {
     std::vector<Leaf> leaves;
   };
 
-  QBoxLayout* Box(const app::Part& part, Built& page);
-  void Add(QBoxLayout* box, const app::Part& part, Built& page);
+  QLayout* Box(const app::Part& part, Built& page);
+  void Add(QLayout* box, const app::Part& part, Built& page);
 
   const Binding& binding_;
   struct Bar {

@@ -9,6 +9,7 @@
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
+#include "shell/win32/icons.h"
 
 namespace tonadex::shell {
 namespace {
@@ -80,6 +81,18 @@ std::optional<LRESULT> RowList::Handle(UINT message, WPARAM wide, LPARAM data) {
         SendMessageW(tips_, TTM_POP, 0, 0);
       }
       break;
+    case WM_LBUTTONUP:
+      if (const app::MenuItem* button = ButtonAt({GET_X_LPARAM(data), GET_Y_LPARAM(data)})) {
+        const LRESULT result = DefSubclassProc(window_, message, wide, data);
+        press_(*button);
+        return result;
+      }
+      break;
+    case WM_LBUTTONDBLCLK:
+      if (ButtonAt({GET_X_LPARAM(data), GET_Y_LPARAM(data)}) != nullptr) {
+        return 0;
+      }
+      break;
     case WM_CHAR:
       if (wide >= ' ') {
         FindTyped(static_cast<wchar_t>(wide));
@@ -144,6 +157,36 @@ void RowList::SelectAt(POINT place) {
   }
 }
 
+void RowList::SetButtons(std::span<const app::MenuItem> menu,
+                         std::function<void(const app::MenuItem&)> press) {
+  press_ = std::move(press);
+  for (const app::MenuItem& item : menu) {
+    if (*item.icon != '\0') {
+      buttons_.push_back(&item);
+    }
+  }
+}
+
+RECT RowList::ButtonPlace(const RECT& row, std::size_t button) const {
+  const LONG side = row.bottom - row.top;
+  const LONG left =
+      row.right - static_cast<LONG>(buttons_.size() - button) * (side + theme_.Px(kGrid));
+  return {left, row.top, left + side, row.bottom};
+}
+
+const app::MenuItem* RowList::ButtonAt(POINT place) const {
+  const std::size_t at = RowAt(place);
+  RECT row{};
+  SendMessageW(window_, LB_GETITEMRECT, at, reinterpret_cast<LPARAM>(&row));
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    const RECT button = ButtonPlace(row, i);
+    if (at < list_.rows.size() && !list_.rows[at].hint && PtInRect(&button, place) != 0) {
+      return buttons_[i];
+    }
+  }
+  return nullptr;
+}
+
 POINT RowList::MenuPlace() const {
   RECT row{};
   SendMessageW(window_, LB_GETITEMRECT, static_cast<WPARAM>(std::max(0, Selected())),
@@ -182,6 +225,12 @@ void RowList::PaintRow(const DRAWITEMSTRUCT& item) const {
     mark.right = mark.left + theme_.Px(3);
     const Brush accent(CreateSolidBrush(theme_.colours.accent));
     FillRect(item.hDC, &mark, accent.get());
+  }
+  for (std::size_t i = 0; i < buttons_.size() && !hint; ++i) {
+    RECT button = ButtonPlace(item.rcItem, i);
+    box.right = std::min(box.right, button.left);
+    InflateRect(&button, -theme_.Px(3), -theme_.Px(3));
+    DrawIcon(item.hDC, buttons_[i]->icon, button, theme_.colours.accent);
   }
   box.left += theme_.Px(kGrid + 2);
   const std::wstring text = TextAt(item.itemID);

@@ -2,10 +2,13 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
-#include "app/controls.h"
+#include "app/control_table.h"
 #include "shell/win32/theme.h"
 
 namespace tonadex::shell {
@@ -14,6 +17,11 @@ namespace tonadex::shell {
 class RowList {
  public:
   RowList(HWND parent, int id, const Theme& theme);
+
+  // Those entries that have an icon become buttons at the end of each row, which is selected when
+  // one is pressed.
+  void SetButtons(std::span<const app::MenuItem> menu,
+                  std::function<void(const app::MenuItem&)> press);
 
   HWND window() const { return window_; }
   // Rows and selection as the model has them; its loose text stands below them, marked.
@@ -35,6 +43,8 @@ class RowList {
   void FindTyped(wchar_t character);
   void Choose(std::size_t row) const;
   std::size_t RowAt(POINT place) const;  // as many as there are where there is none
+  RECT ButtonPlace(const RECT& row, std::size_t button) const;
+  const app::MenuItem* ButtonAt(POINT place) const;
   void PaintRow(const DRAWITEMSTRUCT& item) const;
   void PaintInvitation() const;
 
@@ -43,6 +53,8 @@ class RowList {
   app::Control list_;  // its rows alone
   std::string loose_;
   std::wstring invitation_;
+  std::vector<const app::MenuItem*> buttons_;
+  std::function<void(const app::MenuItem&)> press_;
   std::wstring typed_;  // of a row's beginning
   DWORD typedAt_ = 0;
   HWND tips_ = nullptr;
