@@ -44,11 +44,14 @@ TEST(SaveMelodyAs, WritesEachKindForPhonesOfEachFormat) {
       const std::string extension = ExtensionIn(kinds[i]);
       SCOPED_TRACE(testing::Message() << phone.model << " " << kinds[i]);
       EXPECT_TRUE(extensions.insert(extension).second) << "two kinds of one extension";
-      // What is typed decides; the dialog's kind adds a missing extension.
+      // Typed, with no extension, and with the proposed one, which was not typed.
       const std::string name = "m" + std::to_string(i);
-      dialogs.chosen = extension == "txt" || i % 2 == 0 ? i : 0;
-      dialogs.answers = {files::TextFromPath(
-          folder / (dialogs.chosen == 0 && i > 0 ? name + "." + extension : name))};
+      const std::size_t way = extension == "txt" ? 1 + i % 2 : i % 3;
+      dialogs.chosen = way == 0 ? 0 : i;
+      dialogs.answers = {
+          files::TextFromPath(folder / (name + (way == 0   ? "." + extension
+                                                : way == 1 ? ""
+                                                           : "." + ExtensionIn(kinds.front()))))};
       SaveMelodyAs(dialogs, kMelody, phone.model);
       const std::string bytes = folder.Read(name + "." + extension);
       if (extension == "pdf" || extension == "wav") {
@@ -59,6 +62,19 @@ TEST(SaveMelodyAs, WritesEachKindForPhonesOfEachFormat) {
     }
     EXPECT_NE(boxes.Text().find("El tempo 113 no existe"), std::string::npos);
   }
+}
+
+TEST(SaveMelodyAs, ReplacesNoFileThatTheDialogDidNotAskAbout) {
+  const test::Boxes boxes;
+  const test::TempFolder folder;
+  test::FakeFileDialogs dialogs;
+  folder.Write("m.rtttl", "mine");
+  dialogs.answers = {files::TextFromPath(folder / "m"), files::TextFromPath(folder / "m.rtttl")};
+  SaveMelodyAs(dialogs, kMelody, "");
+  EXPECT_EQ(folder.Read("m.rtttl") + folder.Read("m 2.rtttl"), "mine" + std::string(kMelody));
+  EXPECT_EQ(boxes.Text(), "iYa había un fichero con ese nombre. Se ha guardado como m 2.rtttl.");
+  SaveMelodyAs(dialogs, kMelody, "");
+  EXPECT_EQ(folder.Read("m.rtttl"), kMelody);
 }
 
 }  // namespace
