@@ -11,7 +11,11 @@
 #include "app/words.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
+#include "import/recognise.h"
 #include "midi/playback.h"
 #include "net/addresses.h"
 #include "phones/phone_description.h"
@@ -29,6 +33,8 @@ constexpr std::string_view kNotOpened = u8"No se ha podido abrir la melodía: "_
 constexpr std::string_view kNotOpenedFiles = u8"No se ha podido abrir:"_w;
 constexpr std::string_view kOpenedWithRemarks = "Abierto, con estos avisos:";
 constexpr std::string_view kAddTitle = u8"Abrir melodías de cualquier formato"_w;
+constexpr std::size_t kMostLines = 12;
+constexpr std::string_view kMoreLines = u8"…"_w;
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
@@ -79,6 +85,7 @@ constexpr auto kPages = std::to_array<Page>({
     {kOptionsPage, &OptionsPage::Layout},
     {kStartPage, &StartPage::Layout, &StartPage::WideLayout},
     {kTypingPage, &TypingPage::Layout, &TypingPage::WideLayout},
+    {kMidiPage, &MidiPage::Layout},
 });
 
 // "1:05" for 65 seconds.
@@ -86,6 +93,16 @@ std::string TimeInWords(double seconds) {
   const auto whole = static_cast<std::int64_t>(std::max(0.0, seconds));
   const std::string rest = std::to_string(whole % 60);
   return std::to_string(whole / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
+}
+
+// What a message box has room for.
+std::string FirstLines(std::string_view lines) {
+  std::size_t end = 0;
+  for (std::size_t i = 0; i < kMostLines && end != std::string_view::npos; ++i) {
+    end = lines.find(core::kCrLf, end + 1);
+  }
+  std::string first(lines.substr(0, end));
+  return end == std::string_view::npos ? first : first.append(core::kCrLf).append(kMoreLines);
 }
 
 void RenameMark(const std::filesystem::path& folder) {
@@ -108,7 +125,7 @@ std::span<const ControlInfo> Controls() {
     std::vector<ControlInfo> rows;
     for (const auto& part :
          {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(), RepertoirePage::Rows(),
-          OptionsPage::Rows(), StartPage::Rows(), TypingPage::Rows()}) {
+          OptionsPage::Rows(), StartPage::Rows(), TypingPage::Rows(), MidiPage::Rows()}) {
       rows.insert(rows.end(), part.begin(), part.end());
     }
     return rows;
@@ -173,6 +190,7 @@ Form1::Form1(Program& theProgram)
       RepertoirePage(static_cast<SharedState&>(*this)),
       OptionsPage(static_cast<SharedState&>(*this)),
       TypingPage(static_cast<SharedState&>(*this)),
+      MidiPage(static_cast<SharedState&>(*this)),
       WebPage(static_cast<SharedState&>(*this)),
       session_(theProgram.ProgramFolder() / kStateFile) {
   for (const ControlInfo& info : Controls()) {
@@ -186,7 +204,7 @@ Form1::Form1(Program& theProgram)
        {&waitingLine, &playingText, &silentLabel, &playingPosition, &stopButton}) {
     control->visible = false;
   }
-  for (const std::int16_t page : {kStartPage, kTypingPage}) {
+  for (const std::int16_t page : {kStartPage, kTypingPage, kMidiPage}) {
     for (const auto member : PageControls(page)) {
       (this->*member).visible = false;
     }
@@ -259,6 +277,9 @@ void Form1::ocultapagina() {
   }
   if (paginaactual == kTypingPage) {
     CloseGuide();
+  }
+  if (paginaactual == kMidiPage) {
+    CloseMidi();
   }
 }
 
@@ -338,14 +359,22 @@ void Form1::keepNewest_Click() {
 }
 
 void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
+  if (paths.size() == 1) {
+    const auto bytes = files::ReadWhole(paths.front(), midi::kMaxSmfBytes);
+    if (bytes && import::RecogniseFile(*bytes) == import::FileKind::kMidi) {
+      return OpenMidiFile(*bytes, files::TextFromPath(paths.front().filename()));
+    }
+  }
   MelodyStore::Added added;
   Try(kNotKept, [&] { Store().Add(paths, added); });
   ShowInRepertoire(added.last);
   if (!added.remarks.empty()) {
-    core::MsgBox(std::string(kOpenedWithRemarks) + added.remarks, core::Icon::kInformation);
+    core::MsgBox(std::string(kOpenedWithRemarks) + FirstLines(added.remarks),
+                 core::Icon::kInformation);
   }
   if (!added.refused.empty()) {
-    core::MsgBox(std::string(kNotOpenedFiles) + added.refused, core::Icon::kExclamation);
+    core::MsgBox(std::string(kNotOpenedFiles) + FirstLines(added.refused),
+                 core::Icon::kExclamation);
   }
 }
 
@@ -437,6 +466,33 @@ void Form1::leaveGuide_Click() {
   ShowPage(kRepertoirePage);
 }
 
+void Form1::OpenMidiFile(std::string_view bytes, std::string_view name) {
+  if (paginaactual != kMidiPage) {
+    beforeMidi_ = paginaactual;
+  }
+  if (Try(kNotOpened, [&] { ReadMidiFile(bytes, name); }) && paginaactual != kMidiPage) {
+    navbanner.visible = false;  // its room is the voices'
+    ShowPage(kMidiPage);
+    focusNext = &Form1::midiVoices;
+  }
+}
+
+void Form1::useMidi_Click() {
+  const std::string text = midiText.text;
+  cmdinicio_Click();
+  EditRtttl(text);
+  focusNext = &Form1::txtrtttlsube;
+}
+
+void Form1::saveMidi_Click() {
+  KeepMelody(std::string(midiText.text));
+}
+
+void Form1::leaveMidi_Click() {
+  const std::int16_t page = beforeMidi_;
+  page == kRepertoirePage ? cmdrepertorio_Click() : cmdinicio_Click();
+}
+
 void Form1::List1_DblClick() {
   if (paginaactual == kRepertoirePage) {
     picreproducir_Click();
@@ -468,6 +524,7 @@ void Form1::Refresh() {
   RefreshOptions();
   RefreshStart();
   RefreshTyping();
+  RefreshMidi();
 }
 
 }  // namespace tonadex::app

@@ -49,7 +49,7 @@ constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no
 constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
-constexpr int kTempoWidth = 96, kLowestNotes = 48, kTallestCards = 680;
+constexpr int kTempoWidth = 96, kLowestNotes = 44, kTallestCards = 680;
 constexpr int kLeastCard = 400, kLeastSide = 280, kLowestNews = 48;
 
 constexpr std::string_view kApplyHelp = u8"Poner en el cuadro la melodía arreglada"_w;
@@ -144,7 +144,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Words("newsTitle", &F::newsTitle, kNewest, Font::kTitle),
     Newest(),
     Row(Look::kTimer, "newsTimer", &F::newsTimer, "", {Event::kTick, &F::newsTimer_Timer}),
-    Open("openButton", &F::openButton, u8"Abrir &fichero…"_w, &F::addButton_Click),
+    Open(Look::kMark, "openButton", &F::openButton, u8"Abrir…"_w, &F::addButton_Click),
     Row(Look::kStorage, "rtf", &F::rtf),
 });
 
