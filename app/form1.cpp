@@ -68,7 +68,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            &F::cmdopciones_Click),
     Go("cmdayuda", &F::cmdayuda, "A&yuda", "ayuda", "El manual de Tonadex (F1)", &F::cmdayuda_Click,
        kNoPage, "F1"),
-    Words("playingText", &F::playingText, "", Font::kHeading),
+    Words("playingText", &F::playingText, "", Font::kTitle),
     Words("silentLabel", &F::silentLabel, words::kSilent, Font::kBody, Tone::kBad),
     Words("playingPosition", &F::playingPosition, ""),
     Button(Look::kPrimary, "stopButton", &F::stopButton, words::kAccept, "",

@@ -217,10 +217,10 @@ Part Arranged(bool wide) {
   });
   Part news = Card({The(&F::newsTitle), The(&F::newsList).Weight(1).Heights(kLowestNews)});
   std::vector<Part> columns;
-  columns.push_back(std::move(composer).Weight(5).Widths(kLeastCard, Part::kUnbounded));
+  columns.push_back(std::move(composer).Weight(wide ? 10 : 5).Widths(kLeastCard, Part::kUnbounded));
   if (wide) {
-    columns.push_back(std::move(rtttl).Weight(3));
-    columns.push_back(std::move(news).Weight(2));
+    columns.push_back(std::move(rtttl).Weight(6));
+    columns.push_back(std::move(news).Weight(5));
   } else {
     columns.push_back(Column({std::move(rtttl).Weight(3), std::move(news).Weight(2)})
                           .Gap(look::kPageMargin)
