@@ -100,10 +100,10 @@ constexpr ControlInfo Words(std::string_view name, Control Form1::*member, std::
 }
 
 // The button of a page that opens melody files.
-constexpr ControlInfo Open(std::string_view name, Control Form1::*member, std::string_view caption,
-                           Handler click) {
+constexpr ControlInfo Open(Look look, std::string_view name, Control Form1::*member,
+                           std::string_view caption, Handler click) {
   ControlInfo button =
-      Button(Look::kButton, name, member, caption, "", words::kOpenHelp, click, words::kOpenHelp);
+      Button(look, name, member, caption, "", words::kOpenHelp, click, words::kOpenHelp);
   button.shortcut = "Ctrl+O";
   return button;
 }

@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::size_t kMarginGap = 2, kColumnGap = 2;
+constexpr std::size_t kSpareRoom = 8;  // the part of the room that even columns may cost
 constexpr std::size_t kWholeRun = 16;  // a longer run of characters is parted between notes
 constexpr int kSmallestFit = 20, kLargestFit = 36,
               kFitStep = 2;  // pixels, where nobody has chosen
@@ -18,8 +19,9 @@ std::size_t SizeOf(const ResultGroup& group) {
   return group.text.to - group.text.from;
 }
 
-// Width of the columns, gap included, that needs the least room while two thirds of the groups fit
-// into one; a longer group takes several.
+// Width of the columns, gap included, in which two thirds of the groups or more fit into one; a
+// longer group takes several. The widest that needs little more room than the best: groups that
+// take two columns make the lines hard to follow.
 std::size_t ColumnWidth(const std::vector<ResultGroup>& groups) {
   std::vector<std::size_t> sizes(groups.size());
   std::ranges::transform(groups, sizes.begin(), SizeOf);
@@ -31,10 +33,8 @@ std::size_t ColumnWidth(const std::vector<ResultGroup>& groups) {
     for (const std::size_t size : sizes) {
       room += (size + kColumnGap + width - 1) / width * width;
     }
-    if (room <= least && width != best) {
-      best = width;
-      least = room;
-    }
+    least = std::min(least, room);
+    best = room <= least + least / kSpareRoom ? width : best;
   }
   return best;
 }

@@ -11,6 +11,7 @@
 #include "app/words.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
@@ -32,6 +33,8 @@ constexpr std::string_view kNotOpened = u8"No se ha podido abrir la melodía: "_
 constexpr std::string_view kNotOpenedFiles = u8"No se ha podido abrir:"_w;
 constexpr std::string_view kOpenedWithRemarks = "Abierto, con estos avisos:";
 constexpr std::string_view kAddTitle = u8"Abrir melodías de cualquier formato"_w;
+constexpr std::size_t kMostLines = 12;
+constexpr std::string_view kMoreLines = u8"…"_w;
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
 // Flag file of the separate updater, which only looks at which of the two names exists.
 constexpr std::string_view kNoUpdateMark = "noactualiza.tdx";
@@ -65,7 +68,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            &F::cmdopciones_Click),
     Go("cmdayuda", &F::cmdayuda, "A&yuda", "ayuda", "El manual de Tonadex (F1)", &F::cmdayuda_Click,
        kNoPage, "F1"),
-    Words("playingText", &F::playingText, "", Font::kHeading),
+    Words("playingText", &F::playingText, "", Font::kTitle),
     Words("silentLabel", &F::silentLabel, words::kSilent, Font::kBody, Tone::kBad),
     Words("playingPosition", &F::playingPosition, ""),
     Button(Look::kPrimary, "stopButton", &F::stopButton, words::kAccept, "",
@@ -90,6 +93,16 @@ std::string TimeInWords(double seconds) {
   const auto whole = static_cast<std::int64_t>(std::max(0.0, seconds));
   const std::string rest = std::to_string(whole % 60);
   return std::to_string(whole / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
+}
+
+// What a message box has room for.
+std::string FirstLines(std::string_view lines) {
+  std::size_t end = 0;
+  for (std::size_t i = 0; i < kMostLines && end != std::string_view::npos; ++i) {
+    end = lines.find(core::kCrLf, end + 1);
+  }
+  std::string first(lines.substr(0, end));
+  return end == std::string_view::npos ? first : first.append(core::kCrLf).append(kMoreLines);
 }
 
 void RenameMark(const std::filesystem::path& folder) {
@@ -356,10 +369,12 @@ void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
   Try(kNotKept, [&] { Store().Add(paths, added); });
   ShowInRepertoire(added.last);
   if (!added.remarks.empty()) {
-    core::MsgBox(std::string(kOpenedWithRemarks) + added.remarks, core::Icon::kInformation);
+    core::MsgBox(std::string(kOpenedWithRemarks) + FirstLines(added.remarks),
+                 core::Icon::kInformation);
   }
   if (!added.refused.empty()) {
-    core::MsgBox(std::string(kNotOpenedFiles) + added.refused, core::Icon::kExclamation);
+    core::MsgBox(std::string(kNotOpenedFiles) + FirstLines(added.refused),
+                 core::Icon::kExclamation);
   }
 }
 

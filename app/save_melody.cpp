@@ -26,6 +26,8 @@ namespace {
 using namespace core::literals;
 
 constexpr std::string_view kCannotSave = u8"No se puede guardar así: "_w;
+constexpr std::string_view kSavedAs =
+    u8"Ya había un fichero con ese nombre. Se ha guardado como "_w;
 constexpr std::string_view kSheetKind = "Hoja para imprimir (*.pdf)";
 constexpr std::string_view kSheetExtension = "pdf";
 
@@ -47,12 +49,45 @@ std::vector<Kind> KindsFor(std::string_view model) {
   return kinds;
 }
 
-// A known extension that was typed says what is meant, but for texts, which any kind may be.
-const Kind& KindMeant(const std::vector<Kind>& kinds, const SaveChoice& choice) {
+// The kind meant and the file with its extension. A known extension that was typed says what is
+// meant, but for texts, which any kind may be. The proposed one was not typed, so a kind that was
+// chosen goes before it.
+struct Meant {
+  const Kind& kind;
+  std::filesystem::path file;
+};
+Meant WhatIsMeant(const std::vector<Kind>& kinds, const SaveChoice& choice) {
   const std::string typed = ExtensionOf(choice.file);
+  const Kind& chosen = kinds[std::min(choice.kind, kinds.size() - 1)];
+  std::filesystem::path file = choice.file;
+  if (typed.empty()) {
+    return {chosen, file += "." + chosen.extension};
+  }
+  if (choice.kind > 0 && typed == kinds.front().extension) {
+    return {chosen, file.replace_extension("." + chosen.extension)};
+  }
   const auto meant = std::ranges::find(kinds, typed, &Kind::extension);
-  return meant == kinds.end() || typed == "txt" ? kinds[std::min(choice.kind, kinds.size() - 1)]
-                                                : *meant;
+  return {meant == kinds.end() || typed == "txt" ? chosen : *meant, file};
+}
+
+// The dialog has asked about the file that was typed, but not about one of another extension: that
+// is saved under a free name, which a box says.
+void Write(const std::filesystem::path& typed, const std::filesystem::path& file,
+           const std::string& bytes) {
+  if (typed == file) {
+    if (!core::SkipErrors([&] { files::WriteBytes(file, bytes); })) {
+      core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
+    }
+    return;
+  }
+  const auto written = files::MakeUnderFreeName(
+      file, [&](const std::filesystem::path& free) { return files::Create(free, bytes); });
+  if (!written) {
+    core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
+  } else if (*written != file) {
+    core::MsgBox(std::string(kSavedAs) + files::TextFromPath(written->filename()) + ".",
+                 core::Icon::kInformation);
+  }
 }
 
 class NoFile : public phones::SaveFileQuestion {
@@ -110,27 +145,23 @@ void SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl, std::string_view
   std::vector<std::string> shown;
   std::ranges::transform(kinds, std::back_inserter(shown), &Kind::shown);
   const std::string name = FileStem(core::Trim(rtttl.substr(0, rtttl.find(':'))));
-  auto choice = dialogs.AskSaveAs(words::kSaveAs, name + "." + kinds.front().extension, shown);
+  const auto choice =
+      dialogs.AskSaveAs(words::kSaveAs, name + "." + kinds.front().extension, shown);
   if (!choice) {
     return;
   }
-  const Kind& kind = KindMeant(kinds, *choice);
-  if (ExtensionOf(choice->file).empty()) {
-    choice->file += "." + kind.extension;
-  }
+  const auto [kind, file] = WhatIsMeant(kinds, *choice);
   try {
-    phones::MelodyFileBytes file;
+    phones::MelodyFileBytes melody;
     if (kind.format == nullptr) {
-      file.bytes = SheetPdf(rtttl, model);
+      melody.bytes = SheetPdf(rtttl, model);
     } else {
-      file = phones::WriteMelodyFile(*kind.format, rtttl);
+      melody = phones::WriteMelodyFile(*kind.format, rtttl);
     }
-    if (!file.notices.empty() && kind.format->write != nullptr) {
-      core::MsgBox(file.notices, core::Icon::kInformation);
+    if (!melody.notices.empty() && kind.format->write != nullptr) {
+      core::MsgBox(melody.notices, core::Icon::kInformation);
     }
-    if (!core::SkipErrors([&] { files::WriteBytes(choice->file, file.bytes); })) {
-      core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
-    }
+    Write(choice->file, file, melody.bytes);
   } catch (const core::RunTimeError& error) {
     core::MsgBox(std::string(kCannotSave) + error.what() + ".", core::Icon::kExclamation);
   }

@@ -52,7 +52,8 @@ constexpr std::string_view kEnd = "</body>\n</html>\n";
 // One line that thins out from the right when the window is narrow; never taller than the banner.
 constexpr std::string_view kBannerStyle = R"html(
 html, body { height: 44px; overflow: hidden; }
-.banner { display: flex; align-items: center; gap: 16px; height: 44px; padding: 0;
+.banner { display: flex; align-items: center; gap: 16px; height: 44px; max-width: 720px;
+  margin: 0 auto; padding: 0;
   white-space: nowrap; overflow: hidden; }
 .banner h1 { font-size: 18px; }
 .banner .display { margin: 0; padding: 4px 12px; border-radius: 8px; flex: none;

@@ -104,7 +104,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     WithKeys(Button(Look::kButton, "cancelEntryButton", &F::cancelEntryButton, "Cancelar", "",
                     "Dejarlo como estaba (Esc)", &F::cancelEntryButton_Click),
              "Esc"),
-    Open("addButton", &F::addButton, u8"&Abrir…"_w, &F::addButton_Click),
+    Open(Look::kButton, "addButton", &F::addButton, u8"&Abrir…"_w, &F::addButton_Click),
     Button(Look::kButton, "undoDeleteButton", &F::undoDeleteButton, "Des&hacer", "",
            u8"Recuperar la melodía borrada"_w, &F::undoDeleteButton_Click),
     Row(Look::kTimer, "folderTimer", &F::folderTimer, "", {Event::kTick, &F::MelodyFolderChanged}),

@@ -49,7 +49,7 @@ constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no
 constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
-constexpr int kTempoWidth = 96, kLowestNotes = 48, kTallestCards = 680;
+constexpr int kTempoWidth = 96, kLowestNotes = 44, kTallestCards = 680;
 constexpr int kLeastCard = 400, kLeastSide = 280, kLowestNews = 48;
 
 constexpr std::string_view kApplyHelp = u8"Poner en el cuadro la melodía arreglada"_w;
@@ -144,7 +144,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Words("newsTitle", &F::newsTitle, kNewest, Font::kTitle),
     Newest(),
     Row(Look::kTimer, "newsTimer", &F::newsTimer, "", {Event::kTick, &F::newsTimer_Timer}),
-    Open("openButton", &F::openButton, u8"Abrir &fichero…"_w, &F::addButton_Click),
+    Open(Look::kMark, "openButton", &F::openButton, u8"Abrir…"_w, &F::addButton_Click),
     Row(Look::kStorage, "rtf", &F::rtf),
 });
 
@@ -217,10 +217,10 @@ Part Arranged(bool wide) {
   });
   Part news = Card({The(&F::newsTitle), The(&F::newsList).Weight(1).Heights(kLowestNews)});
   std::vector<Part> columns;
-  columns.push_back(std::move(composer).Weight(5).Widths(kLeastCard, Part::kUnbounded));
+  columns.push_back(std::move(composer).Weight(wide ? 10 : 5).Widths(kLeastCard, Part::kUnbounded));
   if (wide) {
-    columns.push_back(std::move(rtttl).Weight(3));
-    columns.push_back(std::move(news).Weight(2));
+    columns.push_back(std::move(rtttl).Weight(6));
+    columns.push_back(std::move(news).Weight(5));
   } else {
     columns.push_back(Column({std::move(rtttl).Weight(3), std::move(news).Weight(2)})
                           .Gap(look::kPageMargin)

@@ -1,8 +1,6 @@
 #include "server/api/api.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstdint>
 
 #include "core/melody_file.h"
 #include "core/text.h"
@@ -73,11 +71,12 @@ Reply Answer(const Endpoint& endpoint, const Request& request, std::string_view 
 }
 
 std::string NoSuchModel(const std::string& name, const std::vector<phones::CatalogueRow>& found) {
+  std::string words;
   if (found.empty()) {
-    return std::string(u8"Ningún móvil del catálogo cuadra con «"_w) + name +
-           std::string(u8"»: elige uno de /api/v1/modelos."_w);
+    words.append(u8"Ningún móvil del catálogo cuadra con «"_w).append(name);
+    return words.append(u8"»: elige uno de /api/v1/modelos."_w);
   }
-  std::string words = std::string(u8"«"_w) + name + std::string(u8"» puede ser:"_w);
+  words.append(u8"«"_w).append(name).append(u8"» puede ser:"_w);
   for (const phones::CatalogueRow& row : found) {
     words.append(words.ends_with(':') ? " " : "; ").append(row.brand).append(row.model);
   }
@@ -111,7 +110,7 @@ std::string Call::Melody() const {
 }
 
 std::string Call::Model() const {
-  const std::string name = parameters["modelo"];
+  std::string name = parameters["modelo"];
   if (phones::FindModel(name) != nullptr) {
     return name;
   }
@@ -122,7 +121,7 @@ std::string Call::Model() const {
   return std::string(found.front().model);
 }
 
-Reply JsonReply(std::string utf8, int status) {
+Reply JsonReply(std::string_view utf8, int status) {
   Reply reply = TextReply(status, utf8);
   reply.contentType = kJsonType;
   return reply;

@@ -36,7 +36,7 @@ struct Call {
   std::string Model() const;
 };
 
-Reply JsonReply(std::string utf8, int status = 200);
+Reply JsonReply(std::string_view utf8, int status = 200);
 
 // An interface's function; throws ApiProblem. The melodies of the shelf:
 Reply FindMelodies(const Call& call);

@@ -50,6 +50,8 @@ constexpr Case kCases[] = {
     {"NumbersTheLines", "22 333 (4) 55", true, 12, "1  22   333\n3  (4)  55"},
     {"LongGroupsTakeTwoColumns", "22 3 44 55555 6 (7)", true, 15,
      "1  22   3    44\n4  55555     6\n6  (7)"},
+    {"FewLongerGroupsWidenTheColumns", "1 1 1 1 22 1 22 1", true, 20,
+     "1  1   1   1   1\n5  22  1   22  1"},
     {"BreaksBehindCommasWithoutABlank", "x:d=4:c,d,e", false, 8, "x:d=4:c,\nd,e"},
     {"KeepsTheResultsOwnLines", "BEGIN:X\r\n\r\nEND:X\r", false, 40, "BEGIN:X\n\nEND:X\n"},
     {"BreaksWhatNoLineHolds", "abcdefghij", false, 4, "abcd\nefgh\nij"},

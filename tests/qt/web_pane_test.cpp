@@ -192,5 +192,27 @@ TEST(WebPane, NoDialogOfAPageOpens) {
   }
 }
 
+// Whether a screen reader comes upon the words in the tree under `part`.
+bool Speaks(QAccessibleInterface* part, const QString& words) {
+  if (part == nullptr || part->text(QAccessible::Name).contains(words)) {
+    return part != nullptr;
+  }
+  for (int i = 0; i < part->childCount(); ++i) {
+    if (Speaks(part->child(i), words)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+TEST(WebPane, ItsPagesSpeak) {
+  ShownPane shown(WebPane::Kind::kPage, "<h1>Valses</h1>");
+  QAccessible::setActive(true);
+  EXPECT_TRUE(QTest::qWaitFor([&shown] {
+    return Speaks(QAccessible::queryAccessibleInterface(shown.pane.currentWidget()), "Valses");
+  }));
+  QAccessible::setActive(false);
+}
+
 }  // namespace
 }  // namespace tonadex::test

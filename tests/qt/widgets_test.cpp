@@ -67,6 +67,10 @@ TEST(PhoneDisplay, HeldKeysAloneAreHeavier) {
     }
   }
   EXPECT_EQ(heavy, "(5)");
+  Show(display, "18 (5)9 0", true);
+  QTextCursor end(display.document());
+  end.movePosition(QTextCursor::End);
+  EXPECT_EQ(end.charFormat(), QTextCharFormat());  // not that of the number before it
 }
 
 TEST(PhoneDisplay, FillsItsPlaceUntilSomeoneChoosesASize) {

@@ -504,10 +504,13 @@ TEST(MainWindow, APastedMelodyIsMarkedMendedAndKept) {
 
 TEST(MainWindow, ThePhonesKeysComposeAndTheDrawingFollows) {
   TestWindow t;
+  t.window.resize(shell::kLeastWidth, shell::kLeastHeight);
   t.window.show();
   t.Click("cmdinicio");
+  QCoreApplication::processEvents();
   auto* notes = qobject_cast<QPlainTextEdit*>(t.Widget("txtmelodiacompo"));
   for (QPushButton* key : t.Widget("keyRow")->findChildren<QPushButton*>()) {
+    EXPECT_TRUE(key->parentWidget()->rect().contains(key->geometry())) << key->text().toStdString();
     if (key->text() == "1" || key->text() == "8" || key->text() == "#" || key->text() == "0") {
       key->click();
     }

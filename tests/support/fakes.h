@@ -64,7 +64,7 @@ class FakeFileDialogs : public app::FileDialogs {
     }
     const std::filesystem::path path = files::PathFromText(*answers.front());
     answers.pop_front();
-    return app::SaveChoice{path};
+    return app::SaveChoice{path, chosen};
   }
 
   std::vector<std::filesystem::path> AskOpen(std::string_view) override {
@@ -74,6 +74,7 @@ class FakeFileDialogs : public app::FileDialogs {
 
   std::vector<std::string> proposed;               // names
   std::vector<std::string> offered;                // kinds of the last question
+  std::size_t chosen = 0;                          // of these
   std::deque<std::optional<std::string>> answers;  // full paths
   std::vector<app::FileDialogRecord> asked;        // as they came in
   std::vector<std::string> kinds;                  // "save" or "open"

@@ -14,7 +14,7 @@ namespace tonadex::shell {
 
 KeyRow::KeyRow(QWidget* parent)
     : QWidget(parent), hold_(new QPushButton(QStringLiteral("( )"), this)) {
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   const Theme theme = CurrentTheme();
   for (const app::ComposerKey& key : app::ComposerKeys()) {
     const QString sign = ToQString(key.label);

@@ -68,6 +68,7 @@ QTextCursor PhoneDisplay::Select(app::TextRange range) const {
 void PhoneDisplay::Draw() {
   const int sizeBefore = font().pixelSize();
   setFont(DisplayFont(PixelSize()));
+  setCurrentCharFormat({});  // that of a number in the margin would become the whole text's
   setPlainText(ToQString(display_.shown().text));
   QTextCharFormat heavy;
   heavy.setFontWeight(QFont::Black);

@@ -55,14 +55,13 @@ class RowDelegate : public QStyledItemDelegate {
     painter->drawText(place, Qt::AlignVCenter,
                       metrics.elidedText(name, Qt::ElideRight, place.width()));
     const int used = metrics.horizontalAdvance(name) + kGrid;
-    if (split >= 0 && used < place.width()) {
-      font.setWeight(QFont::Normal);
+    font.setWeight(QFont::Normal);
+    const QString file = split < 0 ? QString() : text.mid(split + 1);
+    if (used + QFontMetrics(font).horizontalAdvance(file) <=
+        place.width()) {  // whole or not at all
       painter->setFont(font);
       painter->setPen(theme.muted);
-      const QFontMetrics quiet(font);
-      painter->drawText(
-          place.adjusted(used, 0, 0, 0), Qt::AlignVCenter,
-          quiet.elidedText(text.mid(split + 1), Qt::ElideRight, place.width() - used));
+      painter->drawText(place.adjusted(used, 0, 0, 0), Qt::AlignVCenter, file);
     }
   }
 };

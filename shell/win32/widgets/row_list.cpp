@@ -240,8 +240,9 @@ void RowList::PaintRow(const DRAWITEMSTRUCT& item) const {
   constexpr UINT kLine = DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS;
   Words(item.hDC, name, box, font.get(), hint ? theme_.colours.muted : theme_.colours.text, kLine);
   box.left += TextWidth(font.get(), name) + theme_.Px(kGrid);
-  if (split != std::wstring::npos && box.left < box.right) {
-    Words(item.hDC, text.substr(split + 1), box, theme_.body.get(), theme_.colours.muted, kLine);
+  const std::wstring file = split == std::wstring::npos ? L"" : text.substr(split + 1);
+  if (box.left + TextWidth(theme_.body.get(), file) <= box.right) {  // whole or not at all
+    Words(item.hDC, file, box, theme_.body.get(), theme_.colours.muted, kLine);
   }
 }
 
