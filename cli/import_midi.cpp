@@ -11,7 +11,7 @@
 namespace tonadex::cli {
 namespace {
 
-// "2: Solo, parece la melodía (Flauta), canal 1, 64 notas, de c5 a g6"
+// "2: Solo, parece la melodía (Flauta), canal 1, 64 notas, de do 5 a sol 6"
 void ListVoices(Context& context, const std::vector<midi::SmfVoice>& voices) {
   for (std::size_t i = 0; i < voices.size(); ++i) {
     context.out << i + 1 << ": " << ForTerminal(midi::VoiceText(voices[i])) << '\n';

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <span>
-#include <string_view>
 
 #include "core/windows1252.h"
 
@@ -16,8 +15,6 @@ namespace {
 constexpr std::array kDefaultLengths = {4, 8, 16, 32, 2, 1};
 constexpr std::array kDefaultOctaves = {5, 6, 4, 7, 3, 2, 8, 1};
 
-constexpr std::array<std::string_view, 12> kPitches = {"c",  "c#", "d",  "d#", "e",  "f",
-                                                       "f#", "g",  "g#", "a",  "a#", "b"};
 constexpr std::string_view kNoName = u8"melodía"_w;
 
 constexpr int Digits(int length) {

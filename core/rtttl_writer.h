@@ -1,10 +1,16 @@
 #pragma once
 
+#include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Writes a melody whose notes are known as RTTTL text.
 namespace tonadex::core {
+
+// The pitches of an octave as RTTTL spells them.
+inline constexpr std::array<std::string_view, 12> kPitches = {"c",  "c#", "d",  "d#", "e",  "f",
+                                                              "f#", "g",  "g#", "a",  "a#", "b"};
 
 // One note or pause, free of any notation.
 struct PlainNote {

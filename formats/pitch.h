@@ -8,15 +8,15 @@
 #include <string_view>
 
 #include "core/rtttl.h"
+#include "core/rtttl_writer.h"
 #include "core/text.h"
 
 namespace tonadex::formats {
 
 inline constexpr int kSemitones = 12;  // per octave
 
-// The pitches of an octave as RTTTLNote::Note spells them.
-inline constexpr std::array<std::string_view, kSemitones> kPitches = {
-    "c", "c#", "d", "d#", "e", "f", "f#", "g", "g#", "a", "a#", "b"};
+using core::kPitches;
+static_assert(kPitches.size() == kSemitones);
 
 // Their Spanish names.
 inline constexpr std::array<std::string_view, kSemitones> kSpanishPitches = {

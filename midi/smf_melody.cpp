@@ -332,10 +332,11 @@ int TempoOf(std::uint32_t microseconds, double scale) {
 }
 
 // The reading whose notes have the shortest text; that of the file where several have. A note that
-// is lost or moved counts as much as a few notes of text, so does a tempo that phones seldom take.
+// is lost counts as much as a few notes of text, so does a tempo that phones seldom take; no text
+// is so short that a note may be moved for it.
 Reading ShortestReading(std::span<const Stroke> strokes, std::uint32_t division,
                         std::uint32_t microseconds) {
-  constexpr std::size_t kLostCost = 20, kTempoCost = 100;
+  constexpr std::size_t kLostCost = 20, kTempoCost = 100, kMovedCost = 1000000;
   Reading best;
   std::size_t least = std::numeric_limits<std::size_t>::max();
   for (int i = 0; i < 2 * kMostDoublings + 1; ++i) {
@@ -349,7 +350,8 @@ Reading ShortestReading(std::span<const Stroke> strokes, std::uint32_t division,
     const PlacedVoice placed = Place(strokes, Grid(division, reading), reading.scale);
     const Written written = Write(placed.strokes, core::kMaxParts, false);
     const std::size_t cost = core::RtttlText({"", kSlowest, written.notes}).size() +
-                             kLostCost * (placed.lost + placed.moved) + (unusual ? kTempoCost : 0);
+                             kLostCost * placed.lost + kMovedCost * placed.moved +
+                             (unusual ? kTempoCost : 0);
     if (cost < least) {
       least = cost;
       best = reading;

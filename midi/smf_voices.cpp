@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core/text.h"
+#include "formats/pitch.h"
 #include "midi/gm_instruments.h"
 
 namespace tonadex::midi {
@@ -163,9 +164,8 @@ std::vector<SmfNote> NotesOf(const SmfFile& file, const SmfVoice& voice) {
 }
 
 std::string KeyText(int key) {
-  constexpr std::array<std::string_view, 12> kPitches = {"c",  "c#", "d",  "d#", "e",  "f",
-                                                         "f#", "g",  "g#", "a",  "a#", "b"};
-  return std::string(kPitches.at(static_cast<std::size_t>(key % 12))) + std::to_string(key / 12);
+  return std::string(formats::kSpanishPitches.at(static_cast<std::size_t>(key % 12))) + " " +
+         std::to_string(key / 12);
 }
 
 std::string VoiceText(const SmfVoice& voice) {

@@ -27,10 +27,10 @@ std::vector<SmfVoice> VoicesOf(const SmfFile& file);
 // The voice's notes in the order of their times; of those that begin together the highest first.
 std::vector<SmfNote> NotesOf(const SmfFile& file, const SmfVoice& voice);
 
-// "c5": the key in RTTTL's notation, where octave 5 begins with key 60.
+// "do# 5": the octave as in RTTTL, where octave 5 begins with key 60.
 std::string KeyText(int key);
 
-// "Solo, parece la melodía (Flauta), canal 1, 64 notas, de c5 a g6"
+// "Solo, parece la melodía (Flauta), canal 1, 64 notas, de do 5 a sol 6"
 std::string VoiceText(const SmfVoice& voice);
 
 }  // namespace tonadex::midi

@@ -23,7 +23,7 @@ constexpr std::string_view kNoNotes = "el fichero MIDI no tiene ninguna nota";
 constexpr std::string_view kFirstBar = u8"Desde el com&pás"_w;
 constexpr std::string_view kNoBar = u8"En esos compases la voz no tiene notas."_w;
 constexpr std::string_view kNothingLost = u8"La melodía entra entera."_w;
-constexpr int kChoiceWidth = 170, kListHeight = 150, kTextHeight = 76;
+constexpr int kChoiceWidth = 170, kListHeight = 150, kTextHeight = 60;
 
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("midiTitle", &F::midiTitle, "", Font::kHeading),
