@@ -33,7 +33,7 @@ enum class Look {
   kBanner,    // web view that raises kNavigation instead of following links
   kPicture,   // an icon alone
   kDrawing,   // a melody's drawing; `listIndex`: the marked note of one that follows no sound
-  kShapes,    // a picture made of shapes, clicked as a whole; `text` says it
+  kShapes,    // a picture made of shapes, which can be clicked; `text` says it
   kSlider,    // `value`
   kKeys,      // the phone's keys
   kBusyLine,  // caption; moves while `checked`
@@ -59,7 +59,7 @@ struct Control {
   std::string invitation;   // shown while the control is empty (lines of text, lists, displays)
   std::size_t cursor = 0;   // of a text area: characters before the cursor
   std::vector<core::TextRange> faults;  // of a text area: what to underline in `text`, in order
-  int value = 0;                        // of a slider and of the display
+  int value = 0;  // of a slider and of the display; of shapes: the `hit` of the last click
   bool checked = false;
   int marked = -1;             // of the display: the group to mark while a melody sounds
   Tone tone = Tone::kText;     // of a label or a mark

@@ -13,6 +13,9 @@
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
+#include "files/read.h"
+#include "import/recognise.h"
 #include "midi/playback.h"
 #include "net/addresses.h"
 #include "phones/phone_description.h"
@@ -82,6 +85,7 @@ constexpr auto kPages = std::to_array<Page>({
     {kOptionsPage, &OptionsPage::Layout},
     {kStartPage, &StartPage::Layout, &StartPage::WideLayout},
     {kTypingPage, &TypingPage::Layout, &TypingPage::WideLayout},
+    {kMidiPage, &MidiPage::Layout},
 });
 
 // "1:05" for 65 seconds.
@@ -121,7 +125,7 @@ std::span<const ControlInfo> Controls() {
     std::vector<ControlInfo> rows;
     for (const auto& part :
          {Form1::Rows(), WebPage::Rows(), SearchPage::Rows(), RepertoirePage::Rows(),
-          OptionsPage::Rows(), StartPage::Rows(), TypingPage::Rows()}) {
+          OptionsPage::Rows(), StartPage::Rows(), TypingPage::Rows(), MidiPage::Rows()}) {
       rows.insert(rows.end(), part.begin(), part.end());
     }
     return rows;
@@ -186,6 +190,7 @@ Form1::Form1(Program& theProgram)
       RepertoirePage(static_cast<SharedState&>(*this)),
       OptionsPage(static_cast<SharedState&>(*this)),
       TypingPage(static_cast<SharedState&>(*this)),
+      MidiPage(static_cast<SharedState&>(*this)),
       WebPage(static_cast<SharedState&>(*this)),
       session_(theProgram.ProgramFolder() / kStateFile) {
   for (const ControlInfo& info : Controls()) {
@@ -199,7 +204,7 @@ Form1::Form1(Program& theProgram)
        {&waitingLine, &playingText, &silentLabel, &playingPosition, &stopButton}) {
     control->visible = false;
   }
-  for (const std::int16_t page : {kStartPage, kTypingPage}) {
+  for (const std::int16_t page : {kStartPage, kTypingPage, kMidiPage}) {
     for (const auto member : PageControls(page)) {
       (this->*member).visible = false;
     }
@@ -272,6 +277,9 @@ void Form1::ocultapagina() {
   }
   if (paginaactual == kTypingPage) {
     CloseGuide();
+  }
+  if (paginaactual == kMidiPage) {
+    CloseMidi();
   }
 }
 
@@ -351,6 +359,12 @@ void Form1::keepNewest_Click() {
 }
 
 void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
+  if (paths.size() == 1) {
+    const auto bytes = files::ReadWhole(paths.front(), midi::kMaxSmfBytes);
+    if (bytes && import::RecogniseFile(*bytes) == import::FileKind::kMidi) {
+      return OpenMidiFile(*bytes, files::TextFromPath(paths.front().filename()));
+    }
+  }
   MelodyStore::Added added;
   Try(kNotKept, [&] { Store().Add(paths, added); });
   ShowInRepertoire(added.last);
@@ -452,6 +466,33 @@ void Form1::leaveGuide_Click() {
   ShowPage(kRepertoirePage);
 }
 
+void Form1::OpenMidiFile(std::string_view bytes, std::string_view name) {
+  if (paginaactual != kMidiPage) {
+    beforeMidi_ = paginaactual;
+  }
+  if (Try(kNotOpened, [&] { ReadMidiFile(bytes, name); }) && paginaactual != kMidiPage) {
+    navbanner.visible = false;  // its room is the voices'
+    ShowPage(kMidiPage);
+    focusNext = &Form1::midiVoices;
+  }
+}
+
+void Form1::useMidi_Click() {
+  const std::string text = midiText.text;
+  cmdinicio_Click();
+  EditRtttl(text);
+  focusNext = &Form1::txtrtttlsube;
+}
+
+void Form1::saveMidi_Click() {
+  KeepMelody(std::string(midiText.text));
+}
+
+void Form1::leaveMidi_Click() {
+  const std::int16_t page = beforeMidi_;
+  page == kRepertoirePage ? cmdrepertorio_Click() : cmdinicio_Click();
+}
+
 void Form1::List1_DblClick() {
   if (paginaactual == kRepertoirePage) {
     picreproducir_Click();
@@ -483,6 +524,7 @@ void Form1::Refresh() {
   RefreshOptions();
   RefreshStart();
   RefreshTyping();
+  RefreshMidi();
 }
 
 }  // namespace tonadex::app

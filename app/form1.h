@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "app/control_table.h"
+#include "app/pages/midi_page.h"
 #include "app/pages/options_page.h"
 #include "app/pages/page.h"
 #include "app/pages/repertoire_page.h"
@@ -42,6 +43,7 @@ class Form1 : public SharedState,
               public RepertoirePage,
               public OptionsPage,
               public TypingPage,
+              public MidiPage,
               public WebPage {
  public:
   explicit Form1(Program& program);
@@ -71,9 +73,17 @@ class Form1 : public SharedState,
   void saveComposed_Click();
   void saveRtttl_Click();
   void keepNewest_Click();  // the selected one of the server's newest melodies
-  // Files dropped on the window: their melodies are added to the repertoire.
+  // Files dropped on the window, or opened: their melodies are added to the repertoire. A single
+  // MIDI file is shown instead, for the user to choose from its voices.
   void FilesDropped(std::span<const std::filesystem::path> paths);
   void addButton_Click();
+  // Shows the voices of a MIDI file, of which the user makes a melody; a message box when the file
+  // is damaged or has no notes. `name` is the file's.
+  void OpenMidiFile(std::string_view bytes, std::string_view name);
+  // The melody made of it into the box for RTTTL texts, or into the repertoire; or back.
+  void useMidi_Click();
+  void saveMidi_Click();
+  void leaveMidi_Click();
   // Enter or a double click on a row: plays in the repertoire, downloads on the search page.
   void List1_DblClick();
   // Writes down what is to survive the end of the program.
@@ -110,6 +120,7 @@ class Form1 : public SharedState,
   void ShowPage(std::int16_t page);
 
   bool formReady_ = false;
+  std::int16_t beforeMidi_ = kStartPage;  // the page to go back to
   bool playing_ = false;
   SessionState session_;
 };

@@ -42,11 +42,23 @@ struct Shape {
   bool bold = false;
   bool mono = false;  // in a monospaced font
   Align align = Align::kLeft;
+  int hit = -1;  // what a click on it means to the page; -1: the same as beside it
 
   friend bool operator==(const Shape&, const Shape&) = default;
 };
 
 using Picture = std::vector<Shape>;
+
+// The `hit` of what lies uppermost at a place, -1 for none.
+inline int HitAt(const Picture& picture, double x, double y) {
+  int hit = -1;
+  for (const Shape& shape : picture) {
+    const bool inside =
+        x >= shape.box.x && x < shape.box.right() && y >= shape.box.y && y < shape.box.bottom();
+    hit = inside && shape.hit >= 0 ? shape.hit : hit;
+  }
+  return hit;
+}
 
 // Pages to print. Sizes are in points.
 struct Paper {

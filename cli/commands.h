@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,7 +15,8 @@ struct Arguments {
   std::string file, row, brand, wav, pdf, printer, server, folder;
   std::vector<std::string> words;  // files, search words or melody names
   bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
-       beep = false, instrument = false, intoRepertoire = false;
+       beep = false, instrument = false, intoRepertoire = false, voices = false;
+  std::uint16_t voice = 0, firstBar = 0, mostNotes = 0;  // 0 where they are not named
   const char* const* typed = nullptr;  // the whole command line, terminated by nullptr
 
   bool HasOnePhone() const { return phone.has_value() != model.has_value(); }

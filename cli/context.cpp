@@ -93,18 +93,6 @@ std::istream& OpenInput(Context& context, const std::string& file, std::ifstream
   return opened;
 }
 
-MelodyInput ReadMelody(Context& context, const std::string& file) {
-  std::ifstream opened;
-  const std::string bytes =
-      files::ReadFirstLine(OpenInput(context, file, opened), core::kMaxLineBytes);
-  if (bytes.size() > core::kMaxLineBytes) {
-    throw Failure{ExitCode::kNotConverted,
-                  file + ": la primera línea pasa de 1 MiB y no puede ser una melodía"};
-  }
-  const std::string line = core::FromOutside(bytes);
-  return {file, line, RowOf(ArgumentPath(file), line)};
-}
-
 std::string ReadAll(Context& context, const std::string& file, std::size_t most) {
   std::ifstream opened;
   std::istream& input = OpenInput(context, file, opened);
@@ -116,6 +104,18 @@ std::string ReadAll(Context& context, const std::string& file, std::size_t most)
                   file + ": pasa de " + std::to_string(most >> 20) + " MiB"};
   }
   return bytes;
+}
+
+MelodyInput ReadMelody(Context& context, const std::string& file) {
+  std::ifstream opened;
+  const std::string bytes =
+      files::ReadFirstLine(OpenInput(context, file, opened), core::kMaxLineBytes);
+  if (bytes.size() > core::kMaxLineBytes) {
+    throw Failure{ExitCode::kNotConverted,
+                  file + ": la primera línea pasa de 1 MiB y no puede ser una melodía"};
+  }
+  const std::string line = core::FromOutside(bytes);
+  return {file, line, RowOf(ArgumentPath(file), line)};
 }
 
 std::vector<std::string> FilesOrInput(const std::vector<std::string>& files) {

@@ -65,6 +65,9 @@ std::filesystem::path ArgumentPath(const std::string& utf8);
 // Standard input for "-", else `opened` on the file, which may be a pipe. Throws Failure.
 std::istream& OpenInput(Context& context, const std::string& file, std::ifstream& opened);
 
+// The whole of a file, or of standard input for "-". Throws Failure, also for more than `most` bytes.
+std::string ReadAll(Context& context, const std::string& file, std::size_t most);
+
 // A melody of the command line: the first line of a file, or of standard input for "-".
 struct MelodyInput {
   std::string name;  // the argument, UTF-8
@@ -75,9 +78,6 @@ struct MelodyInput {
 
 // Throws Failure, also for a line of more than core::kMaxLineBytes.
 MelodyInput ReadMelody(Context& context, const std::string& file);
-
-// The whole input. Throws Failure, also for one of more than `most` bytes.
-std::string ReadAll(Context& context, const std::string& file, std::size_t most);
 
 // The files, or "-" (standard input) when none is named.
 std::vector<std::string> FilesOrInput(const std::vector<std::string>& files);

@@ -6,6 +6,7 @@
 #include "app/result_file_name.h"
 #include "cli/commands.h"
 #include "cli/import_files.h"
+#include "cli/import_midi.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
@@ -85,21 +86,30 @@ bool IsFolder(const std::string& output) {
          fs::is_directory(ArgumentPath(output), ignored);
 }
 
-}  // namespace
-
-std::vector<import::OpenedMelody> OpenFile(Context& context, const std::string& file) {
-  const std::string bytes = ReadAll(context, file, import::kMostBytes);
+std::vector<import::OpenedMelody> Open(const std::string& file, const std::string& bytes) {
   import::OpenedFile opened;
   FailOnError(ExitCode::kNotConverted, file + ": ", [&] {
     const std::string name = file == "-" ? "" : files::TextFromPath(ArgumentPath(file).filename());
     opened = import::OpenMelodyFile(bytes, name);
   });
-  for (const import::OpenedMelody& melody : opened.melodies) {
+  return std::move(opened.melodies);
+}
+
+void ShowRemarks(Context& context, const std::string& file,
+                 const std::vector<import::OpenedMelody>& melodies) {
+  for (const import::OpenedMelody& melody : melodies) {
     for (const std::string& remark : melody.remarks) {
       context.err << file << ": " << ForTerminal(NameIn(melody.text) + ": " + remark) << '\n';
     }
   }
-  return std::move(opened.melodies);
+}
+
+}  // namespace
+
+std::vector<import::OpenedMelody> OpenFile(Context& context, const std::string& file) {
+  auto melodies = Open(file, ReadAll(context, file, import::kMostBytes));
+  ShowRemarks(context, file, melodies);
+  return melodies;
 }
 
 void Import(Context& context, const Arguments& arguments) {
@@ -107,7 +117,11 @@ void Import(Context& context, const Arguments& arguments) {
   const app::MelodyStore store(program / "melodias", program / net::kBinFolder);
   for (const std::string& file : FilesOrInput(arguments.words)) {
     Attempt(context, [&] {
-      for (const import::OpenedMelody& melody : OpenFile(context, file)) {
+      const std::string bytes = ReadAll(context, file, import::kMostBytes);
+      const bool isMidi = import::RecogniseFile(bytes) == import::FileKind::kMidi;
+      const auto melodies = isMidi ? OpenMidi(context, arguments, file, bytes) : Open(file, bytes);
+      ShowRemarks(context, file, melodies);
+      for (const import::OpenedMelody& melody : melodies) {
         std::string shown = melody.text;
         if (arguments.intoRepertoire) {
           FailOnError(ExitCode::kSystemFailed, file + ": ",

@@ -72,12 +72,23 @@ std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommand
        "Lee melodías de ficheros de cualquier formato: escribe una por línea en RTTTL",
        {{"--al-repertorio", "", "Las guarda en el repertorio y escribe sus ficheros",
          &a.intoRepertoire},
+        {"--pistas", "", "Muestra las voces de un fichero MIDI", &a.voices},
+        {"--pista", "N", "Voz del fichero MIDI, en vez de la que parece la melodía", &a.voice},
+        {"--desde", "COMPÁS", "Primer compás del fichero MIDI, contando desde 1", &a.firstBar},
+        {"--notas", "N", "Notas y pausas que se toman como mucho del fichero MIDI", &a.mostNotes},
+        phone,
+        model,
         {"ficheros", "FICHERO",
-         "RTTTL, OTT, SMS de Nokia, iMelody, EMelody, MDY, KWS, compositor o teclas; \"-\" es la "
-         "entrada estándar",
+         "MIDI, RTTTL, OTT, SMS de Nokia, iMelody, EMelody, MDY, KWS, compositor o teclas; \"-\" "
+         "es "
+         "la entrada estándar",
          &a.words}},
        doing(Import),
-       "El formato se reconoce por el contenido, no por el nombre."},
+       "El formato se reconoce por el contenido, no por el nombre. De un fichero MIDI se toman "
+       "con\n"
+       "--telefono las notas que caben en el móvil y en sus octavas. Lo que una melodía pierde "
+       "por\n"
+       "el camino se muestra en la salida de errores."},
       {"comprobar", "Dice qué está mal en una melodía RTTTL", {files}, doing(Check)},
       {"arreglar",
        "Arregla melodías copiadas de cualquier sitio: escribe una por línea",

@@ -5,6 +5,7 @@
 
 #include "core/windows1252.h"
 #include "phones/catalogue.h"
+#include "phones/file_formats.h"
 #include "phones/formats.h"
 #include "phones/keypads.h"
 #include "phones/phone_choices.h"
@@ -57,6 +58,7 @@ std::string CatalogueJson() {
                   {"formato", ToUtf8(row.code)},
                   {"moviles", PhonesOf(row)},
                   {"clase", kKindNames[kind]},
+                  {"fichero", phones::FileFormatOf(row.model)->name},
                   {"recibe", ToUtf8(phones::PhoneGets(row.model))},
                   {"entrada", ToUtf8(phones::HowToEnter(row.model))},
                   {"ejemplo", ToUtf8(phones::ExampleResult(row.model))}};

@@ -6,7 +6,7 @@
 // The phones and formats of the catalogue as JSON.
 namespace tonadex::json {
 
-// {"modelos":[{"marca":…,"modelo":…,"formato":…,"moviles":[…],"clase":…,"recibe":…,"entrada":…,
+// {"modelos":[{"marca":…,"modelo":…,"formato":…,"moviles":[…],"clase":…,"fichero":…,"recibe":…,"entrada":…,
 // "ejemplo":…,"teclado":{…}},…]} in the catalogue's order.
 std::string CatalogueJson();
 

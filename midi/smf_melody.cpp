@@ -277,12 +277,12 @@ void MoveOctaves(SmfMelody& result, const SmfChoice& choice) {
   }
   if (best != 0) {
     result.remarks.push_back(std::string(best > 0 ? "Sube " : "Baja ") +
-                             Counted(static_cast<std::size_t>(std::abs(best)), "octava"));
+                             Counted(static_cast<std::size_t>(std::abs(best)), "octava") + ".");
   }
   if (const auto others = outside(best); others > 0) {
     result.remarks.push_back(
         ("Cambia de octava " + Counted(static_cast<std::size_t>(others), "nota"))
-            .append(u8" fuera del alcance del móvil"_w));
+            .append(u8" fuera del alcance del móvil."_w));
   }
   for (core::PlainNote& note : notes) {
     const bool pause = note.semitone < 0;
@@ -364,7 +364,7 @@ std::uint32_t LongestTempo(const SmfFile& file, std::size_t track, std::span<con
       file, track, strokes.front().stroke.start,
       std::max<double>(strokes.back().stroke.end, strokes.front().stroke.start + 1.0));
   if (tempos.size() > 1) {
-    remarks.emplace_back(u8"El tempo cambia: se toma el que más dura"_w);
+    remarks.emplace_back(u8"El tempo cambia: se toma el que más dura."_w);
   }
   return std::ranges::max_element(tempos, {}, [](const auto& tempo) { return tempo.second; })
       ->first;
@@ -379,16 +379,16 @@ void AddRemarks(SmfMelody& result, std::span<const Placed> strokes, bool cut, Ta
   if (cut) {
     std::string words(u8"Acaba en el compás "_w);
     words += std::to_string(result.lastBar) + " de " + std::to_string(result.bars);
-    result.remarks.push_back(words.append(u8": no caben más notas"_w));
+    result.remarks.push_back(words.append(u8": no caben más notas."_w));
   }
   if (covered > 0) {
     result.remarks.push_back(("Quita " + Counted(covered, "nota"))
                                  .append(taken == Taken::kHighest
-                                             ? u8" por debajo de otra más aguda"_w
-                                             : u8" a la vez que otra anterior"_w));
+                                             ? u8" por debajo de otra más aguda."_w
+                                             : u8" a la vez que otra anterior."_w));
   }
   if (lost > 0) {
-    result.remarks.push_back("Quita " + Counted(lost, "nota") + " de menos de una fusa");
+    result.remarks.push_back("Quita " + Counted(lost, "nota") + " de menos de una fusa.");
   }
 }
 
@@ -437,7 +437,7 @@ SmfMelody MelodyOfVoice(const SmfFile& file, const SmfVoice& voice, const SmfCho
   AddRemarks(result, placed.strokes, written.cut, choice.taken);
   if (file.smpteTime) {
     result.remarks.emplace_back(
-        u8"El fichero mide el tiempo en segundos: los compases son de dos segundos"_w);
+        u8"El fichero mide el tiempo en segundos: los compases son de dos segundos."_w);
   }
   MoveOctaves(result, choice);
   return result;

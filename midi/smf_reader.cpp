@@ -77,7 +77,7 @@ class Bytes {
     Refuse(problem, what, at_);
   }
   [[noreturn]] void Refuse(SmfProblem problem, std::string_view what, std::size_t at) const {
-    std::string sentence(u8"El fichero MIDI está dañado"_w);
+    std::string sentence(u8"el fichero MIDI está dañado"_w);
     sentence += track_ == 0 ? "" : " en la pista " + std::to_string(track_);
     sentence += ", byte " + std::to_string(at) + ": ";
     throw SmfFault{problem, at, track_, sentence.append(what)};
@@ -308,13 +308,13 @@ std::vector<Change> ChangesFor(const SmfFile& file, std::size_t track,
 std::variant<SmfFile, SmfFault> ReadSmf(std::string_view bytes) {
   if (bytes.size() > kMaxSmfBytes) {
     return FaultOf(SmfProblem::kTooLong,
-                   "El fichero MIDI pasa de " + std::to_string(kMaxSmfBytes >> 20) + " MB");
+                   "el fichero MIDI pasa de " + std::to_string(kMaxSmfBytes >> 20) + " MB");
   }
   const bool riff =
       bytes.starts_with("RIFF") && bytes.size() > kRiffHeader && bytes.substr(8, 4) == "RMID";
   const std::size_t start = riff ? kRiffHeader : 0;
   if (!bytes.substr(start).starts_with(kMark)) {
-    return FaultOf(SmfProblem::kNoMidi, u8"No es un fichero MIDI: no empieza por «MThd»"_w);
+    return FaultOf(SmfProblem::kNoMidi, u8"no es un fichero MIDI: no empieza por «MThd»"_w);
   }
   try {
     return ReadFile(bytes.substr(start), start);

@@ -13,9 +13,9 @@
 // Windows-1252.
 namespace tonadex::midi {
 
-// Longer files are refused. A note takes at least three bytes of its file and twelve in memory, so
-// a file read takes at most four times its size, and the file itself.
-inline constexpr std::size_t kMaxSmfBytes = std::size_t{8} << 20;
+// Longer files are refused. A note takes at least three bytes of its file: the notes of the longest
+// file take 17 MB of memory, and making a melody of them less than 150 MB.
+inline constexpr std::size_t kMaxSmfBytes = std::size_t{4} << 20;
 
 inline constexpr std::uint8_t kNoProgram = 255;
 inline constexpr std::size_t kChannels = 16;
@@ -73,7 +73,7 @@ struct SmfFault {
   SmfProblem problem = SmfProblem::kNoMidi;
   std::size_t byte = 0;   // where, counted from 0
   std::size_t track = 0;  // counted from 1; 0 outside the tracks
-  std::string sentence;   // says all this in Spanish, without a full stop
+  std::string sentence;   // says all this in Spanish; lower case, without a full stop
 };
 
 // Reads the whole file. Sysex and meta events without meaning for the notes are skipped, as are

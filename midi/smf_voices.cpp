@@ -169,10 +169,10 @@ std::string KeyText(int key) {
 }
 
 std::string VoiceText(const SmfVoice& voice) {
-  std::string text =
-      "Pista " + std::to_string(voice.track + 1) + ", canal " + std::to_string(voice.channel + 1);
-  text += voice.name.empty() ? "" : ": " + voice.name;
+  std::string text = voice.name.empty() ? "Sin nombre" : voice.name;
+  text += voice.tune ? u8", parece la melodía"_w : "";
   text += voice.instrument.empty() ? "" : " (" + voice.instrument + ")";
+  text += ", canal " + std::to_string(voice.channel + 1);
   text += ", " + std::to_string(voice.notes) + (voice.notes == 1 ? " nota" : " notas");
   return text + ", de " + KeyText(voice.lowest) + " a " + KeyText(voice.highest);
 }

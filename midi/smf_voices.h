@@ -30,7 +30,7 @@ std::vector<SmfNote> NotesOf(const SmfFile& file, const SmfVoice& voice);
 // "c5": the key in RTTTL's notation, where octave 5 begins with key 60.
 std::string KeyText(int key);
 
-// "Pista 2, canal 1: Melodía (Flauta), 64 notas, de c5 a g6"
+// "Solo, parece la melodía (Flauta), canal 1, 64 notas, de c5 a g6"
 std::string VoiceText(const SmfVoice& voice);
 
 }  // namespace tonadex::midi

@@ -81,7 +81,8 @@ CLI::Option* AddOption(CLI::App& app, const Option& option, std::vector<std::str
 
 template <typename Value>
 CLI::Option* AddOption(CLI::App& app, const Option& option, Value* value) {
-  return app.add_option(option.names, *value, option.help)->capture_default_str();
+  CLI::Option* added = app.add_option(option.names, *value, option.help);
+  return *value == Value{} ? added : added->capture_default_str();  // 0 and "" are no defaults
 }
 
 std::shared_ptr<CLI::Formatter> SpanishHelp() {

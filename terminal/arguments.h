@@ -15,8 +15,8 @@ struct Option {
   std::string names;      // "-o,--salida"; without dashes a positional argument
   std::string valueName;  // in the help; "" for a flag
   std::string help;
-  // Receives the value. The help shows the initial number or string as the default. With an
-  // optional, a missing option differs from an empty value.
+  // Receives the value. The help shows the initial number or string as the default, but for 0 and
+  // "". With an optional, a missing option differs from an empty value.
   std::variant<bool*, std::uint16_t*, std::string*, std::optional<std::string>*,
                std::vector<std::string>*>
       value;

@@ -23,10 +23,11 @@ inline constexpr std::int16_t kInternetPage = 5;  // also WebBrowser1
 inline constexpr std::int16_t kOptionsPage = 6;
 inline constexpr std::int16_t kStartPage = 8;   // composer and RTTTL box
 inline constexpr std::int16_t kTypingPage = 9;  // reached from the repertoire page alone
+inline constexpr std::int16_t kMidiPage = 10;   // reached by opening a MIDI file
 
 // The melody that is playing, while PlayMelody shows its message box: one that has a drawing, or
 // one without (kTrial).
-enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl, kTrial };
+enum class Sounding { kNothing, kRepertoire, kComposer, kRtttl, kMidi, kTrial };
 
 // State shared by the pages.
 class SharedState {

@@ -1,8 +1,6 @@
 #include "server/api/api.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstdint>
 
 #include "core/melody_file.h"
 #include "core/text.h"

@@ -1,19 +1,18 @@
 // What becomes of a melody that a request brings along.
 
-#include <array>
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <optional>
 
 #include "core/melody_file.h"
-#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
-#include "formats/kws.h"
+#include "import/open_melody.h"
 #include "json/catalogue.h"
 #include "json/conversion.h"
 #include "json/melody.h"
 #include "json/steps.h"
-#include "midi/mMidiLibOut.h"
+#include "phones/file_formats.h"
 #include "phones/rtttl_repair.h"
 #include "server/api/call.h"
 
@@ -23,64 +22,30 @@ namespace {
 using namespace core::literals;
 using Json = nlohmann::ordered_json;
 
-// A file of a melody: a text that a phone's conversion gives, or bytes.
-struct FileFormat {
-  std::string_view id;  // and extension
-  const char* name;
-  std::string_view type;
-  std::string_view model;  // of the catalogue, whose result is the file's text; else
-  std::string (*bytes)(const core::RTTTLMelody& melody);
+// The types of files that are no text, by extension.
+struct FileType {
+  std::string_view extension, type;
+};
+constexpr FileType kFileTypes[] = {
+    {"mid", "audio/midi"},
+    {"wav", "audio/wav"},
+    {"kws", "application/octet-stream"},
+    {"ott", "application/octet-stream"},
 };
 
-std::string KwsFile(const core::RTTTLMelody& melody) {
-  std::string unread;
-  const auto bytes = formats::KwsBytes(melody, unread);
-  if (!bytes) {
-    throw ApiProblem{
-        422,
-        std::string(u8"Un KWS no admite notas por debajo de la octava 4: súbela de octava."_w)};
-  }
-  return *bytes;
+std::string_view TypeOf(std::string_view extension) {
+  const auto found = std::ranges::find(kFileTypes, extension, &FileType::extension);
+  return found == std::end(kFileTypes) ? kTextType : found->type;
 }
 
-constexpr std::string_view kTextFile = "text/plain; charset=utf-8";
-constexpr FileFormat kFileFormats[] = {
-    {"rtttl", "RTTTL", kTextFile, " RTTTL (cable)", nullptr},
-    {"mid",
-     "MIDI",
-     "audio/midi",
-     {},
-     [](const core::RTTTLMelody& m) { return midi::MidiFileBytes(m); }},
-    {"imy", "iMelody", kTextFile, " IMelody", nullptr},
-    {"emy", "EMelody", kTextFile, " EMelody", nullptr},
-    {"kws", "Kyocera KWS", "application/octet-stream", {}, KwsFile},
-    {"mdy", "Mitsubishi Trium MDY", kTextFile, "MDY (cable)", nullptr},
-};
-
-std::string FileText(const FileFormat& format, std::string_view line) {
-  core::RTTTLMelody melody;
-  json::LoadMelody(melody, line);
-  const auto conversion =
-      json::ConvertLoaded(melody, format.model, line.substr(0, line.find(':')), std::nullopt);
-  if (!conversion.page || conversion.page->result.empty()) {
-    throw ApiProblem{422, conversion.messages.empty() ? "" : conversion.messages.front().text};
-  }
-  return core::ToUtf8(conversion.page->result);
-}
-
-std::string FileBytes(const FileFormat& format, std::string_view line) {
-  core::RecordingMessages messages;
-  const core::ScopedMessageSink scope(messages);
-  core::RTTTLMelody melody;
-  json::LoadMelody(melody, line);
+// What `work` gives; its errors, which begin in lower case, say why nothing can be made.
+template <typename Work>
+auto OrProblem(std::string_view before, Work work) {
   try {
-    if (core::ParseOrReport(melody)) {
-      return format.bytes(melody);
-    }
+    return work();
   } catch (const core::RunTimeError& error) {
-    throw ApiProblem{422, error.what()};
+    throw ApiProblem{422, std::string(before) + error.what() + "."};
   }
-  throw ApiProblem{422, messages.messages.empty() ? "" : messages.messages.front().text};
 }
 
 }  // namespace
@@ -130,35 +95,42 @@ Reply Repair(const Call& call) {
 }
 
 Reply Import(const Call& call) {
-  const auto melodies = phones::RepairRtttl(phones::FromPasted(call.request.body));
-  if (melodies.empty()) {
-    throw ApiProblem{422, std::string(u8"En el fichero no hay ninguna melodía que se entienda."_w)};
+  auto opened = OrProblem("El fichero no se puede abrir: ", [&] {
+    return import::OpenMelodyFile(call.request.body, call.parameters["fichero"]);
+  });
+  std::vector<phones::RepairedMelody> melodies;
+  for (import::OpenedMelody& melody : opened.melodies) {
+    std::string name = melody.text.substr(0, melody.text.find(':'));
+    melodies.push_back({std::move(name), std::move(melody.text), std::move(melody.remarks)});
   }
   return JsonReply(json::RepairsJson(melodies));
 }
 
 Reply FileFormats(const Call&) {
   Json formats = Json::array();
-  for (const FileFormat& format : kFileFormats) {
-    formats.push_back({{"formato", format.id}, {"nombre", format.name}, {"tipo", format.type}});
+  for (const phones::FileFormat& format : phones::FileFormats()) {
+    formats.push_back({{"formato", format.name},
+                       {"nombre", core::ToUtf8(format.label)},
+                       {"extension", format.extension},
+                       {"limites", core::ToUtf8(format.limits)}});
   }
   return JsonReply(Json{{"formatos", std::move(formats)}}.dump());
 }
 
 Reply MelodyFile(const Call& call) {
-  const std::string wanted = call.parameters["formato"], line = call.Melody();
-  for (const FileFormat& format : kFileFormats) {
-    if (format.id == wanted) {
-      Reply reply = TextReply(
-          200, format.bytes == nullptr ? FileText(format, line) : FileBytes(format, line));
-      reply.contentType = format.type;
-      const std::string name = core::ToUtf8(line.substr(0, line.find(':')));
-      reply.fields = "Content-Disposition: attachment; filename*=UTF-8''" + PercentEncoded(name) +
-                     "." + std::string(format.id) + "\r\n";
-      return reply;
-    }
+  const phones::FileFormat* format = phones::FindFileFormat(call.parameters["formato"]);
+  if (format == nullptr) {
+    throw ApiProblem{400, std::string(u8"«formato» es uno de /api/v1/formatos."_w)};
   }
-  throw ApiProblem{400, std::string(u8"«formato» es uno de /api/v1/formatos."_w)};
+  const std::string line = call.Melody();
+  Reply reply = TextReply(200, OrProblem("No se puede hacer el fichero: ", [&] {
+                            return phones::WriteMelodyFile(*format, line).bytes;
+                          }));
+  reply.contentType = TypeOf(format->extension);
+  const std::string name = core::ToUtf8(line.substr(0, line.find(':')));
+  reply.fields = "Content-Disposition: attachment; filename*=UTF-8''" + PercentEncoded(name) + "." +
+                 std::string(format->extension) + "\r\n";
+  return reply;
 }
 
 }  // namespace tonadex::server

@@ -44,6 +44,7 @@ Reply ProblemReply(int status, std::string_view detail) {
       {"detail", detail.empty() && found ? known->advice : core::ToUtf8(detail)}};
   Reply reply = TextReply(status, problem.dump());
   reply.contentType = kProblemType;
+  reply.fields = status == 429 ? "Retry-After: 60\r\n" : "";
   return reply;
 }
 
@@ -56,7 +57,9 @@ Reply RefusalReply(int status, std::string_view target) {
                                              : TextReply(status, status == 503   ? kBusy
                                                                  : status == 403 ? kForeign
                                                                                  : kBad);
-  reply.fields = status == 405 ? "Allow: GET, HEAD\r\n" : "";
+  if (status == 405) {
+    reply.fields = "Allow: GET, HEAD\r\n";
+  }
   return reply;
 }
 

@@ -139,7 +139,7 @@ function take({ melodias }, where) {
 
 const openFile = tried(async (file) => {
   if (file) {
-    take(await askJson('importar', await file.arrayBuffer(), undefined, 'application/octet-stream'), file.name);
+    take(await askJson('importar' + query({ fichero: file.name }), await file.arrayBuffer(), undefined, 'application/octet-stream'), file.name);
   }
 });
 
@@ -292,11 +292,14 @@ function forms() {
 }
 const form = () => rowOf(phone.forma);
 
-function choose(nombre, modelo) {
-  phone = { nombre, modelo, forma: modelo };
-  // A composer that shows notes is fed with keys, where its make has one way to type them.
-  const typed = forms().filter((row) => row.teclado);
-  if (form().clase === 'notas' && typed.length === 1) phone.forma = typed[0].modelo;
+// A composer that shows notes is fed with keys, where its make has one way to type them.
+function bestFor(row) {
+  const typed = models.filter((other) => other.marca === row.marca && other.moviles.length === 0 && other.teclado);
+  return row.moviles.length && row.clase === 'notas' && !row.teclado && typed.length === 1 ? typed[0] : row;
+}
+
+function choose(nombre, row) {
+  phone = { nombre, modelo: row.modelo, forma: bestFor(row).modelo };
   phoneChosen();
 }
 
@@ -310,17 +313,20 @@ function phoneChosen() {
   if (rtttl) tried(() => Promise.all([draw(), convert()]))();
 }
 
-const choices = () => models.flatMap((row) => row.moviles.length === 0
-  ? [{ nombre: row.modelo.includes(row.marca) ? row.modelo.trim() : row.marca + ' ' + row.modelo.trim(), row }]
-  : row.moviles.map((nombre) => ({ nombre: row.marca + ' ' + nombre, row })));
+// The phones by their numbers, then the formats.
+function choices() {
+  const named = (row, nombre) => ({ nombre: nombre.includes(row.marca) ? nombre : row.marca + ' ' + nombre, row });
+  return [...models.flatMap((row) => row.moviles.map((nombre) => named(row, nombre))),
+    ...models.filter((row) => row.moviles.length === 0).map((row) => named(row, row.modelo.trim()))];
+}
 
 function listPhones() {
   const words = $('m-texto').value.toLowerCase().split(/\s+/).filter(Boolean);
   const fit = choices().filter(({ nombre }) => words.every((word) => nombre.toLowerCase().split(/[\s(-]+/)
     .some((part) => part.startsWith(word))));
   $('m-lista').replaceChildren(...fit.map(({ nombre, row }) => {
-    const button = el('button', { type: 'button', onclick: () => { $('moviles').close(); choose(nombre, row.modelo); } },
-      nombre, el('small', { textContent: row.recibe }));
+    const button = el('button', { type: 'button', onclick: () => { $('moviles').close(); choose(nombre, row); } },
+      nombre, el('small', { textContent: bestFor(row).recibe }));
     if (phone?.nombre === nombre) button.setAttribute('aria-current', 'true');
     return el('li', {}, button);
   }));
@@ -351,7 +357,7 @@ function showConversion() {
   const row = form(), { resultado, pasos, mensajes, avisos } = conversion;
   $('r-titulo').textContent = 'Para ' + phone.nombre;
   $('r-entrada').textContent = row.entrada;
-  // A format that is a file is downloaded: the questions about where to save it mean nothing here.
+  // A format that is a file is saved: the program's questions about where mean nothing here.
   $('r-mensajes').textContent = row.clase === 'fichero' ? '' : mensajes.join(' ');
   $('r-avisos').textContent = avisos.replace(/\r\n/g, '\n').trim();
   $('teclear').hidden = pasos.length === 0;
@@ -360,10 +366,7 @@ function showConversion() {
   const groups = pasos.filter((step) => step.grupo);
   $('resultado').replaceChildren(...groups.length === 0 ? [resultado.replace(/\r\n/g, '\n')]
     : groups.map((step) => el('span', { className: 'grupo' }, ...heldMarked(step.grupo), ' ')));
-  if (row.clase === 'fichero') {
-    $('r-mensajes').textContent = '';
-    $('r-avisos').textContent = 'Está en «Descargar».';
-  }
+  $('guardar').classList.toggle('fuerte', row.clase === 'fichero');
 }
 
 // "(3)9": a held key is set heavier.
@@ -372,18 +375,21 @@ const heldMarked = (group) => group.split(/(\([^)]*\))/).filter(Boolean)
 
 const safeName = () => ($('nombre').textContent || 'melodia').replace(/[\\/:*?"<>|]/g, '_');
 
+let formats = [];
+async function save(wanted) {
+  const { formato, extension } = formats.find((format) => format.formato === wanted);
+  const reply = await ask('fichero' + query({ formato }), rtttl);
+  const href = URL.createObjectURL(await reply.blob());
+  el('a', { href, download: safeName() + '.' + extension }).click();
+  setTimeout(() => URL.revokeObjectURL(href), 1000);
+  document.querySelector('.menu').open = false;
+}
+
 async function listFormats() {
-  const { formatos } = await askJson('formatos');
-  $('formatos').replaceChildren(...formatos.map(({ formato, nombre }) => el('li', {}, el('button', {
-    type: 'button', textContent: `${nombre} (.${formato})`,
-    onclick: tried(async () => {
-      const reply = await ask('fichero' + query({ formato }), rtttl);
-      const href = URL.createObjectURL(await reply.blob());
-      el('a', { href, download: safeName() + '.' + formato }).click();
-      setTimeout(() => URL.revokeObjectURL(href), 1000);
-      document.querySelector('.menu').open = false;
-    }),
-  }))));
+  ({ formatos: formats } = await askJson('formatos'));
+  $('formatos').replaceChildren(...formats.map(({ formato, nombre, extension, limites }) => el('li', {}, el('button',
+    { type: 'button', onclick: tried(() => save(formato)) },
+    `${nombre} (.${extension})`, el('small', { textContent: limites })))));
 }
 
 // ---- Sharing ------------------------------------------------------------------------------------
@@ -522,6 +528,7 @@ function listen() {
   on('m-texto', 'input', listPhones);
   on('forma', 'change', (event) => { phone.forma = event.target.value; phoneChosen(); });
   on('copiar', 'click', () => copy(conversion.resultado, 'Copiado'));
+  on('guardar', 'click', () => save(form().fichero));
   on('imprimir', 'click', () => print());
   on('compartir', 'click', share);
   on('e-copiar', 'click', () => copy($('e-url').value, 'Dirección copiada'));
@@ -547,9 +554,12 @@ function listen() {
     document.body.classList.remove('suelta');
     openFile(event.dataTransfer.files[0]);
   });
-  document.addEventListener('click', (event) => {
-    const menu = document.querySelector('.menu');
-    if (!menu.contains(event.target)) menu.open = false;
+  const menu = document.querySelector('.menu');
+  document.addEventListener('click', (event) => { if (!menu.contains(event.target)) menu.open = false; });
+  menu.addEventListener('keydown', (event) => {
+    if (event.key !== 'Escape' || !menu.open) return;
+    menu.open = false;
+    menu.firstElementChild.focus();
   });
 }
 

@@ -347,6 +347,8 @@ void Binding::CopyIn() {
       control.value = bound.display->ChosenPixelSize();
     } else if (look == Look::kSlider) {
       control.value = static_cast<int>(Send(bound.window, TBM_GETPOS));
+    } else if (look == Look::kShapes) {
+      control.value = bound.shapes->Hit();
     } else if (bound.list != nullptr && bound.list->Selected() != control.listIndex) {
       control.Select(bound.list->Selected());
     }

@@ -121,7 +121,7 @@ TEST_F(Form1Window, NoTextMakesAButtonFail) {
 
 TEST_F(Form1Window, HasNoMnemonicTwice) {
   for (const std::int16_t page :
-       {kSearchPage, kRepertoirePage, kOptionsPage, kStartPage, kTypingPage}) {
+       {kSearchPage, kRepertoirePage, kOptionsPage, kStartPage, kTypingPage, kMidiPage}) {
     std::set<char> used;
     for (const auto member : ControlsIn(WindowLayout(PageLayout(page)))) {
       const std::string& caption = (form.*member).caption;

@@ -8,6 +8,7 @@
 #include "app/rtttl_check.h"
 #include "core/melody_file.h"
 #include "core/windows1252.h"
+#include "midi/mMidiLibOut.h"
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
 #include "tests/cli/run_cli.h"
@@ -31,6 +32,10 @@ TEST(Cli, AnswersAndTellsTheShellWhatWentWrong) {
   folder.Write("a.1", "");
   folder.Write("two", "Otra:d=4,o=5,b=100:c\nVals:d=4,o=5,b=100:d\n");
   folder.Write("long", std::string(core::kMaxLineBytes + 1, 'x'));
+  core::RTTTLMelody melody = test::ParsedMelody(kGood);
+  melody.TrackName = "MIDI by Tonadex";
+  folder.Write("m.mid", midi::MidiFileBytes(melody));
+  folder.Write("cut.mid", midi::MidiFileBytes(melody).substr(0, 50));
   test::ExpectRuns("Runs", folder.path().string() + "/");
   EXPECT_EQ(RunCli({}).code, 2);
   EXPECT_EQ(folder.Read("a.mid") + folder.Read("out"), "(none)(none)");

@@ -61,7 +61,7 @@ TEST(ReadSmf, ReadsAndRefuses) {
     const std::string riff = "RIFF" + std::string(4, '\0') + "RMIDdata" + std::string(4, '\0');
     EXPECT_EQ(ReadSmf(riff + bytes).index(), ReadSmf(bytes).index());
   }
-  EXPECT_EQ(Show(ReadSmf(std::string(kMaxSmfBytes + 1, '\0'))), "El fichero MIDI pasa de 8 MB");
+  EXPECT_EQ(Show(ReadSmf(std::string(kMaxSmfBytes + 1, '\0'))), "el fichero MIDI pasa de 4 MB");
 }
 
 // Any notes in some tracks: two of one key and channel do not touch.
@@ -235,7 +235,7 @@ TEST(VoicesOf, GuessesTheTune) {
   const std::vector<SmfVoice> voices = VoicesOf(file);
   ASSERT_EQ(voices.size(), 4u);
   EXPECT_EQ(core::ToUtf8(VoiceText(voices[0])),
-            "Pista 1, canal 2: Piano (Piano de cola), 192 notas, de c5 a g5");
+            "Piano (Piano de cola), canal 2, 192 notas, de c5 a g5");
   EXPECT_TRUE(voices[3].tune);
   EXPECT_EQ(std::ranges::count(voices, true, &SmfVoice::tune), 1);
   file.tracks[0].name = "Melodía";

@@ -26,6 +26,7 @@
 #include "shell/qt/widgets/row_list.h"
 #include "shell/qt/widgets/shape_view.h"
 #include "shell/qt/widgets/waiting_line.h"
+#include "tests/midi/smf_bytes.h"
 #include "tests/qt/window_fixture.h"
 
 namespace tonadex::test {
@@ -136,6 +137,25 @@ TEST(MainWindow, TheResultIsDrawnAndCopied) {
   EXPECT_EQ(t.window.findChild<shell::PhoneDisplay*>()->Text(), t.form.textresultado.text);
   shell::QtShellServices(t.hooks, t.repainting, {}, {}).CopyText(t.form.textresultado.text);
   EXPECT_TRUE(QApplication::clipboard()->text().startsWith("NAME=Vals\nTEMPO=100\n"));
+}
+
+// A MIDI file: a voice chosen by a click in its picture, fewer notes, then into the box.
+TEST(MainWindow, AVoiceOfAMidiFileIsChosenAndUsed) {
+  TestWindow t;
+  t.window.show();
+  const std::vector<midi::SmfNote> low = {{0, 96, 48, 0, 64}}, high = {{0, 48, 72, 1, 64}};
+  t.window.Run([&t, bytes = SmfOf({high, low}, 48)] { t.form.OpenMidiFile(bytes, "dos.mid"); });
+  auto* view = t.window.findChild<shell::ShapeView*>("midiVoicesView");
+  ASSERT_TRUE(view->isVisible());
+  const auto& shapes = view->Shown();
+  const auto second = std::ranges::find(shapes, 1, &app::Shape::hit);
+  ASSERT_NE(second, shapes.end());
+  QTest::mouseClick(view, Qt::LeftButton, {},
+                    QPointF(second->box.x + 5, second->box.y + 5).toPoint());
+  EXPECT_EQ(t.window.findChild<RowList*>("midiVoices")->SelectedRow(), 1);
+  t.Click("useMidi");
+  EXPECT_EQ(t.window.findChild<QPlainTextEdit*>("txtrtttlsube")->toPlainText(),
+            "dos:d=2,o=4,b=120:c");
 }
 
 // The way of someone with the phone in the hand, by the keys alone.

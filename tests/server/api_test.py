@@ -78,13 +78,14 @@ EXCHANGES = [
     ("POST", "/arreglar", CHUNKED, VALS, 411, ""),
     ("POST", "/arreglar", TEXT, LARGE, 413, ""),
     ("POST", "/importar", {}, VALS, 200, '"rtttl":"' + VALS),
-    ("POST", "/importar", {}, "\0\0", 422, ""),
+    ("POST", "/importar?fichero=A%C3%B1o.txt", {}, "8c1 4.#d2 2-", 200, '"rtttl":"Año:d=4,o=5,b=125:8c'),
+    ("POST", "/importar", {}, "MThd\0\0", 422, "dañado, byte 4"),
     ("POST", "/importar", CHUNKED, VALS, 411, ""),
     ("POST", "/importar", {}, LARGE, 413, ""),
     ("POST", "/fichero?formato=mid", TEXT, VALS, 200, "MThd"),
     ("POST", "/fichero?formato=imy", TEXT, VALS, 200, "BEGIN:IMELODY"),
     ("POST", "/fichero?formato=kws", TEXT, VALS.replace("g", "g3"), 422, "octava"),
-    ("POST", "/fichero?formato=mid", TEXT, "Vals", 422, ""),
+    ("POST", "/fichero?formato=mid", TEXT, "Vals", 422, "no se puede leer"),
     ("POST", "/fichero?formato=exe", TEXT, VALS, 400, "formatos"),
     ("POST", "/fichero?formato=mid", FORM, VALS, 415, ""),
     ("POST", "/fichero?formato=mid", CHUNKED, VALS, 411, ""),
@@ -111,6 +112,7 @@ def main():
                 SERVER, locked, {"vals.29": "Vals:d=4,o=5,b=63:c"}, read_only=True) as reader:
             contract.server = reader
             contract.check("POST", "/melodias", TEXT, "Mía:d=4,o=5,b=100:c,d#,e", 403, "solo deja leer")
+            check_files_same_as_cli(contract, Path(home) / "file")
         contract.check_all_seen()
 
 
@@ -126,7 +128,7 @@ class Contract:
     def ask(self, method, path, fields, body):
         connection = http.client.HTTPConnection("127.0.0.1", self.server.port, timeout=60)
         chunked = "Transfer-Encoding" in fields
-        data = body.encode() if body is not None else None
+        data = body.encode() if isinstance(body, str) else body
         connection.request(method, "/api/v1" + path, iter([data]) if chunked else data, fields,
                            encode_chunked=chunked)
         reply = connection.getresponse()
@@ -197,6 +199,20 @@ def check_same_as_cli(contract):
                 cli += ["--pasos"] if steps == "1" else []
                 want = subprocess.run(cli, input=melody + "\n", capture_output=True, text=True, check=True)
                 assert got.decode() + "\n" == want.stdout, (path, melody, got, want.stdout)
+
+
+def check_files_same_as_cli(contract, file):
+    """Every file format, too; and what is written is read back."""
+    melody = "Escala:d=4,o=5,b=125:c,d,e,f,g,a,b,2c6"
+    for row in json.loads(contract.ask("GET", "/formatos", {}, None)[2])["formatos"]:
+        status, headers, got = contract.ask("POST", "/fichero?formato=" + row["formato"], TEXT, melody)
+        subprocess.run([CLI, "convertir", "--formato", row["formato"], "--salida", file, "-"],
+                       input=melody + "\n", capture_output=True, text=True, check=True)
+        assert (status, got) == (200, file.read_bytes()), row
+        assert headers["Content-Disposition"].endswith("''Escala." + row["extension"]), row
+        if row["extension"] in ("mid", "imy", "ott"):
+            got = contract.ask("POST", "/importar?fichero=Escala.x", {}, got)[2].decode()
+            assert '"nombre":"Escala"' in got and ":c,d,e,f,g,a,b,2c6" in got, (row, got)
 
 
 main()

@@ -2,12 +2,14 @@
 """Drives the page of a real tonadex-server in Chromium, as a smartphone and as a computer shows it,
 light and dark. Usage: page_test.py SERVER BUILD_FOLDER [PICTURE_FOLDER]"""
 import base64
+import shutil
 import subprocess
 import sys
 import tempfile
 from pathlib import Path
 
 from selenium import webdriver
+from selenium.common.exceptions import ElementClickInterceptedException, StaleElementReferenceException
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.chrome.options import Options
@@ -24,9 +26,10 @@ VALS = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g"
 HOSTILE = ["<img src=x onerror=ran=1>", "<svg onload=ran=1>", "\"><b id=ran>", "{{7*7}}${7*7}"]
 VIEWS = [(390, 844, "light"), (390, 844, "dark"), (1280, 800, "light"), (1280, 800, "dark")]
 
-# Before the page's own script: what it plays, which rules it breaks, and what it asks elsewhere.
+# Before the page's own script: what it plays, which files it saves, and what goes wrong.
 SPY = """
-window.played = []; window.faults = [];
+window.played = []; window.faults = []; window.saved = [];
+HTMLAnchorElement.prototype.click = function () { saved.push(this.download); };
 const set = AudioParam.prototype.setValueAtTime;
 AudioParam.prototype.setValueAtTime = function (value, at) { played.push([value, at]); return set.call(this, value, at); };
 document.addEventListener('securitypolicyviolation', (event) => faults.push(event.violatedDirective + ' ' + event.blockedURI));
@@ -36,11 +39,11 @@ addEventListener('unhandledrejection', (event) => faults.push(String(event.reaso
 
 
 def axe_script():
-    """axe-core from npm, fetched once into the build folder; None without a network."""
+    """axe-core from npm, fetched once into the build folder; None without npm or a network."""
     script = BUILD / "node_modules/axe-core/axe.min.js"
-    if not script.exists():
-        subprocess.run(["npm", "install", "--prefix", BUILD, "--no-save", "--silent", "axe-core@4"],
-                       check=False, timeout=120)
+    if not script.exists() and shutil.which("npm"):
+        subprocess.run(["timeout", "60", "npm", "install", "--prefix", BUILD, "--no-save", "--silent", "axe-core@4"],
+                       check=False)
     return script.read_text() if script.exists() else None
 
 
@@ -76,11 +79,14 @@ class Page:
         return self.browser.execute_script(script, *arguments)
 
     def until(self, holds, what):
-        WebDriverWait(self.browser, 30).until(lambda _: holds(), f"{self.name}: {what}")
+        again = (StaleElementReferenceException, ElementClickInterceptedException)  # while lists change
+        WebDriverWait(self.browser, 30, ignored_exceptions=again).until(lambda _: holds(), f"{self.name}: {what}")
 
     def press(self, css):
-        self.until(lambda: self.one(css).is_displayed() and self.one(css).is_enabled(), css)
-        self.one(css).click()
+        def clicked():
+            element = self.one(css)
+            return element.is_displayed() and element.is_enabled() and [element.click()]
+        self.until(clicked, css)
 
     def picture(self, what):
         if PICTURES:
@@ -133,6 +139,16 @@ def listen(page):
     assert page.text("#tocar") == "Escuchar"
 
 
+def download(page):
+    page.press(".menu summary")
+    page.picture("descargar")
+    for button in page.browser.find_elements(By.CSS_SELECTOR, ".menu button"):
+        if ".mid)" in button.text:
+            button.click()
+            break
+    page.until(lambda: page.js("return saved") == ["Vals.mid"], "the MIDI file")
+
+
 def choose_phone(page, typed, axe):
     page.press("#movil")
     page.one("#m-texto").send_keys(typed)
@@ -143,6 +159,8 @@ def choose_phone(page, typed, axe):
 def type_it(page, axe):
     page.until(lambda: page.text("#resultado").startswith("1 28#"), page.text("#resultado"))
     page.judge("melodia", axe)
+    page.press("#guardar")
+    page.until(lambda: page.js("return saved") == ["Vals.mid", "Vals.txt"], "the keys' file")
     print_sheet(page)
     page.press("#teclear")
     assert page.text("#g-lugar") == "1 de 5"
@@ -212,6 +230,7 @@ def share(page, axe):
     name = "Compartida " + page.name.replace("-", " ")
     page.browser.get(page.base + "#" + name.replace(" ", "%20") + ":d=4,o=5,b=100:c,d%23,e")
     page.until(lambda: page.text("#nombre") == name, "the melody of the address")
+    assert page.text("#movil") == "Nokia Pulsaciones"  # as chosen before
     page.press("#compartir")
     page.until(lambda: page.js("return document.querySelector('#e-qr').naturalWidth") > 0, "the QR code")
     page.judge("compartir", axe)
@@ -249,6 +268,7 @@ def main():
                 page.judge("inicio", axe)
                 find_and_open(page, "vals", "Vals")
                 listen(page)
+                download(page)
                 choose_phone(page, "nokia puls", axe)
                 type_it(page, axe)
                 paste(page, axe)

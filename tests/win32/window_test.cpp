@@ -10,6 +10,7 @@
 #include "core/windows1252.h"
 #include "files/read.h"
 #include "platform/win32/wide_text.h"
+#include "tests/midi/smf_bytes.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_program.h"
 #include "tests/win32/user.h"
@@ -135,6 +136,29 @@ TEST_F(WindowTest, TheGuideIsWalkedThroughByItsKeysAndKeepsItsPlace) {
   Press(VK_F5);
   ASSERT_TRUE(Shows(&Form1::stepView));
   EXPECT_TRUE(stands("3 de 4"));
+}
+
+// A MIDI file of the command line: a voice chosen by a click in its picture, then into the box.
+TEST_F(WindowTest, AVoiceOfAMidiFileIsChosenAndUsed) {
+  folder.Write("dos.mid", SmfOf({{{0, 48, 72, 1, 64}}, {{0, 96, 48, 0, 64}}}, 48));
+  Start(L"\"" + (folder / "dos.mid").wstring() + L"\"");
+  ASSERT_TRUE(Shows(&Form1::midiVoicesView));
+  EXPECT_TRUE(Reads(&Form1::midiText, "dos:d=4,o=6,b=120:c"));
+  RECT view{};
+  GetClientRect(Of(&Form1::midiVoicesView), &view);
+  const std::vector<app::VoiceRoll> rolls(2);
+  for (const app::Shape& shape : app::VoicesPicture(rolls, 0, view.right, view.bottom)) {
+    if (shape.hit == 1) {
+      ClickAt(Of(&Form1::midiVoicesView), static_cast<int>(shape.box.x) + 5,
+              static_cast<int>(shape.box.y) + 5);
+    }
+  }
+  EXPECT_TRUE(Reads(&Form1::midiText, "dos:d=2,o=4,b=120:c"));
+  EXPECT_TRUE(
+      WaitUntil([&] { return SendMessageW(Of(&Form1::midiVoices), LB_GETCURSEL, 0, 0) == 1; }));
+  Click(Of(&Form1::useMidi));
+  EXPECT_TRUE(Reads(&Form1::txtrtttlsube, "dos:d=2,o=4,b=120:c"));
+  EXPECT_EQ(Close(), 0U);
 }
 
 TEST_F(WindowTest, EveryButtonOfTheRowLeadsToItsPage) {

@@ -91,6 +91,7 @@ void ShapeView::resizeEvent(QResizeEvent* event) {
 
 void ShapeView::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) {
+    hit_ = app::HitAt(picture_, event->position().x(), event->position().y());
     emit Clicked();
   }
 }

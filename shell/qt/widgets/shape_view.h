@@ -7,7 +7,7 @@
 
 namespace tonadex::shell {
 
-// A picture made of shapes on a card, clicked as a whole.
+// A picture made of shapes on a card.
 class ShapeView : public QWidget {
   Q_OBJECT
  public:
@@ -18,6 +18,8 @@ class ShapeView : public QWidget {
   // Draws it anew where it changed. `spoken`: what it shows, for screen readers.
   void SetPicture(const Source& source, const QString& spoken);
   const app::Picture& Shown() const { return picture_; }
+  // What the last click hit.
+  int Hit() const { return hit_; }
 
  signals:
   void Clicked();
@@ -32,6 +34,7 @@ class ShapeView : public QWidget {
 
   Source source_;
   app::Picture picture_;
+  int hit_ = -1;
 };
 
 }  // namespace tonadex::shell

@@ -556,6 +556,8 @@ void CopyInObject(const BoundControl& bound, Control& control) {
     }
   } else if (const auto* slider = qobject_cast<const QSlider*>(bound.object)) {
     control.value = slider->value();
+  } else if (const auto* shapes = qobject_cast<const ShapeView*>(bound.object)) {
+    control.value = shapes->Hit();
   } else if (const auto* box = qobject_cast<const QComboBox*>(bound.object)) {
     if (box->currentText() != ToQString(control.text)) {
       control.SetText(FromQString(box->currentText()));

@@ -1,5 +1,7 @@
 #include "shell/win32/widgets/shape_view.h"
 
+#include <windowsx.h>
+
 #include <cmath>
 #include <utility>
 
@@ -23,7 +25,8 @@ COLORREF ColourOf(app::Ink ink, const Colours& c) {
 
 ShapeView::ShapeView(HWND parent, int id, const Theme& theme)
     : window_(MakeBareWindow(parent, WS_TABSTOP, id)), theme_(theme) {
-  HookWindow(window_, [this](HWND, UINT message, WPARAM, LPARAM) { return Handle(message); });
+  HookWindow(window_,
+             [this](HWND, UINT message, WPARAM, LPARAM lParam) { return Handle(message, lParam); });
 }
 
 void ShapeView::SetPicture(const Source& source, std::string_view spoken) {
@@ -46,7 +49,7 @@ void ShapeView::Update() {
   }
 }
 
-std::optional<LRESULT> ShapeView::Handle(UINT message) {
+std::optional<LRESULT> ShapeView::Handle(UINT message, LPARAM lParam) {
   switch (message) {
     case WM_PAINT:
       Paint();
@@ -62,6 +65,8 @@ std::optional<LRESULT> ShapeView::Handle(UINT message) {
       InvalidateRect(window_, nullptr, FALSE);
       return 0;
     case WM_LBUTTONDOWN:
+      hit_ = app::HitAt(picture_, GET_X_LPARAM(lParam) * 96.0 / theme_.dpi,
+                        GET_Y_LPARAM(lParam) * 96.0 / theme_.dpi);
       SetFocus(window_);
       platform::Send(GetParent(window_), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window_), BN_CLICKED),
                      window_);

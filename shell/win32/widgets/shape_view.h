@@ -19,11 +19,13 @@ class ShapeView {
   ShapeView(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
+  // What the last click hit.
+  int Hit() const { return hit_; }
   // Draws it anew where it changed. `spoken`: what it shows, for screen readers.
   void SetPicture(const Source& source, std::string_view spoken);
 
  private:
-  std::optional<LRESULT> Handle(UINT message);
+  std::optional<LRESULT> Handle(UINT message, LPARAM lParam);
   void Update();
   void Paint();
   void PaintShape(HDC context, const app::Shape& shape) const;
@@ -33,6 +35,7 @@ class ShapeView {
   const Theme& theme_;
   Source source_;
   app::Picture picture_;
+  int hit_ = -1;
 };
 
 }  // namespace tonadex::shell

@@ -1,0 +1,61 @@
+#include "cli/import_midi.h"
+
+#include <algorithm>
+#include <variant>
+
+#include "core/rtttl_writer.h"
+#include "core/windows1252.h"
+#include "files/paths.h"
+#include "phones/smf_choice.h"
+
+namespace tonadex::cli {
+namespace {
+
+// "2: Solo, parece la melodía (Flauta), canal 1, 64 notas, de c5 a g6"
+void ListVoices(Context& context, const std::vector<midi::SmfVoice>& voices) {
+  for (std::size_t i = 0; i < voices.size(); ++i) {
+    context.out << i + 1 << ": " << ForTerminal(midi::VoiceText(voices[i])) << '\n';
+  }
+}
+
+const midi::SmfVoice& ChosenVoice(const std::vector<midi::SmfVoice>& voices,
+                                  const std::string& file, std::size_t number) {
+  if (number > voices.size()) {
+    throw Failure{ExitCode::kNotConverted, file + ": no hay voz " + std::to_string(number) +
+                                               ", las hay de 1 a " + std::to_string(voices.size())};
+  }
+  const auto tune = std::ranges::find(voices, true, &midi::SmfVoice::tune);
+  return number > 0 ? voices[number - 1] : tune == voices.end() ? voices.front() : *tune;
+}
+
+}  // namespace
+
+std::vector<import::OpenedMelody> OpenMidi(Context& context, const Arguments& arguments,
+                                           const std::string& file, const std::string& bytes) {
+  const auto read = midi::ReadSmf(bytes);
+  if (const midi::SmfFault* fault = std::get_if<midi::SmfFault>(&read)) {
+    throw Failure{ExitCode::kNotConverted, file + ": " + core::ToUtf8(fault->sentence)};
+  }
+  const midi::SmfFile& smf = std::get<midi::SmfFile>(read);
+  const std::vector<midi::SmfVoice> voices = midi::VoicesOf(smf);
+  if (voices.empty()) {
+    throw Failure{ExitCode::kNotConverted, file + ": el fichero MIDI no tiene ninguna nota"};
+  }
+  if (arguments.voices) {
+    ListVoices(context, voices);
+    return {};
+  }
+  midi::SmfChoice choice =
+      phones::ChoiceFor(arguments.HasOnePhone() ? ChosenModel(arguments) : "",
+                        file == "-" ? "" : files::TextFromPath(ArgumentPath(file).stem()));
+  choice.firstBar = arguments.firstBar;
+  choice.mostNotes = arguments.mostNotes > 0 ? arguments.mostNotes : choice.mostNotes;
+  midi::SmfMelody made = midi::MelodyOf(smf, ChosenVoice(voices, file, arguments.voice), choice);
+  if (made.melody.notes.empty()) {
+    throw Failure{ExitCode::kNotConverted,
+                  file + ": la voz acaba en el compás " + std::to_string(made.bars)};
+  }
+  return {{core::RtttlText(made.melody), std::move(made.remarks)}};
+}
+
+}  // namespace tonadex::cli
