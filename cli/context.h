@@ -65,7 +65,8 @@ std::filesystem::path ArgumentPath(const std::string& utf8);
 // Standard input for "-", else `opened` on the file, which may be a pipe. Throws Failure.
 std::istream& OpenInput(Context& context, const std::string& file, std::ifstream& opened);
 
-// The whole of a file, or of standard input for "-". Throws Failure, also for more than `most` bytes.
+// The whole of a file, or of standard input for "-". Throws Failure, also for more than `most`
+// bytes.
 std::string ReadAll(Context& context, const std::string& file, std::size_t most);
 
 // A melody of the command line: the first line of a file, or of standard input for "-".

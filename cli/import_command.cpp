@@ -146,6 +146,9 @@ void ConvertToFiles(Context& context, const Arguments& arguments) {
   if (folder && !fs::create_directories(path, failed) && failed) {
     throw Failure{ExitCode::kSystemFailed, "no se puede crear la carpeta «" + output + "»"};
   }
+  if (!format.limits.empty()) {
+    context.err << core::ToUtf8(format.label) << ": " << core::ToUtf8(format.limits) << '\n';
+  }
   std::size_t done = 0;
   for (const std::string& file : files) {
     ++done;

@@ -136,9 +136,8 @@ Patterns PatternsOf(const core::RTTTLMelody& melody, std::string& warnings) {
     }
   }
   if (moved > 0) {
-    Warn(warnings,
-         {u8"Fuera de las octavas 4 a 7 se graban en la más próxima: notas, "_w,
-          std::to_string(moved), "."});
+    Warn(warnings, {u8"Fuera de las octavas 4 a 7 se graban en la más próxima: notas, "_w,
+                    std::to_string(moved), "."});
   }
   return patterns;
 }
