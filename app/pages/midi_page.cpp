@@ -81,7 +81,7 @@ std::span<const ControlInfo> MidiPage::Rows() {
 
 Part MidiPage::Layout() {
   const auto choice = [](Control F::*label, Control F::*field) {
-    return Field(label, The(field).Widths(kChoiceWidth, kChoiceWidth));
+    return Field(label, The(field).Weight(1).Widths(0, kChoiceWidth));
   };
   return Column({
                     The(&F::midiTitle),
@@ -93,7 +93,7 @@ Part MidiPage::Layout() {
                     Row({choice(&F::midiBarLabel, &F::midiBar),
                          choice(&F::midiNotesLabel, &F::midiNotes),
                          choice(&F::midiTakenLabel, &F::midiTaken),
-                         choice(&F::midiOctavesLabel, &F::midiOctaves), Stretch()})
+                         choice(&F::midiOctavesLabel, &F::midiOctaves)})
                         .Gap(look::kPageMargin),
                     The(&F::midiView).Weight(3).Heights(look::kLowestView, look::kTallestView),
                     Row({The(&F::midiText).Weight(3).Heights(kTextHeight),

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/form1.h"
+#include "tests/midi/smf_bytes.h"
 #include "tests/support/test_program.h"
 
 namespace tonadex::app {
@@ -47,6 +48,9 @@ class LayoutTest : public testing::Test {
   }
   LayoutTest() { form.Form_Load(); }
   void Enter(std::int16_t page) {
+    if (page == kMidiPage) {
+      form.OpenMidiFile(test::SmfOf({{{0, 48, 60, 0, 64}}}, 48), "uno.mid");
+    }
     for (const ControlInfo& info : Form1::Rows()) {
       if (info.leadsTo == page && info.look == Look::kNavigation) {
         (form.*info.on.handler)();
