@@ -30,6 +30,7 @@ struct Services {
   FileDialogs& fileDialogs;
   midi::Sequencer& sequencer;
   net::HttpGet& Inet1;
+  net::BackgroundGet& newest;  // the server's newest melodies
   WebViews& webViews;
   RichTextBox& RichTextBox1;
   ShellServices& shell;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -22,6 +23,20 @@ class HttpGet {
   virtual std::string Get(std::string_view url) = 0;
   // Status of the last reply (200, 404 …), 0 when there was none.
   virtual int LastStatus() const = 0;
+};
+
+// One GET request at a time that runs while the user goes on.
+class BackgroundGet {
+ public:
+  virtual ~BackgroundGet() = default;
+  // Cancels the request that still runs. `url` as in HttpGet.
+  virtual void Start(std::string url) = 0;
+  // The reply's body once, when the request has ended ("" without a reply); nullopt before.
+  struct Reply {
+    bool came = false;  // with any status
+    std::string body;
+  };
+  virtual std::optional<Reply> Take() = 0;
 };
 
 }  // namespace tonadex::net

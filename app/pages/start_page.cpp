@@ -282,7 +282,7 @@ void StartPage::RefreshStart() {
   phoneCard.text = phones::PhoneName(state_.program.gPhoneModel);
   melodyCard.text = kMelodyWays;
   resultCard.text = kResultWays;
-  newsTimer.enabled = here && !newsAsked_;
+  newsTimer.enabled = here && (!newsAsked_ || newsRuns_);
   composerView.invitation = rtttlView.invitation = words::kDrawing;
 }
 
@@ -299,13 +299,20 @@ void StartPage::subemelodia(const std::string& nombre) {
 }
 
 void StartPage::newsTimer_Timer() {
-  newsAsked_ = true;
-  std::string reply;
-  const bool answered =
-      core::SkipErrors([&] { reply = Request(state_.program, net::SearchAddress({})); });
+  const Program& program = state_.program;
+  net::BackgroundGet& newest = program.services.newest;
+  if (!std::exchange(newsAsked_, true)) {
+    newest.Start(program.serverBase + net::SearchAddress({}));
+    newsRuns_ = true;
+  }
+  const auto reply = newest.Take();
+  if (!reply) {
+    return;
+  }
+  newsRuns_ = false;
   newsList.Clear();
-  newsList.invitation = answered ? kNoNews : kNoServer;
-  net::ReadListing(reply, true, [this](std::string_view text, std::int32_t number) {
+  newsList.invitation = reply->came ? kNoNews : kNoServer;
+  net::ReadListing(reply->body, true, [this](std::string_view text, std::int32_t number) {
     if (newsList.rows.size() < kNewestRows) {
       newsList.AddRow(text, number);
     }

@@ -92,7 +92,7 @@ class StartPage {
 
   std::vector<phones::RepairedMelody> repairs_;  // proposed; empty when nothing is
   std::string unrepaired_;                       // what the box held before; "" for nothing
-  bool newsAsked_ = false;
+  bool newsAsked_ = false, newsRuns_ = false;    // the request for the server's newest melodies
   SharedState& state_;
   std::unique_ptr<nokia3210::CNokia> converter_;  // created with the first visit to the page
 };

@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <utility>
 
+#include "platform/http/background_get.h"
 #include "platform/http/http_client.h"
 #include "platform/posix/program_folder.h"
 #include "platform/posix/settings_file.h"
@@ -30,7 +31,7 @@ struct Desktop::Parts {
       : folder(platform::PrepareProgramFolder()),
         shell(hooks, repainting, folder, platform::PrivateTempFolder()),
         server(argument, folder, platform::InstalledData()),
-        program({settings, fileDialogs, sequencer, http, webViews, richText, shell},
+        program({settings, fileDialogs, sequencer, http, newest, webViews, richText, shell},
                 server.Configured()),
         splash(program),
         files(std::move(toOpen)) {
@@ -67,6 +68,7 @@ struct Desktop::Parts {
                                    app::CheckGivenUp(program);
                                  },
                              .progress = {}}};
+  platform::HttpBackgroundGet newest;
   QtWebViews webViews{hooks};
   platform::QtRichTextBox richText;
   QtShellServices shell;

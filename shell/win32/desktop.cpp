@@ -8,6 +8,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/http/background_get.h"
 #include "platform/http/http_client.h"
 #include "platform/win32/file_dialogs.h"
 #include "platform/win32/mci_sequencer.h"
@@ -67,7 +68,7 @@ struct Desktop {
       : folder(platform::PrepareProgramFolder()),
         shell(hooks, folder),
         server(argument, folder, platform::InstalledData()),
-        program({registry, fileDialogs, sequencer, http, webViews, richText, shell},
+        program({registry, fileDialogs, sequencer, http, newest, webViews, richText, shell},
                 server.Configured()),
         splash(program, [this] { OpenWindow(); }),
         files(std::move(toOpen)) {
@@ -103,6 +104,7 @@ struct Desktop {
                                    app::CheckGivenUp(program);
                                  },
                              .progress = {}}};
+  platform::HttpBackgroundGet newest;
   WindowWebViews webViews{window};
   platform::RichEditBox richText;
   platform::SystemServices shell;

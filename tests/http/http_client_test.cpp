@@ -8,6 +8,7 @@
 #include <string>
 #include <thread>
 
+#include "platform/http/background_get.h"
 #include "tests/core/table.h"
 #include "tests/http/raw_socket.h"
 
@@ -219,6 +220,31 @@ TEST(HttpClientGet, IsLeftThroughThePumpAtEveryStage) {
     EXPECT_EQ(server.RequestLines().size(), 1u);
   }
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
+}
+
+// A server that says nothing would hold a request for half a minute.
+TEST(HttpBackgroundGet, RunsBesideItsCallerAndEndsWithIt) {
+  RawServer server(Says(WithLength(2, "ab")));
+  RawServer silent([](const RawSocket& client) { client.ReadAll(); });
+  const auto start = std::chrono::steady_clock::now();
+  platform::HttpBackgroundGet request;
+  EXPECT_FALSE(request.Take());
+  request.Start(silent.Base() + "/");
+  EXPECT_FALSE(request.Take());
+  request.Start(server.Base() + "/");
+  std::optional<net::BackgroundGet::Reply> reply;
+  while (!reply && std::chrono::steady_clock::now() - start < std::chrono::seconds(20)) {
+    std::this_thread::sleep_for(milliseconds(5));
+    reply = request.Take();
+  }
+  ASSERT_TRUE(reply && reply->came);
+  EXPECT_EQ(reply->body, "ab");
+  EXPECT_FALSE(request.Take());
+  {
+    platform::HttpBackgroundGet forgotten;
+    forgotten.Start(silent.Base() + "/");
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25));
 }
 
 }  // namespace

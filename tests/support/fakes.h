@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/file_dialog.h"
@@ -143,6 +144,25 @@ class ScriptedHttp : public net::HttpGet {
   std::vector<std::string> urls;
   int status = 200;
   std::function<void()> during;  // called while the request runs; may be empty
+};
+
+// A background request that `http` answers at once.
+class ScriptedBackgroundGet : public net::BackgroundGet {
+ public:
+  explicit ScriptedBackgroundGet(ScriptedHttp& http) : http_(http) {}
+  void Start(std::string url) override {
+    reply_ = Reply{};
+    try {
+      reply_ = Reply{true, http_.Get(url)};
+    } catch (const net::TransferError&) {
+      return;
+    }
+  }
+  std::optional<Reply> Take() override { return std::exchange(reply_, std::nullopt); }
+
+ private:
+  ScriptedHttp& http_;
+  std::optional<Reply> reply_;
 };
 
 class FakeWebViews : public app::WebViews {

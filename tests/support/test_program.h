@@ -25,12 +25,13 @@ struct TestProgram {
   FakeFileDialogs fileDialogs;
   FakeSequencer sequencer;
   ScriptedHttp http;
+  ScriptedBackgroundGet newest{http};
   FakeWebViews webViews;
   FakeRichTextBox richText;
   FakeShell shell{folder.path()};
   core::RecordingMessages boxes;
   core::ScopedMessageSink sink{boxes};
-  app::Program program{{registry, fileDialogs, sequencer, http, webViews, richText, shell},
+  app::Program program{{registry, fileDialogs, sequencer, http, newest, webViews, richText, shell},
                        "http://servidor"};
 };
 

@@ -16,7 +16,7 @@ TEST(Network, UploadsOverLoopbackAndFindsItAgain) {
   platform::HttpClient http;
   app::Services services = test.program.services;
   app::Program program({services.registry, services.fileDialogs, services.sequencer, http,
-                        services.webViews, services.RichTextBox1, services.shell},
+                        services.newest, services.webViews, services.RichTextBox1, services.shell},
                        embedded.BaseAddress());
   app::Form1 form(program);
   form.Form_Load();
