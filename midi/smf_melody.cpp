@@ -379,7 +379,8 @@ void AddRemarks(SmfMelody& result, std::span<const Placed> strokes, bool cut, Ta
     lost += placed.lost;
   }
   if (cut) {
-    std::string words(u8"Acaba en el compás "_w);
+    std::string words;
+    words += u8"Acaba en el compás "_w;
     words += std::to_string(result.lastBar) + " de " + std::to_string(result.bars);
     result.remarks.push_back(words.append(u8": no caben más notas."_w));
   }

@@ -77,7 +77,8 @@ class Bytes {
     Refuse(problem, what, at_);
   }
   [[noreturn]] void Refuse(SmfProblem problem, std::string_view what, std::size_t at) const {
-    std::string sentence(u8"el fichero MIDI está dañado"_w);
+    std::string sentence;
+    sentence += u8"el fichero MIDI está dañado"_w;
     sentence += track_ == 0 ? "" : " en la pista " + std::to_string(track_);
     sentence += ", byte " + std::to_string(at) + ": ";
     throw SmfFault{problem, at, track_, sentence.append(what)};

@@ -106,7 +106,8 @@ bool ReadAlike(std::string one, std::string other) {
 }
 
 std::string Quoted(std::string_view text) {
-  std::string quoted(u8"«"_w);
+  std::string quoted;
+  quoted += u8"«"_w;
   quoted += text.substr(0, kQuoted);
   return quoted.append(text.size() > kQuoted ? u8"…»"_w : u8"»"_w);
 }

@@ -41,7 +41,8 @@ std::string_view Strip(std::string_view text, std::string_view characters = kBla
 }
 
 std::string Quoted(std::string_view text) {
-  std::string quoted(u8"«"_w);
+  std::string quoted;
+  quoted += u8"«"_w;
   quoted += text.substr(0, kQuoted);
   return quoted.append(text.size() > kQuoted ? u8"…»"_w : u8"»"_w);
 }

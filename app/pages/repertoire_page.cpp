@@ -687,9 +687,9 @@ void RepertoirePage::undoDeleteButton_Click() {
   if (deleted_.empty()) {
     return;
   }
-  const auto [place, name] = deleted_.back();
+  const auto last = deleted_.back();
   std::string file;
-  if (Try(kNotRestored, [&] { file = Store().Restore(place, name); })) {
+  if (Try(kNotRestored, [&] { file = Store().Restore(last.first, last.second); })) {
     deleted_.pop_back();
     ShowFile(file);
   }
