@@ -25,6 +25,7 @@ constexpr std::int64_t kStep = 2;  // notes begin at thirty-seconds
 constexpr int kSlowest = 25, kFastest = 900;
 constexpr int kUsuallySlowest = 40, kUsuallyFastest = 250;
 constexpr int kMostDoublings = 20;  // reaches every tempo of a file
+constexpr std::string_view kEndsInBar = u8"Acaba en el compás "_w;
 constexpr std::int64_t kLeastPause = 4;
 constexpr double kTickRounding = 1e-3;  // ticks computed from positions need not be whole
 
@@ -379,8 +380,7 @@ void AddRemarks(SmfMelody& result, std::span<const Placed> strokes, bool cut, Ta
     lost += placed.lost;
   }
   if (cut) {
-    std::string words;
-    words += u8"Acaba en el compás "_w;
+    std::string words(kEndsInBar);
     words += std::to_string(result.lastBar) + " de " + std::to_string(result.bars);
     result.remarks.push_back(words.append(u8": no caben más notas."_w));
   }

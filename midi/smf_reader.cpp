@@ -17,6 +17,7 @@ constexpr std::uint64_t kMaxTicks = std::uint64_t{1} << 31;
 constexpr std::size_t kLeastHeader = 6;  // format, number of tracks, division
 constexpr int kMaxDenominatorPower = 6;
 constexpr std::string_view kMark = "MThd";
+constexpr std::string_view kDamaged = u8"el fichero MIDI está dañado"_w;
 constexpr std::size_t kRiffHeader = 20;  // up to the content of the first chunk
 
 enum Meta : std::uint8_t {
@@ -77,8 +78,7 @@ class Bytes {
     Refuse(problem, what, at_);
   }
   [[noreturn]] void Refuse(SmfProblem problem, std::string_view what, std::size_t at) const {
-    std::string sentence;
-    sentence += u8"el fichero MIDI está dañado"_w;
+    std::string sentence(kDamaged);
     sentence += track_ == 0 ? "" : " en la pista " + std::to_string(track_);
     sentence += ", byte " + std::to_string(at) + ": ";
     throw SmfFault{problem, at, track_, sentence.append(what)};

@@ -23,10 +23,11 @@ constexpr std::string_view kNoNotes = "el fichero MIDI no tiene ninguna nota";
 constexpr std::string_view kFirstBar = u8"Desde el com&pás"_w;
 constexpr std::string_view kNoBar = u8"En esos compases la voz no tiene notas."_w;
 constexpr std::string_view kNothingLost = u8"La melodía entra entera."_w;
-constexpr int kChoiceWidth = 170, kListHeight = 150, kTextHeight = 60;
+constexpr int kListHeight = 150, kTextHeight = 60;
 
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("midiTitle", &F::midiTitle, "", Font::kHeading),
+    Words("midiVoice", &F::midiVoice, "", Font::kBody, Tone::kMuted, true),
     Label("midiVoicesLabel", &F::midiVoicesLabel, "&Voces del fichero", &F::midiVoices),
     Row(Look::kList, "midiVoices", &F::midiVoices, "Voces del fichero",
         {Event::kClick, &F::midiVoices_Click}, {Event::kActivate, &F::listenMidi_Click}),
@@ -44,10 +45,10 @@ constexpr auto kRows = std::to_array<ControlInfo>({
         {Event::kChange, &F::midiChoice_Change}),
     Label("midiTakenLabel", &F::midiTakenLabel, "&Si suenan varias", &F::midiTaken),
     Row(Look::kComboBox, "midiTaken", &F::midiTaken,
-        u8"Qué nota queda de las que suenan a la vez"_w, {Event::kClick, &F::midiChoice_Change}),
+        u8"Qué nota queda de las que suenan a la vez"_w, {Event::kChange, &F::midiChoice_Change}),
     Label("midiOctavesLabel", &F::midiOctavesLabel, "O&ctavas", &F::midiOctaves),
     Row(Look::kComboBox, "midiOctaves", &F::midiOctaves, u8"Octavas de la melodía"_w,
-        {Event::kClick, &F::midiChoice_Change}),
+        {Event::kChange, &F::midiChoice_Change}),
     View("midiView", &F::midiView, &F::midiDrawing, Sounding::kMidi),
     Row(Look::kNotices, "midiText", &F::midiText, u8"La melodía en RTTTL"_w),
     Row(Look::kNotices, "midiRemarks", &F::midiRemarks, u8"Lo que cambia en la melodía"_w),
@@ -81,11 +82,11 @@ std::span<const ControlInfo> MidiPage::Rows() {
 
 Part MidiPage::Layout() {
   const auto choice = [](Control F::*label, Control F::*field) {
-    return Field(label, The(field).Weight(1).Widths(0, kChoiceWidth));
+    return Field(label, The(field).Weight(1));
   };
   return Column({
                     The(&F::midiTitle),
-                    The(&F::midiVoicesLabel),
+                    Row({The(&F::midiVoicesLabel), The(&F::midiVoice).Weight(1)}),
                     Row({The(&F::midiVoices).Weight(4).Heights(kListHeight),
                          The(&F::midiVoicesView).Weight(7).Heights(kListHeight)})
                         .Gap(look::kPageMargin)
@@ -212,7 +213,7 @@ void MidiPage::RefreshMidi() {
   midiTitle.caption = "De un fichero MIDI: " + name_;
   const auto index = static_cast<std::size_t>(midiVoices.listIndex);
   const bool selected = index < voices_.size();
-  midiVoicesView.text = selected ? midi::VoiceText(voices_[index]) : "";
+  midiVoice.caption = midiVoicesView.text = selected ? midi::VoiceText(voices_[index]) : "";
 }
 
 Picture MidiPage::MidiVoicesPicture(double width, double height) const {

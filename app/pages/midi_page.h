@@ -30,7 +30,7 @@ class MidiPage {
   Drawing midiDrawing;  // of the result
 
   Control midiTitle;
-  Control midiVoicesLabel, midiVoices, midiVoicesView;
+  Control midiVoicesLabel, midiVoice, midiVoices, midiVoicesView;
   Control midiBarLabel, midiBar, midiNotesLabel, midiNotes;
   Control midiTakenLabel, midiTaken, midiOctavesLabel, midiOctaves;
   Control midiView, midiText, midiRemarks;

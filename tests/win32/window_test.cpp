@@ -89,7 +89,7 @@ TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
   Click(Of(&Form1::picconvertir));
   EXPECT_TRUE(
       Reads(&Form1::lbltextresult, "Melodia Prueba (prueba) para Nokia en formato de compositor."));
-  EXPECT_EQ(TextIn(Of(&Form1::textresultado)), "1  4c1  8.#d2     2-   4g1 ");
+  EXPECT_EQ(TextIn(Of(&Form1::textresultado)), "1  4c1    8.#d2  2-     4g1 ");
   EXPECT_EQ(TextIn(Of(&Form1::texttempo)), "90");
   EXPECT_NE(IsWindowEnabled(Of(&Form1::picimprimir)), 0);
   EXPECT_EQ(Close(), 0U);
