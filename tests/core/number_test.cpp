@@ -20,7 +20,8 @@ TEST(ToNumber, ReadsWhatANumberMayLookLike) {
   for (const std::string_view text : {"1e999", "-1e999"}) {
     EXPECT_EQ(ErrorOf([text] { ToNumber(text); }), 6) << text;
   }
-  for (const std::string_view text : SplitText(test::Table("No numbers")[0][0], ';')) {
+  const auto others = test::Table("No numbers");
+  for (const std::string_view text : SplitText(others[0][0], ';')) {
     EXPECT_EQ(ErrorOf([text] { ToNumber(text); }), 13) << text;
   }
   EXPECT_EQ(ErrorOf([] { ToNumber(std::string(400, '9')); }), 6);
