@@ -12,7 +12,7 @@ class WindowsFileDialogs : public app::FileDialogs {
   // Owned by the active window.
   std::vector<std::filesystem::path> AskOpen(std::string_view title) override;
   std::optional<app::SaveChoice> AskSaveAs(std::string_view title, std::string_view name,
-                                                 std::span<const std::string> kinds) override;
+                                           std::span<const std::string> kinds) override;
 };
 
 }  // namespace tonadex::platform

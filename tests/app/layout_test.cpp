@@ -93,8 +93,8 @@ TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
         placed.insert(each.part->control);
       }
       for (const ControlInfo& info : Controls()) {
-        const bool shown = (form.*info.member).Shows() && info.look != Look::kTimer &&
-                           info.look != Look::kStorage;
+        const bool shown =
+            (form.*info.member).Shows() && info.look != Look::kTimer && info.look != Look::kStorage;
         EXPECT_EQ(placed.contains(info.member), shown) << info.name;
       }
     }

@@ -25,8 +25,8 @@ class Gammu : public testing::Test {
   // What it prints. It asks nothing, but would loop for ever at an octave that its composer lacks.
   std::string Run(const std::string& arguments) {
     const std::string out = (folder / "out").string();
-    EXPECT_EQ(std::system(("LC_ALL=C.UTF-8 timeout 10 " + std::string(kGammu) + " " + arguments + " >" + out +
-                           " 2>&1 </dev/null")
+    EXPECT_EQ(std::system(("LC_ALL=C.UTF-8 timeout 10 " + std::string(kGammu) + " " + arguments +
+                           " >" + out + " 2>&1 </dev/null")
                               .c_str()),
               0)
         << folder.Read("out");

@@ -68,7 +68,7 @@ class QtFileDialogs : public app::FileDialogs {
   bool GetSaveFileName(app::FileDialogRecord& record) override;
   bool GetOpenFileName(app::FileDialogRecord& record) override;
   std::optional<app::SaveChoice> AskSaveAs(std::string_view title, std::string_view name,
-                                                 std::span<const std::string> kinds) override;
+                                           std::span<const std::string> kinds) override;
   std::vector<std::filesystem::path> AskOpen(std::string_view title) override;
 
  private:
