@@ -20,6 +20,9 @@
 #else
 #include "platform/posix/program_folder.h"
 #endif
+#ifdef TONADEX_POSTGRESQL
+#include "server/postgresql/postgresql_store.h"
+#endif
 
 namespace {
 
@@ -41,13 +44,23 @@ struct Arguments {
   std::string folder = (tonadex::platform::ProgramFolderPath() / "servidor").string();
   std::string logFile;
   std::string firstMelodies = InstalledMelodies();
+  std::string database;      // "": the folder
+  std::string copiedFolder;  // into the database
 };
 
-void Reload(Shelf& shelf, const std::stop_token& stop) {
+// How many melodies there are, for a line of text.
+std::string CountWords(const Store& store) {
   try {
-    if (shelf.Reload(stop)) {
-      SayLine(Stream::kOutput,
-              "Carpeta leída de nuevo: " + std::to_string(shelf.size()) + " melodías");
+    return std::to_string(store.size()) + " melodías";
+  } catch (const StoreAway&) {
+    return "sin llegar aún a las melodías";
+  }
+}
+
+void Reload(Store& store, const std::stop_token& stop) {
+  try {
+    if (store.Reload(stop)) {
+      SayLine(Stream::kOutput, "Carpeta leída de nuevo: " + CountWords(store));
     }
   } catch (const std::exception& error) {  // what was there is served on
     SayLine(Stream::kError,
@@ -70,32 +83,72 @@ std::unique_ptr<FolderLock> LockUnlessReadOnly(const std::string& folder) {
   return lock;
 }
 
-int Serve(Arguments& arguments) {
+// Serves until a signal ends it. `ready` is called with the port.
+void ServeStore(Arguments& arguments, Store& store,
+                const std::function<void(std::uint16_t port)>& ready) {
+  LineLog log(arguments.logFile);
+  RaiseOpenFileLimit();
+  arguments.server.log = [&log](std::string_view line) { log(line); };
+  HttpServer server(arguments.server, [&store](const Request& r) { return Handle(r, store); });
+  const auto announce = [&] {
+    ready(server.Port());
+    SayLine(Stream::kOutput, "Tonadex " TONADEX_VERSION ": " + CountWords(store) + " en http://" +
+                                 arguments.server.address + ":" + std::to_string(server.Port()) +
+                                 "/");
+  };
+  WaitForEndSignal(announce, [&store](const std::stop_token& stop) { Reload(store, stop); });
+}
+
+int ServeFolder(Arguments& arguments) {
   const fs::path folder = arguments.folder;
   fs::create_directories(folder);
   const auto lock = LockUnlessReadOnly(arguments.folder);
-  LineLog log(arguments.logFile);
-  RaiseOpenFileLimit();
   if (lock) {
     FillEmptyShelf(folder, arguments.firstMelodies);
   }
   Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly);
-  arguments.server.log = [&log](std::string_view line) { log(line); };
-  HttpServer server(arguments.server, [&shelf](const Request& r) { return Handle(r, shelf); });
-  const auto announce = [&] {
-    if (!lock || !PublishPort(folder, server.Port())) {
+  ServeStore(arguments, shelf, [&](std::uint16_t port) {
+    if (!lock || !PublishPort(folder, port)) {
       SayLine(Stream::kError, "tonadex-server: aviso: no se puede escribir en la carpeta «" +
                                   arguments.folder + "»; se sirve lo que hay");
     }
-    SayLine(Stream::kOutput, "Tonadex " TONADEX_VERSION ": " + std::to_string(shelf.size()) +
-                                 " melodías en http://" + arguments.server.address + ":" +
-                                 std::to_string(server.Port()) + "/");
-  };
-  WaitForEndSignal(announce, [&shelf](const std::stop_token& stop) { Reload(shelf, stop); });
+  });
   if (lock) {
     WithdrawPort(folder);
   }
   return 0;
+}
+
+#ifdef TONADEX_POSTGRESQL
+int ServeDatabase(Arguments& arguments) {
+  if (!IsDatabaseAddress(arguments.database)) {
+    throw std::runtime_error("--almacen espera una dirección postgresql://…");
+  }
+  PostgresqlStore store(arguments.database, [](std::string_view line) {
+    SayLine(Stream::kError, "tonadex-server: " + std::string(line));
+  });
+  if (!arguments.copiedFolder.empty()) {
+    const std::size_t added = store.CopyFrom(arguments.copiedFolder);
+    SayLine(Stream::kOutput,
+            "Copiadas " + std::to_string(added) + " melodías; hay " + std::to_string(store.size()));
+    return 0;
+  }
+  arguments.server.threads = kDatabaseConnections;
+  ServeStore(arguments, store, [](std::uint16_t) {});
+  return 0;
+}
+#endif
+
+int Serve(Arguments& arguments) {
+#ifdef TONADEX_POSTGRESQL
+  if (!arguments.database.empty()) {
+    return ServeDatabase(arguments);
+  }
+  if (!arguments.copiedFolder.empty()) {
+    throw std::runtime_error("--copiar-de copia a la base de datos de --almacen, que falta");
+  }
+#endif
+  return ServeFolder(arguments);
 }
 
 tonadex::terminal::Program Describe(Arguments& arguments) {
@@ -114,6 +167,13 @@ tonadex::terminal::Program Describe(Arguments& arguments) {
       {"--proxy", "",
        "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For",
        &server.behindProxy},
+#ifdef TONADEX_POSTGRESQL
+      {"--almacen", "DIRECCIÓN",
+       "Base de datos de las melodías, postgresql://…, en lugar de la carpeta",
+       &arguments.database},
+      {"--copiar-de", "CARPETA", "Copia a la base de datos las melodías de una carpeta, y termina",
+       &arguments.copiedFolder},
+#endif
   };
   return {{"tonadex-server", "Servidor de melodías de Tonadex", options,
            [&arguments] { return Serve(arguments); }}};
