@@ -45,7 +45,7 @@ inline constexpr std::size_t kMaxRememberedAddresses = 10'000;
 
 // The database. A request that takes one of its statements longer, or finds no connection, gets a
 // 503; the longest it can wait is about twice kDatabaseUseMs.
-inline constexpr int kDatabaseConnections = 16;       // of one server, and its threads
+inline constexpr int kDatabaseConnections = 16;       // of one server; half of its threads
 inline constexpr int kDatabaseWaitMs = 2'000;         // for one of them
 inline constexpr int kDatabaseUseMs = 8'000;          // then the connection is cut
 inline constexpr int kDatabaseUpgradeMs = 3'600'000;  // as above, while the schema is made

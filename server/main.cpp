@@ -133,7 +133,7 @@ int ServeDatabase(Arguments& arguments) {
             "Copiadas " + std::to_string(added) + " melodías; hay " + std::to_string(store.size()));
     return 0;
   }
-  arguments.server.threads = kDatabaseConnections;
+  arguments.server.threads = 2 * kDatabaseConnections;  // some are left when those wait
   ServeStore(arguments, store, [](std::uint16_t) {});
   return 0;
 }

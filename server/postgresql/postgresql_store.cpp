@@ -1,6 +1,7 @@
 #include "server/postgresql/postgresql_store.h"
 
 #include <algorithm>
+#include <chrono>
 #include <mutex>
 #include <span>
 #include <stdexcept>
@@ -158,8 +159,17 @@ struct PostgresqlStore::State {
     }
   }
 
+  // Nobody waits longer for the others' turn than for the database itself.
+  std::unique_lock<std::timed_mutex> LockFull() {
+    std::unique_lock lock(mutex, std::chrono::milliseconds(kDatabaseUseMs));
+    if (!lock) {
+      throw StoreAway("la lista completa tarda demasiado");
+    }
+    return lock;
+  }
+
   Connections connections;
-  std::mutex mutex;  // guards what follows
+  std::timed_mutex mutex;  // guards what follows
   FullText full;
 };
 
@@ -177,7 +187,7 @@ bool PostgresqlStore::Reachable() const noexcept {
 }
 
 bool PostgresqlStore::Reload(const std::stop_token&) {
-  const std::lock_guard lock(state_->mutex);
+  const auto lock = state_->LockFull();
   state_->full = {};
   return true;
 }
@@ -216,7 +226,7 @@ std::string PostgresqlStore::Random(std::uint64_t seed) const {
 }
 
 std::vector<SharedText> PostgresqlStore::FullListing() const {
-  const std::lock_guard lock(state_->mutex);
+  const auto lock = state_->LockFull();
   FullText& full = state_->full;
   for (bool more = true; more;) {
     more = state_->Read([&](auto& work) {

@@ -148,8 +148,8 @@ def check_schema(database, store):
         for starter in starters:
             action(starter)
     assert [get(server, "/azar.php")[0] for server in store.servers[before:]] == [200] * 3
-    index = "SELECT count(*), max(version) FROM tonadex_version, to_regclass('tonadex_searched_name') i WHERE i IS NOT NULL"
-    assert database.sql(index) == "2|2\n", database.sql(index)
+    versions = database.sql("SELECT version FROM tonadex_version")
+    assert versions == "1\n2\n", versions
     plan = database.sql("SET enable_seqscan = off; SET enable_indexscan = off; EXPLAIN SELECT * FROM "
                         "tonadex_melody WHERE searched_name LIKE '%luz%'")
     assert "tonadex_searched_name" in plan, plan
