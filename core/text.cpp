@@ -173,6 +173,10 @@ TextEnds SplitEnds(std::string_view text, char delimiter) {
   return ends;
 }
 
+std::string Counted(std::size_t count, std::string_view one, std::string_view many) {
+  return std::to_string(count).append(" ").append(count == 1 ? one : many);
+}
+
 const std::string& ReplaceAll(std::string& text, std::string_view what,
                               std::string_view replacement) {
   std::size_t hit = what.empty() ? std::string::npos : text.find(what);

@@ -71,6 +71,9 @@ struct TextEnds {
 };
 TextEnds SplitEnds(std::string_view text, char delimiter);
 
+// "1 nota", "3 notas"
+std::string Counted(std::size_t count, std::string_view one, std::string_view many);
+
 // Replaces every occurrence in place, from left to right, in one pass; an empty `what` changes
 // nothing. Returns `text`.
 const std::string& ReplaceAll(std::string& text, std::string_view what,

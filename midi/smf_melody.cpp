@@ -54,11 +54,6 @@ const Length& LongestUpTo(std::int64_t units) {
   return found == kLengths.end() ? kLengths.back() : *found;
 }
 
-// "1 nota", "3 notas"
-std::string Counted(std::size_t count, std::string_view one) {
-  return std::to_string(count).append(" ").append(one) + (count == 1 ? "" : "s");
-}
-
 // One note at a time, in ticks; it ends where the next one begins at the latest.
 struct Stroke {
   std::uint32_t start = 0, end = 0;
@@ -277,12 +272,13 @@ void MoveOctaves(SmfMelody& result, const SmfChoice& choice) {
     best = outside(octaves) < outside(best) ? octaves : best;
   }
   if (best != 0) {
-    result.remarks.push_back(std::string(best > 0 ? "Sube " : "Baja ") +
-                             Counted(static_cast<std::size_t>(std::abs(best)), "octava") + ".");
+    result.remarks.push_back(
+        std::string(best > 0 ? "Sube " : "Baja ") +
+        core::Counted(static_cast<std::size_t>(std::abs(best)), "octava", "octavas") + ".");
   }
   if (const auto others = outside(best); others > 0) {
     result.remarks.push_back(
-        ("Cambia de octava " + Counted(static_cast<std::size_t>(others), "nota"))
+        ("Cambia de octava " + core::Counted(static_cast<std::size_t>(others), "nota", "notas"))
             .append(u8" fuera del alcance del móvil."_w));
   }
   for (core::PlainNote& note : notes) {
@@ -385,13 +381,14 @@ void AddRemarks(SmfMelody& result, std::span<const Placed> strokes, bool cut, Ta
     result.remarks.push_back(words.append(u8": no caben más notas."_w));
   }
   if (covered > 0) {
-    result.remarks.push_back(("Quita " + Counted(covered, "nota"))
+    result.remarks.push_back(("Quita " + core::Counted(covered, "nota", "notas"))
                                  .append(taken == Taken::kHighest
                                              ? u8" por debajo de otra más aguda."_w
                                              : u8" a la vez que otra anterior."_w));
   }
   if (lost > 0) {
-    result.remarks.push_back("Quita " + Counted(lost, "nota") + " de menos de una fusa.");
+    result.remarks.push_back("Quita " + core::Counted(lost, "nota", "notas") +
+                             " de menos de una fusa.");
   }
 }
 

@@ -40,15 +40,8 @@ std::string_view Strip(std::string_view text, std::string_view characters = kBla
                             : text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
-std::string Quoted(std::string_view text) {
-  std::string quoted;
-  quoted += u8"«"_w;
-  quoted += text.substr(0, kQuoted);
-  return quoted.append(text.size() > kQuoted ? u8"…»"_w : u8"»"_w);
-}
-
 std::string Becomes(std::string_view from, std::string_view to) {
-  return Quoted(from) + " pasa a " + Quoted(to);
+  return Quoted(from, kQuoted) + " pasa a " + Quoted(to, kQuoted);
 }
 
 // The changes of the notes: each kind once, with its count.
@@ -56,7 +49,7 @@ class NoteChanges {
  public:
   void Changed(std::string_view from, std::string_view to) { Count(Becomes(from, to)); }
   void Dropped(std::string_view item) {
-    Count("se quita " + Quoted(item) + ", que no es ninguna nota");
+    Count("se quita " + Quoted(item, kQuoted) + ", que no es ninguna nota");
   }
   void Sentences(std::vector<std::string>& changes) const {
     for (const auto& [words, count] : kinds_) {
@@ -543,7 +536,7 @@ std::optional<RepairedMelody> Build(const Source& source) {
     melody.changes.push_back("Se unen " + std::to_string(lines) + std::string(u8" líneas."_w));
   }
   if (const std::string_view name = Strip(source.name, " \t\n:"); name != melody.name) {
-    melody.changes.push_back("El nombre pasa a " + Quoted(melody.name) + ".");
+    melody.changes.push_back("El nombre pasa a " + Quoted(melody.name, kQuoted) + ".");
   }
   const auto write = [&] {
     melody.text = melody.name + ":" + HeaderText(settings) + ":" + notes.text();
@@ -554,7 +547,7 @@ std::optional<RepairedMelody> Build(const Source& source) {
     write();
   }
   if (const std::string header = HeaderText(settings); header != source.header) {
-    melody.changes.push_back("La cabecera queda " + Quoted(header) + ".");
+    melody.changes.push_back("La cabecera queda " + Quoted(header, kQuoted) + ".");
   }
   notes.Sentences(melody.changes);
   if (melody.changes.empty()) {

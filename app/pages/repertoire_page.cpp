@@ -362,16 +362,14 @@ void RepertoirePage::RefreshRepertoire() {
 void RepertoirePage::RefreshMarks() {
   const bool here = state_.paginaactual == kRepertoirePage;
   const phones::Format* format = phones::FindFormat(state_.program.gPhoneModel);
-  const auto count = [](std::ptrdiff_t number, std::string_view one, std::string_view many) {
-    return std::to_string(number) + " " + std::string(number == 1 ? one : many);
-  };
   const int limit = format == nullptr ? 0 : static_cast<int>(format->noteLimit);
   const int beyond = limit == 0 ? 0 : repertoireDrawing.written - limit;
   limitMark.visible = here && beyond > 0;
-  limitMark.caption = count(beyond, "nota no cabe", "notas no caben");
+  limitMark.caption = core::Counted(static_cast<std::size_t>(std::max(beyond, 0)), "nota no cabe",
+                                    "notas no caben");
   const auto outside = std::ranges::count(repertoireDrawing.notes, true, &DrawnNote::outside);
   rangeMark.visible = here && outside > 0;
-  rangeMark.caption = count(outside, "fuera de alcance", "fuera de alcance");
+  rangeMark.caption = std::to_string(outside) + " fuera de alcance";
   limitMark.tone = rangeMark.tone = Tone::kBad;
   wordsMark.visible = here && format != nullptr && format->code == phones::kComposerCode;
   wordsMark.caption = u8"No son las teclas: es lo que se ve"_w;
