@@ -147,12 +147,10 @@ bool Contains(std::string_view text, std::string_view what) {
   return text.find(what) != std::string_view::npos;
 }
 
-std::string_view Trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+std::string_view Trim(std::string_view text, std::string_view characters) {
+  const std::size_t first = text.find_first_not_of(characters);
+  return first == text.npos ? std::string_view()
+                            : text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
 std::vector<std::string_view> SplitText(std::string_view text, char delimiter) {

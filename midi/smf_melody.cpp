@@ -13,6 +13,7 @@
 
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "midi/smf_own.h"
 
 namespace tonadex::midi {
 namespace {
@@ -288,41 +289,6 @@ void MoveOctaves(SmfMelody& result, const SmfChoice& choice) {
   }
 }
 
-// Files that midi/mMidiLibOut writes: their tempo event says nothing, their division stands for the
-// tempo, and each length has its number of ticks.
-constexpr std::string_view kOwnName = "MIDI by Tonadex";
-constexpr std::uint32_t kOwnTempo = 5000000;
-constexpr double kOwnWholeNote = 77;       // ticks
-constexpr std::uint32_t kOwnDotted32 = 4;  // ticks; no other length strays from the rule
-
-bool IsOwn(const SmfFile& file) {
-  const SmfTrack& track = file.tracks.front();
-  return file.tracks.size() == 1 && track.name.starts_with(kOwnName) && track.tempos.size() == 1 &&
-         track.tempos.front().microseconds == kOwnTempo;
-}
-
-// The file with the times that its ticks stand for, in sixty-fourths.
-SmfFile Straightened(const SmfFile& file) {
-  const auto units = [](std::uint32_t ticks) {
-    return static_cast<std::uint32_t>(
-        kStep * std::lround(ticks * 4.0 * kUnitsPerQuarter / kOwnWholeNote / kStep));
-  };
-  SmfFile straight = file;
-  std::uint32_t ticks = 0, now = 0;
-  for (SmfNote& note : straight.tracks.front().notes) {
-    now += units(note.start - std::min(ticks, note.start));
-    const std::uint32_t length = note.end - note.start;
-    ticks = note.end;
-    note.start = now;
-    now += length == kOwnDotted32 ? 3 : units(length);
-    note.end = now;
-  }
-  const double beats = std::max(1.0, std::round(file.division * 240.0 / 385));
-  straight.division = kUnitsPerQuarter;
-  straight.tracks.front().tempos = {{0, static_cast<std::uint32_t>(std::lround(60e6 / beats))}};
-  return straight;
-}
-
 int TempoOf(std::uint32_t microseconds, double scale) {
   return static_cast<int>(
       std::clamp<double>(std::round(60e6 / microseconds * scale), kSlowest, kFastest));
@@ -446,8 +412,8 @@ SmfMelody MelodyOfVoice(const SmfFile& file, const SmfVoice& voice, const SmfCho
 }  // namespace
 
 SmfMelody MelodyOf(const SmfFile& file, const SmfVoice& voice, const SmfChoice& choice) {
-  return IsOwn(file) ? MelodyOfVoice(Straightened(file), voice, choice, true)
-                     : MelodyOfVoice(file, voice, choice, false);
+  return IsOwnFile(file) ? MelodyOfVoice(WithPlainTimes(file), voice, choice, true)
+                         : MelodyOfVoice(file, voice, choice, false);
 }
 
 }  // namespace tonadex::midi
