@@ -12,6 +12,7 @@
 #include "app/cls_open_save.h"
 #include "app/form1.h"
 #include "app/layout.h"
+#include "app/look.h"
 #include "app/print_sheet.h"
 #include "app/save_melody.h"
 #include "app/words.h"
@@ -124,7 +125,8 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            u8"Imprimir la melodía convertida"_w, &F::picimprimir_Click),
     Words("lbltextresult", &F::lbltextresult, "", Font::kTitle),
     View("repertoireView", &F::repertoireView, &F::repertoireDrawing, Sounding::kRepertoire),
-    Row(Look::kDisplay, "textresultado", &F::textresultado, u8"Resultado de la conversión"_w),
+    Kept(Row(Look::kDisplay, "textresultado", &F::textresultado, u8"Resultado de la conversión"_w),
+         {"resultado.letra", look::kSmallestType, look::kLargestType}),
     Button(Look::kButton, "copyButton", &F::copyButton, words::kCopy, "copiar", "",
            &F::copyButton_Click),
     Row(Look::kTimer, "copiedTimer", &F::copiedTimer, "", {Event::kTick, &F::copiedTimer_Timer}),
