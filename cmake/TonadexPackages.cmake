@@ -75,12 +75,13 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
-# Loaded at run time, so that the automatic dependencies miss them: Qt's Spanish texts and a
-# soundfont.
+# Loaded at run time, so that the automatic dependencies miss them: Qt's Spanish texts, a soundfont,
+# the authorities that https trusts.
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME tonadex)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS
   "qt6-translations-l10n, timgm6mb-soundfont | sf2-soundfont-gm")
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS "ca-certificates")
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SUGGESTS "cups, qt6-wayland, tonadex-server")
 set(CPACK_DEBIAN_DESKTOP_DESCRIPTION "Tus melodías RTTTL, en tu móvil de antes
 Busca, compón, escucha e imprime melodías RTTTL y las convierte en lo que
