@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -58,7 +60,7 @@ std::string CountWords(const Store& store) {
 void Reload(Store& store, const std::stop_token& stop) {
   try {
     if (store.Reload(stop)) {
-      SayLine(Stream::kOutput, "Carpeta leída de nuevo: " + CountWords(store));
+      SayLine(Stream::kOutput, "Leídas de nuevo: " + CountWords(store));
     }
   } catch (const std::exception& error) {  // what was there is served on
     SayLine(Stream::kError,
