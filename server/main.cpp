@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -12,6 +13,7 @@
 #include "server/file_system.h"
 #include "server/http_server.h"
 #include "server/line_log.h"
+#include "server/metrics.h"
 #include "server/shelf.h"
 #include "terminal/arguments.h"
 #ifdef _WIN32
@@ -40,10 +42,13 @@ struct Arguments {
   // The desktop program's own place, so that both share their melodies.
   std::string folder = (tonadex::platform::ProgramFolderPath() / "servidor").string();
   std::string logFile;
+  bool logsJson = false;
+  std::uint16_t uploadsPerMinute = kUploadsPerMinute;
   std::string firstMelodies = InstalledMelodies();
 };
 
-void Reload(Shelf& shelf, const std::stop_token& stop) {
+void Reload(Shelf& shelf, LineLog& log, const std::stop_token& stop) {
+  log.Reopen();
   try {
     if (shelf.Reload(stop)) {
       SayLine(Stream::kOutput,
@@ -70,6 +75,17 @@ std::unique_ptr<FolderLock> LockUnlessReadOnly(const std::string& folder) {
   return lock;
 }
 
+Reply MetricsReply(const Metrics& metrics, const Store& store, int connections) {
+  Gauges gauges{.melodies = {}, .connections = connections};
+  try {
+    gauges.melodies = store.Reachable() ? std::optional(store.size()) : std::nullopt;
+  } catch (const StoreAway&) {  // since the question
+  }
+  Reply reply = TextReply(200, metrics.Text(gauges));
+  reply.contentType = kMetricsType;
+  return reply;
+}
+
 int Serve(Arguments& arguments) {
   const fs::path folder = arguments.folder;
   fs::create_directories(folder);
@@ -79,9 +95,21 @@ int Serve(Arguments& arguments) {
   if (lock) {
     FillEmptyShelf(folder, arguments.firstMelodies);
   }
-  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly);
-  arguments.server.log = [&log](std::string_view line) { log(line); };
-  HttpServer server(arguments.server, [&shelf](const Request& r) { return Handle(r, shelf); });
+  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly,
+              arguments.uploadsPerMinute);
+  Metrics metrics;
+  arguments.server.served = [&, inJson = arguments.logsJson](const Exchange& exchange) {
+    metrics.Count(exchange);
+    log(inJson ? LogJson(exchange) : LogLine(exchange));
+  };
+  std::atomic<const HttpServer*> running = nullptr;
+  HttpServer server(arguments.server, [&](const Request& request) {
+    const HttpServer* listening = running;
+    return !request.post && request.target == kMetricsPath
+               ? MetricsReply(metrics, shelf, listening == nullptr ? 0 : listening->Connections())
+               : Handle(request, shelf);
+  });
+  running = &server;
   const auto announce = [&] {
     if (!lock || !PublishPort(folder, server.Port())) {
       SayLine(Stream::kError, "tonadex-server: aviso: no se puede escribir en la carpeta «" +
@@ -91,7 +119,7 @@ int Serve(Arguments& arguments) {
                                  " melodías en http://" + arguments.server.address + ":" +
                                  std::to_string(server.Port()) + "/");
   };
-  WaitForEndSignal(announce, [&shelf](const std::stop_token& stop) { Reload(shelf, stop); });
+  WaitForEndSignal(announce, [&](const std::stop_token& stop) { Reload(shelf, log, stop); });
   if (lock) {
     WithdrawPort(folder);
   }
@@ -109,14 +137,32 @@ tonadex::terminal::Program Describe(Arguments& arguments) {
       {"--registro", "FICHERO",
        "Fichero al que se añade una línea por petición (si falta, la salida de errores)",
        &arguments.logFile},
+      {"--registro-json", "", "Cada línea del registro es un objeto JSON", &arguments.logsJson},
       {"--estanteria", "CARPETA", "Melodías con las que se llena una carpeta vacía",
        &arguments.firstMelodies},
       {"--proxy", "",
        "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For",
        &server.behindProxy},
+      {.names = "--conexiones",
+       .valueName = "NÚMERO",
+       .help = "Conexiones a la vez",
+       .value = &server.maxConnections,
+       .least = 1},
+      {.names = "--conexiones-por-cliente",
+       .valueName = "NÚMERO",
+       .help = "De ellas, las de una dirección; con --proxy, peticiones a la vez",
+       .value = &server.maxConnectionsOfAddress,
+       .least = 1},
+      {.names = "--subidas-por-minuto",
+       .valueName = "NÚMERO",
+       .help = "Melodías que una dirección puede subir en un minuto",
+       .value = &arguments.uploadsPerMinute},
   };
-  return {{"tonadex-server", "Servidor de melodías de Tonadex", options,
-           [&arguments] { return Serve(arguments); }}};
+  return {{.name = "tonadex-server",
+           .help = "Servidor de melodías de Tonadex",
+           .options = options,
+           .run = [&arguments] { return Serve(arguments); },
+           .variables = "TONADEX_"}};
 }
 
 }  // namespace
