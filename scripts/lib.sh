@@ -21,7 +21,7 @@ test_packages=(
 windows_packages=(
   g++ cmake ninja-build libboost-dev libcli11-dev nlohmann-json3-dev libgtest-dev googletest
   g++-mingw-w64-x86-64-posix zip
-  wine wine64 xvfb fonts-dejavu-core
+  wine wine64 xvfb fonts-dejavu-core python3 openssl
 )
 package_packages=(dpkg-dev binutils gzip librsvg2-bin)
 check_packages=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14)
