@@ -17,6 +17,7 @@ test_packages=(
   cups cups-client cups-filters poppler-utils
   timidity gammu procps openssl
   python3-jsonschema python3-selenium chromium chromium-driver
+  appstream desktop-file-utils man-db shared-mime-info
 )
 windows_packages=(
   g++ cmake ninja-build libboost-dev libcli11-dev nlohmann-json3-dev libgtest-dev googletest
