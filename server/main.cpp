@@ -20,6 +20,9 @@
 #ifdef _WIN32
 #include "platform/win32/console.h"
 #endif
+#ifdef TONADEX_POSTGRESQL
+#include "server/postgresql/postgresql_store.h"
+#endif
 
 namespace {
 
@@ -43,14 +46,24 @@ struct Arguments {
   bool logsJson = false;
   std::uint16_t uploadsPerMinute = kUploadsPerMinute;
   std::string firstMelodies = InstalledMelodies();
+  std::string database;      // "": the folder
+  std::string copiedFolder;  // into the database
 };
 
-void Reload(Shelf& shelf, LineLog& log, const std::stop_token& stop) {
+// How many melodies there are, for a line of text.
+std::string CountWords(const Store& store) {
+  try {
+    return std::to_string(store.size()) + " melodías";
+  } catch (const StoreAway&) {
+    return "sin llegar aún a las melodías";
+  }
+}
+
+void Reload(Store& store, LineLog& log, const std::stop_token& stop) {
   log.Reopen();
   try {
-    if (shelf.Reload(stop)) {
-      SayLine(Stream::kOutput,
-              "Carpeta leída de nuevo: " + std::to_string(shelf.size()) + " melodías");
+    if (store.Reload(stop)) {
+      SayLine(Stream::kOutput, "Carpeta leída de nuevo: " + CountWords(store));
     }
   } catch (const std::exception& error) {  // what was there is served on
     SayLine(Stream::kError,
@@ -84,17 +97,11 @@ Reply MetricsReply(const Metrics& metrics, const Store& store, int connections) 
   return reply;
 }
 
-int Serve(Arguments& arguments) {
-  const fs::path folder = arguments.folder;
-  fs::create_directories(folder);
-  const auto lock = LockUnlessReadOnly(arguments.folder);
+// Serves until a signal ends it. `ready` is called with the port.
+void ServeStore(Arguments& arguments, Store& store,
+                const std::function<void(std::uint16_t port)>& ready) {
   LineLog log(arguments.logFile);
   RaiseOpenFileLimit();
-  if (lock) {
-    FillEmptyShelf(folder, arguments.firstMelodies);
-  }
-  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly,
-              arguments.uploadsPerMinute);
   Metrics metrics;
   arguments.server.served = [&, inJson = arguments.logsJson](const Exchange& exchange) {
     metrics.Count(exchange);
@@ -104,24 +111,73 @@ int Serve(Arguments& arguments) {
   HttpServer server(arguments.server, [&](const Request& request) {
     const HttpServer* listening = running;
     return !request.post && request.target == kMetricsPath
-               ? MetricsReply(metrics, shelf, listening == nullptr ? 0 : listening->Connections())
-               : Handle(request, shelf);
+               ? MetricsReply(metrics, store, listening == nullptr ? 0 : listening->Connections())
+               : Handle(request, store);
   });
   running = &server;
   const auto announce = [&] {
-    if (!lock || !PublishPort(folder, server.Port())) {
+    ready(server.Port());
+    SayLine(Stream::kOutput, "Tonadex " TONADEX_VERSION ": " + CountWords(store) + " en http://" +
+                                 arguments.server.address + ":" + std::to_string(server.Port()) +
+                                 "/");
+  };
+  WaitForEndSignal(announce, [&](const std::stop_token& stop) { Reload(store, log, stop); });
+}
+
+int ServeFolder(Arguments& arguments) {
+  const fs::path folder = arguments.folder;
+  fs::create_directories(folder);
+  const auto lock = LockUnlessReadOnly(arguments.folder);
+  if (lock) {
+    FillEmptyShelf(folder, arguments.firstMelodies);
+  }
+  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly,
+              arguments.uploadsPerMinute);
+  ServeStore(arguments, shelf, [&](std::uint16_t port) {
+    if (!lock || !PublishPort(folder, port)) {
       SayLine(Stream::kError, "tonadex-server: aviso: no se puede escribir en la carpeta «" +
                                   arguments.folder + "»; se sirve lo que hay");
     }
-    SayLine(Stream::kOutput, "Tonadex " TONADEX_VERSION ": " + std::to_string(shelf.size()) +
-                                 " melodías en http://" + arguments.server.address + ":" +
-                                 std::to_string(server.Port()) + "/");
-  };
-  WaitForEndSignal(announce, [&](const std::stop_token& stop) { Reload(shelf, log, stop); });
+  });
   if (lock) {
     WithdrawPort(folder);
   }
   return 0;
+}
+
+#ifdef TONADEX_POSTGRESQL
+int ServeDatabase(Arguments& arguments) {
+  if (!IsDatabaseAddress(arguments.database)) {
+    throw std::runtime_error("--almacen espera una dirección postgresql://…");
+  }
+  PostgresqlStore store(
+      arguments.database,
+      [](std::string_view line) {
+        SayLine(Stream::kError, "tonadex-server: " + std::string(line));
+      },
+      arguments.uploadsPerMinute);
+  if (!arguments.copiedFolder.empty()) {
+    const std::size_t added = store.CopyFrom(arguments.copiedFolder);
+    SayLine(Stream::kOutput,
+            "Copiadas " + std::to_string(added) + " melodías; hay " + std::to_string(store.size()));
+    return 0;
+  }
+  arguments.server.threads = 2 * kDatabaseConnections;  // some are left when those wait
+  ServeStore(arguments, store, [](std::uint16_t) {});
+  return 0;
+}
+#endif
+
+int Serve(Arguments& arguments) {
+#ifdef TONADEX_POSTGRESQL
+  if (!arguments.database.empty()) {
+    return ServeDatabase(arguments);
+  }
+  if (!arguments.copiedFolder.empty()) {
+    throw std::runtime_error("--copiar-de copia a la base de datos de --almacen, que falta");
+  }
+#endif
+  return ServeFolder(arguments);
 }
 
 tonadex::terminal::Program Describe(Arguments& arguments) {
@@ -155,6 +211,16 @@ tonadex::terminal::Program Describe(Arguments& arguments) {
        .valueName = "NÚMERO",
        .help = "Melodías que una dirección puede subir en un minuto",
        .value = &arguments.uploadsPerMinute},
+#ifdef TONADEX_POSTGRESQL
+      {.names = "--almacen",
+       .valueName = "DIRECCIÓN",
+       .help = "Base de datos de las melodías, postgresql://…, en lugar de la carpeta",
+       .value = &arguments.database},
+      {.names = "--copiar-de",
+       .valueName = "CARPETA",
+       .help = "Copia a la base de datos las melodías de una carpeta, y termina",
+       .value = &arguments.copiedFolder},
+#endif
   };
   return {{.name = "tonadex-server",
            .help = "Servidor de melodías de Tonadex",
