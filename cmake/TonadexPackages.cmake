@@ -77,13 +77,13 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
-# Loaded at run time, so that the automatic dependencies miss them: Qt's Spanish texts and a
-# soundfont; folders and PDF files are opened with xdg-utils.
+# Loaded at run time, so that the automatic dependencies miss them: Qt's Spanish texts, a soundfont,
+# the authorities that https trusts; folders and PDF files are opened with xdg-utils.
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME tonadex)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS
   "qt6-translations-l10n, timgm6mb-soundfont | sf2-soundfont-gm")
-set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS xdg-utils)
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS "ca-certificates, xdg-utils")
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SUGGESTS "cups, qt6-wayland, tonadex-server")
 set(CPACK_DEBIAN_DESKTOP_DESCRIPTION "Tus melodías, en tu móvil de antes
 Busca, compone, arregla, toca e imprime melodías RTTTL, abre ficheros MIDI y

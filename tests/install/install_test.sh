@@ -43,7 +43,7 @@ for program in tonadex tonadex-cli tonadex-server; do
 done
 desktop-file-validate "$share/applications/tonadex.desktop"
 appstreamcli validate --no-net "$share/metainfo/tonadex.metainfo.xml" || fail metainfo
-is "tipos de fichero" "$(update-mime-database "$share/mime" 2>&1)" ""
+is "tipos de fichero" "$(XDG_DATA_DIRS="$share" update-mime-database "$share/mime" 2>&1)" ""
 entry() { sed -n "s/^$1=//p" "$share/applications/tonadex.desktop"; }
 [ "$(entry Exec)" = "tonadex %F" ] || fail "la entrada del menú arranca «$(entry Exec)»"
 # Every kind of file that is ours opens with the menu entry.
