@@ -24,7 +24,7 @@ windows_packages=(
   g++-mingw-w64-x86-64-posix zip
   wine wine64 xvfb fonts-dejavu-core python3 openssl
 )
-package_packages=(dpkg-dev binutils gzip librsvg2-bin)
+package_packages=(dpkg-dev binutils gzip librsvg2-bin lintian)
 check_packages=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14)
 
 say() { printf '\033[1m%s\033[0m\n' "$*" >&2; }

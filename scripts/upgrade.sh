@@ -10,7 +10,10 @@ source "$(dirname "$0")/lib.sh"
 inside() {
   export DEBIAN_FRONTEND=noninteractive HOME=/root LC_ALL=C.UTF-8
   fail() { echo "FALLO: $*" >&2 && exit 1; }
-  install() { apt-get install -y -qq --no-install-recommends --allow-downgrades "$@" >>/apt.log 2>&1 || { tail -n 20 /apt.log && fail "$@"; }; }
+  apt() {
+    apt-get -y -qq -o Acquire::Retries=3 "$@" >>/apt.log 2>&1 || { tail -n 20 /apt.log && fail "apt $*"; }
+  }
+  install() { apt install --no-install-recommends --allow-downgrades "$@"; }
   eva() { runuser -u eva -- env -i HOME=/home/eva LC_ALL=C.UTF-8 PATH=/usr/bin:/bin "$@"; }
   # serve ROLE…: runs the installed server on its folder of a package's service while a client calls.
   serve() {
@@ -23,7 +26,7 @@ inside() {
   sums() { find "$@" -type f -exec sha256sum {} + | sort -k 2; }
   linked() { find / -xdev \( -path /proc -o -path /sys \) -prune -o -path '*tonadex*' -type f -exec sh -c 'ldd "$1" 2>/dev/null | sed "s|^|$1|"' _ {} \;; }
 
-  apt-get update -qq
+  apt update
   useradd --create-home eva
   # The server alone, in both versions.
   install /old/tonadex-server_*.deb
@@ -47,7 +50,7 @@ inside() {
 
   install /new/tonadex{,-server}_*.deb
   eva tonadex-cli convertir -t 3310 --pasos $home/melodias/Mia.24 | grep -q 'mantén\|re sostenido' || fail convertir
-  serve buscar "de eva" | grep -q "De Eva.29" || fail "la melodía subida no está"
+  serve buscar "de eva" | grep -q "De Eva.28" || fail "la melodía subida no está"
   sums /home/eva /var/lib/tonadex >/after
   comm -23 /before /after | grep . && fail "la actualización lo ha cambiado"
   [ "$(tr -d '\r' <$home/ver.dat)" = "$(dpkg-query -W -f '${Version}' tonadex)" ] || fail "ver.dat es el antiguo"
@@ -57,11 +60,11 @@ inside() {
 
   # What the administrator changed stays; what is removed comes back; a purge leaves only users' files.
   echo '# mío' >>/etc/logrotate.d/tonadex-server
-  apt-get remove -y -qq tonadex tonadex-server >>/apt.log 2>&1
+  apt remove tonadex tonadex-server
   install /new/tonadex-server_*.deb
   grep -q '# mío' /etc/logrotate.d/tonadex-server || fail "la rotación del registro ha perdido un cambio"
   serve buscar "de eva" >/dev/null 2>&1 || true
-  apt-get purge -y -qq tonadex tonadex-server >>/apt.log 2>&1
+  apt purge tonadex tonadex-server
   comm -23 <(grep ' /home' /before) <(sums /home/eva) | grep . && fail "la desinstalación lo ha cambiado"
   find / -xdev \( -path /proc -o -path /sys -o -path /home -o -path /old -o -path /new \) -prune -o -name '*tonadex*' -print |
     grep -v service.d && fail "la purga deja ficheros"
