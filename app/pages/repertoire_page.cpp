@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <map>
 #include <numeric>
 #include <optional>
 #include <system_error>
@@ -41,7 +40,8 @@ using F = Form1;
 
 constexpr int kListWidth = 280, kWidestList = 400;
 constexpr int kTempoWidth = 64, kSliderWidth = 120, kLeastTitle = 160, kLeastSide = 200;
-constexpr int kLowestDisplay = 120, kLowestNotices = 56, kTallestNotices = 320, kLowestSide = 104;
+constexpr int kLowestDisplay = 120, kLowestNotices = 56, kTallestNotices = 320, kTallestSide = 440,
+              kLowestSide = 104;
 
 constexpr std::string_view kEmptyRepertoire =
     u8"Tu repertorio está vacío. Busca melodías en el servidor y descárgalas: aparecerán aquí."_w;
@@ -206,12 +206,16 @@ Part Arranged(bool wide) {
                      })
                   .Weight(wide ? 2 : 0)
                   .Widths(kListWidth, wide ? kWidestList : kListWidth);
-  Part drawing = The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView);
-  Part notices =
-      Column({Row({The(&F::Label2).Weight(1), The(&F::foldButton)}),
-              The(&F::Textavisos).Weight(1000).Heights(kLowestNotices, kTallestNotices), Stretch()})
-          .Gap(look::kFieldGap)
-          .Weight(1);
+  Part drawing = The(&F::repertoireView)
+                     .Weight(3)
+                     .Heights(look::kLowestView, wide ? kTallestSide : look::kTallestView);
+  Part notices = Column({Row({The(&F::Label2).Weight(1), The(&F::foldButton)}),
+                         The(&F::Textavisos)
+                             .Weight(1000)
+                             .Heights(kLowestNotices, wide ? kTallestSide : kTallestNotices),
+                         Stretch()})
+                     .Gap(look::kFieldGap)
+                     .Weight(1);
   std::vector<Part> result;
   result.push_back(Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::teclearButton),
                         The(&F::picimprimir), Stretch()})
@@ -249,23 +253,6 @@ Part Arranged(bool wide) {
   return Row(std::move(columns))
       .Gap(look::kPageMargin)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
-}
-
-// The name in a row's text "name (stem)".
-std::string_view NameIn(std::string_view row) {
-  return row.substr(0, row.find(" ("));
-}
-
-// The name as a person reads it: the row's has lost its blanks, and the stem may have kept them.
-// The whole row where the name is missing or `doubtful`.
-std::string ShownName(std::string_view row, bool doubtful) {
-  const std::string_view name = NameIn(row), stem = core::RowStem(row);
-  if (name.empty() || doubtful) {
-    return std::string(row);
-  }
-  std::string joined(stem);
-  std::erase(joined, ' ');
-  return std::string(joined == name ? stem : name);
 }
 
 int Semitones(std::string_view text) {
@@ -471,14 +458,7 @@ void RepertoirePage::FillRepertoire() {
 
 void RepertoirePage::ShowNames() {
   all_ = state_.List1.rows;
-  std::map<std::string_view, int> names;
-  for (const ListRow& row : all_) {
-    ++names[NameIn(row.text)];
-  }
-  allShown_ = {};
-  for (const ListRow& row : all_) {
-    allShown_.push_back({ShownName(row.text, names[NameIn(row.text)] > 1), row.itemData});
-  }
+  allShown_ = ShownRows(all_);
   state_.List1.shown = allShown_;
 }
 
