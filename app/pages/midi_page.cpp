@@ -23,7 +23,7 @@ constexpr std::string_view kNoNotes = "el fichero MIDI no tiene ninguna nota";
 constexpr std::string_view kFirstBar = u8"Desde el com&pás"_w;
 constexpr std::string_view kNoBar = u8"En esos compases la voz no tiene notas."_w;
 constexpr std::string_view kNothingLost = u8"La melodía entra entera."_w;
-constexpr int kListHeight = 150, kTextHeight = 60;
+constexpr int kListHeight = 150, kTextHeight = 60, kLeastField = 136;
 
 constexpr ControlInfo Choice(std::string_view name, Control F::*member, std::string_view caption,
                              std::string_view help, Handler click) {
@@ -91,7 +91,7 @@ std::span<const ControlInfo> MidiPage::Rows() {
 
 Part MidiPage::Layout() {
   const auto choice = [](Control F::*label, Control F::*field) {
-    return Field(label, The(field).Weight(1));
+    return Field(label, The(field).Weight(1)).Widths(kLeastField, Part::kUnbounded);
   };
   const auto choices = [](Control F::*label, Control F::*one, Control F::*other) {
     return Field(label, Row({The(one), The(other)}));
@@ -107,7 +107,7 @@ Part MidiPage::Layout() {
                          choice(&F::midiNotesLabel, &F::midiNotes),
                          choices(&F::midiTakenLabel, &F::highestTaken, &F::firstTaken),
                          choices(&F::midiOctavesLabel, &F::phonesOctaves, &F::filesOctaves)})
-                        .Gap(look::kPageMargin),
+                        .Wraps(),
                     The(&F::midiView).Weight(3).Heights(look::kLowestView, look::kTallestView),
                     Row({The(&F::midiText).Weight(3).Heights(kTextHeight),
                          The(&F::midiRemarks).Weight(2).Heights(kTextHeight)})

@@ -40,8 +40,7 @@ using F = Form1;
 
 constexpr int kListWidth = 280, kWidestList = 400;
 constexpr int kTempoWidth = 64, kSliderWidth = 120, kLeastTitle = 160, kLeastSide = 200;
-constexpr int kLowestDisplay = 120, kLowestNotices = 56, kTallestNotices = 320, kTallestSide = 440,
-              kLowestSide = 104;
+constexpr int kLowestDisplay = 120, kLowestNotices = 56, kTallestNotices = 320, kLowestSide = 104;
 
 constexpr std::string_view kEmptyRepertoire =
     u8"Tu repertorio está vacío. Busca melodías en el servidor y descárgalas: aparecerán aquí."_w;
@@ -206,13 +205,11 @@ Part Arranged(bool wide) {
                      })
                   .Weight(wide ? 2 : 0)
                   .Widths(kListWidth, wide ? kWidestList : kListWidth);
-  Part drawing = The(&F::repertoireView)
-                     .Weight(3)
-                     .Heights(look::kLowestView, wide ? kTallestSide : look::kTallestView);
+  Part drawing = The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView);
   Part notices = Column({Row({The(&F::Label2).Weight(1), The(&F::foldButton)}),
                          The(&F::Textavisos)
                              .Weight(1000)
-                             .Heights(kLowestNotices, wide ? kTallestSide : kTallestNotices),
+                             .Heights(kLowestNotices, wide ? Part::kUnbounded : kTallestNotices),
                          Stretch()})
                      .Gap(look::kFieldGap)
                      .Weight(1);
@@ -237,7 +234,7 @@ Part Arranged(bool wide) {
   if (wide) {
     columns.push_back(Column(std::move(result)).Weight(6).Widths(0, look::kMeasure).Scrolls());
     columns.push_back(
-        Column({std::move(drawing).Weight(300), std::move(notices).Weight(200), Stretch()})
+        Column({std::move(drawing).Weight(300), std::move(notices).Weight(400), Stretch()})
             .Weight(3)
             .Widths(0, look::kMeasure)
             .Scrolls());

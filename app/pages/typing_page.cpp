@@ -33,6 +33,7 @@ constexpr std::uint32_t kTickMs = 50;
 constexpr int kLeastSeconds = 1, kMostSeconds = 10;
 constexpr std::string_view kGoOn = u8"Avan&zar solo"_w, kStop = "Parar (&Z)";
 constexpr double kLeastWord = 12, kMostWord = 18;  // font size of the words on a key
+constexpr std::size_t kShortPress = 3;             // "×12"
 constexpr std::size_t kLongWord = 11;              // longer words on a key take two lines
 constexpr std::string_view kNoKeys = "ninguna tecla";
 constexpr std::string_view kSeen = "En la pantalla debe verse: ";
@@ -157,35 +158,38 @@ struct KeyFace {
   Ink ground, edge, ink, faint;
 };
 
-// Adds a key of the keypad: its signs, its function and how to press it now.
+// Adds a key of the keypad: its signs, its function and how to press it now. How to press a held
+// key is long: it takes the line of the function, which moves up to the label.
 void AddKey(Picture& picture, const phones::KeypadKey& key, const Box& box, const KeyFace& face,
             std::string_view press) {
   const double pad = box.height * 0.1, radius = box.height * 0.16;
   picture.push_back(Filled(box, face.ground, radius));
   picture.push_back(Frame(box, face.edge, face.edge == Ink::kBorder ? 1 : 2, radius));
   // A long function takes two lines, split at its first comma: "corchea" / "re, mi, fa".
+  const bool held = press.size() > kShortPress;
   const std::size_t comma = key.word.size() > kLongWord ? key.word.find(", ") : key.word.npos;
-  const std::string_view second = comma == key.word.npos ? "" : key.word.substr(comma + 2);
+  const std::string_view word = key.word.substr(0, comma);
+  const std::string_view second = comma == key.word.npos || held ? "" : key.word.substr(comma + 2);
   const double size = std::clamp(box.height * (second.empty() ? 0.24 : 0.2), kLeastWord, kMostWord);
   const double line = size * 1.2;
   double y = box.bottom() - (second.empty() ? pad : pad / 2) - line * (second.empty() ? 1 : 2);
   const Box upper = {box.x + pad, box.y + pad / 4, box.width - 2 * pad, y - box.y - pad / 4};
   const double label = std::min(box.height * 0.42, upper.height);
+  const Box beside = {upper.x + label * 0.8, upper.y, upper.width - label * 0.8, upper.height};
   picture.push_back(Bold(Text(std::string(1, key.label), {upper.x, upper.y, label, upper.height},
                               label, key.word.empty() ? face.faint : face.ink, Align::kLeft)));
-  if (press.empty()) {
-    picture.push_back(Text(std::string(key.signs.substr(1)),
-                           {upper.x + label, upper.y, upper.width - label, upper.height}, size,
-                           face.faint, Align::kRight));
+  if (press.empty() || held) {
+    picture.push_back(Text(std::string(held ? word : key.signs.substr(1)), beside, size, face.faint,
+                           Align::kRight));
   } else {
-    picture.push_back(
-        Bold(Text(std::string(press),
-                  {upper.x + label * 0.8, upper.y, upper.width - label * 0.8, upper.height},
-                  std::max(kLeastWord, box.height * 0.3), face.ink, Align::kRight)));
+    picture.push_back(Bold(Text(std::string(press), beside, std::max(kLeastWord, box.height * 0.3),
+                                face.ink, Align::kRight)));
   }
-  for (const std::string_view words : {key.word.substr(0, comma), second}) {
-    picture.push_back(
-        Text(std::string(words), {upper.x, y, upper.width, line}, size, face.ink, Align::kLeft));
+  for (const std::string_view words : {held ? press : word, second}) {
+    Shape text =
+        Text(std::string(words), {upper.x, y, upper.width, line}, size, face.ink, Align::kLeft);
+    text.bold = held;
+    picture.push_back(std::move(text));
     y += line;
   }
 }
