@@ -5,7 +5,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages=(
   g++ cmake ninja-build ca-certificates
-  libboost-dev libcli11-dev nlohmann-json3-dev
+  libboost-dev libssl-dev libcli11-dev nlohmann-json3-dev
   libfluidsynth-dev timgm6mb-soundfont libqrencode-dev
   qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-translations-l10n
   fonts-dejavu-core xdg-utils
@@ -15,8 +15,9 @@ test_packages=(
   "${test_libraries[@]}"
   xvfb xauth xdotool xclip
   cups cups-client cups-filters poppler-utils
-  timidity gammu procps
+  timidity gammu procps openssl
   python3-jsonschema python3-selenium chromium chromium-driver
+  appstream desktop-file-utils man-db shared-mime-info
 )
 windows_packages=(
   g++ cmake ninja-build libboost-dev libcli11-dev nlohmann-json3-dev libgtest-dev googletest

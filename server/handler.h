@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "server/rate_limit.h"
-#include "server/shelf.h"
+#include "server/store.h"
 
 namespace tonadex::server {
 
@@ -44,9 +44,12 @@ struct StatusWords {
 // What became of an upload; kStored is 200.
 StatusWords UploadWords(const UploadAnswer& answer);
 
-// The server: a reply for each request. The only thing it changes is the shelf. Never throws
+// What a request gets with a 503 when the store is away, Windows-1252.
+extern const std::string_view kStoreAwayWords;
+
+// The server: a reply for each request. The only thing it changes is the store. Never throws
 // (memory aside).
-Reply Handle(const Request& request, Shelf& shelf);
+Reply Handle(const Request& request, Store& store);
 
 // %XX undone; a "%" without two hexadecimal digits stays, "+" is a plus.
 std::string UndoEscapes(std::string_view text);

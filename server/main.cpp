@@ -8,6 +8,7 @@
 
 #include "core/error_words.h"
 #include "core/windows1252.h"
+#include "platform/common/program_folder.h"
 #include "server/embedded_server.h"
 #include "server/file_system.h"
 #include "server/http_server.h"
@@ -16,9 +17,6 @@
 #include "terminal/arguments.h"
 #ifdef _WIN32
 #include "platform/win32/console.h"
-#include "platform/win32/program_folder.h"
-#else
-#include "platform/posix/program_folder.h"
 #endif
 
 namespace {

@@ -57,16 +57,18 @@ void CheckMethod(const Endpoint& endpoint, const Request& request) {
 }
 
 Reply Answer(const Endpoint& endpoint, const Request& request, std::string_view path,
-             std::string_view query, Shelf& shelf) {
+             std::string_view query, Store& store) {
   try {
     CheckMethod(endpoint, request);
-    return endpoint.answer({request, Parameters(query), path.substr(endpoint.path.size()), shelf});
+    return endpoint.answer({request, Parameters(query), path.substr(endpoint.path.size()), store});
   } catch (const ApiProblem& problem) {
     Reply reply = ProblemReply(problem.status, problem.detail);
     if (problem.status == 405) {
       reply.fields = endpoint.body == Body::kNone ? "Allow: GET, HEAD\r\n" : "Allow: POST\r\n";
     }
     return reply;
+  } catch (const StoreAway&) {
+    return ProblemReply(503, kStoreAwayWords);
   }
 }
 
@@ -128,11 +130,11 @@ Reply JsonReply(std::string_view utf8, int status) {
 }
 
 Reply AnswerApi(const Request& request, std::string_view path, std::string_view query,
-                Shelf& shelf) {
+                Store& store) {
   const auto endpoint =
       std::ranges::find_if(kEndpoints, [&](const Endpoint& e) { return Fits(e, path); });
   Reply reply = endpoint == std::end(kEndpoints) ? ProblemReply(404)
-                                                 : Answer(*endpoint, request, path, query, shelf);
+                                                 : Answer(*endpoint, request, path, query, store);
   if (!request.post) {
     reply = WithETag(std::move(reply), request.ifNoneMatch);
     reply.fields += "Access-Control-Allow-Origin: *\r\n";

@@ -7,8 +7,8 @@
 // The interface for other programs and for the page: /api/v1, described by openapi.json.
 namespace tonadex::server {
 
-// `path` comes after kApiPath. Throws only what memory or the shelf throws.
+// `path` comes after kApiPath. Throws only what memory throws.
 Reply AnswerApi(const Request& request, std::string_view path, std::string_view query,
-                Shelf& shelf);
+                Store& store);
 
 }  // namespace tonadex::server

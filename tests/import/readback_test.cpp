@@ -56,14 +56,9 @@ int From4To7(int octave, int) {
   return std::clamp(octave, 4, 7);
 }
 
-class NoFile : public phones::SaveFileQuestion {
- public:
-  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override { return {}; }
-};
-
 std::string ForModel(const std::string& model, const std::string& rtttl) {
   core::RTTTLMelody melody = test::MelodyOf(rtttl);
-  NoFile none;
+  phones::NoSaveFile none;
   return phones::ConvertSelectedMelody(melody, model, "x", none).page.value().result;
 }
 

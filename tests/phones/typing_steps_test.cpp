@@ -20,10 +20,6 @@ namespace {
 
 using Steps = std::vector<TypingStep>;
 
-class NoFile : public SaveFileQuestion {
-  std::optional<std::string> AskSaveFile(const SaveRequest&) override { return std::nullopt; }
-};
-
 struct Typed {
   std::string result;
   Steps steps;
@@ -31,7 +27,7 @@ struct Typed {
 
 Typed ConvertAndTakeApart(const std::string& rtttl, std::string_view model) {
   const test::Boxes boxes;
-  NoFile ask;
+  NoSaveFile ask;
   core::RTTTLMelody melody = test::MelodyOf(rtttl);
   const auto page = ConvertSelectedMelody(melody, model, "", ask).page;
   const std::string result = page ? page->result : "";

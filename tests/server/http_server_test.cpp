@@ -14,6 +14,7 @@
 
 #include "core/windows1252.h"
 #include "server/file_system.h"
+#include "server/shelf.h"
 #include "tests/core/table.h"
 #include "tests/server/ask.h"
 #include "tests/support/temp_folder.h"

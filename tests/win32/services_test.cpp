@@ -6,7 +6,7 @@
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "platform/win32/mci_sequencer.h"
-#include "platform/win32/program_folder.h"
+#include "platform/common/program_folder.h"
 #include "platform/win32/rich_text_box.h"
 #include "platform/win32/system_services.h"
 #include "platform/win32/web_control.h"
