@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
-#include <map>
-#include <random>
 #include <set>
 #include <string>
 #include <string_view>
@@ -83,40 +80,6 @@ TEST_F(Form1Window, ShowsTheControlsOfEachPageAlone) {
       EXPECT_EQ(test.webViews.log, std::vector(from[0] == to[0] ? 0 : 1, went));
     }
   }
-}
-
-// Whatever text the boxes hold, no enabled button ends the program.
-TEST_F(Form1Window, NoTextMakesAButtonFail) {
-  std::mt19937 random(7);
-  constexpr std::string_view kSigns = "::,,==dobcdefgaph#.-123456789 *\r\n\xF1\x80\xFFx()/?";
-  const auto text = [&](std::size_t most) {
-    std::string some(random() % most, ' ');
-    std::ranges::generate(some, [&] { return kSigns[random() % kSigns.size()]; });
-    return some;
-  };
-  constexpr std::string_view kStarts[] = {"", "", "V:d=4,o=5,b=", ":", "V:d=4,o=5,b=99:"};
-  std::map<std::string_view, int> pressed;
-  for (int i = 0; i < 300; ++i) {
-    form.txtrtttlsube.text = std::string(kStarts[random() % std::size(kStarts)]) + text(20);
-    form.txtmelodiacompo.text = i % 2 == 0 ? text(12) : "8c1 ";
-    form.txtcomponombremelodia.text = text(8);
-    form.txtcompoTempo.text = i % 3 == 0 ? text(8) : std::to_string(random() % 1200);
-    form.txtmelodiacompo_Change();
-    form.txtrtttlsube_Change();
-    for (const std::string_view name :
-         {"cmdscuchacumpo", "cmdsubecompo", "cmdscuchartttl", "cmdsubirmelortttl"}) {
-      const ControlInfo& info = *FindControl(name);
-      if ((form.*info.member).enabled) {
-        test.http.replies = {"", ""};
-        EXPECT_EQ(test::ErrorOf([&] { (form.*info.on.handler)(); }), 0) << form.txtrtttlsube.text;
-        ++pressed[name];
-      } else {
-        EXPECT_NE((form.*info.member).whyDisabled, "");
-      }
-    }
-  }
-  EXPECT_GT(pressed["cmdsubirmelortttl"], 150);
-  EXPECT_LT(pressed["cmdsubirmelortttl"], 290);
 }
 
 TEST_F(Form1Window, HasNoMnemonicTwice) {
