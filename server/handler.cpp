@@ -206,10 +206,11 @@ Reply TextReply(int status, std::string_view text) {
   return reply;
 }
 
-Reply Handle(const Request& request, Shelf& shelf) {
+Reply Handle(const Request& request, Shelf& shelf, RateLimit* conversions) {
   const Target target = SplitTarget(request.target);
   if (target.path.starts_with(kApiPath)) {
-    return AnswerApi(request, target.path.substr(kApiPath.size()), target.query, shelf);
+    return AnswerApi(request, target.path.substr(kApiPath.size()), target.query, shelf,
+                     conversions);
   }
   if (request.post) {
     return RefusalReply(405, target.path);

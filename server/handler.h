@@ -20,7 +20,7 @@ struct Request {
   std::function<bool()> abandoned = {};
   bool post = false;  // else GET or HEAD, whose body is left out later
   std::string body = {};
-  std::string contentType = {}, ifNoneMatch = {};  // header fields
+  std::string contentType = {}, ifNoneMatch = {}, acceptEncoding = {};  // header fields
 };
 
 inline constexpr int kAskAgain = -1;  // for maxAgeSeconds: a cache may keep it, but must ask
@@ -44,9 +44,9 @@ struct StatusWords {
 // What became of an upload; kStored is 200.
 StatusWords UploadWords(const UploadAnswer& answer);
 
-// The server: a reply for each request. The only thing it changes is the shelf. Never throws
-// (memory aside).
-Reply Handle(const Request& request, Shelf& shelf);
+// The server: a reply for each request. The only things it changes are the shelf and the limit of
+// conversions, which may be absent. Never throws (memory aside).
+Reply Handle(const Request& request, Shelf& shelf, RateLimit* conversions = nullptr);
 
 // %XX undone; a "%" without two hexadecimal digits stays, "+" is a plus.
 std::string UndoEscapes(std::string_view text);

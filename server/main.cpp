@@ -81,7 +81,10 @@ int Serve(Arguments& arguments) {
   }
   Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly);
   arguments.server.log = [&log](std::string_view line) { log(line); };
-  HttpServer server(arguments.server, [&shelf](const Request& r) { return Handle(r, shelf); });
+  RateLimit conversions(kConversionsPerMinute);
+  HttpServer server(arguments.server, [&shelf, &conversions](const Request& r) {
+    return Handle(r, shelf, &conversions);
+  });
   const auto announce = [&] {
     if (!lock || !PublishPort(folder, server.Port())) {
       SayLine(Stream::kError, "tonadex-server: aviso: no se puede escribir en la carpeta «" +

@@ -7,8 +7,9 @@
 // The interface for other programs and for the page: /api/v1, described by openapi.json.
 namespace tonadex::server {
 
-// `path` comes after kApiPath. Throws only what memory or the shelf throws.
-Reply AnswerApi(const Request& request, std::string_view path, std::string_view query,
-                Shelf& shelf);
+// `path` comes after kApiPath. Without `conversions` these are not limited. Throws only what memory
+// or the shelf throws.
+Reply AnswerApi(const Request& request, std::string_view path, std::string_view query, Shelf& shelf,
+                RateLimit* conversions);
 
 }  // namespace tonadex::server
