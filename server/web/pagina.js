@@ -53,6 +53,7 @@ const query = (fields) => '?' + new URLSearchParams(fields);
 
 let saying;
 function say(words) {
+  (document.querySelector('dialog[open]') || document.body).append($('aviso')); // a dialog covers the rest
   $('aviso').textContent = words;
   clearTimeout(saying);
   saying = setTimeout(() => { $('aviso').textContent = ''; }, 3000 + 50 * words.length);

@@ -177,6 +177,11 @@ def type_it(page, axe):
     page.press("#teclear")
     assert page.text("#g-lugar") == "1 de 5" and page.js("return held") == 1
     page.judge("teclear", axe)
+    for width, height in ((360, 560), (844, 390), (page.width, page.height)):  # what a browser leaves of small screens
+        page.resize(width, height)
+        cut = page.js("return ['g-paso', 'g-texto'].filter((id) => { const e = document.getElementById(id);"
+                      "return e.scrollHeight > e.clientHeight + 1; })")
+        assert cut == [], (width, height, cut)
     by_itself(page)
     page.one("#guia").send_keys(Keys.ARROW_RIGHT)
     swipe(page, -150)
@@ -295,6 +300,9 @@ def share(page, axe):
     page.press("#compartir")
     page.until(lambda: page.js("return document.querySelector('#e-qr').naturalWidth") > 0, "the QR code")
     page.judge("compartir", axe)
+    page.press("#e-copiar")
+    page.until(lambda: page.js("const box = document.querySelector('#aviso').getBoundingClientRect(); return "
+                               "document.elementFromPoint(box.x + box.width / 2, box.y + 5)?.id") == "aviso", "said in front")
     page.press("#e-subir")
     page.until(lambda: "¡Gracias!" in page.text("#e-dicho"), "the upload")
     page.press("#enlace [data-cierra]")
