@@ -5,7 +5,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages=(
   g++ cmake ninja-build ca-certificates
-  libboost-dev libssl-dev libcli11-dev nlohmann-json3-dev
+  libboost-dev libssl-dev zlib1g-dev libcli11-dev nlohmann-json3-dev
   libfluidsynth-dev timgm6mb-soundfont libqrencode-dev libpqxx-dev
   qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-translations-l10n
   fonts-dejavu-core xdg-utils
