@@ -50,7 +50,7 @@ install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/to
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex)
 install(FILES docs/server.md docs/faults.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server
   COMPONENT server)
-install(FILES server/deploy/nginx.conf
+install(FILES server/deploy/nginx.conf server/deploy/base-de-datos.conf
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server/examples COMPONENT server)
 # The unit starts /usr/bin/tonadex-server and writes the service's log, so it is only in the
 # package.

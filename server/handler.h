@@ -51,8 +51,14 @@ extern const std::string_view kStoreAwayWords;
 // (memory aside).
 Reply Handle(const Request& request, Store& store);
 
+// The path that answers this target, for counting: one of the few that the server knows, else
+// "otras".
+std::string RouteOf(std::string_view target);
+
 // %XX undone; a "%" without two hexadecimal digits stays, "+" is a plus.
 std::string UndoEscapes(std::string_view text);
+// Appends the byte as %XX.
+void AppendEscaped(std::string& text, char byte);
 // Everything but letters, digits and "-._~" as %XX.
 std::string PercentEncoded(std::string_view bytes);
 

@@ -43,6 +43,18 @@ inline constexpr std::size_t kMaxIndexBytes = std::size_t{1} << 30;  // of the s
 inline constexpr int kUploadsPerMinute = 20;  // from one address
 inline constexpr std::size_t kMaxRememberedAddresses = 10'000;
 
+// The database. A request that takes one of its statements longer, or finds no connection, gets a
+// 503; the longest it can wait is about twice kDatabaseUseMs.
+inline constexpr int kDatabaseConnections = 16;       // of one server; half of its threads
+inline constexpr int kDatabaseWaitMs = 2'000;         // for one of them
+inline constexpr int kDatabaseUseMs = 8'000;          // then the connection is cut
+inline constexpr int kDatabaseUpgradeMs = 3'600'000;  // as above, while the schema is made
+inline constexpr int kDatabaseRetryMs = 500;          // between attempts while it is away
+inline constexpr int kDatabaseWatchMs = 250;          // between looks for connections to be cut
+inline constexpr int kMaxCopiedBytes = 1 << 20;       // and melodies in one transaction of a copy
+inline constexpr std::size_t kMaxCopiedMelodies = 200;
+inline constexpr std::size_t kListingRows = 4'096;  // asked for at once
+
 // The embedded server.
 inline constexpr int kGuestPollMs = 500;   // between two looks whether the folder became free
 inline constexpr int kPortWaitMs = 2'000;  // for the first program to say where it listens

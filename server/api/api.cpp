@@ -142,4 +142,10 @@ Reply AnswerApi(const Request& request, std::string_view path, std::string_view 
   return reply;
 }
 
+std::string_view ApiRoute(std::string_view path) {
+  const auto endpoint =
+      std::ranges::find_if(kEndpoints, [&](const Endpoint& e) { return Fits(e, path); });
+  return endpoint == std::end(kEndpoints) ? "" : endpoint->path;
+}
+
 }  // namespace tonadex::server

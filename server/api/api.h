@@ -11,4 +11,7 @@ namespace tonadex::server {
 Reply AnswerApi(const Request& request, std::string_view path, std::string_view query,
                 Store& store);
 
+// The path of the table that answers `path`, "" when none does.
+std::string_view ApiRoute(std::string_view path);
+
 }  // namespace tonadex::server
