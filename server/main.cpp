@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <functional>
 #include <iostream>
@@ -15,6 +16,8 @@
 #include "server/file_system.h"
 #include "server/http_server.h"
 #include "server/line_log.h"
+#include "server/metrics.h"
+#include "server/rate_limit.h"
 #include "server/shelf.h"
 #include "terminal/arguments.h"
 #ifdef _WIN32
@@ -43,6 +46,8 @@ struct Arguments {
   // The desktop program's own place, so that both share their melodies.
   std::string folder = (tonadex::platform::ProgramFolderPath() / "servidor").string();
   std::string logFile;
+  bool logsJson = false;
+  std::uint16_t uploadsPerMinute = kUploadsPerMinute;
   std::string firstMelodies = InstalledMelodies();
   std::string database;      // "": the folder
   std::string copiedFolder;  // into the database
@@ -57,7 +62,8 @@ std::string CountWords(const Store& store) {
   }
 }
 
-void Reload(Store& store, const std::stop_token& stop) {
+void Reload(Store& store, LineLog& log, const std::stop_token& stop) {
+  log.Reopen();
   try {
     if (store.Reload(stop)) {
       SayLine(Stream::kOutput, "Leídas de nuevo: " + CountWords(store));
@@ -83,20 +89,43 @@ std::unique_ptr<FolderLock> LockUnlessReadOnly(const std::string& folder) {
   return lock;
 }
 
+Reply MetricsReply(const Metrics& metrics, const Store& store, int connections) {
+  Gauges gauges{.melodies = {}, .connections = connections};
+  try {
+    gauges.melodies = store.Reachable() ? std::optional(store.size()) : std::nullopt;
+  } catch (const StoreAway&) {  // since the question
+  }
+  Reply reply = TextReply(200, metrics.Text(gauges));
+  reply.contentType = kMetricsType;
+  return reply;
+}
+
 // Serves until a signal ends it. `ready` is called with the port.
 void ServeStore(Arguments& arguments, Store& store,
                 const std::function<void(std::uint16_t port)>& ready) {
   LineLog log(arguments.logFile);
   RaiseOpenFileLimit();
-  arguments.server.log = [&log](std::string_view line) { log(line); };
-  HttpServer server(arguments.server, [&store](const Request& r) { return Handle(r, store); });
+  Metrics metrics;
+  arguments.server.served = [&, inJson = arguments.logsJson](const Exchange& exchange) {
+    metrics.Count(exchange);
+    log(inJson ? LogJson(exchange) : LogLine(exchange));
+  };
+  RateLimit conversions(kConversionsPerMinute);
+  std::atomic<const HttpServer*> running = nullptr;
+  HttpServer server(arguments.server, [&](const Request& request) {
+    const HttpServer* listening = running;
+    return !request.post && request.target == kMetricsPath
+               ? MetricsReply(metrics, store, listening == nullptr ? 0 : listening->Connections())
+               : Handle(request, store, &conversions);
+  });
+  running = &server;
   const auto announce = [&] {
     ready(server.Port());
     SayLine(Stream::kOutput, "Tonadex " TONADEX_VERSION ": " + CountWords(store) + " en http://" +
                                  arguments.server.address + ":" + std::to_string(server.Port()) +
                                  "/");
   };
-  WaitForEndSignal(announce, [&store](const std::stop_token& stop) { Reload(store, stop); });
+  WaitForEndSignal(announce, [&](const std::stop_token& stop) { Reload(store, log, stop); });
 }
 
 int ServeFolder(Arguments& arguments) {
@@ -106,7 +135,8 @@ int ServeFolder(Arguments& arguments) {
   if (lock) {
     FillEmptyShelf(folder, arguments.firstMelodies);
   }
-  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly);
+  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly,
+              arguments.uploadsPerMinute);
   ServeStore(arguments, shelf, [&](std::uint16_t port) {
     if (!lock || !PublishPort(folder, port)) {
       SayLine(Stream::kError, "tonadex-server: aviso: no se puede escribir en la carpeta «" +
@@ -124,9 +154,12 @@ int ServeDatabase(Arguments& arguments) {
   if (!IsDatabaseAddress(arguments.database)) {
     throw std::runtime_error("--almacen espera una dirección postgresql://…");
   }
-  PostgresqlStore store(arguments.database, [](std::string_view line) {
-    SayLine(Stream::kError, "tonadex-server: " + std::string(line));
-  });
+  PostgresqlStore store(
+      arguments.database,
+      [](std::string_view line) {
+        SayLine(Stream::kError, "tonadex-server: " + std::string(line));
+      },
+      arguments.uploadsPerMinute);
   if (!arguments.copiedFolder.empty()) {
     const std::size_t added = store.CopyFrom(arguments.copiedFolder);
     SayLine(Stream::kOutput,
@@ -162,21 +195,42 @@ tonadex::terminal::Program Describe(Arguments& arguments) {
       {"--registro", "FICHERO",
        "Fichero al que se añade una línea por petición (si falta, la salida de errores)",
        &arguments.logFile},
+      {"--registro-json", "", "Cada línea del registro es un objeto JSON", &arguments.logsJson},
       {"--estanteria", "CARPETA", "Melodías con las que se llena una carpeta vacía",
        &arguments.firstMelodies},
       {"--proxy", "",
        "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For",
        &server.behindProxy},
+      {.names = "--conexiones",
+       .valueName = "NÚMERO",
+       .help = "Conexiones a la vez",
+       .value = &server.maxConnections,
+       .least = 1},
+      {.names = "--conexiones-por-cliente",
+       .valueName = "NÚMERO",
+       .help = "De ellas, las de una dirección; con --proxy, peticiones a la vez",
+       .value = &server.maxConnectionsOfAddress,
+       .least = 1},
+      {.names = "--subidas-por-minuto",
+       .valueName = "NÚMERO",
+       .help = "Melodías que una dirección puede subir en un minuto",
+       .value = &arguments.uploadsPerMinute},
 #ifdef TONADEX_POSTGRESQL
-      {"--almacen", "DIRECCIÓN",
-       "Base de datos de las melodías, postgresql://…, en lugar de la carpeta",
-       &arguments.database},
-      {"--copiar-de", "CARPETA", "Copia a la base de datos las melodías de una carpeta, y termina",
-       &arguments.copiedFolder},
+      {.names = "--almacen",
+       .valueName = "DIRECCIÓN",
+       .help = "Base de datos de las melodías, postgresql://…, en lugar de la carpeta",
+       .value = &arguments.database},
+      {.names = "--copiar-de",
+       .valueName = "CARPETA",
+       .help = "Copia a la base de datos las melodías de una carpeta, y termina",
+       .value = &arguments.copiedFolder},
 #endif
   };
-  return {{"tonadex-server", "Servidor de melodías de Tonadex", options,
-           [&arguments] { return Serve(arguments); }}};
+  return {{.name = "tonadex-server",
+           .help = "Servidor de melodías de Tonadex",
+           .options = options,
+           .run = [&arguments] { return Serve(arguments); },
+           .variables = "TONADEX_"}};
 }
 
 }  // namespace

@@ -1,11 +1,12 @@
 """A tonadex-server on a free port, with melodies in a folder of its own or in a database."""
+import os
 import subprocess
 import time
 from pathlib import Path
 
 
 class RunningServer:
-    def __init__(self, program, home, melodies, read_only=False, more=()):
+    def __init__(self, program, home, melodies, read_only=False, more=(), variables={}):
         folder = Path(home) / "servidor"
         folder.mkdir(parents=True, exist_ok=True)
         for name, text in melodies.items():
@@ -15,7 +16,8 @@ class RunningServer:
         self.output = open(Path(home) / "log", "w+b")
         self.process = subprocess.Popen(
             [program, "--puerto", "0", "--carpeta", folder, "--estanteria", "", "--registro",
-             Path(home) / "requests", *more], stdout=self.output, stderr=subprocess.STDOUT)
+             Path(home) / "requests", *more], stdout=self.output, stderr=subprocess.STDOUT,
+            env={**os.environ, **variables})
         self.port = self.wait_for_port(Path(home) / "log")
 
     def wait_for_port(self, log):
