@@ -43,6 +43,14 @@ struct MenuItem {
 
 enum class Font { kBody, kSmall, kTitle, kHeading };
 
+// What of a control outlasts the program: its `value`, for numbers in a range, else its text.
+struct KeptValue {
+  std::string_view name = {};  // in the file of the state; "" for nothing
+  int lowest = 0, highest = 0;
+
+  constexpr bool IsNumber() const { return lowest < highest; }
+};
+
 // Texts are Windows-1252.
 struct ControlInfo {
   std::string_view name;  // as in Form1; objectName in a shell
@@ -67,11 +75,15 @@ struct ControlInfo {
   std::int16_t menuPage = kNoPage;       // where it has the menu
   Sounding sounds = Sounding::kNothing;  // which follows this melody while it sounds
   Picture (Form1::*picture)(double width, double height) const = nullptr;  // of a kShapes
+  KeptValue kept = {};
 };
 
 // Builders for the rows.
 constexpr ControlInfo WithKeys(ControlInfo row, std::string_view shortcut) {
   return row.shortcut = shortcut, row;
+}
+constexpr ControlInfo Kept(ControlInfo row, const KeptValue& kept) {
+  return row.kept = kept, row;
 }
 constexpr ControlInfo Row(Look look, std::string_view name, Control Form1::*member,
                           std::string_view spoken = {}, EventHandler on = {},

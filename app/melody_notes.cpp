@@ -10,12 +10,14 @@
 #include "core/number.h"
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/note_length.h"
 #include "formats/octave_range.h"
 #include "formats/pitch.h"
 #include "midi/mMidiLibOut.h"
 #include "midi/note_times.h"
+#include "midi/smf_voices.h"
 #include "phones/formats.h"
 
 namespace tonadex::app {
@@ -130,16 +132,6 @@ void Draw(Drawing& drawing, std::string_view rtttl, std::string_view model) {
   SetExtremes(drawing);
 }
 
-std::string PitchName(int pitch) {
-  const int semitone = pitch % formats::kSemitones;
-  return std::string(formats::kSpanishPitches[static_cast<std::size_t>(semitone)]) + " " +
-         std::to_string(pitch / formats::kSemitones);
-}
-
-std::string Count(std::size_t number, std::string_view one, std::string_view many) {
-  return std::to_string(number) + " " + std::string(number == 1 ? one : many);
-}
-
 }  // namespace
 
 Drawing MelodyDrawing(std::string_view rtttl, std::string_view model) {
@@ -163,10 +155,10 @@ std::string DrawingInWords(const Drawing& drawing) {
     return std::string(u8"Ninguna melodía"_w);
   }
   const auto seconds = static_cast<std::size_t>(std::lround(drawing.length / 1000));
-  std::string words = Count(drawing.notes.size(), "nota o pausa", "notas y pausas") + ", " +
-                      Count(seconds, "segundo", "segundos");
+  std::string words = core::Counted(drawing.notes.size(), "nota o pausa", "notas y pausas") + ", " +
+                      core::Counted(seconds, "segundo", "segundos");
   if (drawing.highest != 0) {
-    words += ", de " + PitchName(drawing.lowest) + " a " + PitchName(drawing.highest);
+    words += ", de " + midi::KeyText(drawing.lowest) + " a " + midi::KeyText(drawing.highest);
   }
   return words;
 }

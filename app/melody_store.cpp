@@ -157,6 +157,9 @@ std::string MelodyStore::Rename(const std::string& file, std::string_view name) 
   }
   const std::string renamed =
       std::string(core::Trim(name)).append(text.substr(NameOf(text).size()));
+  if (renamed == text) {
+    return file;
+  }
   const fs::path from = melodies_ / files::PathFromText(file);
   const fs::path to = melodies_ / files::PathFromText(FileNameFor(renamed));
   std::error_code ignored;

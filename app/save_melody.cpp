@@ -90,11 +90,6 @@ void Write(const std::filesystem::path& typed, const std::filesystem::path& file
   }
 }
 
-class NoFile : public phones::SaveFileQuestion {
- public:
-  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override { return {}; }
-};
-
 // The result's groups as steps: words, or the notes of RTTTL.
 std::vector<phones::TypingStep> StepsOf(std::string_view result) {
   std::vector<phones::TypingStep> steps;
@@ -127,7 +122,7 @@ std::string SheetPdf(std::string_view rtttl, std::string_view model) {
   core::InitMelody(melody, {});
   melody.Text = rtttl;
   const std::string name(rtttl.substr(0, rtttl.find(':')));
-  NoFile none;
+  phones::NoSaveFile none;
   const auto page = phones::ConvertSelectedMelody(melody, model, name, none).page;
   const std::string result =
       page && phones::FindFormat(model) != nullptr ? page->result : std::string(rtttl);

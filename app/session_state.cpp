@@ -4,42 +4,17 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <ranges>
 #include <utility>
 
+#include "app/control_table.h"
 #include "app/form1.h"
-#include "app/look.h"
 #include "core/windows1252.h"
 #include "files/read.h"
 #include "files/write.h"
 
 namespace tonadex::app {
 namespace {
-
-using F = Form1;
-
-struct KeptText {
-  std::string_view name;
-  Control F::*control;
-};
-constexpr auto kTexts = std::to_array<KeptText>({
-    {"compositor.nombre", &F::txtcomponombremelodia},
-    {"compositor.tempo", &F::txtcompoTempo},
-    {"compositor.notas", &F::txtmelodiacompo},
-    {"rtttl", &F::txtrtttlsube},
-});
-
-constexpr std::string_view kBeep = "sonido.pitido";
-
-struct KeptNumber {
-  std::string_view name;
-  Control F::*control;  // its `value`
-  int lowest, highest;  // numbers outside are ignored
-};
-constexpr auto kNumbers = std::to_array<KeptNumber>({
-    {"resultado.letra", &F::textresultado, look::kSmallestType, look::kLargestType},
-    {kBeep, &F::beepChoice, 0, 1},
-    {"guia.sonido", &F::soundNotes, 0, 1},
-});
 
 constexpr std::string_view kWindow = "ventana";  // left, top, width, height, 1 when maximised
 
@@ -87,6 +62,11 @@ std::optional<std::array<int, kCount>> Numbers(std::string_view text) {
     at = next + 1;
   }
   return numbers;
+}
+
+auto KeptControls() {
+  return std::views::filter(Controls(),
+                            [](const ControlInfo& info) { return !info.kept.name.empty(); });
 }
 
 // Length that two intervals share.
@@ -142,7 +122,7 @@ std::string StateBytes(const StateValues& values) {
 
 bool BeepIsChosen(const std::filesystem::path& stateFile) {
   const StateValues values = ReadState(files::ReadWhole(stateFile).value_or(""));
-  const auto found = values.find(kBeep);
+  const auto found = values.find(kBeepState);
   return found != values.end() && found->second == "1";
 }
 
@@ -150,19 +130,18 @@ SessionState::SessionState(std::filesystem::path file) : file_(std::move(file)) 
 
 void SessionState::Restore(Form1& form) {
   values_ = ReadState(files::ReadWhole(file_).value_or(""));
-  for (const KeptText& kept : kTexts) {
-    if (const auto found = values_.find(kept.name); found != values_.end()) {
-      (form.*kept.control).SetText(found->second);
-    }
-  }
   const auto numbers = [this]<std::size_t kCount>(std::string_view name, std::array<int, kCount>) {
     const auto found = values_.find(name);
     return found == values_.end() ? std::nullopt : Numbers<kCount>(found->second);
   };
-  for (const KeptNumber& kept : kNumbers) {
-    const auto number = numbers(kept.name, std::array<int, 1>{});
-    if (number && (*number)[0] >= kept.lowest && (*number)[0] <= kept.highest) {
-      (form.*kept.control).value = (*number)[0];
+  for (const ControlInfo& info : KeptControls()) {
+    const KeptValue& kept = info.kept;
+    Control& control = form.*info.member;
+    if (const auto number = numbers(kept.name, std::array<int, 1>{}); kept.IsNumber()) {
+      const bool valid = number && (*number)[0] >= kept.lowest && (*number)[0] <= kept.highest;
+      control.value = valid ? (*number)[0] : control.value;
+    } else if (const auto text = values_.find(kept.name); text != values_.end()) {
+      control.SetText(text->second);
     }
   }
   if (const auto place = numbers(kWindow, std::array<int, 5>{})) {
@@ -183,11 +162,9 @@ bool SessionState::Note(const Form1& form) {
       changed_ = true;
     }
   };
-  for (const KeptText& kept : kTexts) {
-    note(kept.name, (form.*kept.control).text);
-  }
-  for (const KeptNumber& kept : kNumbers) {
-    note(kept.name, std::to_string((form.*kept.control).value));
+  for (const ControlInfo& info : KeptControls()) {
+    const Control& control = form.*info.member;
+    note(info.kept.name, info.kept.IsNumber() ? std::to_string(control.value) : control.text);
   }
   const auto& [rect, maximised] = form.windowPlace;
   std::string place;

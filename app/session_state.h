@@ -8,8 +8,8 @@
 
 #include "app/layout.h"
 
-// State that survives the end of the program, even a killed one: the drafts of the start page, the
-// font size of the result, the chosen sound and the window's place.
+// State that survives the end of the program, even a killed one: what the rows of
+// app/control_table.h keep, such as the drafts of the start page, and the window's place.
 namespace tonadex::app {
 
 class Form1;
@@ -33,6 +33,7 @@ StateValues ReadState(std::string_view bytes);
 std::string StateBytes(const StateValues& values);
 
 inline constexpr std::string_view kStateFile = "estado.ini";  // in the program's folder
+inline constexpr std::string_view kBeepState = "sonido.pitido";
 
 // Whether melodies are played with the beep, as the options page left it.
 bool BeepIsChosen(const std::filesystem::path& stateFile);

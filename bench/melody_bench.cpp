@@ -139,16 +139,9 @@ std::size_t MidiFile(core::RTTTLMelody& melody) {
   return Parse(melody) == 0 ? 0 : midi::MidiFileBytes(melody).size();
 }
 
-class NoFile : public phones::SaveFileQuestion {
- public:
-  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override {
-    return std::nullopt;
-  }
-};
-
 // The conversion of the repertoire page, including the choice of the octave.
 std::size_t ConvertTo(core::RTTTLMelody& melody, std::string_view model) {
-  NoFile ask;
+  phones::NoSaveFile ask;
   const auto page = phones::ConvertSelectedMelody(melody, model, "banco", ask).page;
   return page ? page->result.size() : 0;
 }

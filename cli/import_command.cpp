@@ -15,11 +15,7 @@
 #include "files/write.h"
 #include "net/file_name.h"
 #include "phones/file_formats.h"
-#ifdef _WIN32
-#include "platform/win32/program_folder.h"
-#else
-#include "platform/posix/program_folder.h"
-#endif
+#include "platform/common/program_folder.h"
 
 namespace tonadex::cli {
 namespace {

@@ -19,13 +19,9 @@
 #include "net/listing.h"
 #include "net/server_address.h"
 #include "net/upload.h"
+#include "platform/common/program_folder.h"
 #include "platform/http/http_client.h"
 #include "server/embedded_server.h"
-#ifdef _WIN32
-#include "platform/win32/program_folder.h"
-#else
-#include "platform/posix/program_folder.h"
-#endif
 
 namespace tonadex::cli {
 namespace {

@@ -6,11 +6,9 @@
 #include "core/windows1252.h"
 #include "json/conversion.h"
 #include "phones/formats.h"
+#include "platform/common/program_folder.h"
 #ifdef _WIN32
-#include "platform/win32/program_folder.h"
 #include "platform/win32/rich_text_box.h"
-#else
-#include "platform/posix/program_folder.h"
 #endif
 #ifdef TONADEX_CLI_QT
 #include "platform/qt/rich_text_box.h"

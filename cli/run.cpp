@@ -46,7 +46,8 @@ std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommand
   const Option files = {"ficheros", "FICHERO", "Melodías RTTTL; \"-\" es la entrada estándar",
                         &a.words};
   const Option json = {"--json", "", "En JSON", &a.json};
-  const Option server = {"--servidor", "URL", "Dirección del servidor (http://…)", &a.server};
+  const Option server = {"--servidor", "URL", "Dirección del servidor (http://… o https://…)",
+                         &a.server};
   return {
       {"modelos",
        "Lista las marcas y modelos del catálogo",

@@ -41,6 +41,8 @@ function(papers package component)
   configure_file(${packaging}/debian/changelog.in ${papers}/${package}/changelog @ONLY)
   install(FILES ${packaging}/debian/copyright ${papers}/${package}/changelog
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${component})
+  install(FILES ${packaging}/debian/${package}.lintian-overrides
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME ${package} COMPONENT ${component} EXCLUDE_FROM_ALL)
 endfunction()
 papers(tonadex desktop)
 papers(tonadex-server server)
@@ -48,7 +50,7 @@ install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/to
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex)
 install(FILES docs/server.md docs/faults.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server
   COMPONENT server)
-install(FILES server/deploy/nginx.conf
+install(FILES server/deploy/nginx.conf server/deploy/base-de-datos.conf
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server/examples COMPONENT server)
 # The unit starts /usr/bin/tonadex-server and writes the service's log, so it is only in the
 # package.
@@ -75,17 +77,19 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
-# Loaded at run time, so that the automatic dependencies miss them: Qt's Spanish texts and a
-# soundfont.
+# Loaded at run time, so that the automatic dependencies miss them: Qt's Spanish texts, a soundfont,
+# the authorities that https trusts; folders and PDF files are opened with xdg-utils.
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME tonadex)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS
   "qt6-translations-l10n, timgm6mb-soundfont | sf2-soundfont-gm")
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS "ca-certificates, xdg-utils")
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SUGGESTS "cups, qt6-wayland, tonadex-server")
-set(CPACK_DEBIAN_DESKTOP_DESCRIPTION "Tus melodías RTTTL, en tu móvil de antes
-Busca, compón, escucha e imprime melodías RTTTL y las convierte en lo que
-acepta cada móvil: notación del compositor, pulsaciones de teclas, textos para
-SMS o cable y ficheros MIDI o KWS.
+set(CPACK_DEBIAN_DESKTOP_DESCRIPTION "Tus melodías, en tu móvil de antes
+Busca, compone, arregla, toca e imprime melodías RTTTL, abre ficheros MIDI y
+melodías de otros móviles, y las convierte en lo que acepta cada uno:
+notación del compositor, pulsaciones de teclas, textos para SMS o cable y
+ficheros. Una guía lleva tecla a tecla a quien tiene el móvil en la mano.
 
 Incluye el programa de escritorio, tonadex, y el de terminal, tonadex-cli.")
 
@@ -96,7 +100,8 @@ set(CPACK_DEBIAN_SERVER_PACKAGE_CONTROL_EXTRA
   "${packaging}/server/postinst;${packaging}/server/prerm;${packaging}/server/postrm;${packaging}/server/conffiles")
 set(CPACK_DEBIAN_SERVER_DESCRIPTION "Servidor de melodías de Tonadex
 Guarda melodías RTTTL y las da a buscar, descargar y subir a los programas de
-Tonadex y a cualquier otro por HTTP. Trae melodías de dominio público.
+Tonadex y a cualquier otro por HTTP, y a personas en una página para el
+navegador. Trae melodías de dominio público.
 
 El servicio tonadex-server.service se instala sin arrancarlo.")
 include(CPack)

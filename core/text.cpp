@@ -147,12 +147,10 @@ bool Contains(std::string_view text, std::string_view what) {
   return text.find(what) != std::string_view::npos;
 }
 
-std::string_view Trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+std::string_view Trim(std::string_view text, std::string_view characters) {
+  const std::size_t first = text.find_first_not_of(characters);
+  return first == text.npos ? std::string_view()
+                            : text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
 std::vector<std::string_view> SplitText(std::string_view text, char delimiter) {
@@ -171,6 +169,10 @@ TextEnds SplitEnds(std::string_view text, char delimiter) {
   });
   ends.front = emptied ? std::string_view() : ends.front;
   return ends;
+}
+
+std::string Counted(std::size_t count, std::string_view one, std::string_view many) {
+  return std::to_string(count).append(" ").append(count == 1 ? one : many);
 }
 
 const std::string& ReplaceAll(std::string& text, std::string_view what,

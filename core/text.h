@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -54,8 +55,8 @@ std::ptrdiff_t InStr(std::string_view text, std::string_view what, std::ptrdiff_
 // As InStr, but a position past 32767 is an overflow error.
 std::ptrdiff_t InStr16(std::string_view text, char what);
 bool Contains(std::string_view text, std::string_view what);
-// Without the blanks (only " ") at both ends.
-std::string_view Trim(std::string_view text);
+// Without the given characters at both ends.
+std::string_view Trim(std::string_view text, std::string_view characters = " ");
 
 // Splits at each delimiter. An empty text has one empty part; a trailing delimiter adds an empty
 // part. Whenever the remaining text starts with the delimiter, part 0 is set to "" ("a,,b" returns
@@ -70,6 +71,19 @@ struct TextEnds {
   std::string_view front, back;
 };
 TextEnds SplitEnds(std::string_view text, char delimiter);
+
+// Calls `use` with every piece, empty ones too, between characters of `separators`.
+template <typename Use>
+void ForEachPiece(std::string_view text, std::string_view separators, Use use) {
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find_first_of(separators, start), text.size());
+    use(text.substr(start, end - start));
+    start = end + 1;
+  }
+}
+
+// "1 nota", "3 notas"
+std::string Counted(std::size_t count, std::string_view one, std::string_view many);
 
 // Replaces every occurrence in place, from left to right, in one pass; an empty `what` changes
 // nothing. Returns `text`.

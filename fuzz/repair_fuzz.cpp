@@ -20,13 +20,6 @@ namespace {
 
 using namespace tonadex;
 
-class NoFile : public phones::SaveFileQuestion {
- public:
-  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override {
-    return std::nullopt;
-  }
-};
-
 core::RTTTLMelody Fresh(std::string_view text) {
   core::RTTTLMelody melody;
   core::InitMelody(melody, "");
@@ -40,7 +33,7 @@ void CheckGood(std::string_view text, const phones::MelodyCheck& check) {
   Require(core::ParseRTTTL(melody) == core::kParsed, "praise for what cannot be read");
   Require(melody.Notes.size() == check.notes + check.pauses, "another number of notes");
   midi::MidiFileBytes(melody);
-  NoFile noFile;
+  phones::NoSaveFile noFile;
   for (const phones::CatalogueRow& row : phones::CatalogueRows()) {
     core::RTTTLMelody copy = Fresh(text);
     const phones::Outcome outcome =

@@ -127,6 +127,15 @@ void CheckTyped(test::TestProgram& test, const std::string& typed) {
   form.txtcomponombremelodia.text = "x";
   form.txtcompoTempo.text = "120";
   form.cmdscuchacumpo_Click();
+  for (const std::string_view name : {"cmdsubecompo", "cmdscuchartttl", "cmdsubirmelortttl"}) {
+    const app::ControlInfo& button = *app::FindControl(name);
+    if ((form.*button.member).enabled) {
+      test.http.replies = {"", ""};
+      (form.*button.on.handler)();  // an exception would end the program
+    } else {
+      Require(!(form.*button.member).whyDisabled.empty(), "a disabled button without a reason");
+    }
+  }
   const std::string_view keys = typed;
   app::ComposerText composer;
   for (const char key : keys.substr(0, 50)) {

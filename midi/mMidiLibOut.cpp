@@ -13,7 +13,6 @@
 namespace tonadex::midi {
 namespace {
 
-constexpr std::int32_t kTempoMicroseconds = 5000000;  // per quarter note
 constexpr int kNoteOn = 0x90;
 constexpr int kNoteOff = 0x80;
 constexpr int kControlChange = 0xB0;

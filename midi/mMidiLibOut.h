@@ -16,6 +16,8 @@
 // must change together or not at all.
 namespace tonadex::midi {
 
+inline constexpr std::int32_t kTempoMicroseconds = 5000000;  // per quarter note, see above
+
 inline constexpr std::int16_t kMidiWritten = 0;
 inline constexpr std::int16_t kMidiFailed = -1;
 inline constexpr std::int16_t kPauseNumber = -1;  // used as the note number of a pause

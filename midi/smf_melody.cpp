@@ -13,6 +13,7 @@
 
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "midi/smf_own.h"
 
 namespace tonadex::midi {
 namespace {
@@ -52,11 +53,6 @@ const Length& LongestUpTo(std::int64_t units) {
   const auto found =
       std::ranges::find_if(kLengths, [&](const Length& each) { return each.units <= units; });
   return found == kLengths.end() ? kLengths.back() : *found;
-}
-
-// "1 nota", "3 notas"
-std::string Counted(std::size_t count, std::string_view one) {
-  return std::to_string(count).append(" ").append(one) + (count == 1 ? "" : "s");
 }
 
 // One note at a time, in ticks; it ends where the next one begins at the latest.
@@ -277,12 +273,13 @@ void MoveOctaves(SmfMelody& result, const SmfChoice& choice) {
     best = outside(octaves) < outside(best) ? octaves : best;
   }
   if (best != 0) {
-    result.remarks.push_back(std::string(best > 0 ? "Sube " : "Baja ") +
-                             Counted(static_cast<std::size_t>(std::abs(best)), "octava") + ".");
+    result.remarks.push_back(
+        std::string(best > 0 ? "Sube " : "Baja ") +
+        core::Counted(static_cast<std::size_t>(std::abs(best)), "octava", "octavas") + ".");
   }
   if (const auto others = outside(best); others > 0) {
     result.remarks.push_back(
-        ("Cambia de octava " + Counted(static_cast<std::size_t>(others), "nota"))
+        ("Cambia de octava " + core::Counted(static_cast<std::size_t>(others), "nota", "notas"))
             .append(u8" fuera del alcance del móvil."_w));
   }
   for (core::PlainNote& note : notes) {
@@ -290,41 +287,6 @@ void MoveOctaves(SmfMelody& result, const SmfChoice& choice) {
     note.octave = pause ? core::PlainNote{}.octave
                         : std::clamp(note.octave + best, choice.lowestOctave, highest);
   }
-}
-
-// Files that midi/mMidiLibOut writes: their tempo event says nothing, their division stands for the
-// tempo, and each length has its number of ticks.
-constexpr std::string_view kOwnName = "MIDI by Tonadex";
-constexpr std::uint32_t kOwnTempo = 5000000;
-constexpr double kOwnWholeNote = 77;       // ticks
-constexpr std::uint32_t kOwnDotted32 = 4;  // ticks; no other length strays from the rule
-
-bool IsOwn(const SmfFile& file) {
-  const SmfTrack& track = file.tracks.front();
-  return file.tracks.size() == 1 && track.name.starts_with(kOwnName) && track.tempos.size() == 1 &&
-         track.tempos.front().microseconds == kOwnTempo;
-}
-
-// The file with the times that its ticks stand for, in sixty-fourths.
-SmfFile Straightened(const SmfFile& file) {
-  const auto units = [](std::uint32_t ticks) {
-    return static_cast<std::uint32_t>(
-        kStep * std::lround(ticks * 4.0 * kUnitsPerQuarter / kOwnWholeNote / kStep));
-  };
-  SmfFile straight = file;
-  std::uint32_t ticks = 0, now = 0;
-  for (SmfNote& note : straight.tracks.front().notes) {
-    now += units(note.start - std::min(ticks, note.start));
-    const std::uint32_t length = note.end - note.start;
-    ticks = note.end;
-    note.start = now;
-    now += length == kOwnDotted32 ? 3 : units(length);
-    note.end = now;
-  }
-  const double beats = std::max(1.0, std::round(file.division * 240.0 / 385));
-  straight.division = kUnitsPerQuarter;
-  straight.tracks.front().tempos = {{0, static_cast<std::uint32_t>(std::lround(60e6 / beats))}};
-  return straight;
 }
 
 int TempoOf(std::uint32_t microseconds, double scale) {
@@ -385,13 +347,14 @@ void AddRemarks(SmfMelody& result, std::span<const Placed> strokes, bool cut, Ta
     result.remarks.push_back(words.append(u8": no caben más notas."_w));
   }
   if (covered > 0) {
-    result.remarks.push_back(("Quita " + Counted(covered, "nota"))
+    result.remarks.push_back(("Quita " + core::Counted(covered, "nota", "notas"))
                                  .append(taken == Taken::kHighest
                                              ? u8" por debajo de otra más aguda."_w
                                              : u8" a la vez que otra anterior."_w));
   }
   if (lost > 0) {
-    result.remarks.push_back("Quita " + Counted(lost, "nota") + " de menos de una fusa.");
+    result.remarks.push_back("Quita " + core::Counted(lost, "nota", "notas") +
+                             " de menos de una fusa.");
   }
 }
 
@@ -449,8 +412,8 @@ SmfMelody MelodyOfVoice(const SmfFile& file, const SmfVoice& voice, const SmfCho
 }  // namespace
 
 SmfMelody MelodyOf(const SmfFile& file, const SmfVoice& voice, const SmfChoice& choice) {
-  return IsOwn(file) ? MelodyOfVoice(Straightened(file), voice, choice, true)
-                     : MelodyOfVoice(file, voice, choice, false);
+  return IsOwnFile(file) ? MelodyOfVoice(WithPlainTimes(file), voice, choice, true)
+                         : MelodyOfVoice(file, voice, choice, false);
 }
 
 }  // namespace tonadex::midi

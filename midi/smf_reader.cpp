@@ -41,8 +41,9 @@ class Bytes {
 
   std::string_view Take(std::size_t count) {
     if (count > bytes_.size()) {
+      const std::size_t missing = count - bytes_.size();
       Refuse(SmfProblem::kCut,
-             std::string(u8"faltan "_w) + std::to_string(count - bytes_.size()) + " bytes");
+             (missing == 1 ? "falta " : "faltan ") + core::Counted(missing, "byte", "bytes"));
     }
     const std::string_view taken = bytes_.substr(0, count);
     bytes_.remove_prefix(count);
@@ -264,8 +265,9 @@ SmfFile ReadFile(std::string_view content, std::size_t start) {
   const Header header = ReadHeader(bytes, file);
   while (file.tracks.size() < header.tracks) {
     if (bytes.AtEnd()) {
-      bytes.Refuse(SmfProblem::kCut, "se anuncian " + std::to_string(header.tracks) +
-                                         " pistas y hay " + std::to_string(file.tracks.size()));
+      bytes.Refuse(SmfProblem::kCut, "el principio anuncia " +
+                                         core::Counted(header.tracks, "pista", "pistas") +
+                                         " y hay " + std::to_string(file.tracks.size()));
     }
     const std::size_t number = file.tracks.size() + 1;
     bytes.EnterTrack(number);

@@ -173,7 +173,7 @@ std::string VoiceText(const SmfVoice& voice) {
   text += voice.tune ? u8", parece la melodía"_w : "";
   text += voice.instrument.empty() ? "" : " (" + voice.instrument + ")";
   text += ", canal " + std::to_string(voice.channel + 1);
-  text += ", " + std::to_string(voice.notes) + (voice.notes == 1 ? " nota" : " notas");
+  text += ", " + core::Counted(voice.notes, "nota", "notas");
   return text + ", de " + KeyText(voice.lowest) + " a " + KeyText(voice.highest);
 }
 

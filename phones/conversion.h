@@ -30,6 +30,12 @@ class SaveFileQuestion {
   virtual std::optional<std::string> AskSaveFile(const SaveRequest& request) = 0;
 };
 
+// Cancels every question: for results that are only looked at.
+class NoSaveFile : public SaveFileQuestion {
+ public:
+  std::optional<std::string> AskSaveFile(const SaveRequest&) override { return std::nullopt; }
+};
+
 enum class Outcome {
   kConverted,
   kIncomplete,     // converted, but a message says what could not be read or placed

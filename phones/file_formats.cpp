@@ -73,11 +73,6 @@ constexpr auto kFileFormats = std::to_array<FileFormat>({
     {"wav", "wav", "Sonido", "", Wav, u8"diez minutos, con el pitido de un móvil"_w},
 });
 
-class NoFile : public SaveFileQuestion {
- public:
-  std::optional<std::string> AskSaveFile(const SaveRequest&) override { return std::nullopt; }
-};
-
 // The reason that the last message gives.
 [[noreturn]] void RefuseMelody(const core::RecordingMessages& messages) {
   formats::RefuseFile({kUnreadable, messages.messages.empty()
@@ -131,7 +126,7 @@ MelodyFileBytes WriteMelodyFile(const FileFormat& format, std::string_view rtttl
     file.bytes = format.write(parsed, file.notices);
     return file;
   }
-  NoFile none;
+  NoSaveFile none;
   Job job{melody, none, "", ""};
   const Outcome outcome = FormatOfCode(format.code)->output(job);
   if (outcome != Outcome::kConverted || job.result.empty()) {

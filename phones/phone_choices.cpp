@@ -66,11 +66,6 @@ std::vector<PhoneChoice> ChoicesOf(const CatalogueRow& row) {
   return choices;
 }
 
-class NoFile : public SaveFileQuestion {
- public:
-  std::optional<std::string> AskSaveFile(const SaveRequest&) override { return std::nullopt; }
-};
-
 }  // namespace
 
 bool IsFormatModel(std::string_view model) {
@@ -117,7 +112,7 @@ std::string ExampleResult(std::string_view model) {
   core::RTTTLMelody melody;
   core::InitMelody(melody, {});
   melody.Text = kExample;
-  NoFile question;
+  NoSaveFile question;
   const auto page = ConvertSelectedMelody(melody, model, "x", question).page;
   return page ? std::string(core::Trim(page->result)) : std::string();
 }

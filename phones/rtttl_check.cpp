@@ -9,6 +9,7 @@
 #include "core/number.h"
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/kws.h"
 #include "formats/note_length.h"
@@ -217,11 +218,6 @@ void Checker::CheckSections() {
   CheckNotes(last + 1);
 }
 
-class NoFile : public SaveFileQuestion {
- public:
-  std::optional<std::string> AskSaveFile(const SaveRequest&) override { return std::nullopt; }
-};
-
 // Whether a text without faults can be played and converted by every phone's writer.
 bool Converts(std::string_view text) {
   core::RecordingMessages unread;
@@ -229,7 +225,7 @@ bool Converts(std::string_view text) {
   core::RTTTLMelody melody;
   core::InitMelody(melody, {});
   const auto fresh = [&] { melody.Text = text; };
-  NoFile noFile;
+  NoSaveFile noFile;
   const Format* before = nullptr;
   for (const CatalogueRow& row : CatalogueRows()) {
     const Format* format = FindFormat(row.model);
@@ -261,11 +257,10 @@ void Checker::CheckConversions() {
   }
 }
 
-std::string Counted(const MelodyCheck& check) {
-  const std::size_t count = check.notes + check.pauses;
-  const long seconds = std::lround(check.seconds);
-  return std::to_string(count) + (count == 1 ? " nota, " : " notas y pausas, ") +
-         std::to_string(seconds) + (seconds == 1 ? " segundo" : " segundos");
+std::string CountsOf(const MelodyCheck& check) {
+  const auto seconds = static_cast<std::size_t>(std::lround(check.seconds));
+  return core::Counted(check.notes + check.pauses, "nota", "notas y pausas") + ", " +
+         core::Counted(seconds, "segundo", "segundos");
 }
 
 MelodyCheck Checker::Run() {
@@ -279,7 +274,7 @@ MelodyCheck Checker::Run() {
   }
   const bool good = check_.faults.empty();
   check_.verdict = good ? Verdict::kGood : Verdict::kBad;
-  check_.sentence = good ? Counted(check_) : check_.faults.front().sentence;
+  check_.sentence = good ? CountsOf(check_) : check_.faults.front().sentence;
   return std::move(check_);
 }
 

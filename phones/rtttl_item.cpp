@@ -16,8 +16,7 @@ namespace {
 
 using namespace core::literals;
 
-constexpr std::size_t kMostDigits = 3;  // longer numbers all count as 999
-constexpr std::size_t kQuoted = 24;     // maximum characters of an item that a sentence quotes
+constexpr std::size_t kMostDigits = 3;             // longer numbers all count as 999
 constexpr int kOctaveBelow = 4, kOctaveAbove = 7;  // replace octaves below 1 and above 8
 
 struct Scanner {
@@ -103,13 +102,6 @@ bool ReadAlike(std::string one, std::string other) {
   melody.DefaultDuration = "d";  // no item contains these values
   melody.DefaultOctave = "o";
   return core::ParseRTTTLNote(one, melody) == core::ParseRTTTLNote(other, melody);
-}
-
-std::string Quoted(std::string_view text) {
-  std::string quoted;
-  quoted += u8"«"_w;
-  quoted += text.substr(0, kQuoted);
-  return quoted.append(text.size() > kQuoted ? u8"…»"_w : u8"»"_w);
 }
 
 // Names the parts of a note that the parser loses.
@@ -265,6 +257,13 @@ std::string CleanItem(std::string_view item) {
   std::string clean = core::ToLower(item);
   std::erase(clean, ' ');
   return clean;
+}
+
+std::string Quoted(std::string_view text, std::size_t most) {
+  std::string quoted;
+  quoted += u8"«"_w;
+  quoted += text.substr(0, most);
+  return quoted.append(text.size() > most ? u8"…»"_w : u8"»"_w);
 }
 
 }  // namespace tonadex::phones

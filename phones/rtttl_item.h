@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,6 +45,9 @@ int NearestDuration(int duration);
 
 // The octave, or for one out of range the lowest or highest that phones play, 4 or 7.
 int NearestOctave(int octave);
+
+// The text in «», at most `most` characters of it and then "…".
+std::string Quoted(std::string_view text, std::size_t most = 24);
 
 // The item in lower case, without the blanks that the parser removes.
 std::string CleanItem(std::string_view item);

@@ -9,6 +9,7 @@
 #include "server/api/api.h"
 #include "server/api/problem.h"
 #include "server/melody_name.h"
+#include "server/metrics.h"
 #include "server/pages.h"
 #include "server/web_files.h"
 
@@ -104,13 +105,13 @@ Reply PageReply(std::string utf8) {
   return reply;
 }
 
-Reply AnswerSearch(const Request& request, std::string_view query, Shelf& shelf) {
+Reply AnswerSearch(const Request& request, std::string_view query, Store& store) {
   const std::string_view words = RestAfter(query, net::kSearchKey);
   const std::string typed = Undo(words, Escapes::kOfLines);
   const std::string plain = UndoEscapes(words);
-  std::string listing = shelf.Search(typed, request.abandoned);
+  std::string listing = store.Search(typed, request.abandoned);
   if (listing.empty() && plain != typed) {
-    listing = shelf.Search(plain, request.abandoned);
+    listing = store.Search(plain, request.abandoned);
   }
   return request.abandoned && request.abandoned()
              ? TextReply(503, u8"La búsqueda se ha interrumpido."_w)
@@ -130,7 +131,7 @@ constexpr UploadReply kUploadReplies[] = {
     {UploadResult::kDiskFailure, {500, u8"No se ha podido guardar la melodía."_w}},
 };
 
-Reply AnswerUpload(const Request& request, std::string_view query, Shelf& shelf) {
+Reply AnswerUpload(const Request& request, std::string_view query, Store& store) {
   std::string name, contents;
   for (const Escapes escapes : kReadings) {
     name = Undo(UpToAmpersand(RestAfter(query, net::kUploadNameKey)), escapes);
@@ -140,56 +141,97 @@ Reply AnswerUpload(const Request& request, std::string_view query, Shelf& shelf)
     }
   }
   const auto [status, words] =
-      UploadWords(shelf.Upload(name, contents, request.client, request.now));
+      UploadWords(store.Upload(name, contents, request.client, request.now));
   return TextReply(status, words);
+}
+
+// For whoever watches the server or spreads requests over several.
+Reply AnswerHealth(const Request&, std::string_view, Store& store) {
+  const bool well = store.Reachable();
+  Reply reply = TextReply(well ? 200 : 503,
+                          well ? R"({"estado":"bien"})" : R"({"estado":"sin almac\u00e9n"})");
+  reply.contentType = "application/json";
+  return reply;
 }
 
 struct Endpoint {
   std::string_view path;
-  Reply (*answer)(const Request& request, std::string_view query, Shelf& shelf);
+  Reply (*answer)(const Request& request, std::string_view query, Store& store);
 };
 
 constexpr Endpoint kEndpoints[] = {
+    {"/salud", AnswerHealth},
     {net::kSearchPath, AnswerSearch},
     {net::kUploadPath, AnswerUpload},
     {net::kRandomPath, [](const Request& request, std::string_view,
-                          Shelf& shelf) { return OwnedReply(shelf.Random(request.random)); }},
+                          Store& store) { return OwnedReply(store.Random(request.random)); }},
     {net::kFullListingPath, [](const Request&, std::string_view,
-                               Shelf& shelf) { return Reply{.body = shelf.FullListing()}; }},
+                               Store& store) { return Reply{.body = store.FullListing()}; }},
     {net::kBannerPath,
-     [](const Request&, std::string_view, Shelf& shelf) { return PageReply(BannerPage(shelf)); }},
+     [](const Request&, std::string_view, Store& store) { return PageReply(BannerPage(store)); }},
     {net::kInternetPagePath,
-     [](const Request&, std::string_view, Shelf& shelf) { return PageReply(InternetPage(shelf)); }},
+     [](const Request&, std::string_view, Store& store) { return PageReply(InternetPage(store)); }},
     {net::kStartPagePath,
-     [](const Request&, std::string_view query, Shelf& shelf) {
-       return PageReply(StartPage(shelf, UndoEscapes(RestAfter(query, net::kVersionKey))));
+     [](const Request&, std::string_view query, Store& store) {
+       return PageReply(StartPage(store, UndoEscapes(RestAfter(query, net::kVersionKey))));
      }},
 };
 
-Reply AnswerMelody(std::string_view escapedName, const Shelf& shelf) {
+Reply AnswerMelody(std::string_view escapedName, const Store& store) {
   for (const Escapes escapes : kReadings) {
-    if (auto melody = shelf.Melody(Undo(escapedName, escapes))) {
+    if (auto melody = store.Melody(Undo(escapedName, escapes))) {
       return OwnedReply(*std::move(melody), kMelodyMaxAgeSeconds);
     }
   }
   return TextReply(404, u8"No hay ninguna melodía con ese nombre."_w);
 }
 
+Reply Answer(const Request& request, const Target& target, Store& store) {
+  for (const Endpoint& endpoint : kEndpoints) {
+    if (target.path == endpoint.path) {
+      return endpoint.answer(request, target.query, store);
+    }
+  }
+  if (target.path.starts_with(net::kMelodyFolderPath)) {
+    return AnswerMelody(target.path.substr(net::kMelodyFolderPath.size()), store);
+  }
+  return WebReply(request, target.path).value_or(TextReply(404, u8"Aquí no hay nada."_w));
+}
+
 }  // namespace
+
+const std::string_view kStoreAwayWords =
+    u8"No se puede llegar al almacén de melodías. Prueba dentro de un momento."_w;
+
+std::string RouteOf(std::string_view requested) {
+  const std::string_view path = SplitTarget(requested).path;
+  if (path.starts_with(kApiPath)) {
+    return std::string(kApiPath).append(ApiRoute(path.substr(kApiPath.size())));
+  }
+  const auto endpoint = std::ranges::find(kEndpoints, path, &Endpoint::path);
+  return std::string(endpoint != std::end(kEndpoints)           ? endpoint->path
+                     : path.starts_with(net::kMelodyFolderPath) ? net::kMelodyFolderPath
+                     : path == "/" || path == kMetricsPath      ? path
+                                                                : "otras");
+}
 
 std::string UndoEscapes(std::string_view text) {
   return Undo(text, Escapes::kAll);
 }
 
-std::string PercentEncoded(std::string_view bytes) {
+void AppendEscaped(std::string& text, char byte) {
   constexpr std::string_view kHex = "0123456789ABCDEF";
+  text.append({'%', kHex[core::Code(byte) / 16u], kHex[core::Code(byte) % 16u]});
+}
+
+std::string PercentEncoded(std::string_view bytes) {
   std::string encoded;
   for (const char c : bytes) {
     const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
     if (letter || core::IsDigit(c) || std::string_view("-._~").find(c) != std::string_view::npos) {
       encoded += c;
     } else {
-      encoded.append({'%', kHex[core::Code(c) / 16u], kHex[core::Code(c) % 16u]});
+      AppendEscaped(encoded, c);
     }
   }
   return encoded;
@@ -206,23 +248,20 @@ Reply TextReply(int status, std::string_view text) {
   return reply;
 }
 
-Reply Handle(const Request& request, Shelf& shelf) {
+Reply Handle(const Request& request, Store& store, RateLimit* conversions) {
   const Target target = SplitTarget(request.target);
   if (target.path.starts_with(kApiPath)) {
-    return AnswerApi(request, target.path.substr(kApiPath.size()), target.query, shelf);
+    return AnswerApi(request, target.path.substr(kApiPath.size()), target.query, store,
+                     conversions);
   }
   if (request.post) {
     return RefusalReply(405, target.path);
   }
-  for (const Endpoint& endpoint : kEndpoints) {
-    if (target.path == endpoint.path) {
-      return endpoint.answer(request, target.query, shelf);
-    }
+  try {
+    return Answer(request, target, store);
+  } catch (const StoreAway&) {
+    return TextReply(503, kStoreAwayWords);
   }
-  if (target.path.starts_with(net::kMelodyFolderPath)) {
-    return AnswerMelody(target.path.substr(net::kMelodyFolderPath.size()), shelf);
-  }
-  return WebReply(request, target.path).value_or(TextReply(404, u8"Aquí no hay nada."_w));
 }
 
 }  // namespace tonadex::server

@@ -115,6 +115,11 @@ MelodyFolder::~MelodyFolder() {
   }
 }
 
+bool MelodyFolder::Exists() const noexcept {
+  std::error_code ignored;
+  return fs::is_directory(folder_, ignored);
+}
+
 // Both lists are in the same order and compared step by step.
 StoredMelodies MelodyFolder::Read(const std::stop_token& stop) {
   const bool writable = access_ == ShelfAccess::kReadWrite;

@@ -34,6 +34,7 @@ class MelodyFolder {
   MelodyFolder(const MelodyFolder&) = delete;
   MelodyFolder& operator=(const MelodyFolder&) = delete;
 
+  bool Exists() const noexcept;
   // All melodies, oldest first; incomplete when it is told to stop. Removes unfinished uploads of
   // killed programs. Not at the same time as Create. Throws std::filesystem::filesystem_error when
   // it cannot read the folder.

@@ -5,6 +5,7 @@
 
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "net/listing.h"
 #include "server/limits.h"
 
 namespace tonadex::server {
@@ -116,10 +117,12 @@ std::string CountWords(std::size_t melodies) {
   return melodies == 1 ? "1 melodía" : Grouped(melodies) + " melodías";
 }
 
-std::string NewsCard(const Shelf& shelf) {
+std::string NewsCard(const Store& store) {
   std::string items;
-  for (const std::string& record : shelf.Newest(kNewsRecords)) {
-    items += "<li>" + Escaped(record.substr(0, record.find(" ("))) + "</li>\n";
+  const std::string listing = store.Search({}, {}, kNewsRecords);
+  for (std::string_view rest = listing; !rest.empty();) {
+    items += "<li>" + Escaped(rest.substr(0, rest.find(" ("))) + "</li>\n";
+    rest.remove_prefix(rest.find(net::kRecordEnd) + net::kRecordEnd.size());
   }
   return "<section class=\"card\">\n<h2>Lo último que ha llegado</h2>\n" +
          (items.empty() ? "<p class=\"soft\">Todavía no hay melodías. Sube la primera.</p>\n"
@@ -165,28 +168,28 @@ std::string Page(std::string_view style, const std::string& content) {
 
 }  // namespace
 
-std::string BannerPage(const Shelf& shelf) {
+std::string BannerPage(const Store& store) {
   return Page(kBannerStyle,
               "<div class=\"banner\"><h1>Tonadex</h1><div class=\"display\">&#9834; " +
-                  CountWords(shelf.size()) +
+                  CountWords(store.size()) +
                   "</div><div class=\"soft\">Busca una, llévala a tu móvil y comparte las tuyas."
                   "</div></div>\n");
 }
 
-std::string InternetPage(const Shelf& shelf) {
+std::string InternetPage(const Store& store) {
   return Page({},
               "<main>\n<h1>Melodías de todos</h1>\n"
               "<div class=\"display\">Tema:d=4,o=5,b=120:c,8d#,8e.6,2p,g</div>\n"
               "<div class=\"grid\">\n" +
-                  std::string(kRtttlGuide) + NewsCard(shelf) + "</div>\n</main>\n");
+                  std::string(kRtttlGuide) + NewsCard(store) + "</div>\n</main>\n");
 }
 
-std::string StartPage(const Shelf& shelf, std::string_view version) {
+std::string StartPage(const Store& store, std::string_view version) {
   return Page({},
               "<main>\n<h1>Tonadex</h1>\n<p class=\"soft\">Melodías para los móviles de "
               "siempre.</p>\n<div class=\"display\">&#9834; " +
-                  CountWords(shelf.size()) + " en el servidor<br>" + VersionSentence(version) +
-                  "</div>\n<div class=\"grid\">\n" + std::string(kSteps) + NewsCard(shelf) +
+                  CountWords(store.size()) + " en el servidor<br>" + VersionSentence(version) +
+                  "</div>\n<div class=\"grid\">\n" + std::string(kSteps) + NewsCard(store) +
                   "</div>\n</main>\n");
 }
 

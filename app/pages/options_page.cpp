@@ -8,6 +8,7 @@
 
 #include "app/form1.h"
 #include "app/layout.h"
+#include "app/session_state.h"
 #include "app/settings.h"
 #include "app/words.h"
 #include "core/windows1252.h"
@@ -65,8 +66,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Words("soundLabel", &F::soundLabel, "Al escuchar suena:"),
     Button(Look::kChoice, "instrumentChoice", &F::instrumentChoice, "Instr&umento", "",
            "El instrumento de siempre", &F::instrumentChoice_Click),
-    Button(Look::kChoice, "beepChoice", &F::beepChoice, u8"Pitido de mó&vil"_w, "",
-           u8"Como suena en el móvil, o casi"_w, &F::beepChoice_Click),
+    Kept(Button(Look::kChoice, "beepChoice", &F::beepChoice, u8"Pitido de mó&vil"_w, "",
+                u8"Como suena en el móvil, o casi"_w, &F::beepChoice_Click),
+         {kBeepState, 0, 1}),
     Button(Look::kButton, "trySoundButton", &F::trySoundButton, "Prob&ar", "reproducir",
            "Escuchar unas notas con este sonido", &F::trySoundButton_Click),
     Row(Look::kPicture, "optionsPicture", &F::optionsPicture, "", {}, {}, "", "movil"),

@@ -11,6 +11,7 @@
 #include "app/cls_open_save.h"
 #include "app/form1.h"
 #include "app/layout.h"
+#include "app/look.h"
 #include "app/print_sheet.h"
 #include "app/save_melody.h"
 #include "app/words.h"
@@ -123,7 +124,8 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            u8"Imprimir la melodía convertida"_w, &F::picimprimir_Click),
     Words("lbltextresult", &F::lbltextresult, "", Font::kTitle),
     View("repertoireView", &F::repertoireView, &F::repertoireDrawing, Sounding::kRepertoire),
-    Row(Look::kDisplay, "textresultado", &F::textresultado, u8"Resultado de la conversión"_w),
+    Kept(Row(Look::kDisplay, "textresultado", &F::textresultado, u8"Resultado de la conversión"_w),
+         {"resultado.letra", look::kSmallestType, look::kLargestType}),
     Button(Look::kButton, "copyButton", &F::copyButton, words::kCopy, "copiar", "",
            &F::copyButton_Click),
     Row(Look::kTimer, "copiedTimer", &F::copiedTimer, "", {Event::kTick, &F::copiedTimer_Timer}),
@@ -346,16 +348,14 @@ void RepertoirePage::RefreshRepertoire() {
 void RepertoirePage::RefreshMarks() {
   const bool here = state_.paginaactual == kRepertoirePage;
   const phones::Format* format = phones::FindFormat(state_.program.gPhoneModel);
-  const auto count = [](std::ptrdiff_t number, std::string_view one, std::string_view many) {
-    return std::to_string(number) + " " + std::string(number == 1 ? one : many);
-  };
   const int limit = format == nullptr ? 0 : static_cast<int>(format->noteLimit);
   const int beyond = limit == 0 ? 0 : repertoireDrawing.written - limit;
   limitMark.visible = here && beyond > 0;
-  limitMark.caption = count(beyond, "nota no cabe", "notas no caben");
+  limitMark.caption = core::Counted(static_cast<std::size_t>(std::max(beyond, 0)), "nota no cabe",
+                                    "notas no caben");
   const auto outside = std::ranges::count(repertoireDrawing.notes, true, &DrawnNote::outside);
   rangeMark.visible = here && outside > 0;
-  rangeMark.caption = count(outside, "fuera de alcance", "fuera de alcance");
+  rangeMark.caption = std::to_string(outside) + " fuera de alcance";
   limitMark.tone = rangeMark.tone = Tone::kBad;
   wordsMark.visible = here && format != nullptr && format->code == phones::kComposerCode;
   wordsMark.caption = u8"No son las teclas: es lo que se ve"_w;

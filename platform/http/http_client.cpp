@@ -8,6 +8,8 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/redirect_error.hpp>
 #include <boost/asio/use_awaitable.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/core/buffers_to_string.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/empty_body.hpp>
@@ -19,11 +21,13 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <thread>
 #include <vector>
 
 #include "core/error_words.h"
 #include "core/windows1252.h"
+#include "platform/http/tls.h"
 #include "platform/http/url.h"
 
 namespace tonadex::platform {
@@ -142,13 +146,15 @@ Endpoints Resolve(const Url& url, Clock::time_point start, const HttpCallbacks& 
   return std::move(lookup.endpoints);
 }
 
-http::request<http::empty_body> MakeRequest(const Url& url) {
+std::string RequestText(const Url& url) {
   http::request<http::empty_body> request(http::verb::get, url.target, 11);
   request.set(http::field::host, url.authority);
   request.set(http::field::user_agent, "Tonadex");
   request.set(http::field::accept, "*/*");
   request.set(http::field::connection, "close");
-  return request;
+  std::ostringstream text;
+  text << request;
+  return std::move(text).str();
 }
 
 struct HttpReply {
@@ -207,33 +213,81 @@ void Parse(std::optional<Parser>& parser, beast::flat_buffer& buffer, const Http
   }
 }
 
-void ParseEnd(Parser& parser) {
+// The connection has ended: before the reply, inside it or, without a stated length, at its end.
+// `cut`: whoever ended it may not have been the server.
+void ParseEnd(Parser& parser, bool cut) {
   ErrorCode error = http::error::end_of_stream;
   if (parser.got_some()) {
-    parser.put_eof(error);
+    error = http::error::partial_message;
+    cut ? void() : parser.put_eof(error);
   }
   if (error) {
     throw boost::system::system_error(error);
   }
 }
 
-// Reads in pieces, because the idle time-out applies to each read.
-asio::awaitable<HttpReply> ReadReply(beast::tcp_stream& stream, const Transfer& transfer) {
-  beast::flat_buffer buffer;
+struct Connection {
+  explicit Connection(const asio::any_io_executor& executor) : stream(executor) {}
+
+  beast::tcp_stream stream;
+  std::unique_ptr<TlsSession> tls;  // null for http
+  beast::flat_buffer received;      // decrypted
+};
+
+asio::awaitable<void> Send(Connection& connection, std::string_view bytes,
+                           const HttpLimits& limits) {
+  connection.stream.expires_after(limits.idleTimeout);
+  co_await asio::async_write(connection.stream, asio::buffer(bytes.data(), bytes.size()),
+                             asio::use_awaitable);
+}
+
+// Decrypts what has arrived and sends what the encryption itself has to say.
+asio::awaitable<void> Decrypt(Connection& connection, std::string_view sealed,
+                              const HttpLimits& limits) {
+  std::string answer, plain;
+  connection.tls->Receive(sealed, answer, plain);
+  const auto room = connection.received.prepare(plain.size());
+  connection.received.commit(asio::buffer_copy(room, asio::buffer(plain)));
+  co_await Send(connection, answer, limits);
+}
+
+// One read, because the idle time-out applies to each; encrypted, it may add nothing to `received`.
+// True when the connection has ended.
+asio::awaitable<bool> Read(Connection& connection, const HttpLimits& limits) {
+  beast::flat_buffer sealed;
+  beast::flat_buffer& buffer = connection.tls ? sealed : connection.received;
+  ErrorCode error;
+  connection.stream.expires_after(limits.idleTimeout);
+  buffer.commit(co_await connection.stream.async_read_some(
+      buffer.prepare(kReadBytes), asio::redirect_error(asio::use_awaitable, error)));
+  if (error && error != asio::error::eof) {
+    throw boost::system::system_error(error);
+  }
+  if (connection.tls && !error) {
+    const std::string bytes = beast::buffers_to_string(sealed.cdata());
+    co_await Decrypt(connection, bytes, limits);
+  }
+  co_return error || (connection.tls && connection.tls->Ended());
+}
+
+asio::awaitable<void> Handshake(Connection& connection, const HttpLimits& limits) {
+  const std::string_view nothing;
+  co_await Decrypt(connection, nothing, limits);
+  while (!connection.tls->Connected()) {
+    if (co_await Read(connection, limits)) {
+      throw net::TransferError(kNoTls);
+    }
+  }
+}
+
+asio::awaitable<HttpReply> ReadReply(Connection& connection, const Transfer& transfer) {
   std::optional<Parser> parser;
   StartReply(parser, transfer.limits);
   while (!parser->is_done()) {
-    ErrorCode error;
-    stream.expires_after(transfer.limits.idleTimeout);
-    const std::size_t count = co_await stream.async_read_some(
-        buffer.prepare(kReadBytes), asio::redirect_error(asio::use_awaitable, error));
-    buffer.commit(count);
-    if (error && error != asio::error::eof) {
-      throw boost::system::system_error(error);
-    }
-    Parse(parser, buffer, transfer.limits);
-    if (error && !parser->is_done()) {
-      ParseEnd(*parser);
+    const bool ended = co_await Read(connection, transfer.limits);
+    Parse(parser, connection.received, transfer.limits);
+    if (ended && !parser->is_done()) {
+      ParseEnd(*parser, connection.tls && !connection.tls->Ended());
     }
     TellProgress(*parser, transfer.callbacks);
   }
@@ -242,13 +296,17 @@ asio::awaitable<HttpReply> ReadReply(beast::tcp_stream& stream, const Transfer& 
 }
 
 asio::awaitable<HttpReply> Run(const Transfer& transfer) {
-  beast::tcp_stream stream(co_await asio::this_coro::executor);
-  stream.expires_at(transfer.start + transfer.limits.connectTimeout);
-  co_await stream.async_connect(transfer.endpoints, asio::use_awaitable);
-  stream.expires_after(transfer.limits.idleTimeout);
-  const auto request = MakeRequest(transfer.url);
-  co_await http::async_write(stream, request, asio::use_awaitable);
-  co_return co_await ReadReply(stream, transfer);
+  Connection connection(co_await asio::this_coro::executor);
+  connection.stream.expires_at(transfer.start + transfer.limits.connectTimeout);
+  co_await connection.stream.async_connect(transfer.endpoints, asio::use_awaitable);
+  std::string request = RequestText(transfer.url);
+  if (transfer.url.encrypted) {
+    connection.tls = MakeTlsSession(transfer.url.host);
+    co_await Handshake(connection, transfer.limits);
+    request = connection.tls->Encrypted(request);
+  }
+  co_await Send(connection, request, transfer.limits);
+  co_return co_await ReadReply(connection, transfer);
 }
 
 HttpReply Perform(const Transfer& transfer) {

@@ -32,14 +32,16 @@ struct HttpCallbacks {
   std::function<void(std::size_t received, std::optional<std::uint64_t> total)> progress;
 };
 
-// HTTP/1.1 over plain TCP, one connection per request; redirects are not followed. A body ends
-// after its length, with its last chunk or when the connection closes; interim replies (1xx) are
-// skipped.
+// HTTP/1.1, one connection per request; redirects are not followed. A body ends after its length,
+// with its last chunk or when the connection closes; interim replies (1xx) are skipped. https
+// addresses are encrypted (tls.h); a server must prove its name with a certificate that the system
+// trusts.
 class HttpClient : public net::HttpGet {
  public:
   explicit HttpClient(HttpCallbacks callbacks = {}, HttpLimits limits = {});
 
-  // `url` begins with "http://". Throws TransferError, also for truncated or oversized replies.
+  // `url` begins with "http://" or "https://". Throws TransferError, also for truncated or
+  // oversized replies.
   std::string Get(std::string_view url) override;
 
   int LastStatus() const override { return lastStatus_; }

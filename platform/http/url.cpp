@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <system_error>
 
 #include "net/http.h"
@@ -11,8 +12,11 @@
 namespace tonadex::platform {
 namespace {
 
-constexpr std::string_view kScheme = "http://";
-constexpr std::string_view kDefaultPort = "80";
+struct Scheme {
+  std::string_view start, port;
+  bool encrypted;
+};
+constexpr Scheme kSchemes[] = {{"http://", "80", false}, {"https://", "443", true}};
 
 // Servers and proxies reject these in a request line; everything else is sent unchanged.
 std::string EscapeTarget(std::string_view typed) {
@@ -49,7 +53,7 @@ bool IsPort(std::string_view text) {
 }
 
 // Splits "host:port" or "[address]:port". False for anything else.
-bool SplitAuthority(Url& url) {
+bool SplitAuthority(Url& url, std::string_view defaultPort) {
   const std::string_view text = url.authority;
   const std::size_t bracket = text.starts_with('[') ? text.find(']') : 0;
   if (bracket == text.npos) {
@@ -58,21 +62,24 @@ bool SplitAuthority(Url& url) {
   const std::size_t hostEnd = bracket == 0 ? std::min(text.find(':'), text.size()) : bracket + 1;
   url.host = bracket == 0 ? text.substr(0, hostEnd) : text.substr(1, bracket - 1);
   const std::string_view rest = text.substr(hostEnd);  // ":port", ":" or nothing
-  url.port = rest.size() > 1 ? rest.substr(1) : kDefaultPort;
+  url.port = rest.size() > 1 ? rest.substr(1) : defaultPort;
   return !url.host.empty() && (rest.empty() || rest.front() == ':');
 }
 
 }  // namespace
 
 Url ParseUrl(std::string_view text) {
-  if (!text.starts_with(kScheme)) {
-    throw net::TransferError("La dirección del servidor debe empezar por http://");
+  const Scheme* scheme = std::ranges::find_if(
+      kSchemes, [text](const Scheme& known) { return text.starts_with(known.start); });
+  if (scheme == std::end(kSchemes)) {
+    throw net::TransferError("La dirección del servidor debe empezar por http:// o https://");
   }
-  text.remove_prefix(kScheme.size());
+  text.remove_prefix(scheme->start.size());
   const std::size_t authorityEnd = std::min(text.find_first_of("/?#"), text.size());
   Url url;
+  url.encrypted = scheme->encrypted;
   url.authority = text.substr(0, authorityEnd);
-  if (!IsHostText(url.authority) || !SplitAuthority(url)) {
+  if (!IsHostText(url.authority) || !SplitAuthority(url, scheme->port)) {
     throw net::TransferError("La dirección del servidor no es válida");
   }
   if (!IsPort(url.port)) {

@@ -1,4 +1,4 @@
-#include "platform/win32/program_folder.h"
+#include "platform/common/program_folder.h"
 
 #include <windows.h>
 

@@ -27,7 +27,7 @@ struct Call {
   const Request& request;
   const Parameters parameters;
   const std::string_view rest;  // of the path, for those that end in "/"
-  Shelf& shelf;
+  Store& store;
 
   // The body's first line, Windows-1252 with sharps as "#".
   std::string Melody() const;
@@ -38,7 +38,7 @@ struct Call {
 
 Reply JsonReply(std::string_view utf8, int status = 200);
 
-// An interface's function; throws ApiProblem. The melodies of the shelf:
+// An interface's function; throws ApiProblem. The melodies of the store:
 Reply FindMelodies(const Call& call);
 Reply RandomMelodies(const Call& call);
 Reply OneMelody(const Call& call);

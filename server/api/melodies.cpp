@@ -22,10 +22,10 @@ using core::ToUtf8;
 constexpr int kMelodyMaxAgeSeconds = 24 * 60 * 60;  // a melody never changes
 constexpr std::size_t kUsualRecords = 50;
 
-// The first records of a listing; in a description there is no parenthesis.
-Reply ListReply(std::string_view listing, std::size_t most) {
+// In a description there is no parenthesis.
+Reply ListReply(std::string_view listing) {
   Json melodies = Json::array();
-  while (!listing.empty() && melodies.size() < most) {
+  while (!listing.empty()) {
     const std::string_view record = listing.substr(0, listing.find(net::kRecordEnd));
     listing.remove_prefix(std::min(record.size() + net::kRecordEnd.size(), listing.size()));
     const std::size_t name = record.find(" (");
@@ -50,20 +50,20 @@ std::size_t MostRecords(const std::string& text) {
 Reply FindMelodies(const Call& call) {
   const auto& abandoned = call.request.abandoned;
   const std::size_t most = MostRecords(call.parameters["maximo"]);
-  const std::string listing = call.shelf.Search(call.parameters["texto"], abandoned);
+  const std::string listing = call.store.Search(call.parameters["texto"], abandoned, most);
   if (abandoned && abandoned()) {
     throw ApiProblem{503, {}};
   }
-  return ListReply(listing, most);
+  return ListReply(listing);
 }
 
 Reply RandomMelodies(const Call& call) {
-  return ListReply(call.shelf.Random(call.request.random), kRandomRecords);
+  return ListReply(call.store.Random(call.request.random));
 }
 
 Reply OneMelody(const Call& call) {
   const std::string name = core::FromOutside(UndoEscapes(call.rest));
-  const auto melody = call.shelf.Melody(name);
+  const auto melody = call.store.Melody(name);
   if (!melody) {
     throw ApiProblem{404, std::string(u8"No hay ninguna melodía con ese nombre: búscala antes."_w)};
   }
@@ -82,7 +82,7 @@ Reply StoreMelody(const Call& call) {
   const std::string file = net::UploadKey(name, melody);
   core::ReplaceAll(melody, "#", core::kSharpEscape);
   const auto [status, words] =
-      UploadWords(call.shelf.Upload(file, melody, call.request.client, call.request.now));
+      UploadWords(call.store.Upload(file, melody, call.request.client, call.request.now));
   if (status != 200) {
     throw ApiProblem{status, std::string(words)};
   }

@@ -4,9 +4,9 @@
 #include <QTimer>
 #include <utility>
 
+#include "platform/common/program_folder.h"
 #include "platform/http/background_get.h"
 #include "platform/http/http_client.h"
-#include "platform/posix/program_folder.h"
 #include "platform/posix/settings_file.h"
 #include "platform/posix/user_folders.h"
 #include "platform/qt/rich_text_box.h"

@@ -8,11 +8,11 @@
 #include <memory>
 #include <utility>
 
+#include "platform/common/program_folder.h"
 #include "platform/http/background_get.h"
 #include "platform/http/http_client.h"
 #include "platform/win32/file_dialogs.h"
 #include "platform/win32/mci_sequencer.h"
-#include "platform/win32/program_folder.h"
 #include "platform/win32/rich_text_box.h"
 #include "platform/win32/system_services.h"
 #include "platform/win32/windows_registry.h"

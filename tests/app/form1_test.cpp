@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
-#include <map>
-#include <random>
 #include <set>
 #include <string>
 #include <string_view>
@@ -28,7 +25,7 @@ class Form1Window : public testing::Test {
     form.Form_Load();
     test.webViews.log.clear();
   }
-  // The visible controls outside the navigation row, timers left out, in alphabetical order.
+  // The visible controls, without the navigation row and timers, in alphabetical order.
   std::string Visible() const {
     std::set<std::string_view> names;
     for (const ControlInfo& info : Controls()) {
@@ -83,40 +80,6 @@ TEST_F(Form1Window, ShowsTheControlsOfEachPageAlone) {
       EXPECT_EQ(test.webViews.log, std::vector(from[0] == to[0] ? 0 : 1, went));
     }
   }
-}
-
-// Whatever stands in the boxes: a button that can be pressed does not end the program.
-TEST_F(Form1Window, NoTextMakesAButtonFail) {
-  std::mt19937 random(7);
-  constexpr std::string_view kSigns = "::,,==dobcdefgaph#.-123456789 *\r\n\xF1\x80\xFFx()/?";
-  const auto text = [&](std::size_t most) {
-    std::string some(random() % most, ' ');
-    std::ranges::generate(some, [&] { return kSigns[random() % kSigns.size()]; });
-    return some;
-  };
-  constexpr std::string_view kStarts[] = {"", "", "V:d=4,o=5,b=", ":", "V:d=4,o=5,b=99:"};
-  std::map<std::string_view, int> pressed;
-  for (int i = 0; i < 300; ++i) {
-    form.txtrtttlsube.text = std::string(kStarts[random() % std::size(kStarts)]) + text(20);
-    form.txtmelodiacompo.text = i % 2 == 0 ? text(12) : "8c1 ";
-    form.txtcomponombremelodia.text = text(8);
-    form.txtcompoTempo.text = i % 3 == 0 ? text(8) : std::to_string(random() % 1200);
-    form.txtmelodiacompo_Change();
-    form.txtrtttlsube_Change();
-    for (const std::string_view name :
-         {"cmdscuchacumpo", "cmdsubecompo", "cmdscuchartttl", "cmdsubirmelortttl"}) {
-      const ControlInfo& info = *FindControl(name);
-      if ((form.*info.member).enabled) {
-        test.http.replies = {"", ""};
-        EXPECT_EQ(test::ErrorOf([&] { (form.*info.on.handler)(); }), 0) << form.txtrtttlsube.text;
-        ++pressed[name];
-      } else {
-        EXPECT_NE((form.*info.member).whyDisabled, "");
-      }
-    }
-  }
-  EXPECT_GT(pressed["cmdsubirmelortttl"], 150);
-  EXPECT_LT(pressed["cmdsubirmelortttl"], 290);
 }
 
 TEST_F(Form1Window, HasNoMnemonicTwice) {
@@ -278,8 +241,8 @@ TEST_F(Form1Window, DropsEventsWhileARequestRuns) {
   EXPECT_EQ(busy, (std::vector<bool>{true, false}));
 }
 
-// A download that is given up writes no file, says nothing, and no other request follows it.
-TEST_F(Form1Window, GivesARequestUp) {
+// A cancelled download writes no file and shows no box, and no other request follows it.
+TEST_F(Form1Window, ACancelledRequestHasNoEffect) {
   for (const bool close : {false, true}) {
     form.List1.Clear();
     form.List1.AddRow("Vals (vals)", 120);
@@ -316,8 +279,8 @@ TEST_F(Form1Window, ListsOneRowForEachFileOfTheRepertoire) {
   }
 }
 
-// A melody is marked as sounding while its box is up.
-TEST_F(Form1Window, TellsWhichMelodySounds) {
+// A melody is marked as sounding while its message box is open.
+TEST_F(Form1Window, MarksTheMelodyThatSounds) {
   struct Watch : core::MessageSink {
     explicit Watch(const Form1& window) : form(window) {}
     void Show(const core::Message&) override { seen.push_back(form.sounding); }
@@ -337,18 +300,6 @@ TEST_F(Form1Window, TellsWhichMelodySounds) {
   EXPECT_EQ(watch.seen,
             (std::vector{Sounding::kRepertoire, Sounding::kRtttl, Sounding::kComposer}));
   EXPECT_EQ(form.sounding, Sounding::kNothing);
-}
-
-TEST_F(Form1Window, DrawsWhatIsSelectedOrTyped) {
-  test.folder.Write("melodias/vals.120", "Vals:d=4,o=5,b=100:c,8cjuh9hay6,p");
-  form.cmdrepertorio_Click();
-  form.List1.Select(0);
-  form.List1_Click();
-  EXPECT_EQ(form.repertoireDrawing, MelodyDrawing("Vals:d=4,o=5,b=100:c,8c#6,p"));
-  form.txtmelodiacompo.text = "4c1 8.#d2 4-";
-  form.txtcompoTempo.text = "90";
-  form.txtmelodiacompo_Change();
-  EXPECT_EQ(form.composerDrawing, MelodyDrawing("x:d=4,o=5,b=90:c,8d#.6,p"));
 }
 
 TEST_F(Form1Window, WarnsBeyondFiftyNotes) {
@@ -379,7 +330,7 @@ TEST_F(Form1Window, FiltersTheKeysOfTheTempoBox) {
   EXPECT_EQ(test.shell.beeps, 244 + 254);
 }
 
-// "!" in front of a key holds it.
+// "!" in front of a key means that it is held down.
 TEST(PressKey, ActsAsThePhone) {
   for (const test::Row& row : test::Table("Keys")) {
     const std::size_t cursor = row[0].find('^');

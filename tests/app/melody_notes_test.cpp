@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <fstream>
 #include <map>
 #include <random>
 #include <regex>
@@ -12,12 +11,12 @@
 #include <string_view>
 
 #include "core/message_box.h"
-#include "data/shelf.h"
 #include "phones/catalogue.h"
 #include "phones/formats.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/fakes.h"
+#include "tests/support/melodies.h"
 
 namespace tonadex::app {
 namespace {
@@ -60,7 +59,7 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
             "2 notas y pausas, 1 segundo, de do 0 a do# 5");
 }
 
-// The numbers of the notes that the notices name for their octave.
+// The numbers of the notes whose octave the notices report.
 std::set<int> Reported(std::string_view notices) {
   const std::regex note(R"((\d+) est. fuera del rango)");
   const std::string text(notices);
@@ -71,13 +70,9 @@ std::set<int> Reported(std::string_view notices) {
   return numbers;
 }
 
-// Melodies of the shelf, generated ones with octaves that no phone has, and long ones.
+// The shipped melodies, generated ones with octaves that no phone has, and long ones.
 std::vector<std::string> AllKindsOfMelodies() {
-  std::vector<std::string> melodies;
-  std::ifstream table(TONADEX_SHELF, std::ios::binary);
-  for (const data::ShelfRow& row : data::ReadShelf(table)) {
-    melodies.push_back(row.rtttl);
-  }
+  std::vector<std::string> melodies = test::Shelf();
   std::mt19937 random(3210);
   for (int round = 0; round < 100; ++round) {
     std::string notes = "x:d=4,o=" + std::to_string(random() % 11) + ",b=120:c";
@@ -95,7 +90,7 @@ std::vector<std::string> AllKindsOfMelodies() {
   return melodies;
 }
 
-// What a conversion says, what is hatched and what is counted beyond the phone's limit agree, note
+// What a conversion reports, what is hatched and what exceeds the phone's limit agree, note
 // by note.
 TEST(MelodyDrawing, MarksWhatTheNoticesName) {
   std::map<std::string_view, std::size_t> named, tooLong;

@@ -21,19 +21,20 @@ set(table
   "app             pure: net import phones rtf nokia3210 midi formats files core"
   "json                : app phones core"
   "data                : core"
+  "platform/common pure:"
   "platform/http       : net core"
   "platform/sound      : midi files core"
-  "platform/posix      : app files core"
-  "platform/win32      : app midi files core"
+  "platform/posix      : platform/common app files core"
+  "platform/win32      : platform/common app midi files core"
   "platform/qt         : app rtf files core"
   "terminal            : core"
-  "server              : terminal json platform/posix platform/win32 net import phones files core"
-  "cli                 : terminal server json platform/http platform/posix platform/qt platform/sound \
-                         platform/win32 app net import phones midi formats files core"
+  "server              : terminal json platform/common platform/win32 net import phones midi files core"
+  "cli                 : terminal server json platform/common platform/http platform/posix platform/qt \
+                         platform/sound platform/win32 app net import phones midi formats files core"
   "shell/common        : server app net core"
-  "shell/qt            : shell/common platform/http platform/posix platform/qt platform/sound app rtf \
-                         files core"
-  "shell/win32         : shell/common platform/http platform/win32 app rtf files core")
+  "shell/qt            : shell/common platform/common platform/http platform/posix platform/qt \
+                         platform/sound app rtf files core"
+  "shell/win32         : shell/common platform/common platform/http platform/win32 app rtf files core")
 
 set(standard_headers
   algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv chrono

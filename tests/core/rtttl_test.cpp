@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
@@ -84,34 +83,6 @@ TEST(ParseRTTTLNote, ReadsByPosition) {
     std::string item = row[0];
     EXPECT_EQ(Show(ParseRTTTLNote(item, melody)), row[1]) << row[0];
     EXPECT_EQ(item, row[2].empty() ? row[0] : row[2]);
-  }
-}
-
-// Items of the usual form take another way through the parser than ParseRTTTLNote.
-TEST(ParseRTTTL, ReadsEveryItemAsParseRTTTLNoteDoes) {
-  constexpr std::string_view kCharacters = "1248895631234567cdefgabhpCHP##..,,,,, \xE1=:";
-  std::mt19937 random(9);
-  for (int melodies = 0; melodies < 20000; ++melodies) {
-    std::string notes;
-    for (std::size_t left = random() % 40; left > 0; --left) {
-      notes += kCharacters[random() % kCharacters.size()];
-    }
-    RTTTLMelody melody = MelodyOf("x:d=" + std::to_string(random() % 70) + ",o=6:" + notes);
-    const std::int16_t code = ParseRTTTL(melody);
-    if (code >= kSectionsError) {
-      continue;
-    }
-    const std::string section = melody.Text.substr(melody.Text.rfind(':') + 1);
-    std::int16_t unread = 0;
-    std::size_t index = 0;
-    for (const std::string_view part : SplitText(section, ',')) {
-      std::string item = ToLower(part);
-      ASSERT_EQ(melody.Notes[index], ParseRTTTLNote(item, melody)) << notes << " " << part;
-      ++index;
-      unread = melody.Notes[index - 1].Note.empty() ? static_cast<std::int16_t>(index) : unread;
-    }
-    ASSERT_EQ(melody.Notes.size(), index) << notes;
-    ASSERT_EQ(code, unread) << notes;
   }
 }
 

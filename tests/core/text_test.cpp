@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <new>
+#include <stdexcept>
+
+#include "core/error_words.h"
+#include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
@@ -12,13 +18,17 @@ namespace {
 using test::ErrorOf;
 using test::Repeated;
 
-TEST(Fold, BringsEveryByteToLowerCaseWithoutAccents) {
-  std::string all;
-  for (int byte = 0x80; byte < 0x100; ++byte) {
-    all += static_cast<char>(byte);
+std::string AllBytes() {
+  std::string bytes;
+  for (int code = 0; code < 256; ++code) {
+    bytes += static_cast<char>(code);
   }
+  return bytes;
+}
+
+TEST(Fold, BringsEveryByteToLowerCaseWithoutAccents) {
   EXPECT_EQ(ToUtf8(Fold("AZaz09@[`{")), "azaz09@[`{");
-  EXPECT_EQ(ToUtf8(Fold(all)),
+  EXPECT_EQ(ToUtf8(Fold(AllBytes().substr(0x80))),
             "€\u0081‚ƒ„…†‡ˆ‰s‹œ\u008Dz\u008F\u0090‘’“”•–—˜™s›œ\u009Dzy"
             "\u00A0¡¢£¤¥¦§¨©ª«¬\u00AD®¯°±²³´µ¶·¸¹º»¼½¾¿"
             "aaaaaaæceeeeiiiiðnooooo×ouuuuyþßaaaaaaæceeeeiiiiðnooooo÷ouuuuyþy");
@@ -70,6 +80,59 @@ TEST(Text, PositionsCountFromOne) {
                           ErrorOf([] { Mid("abc", 0); }), ErrorOf([] { InStr("abc", "a", 0); })}) {
     EXPECT_EQ(error, 5);
   }
+}
+
+// The upper half of the code page, typed out; \u escapes where a character cannot be seen.
+constexpr std::string_view kUpperHalf =
+    "€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008DŽ\u008F\u0090‘’“”•–—˜™š›œ\u009DžŸ"
+    "\u00A0¡¢£¤¥¦§¨©ª«¬\u00AD®¯°±²³´µ¶·¸¹º»¼½¾¿"
+    "ÀÁÂÃÄÅÆÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖ×ØÙÚÛÜÝÞßàáâãäåæçèéêëìíîïðñòóôõö÷øùúûüýþÿ";
+
+TEST(Windows1252, EveryByteGoesToUtf8AndBack) {
+  const std::string bytes = AllBytes();
+  EXPECT_EQ(ToUtf8(bytes), bytes.substr(0, 128) + std::string(kUpperHalf));
+  EXPECT_EQ(FromUtf8(ToUtf8(bytes)), bytes);
+  EXPECT_EQ(FromOutside(ToUtf8(bytes)), bytes);
+  EXPECT_EQ(FromOutside(bytes), bytes) << "no UTF-8, so taken as it is";
+}
+
+TEST(Windows1252, CaseFollowsTheCodePage) {
+  const std::string upper =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZ" + FromUtf8("ŠŒŽŸÀÁÂÃÄÅÆÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖØÙÚÛÜÝÞ");
+  const std::string lower =
+      "abcdefghijklmnopqrstuvwxyz" + FromUtf8("šœžÿàáâãäåæçèéêëìíîïðñòóôõöøùúûüýþ");
+  EXPECT_EQ(ToLower(upper), lower);
+  EXPECT_EQ(ToUpper(lower), upper);
+  for (const char c : AllBytes()) {
+    EXPECT_EQ(ToLower(c) == c, upper.find(c) == std::string::npos) << int{Code(c)};
+    EXPECT_EQ(ToUpper(c) == c, lower.find(c) == std::string::npos) << int{Code(c)};
+  }
+}
+
+TEST(Windows1252, TextFromOutsideIsUtf8OnlyWhenAllOfItIs) {
+  for (const test::Row& row : test::Table("Outside texts")) {
+    EXPECT_EQ(FromUtf8(row[0]), row[1]) << testing::PrintToString(row[0]);
+    EXPECT_EQ(IsUtf8(row[0]), row[2] == "valid") << testing::PrintToString(row[0]);
+    EXPECT_EQ(FromOutside(row[0]), row[2] == "valid" ? row[1] : row[0]);
+  }
+  EXPECT_EQ(FromOutside("\xEF\xBB\xBFx"), "x") << "byte order mark";
+  EXPECT_EQ(u8"¿melodía…? €"_w,
+            "\xBFmelod\xED"
+            "a\x85? \x80");
+}
+
+TEST(ErrorWords, AreSpanishAndNameTheFile) {
+  const auto full = std::make_error_code(std::errc::no_space_on_device);
+  const auto odd = std::make_error_code(std::errc::no_child_process);
+  EXPECT_EQ(ErrorWords(full), u8"el disco está lleno"_w);
+  EXPECT_EQ(ErrorWords(odd), "error " + std::to_string(odd.value()));
+  EXPECT_EQ(ErrorWords(std::bad_alloc()), "falta memoria");
+  EXPECT_EQ(ErrorWords(std::out_of_range("at")), "fallo interno del programa");
+  EXPECT_EQ(ErrorWords(std::filesystem::filesystem_error("copy", u8"/ñ", full)),
+            u8"«/ñ»: el disco está lleno"_w);
+  EXPECT_EQ(ErrorWords(std::system_error(full, "write")), u8"el disco está lleno"_w);
+  EXPECT_EQ(ErrorWords(RunTimeError(ErrorNumber::kTransfer, "\xF1")), "\xF1");
+  EXPECT_EQ(ErrorWords(std::runtime_error("ñ")), "\xF1") << "others may speak UTF-8";
 }
 
 }  // namespace

@@ -119,7 +119,7 @@ TEST(MotorolaIMelodyKeys, BringsTheMelodyToTempo125) {
 }
 
 // Every format that has a limit converts all notes (Motorola 35) and says so once.
-TEST_P(WriterTest, TellsOfTooManyNotes) {
+TEST_P(WriterTest, ReportsTooManyNotes) {
   for (const Row& row : Table("Limits")) {
     if (row[0] != GetParam().section) {
       continue;

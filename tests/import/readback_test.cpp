@@ -12,7 +12,7 @@
 #include "import/open_melody.h"
 #include "phones/conversion.h"
 #include "tests/core/test_melody.h"
-#include "tests/import/melodies.h"
+#include "tests/support/melodies.h"
 
 namespace tonadex::import {
 namespace {
@@ -26,7 +26,7 @@ constexpr Lengths Undotted(std::array<int, 6> plain) {
 constexpr Lengths kPlain = Undotted(kExact[0]);
 constexpr Lengths kIMelodyPauses = {{{16, 16, 12, 8, 4, 4}, {24, 20, 16, 10, 6, 6}}};
 
-// The octave that is read for one that was written, of a melody with this base octave.
+// Maps a written octave to the one that is read back, for a melody with this base octave.
 using OctaveRule = int (*)(int octave, int base);
 int Same(int octave, int) {
   return octave;
@@ -56,14 +56,9 @@ int From4To7(int octave, int) {
   return std::clamp(octave, 4, 7);
 }
 
-class NoFile : public phones::SaveFileQuestion {
- public:
-  std::optional<std::string> AskSaveFile(const phones::SaveRequest&) override { return {}; }
-};
-
 std::string ForModel(const std::string& model, const std::string& rtttl) {
   core::RTTTLMelody melody = test::MelodyOf(rtttl);
-  NoFile none;
+  phones::NoSaveFile none;
   return phones::ConvertSelectedMelody(melody, model, "x", none).page.value().result;
 }
 
@@ -78,113 +73,53 @@ std::string Kws(const std::string& rtttl) {
 }
 
 struct Format {
-  std::string_view name;  // of its model, or its function
+  std::string_view name;  // the phone model, or the function that writes it
   FileKind kind;
   Lengths notes, pauses;
   OctaveRule octave = Same;
-  int baseIfNone = 0;  // the writer's octave when the melody gives none
-  int tempo = 0;       // at which lengths are exact; 0 for any
-  bool keepsTempo = false;
   std::size_t nameHeld = 0;  // letters
-  Lengths rests = {};        // behind a note
+  bool keepsTempo = false;
+  int tempo = 0;       // at which lengths are exact; 0 for any
+  int baseIfNone = 0;  // the writer's octave when the melody gives none
+  Lengths rests = {};  // after a note
   std::size_t notesHeld = 10'000;
   bool sharpOnDotted = true;
 };
 
-// All that a format can hold of a melody is here.
+constexpr Lengths kEMelody = Undotted({16, 16, 16, 8, 8, 8});
+constexpr Lengths kSamsung = Undotted({64, 32, 16, 8, 4, 4});
+constexpr Lengths kSamsung2Pauses = Undotted({32, 32, 16, 8, 4, 4});
+constexpr Lengths kSamsung1Rests = {{{}, {32, 16, 8, 4, 4, 4}}};
+constexpr Lengths kMotorola = Undotted({32, 32, 16, 16, 4, 4});
+
+// What each format keeps of a melody.
 const Format kFormats[] = {
-    {.name = " RTTTL (cable)",
-     .kind = FileKind::kRtttl,
-     .notes = kExact,
-     .pauses = kExact,
-     .keepsTempo = true,
-     .nameHeld = 100},
-    {.name = " RTTTL (cable-Tempo125)",
-     .kind = FileKind::kRtttl,
-     .notes = kExact,
-     .pauses = kExact,
-     .tempo = 125,
-     .keepsTempo = true,
-     .nameHeld = 100},
-    {.name = " Compositor",
-     .kind = FileKind::kComposer,
-     .notes = kExact,
-     .pauses = kExact,
-     .octave = Three},
-    {.name = " Pulsaciones",
-     .kind = FileKind::kKeys,
-     .notes = kExact,
-     .pauses = kPlain,
-     .octave = Three},
-    {.name = " EMelody",
-     .kind = FileKind::kEMelody,
-     .notes = Undotted({16, 16, 16, 8, 8, 8}),
-     .pauses = Undotted({16, 16, 16, 8, 8, 8}),
-     .octave = Above},
-    {.name = " IMelody",
-     .kind = FileKind::kIMelody,
-     .notes = kExact,
-     .pauses = kIMelodyPauses,
-     .octave = Four,
-     .keepsTempo = true,
-     .nameHeld = 100},
-    {.name = " Pulsaciones tipo 1",
-     .kind = FileKind::kKeys,
-     .notes = Undotted({64, 32, 16, 8, 4, 4}),
-     .pauses = Undotted({64, 32, 16, 8, 4, 4}),
-     .octave = ThreeFrom4,
-     .baseIfNone = 4,
-     .rests = {{{}, {32, 16, 8, 4, 4, 4}}}},
-    {.name = " Pulsaciones tipo 2",
-     .kind = FileKind::kKeys,
-     .notes = Undotted({64, 32, 16, 8, 4, 4}),
-     .pauses = Undotted({32, 32, 16, 8, 4, 4}),
-     .octave = ThreeFrom4,
-     .baseIfNone = 4},
-    {.name = " Motorola por SMS",
-     .kind = FileKind::kMotorolaSms,
-     .notes = kPlain,
-     .pauses = kPlain,
-     .octave = Three5,
-     .notesHeld = 35},
-    {.name = " Motorola Pulsaciones Tipo 1",
-     .kind = FileKind::kKeys,
-     .notes = Undotted({32, 32, 16, 16, 4, 4}),
-     .pauses = Undotted({32, 32, 16, 16, 4, 4}),
-     .octave = Three,
-     .baseIfNone = 5},
-    {.name = " Motorola iMelody",
-     .kind = FileKind::kIMelodyKeys,
-     .notes = kExact,
-     .pauses = kIMelodyPauses,
-     .octave = Keys4,
-     .baseIfNone = 5,
-     .tempo = 125,
-     .sharpOnDotted = false},
-    {.name = "MDY (cable)",
-     .kind = FileKind::kTriumMdy,
-     .notes = kExact,
-     .pauses = kExact,
-     .octave = AboveFive,
-     .tempo = 100,
-     .keepsTempo = true,
-     .nameHeld = 100},
-    {.name = "ott",
-     .kind = FileKind::kOtt,
-     .notes = kExact,
-     .pauses = kExact,
-     .octave = From4To7,
-     .tempo = 112,
-     .keepsTempo = true,
-     .nameHeld = 15},
-    {.name = "sckl",
-     .kind = FileKind::kSckl,
-     .notes = kExact,
-     .pauses = kExact,
-     .octave = From4To7,
-     .tempo = 112,
-     .keepsTempo = true,
-     .nameHeld = 15},
+    {" RTTTL (cable)", FileKind::kRtttl, kExact, kExact, Same, 100, true},
+    {" RTTTL (cable-Tempo125)", FileKind::kRtttl, kExact, kExact, Same, 100, true, 125},
+    {" Compositor", FileKind::kComposer, kExact, kExact, Three},
+    {" Pulsaciones", FileKind::kKeys, kExact, kPlain, Three},
+    {" EMelody", FileKind::kEMelody, kEMelody, kEMelody, Above},
+    {" IMelody", FileKind::kIMelody, kExact, kIMelodyPauses, Four, 100, true},
+    {" Pulsaciones tipo 1", FileKind::kKeys, kSamsung, kSamsung, ThreeFrom4, 0, false, 0, 4,
+     kSamsung1Rests},
+    {" Pulsaciones tipo 2", FileKind::kKeys, kSamsung, kSamsung2Pauses, ThreeFrom4, 0, false, 0, 4},
+    {" Motorola por SMS", FileKind::kMotorolaSms, kPlain, kPlain, Three5, 0, false, 0, 0, {}, 35},
+    {" Motorola Pulsaciones Tipo 1", FileKind::kKeys, kMotorola, kMotorola, Three, 0, false, 0, 5},
+    {" Motorola iMelody",
+     FileKind::kIMelodyKeys,
+     kExact,
+     kIMelodyPauses,
+     Keys4,
+     0,
+     false,
+     125,
+     5,
+     {},
+     10'000,
+     false},
+    {"MDY (cable)", FileKind::kTriumMdy, kExact, kExact, AboveFive, 100, true, 100},
+    {"ott", FileKind::kOtt, kExact, kExact, From4To7, 15, true, 112},
+    {"sckl", FileKind::kSckl, kExact, kExact, From4To7, 15, true, 112},
 };
 
 std::string Written(const Format& format, const std::string& rtttl) {
@@ -204,7 +139,7 @@ void PrintTo(const Sound& sound, std::ostream* out) {
   *out << sound.pitch << '/' << sound.length;
 }
 
-// With one pause instead of several.
+// Consecutive pauses are joined into one.
 void Append(std::vector<Sound>& sounds, Sound sound) {
   if (sound.pitch < 0 && !sounds.empty() && sounds.back().pitch < 0) {
     sounds.back().length += sound.length;
@@ -233,9 +168,7 @@ std::vector<Sound> Held(const Format& format, core::RTTTLMelody melody) {
 }
 
 std::vector<Sound> Sounds(const std::string& rtttl) {
-  static const Format kAll = {
-      .name = "", .kind = FileKind::kRtttl, .notes = kExact, .pauses = kExact};
-  return Held(kAll, test::ParsedMelody(rtttl));
+  return Held({"", FileKind::kRtttl, kExact, kExact}, test::ParsedMelody(rtttl));
 }
 
 std::string AtTempo(std::string rtttl, int tempo) {
@@ -243,7 +176,7 @@ std::string AtTempo(std::string rtttl, int tempo) {
   return tempo == 0 ? rtttl : rtttl.replace(at, rtttl.find(':', at) - at, std::to_string(tempo));
 }
 
-// The parser takes the blanks out.
+// The parser removes blanks.
 std::string NameOf(const std::string& rtttl, std::size_t most = 100) {
   std::string name = rtttl.substr(0, std::min(most, rtttl.find(':')));
   std::erase(name, ' ');
@@ -265,7 +198,7 @@ TEST(ReadBack, GivesWhatTheFormatHolds) {
       try {
         opened = OpenMelodyFile(written, "Fichero.bin");
       } catch (const core::RunTimeError& error) {
-        // A few short ones could be of two makes.
+        // A few short results are valid keys of two makes.
         ASSERT_TRUE(core::Contains(error.what(), "pueden ser de")) << error.what();
         continue;
       }

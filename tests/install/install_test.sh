@@ -26,9 +26,24 @@ done
 is ver.dat "$(tr -d '\r' <"$share/tonadex/ver.dat")" "$version"
 grep -qF "release version=\"$version\"" "$share/metainfo/tonadex.metainfo.xml" || fail metainfo
 grep -qF "## $version " "$share/doc/tonadex/CHANGELOG.md" || fail "CHANGELOG.md no la nombra"
-for page in "$share"/man/man1/tonadex{,-cli,-server}.1; do
+# Manual pages: the version, no error, and the options of the program's help, none more or less.
+options() { grep -oE '(^|[ ,])-[a-z-]+' | tr -d ' ,' | sort -u; }
+for program in tonadex tonadex-cli tonadex-server; do
+  page=$share/man/man1/$program.1
   grep -q "^\.TH .* \"Tonadex $version\"" "$page" || fail "$page"
+  is "$page" "$(man --warnings -E UTF-8 -l -Tutf8 -Z "$page" 2>&1 >/dev/null)" ""
+  commands=()
+  [ $program != tonadex-cli ] || mapfile -t commands < <(run "$bin/$program" --help |
+    sed -n '/^Órdenes:/,/^$/s/^  \([a-z]*\) .*/\1/p')
+  for command in "" "${commands[@]}"; do
+    run QT_QPA_PLATFORM=offscreen "$bin/$program" $command -h | grep -E '^  -'
+  done | options >"$folder/help"
+  sed 's/\\-/-/g' "$page" | grep -E '^\.R?B[RI]? (\[ )?-' | options | diff "$folder/help" - ||
+    fail "$program: < solo en la ayuda, > solo en $page"
 done
+desktop-file-validate "$share/applications/tonadex.desktop"
+appstreamcli validate --no-net "$share/metainfo/tonadex.metainfo.xml" || fail metainfo
+is "tipos de fichero" "$(XDG_DATA_DIRS="$share" update-mime-database "$share/mime" 2>&1)" ""
 entry() { sed -n "s/^$1=//p" "$share/applications/tonadex.desktop"; }
 [ "$(entry Exec)" = "tonadex %F" ] || fail "la entrada del menú arranca «$(entry Exec)»"
 # Every kind of file that is ours opens with the menu entry.

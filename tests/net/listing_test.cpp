@@ -31,15 +31,5 @@ TEST(ParseListing, LeavesLastRecordAndItsNumber) {
   EXPECT_EQ(listing.number, "98");
 }
 
-TEST(ParseListing, TakesAHundredThousandRecords) {
-  std::string reply;
-  for (int i = 0; i < 100'000; ++i) {
-    reply += "Melody " + std::to_string(i) + " (m" + std::to_string(i) + ".120)498";
-  }
-  const auto rows = ParseListing(reply, true).rows;
-  ASSERT_EQ(rows.size(), 100'000u);
-  EXPECT_EQ(rows.back(), (ListingRow{"Melody 99999 (m99999)", 120}));
-}
-
 }  // namespace
 }  // namespace tonadex::net

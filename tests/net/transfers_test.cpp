@@ -19,22 +19,11 @@
 namespace tonadex::net {
 namespace {
 
-// The server at "http://s", with what was asked of it.
+// The server at "http://s"; records the requests.
 struct Server {
   test::ScriptedHttp http;
   Fetch fetch = FetchFrom(http, "http://s");
 };
-
-TEST(FetchFrom, TurnsAFailedTransferIntoARunTimeError) {
-  Server server;
-  try {
-    server.fetch("/azar.php");
-    FAIL();
-  } catch (const core::RunTimeError& error) {
-    EXPECT_EQ(error.number, core::ErrorNumber::kTransfer);
-  }
-  EXPECT_EQ(server.http.urls, std::vector<std::string>{"http://s/azar.php"});
-}
 
 TEST(DownloadMelody, StoresTheReplyOrWhatWasHeld) {
   for (const test::Row& row : test::Table("Downloads")) {
@@ -70,7 +59,7 @@ TEST(DownloadMelody, StoresNothingOutsideTheFolderOrThatNoListingCouldShow) {
   EXPECT_EQ(folder.Read("evil.1"), "(none)");
 }
 
-// A server that dies in the middle answers, too.
+// A failing server may answer with an error page, which would replace a good melody.
 TEST(DownloadMelody, KeepsWhatItReplacesInTheBin) {
   Server server;
   server.http.replies = {"Vals:1\n", "Vals:1\n", "<html>", "x"};
@@ -122,7 +111,7 @@ TEST(UploadMelody, ChecksAndSends) {
   }
 }
 
-// Each sign that would break the address, in the text and in the name.
+// Characters that have a meaning in an address are refused in the text and in the name.
 TEST(IsUploadable, RefusesWhatBreaksAnAddress) {
   for (const char sign : std::string_view("/\\?'&")) {
     const std::string text = "T:d=4,o=5,b=100:c";
@@ -130,18 +119,6 @@ TEST(IsUploadable, RefusesWhatBreaksAnAddress) {
     EXPECT_FALSE(IsUploadable(text + sign, "T.18")) << sign;
     EXPECT_FALSE(IsUploadable(text, std::string("T") + sign + ".17")) << sign;
   }
-}
-
-TEST(UploadMelody, LetsAFailedRequestThrough) {
-  Server server;
-  const test::Boxes boxes;
-  std::string text = "T:d=4,o=5,b=100:c";
-  std::string listing = "before";
-  EXPECT_THROW(UploadMelody(server.fetch, "T", text, listing), core::RunTimeError);
-  server.http.replies = {std::string()};
-  EXPECT_THROW(UploadMelody(server.fetch, "T", text, listing), core::RunTimeError);
-  EXPECT_EQ(server.http.urls.size(), 3u);
-  EXPECT_EQ(boxes.Text(), "");
 }
 
 }  // namespace

@@ -3,16 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
-#include <random>
 #include <string>
 #include <string_view>
 
-#include "core/rtttl.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
-#include "formats/nokia_composer.h"
 #include "nokia3210/phone_tables.h"
 #include "tests/core/table.h"
 
@@ -21,7 +17,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// Log: UTF-8; "5 «4x»" stands for an unread place, entries parted by ";".
+// The log in UTF-8: "5 «4x»" is short for an entry on unread text; ";" separates entries.
 std::string WholeLog(std::string_view entries) {
   std::string log;
   while (!entries.empty()) {
@@ -117,7 +113,7 @@ TEST(CNotes, CountsFromOne) {
   }
 }
 
-// Any pattern that made the scanner look at a byte again and again would take hours here.
+// A scanner of quadratic time would need hours for these patterns.
 TEST(CNokia, ReadsMegabytesOfGarbageInOneGo) {
   constexpr std::size_t kSize = 2'000'000;
   for (const std::string_view pattern :
@@ -134,55 +130,6 @@ TEST(CNokia, ReadsMegabytesOfGarbageInOneGo) {
       converter.Convert();
       EXPECT_TRUE(converter.NoteCount() > 0 || !converter.ConversionErrors().empty()) << pattern;
     }
-  }
-}
-
-// Notes of octaves 4 to 6, as a phone with base octave 4 can play them.
-std::string RandomNotes(std::mt19937& random) {
-  constexpr std::array kDurations = {"", "1", "2", "4", "8", "16", "32"};
-  constexpr std::array kPitches = {"c", "c#", "d", "d#", "e", "f", "f#",
-                                   "g", "g#", "a", "a#", "b", "h", "p"};
-  constexpr std::array kOctaves = {"", "4", "5", "6"};
-  const auto pick = [&](const auto& texts) { return std::string(texts[random() % texts.size()]); };
-  std::string notes;
-  for (std::size_t left = random() % 80 + 1; left > 0; --left) {
-    const std::string pitch = pick(kPitches);
-    notes += pick(kDurations) + pitch + (random() % 3 == 0 ? "." : "") +
-             (pitch == "p" ? "" : pick(kOctaves)) + (left > 1 ? "," : "");
-  }
-  return notes;
-}
-
-core::RTTTLMelody Parsed(const std::string& notes) {
-  core::RTTTLMelody melody;
-  melody.Text = "x:d=4,o=5,b=100:" + notes;
-  EXPECT_EQ(core::ParseRTTTL(melody), core::kParsed) << notes;
-  return melody;
-}
-
-TEST(CNokia, ReadsBackWhatTheComposerWriterWrites) {
-  std::mt19937 random(3210);
-  for (int melodies = 0; melodies < 5000; ++melodies) {
-    core::RTTTLMelody melody = Parsed(RandomNotes(random));
-    std::string warnings;
-    const std::string composer = formats::NokiaComposerText(melody, warnings, 4);
-    CNokia converter;
-    converter.SetOriginalText(composer);
-    converter.Convert();
-    ASSERT_EQ(converter.ConversionErrors(), "") << melody.Text;
-    ASSERT_EQ(converter.NoteCount(), melody.Notes.size());
-    const std::string rtttl = converter.ConvertedNotes();
-    const core::RTTTLMelody read = Parsed(rtttl);
-    for (std::size_t i = 0; i < melody.Notes.size(); ++i) {
-      core::RTTTLNote want = melody.Notes[i];
-      const std::string octave(1, static_cast<char>(want.Octave.front() + 1));
-      want.Octave = core::IsPause(want) ? read.DefaultOctave : octave;
-      ASSERT_EQ(read.Notes[i], want) << melody.Text << " note " << i;
-    }
-    converter.ShowType = NoteKind::kComposer;
-    converter.SetOriginalText(rtttl);
-    converter.Convert();
-    ASSERT_EQ(converter.ConvertedNotes() + " ", composer);
   }
 }
 

@@ -1,24 +1,14 @@
 #pragma once
 
-#include <chrono>
 #include <cstdlib>
-#include <functional>
 #include <optional>
 #include <string>
-#include <thread>
+
+#include "tests/support/eventually.h"
 
 namespace tonadex::test {
 
-// Waits until the condition holds; false when that takes far too long.
-inline bool Eventually(const std::function<bool()>& condition) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-  while (!condition() && std::chrono::steady_clock::now() < end) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
-  }
-  return condition();
-}
-
-// Sets an environment variable (or takes it away) until the end of the scope.
+// Sets or unsets an environment variable until the end of the scope.
 class ScopedVariable {
  public:
   ScopedVariable(std::string name, const std::optional<std::string>& value)

@@ -113,7 +113,7 @@ TEST(Binding, ATextThatNoRowHoldsStaysAsItIs) {
   CheckForeignText(t.test, t.form, t);
 }
 
-// What the model shows stands in parts of the window that show, too.
+// A control that the model shows is visible, and so are all the widgets around it.
 TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
   TestWindow t;
   t.window.show();
@@ -130,7 +130,7 @@ TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
       const app::ControlInfo& info = *app::FindControl(other->objectName().toStdString());
       EXPECT_EQ(other->isChecked(), info.leadsTo == t.form.paginaactual) << info.name;
     }
-    // A screen reader has a name for whatever the keyboard reaches.
+    // Whatever the keyboard reaches has a name for screen readers.
     for (const QWidget* widget : t.window.findChildren<QWidget*>()) {
       if (widget->isVisible() && (widget->focusPolicy() & Qt::TabFocus) &&
           widget->focusProxy() == nullptr && !widget->objectName().startsWith("qt_")) {
@@ -142,7 +142,7 @@ TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
   }
 }
 
-// Left to right and down, page by page.
+// The tabulator goes from left to right and downwards on each page.
 TEST(Binding, TabGoesInReadingOrder) {
   TestWindow t;
   for (const char* page : {"cmdbuscar", "cmdrepertorio", "cmdopciones", "cmdinicio"}) {
@@ -166,7 +166,7 @@ TEST(Binding, TabGoesInReadingOrder) {
   }
 }
 
-// Every page, with a result in it, at a size of the window and of the type.
+// Every page, with a conversion result, at each size of window and type.
 class WindowSizeTest : public testing::TestWithParam<std::tuple<int, int, double>> {
  protected:
   WindowSizeTest() { SetType(std::get<2>(GetParam())); }
@@ -183,7 +183,7 @@ class WindowSizeTest : public testing::TestWithParam<std::tuple<int, int, double
 TEST_P(WindowSizeTest, NoWordIsCut) {
   const QSize size(std::get<0>(GetParam()), std::get<1>(GetParam()));
   TestWindow t;
-  t.AddMelody("vals.20", "Vals de las flores:d=4,o=5,b=100:c,e,g,p,c6");
+  t.AddMelody("w.4", std::string(90, 'W') + ":d=4,o=5,b=100:c,e,g,p,c6");
   t.test.program.gPhoneModel = " Pulsaciones";
   t.window.resize(size);
   t.window.show();

@@ -5,18 +5,14 @@
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QtTest>
-#include <fstream>
 
 #include "app/words.h"
 #include "core/windows1252.h"
-#include "shell/qt/splash.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/system_scheme.h"
 #include "shell/qt/theme/theme.h"
@@ -35,23 +31,12 @@ namespace {
 using namespace core::literals;
 using shell::RowList;
 
-// Runs `look` as soon as a modal window stands, then closes it.
-template <typename Look>
-void WhenModal(Look look) {
-  QTimer::singleShot(0, qApp, [look] {
-    QWidget* modal = QApplication::activeModalWidget();
-    ASSERT_NE(modal, nullptr);
-    look(modal);
-    modal->close();
-  });
-}
-
 TEST(MainWindow, TheNavigationRowIsSpokenAsTabs) {
   TestWindow t;
   t.Click("cmdbuscar");
   for (QAbstractButton* button : t.NavigationRow()) {
     auto* spoken = QAccessible::queryAccessibleInterface(button);
-    const bool page = button->isCheckable();  // the help is none
+    const bool page = button->isCheckable();  // the help button is no page
     EXPECT_EQ(spoken->role() == QAccessible::PageTab, page) << button->text().toStdString();
     EXPECT_EQ(spoken->state().selected, button->objectName() == "cmdbuscar");
     EXPECT_FALSE(spoken->text(QAccessible::Name).contains('&'));
@@ -59,34 +44,6 @@ TEST(MainWindow, TheNavigationRowIsSpokenAsTabs) {
   auto* tab = QAccessible::queryAccessibleInterface(t.Widget("cmdopciones"));
   tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_EQ(t.form.paginaactual, app::kOptionsPage);
-}
-
-// Another width, another layout: all stays in the window, and what has the focus keeps it.
-TEST(MainWindow, FitsItsWidthWithLongNames) {
-  TestWindow t;
-  const std::string name(90, 'W');
-  t.AddMelody("w.4", name + ":d=4,o=5,b=60:c,e,g");
-  t.test.program.gPhoneModel = " Pulsaciones";
-  t.window.show();
-  t.Click("cmdrepertorio");
-  t.SelectRow(0);
-  t.Click("picconvertir");
-  QWidget* display = t.Widget("textresultado");
-  display->setFocus();
-  for (const int width : {900, 1280, 1920, 1000}) {
-    t.window.resize(width, 700);
-    QApplication::processEvents();
-    EXPECT_EQ(t.window.width(), width);
-    EXPECT_EQ(QApplication::focusWidget(), display);
-    for (const char* each : {"textresultado", "repertoireView", "Textavisos", "largeType"}) {
-      const QWidget* widget = t.Widget(each);
-      const int right = widget->mapTo(&t.window, QPoint(widget->width(), 0)).x();
-      EXPECT_LE(right, width) << each;
-      EXPECT_TRUE(widget->isVisible()) << each;
-    }
-    const auto top = [&t](QWidget* widget) { return widget->mapTo(&t.window, QPoint(0, 0)).y(); };
-    EXPECT_EQ(top(t.Widget("repertoireView")) > top(display), width < 1240);
-  }
 }
 
 TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
@@ -111,7 +68,7 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
                 "Reproduciendo melodia: Vals");
       EXPECT_EQ(t.window.findChild<QLabel*>("playingPosition")->text(), "0:01 de 0:04");
       EXPECT_EQ(display->MarkedGroup(), 1);
-      QTest::mouseClick(t.Widget("cmdinicio"), Qt::LeftButton);  // as under a box: nothing
+      QTest::mouseClick(t.Widget("cmdinicio"), Qt::LeftButton);  // ignored, as behind a message box
       EXPECT_EQ(t.form.paginaactual, 3);
       seen = t.Widget("stopButton")->isVisible();
       QTest::keyClick(QApplication::focusWidget(), key);
@@ -123,23 +80,11 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
     EXPECT_EQ(display->MarkedGroup(), -1);
   }
   EXPECT_EQ(t.test.sequencer.commands.back(), "close mR2M");
+  shell::QtShellServices(t.hooks, t.repainting, {}, {}).CopyText("uno\r\ndos");
+  EXPECT_EQ(QApplication::clipboard()->text(), "uno\ndos");
 }
 
-TEST(MainWindow, TheResultIsDrawnAndCopied) {
-  TestWindow t;
-  t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,8e.,2g,c6");
-  t.test.program.gPhoneModel = "MDY (cable)";
-  t.window.show();
-  t.Click("cmdrepertorio");
-  EXPECT_FALSE(t.Widget("saveAsButton")->isEnabled());
-  t.SelectRow(0);
-  t.Click("picconvertir");
-  EXPECT_EQ(t.window.findChild<shell::PhoneDisplay*>()->Text(), t.form.textresultado.text);
-  shell::QtShellServices(t.hooks, t.repainting, {}, {}).CopyText(t.form.textresultado.text);
-  EXPECT_TRUE(QApplication::clipboard()->text().startsWith("NAME=Vals\nTEMPO=100\n"));
-}
-
-// A MIDI file: a voice chosen by a click in its picture, fewer notes, then into the box.
+// A click in the picture of a MIDI file selects a voice, which goes into the RTTTL box.
 TEST(MainWindow, AVoiceOfAMidiFileIsChosenAndUsed) {
   TestWindow t;
   t.window.show();
@@ -158,7 +103,7 @@ TEST(MainWindow, AVoiceOfAMidiFileIsChosenAndUsed) {
             "dos:d=2,o=4,b=120:c");
 }
 
-// The way of someone with the phone in the hand, by the keys alone.
+// The typing guide, used by the keyboard alone.
 TEST(MainWindow, TheGuideIsWalkedThroughByItsKeysAndKeepsItsPlace) {
   TestWindow t;
   t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,8e.,2g,c6");
@@ -176,12 +121,9 @@ TEST(MainWindow, TheGuideIsWalkedThroughByItsKeysAndKeepsItsPlace) {
   EXPECT_EQ(t.window.focusWidget(), step);
   EXPECT_FALSE(step->Shown().empty());
   const auto press = [&t](Qt::Key key) { QTest::keyClick(t.window.focusWidget(), key); };
-  struct {
-    Qt::Key key;
-    int at;
-  } constexpr kKeys[] = {{Qt::Key_Left, 1},  {Qt::Key_Space, 2}, {Qt::Key_Return, 3},
-                         {Qt::Key_Right, 4}, {Qt::Key_Right, 4}, {Qt::Key_Backspace, 3},
-                         {Qt::Key_Home, 1},  {Qt::Key_End, 4},   {Qt::Key_Left, 3}};
+  constexpr std::pair<Qt::Key, int> kKeys[] = {
+      {Qt::Key_Space, 2}, {Qt::Key_Return, 3}, {Qt::Key_Right, 4}, {Qt::Key_Backspace, 3},
+      {Qt::Key_Home, 1},  {Qt::Key_End, 4},    {Qt::Key_Left, 3}};
   for (const auto& [key, at] : kKeys) {
     press(key);
     EXPECT_TRUE(step->accessibleName().startsWith(QString("%1 de 4: ").arg(at))) << key;
@@ -218,30 +160,23 @@ TEST(QtFileDialogs, AskWhereToSaveAnyPath) {
   EXPECT_EQ(choice->kind, 1u);
 }
 
-// By keyboard, menu and mouse; melodies come and go, and an old result is told as one.
+// What the window adds to the repertoire's own rules: keys, the menu, tool tips, and files dropped.
 TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   TestWindow t;
   t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,e");
   t.AddMelody("aire.20", "Aire:d=4,o=5,b=60:c,g");
-  t.test.program.gPhoneModel = " Compositor";
   t.window.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&t.window));
   t.Click("cmdrepertorio");
   auto* list = qobject_cast<RowList*>(t.Widget("List1"));
-  const auto line = [list](int row) { return list->model()->index(row, 0).data().toString(); };
-  EXPECT_EQ(QApplication::focusWidget(), list);
+  const auto selected = [list] { return list->currentIndex().data().toString().toStdString(); };
+  t.window.resize(1400, 700);
+  QApplication::processEvents();
+  EXPECT_EQ(QApplication::focusWidget(), list) << "another layout keeps the focus";
   QTest::keyClicks(list, "v");
-  EXPECT_EQ(list->currentIndex().data(), "Vals");
+  EXPECT_EQ(selected(), "Vals");
   EXPECT_EQ(list->currentIndex().data(Qt::ToolTipRole), "vals.20");
-  t.Click("picconvertir");
-  EXPECT_TRUE(t.Widget("picimprimir")->isEnabled());
-  EXPECT_FALSE(t.Widget("staleButton")->isVisible());
   QTest::keyClick(list, Qt::Key_Up);
-  EXPECT_TRUE(t.Widget("staleButton")->isVisible());
-  EXPECT_FALSE(t.Widget("picimprimir")->isEnabled());
-  t.Click("staleButton");
-  EXPECT_FALSE(t.Widget("staleButton")->isVisible());
-
   QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
   QApplication::sendEvent(list, &asked);
   auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
@@ -249,27 +184,23 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   EXPECT_EQ(menu->actions().size(), 13);
   menu->actions().at(6)->trigger();
   menu->close();
-  EXPECT_EQ(line(0), "Aire 2");
+  EXPECT_EQ(selected(), "Aire 2");
   QTest::keyClick(list, Qt::Key_F2);
   QTest::keyClick(t.Widget("entryBox"), Qt::Key_Escape);
   EXPECT_EQ(QApplication::focusWidget(), list);
   QTest::keyClick(list, Qt::Key_F2);
-  EXPECT_EQ(QApplication::focusWidget(), t.Widget("entryBox"));
   QTest::keyClicks(t.Widget("entryBox"), "Zambra");
   QTest::keyClick(t.Widget("entryBox"), Qt::Key_Return);
-  EXPECT_EQ(list->currentIndex().data(), "Zambra");
+  EXPECT_EQ(selected(), "Zambra");
   QTest::keyClick(list, Qt::Key_Delete);
   EXPECT_EQ(list->Rows().size(), 2U);
-  t.Click("undoDeleteButton");
-  EXPECT_EQ(list->currentIndex().data(), "Zambra");
 
   QTest::keyClick(&t.window, Qt::Key_F, Qt::ControlModifier);
-  EXPECT_EQ(QApplication::focusWidget(), t.Widget("repertoireFilter"));
   QTest::keyClicks(t.Widget("repertoireFilter"), "ai");
   EXPECT_EQ(list->Rows().size(), 1U);
   QTest::keyClick(t.Widget("repertoireFilter"), Qt::Key_Down);
   EXPECT_EQ(QApplication::focusWidget(), list);
-  EXPECT_EQ(list->currentIndex().data(), "Aire");
+  EXPECT_EQ(selected(), "Aire");
 
   t.test.folder.Write("nueva.txt", "Nueva:d=4,o=5,b=60:c");
   QMimeData dropped;
@@ -279,9 +210,7 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   QApplication::sendEvent(&t.window, &enter);
   QDropEvent drop({5, 5}, Qt::CopyAction, &dropped, Qt::LeftButton, {});
   QApplication::sendEvent(&t.window, &drop);
-  EXPECT_EQ(list->currentIndex().data(), "Nueva");
-  EXPECT_EQ(list->Rows().size(), 4U);
-  EXPECT_EQ(t.test.boxes.messages.size(), 0U);
+  EXPECT_EQ(selected(), "Nueva");
 }
 
 TEST(MainWindow, TheServersNewestMelodiesHaveButtonsOnTheirRows) {
@@ -297,19 +226,6 @@ TEST(MainWindow, TheServersNewestMelodiesHaveButtonsOnTheirRows) {
   EXPECT_EQ(t.test.sequencer.commands.back(), "close mR2M");
 }
 
-TEST(MainWindow, ARowWhoseFileIsGoneIsReportedAndEndsTheProgram) {
-  TestWindow t;
-  t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c");
-  t.Click("cmdrepertorio");
-  t.SelectRow(0);
-  std::filesystem::remove(t.test.folder / "melodias" / "vals.20");
-  t.Click("picreproducir");
-  ASSERT_EQ(t.test.boxes.messages.size(), 1U);
-  EXPECT_EQ(t.test.boxes.messages[0].icon, core::Icon::kExclamation);
-  EXPECT_EQ(t.test.program.exitCode, 1);
-  EXPECT_EQ(t.test.shell.ends, 1);
-}
-
 TEST(MainWindow, WhileARequestRunsOnlyPaintingGoesOn) {
   TestWindow t;
   t.window.show();
@@ -318,7 +234,7 @@ TEST(MainWindow, WhileARequestRunsOnlyPaintingGoesOn) {
   t.test.http.during = [&] {
     ++during;
     EXPECT_NE(QApplication::overrideCursor(), nullptr);
-    // What the user does meanwhile comes to nothing, at once and afterwards.
+    // Input during the request is discarded, not delayed.
     QApplication::postEvent(t.Widget("picazar"),
                             new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, " "));
     QApplication::postEvent(t.Widget("picazar"),
@@ -336,7 +252,7 @@ TEST(MainWindow, WhileARequestRunsOnlyPaintingGoesOn) {
   EXPECT_EQ(t.test.shell.ends, 0);
 }
 
-// On every page from which a request can start, whatever the request.
+// For a request of each page that sends one.
 TEST(MainWindow, EscAndCloseEndARequestAndTheWaitingLineSaysSo) {
   constexpr std::tuple<const char*, const char*, bool> kWays[] = {
       {"cmdbuscar", "picabuscar", false},
@@ -397,23 +313,6 @@ TEST(MainWindow, EnterPressesTheButtonThatHasTheFocus) {
   EXPECT_EQ(qobject_cast<RowList*>(t.Widget("List1"))->Rows().size(), 1U);
 }
 
-TEST(MainWindow, TheTempoBoxTakesThreeDigits) {
-  TestWindow t;
-  t.window.show();
-  t.Click("cmdinicio");
-  auto* tempo = qobject_cast<QComboBox*>(t.Widget("txtcompoTempo"));
-  tempo->clearEditText();
-  QTest::keyClicks(tempo, "1a2-34");
-  EXPECT_EQ(tempo->currentText(), "123");
-  EXPECT_EQ(t.test.shell.beeps, 3);
-  QTest::keyClick(tempo, Qt::Key_Backspace);
-  EXPECT_EQ(tempo->currentText(), "12");
-  EXPECT_EQ(t.test.shell.beeps, 3);
-  QApplication::clipboard()->setText("2000");
-  QTest::keyClick(tempo, Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(tempo->currentText(), "122000") << "pasting is no typing";
-}
-
 // What dead keys, input methods and odd keyboards type, one text at a time.
 TEST(MainWindow, TheTempoBoxTakesThreeDigitsHoweverTheyAreTyped) {
   constexpr struct {
@@ -437,13 +336,16 @@ TEST(MainWindow, TheTempoBoxTakesThreeDigitsHoweverTheyAreTyped) {
       QApplication::sendEvent(tempo, way == kInputMethod ? static_cast<QEvent*>(&commit) : &key);
       EXPECT_EQ(tempo->currentText(), row.taken) << typed.toStdString() << way;
       EXPECT_EQ(t.test.shell.beeps, row.beeps) << typed.toStdString() << way;
+      QApplication::clipboard()->setText("2000");
+      QTest::keyClick(tempo, Qt::Key_V, Qt::ControlModifier);
+      EXPECT_EQ(tempo->currentText(), QString(row.taken) + "2000") << "pasting is no typing";
     }
   }
 }
 
 TEST(MainWindow, AClickOnTheMarkedMakeListsItsModelsAnew) {
   TestWindow t;
-  t.test.program.gPhoneModel = "Ladrillo 9000";  // of a catalogue to come
+  t.test.program.gPhoneModel = "Ladrillo 9000";  // of a future catalogue
   t.window.show();
   t.Click("cmdopciones");
   auto* makes = qobject_cast<RowList*>(t.Widget("cmbmarcas"));
@@ -458,7 +360,7 @@ TEST(MainWindow, AClickOnTheMarkedMakeListsItsModelsAnew) {
   EXPECT_EQ(models->model()->rowCount(), rows - 1);
 }
 
-// By the keyboard: bad notes are underlined, mended, and the draft is there again.
+// Bad notes are underlined until they are mended, and the draft is there after a kill.
 TEST(MainWindow, APastedMelodyIsMarkedMendedAndKept) {
   TestProgram test;
   shell::WindowHooks hooks;
@@ -489,17 +391,13 @@ TEST(MainWindow, APastedMelodyIsMarkedMendedAndKept) {
   QTest::keyClick(box, Qt::Key_End, Qt::ControlModifier);
 
   ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(test.folder / "estado.ini"); }));
-  const auto next = make();  // as after a kill: the first one has not closed
+  const auto next = make();  // as after a kill: the first window has not closed
   box = next->findChild<QPlainTextEdit*>("txtrtttlsube");
   EXPECT_EQ(box->toPlainText(), u8"V:d=4,o=5,b=90:c\n,8c6.,ñx");
   EXPECT_EQ(next->size(), QSize(800, 640));
-  for (const auto& [button, text] : {std::pair("repairButton", u8"V:d=4,o=5,b=90:c\n,8c6.,ñx"),
-                                     {"applyRepairButton", u8"V:d=4,o=5,b=90:c,8c.6"},
-                                     {"undoRepairButton", u8"V:d=4,o=5,b=90:c\n,8c6.,ñx"}}) {
-    next->findChild<QAbstractButton*>(button)->click();
-    EXPECT_EQ(box->toPlainText(), text);
-    EXPECT_EQ(box->extraSelections().isEmpty(), std::string_view(button) == "applyRepairButton");
-  }
+  next->findChild<QAbstractButton*>("repairButton")->click();
+  next->findChild<QAbstractButton*>("applyRepairButton")->click();
+  EXPECT_TRUE(box->extraSelections().isEmpty());
 }
 
 TEST(MainWindow, ThePhonesKeysComposeAndTheDrawingFollows) {
@@ -579,9 +477,11 @@ TEST(QtFileDialogs, AskAsTheRecordSays) {
   record.nFilterIndex = 2;
   record.lpstrFile = std::string(261, '\0');
   const app::FileDialogRecord before = record;
-  WhenModal([](QWidget* dialog) {
+  QTimer::singleShot(0, qApp, [] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
     EXPECT_EQ(dialog->windowTitle(), u8"Grabar Melodía kws");
-    EXPECT_EQ(qobject_cast<QFileDialog*>(dialog)->nameFilters(), QStringList{"*.kws"});
+    EXPECT_EQ(dialog->nameFilters(), QStringList{"*.kws"});
+    dialog->close();
   });
   EXPECT_FALSE(dialogs.GetSaveFileName(record));
   EXPECT_EQ(record.lpstrFile, before.lpstrFile);
@@ -593,19 +493,6 @@ TEST(QtFileDialogs, AskAsTheRecordSays) {
   EXPECT_TRUE(dialogs.GetSaveFileName(record));
   EXPECT_EQ(record.lpstrFile, folder.path().string() + std::string(u8"/canción.kws"_w));
   EXPECT_EQ(record.lpstrFileTitle, u8"canción.kws"_w);
-}
-
-TEST(Splash, ShowsTheVersionAndHandsOver) {
-  TestProgram test;
-  test.folder.Write("ver.dat", "\"1.2.3\"\r\n");
-  shell::Splash splash(test.program);
-  QSignalSpy finished(&splash, &shell::Splash::Finished);
-  splash.Start();
-  EXPECT_EQ(splash.findChild<QLabel*>("Label1")->text(), "1.2.3");
-  auto* timer = splash.findChild<QTimer*>("Timer1");
-  timer->start(1);  // the interval itself is not waited for
-  EXPECT_TRUE(finished.wait());
-  EXPECT_FALSE(timer->isActive());
 }
 
 }  // namespace

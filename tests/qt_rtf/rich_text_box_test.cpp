@@ -4,10 +4,7 @@
 
 #include <QProcess>
 
-#include <sstream>
-
 #include "app/print_sheet.h"
-#include "cli/commands.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -42,7 +39,7 @@ class RichTextBoxTest : public testing::Test {
   core::ScopedMessageSink sink{messages};
 };
 
-// Values are part of the source: they can change its structure.
+// Values are not escaped, so they can change the structure of the sheet.
 TEST_F(RichTextBoxTest, ValuesGoIntoTheSourceAsTheyAre) {
   for (const test::Row& row : test::Table("Sheets")) {
     folder.Write("print.rtf", row[0]);
@@ -106,30 +103,6 @@ TEST_F(RichTextBoxTest, AnySheetPrints) {
     box.SetTextRTF(source);
     EXPECT_NO_THROW(box.SelPrint("vals")) << source;
   }
-}
-
-TEST_F(RichTextBoxTest, FromTheCommandLine) {
-  folder.Write("print.rtf", "{\\rtf1 cambiatitulo|cambiamodelo|cambiatempo|cambiamelodia}");
-  folder.Write("vals.txt", "Vals\xF1:d=4,o=5,b=63:c,8d#6");
-  folder.Write("mala.txt", "x:d=4");
-  qputenv("TONADEX_HOME", folder.path().c_str());
-  const std::string pdf = (folder / "hoja.pdf").string();
-  for (const test::Row& row : test::Table("Command line")) {
-    const std::string melody = (folder / row[1]).string(), target = (folder / row[3]).string();
-    std::vector<const char*> arguments = {"tonadex-cli", "imprimir", "-m", row[0].c_str(),
-                                          melody.c_str()};
-    for (std::size_t i = 2; i < 6 && !row[i].empty(); ++i) {
-      arguments.push_back(i == 3 && row[2] == "--pdf" ? target.c_str() : row[i].c_str());
-    }
-    std::istringstream in;
-    std::ostringstream out, err;
-    EXPECT_EQ(std::to_string(cli::Run(static_cast<int>(arguments.size()), arguments.data(), in, out,
-                                      err, {.play = nullptr, .print = cli::Print})),
-              row[6]);
-    EXPECT_EQ(out.str() + err.str(), row[7]);
-  }
-  EXPECT_EQ(PdfText(pdf), "Valsñ|Nokia>Compositor.|63|4c1 8#d2");
-  EXPECT_FALSE(std::filesystem::exists(folder / "otra.pdf"));
 }
 
 }  // namespace

@@ -7,11 +7,12 @@
 #include <vector>
 
 #include "tests/http/raw_socket.h"
+#include "tests/support/eventually.h"
 
-// Asking a server in so many bytes.
+// Sends bytes to a server and splits its replies.
 namespace tonadex::test {
 
-// Replies one behind the other, each as "status body" (a reply without its whole body ends in
+// Consecutive replies, each as "status body" (a reply with an incomplete body ends in
 // "[cut]").
 inline std::vector<std::string> SplitReplies(std::string text) {
   std::vector<std::string> replies;
@@ -30,7 +31,7 @@ inline std::vector<std::string> SplitReplies(std::string text) {
   return replies;
 }
 
-// Sends bytes, ends, and gives every reply.
+// Sends the bytes, ends the connection and returns all replies.
 inline std::vector<std::string> Converse(std::uint16_t port, const std::string& bytes) {
   const RawSocket client = RawSocket::Connect(port);
   client.Send(bytes);

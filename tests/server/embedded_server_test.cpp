@@ -2,16 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
-#include <thread>
 
 #include "core/windows1252.h"
 #include "net/addresses.h"
 #include "net/upload.h"
 #include "platform/http/http_client.h"
 #include "server/file_system.h"
-#include "server/rate_limit.h"
 #include "tests/core/table.h"
 #include "tests/server/ask.h"
 #include "tests/support/full_disk.h"
@@ -34,11 +31,7 @@ string UploadPath(const string& name) {
 }
 
 void WaitForRole(const EmbeddedServer& server, EmbeddedRole role) {
-  const auto end = Clock::now() + std::chrono::seconds(60);
-  while (server.Role() != role && Clock::now() < end) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  ASSERT_EQ(server.Role(), role);
+  ASSERT_TRUE(test::Eventually([&] { return server.Role() == role; }));
 }
 
 TEST(EmbeddedServer, BeginsWithTheFirstMelodies) {
@@ -102,7 +95,7 @@ TEST(EmbeddedServer, ReadsWhatItCannotWrite) {
   first.Write("vals.29", "Vals:d=4,o=5,b=63:c,d");
   home.Write("file", "");
   home.Write("own/jota.29", "Jota:d=4,o=5,b=63:c,d");
-  std::filesystem::create_directory(home / "own/.candado");  // in the way of the lock
+  std::filesystem::create_directory(home / "own/.candado");  // so that the lock file cannot be made
   for (const auto& [folder, listing] :
        {std::pair{"file/servidor", "Vals (vals.29)498"}, {"own", "Jota (jota.29)498"}}) {
     const EmbeddedServer server(home / folder, first.path());
@@ -113,7 +106,7 @@ TEST(EmbeddedServer, ReadsWhatItCannotWrite) {
   EXPECT_THROW(EmbeddedServer(home / "file/servidor", home / "none"), std::exception);
 }
 
-// Any page that a browser shows can send requests to this machine.
+// A web page of any origin can send requests to this machine.
 TEST(EmbeddedServer, AnswersThisMachinesProgramsAndItsOwnPagesAlone) {
   const TempFolder home;
   const EmbeddedServer server(home.path(), "");

@@ -14,6 +14,7 @@
 #include "net/upload.h"
 #include "server/embedded_file.h"
 #include "server/pages.h"
+#include "server/shelf.h"
 #include "tests/core/table.h"
 #include "tests/server/ask.h"
 #include "tests/support/temp_folder.h"

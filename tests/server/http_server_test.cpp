@@ -14,6 +14,7 @@
 
 #include "core/windows1252.h"
 #include "server/file_system.h"
+#include "server/shelf.h"
 #include "tests/core/table.h"
 #include "tests/server/ask.h"
 #include "tests/support/temp_folder.h"
@@ -27,7 +28,7 @@ using test::Ask;
 using test::Converse;
 using test::RawSocket;
 
-// Gives the target back, and the body.
+// Replies with the target and the body of the request.
 Reply Echo(const Request& request) {
   return TextReply(200, request.target + (request.body.empty() ? "" : " ") + request.body);
 }
@@ -44,7 +45,7 @@ string Get(const string& target, const string& fields = "Host: x\r\n") {
   return "GET " + target + " HTTP/1.1\r\n" + fields + "\r\n";
 }
 
-// The replies to raw bytes, parted by " & ", and whether the server lives on.
+// The replies to raw bytes, separated by " & "; fails when the server does not survive them.
 string Replies(const HttpServer& server, const string& request) {
   string replies;
   for (const string& reply : Converse(server.Port(), request)) {
@@ -108,8 +109,8 @@ TEST(HttpServer, LetsGoOfSlowClientsWhileOthersAreServed) {
   std::promise<void> gaveUp;
   ServerOptions options;
   options.slowClient = milliseconds(1000);
-  options.log = [&](std::string_view line) {
-    line.find("/large") != line.npos ? gaveUp.set_value() : void();
+  options.served = [&](const Exchange& exchange) {
+    exchange.target == "/large" ? gaveUp.set_value() : void();
   };
   HttpServer server(options, [&](const Request& request) {
     return TextReply(200, request.target == "/large" ? large : "ok");
@@ -142,20 +143,17 @@ TEST(HttpServer, BoundsTheMemoryOfRepliesThatNobodyReads) {
     return reply;
   });
   const auto waitFor = [&](const string& status) {
-    const auto end = Clock::now() + kNotForEver;
-    while (!Ask(server.Port(), "/own").starts_with(status) && Clock::now() < end) {
-    }
-    EXPECT_LT(Clock::now(), end);
+    EXPECT_TRUE(test::Eventually([&] { return Ask(server.Port(), "/own").starts_with(status); }));
   };
   {
-    std::deque<RawSocket> readers;  // that read no further than here
+    std::deque<RawSocket> readers;  // that do not read the bodies
     for (int i = 0; i < 20; ++i) {
       readers.push_back(RawSocket::Connect(server.Port()));
       readers.back().Send(Get(i == 0 ? "/own" : "/shared"));
       ASSERT_TRUE(readers.back().ReadUntil("\r\n\r\n").starts_with("HTTP/1.1 200 "));
     }
     waitFor("503");
-    EXPECT_EQ(Ask(server.Port(), "/shared").size(), 2 * kLarge + 4);  // is there once
+    EXPECT_EQ(Ask(server.Port(), "/shared").size(), 2 * kLarge + 4);  // counted once, being shared
     EXPECT_EQ(Ask(server.Port(), "/"), "200 small");
   }
   waitFor("200");
@@ -164,11 +162,7 @@ TEST(HttpServer, BoundsTheMemoryOfRepliesThatNobodyReads) {
 TEST(HttpServer, SaysWhenNobodyWaitsForAReply) {
   std::promise<void> asked, reset, stopped;
   const auto wait = [](const Request& request, std::promise<void>& seen) {
-    const auto end = Clock::now() + kNotForEver;
-    while (!request.abandoned() && Clock::now() < end) {
-      std::this_thread::sleep_for(milliseconds(1));
-    }
-    request.abandoned() ? seen.set_value() : void();
+    test::Eventually(request.abandoned) ? seen.set_value() : void();
   };
   HttpServer server({}, [&](const Request& request) {
     if (request.target == "/half") {
@@ -200,33 +194,26 @@ TEST(WaitForEndSignal, ReloadsOnceForManySignalsAndEndsWithoutWaitingForIt) {
   std::promise<void> ready;
   const auto reload = [&](const std::stop_token& stop) {
     const int number = ++reloads;
-    const auto end = Clock::now() + kNotForEver;
-    while (Clock::now() < end && !stop.stop_requested() && (number != 1 || !release)) {
-      std::this_thread::sleep_for(milliseconds(1));
-    }
+    test::Eventually([&] { return stop.stop_requested() || (number == 1 && release); });
   };
   std::thread waiter([&] { WaitForEndSignal([&] { ready.set_value(); }, reload); });
   ready.get_future().wait();
   const auto start = Clock::now();
   std::raise(SIGHUP);
-  while (reloads == 0) {
-    std::this_thread::sleep_for(milliseconds(1));
-  }
+  test::Eventually([&] { return reloads > 0; });
   for (int i = 0; i < 50; ++i) {
     std::raise(SIGHUP);
   }
   std::this_thread::sleep_for(milliseconds(100));
   release = true;
-  while (reloads < 2 && Clock::now() - start < kNotForEver) {
-    std::this_thread::sleep_for(milliseconds(1));
-  }
+  test::Eventually([&] { return reloads > 1; });
   std::raise(SIGTERM);
   waiter.join();
   EXPECT_EQ(reloads, 2);
   EXPECT_LT(Clock::now() - start, kNotForEver);
 }
 
-// How many of `clients` are served, the rest being told to come back.
+// The number of clients that are served; the others get the status 503.
 int Served(const std::deque<RawSocket>& clients) {
   int served = 0, busy = 0;
   for (const RawSocket& client : clients) {
@@ -263,13 +250,10 @@ TEST(HttpServer, ServesSoManyConnectionsOfAnAddressAndInAll) {
     EXPECT_EQ(Served(others), kMaxConnections - kMaxConnectionsOfAddress - 1);
     EXPECT_EQ(Served(idle), kMaxConnectionsOfAddress);
   }
-  const auto end = Clock::now() + kNotForEver;
-  while (Ask(server.Port(), "/x") != "200 /x") {
-    ASSERT_LT(Clock::now(), end);
-  }
+  EXPECT_TRUE(test::Eventually([&] { return Ask(server.Port(), "/x") == "200 /x"; }));
 }
 
-// All connections are the proxy's own: what counts are the requests under way of each client.
+// All connections come from the proxy, so the running requests of each client are counted.
 TEST(HttpServer, LimitsTheRequestsOfAClientBehindTheProxy) {
   std::promise<void> release;
   const std::shared_future<void> released(release.get_future());
@@ -289,10 +273,7 @@ TEST(HttpServer, LimitsTheRequestsOfAClientBehindTheProxy) {
   };
   auto first = std::async(std::launch::async, get, "/wait", "9.9.9.1");
   auto second = std::async(std::launch::async, get, "/wait", "9.9.9.1");
-  const auto end = Clock::now() + kNotForEver;
-  while (waiting < 2 && Clock::now() < end) {
-    std::this_thread::sleep_for(milliseconds(1));
-  }
+  test::Eventually([&] { return waiting == 2; });
   EXPECT_EQ(get("/x", "9.9.9.1"), "503");
   EXPECT_EQ(get("/x", "9.9.9.2"), "200");
   release.set_value();
@@ -322,7 +303,8 @@ TEST(HttpServer, LogsOneLineForEachRequestWithoutItsQuery) {
   string log;
   ServerOptions options;
   options.behindProxy = true;
-  options.log = [&](std::string_view line) {
+  options.served = [&](const Exchange& exchange) {
+    const string line = LogLine(exchange);
     const std::lock_guard lock(mutex);
     const std::size_t blank = line.find(' ');
     EXPECT_EQ(blank, string("0000-00-00T00:00:00.000Z").size());

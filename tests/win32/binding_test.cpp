@@ -91,21 +91,6 @@ TEST(WindowsBinding, PastedSignsKeepTheirMeaning) {
 TEST(WindowsBinding, ATextThatNoRowHoldsStaysAsItIs) {
   BoundForm t;
   CheckForeignText(t.test, t.form, t);
-  const HWND models = t.binding.Window(&app::Form1::formatList);
-  for (const auto& [saved, rows] : {std::pair{"0", 4}, std::pair{" Pulsaciones tipo 1", 5}}) {
-    t.test.program.gPhoneModel = saved;
-    t.form.cmdopciones_Click();
-    t.form.Refresh();
-    t.Draw();
-    EXPECT_EQ(SendMessageW(models, LB_GETCOUNT, 0, 0), rows);
-    wchar_t row[100] = {};
-    SendMessageW(models, LB_GETTEXT, static_cast<WPARAM>(SendMessageW(models, LB_GETCURSEL, 0, 0)),
-                 reinterpret_cast<LPARAM>(row));
-    EXPECT_EQ(platform::FromWide(row), rows == 5 ? saved + 1 : "");
-    t.CopyIn();
-    t.form.cmdbuscar_Click();
-    EXPECT_EQ(t.test.program.gPhoneModel, saved);
-  }
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 #include "core/rtttl_writer.h"
 #include "data/shelf.h"
 
-// The melodies that the formats are tried with.
+// Melodies for tests of the formats.
 namespace tonadex::test {
 
 inline std::vector<std::string> Shelf() {
@@ -22,7 +22,7 @@ inline std::vector<std::string> Shelf() {
   return melodies;
 }
 
-// Every length, pitch and pause, in octaves and at tempos of phones.
+// Random notes of every length and pitch, and pauses, in octaves and at tempos of phones.
 inline std::vector<std::string> Generated() {
   std::mt19937 random(14);
   const auto number = [&random](int most) {
