@@ -5,7 +5,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages=(
   g++ cmake ninja-build ca-certificates
-  libboost-dev libssl-dev libcli11-dev nlohmann-json3-dev
+  libboost-dev libssl-dev zlib1g-dev libcli11-dev nlohmann-json3-dev
   libfluidsynth-dev timgm6mb-soundfont libqrencode-dev libpqxx-dev
   qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-translations-l10n
   fonts-dejavu-core xdg-utils
@@ -15,7 +15,7 @@ test_packages=(
   "${test_libraries[@]}"
   xvfb xauth xdotool xclip
   cups cups-client cups-filters poppler-utils
-  timidity gammu procps openssl
+  timidity gammu procps openssl postgresql
   python3-jsonschema python3-selenium chromium chromium-driver
   appstream desktop-file-utils man-db shared-mime-info
 )

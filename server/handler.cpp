@@ -248,10 +248,11 @@ Reply TextReply(int status, std::string_view text) {
   return reply;
 }
 
-Reply Handle(const Request& request, Store& store) {
+Reply Handle(const Request& request, Store& store, RateLimit* conversions) {
   const Target target = SplitTarget(request.target);
   if (target.path.starts_with(kApiPath)) {
-    return AnswerApi(request, target.path.substr(kApiPath.size()), target.query, store);
+    return AnswerApi(request, target.path.substr(kApiPath.size()), target.query, store,
+                     conversions);
   }
   if (request.post) {
     return RefusalReply(405, target.path);

@@ -64,7 +64,7 @@ struct Parsed {
   bool foreign = false;       // sent by another host's page, or to another host's name
   bool asksForBody = false;   // the client waits until it is told to send the body
   std::size_t bodyBytes = 0;  // of the body, which follows
-  std::string target, forwardedFor, contentType, ifNoneMatch, body;
+  std::string target, forwardedFor, contentType, ifNoneMatch, acceptEncoding, body;
 };
 
 Parsed Refused(int status, std::string target = {}) {
@@ -170,6 +170,7 @@ Parsed ParseHead(std::string_view head) {
   parsed.forwardedFor = std::string(LastForwardedFor(request));
   parsed.contentType = std::string(Field(request, http::field::content_type));
   parsed.ifNoneMatch = std::string(Field(request, http::field::if_none_match));
+  parsed.acceptEncoding = std::string(Field(request, http::field::accept_encoding));
   return parsed;
 }
 
@@ -502,7 +503,8 @@ Reply HttpServer::State::Answer(Parsed& parsed, const asio::ip::address& address
   const auto abandoned = [&] { return gone = gone || aborting || IsReset(socket); };
   try {
     return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom(), abandoned,
-                    parsed.post, std::move(parsed.body), parsed.contentType, parsed.ifNoneMatch});
+                    parsed.post, std::move(parsed.body), parsed.contentType, parsed.ifNoneMatch,
+                    parsed.acceptEncoding});
   } catch (const std::exception&) {
     return RefusalReply(500, parsed.target);
   }

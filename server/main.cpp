@@ -15,6 +15,7 @@
 #include "server/http_server.h"
 #include "server/line_log.h"
 #include "server/metrics.h"
+#include "server/rate_limit.h"
 #include "server/shelf.h"
 #include "terminal/arguments.h"
 #ifdef _WIN32
@@ -107,12 +108,13 @@ void ServeStore(Arguments& arguments, Store& store,
     metrics.Count(exchange);
     log(inJson ? LogJson(exchange) : LogLine(exchange));
   };
+  RateLimit conversions(kConversionsPerMinute);
   std::atomic<const HttpServer*> running = nullptr;
   HttpServer server(arguments.server, [&](const Request& request) {
     const HttpServer* listening = running;
     return !request.post && request.target == kMetricsPath
                ? MetricsReply(metrics, store, listening == nullptr ? 0 : listening->Connections())
-               : Handle(request, store);
+               : Handle(request, store, &conversions);
   });
   running = &server;
   const auto announce = [&] {

@@ -55,10 +55,8 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
   } else if (primary) {
     ink = {c.accent, c.accent, c.accentText, theme.Px(1)};
   }
-  if (face.look == Look::kMark && face.tone != app::Tone::kText) {
-    ink.text = ink.frame = face.tone == app::Tone::kBad    ? c.bad
-                           : face.tone == app::Tone::kGood ? c.good
-                                                           : c.muted;
+  if (face.look == Look::kMark && (face.tone == app::Tone::kBad || face.tone == app::Tone::kGood)) {
+    ink.text = ink.frame = face.tone == app::Tone::kBad ? c.bad : c.good;
   }
   if (face.checked && (face.look == Look::kKeys || face.look == Look::kChoice)) {
     ink.fill = c.accentWash;
