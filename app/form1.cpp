@@ -177,7 +177,7 @@ Part WindowLayout(Part page) {
                   .Margins(look::kPageMargin, look::kGrid, look::kGrid);
   foot.frame = Part::Frame::kBar;
   return Column({std::move(bar), The(&F::waitingLine).Heights(0, 0), std::move(banner),
-                 std::move(page).Weight(1), std::move(foot)})
+                 std::move(page).Weight(1).Scrolls(), std::move(foot)})
       .Gap(0);
 }
 
@@ -412,6 +412,7 @@ void Form1::cmdopciones_Click() {
     ShowPage(kOptionsPage);
     cmbformatos.visible = true;
     RestoreSavedModel();
+    focusNext = &Form1::phoneSearch;
   }
 }
 

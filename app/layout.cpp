@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 #include "app/form1.h"
 
@@ -68,12 +69,20 @@ std::size_t LineEnd(std::span<const Share> shares, std::size_t first, int gap, i
 
 class Solver {
  public:
-  Solver(const Form1& form, double scale, const Measure& measure)
-      : form_(form), scale_(scale), measure_(measure) {}
+  Solver(const Form1& form, double scale, const Measure& measure, const Rect& view = {},
+         int scrolled = 0)
+      : form_(form), scale_(scale), measure_(measure), view_(view), scrolled_(scrolled) {}
 
-  void Put(const Part& part, const Rect& area) {
+  void Put(const Part& part, Rect area) {
+    const Rect outside = view_;
+    const int higher = part.scrolls ? Height(part, area.width) - area.height : 0;
+    if (higher > 0) {
+      view_ = area;
+      area.top -= std::min(std::exchange(scrolled_, 0), higher);
+      area.height += higher;
+    }
     if (part.kind == Part::Kind::kControl || part.frame != Part::Frame::kNone) {
-      placed_.push_back({&part, area});
+      placed_.push_back({&part, area, view_});
     }
     const std::vector<const Part*> parts = Shown(part);
     const Rect inner = {area.left + Px(part.marginX), area.top + Px(part.marginTop),
@@ -84,6 +93,7 @@ class Solver {
     } else if (part.kind == Part::Kind::kColumn) {
       PutColumn(part, parts, inner);
     }
+    view_ = outside;
   }
 
   // The height that a part needs at this width.
@@ -201,7 +211,7 @@ class Solver {
       }
       const int line = lines[static_cast<std::size_t>(widths[i].line)];
       Rect place = {area.left + widths[i].at, top, widths[i].size, line};
-      if (parts[i]->control != nullptr) {  // in the middle of the line
+      if (parts[i]->control != nullptr && parts[i]->leastHeight == 0) {  // in the line's middle
         place.height = std::min(line, Height(*parts[i], place.width));
         place.top += (line - place.height) / 2;
       }
@@ -227,6 +237,8 @@ class Solver {
   const Form1& form_;
   double scale_;
   const Measure& measure_;
+  Rect view_ = {};
+  int scrolled_ = 0;  // what the outermost part that scrolls has yet to move
   std::vector<Placed> placed_;
 };
 
@@ -303,8 +315,8 @@ int HeightFor(const Form1& form, const Part& tree, int width, double scale,
 }
 
 std::vector<Placed> Place(const Form1& form, const Part& tree, const Rect& area, double scale,
-                          const Measure& measure) {
-  Solver solver(form, scale, measure);
+                          const Measure& measure, int scrolled) {
+  Solver solver(form, scale, measure, area, scrolled);
   solver.Put(tree, area);
   return solver.Take();
 }

@@ -27,7 +27,7 @@ struct Part {
   int weight = 0;  // share of the space that the parts without weight leave
   int leastWidth = 0, mostWidth = kUnbounded, leastHeight = 0, mostHeight = kUnbounded;
   Frame frame = Frame::kNone;
-  bool scrolls = false;  // when the contents are too high, if the toolkit can
+  bool scrolls = false;  // when the contents are too high; Place scrolls the outermost part alone
   bool wraps = false;    // a row too narrow for its parts goes on in further lines
   bool shrinks = false;  // a control that is cut off before others have no room
 
@@ -106,14 +106,16 @@ using Measure = std::function<Size(Control Form1::*, int width)>;
 struct Placed {
   const Part* part;  // in the tree
   Rect rect;
+  Rect view;  // what lies outside is scrolled out of sight
 };
 
 // The height that the tree needs at this width, in pixels.
 int HeightFor(const Form1& form, const Part& tree, int width, double scale, const Measure& measure);
 
 // Places every visible control of the tree in the area, in pixels; `scale` is the number of pixels
-// per device-independent pixel. Hidden controls take no space.
+// per device-independent pixel. Hidden controls take no space. What scrolls is moved up by
+// `scrolled` pixels where it is higher than its place.
 std::vector<Placed> Place(const Form1& form, const Part& tree, const Rect& area, double scale,
-                          const Measure& measure);
+                          const Measure& measure, int scrolled = 0);
 
 }  // namespace tonadex::app

@@ -1,5 +1,8 @@
 #include "app/list_rows.h"
 
+#include <map>
+
+#include "core/melody_file.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
@@ -71,6 +74,32 @@ std::string RowLine(std::string_view text) {
     c = code < 0x20 || code == 0x7F ? ' ' : c;
   }
   return std::string(core::Trim(line));
+}
+
+std::string_view NameIn(std::string_view row) {
+  return row.substr(0, row.find(" ("));
+}
+
+std::string ShownName(std::string_view row, bool doubtful) {
+  const std::string_view name = NameIn(row), stem = core::RowStem(row);
+  if (name.empty() || doubtful) {
+    return std::string(row);
+  }
+  std::string joined(stem);
+  std::erase(joined, ' ');
+  return std::string(joined == name ? stem : name);
+}
+
+ListRows ShownRows(const ListRows& rows) {
+  std::map<std::string_view, int> names;
+  for (const ListRow& row : rows) {
+    ++names[NameIn(row.text)];
+  }
+  ListRows shown;
+  for (const ListRow& row : rows) {
+    shown.push_back({ShownName(row.text, names[NameIn(row.text)] > 1), row.itemData, row.hint});
+  }
+  return shown;
 }
 
 }  // namespace tonadex::app

@@ -88,4 +88,12 @@ class ListRows {
 // A row's text as a list shows it: shortened, trimmed, control characters replaced by blanks.
 std::string RowLine(std::string_view text);
 
+// The name in a row's text "name (stem)".
+std::string_view NameIn(std::string_view row);
+// The name as a person reads it: the row's has lost its blanks, and the stem may have kept them.
+// The whole row where the name is missing or `doubtful`.
+std::string ShownName(std::string_view row, bool doubtful);
+// What a list shows for each melody: its name, and its file where several have the same name.
+ListRows ShownRows(const ListRows& rows);
+
 }  // namespace tonadex::app

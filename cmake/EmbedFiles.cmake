@@ -1,19 +1,30 @@
 # tonadex_embed(<target> <name>=<file> …): compiles the files into the target, which finds them by
-# name with EmbeddedFile (server/embedded_file.h). Run as a script, it writes the source.
+# name with EmbeddedFile (server/embedded_file.h), plain and compressed ("<name>.gz"). Run as a
+# script, it writes the source.
 if(CMAKE_SCRIPT_MODE_FILE)
   set(arrays "")
   set(rows "")
   set(number 0)
-  foreach(pair IN LISTS FILES)
-    string(REGEX MATCH "^([^=]+)=(.+)$" ignored "${pair}")
-    set(name ${CMAKE_MATCH_1})
-    file(READ ${CMAKE_MATCH_2} hex HEX)
+  macro(embed name hex)
     string(REGEX REPLACE "(..)" "0x\\1," bytes "${hex}")
     string(APPEND arrays "constexpr unsigned char kFile${number}[] = {${bytes}};\n")
     string(APPEND rows
       "    {\"${name}\", {reinterpret_cast<const char*>(kFile${number}), sizeof kFile${number}}},\n")
     math(EXPR number "${number} + 1")
+  endmacro()
+  foreach(pair IN LISTS FILES)
+    string(REGEX MATCH "^([^=]+)=(.+)$" ignored "${pair}")
+    set(name ${CMAKE_MATCH_1})
+    set(file ${CMAKE_MATCH_2})
+    file(READ ${file} hex HEX)
+    embed(${name} ${hex})
+    file(ARCHIVE_CREATE OUTPUT ${OUTPUT}.gz PATHS ${file} FORMAT raw COMPRESSION GZip COMPRESSION_LEVEL 9)
+    file(READ ${OUTPUT}.gz hex HEX)
+    # Without the time in the header, so that every build gives the same bytes.
+    string(SUBSTRING ${hex} 16 -1 rest)
+    embed(${name}.gz 1f8b080000000000${rest})
   endforeach()
+  file(REMOVE ${OUTPUT}.gz)
   file(WRITE ${OUTPUT} "#include \"server/embedded_file.h\"
 
 namespace tonadex::server {

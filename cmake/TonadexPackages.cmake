@@ -41,6 +41,8 @@ function(papers package component)
   configure_file(${packaging}/debian/changelog.in ${papers}/${package}/changelog @ONLY)
   install(FILES ${packaging}/debian/copyright ${papers}/${package}/changelog
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${component})
+  install(FILES ${packaging}/debian/${package}.lintian-overrides
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME ${package} COMPONENT ${component} EXCLUDE_FROM_ALL)
 endfunction()
 papers(tonadex desktop)
 papers(tonadex-server server)
@@ -48,7 +50,7 @@ install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/to
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex)
 install(FILES docs/server.md docs/faults.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server
   COMPONENT server)
-install(FILES server/deploy/nginx.conf
+install(FILES server/deploy/nginx.conf server/deploy/base-de-datos.conf
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tonadex-server/examples COMPONENT server)
 # The unit starts /usr/bin/tonadex-server and writes the service's log, so it is only in the
 # package.
@@ -85,9 +87,9 @@ set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS "ca-certificates, xdg-utils")
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SUGGESTS "cups, qt6-wayland, tonadex-server")
 set(CPACK_DEBIAN_DESKTOP_DESCRIPTION "Tus melodías, en tu móvil de antes
 Busca, compone, arregla, toca e imprime melodías RTTTL, abre ficheros MIDI y
-melodías de cualquier móvil, y las convierte en lo que acepta cada uno: notación
-del compositor, pulsaciones de teclas, textos para SMS o cable y ficheros. Una
-guía lleva tecla a tecla a quien tiene el móvil en la mano.
+melodías de otros móviles, y las convierte en lo que acepta cada uno:
+notación del compositor, pulsaciones de teclas, textos para SMS o cable y
+ficheros. Una guía lleva tecla a tecla a quien tiene el móvil en la mano.
 
 Incluye el programa de escritorio, tonadex, y el de terminal, tonadex-cli.")
 

@@ -92,9 +92,9 @@ class Conversation {
     server::ServerOptions options;
     options.behindProxy = true;
     options.threads = 1;
-    options.log = [this](std::string_view line) {
+    options.served = [this](const server::Exchange& exchange) {
       const std::lock_guard lock(mutex_);
-      log_.emplace_back(line);
+      log_.push_back(server::LogLine(exchange));
     };
     return options;
   }

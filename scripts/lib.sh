@@ -5,8 +5,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages=(
   g++ cmake ninja-build ca-certificates
-  libboost-dev libssl-dev libcli11-dev nlohmann-json3-dev
-  libfluidsynth-dev timgm6mb-soundfont libqrencode-dev
+  libboost-dev libssl-dev zlib1g-dev libcli11-dev nlohmann-json3-dev
+  libfluidsynth-dev timgm6mb-soundfont libqrencode-dev libpqxx-dev
   qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-translations-l10n
   fonts-dejavu-core xdg-utils
 )
@@ -15,16 +15,16 @@ test_packages=(
   "${test_libraries[@]}"
   xvfb xauth xdotool xclip
   cups cups-client cups-filters poppler-utils
-  timidity gammu procps openssl
+  timidity gammu procps openssl postgresql
   python3-jsonschema python3-selenium chromium chromium-driver
   appstream desktop-file-utils man-db shared-mime-info
 )
 windows_packages=(
   g++ cmake ninja-build libboost-dev libcli11-dev nlohmann-json3-dev libgtest-dev googletest
   g++-mingw-w64-x86-64-posix zip
-  wine wine64 xvfb fonts-dejavu-core
+  wine wine64 xvfb fonts-dejavu-core python3 openssl
 )
-package_packages=(dpkg-dev binutils gzip librsvg2-bin)
+package_packages=(dpkg-dev binutils gzip librsvg2-bin lintian)
 check_packages=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14)
 
 say() { printf '\033[1m%s\033[0m\n' "$*" >&2; }

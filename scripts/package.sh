@@ -21,6 +21,7 @@ deb() {
     { cat "$made.log" >&2 && exit 1; }
   for file in "$made"/*.deb; do
     is_version "$(basename "$file")" "$(dpkg-deb -f "$file" Version)"
+    lintian --allow-root --fail-on error "$file"
     cp "$file" "$dist/"
     say "Hecho: dist/$(basename "$file") ($(du -h "$file" | cut -f1))"
   done

@@ -5,7 +5,7 @@
 namespace tonadex::server {
 
 // The bytes of a file of server/web, or of the interface's description, as it was when the program
-// was built; "" when there is none of that name.
+// was built; with ".gz" behind its name the same, compressed. "" when there is none of that name.
 std::string_view EmbeddedFile(std::string_view name);
 
 }  // namespace tonadex::server

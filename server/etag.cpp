@@ -24,7 +24,7 @@ Reply WithETag(Reply reply, std::string_view ifNoneMatch) {
   if (reply.status != 200) {
     return reply;
   }
-  const std::string tag = "\"" + std::to_string(Hash(reply.body)) + "\"";
+  const std::string tag = "W/\"" + std::to_string(Hash(reply.body)) + "\"";
   reply.fields += "ETag: " + tag + "\r\n";
   reply.maxAgeSeconds = reply.maxAgeSeconds == 0 ? kAskAgain : reply.maxAgeSeconds;
   if (core::Contains(ifNoneMatch, tag)) {

@@ -9,6 +9,7 @@
 #include "server/api/api.h"
 #include "server/api/problem.h"
 #include "server/melody_name.h"
+#include "server/metrics.h"
 #include "server/pages.h"
 #include "server/web_files.h"
 
@@ -144,12 +145,22 @@ Reply AnswerUpload(const Request& request, std::string_view query, Store& store)
   return TextReply(status, words);
 }
 
+// For whoever watches the server or spreads requests over several.
+Reply AnswerHealth(const Request&, std::string_view, Store& store) {
+  const bool well = store.Reachable();
+  Reply reply = TextReply(well ? 200 : 503,
+                          well ? R"({"estado":"bien"})" : R"({"estado":"sin almac\u00e9n"})");
+  reply.contentType = "application/json";
+  return reply;
+}
+
 struct Endpoint {
   std::string_view path;
   Reply (*answer)(const Request& request, std::string_view query, Store& store);
 };
 
 constexpr Endpoint kEndpoints[] = {
+    {"/salud", AnswerHealth},
     {net::kSearchPath, AnswerSearch},
     {net::kUploadPath, AnswerUpload},
     {net::kRandomPath, [](const Request& request, std::string_view,
@@ -192,19 +203,35 @@ Reply Answer(const Request& request, const Target& target, Store& store) {
 const std::string_view kStoreAwayWords =
     u8"No se puede llegar al almacén de melodías. Prueba dentro de un momento."_w;
 
+std::string RouteOf(std::string_view requested) {
+  const std::string_view path = SplitTarget(requested).path;
+  if (path.starts_with(kApiPath)) {
+    return std::string(kApiPath).append(ApiRoute(path.substr(kApiPath.size())));
+  }
+  const auto endpoint = std::ranges::find(kEndpoints, path, &Endpoint::path);
+  return std::string(endpoint != std::end(kEndpoints)           ? endpoint->path
+                     : path.starts_with(net::kMelodyFolderPath) ? net::kMelodyFolderPath
+                     : path == "/" || path == kMetricsPath      ? path
+                                                                : "otras");
+}
+
 std::string UndoEscapes(std::string_view text) {
   return Undo(text, Escapes::kAll);
 }
 
-std::string PercentEncoded(std::string_view bytes) {
+void AppendEscaped(std::string& text, char byte) {
   constexpr std::string_view kHex = "0123456789ABCDEF";
+  text.append({'%', kHex[core::Code(byte) / 16u], kHex[core::Code(byte) % 16u]});
+}
+
+std::string PercentEncoded(std::string_view bytes) {
   std::string encoded;
   for (const char c : bytes) {
     const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
     if (letter || core::IsDigit(c) || std::string_view("-._~").find(c) != std::string_view::npos) {
       encoded += c;
     } else {
-      encoded.append({'%', kHex[core::Code(c) / 16u], kHex[core::Code(c) % 16u]});
+      AppendEscaped(encoded, c);
     }
   }
   return encoded;
@@ -221,10 +248,11 @@ Reply TextReply(int status, std::string_view text) {
   return reply;
 }
 
-Reply Handle(const Request& request, Store& store) {
+Reply Handle(const Request& request, Store& store, RateLimit* conversions) {
   const Target target = SplitTarget(request.target);
   if (target.path.starts_with(kApiPath)) {
-    return AnswerApi(request, target.path.substr(kApiPath.size()), target.query, store);
+    return AnswerApi(request, target.path.substr(kApiPath.size()), target.query, store,
+                     conversions);
   }
   if (request.post) {
     return RefusalReply(405, target.path);

@@ -20,7 +20,7 @@ struct Request {
   std::function<bool()> abandoned = {};
   bool post = false;  // else GET or HEAD, whose body is left out later
   std::string body = {};
-  std::string contentType = {}, ifNoneMatch = {};  // header fields
+  std::string contentType = {}, ifNoneMatch = {}, acceptEncoding = {};  // header fields
 };
 
 inline constexpr int kAskAgain = -1;  // for maxAgeSeconds: a cache may keep it, but must ask
@@ -47,12 +47,18 @@ StatusWords UploadWords(const UploadAnswer& answer);
 // What a request gets with a 503 when the store is away, Windows-1252.
 extern const std::string_view kStoreAwayWords;
 
-// The server: a reply for each request. The only thing it changes is the store. Never throws
-// (memory aside).
-Reply Handle(const Request& request, Store& store);
+// The server: a reply for each request. The only things it changes are the store and the limit of
+// conversions, which may be absent. Never throws (memory aside).
+Reply Handle(const Request& request, Store& store, RateLimit* conversions = nullptr);
+
+// The path that answers this target, for counting: one of the few that the server knows, else
+// "otras".
+std::string RouteOf(std::string_view target);
 
 // %XX undone; a "%" without two hexadecimal digits stays, "+" is a plus.
 std::string UndoEscapes(std::string_view text);
+// Appends the byte as %XX.
+void AppendEscaped(std::string& text, char byte);
 // Everything but letters, digits and "-._~" as %XX.
 std::string PercentEncoded(std::string_view bytes);
 

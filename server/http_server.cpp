@@ -64,7 +64,7 @@ struct Parsed {
   bool foreign = false;       // sent by another host's page, or to another host's name
   bool asksForBody = false;   // the client waits until it is told to send the body
   std::size_t bodyBytes = 0;  // of the body, which follows
-  std::string target, forwardedFor, contentType, ifNoneMatch, body;
+  std::string target, forwardedFor, contentType, ifNoneMatch, acceptEncoding, body;
 };
 
 Parsed Refused(int status, std::string target = {}) {
@@ -72,13 +72,6 @@ Parsed Refused(int status, std::string target = {}) {
   parsed.refusal = status;
   parsed.target = std::move(target);
   return parsed;
-}
-
-void AppendEscaped(std::string& text, char c) {
-  constexpr std::string_view kHex = "0123456789ABCDEF";
-  text += '%';
-  text += kHex[Code(c) >> 4];
-  text += kHex[Code(c) & 15];
 }
 
 // Blanks and control characters between the first and the last blank of the request line belong to
@@ -177,6 +170,7 @@ Parsed ParseHead(std::string_view head) {
   parsed.forwardedFor = std::string(LastForwardedFor(request));
   parsed.contentType = std::string(Field(request, http::field::content_type));
   parsed.ifNoneMatch = std::string(Field(request, http::field::if_none_match));
+  parsed.acceptEncoding = std::string(Field(request, http::field::accept_encoding));
   return parsed;
 }
 
@@ -251,32 +245,6 @@ std::optional<asio::ip::address> LastForwarded(std::string_view field) {
   return error ? std::nullopt : std::optional(Plain(address));
 }
 
-std::string PathForLog(std::string_view target) {
-  std::string path;
-  for (const char c : target.substr(0, target.find('?'))) {
-    if (Code(c) > ' ' && Code(c) < 0x7f) {
-      path += c;
-    } else {
-      AppendEscaped(path, c);
-    }
-  }
-  return path;
-}
-
-std::string UtcNow() {
-  using namespace std::chrono;
-  const auto now = floor<milliseconds>(system_clock::now());
-  const auto today = floor<days>(now);
-  const year_month_day date(today);
-  const hh_mm_ss time(now - today);
-  std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ", int(date.year()),
-                unsigned(date.month()), unsigned(date.day()), int(time.hours().count()),
-                int(time.minutes().count()), int(time.seconds().count()),
-                int(time.subseconds().count()));
-  return text.data();
-}
-
 int ThreadCount(const ServerOptions& options) {
   const int cores = static_cast<int>(std::thread::hardware_concurrency());
   return options.threads > 0 ? options.threads : std::max(kMinThreads, 2 * cores);
@@ -314,21 +282,24 @@ struct HttpServer::State {
                                    bool bodyToo);
   asio::awaitable<void> Linger(beast::tcp_stream& stream);
   Reply Answer(Parsed& parsed, const asio::ip::address& address, tcp::socket& socket);
-  void Log(const Parsed& parsed, const asio::ip::address& address, const Reply& reply,
-           Clock::time_point start) const;
+  void Note(const Parsed& parsed, const asio::ip::address& address, const Reply& reply,
+            Clock::time_point start, std::string_view limit) const;
   void Admit(tcp::socket socket);
-  void BusyChanged(int change);
+  bool Begin();
+  void End();
 
   const ServerOptions options;
   const RequestHandler handler;
   std::atomic<bool> stopping{false};
+  std::atomic<bool> aborting{false};  // the requests under way have had their time to end
   Places connections{options.maxConnections};
   Places refusals{kMaxRefusedConnections};
   // Taken by connections; behind a proxy, which all of them come from, by the requests.
   Places ofAddresses{options.maxConnectionsOfAddress};
   std::mutex mutex;
   std::condition_variable idle;
-  int busy = 0;  // requests between their last byte and the reply's; guarded by mutex
+  int busy = 0;        // requests between their last byte and the reply's; guarded by mutex
+  bool ended = false;  // guarded by mutex
   ReplyBudget budget{options.maxReplyBytes};
   std::uint16_t port = 0;
   std::vector<std::thread> threads;
@@ -362,7 +333,9 @@ void HttpServer::State::Stop() {
   });
   {
     std::unique_lock lock(mutex);
-    idle.wait_for(lock, std::chrono::milliseconds(kStopGraceMs), [this] { return busy == 0; });
+    aborting =
+        !idle.wait_for(lock, std::chrono::milliseconds(kStopGraceMs), [this] { return busy == 0; });
+    ended = true;
   }
   context.stop();
   for (std::thread& thread : threads) {
@@ -373,10 +346,16 @@ void HttpServer::State::Stop() {
   acceptor.close(ignored);  // where no thread came to do it
 }
 
-void HttpServer::State::BusyChanged(int change) {
+// False when the server has ended: a reply would be cut.
+bool HttpServer::State::Begin() {
   const std::lock_guard lock(mutex);
-  busy += change;
-  if (busy == 0) {
+  busy += ended ? 0 : 1;
+  return !ended;
+}
+
+void HttpServer::State::End() {
+  const std::lock_guard lock(mutex);
+  if (--busy == 0) {
     idle.notify_all();
   }
 }
@@ -521,31 +500,27 @@ Reply HttpServer::State::Answer(Parsed& parsed, const asio::ip::address& address
     return RefusalReply(403, parsed.target);
   }
   bool gone = false;  // the system reports a reset only once
-  const auto abandoned = [&] { return gone = gone || stopping || IsReset(socket); };
+  const auto abandoned = [&] { return gone = gone || aborting || IsReset(socket); };
   try {
     return handler({parsed.target, ClientOf(address), Clock::now(), NextRandom(), abandoned,
-                    parsed.post, std::move(parsed.body), parsed.contentType, parsed.ifNoneMatch});
+                    parsed.post, std::move(parsed.body), parsed.contentType, parsed.ifNoneMatch,
+                    parsed.acceptEncoding});
   } catch (const std::exception&) {
     return RefusalReply(500, parsed.target);
   }
 }
 
-void HttpServer::State::Log(const Parsed& parsed, const asio::ip::address& address,
-                            const Reply& reply, Clock::time_point start) const {
-  if (!options.log) {
-    return;
+void HttpServer::State::Note(const Parsed& parsed, const asio::ip::address& address,
+                             const Reply& reply, Clock::time_point start,
+                             std::string_view limit) const {
+  if (options.served) {
+    const std::string_view method = parsed.refusal != 0 ? ""
+                                    : parsed.head       ? "HEAD"
+                                    : parsed.post       ? "POST"
+                                                        : "GET";
+    options.served({method, parsed.target, address.to_string(), reply.status, BodyBytes(reply),
+                    Clock::now() - start, limit});
   }
-  const std::chrono::duration<double, std::milli> taken = Clock::now() - start;
-  std::array<char, 32> milliseconds{};
-  std::snprintf(milliseconds.data(), milliseconds.size(), "%.2f", taken.count());
-  const std::string method = parsed.refusal != 0 ? "- -"
-                                                 : (parsed.head   ? "HEAD "
-                                                    : parsed.post ? "POST "
-                                                                  : "GET ") +
-                                                       PathForLog(parsed.target);
-  options.log(UtcNow() + " " + address.to_string() + " " + method + " " +
-              std::to_string(reply.status) + " " + std::to_string(BodyBytes(reply)) + " " +
-              milliseconds.data());
 }
 
 asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Place, Place) {
@@ -560,7 +535,9 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Place, Place)
     if (!parsed) {
       co_return;
     }
-    BusyChanged(1);
+    if (!Begin()) {
+      co_return;
+    }
     const Clock::time_point start = Clock::now();
     const auto forwarded = options.behindProxy ? LastForwarded(parsed->forwardedFor) : std::nullopt;
     const asio::ip::address address = forwarded.value_or(peer);
@@ -574,8 +551,8 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Place, Place)
     }
     open = parsed->keepAlive && !stopping;
     const bool written = co_await WriteReply(stream, reply, open, !parsed->head);
-    Log(*parsed, address, reply, start);
-    BusyChanged(-1);
+    Note(*parsed, address, reply, start, crowded ? "simultaneas" : room ? "" : "memoria");
+    End();
     if (!written) {
       co_return;
     }
@@ -587,7 +564,7 @@ asio::awaitable<void> HttpServer::State::RefuseBusy(tcp::socket socket, Place) {
   beast::tcp_stream stream(std::move(socket));
   const asio::ip::address peer = PeerOf(stream.socket());
   const Reply reply = RefusalReply(503, {});
-  Log(Refused(503), peer, reply, Clock::now());
+  Note(Refused(503), peer, reply, Clock::now(), "conexiones");
   if (co_await WriteReply(stream, reply, false, true)) {
     co_await Linger(stream);
   }
@@ -617,6 +594,10 @@ HttpServer::~HttpServer() {
 
 std::uint16_t HttpServer::Port() const {
   return state_->port;
+}
+
+int HttpServer::Connections() const {
+  return state_->connections.Taken();
 }
 
 void HttpServer::Stop() {

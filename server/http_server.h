@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "server/exchange.h"
 #include "server/handler.h"
 #include "server/limits.h"
 
@@ -19,16 +20,14 @@ struct ServerOptions {
   bool behindProxy = false;           // X-Forwarded-For names the client's address
   bool ownMachineOnly = false;        // refuses what another host's web page made a browser ask
   int threads = 0;                    // 0: as many as suit the machine
-  int maxConnections = kMaxConnections;
+  std::uint16_t maxConnections = kMaxConnections;
   // From one address (an IPv6 network, /64, is one). Behind a proxy all connections are the
   // proxy's: there this many requests of one client are served at the same time.
-  int maxConnectionsOfAddress = kMaxConnectionsOfAddress;
+  std::uint16_t maxConnectionsOfAddress = kMaxConnectionsOfAddress;
   std::size_t maxReplyBytes = kMaxReplyBytes;  // beyond it a request gets a 503
   std::chrono::milliseconds slowClient{kSlowClientMs};
-  // Gets one line for each request, UTF-8 without a line end: time (UTC), address, method, path,
-  // status, bytes of the body, milliseconds. What was searched for or uploaded is not in it.
-  // Called from several threads. May be empty.
-  std::function<void(std::string_view line)> log;
+  // Called after each request, from several threads. May be empty.
+  std::function<void(const Exchange& exchange)> served;
 };
 
 using RequestHandler = std::function<Reply(const Request&)>;
@@ -45,7 +44,9 @@ class HttpServer {
   HttpServer& operator=(const HttpServer&) = delete;
 
   std::uint16_t Port() const;
-  // Takes no more requests, lets the replies under way end (kStopGraceMs at most).
+  int Connections() const;  // open at the moment
+  // Takes no more connections and lets the requests under way end (kStopGraceMs at most); those
+  // that take longer are abandoned.
   void Stop();
 
  private:

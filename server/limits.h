@@ -24,6 +24,11 @@ inline constexpr int kAcceptRetryMs = 100;            // after running out of fi
 inline constexpr std::size_t kMaxReplyBytes = std::size_t{256} << 20;  // kept for replies under way
 inline constexpr int kStopGraceMs = 3'000;  // for replies under way when the server ends
 
+// Compression of replies to the page and to other programs: smaller ones hardly shrink, larger ones
+// would take the processor for more than some 20 ms.
+inline constexpr std::size_t kMinCompressedBytes = std::size_t{1} << 10;
+inline constexpr std::size_t kMaxCompressedBytes = std::size_t{1} << 20;
+
 // Listings.
 inline constexpr std::size_t kMaxSearchRecords = 500;
 inline constexpr std::size_t kMaxSearchWords = 16;     // different ones; the rest is not looked for
@@ -42,6 +47,26 @@ inline constexpr std::size_t kMaxIndexBytes = std::size_t{1} << 30;  // of the s
 // Uploads.
 inline constexpr int kUploadsPerMinute = 20;  // from one address
 inline constexpr std::size_t kMaxRememberedAddresses = 10'000;
+
+// The database. A request that takes one of its statements longer, or finds no connection, gets a
+// 503; the longest it can wait is about twice kDatabaseUseMs.
+inline constexpr int kDatabaseConnections = 16;       // of one server; half of its threads
+inline constexpr int kDatabaseWaitMs = 2'000;         // for one of them
+inline constexpr int kDatabaseUseMs = 8'000;          // then the connection is cut
+inline constexpr int kDatabaseUpgradeMs = 3'600'000;  // as above, while the schema is made
+inline constexpr int kDatabaseRetryMs = 500;          // between attempts while it is away
+inline constexpr int kDatabaseWatchMs = 250;          // between looks for connections to be cut
+inline constexpr int kMaxCopiedBytes = 1 << 20;       // and melodies in one transaction of a copy
+inline constexpr std::size_t kMaxCopiedMelodies = 200;
+inline constexpr std::size_t kListingRows = 4'096;  // asked for at once
+
+// Conversions, checks and imports from one address, counted by the work that they make: one for
+// every kConversionBytes of the body, begun ones included.
+inline constexpr int kConversionsPerMinute = 1'200;
+inline constexpr std::size_t kConversionBytes = std::size_t{4} << 10;
+
+// Of a MIDI file, melodies are made of this many voices.
+inline constexpr std::size_t kMostVoices = 32;
 
 // The embedded server.
 inline constexpr int kGuestPollMs = 500;   // between two looks whether the folder became free

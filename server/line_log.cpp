@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 #ifdef _WIN32
 #include <io.h>
 #else
@@ -49,12 +50,20 @@ void SecureStandardStreams() {
 
 #endif
 
-LineLog::LineLog(const std::string& file) {
+LineLog::LineLog(const std::string& file) : name_(file) {
   if (!file.empty()) {
     file_.open(file, std::ios::app | std::ios::binary);
     if (!file_) {
       throw std::runtime_error("no se puede escribir el registro «" + file + "»");
     }
+  }
+}
+
+void LineLog::Reopen() {
+  std::ofstream fresh(name_, std::ios::app | std::ios::binary);
+  const std::lock_guard lock(mutex_);
+  if (file_.is_open() && fresh) {
+    file_ = std::move(fresh);
   }
 }
 

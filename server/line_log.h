@@ -24,8 +24,11 @@ class LineLog {
   // "" writes to standard error. Throws std::runtime_error when the file cannot be written.
   explicit LineLog(const std::string& file);
   void operator()(std::string_view line);
+  // Opens the file anew, which may have been renamed; the old one stays when that fails.
+  void Reopen();
 
  private:
+  const std::string name_;
   std::mutex mutex_;
   std::ofstream file_;
 };

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -13,10 +14,15 @@
 #include "server/file_system.h"
 #include "server/http_server.h"
 #include "server/line_log.h"
+#include "server/metrics.h"
+#include "server/rate_limit.h"
 #include "server/shelf.h"
 #include "terminal/arguments.h"
 #ifdef _WIN32
 #include "platform/win32/console.h"
+#endif
+#ifdef TONADEX_POSTGRESQL
+#include "server/postgresql/postgresql_store.h"
 #endif
 
 namespace {
@@ -38,14 +44,27 @@ struct Arguments {
   // The desktop program's own place, so that both share their melodies.
   std::string folder = (tonadex::platform::ProgramFolderPath() / "servidor").string();
   std::string logFile;
+  bool logsJson = false;
+  std::uint16_t uploadsPerMinute = kUploadsPerMinute;
   std::string firstMelodies = InstalledMelodies();
+  std::string database;      // "": the folder
+  std::string copiedFolder;  // into the database
 };
 
-void Reload(Shelf& shelf, const std::stop_token& stop) {
+// How many melodies there are, for a line of text.
+std::string CountWords(const Store& store) {
   try {
-    if (shelf.Reload(stop)) {
-      SayLine(Stream::kOutput,
-              "Carpeta leída de nuevo: " + std::to_string(shelf.size()) + " melodías");
+    return std::to_string(store.size()) + " melodías";
+  } catch (const StoreAway&) {
+    return "sin llegar aún a las melodías";
+  }
+}
+
+void Reload(Store& store, LineLog& log, const std::stop_token& stop) {
+  log.Reopen();
+  try {
+    if (store.Reload(stop)) {
+      SayLine(Stream::kOutput, "Carpeta leída de nuevo: " + CountWords(store));
     }
   } catch (const std::exception& error) {  // what was there is served on
     SayLine(Stream::kError,
@@ -68,32 +87,99 @@ std::unique_ptr<FolderLock> LockUnlessReadOnly(const std::string& folder) {
   return lock;
 }
 
-int Serve(Arguments& arguments) {
+Reply MetricsReply(const Metrics& metrics, const Store& store, int connections) {
+  Gauges gauges{.melodies = {}, .connections = connections};
+  try {
+    gauges.melodies = store.Reachable() ? std::optional(store.size()) : std::nullopt;
+  } catch (const StoreAway&) {  // since the question
+  }
+  Reply reply = TextReply(200, metrics.Text(gauges));
+  reply.contentType = kMetricsType;
+  return reply;
+}
+
+// Serves until a signal ends it. `ready` is called with the port.
+void ServeStore(Arguments& arguments, Store& store,
+                const std::function<void(std::uint16_t port)>& ready) {
+  LineLog log(arguments.logFile);
+  RaiseOpenFileLimit();
+  Metrics metrics;
+  arguments.server.served = [&, inJson = arguments.logsJson](const Exchange& exchange) {
+    metrics.Count(exchange);
+    log(inJson ? LogJson(exchange) : LogLine(exchange));
+  };
+  RateLimit conversions(kConversionsPerMinute);
+  std::atomic<const HttpServer*> running = nullptr;
+  HttpServer server(arguments.server, [&](const Request& request) {
+    const HttpServer* listening = running;
+    return !request.post && request.target == kMetricsPath
+               ? MetricsReply(metrics, store, listening == nullptr ? 0 : listening->Connections())
+               : Handle(request, store, &conversions);
+  });
+  running = &server;
+  const auto announce = [&] {
+    ready(server.Port());
+    SayLine(Stream::kOutput, "Tonadex " TONADEX_VERSION ": " + CountWords(store) + " en http://" +
+                                 arguments.server.address + ":" + std::to_string(server.Port()) +
+                                 "/");
+  };
+  WaitForEndSignal(announce, [&](const std::stop_token& stop) { Reload(store, log, stop); });
+}
+
+int ServeFolder(Arguments& arguments) {
   const fs::path folder = arguments.folder;
   fs::create_directories(folder);
   const auto lock = LockUnlessReadOnly(arguments.folder);
-  LineLog log(arguments.logFile);
-  RaiseOpenFileLimit();
   if (lock) {
     FillEmptyShelf(folder, arguments.firstMelodies);
   }
-  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly);
-  arguments.server.log = [&log](std::string_view line) { log(line); };
-  HttpServer server(arguments.server, [&shelf](const Request& r) { return Handle(r, shelf); });
-  const auto announce = [&] {
-    if (!lock || !PublishPort(folder, server.Port())) {
+  Shelf shelf(folder, lock ? ShelfAccess::kReadWrite : ShelfAccess::kReadOnly,
+              arguments.uploadsPerMinute);
+  ServeStore(arguments, shelf, [&](std::uint16_t port) {
+    if (!lock || !PublishPort(folder, port)) {
       SayLine(Stream::kError, "tonadex-server: aviso: no se puede escribir en la carpeta «" +
                                   arguments.folder + "»; se sirve lo que hay");
     }
-    SayLine(Stream::kOutput, "Tonadex " TONADEX_VERSION ": " + std::to_string(shelf.size()) +
-                                 " melodías en http://" + arguments.server.address + ":" +
-                                 std::to_string(server.Port()) + "/");
-  };
-  WaitForEndSignal(announce, [&shelf](const std::stop_token& stop) { Reload(shelf, stop); });
+  });
   if (lock) {
     WithdrawPort(folder);
   }
   return 0;
+}
+
+#ifdef TONADEX_POSTGRESQL
+int ServeDatabase(Arguments& arguments) {
+  if (!IsDatabaseAddress(arguments.database)) {
+    throw std::runtime_error("--almacen espera una dirección postgresql://…");
+  }
+  PostgresqlStore store(
+      arguments.database,
+      [](std::string_view line) {
+        SayLine(Stream::kError, "tonadex-server: " + std::string(line));
+      },
+      arguments.uploadsPerMinute);
+  if (!arguments.copiedFolder.empty()) {
+    const std::size_t added = store.CopyFrom(arguments.copiedFolder);
+    SayLine(Stream::kOutput,
+            "Copiadas " + std::to_string(added) + " melodías; hay " + std::to_string(store.size()));
+    return 0;
+  }
+  arguments.server.threads = 2 * kDatabaseConnections;  // some are left when those wait
+  ServeStore(arguments, store, [](std::uint16_t) {});
+  return 0;
+}
+#endif
+
+int Serve(Arguments& arguments) {
+#ifdef TONADEX_POSTGRESQL
+  if (!arguments.database.empty()) {
+    return ServeDatabase(arguments);
+  }
+  if (!arguments.copiedFolder.empty()) {
+    throw std::runtime_error("--copiar-de copia a la base de datos de --almacen, que falta");
+  }
+#endif
+  return ServeFolder(arguments);
 }
 
 tonadex::terminal::Program Describe(Arguments& arguments) {
@@ -107,14 +193,42 @@ tonadex::terminal::Program Describe(Arguments& arguments) {
       {"--registro", "FICHERO",
        "Fichero al que se añade una línea por petición (si falta, la salida de errores)",
        &arguments.logFile},
+      {"--registro-json", "", "Cada línea del registro es un objeto JSON", &arguments.logsJson},
       {"--estanteria", "CARPETA", "Melodías con las que se llena una carpeta vacía",
        &arguments.firstMelodies},
       {"--proxy", "",
        "Hay un proxy delante: la dirección del cliente es la última de X-Forwarded-For",
        &server.behindProxy},
+      {.names = "--conexiones",
+       .valueName = "NÚMERO",
+       .help = "Conexiones a la vez",
+       .value = &server.maxConnections,
+       .least = 1},
+      {.names = "--conexiones-por-cliente",
+       .valueName = "NÚMERO",
+       .help = "De ellas, las de una dirección; con --proxy, peticiones a la vez",
+       .value = &server.maxConnectionsOfAddress,
+       .least = 1},
+      {.names = "--subidas-por-minuto",
+       .valueName = "NÚMERO",
+       .help = "Melodías que una dirección puede subir en un minuto",
+       .value = &arguments.uploadsPerMinute},
+#ifdef TONADEX_POSTGRESQL
+      {.names = "--almacen",
+       .valueName = "DIRECCIÓN",
+       .help = "Base de datos de las melodías, postgresql://…, en lugar de la carpeta",
+       .value = &arguments.database},
+      {.names = "--copiar-de",
+       .valueName = "CARPETA",
+       .help = "Copia a la base de datos las melodías de una carpeta, y termina",
+       .value = &arguments.copiedFolder},
+#endif
   };
-  return {{"tonadex-server", "Servidor de melodías de Tonadex", options,
-           [&arguments] { return Serve(arguments); }}};
+  return {{.name = "tonadex-server",
+           .help = "Servidor de melodías de Tonadex",
+           .options = options,
+           .run = [&arguments] { return Serve(arguments); },
+           .variables = "TONADEX_"}};
 }
 
 }  // namespace

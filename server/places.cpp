@@ -14,6 +14,12 @@ Place Places::Take(const std::string& address) {
   return {this, [this, address](const void*) { GiveBack(address); }};
 }
 
+int Places::Taken(const std::string& address) const {
+  const std::lock_guard lock(mutex_);
+  const auto entry = taken_.find(address);
+  return entry == taken_.end() ? 0 : entry->second;
+}
+
 void Places::GiveBack(const std::string& address) {
   const std::lock_guard lock(mutex_);
   const auto entry = taken_.find(address);

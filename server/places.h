@@ -18,12 +18,13 @@ class Places {
 
   // Null when the address has all of its places. Without an address all callers share them.
   Place Take(const std::string& address = {});
+  int Taken(const std::string& address = {}) const;
 
  private:
   void GiveBack(const std::string& address);
 
   const int most_;
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::unordered_map<std::string, int> taken_;
 };
 

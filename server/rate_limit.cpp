@@ -11,7 +11,7 @@ double RateLimit::Refilled(const Allowance& allowance, Clock::time_point now) co
   return std::min<double>(perMinute_, allowance.left + minutes * perMinute_);
 }
 
-bool RateLimit::Allow(std::string_view address, Clock::time_point now) {
+bool RateLimit::Allow(std::string_view address, Clock::time_point now, double count) {
   const std::lock_guard lock(mutex_);
   std::string key(address);
   auto entry = allowances_.find(key);
@@ -27,10 +27,10 @@ bool RateLimit::Allow(std::string_view address, Clock::time_point now) {
   }
   Allowance& allowance = entry->second;
   allowance = {Refilled(allowance, now), now};
-  if (allowance.left < 1) {
+  if (allowance.left < count) {
     return false;
   }
-  allowance.left -= 1;
+  allowance.left -= count;
   return true;
 }
 

@@ -16,8 +16,8 @@ class RateLimit {
  public:
   explicit RateLimit(int perMinute) : perMinute_(perMinute) {}
 
-  // Counts one more and says whether it is allowed.
-  bool Allow(std::string_view address, Clock::time_point now);
+  // Counts one more, or as much as `count`, and says whether it is allowed.
+  bool Allow(std::string_view address, Clock::time_point now, double count = 1);
 
  private:
   struct Allowance {

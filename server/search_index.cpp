@@ -39,22 +39,6 @@ void ForEachGram(std::string_view text, Use use) {
   }
 }
 
-// Different words, the longest first: they are the rarest, as a rule.
-std::vector<std::string_view> SplitWords(std::string_view query) {
-  std::vector<std::string_view> words;
-  while (!query.empty() && words.size() < kMaxSearchWords) {
-    const auto blank = std::ranges::find_if(query, [](char c) { return Code(c) <= ' '; });
-    const auto length = static_cast<std::size_t>(blank - query.begin());
-    const std::string_view word = query.substr(0, length);
-    if (!word.empty() && std::ranges::find(words, word) == words.end()) {
-      words.push_back(word);
-    }
-    query.remove_prefix(std::min(length + 1, query.size()));
-  }
-  std::ranges::sort(words, std::greater(), &std::string_view::size);
-  return words;
-}
-
 LineSet FirstLines(std::size_t count) {
   LineSet lines{};
   for (std::size_t i = 0; i < count; i += 64) {
@@ -94,6 +78,32 @@ std::string_view Line(const std::string& text, const std::vector<std::uint32_t>&
 
 }  // namespace
 
+std::string SearchedName(std::string_view description, std::string_view fileName) {
+  std::string name = core::Fold(description);
+  const std::string stem = core::Fold(fileName.substr(0, fileName.find('.')));
+  if (!core::Contains(name, stem)) {
+    name.append(1, ' ').append(stem);
+  }
+  return name;
+}
+
+std::vector<std::string> SearchWords(std::string_view query) {
+  const std::string folded = core::Fold(query.substr(0, kMaxSearchBytes));
+  std::string_view rest = folded;
+  std::vector<std::string> words;
+  while (!rest.empty() && words.size() < kMaxSearchWords) {
+    const auto blank = std::ranges::find_if(rest, [](char c) { return Code(c) <= ' '; });
+    const auto length = static_cast<std::size_t>(blank - rest.begin());
+    const std::string_view word = rest.substr(0, length);
+    if (!word.empty() && std::ranges::find(words, word) == words.end()) {
+      words.emplace_back(word);
+    }
+    rest.remove_prefix(std::min(length + 1, rest.size()));
+  }
+  std::ranges::sort(words, std::greater(), &std::string::size);
+  return words;
+}
+
 struct SearchIndex::Block {
   std::size_t size() const { return nameEnds.size(); }
   std::string_view Name(std::size_t line) const { return Line(names, nameEnds, line); }
@@ -109,8 +119,8 @@ struct SearchIndex::Block {
 
 // What a search looks for.
 struct SearchIndex::Query {
-  std::vector<std::string_view> words;  // the longest first
-  std::vector<std::uint16_t> grams;     // of all words, the rarest first
+  std::vector<std::string> words;    // the longest first
+  std::vector<std::uint16_t> grams;  // of all words, the rarest first
 };
 
 SearchIndex::SearchIndex() : blocks_{std::make_shared<Block>()} {}
@@ -128,11 +138,7 @@ SearchIndex::Block& SearchIndex::WritableTail() {
 }
 
 void SearchIndex::Add(std::string_view description, std::string_view fileName) {
-  std::string name = core::Fold(description);
-  const std::string stem = core::Fold(fileName.substr(0, fileName.find('.')));
-  if (!core::Contains(name, stem)) {
-    name.append(1, ' ').append(stem);
-  }
+  const std::string name = SearchedName(description, fileName);
   Block& block = WritableTail();
   const std::size_t line = block.size();
   ForEachGram(name, [&](std::size_t gram) {
@@ -170,9 +176,9 @@ std::vector<SharedText> SearchIndex::Records() const {
   return texts;
 }
 
-SearchIndex::Query SearchIndex::MakeQuery(std::string_view folded) const {
-  Query query{SplitWords(folded), {}};
-  for (const std::string_view word : query.words) {
+SearchIndex::Query SearchIndex::MakeQuery(std::string_view text) const {
+  Query query{SearchWords(text), {}};
+  for (const std::string& word : query.words) {
     ForEachGram(word,
                 [&](std::size_t gram) { query.grams.push_back(static_cast<std::uint16_t>(gram)); });
   }
@@ -185,8 +191,7 @@ SearchIndex::Query SearchIndex::MakeQuery(std::string_view folded) const {
 
 std::vector<std::uint32_t> SearchIndex::Search(std::string_view text, std::size_t limit,
                                                const std::function<bool()>& abandoned) const {
-  const std::string folded = core::Fold(text.substr(0, kMaxSearchBytes));
-  const Query query = MakeQuery(folded);
+  const Query query = MakeQuery(text);
   std::vector<std::uint32_t> found;
   if (!query.grams.empty() && counts_[query.grams.front()] == 0) {
     return found;  // no name holds the rarest one
@@ -205,7 +210,8 @@ std::vector<std::uint32_t> SearchIndex::Search(std::string_view text, std::size_
     }
     ForEachFromLast(left, [&](std::size_t line) {
       const std::string_view name = block.Name(line);
-      if (std::ranges::all_of(query.words, [&](auto word) { return core::Contains(name, word); })) {
+      if (std::ranges::all_of(query.words,
+                              [&](const auto& word) { return core::Contains(name, word); })) {
         found.push_back(static_cast<std::uint32_t>(b * kBlockLines + line));
       }
       return found.size() < limit;

@@ -14,6 +14,13 @@ namespace tonadex::server {
 // A text that several owners share.
 using SharedText = std::shared_ptr<const std::string>;
 
+// What searches look in: the folded description, and the folded stem unless it is part of that.
+std::string SearchedName(std::string_view description, std::string_view fileName);
+
+// The different folded words of a query, the longest first (they are the rarest, as a rule): at
+// most kMaxSearchWords, from its first kMaxSearchBytes.
+std::vector<std::string> SearchWords(std::string_view query);
+
 // The names of all melodies, in blocks that copies of an index share: a copy costs a pointer for
 // each block, and adding to it one new block, while the original stays as it is. Texts are
 // Windows-1252. Not synchronised.
@@ -45,7 +52,7 @@ class SearchIndex {
   static constexpr std::size_t kGrams = 256 + 1024 + 1024;  // one, two, three bytes
 
   Block& WritableTail();
-  Query MakeQuery(std::string_view folded) const;
+  Query MakeQuery(std::string_view text) const;
 
   std::vector<std::shared_ptr<Block>> blocks_;  // all but the last are full
   std::size_t size_ = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "server/compression.h"
 #include "server/embedded_file.h"
 #include "server/etag.h"
 
@@ -34,11 +35,15 @@ std::optional<Reply> WebReply(const Request& request, std::string_view path) {
   if (file == std::end(kFiles)) {
     return std::nullopt;
   }
-  Reply reply = TextReply(200, EmbeddedFile(file->name));
+  const bool packed = AcceptsGzip(request.acceptEncoding);
+  Reply reply = TextReply(200, EmbeddedFile(std::string(file->name) + (packed ? ".gz" : "")));
   reply.contentType = file->type;
   reply.maxAgeSeconds = kMaxAgeSeconds;
   reply.fields = kSecurityFields;
-  return WithETag(std::move(reply), request.ifNoneMatch);
+  reply.fields += kVaryField;
+  reply = WithETag(std::move(reply), request.ifNoneMatch);
+  reply.fields += packed && reply.status == 200 ? kGzipField : "";
+  return reply;
 }
 
 std::string ContractText() {

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <memory>
 #include <string_view>
 
@@ -46,23 +47,33 @@ std::string Culprit(const CLI::ParseError& error) {
 }
 
 // The error and its cause: "hay un argumento que no se entiende: --x".
-std::string UseError(const CLI::ParseError& error) {
+std::string UseError(const CLI::ParseError& error, const std::string& culprit) {
   std::string words = "uso incorrecto";
   for (const ErrorWords& known : kErrorWords) {
     if (known.code == error.get_exit_code()) {
       words = known.words;
     }
   }
-  const std::string culprit = Culprit(error);
   return words + (culprit.empty() ? "" : ": " + culprit);
 }
 
-std::string UseError(const CLI::ParseError& error, const CLI::App& app) {
+// The option, or the environment variable that its value came from.
+std::string Source(const std::string& option, const CLI::App& app,
+                   const std::vector<std::string>& given) {
+  const CLI::Option* known = app.get_option_no_throw(option);
+  const bool typed = std::ranges::any_of(
+      given, [&option](const std::string& argument) { return argument.starts_with(option); });
+  return known == nullptr || typed || known->get_envname().empty() ? option : known->get_envname();
+}
+
+std::string UseError(const CLI::ParseError& error, const CLI::App& app,
+                     const std::vector<std::string>& given) {
   // CLI11 reports a missing command before unknown arguments; the unknown argument is the better
   // message.
   const std::vector<std::string> unknown = app.remaining();
   const bool noCommand = app.get_subcommands().empty() && !unknown.empty();
-  return noCommand ? UseError(CLI::ExtrasError({unknown[0]})) : UseError(error);
+  return noCommand ? UseError(CLI::ExtrasError({unknown[0]}), unknown[0])
+                   : UseError(error, Source(Culprit(error), app, given));
 }
 
 CLI::Option* AddOption(CLI::App& app, const Option& option, bool* value) {
@@ -91,9 +102,18 @@ std::shared_ptr<CLI::Formatter> SpanishHelp() {
   formatter->label("OPTIONS", "OPCIONES");
   formatter->label("SUBCOMMAND", "ORDEN");
   formatter->label("REQUIRED", "(obligatorio)");
+  formatter->label("Env", "variable");
   formatter->label("Positionals", "Argumentos");
   formatter->column_width(34);
   return formatter;
+}
+
+std::string Variable(const std::string& prefix, const std::string& option) {
+  std::string name = prefix;
+  for (const char c : option.substr(option.rfind("--") + 2)) {
+    name += c == '-' ? '_' : static_cast<char>(c & ~0x20);  // the names are small letters
+  }
+  return name;
 }
 
 void Describe(CLI::App& app, const Command& command) {
@@ -101,6 +121,13 @@ void Describe(CLI::App& app, const Command& command) {
     CLI::Option* added =
         std::visit([&](auto* value) { return AddOption(app, option, value); }, option.value);
     added->required(option.required);
+    if (option.least > 0) {
+      const int most = std::numeric_limits<std::uint16_t>::max();
+      added->check(CLI::Range(int{option.least}, most).description(""));
+    }
+    if (!command.variables.empty()) {
+      added->envname(Variable(command.variables, option.names));
+    }
     if (!option.valueName.empty()) {
       added->type_name(option.valueName);
     }
@@ -118,7 +145,7 @@ void Describe(CLI::App& app, const Command& command) {
 
 }  // namespace
 
-int Run(const Program& program, std::vector<std::string> arguments, std::ostream& out,
+int Run(const Program& program, const std::vector<std::string>& arguments, std::ostream& out,
         std::ostream& err) {
   const std::string& name = program.self.name;
   CLI::App app(program.self.help, name);
@@ -134,12 +161,13 @@ int Run(const Program& program, std::vector<std::string> arguments, std::ostream
     Describe(added, command);
   }
   try {
-    std::reverse(arguments.begin(), arguments.end());  // CLI11 takes the last one first
-    app.parse(std::move(arguments));
+    std::vector<std::string> backwards(arguments.rbegin(), arguments.rend());  // as CLI11 has it
+    app.parse(std::move(backwards));
   } catch (const CLI::Success& success) {  // --help, --version
     return app.exit(success, out, err);
   } catch (const CLI::ParseError& error) {
-    err << name << ": " << UseError(error, app) << "\nPrueba «" << name << " --help»." << std::endl;
+    err << name << ": " << UseError(error, app, arguments) << "\nPrueba «" << name << " --help»."
+        << std::endl;
     return kWrongArguments;
   }
   return chosen->run();

@@ -21,6 +21,7 @@ struct Option {
                std::vector<std::string>*>
       value;
   bool required = false;
+  std::uint16_t least = 0;  // of a number
 };
 
 struct Command {
@@ -28,6 +29,9 @@ struct Command {
   std::vector<Option> options;
   std::function<int()> run;  // returns the exit code
   std::string footer = {};   // after the help; "" for the program's footer
+  // Every option that is not given is taken from the environment variable with this prefix and the
+  // option's name ("TONADEX_PUERTO" for --puerto; a flag is "1" or "0"). "" for no variables.
+  std::string variables = {};
 };
 
 // `self` describes the program; it is run when there are no commands.
@@ -41,7 +45,7 @@ inline constexpr int kWrongArguments = 2;
 // Parses the arguments (without the program's name), runs the chosen command and returns its exit
 // code; 0 after help or version; kWrongArguments for invalid arguments, explained in Spanish on
 // `err`. Exceptions of the command propagate.
-int Run(const Program& program, std::vector<std::string> arguments, std::ostream& out,
+int Run(const Program& program, const std::vector<std::string>& arguments, std::ostream& out,
         std::ostream& err);
 
 }  // namespace tonadex::terminal

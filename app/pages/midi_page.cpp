@@ -23,7 +23,12 @@ constexpr std::string_view kNoNotes = "el fichero MIDI no tiene ninguna nota";
 constexpr std::string_view kFirstBar = u8"Desde el com&pás"_w;
 constexpr std::string_view kNoBar = u8"En esos compases la voz no tiene notas."_w;
 constexpr std::string_view kNothingLost = u8"La melodía entra entera."_w;
-constexpr int kListHeight = 150, kTextHeight = 60;
+constexpr int kListHeight = 120, kTextHeight = 60, kLeastField = 136;
+
+constexpr ControlInfo Choice(std::string_view name, Control F::*member, std::string_view caption,
+                             std::string_view help, Handler click) {
+  return Button(Look::kChoice, name, member, caption, "", help, click);
+}
 
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("midiTitle", &F::midiTitle, "", Font::kHeading),
@@ -43,12 +48,16 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Label("midiNotesLabel", &F::midiNotesLabel, "No&tas como mucho", &F::midiNotes),
     Row(Look::kLine, "midiNotes", &F::midiNotes, "Notas y pausas como mucho",
         {Event::kChange, &F::midiChoice_Change}),
-    Label("midiTakenLabel", &F::midiTakenLabel, "&Si suenan varias", &F::midiTaken),
-    Row(Look::kComboBox, "midiTaken", &F::midiTaken,
-        u8"Qué nota queda de las que suenan a la vez"_w, {Event::kChange, &F::midiChoice_Change}),
-    Label("midiOctavesLabel", &F::midiOctavesLabel, "O&ctavas", &F::midiOctaves),
-    Row(Look::kComboBox, "midiOctaves", &F::midiOctaves, u8"Octavas de la melodía"_w,
-        {Event::kChange, &F::midiChoice_Change}),
+    Words("midiTakenLabel", &F::midiTakenLabel, "Si suenan varias"),
+    Choice("highestTaken", &F::highestTaken, u8"La más agu&da"_w,
+           u8"De las notas que suenan a la vez queda la más aguda"_w, &F::highestTaken_Click),
+    Choice("firstTaken", &F::firstTaken, "L&a primera",
+           u8"De las notas que suenan a la vez queda la que empezó antes"_w, &F::firstTaken_Click),
+    Words("midiOctavesLabel", &F::midiOctavesLabel, "Octavas"),
+    Choice("phonesOctaves", &F::phonesOctaves, u8"Las del &móvil"_w,
+           u8"Subir o bajar la melodía hasta las octavas de tu móvil"_w, &F::phonesOctaves_Click),
+    Choice("filesOctaves", &F::filesOctaves, "Las del &fichero",
+           "Dejar las notas en las octavas del fichero", &F::filesOctaves_Click),
     View("midiView", &F::midiView, &F::midiDrawing, Sounding::kMidi),
     Row(Look::kNotices, "midiText", &F::midiText, u8"La melodía en RTTTL"_w),
     Row(Look::kNotices, "midiRemarks", &F::midiRemarks, u8"Lo que cambia en la melodía"_w),
@@ -82,7 +91,10 @@ std::span<const ControlInfo> MidiPage::Rows() {
 
 Part MidiPage::Layout() {
   const auto choice = [](Control F::*label, Control F::*field) {
-    return Field(label, The(field).Weight(1));
+    return Field(label, The(field).Weight(1)).Widths(kLeastField, Part::kUnbounded);
+  };
+  const auto choices = [](Control F::*label, Control F::*one, Control F::*other) {
+    return Field(label, Row({The(one), The(other)}));
   };
   return Column({
                     The(&F::midiTitle),
@@ -93,9 +105,9 @@ Part MidiPage::Layout() {
                         .Weight(5),
                     Row({choice(&F::midiBarLabel, &F::midiBar),
                          choice(&F::midiNotesLabel, &F::midiNotes),
-                         choice(&F::midiTakenLabel, &F::midiTaken),
-                         choice(&F::midiOctavesLabel, &F::midiOctaves)})
-                        .Gap(look::kPageMargin),
+                         choices(&F::midiTakenLabel, &F::highestTaken, &F::firstTaken),
+                         choices(&F::midiOctavesLabel, &F::phonesOctaves, &F::filesOctaves)})
+                        .Wraps(),
                     The(&F::midiView).Weight(3).Heights(look::kLowestView, look::kTallestView),
                     Row({The(&F::midiText).Weight(3).Heights(kTextHeight),
                          The(&F::midiRemarks).Weight(2).Heights(kTextHeight)})
@@ -107,14 +119,7 @@ Part MidiPage::Layout() {
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
 }
 
-MidiPage::MidiPage(SharedState& state) : state_(state) {
-  midiTaken.AddRow(u8"La más aguda"_w);
-  midiTaken.AddRow("La primera");
-  midiOctaves.AddRow(u8"Las del móvil"_w);
-  midiOctaves.AddRow("Las del fichero");
-  midiTaken.Select(0);
-  midiOctaves.Select(0);
-}
+MidiPage::MidiPage(SharedState& state) : state_(state) {}
 
 void MidiPage::ReadMidiFile(std::string_view bytes, std::string_view name) {
   auto read = midi::ReadSmf(bytes);
@@ -148,12 +153,11 @@ void MidiPage::CloseMidi() {
 }
 
 midi::SmfChoice MidiPage::Choice() const {
-  const bool phones = midiOctaves.listIndex == 0;
   midi::SmfChoice choice =
-      phones::ChoiceFor(phones ? state_.program.gPhoneModel : std::string(), name_);
+      phones::ChoiceFor(filesOctaves.value == 0 ? state_.program.gPhoneModel : "", name_);
   choice.firstBar = NumberIn(midiBar);
   choice.mostNotes = NumberIn(midiNotes);
-  choice.taken = midiTaken.listIndex == 1 ? midi::Taken::kFirst : midi::Taken::kHighest;
+  choice.taken = firstTaken.value != 0 ? midi::Taken::kFirst : midi::Taken::kHighest;
   return choice;
 }
 
@@ -198,6 +202,23 @@ void MidiPage::midiChoice_Change() {
   }
 }
 
+void MidiPage::Choose(Control& choice, int value) {
+  choice.value = value;
+  midiChoice_Change();
+}
+void MidiPage::highestTaken_Click() {
+  Choose(firstTaken, 0);
+}
+void MidiPage::firstTaken_Click() {
+  Choose(firstTaken, 1);
+}
+void MidiPage::phonesOctaves_Click() {
+  Choose(filesOctaves, 0);
+}
+void MidiPage::filesOctaves_Click() {
+  Choose(filesOctaves, 1);
+}
+
 void MidiPage::listenMidi_Click() {
   if (!midiText.text.empty()) {
     state_.program.gMelody.Text = midiText.text;
@@ -209,6 +230,10 @@ void MidiPage::RefreshMidi() {
   for (Control* button : {&listenMidi, &useMidi, &saveMidi}) {
     button->enabled = !midiText.text.empty();
   }
+  firstTaken.checked = firstTaken.value != 0;
+  highestTaken.checked = !firstTaken.checked;
+  filesOctaves.checked = filesOctaves.value != 0;
+  phonesOctaves.checked = !filesOctaves.checked;
   midiNotes.invitation = "todas";
   midiTitle.caption = "De un fichero MIDI: " + name_;
   const auto index = static_cast<std::size_t>(midiVoices.listIndex);

@@ -22,6 +22,10 @@ class MidiPage {
   void midiVoicesView_Click();
   // Makes the result anew.
   void midiChoice_Change();
+  void highestTaken_Click();
+  void firstTaken_Click();
+  void phonesOctaves_Click();
+  void filesOctaves_Click();
   void listenMidi_Click();
 
   // The voices one under the other. Empty while no file is open.
@@ -32,7 +36,8 @@ class MidiPage {
   Control midiTitle;
   Control midiVoicesLabel, midiVoice, midiVoices, midiVoicesView;
   Control midiBarLabel, midiBar, midiNotesLabel, midiNotes;
-  Control midiTakenLabel, midiTaken, midiOctavesLabel, midiOctaves;
+  Control midiTakenLabel, highestTaken, firstTaken;       // 1 in the value of firstTaken
+  Control midiOctavesLabel, phonesOctaves, filesOctaves;  // and of filesOctaves: chosen
   Control midiView, midiText, midiRemarks;
   Control leaveMidi, listenMidi, useMidi, saveMidi;
 
@@ -49,6 +54,7 @@ class MidiPage {
  private:
   midi::SmfChoice Choice() const;
   void SelectVoice(int voice);
+  void Choose(Control& choice, int value);
 
   SharedState& state_;
   std::string name_;  // without the extension

@@ -22,7 +22,7 @@ namespace {
 using namespace core::literals;
 using F = Form1;
 
-constexpr int kWidestCard = 860, kTallestCard = 560;
+constexpr int kWidestCard = 860, kTallestCard = 720;
 constexpr int kSearchWidth = 220, kLowestList = 96;
 
 constexpr std::string_view kNokia = "Nokia", kNokiaKeys = " Pulsaciones",

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <map>
 #include <numeric>
 #include <optional>
 #include <system_error>
@@ -209,11 +208,13 @@ Part Arranged(bool wide) {
                   .Weight(wide ? 2 : 0)
                   .Widths(kListWidth, wide ? kWidestList : kListWidth);
   Part drawing = The(&F::repertoireView).Weight(3).Heights(look::kLowestView, look::kTallestView);
-  Part notices =
-      Column({Row({The(&F::Label2).Weight(1), The(&F::foldButton)}),
-              The(&F::Textavisos).Weight(1000).Heights(kLowestNotices, kTallestNotices), Stretch()})
-          .Gap(look::kFieldGap)
-          .Weight(1);
+  Part notices = Column({Row({The(&F::Label2).Weight(1), The(&F::foldButton)}),
+                         The(&F::Textavisos)
+                             .Weight(1000)
+                             .Heights(kLowestNotices, wide ? Part::kUnbounded : kTallestNotices),
+                         Stretch()})
+                     .Gap(look::kFieldGap)
+                     .Weight(1);
   std::vector<Part> result;
   result.push_back(Row({The(&F::picreproducir), The(&F::picconvertir), The(&F::teclearButton),
                         The(&F::picimprimir), Stretch()})
@@ -235,7 +236,7 @@ Part Arranged(bool wide) {
   if (wide) {
     columns.push_back(Column(std::move(result)).Weight(6).Widths(0, look::kMeasure).Scrolls());
     columns.push_back(
-        Column({std::move(drawing).Weight(300), std::move(notices).Weight(200), Stretch()})
+        Column({std::move(drawing).Weight(300), std::move(notices).Weight(400), Stretch()})
             .Weight(3)
             .Widths(0, look::kMeasure)
             .Scrolls());
@@ -251,23 +252,6 @@ Part Arranged(bool wide) {
   return Row(std::move(columns))
       .Gap(look::kPageMargin)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
-}
-
-// The name in a row's text "name (stem)".
-std::string_view NameIn(std::string_view row) {
-  return row.substr(0, row.find(" ("));
-}
-
-// The name as a person reads it: the row's has lost its blanks, and the stem may have kept them.
-// The whole row where the name is missing or `doubtful`.
-std::string ShownName(std::string_view row, bool doubtful) {
-  const std::string_view name = NameIn(row), stem = core::RowStem(row);
-  if (name.empty() || doubtful) {
-    return std::string(row);
-  }
-  std::string joined(stem);
-  std::erase(joined, ' ');
-  return std::string(joined == name ? stem : name);
 }
 
 int Semitones(std::string_view text) {
@@ -471,14 +455,7 @@ void RepertoirePage::FillRepertoire() {
 
 void RepertoirePage::ShowNames() {
   all_ = state_.List1.rows;
-  std::map<std::string_view, int> names;
-  for (const ListRow& row : all_) {
-    ++names[NameIn(row.text)];
-  }
-  allShown_ = {};
-  for (const ListRow& row : all_) {
-    allShown_.push_back({ShownName(row.text, names[NameIn(row.text)] > 1), row.itemData});
-  }
+  allShown_ = ShownRows(all_);
   state_.List1.shown = allShown_;
 }
 

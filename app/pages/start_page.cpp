@@ -49,8 +49,9 @@ constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no
 constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
-constexpr int kTempoWidth = 96, kLowestNotes = 44, kTallestCards = 680;
-constexpr int kLeastCard = 400, kLeastSide = 280, kLowestNews = 48;
+constexpr int kTempoWidth = 96, kLowestNotes = 44, kLowestDrawing = 56;
+constexpr int kLeastCard = 504, kLeastSide = 280, kLowestNews = 48, kLowestChanges = 80,
+              kWidestSide = 600, kWidestNews = 480;
 
 constexpr std::string_view kApplyHelp = u8"Poner en el cuadro la melodía arreglada"_w;
 
@@ -68,7 +69,7 @@ constexpr std::string_view kNewest = u8"Lo último"_w;
 constexpr std::string_view kNoNews = u8"Aquí verás las últimas melodías del servidor."_w;
 constexpr std::string_view kNoServer = "El servidor no responde.";
 constexpr std::string_view kNotFetched = u8"El servidor no ha dado esa melodía."_w;
-constexpr std::size_t kNewestRows = 20;
+constexpr std::size_t kNewestRows = 40;
 constexpr std::uint32_t kNewsMs = 50;  // the page is painted first
 
 constexpr MenuItem kNewsMenu[] = {
@@ -189,8 +190,8 @@ std::span<const ControlInfo> StartPage::Rows() {
 namespace {
 
 Part Arranged(bool wide) {
-  const auto view = [](Control F::*drawing) {
-    return The(drawing).Weight(3).Heights(kLowestNotes, look::kTallestView);
+  const auto view = [](Control F::*drawing, int lowest) {
+    return The(drawing).Weight(3).Heights(lowest, look::kTallestView);
   };
   const auto notes = [](Control F::*label, Control F::*box) {
     return Field(label, The(box).Weight(2).Heights(kLowestNotes));
@@ -203,7 +204,7 @@ Part Arranged(bool wide) {
       notes(&F::lblformatocompo, &F::txtmelodiacompo),
       Row({The(&F::composerCheckLabel), The(&F::lblMsg).Weight(1)}).Gap(look::kPageMargin),
       The(&F::keyRow),
-      view(&F::composerView),
+      view(&F::composerView, kLowestDrawing),
       Row({Stretch(), The(&F::cmdscuchacumpo), The(&F::cmdsubecompo), The(&F::saveComposed)})
           .Wraps(),
   });
@@ -213,34 +214,33 @@ Part Arranged(bool wide) {
       Row({The(&F::rtttlCheckLabel).Weight(1), The(&F::repairButton), The(&F::undoRepairButton)}),
       The(&F::repairLabel),
       The(&F::repairList).Weight(2).Heights(kLowestNotes),
-      The(&F::repairNotices).Weight(3).Heights(kLowestNotes),
+      The(&F::repairNotices).Weight(8).Heights(kLowestChanges),
       Row({Stretch(), The(&F::cancelRepairButton), The(&F::applyRepairButton)}).Wraps(),
-      view(&F::rtttlView),
+      view(&F::rtttlView, look::kLowestView),
       Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl), The(&F::saveRtttl)})
           .Wraps(),
   });
   Part news = Card({The(&F::newsTitle), The(&F::newsList).Weight(1).Heights(kLowestNews)});
   std::vector<Part> columns;
-  columns.push_back(std::move(composer).Weight(wide ? 10 : 5).Widths(kLeastCard, Part::kUnbounded));
   if (wide) {
-    columns.push_back(std::move(rtttl).Weight(6));
-    columns.push_back(std::move(news).Weight(5));
+    columns.push_back(std::move(composer).Weight(10).Widths(kLeastCard, look::kMeasure));
+    columns.push_back(std::move(rtttl).Weight(6).Widths(0, kWidestSide));
+    columns.push_back(std::move(news).Weight(5).Widths(0, kWidestNews));
   } else {
+    columns.push_back(std::move(composer).Weight(6).Widths(kLeastCard, Part::kUnbounded));
     columns.push_back(Column({std::move(rtttl).Weight(3), std::move(news).Weight(2)})
-                          .Gap(look::kPageMargin)
-                          .Weight(3)
+                          .Weight(5)
                           .Widths(kLeastSide, Part::kUnbounded));
   }
-  Part cards = Row(std::move(columns)).Gap(look::kPageMargin).Wraps();
+  const int gap = wide ? look::kPageMargin : look::kGrid;
+  Part cards = Row(std::move(columns)).Gap(gap).Wraps();
   Part ways = Row({The(&F::phoneCard).Weight(1), The(&F::melodyCard).Weight(1),
                    The(&F::resultCard).Weight(1)})
-                  .Gap(look::kPageMargin)
+                  .Gap(gap)
                   .Wraps();
-  return Centred(Column({std::move(ways), std::move(cards).Weight(1000).Heights(0, kTallestCards),
-                         Stretch()})
-                     .Gap(look::kPageMargin),
-                 2 * look::kMeasure)
-      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin)
+  return Centred(Column({std::move(ways), std::move(cards).Weight(1)}).Gap(gap),
+                 look::kMeasure + kWidestSide + kWidestNews + 2 * gap)
+      .Margins(look::kPageMargin, look::kGrid, look::kGrid)
       .Scrolls();
 }
 
@@ -277,9 +277,10 @@ void StartPage::RefreshStart() {
   undoRepairButton.visible = here && !proposed && !unrepaired_.empty();
   repairList.visible = proposed && repairs_.size() > 1;
   // While a choice is shown, it alone asks for an answer.
-  for (Control* control : {&rtttlCheckLabel, &rtttlView, &cmdscuchartttl, &cmdsubirmelortttl}) {
+  for (Control* control : {&rtttlCheckLabel, &cmdscuchartttl, &cmdsubirmelortttl}) {
     control->visible = here && !proposed;
   }
+  rtttlView.visible = here && !proposed && !txtrtttlsube.text.empty();
   for (Control* control : {&repairLabel, &repairNotices, &applyRepairButton, &cancelRepairButton}) {
     control->visible = proposed;
   }
@@ -321,6 +322,7 @@ void StartPage::newsTimer_Timer() {
       newsList.AddRow(text, number);
     }
   });
+  newsList.shown = ShownRows(newsList.rows);
 }
 
 std::string StartPage::NewestMelody() {

@@ -32,7 +32,9 @@ constexpr int kWidestGuide = 2 * look::kMeasure - 8 * look::kGrid;
 constexpr std::uint32_t kTickMs = 50;
 constexpr int kLeastSeconds = 1, kMostSeconds = 10;
 constexpr std::string_view kGoOn = u8"Avan&zar solo"_w, kStop = "Parar (&Z)";
-constexpr std::size_t kLongWord = 11;  // longer words on a key take two lines
+constexpr double kLeastWord = 12, kMostWord = 18;  // font size of the words on a key
+constexpr std::size_t kShortPress = 3;             // "×12"
+constexpr std::size_t kLongWord = 11;              // longer words on a key take two lines
 constexpr std::string_view kNoKeys = "ninguna tecla";
 constexpr std::string_view kSeen = "En la pantalla debe verse: ";
 constexpr std::string_view kPdfFilter = "PDF (*.pdf)";
@@ -157,38 +159,39 @@ struct KeyFace {
   Ink ground, edge, ink, faint;
 };
 
-// Adds a key of the keypad: its signs, its function and how to press it now.
+// Adds a key of the keypad: its signs, its function and how to press it now. How to press a held
+// key is long: it takes the line of the function, which moves up to the label.
 void AddKey(Picture& picture, const phones::KeypadKey& key, const Box& box, const KeyFace& face,
             std::string_view press) {
   const double pad = box.height * 0.1, radius = box.height * 0.16;
   picture.push_back(Filled(box, face.ground, radius));
   picture.push_back(Frame(box, face.edge, face.edge == Ink::kBorder ? 1 : 2, radius));
-  const Box upper = {box.x + pad, box.y + pad / 2, box.width - 2 * pad, box.height * 0.52};
-  const double label = box.height * 0.42;
+  // A long function takes two lines, split at its first comma: "corchea" / "re, mi, fa".
+  const bool held = press.size() > kShortPress;
+  const std::size_t comma = key.word.size() > kLongWord ? key.word.find(", ") : key.word.npos;
+  const std::string_view word = key.word.substr(0, comma);
+  const std::string_view second = comma == key.word.npos || held ? "" : key.word.substr(comma + 2);
+  const double size = std::clamp(box.height * (second.empty() ? 0.24 : 0.2), kLeastWord, kMostWord);
+  const double line = size * 1.2;
+  double y = box.bottom() - (second.empty() ? pad : pad / 2) - line * (second.empty() ? 1 : 2);
+  const Box upper = {box.x + pad, box.y + pad / 4, box.width - 2 * pad, y - box.y - pad / 4};
+  const double label = std::min(box.height * 0.42, upper.height);
+  const Box beside = {upper.x + label * 0.8, upper.y, upper.width - label * 0.8, upper.height};
   picture.push_back(Bold(Text(std::string(1, key.label), {upper.x, upper.y, label, upper.height},
                               label, key.word.empty() ? face.faint : face.ink, Align::kLeft)));
-  if (press.empty()) {
-    picture.push_back(Text(std::string(key.signs.substr(1)),
-                           {upper.x + label, upper.y, upper.width - label, upper.height},
-                           box.height * 0.22, face.faint, Align::kRight));
+  if (press.empty() || held) {
+    picture.push_back(Text(std::string(held ? word : key.signs.substr(1)), beside, size, face.faint,
+                           Align::kRight));
   } else {
-    picture.push_back(
-        Bold(Text(std::string(press),
-                  {upper.x + label * 0.8, upper.y, upper.width - label * 0.8, upper.height},
-                  box.height * 0.3, face.ink, Align::kRight)));
+    picture.push_back(Bold(Text(std::string(press), beside, std::max(kLeastWord, box.height * 0.3),
+                                face.ink, Align::kRight)));
   }
-  // A long function takes two lines, split at its first comma: "corchea" / "re, mi, fa".
-  const std::size_t comma = key.word.size() > kLongWord ? key.word.find(", ") : key.word.npos;
-  const std::string_view second = comma == key.word.npos ? "" : key.word.substr(comma + 2);
-  const double size = std::min(18.0, box.height * (second.empty() ? 0.24 : 0.2));
-  double y = box.y + box.height * (second.empty() ? 0.6 : 0.52);
-  for (const std::string_view line : {key.word.substr(0, comma), second}) {
-    const Box row = {upper.x, y, upper.width, box.height * (second.empty() ? 0.3 : 0.22)};
-    picture.push_back(Text(std::string(line), row, size, face.ink, Align::kLeft));
-    y = row.bottom();
-    if (second.empty()) {
-      break;
-    }
+  for (const std::string_view words : {held ? press : word, second}) {
+    Shape text =
+        Text(std::string(words), {upper.x, y, upper.width, line}, size, face.ink, Align::kLeft);
+    text.bold = held;
+    picture.push_back(std::move(text));
+    y += line;
   }
 }
 

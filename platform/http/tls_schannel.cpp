@@ -146,6 +146,8 @@ class SchannelSession : public TlsSession {
 
   // One record. False when the rest of it is still to come.
   bool Decrypt(std::string& answer, std::string& plain) {
+    constexpr char kAlert = 21;  // type of a record, here the one that says goodbye
+    const bool alert = sealed_.front() == kAlert;
     std::array<SecBuffer, 4> parts{};
     parts[0] = {static_cast<ULONG>(sealed_.size()), SECBUFFER_DATA, sealed_.data()};
     SecBufferDesc list{SECBUFFER_VERSION, static_cast<ULONG>(parts.size()), parts.data()};
@@ -153,7 +155,7 @@ class SchannelSession : public TlsSession {
     if (status == SEC_E_INCOMPLETE_MESSAGE) {
       return false;
     }
-    ended_ = status == SEC_I_CONTEXT_EXPIRED;
+    ended_ = status == SEC_I_CONTEXT_EXPIRED || (status == SEC_E_OK && alert);
     Require(status == SEC_E_OK || status == SEC_I_RENEGOTIATE || ended_);
     for (const SecBuffer& part : parts) {
       if (part.BufferType == SECBUFFER_DATA) {
@@ -199,6 +201,8 @@ class SchannelSession : public TlsSession {
     if (result.dwError != 0) {
       throw net::TransferError(TimeWords(*certificate, CertificateWords(result.dwError)));
     }
+    // The policy of some systems lets a chain without its root pass.
+    Require(chain->TrustStatus.dwErrorStatus == CERT_TRUST_NO_ERROR, kCertificateUntrusted);
   }
 
   std::wstring host_;

@@ -8,7 +8,9 @@
 #include "phones/catalogue.h"
 #include "phones/phone_finder.h"
 #include "server/api/call.h"
+#include "server/compression.h"
 #include "server/etag.h"
+#include "server/limits.h"
 #include "server/web_files.h"
 
 namespace tonadex::server {
@@ -23,6 +25,7 @@ struct Endpoint {
   std::string_view path;
   Body body;  // kNone for GET
   Reply (*answer)(const Call& call);
+  bool conversion = false;  // counted by the limit of conversions
 };
 constexpr Endpoint kEndpoints[] = {
     {"/openapi.json", Body::kNone, [](const Call&) { return JsonReply(ContractText()); }},
@@ -32,13 +35,13 @@ constexpr Endpoint kEndpoints[] = {
     {"/azar", Body::kNone, RandomMelodies},
     {"/melodias", Body::kText, StoreMelody},
     {"/melodias/", Body::kNone, OneMelody},
-    {"/convertir", Body::kText, Convert},
-    {"/pasos", Body::kText, Steps},
-    {"/notas", Body::kText, Notes},
-    {"/comprobar", Body::kText, Check},
-    {"/arreglar", Body::kText, Repair},
-    {"/importar", Body::kAny, Import},
-    {"/fichero", Body::kText, MelodyFile},
+    {"/convertir", Body::kText, Convert, true},
+    {"/pasos", Body::kText, Steps, true},
+    {"/notas", Body::kText, Notes, true},
+    {"/comprobar", Body::kText, Check, true},
+    {"/arreglar", Body::kText, Repair, true},
+    {"/importar", Body::kAny, Import, true},
+    {"/fichero", Body::kText, MelodyFile, true},
     {"/qr", Body::kNone, QrCode},
 };
 
@@ -56,10 +59,19 @@ void CheckMethod(const Endpoint& endpoint, const Request& request) {
   }
 }
 
+void CheckLimit(const Request& request, RateLimit* conversions) {
+  const auto work = static_cast<double>(1 + request.body.size() / kConversionBytes);
+  if (conversions != nullptr && !conversions->Allow(request.client, request.now, work)) {
+    throw ApiProblem{429,
+                     std::string(u8"Demasiadas conversiones en poco tiempo. Espera un minuto."_w)};
+  }
+}
+
 Reply Answer(const Endpoint& endpoint, const Request& request, std::string_view path,
-             std::string_view query, Store& store) {
+             std::string_view query, Store& store, RateLimit* conversions) {
   try {
     CheckMethod(endpoint, request);
+    CheckLimit(request, endpoint.conversion ? conversions : nullptr);
     return endpoint.answer({request, Parameters(query), path.substr(endpoint.path.size()), store});
   } catch (const ApiProblem& problem) {
     Reply reply = ProblemReply(problem.status, problem.detail);
@@ -129,17 +141,24 @@ Reply JsonReply(std::string_view utf8, int status) {
   return reply;
 }
 
-Reply AnswerApi(const Request& request, std::string_view path, std::string_view query,
-                Store& store) {
+Reply AnswerApi(const Request& request, std::string_view path, std::string_view query, Store& store,
+                RateLimit* conversions) {
   const auto endpoint =
       std::ranges::find_if(kEndpoints, [&](const Endpoint& e) { return Fits(e, path); });
-  Reply reply = endpoint == std::end(kEndpoints) ? ProblemReply(404)
-                                                 : Answer(*endpoint, request, path, query, store);
+  Reply reply = endpoint == std::end(kEndpoints)
+                    ? ProblemReply(404)
+                    : Answer(*endpoint, request, path, query, store, conversions);
   if (!request.post) {
     reply = WithETag(std::move(reply), request.ifNoneMatch);
     reply.fields += "Access-Control-Allow-Origin: *\r\n";
   }
-  return reply;
+  return Compressed(std::move(reply), request.acceptEncoding);
+}
+
+std::string_view ApiRoute(std::string_view path) {
+  const auto endpoint =
+      std::ranges::find_if(kEndpoints, [&](const Endpoint& e) { return Fits(e, path); });
+  return endpoint == std::end(kEndpoints) ? "" : endpoint->path;
 }
 
 }  // namespace tonadex::server

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "core/melody_file.h"
+#include "core/rtttl_writer.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "import/open_melody.h"
@@ -12,8 +13,11 @@
 #include "json/conversion.h"
 #include "json/melody.h"
 #include "json/steps.h"
+#include "json/text.h"
+#include "midi/smf_melody.h"
 #include "phones/file_formats.h"
 #include "phones/rtttl_repair.h"
+#include "phones/smf_choice.h"
 #include "server/api/call.h"
 
 namespace tonadex::server {
@@ -45,6 +49,28 @@ auto OrProblem(std::string_view before, Work work) {
     return work();
   } catch (const core::RunTimeError& error) {
     throw ApiProblem{422, std::string(before) + error.what() + "."};
+  }
+}
+
+phones::RepairedMelody Named(std::string rtttl, std::vector<std::string> changes) {
+  std::string name = rtttl.substr(0, rtttl.find(':'));
+  return {std::move(name), std::move(rtttl), std::move(changes)};
+}
+
+// Appends an object for each voice of a MIDI file that has notes: what it is, and its melody.
+void AppendVoices(std::string& json, std::string_view midi, const midi::SmfChoice& choice) {
+  const auto read = midi::ReadSmf(midi);
+  const auto* file = std::get_if<midi::SmfFile>(&read);
+  std::vector<midi::SmfVoice> voices =
+      file == nullptr ? std::vector<midi::SmfVoice>() : midi::VoicesOf(*file);
+  voices.resize(std::min(voices.size(), kMostVoices));
+  for (const midi::SmfVoice& voice : voices) {
+    midi::SmfMelody made = midi::MelodyOf(*file, voice, choice);
+    json::AppendJson(json += json.ends_with('[') ? R"({"voz":)" : R"(,{"voz":)",
+                     midi::VoiceText(voice));
+    json.append(R"(,"melodia":)").append(voice.tune ? "true," : "false,");
+    json::AppendRepair(json, Named(core::RtttlText(made.melody), std::move(made.remarks)));
+    json += '}';
   }
 }
 
@@ -94,16 +120,24 @@ Reply Repair(const Call& call) {
   return JsonReply(json::RepairsJson(phones::RepairRtttl(phones::FromPasted(call.request.body))));
 }
 
+// Of a MIDI file also what its voices give.
 Reply Import(const Call& call) {
-  auto opened = OrProblem("El fichero no se puede abrir: ", [&] {
-    return import::OpenMelodyFile(call.request.body, call.parameters["fichero"]);
-  });
+  const std::string fileName = call.parameters["fichero"];
+  const std::string model = call.parameters["modelo"].empty() ? "" : call.Model();
+  auto opened = OrProblem("El fichero no se puede abrir: ",
+                          [&] { return import::OpenMelodyFile(call.request.body, fileName); });
   std::vector<phones::RepairedMelody> melodies;
   for (import::OpenedMelody& melody : opened.melodies) {
-    std::string name = melody.text.substr(0, melody.text.find(':'));
-    melodies.push_back({std::move(name), std::move(melody.text), std::move(melody.remarks)});
+    melodies.push_back(Named(std::move(melody.text), std::move(melody.remarks)));
   }
-  return JsonReply(json::RepairsJson(melodies));
+  std::string json = json::RepairsJson(melodies);
+  if (opened.kind == import::FileKind::kMidi) {
+    json.pop_back();
+    AppendVoices(json += R"(,"voces":[)", call.request.body,
+                 phones::ChoiceFor(model, melodies.front().name));
+    json += "]}";
+  }
+  return JsonReply(json);
 }
 
 Reply FileFormats(const Call&) {

@@ -22,10 +22,10 @@ using core::ToUtf8;
 constexpr int kMelodyMaxAgeSeconds = 24 * 60 * 60;  // a melody never changes
 constexpr std::size_t kUsualRecords = 50;
 
-// The first records of a listing; in a description there is no parenthesis.
-Reply ListReply(std::string_view listing, std::size_t most) {
+// In a description there is no parenthesis.
+Reply ListReply(std::string_view listing) {
   Json melodies = Json::array();
-  while (!listing.empty() && melodies.size() < most) {
+  while (!listing.empty()) {
     const std::string_view record = listing.substr(0, listing.find(net::kRecordEnd));
     listing.remove_prefix(std::min(record.size() + net::kRecordEnd.size(), listing.size()));
     const std::size_t name = record.find(" (");
@@ -50,15 +50,15 @@ std::size_t MostRecords(const std::string& text) {
 Reply FindMelodies(const Call& call) {
   const auto& abandoned = call.request.abandoned;
   const std::size_t most = MostRecords(call.parameters["maximo"]);
-  const std::string listing = call.store.Search(call.parameters["texto"], abandoned);
+  const std::string listing = call.store.Search(call.parameters["texto"], abandoned, most);
   if (abandoned && abandoned()) {
     throw ApiProblem{503, {}};
   }
-  return ListReply(listing, most);
+  return ListReply(listing);
 }
 
 Reply RandomMelodies(const Call& call) {
-  return ListReply(call.store.Random(call.request.random), kRandomRecords);
+  return ListReply(call.store.Random(call.request.random));
 }
 
 Reply OneMelody(const Call& call) {

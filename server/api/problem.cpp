@@ -26,7 +26,7 @@ constexpr Status kStatuses[] = {
     {414, "Demasiado larga", "Acorta la dirección: caben 64 KiB."},
     {415, "Tipo de contenido desconocido", "Envía la melodía con Content-Type: text/plain."},
     {422, "De aquí no sale nada", "Prueba con otro fichero u otra melodía."},
-    {429, "Demasiadas subidas", "Espera un minuto."},
+    {429, "Demasiadas peticiones", "Espera un minuto."},
     {431, "Demasiados campos", "Envía menos campos de cabecera: caben 16 KiB."},
     {500, "El servidor ha fallado", "Repite la petición más tarde."},
     {503, "El servidor está ocupado", "Prueba dentro de un momento."},

@@ -25,32 +25,49 @@ function svg(name, attributes, ...children) {
 
 // ---- The server ---------------------------------------------------------------------------------
 
-async function ask(path, body, signal, type = 'text/plain; charset=utf-8') {
-  let reply;
-  try {
-    reply = await fetch('/api/v1/' + path, body === undefined ? { signal }
-      : { method: 'POST', body, signal, headers: { 'Content-Type': type } });
-  } catch (error) {
-    if (error.name === 'AbortError') throw error;
-    throw new Error('El servidor no contesta. Mira la conexión y prueba otra vez.');
-  }
-  if (reply.ok) return reply;
-  const problem = await reply.json().catch(() => ({}));
-  throw new Error(problem.detail || 'El servidor contesta ' + reply.status + '.');
+const MOST_BYTES = 256 * 1024; // that a request may carry
+let asked = 0; // requests under way, which a line at the top shows
+
+function wait(more) {
+  asked += more;
+  document.body.classList.toggle('espera', asked > 0);
 }
-const askJson = async (...call) => (await ask(...call)).json();
+
+async function ask(path, body, signal, type = 'text/plain; charset=utf-8') {
+  if ((body?.size ?? body?.length) > MOST_BYTES) throw new Error('Es demasiado grande: caben 256 KiB.');
+  wait(1);
+  try {
+    const reply = await fetch('/api/v1/' + path, body === undefined ? { signal }
+      : { method: 'POST', body, signal, headers: { 'Content-Type': type } });
+    if (reply.ok) return await (reply.headers.get('Content-Type') === 'application/json' ? reply.json() : reply.blob());
+    const problem = await reply.json().catch(() => ({}));
+    throw new Error(problem.detail || 'El servidor contesta ' + reply.status + '.');
+  } catch (error) {
+    if (error.constructor === Error || error.name === 'AbortError') throw error;
+    throw new Error('El servidor no contesta. Mira la conexión y prueba otra vez.');
+  } finally {
+    wait(-1);
+  }
+}
 const query = (fields) => '?' + new URLSearchParams(fields);
 
 let saying;
 function say(words) {
+  (document.querySelector('dialog[open]') || document.body).append($('aviso')); // a dialog covers the rest
   $('aviso').textContent = words;
   clearTimeout(saying);
-  saying = setTimeout(() => { $('aviso').textContent = ''; }, 4000);
+  saying = setTimeout(() => { $('aviso').textContent = ''; }, 3000 + 50 * words.length);
 }
-// For handlers: a failure is said, an interrupted request is none.
-const tried = (work) => (...event) => Promise.resolve(work(...event)).catch((error) => {
-  if (error.name !== 'AbortError') say(error.message);
-});
+// For handlers: a failure is said, or stays in the element `place`; an interrupted request is none.
+const tried = (work, place) => async (...event) => {
+  try {
+    await work(...event);
+  } catch (error) {
+    if (error.name === 'AbortError') return;
+    if (place) $(place).textContent = error.message;
+    else say(error.message);
+  }
+};
 
 function later(work, ms) {
   let timer;
@@ -80,17 +97,25 @@ async function copy(text, done) {
 
 let searching = new AbortController();
 
-// Melodies to choose from: of the server ({fichero, nombre}) or whole ({nombre, rtttl}).
+// Melodies to choose from: of the server ({fichero, nombre}), or whole ({nombre, rtttl, cambios}), the
+// voices of a MIDI file among them, which say what they are (voz).
 function showList(melodies, words) {
   $('cuenta').textContent = words;
   $('lista').replaceChildren(...melodies.map((melody) => el('li', {}, el('button', {
-    type: 'button', textContent: melody.nombre || 'Sin nombre',
+    type: 'button',
     onclick: tried(async (event) => {
       mark(event.currentTarget);
-      open(melody.rtttl ?? (await askJson('melodias/' + encodeURIComponent(melody.fichero))).rtttl,
-        melody.fichero);
+      open(melody.rtttl ?? (await ask('melodias/' + encodeURIComponent(melody.fichero))).rtttl, melody.fichero);
+      say((melody.cambios ?? []).join(' '));
     }),
-  }))));
+  }, ...labels(melody)))));
+}
+
+// "Flauta, canal 2, 24 notas" in two lines.
+function labels({ nombre, voz }) {
+  if (!voz) return [nombre || 'Sin nombre'];
+  const [first, ...rest] = voz.split(', ');
+  return [first, el('small', { textContent: rest.join(', ') })];
 }
 
 function mark(button) {
@@ -106,17 +131,17 @@ const search = tried(async () => {
   searching.abort();
   searching = new AbortController();
   const texto = $('texto').value.trim();
-  const { melodias } = await askJson('buscar' + query({ texto, maximo: 100 }), undefined, searching.signal);
+  const { melodias } = await ask('buscar' + query({ texto, maximo: 100 }), undefined, searching.signal);
   showList(melodias, !texto ? 'Lo último que ha llegado'
     : melodias.length === 0 ? 'No hay ninguna. Prueba con menos palabras, o solo con su principio.'
       : counted(melodias.length) + (melodias.length === 100 ? ' o más' : ''));
-});
+}, 'cuenta');
 
 // ---- A melody of one's own ----------------------------------------------------------------------
 
 const check = tried(async () => {
   const text = $('pegado').value;
-  const result = text.trim() ? await askJson('comprobar', text) : { frase: '', fallos: [] };
+  const result = text.trim() ? await ask('comprobar', text) : { frase: '', fallos: [] };
   if (text !== $('pegado').value) return;
   $('p-frase').textContent = result.frase;
   $('p-frase').className = result.correcta ? 'bien' : 'mal';
@@ -125,22 +150,31 @@ const check = tried(async () => {
   $('p-arreglar').hidden = result.correcta || !text.trim();
 });
 
-// What a repair or a file gives: one melody is opened, several are listed.
-function take({ melodias }, where) {
+// What a repair or a file gives: one melody is opened; of several, or of a MIDI file's voices, one is
+// chosen, the tune first.
+function take({ melodias, voces = [] }, where) {
   if (melodias.length === 0) throw new Error('Ahí no hay ninguna melodía que se entienda.');
   $('texto').value = '';
-  showList(melodias, counted(melodias.length) + ' de ' + where);
-  if (melodias.length > 1) return;
-  $('pegado').value = melodias[0].rtttl;
+  const voices = voces.length > 1;
+  const found = voices ? voces.sort((one, other) => other.melodia - one.melodia) : melodias;
+  showList(found, voices ? `${found.length} voces de ${where}: elige una` : counted(found.length) + ' de ' + where);
+  if (found.length > 1) {
+    location.hash = '';
+    $('propia').open = false;
+    document.body.dataset.vista = 'lista';
+    $('lista').querySelector('button').focus();
+    return;
+  }
+  $('pegado').value = found[0].rtttl;
   check();
-  say(melodias[0].cambios.slice(0, 3).join(' ') || 'No había nada que arreglar.');
-  open(melodias[0].rtttl);
+  say(found[0].cambios.slice(0, 3).join(' ') || 'No había nada que arreglar.');
+  open(found[0].rtttl);
 }
 
 const openFile = tried(async (file) => {
-  if (file) {
-    take(await askJson('importar' + query({ fichero: file.name }), await file.arrayBuffer(), undefined, 'application/octet-stream'), file.name);
-  }
+  if (!file) return;
+  const about = phone ? { fichero: file.name, modelo: form().modelo } : { fichero: file.name };
+  take(await ask('importar' + query(about), file, undefined, 'application/octet-stream'), file.name);
 });
 
 // ---- The melody ---------------------------------------------------------------------------------
@@ -165,31 +199,45 @@ function open(text, file) {
   else location.hash = addressOf(text);
 }
 
+// Nothing of the melody before stays while the server is asked about this one.
+function clear() {
+  document.querySelector('dialog[open]')?.close();
+  notes = { notas: [], duracion: 0 };
+  $('tocar').disabled = true;
+  $('dibujo').replaceChildren();
+  named(rtttl.split(':')[0].trim());
+  $('medida').textContent = '';
+  $('medida').className = 'mal';
+}
+
+function named(name) {
+  $('nombre').textContent = name || 'Sin nombre';
+  document.title = (rtttl ? $('nombre').textContent + ' – ' : '') + 'Tonadex';
+}
+
 const show = tried(async () => {
   stop();
-  const text = melodyOfAddress();
-  if (text !== rtttl) document.querySelector('dialog[open]')?.close();
+  const text = melodyOfAddress(), other = text !== rtttl;
   rtttl = text;
+  if (other) clear();
   document.body.dataset.vista = text ? 'melodia' : 'lista';
   $('abierta').hidden = !text;
   $('bienvenida').hidden = Boolean(text);
-  document.title = 'Tonadex';
   if (!text) return;
-  const [checked] = await Promise.all([askJson('comprobar', text), draw(), convert()]);
-  if (text !== rtttl) return;
-  $('nombre').textContent = checked.nombre || 'Sin nombre';
-  document.title = (checked.nombre || 'Sin nombre') + ' – Tonadex';
-  $('medida').textContent = checked.frase;
-  $('medida').className = checked.correcta ? 'suave' : 'mal';
-  if (matchMedia('(max-width: 899px)').matches) {
+  if (other && matchMedia('(max-width: 899px)').matches) {
     scrollTo(0, 0);
     $('nombre').focus({ preventScroll: true });
   }
-});
+  const [checked] = await Promise.all([ask('comprobar', text), draw(), convert()]);
+  if (text !== rtttl) return;
+  named(checked.nombre);
+  $('medida').textContent = checked.frase;
+  $('medida').className = checked.correcta ? 'suave' : 'mal';
+}, 'medida');
 
 async function draw() {
   const text = rtttl;
-  const answer = await askJson('notas' + (phone ? query({ modelo: form().modelo }) : ''), text);
+  const answer = await ask('notas' + (phone ? query({ modelo: form().modelo }) : ''), text);
   if (text !== rtttl) return;
   notes = answer;
   $('tocar').disabled = !notes.notas.some((note) => note.tono !== null);
@@ -202,7 +250,8 @@ let marks = [];
 function picture() {
   const height = 160, margin = 16, room = $('dibujo').clientWidth || 320;
   const shortest = Math.min(...notes.notas.map((note) => note.duracion), 1000);
-  const perMs = Math.max((room - 2 * margin) / Math.max(notes.duracion, 1), Math.min(10 / shortest, 0.2));
+  const whole = (room - 2 * margin) / Math.max(notes.duracion, 1), legible = Math.min(10 / shortest, 0.2);
+  const perMs = legible > 1.25 * whole ? legible : whole; // nothing to scroll for a few pixels
   const width = notes.duracion * perMs + 2 * margin;
   const pitches = notes.notas.filter((note) => note.tono !== null).map((note) => note.tono);
   const low = Math.min(...pitches, 127) - 1, span = Math.max(Math.max(...pitches, 0) - low + 1, 12);
@@ -232,16 +281,19 @@ function picture() {
 // ---- Listening ----------------------------------------------------------------------------------
 
 const LOUD = 0.12, LEAD = 0.1, BREATH = 0.92; // s before the first note; the part of a note that sounds
-let sounding = null;
+let context = null; // of all sound: browsers let a click start it, and no timer
+let sounding = null; // {wave, start}
 
 // A square wave, as the phones have; each note is one step of its frequency and loudness.
-function play() {
-  const context = new AudioContext();
+function sound(list, ms) {
+  stop();
+  context ??= new AudioContext();
+  context.resume();
   const wave = new OscillatorNode(context, { type: 'square' });
   const volume = new GainNode(context, { gain: 0 });
   wave.connect(volume).connect(context.destination);
   const start = context.currentTime + LEAD;
-  for (const note of notes.notas) {
+  for (const note of list) {
     if (note.tono === null) continue;
     const at = start + note.inicio / 1000;
     wave.frequency.setValueAtTime(440 * 2 ** ((note.tono - 69) / 12), at);
@@ -250,15 +302,19 @@ function play() {
   }
   wave.onended = stop;
   wave.start(start);
-  wave.stop(start + notes.duracion / 1000);
-  sounding = { context, start, wave };
+  wave.stop(start + ms / 1000);
+  sounding = { wave, start };
+}
+
+function play() {
+  sound(notes.notas, notes.duracion);
   $('tocar').textContent = 'Parar';
   requestAnimationFrame(follow);
 }
 
 function follow() {
   if (!sounding) return;
-  const ms = (sounding.context.currentTime - sounding.start) * 1000;
+  const ms = (context.currentTime - sounding.start) * 1000;
   const now = notes.notas.findIndex((note) => ms >= note.inicio && ms < note.inicio + note.duracion);
   marks.forEach((bar, index) => bar.classList.toggle('suena', index === now));
   if (now >= 0) {
@@ -271,7 +327,9 @@ function follow() {
 function stop() {
   if (!sounding) return;
   sounding.wave.onended = null;
-  sounding.context.close();
+  sounding.wave.disconnect();
+  sounding.wave.stop();
+  context.suspend();
   sounding = null;
   marks.forEach((bar) => bar.classList.remove('suena'));
   $('tocar').textContent = 'Escuchar';
@@ -341,14 +399,20 @@ function askPhone() {
 
 // ---- Converting ---------------------------------------------------------------------------------
 
+const OF_RESULT = ['teclear', 'copiar', 'guardar', 'imprimir'];
+
 async function convert() {
   $('r-elige').hidden = Boolean(phone);
   $('r-hecho').hidden = !phone;
   if (!phone) return;
   const text = rtttl, { modelo } = form();
-  const result = await askJson('convertir' + query({ modelo, pasos: 1 }), text);
+  conversion = null;
+  $('resultado').replaceChildren();
+  for (const id of OF_RESULT) $(id).disabled = true;
+  const result = await ask('convertir' + query({ modelo, pasos: 1 }), text);
   if (text === rtttl && modelo === form().modelo) {
     conversion = result;
+    for (const id of OF_RESULT) $(id).disabled = false;
     showConversion();
   }
 }
@@ -378,15 +442,13 @@ const safeName = () => ($('nombre').textContent || 'melodia').replace(/[\\/:*?"<
 let formats = [];
 async function save(wanted) {
   const { formato, extension } = formats.find((format) => format.formato === wanted);
-  const reply = await ask('fichero' + query({ formato }), rtttl);
-  const href = URL.createObjectURL(await reply.blob());
+  const href = URL.createObjectURL(await ask('fichero' + query({ formato }), rtttl));
   el('a', { href, download: safeName() + '.' + extension }).click();
   setTimeout(() => URL.revokeObjectURL(href), 1000);
   document.querySelector('.menu').open = false;
 }
 
-async function listFormats() {
-  ({ formatos: formats } = await askJson('formatos'));
+function listFormats() {
   $('formatos').replaceChildren(...formats.map(({ formato, nombre, extension, limites }) => el('li', {}, el('button',
     { type: 'button', onclick: tried(() => save(formato)) },
     `${nombre} (.${extension})`, el('small', { textContent: limites })))));
@@ -425,6 +487,9 @@ async function upload() {
 // ---- Teclear ------------------------------------------------------------------------------------
 
 let at = 0; // the group to press
+let pace = 0; // the timer of "Avanzar solo", 0 while it is off
+let awake = null; // keeps the screen on
+const guide = { sonido: false, segundos: 4, ...kept.get('guia') };
 const steps = () => conversion.pasos;
 const placeOf = () => phone.forma + '|' + rtttl;
 const pressed = (key) => key.mantener ? 'mantén 3 s' : key.veces > 1 ? '×' + key.veces : '';
@@ -438,19 +503,72 @@ function openGuide() {
   $('guia').showModal();
   $('g-sigue').focus();
   showStep();
-  navigator.wakeLock?.request('screen').then((lock) => $('guia').addEventListener('close', () => lock.release(), { once: true }))
-    .catch(() => {});
+  soundStep();
+  stayAwake();
 }
 
 function go(to) {
-  if (to >= steps().length) {
-    $('guia').close();
-    say('¡Ya está! Guárdala en el móvil y escúchala.');
-    to = 0;
-  }
-  at = Math.max(to, 0);
+  const done = to >= steps().length;
+  at = done ? 0 : Math.max(to, 0);
   kept.set('lugares', [[placeOf(), at], ...(kept.get('lugares') || []).filter(([name]) => name !== placeOf())].slice(0, 64));
   showStep();
+  if (done) {
+    $('guia').close();
+    say('¡Ya está! Guárdala en el móvil y escúchala.');
+  } else {
+    soundStep();
+  }
+}
+
+// The group's note; a dot that is typed as a group of its own belongs to the note before it.
+function soundStep() {
+  stop();
+  const { nota } = steps()[at];
+  const note = notes.notas.find((one) => one.nota === nota);
+  if (guide.sonido && note && nota !== steps()[at - 1]?.nota) sound([{ ...note, inicio: 0 }], note.duracion);
+}
+
+// Goes on by itself up to the last group; each step begins the time anew.
+function setPace(on) {
+  clearTimeout(pace);
+  const last = at >= steps().length - 1;
+  pace = on && !last ? setTimeout(() => go(at + 1), guide.segundos * 1000) : 0;
+  $('g-solo').textContent = pace ? 'Parar' : 'Avanzar solo';
+  disable('g-solo', last);
+}
+
+// The keyboard stays in the guide when its button goes out.
+function disable(id, off) {
+  if (off && document.activeElement === $(id)) $('g-sigue').focus();
+  $(id).disabled = off;
+}
+
+function wish(change) {
+  kept.set('guia', Object.assign(guide, change));
+  $('g-oir').setAttribute('aria-pressed', guide.sonido);
+  $('g-cada').value = guide.segundos;
+}
+
+// The system lets go of the screen whenever the page is hidden.
+async function stayAwake() {
+  try {
+    const lock = await navigator.wakeLock?.request('screen');
+    if ($('guia').open) awake = lock;
+    else lock?.release();
+  } catch { /* saving power */ }
+}
+
+function closed() {
+  setPace(false);
+  stop();
+  awake?.release();
+  awake = null;
+}
+
+function seen() {
+  if (!$('guia').open) return;
+  if (document.hidden) setPace(false);
+  else stayAwake();
 }
 
 function showStep() {
@@ -474,15 +592,16 @@ function showStep() {
   $('g-voz').textContent = `${at + 1} de ${last + 1}: ` + step.teclas.map((key) => (spoken[key.tecla] || key.tecla)
     + (key.mantener ? ', mantenida 3 segundos' : key.veces > 1 ? ` ${key.veces} veces` : '')).join(', ')
     + '. ' + step.palabras + (step.pantalla ? '. En la pantalla debe verse ' + step.pantalla : '');
-  $('g-antes').disabled = at === 0;
+  disable('g-antes', at === 0);
   $('g-sigue').textContent = at === last ? 'Terminar' : 'Siguiente';
+  setPace(pace !== 0);
 }
 
 function guideKey(event) {
   const to = { ArrowRight: at + 1, ArrowLeft: at - 1, Backspace: at - 1, Home: 0, End: steps().length - 1,
     ' ': at + 1, Enter: at + 1 }[event.key];
   const own = event.target.closest('button') && (event.key === ' ' || event.key === 'Enter');
-  if (to === undefined || own) return;
+  if (to === undefined || own || event.target === $('g-cada')) return;
   event.preventDefault();
   if (to < steps().length || event.key === 'Enter' || event.key === ' ') go(to);
 }
@@ -514,17 +633,21 @@ function fillSheet() {
 // ---- The start ----------------------------------------------------------------------------------
 
 function listen() {
+  $('g-cada').replaceChildren(...Array.from({ length: 10 }, (_, second) => el('option',
+    { value: second + 1, textContent: `cada ${second + 1} s` })));
+  wish({});
   const on = (id, event, work) => $(id).addEventListener(event, tried(work));
   on('texto', 'input', later(search, 150));
   on('b-forma', 'submit', (event) => { event.preventDefault(); search(); });
-  on('azar', 'click', async () => { $('texto').value = ''; showList((await askJson('azar')).melodias, 'Diez al azar'); });
+  on('azar', 'click', async () => { $('texto').value = ''; showList((await ask('azar')).melodias, 'Diez al azar'); });
   on('pegado', 'input', later(check, 300));
   on('p-usar', 'click', () => open($('pegado').value.trim()));
-  on('p-arreglar', 'click', async () => take(await askJson('arreglar', $('pegado').value), 'lo pegado'));
+  on('p-arreglar', 'click', async () => take(await ask('arreglar', $('pegado').value), 'lo pegado'));
   on('p-abrir', 'click', () => $('fichero').click());
   on('fichero', 'change', (event) => { openFile(event.target.files[0]); event.target.value = ''; });
   on('tocar', 'click', () => sounding ? stop() : play());
-  for (const id of ['movil', 'r-movil']) on(id, 'click', askPhone);
+  on('c-busca', 'click', () => $('texto').focus());
+  for (const id of ['movil', 'r-movil', 'c-movil']) on(id, 'click', askPhone);
   on('m-texto', 'input', listPhones);
   on('forma', 'change', (event) => { phone.forma = event.target.value; phoneChosen(); });
   on('copiar', 'click', () => copy(conversion.resultado, 'Copiado'));
@@ -539,8 +662,14 @@ function listen() {
   on('g-antes', 'click', () => go(at - 1));
   on('g-sigue', 'click', () => go(at + 1));
   on('guia', 'keydown', guideKey);
-  on('g-paso', 'pointerdown', (event) => { finger = { x: event.clientX, y: event.clientY }; });
+  on('g-oir', 'click', () => { wish({ sonido: !guide.sonido }); soundStep(); });
+  on('g-solo', 'click', () => setPace(pace === 0));
+  on('g-cada', 'change', (event) => { wish({ segundos: Number(event.target.value) }); setPace(pace !== 0); });
+  on('guia', 'close', closed);
+  document.addEventListener('visibilitychange', seen);
+  on('g-paso', 'pointerdown', (event) => { finger = event.button === 0 ? { x: event.clientX, y: event.clientY } : null; });
   on('g-paso', 'pointerup', guideUp);
+  on('g-paso', 'pointercancel', () => { finger = null; });
   for (const button of document.querySelectorAll('[data-cierra]')) {
     button.addEventListener('click', () => button.closest('dialog').close());
   }
@@ -563,17 +692,26 @@ function listen() {
   });
 }
 
-const begin = tried(async () => {
-  $('todo').hidden = $('movil').hidden = false;
-  listen();
+const AGAIN_MS = 5000;
+
+async function begin() {
   search();
-  ({ modelos: models } = await askJson('modelos'));
+  try {
+    [{ modelos: models }, { formatos: formats }] = await Promise.all([ask('modelos'), ask('formatos')]);
+  } catch (error) {
+    say(error.message);
+    setTimeout(begin, AGAIN_MS);
+    return;
+  }
+  listFormats();
   const known = kept.get('movil');
   if (known && rowOf(known.modelo) && rowOf(known.forma)) {
     phone = known;
     phoneChosen();
   }
   show();
-  listFormats();
-});
+}
+
+$('todo').hidden = $('movil').hidden = false;
+listen();
 begin();

@@ -501,8 +501,7 @@ void MainWindow::LayOutPage() {
   bar.nPos = scrolled_;
   SetScrollInfo(window_, SB_VERT, &bar, TRUE);
   area = ClientArea(window_);
-  auto frames =
-      LayOut(*binding_, theme_, form_, {area.right, std::max(needed, area.bottom)}, scrolled_);
+  auto frames = LayOut(*binding_, theme_, form_, {area.right, area.bottom}, scrolled_);
   layingOut_ = false;
   if (frames != frames_) {
     frames_ = std::move(frames);
@@ -547,11 +546,10 @@ void MainWindow::ShowFocus() {
   if (bound == nullptr) {
     return;
   }
-  const RECT place = PlaceIn(window_, bound->window), area = ClientArea(window_);
-  const LONG below = place.bottom + theme_.Px(kGrid) - area.bottom;
-  const LONG above = place.top - theme_.Px(kGrid);
-  if (above < 0 || below > 0) {
-    ScrollTo(scrolled_ + static_cast<int>(above < 0 ? above : std::min(above, below)));
+  const RECT area = ClientArea(window_);
+  if (const int hidden =
+          HiddenPart(*binding_, theme_, form_, {area.right, area.bottom}, scrolled_, *bound)) {
+    ScrollTo(scrolled_ + hidden);
   }
 }
 
@@ -581,6 +579,9 @@ void MainWindow::Paint() {
     const bool focus = frame.field != nullptr && GetFocus() == frame.field;
     const COLORREF edge = focus ? c.accent : c.border;
     RECT box = frame.Box();
+    const int saved = SaveDC(paint.get());
+    const RECT view = AsRect(frame.view);
+    IntersectClipRect(paint.get(), view.left, view.top, view.right, view.bottom);
     switch (frame.kind) {
       case Frame::kBar:
         Fill(paint.get(), box, c.card);
@@ -598,6 +599,7 @@ void MainWindow::Paint() {
                    focus ? c.accent : c.displayEdge, theme_.Px(2));
         break;
     }
+    RestoreDC(paint.get(), saved);
   }
 }
 

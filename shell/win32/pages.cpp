@@ -86,6 +86,25 @@ RECT Within(const BoundControl& bound, RECT box, const Theme& theme) {
   }
 }
 
+// Lets nothing of a window show outside the frame's view.
+void CutOff(HWND window, const Frame& frame, const RECT& box) {
+  RECT known{};
+  const bool cut = GetWindowRgnBox(window, &known) != ERROR;
+  RECT shown = AsRect(frame.view);
+  const RECT whole = AsRect(frame.box);
+  IntersectRect(&shown, &shown, &whole);
+  if (EqualRect(&shown, &whole) != 0) {
+    if (cut) {
+      SetWindowRgn(window, nullptr, TRUE);
+    }
+    return;
+  }
+  OffsetRect(&shown, -box.left, -box.top);
+  if (!cut || EqualRect(&known, &shown) == 0) {
+    SetWindowRgn(window, CreateRectRgnIndirect(&shown), TRUE);
+  }
+}
+
 Part TreeFor(const app::Form1& form, const Theme& theme, int width) {
   return app::WindowLayout(
       app::PageLayout(form.paginaactual, MulDiv(width, 96, static_cast<int>(theme.dpi))));
@@ -97,6 +116,12 @@ app::Measure MeasureBy(const Binding& binding, const Theme& theme) {
   };
 }
 
+std::vector<app::Placed> PlaceAll(const Part& tree, const Binding& binding, const Theme& theme,
+                                  const app::Form1& form, SIZE size, int scrolled) {
+  return app::Place(form, tree, {0, 0, static_cast<int>(size.cx), static_cast<int>(size.cy)},
+                    theme.dpi / 96.0, MeasureBy(binding, theme), scrolled);
+}
+
 }  // namespace
 
 int NeededHeight(const Binding& binding, const Theme& theme, const app::Form1& form, int width) {
@@ -106,15 +131,13 @@ int NeededHeight(const Binding& binding, const Theme& theme, const app::Form1& f
 
 std::vector<Frame> LayOut(const Binding& binding, const Theme& theme, const app::Form1& form,
                           SIZE size, int scrolled) {
-  const int width = static_cast<int>(size.cx);
-  const Part tree = TreeFor(form, theme, width);
+  const Part tree = TreeFor(form, theme, static_cast<int>(size.cx));
   std::vector<Frame> frames;
-  const auto placed = app::Place(form, tree, {0, -scrolled, width, static_cast<int>(size.cy)},
-                                 theme.dpi / 96.0, MeasureBy(binding, theme));
+  const auto placed = PlaceAll(tree, binding, theme, form, size, scrolled);
   HDWP moves = BeginDeferWindowPos(static_cast<int>(placed.size()));
   HWND last = HWND_TOP;
-  for (const auto& [part, rect] : placed) {
-    Frame frame{part->frame == Part::Frame::kBar ? Frame::kBar : Frame::kCard, rect};
+  for (const auto& [part, rect, view] : placed) {
+    Frame frame{part->frame == Part::Frame::kBar ? Frame::kBar : Frame::kCard, rect, view};
     if (part->control == nullptr) {
       frames.push_back(frame);
       continue;
@@ -122,9 +145,10 @@ std::vector<Frame> LayOut(const Binding& binding, const Theme& theme, const app:
     const BoundControl& bound = binding.Of(part->control);
     if (HasFrame(bound.info->look)) {
       frames.push_back(
-          {bound.display != nullptr ? Frame::kDisplay : Frame::kField, rect, bound.window});
+          {bound.display != nullptr ? Frame::kDisplay : Frame::kField, rect, view, bound.window});
     }
     const RECT box = Within(bound, frame.Box(), theme);
+    CutOff(bound.window, frame, box);
     if (moves != nullptr) {
       moves = DeferWindowPos(moves, bound.window, last, box.left, box.top,
                              std::max(LONG{0}, box.right - box.left),
@@ -136,6 +160,21 @@ std::vector<Frame> LayOut(const Binding& binding, const Theme& theme, const app:
     EndDeferWindowPos(moves);
   }
   return frames;
+}
+
+int HiddenPart(const Binding& binding, const Theme& theme, const app::Form1& form, SIZE size,
+               int scrolled, const BoundControl& control) {
+  const Part tree = TreeFor(form, theme, static_cast<int>(size.cx));
+  const auto placed = PlaceAll(tree, binding, theme, form, size, scrolled);
+  const auto found = std::ranges::find_if(placed, [&control](const app::Placed& each) {
+    return each.part->control == control.info->member;
+  });
+  if (found == placed.end()) {
+    return 0;
+  }
+  const int above = found->rect.top - found->view.top;
+  const int below = above + found->rect.height - found->view.height;
+  return above < 0 ? above : std::min(above, std::max(0, below));
 }
 
 }  // namespace tonadex::shell

@@ -31,7 +31,9 @@ bool Overlap(const Rect& a, const Rect& b) {
 
 class LayoutTest : public testing::Test {
  protected:
-  std::vector<Placed> PlaceIn(int width, int height, double scale = 1, int times = 1) {
+  // With a height of 0: as high as it needs, less what is `missing`.
+  std::vector<Placed> PlaceIn(int width, int height, double scale = 1, int times = 1,
+                              int missing = 0, int scrolled = 0) {
     form.Refresh();
     tree = WindowLayout(PageLayout(form.paginaactual, static_cast<int>(width / scale)));
     const auto measure = [this, times](Control Form1::*member, int wide) {
@@ -39,7 +41,8 @@ class LayoutTest : public testing::Test {
     };
     const int needed = HeightFor(form, tree, width, scale, measure);
     EXPECT_TRUE(height == 0 || needed <= height) << needed;
-    return Place(form, tree, {0, 0, width, height == 0 ? needed : height}, scale, measure);
+    return Place(form, tree, {0, 0, width, height == 0 ? needed - missing : height}, scale, measure,
+                 scrolled);
   }
   Rect Of(Control Form1::*member, const std::vector<Placed>& places) {
     return std::ranges::find_if(
@@ -115,6 +118,25 @@ TEST_F(LayoutTest, RoomIsSharedByWeightWithinTheLimits) {
   form.MelodyFolderChanged();
   form.Refresh();
   EXPECT_EQ(Of(&Form1::List1, PlaceIn(1600, 1000)).height, list + 36 + 8);
+}
+
+TEST_F(LayoutTest, OnlyThePageScrolls) {
+  Enter(kStartPage);
+  const auto whole = PlaceIn(900, 0);
+  const Rect bar = Of(&Form1::cmdinicio, whole), card = Of(&Form1::phoneCard, whole);
+  for (const auto& [scrolled, moved] : {std::pair(0, 0), {30, 30}, {9999, 160}}) {
+    SCOPED_TRACE(scrolled);
+    const auto places = PlaceIn(900, 0, 1, 1, 160, scrolled);
+    ASSERT_EQ(places.size(), whole.size());
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      Rect rect = whole[i].rect;
+      const bool fixed = places[i].view.top == 0;
+      rect.top -= fixed ? 0 : moved;
+      EXPECT_EQ(places[i].rect, rect);
+    }
+    EXPECT_EQ(Of(&Form1::phoneCard, places).top, card.top - moved);
+    EXPECT_EQ(Of(&Form1::cmdinicio, places), bar);
+  }
 }
 
 TEST_F(LayoutTest, TheDisplayIsTheHeartOfItsPage) {

@@ -61,8 +61,7 @@ TEST_F(MidiPageTest, MakesTheMelodyThatIsChosen) {
   form.midiVoices.Select(0);
   form.midiVoices_Click();
   EXPECT_EQ(form.midiText.text.substr(0, 23), "vals:d=4,o=5,b=120:g,g,");
-  form.midiOctaves.Select(1);
-  form.midiChoice_Change();
+  form.filesOctaves_Click();
   EXPECT_EQ(form.midiText.text.substr(0, 23), "vals:d=4,o=3,b=120:g,g,");
 }
 

@@ -28,7 +28,7 @@ set(table
   "platform/win32      : platform/common app midi files core"
   "platform/qt         : app rtf files core"
   "terminal            : core"
-  "server              : terminal json platform/common platform/win32 net import phones files core"
+  "server              : terminal json platform/common platform/win32 net import phones midi files core"
   "cli                 : terminal server json platform/common platform/http platform/posix platform/qt \
                          platform/sound platform/win32 app net import phones midi formats files core"
   "shell/common        : server app net core"

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Asks a real tonadex-server over HTTP and checks every answer against its openapi.json; every
 answer that the document names must have been seen. Usage: api_test.py SERVER CLI"""
+import gzip
 import http.client
 import json
 import subprocess
@@ -12,6 +13,7 @@ from urllib.parse import quote
 import jsonschema
 
 sys.path.insert(0, str(Path(__file__).parent))
+from midi import midi_file
 from running_server import RunningServer
 
 SERVER, CLI = sys.argv[1:3]
@@ -80,6 +82,7 @@ EXCHANGES = [
     ("POST", "/importar", {}, VALS, 200, '"rtttl":"' + VALS),
     ("POST", "/importar?fichero=A%C3%B1o.txt", {}, "8c1 4.#d2 2-", 200, '"rtttl":"Año:d=4,o=5,b=125:8c'),
     ("POST", "/importar", {}, "MThd\0\0", 422, "dañado, byte 4"),
+    ("POST", "/importar?modelo=nada", {}, VALS, 400, "«nada»"),
     ("POST", "/importar", CHUNKED, VALS, 411, ""),
     ("POST", "/importar", {}, LARGE, 413, ""),
     ("POST", "/fichero?formato=mid", TEXT, VALS, 200, "MThd"),
@@ -113,6 +116,10 @@ def main():
             contract.server = reader
             contract.check("POST", "/melodias", TEXT, "Mía:d=4,o=5,b=100:c,d#,e", 403, "solo deja leer")
             check_files_same_as_cli(contract, Path(home) / "file")
+            check_voices(contract, Path(home) / "file")
+        contract.server = server
+        check_compressed(contract)
+        check_conversion_limit(contract)
         contract.check_all_seen()
 
 
@@ -126,15 +133,19 @@ class Contract:
         self.resolver = jsonschema.RefResolver("", self.document)
 
     def ask(self, method, path, fields, body):
+        answer = self.fetch(method, "/api/v1" + path, fields, body)
+        self.note(method, path, answer)
+        return answer
+
+    def fetch(self, method, path, fields, body):
         connection = http.client.HTTPConnection("127.0.0.1", self.server.port, timeout=60)
         chunked = "Transfer-Encoding" in fields
         data = body.encode() if isinstance(body, str) else body
-        connection.request(method, "/api/v1" + path, iter([data]) if chunked else data, fields,
+        connection.request(method, path, iter([data]) if chunked else data, fields,
                            encode_chunked=chunked)
         reply = connection.getresponse()
         answer = reply.status, reply.headers, reply.read()
         connection.close()
-        self.note(method, path, answer)
         return answer
 
     def note(self, method, path, answer):
@@ -213,6 +224,43 @@ def check_files_same_as_cli(contract, file):
         if row["extension"] in ("mid", "imy", "ott"):
             got = contract.ask("POST", "/importar?fichero=Escala.x", {}, got)[2].decode()
             assert '"nombre":"Escala"' in got and ":c,d,e,f,g,a,b,2c6" in got, (row, got)
+
+
+def check_voices(contract, file):
+    """Every voice of a MIDI file, as the terminal program makes it; the tune is marked."""
+    file.write_bytes(midi_file([("Bajo", [36, 43, 36, 43]), ("Flauta", [88, 86, 84, 83, 84, 86])]))
+    reply = json.loads(contract.ask("POST", "/importar?fichero=Dos.mid&modelo=3310", {}, file.read_bytes())[2])
+    assert [voice["melodia"] for voice in reply["voces"]].count(True) == 1 and len(reply["voces"]) > 1
+    for number, voice in enumerate(reply["voces"], 1):
+        cli = [CLI, "importar", "--pista", str(number), "--telefono", "3310", file]
+        want = subprocess.run(cli, capture_output=True, text=True, check=True).stdout
+        assert voice["rtttl"].partition(":")[2] in want, (voice, want)
+
+
+def check_compressed(contract):
+    """The page and the interface come compressed to those who ask for it, the programs' paths never."""
+    for path in ("/", "/web/pagina.js", "/api/v1/modelos", "/api/v1/qr?texto=x", "/tonos/vals.29", "/todoslostonos.php",
+                 "/listatonos.php?cadenadebusqueda=v", "/mini906.php", "/banners.php", "/mini.php?version=1"):
+        plain, refused, packed = (contract.fetch("GET", path, {"Accept-Encoding": coding}, None)
+                                  for coding in ("", "br, gzip;q=0.0", "br, GZIP;q=0.5"))
+        assert list(plain[1].items()) == list(refused[1].items()) and plain[2] == refused[2], path
+        if path.endswith(("/", ".js")) or "/api/" in path:
+            assert plain[1]["Vary"] == packed[1]["Vary"] == "Accept-Encoding", path
+            assert packed[1]["Content-Encoding"] == "gzip" and gzip.decompress(packed[2]) == plain[2], path
+            fields = {"Accept-Encoding": "gzip", "If-None-Match": packed[1]["ETag"]}
+            again = contract.fetch("GET", path, fields, None)
+            assert (again[0], again[1]["Content-Encoding"], again[2]) == (304, None, b""), path
+        else:
+            assert list(plain[1].items()) == list(packed[1].items()) and plain[2] == packed[2], path
+
+
+def check_conversion_limit(contract):
+    """1200 a minute, and one more for each 4 KiB; searches and uploads go on."""
+    statuses = [contract.ask("POST", "/importar", {}, LARGE[1:])[0] for _ in range(1 + 1200 // 65)]
+    assert statuses[0] == 422 and statuses[-1] == 429, statuses
+    for path in ("convertir", "pasos", "notas", "comprobar", "arreglar", "importar", "fichero"):
+        contract.check("POST", "/" + path, TEXT, LARGE[1:], 429, "Espera un minuto")
+    contract.check("GET", "/buscar?texto=vals", {}, None, 200, "vals.29")
 
 
 main()

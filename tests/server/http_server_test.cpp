@@ -109,8 +109,8 @@ TEST(HttpServer, LetsGoOfSlowClientsWhileOthersAreServed) {
   std::promise<void> gaveUp;
   ServerOptions options;
   options.slowClient = milliseconds(1000);
-  options.log = [&](std::string_view line) {
-    line.find("/large") != line.npos ? gaveUp.set_value() : void();
+  options.served = [&](const Exchange& exchange) {
+    exchange.target == "/large" ? gaveUp.set_value() : void();
   };
   HttpServer server(options, [&](const Request& request) {
     return TextReply(200, request.target == "/large" ? large : "ok");
@@ -303,7 +303,8 @@ TEST(HttpServer, LogsOneLineForEachRequestWithoutItsQuery) {
   string log;
   ServerOptions options;
   options.behindProxy = true;
-  options.log = [&](std::string_view line) {
+  options.served = [&](const Exchange& exchange) {
+    const string line = LogLine(exchange);
     const std::lock_guard lock(mutex);
     const std::size_t blank = line.find(' ');
     EXPECT_EQ(blank, string("0000-00-00T00:00:00.000Z").size());

@@ -1,13 +1,14 @@
-"""A tonadex-server on a free port, with melodies in a folder of its own."""
+"""A tonadex-server on a free port, with melodies in a folder of its own or in a database."""
+import os
 import subprocess
 import time
 from pathlib import Path
 
 
 class RunningServer:
-    def __init__(self, program, home, melodies, read_only=False):
+    def __init__(self, program, home, melodies, read_only=False, more=(), variables={}):
         folder = Path(home) / "servidor"
-        folder.mkdir()
+        folder.mkdir(parents=True, exist_ok=True)
         for name, text in melodies.items():
             (folder / name).write_bytes(text.encode("cp1252"))
         if read_only:  # which also keeps root from writing
@@ -15,7 +16,8 @@ class RunningServer:
         self.output = open(Path(home) / "log", "w+b")
         self.process = subprocess.Popen(
             [program, "--puerto", "0", "--carpeta", folder, "--estanteria", "", "--registro",
-             Path(home) / "requests"], stdout=self.output, stderr=subprocess.STDOUT)
+             Path(home) / "requests", *more], stdout=self.output, stderr=subprocess.STDOUT,
+            env={**os.environ, **variables})
         self.port = self.wait_for_port(Path(home) / "log")
 
     def wait_for_port(self, log):

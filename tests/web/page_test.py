@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
 """Drives the page of a real tonadex-server in Chromium, as a smartphone and as a computer shows it,
-light and dark. Usage: page_test.py SERVER BUILD_FOLDER [PICTURE_FOLDER]"""
+light and dark. Usage: page_test.py SERVER CLI BUILD_FOLDER [PICTURE_FOLDER]"""
 import base64
+import os
 import shutil
 import subprocess
 import sys
 import tempfile
+import time
+import urllib.request
 from pathlib import Path
 
 from selenium import webdriver
@@ -17,18 +20,23 @@ from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.support.ui import WebDriverWait
 
 sys.path.insert(0, str(Path(__file__).parent.parent / "server"))
+from midi import midi_file
 from running_server import RunningServer
 
-SERVER, BUILD = sys.argv[1], Path(sys.argv[2])
-PICTURES = Path(sys.argv[3]) if len(sys.argv) > 3 else None
+SERVER, CLI, BUILD = sys.argv[1], sys.argv[2], Path(sys.argv[3])
+PICTURES = Path(sys.argv[4]) if len(sys.argv) > 4 else None
 VALS = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g"
 # Names that would run where a page takes them for HTML; the server stores them as it stores others.
+# The first ones cannot be uploaded, and lie in the folder.
 HOSTILE = ["<img src=x onerror=ran=1>", "<svg onload=ran=1>", "\"><b id=ran>", "{{7*7}}${7*7}"]
+UPLOADED = ["{{ran=1}}${ran=1}", "javascript;ran=1", "onload=ran=1"]
 VIEWS = [(390, 844, "light"), (390, 844, "dark"), (1280, 800, "light"), (1280, 800, "dark")]
 
-# Before the page's own script: what it plays, which files it saves, and what goes wrong.
+# Before the page's own script: what it plays, which files it saves, how often it keeps the screen on, and
+# what goes wrong.
 SPY = """
-window.played = []; window.faults = []; window.saved = [];
+window.played = []; window.faults = []; window.saved = []; window.held = 0;
+if (navigator.wakeLock) navigator.wakeLock.request = async () => ({ release: () => { --held; }, now: ++held });
 HTMLAnchorElement.prototype.click = function () { saved.push(this.download); };
 const set = AudioParam.prototype.setValueAtTime;
 AudioParam.prototype.setValueAtTime = function (value, at) { played.push([value, at]); return set.call(this, value, at); };
@@ -97,14 +105,18 @@ class Page:
             "width": width, "height": height, "deviceScaleFactor": 1, "mobile": width < 600})
 
     def judge(self, what, axe):
-        """No finding of axe-core, nothing wider than the window, even the narrowest."""
+        """No finding of axe-core, nothing wider than the window, even the narrowest, nothing that a finger misses."""
         self.picture(what)
         for width in (360, 1920, self.width):
             self.resize(width, self.height)
             wide = self.js("return [...document.querySelectorAll('html, dialog[open], dialog[open] *')]"
-                           ".filter((e) => e.scrollWidth > Math.max(e.clientWidth, 1) + 1 && getComputedStyle(e).overflowX === 'visible')"
+                           ".filter((e) => e.scrollWidth > Math.max(e.clientWidth, 1) + 1 "
+                           "&& (e.matches('dialog') || getComputedStyle(e).overflowX === 'visible'))"
                            ".map((e) => e.tagName + e.id)")
             assert wide == [], (self.name, what, width, wide)
+        small = self.js("return [...document.querySelectorAll('a, button, input, select, summary')].filter((e) => "
+                        "e.checkVisibility() && e.getBoundingClientRect().height < 44).map((e) => e.outerHTML)")
+        assert small == [], (self.name, what, small)
         if axe is None:
             return
         self.js(axe)
@@ -163,8 +175,14 @@ def type_it(page, axe):
     page.until(lambda: page.js("return saved") == ["Vals.mid", "Vals.txt"], "the keys' file")
     print_sheet(page)
     page.press("#teclear")
-    assert page.text("#g-lugar") == "1 de 5"
+    assert page.text("#g-lugar") == "1 de 5" and page.js("return held") == 1
     page.judge("teclear", axe)
+    for width, height in ((360, 560), (844, 390), (page.width, page.height)):  # what a browser leaves of small screens
+        page.resize(width, height)
+        page.until(lambda: page.js("return innerHeight === arguments[0] && ['g-paso', 'g-texto'].every((id) => { const e = "
+                                   "document.getElementById(id); return e.scrollHeight <= e.clientHeight + 1; })", height),
+                   f"{width}x{height} without a cut")
+    by_itself(page)
     page.one("#guia").send_keys(Keys.ARROW_RIGHT)
     swipe(page, -150)
     page.until(lambda: page.text("#g-lugar") == "3 de 5", "the third group")
@@ -175,6 +193,7 @@ def type_it(page, axe):
     swipe(page, 150)
     page.until(lambda: page.text("#g-lugar") == "2 de 5", "back by a swipe")
     page.press("#guia [data-cierra]")
+    page.until(lambda: page.js("return held") == 0, "the screen let go")
     page.press("#teclear")  # goes on where it was left
     assert page.text("#g-lugar") == "2 de 5"
     swipe(page, 0)  # a tap
@@ -182,6 +201,23 @@ def type_it(page, axe):
         page.press("#g-sigue")
     page.until(lambda: not page.one("#guia").is_displayed(), "the end")
     assert "Ya está" in page.text("#aviso")
+
+
+def by_itself(page):
+    """"Avanzar solo" and the notes that sound on the way; Home and End."""
+    page.js("played.length = 0")
+    page.press("#g-oir")
+    page.js("const s = document.querySelector('#g-cada'); s.value = 1; s.dispatchEvent(new Event('change'))")
+    page.press("#g-solo")
+    assert page.text("#g-solo") == "Parar"
+    page.until(lambda: page.text("#g-lugar") == "5 de 5", "the last group")
+    assert page.text("#g-solo") == "Avanzar solo" and not page.one("#g-solo").is_enabled()
+    pitches = [round(value) for value, _ in page.js("return played") if value > 1]
+    assert pitches == [262, 311, 659, 392], pitches  # a pause is silent
+    page.press("#g-oir")
+    for key, place in ((Keys.HOME, "1 de 5"), (Keys.END, "5 de 5"), (Keys.HOME, "1 de 5")):
+        page.one("#guia").send_keys(key)
+        assert page.text("#g-lugar") == place, key
 
 
 def print_sheet(page):
@@ -226,6 +262,36 @@ def paste(page, axe):
         page.until(lambda: page.text("#cuenta").startswith("2 melodías de"), "the file's melodies")
 
 
+def drop(page, axe):
+    """Files of all formats, let go anywhere."""
+    midi = midi_file([("Bajo", [36, 43, 36, 43]), ("Flauta", [88, 86, 84, 83, 84, 86])])
+    imelody = b"BEGIN:IMELODY\r\nVERSION:1.2\r\nFORMAT:CLASS1.0\r\nMELODY:*4c3d3\r\nEND:IMELODY\r\n"
+    for name, contents, place, words in (
+            ("Dos.mid", midi, "#lista", "Flauta\nparece la melodía"), ("Tono.imy", imelody, "#nombre", "Tono"),
+            ("Nada.bin", bytes(99), "#aviso", "no se reconoce"), ("Todo.mid", 20 << 20, "#aviso", "demasiado grande")):
+        page.js("const files = new DataTransfer(), bytes = arguments[1];"
+                "files.items.add(new File([bytes.length ? Uint8Array.from(bytes) : new Uint8Array(bytes)], arguments[0]));"
+                "dispatchEvent(new DragEvent('drop', { dataTransfer: files, cancelable: true }))",
+                name, contents if isinstance(contents, int) else list(contents))
+        page.until(lambda: words in page.text(place), name)
+        if place == "#lista":
+            page.judge("voces", axe)
+            page.press("#lista li:first-child button")
+            page.until(lambda: page.text("#nombre") == "Dos", name)
+
+
+def unreachable(page):
+    """A server that is slow, then gone, then back."""
+    page.browser.get(page.base)
+    condition = {"offline": False, "latency": 1500, "downloadThroughput": -1, "uploadThroughput": -1}
+    for change, holds in (({}, lambda: page.one("body.espera")), ({"offline": True}, lambda: "no contesta" in page.text("#cuenta")),
+                          ({"latency": 0}, lambda: "No hay ninguna" in page.text("#cuenta"))):
+        page.browser.execute_cdp_cmd("Network.enable", {})
+        page.browser.execute_cdp_cmd("Network.emulateNetworkConditions", {**condition, **change})
+        page.one("#texto").send_keys("a")
+        page.until(holds, str(change))
+
+
 def share(page, axe):
     name = "Compartida " + page.name.replace("-", " ")
     page.browser.get(page.base + "#" + name.replace(" ", "%20") + ":d=4,o=5,b=100:c,d%23,e")
@@ -234,6 +300,9 @@ def share(page, axe):
     page.press("#compartir")
     page.until(lambda: page.js("return document.querySelector('#e-qr').naturalWidth") > 0, "the QR code")
     page.judge("compartir", axe)
+    page.press("#e-copiar")
+    page.until(lambda: page.js("const box = document.querySelector('#aviso').getBoundingClientRect(); return "
+                               "document.elementFromPoint(box.x + box.width / 2, box.y + 5)?.id") == "aviso", "said in front")
     page.press("#e-subir")
     page.until(lambda: "¡Gracias!" in page.text("#e-dicho"), "the upload")
     page.press("#enlace [data-cierra]")
@@ -243,14 +312,65 @@ def share(page, axe):
 def hostile(page):
     """Nothing of a name or a melody becomes a script or an element."""
     page.browser.get(page.base)
-    for text in [stored(name) for name in HOSTILE] + ["<script>window.ran=1</script>:d=4,o=5,b=1:<img src=x>"]:
+    for name in UPLOADED:
+        urllib.request.urlopen(urllib.request.Request(page.base + "api/v1/melodias", stored(f"{name} {page.name}").encode(),
+                                                      {"Content-Type": "text/plain"}))
+    page.one("#texto").send_keys("ran=1")
+    listed = HOSTILE[:2] + [f"{name} {page.name}" for name in UPLOADED]
+    page.until(lambda: all(name in page.text("#lista") for name in listed), "the hostile names")
+    for text in [stored(name) for name in HOSTILE + UPLOADED] + ["<script>window.ran=1</script>:d=4,o=5,b=1:<img src=x>"]:
         page.js("location.hash = '#' + encodeURIComponent(arguments[0])", text)
         page.until(lambda: page.text("#nombre") == text.split(":d=")[0], text)
-    page.one("#texto").clear() if page.one("#texto").is_displayed() else page.js("location.hash = ''")
-    page.js("document.querySelector('#texto').value = ''; document.querySelector('#azar').click()")
-    page.until(lambda: page.text("#cuenta") == "Diez al azar", "ten at random")
-    assert "<img" in page.text("#lista"), page.text("#lista")
+    page.js("document.querySelector('#azar').click()")
+    page.until(lambda: page.js("return document.querySelector('#cuenta').textContent") == "Diez al azar", "ten at random")
     assert page.js("return window.ran === undefined && !document.querySelector('#ran, #lista img, #abierta script')")
+
+
+def visit(port, view, works):
+    """Does the works on a fresh page, which neither fails nor breaks its Content-Security-Policy."""
+    page = Page(port, *view)
+    try:
+        page.until(lambda: page.text("#lista") != "", "the newest melodies")
+        for work in works:
+            work(page)
+        faults = page.js("return faults") + [entry["message"] for entry in page.browser.get_log("browser")
+                                             if entry["level"] == "SEVERE" and entry["source"] != "network"]
+        assert faults == [], (page.name, faults)
+    except BaseException:
+        page.picture("fallo")
+        print(page.js("return faults"), page.browser.get_log("browser"), page.text("#aviso"))
+        raise
+    finally:
+        page.browser.quit()
+
+
+def on_server(axe, port):
+    works = [lambda page: page.judge("inicio", axe), lambda page: find_and_open(page, "vals", "Vals"), listen, download,
+             lambda page: choose_phone(page, "nokia puls", axe), lambda page: type_it(page, axe),
+             lambda page: paste(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe), unreachable,
+             hostile]
+    for view in VIEWS:
+        visit(port, view, works)
+    without_script(port)
+
+
+def inside_a_program(axe):
+    """The server inside tonadex-cli, which runs as long as the program waits for melodies to upload."""
+    with tempfile.TemporaryDirectory() as home:
+        folder = Path(home) / "servidor"
+        folder.mkdir()
+        (folder / "vals.34").write_text(VALS)
+        program = subprocess.Popen([CLI, "subir"], stdin=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                                   env={**os.environ, "TONADEX_HOME": home, "TONADEX_SERVIDOR": ""})
+        while not (folder / ".puerto").exists():
+            assert program.poll() is None
+            time.sleep(0.1)
+        try:
+            visit(int((folder / ".puerto").read_text()), VIEWS[0],
+                  [lambda page: find_and_open(page, "vals", "Vals"), download, lambda page: choose_phone(page, "nokia puls", axe),
+                   lambda page: type_it(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe)])
+        finally:
+            program.communicate()
 
 
 def main():
@@ -261,29 +381,8 @@ def main():
     for number, name in enumerate(HOSTILE):
         melodies[f"raro{number}.{30 + number}"] = stored(name)
     with tempfile.TemporaryDirectory() as home, RunningServer(SERVER, home, melodies) as server:
-        for width, height, scheme in VIEWS:
-            page = Page(server.port, width, height, scheme)
-            try:
-                page.until(lambda: page.text("#lista") != "", "the newest melodies")
-                page.judge("inicio", axe)
-                find_and_open(page, "vals", "Vals")
-                listen(page)
-                download(page)
-                choose_phone(page, "nokia puls", axe)
-                type_it(page, axe)
-                paste(page, axe)
-                share(page, axe)
-                hostile(page)
-                faults = page.js("return faults") + [entry["message"] for entry in page.browser.get_log("browser")
-                                                     if entry["level"] == "SEVERE"]
-                assert faults == [], (page.name, faults)
-            except BaseException:
-                page.picture("fallo")
-                print(page.js("return faults"), page.browser.get_log("browser"), page.text("#aviso"))
-                raise
-            finally:
-                page.browser.quit()
-        without_script(server.port)
+        on_server(axe, server.port)
+    inside_a_program(axe)
 
 
 main()

@@ -88,7 +88,7 @@ class Style : public QProxyStyle {
 constexpr auto kStyleSheet = R"(
 QPushButton, QToolButton[command="true"] {
   min-height: @inner; padding: 0 14px; border: 1px solid @border; border-radius: 6px;
-  background: @card; color: @text; }
+  background: @card; color: @text; outline: none; }
 QPushButton:hover, QToolButton[command="true"]:hover { background: @hover; border-color: @muted; }
 QPushButton:pressed, QToolButton[command="true"]:pressed { background: @wash; }
 QPushButton:focus, QToolButton[command="true"]:focus { border: 2px solid @accent; padding: 0 13px; }

@@ -43,10 +43,8 @@ KeyRow::KeyRow(QWidget* parent)
 }
 
 void KeyRow::Add(QPushButton* button, const QString& words) {
-  QFont font = CurrentTheme().small;
-  font.setPointSizeF(font.pointSizeF() * 0.88);
   auto* label = new QLabel(words, this);
-  label->setFont(font);
+  label->setFont(CurrentTheme().small);
   label->setAlignment(Qt::AlignHCenter);
   label->setProperty("muted", true);
   keys_.push_back({button, label});

@@ -24,8 +24,8 @@ class MelodyView : public QWidget {
   void Mark(int note);
   const app::MelodyPicture& Picture() const { return picture_; }
 
-  QSize sizeHint() const override { return {480, kLowestView}; }
-  QSize minimumSizeHint() const override { return {200, kLowestView}; }
+  QSize sizeHint() const override { return {480, minimumHeight()}; }
+  QSize minimumSizeHint() const override { return {200, minimumHeight()}; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

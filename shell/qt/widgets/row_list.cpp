@@ -152,7 +152,7 @@ const app::MenuItem* RowList::ButtonAt(const QPoint& place) const {
 
 QSize RowList::sizeHint() const {
   return {QListView::minimumSizeHint().width(),
-          std::max(minimumHeight(), 2 * (fontMetrics().height() + 2 * kGrid))};
+          std::max(minimumHeight(), 2 * (fontMetrics().height() + kGrid))};
 }
 
 int RowList::SelectedRow() const {

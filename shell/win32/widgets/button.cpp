@@ -55,10 +55,8 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
   } else if (primary) {
     ink = {c.accent, c.accent, c.accentText, theme.Px(1)};
   }
-  if (face.look == Look::kMark) {
-    ink.text = ink.frame = face.tone == app::Tone::kBad    ? c.bad
-                           : face.tone == app::Tone::kGood ? c.good
-                                                           : c.muted;
+  if (face.look == Look::kMark && (face.tone == app::Tone::kBad || face.tone == app::Tone::kGood)) {
+    ink.text = ink.frame = face.tone == app::Tone::kBad ? c.bad : c.good;
   }
   if (face.checked && (face.look == Look::kKeys || face.look == Look::kChoice)) {
     ink.fill = c.accentWash;
@@ -78,6 +76,11 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
     ink.frameWidth = theme.Px(2);
   }
   return ink;
+}
+
+// Of a button's words beside its picture.
+HFONT FontOf(Look look, const Theme& theme) {
+  return (look == Look::kMark ? theme.bold : look == Look::kLink ? theme.small : theme.body).get();
 }
 
 UINT PrefixFlag(const DRAWITEMSTRUCT& item) {
@@ -138,14 +141,15 @@ void DrawCommand(const DRAWITEMSTRUCT& item, const Face& face, const Ink& ink, c
   const std::wstring caption = WindowText(item.hwndItem);
   const int icon = face.icon.empty() ? 0 : theme.Px(kIconSize);
   const int gap = icon == 0 ? 0 : theme.Px(6);
-  const int width = icon + gap + TextWidth(theme.body.get(), PlainWords(caption));
+  const HFONT font = FontOf(face.look, theme);
+  const int width = icon + gap + TextWidth(font, PlainWords(caption));
   RECT words = item.rcItem;
   words.left = std::max(words.left + LONG{theme.Px(4)}, (words.left + words.right - width) / 2);
   const int top = (words.top + words.bottom - icon) / 2;
   DrawIcon(item.hDC, face.icon, {words.left, top, words.left + icon, top + icon}, ink.text);
   words.left += icon + gap;
   words.right -= theme.Px(4);
-  Words(item.hDC, caption, words, theme.body.get(), ink.text,
+  Words(item.hDC, caption, words, font, ink.text,
         DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | PrefixFlag(item));
 }
 
@@ -220,13 +224,15 @@ SIZE ButtonSize(HWND button, const Theme& theme) {
             theme.line + theme.Px(kGrid + kNavigationIconSize + 2 + 9)};
   }
   if (face->look == Look::kMark) {
-    return {TextWidth(theme.body.get(), caption) + theme.Px(3 * kGrid), theme.line + theme.Px(6)};
+    return {TextWidth(FontOf(face->look, theme), caption) + theme.Px(3 * kGrid),
+            theme.line + theme.Px(6)};
   }
   if (face->look == Look::kCard) {
     return {0, theme.line + theme.smallLine + theme.Px(2 * kGrid)};
   }
   const int icon = face->icon.empty() ? 0 : theme.Px(kIconSize + 6);
-  return {TextWidth(theme.body.get(), caption) + icon + theme.Px(4 * kGrid), theme.control};
+  return {TextWidth(FontOf(face->look, theme), caption) + icon + theme.Px(4 * kGrid),
+          theme.control};
 }
 
 int KeyHeight(const Theme& theme) {

@@ -1,0 +1,179 @@
+#include "server/postgresql/connections.h"
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "server/limits.h"
+#include "server/postgresql/sql.h"
+
+namespace tonadex::server {
+namespace {
+
+using std::chrono::milliseconds;
+
+std::string WithSessionParameters(const std::string& address) {
+  return address + (address.find('?') == address.npos ? "?" : "&") + sql::kSessionParameters;
+}
+
+std::string FirstLine(const std::string& text) {
+  return text.substr(0, text.find('\n'));
+}
+
+// Whether the connection, and not the statement, is why it failed. Class 57P: the server ends.
+bool IsLost(const pqxx::connection& connection, const pqxx::failure& failure) {
+  const auto* refused = dynamic_cast<const pqxx::sql_error*>(&failure);
+  return !connection.is_open() || refused == nullptr || refused->sqlstate().starts_with("57P");
+}
+
+bool IsTimeOut(const pqxx::failure& failure) {
+  const auto* refused = dynamic_cast<const pqxx::sql_error*>(&failure);
+  return refused != nullptr && refused->sqlstate() == "57014";
+}
+
+}  // namespace
+
+Connections::Session::Session(const std::string& address)
+    : connection(address), socket(::dup(connection.sock())) {}
+
+Connections::Session::~Session() {
+  ::close(socket);
+}
+
+Connections::Connections(const std::string& address, std::function<void(pqxx::connection&)> prepare,
+                         Report report)
+    : address_(WithSessionParameters(address)),
+      prepare_(std::move(prepare)),
+      report_(std::move(report)),
+      watcher_([this](const std::stop_token& stop) { Watch(stop); }) {
+  try {
+    Take();
+  } catch (const StoreAway&) {
+    // Reported; it may come later.
+  }
+}
+
+// One of the idle connections or a new one. While the database is away only one thread tries.
+std::shared_ptr<Connections::Session> Connections::Take() {
+  std::unique_lock lock(mutex_);
+  const auto now = Clock::now();
+  if (away_ && now < nextTry_) {
+    throw StoreAway(reason_);
+  }
+  const auto isFree = [this] { return !idle_.empty() || open_ < kDatabaseConnections; };
+  if (!freed_.wait_until(lock, now + milliseconds(kDatabaseWaitMs), isFree)) {
+    throw StoreAway("todas las conexiones con la base de datos están ocupadas");
+  }
+  std::unique_ptr<Session> session;
+  if (idle_.empty()) {
+    ++open_;
+    nextTry_ = now + milliseconds(kDatabaseUseMs);
+    lock.unlock();
+    session = Connect();
+    lock.lock();
+  } else {
+    session = std::move(idle_.back());
+    idle_.pop_back();
+    WatchOver(*session, kDatabaseUseMs);
+  }
+  return {session.release(), [this](Session* used) { GiveBack(used); }};
+}
+
+// A connection that is watched over and counted in open_, unless it throws.
+std::unique_ptr<Connections::Session> Connections::Connect() {
+  std::unique_ptr<Session> session;
+  try {
+    session = std::make_unique<Session>(address_);
+    bool prepared = false;
+    {
+      const std::lock_guard lock(mutex_);
+      prepared = prepared_;
+      WatchOver(*session, prepared ? kDatabaseUseMs : kDatabaseUpgradeMs);
+    }
+    if (!prepared) {
+      prepare_(session->connection);
+    }
+    const std::lock_guard lock(mutex_);
+    prepared_ = true;
+    session->deadline = Clock::now() + milliseconds(kDatabaseUseMs);
+    if (std::exchange(away_, false)) {
+      report_("la base de datos responde de nuevo");
+    }
+    return session;
+  } catch (const pqxx::broken_connection& failure) {
+    const std::lock_guard lock(mutex_);
+    std::erase(busy_, session.get());
+    --open_;
+    SetAway(FirstLine(failure.what()));
+    throw StoreAway(reason_);
+  } catch (const std::exception&) {
+    const std::lock_guard lock(mutex_);
+    std::erase(busy_, session.get());
+    --open_;
+    throw;
+  }
+}
+
+void Connections::GiveBack(Session* session) {
+  std::unique_ptr<Session> owned(session);
+  {
+    const std::lock_guard lock(mutex_);
+    std::erase(busy_, session);
+    if (session->lost || !session->connection.is_open()) {
+      --open_;
+    } else {
+      idle_.push_back(std::move(owned));
+    }
+  }
+  freed_.notify_one();
+}
+
+// Returns when the use is worth another attempt.
+void Connections::Judge(Session& session, const pqxx::failure& failure, bool again) {
+  const std::string reason = FirstLine(failure.what());
+  if (!IsLost(session.connection, failure)) {
+    report_(reason);
+    if (IsTimeOut(failure)) {
+      throw StoreAway(reason);
+    }
+    throw;
+  }
+  const std::lock_guard lock(mutex_);
+  session.lost = true;
+  open_ -= static_cast<int>(idle_.size());
+  idle_.clear();  // probably lost, too
+  if (again) {
+    SetAway(reason);
+    throw StoreAway(reason);
+  }
+}
+
+void Connections::SetAway(const std::string& reason) {
+  reason_ = reason;
+  nextTry_ = Clock::now() + milliseconds(kDatabaseRetryMs);
+  if (!std::exchange(away_, true)) {
+    report_("no se llega a la base de datos: " + reason);
+  }
+}
+
+void Connections::WatchOver(Session& session, int limit) {
+  session.deadline = Clock::now() + milliseconds(limit);
+  busy_.push_back(&session);
+}
+
+void Connections::Watch(const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  while (!stop.stop_requested()) {
+    ended_.wait_for(lock, stop, milliseconds(kDatabaseWatchMs), [] { return false; });
+    for (const Session* session : busy_) {
+      if (Clock::now() > session->deadline) {
+        ::shutdown(session->socket, SHUT_RDWR);
+      }
+    }
+  }
+}
+
+}  // namespace tonadex::server

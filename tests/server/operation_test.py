@@ -1,0 +1,204 @@
+#!/usr/bin/env python3
+"""What runs a real tonadex-server: health, metrics, log, signals, settings. Usage: operation_test.py SERVER"""
+import collections
+import http.client
+import json
+import os
+import re
+import shutil
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import threading
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).parent))
+from running_server import RunningServer
+
+SERVER = sys.argv[1]
+MELODIES = {"vals.29": "Vals:d=4,o=5,b=63:c"}
+UPLOAD = "Mía:d=4,o=5,b=100:c,d,e"
+SAMPLE = re.compile(r'([a-z_]+)(?:\{((?:[a-z]+="[^"\\\n]*",?)+)\})? (\d+(?:\.\d+)?(?:e-?\d+)?)')
+
+
+def exchange(port, request):
+    """Sends bytes and reads to the end: the status and the body, None for no reply."""
+    with socket.create_connection(("127.0.0.1", port), timeout=60) as client:
+        client.sendall(request)
+        client.shutdown(socket.SHUT_WR)
+        reply = http.client.HTTPResponse(client)
+        try:
+            reply.begin()
+        except (http.client.BadStatusLine, ConnectionError):
+            return None
+        return reply.status, reply.read()
+
+
+def get(target):
+    return b"GET " + target.encode("cp1252") + b" HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n"
+
+
+def post(target, body):
+    body = body.encode()
+    return b"POST %s HTTP/1.1\r\nContent-Length: %d\r\nConnection: close\r\n\r\n%s" % (target.encode(), len(body), body)
+
+
+# A request, the path that it is counted under, its status.
+REQUESTS = [
+    (get("/azar.php"), "/azar.php", 200),
+    (get("/azar.php?x=1"), "/azar.php", 200),
+    (get('/tonos/"\\\x01</script>ñ'), "/tonos/", 404),
+    (get("/tonos/vals.29"), "/tonos/", 200),
+    (get('/no"hay\\nada{}'), "otras", 404),
+    (get("/"), "/", 200),
+    (get("/salud"), "/salud", 200),
+    (post("/salud", ""), "/salud", 405),
+    (get("/api/v1/melodias/vals.29"), "/api/v1/melodias/", 200),
+    (post("/api/v1/melodias", UPLOAD), "/api/v1/melodias", 201),
+    (post("/api/v1/melodias", UPLOAD), "/api/v1/melodias", 429),
+    (post("/api/v1/comprobar", "x" * 300_000), "/api/v1/comprobar", 413),
+    (get("/api/v1/nada"), "/api/v1", 404),
+    (get("/" + "x" * 70_000), "otras", 414),
+    (b"basura\r\n\r\n", "otras", 400),
+]
+
+
+def metrics(server):
+    """Name and labels of each sample, with its value; every line must be one that Prometheus reads."""
+    status, body = exchange(server.port, get("/metricas"))
+    assert status == 200
+    samples, types = {}, {}
+    for line in body.decode().splitlines():
+        if line.startswith("# TYPE "):
+            name, kind = line.split()[2:]
+            assert name not in types and kind in ("counter", "gauge", "histogram"), line
+            types[name] = kind
+        elif not line.startswith("# HELP "):
+            name, labels, value = SAMPLE.fullmatch(line.replace("+Inf", "Inf")).groups()
+            assert re.sub("_(bucket|sum|count)$", "", name) in types, line
+            key = name, tuple(re.findall('([a-z]+)="([^"]*)"', labels or ""))
+            assert key not in samples, line
+            samples[key] = float(value)
+    return samples
+
+
+def check_counts(server, home):
+    for request, _, status in REQUESTS:
+        assert exchange(server.port, request)[0] == status, request[:80]
+    samples = {}
+    while sum(v for (n, l), v in samples.items() if n == "tonadex_peticiones_total"
+              and ("ruta", "/metricas") not in l) < len(REQUESTS):  # each is counted after its reply
+        samples = metrics(server)
+    for (route, status), count in collections.Counter((r, str(s)) for _, r, s in REQUESTS).items():
+        assert samples["tonadex_peticiones_total", (("ruta", route), ("estado", status))] == count, (route, samples)
+    for route, count in collections.Counter(r for _, r, _ in REQUESTS).items():
+        buckets = [v for (n, l), v in samples.items() if n.endswith("_bucket") and ("ruta", route) in l]
+        assert buckets == sorted(buckets) and buckets[-1] == count, (route, buckets)
+        assert samples["tonadex_duracion_segundos_count", (("ruta", route),)] == count
+    assert samples["tonadex_subidas_total", ()] == 1
+    assert samples["tonadex_melodias", ()] == 2
+    assert samples["tonadex_almacen_disponible", ()] == 1
+    assert samples["tonadex_conexiones", ()] >= 1
+    refused = {dict(l)["limite"]: v for (n, l), v in samples.items() if n == "tonadex_rechazos_total"}
+    assert refused == {"ritmo": 1, "longitud": 2}, refused
+    check_log(home)
+
+
+def check_log(home):
+    lines = [json.loads(line) for line in (home / "requests").read_text().splitlines()]
+    logged = collections.Counter((line["ruta"], line["estado"]) for line in lines if line["ruta"] != "/metricas")
+    assert logged.total() == len(REQUESTS) and logged['/tonos/"\\%01</script>%F1', 404] == 1, logged
+    assert logged["-", 400] == logged["-", 414] == 1 and logged["/azar.php", 200] == 2, logged
+    assert all(line["ms"] >= 0 and line["cliente"] == "127.0.0.1" for line in lines)
+
+
+class Load:
+    """Clients that keep their connections and ask one request after the other until told to stop."""
+
+    def __init__(self, port):
+        self.stop, self.asked, self.faults = threading.Event(), 0, []
+        self.threads = [threading.Thread(target=self.run, args=(port,)) for _ in range(4)]
+        for thread in self.threads:
+            thread.start()
+
+    def run(self, port):
+        connection = http.client.HTTPConnection("127.0.0.1", port, timeout=60)
+        while not self.stop.is_set():
+            started = False
+            try:
+                connection.request("GET", "/api/v1/buscar?texto=vals")
+                reply = connection.getresponse()
+                started = True
+                if reply.status != 200 or b"vals.29" not in reply.read():
+                    self.faults.append(reply.status)
+            except (OSError, http.client.HTTPException) as error:
+                self.faults.append(error if started else None)  # None: no byte of a reply
+                return
+            self.asked += 1
+
+    def wait_for(self, count):
+        goal = self.asked + count
+        while self.asked < goal and any(thread.is_alive() for thread in self.threads):
+            pass
+
+    def end(self):
+        self.stop.set()
+        for thread in self.threads:
+            thread.join()
+        return self.faults
+
+
+def check_reload(server, home):
+    load = Load(server.port)
+    (home / "requests").rename(home / "old")
+    for number in range(20):
+        (home / "servidor" / f"nueva{number}.9").write_text("Nueva:d=4")
+        server.process.send_signal(signal.SIGHUP)
+        load.wait_for(20)
+    while metrics(server)["tonadex_melodias", ()] != 22:
+        server.process.send_signal(signal.SIGHUP)
+    assert load.end() == [], load.faults
+    assert '"/metricas"' in (home / "requests").read_text(), "the log is not opened anew"
+
+
+def check_stop(server):
+    """Every reply that has begun comes whole, a long one to a slow reader, too."""
+    load = Load(server.port)
+    load.wait_for(50)
+    with socket.create_connection(("127.0.0.1", server.port), timeout=60) as client:
+        client.sendall(get("/todoslostonos.php"))
+        server.process.send_signal(signal.SIGTERM)
+        reply = http.client.HTTPResponse(client)
+        reply.begin()
+        assert len(reply.read()) > 100 and server.process.wait(60) == 0
+    assert all(fault is None for fault in load.end()), load.faults
+
+
+def check_settings(home):
+    """Variables count unless the command line says otherwise; what cannot be is said."""
+    for arguments, variables, said, code in [
+            ([], {"TONADEX_PUERTO": "mucho"}, "no es válido: TONADEX_PUERTO", 2),
+            (["--puerto", "x"], {"TONADEX_PUERTO": "0"}, "no es válido: --puerto", 2),
+            ([], {"TONADEX_PROXY": "quizá"}, "no es válido: TONADEX_PROXY", 2),
+            ([], {"TONADEX_CONEXIONES": "0"}, "no es válido: TONADEX_CONEXIONES", 2),
+            (["--conexiones-por-cliente=65536"], {}, "no es válido: --conexiones-por-cliente", 2),
+            (["--puerto=0"], {"TONADEX_DIRECCION": "aquí"}, "no se puede escuchar en aquí", 1)]:
+        done = subprocess.run([SERVER, "--carpeta", home / "otra", *arguments], env={**os.environ, **variables},
+                              capture_output=True, text=True, timeout=60)
+        assert done.returncode == code and said in done.stderr, (arguments, variables, done)
+
+
+with tempfile.TemporaryDirectory() as place:
+    home = Path(place)
+    settings = {"TONADEX_REGISTRO_JSON": "1", "TONADEX_SUBIDAS_POR_MINUTO": "1", "TONADEX_PUERTO": "1"}
+    with RunningServer(SERVER, home, MELODIES, variables=settings) as running:
+        check_counts(running, home)
+        check_reload(running, home)
+        check_stop(running)
+    check_settings(home)
+with tempfile.TemporaryDirectory() as place, RunningServer(SERVER, place, MELODIES) as running:
+    shutil.rmtree(Path(place) / "servidor")
+    assert exchange(running.port, get("/salud"))[0] == 503
+    assert metrics(running)["tonadex_almacen_disponible", ()] == 0
