@@ -46,6 +46,7 @@ struct Arguments {
   std::string logFile;
   bool logsJson = false;
   std::uint16_t uploadsPerMinute = kUploadsPerMinute;
+  std::uint16_t conversionsPerMinute = kConversionsPerMinute;
   std::string firstMelodies = InstalledMelodies();
   std::string database;      // "": the folder
   std::string copiedFolder;  // into the database
@@ -108,7 +109,7 @@ void ServeStore(Arguments& arguments, Store& store,
     metrics.Count(exchange);
     log(inJson ? LogJson(exchange) : LogLine(exchange));
   };
-  RateLimit conversions(kConversionsPerMinute);
+  RateLimit conversions(arguments.conversionsPerMinute);
   std::atomic<const HttpServer*> running = nullptr;
   HttpServer server(arguments.server, [&](const Request& request) {
     const HttpServer* listening = running;
@@ -213,6 +214,10 @@ tonadex::terminal::Program Describe(Arguments& arguments) {
        .valueName = "NÚMERO",
        .help = "Melodías que una dirección puede subir en un minuto",
        .value = &arguments.uploadsPerMinute},
+      {.names = "--conversiones-por-minuto",
+       .valueName = "NÚMERO",
+       .help = "Peticiones de conversión de una dirección en un minuto",
+       .value = &arguments.conversionsPerMinute},
 #ifdef TONADEX_POSTGRESQL
       {.names = "--almacen",
        .valueName = "DIRECCIÓN",
