@@ -38,6 +38,11 @@ void SetHot(HWND button, Face& face, bool hot) {
   }
 }
 
+bool IsUnderMouse(HWND window) {
+  POINT mouse{};
+  return GetCursorPos(&mouse) != 0 && WindowFromPoint(mouse) == window;
+}
+
 struct Ink {
   COLORREF fill, frame, text;
   int frameWidth;
@@ -188,6 +193,7 @@ HWND MakeButton(HWND parent, int id, Look look, std::string_view icon, const The
         } else if (message == WM_ERASEBKGND) {
           return 1;
         } else if (message == kDrawYourself) {
+          face->hot = face->hot && IsUnderMouse(window);  // the leaving may get lost
           Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(data), *face, theme);
           return TRUE;
         }
