@@ -505,7 +505,8 @@ void MainWindow::LayOutPage() {
   layingOut_ = false;
   if (frames != frames_) {
     frames_ = std::move(frames);
-    InvalidateRect(window_, nullptr, FALSE);
+    // What lies on a card has its ground.
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
   }
   DrawHints();
   const int size = binding_->The(Look::kDisplay).display->PixelSize();
