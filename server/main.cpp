@@ -48,6 +48,7 @@ struct Arguments {
   std::string logFile;
   bool logsJson = false;
   std::uint16_t uploadsPerMinute = kUploadsPerMinute;
+  std::uint16_t conversionsPerMinute = kConversionsPerMinute;
   std::string firstMelodies = InstalledMelodies();
   std::string database;      // "": the folder
   std::string copiedFolder;  // into the database
@@ -110,7 +111,7 @@ void ServeStore(Arguments& arguments, Store& store,
     metrics.Count(exchange);
     log(inJson ? LogJson(exchange) : LogLine(exchange));
   };
-  RateLimit conversions(kConversionsPerMinute);
+  RateLimit conversions(arguments.conversionsPerMinute);
   std::atomic<const HttpServer*> running = nullptr;
   HttpServer server(arguments.server, [&](const Request& request) {
     const HttpServer* listening = running;
@@ -215,6 +216,10 @@ tonadex::terminal::Program Describe(Arguments& arguments) {
        .valueName = "NÚMERO",
        .help = "Melodías que una dirección puede subir en un minuto",
        .value = &arguments.uploadsPerMinute},
+      {.names = "--conversiones-por-minuto",
+       .valueName = "NÚMERO",
+       .help = "Peticiones de conversión de una dirección en un minuto",
+       .value = &arguments.conversionsPerMinute},
 #ifdef TONADEX_POSTGRESQL
       {.names = "--almacen",
        .valueName = "DIRECCIÓN",

@@ -258,11 +258,14 @@ def check_away(database, servers):
             assert status == 503 and text.startswith(AWAY), (target, status, text)
         status, text = get(servers[0], "/api/v1/azar")
         assert status == 503 and "almacén" in text.decode() and b'"status":503' in text, text
+        assert get(servers[0], "/salud")[0] == 503
+        assert b"tonadex_almacen_disponible 0\n" in get(servers[0], "/metricas")[1]
         assert get(servers[0], "/")[0] == 200 == get(servers[0], "/api/v1/modelos")[0]
         assert time.monotonic() - start < 30
         come()
         for server in servers:
             wait_for(server, 200)
+            assert get(server, "/salud")[0] == 200
         uploaders.end()
         check_all_there(servers, uploaders)
         assert uploaders.acknowledged
