@@ -26,8 +26,8 @@ bool IsOwnFile(const SmfFile& file) {
 
 SmfFile WithPlainTimes(const SmfFile& file) {
   const auto units = [](std::uint32_t ticks) {
-    return static_cast<std::uint32_t>(
-        kStep * std::lround(ticks * 4.0 * kUnitsPerQuarter / kOwnWholeNote / kStep));
+    return kStep * static_cast<std::uint32_t>(
+                       std::lround(ticks * 4.0 * kUnitsPerQuarter / kOwnWholeNote / kStep));
   };
   SmfFile straight = file;
   std::uint32_t ticks = 0, now = 0;

@@ -10,12 +10,13 @@ source "$(dirname "$0")/lib.sh"
 inside() {
   export DEBIAN_FRONTEND=noninteractive HOME=/root LC_ALL=C.UTF-8
   fail() { echo "FALLO: $*" >&2 && exit 1; }
+  is() { [ "$2" = "$3" ] || fail "$1: «$2» en vez de «$3»"; }
   apt() {
     apt-get -y -qq -o Acquire::Retries=3 "$@" >>/apt.log 2>&1 || { tail -n 20 /apt.log && fail "apt $*"; }
   }
   install() { apt install --no-install-recommends --allow-downgrades "$@"; }
   eva() { runuser -u eva -- env -i HOME=/home/eva LC_ALL=C.UTF-8 PATH=/usr/bin:/bin "$@"; }
-  # serve ROLE…: runs the installed server on its folder of a package's service while a client calls.
+  # serve COMMAND…: runs the installed server on the folder of its service, and tonadex-cli COMMAND… as its client.
   serve() {
     tonadex-server --puerto 8123 --carpeta /var/lib/tonadex/servidor --registro /var/log/tonadex/servidor.log >/said &
     local server=$!
@@ -23,7 +24,7 @@ inside() {
     eva tonadex-cli "$1" --servidor http://127.0.0.1:8123 "${@:2}"
     kill $server && wait $server
   }
-  sums() { find "$@" -type f -exec sha256sum {} + | sort -k 2; }
+  sums() { find "$@" -type f -exec sha256sum {} + | sort; }
   linked() { find / -xdev \( -path /proc -o -path /sys \) -prune -o -path '*tonadex*' -type f -exec sh -c 'ldd "$1" 2>/dev/null | sed "s|^|$1|"' _ {} \;; }
 
   apt update
@@ -52,22 +53,23 @@ inside() {
   eva tonadex-cli convertir -t 3310 --pasos $home/melodias/Mia.24 | grep -q 'mantén\|re sostenido' || fail convertir
   serve buscar "de eva" | grep -q "De Eva.28" || fail "la melodía subida no está"
   sums /home/eva /var/lib/tonadex >/after
-  comm -23 /before /after | grep . && fail "la actualización lo ha cambiado"
-  [ "$(tr -d '\r' <$home/ver.dat)" = "$(dpkg-query -W -f '${Version}' tonadex)" ] || fail "ver.dat es el antiguo"
+  is "lo que la actualización cambia" "$(comm -23 /before /after)" ""
+  is ver.dat "$(tr -d '\r' <$home/ver.dat)" "$(dpkg-query -W -f '${Version}' tonadex)"
   [ -e /etc/systemd/system/multi-user.target.wants/tonadex-server.service ] || fail "el servicio se ha desactivado"
   ! linked | grep 'not found' || fail "faltan bibliotecas"
-  [ -z "$(dpkg -V tonadex tonadex-server)" ] || fail "$(dpkg -V tonadex tonadex-server)"
+  is "dpkg -V" "$(dpkg -V tonadex tonadex-server)" ""
 
   # What the administrator changed stays; what is removed comes back; a purge leaves only users' files.
   echo '# mío' >>/etc/logrotate.d/tonadex-server
-  apt remove tonadex tonadex-server
+  apt purge tonadex
+  apt remove tonadex-server
   install /new/tonadex-server_*.deb
+  [ -e "/var/lib/tonadex/servidor/De Eva.28" ] || fail "la melodía subida se ha perdido"
   grep -q '# mío' /etc/logrotate.d/tonadex-server || fail "la rotación del registro ha perdido un cambio"
-  serve buscar "de eva" >/dev/null 2>&1 || true
-  apt purge tonadex tonadex-server
-  comm -23 <(grep ' /home' /before) <(sums /home/eva) | grep . && fail "la desinstalación lo ha cambiado"
-  find / -xdev \( -path /proc -o -path /sys -o -path /home -o -path /old -o -path /new \) -prune -o -name '*tonadex*' -print |
-    grep -v service.d && fail "la purga deja ficheros"
+  apt purge tonadex-server
+  is "lo que la desinstalación cambia" "$(comm -23 <(grep ' /home' /before) <(sums /home/eva))" ""
+  is "lo que deja la purga" "$(find / -xdev \( -path /proc -o -path /sys -o -path /home -o -path /tmp -o -path /old -o -path /new \) \
+    -prune -o -name '*tonadex*' -print | grep -v 'service\.d$')" ""
   echo "Actualizado y desinstalado sin perder nada."
 }
 if [ "${1:-}" = --inside ]; then

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -65,7 +67,7 @@ void Reload(Store& store, LineLog& log, const std::stop_token& stop) {
   log.Reopen();
   try {
     if (store.Reload(stop)) {
-      SayLine(Stream::kOutput, "Carpeta leída de nuevo: " + CountWords(store));
+      SayLine(Stream::kOutput, "Leídas de nuevo: " + CountWords(store));
     }
   } catch (const std::exception& error) {  // what was there is served on
     SayLine(Stream::kError,

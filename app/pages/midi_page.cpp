@@ -23,7 +23,7 @@ constexpr std::string_view kNoNotes = "el fichero MIDI no tiene ninguna nota";
 constexpr std::string_view kFirstBar = u8"Desde el com&pás"_w;
 constexpr std::string_view kNoBar = u8"En esos compases la voz no tiene notas."_w;
 constexpr std::string_view kNothingLost = u8"La melodía entra entera."_w;
-constexpr int kListHeight = 150, kTextHeight = 60, kLeastField = 136;
+constexpr int kListHeight = 120, kTextHeight = 60, kLeastField = 136;
 
 constexpr ControlInfo Choice(std::string_view name, Control F::*member, std::string_view caption,
                              std::string_view help, Handler click) {

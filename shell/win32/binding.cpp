@@ -81,8 +81,9 @@ void GiveFocusBack(HWND button) {
 }
 
 HWND MakeLabel(const ControlInfo& info, HWND parent, int id) {
-  const DWORD style =
-      (info.right ? SS_RIGHT : SS_LEFT) | (info.field == nullptr ? SS_NOPREFIX : 0U);
+  // SS_EDITCONTROL: a word longer than the line, such as an example, is broken.
+  const DWORD style = SS_EDITCONTROL | (info.right ? SS_RIGHT : SS_LEFT) |
+                      (info.field == nullptr ? SS_NOPREFIX : 0U);
   return MakeChild(L"STATIC", style, parent, id);
 }
 

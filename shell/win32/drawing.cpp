@@ -66,7 +66,7 @@ SIZE TextSize(HFONT font, const std::wstring& text, int width) {
   const HGDIOBJ previous = SelectObject(context, font);
   RECT box{0, 0, width, 0};
   DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &box,
-            DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+            DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX);
   SelectObject(context, previous);
   ReleaseDC(nullptr, context);
   return {box.right, box.bottom};

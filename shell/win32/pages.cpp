@@ -150,9 +150,11 @@ std::vector<Frame> LayOut(const Binding& binding, const Theme& theme, const app:
     const RECT box = Within(bound, frame.Box(), theme);
     CutOff(bound.window, frame, box);
     if (moves != nullptr) {
-      moves = DeferWindowPos(moves, bound.window, last, box.left, box.top,
-                             std::max(LONG{0}, box.right - box.left),
-                             std::max(LONG{0}, box.bottom - box.top), SWP_NOACTIVATE);
+      moves = DeferWindowPos(
+          moves, bound.window, last, box.left, box.top, std::max(LONG{0}, box.right - box.left),
+          std::max(LONG{0}, box.bottom - box.top),
+          // Words may break elsewhere now.
+          SWP_NOACTIVATE | (bound.info->look == Look::kLabel ? SWP_NOCOPYBITS : 0U));
     }
     last = bound.window;
   }

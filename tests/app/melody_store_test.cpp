@@ -100,7 +100,7 @@ TEST_F(Store, RenamesMelodyAndFile) {
 }
 
 TEST_F(Store, AddsTheMelodiesOfFilesOfAnyFormat) {
-  folder.Write("Añejo.txt", "Sr. Vals:d=4,o=5,b=90:c\r\n\r\nPolca: d=4,o=5,b=90:cjuh9hay\n");
+  folder.Write(u8"Añejo.txt", "Sr. Vals:d=4,o=5,b=90:c\r\n\r\nPolca: d=4,o=5,b=90:cjuh9hay\n");
   folder.Write("carta.txt", "Querida Ana: te escribo: hoy");
   folder.Write("Mi (vals).imy", "BEGIN:IMELODY\nBEAT:90\nMELODY:c2*5d3\nEND:IMELODY");
   const std::vector files{folder / "carta.txt", folder / u8"Añejo.txt", folder / "gone",

@@ -96,6 +96,27 @@ TEST(ReadSmf, FindsTheNotesThatWereWritten) {
   }
 }
 
+// Damaged files are refused, or give melodies that can be parsed.
+TEST(ReadSmf, BearsDamagedFiles) {
+  std::mt19937 random(2);
+  for (int files = 0; files < 400; ++files) {
+    std::string bytes = SmfOf(AnyTracks(random), 1 + static_cast<int>(random() % 1000));
+    for (std::size_t left = 1 + random() % 8; left > 0; --left) {
+      bytes[random() % bytes.size()] = static_cast<char>(random());
+    }
+    bytes.resize(random() % 3 == 0 ? random() % bytes.size() : bytes.size());
+    const auto read = ReadSmf(bytes);
+    const auto* file = std::get_if<SmfFile>(&read);
+    ASSERT_TRUE(file != nullptr || std::get<SmfFault>(read).byte <= bytes.size());
+    for (const SmfVoice& voice : file == nullptr ? std::vector<SmfVoice>() : VoicesOf(*file)) {
+      const SmfMelody made = MelodyOf(*file, voice, {.name = "x", .mostNotes = 50});
+      ASSERT_LE(made.melody.notes.size(), 50u);
+      ASSERT_EQ(test::ParsedMelody(core::RtttlText(made.melody)).Notes.size(),
+                made.melody.notes.size());
+    }
+  }
+}
+
 SmfChoice ChoiceOf(const std::string& wishes) {
   SmfChoice choice{.name = "x"};
   std::istringstream words(wishes);

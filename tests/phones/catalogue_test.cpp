@@ -25,7 +25,7 @@ TEST(PhoneCatalogue, EveryModelRestoresItsBrand) {
     EXPECT_EQ(catalogue.rows[i],
               std::string(row.brand) + "^" + std::string(row.model) + "^" + std::string(row.code));
     const auto brand = RestoredBrand(row.model);
-    EXPECT_EQ(brand ? brands[*brand + 1] : "Samsung", row.brand) << row.model;
+    EXPECT_EQ(brand ? brands.at(*brand + 1) : "Samsung", row.brand) << row.model;
     EXPECT_EQ(brand.has_value(), !row.model.starts_with(" Pulsaciones tipo")) << row.model;
   }
   for (const test::Row& row : test::Table("Labels")) {

@@ -38,6 +38,11 @@ void SetHot(HWND button, Face& face, bool hot) {
   }
 }
 
+bool IsUnderMouse(HWND window) {
+  POINT mouse{};
+  return GetCursorPos(&mouse) != 0 && WindowFromPoint(mouse) == window;
+}
+
 struct Ink {
   COLORREF fill, frame, text;
   int frameWidth;
@@ -55,10 +60,8 @@ Ink InkOf(const Face& face, const DRAWITEMSTRUCT& item, const Theme& theme) {
   } else if (primary) {
     ink = {c.accent, c.accent, c.accentText, theme.Px(1)};
   }
-  if (face.look == Look::kMark && face.tone != app::Tone::kText) {
-    ink.text = ink.frame = face.tone == app::Tone::kBad    ? c.bad
-                           : face.tone == app::Tone::kGood ? c.good
-                                                           : c.muted;
+  if (face.look == Look::kMark && (face.tone == app::Tone::kBad || face.tone == app::Tone::kGood)) {
+    ink.text = ink.frame = face.tone == app::Tone::kBad ? c.bad : c.good;
   }
   if (face.checked && (face.look == Look::kKeys || face.look == Look::kChoice)) {
     ink.fill = c.accentWash;
@@ -190,6 +193,7 @@ HWND MakeButton(HWND parent, int id, Look look, std::string_view icon, const The
         } else if (message == WM_ERASEBKGND) {
           return 1;
         } else if (message == kDrawYourself) {
+          face->hot = face->hot && IsUnderMouse(window);  // the leaving may get lost
           Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(data), *face, theme);
           return TRUE;
         }

@@ -98,6 +98,8 @@ void PhoneDisplay::Draw() {
       window_,
       Source(display_.result().empty() ? display_.Sentence(invitation_) : display_.shown()));
   SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&inner));
+  // A scroll bar that came and went meanwhile may have hidden the ends of the lines.
+  InvalidateRect(window_, nullptr, TRUE);
 }
 
 std::string PhoneDisplay::Source(const app::DisplayText& shown) const {
