@@ -201,6 +201,7 @@ function open(text, file) {
 
 // Nothing of the melody before stays while the server is asked about this one.
 function clear() {
+  setPace(false);
   document.querySelector('dialog[open]')?.close();
   notes = { notas: [], duracion: 0 };
   $('tocar').disabled = true;
@@ -490,7 +491,7 @@ let at = 0; // the group to press
 let pace = 0; // the timer of "Avanzar solo", 0 while it is off
 let awake = null; // keeps the screen on
 const guide = { sonido: false, segundos: 4, ...kept.get('guia') };
-const steps = () => conversion.pasos;
+const steps = () => conversion?.pasos ?? []; // none while the server converts
 const placeOf = () => phone.forma + '|' + rtttl;
 const pressed = (key) => key.mantener ? 'mantén 3 s' : key.veces > 1 ? '×' + key.veces : '';
 const spoken = { '*': 'asterisco', '#': 'almohadilla', '<': 'izquierda', '^': 'arriba', '>': 'derecha' };

@@ -323,6 +323,11 @@ const BoundControl& Binding::Of(Control app::Form1::*member) const {
       bound_, [member](const BoundControl& row) { return row.info->member == member; });
 }
 
+const BoundControl& Binding::The(Look look) const {
+  return *std::ranges::find(bound_, look,
+                            [](const BoundControl& bound) { return bound.info->look; });
+}
+
 const BoundControl* Binding::Find(HWND window) const {
   const auto found = std::ranges::find_if(bound_, [window](const BoundControl& row) {
     return row.window != nullptr && (row.window == window || (row.info->look == Look::kComboBox &&

@@ -50,6 +50,8 @@ class Binding {
   std::span<const BoundControl> Controls() const { return bound_; }
   const BoundControl& Of(app::Control app::Form1::*member) const;
   HWND Window(app::Control app::Form1::*member) const { return Of(member).window; }
+  // The first control of this look, which must exist.
+  const BoundControl& The(app::Look look) const;
   // The control of a window, nullptr for a window of someone else.
   const BoundControl* Find(HWND window) const;
 

@@ -191,7 +191,7 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
       wide == kFollowTimer ? FollowMelody() : binding_->Tick(wide);
       return 0;
     case kBannerLeft:
-      binding_->Raise(binding_->Of(&Form1::navbanner), Event::kNavigation);
+      binding_->Raise(binding_->The(Look::kBanner), Event::kNavigation);
       return 0;
     case WM_HSCROLL:
       if (const BoundControl* slider = binding_->Find(reinterpret_cast<HWND>(data))) {
@@ -426,7 +426,7 @@ bool MainWindow::EnterKey() {
 void MainWindow::FilterTempo() {
   COMBOBOXINFO info{};
   info.cbSize = sizeof info;
-  GetComboBoxInfo(binding_->Window(&Form1::txtcompoTempo), &info);
+  GetComboBoxInfo(binding_->The(Look::kComboBox).window, &info);
   ImmAssociateContext(info.hwndItem, nullptr);  // an input method would bypass the filter
   HookWindow(
       info.hwndItem, [this](HWND, UINT message, WPARAM wide, LPARAM) -> std::optional<LRESULT> {
@@ -505,11 +505,12 @@ void MainWindow::LayOutPage() {
   layingOut_ = false;
   if (frames != frames_) {
     frames_ = std::move(frames);
-    InvalidateRect(window_, nullptr, FALSE);
+    // What lies on a card has its ground.
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
   }
   DrawHints();
-  const BoundControl& result = binding_->Of(&Form1::textresultado);
-  Send(binding_->Window(&Form1::sizeSlider), TBM_SETPOS, TRUE, result.display->PixelSize());
+  const int size = binding_->The(Look::kDisplay).display->PixelSize();
+  Send(binding_->The(Look::kSlider).window, TBM_SETPOS, TRUE, size);
 }
 
 void MainWindow::ScrollTo(int top) {
@@ -564,7 +565,7 @@ void MainWindow::FocusPage() {
     }
   }
   if (focus_ == nullptr || IsWindowVisible(focus_) == 0) {
-    focus_ = binding_->Window(&Form1::cmdinicio);
+    focus_ = binding_->The(Look::kNavigation).window;
   }
   if (GetActiveWindow() == window_) {
     SetFocus(focus_);
@@ -661,7 +662,7 @@ void MainWindow::AddTooltips() {
       Send(tips_, TTM_ADDTOOLW, 0, &tool);
     }
   }
-  binding_->Of(&Form1::keyRow).keys->ForEachKey(add);
+  binding_->The(Look::kKeys).keys->ForEachKey(add);
 }
 
 // The row under the mouse, in the list whose tooltip asks.
@@ -685,7 +686,7 @@ void MainWindow::DrawBusy() {
 
 void MainWindow::Wait() {
   const bool before = std::exchange(pumping_, true);
-  InvalidateRect(binding_->Window(&Form1::waitingLine), nullptr, FALSE);
+  InvalidateRect(binding_->The(Look::kBusyLine).window, nullptr, FALSE);
   platform::PumpPaint([this](const MSG& input) { GiveUpBy(input); });
   MSG message;
   // The task bar closes the window by a posted message, which is not input.
@@ -729,7 +730,7 @@ void MainWindow::DrawHints() {
 }
 
 void MainWindow::Navigate(app::WebViewId view, std::string_view url) {
-  binding_->Of(view == app::WebViewId::kNavbanner ? &Form1::navbanner : &Form1::WebBrowser1)
+  binding_->The(view == app::WebViewId::kNavbanner ? Look::kBanner : Look::kPage)
       .browser->Navigate(url);
 }
 

@@ -259,7 +259,7 @@ def check_away(database, servers):
         status, text = get(servers[0], "/api/v1/azar")
         assert status == 503 and "almacén" in text.decode() and b'"status":503' in text, text
         assert get(servers[0], "/salud")[0] == 503
-        assert b"tonadex_almacen_disponible 0" in get(servers[0], "/metricas")[1]
+        assert b"tonadex_almacen_disponible 0\n" in get(servers[0], "/metricas")[1]
         assert get(servers[0], "/")[0] == 200 == get(servers[0], "/api/v1/modelos")[0]
         assert time.monotonic() - start < 30
         come()

@@ -201,6 +201,11 @@ def type_it(page, axe):
         page.press("#g-sigue")
     page.until(lambda: not page.one("#guia").is_displayed(), "the end")
     assert "Ya está" in page.text("#aviso")
+    page.press("#teclear")
+    page.press("#g-solo")
+    page.js("location.hash = '#Otra:d=4,o=5,b=120:c,d'")  # another melody ends the guide
+    page.until(lambda: page.text("#nombre") == "Otra" and page.text("#resultado").startswith("1* 2"), "the other melody")
+    assert page.text("#aviso") in ("", "¡Ya está! Guárdala en el móvil y escúchala."), page.text("#aviso")
 
 
 def by_itself(page):
