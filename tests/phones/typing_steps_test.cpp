@@ -1,5 +1,5 @@
-// Results of keys, taken apart. That these keys give the melody when they are typed is tested in
-// tests/import, which reads them back.
+// Results of keys, taken apart, and a Nokia's composer to type them into. That the other phones'
+// keys give the melody is tested in tests/import, which reads them back.
 #include "phones/typing_steps.h"
 
 #include <gtest/gtest.h>
@@ -121,6 +121,57 @@ TEST(TypingSteps, TakeAnyTextApartInLinearTime) {
   EXPECT_EQ(std::ranges::count_if(CatalogueRows(),
                                   [](const auto& row) { return FindKeypad(row.model) != nullptr; }),
             14);
+}
+
+// A Nokia's composer, from its first key on, and what its display then shows. The keys act at once
+// and on the last note; the next note begins with its octave and duration, but not with a pause's.
+std::string TypedIntoNokia(const Steps& steps) {
+  struct Note {
+    char letter;  // 'p' for a pause
+    bool sharp, dotted;
+    int octave, duration;
+  };
+  std::vector<Note> notes;
+  int octave = 1, duration = 4;
+  const auto press = [&](char key, bool held) {
+    if (key >= '0' && key <= '7') {
+      notes.push_back({"pcdefgab"[key - '0'], false, held, octave, duration});
+      return;
+    }
+    Note& last = notes.back();
+    last.sharp = last.sharp != (key == '#');
+    last.duration = key == '8'   ? std::min(last.duration * 2, 32)
+                    : key == '9' ? std::max(last.duration / 2, 1)
+                                 : last.duration;
+    last.octave = key == '*' ? last.octave % 3 + 1 : last.octave;
+    octave = last.letter == 'p' ? octave : last.octave;
+    duration = last.letter == 'p' ? duration : last.duration;
+  };
+  for (const TypingStep& step : steps) {
+    for (const KeyPress& each : step.keys) {
+      for (int i = 0; i < each.times; ++i) {
+        press(each.key, each.hold);
+      }
+    }
+  }
+  std::string shown;
+  for (const Note& note : notes) {
+    shown += std::to_string(note.duration) + (note.dotted ? "." : "");
+    shown += note.letter == 'p' ? "-"
+                                : (note.sharp ? "#" : "") + std::string(1, note.letter) +
+                                      std::to_string(note.octave);
+    shown += ' ';
+  }
+  return shown;
+}
+
+// But for the dots of pauses: their key is not held.
+TEST(TypingSteps, GiveTheComposerNotationOnANokia) {
+  for (const std::string& melody : test::Melodies()) {
+    const std::string typed = TypedIntoNokia(ConvertAndTakeApart(melody, kModels[0]).steps);
+    std::string notation = ConvertAndTakeApart(melody, " Compositor").result;
+    ASSERT_EQ(typed, core::ReplaceAll(notation, ".-", "-")) << melody;
+  }
 }
 
 // What a Nokia must show, note by note, is the other result for the same melody, but for the dots
