@@ -25,7 +25,7 @@ TEXT = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g,c6,d6,e6,f6,g6,a,b"
 WHAT = {"download": None, "search, frequent": "/listatonos.php?cadenadebusqueda=luz%20sol",
         "search, 1 found": f"/listatonos.php?cadenadebusqueda={MELODIES - 7}x",
         "search, 2 letters": "/listatonos.php?cadenadebusqueda=zq", "random": "/azar.php",
-        "page": "/mini.php", "convert": CONVERT}
+        "page, desktop's": "/mini.php", "page, browser's": "/", "convert": CONVERT}
 NGINX = """pid {home}/nginx.pid; error_log {home}/error.log; worker_processes auto; user root;
 events {{ worker_connections 1024; }}
 http {{ access_log off; sendfile on; open_file_cache max=100;
