@@ -19,7 +19,7 @@ bool IsText(std::string_view type) {
 constexpr int kWindowBits = 15 + 16;  // 16 asks for gzip's header instead of zlib's
 constexpr int kMemoryLevel = 8;       // 256 KiB, zlib's usual
 
-// "" when there is no memory for it.
+// "" when zlib runs out of memory.
 std::string Gzip(std::string_view text) {
   z_stream stream{};
   if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kWindowBits, kMemoryLevel,
@@ -37,7 +37,7 @@ std::string Gzip(std::string_view text) {
   return packed;
 }
 #else
-// Windows' servers are those inside the programs: nothing of theirs leaves the machine.
+// On Windows only embedded servers exist, and their replies never leave the machine.
 std::string Gzip(std::string_view) {
   return {};
 }

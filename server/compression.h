@@ -7,14 +7,16 @@
 // gzip for the page and the interface for other programs.
 namespace tonadex::server {
 
-// Whether a header field Accept-Encoding names gzip, other than with "q=0".
+// Whether the value of Accept-Encoding names gzip with a weight above 0.
 bool AcceptsGzip(std::string_view acceptEncoding);
 
-// Compresses texts where the client accepts it and the size makes it worthwhile (see limits.h);
-// texts get "Vary: Accept-Encoding" in any case. Other types and replies without a body stay.
+// Compresses text replies if the client accepts gzip and the size makes it worthwhile (limits.h).
+// Text replies get "Vary: Accept-Encoding" in any case. Other types and replies without a body are
+// unchanged.
 Reply Compressed(Reply reply, std::string_view acceptEncoding);
 
-// Header fields for a compressed body, and for every reply that may be compressed for others.
+// The header field of a compressed body, and the one of every reply that depends on
+// Accept-Encoding.
 inline constexpr std::string_view kGzipField = "Content-Encoding: gzip\r\n";
 inline constexpr std::string_view kVaryField = "Vary: Accept-Encoding\r\n";
 

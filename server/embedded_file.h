@@ -4,8 +4,8 @@
 
 namespace tonadex::server {
 
-// The bytes of a file of server/web, or of the interface's description, as it was when the program
-// was built; with ".gz" behind its name the same, compressed. "" when there is none of that name.
+// The bytes of a file of server/web, or of openapi.json, as compiled into the program; "NAME.gz" is
+// the same file compressed. "" for an unknown name.
 std::string_view EmbeddedFile(std::string_view name);
 
 }  // namespace tonadex::server

@@ -57,8 +57,8 @@ struct EmbeddedServer::State {
   Reply Answer(const Request& request);
 
   const fs::path folder, source;
-  std::unique_ptr<FolderLock> lock;  // outlives the shelf, which may write at its end
-  mutable std::mutex mutex;          // guards what follows
+  std::unique_ptr<FolderLock> lock;  // outlives the shelf, whose destructor may write
+  mutable std::mutex mutex;          // guards the members below
   EmbeddedRole role = EmbeddedRole::kHost;
   std::uint16_t port = 0;
   std::shared_ptr<Shelf> shelf;
@@ -77,7 +77,8 @@ Reply EmbeddedServer::State::Answer(const Request& request) {
   return Handle(request, *current);
 }
 
-// A reader's server stays and gets the other shelf. A lost port is replaced by any other.
+// A running server (of a reader that becomes the host) is kept and only gets the new shelf. If the
+// wanted port is taken, any free one is used.
 void EmbeddedServer::State::StartServer(std::shared_ptr<Shelf> newShelf, EmbeddedRole newRole,
                                         std::uint16_t wantedPort) {
   {
@@ -109,7 +110,7 @@ bool EmbeddedServer::State::TryHost(std::uint16_t wantedPort) {
   if (!lock) {
     return false;
   }
-  WithdrawPort(folder);  // of a program that was killed
+  WithdrawPort(folder);  // left by a program that was killed
   FillEmptyShelf(folder, source);
   StartServer(std::make_shared<Shelf>(folder, ShelfAccess::kReadWrite), EmbeddedRole::kHost,
               wantedPort);
@@ -127,7 +128,8 @@ bool EmbeddedServer::State::TryGuest() {
   return true;
 }
 
-// Host or guest; false when the folder's owner cannot be reached.
+// Becomes host or guest; false when another program holds the folder and its server cannot be
+// reached.
 bool EmbeddedServer::State::Join() {
   fs::create_directories(folder);
   const auto deadline = Clock::now() + milliseconds(kPortWaitMs);
@@ -147,7 +149,7 @@ void EmbeddedServer::State::Read() {
   try {
     readable = std::make_shared<Shelf>(folder, ShelfAccess::kReadOnly);
   } catch (const std::exception&) {
-    // It is not there, or not ours to read.
+    // The folder is missing or not readable.
   }
   std::error_code ignored;
   if (!readable || (readable->size() == 0 && fs::is_directory(source, ignored))) {
@@ -156,7 +158,7 @@ void EmbeddedServer::State::Read() {
   StartServer(std::move(readable), EmbeddedRole::kReader, 0);
 }
 
-// Takes the host's place when it ends.
+// Waits until the host ends, then takes its place.
 void EmbeddedServer::State::Watch() {
   std::unique_lock guard(mutex);
   while (!ended.wait_for(guard, milliseconds(kGuestPollMs), [this] { return ending; })) {
@@ -166,7 +168,7 @@ void EmbeddedServer::State::Watch() {
     try {
       hosting = TryHost(wantedPort);
     } catch (const std::exception&) {
-      lock.reset();  // so that another program can try; this one tries again later
+      lock.reset();  // lets another program try; this one tries again later
     }
     guard.lock();
     if (hosting) {
@@ -184,7 +186,7 @@ EmbeddedServer::EmbeddedServer(fs::path folder, fs::path firstMelodies)
     } else {
       state_->Read();
     }
-  } catch (const std::exception&) {  // the disk is full, or the folder not ours to write
+  } catch (const std::exception&) {  // the disk is full, or the folder is not writable
     state_->lock.reset();
     state_->Read();
     mayHostLater = false;

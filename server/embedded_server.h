@@ -8,32 +8,34 @@
 
 namespace tonadex::server {
 
-// Says where the folder's server listens on this machine, for the programs that find the folder
-// taken; nothing in the folder means that nobody does. False when that cannot be written.
+// PublishPort stores in the folder the port on which its server listens, so that other programs can
+// find it; WithdrawPort removes it. False when it cannot be written.
 bool PublishPort(const std::filesystem::path& folder, std::uint16_t port);
 void WithdrawPort(const std::filesystem::path& folder);
 std::optional<std::uint16_t> PublishedPort(const std::filesystem::path& folder);
 
 enum class EmbeddedRole {
-  kHost,    // the folder is ours: listens, and takes uploads
-  kGuest,   // uses the server of the program that has the folder
-  kReader,  // its server cannot be reached, or the folder cannot be written: one that only reads
+  kHost,    // holds the folder's lock: serves it and accepts uploads
+  kGuest,   // uses the server of the program that holds the lock
+  kReader,  // serves read-only: the folder cannot be written, or the host's server cannot be
+            // reached
 };
 
-// The melody server inside another program: on a free port of this machine's own loopback address,
-// in threads of its own, from the constructor to the destructor. Of several programs on one folder
-// the first is the host; when it ends, one of the others takes its place, at the same address.
+// The melody server inside another program: on a free port of the loopback address, in its own
+// threads, from the constructor to the destructor. The first of several programs on one folder is
+// the host; when it ends, one of the others takes over the folder and the port.
 class EmbeddedServer {
  public:
-  // `folder` is made when it is missing and filled from `firstMelodies` when it holds none.
-  // When it can be neither made nor filled (a full disk, no permission), what can be read of it is
-  // served, else `firstMelodies` itself. Throws std::exception when there can be no server.
+  // `folder` is created if it is missing, and filled from `firstMelodies` if it has no melodies. If
+  // it cannot be created or filled (full disk, no permission), its readable melodies are served,
+  // else those of `firstMelodies`. Throws std::exception when no server can be started.
   EmbeddedServer(std::filesystem::path folder, std::filesystem::path firstMelodies);
   ~EmbeddedServer();
   EmbeddedServer(const EmbeddedServer&) = delete;
   EmbeddedServer& operator=(const EmbeddedServer&) = delete;
 
-  // "http://127.0.0.1:49152". It changes only if a guest takes over and the port is lost.
+  // A URL like "http://127.0.0.1:49152". It changes only if a guest takes over and the port is not
+  // free.
   std::string BaseAddress() const;
   EmbeddedRole Role() const;
 
@@ -42,9 +44,8 @@ class EmbeddedServer {
   std::unique_ptr<State> state_;
 };
 
-// The server of a program folder, filled at first from the installed data; null when there can be
-// no server, which is no reason for a program not to start: requests then fail as without a
-// network.
+// The server of a program folder, filled from the installed data when it is new. Null when it
+// cannot be started; the program runs nevertheless, and its requests fail as without a network.
 std::unique_ptr<EmbeddedServer> TryEmbeddedServer(const std::filesystem::path& programFolder,
                                                   const std::filesystem::path& installedData);
 

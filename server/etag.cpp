@@ -7,7 +7,8 @@
 namespace tonadex::server {
 namespace {
 
-// FNV-1a, 64 bits: nobody gains by a collision, which would only show a client its own old reply.
+// FNV-1a with 64 bits is enough: a forged collision would only make a client see its own cached
+// reply.
 std::uint64_t Hash(const std::vector<SharedText>& texts) {
   std::uint64_t hash = 0xCBF29CE484222325;
   for (const SharedText& text : texts) {

@@ -6,8 +6,8 @@
 
 namespace tonadex::server {
 
-// A successful reply gets the field "ETag", which depends on its body alone; it becomes a 304
-// without a body when the client has it already, as its field "If-None-Match" says.
+// Adds the field "ETag", a hash of the body, to a successful reply. If the client's "If-None-Match"
+// has the same value, the reply becomes a 304 without a body.
 Reply WithETag(Reply reply, std::string_view ifNoneMatch);
 
 }  // namespace tonadex::server

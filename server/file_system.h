@@ -4,18 +4,19 @@
 #include <filesystem>
 #include <memory>
 
-// What the server asks of the system beyond reading and writing files.
+// System calls that the server needs besides reading and writing files.
 namespace tonadex::server {
 
-// Puts on the disk what was written to the folder; on Windows the system does so within seconds.
+// Writes everything in the folder to the disk; does nothing on Windows, where the system does so
+// within seconds.
 void SyncFiles(const std::filesystem::path& folder);
 
-// Keeps other programs (and other locks of this one) from writing to a folder; ends with the
-// program in every case.
+// An exclusive lock on a folder, against other programs and other locks of this one. The system
+// releases it when the program ends, however that happens.
 class FolderLock {
  public:
-  // Null when somebody else holds it. Throws std::filesystem::filesystem_error when the lock file
-  // cannot be made.
+  // Null when another lock exists. Throws std::filesystem::filesystem_error when the lock file
+  // cannot be created.
   static std::unique_ptr<FolderLock> Try(const std::filesystem::path& folder);
   ~FolderLock();
   FolderLock(const FolderLock&) = delete;
@@ -26,7 +27,7 @@ class FolderLock {
   std::intptr_t handle_;
 };
 
-// As many open files as the system allows this program.
+// Raises this program's limit of open files to the maximum that the system allows.
 void RaiseOpenFileLimit();
 
 }  // namespace tonadex::server

@@ -25,7 +25,7 @@ struct Target {
   std::string_view path, query;
 };
 
-// Proxies send the whole address ("http://host/path").
+// Proxies may send the absolute form ("http://host/path").
 std::string_view WithoutHost(std::string_view target) {
   const std::size_t scheme = target.find("://");
   if (target.starts_with('/') || scheme == target.npos) {
@@ -57,9 +57,9 @@ std::string_view UpToAmpersand(std::string_view value) {
   return value.substr(0, value.find('&'));
 }
 
-// Clients send names and words as typed, a "%" among them, and escape only what would end the
-// request line; browsers escape everything. A request can be read in these ways, the likeliest
-// first, and the first one that makes sense counts.
+// Clients send names and words as typed, including "%", and escape only blanks and control
+// characters; browsers escape everything. A request is decoded in these ways, the likeliest first,
+// and the first valid result is used.
 enum class Escapes { kOfLines, kNone, kAll };
 constexpr Escapes kReadings[] = {Escapes::kOfLines, Escapes::kNone, Escapes::kAll};
 
@@ -70,7 +70,7 @@ int HexDigit(char c) {
                                 : -1;
 }
 
-// What clients and the socket loop escape: blanks and control characters.
+// The characters that clients and the socket loop escape: blanks and control characters.
 bool EndsLine(int code) {
   return code <= ' ' || code == 0x7F;
 }
@@ -145,7 +145,7 @@ Reply AnswerUpload(const Request& request, std::string_view query, Store& store)
   return TextReply(status, words);
 }
 
-// For whoever watches the server or spreads requests over several.
+// For monitoring and load balancers.
 Reply AnswerHealth(const Request&, std::string_view, Store& store) {
   const bool well = store.Reachable();
   Reply reply = TextReply(well ? 200 : 503,

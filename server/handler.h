@@ -12,18 +12,18 @@
 namespace tonadex::server {
 
 struct Request {
-  std::string target;        // path and query as they came, bytes above 127 included
-  std::string client;        // whom the limit of uploads counts
-  Clock::time_point now;     // for that limit
-  std::uint64_t random = 0;  // what a random choice is made with
-  // Whether nobody waits for the reply any more; may be empty.
+  std::string target;        // path and query as received, including bytes above 127
+  std::string client;        // the address that rate limits count
+  Clock::time_point now;     // for rate limits
+  std::uint64_t random = 0;  // seed of random choices
+  // Returns true once the client has gone; may be empty.
   std::function<bool()> abandoned = {};
-  bool post = false;  // else GET or HEAD, whose body is left out later
+  bool post = false;  // else GET or HEAD; the socket loop removes the body of replies to HEAD
   std::string body = {};
   std::string contentType = {}, ifNoneMatch = {}, acceptEncoding = {};  // header fields
 };
 
-inline constexpr int kAskAgain = -1;  // for maxAgeSeconds: a cache may keep it, but must ask
+inline constexpr int kAskAgain = -1;  // for maxAgeSeconds: caches must revalidate
 inline constexpr std::string_view kTextType = "text/plain; charset=windows-1252";
 inline constexpr std::string_view kHtmlType = "text/html; charset=utf-8";
 
@@ -41,25 +41,25 @@ struct StatusWords {
   int status;
   std::string_view words;  // Windows-1252
 };
-// What became of an upload; kStored is 200.
+// The reply to an upload; kStored has status 200.
 StatusWords UploadWords(const UploadAnswer& answer);
 
-// What a request gets with a 503 when the store is away, Windows-1252.
+// The text of a 503 while the store cannot be reached, Windows-1252.
 extern const std::string_view kStoreAwayWords;
 
-// The server: a reply for each request. The only things it changes are the store and the limit of
-// conversions, which may be absent. Never throws (memory aside).
+// Answers a request of the clients' protocol, the JSON interface or the web page. Changes only the
+// store and `conversions`, the rate limit of conversions, which may be null. Throws std::bad_alloc
+// at most.
 Reply Handle(const Request& request, Store& store, RateLimit* conversions = nullptr);
 
-// The path that answers this target, for counting: one of the few that the server knows, else
-// "otras".
+// The path under which a target is counted: one that the server answers, else "otras".
 std::string RouteOf(std::string_view target);
 
-// %XX undone; a "%" without two hexadecimal digits stays, "+" is a plus.
+// Decodes %XX; a "%" without two hexadecimal digits is kept, "+" is a plus.
 std::string UndoEscapes(std::string_view text);
 // Appends the byte as %XX.
 void AppendEscaped(std::string& text, char byte);
-// Everything but letters, digits and "-._~" as %XX.
+// Escapes every byte except letters, digits and "-._~" as %XX.
 std::string PercentEncoded(std::string_view bytes);
 
 }  // namespace tonadex::server

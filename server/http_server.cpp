@@ -52,18 +52,18 @@ using namespace core::literals;
 using ErrorCode = boost::system::error_code;
 
 constexpr std::size_t kReadBytes = std::size_t{8} << 10;
-constexpr int kGone = -1;       // in place of a status: there is nobody to reply to
-constexpr int kMinThreads = 4;  // an upload waits for the disk in its thread
+constexpr int kGone = -1;       // in place of a status: the client is gone, no reply is sent
+constexpr int kMinThreads = 4;  // an upload blocks its thread while it syncs
 
-// What the socket loop needs of a request.
+// The fields of a request that the socket loop uses.
 struct Parsed {
-  int refusal = 0;  // status of the reply when the request is not to be handled, else 0
+  int refusal = 0;  // status of an immediate refusal, 0 when the handler is called
   bool head = false;
   bool post = false;
   bool keepAlive = false;
-  bool foreign = false;       // sent by another host's page, or to another host's name
-  bool asksForBody = false;   // the client waits until it is told to send the body
-  std::size_t bodyBytes = 0;  // of the body, which follows
+  bool foreign = false;       // caused by another host's page, or addressed to another host name
+  bool asksForBody = false;   // sent "Expect: 100-continue"
+  std::size_t bodyBytes = 0;  // Content-Length
   std::string target, forwardedFor, contentType, ifNoneMatch, acceptEncoding, body;
 };
 
@@ -74,8 +74,8 @@ Parsed Refused(int status, std::string target = {}) {
   return parsed;
 }
 
-// Blanks and control characters between the first and the last blank of the request line belong to
-// the target: clients send what was typed. NUL stays and makes the request a bad one.
+// Escapes blanks and control characters between the first and the last blank of the request line:
+// clients send the target as typed. NUL is kept and makes the request invalid.
 std::string WithEscapedTarget(std::string_view head) {
   const std::string_view line = head.substr(0, head.find("\r\n"));
   const std::size_t first = line.find(' ');
@@ -101,7 +101,7 @@ std::string_view Field(const Fields& request, Name name) {
   return {value.data(), value.size()};
 }
 
-// The last line of the field, which the proxy in front of this server wrote.
+// The field's last line, which was added by the proxy in front of this server.
 std::string_view LastForwardedFor(const Fields& request) {
   std::string_view last;
   const auto [begin, end] = request.equal_range("X-Forwarded-For");
@@ -129,7 +129,8 @@ bool IsForeign(const Fields& request) {
   return !IsLoopbackHost(host) || !own;
 }
 
-// Why a request is not to be handled, 0 if it is. Only a POST has a body, of a known length.
+// The status with which a request is refused, 0 if it is accepted. Only a POST may have a body,
+// with a stated length.
 int Refusal(const Fields& request, const Parsed& parsed) {
   const bool coded = request.count(http::field::transfer_encoding) != 0;
   if (request.count(http::field::host) > 1 || (!parsed.post && (coded || parsed.bodyBytes != 0))) {
@@ -148,7 +149,7 @@ int Refusal(const Fields& request, const Parsed& parsed) {
 Parsed ParseHead(std::string_view head) {
   const std::string text = WithEscapedTarget(head);
   http::request_parser<http::empty_body> parser;
-  parser.body_limit(std::numeric_limits<std::uint64_t>::max());  // has a refusal of its own
+  parser.body_limit(std::numeric_limits<std::uint64_t>::max());  // the caller checks the length
   parser.header_limit(static_cast<std::uint32_t>(text.size() + 1));
   ErrorCode error;
   parser.put(asio::buffer(text), error);
@@ -183,7 +184,7 @@ std::size_t EmptyLineBytes(std::string_view buffer) {
   return bytes;
 }
 
-// The request line has one limit, all fields together another. 0 while both are kept.
+// 414 or 431 when the request line or all fields together exceed their limit, else 0.
 int LimitRefusal(std::string_view buffer, std::size_t headBytes) {
   const std::size_t line = std::min(buffer.find('\n'), headBytes);
   return line > kMaxRequestLineBytes ? 414 : headBytes - line > kMaxFieldBytes ? 431 : 0;
@@ -202,7 +203,7 @@ std::string ReplyHead(const Reply& reply, bool keepAlive) {
   std::string head = "HTTP/1.1 " + std::to_string(reply.status) + " ";
   head.append(reason.data(), reason.size());
   head.append("\r\nServer: Tonadex\r\nContent-Type: ").append(reply.contentType);
-  if (reply.status != 304) {  // whose length would be that of the text which it does not repeat
+  if (reply.status != 304) {  // which would have to state the length of the omitted text
     head.append("\r\nContent-Length: ").append(std::to_string(BodyBytes(reply)));
   }
   head.append("\r\nX-Content-Type-Options: nosniff\r\nCache-Control: ");
@@ -226,7 +227,7 @@ asio::ip::address PeerOf(const tcp::socket& socket) {
   return Plain(socket.remote_endpoint(error).address());
 }
 
-// Who asks, for limits: an IPv6 network (/64) counts as one.
+// The client as rate limits count it: an IPv6 network (/64) is one client.
 std::string ClientOf(const asio::ip::address& address) {
   if (!address.is_v6()) {
     return address.to_string();
@@ -236,7 +237,7 @@ std::string ClientOf(const asio::ip::address& address) {
   return asio::ip::address_v6(bytes).to_string();
 }
 
-// The last address of the field, which the proxy wrote; those before it are the client's claims.
+// The field's last address, which the proxy added; those before it are unverified.
 std::optional<asio::ip::address> LastForwarded(std::string_view field) {
   const std::size_t comma = field.rfind(',');
   const std::string_view last = core::Trim(field.substr(comma == field.npos ? 0 : comma + 1));
@@ -255,7 +256,8 @@ std::uint64_t NextRandom() {
   return random();
 }
 
-// Whether the connection was torn down. A client that has only ended its own side still waits.
+// Whether the connection was reset. A client that has only shut down its sending side still waits
+// for the reply.
 bool IsReset(tcp::socket& socket) {
   char byte = 0;
   ErrorCode error;
@@ -291,19 +293,20 @@ struct HttpServer::State {
   const ServerOptions options;
   const RequestHandler handler;
   std::atomic<bool> stopping{false};
-  std::atomic<bool> aborting{false};  // the requests under way have had their time to end
+  std::atomic<bool> aborting{false};  // the grace period is over: running requests are abandoned
   Places connections{options.maxConnections};
   Places refusals{kMaxRefusedConnections};
-  // Taken by connections; behind a proxy, which all of them come from, by the requests.
+  // One place per connection; behind a proxy, from which all connections come, one per running
+  // request.
   Places ofAddresses{options.maxConnectionsOfAddress};
   std::mutex mutex;
   std::condition_variable idle;
-  int busy = 0;        // requests between their last byte and the reply's; guarded by mutex
+  int busy = 0;        // requests received but not answered completely; guarded by mutex
   bool ended = false;  // guarded by mutex
   ReplyBudget budget{options.maxReplyBytes};
   std::uint16_t port = 0;
   std::vector<std::thread> threads;
-  asio::io_context context;  // owns the connections, which use all of the above
+  asio::io_context context;  // owns the connections, which use the members above
   tcp::acceptor acceptor{asio::make_strand(context)};
 };
 
@@ -343,10 +346,10 @@ void HttpServer::State::Stop() {
   }
   threads.clear();
   ErrorCode ignored;
-  acceptor.close(ignored);  // where no thread came to do it
+  acceptor.close(ignored);  // in case that no thread has run to close it
 }
 
-// False when the server has ended: a reply would be cut.
+// False when the server has stopped: a reply would be cut off.
 bool HttpServer::State::Begin() {
   const std::lock_guard lock(mutex);
   busy += ended ? 0 : 1;
@@ -369,7 +372,7 @@ asio::awaitable<void> HttpServer::State::AcceptLoop() {
                                        asio::redirect_error(asio::use_awaitable, error));
     if (!error) {
       Admit(std::move(socket));
-    } else if (!stopping) {  // out of file handles, as a rule
+    } else if (!stopping) {  // usually out of file handles
       pause.expires_after(std::chrono::milliseconds(kAcceptRetryMs));
       co_await pause.async_wait(asio::redirect_error(asio::use_awaitable, error));
     }
@@ -388,7 +391,7 @@ void HttpServer::State::Admit(tcp::socket socket) {
   }
 }
 
-// Appends what has arrived.
+// Appends the bytes received.
 asio::awaitable<ErrorCode> ReadMore(beast::tcp_stream& stream, std::string& buffer) {
   const std::size_t size = buffer.size();
   buffer.resize(size + kReadBytes);
@@ -400,7 +403,7 @@ asio::awaitable<ErrorCode> ReadMore(beast::tcp_stream& stream, std::string& buff
   co_return error;
 }
 
-// Slice by slice, as replies are written. 0, or why the request is refused: kGone without a word.
+// Reads in slices with a time limit each. Returns 0, the status of a refusal, or kGone.
 asio::awaitable<int> HttpServer::State::ReadBody(beast::tcp_stream& stream, std::string& buffer,
                                                  Parsed& parsed) {
   ErrorCode error;
@@ -421,8 +424,8 @@ asio::awaitable<int> HttpServer::State::ReadBody(beast::tcp_stream& stream, std:
   co_return !error ? 0 : error == asio::error::eof ? 400 : kGone;
 }
 
-// Gives nothing when the client is gone or too slow before a whole request has arrived. What
-// follows the request stays in the buffer.
+// Empty when the client is gone or too slow before a whole request has arrived. Bytes after the
+// request stay in the buffer.
 asio::awaitable<std::optional<Parsed>> HttpServer::State::ReadRequest(beast::tcp_stream& stream,
                                                                       std::string& buffer) {
   stream.expires_after(options.slowClient);
@@ -454,7 +457,8 @@ asio::awaitable<std::optional<Parsed>> HttpServer::State::ReadRequest(beast::tcp
   }
 }
 
-// Slice by slice, so that a slow client has time for each and a dead one does not stay.
+// Writes in slices with a time limit each, so that a slow client has enough time and a dead one is
+// dropped.
 asio::awaitable<bool> HttpServer::State::WriteReply(beast::tcp_stream& stream, const Reply& reply,
                                                     bool keepAlive, bool bodyToo) {
   const std::string head = ReplyHead(reply, keepAlive);
@@ -478,8 +482,7 @@ asio::awaitable<bool> HttpServer::State::WriteReply(beast::tcp_stream& stream, c
   co_return true;
 }
 
-// Closing a socket with unread input resets the connection, which may discard the reply: the input
-// is read first.
+// Closing a socket with unread input sends RST, which may discard the reply; drain the input first.
 asio::awaitable<void> HttpServer::State::Linger(beast::tcp_stream& stream) {
   ErrorCode error;
   stream.socket().shutdown(tcp::socket::shutdown_send, error);
@@ -527,7 +530,7 @@ asio::awaitable<void> HttpServer::State::Serve(tcp::socket socket, Place, Place)
   ErrorCode error;
   const asio::ip::address peer = PeerOf(socket);
   socket.set_option(tcp::no_delay(true), error);
-  socket.non_blocking(true, error);  // for IsReset
+  socket.non_blocking(true, error);  // IsReset must not block
   beast::tcp_stream stream(std::move(socket));
   std::string buffer;
   for (bool open = true; open;) {
@@ -581,7 +584,7 @@ HttpServer::HttpServer(ServerOptions options, RequestHandler handler)
   }
   try {
     state_->Start();
-  } catch (const std::system_error& error) {  // no thread, or not all of them
+  } catch (const std::system_error& error) {  // not all threads could be started
     state_->Stop();
     throw std::runtime_error("no se pueden crear los hilos del servidor: " +
                              core::ToUtf8(core::ErrorWords(error.code())));

@@ -22,12 +22,12 @@ void SayLine(Stream stream, std::string_view line) {
   ::_write(static_cast<int>(stream), text.data(), static_cast<unsigned>(text.size()));
 }
 
-void SecureStandardStreams() {}  // unknown numbers and broken pipes do no harm here
+void SecureStandardStreams() {}  // not needed on Windows
 
 #else
 
 namespace {
-// A pipe that can be written to takes so much (PIPE_BUF) without waiting.
+// A pipe reported as writable takes this many bytes (PIPE_BUF) without blocking.
 constexpr std::size_t kMaxBytesAtOnce = 4096;
 }  // namespace
 
@@ -43,7 +43,7 @@ void SecureStandardStreams() {
   std::signal(SIGPIPE, SIG_IGN);
   for (int number = 0; number <= 2; ++number) {
     if (::fcntl(number, F_GETFD) == -1) {
-      [[maybe_unused]] const int opened = ::open("/dev/null", O_RDWR);  // takes the lowest number
+      [[maybe_unused]] const int opened = ::open("/dev/null", O_RDWR);  // gets the lowest number
     }
   }
 }
@@ -73,7 +73,7 @@ void LineLog::operator()(std::string_view line) {
     SayLine(Stream::kError, line);
     return;
   }
-  file_.clear();  // after a full disk: the next line may find room
+  file_.clear();  // retry after an error: the disk may have space again
   file_ << line << std::endl;
 }
 

@@ -9,22 +9,24 @@ namespace tonadex::server {
 
 enum class Stream { kOutput = 1, kError = 2 };
 
-// Writes a line to a standard stream if that takes it at once. Nothing is written, and nobody
-// waits, when it is closed or a pipe that nobody reads.
+// Writes a line to a standard stream without blocking. The line is dropped if the stream is closed
+// or is a pipe that nobody reads.
 void SayLine(Stream stream, std::string_view line);
 
-// To be called first of all: closed standard streams lead nowhere from then on (a file that is
-// opened later would get their number and their lines), and writing to a pipe that its reader has
-// left is an error like any other, not the end of the program.
+// Call this first in main. Opens /dev/null for closed standard streams, because a file opened later
+// would get their descriptor and receive their output. Ignores SIGPIPE, so that writing to a pipe
+// without a reader is an error and does not end the program.
 void SecureStandardStreams();
 
-// Lines of several threads, one after the other, on the disk at once.
+// A log file. Lines of several threads do not mix; each is flushed at once.
 class LineLog {
  public:
-  // "" writes to standard error. Throws std::runtime_error when the file cannot be written.
+  // `file` is a UTF-8 path; "" for standard error. Throws std::runtime_error when the file cannot
+  // be opened for writing.
   explicit LineLog(const std::string& file);
   void operator()(std::string_view line);
-  // Opens the file anew, which may have been renamed; the old one stays when that fails.
+  // Opens the file again by its name, because log rotation renames it. Keeps the open file on
+  // failure.
   void Reopen();
 
  private:

@@ -43,18 +43,18 @@ std::string InstalledMelodies() {
 
 struct Arguments {
   ServerOptions server;
-  // The desktop program's own place, so that both share their melodies.
+  // The desktop program's folder, so that both share their melodies.
   std::string folder = (tonadex::platform::ProgramFolderPath() / "servidor").string();
   std::string logFile;
   bool logsJson = false;
   std::uint16_t uploadsPerMinute = kUploadsPerMinute;
   std::uint16_t conversionsPerMinute = kConversionsPerMinute;
   std::string firstMelodies = InstalledMelodies();
-  std::string database;      // "": the folder
-  std::string copiedFolder;  // into the database
+  std::string database;      // URI; "" for the folder
+  std::string copiedFolder;  // its melodies are copied into the database
 };
 
-// How many melodies there are, for a line of text.
+// The number of melodies as text for a message.
 std::string CountWords(const Store& store) {
   try {
     return std::to_string(store.size()) + " melodías";
@@ -69,14 +69,14 @@ void Reload(Store& store, LineLog& log, const std::stop_token& stop) {
     if (store.Reload(stop)) {
       SayLine(Stream::kOutput, "Leídas de nuevo: " + CountWords(store));
     }
-  } catch (const std::exception& error) {  // what was there is served on
+  } catch (const std::exception& error) {  // the melodies read before are still served
     SayLine(Stream::kError,
             "tonadex-server: " + tonadex::core::ToUtf8(tonadex::core::ErrorWords(error)));
   }
 }
 
-// The lock of a folder that we may write to; none where the lock cannot be made (a read-only mount,
-// a folder of somebody else's), and nothing needs to be kept from writing then.
+// Locks the folder. Null when the lock cannot be created (a read-only mount, another user's
+// folder): then nothing can be written anyway.
 std::unique_ptr<FolderLock> LockUnlessReadOnly(const std::string& folder) {
   std::unique_ptr<FolderLock> lock;
   try {
@@ -94,7 +94,7 @@ Reply MetricsReply(const Metrics& metrics, const Store& store, int connections) 
   Gauges gauges{.melodies = {}, .connections = connections};
   try {
     gauges.melodies = store.Reachable() ? std::optional(store.size()) : std::nullopt;
-  } catch (const StoreAway&) {  // since the question
+  } catch (const StoreAway&) {  // became unreachable after Reachable()
   }
   Reply reply = TextReply(200, metrics.Text(gauges));
   reply.contentType = kMetricsType;
@@ -167,7 +167,7 @@ int ServeDatabase(Arguments& arguments) {
             "Copiadas " + std::to_string(added) + " melodías; hay " + std::to_string(store.size()));
     return 0;
   }
-  arguments.server.threads = 2 * kDatabaseConnections;  // some are left when those wait
+  arguments.server.threads = 2 * kDatabaseConnections;  // half may wait for the database
   ServeStore(arguments, store, [](std::uint16_t) {});
   return 0;
 }

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kFillingMark = ".llenando";
 constexpr std::string_view kIndexName = ".indice";
-constexpr std::string_view kOldTemporaryPrefix = ".subida-";  // version 1.0 may have left some
+constexpr std::string_view kOldTemporaryPrefix = ".subida-";  // leftovers of version 1.0
 
 bool IsMelodyName(std::string_view fileName) {
   return ParseMelodyName(fileName).has_value();
@@ -33,7 +33,7 @@ fs::path PathOf(const fs::path& folder, std::string_view fileName) {
   return folder / files::PathFromText(fileName);
 }
 
-// Adds nothing for a file that is no melody.
+// Skips files that are not melodies.
 void AddFromFile(StoredMelodies& melodies, const fs::path& folder, std::string fileName) {
   const auto head = files::ReadSharedHead(PathOf(folder, fileName), kNamePrefixBytes);
   if (head && head->status.size <= kMaxFileBytes) {
@@ -51,7 +51,7 @@ StoredMelodies LoadIndex(const fs::path& folder) {
   return known;
 }
 
-// Oldest first.
+// Sort key: oldest first.
 using Order = std::pair<std::int64_t, std::string_view>;
 Order OrderOf(const files::ListedFile& file) {
   return {file.status.modified, file.name};
@@ -67,17 +67,17 @@ void Sort(std::vector<StoredMelody>& melodies) {
   }
 }
 
-// The folder's own clock, which on a network drive is another machine's; none where the folder
-// cannot be written.
+// The current time of the folder's file system, which on a network drive is another machine's
+// clock. Empty when the folder cannot be written.
 std::optional<std::int64_t> FolderTime(const fs::path& folder) {
   const files::TemporaryFile probe(folder / kIndexName);
   const auto head = files::ReadSharedHead(probe.Path(), 0);
   return head ? std::optional(head->status.modified) : std::nullopt;
 }
 
-// A file that changed just before it was read may have changed once more within the same step of
-// the clock, and look the same: it is left out, so that the next start opens it again. A failure
-// costs that start time and nothing else.
+// Leaves out files that changed just before they were read: another change within the same step of
+// the clock would leave the same time, so the next start must open them again. A failure only makes
+// the next start slower.
 void SaveIndex(const fs::path& folder, const std::vector<StoredMelody>& melodies,
                std::int64_t settledBefore) {
   files::Replace(folder / kIndexName, EncodeIndex(melodies, settledBefore),
@@ -90,7 +90,7 @@ bool HoldsMelodies(const fs::path& folder) {
   });
 }
 
-// A file of that name stays as it is.
+// Keeps an existing file.
 void CreateOrThrow(const fs::path& file, std::string_view bytes, files::Durability durability) {
   if (files::Create(file, bytes, durability) == files::CreateResult::kFailed) {
     throw fs::filesystem_error("create", file, std::make_error_code(std::errc::io_error));
@@ -111,7 +111,7 @@ MelodyFolder::~MelodyFolder() {
   try {
     StoreCreated();
   } catch (const std::exception&) {
-    // The next start opens these files.
+    // The next start opens the files that are missing from the index.
   }
 }
 
@@ -120,7 +120,7 @@ bool MelodyFolder::Exists() const noexcept {
   return fs::is_directory(folder_, ignored);
 }
 
-// Both lists are in the same order and compared step by step.
+// Merges the directory listing with the known melodies; both are sorted alike.
 StoredMelodies MelodyFolder::Read(const std::stop_token& stop) {
   const bool writable = access_ == ShelfAccess::kReadWrite;
   const auto began = writable ? FolderTime(folder_) : std::nullopt;

@@ -25,7 +25,7 @@ constexpr std::string_view kBadForm = u8"El texto no es una melodía RTTTL váli
 constexpr std::string_view kBadKey =
     u8"El nombre del fichero no corresponde al nombre y la longitud de la melodía."_w;
 
-// What phones' formats can be made from.
+// Values that the phones' formats accept.
 constexpr std::string_view kPitches = "abcdefgp";
 constexpr double kMaxDuration = 64;
 constexpr double kMaxOctave = 10;
@@ -60,8 +60,8 @@ bool IsPlayable(const core::RTTTLMelody& melody) {
          });
 }
 
-// Clients look at little more than the header's separators; a melody that cannot be played or
-// converted would be of no use to anybody.
+// Stricter than the clients, which only look for the header's separators: a melody must be playable
+// and convertible.
 bool IsReadable(std::string_view text) {
   core::RTTTLMelody melody;
   melody.Text = text;
@@ -116,7 +116,7 @@ std::string_view UploadFault(std::string_view fileName, std::string_view content
     return kBadName;
   }
   const std::string melody = core::UndoSharpEscape(contents);
-  // A pasted text may bring line ends along; they stay outside the melody's first line.
+  // A pasted text may end in line ends, which are not part of the melody.
   const auto line = std::string_view(melody).substr(0, melody.find_last_not_of("\r\n") + 1);
   if (!net::IsUploadable(melody, fileName) || !IsReadable(line)) {
     return kBadForm;

@@ -11,24 +11,24 @@ namespace tonadex::server {
 
 struct MelodyName {
   std::string_view stem;
-  std::uint32_t number = 0;  // characters of the melody before its "#" were escaped
+  std::uint32_t number = 0;  // characters of the melody before "#" was escaped
 };
 
-// The parts of a melody's file name. None for a name that no client could find again: no stem, a
-// full stop or ")498" in it, a number of more than five digits or with zeros in front, characters
-// that some system's file names cannot hold.
+// Splits a melody's file name. Empty for names that clients could not request: without a stem, with
+// a full stop or ")498" in it, with a number of more than five digits or with leading zeros, or
+// with characters that some file systems do not allow.
 std::optional<MelodyName> ParseMelodyName(std::string_view fileName);
 
-// What a listing says about a melody whose first line is `line`: its name, without full stops and
-// parentheses (a client would read them as the record's own); the stem for a line without a name.
-// Never empty: clients miss the number of a record that is too short.
+// The description in listings of a melody with this first line: its name without full stops and
+// parentheses, which would break the record; the stem if it has no name. Never empty, because
+// clients cannot find the number in too short a record.
 std::string Description(std::string_view line, std::string_view stem);
 
-// "description (stem.number)498"
+// The record "description (stem.number)498".
 std::string Record(std::string_view description, std::string_view fileName);
 
-// Why an upload is refused, as a Spanish sentence; "" for a good one. The contents are as sent:
-// sharps escaped.
+// Why an upload is refused, as a Spanish sentence; "" if it is valid. The contents are as received,
+// with escaped sharps.
 std::string_view UploadFault(std::string_view fileName, std::string_view contents);
 
 }  // namespace tonadex::server

@@ -18,7 +18,7 @@ struct Refusal {
 constexpr Refusal kRefusals[] = {
     {413, "longitud"}, {414, "longitud"}, {429, "ritmo"}, {431, "longitud"}};
 
-// Where melodies are stored, and the status of success.
+// The upload paths and their status of success.
 struct UploadRoute {
   std::string_view route;
   int status;
@@ -35,7 +35,7 @@ std::string Number(double value) {
   return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }
 
-// The lines of one metric.
+// Appends the lines of one metric.
 class Metric {
  public:
   Metric(std::string& text, std::string_view name, std::string_view type, std::string_view help)

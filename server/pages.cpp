@@ -50,7 +50,7 @@ td:first-child, code { font-family: "DejaVu Sans Mono", Consolas, monospace; whi
 constexpr std::string_view kBody = "</style>\n</head>\n<body>\n";
 constexpr std::string_view kEnd = "</body>\n</html>\n";
 
-// One line that thins out from the right when the window is narrow; never taller than the banner.
+// One line that drops items from the right in a narrow window; never higher than the banner.
 constexpr std::string_view kBannerStyle = R"html(
 html, body { height: 44px; overflow: hidden; }
 .banner { display: flex; align-items: center; gap: 16px; height: 44px; max-width: 720px;
@@ -96,14 +96,14 @@ constexpr std::string_view kRtttlGuide = R"html(<section class="card wide">
 
 std::string Escaped(std::string_view text) {
   std::string html = core::ToUtf8(text);
-  core::ReplaceAll(html, "&", "&amp;");  // first, as the others bring more of them
+  core::ReplaceAll(html, "&", "&amp;");  // first: the other replacements insert "&"
   core::ReplaceAll(html, "<", "&lt;");
   core::ReplaceAll(html, ">", "&gt;");
   core::ReplaceAll(html, "\"", "&quot;");
   return html;
 }
 
-// "12.345", as Spanish groups thousands.
+// "12.345", with the Spanish thousands separator.
 std::string Grouped(std::size_t number) {
   std::string digits = std::to_string(number);
   for (std::size_t at = digits.size(); at > 3;) {
@@ -130,7 +130,7 @@ std::string NewsCard(const Store& store) {
          "</section>\n";
 }
 
-// The next number of a dotted version, 0 at its end.
+// Takes the next component of a dotted version; 0 at its end.
 std::uint32_t TakeNumber(std::string_view& version) {
   std::uint32_t number = 0;
   std::from_chars(version.data(), version.data() + version.size(), number);

@@ -7,16 +7,16 @@
 
 namespace tonadex::server {
 
-// Kept while something is used, and given back when the last copy goes.
+// A place in use; released when the last copy is destroyed.
 using Place = std::shared_ptr<const void>;
 
-// How many connections or requests one address may have at the same time. Safe to use from several
-// threads; must outlive the places taken.
+// Limits the simultaneous connections or requests of each client address. Safe to use from several
+// threads; must outlive its places.
 class Places {
  public:
   explicit Places(int most) : most_(most) {}
 
-  // Null when the address has all of its places. Without an address all callers share them.
+  // Null when the address has no place left. All callers with an empty address share one limit.
   Place Take(const std::string& address = {});
   int Taken(const std::string& address = {}) const;
 

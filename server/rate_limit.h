@@ -10,13 +10,13 @@ namespace tonadex::server {
 
 using Clock = std::chrono::steady_clock;
 
-// How often one address may do something: `perMinute` times at once, then as the minute passes.
-// Safe to use from several threads.
+// Limits how often each address may do something: a burst of `perMinute`, refilled evenly over a
+// minute. Safe to use from several threads.
 class RateLimit {
  public:
   explicit RateLimit(int perMinute) : perMinute_(perMinute) {}
 
-  // Counts one more, or as much as `count`, and says whether it is allowed.
+  // Counts `count` uses and returns whether they are allowed.
   bool Allow(std::string_view address, Clock::time_point now, double count = 1);
 
  private:

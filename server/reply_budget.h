@@ -11,22 +11,22 @@
 
 namespace tonadex::server {
 
-// Bounds the memory that replies under way keep, slow clients or not. A text that several of them
-// share counts once. Safe to use from several threads; must outlive the places taken.
+// Limits the memory of all replies being sent. A text shared by several replies counts once. Safe
+// to use from several threads; must outlive its places.
 class ReplyBudget {
  public:
   explicit ReplyBudget(std::size_t maxBytes) : maxBytes_(maxBytes) {}
 
-  // Room for one reply, null when there is none.
+  // Reserves the memory for a reply; null when the limit is reached.
   Place Take(const std::vector<SharedText>& texts);
 
  private:
   void GiveBack(const std::vector<SharedText>& texts);
 
   const std::size_t maxBytes_;
-  std::mutex mutex_;  // guards what follows
+  std::mutex mutex_;  // guards the members below
   std::size_t bytes_ = 0;
-  std::unordered_map<const std::string*, int> shares_;  // replies that hold each text
+  std::unordered_map<const std::string*, int> shares_;  // number of replies that hold each text
 };
 
 }  // namespace tonadex::server

@@ -14,19 +14,20 @@ namespace {
 using core::Code;
 
 constexpr std::size_t kBlockLines = 1024;
-// The rarest ones leave few lines over; more of them would cost more than they spare.
+// Uses only the rarest grams of a query: they leave few candidate lines, and each further gram
+// costs more than it saves.
 constexpr std::size_t kMaxQueryGrams = 24;
-constexpr std::size_t kBlocksBetweenQuestions = 8;  // whether the search is still wanted
+constexpr std::size_t kBlocksBetweenQuestions = 8;  // between calls of `abandoned`
 
-// A bit for each line of a block.
+// One bit per line of a block.
 using LineSet = std::array<std::uint64_t, kBlockLines / 64>;
 
-// Calls `use` with a number for each byte, each two and each three neighbours. Of two the lower
-// five bits count: they distinguish letters, and keep the numbers few. Three share their numbers
-// with others.
+// Calls `use` with the number of each gram of one, two and three bytes. Of pairs the lower five
+// bits per byte count, which distinguish letters and keep the table small. Triples are hashed, so
+// several share a number.
 template <typename Use>
 void ForEachGram(std::string_view text, Use use) {
-  std::uint32_t last = 0;  // five bits for each of the last three bytes
+  std::uint32_t last = 0;  // the lower five bits of the last three bytes
   for (std::size_t i = 0; i < text.size(); ++i) {
     last = (last << 5 | (Code(text[i]) & 31u)) & 0x7fff;
     use(std::size_t{Code(text[i])});
@@ -47,7 +48,7 @@ LineSet FirstLines(std::size_t count) {
   return lines;
 }
 
-// Leaves in `lines` those that are in `others` too, and says whether there are any.
+// Removes the lines that are not in `others`; returns whether any are left.
 bool Intersect(LineSet& lines, const LineSet& others) {
   std::uint64_t any = 0;
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -56,7 +57,7 @@ bool Intersect(LineSet& lines, const LineSet& others) {
   return any != 0;
 }
 
-// Calls `use` for each line, the newest first, until it gives false.
+// Calls `use` for each line, newest first, until it returns false.
 template <typename Use>
 void ForEachFromLast(const LineSet& lines, Use use) {
   for (std::size_t i = lines.size(); i-- > 0;) {
@@ -109,15 +110,15 @@ struct SearchIndex::Block {
   std::string_view Name(std::size_t line) const { return Line(names, nameEnds, line); }
   std::string_view RecordAt(std::size_t line) const { return Line(*records, recordEnds, line); }
 
-  std::string names;  // folded, concatenated
+  std::string names;  // folded and concatenated
   std::vector<std::uint32_t> nameEnds;
   std::shared_ptr<std::string> records = std::make_shared<std::string>();
   std::vector<std::uint32_t> recordEnds;
-  std::array<std::uint16_t, kGrams> rowOf{};  // 0, which stays empty, for grams of no line
+  std::array<std::uint16_t, kGrams> rowOf{};  // 0, an empty row, for grams that occur in no line
   std::vector<LineSet> rows{1};
 };
 
-// What a search looks for.
+// A parsed query.
 struct SearchIndex::Query {
   std::vector<std::string> words;    // the longest first
   std::vector<std::uint16_t> grams;  // of all words, the rarest first
@@ -125,7 +126,7 @@ struct SearchIndex::Query {
 
 SearchIndex::SearchIndex() : blocks_{std::make_shared<Block>()} {}
 
-// The last block with room for one more melody, shared with nobody.
+// The last block, after making it writable: it has space for a melody and no other owner.
 SearchIndex::Block& SearchIndex::WritableTail() {
   std::shared_ptr<Block>& tail = blocks_.back();
   if (tail->size() == kBlockLines) {
@@ -194,7 +195,7 @@ std::vector<std::uint32_t> SearchIndex::Search(std::string_view text, std::size_
   const Query query = MakeQuery(text);
   std::vector<std::uint32_t> found;
   if (!query.grams.empty() && counts_[query.grams.front()] == 0) {
-    return found;  // no name holds the rarest one
+    return found;  // the rarest gram occurs in no name
   }
   for (std::size_t b = blocks_.size(); b-- > 0 && found.size() < limit;) {
     if (b % kBlocksBetweenQuestions == 0 && abandoned && abandoned()) {

@@ -38,7 +38,7 @@ Shelf::Index Shelf::Current() const {
 
 void Shelf::Publish(Index index) {
   const std::lock_guard lock(mutex_);
-  index_.swap(index);  // the caller's copy of the old one ends after the lock
+  index_.swap(index);  // the old index is destroyed by the caller, after the lock is released
 }
 
 bool Shelf::Reachable() const noexcept {

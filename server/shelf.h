@@ -20,17 +20,17 @@
 
 namespace tonadex::server {
 
-// The melodies of one folder with an index of their names in memory. The folder is read at the
-// start. Throws no StoreAway.
+// The melodies of one folder, with an index of their names in memory. Never throws StoreAway.
 class Shelf final : public Store {
  public:
-  // Reads the folder, which must exist. For kReadWrite the caller holds the folder's lock.
+  // Reads the folder, which must exist. For kReadWrite the caller holds the folder's lock. Throws
+  // std::filesystem::filesystem_error when the folder cannot be read.
   Shelf(std::filesystem::path folder, ShelfAccess access, int uploadsPerMinute = kUploadsPerMinute);
 
   bool Reachable() const noexcept override;
-  // Reads the folder again, for files that were put there or taken away by hand; uploads wait
-  // meanwhile. Throws std::filesystem::filesystem_error, and changes nothing, when it cannot read
-  // the folder.
+  // Reads the folder again, to find files that were added or removed by hand; uploads wait
+  // meanwhile. Throws std::filesystem::filesystem_error, and changes nothing, when the folder
+  // cannot be read.
   bool Reload(const std::stop_token& stop = {}) override;
   std::size_t size() const override;
   std::string Search(std::string_view query, const std::function<bool()>& abandoned = {},
@@ -46,10 +46,10 @@ class Shelf final : public Store {
   UploadResult Add(std::string_view fileName, std::string_view contents) override;
 
   MelodyFolder folder_;
-  std::shared_mutex folderLock_;  // shared by uploads, exclusive to read the folder again
-  std::mutex adding_;             // one upload at a time makes the next index
-  mutable std::mutex mutex_;      // guards the pointer
-  Index index_;                   // never changed, only replaced: searches hold no lock
+  std::shared_mutex folderLock_;  // shared by uploads, exclusive for reading the folder
+  std::mutex adding_;             // serialises the creation of the next index
+  mutable std::mutex mutex_;      // guards the pointer index_
+  Index index_;                   // immutable, only replaced, so that searches hold no lock
 };
 
 }  // namespace tonadex::server

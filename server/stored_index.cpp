@@ -7,12 +7,12 @@
 namespace tonadex::server {
 namespace {
 
-// The form's own number comes last: to be raised when the layout or the way melodies are described
-// changes within a version.
+// The trailing number is the version of the format: raise it when the layout or the descriptions
+// change within a program version.
 constexpr std::string_view kStart = "Tonadex " TONADEX_VERSION " 1\n";
 
-// Every step is reversible, so a change within one word changes the sum in every case, any other
-// with the probability of 64 random bits.
+// A checksum of reversible steps: a change within one 64-bit word always changes the sum, any other
+// change does so except with a probability of 2^-64.
 std::uint64_t Checksum(std::string_view bytes) {
   std::uint64_t sum = bytes.size();
   while (!bytes.empty()) {
@@ -30,13 +30,13 @@ void AppendNumber(std::string& bytes, Number number) {
   bytes.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-// At most 255 bytes: file names and descriptions are shorter.
+// The length is one byte: file names and descriptions are shorter than 256 bytes.
 void AppendText(std::string& bytes, std::string_view text) {
   AppendNumber(bytes, static_cast<std::uint8_t>(text.size()));
   bytes += text;
 }
 
-// Takes from the front of the bytes; false when they end too early.
+// Reads from the front of the bytes; false when they are too few.
 template <typename Number>
 bool TakeNumber(std::string_view& bytes, Number& number) {
   if (bytes.size() < sizeof number) {

@@ -10,25 +10,26 @@
 
 namespace tonadex::server {
 
-// A melody's file and what listings say about it (Windows-1252). The texts belong to somebody else:
-// most are parts of the stored index, which spares two allocations for each melody.
+// A melody's file and its description in listings, both Windows-1252. The views mostly point into
+// the stored index, which saves two allocations per melody.
 struct StoredMelody {
   std::string_view fileName;
   std::string_view description;
-  files::FileStatus status;  // at the time when the description was read from it
+  files::FileStatus status;  // when the description was read
 };
 
 struct StoredMelodies {
   std::vector<StoredMelody> list;
-  std::deque<std::string> texts;  // what the list's views show
+  std::deque<std::string> texts;  // owns the texts that the views refer to
 };
 
-// The melodies whose files changed last before `changedBefore`, as bytes. They are this program
-// version's own, because another one may describe melodies differently, and end in a checksum.
+// Encodes the melodies whose files last changed before `changedBefore` (in FileStatus::modified's
+// unit). The format is that of this program version only, because another one may describe melodies
+// differently; it ends in a checksum.
 std::string EncodeIndex(const std::vector<StoredMelody>& melodies, std::int64_t changedBefore);
 
-// What EncodeIndex has encoded, as views of the bytes; nothing when they are damaged, cut, or
-// another version's.
+// Decodes the result of EncodeIndex; the texts are views of the bytes. Empty when they are damaged,
+// truncated or another version's.
 std::vector<StoredMelody> DecodeIndex(std::string_view bytes);
 
 }  // namespace tonadex::server

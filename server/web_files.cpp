@@ -21,7 +21,7 @@ constexpr WebFile kFiles[] = {
     {"/web/tonadex.svg", "tonadex.svg", "image/svg+xml"},
 };
 
-// Nothing from elsewhere, no script in the page itself, and no other page around it.
+// Forbids external resources, scripts within the page, and embedding in frames.
 constexpr std::string_view kSecurityFields =
     "Content-Security-Policy: default-src 'none'; script-src 'self'; style-src 'self'; "
     "img-src 'self'; connect-src 'self'; base-uri 'none'; form-action 'self'; "

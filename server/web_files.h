@@ -6,13 +6,13 @@
 
 #include "server/handler.h"
 
-// The page for browsers at "/" and its files.
+// The web page at "/" and its files.
 namespace tonadex::server {
 
-// None for a path that is no file of the page.
+// The file at this path; empty when the page has no such file.
 std::optional<Reply> WebReply(const Request& request, std::string_view path);
 
-// openapi.json.
+// The text of openapi.json.
 std::string ContractText();
 
 }  // namespace tonadex::server

@@ -20,12 +20,13 @@ using namespace core::literals;
 
 enum class Body { kNone, kText, kAny };
 
-// One row per path and method, as in openapi.json. A path that ends in "/" goes on.
+// One row per path and method, as in openapi.json. A path that ends in "/" is a prefix: the rest of
+// the target is an argument.
 struct Endpoint {
   std::string_view path;
   Body body;  // kNone for GET
   Reply (*answer)(const Call& call);
-  bool conversion = false;  // counted by the limit of conversions
+  bool conversion = false;  // subject to the rate limit for conversions
 };
 constexpr Endpoint kEndpoints[] = {
     {"/openapi.json", Body::kNone, [](const Call&) { return JsonReply(ContractText()); }},

@@ -4,15 +4,15 @@
 
 #include "server/handler.h"
 
-// The interface for other programs and for the page: /api/v1, described by openapi.json.
+// The JSON interface for other programs and for the web page: /api/v1, described by openapi.json.
 namespace tonadex::server {
 
-// `path` comes after kApiPath. Without `conversions` these are not limited. Throws only what memory
-// throws.
+// Answers a request; `path` is the part of the target after kApiPath. Without `conversions` there
+// is no rate limit for conversions. Throws std::bad_alloc at most.
 Reply AnswerApi(const Request& request, std::string_view path, std::string_view query, Store& store,
                 RateLimit* conversions);
 
-// The path of the table that answers `path`, "" when none does.
+// The row's path, for counting requests; "" when no row answers `path`.
 std::string_view ApiRoute(std::string_view path);
 
 }  // namespace tonadex::server

@@ -12,38 +12,38 @@ namespace tonadex::server {
 
 inline constexpr std::string_view kJsonType = "application/json";
 
-// The parameters behind the "?": escapes undone, "+" is a blank, Windows-1252.
+// The decoded query parameters: "%XX" is undone, "+" is a blank. Windows-1252.
 class Parameters {
  public:
   explicit Parameters(std::string_view query);
-  std::string operator[](std::string_view name) const;  // "" without it
+  std::string operator[](std::string_view name) const;  // "" when it is missing
 
  private:
   std::vector<std::pair<std::string, std::string>> values_;
 };
 
-// One request to the interface.
+// One request to the JSON interface.
 struct Call {
   const Request& request;
   const Parameters parameters;
-  const std::string_view rest;  // of the path, for those that end in "/"
+  const std::string_view rest;  // of the path, for rows whose path ends in "/"
   Store& store;
 
   // The body's first line, Windows-1252 with sharps as "#".
   std::string Melody() const;
-  // The catalogue's model text for the parameter "modelo", which may be any name that fits a single
-  // one. Throws ApiProblem.
+  // The catalogue's model text for the parameter "modelo", which may be any name that matches
+  // exactly one model. Windows-1252. Throws ApiProblem.
   std::string Model() const;
 };
 
 Reply JsonReply(std::string_view utf8, int status = 200);
 
-// An interface's function; throws ApiProblem. The melodies of the store:
+// The functions of the interface; they throw ApiProblem. Those that read or write the store:
 Reply FindMelodies(const Call& call);
 Reply RandomMelodies(const Call& call);
 Reply OneMelody(const Call& call);
 Reply StoreMelody(const Call& call);
-// What becomes of a melody:
+// Those that work on the request's own melody or on the catalogue:
 Reply Models(const Call& call);
 Reply Convert(const Call& call);
 Reply Steps(const Call& call);

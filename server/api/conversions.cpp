@@ -1,4 +1,4 @@
-// What becomes of a melody that a request brings along.
+// The functions that work on the melody in a request, and on the catalogue.
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -26,7 +26,7 @@ namespace {
 using namespace core::literals;
 using Json = nlohmann::ordered_json;
 
-// The types of files that are no text, by extension.
+// Content types of the files that are not text, by extension.
 struct FileType {
   std::string_view extension, type;
 };
@@ -42,7 +42,7 @@ std::string_view TypeOf(std::string_view extension) {
   return found == std::end(kFileTypes) ? kTextType : found->type;
 }
 
-// What `work` gives; its errors, which begin in lower case, say why nothing can be made.
+// Returns the result of `work`; a RunTimeError becomes a 422 with its sentence after `before`.
 template <typename Work>
 auto OrProblem(std::string_view before, Work work) {
   try {
@@ -57,7 +57,7 @@ phones::RepairedMelody Named(std::string rtttl, std::vector<std::string> changes
   return {std::move(name), std::move(rtttl), std::move(changes)};
 }
 
-// Appends an object for each voice of a MIDI file that has notes: what it is, and its melody.
+// Appends an object for each voice of a MIDI file: its description and the melody made of it.
 void AppendVoices(std::string& json, std::string_view midi, const midi::SmfChoice& choice) {
   const auto read = midi::ReadSmf(midi);
   const auto* file = std::get_if<midi::SmfFile>(&read);
@@ -77,7 +77,7 @@ void AppendVoices(std::string& json, std::string_view midi, const midi::SmfChoic
 }  // namespace
 
 Reply Models(const Call&) {
-  static const std::string catalogue = json::CatalogueJson();  // converts an example for each row
+  static const std::string catalogue = json::CatalogueJson();  // slow: converts all examples
   return JsonReply(catalogue);
 }
 
@@ -109,7 +109,7 @@ Reply Notes(const Call& call) {
   return JsonReply(json::NotesJson(call.Melody(), model));
 }
 
-// The whole text: a line end within it is a fault.
+// Checks the whole text, not only its first line: a line end within it is a fault.
 Reply Check(const Call& call) {
   const std::string_view body = call.request.body;
   const std::string text = core::FromOutside(body.substr(0, body.find_last_not_of("\r\n") + 1));
@@ -120,7 +120,7 @@ Reply Repair(const Call& call) {
   return JsonReply(json::RepairsJson(phones::RepairRtttl(phones::FromPasted(call.request.body))));
 }
 
-// Of a MIDI file also what its voices give.
+// For a MIDI file the reply also lists its voices, each as a melody.
 Reply Import(const Call& call) {
   const std::string fileName = call.parameters["fichero"];
   const std::string model = call.parameters["modelo"].empty() ? "" : call.Model();

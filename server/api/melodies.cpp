@@ -22,7 +22,7 @@ using core::ToUtf8;
 constexpr int kMelodyMaxAgeSeconds = 24 * 60 * 60;  // a melody never changes
 constexpr std::size_t kUsualRecords = 50;
 
-// In a description there is no parenthesis.
+// A description contains no parenthesis, so the first one starts the file name.
 Reply ListReply(std::string_view listing) {
   Json melodies = Json::array();
   while (!listing.empty()) {

@@ -10,7 +10,7 @@ namespace {
 
 using namespace core::literals;
 
-// What happened, and what to do when nothing more is known. UTF-8.
+// Title of the problem, and the advice when no detail is known. UTF-8.
 struct Status {
   int status;
   const char *title, *advice;

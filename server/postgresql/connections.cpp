@@ -23,7 +23,8 @@ std::string FirstLine(const std::string& text) {
   return text.substr(0, text.find('\n'));
 }
 
-// Whether the connection, and not the statement, is why it failed. Class 57P: the server ends.
+// Whether the connection failed, not the statement. SQLSTATE class 57P: the database is shutting
+// down.
 bool IsLost(const pqxx::connection& connection, const pqxx::failure& failure) {
   const auto* refused = dynamic_cast<const pqxx::sql_error*>(&failure);
   return !connection.is_open() || refused == nullptr || refused->sqlstate().starts_with("57P");
@@ -52,11 +53,11 @@ Connections::Connections(const std::string& address, std::function<void(pqxx::co
   try {
     Take();
   } catch (const StoreAway&) {
-    // Reported; it may come later.
+    // Already reported; Run tries again later.
   }
 }
 
-// One of the idle connections or a new one. While the database is away only one thread tries.
+// Takes an idle connection or opens one. While the database is unreachable only one thread tries.
 std::shared_ptr<Connections::Session> Connections::Take() {
   std::unique_lock lock(mutex_);
   const auto now = Clock::now();
@@ -82,7 +83,7 @@ std::shared_ptr<Connections::Session> Connections::Take() {
   return {session.release(), [this](Session* used) { GiveBack(used); }};
 }
 
-// A connection that is watched over and counted in open_, unless it throws.
+// A new connection under the watcher's control and counted in open_; throws StoreAway on failure.
 std::unique_ptr<Connections::Session> Connections::Connect() {
   std::unique_ptr<Session> session;
   try {
@@ -131,7 +132,7 @@ void Connections::GiveBack(Session* session) {
   freed_.notify_one();
 }
 
-// Returns when the use is worth another attempt.
+// Handles a failed use; returns if it should be tried again, else throws.
 void Connections::Judge(Session& session, const pqxx::failure& failure, bool again) {
   const std::string reason = FirstLine(failure.what());
   if (!IsLost(session.connection, failure)) {
@@ -144,7 +145,7 @@ void Connections::Judge(Session& session, const pqxx::failure& failure, bool aga
   const std::lock_guard lock(mutex_);
   session.lost = true;
   open_ -= static_cast<int>(idle_.size());
-  idle_.clear();  // probably lost, too
+  idle_.clear();  // probably lost as well
   if (again) {
     SetAway(reason);
     throw StoreAway(reason);

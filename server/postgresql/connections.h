@@ -17,23 +17,24 @@
 
 namespace tonadex::server {
 
-// A few connections to one database, made when they are needed. After the database was away they
-// are made anew; while it is away, requests learn so at once, and one of them tries again now and
-// then. Nothing waits for ever: libpq's calls have no limit of their own, so a thread cuts the
+// A pool of a few connections to one database, opened on demand and again after an outage. While
+// the database is unreachable, requests fail at once and one of them tries to connect from time to
+// time. libpq's calls have no time limit of their own, so a thread closes the sockets of
 // connections that take too long. Safe to use from several threads.
 class Connections {
  public:
   using Report = std::function<void(std::string_view utf8)>;
 
-  // `address` is a URI. `prepare` is called once, with the first connection that can be made.
-  // `report` gets a line when the database goes away or is back, and when it refuses a statement.
-  // Throws what `prepare` throws; a database that is away is no failure.
+  // `address` is a URI. `prepare` is called once, with the first connection. `report` gets a line
+  // when the database becomes unreachable or reachable, and when it rejects a statement. Throws
+  // what `prepare` throws; an unreachable database is not an error here.
   Connections(const std::string& address, std::function<void(pqxx::connection&)> prepare,
               Report report);
 
-  // Gives use(connection, again). A lost connection is replaced, and `use` called once more with
-  // `again`: whether the lost one has committed is unknown. Throws StoreAway when the database is
-  // away; pqxx::sql_error when it refuses a statement for another reason than time.
+  // Returns use(connection, again). If the connection is lost, `use` is called once more on a new
+  // one with `again` true; whether the first call has committed is then unknown. Throws StoreAway
+  // when the database is unreachable or a statement takes too long; pqxx::sql_error when it rejects
+  // a statement for another reason.
   template <typename Use>
   auto Run(Use use) {
     for (bool again = false;; again = true) {
@@ -54,7 +55,7 @@ class Connections {
     Session& operator=(const Session&) = delete;
 
     pqxx::connection connection;
-    const int socket;  // a duplicate, so that it is ours also after libpq has closed its own
+    const int socket;  // a duplicate that stays valid after libpq closes its own
     bool lost = false;
     Clock::time_point deadline;
   };
@@ -70,17 +71,17 @@ class Connections {
   const std::string address_;
   const std::function<void(pqxx::connection&)> prepare_;
   const Report report_;
-  std::mutex mutex_;  // guards what follows
+  std::mutex mutex_;  // guards the members below
   std::condition_variable freed_;
   std::condition_variable_any ended_;
   std::vector<std::unique_ptr<Session>> idle_;
   std::vector<Session*> busy_;
-  int open_ = 0;  // idle, busy and being made
+  int open_ = 0;  // idle, busy and connecting
   bool prepared_ = false;
   bool away_ = false;
-  std::string reason_;  // of being away
+  std::string reason_;  // why it is unreachable
   Clock::time_point nextTry_;
-  std::jthread watcher_;  // ends first
+  std::jthread watcher_;  // last: its destructor joins the thread, which uses the members above
 };
 
 }  // namespace tonadex::server

@@ -21,8 +21,8 @@ using core::FromUtf8;
 using core::ToUtf8;
 using Number = long long;
 
-// Positions asked for at random for each melody wanted, because deletions leave gaps. When most are
-// deleted, all melodies are gone through.
+// Random positions requested per wanted melody, because deletions leave gaps. When these do not
+// suffice, all melodies are fetched.
 constexpr std::size_t kDrawsPerRecord = 8;
 
 Number SchemaVersion(pqxx::transaction_base& work) {
@@ -30,7 +30,7 @@ Number SchemaVersion(pqxx::transaction_base& work) {
                                                     : 0;
 }
 
-// Several servers may start at the same time: one makes the schema, the others wait for it.
+// Several servers may start at the same time: one creates or upgrades the schema, the others wait.
 void Upgrade(pqxx::connection& connection) {
   constexpr Number kNewest = std::ssize(sql::kUpgrades);
   pqxx::work work(connection);
@@ -60,7 +60,7 @@ struct NewMelody {
   std::string fileName, contents;
 };
 
-// How many were added: those with the name of an older one are not. Committed by the caller.
+// Returns the number of added melodies; existing names are skipped. The caller commits.
 Number Insert(pqxx::work& work, std::span<const NewMelody> melodies) {
   const Number last = work.exec1(sql::kLockState)[0].as<Number>();
   Number added = 0;
@@ -95,7 +95,7 @@ std::string Listing(const pqxx::result& rows) {
   return listing;
 }
 
-// A text that a LIKE pattern finds anywhere, byte for byte.
+// A LIKE pattern that matches the text anywhere, byte for byte.
 std::string Pattern(std::string_view word) {
   std::string pattern = "%";
   for (const char c : word) {
@@ -112,7 +112,7 @@ std::string SearchStatement(std::size_t words) {
   return statement + sql::kSearchEnd;
 }
 
-// The full listing as it was last asked for; only what has come since is fetched.
+// The full listing as last fetched; only newer melodies are added to it.
 struct FullText {
   std::vector<SharedText> texts;
   Number last = 0, deletions = 0;
@@ -128,13 +128,13 @@ struct FullText {
   }
 };
 
-// What a failure to write means for an upload; throws what is none of these.
+// The result of an upload whose statement was rejected; throws StoreAway for other errors.
 UploadResult ResultOf(const pqxx::sql_error& error) {
   const std::string& code = error.sqlstate();
-  if (code == "25006" || code == "42501") {  // a replica; a role that may only read
+  if (code == "25006" || code == "42501") {  // a replica; no privilege to write
     return UploadResult::kReadOnly;
   }
-  if (code.starts_with("53")) {  // no disk, no memory
+  if (code.starts_with("53")) {  // insufficient resources: disk, memory
     return UploadResult::kDiskFailure;
   }
   throw StoreAway(error.what());
@@ -146,7 +146,7 @@ struct PostgresqlStore::State {
   State(const std::string& address, Report report)
       : connections(address, Upgrade, std::move(report)) {}
 
-  // As Connections::Run, for statements that only read.
+  // Connections::Run for reading statements.
   template <typename Use>
   auto Read(Use use) {
     try {
@@ -159,7 +159,7 @@ struct PostgresqlStore::State {
     }
   }
 
-  // Nobody waits longer for the others' turn than for the database itself.
+  // Waits at most as long as for the database itself.
   std::unique_lock<std::timed_mutex> LockFull() {
     std::unique_lock lock(mutex, std::chrono::milliseconds(kDatabaseUseMs));
     if (!lock) {
@@ -169,7 +169,7 @@ struct PostgresqlStore::State {
   }
 
   Connections connections;
-  std::timed_mutex mutex;  // guards what follows
+  std::timed_mutex mutex;  // guards `full`
   FullText full;
 };
 
@@ -258,7 +258,7 @@ UploadResult PostgresqlStore::Add(std::string_view fileName, std::string_view co
         work.commit();
         return UploadResult::kStored;
       }
-      // After a lost connection it may be this very upload that is there.
+      // If the lost connection had committed, this is the same upload.
       return again && Contents(work, *ParseMelodyName(fileName)) == contents
                  ? UploadResult::kStored
                  : UploadResult::kExists;

@@ -15,15 +15,15 @@
 
 namespace tonadex::server {
 
-// The melodies of a PostgreSQL database, which any number of servers may share: what one has
-// acknowledged, all of them find at once. The schema is made and upgraded here.
+// Melodies in a PostgreSQL database that any number of servers may share: an acknowledged upload is
+// found by all of them at once. Creates and upgrades the schema. Texts are Windows-1252.
 class PostgresqlStore final : public Store {
  public:
   using Report = std::function<void(std::string_view utf8)>;
 
-  // `address` is a URI, postgresql://…. A database that is away is waited for: until then every
-  // request throws StoreAway. `report` gets a line when it goes away, is back, or refuses a
-  // statement. Throws std::runtime_error for a database that this program cannot use.
+  // `address` is a postgresql:// URI. If the database is unreachable, requests throw StoreAway
+  // until it can be reached. `report` gets a line when it becomes unreachable or reachable, or
+  // rejects a statement. Throws std::runtime_error for a database that this program cannot use.
   PostgresqlStore(const std::string& address, Report report,
                   int uploadsPerMinute = kUploadsPerMinute);
   ~PostgresqlStore() override;
@@ -31,16 +31,16 @@ class PostgresqlStore final : public Store {
   bool Reachable() const noexcept override;
   bool Reload(const std::stop_token& stop = {}) override;
   std::size_t size() const override;
-  // A search is not abandoned; the database limits its time.
+  // Ignores `abandoned`; the database limits the time of a search.
   std::string Search(std::string_view query, const std::function<bool()>& abandoned = {},
                      std::size_t limit = kMaxSearchRecords) const override;
   std::string Random(std::uint64_t seed) const override;
   std::vector<SharedText> FullListing() const override;
   std::optional<std::string> Melody(std::string_view fileName) const override;
 
-  // Adds the melodies of a folder, oldest first, except those whose names are there already; gives
-  // how many were added. May be interrupted and repeated. Throws
-  // std::filesystem::filesystem_error when it cannot read the folder.
+  // Adds the melodies of a folder, oldest first, skipping names that exist; returns the number of
+  // added ones. May be interrupted and repeated. Throws std::filesystem::filesystem_error when the
+  // folder cannot be read.
   std::size_t CopyFrom(const std::filesystem::path& folder);
 
  private:
@@ -50,7 +50,7 @@ class PostgresqlStore final : public Store {
   std::unique_ptr<State> state_;
 };
 
-// Whether --almacen names a database.
+// Whether the value of --almacen is a database URI.
 bool IsDatabaseAddress(std::string_view address);
 
 }  // namespace tonadex::server

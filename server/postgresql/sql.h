@@ -2,23 +2,23 @@
 
 #include <array>
 
-// Everything that is said to PostgreSQL. Texts there are UTF-8; every Windows-1252 byte has a
-// character of its own, and texts compare equal exactly when their bytes do.
+// All SQL statements. Texts in the database are UTF-8; each Windows-1252 byte maps to a different
+// character, so texts are equal exactly when their bytes are.
 namespace tonadex::server::sql {
 
-// Behind the address: what a connection that hangs may take, and what a commit promises. The
-// statements' limits are the server's own, so that nothing goes on there that nobody waits for.
+// Appended to the database's URI: time-outs of a hanging connection, durability of commits, and
+// limits of statements, which the database enforces so that it does not go on with abandoned ones.
 inline constexpr const char* kSessionParameters =
     "client_encoding=UTF8&fallback_application_name=tonadex-server&connect_timeout=3"
     "&keepalives_idle=30&keepalives_interval=5&keepalives_count=3&tcp_user_timeout=8000"
     "&options=-c%20statement_timeout%3D5000%20-c%20idle_in_transaction_session_timeout%3D5000"
     "%20-c%20synchronous_commit%3Don";
 
-// Step n makes version n of the schema out of version n - 1. Steps are added, never changed.
+// Step n upgrades the schema from version n - 1 to n. Steps are added, never changed.
 inline constexpr std::array kUpgrades = {
-    // "position" is 1 for the oldest melody. A stem and a number are a file's name in a folder.
-    // tonadex_state is one row: it is locked by whoever adds melodies, so that positions are in
-    // the order of the commits, without gaps.
+    // "position" is 1 for the oldest melody. "stem" and "number" are the parts of its file name.
+    // tonadex_state has one row, which is locked to add melodies, so that positions are in the
+    // order of the commits and without gaps.
     R"sql(
 CREATE TABLE tonadex_melody (
   position bigint PRIMARY KEY,
@@ -52,7 +52,7 @@ CREATE INDEX tonadex_searched_name ON tonadex_melody USING gin (searched_name gi
 inline constexpr const char* kHasVersion = "SELECT to_regclass('tonadex_version') IS NOT NULL";
 inline constexpr const char* kVersion = "SELECT max(version) FROM tonadex_version";
 inline constexpr const char* kEncoding = "SHOW server_encoding";
-// Until the end of the transaction. The number only has to be the same in every server.
+// Held until the end of the transaction. Any number that is the same in every server.
 inline constexpr const char* kLockUpgrade =
     "SET LOCAL statement_timeout = 0; SELECT pg_advisory_xact_lock(8426061914)";
 inline constexpr const char* kMakeVersion =
@@ -71,10 +71,10 @@ inline constexpr const char* kInsert =
 inline constexpr const char* kContents =
     "SELECT contents FROM tonadex_melody WHERE stem = $1 AND number = $2";
 
-// What a record is made of: the columns of every listing.
+// The columns of every listing, from which records are made.
 #define TONADEX_RECORDS "SELECT description, stem, number, position FROM tonadex_melody "
 inline constexpr const char* kSearch = TONADEX_RECORDS "WHERE true";
-inline constexpr const char* kSearchWord = " AND searched_name LIKE ";  // and a parameter
+inline constexpr const char* kSearchWord = " AND searched_name LIKE ";  // followed by a parameter
 inline constexpr const char* kSearchEnd = " ORDER BY position DESC LIMIT $1";
 inline constexpr const char* kAfter =
     TONADEX_RECORDS "WHERE position > $1 ORDER BY position LIMIT $2";
