@@ -20,17 +20,17 @@ namespace {
 
 using namespace core::literals;
 
-// Positions and lengths are in sixty-fourths, so that a dotted thirty-second is a whole number.
+// Positions and lengths are in sixty-fourths of a whole note: a dotted thirty-second is three.
 constexpr std::uint32_t kUnitsPerQuarter = 16;
-constexpr std::int64_t kStep = 2;  // notes begin at thirty-seconds
+constexpr std::int64_t kStep = 2;  // notes are placed on thirty-seconds
 constexpr int kSlowest = 25, kFastest = 900;
 constexpr int kUsuallySlowest = 40, kUsuallyFastest = 250;
-constexpr int kMostDoublings = 20;  // reaches every tempo of a file
+constexpr int kMostDoublings = 20;  // enough for every tempo of a file
 constexpr std::string_view kEndsInBar = u8"Acaba en el compás "_w;
 constexpr std::int64_t kLeastPause = 4;
-constexpr double kTickRounding = 1e-3;  // ticks computed from positions need not be whole
+constexpr double kTickRounding = 1e-3;  // ticks computed from positions may not be integers
 
-// The lengths of a note or a pause, the longest first.
+// All lengths of a note or pause, the longest first.
 struct Length {
   std::int64_t units;
   int length;
@@ -55,16 +55,16 @@ const Length& LongestUpTo(std::int64_t units) {
   return found == kLengths.end() ? kLengths.back() : *found;
 }
 
-// One note at a time, in ticks; it ends where the next one begins at the latest.
+// A note of the single voice, in ticks; it ends at the start of the next one at the latest.
 struct Stroke {
   std::uint32_t start = 0, end = 0;
   int key = 0;
-  std::size_t covered = 0;  // notes left out because of it
+  std::size_t covered = 0;  // number of notes left out because of it
   std::size_t bar = 0;      // counted from 0
 };
 
-// A note counts as covered when another one, that has precedence, sounds for more than half of it:
-// players let notes overlap a little.
+// Drops a note if one with precedence sounds for more than half of it; shorter overlaps are normal
+// in played music.
 std::vector<Stroke> OneVoice(std::span<const SmfNote> notes, Taken taken) {
   std::array<std::uint32_t, 128> soundsUntil{};
   std::uint32_t firstUntil = 0;
@@ -91,7 +91,7 @@ std::vector<Stroke> OneVoice(std::span<const SmfNote> notes, Taken taken) {
   return strokes;
 }
 
-// The bars of the file: from `tick` on they last `ticks` each.
+// A run of bars of `ticks` ticks each, starting at `tick`.
 struct Bars {
   struct Part {
     double tick;
@@ -109,7 +109,7 @@ struct Bars {
       if (meter.tick <= last.tick) {
         parts.back().ticks = ticks;
       } else {
-        // A change within a bar begins a new one.
+        // A change of metre within a bar starts a new bar.
         const double gone = std::ceil((meter.tick - last.tick) / last.ticks);
         parts.push_back({static_cast<double>(meter.tick),
                          last.firstBar + static_cast<std::size_t>(gone), ticks});
@@ -124,21 +124,21 @@ struct Bars {
   }
 };
 
-// A stroke in the melody's positions.
+// A stroke at its position in the melody.
 struct Placed {
   std::int64_t start = 0, end = 0;
   Stroke stroke;
-  std::size_t lost = 0;  // shorter ones in the same place
+  std::size_t lost = 0;  // number of shorter strokes dropped at the same position
 };
 
-// How a voice is read: a quarter note of the file lasts `scale` of the melody's. `exact` is for
-// files whose times are lengths of notes already.
+// How to read a voice: a quarter note of the file becomes `scale` quarter notes. `exact` is for
+// files whose times are note lengths already.
 struct Reading {
   double scale = 1;
   bool exact = false;
 };
 
-// The grid on which strokes are placed, in a melody that is read so.
+// The grid on which a reading places strokes.
 struct Grid {
   double unitsPerTick;
   std::int64_t step;
@@ -179,7 +179,7 @@ PlacedVoice Place(std::span<const Stroke> strokes, const Grid& grid, double scal
   return voice;
 }
 
-// How long the stroke sounds when the next one begins at `next`.
+// The sounding length of a stroke when the next one starts at `next`.
 std::int64_t SoundingUnits(const Placed& stroke, std::int64_t next, bool exact) {
   const std::int64_t time = next - stroke.start;
   const std::int64_t silence = std::max<std::int64_t>(next - stroke.end, 0);
@@ -187,7 +187,7 @@ std::int64_t SoundingUnits(const Placed& stroke, std::int64_t next, bool exact) 
   return touch ? time : time - silence;
 }
 
-// Where the last stroke's time ends: with the shortest length that holds it.
+// The end of the last stroke, with the shortest length that is not shorter than it.
 std::int64_t EndOfLast(const Placed& stroke) {
   const auto shorter = std::ranges::find_if(
       kLengths, [&](const Length& each) { return each.units < stroke.end - stroke.start; });
@@ -196,17 +196,17 @@ std::int64_t EndOfLast(const Placed& stroke) {
 
 struct Written {
   std::vector<core::PlainNote> notes;
-  std::size_t strokes = 0;  // how many of them became notes
+  std::size_t strokes = 0;  // number of strokes that became notes
   bool cut = false;
 };
 
-// Notes and pauses for as many strokes as fit, whole bars where at least one fits.
+// Writes as many strokes as fit, ending after a whole bar if at least one bar fits.
 Written Write(std::span<const Placed> strokes, std::size_t most, bool exact) {
   Written written;
   std::vector<core::PlainNote>& notes = written.notes;
   struct {
     std::size_t notes = 0, strokes = 0;
-  } whole;  // what the whole bars have taken
+  } whole;  // size after the last whole bar
   for (std::size_t i = 0; i < strokes.size(); ++i) {
     const Placed& stroke = strokes[i];
     if (notes.size() >= most) {
@@ -241,7 +241,7 @@ Written Write(std::span<const Placed> strokes, std::size_t most, bool exact) {
   return written;
 }
 
-// The tempos between two ticks, by their length in ticks.
+// The tempos between two ticks, with the number of ticks of each.
 std::map<std::uint32_t, double> TemposBetween(const SmfFile& file, std::size_t track, double first,
                                               double last) {
   std::vector<SmfTempo> tempos = TemposFor(file, track);
@@ -257,8 +257,8 @@ std::map<std::uint32_t, double> TemposBetween(const SmfFile& file, std::size_t t
   return lasting;
 }
 
-// Moves the notes by whole octaves so that most of them lie in the phone's, then each of the others
-// to the nearest one.
+// Transposes by whole octaves so that most notes are in the phone's range, then moves each
+// remaining note to the nearest octave of the range.
 void MoveOctaves(SmfMelody& result, const SmfChoice& choice) {
   std::vector<core::PlainNote>& notes = result.melody.notes;
   const int highest = choice.lowestOctave + choice.octaves - 1;
@@ -294,9 +294,9 @@ int TempoOf(std::uint32_t microseconds, double scale) {
       std::clamp<double>(std::round(60e6 / microseconds * scale), kSlowest, kFastest));
 }
 
-// The reading whose notes have the shortest text; that of the file where several have. A note that
-// is lost counts as much as a few notes of text, so does a tempo that phones seldom take; no text
-// is so short that a note may be moved for it.
+// Chooses the reading with the shortest text; on a tie the file's own. A lost note costs as much as
+// a few notes of text, an unusual tempo likewise more; moving a note costs more than any text can
+// save.
 Reading ShortestReading(std::span<const Stroke> strokes, std::uint32_t division,
                         std::uint32_t microseconds) {
   constexpr std::size_t kLostCost = 20, kTempoCost = 100, kMovedCost = 1000000;
@@ -358,7 +358,7 @@ void AddRemarks(SmfMelody& result, std::span<const Placed> strokes, bool cut, Ta
   }
 }
 
-// The strokes of the bars `first` to `last`, counted from 0.
+// The strokes in the bars `first` to `last`, counted from 0.
 std::span<const Stroke> BarsOf(std::span<const Stroke> strokes, std::size_t first,
                                std::size_t last) {
   const auto begin = std::ranges::lower_bound(strokes, first, {}, &Stroke::bar);
@@ -372,7 +372,7 @@ SmfMelody MelodyOfVoice(const SmfFile& file, const SmfVoice& voice, const SmfCho
   const Grid inFile(file.division, reading);
   const Bars bars(file, voice.track);
   std::vector<Stroke> strokes = OneVoice(NotesOf(file, voice), choice.taken);
-  for (Stroke& stroke : strokes) {  // a note played a little early belongs to its bar
+  for (Stroke& stroke : strokes) {  // a note played slightly early belongs to the bar that follows
     stroke.bar = bars.BarAt(inFile.Tick(inFile.Nearest(stroke.start)) + kTickRounding);
   }
   SmfMelody result;

@@ -7,35 +7,36 @@
 #include "core/rtttl_writer.h"
 #include "midi/smf_voices.h"
 
-// Makes one voice of a MIDI file a melody for a phone. Texts are Windows-1252.
+// Converts one voice of a MIDI file to a melody for a phone. Texts are Windows-1252.
 //
-// Every note begins at the thirty-second nearest to its time in the file, counted from the file's
-// beginning, so errors do not add up and triplets keep their bar. It lasts as long as one plain or
-// dotted length can say; the rest until the next note is pauses, because RTTTL has no ties. A
-// silence shorter than a sixteenth, or than a quarter of the time to the next note, is the player's
-// touch and no pause. The pauses before the first note and after the last are left out.
+// Every note starts at the thirty-second nearest to its time in the file, counted from the file's
+// beginning, so errors do not add up and triplets stay in their bar. It gets the longest plain or
+// dotted length that fits; the rest until the next note becomes pauses, because RTTTL has no ties.
+// A silence shorter than a sixteenth, or than a quarter of the time to the next note, is
+// articulation and not written as a pause. Pauses before the first note and after the last are left
+// out.
 //
-// Times are in beats, so changes of tempo do not move notes; the melody has the tempo that lasts
-// longest in it. Tempo and lengths may both be doubled or halved, where this loses fewer notes or
-// makes the text shorter.
+// Times are in beats, so tempo changes do not move notes; the melody gets the tempo that applies
+// for the longest time. Tempo and lengths may be doubled or halved together if this loses fewer
+// notes or makes the text shorter.
 namespace tonadex::midi {
 
-enum class Taken { kHighest, kFirst };  // of notes that sound at once
+enum class Taken { kHighest, kFirst };  // which note to keep of simultaneous ones
 
 struct SmfChoice {
   std::string name;           // of the melody
   std::size_t firstBar = 0;   // counted from 1; 0 for the first bar with a note
-  std::size_t mostNotes = 0;  // notes and pauses, 0 for all that a melody can have
+  std::size_t mostNotes = 0;  // maximum number of notes and pauses; 0 for the maximum of a melody
   Taken taken = Taken::kHighest;
-  int lowestOctave = 1, octaves = 8;  // the phone's; what lies outside is moved
+  int lowestOctave = 1, octaves = 8;  // the phone's range; notes outside are moved
 };
 
 struct SmfMelody {
-  core::PlainMelody melody;          // without notes when none begins in the bars
+  core::PlainMelody melody;          // without notes if none starts in the chosen bars
   std::size_t firstBar = 0;          // counted from 1
-  std::size_t lastBar = 0;           // of the melody
-  std::size_t bars = 0;              // of the voice
-  std::vector<std::string> remarks;  // what the melody lacks of the voice, sentences in Spanish
+  std::size_t lastBar = 0;           // last bar of the melody
+  std::size_t bars = 0;              // number of bars of the voice
+  std::vector<std::string> remarks;  // Spanish sentences: how the melody differs from the voice
 };
 
 SmfMelody MelodyOf(const SmfFile& file, const SmfVoice& voice, const SmfChoice& choice);

@@ -12,9 +12,9 @@ namespace {
 
 constexpr std::string_view kOwnName = "MIDI by Tonadex";
 constexpr double kOwnWholeNote = 77;       // ticks
-constexpr std::uint32_t kOwnDotted32 = 4;  // ticks; no other length strays from the rule
+constexpr std::uint32_t kOwnDotted32 = 4;  // ticks; the only length outside the rule
 constexpr std::uint32_t kUnitsPerQuarter = 16;
-constexpr std::uint32_t kStep = 2;  // units of a thirty-second
+constexpr std::uint32_t kStep = 2;  // units per thirty-second
 
 }  // namespace
 

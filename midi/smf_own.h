@@ -2,13 +2,13 @@
 
 #include "midi/smf_reader.h"
 
-// MIDI files that midi/mMidiLibOut writes for phones: their tempo event says nothing, their
-// division stands for the tempo, and each length has its own number of ticks.
+// MIDI files that midi/mMidiLibOut writes for phones: their tempo event is constant, the division
+// encodes the tempo, and each length has a fixed number of ticks.
 namespace tonadex::midi {
 
 bool IsOwnFile(const SmfFile& file);
 
-// The file with the times that its ticks stand for: sixteen units a quarter note, and the tempo.
+// Returns the file with real times and tempo: sixteen units per quarter note.
 SmfFile WithPlainTimes(const SmfFile& file);
 
 }  // namespace tonadex::midi

@@ -29,7 +29,7 @@ enum Meta : std::uint8_t {
   kTimeSignature = 0x58,
 };
 
-// The bytes still to be read and where they are. A read past the end throws a fault.
+// Reads bytes and keeps the offset for faults. Reading past the end throws a fault.
 class Bytes {
  public:
   Bytes(std::string_view bytes, std::size_t at, std::size_t track)
@@ -61,7 +61,8 @@ class Bytes {
     return number;
   }
 
-  // Seven bits a byte, the highest first; all bytes but the last have their high bit set.
+  // Variable-length quantity: seven bits per byte, the highest first; all bytes except the last
+  // have the high bit set.
   std::uint32_t VariableNumber() {
     const std::size_t start = at_;
     std::uint32_t number = 0;
@@ -91,7 +92,7 @@ class Bytes {
   std::size_t track_;
 };
 
-// A text event as a name: one line of printable characters.
+// Converts a text event to a name: one line of printable characters.
 std::string NameText(std::string_view bytes) {
   std::string text = core::FromOutside(bytes.substr(0, 4 * kMaxName));
   std::ranges::replace_if(
@@ -142,7 +143,8 @@ class TrackReader {
     } else if (status == 0xF0 || status == 0xF7) {
       bytes_.Take(bytes_.VariableNumber());
     } else if (status < 0xF0) {
-      // Meta and sysex events leave the running status alone: some makers' files rely on it.
+      // Meta and sysex events do not reset the running status, because some makers' files rely on
+      // it.
       running_ = status;
       ReadChannelEvent(status, byte >= 0x80 ? DataByte() : byte);
     } else {
@@ -216,8 +218,8 @@ class TrackReader {
   std::string instrument_;
 };
 
-// SMPTE time: the high byte is the negative number of frames a second, the low one the ticks of a
-// frame. 29 stands for 30 frames in 1.001 seconds. Returns how long a quarter note lasts.
+// SMPTE time: the high byte is the negated number of frames per second, the low byte the ticks per
+// frame. 29 means 30 frames in 1.001 seconds. Returns the duration of a quarter note.
 std::uint32_t ReadSmpteTime(const Bytes& bytes, std::uint32_t division, SmfFile& file) {
   const std::uint32_t frames = 256 - (division >> 8);
   const std::uint32_t ticks = division & 0xFF;
@@ -231,7 +233,8 @@ std::uint32_t ReadSmpteTime(const Bytes& bytes, std::uint32_t division, SmfFile&
   return halves * (frames == 29 ? 500500 : 500000);
 }
 
-// Reads the header; returns the number of tracks and, in SMPTE time, the length of a quarter note.
+// Reads the header; returns the number of tracks and, for SMPTE time, the duration of a quarter
+// note.
 struct Header {
   std::uint32_t tracks = 0, microseconds = 0;
 };
@@ -279,7 +282,7 @@ SmfFile ReadFile(std::string_view content, std::size_t start) {
       TrackReader(Bytes(data, at, number), file.tracks.emplace_back()).Read();
     }
   }
-  if (file.smpteTime) {  // tempo events do not count there
+  if (file.smpteTime) {  // tempo events do not apply to SMPTE time
     for (SmfTrack& track : file.tracks) {
       track.tempos = {{0, header.microseconds}};
     }
@@ -291,7 +294,7 @@ SmfFault FaultOf(SmfProblem problem, std::string_view sentence) {
   return {problem, 0, 0, std::string(sentence)};
 }
 
-// The changes of one kind that hold for a track.
+// The changes of one kind that apply to a track.
 template <typename Change>
 std::vector<Change> ChangesFor(const SmfFile& file, std::size_t track,
                                std::vector<Change> SmfTrack::*changes) {

@@ -13,14 +13,14 @@
 // Windows-1252.
 namespace tonadex::midi {
 
-// Longer files are refused. A note takes at least three bytes of its file: the notes of the longest
-// file take 17 MB of memory, and making a melody of them less than 150 MB.
+// Maximum size. A note takes at least three bytes: the notes of the longest file use 17 MB of
+// memory, and converting them to a melody less than 150 MB.
 inline constexpr std::size_t kMaxSmfBytes = std::size_t{4} << 20;
 
 inline constexpr std::uint8_t kNoProgram = 255;
 inline constexpr std::size_t kChannels = 16;
 
-// Times are in ticks from the beginning of the track.
+// Times are in ticks since the start of the track.
 struct SmfNote {
   std::uint32_t start = 0, end = 0;
   std::uint8_t key = 0;      // 0 to 127, 60 is middle c
@@ -42,19 +42,19 @@ struct SmfMeter {
 
 struct SmfTrack {
   std::string name;            // of the track, else of its instrument; at most 60 characters
-  std::vector<SmfNote> notes;  // in the order in which they begin
+  std::vector<SmfNote> notes;  // by start
   std::vector<SmfTempo> tempos;
   std::vector<SmfMeter> meters;
-  // The General MIDI program, 0 to 127, that a channel has at its first note; kNoProgram when the
-  // track sets none.
+  // The General MIDI program, 0 to 127, of each channel at its first note; kNoProgram if the track
+  // sets none.
   std::array<std::uint8_t, kChannels> programs{};
   bool hasLyrics = false;
 };
 
 struct SmfFile {
   int format = 0;
-  // Ticks per quarter note. A file in SMPTE time knows no quarter notes: here they last half a
-  // second, or a whole one where the half is no whole number of ticks.
+  // Ticks per quarter note. SMPTE time has no quarter notes: here they last half a second, or a
+  // whole one if the half is not a whole number of ticks.
   std::uint32_t division = 0;
   bool smpteTime = false;
   std::vector<SmfTrack> tracks;
@@ -62,27 +62,27 @@ struct SmfFile {
 
 enum class SmfProblem {
   kTooLong,    // more than kMaxSmfBytes
-  kNoMidi,     // something else than a MIDI file
-  kHeader,     // values of the header that the format does not know
+  kNoMidi,     // not a MIDI file
+  kHeader,     // header values that the format does not define
   kCut,        // the file, a track or an event ends too early
-  kEvent,      // bytes that are no event
-  kTrackTime,  // a track that lasts more than 2^31 ticks
+  kEvent,      // invalid event
+  kTrackTime,  // a track longer than 2^31 ticks
 };
 
 struct SmfFault {
   SmfProblem problem = SmfProblem::kNoMidi;
-  std::size_t byte = 0;   // where, counted from 0
+  std::size_t byte = 0;   // offset in the file, from 0
   std::size_t track = 0;  // counted from 1; 0 outside the tracks
-  std::string sentence;   // says all this in Spanish; lower case, without a full stop
+  std::string sentence;   // describes the fault in Spanish; lower case, without a full stop
 };
 
-// Reads the whole file. Sysex and meta events without meaning for the notes are skipped, as are
-// unknown chunks, bytes after the last track and those after the end of a track. A note that is
-// struck again while it sounds ends there; one that is never released ends with its track.
+// Reads the whole file. Skips sysex events, meta events that do not affect the notes, unknown
+// chunks, and bytes after the last track or after the end of a track. A note struck again while it
+// sounds ends there; one that is never released ends with its track.
 std::variant<SmfFile, SmfFault> ReadSmf(std::string_view bytes);
 
-// The tempo and the meter changes that hold for a track, in the order of their times: those of all
-// tracks, or in a file of format 2 its own.
+// The tempo and metre changes that apply to a track, by time: those of all tracks, or in a file of
+// format 2 only its own.
 std::vector<SmfTempo> TemposFor(const SmfFile& file, std::size_t track);
 std::vector<SmfMeter> MetersFor(const SmfFile& file, std::size_t track);
 

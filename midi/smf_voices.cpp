@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kDrumChannel = 9;
 
-// Words in track names, folded, and what they say about a voice being the tune.
+// Words in track names (folded), and how much they speak for the voice being the tune.
 struct Hint {
   std::string_view word;
   double worth;
@@ -28,7 +28,7 @@ constexpr auto kHints = std::to_array<Hint>({
     {"armonia", -1},
 });
 
-// Families of General MIDI programs that seldom have the tune; each holds eight.
+// Families of eight General MIDI programs that rarely play the tune.
 constexpr double FamilyWorth(std::uint8_t program) {
   switch (program / 8) {
     case 4:  // basses
@@ -55,7 +55,7 @@ double NameWorth(std::string_view name) {
   return worth;
 }
 
-// The part of the notes that begin when the one before them has ended, or nearly.
+// The share of notes that start when, or shortly before, the previous ones have ended.
 double MonophonicPart(std::span<const SmfNote> notes) {
   std::size_t alone = 0;
   std::uint32_t silentFrom = 0;
@@ -76,7 +76,7 @@ double MeanKey(std::span<const SmfNote> notes) {
 
 using Programs = std::array<std::uint8_t, kChannels>;
 
-// The programs that any track sets: some files keep them in a track of their own.
+// The programs set by any track: some files set them all in a separate track.
 Programs ProgramsOf(const SmfFile& file) {
   Programs programs;
   programs.fill(kNoProgram);
@@ -89,8 +89,8 @@ Programs ProgramsOf(const SmfFile& file) {
   return programs;
 }
 
-// How much speaks for a voice being the tune: what its track is called, lyrics, notes one by one,
-// high ones, about as many as the file's busiest voice has.
+// How likely a voice is the tune: by its track's name, lyrics, few overlapping notes, high pitch,
+// and number of notes compared with the file's busiest voice.
 double TuneWorth(const SmfFile& file, const SmfVoice& voice, std::size_t mostNotes) {
   const std::vector<SmfNote> notes = NotesOf(file, voice);
   const double share = static_cast<double>(notes.size()) / static_cast<double>(mostNotes);

@@ -6,31 +6,32 @@
 
 #include "midi/smf_reader.h"
 
-// The voices of a MIDI file, among which one is chosen as a melody. Texts are Windows-1252.
+// The voices of a MIDI file, one of which becomes a melody. Texts are Windows-1252.
 namespace tonadex::midi {
 
 // The notes of one channel in one track.
 struct SmfVoice {
   std::size_t track = 0, channel = 0;  // counted from 0
-  std::string name;                    // the track's, "" when it has none
-  std::string instrument;              // Spanish, "" when the file names none
+  std::string name;                    // of the track; "" if it has none
+  std::string instrument;              // Spanish; "" if the file sets none
   std::uint8_t program = kNoProgram;   // of General MIDI
   std::size_t notes = 0;               // at least 1
   int lowest = 0, highest = 0;         // MIDI keys
   bool drums = false;
-  bool tune = false;  // the guess: one voice of the file, none when it has only drums
+  bool tune = false;  // probably the tune: one voice per file, none if it has only drums
 };
 
-// In the order of tracks and channels.
+// By track, then channel.
 std::vector<SmfVoice> VoicesOf(const SmfFile& file);
 
-// The voice's notes in the order of their times; of those that begin together the highest first.
+// The voice's notes by start; of simultaneous ones the highest first.
 std::vector<SmfNote> NotesOf(const SmfFile& file, const SmfVoice& voice);
 
-// "do# 5": the octave as in RTTTL, where octave 5 begins with key 60.
+// A key's name like "do# 5", with the octave as in RTTTL: octave 5 starts with key 60.
 std::string KeyText(int key);
 
-// "Solo, parece la melodía (Flauta), canal 1, 64 notas, de do 5 a sol 6"
+// A Spanish description like "Solo, parece la melodía (Flauta), canal 1, 64 notas, de do 5 a sol
+// 6".
 std::string VoiceText(const SmfVoice& voice);
 
 }  // namespace tonadex::midi

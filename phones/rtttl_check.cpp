@@ -42,7 +42,7 @@ constexpr std::string_view kTooLong =
 constexpr std::string_view kUnfitTempo =
     u8"El tempo es demasiado lento o rápido para tocar y convertir la melodía."_w;
 
-// The settings of a header, and the sentences for their faults.
+// The settings of a header, and the Spanish sentences for their faults.
 struct Setting {
   char key;
   bool (*valid)(std::string_view value);
@@ -123,7 +123,7 @@ std::string WithoutBlanks(std::string_view text) {
   return rest;
 }
 
-// Calls `use` with the range of every part between commas, also of an empty one at the end.
+// Calls `use` with the range of every item between commas, including an empty last one.
 template <typename Use>
 void ForEachItem(std::string_view text, core::TextRange range, Use use) {
   const std::size_t end = range.start + range.length;

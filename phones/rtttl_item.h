@@ -7,7 +7,8 @@
 #include <string_view>
 #include <vector>
 
-// What a person means by one item of the notes section, and whether the parser reads it so.
+// What a person means by one item of the notes section, and whether the parser reads it so. Texts
+// are Windows-1252.
 namespace tonadex::phones {
 
 inline constexpr std::array<int, 6> kDurations = {1, 2, 4, 8, 16, 32};

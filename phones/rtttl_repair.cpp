@@ -35,7 +35,7 @@ std::string Becomes(std::string_view from, std::string_view to) {
   return Quoted(from, kQuoted) + " pasa a " + Quoted(to, kQuoted);
 }
 
-// The changes of the notes: each kind once, with its count.
+// Counts the changes of the notes by kind, so that each kind is listed once.
 class NoteChanges {
  public:
   void Changed(std::string_view from, std::string_view to) { Count(Becomes(from, to)); }
