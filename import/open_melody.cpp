@@ -25,7 +25,7 @@ using formats::RefuseFile;
 constexpr int kLowestOctave = 4;                             // the composer's octave 1 is RTTTL's 5
 constexpr std::string_view kNoteText = "[CNokia.Convert] ";  // before each entry of its log
 
-// The notes of the composer of a Nokia, with the tempo in front if there is one.
+// Reads composer notation, with or without a tempo before it.
 Reading ReadComposer(std::string_view text) {
   nokia3210::CNokia converter;
   converter.SetOriginalText(text);
@@ -58,7 +58,7 @@ Reading ReadComposer(std::string_view text) {
   return reading;
 }
 
-// The voice that is probably the tune, whole and as high as it is.
+// Converts the voice that is probably the tune, whole and not transposed.
 Reading ReadMidi(std::string_view bytes) {
   const auto read = midi::ReadSmf(bytes);
   if (const auto* fault = std::get_if<midi::SmfFault>(&read)) {
@@ -90,7 +90,7 @@ constexpr auto kMakers = std::to_array<Maker>({
     {"Motorola", formats::ReadMotorolaKeys},
 });
 
-// Key presses that mean one melody only.
+// Refuses key presses that different makes read as different melodies.
 Reading ReadKeys(std::string_view text) {
   std::optional<Reading> found;
   std::string makers, fault;
@@ -135,7 +135,7 @@ constexpr auto kReaders = std::to_array<Reader>({
     {FileKind::kMidi, ReadMidi, true},
 });
 
-// The file's name without its extension, as the name of a melody.
+// The melody's name: the file's name without its extension.
 std::string NameOf(std::string_view fileName) {
   const std::string name(core::Trim(fileName.substr(0, fileName.rfind('.'))));
   return name.empty() ? "melodia" : name;

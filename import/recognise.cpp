@@ -16,7 +16,7 @@ namespace {
 using namespace core::literals;
 using formats::BehindKey;
 
-constexpr std::size_t kHeadBytes = 4096;  // enough to tell the formats apart
+constexpr std::size_t kHeadBytes = 4096;  // enough to recognise every format
 constexpr std::string_view kBlanks = " \t\r\n";
 
 unsigned At(std::string_view bytes, std::size_t i) {
@@ -32,14 +32,14 @@ bool IsMidi(std::string_view bytes) {
          (bytes.starts_with("RIFF") && bytes.substr(0, 12).ends_with("RMID"));
 }
 
-// A few command parts, of which the first is known.
+// The first byte is a small number of command parts, the second a known command.
 bool IsOtt(std::string_view bytes) {
   const unsigned parts = At(bytes, 0), command = At(bytes, 1) >> 1;
   return parts > 0 && parts < 5 &&
          (command == formats::ott::kProgramming || command == formats::ott::kUnicode);
 }
 
-// The inverted length of a file of less than 64 KiB begins so.
+// The first four bytes are the inverted length; its high half is 0xFFFF for less than 64 KiB.
 bool IsKws(std::string_view bytes) {
   return bytes.size() >= 6 && At(bytes, 2) == 0xFF && At(bytes, 3) == 0xFF &&
          ~(At(bytes, 0) | At(bytes, 1) << 8 | 0xFFFF0000u) % 4 == 2;
@@ -57,7 +57,7 @@ bool IsEMelody(std::string_view text) {
   return HasKey(text, "BEGIN:EMELODY");
 }
 
-// "Tempo=120:" begins a text of the composer.
+// The value must be a number: "Tempo=120:" starts composer notation.
 bool IsTriumMdy(std::string_view text) {
   const std::string tempo = formats::HeaderValue(text, "TEMPO=");
   return !tempo.empty() && std::ranges::all_of(tempo, core::IsDigit);
@@ -88,7 +88,7 @@ bool IsIMelodyKeys(std::string_view text) {
   return core::Contains(text, "*") && ConsistsOf(text, "*012345678#&abcdefgr.:;");
 }
 
-// More notes than what is not understood.
+// Recognised if it has more notes than faults.
 bool IsComposer(std::string_view text) {
   nokia3210::CNokia converter;
   converter.SetOriginalText(text);
@@ -105,10 +105,10 @@ struct KindRow {
   FileKind kind;
   std::string_view name;
   bool (*is)(std::string_view);
-  bool ofBytes = false;  // else of text
+  bool ofBytes = false;  // tests bytes, else text
 };
 
-// In the order in which they are tried.
+// Tried in this order.
 constexpr auto kKinds = std::to_array<KindRow>({
     {FileKind::kMidi, "MIDI", IsMidi, true},
     {FileKind::kOtt, u8"melodía de Nokia Smart Messaging"_w, IsOtt, true},

@@ -16,15 +16,15 @@ enum class FileKind {
   kKws,
   kOtt,
   kSckl,
-  kKeys,  // key presses of some make
+  kKeys,  // key presses of one of several makes
   kMidi,
 };
 
-// What the bytes are, whatever the file's name: kUnknown for an empty file and for bytes that are
-// neither text nor of a known format. Text is UTF-8 or Windows-1252. Never throws.
+// Recognises the format from the content alone. kUnknown for an empty file, and for bytes that are
+// neither text nor a known format. Text may be UTF-8 or Windows-1252. Never throws.
 FileKind RecogniseFile(std::string_view bytes);
 
-// "iMelody", "texto del compositor de Nokia". Windows-1252; "" for kUnknown.
+// The format's Spanish name, as in "texto del compositor de Nokia". Windows-1252; "" for kUnknown.
 std::string_view KindName(FileKind kind);
 
 }  // namespace tonadex::import

@@ -17,7 +17,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 using core::ToUtf8;
 
-// By phones::Kind.
+// Names of phones::Kind, indexed by it.
 constexpr std::array kKindNames = {"texto", "notas", "teclas", "fichero"};
 
 Json Keypad(const phones::Keypad& keypad) {

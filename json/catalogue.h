@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-// The phones and formats of the catalogue as JSON.
+// The phones and formats of the catalogue as JSON in UTF-8.
 namespace tonadex::json {
 
 // {"modelos":[{"marca":…,"modelo":…,"formato":…,"moviles":[…],"clase":…,"fichero":…,"recibe":…,"entrada":…,

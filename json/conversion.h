@@ -18,21 +18,22 @@ void LoadMelody(core::RTTTLMelody& melody, std::string_view line);
 phones::Conversion ConvertLoaded(core::RTTTLMelody& melody, std::string_view model,
                                  std::string_view row, const std::optional<std::string>& file);
 
-// The typing steps of a conversion, none without a page. `melody` is as the conversion left it.
+// The typing steps of a conversion; empty if it has no result page. `melody` must be the record
+// after the conversion.
 using Steps = std::vector<phones::TypingStep>;
 Steps StepsOf(const phones::Conversion& conversion, std::string_view model,
               const core::RTTTLMelody& melody);
 
-// Appends a conversion as members of a JSON object,
-// `"titulo":…,"resultado":…,"avisos":…,"tempo":…,"mensajes":[…]`; the strings are empty without a
-// page.
+// Appends a conversion as members of a JSON object in UTF-8,
+// `"titulo":…,"resultado":…,"avisos":…,"tempo":…,"mensajes":[…]`; without a result page the strings
+// are empty.
 class ConversionJson {
  public:
   void Append(std::string& json, const phones::Conversion& conversion);
 
  private:
-  // The format's instructions, with which all notices begin: the shortest notices seen so far.
-  // Escaping them once saves time.
+  // The escaped instructions of the format, with which all its notices begin: the shortest notices
+  // seen so far. Escaping them only once saves time.
   std::string notices_, noticesJson_;
 };
 

@@ -14,7 +14,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 using core::ToUtf8;
 
-// Enough for drawing and playing: hundredths of a millisecond or of another unit.
+// Rounds to hundredths (of a millisecond or another unit), enough for drawing and playing.
 double Rounded(double value) {
   return std::round(value * 100) / 100;
 }

@@ -26,8 +26,8 @@ constexpr bool IsPlain(char c) {
   return c >= ' ' && c != '"' && c != '\\' && core::Code(c) < 0x80;
 }
 
-// Whether none of the eight bytes must be escaped. Subtracting `limit` from each byte sets the high
-// bit of those below it; bytes equal to a character are found as zeros after XOR.
+// Tests eight bytes at a time. Subtracting `limit` from each byte sets the high bit of those below
+// it; bytes equal to a character become zero after XOR.
 constexpr bool ArePlain(std::uint64_t eight) {
   constexpr std::uint64_t kOnes = 0x0101010101010101;
   const auto below = [](std::uint64_t bytes, unsigned char limit) {
@@ -38,7 +38,7 @@ constexpr bool ArePlain(std::uint64_t eight) {
   return (special & (kOnes * 0x80)) == 0;
 }
 
-// Number of characters at the beginning that need no escape: usually all.
+// Number of leading characters that need no escape: usually all.
 std::size_t PlainLength(std::string_view text) {
   std::size_t at = 0;
   for (std::uint64_t eight = 0; at + sizeof eight <= text.size(); at += sizeof eight) {

@@ -6,10 +6,10 @@
 #include <string_view>
 #include <utility>
 
-// Output of JSON.
+// Writing JSON in UTF-8.
 namespace tonadex::json {
 
-// Names (which need no escapes) and their values in UTF-8. Malformed bytes become U+FFFD.
+// Names (which need no escapes) and values in UTF-8. Malformed bytes of values become U+FFFD.
 using JsonFields = std::initializer_list<std::pair<std::string_view, std::string>>;
 
 // `"name":"text","name":"text"`.
@@ -19,7 +19,7 @@ std::string JsonMembers(JsonFields fields);
 void AppendJson(std::string& json, std::string_view text);
 void AppendEscaped(std::string& json, std::string_view text);
 
-// Writes an array of objects, one field per line, as they are added: it may have millions.
+// Writes an array of objects element by element, with one field per line: it may have millions.
 class JsonList {
  public:
   explicit JsonList(std::ostream& out) : out_(out) {}
