@@ -15,7 +15,7 @@ std::filesystem::path ProgramFolderPath();
 // elsewhere, and returns it. Removes the temporary files of killed programs. Throws only bad_alloc.
 std::filesystem::path PrepareProgramFolder();
 
-// The folder of the installed data, empty when there is none.
+// The folder of the installed data; empty if there is none.
 std::filesystem::path InstalledData();
 
 }  // namespace tonadex::platform

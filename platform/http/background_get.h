@@ -9,7 +9,8 @@
 
 namespace tonadex::platform {
 
-// A request by HttpClient in a thread of its own; cancelled at its next pause (HttpLimits).
+// A request by HttpClient in its own thread; cancellation takes effect within about
+// HttpLimits::pumpInterval.
 class HttpBackgroundGet : public net::BackgroundGet {
  public:
   HttpBackgroundGet() = default;

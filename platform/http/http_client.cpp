@@ -213,8 +213,8 @@ void Parse(std::optional<Parser>& parser, beast::flat_buffer& buffer, const Http
   }
 }
 
-// The connection has ended: before the reply, inside it or, without a stated length, at its end.
-// `cut`: whoever ended it may not have been the server.
+// Handles the end of the connection: before the reply, inside it, or, without a stated length, at
+// its end. `cut`: the connection may have been cut by someone other than the server.
 void ParseEnd(Parser& parser, bool cut) {
   ErrorCode error = http::error::end_of_stream;
   if (parser.got_some()) {
@@ -241,7 +241,7 @@ asio::awaitable<void> Send(Connection& connection, std::string_view bytes,
                              asio::use_awaitable);
 }
 
-// Decrypts what has arrived and sends what the encryption itself has to say.
+// Decrypts what has arrived and sends the handshake and alert bytes that result.
 asio::awaitable<void> Decrypt(Connection& connection, std::string_view sealed,
                               const HttpLimits& limits) {
   std::string answer, plain;
@@ -251,8 +251,8 @@ asio::awaitable<void> Decrypt(Connection& connection, std::string_view sealed,
   co_await Send(connection, answer, limits);
 }
 
-// One read, because the idle time-out applies to each; encrypted, it may add nothing to `received`.
-// True when the connection has ended.
+// A single read, because the idle time-out applies to each; when encrypted, it may append nothing
+// to `received`. Returns true at the end of the connection.
 asio::awaitable<bool> Read(Connection& connection, const HttpLimits& limits) {
   beast::flat_buffer sealed;
   beast::flat_buffer& buffer = connection.tls ? sealed : connection.received;

@@ -18,7 +18,7 @@ struct HttpLimits {
   // From the start of Get to the reply's last byte: bounds a server that sends a byte at a time.
   std::chrono::milliseconds totalTimeout{60'000};
   std::size_t maxBodyBytes = std::size_t{64} << 20;
-  std::size_t maxLineBytes = std::size_t{16} << 10;  // of a chunk header with its extensions, and
+  std::size_t maxLineBytes = std::size_t{16} << 10;  // of a chunk header with extensions, and
                                                      // of all trailers together
   std::chrono::milliseconds pumpInterval{20};
 };

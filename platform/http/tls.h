@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-// The client's end of an encrypted connection (TLS 1.2 or later) without its socket: bytes that the
-// server sent go in, bytes to send and what the server said come out.
+// The client side of TLS 1.2 or later, without a socket: it converts received bytes to plain text
+// and plain text to bytes to send.
 namespace tonadex::platform {
 
 // Why an encrypted connection fails, UTF-8.
@@ -24,14 +24,14 @@ class TlsSession {
  public:
   virtual ~TlsSession() = default;
 
-  // Takes bytes that the server sent; the first call, without any, begins the handshake. Appends to
-  // `answer` what must be sent to the server, to `plain` what it said. Throws net::TransferError,
-  // also for a certificate that is not valid for the host.
+  // Processes bytes received from the server; the first call, with none, starts the handshake.
+  // Appends the bytes to send to `answer` and the decrypted ones to `plain`. Throws
+  // net::TransferError, also for a certificate that is not valid for the host.
   virtual void Receive(std::string_view bytes, std::string& answer, std::string& plain) = 0;
-  // `plain` as the bytes to send. Only when Connected.
+  // Encrypts `plain`; returns the bytes to send. Call only if Connected().
   virtual std::string Encrypted(std::string_view plain) = 0;
-  virtual bool Connected() const = 0;  // the handshake is over and the certificate valid
-  virtual bool Ended() const = 0;      // the server has said that nothing follows
+  virtual bool Connected() const = 0;  // the handshake is complete and the certificate valid
+  virtual bool Ended() const = 0;      // the server has announced the end of its data
 };
 
 // `host`: a name or an IP address without brackets. Throws net::TransferError.

@@ -1,7 +1,7 @@
 #define SECURITY_WIN32
 #include <windows.h>
 
-// After windows.h, which they need.
+// These need windows.h before them.
 #include <schannel.h>
 #include <security.h>
 #include <wincrypt.h>
@@ -44,7 +44,7 @@ struct Release {
   void operator()(const CERT_CHAIN_CONTEXT* chain) const { ::CertFreeCertificateChain(chain); }
 };
 
-// The system reports both ends of a certificate's time as the same fault.
+// The system reports "not yet valid" and "expired" as the same error.
 const char* TimeWords(const CERT_CONTEXT& certificate, const char* words) {
   return words == kCertificateExpired &&
                  ::CertVerifyTimeValidity(nullptr, certificate.pCertInfo) < 0
@@ -109,7 +109,7 @@ class SchannelSession : public TlsSession {
   bool Ended() const override { return ended_; }
 
  private:
-  // Goes on with the handshake as far as the received bytes allow.
+  // Continues the handshake with the received bytes.
   void Negotiate(std::string& answer) {
     while (!begun_ || !sealed_.empty()) {
       std::array<SecBuffer, 2> in = {
@@ -144,9 +144,9 @@ class SchannelSession : public TlsSession {
     }
   }
 
-  // One record. False when the rest of it is still to come.
+  // Decrypts one record. False if it is incomplete.
   bool Decrypt(std::string& answer, std::string& plain) {
-    constexpr char kAlert = 21;  // type of a record, here the one that says goodbye
+    constexpr char kAlert = 21;  // record type; here the server's close_notify
     const bool alert = sealed_.front() == kAlert;
     std::array<SecBuffer, 4> parts{};
     parts[0] = {static_cast<ULONG>(sealed_.size()), SECBUFFER_DATA, sealed_.data()};
@@ -169,7 +169,7 @@ class SchannelSession : public TlsSession {
     return true;
   }
 
-  // Of the received bytes only those that the call left unread.
+  // Keeps only the received bytes that the call did not consume.
   template <std::size_t kCount>
   void KeepExtra(const std::array<SecBuffer, kCount>& parts) {
     const auto extra = std::ranges::find(parts, ULONG{SECBUFFER_EXTRA}, &SecBuffer::BufferType);
@@ -201,7 +201,7 @@ class SchannelSession : public TlsSession {
     if (result.dwError != 0) {
       throw net::TransferError(TimeWords(*certificate, CertificateWords(result.dwError)));
     }
-    // The policy of some systems lets a chain without its root pass.
+    // The chain policy of some systems accepts a partial chain without a trusted root.
     Require(chain->TrustStatus.dwErrorStatus == CERT_TRUST_NO_ERROR, kCertificateUntrusted);
   }
 
