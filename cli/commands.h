@@ -16,7 +16,7 @@ struct Arguments {
   std::vector<std::string> words;  // files, search words or melody names
   bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
        beep = false, instrument = false, intoRepertoire = false, voices = false;
-  std::uint16_t voice = 0, firstBar = 0, mostNotes = 0;  // 0 where they are not named
+  std::uint16_t voice = 0, firstBar = 0, mostNotes = 0;  // 0 if not given
   const char* const* typed = nullptr;  // the whole command line, terminated by nullptr
 
   bool HasOnePhone() const { return phone.has_value() != model.has_value(); }

@@ -18,8 +18,8 @@
 namespace tonadex::cli {
 namespace {
 
-// For typing steps a phone's name is enough: of the makes found, the single row that gives keys.
-// Makes with several leave the rows as they were found.
+// For typing steps a make is specific enough if only one of its catalogue rows gives keys: returns
+// that row, else `found`.
 std::vector<phones::CatalogueRow> WithKeys(const std::vector<phones::CatalogueRow>& found) {
   std::vector<phones::CatalogueRow> withKeys;
   std::ranges::copy_if(phones::CatalogueRows(), std::back_inserter(withKeys), [&](const auto& row) {
@@ -59,7 +59,7 @@ std::vector<std::string> ChosenModels(const Arguments& arguments) {
   return models;
 }
 
-// Only results of keys have typing steps.
+// Typing steps exist only for results of keys.
 void CheckHasSteps(const std::string& model) {
   const phones::CatalogueRow* phone = phones::FindModel(model);
   if (phone == nullptr || phones::FindKeypad(model) != nullptr) {
@@ -91,7 +91,7 @@ void PrintPage(Context& context, const phones::ConversionPage& page, const std::
   }
 }
 
-// Also writes a text result to --salida; formats that are files have already written it. An empty
+// Also writes a text result to --salida; formats that are files are already written. An empty
 // result leaves the file unchanged.
 void SaveResult(const std::string& file, const std::string& model, const std::string& result) {
   if (file.empty() || result.empty() || phones::SavesFile(model)) {

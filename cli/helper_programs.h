@@ -2,8 +2,8 @@
 
 #include "cli/commands.h"
 
-// Loading the libraries for printing and sound takes longer than most commands. So only the
-// programs in ../libexec are linked with them, one with each.
+// Loading the libraries for printing and sound takes longer than most commands. Therefore only two
+// programs in ../libexec are linked with them.
 namespace tonadex::cli {
 
 // Replaces the process by the helper program, which has the same arguments and streams and returns

@@ -1,4 +1,4 @@
-// importar, and convertir to files of a format.
+// The command importar, and convertir with --formato.
 
 #include <filesystem>
 
@@ -47,20 +47,20 @@ const phones::FileFormat& ChosenFormat(const std::string& name) {
   throw Failure{ExitCode::kWrongUse, words};
 }
 
-// The file's bytes after its notices, each behind the melody's name.
+// Reports the file's notices, each after the melody's name, and returns its bytes.
 std::string WriteBytesOf(Context& context, const phones::FileFormat& format,
                          const std::string& rtttl) {
   const std::string before = core::ToUtf8(NameIn(rtttl)) + ": ";
   phones::MelodyFileBytes file;
   FailOnError(ExitCode::kNotConverted, before,
               [&] { file = phones::WriteMelodyFile(format, rtttl); });
-  if (format.write != nullptr) {  // the others' are instructions for the phone
+  if (format.write != nullptr) {  // the notices of phone formats are instructions for the phone
     ShowLines(context, before, file.notices);
   }
   return file.bytes;
 }
 
-// A file under the melody's name; one of the same content is left alone.
+// Writes a file named after the melody; an existing one with the same content is kept.
 fs::path WriteInto(const fs::path& folder, const phones::FileFormat& format,
                    const std::string& rtttl, const std::string& bytes) {
   const fs::path file = folder / files::PathFromText(app::FileStem(NameIn(rtttl)) + "." +

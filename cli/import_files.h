@@ -8,8 +8,8 @@
 
 namespace tonadex::cli {
 
-// The melodies of a FICHERO argument of any format; their remarks go to the error stream. Throws
-// Failure.
+// Reads the melodies of a FICHERO argument in any format; writes their remarks to the error stream.
+// Throws Failure.
 std::vector<import::OpenedMelody> OpenFile(Context& context, const std::string& file);
 
 }  // namespace tonadex::cli

@@ -8,8 +8,8 @@
 
 namespace tonadex::cli {
 
-// The melody of a MIDI file that the arguments choose; with --pistas none, its voices are written
-// instead. Throws Failure.
+// Converts the voice of a MIDI file that the arguments select. For --pistas it lists the voices
+// instead and returns nothing. Throws Failure.
 std::vector<import::OpenedMelody> OpenMidi(Context& context, const Arguments& arguments,
                                            const std::string& file, const std::string& bytes);
 

@@ -90,8 +90,8 @@ class Server {
     reply_ = net::FetchFrom(http_, base_)(path);
     return reply_;
   }
-  // Throws a Failure with the server's reply unless its status is 200. (The window uses the reply
-  // of any status.)
+  // Throws a Failure with the server's reply unless the status is 200. (The window uses replies of
+  // any status.)
   void ThrowIfRefused(ExitCode code, const std::string& before) const {
     if (http_.LastStatus() != kGood) {
       throw Failure{code, before + RefusalWords(reply_)};

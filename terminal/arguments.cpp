@@ -111,7 +111,7 @@ std::shared_ptr<CLI::Formatter> SpanishHelp() {
 std::string Variable(const std::string& prefix, const std::string& option) {
   std::string name = prefix;
   for (const char c : option.substr(option.rfind("--") + 2)) {
-    name += c == '-' ? '_' : static_cast<char>(c & ~0x20);  // the names are small letters
+    name += c == '-' ? '_' : static_cast<char>(c & ~0x20);  // option names are in small letters
   }
   return name;
 }
@@ -161,7 +161,7 @@ int Run(const Program& program, const std::vector<std::string>& arguments, std::
     Describe(added, command);
   }
   try {
-    std::vector<std::string> backwards(arguments.rbegin(), arguments.rend());  // as CLI11 has it
+    std::vector<std::string> backwards(arguments.rbegin(), arguments.rend());  // as CLI11 expects
     app.parse(std::move(backwards));
   } catch (const CLI::Success& success) {  // --help, --version
     return app.exit(success, out, err);

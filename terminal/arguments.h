@@ -15,13 +15,13 @@ struct Option {
   std::string names;      // "-o,--salida"; without dashes a positional argument
   std::string valueName;  // in the help; "" for a flag
   std::string help;
-  // Receives the value. The help shows the initial number or string as the default, but for 0 and
-  // "". With an optional, a missing option differs from an empty value.
+  // Receives the value. The help shows the initial number or string as the default, unless it is 0
+  // or "". With an optional, a missing option differs from an empty value.
   std::variant<bool*, std::uint16_t*, std::string*, std::optional<std::string>*,
                std::vector<std::string>*>
       value;
   bool required = false;
-  std::uint16_t least = 0;  // of a number
+  std::uint16_t least = 0;  // minimum of a number
 };
 
 struct Command {
