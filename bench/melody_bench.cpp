@@ -31,7 +31,7 @@
 // "collection" is the shelf and generated melodies, 195 characters on average: too many different
 // notes for a branch predictor to learn. "note" is the time per note; it should not grow from
 // melodies of 50 notes to one of 5000. (Motorola messages end after 35 notes, so there it shrinks.)
-// memcpy of the melodies is the reference for the machine.
+// Copying the melodies with memcpy is the reference.
 namespace {
 
 using namespace tonadex;

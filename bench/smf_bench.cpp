@@ -9,9 +9,8 @@
 #include "midi/smf_melody.h"
 #include "tests/midi/smf_bytes.h"
 
-// Times the reading of MIDI files as bands are written down: twelve tracks, 34 kB on average, among
-// them chords. "files" is files a second; adding up the bytes of the same files is the reference
-// for the machine.
+// Times the reading of MIDI files that resemble band arrangements: twelve tracks with chords, 34 kB
+// on average. "files" is files per second. Summing up the bytes of the same files is the reference.
 namespace {
 
 using namespace tonadex;

@@ -69,7 +69,7 @@ class Sink : public std::streambuf {
   int overflow(int c) override { return c; }
 };
 
-// Reads a text in place.
+// A read-only stream buffer over an existing text.
 class TextBuffer : public std::streambuf {
  public:
   explicit TextBuffer(std::string& text) {
