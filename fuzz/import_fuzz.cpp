@@ -14,8 +14,8 @@
 #include "import/open_melody.h"
 #include "phones/rtttl_check.h"
 
-// Any bytes as a melody file: the first byte chooses a reader, or the way of a file whose kind is
-// recognised. What a reader gives is a melody that the parser reads as it was given, or a sentence.
+// Reads any bytes as a melody file: the first byte selects a reader, or recognition by content.
+// Each melody that is read parses to as many notes; otherwise there is a sentence that says why.
 namespace {
 
 using namespace tonadex;

@@ -23,7 +23,7 @@ namespace {
 using namespace tonadex;
 namespace fs = std::filesystem;
 
-constexpr std::size_t kDownloads = 3;  // per listing
+constexpr std::size_t kDownloads = 3;  // maximum per listing
 
 std::size_t Records(std::string_view reply) {
   std::size_t count = 0;

@@ -8,8 +8,8 @@
 #include "fuzz/require.h"
 #include "midi/smf_melody.h"
 
-// Reads any bytes as a MIDI file: a fault lies in the file, and every voice of a file that can be
-// read gives a melody within its limits that parses to as many notes.
+// Reads any bytes as a MIDI file: the offset of a fault is within the file, and every voice of a
+// readable file gives a melody within its limits that parses to as many notes.
 namespace {
 
 using namespace tonadex;

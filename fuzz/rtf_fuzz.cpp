@@ -66,7 +66,7 @@ void CheckDocument(const Document& document, std::size_t sourceSize) {
           "more text than the source holds");
 }
 
-// The same characters through the code page and through Unicode with a fallback to be skipped.
+// Writes the same characters in the code page and as Unicode escapes with a fallback.
 void CheckTwoWays(std::string_view text) {
   constexpr std::string_view kHex = "0123456789abcdef";
   std::string coded = "{\\rtf1 ";

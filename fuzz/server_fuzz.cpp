@@ -61,7 +61,7 @@ class Conversation {
     client.Send(bytes.substr(cut));
     client.EndSending();
     std::string replies = client.ReadAll();
-    // Depends on how much of the request has arrived, and is no reply.
+    // An interim reply, which depends on how much of the request has arrived.
     return core::ReplaceAll(replies, "HTTP/1.1 100 Continue\r\n\r\n", "");
   }
   // Returns the log so far and clears it.
