@@ -68,7 +68,7 @@ ResultDisplay Display() {
   return ResultDisplay([](int pixels) { return TypeMeasure{pixels * 0.6, pixels * 1.2}; });
 }
 
-// Whatever the width, each group gives back exactly its own text, and all of it the whole result.
+// At any width, each group copies as its own text, and all groups together as the whole result.
 TEST(DisplayLayout, CopiesTheResultAndNotItsLayout) {
   for (const std::string result : {"22 8* 333 (4) 5555 8 (66) 7 ", "  a\r\n\r\nbb,ccc,d\n (e) (f)",
                                    "   ", "\t(a) (b)", "Vals:d=4,o=5,b=160:e6,8b(,),(x)"}) {
@@ -95,7 +95,7 @@ TEST(DisplayLayout, CopiesTheResultAndNotItsLayout) {
   }
 }
 
-// One letter a move: Previous, Next, Up, Down, line Begin, line End, First, Last.
+// One letter per move: Previous, Next, Up, Down, line Begin, line End, First, Last.
 TEST(DisplayLayout, TheMarkMovesFromGroupToGroup) {
   // 0 1 2 / 3 / 4 5
   const DisplayText shown = Shown("aa bb cc\nd\nee ff", false, 40);

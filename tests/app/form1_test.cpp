@@ -60,7 +60,8 @@ class WhileShown : public core::MessageSink {
   std::function<void(const core::Message&)> look_;
 };
 
-// From every page to every page: what is shown, which page is marked, and where the web views went.
+// From every page to every page: checks the visible controls, the marked page, and the URLs of the
+// web views.
 TEST_F(Form1Window, ShowsTheControlsOfEachPageAlone) {
   EXPECT_EQ(Visible(), "WebBrowser1");
   const std::vector<test::Row> pages = test::Table("Pages");
@@ -241,7 +242,7 @@ TEST_F(Form1Window, DropsEventsWhileARequestRuns) {
   EXPECT_EQ(busy, (std::vector<bool>{true, false}));
 }
 
-// A cancelled download writes no file and shows no box, and no other request follows it.
+// A cancelled download writes no file, shows no message box, and starts no further request.
 TEST_F(Form1Window, ACancelledRequestHasNoEffect) {
   for (const bool close : {false, true}) {
     form.List1.Clear();
@@ -279,7 +280,7 @@ TEST_F(Form1Window, ListsOneRowForEachFileOfTheRepertoire) {
   }
 }
 
-// A melody is marked as sounding while its message box is open.
+// The melody is marked as sounding while its message box is open.
 TEST_F(Form1Window, MarksTheMelodyThatSounds) {
   struct Watch : core::MessageSink {
     explicit Watch(const Form1& window) : form(window) {}

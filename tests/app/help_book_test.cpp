@@ -12,7 +12,7 @@ namespace {
 
 using Places = std::vector<std::size_t>;
 
-// A page that draws the text as it is, and the book on it.
+// A help book whose page reports texts as they are.
 struct Page : HelpPage {
   explicit Page(std::u16string drawn, std::string_view source = "{\\rtf1}")
       : text(std::move(drawn)) {
@@ -43,7 +43,7 @@ struct Page : HelpPage {
   std::string words;
 };
 
-// The same words in a sentence, or at the beginning of a longer line, are no heading.
+// The same words within a sentence, or at the start of a longer line, are not a heading.
 TEST(HelpBook, HeadingsAreWholeLines) {
   Page page(u"Uno y Dos\rUno\rDos veces\r\uFDD0Dos\uFDD1fin",
             "{\\rtf1 Uno y Dos\\par\\s1 Uno\\par\\pard Dos veces\\par\\s2 "

@@ -40,7 +40,7 @@ TEST(Inicio, ShowsTheFirstItemOfTheVersionFile) {
   }
 }
 
-// The note for a first run stays hidden in every case: a missing model reads "0".
+// The first-run hint is always hidden, because a missing model reads as "0".
 TEST(Inicio, TakesTheSavedModel) {
   for (const test::Row& row : test::Table("Settings")) {
     SCOPED_TRACE(row[1]);

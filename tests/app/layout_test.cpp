@@ -13,8 +13,8 @@
 namespace tonadex::app {
 namespace {
 
-// A toolkit with letters of 8 by 16 pixels, or `times` as large: words wrap, buttons and lines of
-// text are 36 high.
+// A fake toolkit with characters of 8 by 16 pixels, multiplied by `times`: labels wrap, buttons and
+// text lines are 36 pixels high.
 Size Letters(const Form1& form, Control Form1::*member, int width, int times) {
   const Look look = InfoOf(member).look;
   const int words = 8 * times * static_cast<int>((form.*member).caption.size());
@@ -31,7 +31,7 @@ bool Overlap(const Rect& a, const Rect& b) {
 
 class LayoutTest : public testing::Test {
  protected:
-  // With a height of 0: as high as it needs, less what is `missing`.
+  // `height` 0: the height that the page needs, minus `missing`.
   std::vector<Placed> PlaceIn(int width, int height, double scale = 1, int times = 1,
                               int missing = 0, int scrolled = 0) {
     form.Refresh();
@@ -72,7 +72,7 @@ TEST_F(LayoutTest, EachVisibleControlHasItsOwnPlaceInTheWindow) {
          {std::tuple(900, 600, 1.0, 1),
           {1600, 1000, 1.0, 1},
           {1800, 1200, 2.0, 2},
-          {1280, 0, 2.0, 2}}) {  // 0: as high as it needs
+          {1280, 0, 2.0, 2}}) {  // 0: the height that the page needs
       SCOPED_TRACE(testing::Message() << page.number << " at " << width);
       Enter(page.number);
       std::vector<Placed> controls;
@@ -112,7 +112,7 @@ TEST_F(LayoutTest, RoomIsSharedByWeightWithinTheLimits) {
   EXPECT_NEAR(models.width * 2, makes.width * 3, 6);
   EXPECT_EQ(makes.height, models.height);
   Enter(kRepertoirePage);
-  // A button that is hidden leaves its place to the list.
+  // The list grows into the space of a hidden button.
   const int list = Of(&Form1::List1, PlaceIn(1600, 1000)).height;
   test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=90:c");
   form.MelodyFolderChanged();

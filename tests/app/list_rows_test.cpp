@@ -12,7 +12,7 @@
 
 namespace {
 
-std::size_t allocated = 0;  // bytes, freed ones included
+std::size_t allocated = 0;  // bytes allocated in total, freed ones included
 
 }  // namespace
 
@@ -23,7 +23,7 @@ void* operator new(std::size_t size) {
   }
   throw std::bad_alloc();
 }
-// Not inlined: the compiler would take the pair of "new" and "free" for a mistake.
+// Not inlined, because the compiler would warn about the mismatch of "new" and "free".
 [[gnu::noinline]] void operator delete(void* place) noexcept {
   std::free(place);
 }
@@ -49,7 +49,7 @@ TEST(ListRows, ACopyIsSharedUntilOneOfThemChanges) {
   EXPECT_EQ(copy.size(), 2u);
 }
 
-// With the reply itself a listing costs four times its size at most, however short its records.
+// Reply and rows together take at most four times the reply's size, even if records are short.
 TEST(ListRows, AListingNeedsThreeTimesItsSizeBesides) {
   for (const std::string record : {")498", "a (b.c)498", "Melodia (melodia.120)498"}) {
     test::TestProgram test;

@@ -5,7 +5,7 @@
 namespace tonadex::app::look {
 namespace {
 
-// Each ink on each ground that it is drawn on.
+// Each text colour and the backgrounds on which it is drawn.
 TEST(Look, EveryInkCanBeReadOnItsGrounds) {
   const auto bare = [](Rgb colour) { return colour; };
   const Grounds white{0xFFFFFF, 0xFFFFFF, 0}, black{0, 0, 0xFFFF00};

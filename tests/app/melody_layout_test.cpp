@@ -50,7 +50,7 @@ TEST(MelodyPicture, NotesStandInOrderHigherOnesHigherAndNoneOutside) {
   }
 }
 
-// A melody that fits fills the picture; otherwise its shortest note is as wide as its name.
+// A short melody fills the picture; in a longer one the shortest note is as wide as its name.
 TEST(MelodyPicture, IsAsLongAsItsShortestNoteNeeds) {
   for (const PictureSize& size : kSizes) {
     const MelodyPicture fitting = Picture("c,d,e", size);

@@ -21,7 +21,7 @@
 namespace tonadex::app {
 namespace {
 
-// "start+length name/pitch" of each note, "." behind a dotted one, "!" behind one outside.
+// "start+length name/pitch" of each note, "." after a dotted one, "!" after one outside the range.
 std::string Notes(const Drawing& drawing) {
   std::string text;
   for (const DrawnNote& note : drawing.notes) {
@@ -90,8 +90,7 @@ std::vector<std::string> AllKindsOfMelodies() {
   return melodies;
 }
 
-// What a conversion reports, what is hatched and what exceeds the phone's limit agree, note
-// by note.
+// For each note, the notices, the hatching of the drawing and the phone's limit agree.
 TEST(MelodyDrawing, MarksWhatTheNoticesName) {
   std::map<std::string_view, std::size_t> named, tooLong;
   test::FakeSaveQuestion noFile;
@@ -124,7 +123,7 @@ TEST(MelodyDrawing, MarksWhatTheNoticesName) {
       }
       const int limit = static_cast<int>(phones::FindFormat(phone.model)->noteLimit);
       const bool beyond = limit > 0 && drawing.written > limit;
-      const bool kept = phone.code == "MOTS" && drawing.written == limit;  // also says so
+      const bool kept = phone.code == "MOTS" && drawing.written == limit;  // warns too
       bool told = false;
       for (const std::string_view words : {"50 notas", "35 notas", "(100)"}) {
         told = told || core::Contains(notices, words);

@@ -35,7 +35,7 @@ class Store : public testing::Test {
     }
     return all;
   }
-  // Why it is refused, in UTF-8; "" for nothing.
+  // Why the step is refused, in UTF-8; "" if it is accepted.
   template <typename Step>
   static std::string Refusal(Step step) {
     try {
@@ -50,7 +50,7 @@ class Store : public testing::Test {
   const MelodyStore store{folder / "m", folder / "bin"};
 };
 
-// The row of each saved file leads back to it, and saving a melody again makes no second file.
+// Each saved file can be opened by its row, and saving a melody again creates no second file.
 TEST_F(Store, SavesUnderNameAndLength) {
   for (const test::Row& row : test::Table("Saved melodies")) {
     const std::string text = core::FromUtf8(row[0]);
@@ -131,13 +131,13 @@ TEST_F(Store, LosesNothingOnAFullDisk) {
       EXPECT_TRUE(refusal.starts_with("no se puede escribir")) << refusal;
     }
     EXPECT_EQ(Held(), before);
-    store.Delete("Vals.19");  // moving takes no room
+    store.Delete("Vals.19");  // moving needs no space
   }
   EXPECT_EQ(Held("bin"), before);
 }
 #endif
 
-// Where the bin cannot be written nothing leaves the folder.
+// If the bin cannot be written, no file leaves the folder.
 TEST_F(Store, KeepsWhatCannotGoToTheBin) {
   folder.Write("bin", "a file");
   store.Save("Vals:d=4,o=5,b=90:c");

@@ -57,7 +57,7 @@ TEST_F(MidiPageTest, MakesTheMelodyThatIsChosen) {
   form.midiChoice_Change();
   form.Refresh();
   EXPECT_FALSE(form.saveMidi.enabled || form.useMidi.enabled || form.listenMidi.enabled);
-  // The chords, in the phone's octaves or in their own.
+  // The chords, within the phone's octaves or in the file's.
   form.midiVoices.Select(0);
   form.midiVoices_Click();
   EXPECT_EQ(form.midiText.text.substr(0, 23), "vals:d=4,o=5,b=120:g,g,");

@@ -1,4 +1,4 @@
-// Every file that a dialog offers can be saved, and all but sound and sheet opened again.
+// Every format offered by the dialog can be saved; all except sound and sheet can be opened again.
 #include "app/save_melody.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@
 namespace tonadex::app {
 namespace {
 
-// Long enough for no keys to be of two makes.
+// Long enough that its keys are valid for only one make.
 constexpr std::string_view kMelody =
     "Un vals muy largo:d=4,o=5,b=113:8c#,2d6,8e,p,16f#7,16g,8a,c6,2b,8p,d,8e6,f";
 
@@ -44,7 +44,7 @@ TEST(SaveMelodyAs, WritesEachKindForPhonesOfEachFormat) {
       const std::string extension = ExtensionIn(kinds[i]);
       SCOPED_TRACE(testing::Message() << phone.model << " " << kinds[i]);
       EXPECT_TRUE(extensions.insert(extension).second) << "two kinds of one extension";
-      // Typed, with no extension, and with the proposed one, which was not typed.
+      // A typed name, without extension, and the proposed name, which keeps its own.
       const std::string name = "m" + std::to_string(i);
       const std::size_t way = extension == "txt" ? 1 + i % 2 : i % 3;
       dialogs.chosen = way == 0 ? 0 : i;

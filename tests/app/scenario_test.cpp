@@ -103,7 +103,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     core::ReplaceAll(effects, "http://servidor", "");
     core::ReplaceAll(effects, (test.folder / "").string(), "@/");
     core::ReplaceAll(effects, test.folder.path().string(), "@");
-    core::ReplaceAll(effects, "\\", "/");  // Windows' file names
+    core::ReplaceAll(effects, "\\", "/");  // file names on Windows
     core::ReplaceAll(effects, "\r\n", "¶");
     core::ReplaceAll(effects, "\r", "¶");
     return effects + std::exchange(failure_, {});

@@ -11,7 +11,7 @@ namespace {
 
 using namespace core::literals;
 
-// Nothing closes the window: the file alone goes over to the next one, as after a kill.
+// The first window is not closed, as after a kill: the second one gets only the file.
 TEST(SessionState, DraftsSurviveWhateverEndsTheProgram) {
   const std::string text(u8"Ñandú \"uno\"\r\n\\n=dos; €\r\n"_w);
   test::TestProgram test;
@@ -82,12 +82,12 @@ TEST(SessionState, WhatOtherVersionsKeepStaysAndNothingToWriteToIsNoFault) {
 TEST(SessionState, AWindowComesBackToAScreen) {
   const Rect screens[] = {{0, 30, 1000, 700}, {1000, 0, 800, 600}};
   constexpr std::pair<Rect, Rect> kPlaces[] = {
-      {{50, 50, 600, 400}, {50, 50, 600, 400}},         // stays
-      {{1100, 50, 600, 400}, {1100, 50, 600, 400}},     // on the second one
-      {{5000, -900, 600, 400}, {400, 30, 600, 400}},    // off all: the main one
-      {{900, 500, 600, 400}, {1000, 200, 600, 400}},    // mostly on the second one
-      {{-300, 10, 3000, 2000}, {0, 30, 1000, 700}},     // too large
-      {{2147483647, 0, 600, 400}, {400, 30, 600, 400}}  // no sum overflows
+      {{50, 50, 600, 400}, {50, 50, 600, 400}},         // unchanged
+      {{1100, 50, 600, 400}, {1100, 50, 600, 400}},     // unchanged, on the second screen
+      {{5000, -900, 600, 400}, {400, 30, 600, 400}},    // off all screens: moves to the main one
+      {{900, 500, 600, 400}, {1000, 200, 600, 400}},    // mostly on the second screen
+      {{-300, 10, 3000, 2000}, {0, 30, 1000, 700}},     // larger than the screen
+      {{2147483647, 0, 600, 400}, {400, 30, 600, 400}}  // no overflow
   };
   for (const auto& [place, shown] : kPlaces) {
     EXPECT_EQ(OnScreen(place, screens), shown) << place.left;

@@ -81,7 +81,7 @@ TEST(TypingGuide, KeepsThePlaceOfEachMelodyAndPhone) {
   EXPECT_EQ(guide.at(), 0u) << "no more than those";
 }
 
-// Watched from one beginning to the next, every key goes down as often and as long as it must.
+// During one repetition every key lights up as often, and as long, as it must be pressed.
 TEST(LitAt, PressesOneKeyAfterTheOther) {
   const std::vector<phones::KeyPress> keys = {{'3', 1, true}, {'9'}, {'*', 2}};
   std::string seen;

@@ -18,7 +18,7 @@ using namespace core::literals;
 
 class TypingPageTest : public testing::Test {
  protected:
-  // Opens the guide on the result of the repertoire's only melody for this model.
+  // Converts the repertoire's only melody for this model and opens the guide.
   void Teclear(const std::string& notes, const std::string& model = " Pulsaciones") {
     test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=60:" + notes);
     test.program.gPhoneModel = model;
@@ -81,8 +81,8 @@ TEST_F(TypingPageTest, TheKeypadLightsKeyAfterKey) {
   EXPECT_EQ(lit, (std::set<std::string>{"3", "8", "*"}));
 }
 
-// Everything lies within its picture in the smallest window and in a large one, and the group is
-// large enough for someone who sits half a metre away.
+// Everything is within its picture in the smallest window and in a large one, and the group can be
+// read from half a metre away.
 TEST_F(TypingPageTest, ThePicturesHoldAllOfEveryStep) {
   constexpr double kLarge = 64;
   for (const std::string model : {" Pulsaciones", " Pulsaciones tipo 1", " Pulsaciones tipo 2",
@@ -157,8 +157,8 @@ TEST_F(TypingPageTest, EachNoteSoundsWhileItIsShownAndThisIsRemembered) {
   EXPECT_EQ(Form1(test.program).soundNotes.value, 1);
 }
 
-#ifndef _WIN32  // no program that reads PDF is at hand there
-// A PDF's text as pdftotext reads it.
+#ifndef _WIN32  // no program that reads PDF is available there
+// The text of a PDF, extracted by pdftotext.
 std::string PdfText(const std::filesystem::path& file) {
   const std::string text = file.string() + ".txt";
   EXPECT_EQ(std::system(("pdftotext -raw '" + file.string() + "' '" + text + "'").c_str()), 0);

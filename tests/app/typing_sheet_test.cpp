@@ -8,7 +8,7 @@
 namespace tonadex::app {
 namespace {
 
-// The pages of as many notes as were asked for, typed by these keys.
+// The pages of a melody with this number of notes, each with these keys.
 Paper Pages(std::string_view model, const std::string& result, int notes) {
   const core::RTTTLMelody melody = test::ParsedMelody("c6" + test::Repeated(",8c", notes - 1));
   const auto steps = phones::TypingSteps(model, result, melody);
@@ -23,7 +23,7 @@ bool Overlap(const Box& a, const Box& b) {
          b.y + kTouch < a.bottom();
 }
 
-// "1:1 2:18 …" of all pages in the order of reading.
+// "1:1 2:18 …" of all pages in reading order.
 std::string GroupsOf(const Paper& paper) {
   std::string groups, number;
   for (const Picture& page : paper.pages) {

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kModel = " Compositor";
 
-// Gives a text piece by piece, as a pipe does.
+// A stream buffer that delivers a text in pieces, like a pipe.
 class Pieces : public std::streambuf {
  public:
   Pieces(std::string text, std::ptrdiff_t length) : text_(std::move(text)), length_(length) {}

@@ -1,4 +1,4 @@
-// The program itself, with the system's pipes around it.
+// The program as a process, with real pipes.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -15,7 +15,7 @@ namespace tonadex::cli {
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr long kMoreKiB = 400 * 1024;  // freed memory and its shadow stay for a while
+constexpr long kMoreKiB = 400 * 1024;  // the sanitizer keeps freed memory and shadow memory
 #else
 constexpr long kMoreKiB = 11 * 1024;
 #endif
@@ -25,7 +25,7 @@ struct Ended {
   long peakKiB = 0;
 };
 
-// Runs it with the file as standard input and its output thrown away.
+// Runs the program with the file as standard input; its output is discarded.
 Ended RunOn(const std::string& file, std::vector<const char*> arguments) {
   arguments.insert(arguments.begin(), TONADEX_CLI);
   arguments.push_back(nullptr);
@@ -64,7 +64,7 @@ TEST(CliProcess, HugeInputTakesLittleMemory) {
 TEST(CliProcess, AnswersThroughAPipeThatStaysOpen) {
   const test::TempFolder folder;
   const std::string answer = (folder / "answer").string();
-  // The input ends only when the answer has arrived, or after 20 s.
+  // The input stays open until the answer has arrived, 20 s at most.
   const std::string command = "{ echo x:d=4,o=5,b=9:c; for i in $(seq 200); do test -s " + answer +
                               " && break; sleep 0.1; done; test -s " + answer + " || touch " +
                               answer + ".late; } | " TONADEX_CLI " convertir -t 3310 --lineas > " +

@@ -10,10 +10,10 @@
 #include "core/text.h"
 #include "tests/core/table.h"
 
-// tonadex-cli run in this process.
+// Runs tonadex-cli in this process.
 namespace tonadex::test {
 
-// The heavy commands run here too.
+// The commands that need large libraries run here too.
 #ifdef _WIN32
 constexpr cli::HeavyCommands kHeavyCommands = {nullptr, cli::Print};
 #else

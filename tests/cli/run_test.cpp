@@ -79,7 +79,7 @@ TEST(Cli, WritesTheFileThatItIsAskedFor) {
   EXPECT_EQ(test::Hex(folder.Read(file)), "ED FF FF FF 03 00 01 04 F6 01 00 00 FA 00 0A 04 F6 01");
 }
 
-// Any bytes may come as a melody file: the title and the result of each.
+// Any bytes may be a melody file: checks title and result of each.
 TEST(Cli, ReadsHostileFiles) {
   const test::TempFolder folder;
   const std::string file = (folder / "m.txt").string();

@@ -15,7 +15,7 @@ using test::Repeated;
 using test::Row;
 using test::Table;
 
-// "8/c#/5." is a dotted eighth c sharp of octave 5; "//" is an empty note.
+// Notes as "duration/pitch/octave": "8/c#/5." is a dotted one, "//" an empty one.
 std::string Show(const RTTTLNote& note) {
   std::string text;
   text.append(note.Duration).append("/").append(note.Note).append("/").append(note.Octave);

@@ -53,7 +53,7 @@ TEST(RtttlText, ParsesBackToTheSameNotes) {
   }
 }
 
-// Writes the parsed notes again with each other pair of defaults.
+// Writes the parsed notes again with every other pair of defaults.
 TEST(RtttlText, IsShortestWithItsDefaults) {
   std::mt19937 random(15);
   for (int melodies = 0; melodies < 300; ++melodies) {

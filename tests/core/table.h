@@ -10,7 +10,7 @@
 
 namespace tonadex::test {
 
-// The fields of one row; what a row lacks is "".
+// The fields of a row; missing ones are "".
 struct Row {
   std::vector<std::string> fields;
   const std::string& operator[](std::size_t i) const {
@@ -34,9 +34,9 @@ inline Row ReadRow(std::string line) {
   return row;
 }
 
-// The rows below "[section]" of the layer's table.txt: UTF-8, fields parted by "|" with any blanks
-// around, "_" for a blank that counts, "¶" for CR LF, "\n" for LF and "\x00" for any byte; "//"
-// begins a comment line.
+// The rows below "[section]" of the layer's table.txt (UTF-8). Fields are separated by "|" and
+// trimmed; "_" is a blank that is kept, "
+// " CR LF, "\n" LF and "\x00" any byte; lines that start with "//" are comments.
 inline std::vector<Row> Table(std::string_view section, const char* file = TONADEX_TABLE) {
   std::vector<Row> rows;
   std::ifstream in(file);

@@ -8,11 +8,11 @@
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 
-// What the tests of melody code share. Expected texts are UTF-8, as an editor shows them.
+// Helpers for tests of melody code. Expected texts are UTF-8, as shown by an editor.
 namespace tonadex::test {
 
-// A box as its text in UTF-8, "!" (exclamation) or "i" (information) in front and the title in
-// brackets where it is not the default one.
+// A message box as text in UTF-8: "!" (exclamation) or "i" (information), the title in brackets
+// unless it is the default one, then the message.
 inline std::string BoxText(const core::Message& box) {
   std::string text = box.icon == core::Icon::kExclamation   ? "!"
                      : box.icon == core::Icon::kInformation ? "i"
@@ -21,12 +21,12 @@ inline std::string BoxText(const core::Message& box) {
   return text + core::ToUtf8(box.text);
 }
 
-// Records the message boxes of its scope.
+// Records the message boxes shown until the end of its scope.
 struct Boxes {
   core::RecordingMessages recorded;
   core::ScopedMessageSink scope{recorded};
 
-  // Every box, parted by "|".
+  // All message boxes, separated by "|".
   std::string Text() const {
     std::string text;
     for (const core::Message& box : recorded.messages) {
@@ -50,7 +50,7 @@ inline core::RTTTLMelody ParsedMelody(std::string_view text) {
   return melody;
 }
 
-// The number of the run-time failure that the step ends in, 0 for none.
+// The number of the run-time error that `step` throws, 0 if none.
 template <typename Step>
 int ErrorOf(Step step) {
   try {
@@ -61,7 +61,7 @@ int ErrorOf(Step step) {
   return 0;
 }
 
-// The number that the step gives, or "error 6" for a run-time failure.
+// The number that `step` returns, or "error 6" for a run-time error.
 template <typename Step>
 std::string NumberOrError(Step step) {
   try {

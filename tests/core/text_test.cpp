@@ -58,7 +58,7 @@ TEST(ReplaceAll, GoesOnceFromLeftToRight) {
     EXPECT_EQ(text, row[3]);
   }
   std::string long_text = Repeated("a", 2'000'000);
-  ReplaceAll(long_text, "a", "bb");  // quadratic time would show
+  ReplaceAll(long_text, "a", "bb");  // quadratic time would be noticed
   EXPECT_EQ(long_text, Repeated("b", 4'000'000));
 }
 
@@ -82,7 +82,7 @@ TEST(Text, PositionsCountFromOne) {
   }
 }
 
-// The upper half of the code page, typed out; \u escapes where a character cannot be seen.
+// The upper half of the code page, typed out; invisible characters as \u escapes.
 constexpr std::string_view kUpperHalf =
     "€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008DŽ\u008F\u0090‘’“”•–—˜™š›œ\u009DžŸ"
     "\u00A0¡¢£¤¥¦§¨©ª«¬\u00AD®¯°±²³´µ¶·¸¹º»¼½¾¿"

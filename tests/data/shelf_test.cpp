@@ -1,4 +1,4 @@
-// The table of melodies that the program ships with: each is well formed and fits every phone.
+// The table of the shipped melodies: each is well formed and fits every phone.
 #include "data/shelf.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ const std::regex kMetre("([1-9]\\d?)/(1|2|4|8|16|32)");
 const std::regex kUpbeat("(\\d\\d?)(?:/(1|2|4|8|16))?");
 const std::regex kStem("[A-Za-z0-9_-]+");
 
-// "3/8" of `unit`; -1 for a text that is no fraction.
+// "3/8" as a multiple of `unit`; -1 for a text that is not a fraction.
 int Fraction(const string& text, const std::regex& form, int unit) {
   std::smatch parts;
   if (!std::regex_match(text, parts, form)) {
@@ -47,7 +47,7 @@ int Length(const core::RTTTLNote& note) {
   return plain + (note.Dotted ? plain / 2 : 0);
 }
 
-// Only whole bars, no note across a bar line; upbeat and last bar add up to one bar.
+// Bars are complete and no note crosses a bar line; upbeat and last bar add up to one bar.
 string BarFault(const core::NoteList& notes, int bar, int upbeat) {
   if (bar <= 0 || upbeat < 0 || upbeat >= bar) {
     return "metre and upbeat do not fit";
@@ -63,7 +63,8 @@ string BarFault(const core::NoteList& notes, int bar, int upbeat) {
   return position % bar == start ? "" : "the last bar does not complete the melody";
 }
 
-// Three octaves around the two that are used most; at most a whole note of silence.
+// The notes fit in the three octaves around the two most used ones; rests last at most a whole
+// note.
 string PhoneFault(core::RTTTLMelody& melody) {
   const int lowest = formats::AutoOctave(melody, 2);
   int silence = 0;
@@ -82,7 +83,7 @@ string PhoneFault(core::RTTTLMelody& melody) {
   return fits ? "" : std::to_string(melody.Notes.size()) + " notes";
 }
 
-// What is wrong with a row, "" for nothing.
+// The fault of a row, "" if there is none.
 string Fault(const ShelfRow& row) {
   if (!std::regex_match(row.stem, kStem) || (row.flags != "-" && !row.InRepertoire())) {
     return "bad stem or flag";
@@ -109,7 +110,7 @@ string Fault(const ShelfRow& row) {
 TEST(Shelf, HoldsMelodiesThatEveryPhoneTakes) {
   std::ifstream table(TONADEX_SHELF, std::ios::binary);
   const std::vector<ShelfRow> rows = ReadShelf(table);
-  std::set<string> stems, names, keys;  // all different, also without regard to case
+  std::set<string> stems, names, keys;  // must be distinct even without regard to case
   for (const ShelfRow& row : rows) {
     EXPECT_EQ(Fault(row), "") << "line " << row.line;
     EXPECT_TRUE(stems.insert(core::ToLower(row.stem)).second) << row.stem;

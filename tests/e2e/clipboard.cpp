@@ -1,4 +1,4 @@
-// Writes the clipboard's text to the standard output, as another program on the same display would.
+// Prints the clipboard's text, read by a separate program on the same display.
 #include <QClipboard>
 #include <QGuiApplication>
 #include <cstdio>

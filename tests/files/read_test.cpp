@@ -69,7 +69,7 @@ TEST(Read, KeepsToItsBound) {
   EXPECT_EQ(ErrorOf([&] { ReadBytes(folder / "f"); }), 57);
 }
 
-// Whoever reads a pipe that nobody writes to waits for ever.
+// Opening a pipe without a writer must not block.
 TEST(Read, RefusesAtOnceWhatIsNoRegularFile) {
   const test::TempFolder folder;
   std::vector<std::filesystem::path> refused = {folder / "none", folder.path()};
@@ -94,7 +94,7 @@ TEST(Read, RefusesAtOnceWhatIsNoRegularFile) {
 
 TEST(ListFiles, GivesEachRegularFileItsOwnStatus) {
   const test::TempFolder folder;
-  std::set<std::string> expected;  // "name size"; so many that several threads read them
+  std::set<std::string> expected;  // "name size"; enough files that several threads read them
   for (int i = 0; i < 2'500; ++i) {
     const std::string name = "f" + std::to_string(i);
     if (i % 10 == 0) {

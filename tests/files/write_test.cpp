@@ -81,7 +81,7 @@ TEST(Create, NeverReplaces) {
       }
     }));
   }
-  writers.clear();  // waits
+  writers.clear();  // joins the threads
   EXPECT_EQ(created, 20);
   EXPECT_EQ(Entries(folder.path()), 20);
   const std::string content = folder.Read("0");
@@ -127,7 +127,7 @@ TEST(Replace, AKilledWriterLeavesTheOldContent) {
   const pid_t writer = ::fork();
   if (writer == 0) {
     const TemporaryFile file(folder / "file");
-    ::_exit(file.Write("new") ? 0 : 1);  // runs no destructor
+    ::_exit(file.Write("new") ? 0 : 1);  // runs no destructors
   }
   int status = 1;
   ::waitpid(writer, &status, 0);

@@ -1,4 +1,4 @@
-// The formats whose layout is a file: Kyocera KWS and Trium MDY.
+// The formats whose result is a file: Kyocera KWS and Trium MDY.
 #include <gtest/gtest.h>
 
 #include "core/text.h"
@@ -19,7 +19,7 @@ using test::ParsedMelody;
 using test::Row;
 using test::Table;
 
-// The sentences on notes whose numbers are named.
+// The warnings that name note numbers.
 std::string WithoutLength(std::string_view numbers) {
   std::string sentences;
   for (const std::string_view number : core::SplitText(numbers, ' ')) {

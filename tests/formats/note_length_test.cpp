@@ -26,7 +26,7 @@ TEST(NoteLengthMs, IsTheNearestMillisecondAtEveryTempo) {
   for (const auto& [duration, ms] : kBaseLengths) {
     for (int tempo = 20; tempo <= 900; ++tempo) {
       for (const bool dotted : {false, true}) {
-        // In halves: length x 2 x tempo against base x 125 x (2 or 3), at most half a unit off.
+        // In half units: |2 x length x tempo - base x 125 x (2 or 3)| is at most half a unit.
         const int exact = ms * 125 * (dotted ? 3 : 2);
         const int length = NoteLengthMs(duration, std::to_string(tempo), dotted);
         EXPECT_LE(std::abs(2 * tempo * length - exact), tempo) << duration << " at " << tempo;
@@ -42,7 +42,7 @@ TEST(NoteLengthMs, RoundsHalvesToEvenAndChecksItsInput) {
   }
 }
 
-// "85=32 110=32. …": the last millisecond of each run of equal answers.
+// "85=32 110=32. …": the last millisecond of each run of equal results.
 TEST(DurationForLength, EveryMillisecondHasItsBand) {
   std::string bands;
   std::string last;

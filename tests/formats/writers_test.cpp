@@ -1,4 +1,4 @@
-// The formats that are text to read or to type.
+// The formats whose result is text or key presses.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -118,7 +118,7 @@ TEST(MotorolaIMelodyKeys, BringsTheMelodyToTempo125) {
   EXPECT_NE(warnings.find("convertido de 63 a 125.\r\n"), std::string::npos);
 }
 
-// Every format that has a limit converts all notes (Motorola 35) and says so once.
+// Every format with a limit converts all notes (Motorola 35) and reports the excess once.
 TEST_P(WriterTest, ReportsTooManyNotes) {
   for (const Row& row : Table("Limits")) {
     if (row[0] != GetParam().section) {

@@ -23,8 +23,8 @@ using test::RawServer;
 using test::RawSocket;
 
 constexpr std::size_t kMaxBody = 100'000;
-// The time-outs of the program, for what must not run into one even on a machine that stands still
-// for a moment; and short ones for what must.
+// kPatient has the program's time-outs, for requests that must not time out even on a busy machine;
+// kHasty short ones, for requests that must.
 constexpr HttpLimits kPatient{.maxBodyBytes = kMaxBody, .pumpInterval = milliseconds(5)};
 constexpr HttpLimits kHasty{.connectTimeout = milliseconds(400),
                             .idleTimeout = milliseconds(250),
@@ -41,7 +41,7 @@ std::string WithLength(std::size_t length, const std::string& body) {
   return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(length) + "\r\n\r\n" + body;
 }
 
-// What a Get gives: the body, or "failed: " and the message.
+// The result of Get: the body, or "failed: " and the message.
 std::string Outcome(HttpClient& client, const std::string& url) {
   try {
     return client.Get(url);
@@ -54,7 +54,7 @@ RawServer::Answer Says(const std::string& reply) {
   return [reply](const RawSocket& client) { client.Send(reply); };
 }
 
-// Says `piece` for as long as the client listens.
+// Sends `piece` until the client closes the connection.
 RawServer::Answer SaysForEver(const std::string& start, const std::string& piece) {
   return [start, piece](const RawSocket& client) {
     bool listening = client.Send(start);
@@ -78,7 +78,7 @@ void DripForEver(const RawSocket& client) {
   }
 }
 
-// Says nothing more and waits for the client to leave.
+// Sends nothing more and waits for the client to close the connection.
 RawServer::Answer Stalls(const std::string& start) {
   return [start](const RawSocket& client) {
     client.Send(start);
@@ -147,7 +147,7 @@ TEST(HttpClientGet, RefusesAddressesThatItCannotUse) {
   }
 }
 
-// A listener whose queue is full lets further clients wait.
+// A listener whose backlog is full, so that further connections have to wait.
 TEST(HttpClientGet, GivesUpConnectingAfterItsTime) {
   std::uint16_t port = 0;
   const int listener = test::ListenOnLoopback(0, port);
@@ -180,8 +180,8 @@ TEST(HttpClientGet, PumpsInTheCallersThreadAndTellsProgress) {
   EXPECT_EQ(total, 6u);
 }
 
-// What a Get of `url` gives that is left at the third call of the pump, or at the first one when
-// the pump is called without waiting.
+// Cancels Get at the third call of the pump, or at the first one if `interval` is 0; returns its
+// outcome.
 std::string LeftThroughThePump(const std::string& url, milliseconds interval) {
   int left = interval.count() == 0 ? 1 : 3;
   const platform::HttpCallbacks hooks{.pump =
@@ -200,7 +200,7 @@ std::string LeftThroughThePump(const std::string& url, milliseconds interval) {
 TEST(HttpClientGet, IsLeftThroughThePumpAtEveryStage) {
   const auto start = std::chrono::steady_clock::now();
   const milliseconds interval(5);
-  {  // in the name look-up
+  {  // during the name look-up
     RawServer server(Says(WithLength(0, "")));
     EXPECT_EQ(LeftThroughThePump(server.Base(), milliseconds(0)), "failed: dejado");
     EXPECT_TRUE(server.RequestLines().empty());
@@ -208,7 +208,7 @@ TEST(HttpClientGet, IsLeftThroughThePumpAtEveryStage) {
   std::uint16_t port = 0;
   const int listener = test::ListenOnLoopback(0, port);
   const std::string base = "http://127.0.0.1:" + std::to_string(port) + "/";
-  // Nobody reads what is sent; then the queue of connections is full.
+  // The server does not read: first sending blocks, then the backlog is full.
   EXPECT_EQ(LeftThroughThePump(base + std::string(20'000'000, 'x'), interval), "failed: dejado");
   EXPECT_EQ(LeftThroughThePump(base, interval), "failed: dejado");
   ::close(listener);
@@ -222,7 +222,7 @@ TEST(HttpClientGet, IsLeftThroughThePumpAtEveryStage) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
 }
 
-// A server that says nothing would hold a request for half a minute.
+// Without cancellation, a silent server would hold the request for half a minute.
 TEST(HttpBackgroundGet, RunsBesideItsCallerAndEndsWithIt) {
   RawServer server(Says(WithLength(2, "ab")));
   RawServer silent([](const RawSocket& client) { client.ReadAll(); });

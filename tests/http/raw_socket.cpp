@@ -33,7 +33,7 @@ bool Readable(int handle, int milliseconds) {
   int ready = 0;
   do {
     ready = ::poll(&look, 1, milliseconds);
-  } while (ready < 0 && errno == EINTR);  // fuzzers set alarms
+  } while (ready < 0 && errno == EINTR);  // libFuzzer sets alarms
   return ready > 0;
 }
 

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-// Sockets on the loopback address that say exactly what a test wants them to say.
+// Loopback sockets that send exactly the bytes of a test.
 namespace tonadex::test {
 
 class RawSocket {
@@ -21,13 +21,13 @@ class RawSocket {
   RawSocket& operator=(const RawSocket&) = delete;
   ~RawSocket();
 
-  // From 127.0.0.`host`.
+  // Connects from 127.0.0.`host`.
   static RawSocket Connect(std::uint16_t port, std::uint8_t host = 1);
 
-  // False once the other side has hung up.
+  // False once the other side has closed the connection.
   bool Send(std::string_view bytes) const;
   void EndSending() const;
-  // What comes until `end` has come, the other side ends or nothing came for a minute.
+  // Reads until `end` has arrived, the other side closes, or nothing arrives for a minute.
   std::string ReadUntil(std::string_view end) const;
   std::string ReadAll() const { return ReadUntil({}); }
   int handle() const { return handle_; }
@@ -36,7 +36,7 @@ class RawSocket {
   int handle_;
 };
 
-// Accepts connections one after the other, reads a request from each and lets `answer` talk.
+// Accepts connections one after the other, reads a request from each and calls `answer`.
 class RawServer {
  public:
   using Answer = std::function<void(const RawSocket& client)>;
@@ -47,7 +47,7 @@ class RawServer {
 
   std::uint16_t port() const { return port_; }
   std::string Base() const { return "http://127.0.0.1:" + std::to_string(port_); }
-  // First lines of the requests so far.
+  // The request lines received so far.
   std::vector<std::string> RequestLines();
 
  private:
@@ -62,7 +62,7 @@ class RawServer {
   std::thread thread_;
 };
 
-// A listening socket of `backlog`; gives its handle and sets the port.
+// Listens with this `backlog`; returns the descriptor and sets the port.
 int ListenOnLoopback(int backlog, std::uint16_t& port);
 
 }  // namespace tonadex::test

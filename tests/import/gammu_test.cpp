@@ -1,4 +1,4 @@
-// Another program, gammu, reads our files for Nokia phones.
+// An independent program, gammu, reads the Smart Messaging files.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kGammu = TONADEX_GAMMU;
 
-// Durations, pitches, octaves and dots of the notes, in one spelling.
+// Duration, pitch, octave and dot of each note in a common notation.
 std::string Notes(const std::string& rtttl) {
   std::string notes;
   const core::RTTTLMelody melody = test::ParsedMelody(rtttl);
@@ -38,7 +38,7 @@ TEST(Gammu, ReadsOurSmartMessages) {
                                 " copyringtone " + ott + " " + text + " RTTL > " + text +
                                 ".log 2>&1 </dev/null";
     ASSERT_EQ(std::system(command.c_str()), 0) << folder.Read("m.rtttl.log");
-    // Gammu drops letters with accents from the name, which may leave it empty.
+    // Gammu drops accented letters from the name, which may become empty.
     ASSERT_EQ(Notes("x" + folder.Read("m.rtttl")), Notes(rtttl));
     std::filesystem::remove(text);
   }

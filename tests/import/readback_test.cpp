@@ -1,4 +1,5 @@
-// What is written reads back to the same notes, lengths and pauses, or to what the format can hold.
+// Written files read back to the same notes, lengths and pauses, or to the nearest ones that the
+// format has.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,7 +18,8 @@
 namespace tonadex::import {
 namespace {
 
-// In sixty-fourths of a whole note, by the six durations: plain, dotted.
+// The lengths that read back for the six durations, plain and dotted, in sixty-fourths of a whole
+// note.
 using Lengths = std::array<std::array<int, 6>, 2>;
 constexpr Lengths kExact = {{{64, 32, 16, 8, 4, 2}, {96, 48, 24, 12, 6, 3}}};
 constexpr Lengths Undotted(std::array<int, 6> plain) {
@@ -26,7 +28,7 @@ constexpr Lengths Undotted(std::array<int, 6> plain) {
 constexpr Lengths kPlain = Undotted(kExact[0]);
 constexpr Lengths kIMelodyPauses = {{{16, 16, 12, 8, 4, 4}, {24, 20, 16, 10, 6, 6}}};
 
-// Maps a written octave to the one that is read back, for a melody with this base octave.
+// Maps a written octave to the one that reads back, for a melody with this base octave.
 using OctaveRule = int (*)(int octave, int base);
 int Same(int octave, int) {
   return octave;
@@ -77,11 +79,11 @@ struct Format {
   FileKind kind;
   Lengths notes, pauses;
   OctaveRule octave = Same;
-  std::size_t nameHeld = 0;  // letters
+  std::size_t nameHeld = 0;  // maximum length of the name
   bool keepsTempo = false;
-  int tempo = 0;       // at which lengths are exact; 0 for any
-  int baseIfNone = 0;  // the writer's octave when the melody gives none
-  Lengths rests = {};  // after a note
+  int tempo = 0;       // the tempo at which lengths are exact; 0 for any
+  int baseIfNone = 0;  // the writer's base octave if the melody sets none
+  Lengths rests = {};  // lengths of pauses after a note, if they differ
   std::size_t notesHeld = 10'000;
   bool sharpOnDotted = true;
 };
@@ -92,7 +94,7 @@ constexpr Lengths kSamsung2Pauses = Undotted({32, 32, 16, 8, 4, 4});
 constexpr Lengths kSamsung1Rests = {{{}, {32, 16, 8, 4, 4, 4}}};
 constexpr Lengths kMotorola = Undotted({32, 32, 16, 16, 4, 4});
 
-// What each format keeps of a melody.
+// What reads back of a melody, by format.
 const Format kFormats[] = {
     {" RTTTL (cable)", FileKind::kRtttl, kExact, kExact, Same, 100, true},
     {" RTTTL (cable-Tempo125)", FileKind::kRtttl, kExact, kExact, Same, 100, true, 125},
@@ -198,7 +200,7 @@ TEST(ReadBack, GivesWhatTheFormatHolds) {
       try {
         opened = OpenMelodyFile(written, "Fichero.bin");
       } catch (const core::RunTimeError& error) {
-        // A few short results are valid keys of two makes.
+        // Some short results are valid keys of two makes.
         ASSERT_TRUE(core::Contains(error.what(), "pueden ser de")) << error.what();
         continue;
       }
@@ -219,7 +221,7 @@ struct Onset {
   double ms;
 };
 
-// KWS joins equal notes that follow each other, and has times in ms.
+// KWS merges equal adjacent notes and stores times in ms.
 std::vector<Onset> Onsets(const std::string& rtttl) {
   const double unit = 3750 / std::stod(TempoOf(rtttl));
   std::vector<Onset> onsets;
@@ -246,7 +248,7 @@ TEST(ReadBack, KeepsTheTimesOfKws) {
     ASSERT_EQ(got.size(), want.size());
     for (std::size_t i = 0; i < want.size(); ++i) {
       ASSERT_EQ(got[i].pitch, want[i].pitch) << i;
-      // Each time is rounded to a millisecond.
+      // Every time is rounded to a millisecond.
       ASSERT_NEAR(got[i].ms, want[i].ms, 1 + static_cast<double>(i)) << i;
     }
   }

@@ -10,7 +10,7 @@
 namespace tonadex::json {
 namespace {
 
-// Every character alone, and texts in which runs of plain characters and others change.
+// Every character alone, and texts in which runs of plain and escaped characters alternate.
 TEST(AppendJson, WritesWhatTheLibraryWrites) {
   std::mt19937 random(5);
   for (unsigned i = 0; i < 20'000; ++i) {

@@ -1,4 +1,4 @@
-// MIDI files from Debian packages: this reader finds the same notes as midicsv.
+// MIDI files from Debian packages: the reader finds the same notes as the program midicsv.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -32,7 +32,7 @@ std::vector<fs::path> FilesOfOthers() {
 
 using Tracks = std::vector<std::vector<SmfNote>>;
 
-// The notes in lines like "2, 480, Note_on_c, 0, 60, 64".
+// Parses lines like "2, 480, Note_on_c, 0, 60, 64".
 Tracks NotesInCsv(const fs::path& csv) {
   Tracks tracks;
   std::array<std::ptrdiff_t, kChannels * 128> sounding{};

@@ -10,7 +10,7 @@
 namespace tonadex::midi {
 namespace {
 
-// Message boxes and commands in the order in which they come.
+// Records message boxes and sequencer commands in order.
 class Stage : public core::MessageSink {
  public:
   void Show(const core::Message& message) override {
@@ -30,7 +30,7 @@ class Stage : public core::MessageSink {
 
 TEST(PlayMelody, PlaysWhileItsBoxIsUp) {
   Stage stage;
-  stage.sequencer.result = 275;  // what the sequencer answers is of no account
+  stage.sequencer.result = 275;  // error numbers of the sequencer are ignored
   core::RTTTLMelody melody = test::MelodyOf("Vals:d=4,o=5,b=63:c,");
   melody.FileName = "mine.mid";
   melody.TempFolder = stage.folder.path().string() + "/";
@@ -45,7 +45,7 @@ TEST(PlayMelody, PlaysWhileItsBoxIsUp) {
   EXPECT_EQ(test::Hex(bytes.substr(bytes.size() - 12)), "00 90 3C 64 13 80 3C 00 00 FF 2F 00");
 }
 
-// Only what plays has the gap and the beep; a phone's file stays as it is.
+// Only playback inserts the gap and selects the beep; a phone's file has neither.
 TEST(PlayMelody, EqualNeighboursAreApartAndTheVoiceIsChosen) {
   core::RTTTLMelody melody = test::MelodyOf("x:d=4,o=5,b=63:c,c,p,c,d,64d,d");
   ASSERT_EQ(core::ParseRTTTL(melody), core::kParsed);

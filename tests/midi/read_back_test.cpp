@@ -1,4 +1,4 @@
-// A melody's MIDI file as another program reads it.
+// An independent program reads a melody's MIDI file.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

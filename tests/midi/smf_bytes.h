@@ -7,7 +7,7 @@
 #include "midi/mMidiLibOut.h"
 #include "midi/smf_reader.h"
 
-// Standard MIDI files for tests, in another way than the program's writer makes them.
+// Builds standard MIDI files independently of the program's writer.
 namespace tonadex::test {
 
 inline std::string VariableNumber(std::uint32_t number) {
@@ -18,7 +18,7 @@ inline std::string VariableNumber(std::uint32_t number) {
   return bytes;
 }
 
-// One track with the notes, of which no two of a key and channel sound at once.
+// A track of these notes; notes with the same key and channel must not overlap.
 inline std::string TrackOf(const std::vector<midi::SmfNote>& notes) {
   struct Event {
     std::uint32_t tick;

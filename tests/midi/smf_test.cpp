@@ -65,7 +65,7 @@ TEST(ReadSmf, ReadsAndRefuses) {
   EXPECT_EQ(Show(ReadSmf(std::string(kMaxSmfBytes + 1, '\0'))), "el fichero MIDI pasa de 4 MB");
 }
 
-// Random notes in up to four tracks; notes of one key and channel do not touch.
+// Random notes in up to four tracks; those of one key and channel do not touch.
 std::vector<std::vector<SmfNote>> AnyTracks(std::mt19937& random) {
   std::vector<std::vector<SmfNote>> tracks(1 + random() % 4);
   for (auto& notes : tracks) {
@@ -96,7 +96,7 @@ TEST(ReadSmf, FindsTheNotesThatWereWritten) {
   }
 }
 
-// Damaged files are refused, or give melodies that can be parsed.
+// Damaged files are refused or give melodies that can be parsed.
 TEST(ReadSmf, BearsDamagedFiles) {
   std::mt19937 random(2);
   for (int files = 0; files < 400; ++files) {
@@ -173,8 +173,8 @@ std::vector<Sounding> SoundingOf(const core::PlainMelody& melody) {
   return sounding;
 }
 
-// Notes of any division, somewhere on the time line: a thirty-second apart, so that all remain; in
-// every other file nearly all are so long that half the length would make a shorter text.
+// Notes at arbitrary divisions and times, at least a thirty-second apart, so that none is lost. In
+// every second file nearly all are so long that halving the lengths would make the text shorter.
 TEST(MelodyOf, KeepsEveryNoteWithinHalfAThirtySecond) {
   std::mt19937 random(3);
   for (int files = 0; files < 200; ++files) {
@@ -239,8 +239,8 @@ TEST(VoicesOf, GuessesTheTune) {
   EXPECT_TRUE(VoicesOf(file)[0].tune) << "what the file says itself";
 }
 
-// What this program wrote reads back to the same notes, but for pauses at both ends and the full
-// length of pauses of more than a dotted whole note.
+// The program's own files read back to the same notes, except for pauses at both ends and the
+// excess of pauses beyond a dotted whole note.
 TEST(MelodyOf, ReadsOwnFilesBackExactly) {
   for (const std::string& rtttl : test::Shelf()) {
     SCOPED_TRACE(rtttl);

@@ -27,7 +27,7 @@ TEST(IsSafeFileName, AcceptsWhatEveryPlatformHolds) {
   EXPECT_FALSE(IsSafeFileName("vals\0.1"sv));
 }
 
-// Windows holds neither control characters nor these signs in a file name.
+// Windows does not allow these characters and control characters in file names.
 TEST(IsSafeFileName, KnowsEveryCharacter) {
   std::string refused;
   for (int code = 0; code < 256; ++code) {
@@ -46,7 +46,7 @@ TEST(IsSafeFileName, KnowsEveryCharacter) {
 
 TEST(StoreFile, FailsWithoutATrace) {
   const test::TempFolder folder;
-  std::filesystem::create_directories(folder / "inner" / "vals.1");  // a folder is in the way
+  std::filesystem::create_directories(folder / "inner" / "vals.1");  // a folder has the name
   const auto inner = folder / "inner";
   EXPECT_THROW(StoreFile(inner, "../escaped.1", "x"), core::RunTimeError);
   EXPECT_THROW(StoreFile(inner, "vals.1", "x"), core::RunTimeError);

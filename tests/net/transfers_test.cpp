@@ -19,7 +19,7 @@
 namespace tonadex::net {
 namespace {
 
-// The server at "http://s"; records the requests.
+// A server at "http://s" that records the requests.
 struct Server {
   test::ScriptedHttp http;
   Fetch fetch = FetchFrom(http, "http://s");
@@ -59,7 +59,7 @@ TEST(DownloadMelody, StoresNothingOutsideTheFolderOrThatNoListingCouldShow) {
   EXPECT_EQ(folder.Read("evil.1"), "(none)");
 }
 
-// A failing server may answer with an error page, which would replace a good melody.
+// A failing server may send an error page, which must not replace a good melody.
 TEST(DownloadMelody, KeepsWhatItReplacesInTheBin) {
   Server server;
   server.http.replies = {"Vals:1\n", "Vals:1\n", "<html>", "x"};
@@ -111,7 +111,7 @@ TEST(UploadMelody, ChecksAndSends) {
   }
 }
 
-// Characters that have a meaning in an address are refused in the text and in the name.
+// Characters with a meaning in URLs are refused in the text and in the name.
 TEST(IsUploadable, RefusesWhatBreaksAnAddress) {
   for (const char sign : std::string_view("/\\?'&")) {
     const std::string text = "T:d=4,o=5,b=100:c";

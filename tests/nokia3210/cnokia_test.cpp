@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// The log in UTF-8: "5 «4x»" is short for an entry on unread text; ";" separates entries.
+// The log in UTF-8, entries separated by ";"; "5 «4x»" abbreviates an entry on unread text.
 std::string WholeLog(std::string_view entries) {
   std::string log;
   while (!entries.empty()) {
@@ -113,7 +113,7 @@ TEST(CNotes, CountsFromOne) {
   }
 }
 
-// A scanner of quadratic time would need hours for these patterns.
+// A scanner with quadratic time would need hours for these patterns.
 TEST(CNokia, ReadsMegabytesOfGarbageInOneGo) {
   constexpr std::size_t kSize = 2'000'000;
   for (const std::string_view pattern :

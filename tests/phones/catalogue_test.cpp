@@ -11,8 +11,8 @@
 namespace tonadex::phones {
 namespace {
 
-// A saved model finds its brand again. EMS has the models of other makes, too, and the brand of the
-// two general Samsung formats is not found.
+// Every saved model restores its brand, except that EMS lists models of other makes as well and the
+// brand of the two generic Samsung formats is not restored.
 TEST(PhoneCatalogue, EveryModelRestoresItsBrand) {
   std::vector<std::string> brands = {"kept"};
   const PhoneCatalogue catalogue = LoadPhoneCatalogue(brands);

@@ -32,7 +32,7 @@ Conversion Converted(std::string_view text, std::string_view model, SaveFileQues
   return ConvertSelectedMelody(melody, model, "Vals (v)", ask);
 }
 
-// Title, result, notices and tempo, one behind the other; the outcome when there is no page.
+// Title, result, notices and tempo, concatenated; the outcome if there is no page.
 std::string Convert(std::string_view text, std::string_view model,
                     SaveFileQuestion&& ask = test::FakeSaveQuestion()) {
   const auto [outcome, page, messages] = Converted(text, model, ask);
@@ -61,7 +61,8 @@ TEST(ConvertSelectedMelody, PlainRtttlIsShownAsLoaded) {
   EXPECT_EQ(boxes.Text(), "");
 }
 
-// In the tables "%2" and "%?" stand for the parser's report on note 2 and on a text without notes.
+// In the tables "%2" and "%?" stand for the parser's error message on note 2 and on a text without
+// notes.
 std::string Expanded(std::string text) {
   core::ReplaceAll(
       text, "%2",
@@ -91,14 +92,14 @@ TEST(ConvertSelectedMelody, SaysWhyItCannotConvert) {
     EXPECT_EQ(boxes.Text().find("!No se puede convertir la melodía: "), 0u);
     EXPECT_NE(boxes.Text().find(row[2], 36), std::string::npos) << boxes.Text();
   }
-  const Boxes boxes;  // nothing was parsed, so no octave counts
+  const Boxes boxes;  // nothing was parsed, so the octave is not used
   core::RTTTLMelody fresh = test::MelodyOf("x:y");
   test::FakeSaveQuestion cancel;
   EXPECT_FALSE(ConvertSelectedMelody(fresh, " Compositor", "", cancel).page);
   EXPECT_EQ(boxes.Text().find(Expanded("%?|!No se puede convertir")), 0u);
 }
 
-// Each note repeats the header's duration: thirty thousand digits would give 150 MB.
+// Each note contains the header's duration: thirty thousand digits would give 150 MB.
 TEST(ConvertSelectedMelody, RefusesLongDefaults) {
   const std::string notes = ",b=120:" + test::Repeated("c,", 5000) + "c";
   const std::string digits(30000, '9');
@@ -118,7 +119,7 @@ TEST(ConvertSelectedMelody, RefusesLongDefaults) {
     }
   }
   EXPECT_TRUE(Convert("x:d=4,o=5.000000,b=9:c", " Pulsaciones").starts_with("Melodia"));
-  // Behind a blank only the second parse reads it.
+  // With a blank before it, the setting is read only by the second parse.
   EXPECT_EQ(Convert("x:d=4, o=5.0000000,b=9:c", " Pulsaciones"), "(cannot convert)");
 }
 

@@ -49,8 +49,8 @@ TEST(RepairRtttl, MendsWhatIsFoundOnTheNet) {
   }
 }
 
-// Notes that are damaged one at a time: what is good keeps its sound, and of a damaged text the
-// check says so exactly when the parser reads another melody than the one meant.
+// Damages notes one at a time. Good notes keep their sound, and the check reports a fault exactly
+// if the parser reads another melody than the intended one.
 TEST(RepairRtttl, KeepsTheSoundOfGoodNotes) {
   std::mt19937 random(1);
   const auto oneOf = [&random](std::initializer_list<const char*> texts) {

@@ -17,7 +17,7 @@
 namespace tonadex::phones {
 namespace {
 
-// Every note as it is played: duration, pitch as one number, dot; -1 for a pause.
+// Every note as it sounds: duration, pitch as a number (-1 for a pause), dot.
 std::vector<std::tuple<std::string, int, bool>> Played(const std::string& text) {
   core::RTTTLMelody melody;
   melody.Text = text;

@@ -1,5 +1,5 @@
-// Results of keys, taken apart, and a Nokia's composer to type them into. That the other phones'
-// keys give the melody is tested in tests/import, which reads them back.
+// Splits results of keys into steps, and types them into a simulated Nokia composer. That the other
+// phones' keys give the melody is tested in tests/import, which reads them back.
 #include "phones/typing_steps.h"
 
 #include <gtest/gtest.h>
@@ -123,8 +123,9 @@ TEST(TypingSteps, TakeAnyTextApartInLinearTime) {
             14);
 }
 
-// A Nokia's composer, from its first key on, and what its display then shows. The keys act at once
-// and on the last note; the next note begins with its octave and duration, but not with a pause's.
+// A simulated Nokia composer: the keys pressed and the notation on its display. Keys act at once
+// and on the last note; the next note takes over its octave and duration, but not the duration of a
+// pause.
 std::string TypedIntoNokia(const Steps& steps) {
   struct Note {
     char letter;  // 'p' for a pause
@@ -165,7 +166,7 @@ std::string TypedIntoNokia(const Steps& steps) {
   return shown;
 }
 
-// But for the dots of pauses: their key is not held.
+// Except the dots of pauses: their key is not held.
 TEST(TypingSteps, GiveTheComposerNotationOnANokia) {
   for (const std::string& melody : test::Melodies()) {
     const std::string typed = TypedIntoNokia(ConvertAndTakeApart(melody, kModels[0]).steps);
@@ -174,8 +175,8 @@ TEST(TypingSteps, GiveTheComposerNotationOnANokia) {
   }
 }
 
-// What a Nokia must show, note by note, is the other result for the same melody, but for the dots
-// of pauses: their key is not held.
+// The display of the steps, note by note, equals the composer result of the same melody, except for
+// the dots of pauses, whose key is not held.
 TEST(TypingSteps, ShowTheComposerNotation) {
   for (const auto& melodies : {test::Melodies(), OddMelodies()}) {
     for (const std::string& melody : melodies) {

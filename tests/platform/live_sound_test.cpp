@@ -27,7 +27,7 @@ class LiveSoundTest : public testing::Test {
         0);
     EXPECT_EQ(sequencer->SendString("play mR2M notify"), 0);
   }
-  // The recording from its first sound on.
+  // The recording, starting with its first sound.
   std::vector<double> Heard() const {
     std::vector<double> samples = test::ReadSamples(folder / "heard.raw", 0);
     const auto sounds = [](double sample) { return std::abs(sample) > 0.002; };
@@ -44,7 +44,7 @@ TEST_F(LiveSoundTest, WhatIsHeardKeepsUpWithThePosition) {
       210;  // this device has no buffer, so the recording runs ahead of the position
   Play("x:d=8,o=5,b=100:c,e,g");  // ten ticks of 31.25 ms each
   ASSERT_TRUE(test::Eventually([&] { return sequencer->PositionMs().value_or(0) >= 1100; }));
-  // Tried again, because a busy machine delays one of the two.
+  // Retried, because a busy machine may delay one of the two.
   EXPECT_TRUE(test::Eventually([&] {
     const double position = sequencer->PositionMs().value();
     return std::abs(test::LengthMs(Heard()) - kAheadMs - position) < 150;

@@ -44,10 +44,10 @@ TEST_F(ReproducirTest, PlaysToTheEndAndTellsWhatIsWrong) {
                         "Asegurate también de que no hay dos\ncomas (,,) consecutivas\n") +
                 kSilentNote);
   EXPECT_TRUE(Play("Vals:d=16,o=5,b=0:c").starts_with("1 ! "));
-  EXPECT_TRUE(std::filesystem::is_empty(folder / "tonadex"));  // the MIDI file is gone
+  EXPECT_TRUE(std::filesystem::is_empty(folder / "tonadex"));  // no MIDI file is left
 }
 
-// Tells when the melody is announced: an earlier signal would end the test.
+// Reports when the melody is announced: an earlier signal would end the test.
 class Announcement : public std::stringbuf {
  public:
   int sync() override {
@@ -76,7 +76,7 @@ TEST_F(ReproducirTest, InterruptEndsIt) {
     EXPECT_EQ(cli::Run(3, std::array{"tonadex-cli", "reproducir", "-"}.data(), in, out, err,
                        test::kHeavyCommands),
               130);
-    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(10));  // of 24
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(10));  // of 24 s
   }
 }
 
@@ -88,7 +88,7 @@ TEST_F(ReproducirTest, WritesASoundFileOnlyForAWholeMelody) {
   const std::string beep = (folder / "pitido.wav").string();
   EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--pitido", "--wav", beep}), "0 ! ");
   EXPECT_NE(folder.Read("pitido.wav"), folder.Read("bien.wav"));
-  // As chosen in the window, unless the command says otherwise.
+  // The instrument chosen in the window, unless an option overrides it.
   folder.Write("estado.ini", "sonido.pitido=1\n");
   const std::string chosen = (folder / "elegido.wav").string();
   EXPECT_EQ(Play("Vals:d=4,o=5,b=225:c", {"--wav", chosen}), "0 ! ");

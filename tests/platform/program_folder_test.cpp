@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Every file below the folder with its bytes, in order, "name=bytes;".
+// All files below the folder, sorted, as "name=bytes;".
 std::string Contents(const test::TempFolder& folder, const fs::path& below) {
   std::map<std::string, std::string> files;
   for (const auto& entry : fs::recursive_directory_iterator(folder / below)) {

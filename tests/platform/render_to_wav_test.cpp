@@ -29,8 +29,8 @@ class RenderToWavTest : public testing::Test {
   std::vector<double> samples;
 };
 
-// Rests of three whole notes are 231 ticks, of which a delta byte keeps 103; a pause at the end is
-// not in the file.
+// Three whole rests are 231 ticks; one delta byte keeps 103 of them. The file does not contain a
+// pause at the end.
 TEST_F(RenderToWavTest, EveryNoteSoundsAtItsTimeAndEveryRestIsSilent) {
   for (const std::string_view text :
        {test::kMelody, std::string_view("x:d=4,o=5,b=100:2.c,1p,1p,1p,e,2p,8g#,1p")}) {
@@ -51,7 +51,7 @@ TEST_F(RenderToWavTest, EveryNoteSoundsAtItsTimeAndEveryRestIsSilent) {
         EXPECT_LT(test::Loudness(samples, end + 40, 20), test::Loudness(samples, end - 40, 40));
       }
     }
-    // The file ends when the last note has faded, not before and not much later.
+    // The file ends shortly after the last note has faded.
     EXPECT_GT(test::LengthMs(samples), want.back().end);
     EXPECT_LT(test::LengthMs(samples), want.back().end + 3000);
   }
@@ -64,7 +64,7 @@ TEST_F(RenderToWavTest, TheInstrumentOfTheProgramIsHeardWithoutDistortion) {
   EXPECT_LT(loudest, 0.95);
 }
 
-// Without the gap between them the second note begins on the full sound of the first.
+// Without the gap the second note would start while the first one is at full volume.
 TEST_F(RenderToWavTest, EqualNotesOfTheBeepAreHeardAsTwo) {
   core::RTTTLMelody melody;
   core::InitMelody(melody, "/nowhere/");

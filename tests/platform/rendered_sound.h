@@ -8,12 +8,12 @@
 
 #include "files/read.h"
 
-// Recorded sound as numbers.
+// Measures recorded sound.
 namespace tonadex::test {
 
 inline constexpr double kSampleRate = 44100;
 
-// The left channel, -1 to 1, of 16-bit stereo samples that begin `skip` bytes into the file.
+// The left channel, -1 to 1, of 16-bit stereo samples that start `skip` bytes into the file.
 inline std::vector<double> ReadSamples(const std::filesystem::path& file, std::size_t skip) {
   const std::string bytes = files::ReadWhole(file).value_or("");
   std::vector<double> samples;
@@ -29,7 +29,7 @@ inline double LengthMs(const std::vector<double>& samples) {
   return static_cast<double>(samples.size()) / kSampleRate * 1000;
 }
 
-// Root mean square of the samples from `ms`, `length` ms long; 0 after the end.
+// Root mean square of `length` ms from `ms` on; 0 after the end.
 inline double Loudness(const std::vector<double>& samples, double ms, double length) {
   const auto at = [&samples](double time) {
     return std::min(samples.size(), static_cast<std::size_t>(time * kSampleRate / 1000));

@@ -74,7 +74,7 @@ TEST_F(FluidSequencerTest, WithoutSoundTheClockStandsInAndNothingIsPrinted) {
   }
 }
 
-// Whatever devices this machine has, or has not.
+// With whatever sound devices this machine has, if any.
 TEST_F(FluidSequencerTest, TheUsualDriversNeitherHangNorPrint) {
   const test::ScopedVariable automatic("TONADEX_SOUND", "auto");
   testing::internal::CaptureStderr();
@@ -89,7 +89,7 @@ TEST_F(FluidSequencerTest, TheUsualDriversNeitherHangNorPrint) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-// The orders of an impatient user: none may wait for the device or for the playback before.
+// Commands of an impatient user: none may wait for the device or for the previous playback.
 TEST_F(FluidSequencerTest, OrdersNeverWait) {
   FluidSequencer sequencer(Drivers({"file"}));
   for (int i = 0; i < 20; ++i) {
@@ -100,7 +100,7 @@ TEST_F(FluidSequencerTest, OrdersNeverWait) {
       }
       const Clock::time_point begun = Clock::now();
       ASSERT_EQ(sequencer.SendString(command), 0) << command;
-      EXPECT_LT(MsSince(begun), 1000) << command;  // a device may take longer to start
+      EXPECT_LT(MsSince(begun), 1000) << command;  // less than a device may take to open
     }
   }
 }

@@ -68,14 +68,14 @@ TEST(SettingsFile, WhatCannotBeReadIsMissingAndIsWrittenAnew) {
 TEST(SettingsFile, AFailureLeavesTheOldFileAndNothingElse) {
   const test::TempFolder folder;
   folder.Write("f", "old");
-  SettingsFile inAFile(folder / "f/ajustes.ini");  // its folder is a file
+  SettingsFile inAFile(folder / "f/ajustes.ini");  // the parent of the folder is a file
   EXPECT_FALSE(Set(inAFile, "x"));
   SettingsFile tooLong(folder / "f");
   EXPECT_FALSE(Set(tooLong, std::string(kMaxSettingsBytes, 'x')));
   EXPECT_EQ(folder.Read("f"), "old");
   ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
   SettingsFile pipe(folder / "pipe");
-  EXPECT_EQ(Query(pipe), "none");  // and does not wait for a writer
+  EXPECT_EQ(Query(pipe), "none");  // does not wait for a writer
   std::filesystem::create_directory(folder / "d");
   SettingsFile directory(folder / "d");
   EXPECT_FALSE(Set(directory, "x"));

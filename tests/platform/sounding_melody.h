@@ -10,10 +10,10 @@
 
 namespace tonadex::test {
 
-inline constexpr std::int16_t kPiano = 0;  // a clear pitch, unlike the program's own instrument
+inline constexpr std::int16_t kPiano = 0;  // a clear pitch, unlike the program's default instrument
 
-// Neighbours of different pitch, none shorter than can be heard apart. At tempo 100 the file counts
-// 160 ticks to five seconds: 31.25 ms each.
+// Adjacent notes differ in pitch, and none is too short to be measured. At tempo 100 the file has
+// 160 ticks per five seconds: 31.25 ms each.
 inline constexpr std::string_view kMelody = "x:d=4,o=5,b=100:c,8d#.6,2p,a4,8b,32p,16g#.,2c6";
 
 // Writes the melody as a MIDI file, the way the program does.

@@ -113,7 +113,7 @@ TEST(Binding, ATextThatNoRowHoldsStaysAsItIs) {
   CheckForeignText(t.test, t.form, t);
 }
 
-// A control that the model shows is visible, and so are all the widgets around it.
+// A control that the model shows is visible, with all its parent widgets.
 TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
   TestWindow t;
   t.window.show();
@@ -130,7 +130,7 @@ TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
       const app::ControlInfo& info = *app::FindControl(other->objectName().toStdString());
       EXPECT_EQ(other->isChecked(), info.leadsTo == t.form.paginaactual) << info.name;
     }
-    // Whatever the keyboard reaches has a name for screen readers.
+    // Everything that takes the keyboard focus has an accessible name.
     for (const QWidget* widget : t.window.findChildren<QWidget*>()) {
       if (widget->isVisible() && (widget->focusPolicy() & Qt::TabFocus) &&
           widget->focusProxy() == nullptr && !widget->objectName().startsWith("qt_")) {
@@ -142,7 +142,7 @@ TEST(Binding, EveryPageShowsItsControlsAndMarksItsButton) {
   }
 }
 
-// The tabulator goes from left to right and downwards on each page.
+// On each page Tab goes from left to right and from top to bottom.
 TEST(Binding, TabGoesInReadingOrder) {
   TestWindow t;
   for (const char* page : {"cmdbuscar", "cmdrepertorio", "cmdopciones", "cmdinicio"}) {
@@ -166,7 +166,7 @@ TEST(Binding, TabGoesInReadingOrder) {
   }
 }
 
-// Every page, with a conversion result, at each size of window and type.
+// Every page, with a conversion result, at each window and font size.
 class WindowSizeTest : public testing::TestWithParam<std::tuple<int, int, double>> {
  protected:
   WindowSizeTest() { SetType(std::get<2>(GetParam())); }

@@ -14,9 +14,9 @@ namespace {
 
 using shell::WebPane;
 
-constexpr int kSettleMs = 700;  // longer than any page below waits before it jumps
+constexpr int kSettleMs = 700;  // longer than the delay of any redirect below
 
-// Serves pages on the loopback address and notes what is asked for.
+// Serves pages on the loopback address and counts the requests.
 class PageServer {
  public:
   PageServer() {
@@ -60,7 +60,7 @@ class PageServer {
   QList<QByteArray> asked_;
 };
 
-// A pane that shows /start, whose handler of a click loads that again, as the window's does.
+// Shows /start, and reloads it when a click tries to leave it, like the window.
 struct ShownPane {
   ShownPane(WebPane::Kind kind, const QByteArray& start) : pane(kind) {
     server.pages = {{"/start", start}, {"/other", "<script>new Image().src='/arrived'</script>"}};
@@ -72,12 +72,12 @@ struct ShownPane {
     pane.show();
     pane.Navigate(server.Address("/start"));
   }
-  // The browser's view stands, not the quiet page.
+  // Whether the browser's view is shown, and not the fallback page.
   bool Shown() const { return pane.currentWidget()->inherits("QWebEngineView"); }
   void Click() {
     ASSERT_TRUE(QTest::qWaitFor([this] { return Shown(); }));
     ASSERT_TRUE(QTest::qWaitFor([this] { return server.Asked("/drawn") > 0; }));
-    QTest::qWait(200);  // for frames in it
+    QTest::qWait(200);  // until frames have loaded
     QTest::mouseClick(pane.currentWidget()->focusProxy(), Qt::LeftButton, {}, QPoint(200, 30));
   }
 
@@ -167,7 +167,7 @@ TEST(WebPane, APageIsLeftByLinksAlsoByThoseThatWantANewWindow) {
   EXPECT_EQ(unasked.server.Asked("/other"), 0);
 }
 
-// Nor does a page that would rather stay keep the program from showing another one.
+// A page that objects to being left does not prevent the next one from being shown either.
 TEST(WebPane, NoDialogOfAPageOpens) {
   for (const WebPane::Kind kind : {WebPane::Kind::kPage, WebPane::Kind::kBanner}) {
     bool opened = false;
@@ -192,7 +192,7 @@ TEST(WebPane, NoDialogOfAPageOpens) {
   }
 }
 
-// Whether a screen reader comes upon the words in the tree under `part`.
+// Whether a screen reader finds the words in the accessibility tree below `part`.
 bool Speaks(QAccessibleInterface* part, const QString& words) {
   if (part == nullptr || part->text(QAccessible::Name).contains(words)) {
     return part != nullptr;

@@ -20,7 +20,8 @@ void Show(PhoneDisplay& display, const std::string& text, bool counted = false) 
   display.show();
 }
 
-// The display wraps the text itself, so it never scrolls sideways; copying gives the original text.
+// The display wraps the text itself, so it never scrolls sideways; copying gives the unwrapped
+// text.
 TEST(PhoneDisplay, LinesFitAndCopyingGivesTheText) {
   for (const std::string text : {"18 3 (5)9 08 68# 5 3 199 188* 3 59 08 68 5 3 199 188** ",
                                  "Vals:d=4,o=5,b=160:e6,8b,8c6,16d6,e.,8p,c6,8d#6,b,a,g,e,c",
@@ -64,10 +65,10 @@ TEST(PhoneDisplay, HeldKeysAloneAreHeavier) {
   Show(display, "18 (5)9 0", true);
   QTextCursor end(display.document());
   end.movePosition(QTextCursor::End);
-  EXPECT_EQ(end.charFormat(), QTextCharFormat());  // not that of the group number before it
+  EXPECT_EQ(end.charFormat(), QTextCharFormat());  // not the format of the group number before it
 }
 
-// All rows take their height from the first one, whatever characters it has.
+// The height of all rows is that of the first one, whatever characters they contain.
 TEST(RowList, ARowOfAnyCharactersStaysInItsPlace) {
   app::Control plain;
   plain.rows = {{"uno"}, {"dos"}, {"tres"}};

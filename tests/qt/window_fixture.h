@@ -12,7 +12,7 @@
 
 namespace tonadex::test {
 
-// The main window over a whole program whose platform is recorded; no display needed.
+// The main window with a recording platform; needs no display.
 struct TestWindow {
   TestWindow() { window.Load(); }
 
@@ -30,7 +30,7 @@ struct TestWindow {
     }
     return row;
   }
-  // Presses a button as a click does.
+  // Calls click(), as a mouse click does.
   void Click(const char* name) const { window.findChild<QAbstractButton*>(name)->click(); }
   // As a click on a row of the melodies does.
   void SelectRow(int row) const {
@@ -41,7 +41,7 @@ struct TestWindow {
   TestProgram test;
   shell::WindowHooks hooks;
   shell::Repainting repainting;
-  std::optional<double> position;  // of the melody that sounds
+  std::optional<double> position;  // of the sounding melody
   shell::MainWindow window{test.program, hooks, repainting, [this] { return position; }};
   app::Form1& form = window.Form();
 };

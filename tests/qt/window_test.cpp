@@ -36,7 +36,7 @@ TEST(MainWindow, TheNavigationRowIsSpokenAsTabs) {
   t.Click("cmdbuscar");
   for (QAbstractButton* button : t.NavigationRow()) {
     auto* spoken = QAccessible::queryAccessibleInterface(button);
-    const bool page = button->isCheckable();  // the help button is no page
+    const bool page = button->isCheckable();  // the help button does not select a page
     EXPECT_EQ(spoken->role() == QAccessible::PageTab, page) << button->text().toStdString();
     EXPECT_EQ(spoken->state().selected, button->objectName() == "cmdbuscar");
     EXPECT_FALSE(spoken->text(QAccessible::Name).contains('&'));
@@ -103,7 +103,7 @@ TEST(MainWindow, AVoiceOfAMidiFileIsChosenAndUsed) {
             "dos:d=2,o=4,b=120:c");
 }
 
-// The typing guide, used by the keyboard alone.
+// The typing guide, controlled only by the keyboard.
 TEST(MainWindow, TheGuideIsWalkedThroughByItsKeysAndKeepsItsPlace) {
   TestWindow t;
   t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,8e.,2g,c6");
@@ -160,7 +160,7 @@ TEST(QtFileDialogs, AskWhereToSaveAnyPath) {
   EXPECT_EQ(choice->kind, 1u);
 }
 
-// What the window adds to the repertoire's own rules: keys, the menu, tool tips, and files dropped.
+// What the window adds to the model: keys, the menu, tooltips, and dropped files.
 TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   TestWindow t;
   t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,e");
@@ -252,7 +252,7 @@ TEST(MainWindow, WhileARequestRunsOnlyPaintingGoesOn) {
   EXPECT_EQ(t.test.shell.ends, 0);
 }
 
-// For a request of each page that sends one.
+// The requests of each page that sends any.
 TEST(MainWindow, EscAndCloseEndARequestAndTheWaitingLineSaysSo) {
   constexpr std::tuple<const char*, const char*, bool> kWays[] = {
       {"cmdbuscar", "picabuscar", false},
@@ -313,7 +313,7 @@ TEST(MainWindow, EnterPressesTheButtonThatHasTheFocus) {
   EXPECT_EQ(qobject_cast<RowList*>(t.Widget("List1"))->Rows().size(), 1U);
 }
 
-// What dead keys, input methods and odd keyboards type, one text at a time.
+// Text as dead keys, input methods and unusual keyboards send it.
 TEST(MainWindow, TheTempoBoxTakesThreeDigitsHoweverTheyAreTyped) {
   constexpr struct {
     const char8_t* typed;
@@ -345,7 +345,7 @@ TEST(MainWindow, TheTempoBoxTakesThreeDigitsHoweverTheyAreTyped) {
 
 TEST(MainWindow, AClickOnTheMarkedMakeListsItsModelsAnew) {
   TestWindow t;
-  t.test.program.gPhoneModel = "Ladrillo 9000";  // of a future catalogue
+  t.test.program.gPhoneModel = "Ladrillo 9000";  // a model of a later version's catalogue
   t.window.show();
   t.Click("cmdopciones");
   auto* makes = qobject_cast<RowList*>(t.Widget("cmbmarcas"));
@@ -360,7 +360,7 @@ TEST(MainWindow, AClickOnTheMarkedMakeListsItsModelsAnew) {
   EXPECT_EQ(models->model()->rowCount(), rows - 1);
 }
 
-// Bad notes are underlined until they are mended, and the draft is there after a kill.
+// Bad notes are underlined until they are repaired, and the draft survives a kill.
 TEST(MainWindow, APastedMelodyIsMarkedMendedAndKept) {
   TestProgram test;
   shell::WindowHooks hooks;
@@ -387,11 +387,11 @@ TEST(MainWindow, APastedMelodyIsMarkedMendedAndKept) {
   }
   EXPECT_EQ(marked, QStringList({u8"c\u2029", "8c6.", u8"ñx"}));
   EXPECT_FALSE(QTextCursor(box->document()).charFormat().fontWeight() > QFont::Normal);
-  window->resize(800, 640);  // as wide as the test screen
+  window->resize(800, 640);  // the size of the test screen
   QTest::keyClick(box, Qt::Key_End, Qt::ControlModifier);
 
   ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(test.folder / "estado.ini"); }));
-  const auto next = make();  // as after a kill: the first window has not closed
+  const auto next = make();  // as after a kill: the first window is not closed
   box = next->findChild<QPlainTextEdit*>("txtrtttlsube");
   EXPECT_EQ(box->toPlainText(), u8"V:d=4,o=5,b=90:c\n,8c6.,ñx");
   EXPECT_EQ(next->size(), QSize(800, 640));

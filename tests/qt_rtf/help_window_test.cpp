@@ -76,8 +76,8 @@ TEST_F(HelpWindowTest, ContentsAreTheHeadings) {
                          "  Capítulo Dos", "    Sección A de Dos", "    Sección B de Dos"}));
 }
 
-// How the search, the way back and the zoom work is tested with app/help_book; here that they move
-// the real text and its marks.
+// tests/app/help_book_test.cpp tests search, history and zoom; this checks that they move the real
+// text and its highlighting.
 TEST_F(HelpWindowTest, ShowsWhatTheBookDecides) {
   auto& text = Get<QTextBrowser>("helpText");
   Choose("Capítulo Dos");

@@ -25,7 +25,7 @@ std::string PdfText(const std::filesystem::path& file) {
   return process.readAllStandardOutput().simplified().toStdString();
 }
 
-// The machine of these tests has no printer: see CUPS_SERVER in CMakeLists.txt.
+// CUPS_SERVER in CMakeLists.txt makes sure that these tests find no printer.
 class RichTextBoxTest : public testing::Test {
  protected:
   RichTextBoxTest() {
@@ -82,7 +82,7 @@ TEST_F(RichTextBoxTest, FailuresAreErrors) {
   }
   folder.Write("hoja.pdf", "old");
   {
-    const test::FullDisk full(200);  // less than a sheet, which is less than the toolkit's buffer
+    const test::FullDisk full(200);  // less than a sheet, which fits in the buffer of QSaveFile
     QtRichTextBox box({.printer = {}, .pdf = folder / "hoja.pdf"});
     box.SetTextRTF("{\\rtf1 x}");
     EXPECT_THROW(box.SelPrint("vals"), core::RunTimeError);

@@ -84,7 +84,7 @@ std::string Words(const ParagraphFormat& format) {
   return words;
 }
 
-// The paragraphs, parted by " / ": each one's format, then each run as format and text.
+// The paragraphs, separated by " / ": the format of each, then its runs as format and text.
 std::string Describe(const Document& document) {
   std::string text;
   for (const Paragraph& paragraph : document.paragraphs) {
@@ -96,7 +96,7 @@ std::string Describe(const Document& document) {
   return text;
 }
 
-// What a text file cannot hold, then the table.
+// Inputs that the table cannot contain, then the table.
 TEST(ReadRtf, TextAndFormats) {
   const std::pair<std::string_view, std::string> cases[] = {
       {"", ""},

@@ -29,7 +29,7 @@ QTextCharFormat FormatAt(const QTextDocument& document, QChar character) {
 TEST(FillTextDocument, OnPaper) {
   QTextDocument document;
   FillTextDocument(document, rtf::ReadRtf("{\\rtf1 x\\par}"));
-  FillTextDocument(document, rtf::ReadRtf(kSource));  // anew
+  FillTextDocument(document, rtf::ReadRtf(kSource));  // replaces the first content
   const QTextBlock title = document.firstBlock();
   EXPECT_EQ(title.text(), QString("Título"));
   const QTextBlockFormat format = title.blockFormat();
@@ -38,7 +38,7 @@ TEST(FillTextDocument, OnPaper) {
   EXPECT_EQ((std::array{Twips(format.leftMargin()), Twips(format.textIndent()),
                         Twips(format.topMargin()), Twips(format.bottomMargin())}),
             (std::array{720.0, -360.0, 240.0, 120.0}));
-  // Stops count from the start of the line: the hanging indent's own between those asked for.
+  // Tab stops count from the start of the line; the hanging indent is one of them.
   ASSERT_EQ(format.tabPositions().size(), 3);
   EXPECT_EQ(Twips(format.tabPositions()[0].position), 180);
   EXPECT_EQ(Twips(format.tabPositions()[1].position), 360);
@@ -63,7 +63,7 @@ TEST(FillTextDocument, NeighboursShareAFrame) {
   EXPECT_EQ(shape.background().color(), QColor(9, 99, 199));
   EXPECT_EQ(Twips(shape.leftBorder()), 20);
   EXPECT_EQ(Twips(frame.format().leftMargin()), 360);
-  // The space before "f": the layout would drop it behind a frame.
+  // The layout would drop the space before "f" after a frame.
   EXPECT_EQ(Twips(frame.format().bottomMargin()), 400);
   EXPECT_EQ(document.lastBlock().text(), QString("f"));
   FillTextDocument(document, rtf::ReadRtf("{\\rtf1\\box\\brdrs a\\par\\pagebb b\\par}"));

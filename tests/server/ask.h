@@ -31,7 +31,7 @@ inline std::vector<std::string> SplitReplies(std::string text) {
   return replies;
 }
 
-// Sends the bytes, ends the connection and returns all replies.
+// Sends the bytes, shuts down the sending side and returns all replies.
 inline std::vector<std::string> Converse(std::uint16_t port, const std::string& bytes) {
   const RawSocket client = RawSocket::Connect(port);
   client.Send(bytes);
@@ -39,7 +39,7 @@ inline std::vector<std::string> Converse(std::uint16_t port, const std::string& 
   return SplitReplies(client.ReadAll());
 }
 
-// One GET; "status body", "" when no reply came.
+// The reply to a GET as "status body"; "" if none came.
 inline std::string Ask(std::uint16_t port, const std::string& target,
                        const std::string& fields = {}) {
   const RawSocket client = RawSocket::Connect(port);

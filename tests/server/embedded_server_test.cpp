@@ -65,8 +65,8 @@ TEST(EmbeddedServer, LeavesNoPortThatNobodyListensOn) {
   first.Write("vals.29", "Vals:d=4,o=5,b=63:c,d");
   std::make_unique<EmbeddedServer>(home.path(), "").reset();
   EXPECT_EQ(PublishedPort(home.path()), std::nullopt);
-  for (const char* source : {"", first.path().c_str()}) {  // which cannot be copied
-    home.Write(".puerto", "1\n");                          // of a program that was killed
+  for (const char* source : {"", first.path().c_str()}) {  // cannot be copied
+    home.Write(".puerto", "1\n");                          // left by a killed program
     const test::FullDisk full(0);
     const EmbeddedServer server(home.path(), source);
     EXPECT_EQ(PublishedPort(home.path()), std::nullopt) << source;
@@ -76,7 +76,7 @@ TEST(EmbeddedServer, LeavesNoPortThatNobodyListensOn) {
 TEST(EmbeddedServer, ReadsWhileTheFoldersOwnerDoesNotListen) {
   const TempFolder home;
   home.Write("vals.29", "Vals:d=4,o=5,b=63:c,d");
-  home.Write(".puerto", "1\n");  // nobody listens there
+  home.Write(".puerto", "1\n");  // nobody listens on this port
   auto owner = FolderLock::Try(home.path());
   const EmbeddedServer server(home.path(), "");
   EXPECT_EQ(server.Role(), EmbeddedRole::kReader);
@@ -95,7 +95,7 @@ TEST(EmbeddedServer, ReadsWhatItCannotWrite) {
   first.Write("vals.29", "Vals:d=4,o=5,b=63:c,d");
   home.Write("file", "");
   home.Write("own/jota.29", "Jota:d=4,o=5,b=63:c,d");
-  std::filesystem::create_directory(home / "own/.candado");  // so that the lock file cannot be made
+  std::filesystem::create_directory(home / "own/.candado");  // no lock file can be created
   for (const auto& [folder, listing] :
        {std::pair{"file/servidor", "Vals (vals.29)498"}, {"own", "Jota (jota.29)498"}}) {
     const EmbeddedServer server(home / folder, first.path());
@@ -106,7 +106,7 @@ TEST(EmbeddedServer, ReadsWhatItCannotWrite) {
   EXPECT_THROW(EmbeddedServer(home / "file/servidor", home / "none"), std::exception);
 }
 
-// A web page of any origin can send requests to this machine.
+// A web page of any origin can make a browser send requests to this machine.
 TEST(EmbeddedServer, AnswersThisMachinesProgramsAndItsOwnPagesAlone) {
   const TempFolder home;
   const EmbeddedServer server(home.path(), "");

@@ -117,7 +117,7 @@ TEST(Pages, EscapeWhatComesFromOutside) {
     EXPECT_NE(page.find("<li>&lt;b&gt;&amp;&quot;x&quot;</li>"), page.npos);
     EXPECT_EQ(page.find("<i>"), page.npos);
     EXPECT_TRUE(core::IsUtf8(page));
-    EXPECT_EQ(page.find("http"), page.npos);  // nothing from elsewhere
+    EXPECT_EQ(page.find("http"), page.npos);  // no external resources
   }
   EXPECT_NE(StartPage(shelf, "").find("1 melodía en el servidor"), string::npos);
   EXPECT_NE(BannerPage(shelf).find("1 melodía<"), string::npos);
@@ -138,7 +138,7 @@ TEST(Pages, MayBeKeptForAMinute) {
   }
 }
 
-// One measure of colour and type on both: the pages stand within the window.
+// Colours and font size are those of the window that contains the pages.
 TEST(StartPage, LooksAsTheWindowDoes) {
   namespace look = app::look;
   const TempFolder folder;

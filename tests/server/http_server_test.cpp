@@ -45,7 +45,7 @@ string Get(const string& target, const string& fields = "Host: x\r\n") {
   return "GET " + target + " HTTP/1.1\r\n" + fields + "\r\n";
 }
 
-// The replies to raw bytes, separated by " & "; fails when the server does not survive them.
+// The replies to raw bytes, separated by " & "; fails if the server does not answer afterwards.
 string Replies(const HttpServer& server, const string& request) {
   string replies;
   for (const string& reply : Converse(server.Port(), request)) {
@@ -116,7 +116,7 @@ TEST(HttpServer, LetsGoOfSlowClientsWhileOthersAreServed) {
     return TextReply(200, request.target == "/large" ? large : "ok");
   });
   const RawSocket reader = RawSocket::Connect(server.Port());
-  reader.Send(Get("/large"));  // and never reads
+  reader.Send(Get("/large"));  // does not read the reply
   const RawSocket silent = RawSocket::Connect(server.Port());
   const RawSocket writer = RawSocket::Connect(server.Port());
   const auto start = Clock::now();
@@ -146,14 +146,14 @@ TEST(HttpServer, BoundsTheMemoryOfRepliesThatNobodyReads) {
     EXPECT_TRUE(test::Eventually([&] { return Ask(server.Port(), "/own").starts_with(status); }));
   };
   {
-    std::deque<RawSocket> readers;  // that do not read the bodies
+    std::deque<RawSocket> readers;  // do not read the replies
     for (int i = 0; i < 20; ++i) {
       readers.push_back(RawSocket::Connect(server.Port()));
       readers.back().Send(Get(i == 0 ? "/own" : "/shared"));
       ASSERT_TRUE(readers.back().ReadUntil("\r\n\r\n").starts_with("HTTP/1.1 200 "));
     }
     waitFor("503");
-    EXPECT_EQ(Ask(server.Port(), "/shared").size(), 2 * kLarge + 4);  // counted once, being shared
+    EXPECT_EQ(Ask(server.Port(), "/shared").size(), 2 * kLarge + 4);  // a shared body counts once
     EXPECT_EQ(Ask(server.Port(), "/"), "200 small");
   }
   waitFor("200");
@@ -213,7 +213,7 @@ TEST(WaitForEndSignal, ReloadsOnceForManySignalsAndEndsWithoutWaitingForIt) {
   EXPECT_LT(Clock::now() - start, kNotForEver);
 }
 
-// The number of clients that are served; the others get the status 503.
+// The number of clients that are served, while the others get a 503.
 int Served(const std::deque<RawSocket>& clients) {
   int served = 0, busy = 0;
   for (const RawSocket& client : clients) {
@@ -233,7 +233,7 @@ TEST(HttpServer, ServesSoManyConnectionsOfAnAddressAndInAll) {
   RaiseOpenFileLimit();
   rlimit limit{};
   ::getrlimit(RLIMIT_NOFILE, &limit);
-  if (limit.rlim_cur < 4 * kClients + 200) {  // two sockets for each connection
+  if (limit.rlim_cur < 4 * kClients + 200) {  // two sockets per connection
     GTEST_SKIP() << "this system does not allow enough open files";
   }
   HttpServer server({}, Echo);
@@ -253,7 +253,7 @@ TEST(HttpServer, ServesSoManyConnectionsOfAnAddressAndInAll) {
   EXPECT_TRUE(test::Eventually([&] { return Ask(server.Port(), "/x") == "200 /x"; }));
 }
 
-// All connections come from the proxy, so the running requests of each client are counted.
+// All connections come from the proxy, so each client's running requests are counted.
 TEST(HttpServer, LimitsTheRequestsOfAClientBehindTheProxy) {
   std::promise<void> release;
   const std::shared_future<void> released(release.get_future());
@@ -308,7 +308,7 @@ TEST(HttpServer, LogsOneLineForEachRequestWithoutItsQuery) {
     const std::lock_guard lock(mutex);
     const std::size_t blank = line.find(' ');
     EXPECT_EQ(blank, string("0000-00-00T00:00:00.000Z").size());
-    EXPECT_EQ(line.rfind('.'), line.size() - 3);  // milliseconds with two decimals
+    EXPECT_EQ(line.rfind('.'), line.size() - 3);  // milliseconds have two decimals
     log.append(line.substr(blank + 1, line.rfind(' ') - blank - 1)) += '\n';
   };
   {

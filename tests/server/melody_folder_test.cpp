@@ -17,7 +17,7 @@ using test::TempFolder;
 namespace fs = std::filesystem;
 
 constexpr const char* kIndex = ".indice";
-constexpr std::chrono::milliseconds kStep{40};  // longer than the clock's steps here
+constexpr std::chrono::milliseconds kStep{40};  // longer than a step of the clock
 
 void WaitForSettledTimes() {
   std::this_thread::sleep_for(2 * kStep);
@@ -32,7 +32,7 @@ string Start(const TempFolder& folder, ShelfAccess access = ShelfAccess::kReadWr
   return names;
 }
 
-// A description that the file does not have shows that the file was not opened.
+// A description that differs from the file's content shows that the file was not opened.
 void MarkIndex(const TempFolder& folder) {
   const string index = folder.Read(kIndex);
   std::vector<StoredMelody> melodies = DecodeIndex(index);
@@ -53,12 +53,12 @@ TEST(StoredIndex, SparesOpeningWhatHasNotChanged) {
   Start(folder);
   MarkIndex(folder);
   EXPECT_EQ(Start(folder, ShelfAccess::kReadOnly), "kept=a.1 kept=b.1 kept=c.1 kept=d.1 ");
-  folder.Write("b.1", "New b:d=4");  // as long as before, at the same time
+  folder.Write("b.1", "New b:d=4");  // same size and time
   fs::last_write_time(folder / "b.1", time);
   fs::rename(folder / "d.1", folder / "c.1");
   EXPECT_EQ(Start(folder), "kept=a.1 New b=b.1 Old d=c.1 ");
   MarkIndex(folder);
-  EXPECT_EQ(Start(folder), "kept=a.1 New b=b.1 Old d=c.1 ");  // they had changed just before
+  EXPECT_EQ(Start(folder), "kept=a.1 New b=b.1 Old d=c.1 ");  // changed just before they were read
 }
 
 TEST(StoredIndex, LearnsAtTheEndWhatWasUploaded) {
@@ -86,7 +86,7 @@ TEST(StoredIndex, IsNotNeededWhereItCannotBeWritten) {
   EXPECT_FALSE(fs::exists(folder / kIndex));
 }
 
-// Somebody who works in the folder by hand.
+// Edits files in the folder by hand.
 class Hand {
  public:
   explicit Hand(const TempFolder& folder) : folder_(folder) {}
@@ -126,7 +126,7 @@ class Hand {
         bytes.insert(at, 1 + Below(20), '\0');
         break;
       case 3:
-        bytes.swap(old_);  // the folder's own, of another day
+        bytes.swap(old_);  // an earlier index of this folder
         break;
       default:
         return;

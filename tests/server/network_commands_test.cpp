@@ -1,4 +1,4 @@
-// tonadex-cli's buscar, azar, descargar and subir, run in this process against a server.
+// buscar, azar, descargar and subir of tonadex-cli, run in this process with a real server.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

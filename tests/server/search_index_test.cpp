@@ -34,8 +34,8 @@ TEST(SearchIndex, FindsNewestFirst) {
   EXPECT_TRUE(index.Search("\x01\x81", 9).empty());
 }
 
-// The rows of bits against looking at every line: words of one byte and of many, repeated ones,
-// ones that no line holds, bytes that differ in their upper bits alone.
+// Compares the index with a linear search: short and long words, repeated ones, words that occur in
+// no line, bytes that differ only in their upper bits.
 TEST(SearchIndex, AgreesWithLookingAtEveryLine) {
   std::mt19937 random(7);
   const auto text = [&](std::size_t length) {
@@ -74,7 +74,7 @@ TEST(SearchIndex, BoundsItsQueries) {
   SearchIndex index;
   index.Add("abcdefghijklmnop", "x.1");
   const string sixteen = "a b c d e f g h i j k l m n o p ";
-  EXPECT_EQ(index.Search(sixteen + sixteen + "zz", 9).size(), 1u);  // the 17th is not looked for
+  EXPECT_EQ(index.Search(sixteen + sixteen + "zz", 9).size(), 1u);  // the 17th word is ignored
   EXPECT_EQ(index.Search("a zz " + sixteen, 9).size(), 0u);
   string longest;
   while (longest.size() < kMaxSearchBytes) {
@@ -87,7 +87,7 @@ TEST(SearchIndex, BoundsItsQueries) {
   EXPECT_FALSE(looked) << "blocks were read for a byte that no name holds";
 }
 
-// An index that searches use is copied to add to it; the copy shares all blocks but one.
+// An index in use is copied before a melody is added; the copy shares all blocks except one.
 TEST(SearchIndex, StaysAsItIsWhenACopyGrows) {
   SearchIndex index;
   std::size_t melodies = 0;
@@ -109,7 +109,7 @@ TEST(SearchIndex, StaysAsItIsWhenACopyGrows) {
     const string longer = test::Joined(after);
     EXPECT_TRUE(longer.starts_with(listing));
     add(grown, melodies + 1);
-    EXPECT_EQ(test::Joined(after), longer);  // replies keep what they have
+    EXPECT_EQ(test::Joined(after), longer);  // the texts of earlier replies are unchanged
   }
   EXPECT_TRUE(index.Search("vals", 9999, [] { return true; }).empty());
 }

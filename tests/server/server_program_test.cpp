@@ -1,4 +1,4 @@
-// The program tonadex-server itself: killed, ended, started twice.
+// tonadex-server as a process: killed, stopped, started twice.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ using test::TempFolder;
 
 class Program {
  public:
-  // Logs to standard error, which `setError` may change, or to home's file "log".
+  // The log goes to standard error, which `setError` may redirect, or to the file "log".
   explicit Program(const TempFolder& home, void (*setError)() = nullptr) : process_(::fork()) {
     if (process_ == 0) {
       ::dup2(::open((home / "said").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644), 1);
@@ -54,7 +54,7 @@ class Program {
   Program& operator=(const Program&) = delete;
 
   void Signal(int signal) const { ::kill(process_, signal); }
-  // Exit code, or minus the signal that ended it.
+  // The exit code, or minus the number of the signal that ended it.
   int End(int signal) {
     ::kill(process_, signal);
     return Wait();
@@ -70,7 +70,7 @@ class Program {
   pid_t process_;
 };
 
-// The port of a program that has just been started; 0 when it does not come up.
+// The port of the started program; 0 if it does not start.
 std::uint16_t WaitForPort(const TempFolder& home) {
   test::Eventually([&] { return PublishedPort(home / "servidor").has_value(); });
   return PublishedPort(home / "servidor").value_or(0);
@@ -85,7 +85,7 @@ string KeyOf(const string& name) {
   return net::UploadKey(name, core::ReplaceAll(text, core::kSharpEscape, "#"));
 }
 
-// Uploads one melody after the other until the server is gone; gives the acknowledged names.
+// Uploads melodies until the server is gone; returns the acknowledged names.
 std::vector<string> UploadUntilGone(std::uint16_t port, const string& prefix,
                                     std::atomic<int>& uploads) {
   std::vector<string> acknowledged;
@@ -107,7 +107,7 @@ std::vector<string> UploadUntilGone(std::uint16_t port, const string& prefix,
 }
 
 TEST(ServerProgram, LosesNothingAcknowledgedWhenKilledAndServesNothingHalf) {
-  constexpr int kUploadsBeforeKill = 12;  // in a round; each waits for the disk
+  constexpr int kUploadsBeforeKill = 12;  // per round; each waits for the disk
   const TempFolder home;
   std::vector<string> acknowledged;
   for (int round = 0; round < 4; ++round) {
@@ -126,7 +126,7 @@ TEST(ServerProgram, LosesNothingAcknowledgedWhenKilledAndServesNothingHalf) {
     for (auto& client : clients) {
       std::ranges::copy(client.get(), std::back_inserter(acknowledged));
     }
-    WithdrawPort(home / "servidor");  // so that the next round waits for its own
+    WithdrawPort(home / "servidor");  // so that the next round waits for its own port
   }
   ASSERT_GE(acknowledged.size(), 4u * kUploadsBeforeKill);
 
@@ -147,7 +147,8 @@ TEST(ServerProgram, EndsCleanlyAndKeepsItsFolderToItself) {
   for (const string& file : unfinished) {
     home.Write(file, "of a program that was killed");
   }
-  ASSERT_EQ(::mkfifo((home / "servidor/.puerto").c_str(), 0600), 0);  // nobody waits for it
+  ASSERT_EQ(::mkfifo((home / "servidor/.puerto").c_str(), 0600),
+            0);  // the program must not wait for it
   Program program(home);
   const std::uint16_t port = WaitForPort(home);
   ASSERT_NE(port, 0);
@@ -198,13 +199,13 @@ TEST(ServerProgram, NeedsNobodyWhoReadsItsLog) {
     for (int i = 0; i < 10; ++i) {
       ASSERT_EQ(Ask(port, "/azar.php"), "200 ");
     }
-    EXPECT_EQ(home.Read("servidor/.candado"), "");  // no file takes the place of a closed stream
+    EXPECT_EQ(home.Read("servidor/.candado"), "");  // no file got the descriptor of a closed stream
     EXPECT_EQ(program.End(SIGTERM), 0);
   }
 }
 
-// As in a foreign folder or a read-only mount, the lock cannot be made; here because a folder
-// has its name.
+// The lock cannot be created, as in another user's folder or on a read-only mount; here because a
+// folder has its name.
 TEST(ServerProgram, ServesAFolderThatItCannotWrite) {
   const TempFolder home;
   home.Write("servidor/vals.29", "Vals:d=4");

@@ -156,7 +156,7 @@ TEST(FillEmptyShelf, FillsOnceAndGoesOnAfterAnInterruption) {
   EXPECT_EQ(parent.Read("servidor/dos.20"), "Dos:d=4");
   EXPECT_FALSE(fs::exists(folder / "notas.txt"));
   fs::remove(folder / "uno.10");
-  FillEmptyShelf(folder, source.path());  // the user's own choice stays
+  FillEmptyShelf(folder, source.path());  // deleted melodies are not restored
   EXPECT_FALSE(fs::exists(folder / "uno.10"));
   parent.Write("servidor/.llenando", "");
   parent.Write("servidor/dos.20", "changed");
@@ -164,7 +164,7 @@ TEST(FillEmptyShelf, FillsOnceAndGoesOnAfterAnInterruption) {
   EXPECT_EQ(parent.Read("servidor/uno.10"), "Uno:d=4");
   EXPECT_EQ(parent.Read("servidor/dos.20"), "changed");
   EXPECT_FALSE(fs::exists(folder / ".llenando"));
-  FillEmptyShelf(parent / "leer", "");  // no melodies installed
+  FillEmptyShelf(parent / "leer", "");  // no installed melodies
   EXPECT_TRUE(fs::is_directory(parent / "leer"));
 }
 

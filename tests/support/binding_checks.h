@@ -9,10 +9,11 @@
 #include "core/windows1252.h"
 #include "tests/support/test_program.h"
 
-// What every shell owes the model's tables, checked on whatever toolkit.
+// Checks that every window must pass: the controls are drawn, read back and connected as the
+// model's tables say.
 namespace tonadex::test {
 
-// What a person sees of the bound controls and does to them. Texts are Windows-1252.
+// The bound controls as the user sees and operates them. Texts are Windows-1252.
 class Screen {
  public:
   virtual ~Screen() = default;
@@ -21,17 +22,17 @@ class Screen {
   virtual bool Exists(const app::ControlInfo& info) = 0;
   virtual bool Visible(const app::ControlInfo& info) = 0;
   virtual bool Enabled(const app::ControlInfo& info) = 0;
-  // Of a list its selected row; none where the binding draws no text.
+  // For a list its selected row; empty if the binding draws no text.
   virtual std::optional<std::string> Shown(const app::ControlInfo& info) = 0;
-  // False where the user cannot type, or choose a row.
+  // False if the user cannot type into the control, or cannot choose a row.
   virtual bool Type(const app::ControlInfo& info, const std::string& text) = 0;
   virtual bool Choose(const app::ControlInfo& info, int row) = 0;
-  // Does what the system reports as this event.
+  // Triggers the system's event.
   virtual void Do(app::Event event, const app::ControlInfo& info) = 0;
 };
 
-// Every control is drawn as it stands and read back; every handler is reached. `dispatched` counts
-// the calls that the binding makes.
+// Every control is drawn and read back, and every handler is called. `dispatched` counts the
+// handler calls of the binding.
 inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched) {
   const std::string text(core::FromUtf8("Canción ñ € «x»"));
   for (const app::ControlInfo& info : app::Controls()) {
@@ -76,7 +77,7 @@ inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched
   }
 }
 
-// A saved model that the catalogue lacks is no row, and stays.
+// A saved model that is missing from the catalogue selects no row and is kept.
 inline void CheckForeignText(TestProgram& test, app::Form1& form, Screen& screen) {
   test.program.gPhoneModel = "0";
   form.cmdopciones_Click();

@@ -23,7 +23,7 @@
 #include "net/http.h"
 #include "phones/conversion.h"
 
-// Hand-written stand-ins for the platform that record what they are asked.
+// Fakes of the platform that record the calls.
 namespace tonadex::test {
 
 class FakeRegistry : public app::Registry {
@@ -47,10 +47,10 @@ class FakeRegistry : public app::Registry {
 
   std::map<std::string, app::RegistryValue> values;
   int writes = 0;
-  bool broken = false;  // nothing can be stored
+  bool broken = false;  // writing fails
 };
 
-// Answers each dialog with the next of `answers`; none (or no answer left) is a cancel.
+// Answers each dialog with the next of `answers`; an empty or missing one cancels it.
 class FakeFileDialogs : public app::FileDialogs {
  public:
   bool GetSaveFileName(app::FileDialogRecord& record) override { return Answer("save", record); }
@@ -73,11 +73,11 @@ class FakeFileDialogs : public app::FileDialogs {
     return file ? std::vector{file->file} : std::vector<std::filesystem::path>();
   }
 
-  std::vector<std::string> proposed;               // names
-  std::vector<std::string> offered;                // kinds of the last question
-  std::size_t chosen = 0;                          // of these
+  std::vector<std::string> proposed;               // file names
+  std::vector<std::string> offered;                // file types of the last dialog
+  std::size_t chosen = 0;                          // index in `offered`
   std::deque<std::optional<std::string>> answers;  // full paths
-  std::vector<app::FileDialogRecord> asked;        // as they came in
+  std::vector<app::FileDialogRecord> asked;        // records before the answer
   std::vector<std::string> kinds;                  // "save" or "open"
 
  private:
@@ -94,7 +94,7 @@ class FakeFileDialogs : public app::FileDialogs {
   }
 };
 
-// Answers a conversion with one path, or cancels, and keeps the question.
+// Answers a conversion's save dialog with a path, or cancels it, and records it.
 class FakeSaveQuestion : public phones::SaveFileQuestion {
  public:
   explicit FakeSaveQuestion(std::optional<std::string> chosen = std::nullopt)
@@ -120,7 +120,7 @@ class FakeSequencer : public midi::Sequencer {
   int result = 0;
 };
 
-// Answers each request with the next of `replies`; none (or no reply left) is a failed transfer.
+// Answers each request with the next of `replies`; an empty or missing one is a failed transfer.
 class ScriptedHttp : public net::HttpGet {
  public:
   std::string Get(std::string_view url) override {
@@ -146,7 +146,7 @@ class ScriptedHttp : public net::HttpGet {
   std::function<void()> during;  // called while the request runs; may be empty
 };
 
-// A background request that `http` answers at once.
+// A background request that is answered by `http` at once.
 class ScriptedBackgroundGet : public net::BackgroundGet {
  public:
   explicit ScriptedBackgroundGet(ScriptedHttp& http) : http_(http) {}
@@ -179,7 +179,7 @@ class FakeWebViews : public app::WebViews {
   bool broken = false;
 };
 
-// Reads the template from disk and keeps what is printed.
+// Reads the template from disk and records what is printed.
 class FakeRichTextBox : public app::RichTextBox {
  public:
   void LoadFile(const std::filesystem::path& file) override { source = files::ReadBytes(file); }
@@ -222,7 +222,7 @@ class FakeShell : public app::ShellServices {
   std::string tempPath;
   std::string clipboard;
   std::vector<std::intptr_t> topMost;
-  std::vector<std::filesystem::path> help, opened;  // a folder by a "." behind the file
+  std::vector<std::filesystem::path> help, opened;  // folders end in "/."
   int doEvents = 0, beeps = 0, ends = 0;
 };
 

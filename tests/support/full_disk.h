@@ -5,8 +5,8 @@
 
 namespace tonadex::test {
 
-// Until the end of the scope no file of this process grows beyond `bytes`: writing fails as it does
-// on a full disk, for every user.
+// Limits the size of this process's files until the end of the scope: writing beyond `bytes` fails
+// as on a full disk, even for root.
 class FullDisk {
  public:
   explicit FullDisk(rlim_t bytes) {

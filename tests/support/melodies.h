@@ -22,7 +22,8 @@ inline std::vector<std::string> Shelf() {
   return melodies;
 }
 
-// Random notes of every length and pitch, and pauses, in octaves and at tempos of phones.
+// Random notes of every duration and pitch, and pauses, with octaves and tempos that phones
+// support.
 inline std::vector<std::string> Generated() {
   std::mt19937 random(14);
   const auto number = [&random](int most) {

@@ -16,7 +16,7 @@ struct ListingRow {
   friend bool operator==(const ListingRow&, const ListingRow&) = default;
 };
 
-// A listing that was read, its rows collected.
+// A parsed listing with its rows collected.
 struct Listing {
   std::vector<ListingRow> rows;
   std::string rest, record, number;

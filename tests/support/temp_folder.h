@@ -6,7 +6,7 @@
 
 namespace tonadex::test {
 
-// An empty folder of its own that removes itself with everything in it.
+// An empty folder that is removed with its contents at the end of the scope.
 class TempFolder {
  public:
   TempFolder();
@@ -17,7 +17,7 @@ class TempFolder {
   const std::filesystem::path& path() const { return path_; }
   std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
 
-  // Writes a file below the folder, making the folders on the way.
+  // Writes a file below the folder; creates its parent folders.
   void Write(const std::filesystem::path& name, std::string_view bytes) const;
   // The file's bytes, "(none)" when there is no such file.
   std::string Read(const std::filesystem::path& name) const;

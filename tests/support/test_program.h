@@ -11,9 +11,8 @@
 
 namespace tonadex::test {
 
-// A whole program over recording fakes, with a program folder of its own that holds an empty
-// melodias/ and temp/, and a scripted server at http://servidor. Message boxes of the thread that
-// made it are recorded.
+// A whole program with recording fakes, its own program folder with empty melodias/ and temp/, and
+// a scripted server at http://servidor. Records the message boxes of the creating thread.
 struct TestProgram {
   TestProgram() {
     std::filesystem::create_directory(folder / "melodias");

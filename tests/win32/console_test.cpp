@@ -25,7 +25,7 @@ TEST(Terminal, TakesStandardInputByteForByte) {
   folder.Write("entrada", std::string("x\x1A:d=4,o=5,b=100:c,d") + "\r\n");
   const Finished run =
       RunToEnd(BuildFile("cli/tonadex-cli.exe"), L"comprobar -", folder / "entrada");
-  // The character that ends a console's input ends nothing here.
+  // The console's end-of-input character must not end the input here.
   EXPECT_EQ(run.code, 0U);
   EXPECT_EQ(run.output, "-: correcto, 2 notas y pausas, 1 segundo\n");
 }

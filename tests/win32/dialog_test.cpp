@@ -11,14 +11,14 @@
 namespace tonadex::test {
 namespace {
 
-constexpr int kNameEdit = 0x480, kNameCombo = 0x47C;  // of the system's dialog
+constexpr int kNameEdit = 0x480, kNameCombo = 0x47C;  // ids in the system's dialog
 
 HWND NameField(HWND dialog) {
   const HWND edit = GetDlgItem(dialog, kNameEdit);
   return edit != nullptr ? edit : GetDlgItem(dialog, kNameCombo);
 }
 
-// Answers the next dialog of this process from another thread.
+// Answers this process's next dialog from another thread.
 std::jthread Answer(const std::function<void(HWND)>& answer) {
   return std::jthread([answer] {
     const HWND dialog = WaitForWindow(L"#32770", GetCurrentProcessId());

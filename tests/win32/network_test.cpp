@@ -9,7 +9,7 @@
 namespace tonadex::test {
 namespace {
 
-// Over real sockets, the server in the same program as in the desktop program.
+// Over real sockets, with the embedded server as in the desktop program.
 TEST(Network, UploadsOverLoopbackAndFindsItAgain) {
   TestProgram test;
   server::EmbeddedServer embedded(test.folder / "servidor", BuildFile("share/tonadex/servidor"));

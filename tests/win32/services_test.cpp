@@ -62,7 +62,7 @@ TEST_F(RegistryTest, AValueInTheUsersOwnClassesIsFound) {
 
 TEST(MciSequencer, TheSystemAnswersWithItsOwnNumbers) {
   platform::MciSequencer sequencer;
-  EXPECT_EQ(sequencer.SendString("close mR2M"), 263);  // no such device
+  EXPECT_EQ(sequencer.SendString("close mR2M"), 263);  // MCIERR_INVALID_DEVICE_NAME
   EXPECT_EQ(sequencer.SendString("open Z:\\falta.mid type sequencer alias mR2M"), 275);
   EXPECT_NE(sequencer.SendString("play mR2M notify"), 0);
   EXPECT_EQ(sequencer.PositionMs(), std::nullopt);

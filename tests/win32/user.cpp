@@ -10,7 +10,7 @@ namespace tonadex::test {
 namespace {
 
 constexpr wchar_t kDialogClass[] = L"#32770";
-constexpr int kBoxText = 0xFFFF;  // the system's id of a message box's words
+constexpr int kBoxText = 0xFFFF;  // the system's id of a message box's text
 
 struct Search {
   const wchar_t* kind;
@@ -45,7 +45,7 @@ void SendKey(WORD key, wchar_t character, DWORD flags) {
   Send(input);
 }
 
-// A key by its place on the keyboard, as the keyboard reports it. Wine looks at its code alone.
+// Sends a key by its scan code, as the keyboard does. Wine uses only the scan code.
 void SendPlace(WORD key, DWORD flags) {
   const auto place = static_cast<wchar_t>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
   SendKey(key, place, flags | KEYEVENTF_SCANCODE | (key == VK_RMENU ? KEYEVENTF_EXTENDEDKEY : 0U));
@@ -89,7 +89,8 @@ std::string TextIn(HWND window) {
   return platform::FromWide(text);
 }
 
-// By messages to the window under that place: the emulated mouse loses a click now and then.
+// Posts messages to the window at this position, because Wine's emulated mouse sometimes loses a
+// click.
 void ClickAt(HWND window, int x, int y) {
   HWND target = window;
   WaitUntil([&] {
@@ -120,7 +121,7 @@ void ClickRow(HWND list, int row) {
 }
 
 void ClickScreen(int x, int y) {
-  constexpr int kWhole = 0x10000;  // the screen's width and height in such an event
+  constexpr int kWhole = 0x10000;  // width and height of the screen in these units
   INPUT click[2]{};
   for (INPUT& half : click) {
     half.type = INPUT_MOUSE;

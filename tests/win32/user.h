@@ -11,34 +11,34 @@
 // Finds windows, clicks and types like a user.
 namespace tonadex::test {
 
-// Generous for a busy machine; working code needs far less.
+// Long enough for a busy machine; usually far less is needed.
 inline constexpr DWORD kPatienceMs = 60'000;
 
 // Polls; true when the condition becomes true in time.
 bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = kPatienceMs);
 
-// The visible top-level window of this class and, unless 0, of this process; null for none in time.
+// The visible top-level window of this class and, unless 0, of this process; null after a time-out.
 HWND WaitForWindow(const wchar_t* kind, DWORD process = 0, DWORD milliseconds = kPatienceMs);
 
-// The window of a control of the main window.
+// The window of a control in the main window.
 HWND ControlWindow(HWND mainWindow, app::Control app::Form1::*member);
 
 std::string TextIn(HWND window);  // Windows-1252
 
-// The mouse, in the middle of a window or at a place within it.
+// Clicks the middle of a window, or a position in it.
 void Click(HWND window);
 void ClickAt(HWND window, int x, int y);
-// The system's mouse, for what none of our windows takes as a message. Press and release carry the
-// place with them: under Wine the pointer itself springs back to where the X server has it.
+// Clicks with the system's mouse, for parts that do not receive mouse messages. Press and release
+// contain the position, because Wine moves the pointer back to where the X server has it.
 void ClickScreen(int x, int y);
-// A row of a list box.
+// Clicks a row of a list box.
 void ClickRow(HWND list, int row);
 void Type(const std::wstring& text);
-// Presses a key while others are held. AltGr is two of them: Windows adds the left Ctrl.
+// Presses a key while others are held. AltGr is two keys, because Windows adds the left Ctrl.
 inline const std::vector<WORD> kAlt{VK_MENU}, kCtrl{VK_CONTROL}, kAltGr{VK_LCONTROL, VK_RMENU};
 void Press(WORD key, const std::vector<WORD>& held = {});
 
-// Waits for a message box of the process, gives its text and closes it.
+// Waits for a message box of the process, returns its text and closes it.
 std::string AnswerBox(DWORD process, std::string* title = nullptr);
 
 }  // namespace tonadex::test

@@ -5,7 +5,7 @@
 
 #include "shell/win32/drawing.h"
 
-// As the desktop program begins.
+// Initialises the toolkit like the desktop program.
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   OleInitialize(nullptr);

@@ -24,7 +24,7 @@ using app::Form1;
 
 constexpr wchar_t kMainClass[] = L"TonadexForm1";
 
-// The program as users unpack it, with a single melody in the repertoire.
+// The unpacked program with a single melody in the repertoire.
 class WindowTest : public testing::Test {
  protected:
   WindowTest() {
@@ -163,7 +163,7 @@ TEST_F(WindowTest, AVoiceOfAMidiFileIsChosenAndUsed) {
 
 TEST_F(WindowTest, EveryButtonOfTheRowLeadsToItsPage) {
   Start();
-  TestProgram test;  // what the same clicks show in the model
+  TestProgram test;  // the expected results: the same clicks in the model
   test.folder.Write("melodias/prueba.33", "Prueba:d=4,o=5,b=90:c");
   Form1 form(test.program);
   form.Form_Load();
@@ -210,7 +210,7 @@ TEST_F(WindowTest, SearchesDownloadsAndShowsTheMelodyByKeyboardAlone) {
   EXPECT_TRUE(Reads(&Form1::txtrtttlsube, "Vals"));
 }
 
-// What the window adds to the repertoire's own rules: keys and the menu.
+// What the window adds to the model: keys and the menu.
 TEST_F(WindowTest, TheRepertoireIsKeptInOrder) {
   folder.Write("melodias/aire.20", "Aire:d=4,o=5,b=60:c,g");
   Start();
@@ -307,7 +307,7 @@ class GivingUp : public WindowTest {
     Press(VK_RETURN);
     ASSERT_TRUE(Waits());
   }
-  // Call before a request runs, which makes the window slow to answer.
+  // Must be called before a request is started, because the window answers slowly meanwhile.
   void FindCross() {
     RECT frame{};
     GetWindowRect(window, &frame);

@@ -7,23 +7,23 @@
 
 namespace tonadex::test {
 
-// The build's own files, as Windows sees them.
+// Paths of the build in Windows' form.
 std::filesystem::path BuildFile(const std::filesystem::path& name);
 
-// A folder like the one that users unpack: `program` and the data beside it.
+// Creates a folder like the unpacked one: `program` with its data beside it.
 void UnpackProgram(const std::filesystem::path& program, const std::filesystem::path& folder);
 
 struct Finished {
   DWORD code = 0;
-  std::string output;  // both streams, bytes
+  std::string output;  // both streams, as bytes
 };
 
-// Runs a program to its end. `arguments` is the rest of the command line; `input` is a file that
-// becomes its standard input, none when empty.
+// Runs a program to its end. `arguments` is the rest of the command line; `input` is a file for its
+// standard input, none when empty.
 Finished RunToEnd(const std::filesystem::path& program, const std::wstring& arguments,
                   const std::filesystem::path& input = {});
 
-// A program that runs beside the test and is ended with it.
+// A program that runs during the test and is killed with it.
 class RunningProgram {
  public:
   RunningProgram(const std::filesystem::path& program, const std::wstring& arguments = {});
@@ -32,7 +32,7 @@ class RunningProgram {
   RunningProgram& operator=(const RunningProgram&) = delete;
 
   DWORD id() const { return process_.dwProcessId; }
-  // The exit code; 0xFFFFFFFF when it does not end in time.
+  // The exit code; 0xFFFFFFFF after a time-out.
   DWORD WaitForEnd(DWORD milliseconds = 60'000);
 
  private:
