@@ -12,7 +12,7 @@ add_library(tonadex_compiler INTERFACE)
 target_compile_options(tonadex_compiler INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  # False alarms on std::string and on std::optional of it.
+  # False positives on std::string and on std::optional of it.
   target_compile_options(tonadex_compiler INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
 endif()
 if(TONADEX_SANITIZE)
@@ -22,11 +22,11 @@ if(TONADEX_SANITIZE)
   target_compile_definitions(tonadex_compiler INTERFACE _GLIBCXX_ASSERTIONS)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(tonadex_compiler INTERFACE
-      -Wno-maybe-uninitialized)  # false alarms inside std::regex
+      -Wno-maybe-uninitialized)  # false positives inside std::regex
   endif()
 endif()
 
-if(CMAKE_CXX_CLANG_TIDY)  # generated code is not ours to mend
+if(CMAKE_CXX_CLANG_TIDY)  # generated code is not checked
   file(WRITE ${CMAKE_BINARY_DIR}/.clang-tidy "Checks: '-*,misc-definitions-in-headers'\n")
 endif()
 

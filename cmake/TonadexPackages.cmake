@@ -78,7 +78,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
 # Loaded at run time, so that the automatic dependencies miss them: Qt's Spanish texts, a soundfont,
-# the authorities that https trusts; folders and PDF files are opened with xdg-utils.
+# the certificate authorities for https, and xdg-utils, which opens folders and PDF files.
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME tonadex)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS

@@ -1,5 +1,5 @@
-# What a Windows build uses of the building machine: header-only libraries, through a folder with
-# links to them (and nothing else of /usr/include), and Wine, which runs the tests.
+# What a Windows build uses of the building machine: header-only libraries, through a folder that
+# links to them and to nothing else of /usr/include, and Wine, which runs the tests.
 
 set(headers ${PROJECT_BINARY_DIR}/host-headers)
 file(MAKE_DIRECTORY ${headers})
@@ -13,7 +13,7 @@ if(EXISTS ${headers}/boost)
   set(TONADEX_BOOST_INCLUDE_DIR ${headers} CACHE PATH "The folder that holds boost/" FORCE)
 endif()
 
-# offer_headers(<package> <folder> <target>): lets find_package(<package>) find the link.
+# offer_headers(<package> <folder> <target>): makes find_package(<package>) find the link.
 function(offer_headers package folder target)
   if(EXISTS ${headers}/${folder})
     file(WRITE ${PROJECT_BINARY_DIR}/host-packages/${package}Config.cmake

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # check.sh [format|tidy|asan|tsan|fuzz [SECONDS]]: slower checks that test.sh does not run.
-# Without an argument all except fuzz.
+# Without an argument it runs all except fuzz.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 install_packages "${build_packages[@]}" "${test_packages[@]}" "${check_packages[@]}"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the files of a release in dist/, and installs the missing packages for that:
+# Builds the files of a release in dist/; installs the packages that this needs:
 #   package.sh [deb|tarball|windows|all]    all: the three; without an argument deb and tarball.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
@@ -27,7 +27,7 @@ deb() {
   done
 }
 
-# The tracked files of the last commit.
+# The tarball holds the tracked files of the last commit.
 tarball() {
   install_packages git gzip
   local name=tonadex-$version

@@ -9,7 +9,7 @@ say "Compilando Tonadex (la primera vez tarda unos minutos)"
 build "$(run_preset)" tonadex tonadex-cli tonadex-server tonadex_data
 bin=$root/build/release
 
-no_display=3  # the desktop program's exit code for it, also where DISPLAY leads nowhere
+no_display=3  # the desktop program's exit code without a usable display
 code=0
 "$bin/shell/qt/tonadex" "$@" || code=$?
 [ "$code" -eq "$no_display" ] || exit "$code"

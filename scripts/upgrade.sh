@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# Upgrades the packages of an earlier version to those in dist/ in an empty Debian 12, and checks what users
+# Upgrades the packages of an earlier version to those in dist/ in a fresh Debian 12, and checks
+# what users
 # and the server keep and what a purge leaves. As root:
 #   upgrade.sh FOLDER-WITH-THE-EARLIER-DEBS
-# DEBIAN=FOLDER takes that debootstrap of bookworm (it stays unchanged) in place of a new one.
+# With DEBIAN=FOLDER it uses that debootstrap of bookworm, unchanged, instead of creating one.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 
-# Within the empty system: /old and /new hold the packages.
+# Paths inside the fresh system: /old and /new hold the packages.
 inside() {
   export DEBIAN_FRONTEND=noninteractive HOME=/root LC_ALL=C.UTF-8
   fail() { echo "FALLO: $*" >&2 && exit 1; }
@@ -16,7 +17,8 @@ inside() {
   }
   install() { apt install --no-install-recommends --allow-downgrades "$@"; }
   eva() { runuser -u eva -- env -i HOME=/home/eva LC_ALL=C.UTF-8 PATH=/usr/bin:/bin "$@"; }
-  # serve COMMAND…: runs the installed server on the folder of its service, and tonadex-cli COMMAND… as its client.
+  # serve COMMAND…: starts the installed server on its service's folder, and runs tonadex-cli
+  # COMMAND… as a client.
   serve() {
     tonadex-server --puerto 8123 --carpeta /var/lib/tonadex/servidor --registro /var/log/tonadex/servidor.log >/said &
     local server=$!
@@ -29,7 +31,7 @@ inside() {
 
   apt update
   useradd --create-home eva
-  # The server alone, in both versions.
+  # Upgrades a machine that has only the server.
   install /old/tonadex-server_*.deb
   mkdir -p /var/lib/tonadex /var/log/tonadex /etc/systemd/system/{tonadex-server.service.d,multi-user.target.wants}
   ln -s /lib/systemd/system/tonadex-server.service /etc/systemd/system/multi-user.target.wants/
@@ -39,7 +41,8 @@ inside() {
   ! dpkg-query -W -f '${Package}\n' | grep -E '^(libqt|libx11|libwayland|libfluidsynth)' || fail "el servidor instala un escritorio"
   install /old/tonadex{,-server}_*.deb
 
-  # A user with own, edited and deleted melodies and settings; a server with an upload.
+  # Creates a user with own, edited and deleted melodies and with settings, and an upload on the
+  # server.
   local home=/home/eva/.local/share/tonadex
   eva tonadex-cli buscar vals >/dev/null
   eva sh -c "cd $home && mkdir -p ~/.config/tonadex && echo '[General]' >~/.config/tonadex/ajustes.ini &&
@@ -59,7 +62,7 @@ inside() {
   ! linked | grep 'not found' || fail "faltan bibliotecas"
   is "dpkg -V" "$(dpkg -V tonadex tonadex-server)" ""
 
-  # What the administrator changed stays; what is removed comes back; a purge leaves only users' files.
+  # Changes of the administrator and uploads survive a removal; a purge leaves only users' files.
   echo '# mío' >>/etc/logrotate.d/tonadex-server
   apt purge tonadex
   apt remove tonadex-server
@@ -85,7 +88,7 @@ trap 'rm -rf --one-file-system "$work"' EXIT
 base=${DEBIAN:-$work/debian}
 [ -n "${DEBIAN:-}" ] || debootstrap --variant=minbase bookworm "$base" >"$work/debootstrap.log"
 mkdir "$work"/{upper,layer,system}
-# The mounts vanish with their namespace.
+# The mounts end with their namespace.
 unshare --mount --pid --fork bash -euc '
   base=$1 work=$2 old=$3 new=$4 version=$5 scripts=$6 system=$2/system
   mount -t overlay overlay -o "lowerdir=$base,upperdir=$work/upper,workdir=$work/layer" "$system"

@@ -3,9 +3,10 @@
 # folder with sources is not in the table.
 cmake_minimum_required(VERSION 3.25)
 
-# Every layer, from the bottom, and the layers that it may include beside itself: all of them stand
-# above it in the table, so no arrow runs upward. A folder below platform/, shell/ or files/ is a layer
-# of its own. "pure" layers include the C++20 standard library and nothing else from outside.
+# Each layer, from the bottom, with the layers that it may include in addition to itself: they are
+# above it in the table, so no dependency points upward. A folder below platform/, shell/ or files/
+# is a layer of its own. "pure" layers include nothing from outside except the C++20 standard
+# library.
 set(table
   "core            pure:"
   "files           pure: core"
@@ -63,7 +64,7 @@ foreach(line IN LISTS table)
   set(${layer}_and_below ${layer} ${below_${layer}})
 endforeach()
 
-# The layer of a path from ROOT: the folder of two names where that is one, else the first.
+# The layer of a path relative to ROOT: its first two folders if they are a layer, else the first.
 function(layer_of path result)
   string(REGEX MATCH "^([^/]+)/(([^/]+)/)?" ignored "${path}")
   set(${result} "${CMAKE_MATCH_1}" PARENT_SCOPE)

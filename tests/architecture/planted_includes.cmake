@@ -1,5 +1,5 @@
 # cmake -DFOLDER=<scratch folder> -P planted_includes.cmake
-# Plants one include at a time in a tree of its own and sees it refused, or accepted.
+# Writes one include at a time into a scratch tree and expects it to be refused, or accepted.
 cmake_minimum_required(VERSION 3.25)
 
 function(plant file include expected)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Drives the real desktop program by the keyboard on a display of its own, with a fresh home:
+# Drives the real desktop program by keyboard on a virtual display, with a fresh home folder:
 # chooses a phone, composes, plays and uploads, finds and downloads the same melody, converts and
 # prints it, and starts again.
 #   desktop_test.sh TONADEX CLIPBOARD [FOLDER FOR SCREENSHOTS]
@@ -13,7 +13,7 @@ cleanup() {
   for process in $program $xvfb; do
     kill "$process" 2>/dev/null && wait "$process" || true
   done
-  rm -rf "$home" || true  # a helper of the program that still writes makes no test fail
+  rm -rf "$home" || true  # a child process that still writes must not fail the test
 } 2>/dev/null
 trap cleanup EXIT
 
@@ -24,8 +24,8 @@ fail() {
   exit 1
 }
 
-# wait_for "what" command…: until the command succeeds, 180 s at most: a busy machine may take its
-# time, the test as a whole has a limit of its own.
+# wait_for "what" command…: waits until the command succeeds, 180 s at most, because the machine may
+# be busy; the whole test has its own time limit.
 wait_for() {
   local what=$1 end=$((SECONDS + 180))
   shift
@@ -35,11 +35,11 @@ wait_for() {
   done
 }
 
-# The visible windows of that title.
+# The ids of the visible windows with this title.
 window() { xdotool search --onlyvisible --name "^$1\$" 2>/dev/null; }
 
-# Finds the main window, which is at least 900 wide; the splash has the same title, is smaller, and
-# can go while it is asked about.
+# Finds the main window, which is at least 900 pixels wide; the splash has the same title, is
+# smaller, and may close during the query.
 main_window() {
   local id WIDTH HEIGHT X Y SCREEN
   for id in $(window Tonadex); do
@@ -73,11 +73,12 @@ quit() {
 
 keys() { xdotool key --delay 20 "$@"; }
 
-# tab_to "what" TEXT: goes on by the tabulator until Ctrl+C gives the text.
+# tab_to "what" TEXT: presses Tab until Ctrl+C copies TEXT.
 copied() { keys Tab ctrl+a ctrl+c && [ "$("$clipboard")" = "$1" ]; }
 tab_to() { wait_for "$1 («$2»)" copied "$2"; }
 
-# A message box of that title: its text must hold the words. It is closed with Enter.
+# Waits for a message box with this title, checks that its text contains the words, and closes it
+# with Enter.
 box_says() { keys ctrl+c && "$clipboard" | grep -qF "$1"; }
 answer_box() {
   local title=$1 words=$2 box
@@ -92,7 +93,7 @@ answer_box() {
   wait_for "el foco" focused "$main"
 }
 
-# The bar takes the keys that come once the melody's file is there.
+# The playback bar accepts keys once the MIDI file exists.
 stop_playing() {
   midi_file() { [ -n "$(find "$home" -name rtlTmpFile.mid)" ]; }
   wait_for "el fichero MIDI" midi_file
@@ -114,7 +115,7 @@ mkdir -m 700 "$XDG_RUNTIME_DIR"
 mkdir "$home/Documents"
 folder=$home/.local/share/tonadex
 setting=$home/.config/tonadex/ajustes.ini
-presses="18 3 (5)9 08 6# 19* "  # of the melody composed below
+presses="18 3 (5)9 08 6# 19* "  # for the melody composed below
 
 echo "Elegir un móvil"
 start

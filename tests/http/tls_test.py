@@ -138,7 +138,7 @@ with tempfile.TemporaryDirectory() as home:
             (("ca.pem", "localhost", None, "HTTP/1.1 400 Bad Request\r\n\r\n"), "no hay https"),
             (("ca.pem", "localhost", None, ""), "no hay https")]:
         trusted, *rest = case
-        # Wine compares no addresses; what it trusts is the same in all rows.
+        # Wine does not compare IP addresses; what it trusts is the same in all rows.
         if WINE and (trusted == "nada" or rest[:1] == ["127.0.0.1"] and words.startswith("Vals")):
             continue
         said = ask(home / trusted, *rest)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs into a folder, moves it, and works from there with a fresh home.
+# Installs into a folder, moves it, and runs the programs there with a fresh home folder.
 #   install_test.sh BUILD VERSION-FILE CMAKE
 set -euo pipefail
 build=$1 version=$(head -n 1 "$2") cmake=$3
@@ -26,7 +26,7 @@ done
 is ver.dat "$(tr -d '\r' <"$share/tonadex/ver.dat")" "$version"
 grep -qF "release version=\"$version\"" "$share/metainfo/tonadex.metainfo.xml" || fail metainfo
 grep -qF "## $version " "$share/doc/tonadex/CHANGELOG.md" || fail "CHANGELOG.md no la nombra"
-# Manual pages: the version, no error, and the options of the program's help, none more or less.
+# Manual pages: version, syntax, and exactly the options of the program's help.
 options() { grep -oE '(^|[ ,])-[a-z-]+' | tr -d ' ,' | sort -u; }
 for program in tonadex tonadex-cli tonadex-server; do
   page=$share/man/man1/$program.1
@@ -46,7 +46,7 @@ appstreamcli validate --no-net "$share/metainfo/tonadex.metainfo.xml" || fail me
 is "tipos de fichero" "$(XDG_DATA_DIRS="$share" update-mime-database "$share/mime" 2>&1)" ""
 entry() { sed -n "s/^$1=//p" "$share/applications/tonadex.desktop"; }
 [ "$(entry Exec)" = "tonadex %F" ] || fail "la entrada del menú arranca «$(entry Exec)»"
-# Every kind of file that is ours opens with the menu entry.
+# The program is registered for all its file types.
 kinds=$(sed -n 's/.*<mime-type type="\(.*\)">.*/\1/p' "$share/mime/packages/tonadex.xml")
 [ -n "$kinds" ] || fail "no hay tipos de fichero"
 for kind in $kinds; do
@@ -54,7 +54,7 @@ for kind in $kinds; do
 done
 [ -s "$share/icons/hicolor/scalable/apps/$(entry Icon).svg" ] || fail "icono $(entry Icon)"
 
-# A melody that only the installed shelf has: the build's own would not do.
+# A melody that only the installed shelf has, so that the build's shelf is not used by mistake.
 rm "$share"/tonadex/servidor/*
 planted=Plantada:d=4,o=5,b=120:c,d,e
 printf '%s' "$planted" >"$share/tonadex/servidor/Plantada.${#planted}"
@@ -67,7 +67,7 @@ is "lo descargado" "$(tr -d '\r' <"$user/melodias/Plantada.${#planted}")" "$plan
 is convertir "$(run "$bin/tonadex-cli" convertir -t t68i --solo-resultado "$user/melodias/ParaElisa."* |
   head -n 1 | tr -d '\r')" "BEGIN:IMELODY"
 
-# What prints and what sounds load their libraries in programs of their own.
+# Printing and playing load their libraries in separate programs.
 ! ldd "$bin/tonadex-cli" | grep -E 'Qt|fluidsynth' || fail "tonadex-cli carga lo que no usa"
 run "$bin/tonadex-cli" imprimir -t t68i --pdf "$folder/hoja.pdf" "$user/melodias/ParaElisa."*
 [ -s "$folder/hoja.pdf" ] || fail "no se ha impreso la hoja"

@@ -1,6 +1,7 @@
 #!/bin/sh
-# fetch_midi_files.sh FOLDER: MIDI files of other makers and the program midicsv, from packages of
-# Debian, unpacked below FOLDER once. Fails without a network or without the package lists.
+# fetch_midi_files.sh FOLDER: downloads Debian packages with MIDI files and the program midicsv, and
+# unpacks them
+# below FOLDER, once. Fails without a network or package lists.
 set -eu
 mkdir -p "$1"
 cd "$1"

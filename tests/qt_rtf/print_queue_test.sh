@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# print_queue_test.sh TONADEX_CLI: prints through a print server of its own, whose queues write PDFs
-# into a folder that goes away. Whoever runs it needs no right over the machine's printers.
+# print_queue_test.sh TONADEX_CLI: prints through a private print server whose queues write PDF
+# files into a
+# temporary folder. Needs no rights over the machine's printers.
 set -euo pipefail
 cli=$1 model=/usr/share/ppd/cupsfilters/Generic-PDF_Printer-PDF.ppd
 export PATH=$PATH:/usr/sbin
@@ -10,16 +11,16 @@ done
 
 root=$(mktemp -d)
 server=''
-# A filter that still writes into the folder makes no test fail.
+# A print filter that still writes must not fail the test.
 trap '[ -z "$server" ] || { kill "$server" && wait "$server"; } || true; rm -rf "$root" || true' EXIT
 fail() { echo "FAILED: $*"; tail -n 40 "$root/error.log"; exit 1; }
-until_true() {  # command…: for 60 s at most
+until_true() {  # command…: waits 60 s at most
   local end=$((SECONDS + 60))
   while [ $SECONDS -lt $end ]; do "$@" >/dev/null 2>&1 && return; sleep 0.05; done
   fail "no answer: $*"
 }
 
-chmod 755 "$root"  # the filters of a server that root started run as another user
+chmod 755 "$root"  # filters of a server started by root run as another user
 mkdir -p "$root"/{out,run,spool/tmp,cache,etc/ppd,home/melodias}
 cat >"$root/cupsd.conf" <<END
 Listen $root/run/cups.sock
@@ -53,7 +54,7 @@ END
 export CUPS_SERVER=$root/run/cups.sock TONADEX_HOME=$root/home
 cupsd -f -c "$root/cupsd.conf" -s "$root/cups-files.conf" &
 server=$!
-# lpstat succeeds without a server too; its word counts.
+# lpstat succeeds even without a server, so its output is checked.
 listens() { LC_ALL=C lpstat -r | grep -q 'scheduler is running'; }
 until_true listens
 for queue in OTRA CASA CERRADA; do

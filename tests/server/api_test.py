@@ -24,7 +24,7 @@ CHUNKED = {**TEXT, "Transfer-Encoding": "chunked"}
 LARGE = "x" * (256 * 1024 + 1)
 HOSTILE = "<script>alert(1)<!script>"
 
-# Method, path, fields, body, status, what the answer contains.
+# Method, path, header fields, body, expected status, and a text that the reply contains.
 EXCHANGES = [
     ("GET", "/openapi.json", {}, None, 200, '"openapi": "3.1.0"'),
     ("GET", "/modelos", {}, None, 200, '"modelo":" Pulsaciones"'),
@@ -188,7 +188,7 @@ class Contract:
     def check_unchanged(self, path):
         path += "?texto=x" if path == "/qr" else ""
         _, headers, _ = self.ask("GET", path, {}, None)
-        if path != "/azar":  # another ten each time
+        if path != "/azar":  # different ones each time
             status, _, body = self.ask("GET", path, {"If-None-Match": headers["ETag"]}, None)
             assert (status, body) == (304, b""), path
 

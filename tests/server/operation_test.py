@@ -45,7 +45,7 @@ def post(target, body):
     return b"POST %s HTTP/1.1\r\nContent-Length: %d\r\nConnection: close\r\n\r\n%s" % (target.encode(), len(body), body)
 
 
-# A request, the path that it is counted under, its status.
+# A request, the path under which it is counted, and its status.
 REQUESTS = [
     (get("/azar.php"), "/azar.php", 200),
     (get("/azar.php?x=1"), "/azar.php", 200),
@@ -89,7 +89,7 @@ def check_counts(server, home):
         assert exchange(server.port, request)[0] == status, request[:80]
     samples = {}
     while sum(v for (n, l), v in samples.items() if n == "tonadex_peticiones_total"
-              and ("ruta", "/metricas") not in l) < len(REQUESTS):  # each is counted after its reply
+              and ("ruta", "/metricas") not in l) < len(REQUESTS):  # counted after its reply is sent
         samples = metrics(server)
     for (route, status), count in collections.Counter((r, str(s)) for _, r, s in REQUESTS).items():
         assert samples["tonadex_peticiones_total", (("ruta", route), ("estado", status))] == count, (route, samples)
@@ -134,7 +134,7 @@ class Load:
                 if reply.status != 200 or b"vals.29" not in reply.read():
                     self.faults.append(reply.status)
             except (OSError, http.client.HTTPException) as error:
-                self.faults.append(error if started else None)  # None: no byte of a reply
+                self.faults.append(error if started else None)  # None: the connection closed before any byte of a reply
                 return
             self.asked += 1
 

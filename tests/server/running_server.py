@@ -11,7 +11,7 @@ class RunningServer:
         folder.mkdir(parents=True, exist_ok=True)
         for name, text in melodies.items():
             (folder / name).write_bytes(text.encode("cp1252"))
-        if read_only:  # which also keeps root from writing
+        if read_only:  # so that not even root can write
             (folder / ".candado").mkdir()
         self.output = open(Path(home) / "log", "w+b")
         self.process = subprocess.Popen(

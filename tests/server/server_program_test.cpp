@@ -147,8 +147,7 @@ TEST(ServerProgram, EndsCleanlyAndKeepsItsFolderToItself) {
   for (const string& file : unfinished) {
     home.Write(file, "of a program that was killed");
   }
-  ASSERT_EQ(::mkfifo((home / "servidor/.puerto").c_str(), 0600),
-            0);  // the program must not wait for it
+  ASSERT_EQ(::mkfifo((home / "servidor/.puerto").c_str(), 0600), 0);  // must not block
   Program program(home);
   const std::uint16_t port = WaitForPort(home);
   ASSERT_NE(port, 0);

@@ -44,7 +44,7 @@ def melody(name):
 
 def upload(server, name):
     file, text = melody(name)
-    client = "10.%d.%d.%d" % tuple(zlib.crc32(name[:-1].encode()).to_bytes(4)[:3])  # ten uploads each
+    client = "10.%d.%d.%d" % tuple(zlib.crc32(name[:-1].encode()).to_bytes(4)[:3])  # ten uploads per address
     return get(server, f"/uploadertonos.php?filename={quote(file)}&contents={quote(text)}", client)[0]
 
 
@@ -103,7 +103,7 @@ def check_the_same_answers(home, database, store):
     folder = Path(home) / "folder/servidor"
     folder.mkdir(parents=True)
     queries = generate(folder)
-    for seconds in (0.05, 0.1, 0.2):  # copies that are killed on the way
+    for seconds in (0.05, 0.1, 0.2):  # copies that are killed before they finish
         try:
             store.copy(folder, seconds)
         except subprocess.TimeoutExpired:
@@ -128,7 +128,7 @@ def check_the_same_answers(home, database, store):
         picks = [records(shared, "/azar.php") for _ in range(20)]
         assert all(len(set(pick)) == 10 and everything.issuperset(pick) for pick in picks), picks
         assert len(set(sum(picks, []))) > 100
-        # What an administrator deletes is gone everywhere.
+        # A row deleted by an administrator disappears from all servers.
         database.sql("DELETE FROM tonadex_melody WHERE position % 7 <> 0")
         for target in ("/todoslostonos.php", "/listatonos.php"):
             assert len(records(shared, target)) == count // 7
@@ -173,7 +173,7 @@ class Uploaders:
         for i in itertools.count():
             if self.ending:
                 break
-            # Clients 0 and 1 want the same names, each at another server: one of them gets it.
+            # Clients 0 and 1 upload the same names to different servers: only one succeeds.
             name = f"{self.word} {max(number, 1)}x{i}"
             here, there = (self.servers[(number + k) % 2] for k in (0, 1))
             status = upload(here, name)

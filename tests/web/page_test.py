@@ -26,14 +26,14 @@ from running_server import RunningServer
 SERVER, CLI, BUILD = sys.argv[1], sys.argv[2], Path(sys.argv[3])
 PICTURES = Path(sys.argv[4]) if len(sys.argv) > 4 else None
 VALS = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g"
-# Names that would run where a page takes them for HTML; the server stores them as it stores others.
-# The first ones cannot be uploaded, and lie in the folder.
+# Names that would run as script if the page inserted them as HTML; the server stores them like
+# others. The first ones cannot be uploaded and are written to the folder.
 HOSTILE = ["<img src=x onerror=ran=1>", "<svg onload=ran=1>", "\"><b id=ran>", "{{7*7}}${7*7}"]
 UPLOADED = ["{{ran=1}}${ran=1}", "javascript;ran=1", "onload=ran=1"]
 VIEWS = [(390, 844, "light"), (390, 844, "dark"), (1280, 800, "light"), (1280, 800, "dark")]
 
-# Before the page's own script: what it plays, which files it saves, how often it keeps the screen on, and
-# what goes wrong.
+# Runs before the page's script and records what it plays and saves, how often it keeps the screen
+# on, and its errors.
 SPY = """
 window.played = []; window.faults = []; window.saved = []; window.held = 0;
 if (navigator.wakeLock) navigator.wakeLock.request = async () => ({ release: () => { --held; }, now: ++held });
@@ -144,7 +144,7 @@ def listen(page):
     played = page.js("return played")
     start = played[0][1]
     pitches = [[round(value), round(1000 * (at - start))] for value, at in played if value > 1]
-    # c5, d#5, e6 and, behind the pause, g5: Hz and ms.
+    # c5, d#5, e6 and, after the pause, g5: Hz and ms.
     assert pitches == [[262, 0], [311, 500], [659, 750], [392, 2125]], pitches
     page.press("#tocar")
     assert page.js("return document.querySelectorAll('#dibujo .suena').length") == 0
@@ -177,7 +177,7 @@ def type_it(page, axe):
     page.press("#teclear")
     assert page.text("#g-lugar") == "1 de 5" and page.js("return held") == 1
     page.judge("teclear", axe)
-    for width, height in ((360, 560), (844, 390), (page.width, page.height)):  # what a browser leaves of small screens
+    for width, height in ((360, 560), (844, 390), (page.width, page.height)):  # the space that browsers leave on small screens
         page.resize(width, height)
         page.until(lambda: page.js("return innerHeight === arguments[0] && ['g-paso', 'g-texto'].every((id) => { const e = "
                                    "document.getElementById(id); return e.scrollHeight <= e.clientHeight + 1; })", height),
@@ -194,7 +194,7 @@ def type_it(page, axe):
     page.until(lambda: page.text("#g-lugar") == "2 de 5", "back by a swipe")
     page.press("#guia [data-cierra]")
     page.until(lambda: page.js("return held") == 0, "the screen let go")
-    page.press("#teclear")  # goes on where it was left
+    page.press("#teclear")  # continues at the saved step
     assert page.text("#g-lugar") == "2 de 5"
     swipe(page, 0)  # a tap
     for _ in range(3):
@@ -203,7 +203,7 @@ def type_it(page, axe):
     assert "Ya está" in page.text("#aviso")
     page.press("#teclear")
     page.press("#g-solo")
-    page.js("location.hash = '#Otra:d=4,o=5,b=120:c,d'")  # another melody ends the guide
+    page.js("location.hash = '#Otra:d=4,o=5,b=120:c,d'")  # another melody closes the guide
     page.until(lambda: page.text("#nombre") == "Otra" and page.text("#resultado").startswith("1* 2"), "the other melody")
     assert page.text("#aviso") in ("", "¡Ya está! Guárdala en el móvil y escúchala."), page.text("#aviso")
 
@@ -301,7 +301,7 @@ def share(page, axe):
     name = "Compartida " + page.name.replace("-", " ")
     page.browser.get(page.base + "#" + name.replace(" ", "%20") + ":d=4,o=5,b=100:c,d%23,e")
     page.until(lambda: page.text("#nombre") == name, "the melody of the address")
-    assert page.text("#movil") == "Nokia Pulsaciones"  # as chosen before
+    assert page.text("#movil") == "Nokia Pulsaciones"  # the choice was saved
     page.press("#compartir")
     page.until(lambda: page.js("return document.querySelector('#e-qr').naturalWidth") > 0, "the QR code")
     page.judge("compartir", axe)
