@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """first_paint.py SERVER [TIMES]
-Milliseconds from asking for the browser's page to its first paint and until its list is there, in a fresh
-Chromium each time, at full speed and with the processor and the network of an old smartphone."""
+Milliseconds from the request for the web page to its first paint and to its complete list, in a new Chromium
+each time, at full speed and with the processor and network of an old smartphone simulated."""
 import statistics
 import sys
 import tempfile

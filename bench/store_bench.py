@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """store_bench.py PROGRAM [MELODIES] [SECONDS]
 Requests per second, median and 99th percentile of search, download, conversion and page: a server
-with a folder, one with a database, two with that database behind nginx, and nginx's own files of the
-same replies. Also the memory of each. Needs nginx, wrk and postgresql; all of it in one machine."""
+with a folder, one with a database, two with that database behind nginx, and nginx serving the same
+replies as files. Also the memory of each. Needs nginx, wrk and postgresql; all run on one machine."""
 import random
 import re
 import subprocess
@@ -54,7 +54,7 @@ def memory(server):
 
 
 def load(label, what, address, post):
-    """A post comes from many addresses, because the conversions of each are limited."""
+    """POST requests use many addresses, because the conversions per address are limited."""
     with tempfile.NamedTemporaryFile("w", suffix=".lua") as script:
         if post:
             script.write(f'wrk.method="POST" wrk.body="{TEXT}" wrk.headers["Content-Type"]="text/plain" '

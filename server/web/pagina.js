@@ -1,10 +1,10 @@
 'use strict';
-// The page: it asks /api/v1 for everything that is known about melodies, and draws and plays it.
-// Whatever comes from outside is shown as text only (textContent), never as HTML.
+// The page: it requests everything about melodies from /api/v1, and draws and plays the results.
+// Text from outside is shown only as text (textContent), never as HTML.
 
 const $ = (id) => document.getElementById(id);
 
-// An element with its properties ("onclick", "className" …), attributes and children.
+// Creates an element with properties ("onclick", "className" …), attributes and children.
 function el(name, properties = {}, ...children) {
   const element = document.createElement(name);
   for (const [key, value] of Object.entries(properties)) {
@@ -58,7 +58,7 @@ function say(words) {
   clearTimeout(saying);
   saying = setTimeout(() => { $('aviso').textContent = ''; }, 3000 + 50 * words.length);
 }
-// For handlers: a failure is said, or stays in the element `place`; an interrupted request is none.
+// For event handlers: shows a failure, in the element `place` if given; an aborted request is not a failure.
 const tried = (work, place) => async (...event) => {
   try {
     await work(...event);
@@ -74,7 +74,7 @@ function later(work, ms) {
   return () => { clearTimeout(timer); timer = setTimeout(work, ms); };
 }
 
-// What this browser keeps; nothing where it may not.
+// Settings in localStorage; nothing is stored if the browser forbids it.
 const kept = {
   get(key) { try { return JSON.parse(localStorage.getItem(key)); } catch { return null; } },
   set(key, value) { try { localStorage.setItem(key, JSON.stringify(value)); } catch { /* private */ } },
@@ -97,8 +97,8 @@ async function copy(text, done) {
 
 let searching = new AbortController();
 
-// Melodies to choose from: of the server ({fichero, nombre}), or whole ({nombre, rtttl, cambios}), the
-// voices of a MIDI file among them, which say what they are (voz).
+// Lists melodies to choose from: of the server ({fichero, nombre}), or complete ({nombre, rtttl, cambios}), among
+// them the voices of a MIDI file with their description (voz).
 function showList(melodies, words) {
   $('cuenta').textContent = words;
   $('lista').replaceChildren(...melodies.map((melody) => el('li', {}, el('button', {
@@ -111,7 +111,7 @@ function showList(melodies, words) {
   }, ...labels(melody)))));
 }
 
-// "Flauta, canal 2, 24 notas" in two lines.
+// Shows "Flauta, canal 2, 24 notas" in two lines.
 function labels({ nombre, voz }) {
   if (!voz) return [nombre || 'Sin nombre'];
   const [first, ...rest] = voz.split(', ');
@@ -137,7 +137,7 @@ const search = tried(async () => {
       : counted(melodias.length) + (melodias.length === 100 ? ' o más' : ''));
 }, 'cuenta');
 
-// ---- A melody of one's own ----------------------------------------------------------------------
+// ---- Own melodies -------------------------------------------------------------------------------
 
 const check = tried(async () => {
   const text = $('pegado').value;
@@ -150,8 +150,8 @@ const check = tried(async () => {
   $('p-arreglar').hidden = result.correcta || !text.trim();
 });
 
-// What a repair or a file gives: one melody is opened; of several, or of a MIDI file's voices, one is
-// chosen, the tune first.
+// Opens the result of a repair or a file: a single melody at once; several, or the voices of a MIDI file, as a
+// list, the tune first.
 function take({ melodias, voces = [] }, where) {
   if (melodias.length === 0) throw new Error('Ahí no hay ninguna melodía que se entienda.');
   $('texto').value = '';
@@ -184,7 +184,7 @@ let stored = new Set(); // melodies that came from the server
 let notes = { notas: [], duracion: 0 };
 let conversion = null;
 
-// The address carries the melody: what it holds is shown.
+// The URL contains the melody; shows it.
 function addressOf(text) {
   return '#' + encodeURIComponent(text).replace(/%(2C|3A|3D|2F)/g, decodeURIComponent);
 }
@@ -199,7 +199,7 @@ function open(text, file) {
   else location.hash = addressOf(text);
 }
 
-// Nothing of the melody before stays while the server is asked about this one.
+// Clears the previous melody while the new one is requested.
 function clear() {
   setPace(false);
   document.querySelector('dialog[open]')?.close();
@@ -246,7 +246,7 @@ async function draw() {
   $('dibujo').replaceChildren(picture());
 }
 
-// Time to the right, pitch upward, a line at each bar; `marks` are the notes' rectangles.
+// Time to the right, pitch upward, a line per bar; `marks` are the notes' rectangles.
 let marks = [];
 function picture() {
   const height = 160, margin = 16, room = $('dibujo').clientWidth || 320;
@@ -285,7 +285,7 @@ const LOUD = 0.12, LEAD = 0.1, BREATH = 0.92; // s before the first note; the pa
 let context = null; // of all sound: browsers let a click start it, and no timer
 let sounding = null; // {wave, start}
 
-// A square wave, as the phones have; each note is one step of its frequency and loudness.
+// A square wave, like a phone's; each note is one step of frequency and volume.
 function sound(list, ms) {
   stop();
   context ??= new AudioContext();
@@ -342,7 +342,7 @@ let models = [];
 let phone = null; // {nombre, modelo, forma}: the phone's own row, and the row chosen for it
 const rowOf = (modelo) => models.find((row) => row.modelo === modelo);
 
-// The ways to give this phone a melody: its own row, then the formats of its make.
+// The formats for this phone: its own row, then those of its make.
 function forms() {
   const own = rowOf(phone.modelo);
   const others = models.filter((row) => row.marca === own.marca && row.moviles.length === 0
@@ -351,7 +351,7 @@ function forms() {
 }
 const form = () => rowOf(phone.forma);
 
-// A composer that shows notes is fed with keys, where its make has one way to type them.
+// A composer that shows notes is typed with keys, if its make has only one row with keys.
 function bestFor(row) {
   const typed = models.filter((other) => other.marca === row.marca && other.moviles.length === 0 && other.teclado);
   return row.moviles.length && row.clase === 'notas' && !row.teclado && typed.length === 1 ? typed[0] : row;
@@ -372,7 +372,7 @@ function phoneChosen() {
   if (rtttl) tried(() => Promise.all([draw(), convert()]))();
 }
 
-// The phones by their numbers, then the formats.
+// The phones by number, then the formats.
 function choices() {
   const named = (row, nombre) => ({ nombre: nombre.includes(row.marca) ? nombre : row.marca + ' ' + nombre, row });
   return [...models.flatMap((row) => row.moviles.map((nombre) => named(row, nombre))),
@@ -422,7 +422,7 @@ function showConversion() {
   const row = form(), { resultado, pasos, mensajes, avisos } = conversion;
   $('r-titulo').textContent = 'Para ' + phone.nombre;
   $('r-entrada').textContent = row.entrada;
-  // A format that is a file is saved: the program's questions about where mean nothing here.
+  // A file result is just saved: the program's questions about where to save do not apply here.
   $('r-mensajes').textContent = row.clase === 'fichero' ? '' : mensajes.join(' ');
   $('r-avisos').textContent = avisos.replace(/\r\n/g, '\n').trim();
   $('teclear').hidden = pasos.length === 0;
@@ -434,7 +434,7 @@ function showConversion() {
   $('guardar').classList.toggle('fuerte', row.clase === 'fichero');
 }
 
-// "(3)9": a held key is set heavier.
+// "(3)9": a held key is drawn bold.
 const heldMarked = (group) => group.split(/(\([^)]*\))/).filter(Boolean)
   .map((part) => part.startsWith('(') ? el('b', { textContent: part }) : part);
 
@@ -521,7 +521,7 @@ function go(to) {
   }
 }
 
-// The group's note; a dot that is typed as a group of its own belongs to the note before it.
+// The group's note; a dot typed as its own group belongs to the previous note.
 function soundStep() {
   stop();
   const { nota } = steps()[at];
@@ -529,7 +529,7 @@ function soundStep() {
   if (guide.sonido && note && nota !== steps()[at - 1]?.nota) sound([{ ...note, inicio: 0 }], note.duracion);
 }
 
-// Goes on by itself up to the last group; each step begins the time anew.
+// Advances by itself until the last group; each step restarts the timer.
 function setPace(on) {
   clearTimeout(pace);
   const last = at >= steps().length - 1;
@@ -538,7 +538,7 @@ function setPace(on) {
   disable('g-solo', last);
 }
 
-// The keyboard stays in the guide when its button goes out.
+// Moves the focus into the guide when the focused button is disabled.
 function disable(id, off) {
   if (off && document.activeElement === $(id)) $('g-sigue').focus();
   $(id).disabled = off;
@@ -550,7 +550,7 @@ function wish(change) {
   $('g-cada').value = guide.segundos;
 }
 
-// The system lets go of the screen whenever the page is hidden.
+// The browser releases the wake lock when the page is hidden.
 async function stayAwake() {
   try {
     const lock = await navigator.wakeLock?.request('screen');
@@ -607,7 +607,7 @@ function guideKey(event) {
   if (to < steps().length || event.key === 'Enter' || event.key === ' ') go(to);
 }
 
-// A swipe turns over, a tap goes on.
+// A swipe turns pages, a tap continues.
 let finger = null;
 function guideUp(event) {
   if (!finger) return;

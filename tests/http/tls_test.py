@@ -58,7 +58,7 @@ class Certificates:
 
 
 def trust_in_windows(certificate):
-    """The registry of the test's own Wine system holds the authorities."""
+    """Installs the certificate authorities in the registry of the test's Wine prefix."""
     der = ssl.PEM_cert_to_DER_cert(certificate.read_text())
     digest = hashlib.sha1(der)
     blob = struct.pack("<III20sIII", 3, 1, 20, digest.digest(), 32, 1, len(der)) + der
@@ -67,7 +67,7 @@ def trust_in_windows(certificate):
 
 
 def serve(listener, context, reply, farewell):
-    """One request: says `reply`, then bids farewell or just hangs up."""
+    """Answers one request with `reply`; then sends close_notify or only closes the connection."""
     try:
         client, _ = listener.accept()
         client = context.wrap_socket(client, server_side=True) if context else client
@@ -75,12 +75,12 @@ def serve(listener, context, reply, farewell):
         client.sendall(reply.encode())
         client.unwrap() if context and farewell else None
     except OSError:
-        pass  # the client did not like the certificate
+        pass  # the client rejected the certificate
     client.close()
 
 
 def ask(trusted, host, context, reply, farewell=True):
-    """What the program prints, or how it fails."""
+    """The program's output, or its error message."""
     with socket.create_server(("127.0.0.1", 0)) as listener:
         thread = threading.Thread(target=serve, args=(listener, context, reply, farewell))
         thread.start()
@@ -109,7 +109,7 @@ with tempfile.TemporaryDirectory() as home:
     home = Path(home)
     certificates = Certificates(home)
     certificates.make("good", "DNS:localhost,IP:127.0.0.1")
-    certificates.make("other", "IP:127.0.0.2")  # its old-fashioned name is localhost
+    certificates.make("other", "IP:127.0.0.2")  # only its common name is localhost
     certificates.make("expired", "DNS:localhost", days=(-9, -2))
     certificates.make("new", "DNS:localhost", days=(2, 9))
     certificates.make("strange", "DNS:localhost", issuer="stranger")

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Asks a real tonadex-server over HTTP and checks every answer against its openapi.json; every
-answer that the document names must have been seen. Usage: api_test.py SERVER CLI"""
+"""Sends requests to a real tonadex-server and checks every reply against its openapi.json; every
+reply that the document describes must occur. Usage: api_test.py SERVER CLI"""
 import gzip
 import http.client
 import json
@@ -149,7 +149,7 @@ class Contract:
         return answer
 
     def note(self, method, path, answer):
-        """Checks an answer against what the document says of it."""
+        """Checks a reply against the document."""
         status, headers, body = answer
         plain = path.partition("?")[0]
         plain = "/melodias/{fichero}" if plain.startswith("/melodias/") else plain
@@ -199,7 +199,7 @@ class Contract:
 
 
 def check_same_as_cli(contract):
-    """Each model's conversion is the terminal program's, byte for byte."""
+    """The conversion for each model equals the terminal program's, byte for byte."""
     models = json.loads(contract.ask("GET", "/modelos", {}, None)[2])["modelos"]
     for row in models:
         for melody in (VALS, "Mal:d=4,o=5,b=120:c,9x", "", "Añil:d=8,o=4,b=90:a1,c7,16f#."):
@@ -213,7 +213,7 @@ def check_same_as_cli(contract):
 
 
 def check_files_same_as_cli(contract, file):
-    """Every file format, too; and what is written is read back."""
+    """So does every file format; the files can be imported again."""
     melody = "Escala:d=4,o=5,b=125:c,d,e,f,g,a,b,2c6"
     for row in json.loads(contract.ask("GET", "/formatos", {}, None)[2])["formatos"]:
         status, headers, got = contract.ask("POST", "/fichero?formato=" + row["formato"], TEXT, melody)
@@ -227,7 +227,7 @@ def check_files_same_as_cli(contract, file):
 
 
 def check_voices(contract, file):
-    """Every voice of a MIDI file, as the terminal program makes it; the tune is marked."""
+    """Every voice of a MIDI file is converted as by the terminal program; the tune is marked."""
     file.write_bytes(midi_file([("Bajo", [36, 43, 36, 43]), ("Flauta", [88, 86, 84, 83, 84, 86])]))
     reply = json.loads(contract.ask("POST", "/importar?fichero=Dos.mid&modelo=3310", {}, file.read_bytes())[2])
     assert [voice["melodia"] for voice in reply["voces"]].count(True) == 1 and len(reply["voces"]) > 1
@@ -238,7 +238,7 @@ def check_voices(contract, file):
 
 
 def check_compressed(contract):
-    """The page and the interface come compressed to those who ask for it, the programs' paths never."""
+    """The page and the interface are compressed on request, the desktop program's paths never."""
     for path in ("/", "/web/pagina.js", "/api/v1/modelos", "/api/v1/qr?texto=x", "/tonos/vals.29", "/todoslostonos.php",
                  "/listatonos.php?cadenadebusqueda=v", "/mini906.php", "/banners.php", "/mini.php?version=1"):
         plain, refused, packed = (contract.fetch("GET", path, {"Accept-Encoding": coding}, None)
@@ -255,7 +255,7 @@ def check_compressed(contract):
 
 
 def check_conversion_limit(contract):
-    """1200 a minute, and one more for each 4 KiB; searches and uploads go on."""
+    """1200 a minute, 4 KiB counting as one more; searches and uploads are not affected."""
     statuses = [contract.ask("POST", "/importar", {}, LARGE[1:])[0] for _ in range(1 + 1200 // 65)]
     assert statuses[0] == 422 and statuses[-1] == 429, statuses
     for path in ("convertir", "pasos", "notas", "comprobar", "arreglar", "importar", "fichero"):

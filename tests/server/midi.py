@@ -6,7 +6,7 @@ def chunk(kind, data):
 
 
 def midi_file(voices):
-    """`voices`: pairs of a name and the keys of its notes, quarters; each is a track and a channel of its own."""
+    """`voices`: pairs of a name and the keys of quarter notes; each gets its own track and channel."""
     tracks = b""
     for channel, (name, keys) in enumerate(voices):
         events = b"\0\xff\3" + bytes([len(name)]) + name.encode("latin-1")

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What runs a real tonadex-server: health, metrics, log, signals, settings. Usage: operation_test.py SERVER"""
+"""The operation of a real tonadex-server: health, metrics, log, signals, settings. Usage: operation_test.py SERVER"""
 import collections
 import http.client
 import json
@@ -24,7 +24,7 @@ SAMPLE = re.compile(r'([a-z_]+)(?:\{((?:[a-z]+="[^"\\\n]*",?)+)\})? (\d+(?:\.\d+
 
 
 def exchange(port, request):
-    """Sends bytes and reads to the end: the status and the body, None for no reply."""
+    """Sends bytes and reads until the connection closes: status and body, None if there is no reply."""
     with socket.create_connection(("127.0.0.1", port), timeout=60) as client:
         client.sendall(request)
         client.shutdown(socket.SHUT_WR)
@@ -66,7 +66,7 @@ REQUESTS = [
 
 
 def metrics(server):
-    """Name and labels of each sample, with its value; every line must be one that Prometheus reads."""
+    """Name and labels of each sample, with its value; every line must be valid for Prometheus."""
     status, body = exchange(server.port, get("/metricas"))
     assert status == 200
     samples, types = {}, {}
@@ -115,7 +115,7 @@ def check_log(home):
 
 
 class Load:
-    """Clients that keep their connections and ask one request after the other until told to stop."""
+    """Clients that keep their connections and send one request after the other until they are stopped."""
 
     def __init__(self, port):
         self.stop, self.asked, self.faults = threading.Event(), 0, []
@@ -164,7 +164,7 @@ def check_reload(server, home):
 
 
 def check_stop(server):
-    """No reply that has begun is cut or refused because the server ends."""
+    """Stopping the server cuts off no reply that has begun, and refuses none."""
     load = Load(server.port)
     load.wait_for(50)
     server.process.send_signal(signal.SIGTERM)
@@ -173,7 +173,7 @@ def check_stop(server):
 
 
 def check_settings(home):
-    """Variables count unless the command line says otherwise; what cannot be is said."""
+    """The command line takes precedence over variables; invalid values are reported."""
     for arguments, variables, said, code in [
             ([], {"TONADEX_PUERTO": "mucho"}, "no es válido: TONADEX_PUERTO", 2),
             (["--puerto", "x"], {"TONADEX_PUERTO": "0"}, "no es válido: --puerto", 2),

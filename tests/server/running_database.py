@@ -1,5 +1,5 @@
-"""A PostgreSQL cluster of its own, on a socket in its own folder, with an empty database whose
-owner may nothing else."""
+"""A private PostgreSQL cluster, on a socket in its folder, with an empty database whose owner has no
+other rights."""
 import glob
 import os
 import pwd

@@ -1,4 +1,4 @@
-"""A tonadex-server on a free port, with melodies in a folder of its own or in a database."""
+"""A tonadex-server on a free port, with melodies in a temporary folder or in a database."""
 import os
 import subprocess
 import time

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """The database as a store, with a real PostgreSQL and real servers.
-Usage: store_test.py SERVER [ROUNDS]   ROUNDS: how often a server is killed, else for 30 s"""
+Usage: store_test.py SERVER [ROUNDS]   ROUNDS: how often a server is killed; by default for 30 s"""
 import http.client
 import itertools
 import os
@@ -25,7 +25,7 @@ AWAY = "No se puede llegar al almacén de melodías".encode("cp1252")
 
 
 def get(server, target, client="127.0.0.1"):
-    """Status and body; (0, b"") when the server breaks off."""
+    """Status and body; (0, b"") if the connection breaks."""
     connection = http.client.HTTPConnection("127.0.0.1", server.port, timeout=60)
     try:
         connection.request("GET", target, headers={"X-Forwarded-For": client})
@@ -59,7 +59,7 @@ def records(server, target):
 
 
 class Store:
-    """Servers on one database, each in a folder of its own."""
+    """Servers on one database, each with its own folder."""
 
     def __init__(self, home, database):
         self.home, self.more = Path(home), ["--proxy", "--almacen", database.address]
@@ -83,7 +83,7 @@ class Store:
 
 
 def generate(folder):
-    """Melodies whose names are of few different pieces, hostile ones among them; two in one second."""
+    """Melodies with names made of a few words, hostile ones among them; some within the same second."""
     dice = random.Random(7)
     pieces = ["a", "ab", "Ñu", "ñandú", "É", "e", "€", "%", "_", "\\", "'", '"', "/", "%41", "--", ";",
               "ÿ", "\x81", "(x)", ".", " ", "  ", "sol", "Luz", "$1", "{}", "NULL", "ß", "<b>", "¡"]
@@ -160,7 +160,7 @@ def check_schema(database, store):
 
 
 class Uploaders:
-    """Clients that upload to both servers; what is acknowledged must be on the other at once."""
+    """Clients upload to both servers; the other server must have each acknowledged melody at once."""
 
     def __init__(self, servers, word):
         self.servers, self.word, self.ending = servers, word, False
@@ -243,7 +243,7 @@ def wait_for(server, status, seconds=30):
 
 
 def check_away(database, servers):
-    """Stopped, crashed and frozen databases: 503, and answers again without anybody's help."""
+    """Stopped, crashed and frozen databases: replies are 503, and normal again afterwards without a restart."""
     for number, (leave, come) in enumerate([
             (lambda: database.stop("fast"), database.start), (lambda: database.stop("immediate"), database.start),
             (lambda: database.freeze(signal.SIGSTOP), lambda: database.freeze(signal.SIGCONT))]):

@@ -105,7 +105,7 @@ class Page:
             "width": width, "height": height, "deviceScaleFactor": 1, "mobile": width < 600})
 
     def judge(self, what, axe):
-        """No finding of axe-core, nothing wider than the window, even the narrowest, nothing that a finger misses."""
+        """axe-core finds nothing, nothing is wider than the window, and all buttons are large enough for a finger."""
         self.picture(what)
         for width in (360, 1920, self.width):
             self.resize(width, self.height)
@@ -268,7 +268,7 @@ def paste(page, axe):
 
 
 def drop(page, axe):
-    """Files of all formats, let go anywhere."""
+    """Files of all formats, dropped anywhere on the page."""
     midi = midi_file([("Bajo", [36, 43, 36, 43]), ("Flauta", [88, 86, 84, 83, 84, 86])])
     imelody = b"BEGIN:IMELODY\r\nVERSION:1.2\r\nFORMAT:CLASS1.0\r\nMELODY:*4c3d3\r\nEND:IMELODY\r\n"
     for name, contents, place, words in (
@@ -315,7 +315,7 @@ def share(page, axe):
 
 
 def hostile(page):
-    """Nothing of a name or a melody becomes a script or an element."""
+    """Names and melodies never become scripts or elements."""
     page.browser.get(page.base)
     for name in UPLOADED:
         urllib.request.urlopen(urllib.request.Request(page.base + "api/v1/melodias", stored(f"{name} {page.name}").encode(),
@@ -332,7 +332,7 @@ def hostile(page):
 
 
 def visit(port, view, works):
-    """Does the works on a fresh page, which neither fails nor breaks its Content-Security-Policy."""
+    """Runs all tests on a fresh page, without script errors or violations of its Content-Security-Policy."""
     page = Page(port, *view)
     try:
         page.until(lambda: page.text("#lista") != "", "the newest melodies")
@@ -360,7 +360,7 @@ def on_server(axe, port):
 
 
 def inside_a_program(axe):
-    """The server inside tonadex-cli, which runs as long as the program waits for melodies to upload."""
+    """The server embedded in tonadex-cli, which runs while the program waits for melodies to upload."""
     with tempfile.TemporaryDirectory() as home:
         folder = Path(home) / "servidor"
         folder.mkdir()
