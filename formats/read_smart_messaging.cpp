@@ -29,7 +29,8 @@ class BitReader {
       if (at_ / 8 >= bytes_.size()) {
         Fail("el mensaje se acaba a medias");
       }
-      value = (value << 1) | ((core::Code(bytes_[at_ / 8]) >> (7 - at_ % 8)) & 1u);
+      const unsigned byte = core::Code(bytes_[at_ / 8]);
+      value = (value << 1) | ((byte >> (7 - at_ % 8)) & 1u);
     }
     return value;
   }
