@@ -296,7 +296,7 @@ struct HttpServer::State {
   std::atomic<bool> aborting{false};  // the grace period is over: running requests are abandoned
   Places connections{options.maxConnections};
   Places refusals{kMaxRefusedConnections};
-  // One place per connection; behind a proxy, from which all connections come, one per running
+  // One place per connection; behind a proxy (from which all connections come) one per running
   // request.
   Places ofAddresses{options.maxConnectionsOfAddress};
   std::mutex mutex;

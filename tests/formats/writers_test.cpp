@@ -53,7 +53,7 @@ Row RowOf(std::string_view section, std::string_view name) {
   throw std::runtime_error("no such row");
 }
 
-// The sentences that the codes stand for: "d3" is the sentence behind "d=", on note 3.
+// The sentences for these codes: "d3" is the sentence defined by "d=", on note 3.
 std::string Findings(const Row& sentences, std::string_view codes) {
   std::string findings;
   for (const std::string_view code : core::SplitText(codes, ' ')) {

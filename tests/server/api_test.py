@@ -213,7 +213,7 @@ def check_same_as_cli(contract):
 
 
 def check_files_same_as_cli(contract, file):
-    """So does every file format; the files can be imported again."""
+    """Every file equals the terminal program's, and can be imported again."""
     melody = "Escala:d=4,o=5,b=125:c,d,e,f,g,a,b,2c6"
     for row in json.loads(contract.ask("GET", "/formatos", {}, None)[2])["formatos"]:
         status, headers, got = contract.ask("POST", "/fichero?formato=" + row["formato"], TEXT, melody)
