@@ -372,7 +372,7 @@ TEST_F(WindowTest, PlaysWhileItsBarIsUp) {
     Click(Of(&Form1::picreproducir));
     ASSERT_TRUE(Shows(&Form1::stopButton));
     EXPECT_EQ(TextIn(Of(&Form1::playingText)), "Reproduciendo melodia: Prueba");
-    Click(Of(&Form1::cmdinicio));  // ignored, as while a message box is open
+    Click(Of(&Form1::cmdinicio));  // ignored while a message box is open
     EXPECT_TRUE(Shows(&Form1::picreproducir));
     Press(key);
     EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(Of(&Form1::stopButton)) == 0; }));
