@@ -68,7 +68,7 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
                 "Reproduciendo melodia: Vals");
       EXPECT_EQ(t.window.findChild<QLabel*>("playingPosition")->text(), "0:01 de 0:04");
       EXPECT_EQ(display->MarkedGroup(), 1);
-      QTest::mouseClick(t.Widget("cmdinicio"), Qt::LeftButton);  // ignored while a message box is open
+      QTest::mouseClick(t.Widget("cmdinicio"), Qt::LeftButton);  // ignored, as under a message box
       EXPECT_EQ(t.form.paginaactual, 3);
       seen = t.Widget("stopButton")->isVisible();
       QTest::keyClick(QApplication::focusWidget(), key);
