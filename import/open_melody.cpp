@@ -73,8 +73,8 @@ Reading ReadMidi(std::string_view bytes) {
   midi::SmfMelody melody = midi::MelodyOf(file, *tune, {});
   Reading reading = {std::move(melody.melody), std::move(melody.remarks)};
   if (voices.size() > 1) {
-    reading.Remark(Joined({"De ", std::to_string(voices.size()), " voces se ha tomado la de ",
-                           midi::VoiceText(*tune), "."}));
+    reading.Remark(Joined({"De ", std::to_string(voices.size()),
+                           " voces se ha tomado esta: ", midi::VoiceText(*tune), "."}));
   }
   return reading;
 }
