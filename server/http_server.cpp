@@ -12,19 +12,13 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/redirect_error.hpp>
-#include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/strand.hpp>
-#include <boost/asio/thread_pool.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
-#include <boost/beast/http/empty_body.hpp>
-#include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/status.hpp>
 #include <condition_variable>
-#include <csignal>
-#include <limits>
 #include <mutex>
 #include <optional>
 #include <random>
@@ -34,11 +28,12 @@
 #include <vector>
 
 #include "core/error_words.h"
-#include "core/text.h"
 #include "core/windows1252.h"
 #include "server/api/problem.h"
+#include "server/client_address.h"
 #include "server/places.h"
 #include "server/reply_budget.h"
+#include "server/request_head.h"
 
 namespace tonadex::server {
 namespace {
@@ -47,148 +42,11 @@ namespace asio = boost::asio;
 namespace beast = boost::beast;
 namespace http = boost::beast::http;
 using asio::ip::tcp;
-using core::Code;
-using namespace core::literals;
 using ErrorCode = boost::system::error_code;
 
 constexpr std::size_t kReadBytes = std::size_t{8} << 10;
 constexpr int kGone = -1;       // in place of a status: the client is gone, no reply is sent
 constexpr int kMinThreads = 4;  // an upload blocks its thread while it syncs
-
-// The fields of a request that the socket loop uses.
-struct Parsed {
-  int refusal = 0;  // status of an immediate refusal, 0 when the handler is called
-  bool head = false;
-  bool post = false;
-  bool keepAlive = false;
-  bool foreign = false;       // caused by another host's page, or addressed to another host name
-  bool asksForBody = false;   // sent "Expect: 100-continue"
-  std::size_t bodyBytes = 0;  // Content-Length
-  std::string target, forwardedFor, contentType, ifNoneMatch, acceptEncoding, body;
-};
-
-Parsed Refused(int status, std::string target = {}) {
-  Parsed parsed;
-  parsed.refusal = status;
-  parsed.target = std::move(target);
-  return parsed;
-}
-
-// Escapes blanks and control characters between the first and the last blank of the request line:
-// clients send the target as typed. NUL is kept and makes the request invalid.
-std::string WithEscapedTarget(std::string_view head) {
-  const std::string_view line = head.substr(0, head.find("\r\n"));
-  const std::size_t first = line.find(' ');
-  const std::size_t last = line.rfind(' ');
-  std::string escaped;
-  escaped.reserve(head.size());
-  for (std::size_t i = 0; i < head.size(); ++i) {
-    const char c = head[i];
-    if (i > first && i < last && c != '\0' && (Code(c) <= ' ' || c == '\x7f')) {
-      AppendEscaped(escaped, c);
-    } else {
-      escaped += c;
-    }
-  }
-  return escaped;
-}
-
-using Fields = http::request_parser<http::empty_body>::value_type;
-
-template <typename Name>
-std::string_view Field(const Fields& request, Name name) {
-  const auto value = request[name];
-  return {value.data(), value.size()};
-}
-
-// The field's last line, which was added by the proxy in front of this server.
-std::string_view LastForwardedFor(const Fields& request) {
-  std::string_view last;
-  const auto [begin, end] = request.equal_range("X-Forwarded-For");
-  for (auto line = begin; line != end; ++line) {
-    last = {line->value().data(), line->value().size()};
-  }
-  return last;
-}
-
-bool IsLoopbackHost(std::string_view host) {
-  const std::string name(host.substr(0, host.rfind(':')));
-  ErrorCode error;
-  const auto address = asio::ip::make_address_v4(name, error);
-  return name == "localhost" || (!error && address.is_loopback());
-}
-
-// A foreign web page can make a browser send requests to this machine, also through a host name
-// that resolves to it. Browsers report that in these fields; programs send neither of the last two.
-bool IsForeign(const Fields& request) {
-  const std::string_view host = Field(request, http::field::host);
-  const std::string_view origin = Field(request, http::field::origin);
-  const std::string_view site = Field(request, "Sec-Fetch-Site");
-  const bool own = (origin.empty() || origin == "http://" + std::string(host)) &&
-                   (site.empty() || site == "none" || site == "same-origin");
-  return !IsLoopbackHost(host) || !own;
-}
-
-// The status with which a request is refused, 0 if it is accepted. Only a POST may have a body,
-// with a stated length.
-int Refusal(const Fields& request, const Parsed& parsed) {
-  const bool coded = request.count(http::field::transfer_encoding) != 0;
-  if (request.count(http::field::host) > 1 || (!parsed.post && (coded || parsed.bodyBytes != 0))) {
-    return 400;
-  }
-  if (!parsed.post && !parsed.head && request.method() != http::verb::get) {
-    return 405;
-  }
-  if (parsed.post && (coded || request.count(http::field::content_length) == 0)) {
-    return 411;
-  }
-  return parsed.bodyBytes > kMaxBodyBytes ? 413 : 0;
-}
-
-// `head`: request line and fields, the blank line included.
-Parsed ParseHead(std::string_view head) {
-  const std::string text = WithEscapedTarget(head);
-  http::request_parser<http::empty_body> parser;
-  parser.body_limit(std::numeric_limits<std::uint64_t>::max());  // the caller checks the length
-  parser.header_limit(static_cast<std::uint32_t>(text.size() + 1));
-  ErrorCode error;
-  parser.put(asio::buffer(text), error);
-  if (error || !parser.is_header_done()) {
-    return Refused(400);
-  }
-  const auto& request = parser.get();
-  Parsed parsed;
-  parsed.target = std::string(request.target());
-  parsed.head = request.method() == http::verb::head;
-  parsed.post = request.method() == http::verb::post;
-  parsed.bodyBytes = parser.content_length().value_or(0);
-  if (const int status = Refusal(request, parsed); status != 0) {
-    return Refused(status, std::move(parsed.target));
-  }
-  parsed.keepAlive = parser.keep_alive();
-  parsed.foreign = IsForeign(request);
-  parsed.asksForBody = Field(request, http::field::expect) == "100-continue";
-  parsed.forwardedFor = std::string(LastForwardedFor(request));
-  parsed.contentType = std::string(Field(request, http::field::content_type));
-  parsed.ifNoneMatch = std::string(Field(request, http::field::if_none_match));
-  parsed.acceptEncoding = std::string(Field(request, http::field::accept_encoding));
-  return parsed;
-}
-
-// Empty lines before a request are skipped: some clients send one too many after the last request.
-std::size_t EmptyLineBytes(std::string_view buffer) {
-  std::size_t bytes = 0;
-  while (buffer.substr(bytes).starts_with("\r\n")) {
-    bytes += 2;
-  }
-  return bytes;
-}
-
-// 414 or 431 when the request line or all fields together exceed their limit, else 0.
-int LimitRefusal(std::string_view buffer, std::size_t headBytes) {
-  const std::size_t line = std::min(buffer.find('\n'), headBytes);
-  return line > kMaxRequestLineBytes ? 414 : headBytes - line > kMaxFieldBytes ? 431 : 0;
-}
 
 std::size_t BodyBytes(const Reply& reply) {
   std::size_t bytes = 0;
@@ -214,36 +72,9 @@ std::string ReplyHead(const Reply& reply, bool keepAlive) {
   return head.append(keepAlive ? "Connection: keep-alive\r\n\r\n" : "Connection: close\r\n\r\n");
 }
 
-// ::ffff:1.2.3.4 is the IPv4 address 1.2.3.4.
-asio::ip::address Plain(const asio::ip::address& address) {
-  if (address.is_v6() && address.to_v6().is_v4_mapped()) {
-    return asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6());
-  }
-  return address;
-}
-
 asio::ip::address PeerOf(const tcp::socket& socket) {
   ErrorCode error;
   return Plain(socket.remote_endpoint(error).address());
-}
-
-// The client as rate limits count it: an IPv6 network (/64) is one client.
-std::string ClientOf(const asio::ip::address& address) {
-  if (!address.is_v6()) {
-    return address.to_string();
-  }
-  asio::ip::address_v6::bytes_type bytes = address.to_v6().to_bytes();
-  std::fill(bytes.begin() + bytes.size() / 2, bytes.end(), std::uint8_t{0});
-  return asio::ip::address_v6(bytes).to_string();
-}
-
-// The field's last address, which the proxy added; those before it are unverified.
-std::optional<asio::ip::address> LastForwarded(std::string_view field) {
-  const std::size_t comma = field.rfind(',');
-  const std::string_view last = core::Trim(field.substr(comma == field.npos ? 0 : comma + 1));
-  ErrorCode error;
-  const auto address = asio::ip::make_address(std::string(last), error);
-  return error ? std::nullopt : std::optional(Plain(address));
 }
 
 int ThreadCount(const ServerOptions& options) {
@@ -521,8 +352,8 @@ void HttpServer::State::Note(const Parsed& parsed, const asio::ip::address& addr
                                     : parsed.head       ? "HEAD"
                                     : parsed.post       ? "POST"
                                                         : "GET";
-    options.served({method, parsed.target, address.to_string(), reply.status, BodyBytes(reply),
-                    Clock::now() - start, limit});
+    options.served({method, parsed.target, address.to_string(), reply.status,
+                    parsed.head ? 0 : BodyBytes(reply), Clock::now() - start, limit});
   }
 }
 
@@ -615,33 +446,6 @@ bool Answers(std::uint16_t port) {
   ErrorCode error;
   socket.connect({asio::ip::address_v4::loopback(), port}, error);
   return !error;
-}
-
-void WaitForEndSignal(const std::function<void()>& ready,
-                      const std::function<void(const std::stop_token&)>& reload) {
-  std::stop_source end;
-  std::atomic<bool> waiting{false};
-  asio::thread_pool reloader(1);
-  asio::io_context context;
-  asio::signal_set signals(context, SIGTERM, SIGINT);
-#ifdef SIGHUP
-  signals.add(SIGHUP);
-#endif
-  ready();
-  for (int got = 0; got != SIGTERM && got != SIGINT; context.restart()) {
-    signals.async_wait([&got](ErrorCode, int signal) { got = signal; });
-    context.run();
-    if (got != SIGTERM && got != SIGINT && !waiting.exchange(true)) {
-      asio::post(reloader, [&] {
-        waiting = false;
-        if (!end.stop_requested()) {
-          reload(end.get_token());
-        }
-      });
-    }
-  }
-  end.request_stop();
-  reloader.join();
 }
 
 }  // namespace tonadex::server

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <stop_token>
 #include <string>
 #include <string_view>
 
@@ -56,11 +55,5 @@ class HttpServer {
 
 // Whether something listens on this port of the loopback address.
 bool Answers(std::uint16_t port);
-
-// Blocks until SIGTERM or SIGINT. Calls `ready` once it handles these signals. SIGHUP (not on
-// Windows) calls `reload` in another thread; several signals before it starts count as one. At the
-// end `stop` is requested of a running reload.
-void WaitForEndSignal(const std::function<void()>& ready,
-                      const std::function<void(const std::stop_token& stop)>& reload);
 
 }  // namespace tonadex::server

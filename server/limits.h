@@ -61,9 +61,11 @@ inline constexpr std::size_t kMaxCopiedMelodies = 200;
 inline constexpr std::size_t kListingRows = 4'096;  // fetched at a time
 
 // Conversions, checks and imports, per client address. Each counts once, and once more for every
-// started kConversionBytes of its body.
+// started kConversionBytes of its body; a sound file, of up to ten minutes, counts as
+// kSoundConversions more.
 inline constexpr int kConversionsPerMinute = 1'200;
 inline constexpr std::size_t kConversionBytes = std::size_t{4} << 10;
+inline constexpr std::size_t kSoundConversions = 60;
 
 // Number of voices of a MIDI file that are converted.
 inline constexpr std::size_t kMostVoices = 32;

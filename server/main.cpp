@@ -13,6 +13,7 @@
 #include "core/windows1252.h"
 #include "platform/common/program_folder.h"
 #include "server/embedded_server.h"
+#include "server/end_signal.h"
 #include "server/file_system.h"
 #include "server/http_server.h"
 #include "server/line_log.h"
@@ -153,7 +154,9 @@ int ServeFolder(Arguments& arguments) {
 #ifdef TONADEX_POSTGRESQL
 int ServeDatabase(Arguments& arguments) {
   if (!IsDatabaseAddress(arguments.database)) {
-    throw std::runtime_error("--almacen espera una dirección postgresql://…");
+    throw std::runtime_error(
+        "--almacen espera una dirección postgresql://…, con @ / ? # % escritos como %40 %2F %3F "
+        "%23 %25 en el usuario y la contraseña");
   }
   PostgresqlStore store(
       arguments.database,

@@ -12,6 +12,7 @@ double RateLimit::Refilled(const Allowance& allowance, Clock::time_point now) co
 }
 
 bool RateLimit::Allow(std::string_view address, Clock::time_point now, double count) {
+  count = std::min<double>(count, std::max(perMinute_, 1));
   const std::lock_guard lock(mutex_);
   std::string key(address);
   auto entry = allowances_.find(key);

@@ -16,7 +16,7 @@ class RateLimit {
  public:
   explicit RateLimit(int perMinute) : perMinute_(perMinute) {}
 
-  // Counts `count` uses and returns whether they are allowed.
+  // Counts `count` uses, at most a minute's allowance, and returns whether they are allowed.
   bool Allow(std::string_view address, Clock::time_point now, double count = 1);
 
  private:

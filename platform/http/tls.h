@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-// The client side of TLS 1.2 or later, without a socket: it converts received bytes to plain text
-// and plain text to bytes to send.
+// The client side of TLS (1.2; with OpenSSL also 1.3), without a socket: it converts received bytes
+// to plain text and plain text to bytes to send.
 namespace tonadex::platform {
 
 // Why an encrypted connection fails, UTF-8.

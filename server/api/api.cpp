@@ -46,8 +46,12 @@ constexpr Endpoint kEndpoints[] = {
     {"/qr", Body::kNone, QrCode},
 };
 
-bool Fits(const Endpoint& endpoint, std::string_view path) {
-  return endpoint.path.ends_with('/') ? path.starts_with(endpoint.path) : path == endpoint.path;
+// Null when no row answers the path.
+const Endpoint* FindEndpoint(std::string_view path) {
+  const auto found = std::ranges::find_if(kEndpoints, [path](const Endpoint& endpoint) {
+    return endpoint.path.ends_with('/') ? path.starts_with(endpoint.path) : path == endpoint.path;
+  });
+  return found == std::end(kEndpoints) ? nullptr : found;
 }
 
 void CheckMethod(const Endpoint& endpoint, const Request& request) {
@@ -60,9 +64,15 @@ void CheckMethod(const Endpoint& endpoint, const Request& request) {
   }
 }
 
-void CheckLimit(const Request& request, RateLimit* conversions) {
-  const auto work = static_cast<double>(1 + request.body.size() / kConversionBytes);
-  if (conversions != nullptr && !conversions->Allow(request.client, request.now, work)) {
+// A sound has far more bytes than the melody that it is made from.
+std::size_t WorkOf(const Call& call) {
+  return 1 + call.request.body.size() / kConversionBytes +
+         (call.parameters["formato"] == "wav" ? kSoundConversions : 0);
+}
+
+void CheckLimit(const Call& call, RateLimit& conversions) {
+  const auto work = static_cast<double>(WorkOf(call));
+  if (!conversions.Allow(call.request.client, call.request.now, work)) {
     throw ApiProblem{429,
                      std::string(u8"Demasiadas conversiones en poco tiempo. Espera un minuto."_w)};
   }
@@ -72,12 +82,15 @@ Reply Answer(const Endpoint& endpoint, const Request& request, std::string_view 
              std::string_view query, Store& store, RateLimit* conversions) {
   try {
     CheckMethod(endpoint, request);
-    CheckLimit(request, endpoint.conversion ? conversions : nullptr);
-    return endpoint.answer({request, Parameters(query), path.substr(endpoint.path.size()), store});
+    const Call call{request, Parameters(query), path.substr(endpoint.path.size()), store};
+    if (endpoint.conversion && conversions != nullptr) {
+      CheckLimit(call, *conversions);
+    }
+    return endpoint.answer(call);
   } catch (const ApiProblem& problem) {
     Reply reply = ProblemReply(problem.status, problem.detail);
     if (problem.status == 405) {
-      reply.fields = endpoint.body == Body::kNone ? "Allow: GET, HEAD\r\n" : "Allow: POST\r\n";
+      reply.fields = AllowField(path);
     }
     return reply;
   } catch (const StoreAway&) {
@@ -144,11 +157,9 @@ Reply JsonReply(std::string_view utf8, int status) {
 
 Reply AnswerApi(const Request& request, std::string_view path, std::string_view query, Store& store,
                 RateLimit* conversions) {
-  const auto endpoint =
-      std::ranges::find_if(kEndpoints, [&](const Endpoint& e) { return Fits(e, path); });
-  Reply reply = endpoint == std::end(kEndpoints)
-                    ? ProblemReply(404)
-                    : Answer(*endpoint, request, path, query, store, conversions);
+  const Endpoint* endpoint = FindEndpoint(path);
+  Reply reply = endpoint == nullptr ? ProblemReply(404)
+                                    : Answer(*endpoint, request, path, query, store, conversions);
   if (!request.post) {
     reply = WithETag(std::move(reply), request.ifNoneMatch);
     reply.fields += "Access-Control-Allow-Origin: *\r\n";
@@ -156,10 +167,15 @@ Reply AnswerApi(const Request& request, std::string_view path, std::string_view 
   return Compressed(std::move(reply), request.acceptEncoding);
 }
 
+std::string AllowField(std::string_view path) {
+  const Endpoint* endpoint = FindEndpoint(path);
+  const bool posted = endpoint != nullptr && endpoint->body != Body::kNone;
+  return posted ? "Allow: POST\r\n" : "Allow: GET, HEAD\r\n";
+}
+
 std::string_view ApiRoute(std::string_view path) {
-  const auto endpoint =
-      std::ranges::find_if(kEndpoints, [&](const Endpoint& e) { return Fits(e, path); });
-  return endpoint == std::end(kEndpoints) ? "" : endpoint->path;
+  const Endpoint* endpoint = FindEndpoint(path);
+  return endpoint == nullptr ? "" : endpoint->path;
 }
 
 }  // namespace tonadex::server

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "server/handler.h"
@@ -11,6 +12,9 @@ namespace tonadex::server {
 // is no rate limit for conversions. Throws std::bad_alloc at most.
 Reply AnswerApi(const Request& request, std::string_view path, std::string_view query, Store& store,
                 RateLimit* conversions);
+
+// The header line "Allow" of a 405 reply for this path.
+std::string AllowField(std::string_view path);
 
 // The row's path, for counting requests; "" when no row answers `path`.
 std::string_view ApiRoute(std::string_view path);

@@ -19,6 +19,7 @@
 #include "phones/rtttl_repair.h"
 #include "phones/smf_choice.h"
 #include "server/api/call.h"
+#include "server/limits.h"
 
 namespace tonadex::server {
 namespace {
@@ -161,7 +162,8 @@ Reply MelodyFile(const Call& call) {
                             return phones::WriteMelodyFile(*format, line).bytes;
                           }));
   reply.contentType = TypeOf(format->extension);
-  const std::string name = core::ToUtf8(line.substr(0, line.find(':')));
+  const std::string name =
+      core::ToUtf8(line.substr(0, std::min(line.find(':'), kMaxDescriptionBytes)));
   reply.fields = "Content-Disposition: attachment; filename*=UTF-8''" + PercentEncoded(name) + "." +
                  std::string(format->extension) + "\r\n";
   return reply;

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "core/windows1252.h"
+#include "server/api/api.h"
 
 namespace tonadex::server {
 namespace {
@@ -58,7 +59,8 @@ Reply RefusalReply(int status, std::string_view target) {
                                                                  : status == 403 ? kForeign
                                                                                  : kBad);
   if (status == 405) {
-    reply.fields = "Allow: GET, HEAD\r\n";
+    target.remove_prefix(target.starts_with(kApiPath) ? kApiPath.size() : 0);
+    reply.fields = AllowField(target.substr(0, target.find('?')));
   }
   return reply;
 }

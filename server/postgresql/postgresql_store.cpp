@@ -295,7 +295,19 @@ std::size_t PostgresqlStore::CopyFrom(const fs::path& folder) {
 }
 
 bool IsDatabaseAddress(std::string_view address) {
-  return address.starts_with("postgresql://") || address.starts_with("postgres://");
+  const std::string_view scheme = address.substr(0, address.find("://"));
+  if (scheme.size() == address.size() || (scheme != "postgresql" && scheme != "postgres")) {
+    return false;
+  }
+  const std::string_view rest = address.substr(scheme.size() + 3);
+  for (std::size_t at = rest.find('%'); at != rest.npos; at = rest.find('%', at + 1)) {
+    const std::string_view digits = rest.substr(at + 1, 2);
+    if (digits.size() < 2 || digits.find_first_not_of("0123456789abcdefABCDEF") != digits.npos) {
+      return false;
+    }
+  }
+  const std::size_t host = rest.rfind('@');
+  return host == rest.npos || rest.substr(0, host).find_first_of("@/?#") == rest.npos;
 }
 
 }  // namespace tonadex::server

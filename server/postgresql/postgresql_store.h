@@ -50,7 +50,9 @@ class PostgresqlStore final : public Store {
   std::unique_ptr<State> state_;
 };
 
-// Whether the value of --almacen is a database URI.
+// Whether the value of --almacen is a database URI. False also for unescaped special characters in
+// its user or password: libpq would read a part of the password as a host, port or database and
+// show it in error messages.
 bool IsDatabaseAddress(std::string_view address);
 
 }  // namespace tonadex::server

@@ -1,4 +1,5 @@
 #include "server/http_server.h"
+#include "server/end_signal.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>

@@ -272,7 +272,16 @@ def check_away(database, servers):
     print("away three times: 503, then back")
 
 
+def check_secret():
+    """A password that libpq would read as a host, a port or an escape, and show."""
+    for address in ("u:ge/heim@h/x", "u:ge@heim@h/x", "u:ge%zzheim@h/x", "u@h/x?password=heim%"):
+        said = subprocess.run([SERVER, "--puerto", "0", "--almacen", "postgresql://" + address],
+                              capture_output=True, text=True, timeout=60)
+        assert said.returncode == 1 and "heim" not in said.stderr, said.stderr
+
+
 def main():
+    check_secret()
     with tempfile.TemporaryDirectory() as home, RunningDatabase() as database, Store(home, database) as store:
         check_the_same_answers(home, database, store)
         check_schema(database, store)
