@@ -130,9 +130,11 @@ void CheckReplies(std::string_view replies, const std::vector<std::string>& log)
     const std::size_t body = replies.find("\r\n\r\n");
     Require(body != replies.npos, "a reply without end");
     const std::string length = "\r\nContent-Length: " + std::string(fields[5]) + "\r\n";
-    Require(fields[4] == "304" || replies.substr(0, body).find(length) != replies.npos,
+    const std::size_t size = std::stoul(std::string(fields[5]));
+    Require(fields[2] != "HEAD" || size == 0, "bytes for a reply without a body");
+    Require(fields[4] == "304" || fields[2] == "HEAD" ||
+                replies.substr(0, body).find(length) != replies.npos,
             "another length than the log's");
-    const std::size_t size = fields[2] == "HEAD" ? 0 : std::stoul(std::string(fields[5]));
     Require(replies.size() >= body + 4 + size, "a reply that is cut");
     replies.remove_prefix(body + 4 + size);
   }
