@@ -97,7 +97,7 @@ CLI::Option* AddOption(CLI::App& app, const Option& option, Value* value) {
 }
 
 std::shared_ptr<CLI::Formatter> SpanishHelp() {
-  const auto formatter = std::make_shared<CLI::Formatter>();
+  auto formatter = std::make_shared<CLI::Formatter>();
   formatter->label("Usage", "Uso");
   formatter->label("OPTIONS", "OPCIONES");
   formatter->label("SUBCOMMAND", "ORDEN");
