@@ -87,11 +87,11 @@ TEST(ParseRTTTLNote, ReadsByPosition) {
 }
 
 TEST(ShowRTTTLError, SaysWhatTheCodeMeans) {
-  for (const Row& row : Table("Error boxes")) {
+  test::ExpectRows("Error boxes", [](const Row& row) {
     const test::Boxes boxes;
     ShowRTTTLError(static_cast<std::int16_t>(std::stoi(row[0])));
-    EXPECT_EQ(boxes.Text(), row[1]);
-  }
+    return boxes.Text();
+  });
 }
 
 TEST(InitMelody, LeavesNothingOfAnotherMelody) {

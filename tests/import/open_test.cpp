@@ -9,14 +9,6 @@
 namespace tonadex::import {
 namespace {
 
-std::string Beginnings(const std::vector<std::string>& remarks) {
-  std::string words;
-  for (const std::string& remark : remarks) {
-    words += (words.empty() ? "" : ";") + core::ToUtf8(remark).substr(0, 17);
-  }
-  return words;
-}
-
 TEST(OpenMelodyFile, ReadsWhatOthersWriteAndSaysWhereItIsDamaged) {
   for (const test::Row& row : test::Table("Files")) {
     SCOPED_TRACE(row[0]);
@@ -24,7 +16,9 @@ TEST(OpenMelodyFile, ReadsWhatOthersWriteAndSaysWhereItIsDamaged) {
     try {
       const OpenedFile file = OpenMelodyFile(row[0], "Fichero.txt");
       got = core::ToUtf8(file.melodies.at(0).text);
-      remarks = Beginnings(file.melodies[0].remarks);
+      for (const std::string& remark : file.melodies[0].remarks) {
+        remarks += (remarks.empty() ? "" : ";") + core::ToUtf8(remark).substr(0, 17);
+      }
     } catch (const core::RunTimeError& error) {
       got = core::ToUtf8(error.what());
     }

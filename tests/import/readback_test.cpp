@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "core/rtttl_writer.h"
 #include "core/windows1252.h"
@@ -14,6 +15,7 @@
 #include "phones/conversion.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/melodies.h"
+#include "tests/support/temp_folder.h"
 
 namespace tonadex::import {
 namespace {
@@ -26,37 +28,22 @@ constexpr Lengths Undotted(std::array<int, 6> plain) {
   return {plain, plain};
 }
 constexpr Lengths kPlain = Undotted(kExact[0]);
-constexpr Lengths kIMelodyPauses = {{{16, 16, 12, 8, 4, 4}, {24, 20, 16, 10, 6, 6}}};
+constexpr Lengths kNoRests = {}, kIMelodyPauses = {{{16, 16, 12, 8, 4, 4}, {24, 20, 16, 10, 6, 6}}};
 
-// Maps a written octave to the one that reads back, for a melody with this base octave.
-using OctaveRule = int (*)(int octave, int base);
-int Same(int octave, int) {
-  return octave;
-}
-int Three(int octave, int base) {
-  return 5 + (octave > base) + (octave > base + 1);
-}
-int ThreeFrom4(int octave, int base) {
-  return 4 + (octave > base) + (octave > base + 1);
-}
-int Four(int octave, int base) {
-  return 5 + std::clamp(octave, base, base + 3) - base;
-}
-int Keys4(int octave, int base) {
-  return octave >= base + 3 ? base + 3 : Four(octave, base);
-}
-int Above(int octave, int base) {
-  return octave > base ? 6 : 5;
-}
-int AboveFive(int octave, int) {
-  return octave > 5 ? 6 : 5;
-}
-int Three5(int octave, int) {
-  return std::clamp(octave, 5, 7);
-}
-int From4To7(int octave, int) {
-  return std::clamp(octave, 4, 7);
-}
+// The octave that reads back: `lowest` and up to `span` above it, counted from the octave `from`
+// or, if that is negative, from the melody's base octave.
+struct Octaves {
+  int lowest, span, from = -1;
+  bool keepsTop = false;  // the highest of them reads back as it is
+
+  int Of(int octave, int base) const {
+    base = from < 0 ? base : from;
+    return keepsTop && octave >= base + span ? base + span
+                                             : lowest + std::clamp(octave - base, 0, span);
+  }
+};
+constexpr Octaves kSame{0, 99, 0}, kThree{5, 2}, kThreeFrom4{4, 2}, kFour{5, 3}, kTwo{5, 1},
+    kSms{5, 2, 5}, kIMelodyKeys{5, 3, -1, true}, kTrium{5, 1, 5}, kSmart{4, 3, 4};
 
 std::string ForModel(const std::string& model, const std::string& rtttl) {
   core::RTTTLMelody melody = test::MelodyOf(rtttl);
@@ -78,12 +65,12 @@ struct Format {
   std::string_view name;  // the phone model, or the function that writes it
   FileKind kind;
   Lengths notes, pauses;
-  OctaveRule octave = Same;
+  Octaves octave = kSame;
   std::size_t nameHeld = 0;  // maximum length of the name
   bool keepsTempo = false;
-  int tempo = 0;       // the tempo at which lengths are exact; 0 for any
-  int baseIfNone = 0;  // the writer's base octave if the melody sets none
-  Lengths rests = {};  // lengths of pauses after a note, if they differ
+  int tempo = 0;             // the tempo at which lengths are exact; 0 for any
+  int baseIfNone = 0;        // the writer's base octave if the melody sets none
+  Lengths rests = kNoRests;  // lengths of pauses after a note, if they differ
   std::size_t notesHeld = 10'000;
   bool sharpOnDotted = true;
 };
@@ -96,32 +83,24 @@ constexpr Lengths kMotorola = Undotted({32, 32, 16, 16, 4, 4});
 
 // What reads back of a melody, by format.
 const Format kFormats[] = {
-    {" RTTTL (cable)", FileKind::kRtttl, kExact, kExact, Same, 100, true},
-    {" RTTTL (cable-Tempo125)", FileKind::kRtttl, kExact, kExact, Same, 100, true, 125},
-    {" Compositor", FileKind::kComposer, kExact, kExact, Three},
-    {" Pulsaciones", FileKind::kKeys, kExact, kPlain, Three},
-    {" EMelody", FileKind::kEMelody, kEMelody, kEMelody, Above},
-    {" IMelody", FileKind::kIMelody, kExact, kIMelodyPauses, Four, 100, true},
-    {" Pulsaciones tipo 1", FileKind::kKeys, kSamsung, kSamsung, ThreeFrom4, 0, false, 0, 4,
+    {" RTTTL (cable)", FileKind::kRtttl, kExact, kExact, kSame, 100, true},
+    {" RTTTL (cable-Tempo125)", FileKind::kRtttl, kExact, kExact, kSame, 100, true, 125},
+    {" Compositor", FileKind::kComposer, kExact, kExact, kThree},
+    {" Pulsaciones", FileKind::kKeys, kExact, kPlain, kThree},
+    {" EMelody", FileKind::kEMelody, kEMelody, kEMelody, kTwo},
+    {" IMelody", FileKind::kIMelody, kExact, kIMelodyPauses, kFour, 100, true},
+    {" Pulsaciones tipo 1", FileKind::kKeys, kSamsung, kSamsung, kThreeFrom4, 0, false, 0, 4,
      kSamsung1Rests},
-    {" Pulsaciones tipo 2", FileKind::kKeys, kSamsung, kSamsung2Pauses, ThreeFrom4, 0, false, 0, 4},
-    {" Motorola por SMS", FileKind::kMotorolaSms, kPlain, kPlain, Three5, 0, false, 0, 0, {}, 35},
-    {" Motorola Pulsaciones Tipo 1", FileKind::kKeys, kMotorola, kMotorola, Three, 0, false, 0, 5},
-    {" Motorola iMelody",
-     FileKind::kIMelodyKeys,
-     kExact,
-     kIMelodyPauses,
-     Keys4,
-     0,
-     false,
-     125,
-     5,
-     {},
-     10'000,
-     false},
-    {"MDY (cable)", FileKind::kTriumMdy, kExact, kExact, AboveFive, 100, true, 100},
-    {"ott", FileKind::kOtt, kExact, kExact, From4To7, 15, true, 112},
-    {"sckl", FileKind::kSckl, kExact, kExact, From4To7, 15, true, 112},
+    {" Pulsaciones tipo 2", FileKind::kKeys, kSamsung, kSamsung2Pauses, kThreeFrom4, 0, false, 0,
+     4},
+    {" Motorola por SMS", FileKind::kMotorolaSms, kPlain, kPlain, kSms, 0, false, 0, 0, kNoRests,
+     35},
+    {" Motorola Pulsaciones Tipo 1", FileKind::kKeys, kMotorola, kMotorola, kThree, 0, false, 0, 5},
+    {" Motorola iMelody", FileKind::kIMelodyKeys, kExact, kIMelodyPauses, kIMelodyKeys, 0, false,
+     125, 5, kNoRests, 10'000, false},
+    {"MDY (cable)", FileKind::kTriumMdy, kExact, kExact, kTrium, 100, true, 100},
+    {"ott", FileKind::kOtt, kExact, kExact, kSmart, 15, true, 112},
+    {"sckl", FileKind::kSckl, kExact, kExact, kSmart, 15, true, 112},
 };
 
 std::string Written(const Format& format, const std::string& rtttl) {
@@ -162,7 +141,7 @@ std::vector<Sound> Held(const Format& format, core::RTTTLMelody melody) {
       continue;
     }
     const bool natural = note.dotted && note.IsSharp() && !format.sharpOnDotted && note.length > 0;
-    Append(sounds, {formats::SemitoneOf(note) - natural + 12 * format.octave(note.octave, base),
+    Append(sounds, {formats::SemitoneOf(note) - natural + 12 * format.octave.Of(note.octave, base),
                     format.notes[dotted][note.length]});
     Append(sounds, {-1, format.rests[dotted][note.length]});
   }
@@ -251,6 +230,25 @@ TEST(ReadBack, KeepsTheTimesOfKws) {
       // Every time is rounded to a millisecond.
       ASSERT_NEAR(got[i].ms, want[i].ms, 1 + static_cast<double>(i)) << i;
     }
+  }
+}
+
+// An independent program reads the Smart Messaging files.
+TEST(Gammu, ReadsOurSmartMessages) {
+  if (std::system("gammu --version > /dev/null 2>&1") != 0) {
+    GTEST_SKIP() << "gammu is not installed";
+  }
+  const test::TempFolder folder;
+  const std::string ott = (folder / "m.ott").string(), text = (folder / "m.rtttl").string();
+  for (const std::string& rtttl : test::Shelf()) {
+    SCOPED_TRACE(rtttl);
+    folder.Write("m.ott", Ott(rtttl));
+    const std::string command = "LC_ALL=C.UTF-8 timeout 10 gammu copyringtone " + ott + " " + text +
+                                " RTTL > " + text + ".log 2>&1 </dev/null";
+    ASSERT_EQ(std::system(command.c_str()), 0) << folder.Read("m.rtttl.log");
+    // Gammu drops accented letters from the name, which may become empty.
+    ASSERT_EQ(test::PlainNotes("x" + folder.Read("m.rtttl")), test::PlainNotes(rtttl));
+    std::filesystem::remove(text);
   }
 }
 

@@ -18,18 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<fs::path> FilesOfOthers() {
-  std::vector<fs::path> files;
-  for (const auto& entry : fs::recursive_directory_iterator(TONADEX_MIDI_FILES)) {
-    const std::string kind = entry.path().extension().string();
-    if (entry.is_regular_file() && (kind == ".mid" || kind == ".midi")) {
-      files.push_back(entry.path());
-    }
-  }
-  std::ranges::sort(files);
-  return files;
-}
-
 using Tracks = std::vector<std::vector<SmfNote>>;
 
 // Parses lines like "2, 480, Note_on_c, 0, 60, 64".
@@ -69,30 +57,37 @@ Tracks NotesInCsv(const fs::path& csv) {
 }
 
 TEST(FilesOfOthers, HaveTheNotesThatAnotherProgramFinds) {
-  if (std::system(TONADEX_FETCH_MIDI_FILES " " TONADEX_MIDI_FILES " > /dev/null 2>&1") != 0) {
+  const std::string midiFiles = TONADEX_MIDI_FILES,
+                    fetch =
+                        fs::path(TONADEX_TABLE).replace_filename("fetch_midi_files.sh").string();
+  if (std::system((fetch + " " + midiFiles + " > /dev/null 2>&1").c_str()) != 0) {
     GTEST_SKIP() << "The packages with MIDI files cannot be fetched: no network, or apt-get "
                     "update has not been run.";
   }
   const test::TempFolder folder;
   const std::string csv = (folder / "csv").string();
   std::size_t files = 0;
-  for (const fs::path& file : FilesOfOthers()) {
+  for (const auto& entry : fs::recursive_directory_iterator(midiFiles)) {
+    const fs::path& file = entry.path();
+    if (!entry.is_regular_file() || (file.extension() != ".mid" && file.extension() != ".midi")) {
+      continue;
+    }
+    SCOPED_TRACE(file);
     const auto read = ReadSmf(*files::ReadWhole(file));
-    ASSERT_TRUE(std::holds_alternative<SmfFile>(read)) << file << std::get<SmfFault>(read).sentence;
-    ASSERT_EQ(
-        std::system((TONADEX_MIDI_FILES "/usr/bin/midicsv " + file.string() + " " + csv).c_str()),
-        0);
-    const Tracks tracks = NotesInCsv(csv);
+    ASSERT_TRUE(std::holds_alternative<SmfFile>(read)) << std::get<SmfFault>(read).sentence;
     const SmfFile& ours = std::get<SmfFile>(read);
-    ASSERT_EQ(ours.tracks.size(), tracks.size()) << file;
+    const std::string midicsv = midiFiles + "/usr/bin/midicsv " + file.string() + " " + csv;
+    ASSERT_EQ(std::system(midicsv.c_str()), 0);
+    const Tracks tracks = NotesInCsv(csv);
+    ASSERT_EQ(ours.tracks.size(), tracks.size());
     for (std::size_t i = 0; i < tracks.size(); ++i) {
-      ASSERT_EQ(ours.tracks[i].notes, tracks[i]) << file << " track " << i + 1;
+      ASSERT_EQ(ours.tracks[i].notes, tracks[i]) << "track " << i + 1;
     }
     const auto voices = VoicesOf(ours);
     const auto tune = std::ranges::find(voices, true, &SmfVoice::tune);
-    ASSERT_NE(tune, voices.end()) << file;
+    ASSERT_NE(tune, voices.end());
     const SmfMelody made = MelodyOf(ours, *tune, {.name = "x", .mostNotes = 50});
-    EXPECT_GE(made.melody.notes.size(), 4u) << file;
+    EXPECT_GE(made.melody.notes.size(), 4u);
     ++files;
   }
   EXPECT_GE(files, 30u);

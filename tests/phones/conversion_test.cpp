@@ -1,3 +1,4 @@
+// The catalogue of phones, and conversions for them.
 #include "phones/conversion.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +7,8 @@
 
 #include "phones/catalogue.h"
 #include "phones/formats.h"
+#include "phones/phone_description.h"
+#include "phones/phone_finder.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/fakes.h"
@@ -146,6 +149,62 @@ TEST(ConvertSelectedMelody, SavesFiles) {
                                                            : "Grabar MIDI| (*.mid)|*.mid||2");
   }
   EXPECT_TRUE(SavesFile(" KWS") && SavesFile("MIDI (cable)") && !SavesFile(" Compositor"));
+}
+
+// Every saved model restores its brand, except that EMS lists models of other makes as well and the
+// brand of the two generic Samsung formats is not restored.
+TEST(PhoneCatalogue, EveryModelRestoresItsBrand) {
+  std::vector<std::string> brands = {"kept"};
+  const PhoneCatalogue catalogue = LoadPhoneCatalogue(brands);
+  EXPECT_EQ(brands,
+            (std::vector<std::string>{"kept", "Nokia", "Kyocera", "Samsung", "EMS", "Motorola",
+                                      "Ericsson", "Mitsubishi Trium", "Siemens"}));
+  EXPECT_EQ(CatalogueRows().size(), 29u);
+  for (std::size_t i = 0; i < CatalogueRows().size(); ++i) {
+    const CatalogueRow& row = CatalogueRows()[i];
+    EXPECT_EQ(catalogue.rows[i],
+              std::string(row.brand) + "^" + std::string(row.model) + "^" + std::string(row.code));
+    const auto brand = RestoredBrand(row.model);
+    EXPECT_EQ(brand ? brands.at(*brand + 1) : "Samsung", row.brand) << row.model;
+    EXPECT_EQ(brand.has_value(), !row.model.starts_with(" Pulsaciones tipo")) << row.model;
+  }
+  test::ExpectRows("Labels", [](const test::Row& row) { return FormatLabel(row[0]); });
+}
+
+TEST(PhoneCatalogue, ListsAndRestoresExactly) {
+  std::vector<std::string> ignored;
+  PhoneCatalogue catalogue = LoadPhoneCatalogue(ignored);
+  EXPECT_EQ(ModelsOfBrand(catalogue, "EMS"),
+            (std::vector<std::string_view>{" EMelody", " IMelody"}));
+  EXPECT_EQ(ModelsOfBrand(catalogue, "Nokia").size(), 5u);
+  catalogue.rows[400] = "Nokia^a^b^c";
+  catalogue.rows[401] = "Nokia^a";
+  catalogue.rows[500] = "Nokia^ last^x";
+  EXPECT_EQ(ModelsOfBrand(catalogue, "Nokia").back(), " last");
+  EXPECT_EQ(ModelsOfBrand(catalogue, "Nokia").size(), 6u);
+  for (const std::string_view brand : {"nokia", "Nokia ", "", "Mitsubishi"}) {
+    EXPECT_TRUE(ModelsOfBrand(catalogue, brand).empty()) << brand;
+  }
+  EXPECT_EQ(RestoredBrand(" Pulsaciones Tipo 1"), 2u);
+  EXPECT_EQ(RestoredBrand(" Pulsaciones Tipo 2"), 2u);
+  EXPECT_EQ(RestoredBrand(""), std::nullopt);
+  EXPECT_EQ(RestoredBrand("EMelody"), std::nullopt);
+}
+
+TEST(FindPhones, TakesLooseNames) {
+  test::ExpectRows("Phones", [](const test::Row& row) {
+    std::string models;
+    for (const CatalogueRow& found : FindPhones(row[0])) {
+      models.append("[").append(found.model).append("]");
+    }
+    return models;
+  });
+}
+
+TEST(PhoneDescription, NamesThePhoneAndWhatItGets) {
+  test::ExpectRows("Words", [](auto& row) { return core::ToUtf8(PhoneName(row[0])); });
+  test::ExpectRows(
+      "Words", [](auto& row) { return core::ToUtf8(PhoneGets(row[0])); }, 2);
 }
 
 }  // namespace

@@ -1,14 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 
-#include "core/rtttl.h"
-#include "core/text.h"
+#include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
+#include "phones/transpose.h"
 #include "tests/core/table.h"
+#include "tests/support/melodies.h"
 
 namespace tonadex::phones {
 namespace {
@@ -69,21 +69,41 @@ TEST(RepairRtttl, KeepsTheSoundOfGoodNotes) {
       damaged += comma + (random() % 4 == 0 ? duration + pitch + octave + dot
                                             : duration + pitch + dot + octave);
     }
-    const auto notes = [](const std::string& text) {
-      core::RTTTLMelody parsed;
-      parsed.Text = "V:d=4,o=6,b=100:" + text;
-      core::ParseRTTTL(parsed);
-      return parsed;
-    };
-    const core::RTTTLMelody want = notes(meant);
-    const core::RTTTLMelody read = notes(damaged);
-    const auto alike = [&want](const core::RTTTLMelody& other) {
-      return std::ranges::equal(want.Notes, other.Notes);
-    };
-    EXPECT_EQ(CheckRtttl(read.Text).verdict == Verdict::kGood, alike(read)) << damaged;
-    const std::string repaired = RepairRtttl(read.Text).front().text;
-    EXPECT_TRUE(alike(notes(repaired.substr(repaired.rfind(':') + 1)))) << damaged;
+    const std::string header = "V:d=4,o=6,b=100:", text = header + damaged;
+    const auto want = test::PlainNotes(header + meant);
+    EXPECT_EQ(CheckRtttl(text).verdict == Verdict::kGood, test::PlainNotes(text) == want) << text;
+    EXPECT_EQ(test::PlainNotes(RepairRtttl(text).front().text), want) << text;
   }
+}
+
+TEST(Transposed, MovesEachNoteAndComesBack) {
+  std::mt19937 random(20261122);
+  for (int round = 0; round < 300; ++round) {
+    const std::string text = core::RtttlText(test::AnyMelody(random));
+    const int semitones = static_cast<int>(random() % 49) - 36;  // to the octaves 1 to 8
+    SCOPED_TRACE(text + " by " + std::to_string(semitones));
+    const std::string moved = Transposed(text, semitones), back = Transposed(moved, -semitones);
+    auto want = test::PlainNotes(text);
+    EXPECT_EQ(test::PlainNotes(back), want);
+    for (core::PlainNote& note : want) {
+      const int pitch = 12 * note.octave + note.semitone + semitones;
+      note = note.semitone < 0 ? note
+                               : core::PlainNote{pitch % 12, pitch / 12, note.length, note.dotted};
+    }
+    EXPECT_EQ(test::PlainNotes(moved), want);
+    EXPECT_EQ(Transposed(back, semitones), moved);
+  }
+}
+
+TEST(Transposed, WritesWhatAPersonWouldOrSaysWhyNot) {
+  const auto transposed = [](const test::Row& row) {
+    try {
+      return Transposed(row[0], std::stoi(row[1]));
+    } catch (const core::RunTimeError& error) {
+      return core::ToUtf8(error.what());
+    }
+  };
+  test::ExpectRows("Transposed", transposed, 2);
 }
 
 }  // namespace

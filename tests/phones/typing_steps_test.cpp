@@ -1,5 +1,5 @@
-// Splits results of keys into steps, and types them into a simulated Nokia composer. That the other
-// phones' keys give the melody is tested in tests/import, which reads them back.
+// Splits results of keys into steps. That the keys give the melody is tested in tests/import, which
+// reads them back.
 #include "phones/typing_steps.h"
 
 #include <gtest/gtest.h>
@@ -121,58 +121,6 @@ TEST(TypingSteps, TakeAnyTextApartInLinearTime) {
   EXPECT_EQ(std::ranges::count_if(CatalogueRows(),
                                   [](const auto& row) { return FindKeypad(row.model) != nullptr; }),
             14);
-}
-
-// A simulated Nokia composer: the keys pressed and the notation on its display. Keys act at once
-// and on the last note; the next note takes over its octave and duration, but not the duration of a
-// pause.
-std::string TypedIntoNokia(const Steps& steps) {
-  struct Note {
-    char letter;  // 'p' for a pause
-    bool sharp, dotted;
-    int octave, duration;
-  };
-  std::vector<Note> notes;
-  int octave = 1, duration = 4;
-  const auto press = [&](char key, bool held) {
-    if (key >= '0' && key <= '7') {
-      notes.push_back({"pcdefgab"[key - '0'], false, held, octave, duration});
-      return;
-    }
-    Note& last = notes.back();
-    last.sharp = last.sharp != (key == '#');
-    last.duration = key == '8'   ? std::min(last.duration * 2, 32)
-                    : key == '9' ? std::max(last.duration / 2, 1)
-                                 : last.duration;
-    last.octave = key == '*' ? last.octave % 3 + 1 : last.octave;
-    octave = last.letter == 'p' ? octave : last.octave;
-    duration = last.letter == 'p' ? duration : last.duration;
-  };
-  for (const TypingStep& step : steps) {
-    for (const KeyPress& each : step.keys) {
-      for (int i = 0; i < each.times; ++i) {
-        press(each.key, each.hold);
-      }
-    }
-  }
-  std::string shown;
-  for (const Note& note : notes) {
-    shown += std::to_string(note.duration) + (note.dotted ? "." : "");
-    shown += note.letter == 'p' ? "-"
-                                : (note.sharp ? "#" : "") + std::string(1, note.letter) +
-                                      std::to_string(note.octave);
-    shown += ' ';
-  }
-  return shown;
-}
-
-// Except the dots of pauses: their key is not held.
-TEST(TypingSteps, GiveTheComposerNotationOnANokia) {
-  for (const std::string& melody : test::Melodies()) {
-    const std::string typed = TypedIntoNokia(ConvertAndTakeApart(melody, kModels[0]).steps);
-    std::string notation = ConvertAndTakeApart(melody, " Compositor").result;
-    ASSERT_EQ(typed, core::ReplaceAll(notation, ".-", "-")) << melody;
-  }
 }
 
 // The display of the steps, note by note, equals the composer result of the same melody, except for

@@ -27,21 +27,14 @@ std::string Text(const Colour& colour) {
          std::to_string(colour.blue);
 }
 
-template <typename Number>
-void Say(std::string& words, const char* name, Number value, Number usual) {
-  if (value != usual) {
-    words += std::string(words.empty() ? "" : " ") + name + std::to_string(value);
-  }
-}
-
 void Say(std::string& words, const std::string& word, bool said) {
   words += said ? (words.empty() ? "" : " ") + word : "";
 }
 
 std::string Words(const RunFormat& format) {
   std::string words;
-  Say(words, "f", format.font, -1);
-  Say(words, "fs", format.halfPoints, kDefaultHalfPoints);
+  Say(words, "f" + std::to_string(format.font), format.font != -1);
+  Say(words, "fs" + std::to_string(format.halfPoints), format.halfPoints != kDefaultHalfPoints);
   for (const auto& [word, said] : {std::pair{"b", format.bold},
                                    {"i", format.italic},
                                    {"ul", format.underline},
@@ -67,18 +60,19 @@ std::string Words(const ParagraphFormat& format) {
                                     {"fi", format.first},
                                     {"sb", format.before},
                                     {"sa", format.after}}) {
-    Say(words, word, value, 0);
+    Say(words, word + std::to_string(value), value != 0);
   }
-  Say(words, format.lineFactor ? "lines" : "sl", format.lineHeight, 0);
+  Say(words, (format.lineFactor ? "lines" : "sl") + std::to_string(format.lineHeight),
+      format.lineHeight != 0);
   Say(words, "page", format.pageBefore);
   Say(words, "shade" + Text(format.shading.value_or(Colour{})), format.shading.has_value());
   for (const Tab& tab : format.tabs) {
-    Say(words, kTabs[static_cast<std::size_t>(tab.kind)], tab.position, -1);
+    Say(words, kTabs[static_cast<std::size_t>(tab.kind)] + std::to_string(tab.position), true);
   }
   for (std::size_t side = 0; side < 4; ++side) {
     const Border& border = format.borders[side];
-    Say(words, kSides[side], border.width, 0);
-    Say(words, "+", border.space, 0);
+    Say(words, kSides[side] + std::to_string(border.width), border.width != 0);
+    Say(words, "+" + std::to_string(border.space), border.space != 0);
     Say(words, "in" + Text(border.colour.value_or(Colour{})), border.colour.has_value());
   }
   return words;
@@ -109,9 +103,7 @@ TEST(ReadRtf, TextAndFormats) {
   for (const auto& [source, want] : cases) {
     EXPECT_EQ(Describe(ReadRtf(source)), want) << source;
   }
-  for (const test::Row& row : test::Table("Sources")) {
-    EXPECT_EQ(Describe(ReadRtf(row[0])), row[1]) << row[0];
-  }
+  test::ExpectRows("Sources", [](const test::Row& row) { return Describe(ReadRtf(row[0])); });
 }
 
 TEST(ReadRtf, Tables) {
