@@ -9,9 +9,9 @@
 #include <set>
 #include <string>
 
-#include "core/rtttl.h"
 #include "core/text.h"
 #include "formats/octave_range.h"
+#include "tests/core/test_melody.h"
 
 namespace tonadex::data {
 namespace {
@@ -22,13 +22,13 @@ using std::string;
 constexpr int kWhole = 64;
 constexpr int kQuarter = kWhole / 4;
 
-// Names have no characters that are invalid in file names, addresses or RTTTL.
-const string kName = R"([^().,:/\\?'&#=|"*<>\x01-\x1F\x7F ]+)";
-const std::regex kMelody(kName + "(?: " + kName +
-                         ")*:d=(?:1|2|4|8|16|32),o=[4-7],b=(?:[4-9]\\d|1\\d\\d|2[0-3]\\d|240):"
-                         "[^:]+");
-// Pauses take neither dot nor octave.
-const std::regex kNote("(?:1|2|4|8|16|32)?(?:p|(?:[cdfga]#?|[eb])\\.?[4-7]?)");
+// Names have no characters that are invalid in file names, addresses or RTTTL; pauses take neither
+// dot nor octave.
+const string kWord = R"([^().,:/\\?'&#=|"*<>\x01-\x1F\x7F ]+)";
+const string kNote = R"((?:1|2|4|8|16|32)?(?:p|(?:[cdfga]#?|[eb])\.?[4-7]?))";
+const std::regex kMelody(kWord + "(?: " + kWord + ")*" +
+                         R"(:d=(?:1|2|4|8|16|32),o=[4-7],b=(?:[4-9]\d|1\d\d|2[0-3]\d|240):)" +
+                         kNote + "(?:," + kNote + ")*");
 const std::regex kMetre("([1-9]\\d?)/(1|2|4|8|16|32)");
 const std::regex kUpbeat("(\\d\\d?)(?:/(1|2|4|8|16))?");
 const std::regex kStem("[A-Za-z0-9_-]+");
@@ -36,10 +36,9 @@ const std::regex kStem("[A-Za-z0-9_-]+");
 // "3/8" as a multiple of `unit`; -1 for a text that is not a fraction.
 int Fraction(const string& text, const std::regex& form, int unit) {
   std::smatch parts;
-  if (!std::regex_match(text, parts, form)) {
-    return -1;
-  }
-  return std::stoi(parts[1]) * unit / (parts[2].matched ? std::stoi(parts[2]) : 1);
+  return !std::regex_match(text, parts, form) ? -1
+         : parts[2].matched                   ? std::stoi(parts[1]) * unit / std::stoi(parts[2])
+                                              : std::stoi(parts[1]) * unit;
 }
 
 int Length(const core::RTTTLNote& note) {
@@ -89,19 +88,9 @@ string Fault(const ShelfRow& row) {
     return "bad stem or flag";
   }
   if (!std::regex_match(row.rtttl, kMelody)) {
-    return "bad name or header";
+    return "bad name, header or note";
   }
-  const std::string_view notes = std::string_view(row.rtttl).substr(row.rtttl.rfind(':') + 1);
-  for (const std::string_view note : core::SplitText(notes, ',')) {
-    if (!std::regex_match(note.begin(), note.end(), kNote)) {
-      return "bad note " + string(note);
-    }
-  }
-  core::RTTTLMelody melody;
-  melody.Text = row.rtttl;
-  if (core::ParseRTTTL(melody) != core::kParsed) {
-    return "does not parse";
-  }
+  core::RTTTLMelody melody = test::ParsedMelody(row.rtttl);
   const string fault = BarFault(melody.Notes, Fraction(row.metre, kMetre, kWhole),
                                 Fraction(row.upbeat, kUpbeat, kQuarter));
   return fault.empty() ? PhoneFault(melody) : fault;
