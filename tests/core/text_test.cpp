@@ -140,7 +140,8 @@ TEST(ToNumber, ReadsWhatANumberMayLookLike) {
        {std::string("1e999"), std::string("-1e999"), Repeated("9", 400)}) {
     EXPECT_EQ(ErrorOf([&] { ToNumber(text); }), 6) << text;
   }
-  for (const std::string_view text : SplitText(test::Table("No numbers")[0][0], ';')) {
+  const auto others = test::Table("No numbers");
+  for (const std::string_view text : SplitText(others[0][0], ';')) {
     EXPECT_EQ(ErrorOf([text] { ToNumber(text); }), 13) << text;
   }
 }

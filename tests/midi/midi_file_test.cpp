@@ -13,10 +13,7 @@
 namespace tonadex::midi {
 namespace {
 
-using test::ErrorOf;
-using test::Hex;
-using test::ParsedMelody;
-using test::Repeated;
+using namespace test;
 
 TEST(MidiFileBytes, HoldsTwoChunksAndNothingElse) {
   core::RTTTLMelody melody = ParsedMelody("x:d=4,o=5,b=63:c");
@@ -36,8 +33,7 @@ TEST(MidiFileBytes, HoldsTwoChunksAndNothingElse) {
 }
 
 TEST(MidiNoteEvents, CountsPausesAndWrapsDeltas) {
-  test::ExpectRows("NoteEvents",
-                   [](auto& row) { return Hex(MidiNoteEvents(ParsedMelody(row[0]))); });
+  ExpectRows("NoteEvents", [](auto& row) { return Hex(MidiNoteEvents(ParsedMelody(row[0]))); });
 }
 
 TEST(NoteTicks, EveryDurationPlainAndDotted) {
@@ -63,9 +59,8 @@ TEST(NoteNumber, EveryPitchInEveryOctave) {
 }
 
 TEST(MidiDivision, FollowsTheTempo) {
-  test::ExpectRows("Divisions", [](const test::Row& row) {
-    return test::NumberOrError([&] { return MidiDivision(row[0]); });
-  });
+  ExpectRows("Divisions",
+             [](const Row& row) { return NumberOrError([&] { return MidiDivision(row[0]); }); });
 }
 
 TEST(MidiBytes, OneByteEach) {
@@ -80,7 +75,7 @@ TEST(MidiBytes, OneByteEach) {
 }
 
 TEST(WriteMidiFile, AnyFailureIsMinusOne) {
-  const test::TempFolder folder;
+  const TempFolder folder;
   const auto write = [&](std::string_view text, std::string_view name, std::int16_t instrument) {
     core::RTTTLMelody melody = ParsedMelody(text);
     melody.FileName = (folder / name).string();
@@ -93,7 +88,7 @@ TEST(WriteMidiFile, AnyFailureIsMinusOne) {
   EXPECT_EQ(write("p", "none/a.mid", 0), kMidiFailed);
   EXPECT_EQ(write("p", "", 0), kMidiFailed) << "a folder";
   EXPECT_EQ(write("p", "a.mid", 256), kMidiFailed);
-  for (const test::Row& row : test::Table("No files")) {
+  for (const Row& row : Table("No files")) {
     EXPECT_EQ(write(row[0], "a.mid", 0), kMidiFailed) << row[0];
   }
 }
@@ -113,14 +108,14 @@ class Stage : public core::MessageSink {
     return sequencer.commands;
   }
 
-  test::FakeSequencer sequencer;
-  test::TempFolder folder;
+  FakeSequencer sequencer;
+  TempFolder folder;
 };
 
 TEST(PlayMelody, PlaysWhileItsBoxIsUp) {
   Stage stage;
   stage.sequencer.result = 275;  // error numbers of the sequencer are ignored
-  core::RTTTLMelody melody = test::MelodyOf("Vals:d=4,o=5,b=63:c,");
+  core::RTTTLMelody melody = MelodyOf("Vals:d=4,o=5,b=63:c,");
   melody.FileName = "mine.mid";
   const std::string file = (stage.folder / "rtlTmpFile.mid").string();
   const std::vector<std::string> want = {
@@ -130,16 +125,16 @@ TEST(PlayMelody, PlaysWhileItsBoxIsUp) {
   EXPECT_EQ(stage.Play(melody), want) << "and again over the file of the first time";
   EXPECT_EQ(melody.FileName, "mine.mid");
   const std::string bytes = stage.folder.Read("rtlTmpFile.mid");
-  EXPECT_EQ(test::Hex(bytes.substr(bytes.size() - 12)), "00 90 3C 64 13 80 3C 00 00 FF 2F 00");
+  EXPECT_EQ(Hex(bytes.substr(bytes.size() - 12)), "00 90 3C 64 13 80 3C 00 00 FF 2F 00");
 }
 
 // Only playback inserts the gap and selects the beep; a phone's file has neither.
 TEST(PlayMelody, EqualNeighboursAreApartAndTheVoiceIsChosen) {
-  core::RTTTLMelody melody = test::MelodyOf("x:d=4,o=5,b=63:c,c,p,c,d,64d,d");
+  core::RTTTLMelody melody = MelodyOf("x:d=4,o=5,b=63:c,c,p,c,d,64d,d");
   ASSERT_EQ(core::ParseRTTTL(melody), core::kParsed);
   const std::string phone = MidiNoteEvents(melody);
-  EXPECT_EQ(test::Hex(phone.substr(0, 16)), "00 90 3C 64 13 80 3C 00 00 90 3C 64 13 80 3C 00");
-  EXPECT_EQ(test::Hex(MidiNoteEvents(melody, Repeats::kApart)),
+  EXPECT_EQ(Hex(phone.substr(0, 16)), "00 90 3C 64 13 80 3C 00 00 90 3C 64 13 80 3C 00");
+  EXPECT_EQ(Hex(MidiNoteEvents(melody, Repeats::kApart)),
             "00 90 3C 64 12 80 3C 00 01 90 3C 64 13 80 3C 00 13 90 3C 64 13 80 3C 00 "
             "00 90 3E 64 12 80 3E 00 01 90 3E 64 01 80 3E 00 00 90 3E 64 13 80 3E 00");
   const std::string beep = PlayedBytes(melody, Voice::kBeep);
@@ -150,18 +145,18 @@ TEST(PlayMelody, EqualNeighboursAreApartAndTheVoiceIsChosen) {
 
 TEST(PlayMelody, ReportsABadNoteAndPlaysTheRest) {
   Stage stage;
-  core::RTTTLMelody melody = test::MelodyOf("x:d=4,o=5,b=63:c,8,e");
+  core::RTTTLMelody melody = MelodyOf("x:d=4,o=5,b=63:c,8,e");
   const std::vector<std::string> steps = stage.Play(melody);
   ASSERT_EQ(steps.size(), 6u);
   EXPECT_TRUE(steps.front().starts_with("[Tonadex]Error encontrado al separar la nota #2"));
   const std::string bytes = stage.folder.Read("rtlTmpFile.mid");
-  EXPECT_EQ(test::Hex(bytes.substr(bytes.size() - 28)),
+  EXPECT_EQ(Hex(bytes.substr(bytes.size() - 28)),
             "00 90 3C 64 13 80 3C 00 00 90 60 64 0A 80 60 00 00 90 40 64 13 80 40 00 00 FF 2F 00");
 }
 
 TEST(PlayMelody, NamesTheFileThatItCannotWrite) {
   Stage stage;
-  core::RTTTLMelody melody = test::MelodyOf("c");
+  core::RTTTLMelody melody = MelodyOf("c");
   const std::string file = (stage.folder / "none/rtlTmpFile.mid").string();
   EXPECT_EQ(stage.Play(melody, "none/"),
             std::vector{"[Tonadex]No se pudo crear el archivo temporal.\r\nPor favor, borra el "

@@ -2,18 +2,24 @@
 
 #include <array>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
 #include <random>
 #include <sstream>
 
+#include "files/read.h"
 #include "midi/smf_melody.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/midi/smf_bytes.h"
 #include "tests/support/melodies.h"
+#include "tests/support/temp_folder.h"
 
 namespace tonadex::midi {
 namespace {
 
+namespace fs = std::filesystem;
 using test::SmfOf;
 
 SmfFile FileOf(std::string_view bytes) {
@@ -27,12 +33,9 @@ std::string BytesOf(const std::string& row) {
   std::string bytes;
   std::istringstream words(row);
   for (std::string word; words >> word;) {
-    if (word.find_first_not_of("0123456789ABCDEF") != std::string::npos) {
-      bytes += word;
-      continue;
-    }
-    for (std::size_t i = 0; i < word.size(); i += 2) {
-      bytes += static_cast<char>(std::stoi(word.substr(i, 2), nullptr, 16));
+    const bool hex = word.find_first_not_of("0123456789ABCDEF") == std::string::npos;
+    for (std::size_t i = 0; i < word.size(); i += hex ? 2 : 1) {
+      bytes += hex ? static_cast<char>(std::stoi(word.substr(i, 2), nullptr, 16)) : word[i];
     }
   }
   return bytes;
@@ -231,7 +234,9 @@ TEST(VoicesOf, GuessesTheTune) {
 // The program's own files read back to the same notes, except for pauses at both ends and the
 // excess of pauses beyond a dotted whole note.
 TEST(MelodyOf, ReadsOwnFilesBackExactly) {
-  for (const std::string& rtttl : test::Shelf()) {
+  std::vector<std::string> melodies = test::Shelf();
+  melodies.push_back("x:d=32,o=5,b=100:c.,d,e.,4f");
+  for (const std::string& rtttl : melodies) {
     SCOPED_TRACE(rtttl);
     core::RTTTLMelody melody;
     core::InitMelody(melody, "");
@@ -242,6 +247,82 @@ TEST(MelodyOf, ReadsOwnFilesBackExactly) {
     EXPECT_EQ(std::to_string(made.melody.tempo), melody.Beats);
     EXPECT_EQ(SoundingOf(made.melody.notes), SoundingOf(test::PlainNotes(rtttl)));
   }
+}
+
+using Tracks = std::vector<std::vector<SmfNote>>;
+
+// Parses lines like "2, 480, Note_on_c, 0, 60, 64".
+Tracks NotesInCsv(const fs::path& csv) {
+  Tracks tracks;
+  std::array<std::ptrdiff_t, kChannels * 128> sounding{};
+  std::ifstream in(csv, std::ios::binary);
+  for (std::string line; std::getline(in, line);) {
+    std::size_t track = 0;
+    std::uint32_t tick = 0, channel = 0, key = 0, velocity = 0;
+    std::array<char, 20> name{};
+    std::sscanf(line.c_str(), "%zu, %u, %19[^,], %u, %u, %u", &track, &tick, name.data(), &channel,
+                &key, &velocity);
+    const std::string_view event = name.data();
+    const auto end = [&](std::ptrdiff_t& note) {
+      if (note >= 0) {
+        tracks.at(track - 1)[static_cast<std::size_t>(std::exchange(note, -1))].end = tick;
+      }
+    };
+    if (event == "Start_track") {
+      tracks.resize(track);
+      sounding.fill(-1);
+    } else if (event == "End_track") {
+      std::ranges::for_each(sounding, end);
+    } else if (event == "Note_on_c" || event == "Note_off_c") {
+      std::ptrdiff_t& note = sounding.at(channel * 128 + key);
+      end(note);
+      if (event == "Note_on_c" && velocity > 0) {
+        note = std::ssize(tracks.at(track - 1));
+        tracks.at(track - 1).push_back({tick, tick, static_cast<std::uint8_t>(key),
+                                        static_cast<std::uint8_t>(channel),
+                                        static_cast<std::uint8_t>(velocity)});
+      }
+    }
+  }
+  return tracks;
+}
+
+// MIDI files from packages of Debian: midicsv finds the same notes.
+TEST(FilesOfOthers, HaveTheNotesThatAnotherProgramFinds) {
+  const std::string midiFiles = TONADEX_MIDI_FILES,
+                    fetch =
+                        fs::path(TONADEX_TABLE).replace_filename("fetch_midi_files.sh").string();
+  if (std::system((fetch + " " + midiFiles + " > /dev/null 2>&1").c_str()) != 0) {
+    GTEST_SKIP() << "The packages with MIDI files cannot be fetched: no network, or apt-get "
+                    "update has not been run.";
+  }
+  const test::TempFolder folder;
+  const std::string csv = (folder / "csv").string();
+  std::size_t files = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(midiFiles)) {
+    const fs::path& file = entry.path();
+    if (!entry.is_regular_file() || (file.extension() != ".mid" && file.extension() != ".midi")) {
+      continue;
+    }
+    SCOPED_TRACE(file);
+    const auto read = ReadSmf(*files::ReadWhole(file));
+    ASSERT_TRUE(std::holds_alternative<SmfFile>(read)) << std::get<SmfFault>(read).sentence;
+    const SmfFile& ours = std::get<SmfFile>(read);
+    const std::string midicsv = midiFiles + "/usr/bin/midicsv " + file.string() + " " + csv;
+    ASSERT_EQ(std::system(midicsv.c_str()), 0);
+    const Tracks tracks = NotesInCsv(csv);
+    ASSERT_EQ(ours.tracks.size(), tracks.size());
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+      ASSERT_EQ(ours.tracks[i].notes, tracks[i]) << "track " << i + 1;
+    }
+    const auto voices = VoicesOf(ours);
+    const auto tune = std::ranges::find(voices, true, &SmfVoice::tune);
+    ASSERT_NE(tune, voices.end());
+    const SmfMelody made = MelodyOf(ours, *tune, {.name = "x", .mostNotes = 50});
+    EXPECT_GE(made.melody.notes.size(), 4u);
+    ++files;
+  }
+  EXPECT_GE(files, 30u);
 }
 
 }  // namespace

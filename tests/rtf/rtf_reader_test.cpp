@@ -13,14 +13,12 @@ namespace {
 
 using test::Repeated;
 
+// Characters outside Latin-1, tabs and line breaks as their numbers, "<8364>".
 std::string Utf8(const std::u16string& text) {
   std::string bytes;
   for (const char16_t unit : text) {
-    bytes += unit == u'\u2028'   ? "<line>"
-             : unit == u'\t'     ? "<tab>"
-             : unit == u'\u20AC' ? "€"
-             : unit > 0xFF       ? "<" + std::to_string(unit) + ">"
-                                 : core::ToUtf8(std::string(1, static_cast<char>(unit)));
+    bytes += unit < 0x20 || unit > 0xFF ? "<" + std::to_string(unit) + ">"
+                                        : core::ToUtf8(std::string(1, static_cast<char>(unit)));
   }
   return bytes;
 }
@@ -99,10 +97,10 @@ TEST(ReadRtf, TextAndFormats) {
       {"", ""},
       {"{\\rtf1 se\xF1"
        "al 5\x80}",
-       "[]()señal 5€"},
+       "[]()señal 5<8364>"},
       {"{\\rtf1 a\r\nb\nc\\\nd\\\r\ne\\par\r\nf}", "[]()abc / []()d / []()e / []()f"},
       {R"({\rtf1\lquote a\rquote\~\_\-\bullet\tab b\line c\emdash\endash\ldblquote\rdblquote})",
-       "[]()<8216>a<8217>\u00A0<8209>\u00AD<8226><tab>b<line>c<8212><8211><8220><8221>"}};
+       "[]()<8216>a<8217>\u00A0<8209>\u00AD<8226><9>b<8232>c<8212><8211><8220><8221>"}};
   for (const auto& [source, want] : cases) {
     EXPECT_EQ(Describe(ReadRtf(source)), want) << source;
   }
@@ -114,12 +112,13 @@ TEST(ReadRtf, Tables) {
       R"({\rtf1\deff1{\fonttbl{\f0\froman\fcharset0{\*\panose 02}Tinta;}{\f1\fmodern M\'e1quina;}})"
       R"({\stylesheet{\s0 Normal;}{\s1\b T\'edtulo;}{\*\cs9 Otro;}})"
       R"(\paperw8392\paperh11906\margl0\margr100\margt-1\margb99999 texto})");
-  EXPECT_EQ(document.defaultFont, 1);
-  ASSERT_EQ(document.fonts.size(), 2u);
-  EXPECT_EQ(document.fonts.at(0).name, u"Tinta");
-  EXPECT_EQ(document.fonts.at(0).family, FontFamily::kSerif);
-  EXPECT_EQ(document.fonts.at(1).name, u"M\u00E1quina");
-  EXPECT_EQ(document.fonts.at(1).family, FontFamily::kFixed);
+  std::string fonts = std::to_string(document.defaultFont);
+  for (const auto& [number, font] : document.fonts) {
+    fonts += " " + std::to_string(number) + Utf8(font.name) +
+             (font.family == FontFamily::kSerif ? "(serif)" : "") +
+             (font.family == FontFamily::kFixed ? "(fixed)" : "");
+  }
+  EXPECT_EQ(fonts, "1 0Tinta(serif) 1Máquina(fixed)");
   EXPECT_EQ(document.styles, (std::map<int, std::u16string>{{0, u"Normal"}, {1, u"T\u00EDtulo"}}));
   const Page& page = document.page;
   EXPECT_EQ((std::array{page.width, page.height, page.left, page.right, page.top, page.bottom}),
