@@ -98,7 +98,7 @@ TEST(ReadRtf, TextAndFormats) {
       {"{\\rtf1 se\xF1"
        "al 5\x80}",
        "[]()señal 5<8364>"},
-      {"{\\rtf1 a\r\nb\nc\\\nd\\\r\ne\\par\r\nf}", "[]()abc / []()d / []()e / []()f"},
+      {"{\\rtf1 a\r\nb\nc\\\nd\\\r\ne\\par\r\nf\\\tg}", "[]()abc / []()d / []()e / []()f<9>g"},
       {R"({\rtf1\lquote a\rquote\~\_\-\bullet\tab b\line c\emdash\endash\ldblquote\rdblquote})",
        "[]()<8216>a<8217>\u00A0<8209>\u00AD<8226><9>b<8232>c<8212><8211><8220><8221>"}};
   for (const auto& [source, want] : cases) {
@@ -140,8 +140,8 @@ TEST(ReadRtf, MegabytesOfAnythingInNoTime) {
 // Laying out and printing a paragraph of megabytes as one takes minutes.
 TEST(ReadRtf, CutsLongParagraphs) {
   const std::string words = Repeated("una palabra ", 3'000), one(40'000, 'x');
-  const Document document = ReadRtf("{\\rtf1\\sb20\\sa30\\fi40\\outlinelevel0 " + words + "\\b " +
-                                    words + one + "\\par}");
+  const Document document = ReadRtf("{\\rtf1\\sb20\\sa30\\fi40\\outlinelevel0\\pagebb " + words +
+                                    "\\b " + words + one + "\\par}");
   std::u16string all;
   const std::size_t last = document.paragraphs.size() - 1;
   ASSERT_GT(last, 6u);
@@ -154,6 +154,7 @@ TEST(ReadRtf, CutsLongParagraphs) {
     EXPECT_LE(text.size(), kMaxParagraphText);
     EXPECT_TRUE(i > 3 || text.ends_with(u' '));
     EXPECT_EQ(format.before, i == 0 ? 20 : 0);
+    EXPECT_EQ(format.pageBefore, i == 0);
     EXPECT_EQ(format.first, i == 0 ? 40 : 0);
     EXPECT_EQ(format.heading, i == 0 ? 1 : 0);
     EXPECT_EQ(format.after, i == last ? 30 : 0);
