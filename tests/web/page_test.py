@@ -1,13 +1,11 @@
 #!/usr/bin/env python3
 """Drives the page of a real tonadex-server in Chromium, as a smartphone and as a computer shows it,
-light and dark. Usage: page_test.py SERVER CLI BUILD_FOLDER [PICTURE_FOLDER]"""
+light and dark. Usage: page_test.py SERVER BUILD_FOLDER [PICTURE_FOLDER]"""
 import base64
-import os
 import shutil
 import subprocess
 import sys
 import tempfile
-import time
 import urllib.request
 from pathlib import Path
 
@@ -23,8 +21,8 @@ sys.path.insert(0, str(Path(__file__).parent.parent / "server"))
 from midi import midi_file
 from running_server import RunningServer
 
-SERVER, CLI, BUILD = sys.argv[1], sys.argv[2], Path(sys.argv[3])
-PICTURES = Path(sys.argv[4]) if len(sys.argv) > 4 else None
+SERVER, BUILD = sys.argv[1], Path(sys.argv[2])
+PICTURES = Path(sys.argv[3]) if len(sys.argv) > 3 else None
 VALS = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g"
 # Names that would run as script if the page inserted them as HTML; the server stores them like
 # others. The first ones cannot be uploaded and are written to the folder.
@@ -349,45 +347,21 @@ def visit(port, view, works):
         page.browser.quit()
 
 
-def on_server(axe, port):
-    works = [lambda page: page.judge("inicio", axe), lambda page: find_and_open(page, "vals", "Vals"), listen, download,
-             lambda page: choose_phone(page, "nokia puls", axe), lambda page: type_it(page, axe),
-             lambda page: paste(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe), unreachable,
-             hostile]
-    for view in VIEWS:
-        visit(port, view, works)
-    without_script(port)
-
-
-def inside_a_program(axe):
-    """The server embedded in tonadex-cli, which runs while the program waits for melodies to upload."""
-    with tempfile.TemporaryDirectory() as home:
-        folder = Path(home) / "servidor"
-        folder.mkdir()
-        (folder / "vals.34").write_text(VALS)
-        program = subprocess.Popen([CLI, "subir"], stdin=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                                   env={**os.environ, "TONADEX_HOME": home, "TONADEX_SERVIDOR": ""})
-        while not (folder / ".puerto").exists():
-            assert program.poll() is None
-            time.sleep(0.1)
-        try:
-            visit(int((folder / ".puerto").read_text()), VIEWS[0],
-                  [lambda page: find_and_open(page, "vals", "Vals"), download, lambda page: choose_phone(page, "nokia puls", axe),
-                   lambda page: type_it(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe)])
-        finally:
-            program.communicate()
-
-
 def main():
     axe = axe_script()
     if axe is None:
         print("axe-core cannot be fetched: the page is not checked for accessibility")
+    works = [lambda page: page.judge("inicio", axe), lambda page: find_and_open(page, "vals", "Vals"), listen, download,
+             lambda page: choose_phone(page, "nokia puls", axe), lambda page: type_it(page, axe),
+             lambda page: paste(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe), unreachable,
+             hostile]
     melodies = {"vals.34": VALS, "marcha.30": "Marcha:d=8,o=5,b=90:c,d,e,f"}
     for number, name in enumerate(HOSTILE):
         melodies[f"raro{number}.{30 + number}"] = stored(name)
     with tempfile.TemporaryDirectory() as home, RunningServer(SERVER, home, melodies) as server:
-        on_server(axe, server.port)
-    inside_a_program(axe)
+        for view in VIEWS:
+            visit(server.port, view, works)
+        without_script(server.port)
 
 
 main()
