@@ -194,11 +194,17 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     }
   }
   void File(const Row& row) {
-    test.folder.Write(files::PathFromText(core::FromUtf8(row[0])), core::FromUtf8(row[1]));
+    for (std::size_t i = 0; i < row.fields.size(); i += 2) {
+      test.folder.Write(files::PathFromText(core::FromUtf8(row[i])), core::FromUtf8(row[i + 1]));
+    }
   }
   void Gone(const Row& row) { std::filesystem::remove_all(test.folder / row[0]); }
   void Holds(const Row& row) { EXPECT_EQ(core::ToUtf8(test.folder.Read(row[0])), row[1]); }
-  void Is(const Row& row) { EXPECT_EQ(core::ToUtf8(Value(row[0])), row[1]); }
+  void Is(const Row& row) {
+    for (std::size_t i = 0; i < row.fields.size(); i += 2) {
+      EXPECT_EQ(core::ToUtf8(Value(row[i])), row[i + 1]) << row[i];
+    }
+  }
   void Phone(const Row& row) { test.program.gPhoneModel = row[0]; }
   void Reply(const Row& row) {
     test.http.replies.emplace_back(row[0]);

@@ -138,7 +138,6 @@ def listen(page):
     page.js("played.length = 0")
     page.press("#tocar")
     page.until(lambda: page.js("return document.querySelectorAll('#dibujo .suena').length") == 1, "a note followed")
-    page.picture("suena")
     played = page.js("return played")
     start = played[0][1]
     pitches = [[round(value), round(1000 * (at - start))] for value, at in played if value > 1]
@@ -151,7 +150,6 @@ def listen(page):
 
 def download(page):
     page.press(".menu summary")
-    page.picture("descargar")
     for button in page.browser.find_elements(By.CSS_SELECTOR, ".menu button"):
         if ".mid)" in button.text:
             button.click()
@@ -187,7 +185,6 @@ def type_it(page, axe):
     assert "mantén 3 s" in page.text("#g-grupo") and page.text("#g-pantalla b") == "8.e2"
     pressed = [key.text.split("\n")[0] for key in page.browser.find_elements(By.CSS_SELECTOR, "#g-teclado .pulsa")]
     assert pressed == ["3", "*"], pressed
-    page.picture("teclear3")
     swipe(page, 150)
     page.until(lambda: page.text("#g-lugar") == "2 de 5", "back by a swipe")
     page.press("#guia [data-cierra]")
@@ -232,7 +229,6 @@ def print_sheet(page):
 
 def without_script(port):
     page = Page(port, 390, 844, "light", "--blink-settings=scriptEnabled=false")
-    page.picture("sin-script")
     assert page.one("noscript a[download]").is_displayed() and not page.one("#todo").is_displayed()
     page.one("#sin").send_keys("vals" + Keys.ENTER)
     page.until(lambda: "Vals (vals.34)" in page.text("body"), "the listing")
