@@ -88,53 +88,65 @@ struct ShownPane {
 
 #define COVER " style='position:fixed;inset:0;width:100vw;height:100vh;display:block'"
 
-// Nothing but a click leads away from a banner, and that only once.
-void ExpectToStay(const QByteArray& page, bool click) {
-  SCOPED_TRACE(page.toStdString());
-  ShownPane t(WebPane::Kind::kBanner, page);
+struct Leaving {
+  const char* what;
+  QByteArray page;
+  bool click;
+};
+void PrintTo(const Leaving& leaving, std::ostream* out) {
+  *out << leaving.what;
+}
+
+class BannerTest : public testing::TestWithParam<Leaving> {};
+
+TEST_P(BannerTest, StaysAndTellsOnceOfAClick) {
+  ShownPane t(WebPane::Kind::kBanner, GetParam().page);
   t.server.pages["/frame"] = "<a href=/other target=_top" COVER ">x</a>";
   t.server.pages["/inner"] = "<a href=/other" COVER ">x</a>";
   t.server.pages["/jumping"] = "<script>top.location = '/other'</script>";
   EXPECT_TRUE(QTest::qWaitFor([&t] { return t.Shown(); }));
-  if (click) {
+  if (GetParam().click) {
     t.Click();
     EXPECT_TRUE(QTest::qWaitFor([&t] { return t.server.Asked("/start") == 2; }));
   }
   QTest::qWait(kSettleMs);
   EXPECT_EQ(t.server.Asked("/other"), 0);
-  EXPECT_EQ(t.attempts, click ? 1 : 0);
-  EXPECT_EQ(t.server.Asked("/start"), click ? 2 : 1);
+  EXPECT_EQ(t.attempts, GetParam().click ? 1 : 0);
+  EXPECT_EQ(t.server.Asked("/start"), GetParam().click ? 2 : 1);
   EXPECT_TRUE(t.Shown());
 }
 
-TEST(Banner, StaysWhateverItsPageDoes) {
-  for (const char* page :
-       {"<script>location.replace('/other')</script>",
-        "<meta http-equiv=refresh content='0;url=/other'>x",
-        "<script>setTimeout(() => location = '/other', 200)</script>",
-        "<script>setTimeout(() => location.reload(), 200)</script>",
-        "<script>setInterval(() => location = '/start?1', 50)</script>",
-        "<form action=/other></form><script>document.forms[0].submit()</script>",
-        "<form action=/other method=post></form>"
-        "<script>setTimeout(() => document.forms[0].submit(), 100)</script>",
-        "<a href=/other>x</a><script>document.links[0].click()</script>",
-        "<a href=/other target=_blank>x</a><script>document.links[0].click()</script>",
-        "<script>open('/other')</script>", "<iframe src=/jumping></iframe>"}) {
-    ExpectToStay(page, false);
-  }
-}
-
-TEST(Banner, TellsOnceOfAClick) {
-  for (const char* page :
-       {"<a href=/other" COVER ">x</a>", "<a href=/other target=_blank" COVER ">x</a>",
-        "<form action=/other><button" COVER ">x</button></form>",
-        "<div onclick='location = \"/other\"; setTimeout(() => location = \"/other\", 50)'" COVER
-        ">x</div>",
-        "<div onclick='window.open(\"/other\")'" COVER ">x</div>",
-        "<iframe src=/frame" COVER "></iframe>", "<iframe src=/inner" COVER "></iframe>"}) {
-    ExpectToStay(page, true);
-  }
-}
+INSTANTIATE_TEST_SUITE_P(
+    Pages, BannerTest,
+    testing::Values(
+        Leaving{"replace", "<script>location.replace('/other')</script>", false},
+        Leaving{"refresh", "<meta http-equiv=refresh content='0;url=/other'>x", false},
+        Leaving{"timer", "<script>setTimeout(() => location = '/other', 200)</script>", false},
+        Leaving{"reload", "<script>setTimeout(() => location.reload(), 200)</script>", false},
+        Leaving{"again", "<script>setInterval(() => location = '/start?1', 50)</script>", false},
+        Leaving{"form", "<form action=/other></form><script>document.forms[0].submit()</script>",
+                false},
+        Leaving{"post",
+                "<form action=/other method=post></form>"
+                "<script>setTimeout(() => document.forms[0].submit(), 100)</script>",
+                false},
+        Leaving{"link", "<a href=/other>x</a><script>document.links[0].click()</script>", false},
+        Leaving{"blank",
+                "<a href=/other target=_blank>x</a><script>document.links[0].click()</script>",
+                false},
+        Leaving{"open", "<script>open('/other')</script>", false},
+        Leaving{"top", "<iframe src=/jumping></iframe>", false},
+        Leaving{"clickedLink", "<a href=/other" COVER ">x</a>", true},
+        Leaving{"clickedBlank", "<a href=/other target=_blank" COVER ">x</a>", true},
+        Leaving{"clickedForm", "<form action=/other><button" COVER ">x</button></form>", true},
+        Leaving{"clickedScript",
+                "<div onclick='location = \"/other\"; setTimeout(() => location = \"/other\", "
+                "50)'" COVER ">x</div>",
+                true},
+        Leaving{"clickedOpen", "<div onclick='window.open(\"/other\")'" COVER ">x</div>", true},
+        Leaving{"clickedTop", "<iframe src=/frame" COVER "></iframe>", true},
+        Leaving{"clickedFrame", "<iframe src=/inner" COVER "></iframe>", true}),
+    [](const auto& row) { return std::string(row.param.what); });
 
 TEST(WebPane, FollowsTheServersOwnRedirection) {
   ShownPane t(WebPane::Kind::kBanner, "Location: /banner");
