@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The operation of a real tonadex-server: health, metrics, log, signals, settings. 
+"""The operation of a real tonadex-server: health, metrics, log, signals, settings.
 Usage: operation_test.py SERVER [KILLS]   KILLS: how often a server is killed among uploads"""
 import collections
 import contextlib
