@@ -184,13 +184,8 @@ TEST(HttpClientGet, PumpsInTheCallersThreadAndTellsProgress) {
 // outcome.
 std::string LeftThroughThePump(const std::string& url, milliseconds interval) {
   int left = interval.count() == 0 ? 1 : 3;
-  const platform::HttpCallbacks hooks{.pump =
-                                          [&left] {
-                                            if (--left == 0) {
-                                              throw TransferError("dejado");
-                                            }
-                                          },
-                                      .progress = {}};
+  platform::HttpCallbacks hooks;
+  hooks.pump = [&left] { --left == 0 ? throw TransferError("dejado") : void(); };
   HttpLimits limits;
   limits.pumpInterval = interval;
   HttpClient client(hooks, limits);
