@@ -257,10 +257,9 @@ Tracks NotesInCsv(const fs::path& csv) {
   std::array<std::ptrdiff_t, kChannels * 128> sounding{};
   std::ifstream in(csv, std::ios::binary);
   for (std::string line; std::getline(in, line);) {
-    std::size_t track = 0;
-    std::uint32_t tick = 0, channel = 0, key = 0, velocity = 0;
+    std::uint32_t track = 0, tick = 0, channel = 0, key = 0, velocity = 0;
     std::array<char, 20> name{};
-    std::sscanf(line.c_str(), "%zu, %u, %19[^,], %u, %u, %u", &track, &tick, name.data(), &channel,
+    std::sscanf(line.c_str(), "%u, %u, %19[^,], %u, %u, %u", &track, &tick, name.data(), &channel,
                 &key, &velocity);
     const std::string_view event = name.data();
     const auto end = [&](std::ptrdiff_t& note) {
