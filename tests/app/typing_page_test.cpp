@@ -41,9 +41,10 @@ class TypingPageTest : public testing::Test {
   Form1 form{test.program};
 };
 
-TEST_F(TypingPageTest, IsOfferedForKeysAloneAndThenComesFirst) {
+TEST_F(TypingPageTest, IsOfferedForWhatIsTypedAndThenComesFirst) {
   for (const auto& [model, keys] : {std::pair{" Pulsaciones", true},
-                                    {"3210,3310,3330,3390,8250", false},
+                                    {"3210,3310,3330,3390,8250", true},
+                                    {" RTTTL (cable)", false},
                                     {" Motorola Pulsaciones Tipo 1", true}}) {
     Teclear("c,d,e", model);
     EXPECT_EQ(form.teclearButton.enabled, keys) << model;

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""The operation of a real tonadex-server: health, metrics, log, signals, settings. Usage: operation_test.py SERVER"""
+"""The operation of a real tonadex-server: health, metrics, log, signals, settings.
+Usage: operation_test.py SERVER [KILLS]   KILLS: how often a server is killed among uploads"""
 import collections
 import contextlib
 import http.client
@@ -21,6 +22,7 @@ from running_server import RunningServer
 from uploads import Uploaders, check_all_there, download, melody, records
 
 SERVER = sys.argv[1]
+KILLS = int(sys.argv[2]) if len(sys.argv) > 2 else 4
 MELODIES = {"vals.29": "Vals:d=4,o=5,b=63:c"}
 UPLOAD = "Mía:d=4,o=5,b=100:c,d,e"
 SAMPLE = re.compile(r'([a-z_]+)(?:\{((?:[a-z]+="[^"\\\n]*",?)+)\})? (\d+(?:\.\d+)?(?:e-?\d+)?)')
@@ -236,9 +238,9 @@ def check_unread_log():
 def check_kills(home):
     """A killed server loses nothing that it has acknowledged, and serves nothing half."""
     rounds = []
-    for number in range(4):
+    for number in range(KILLS):
         with RunningServer(SERVER, home, {}, more=["--proxy"]) as server:
-            rounds.append(Uploaders([server, server], f"ronda{number}"))
+            rounds.append(Uploaders([server, server], f"ronda{number:04}"))
             while len(rounds[-1].acknowledged) < 12:  # each waits for the disk
                 time.sleep(0.01)
             server.process.kill()
@@ -249,6 +251,7 @@ def check_kills(home):
         for record in records(server, "/todoslostonos.php"):
             name = record.split(" (")[0]
             assert download(server, name) == (200, melody(name)[1]), name
+    print(f"{KILLS} kills, {sum(len(each.acknowledged) for each in rounds)} acknowledged uploads, all there")
 
 
 with tempfile.TemporaryDirectory() as place:
