@@ -224,6 +224,13 @@ TEST_F(Form1Window, MarksTheMelodyThatSounds) {
   EXPECT_EQ(form.sounding, Sounding::kNothing);
 }
 
+TEST_F(Form1Window, ListsFortyOfTheNewestMelodies) {
+  form.cmdinicio_Click();
+  test.http.replies.emplace_back(test::Repeated("a (a.1)498", 41));
+  form.newsTimer_Timer();
+  EXPECT_EQ(form.newsList.rows.size(), 40u);
+}
+
 TEST_F(Form1Window, WarnsBeyondFiftyNotes) {
   form.txtcomponombremelodia.text = "Tema";
   for (const auto& [notes, warning, verdict] :

@@ -107,6 +107,8 @@ TEST_F(LayoutTest, RoomIsSharedByWeightWithinTheLimits) {
   EXPECT_NEAR(makes.left, 1600 - models.left - models.width, 2) << "the card is in the middle";
   EXPECT_NEAR(models.width * 2, makes.width * 3, 6);
   EXPECT_EQ(makes.height, models.height);
+  const Rect words = Of(&Form1::soundLabel, places), choice = Of(&Form1::beepChoice, places);
+  EXPECT_EQ(words.top - choice.top, (choice.height - words.height) / 2) << "the line's middle";
   Enter(kRepertoirePage);
   // The list grows into the space of a hidden button.
   const int list = Of(&Form1::List1, PlaceIn(1600, 1000)).height;

@@ -153,6 +153,9 @@ TEST_F(TypingPageTest, EachNoteSoundsWhileItIsShownAndThisIsRemembered) {
   sounds("8e.6");
   form.leaveGuide_Click();
   EXPECT_EQ(test.sequencer.commands.back(), "close mR2M");
+  Teclear("2d.6,c", "A200,A288,Q300");
+  form.nextGroup_Click();
+  EXPECT_EQ(test.sequencer.commands.back(), "close mR2M") << "a dot that is a group of its own";
   EXPECT_TRUE(test.boxes.messages.empty());
   form.saveTimer_Timer();
   EXPECT_EQ(Form1(test.program).soundNotes.value, 1);
@@ -173,7 +176,7 @@ TEST_F(TypingPageTest, TheSheetIsSavedUnderTheMelodysNameAndOpened) {
   Step();
   EXPECT_FALSE(form.openSheet.visible);
   const std::filesystem::path file = test.folder / u8"señal.pdf";
-  test.fileDialogs.answers = {files::TextFromPath(file)};
+  test.fileDialogs.answers = {files::TextFromPath(test.folder / u8"señal")};
   form.saveSheet_Click();
   Step();
   EXPECT_EQ(test.fileDialogs.proposed.back(), "vals.pdf");

@@ -219,7 +219,10 @@ TEST(HttpClientGet, IsLeftThroughThePumpAtEveryStage) {
 
 // Without cancellation, a silent server would hold the request for half a minute.
 TEST(HttpBackgroundGet, RunsBesideItsCallerAndEndsWithIt) {
-  RawServer server(Says(WithLength(2, "ab")));
+  RawServer server([](const RawSocket& client) {
+    std::this_thread::sleep_for(milliseconds(300));
+    client.Send(WithLength(2, "ab"));
+  });
   RawServer silent([](const RawSocket& client) { client.ReadAll(); });
   const auto start = std::chrono::steady_clock::now();
   platform::HttpBackgroundGet request;

@@ -128,6 +128,9 @@ TEST(MainWindow, TheGuideIsWalkedThroughByItsKeys) {
   t.Widget("lastGroup")->setFocus();
   press(Qt::Key_Space);
   EXPECT_EQ(view->Picture().sounding(), 3) << "a button that has the focus is pressed";
+  t.Widget("previousGroup")->setFocus();
+  press(Qt::Key_Return);
+  EXPECT_EQ(view->Picture().sounding(), 2);
   press(Qt::Key_Escape);
   EXPECT_EQ(t.form.paginaactual, app::kRepertoirePage);
 }
@@ -232,7 +235,7 @@ TEST(MainWindow, EscAndCloseEndARequestAndTheWaitingLineSaysSo) {
     };
     const std::int16_t shown = t.form.paginaactual;
     t.Click(button);
-    QApplication::processEvents();
+    QApplication::sendPostedEvents();
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     EXPECT_EQ(t.form.paginaactual, shown);
     EXPECT_EQ(t.test.http.urls.size(), 1U);

@@ -100,6 +100,16 @@ TEST(HttpServer, TellsAClientThatWaitsToSendTheBody) {
   EXPECT_TRUE(client.ReadUntil("/x ab").ends_with("/x ab"));
 }
 
+TEST(HttpServer, TakesARequestThatArrivesByteByByte) {
+  HttpServer server({}, Echo);
+  const RawSocket client = RawSocket::Connect(server.Port());
+  for (const char byte : Get("/x", "Connection: close\r\n")) {
+    client.Send(string(1, byte));
+    std::this_thread::sleep_for(milliseconds(2));
+  }
+  EXPECT_TRUE(client.ReadAll().ends_with("/x"));
+}
+
 TEST(HttpServer, TurnsAnExceptionIntoAReply) {
   HttpServer server({}, [](const Request&) -> Reply { throw std::runtime_error("x"); });
   EXPECT_EQ(Ask(server.Port(), "/"), Refusal("500"));

@@ -90,9 +90,11 @@ def metrics(server):
 
 
 def check_counts(server, home):
-    for request, _, status in REQUESTS:
-        assert exchange(server.port, request)[0] == status, request[:80]
-    samples = {}
+    sizes, samples = collections.Counter(), {}
+    for request, route, status in REQUESTS:
+        got, body = exchange(server.port, request)
+        assert got == status, request[:80]
+        sizes[route] += len(body)
     while sum(v for (n, l), v in samples.items() if n == "tonadex_peticiones_total"
               and ("ruta", "/metricas") not in l) < len(REQUESTS):  # counted after its reply is sent
         samples = metrics(server)
@@ -102,6 +104,7 @@ def check_counts(server, home):
         buckets = [v for (n, l), v in samples.items() if n.endswith("_bucket") and ("ruta", route) in l]
         assert buckets == sorted(buckets) and buckets[-1] == count, (route, buckets)
         assert samples["tonadex_duracion_segundos_count", (("ruta", route),)] == count
+        assert samples["tonadex_bytes_total", (("ruta", route),)] == sizes[route], route
     assert samples["tonadex_subidas_total", ()] == 1
     assert samples["tonadex_melodias", ()] == 2
     assert samples["tonadex_almacen_disponible", ()] == 1

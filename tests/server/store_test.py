@@ -162,6 +162,8 @@ def check_away(database, servers):
         uploaders = Uploaders(servers, f"ausente{number}")
         time.sleep(0.3)
         leave()
+        start = time.monotonic()
+        assert get(servers[0], "/salud")[0] == 503 and time.monotonic() - start < 7
         wait_for(servers[0], 503)
         wait_for(servers[1], 503)
         start = time.monotonic()
