@@ -27,8 +27,6 @@ constexpr std::array<OctaveRow, 8> kOctaves = {{
 }};
 
 constexpr std::string_view kGetOctaveSource = "modNok.GetOctave";
-constexpr std::string_view kKeyNotes = "-cdefgab";  // indexed by key
-constexpr std::string_view kKeys = "01234567";
 
 }  // namespace
 
@@ -41,11 +39,6 @@ std::string_view GetOctave(std::string_view octave, ErrorLog& log) {
     log.AddError(kGetOctaveSource, row->message);
   }
   return row->mapped;
-}
-
-std::string_view GetKey(std::string_view note) {
-  const std::size_t key = note.size() == 1 ? kKeyNotes.find(note) : std::string_view::npos;
-  return key == std::string_view::npos ? "" : kKeys.substr(key, 1);
 }
 
 }  // namespace tonadex::nokia3210

@@ -83,11 +83,4 @@ const Keypad* FindKeypad(std::string_view model) {
   return found == kKeypads.end() ? nullptr : &*found;
 }
 
-const KeypadKey* FindKey(const Keypad& keypad, char sign) {
-  const auto found = std::ranges::find_if(keypad.keys, [sign](const KeypadKey& key) {
-    return key.signs.find(sign) != std::string_view::npos;
-  });
-  return found == keypad.keys.end() ? nullptr : &*found;
-}
-
 }  // namespace tonadex::phones

@@ -24,7 +24,4 @@ struct Keypad {
 // The keypad of a model, compared exactly; nullptr when its result is not keys to press.
 const Keypad* FindKeypad(std::string_view model);
 
-// The key for a character of the result; nullptr when there is none.
-const KeypadKey* FindKey(const Keypad& keypad, char sign);
-
 }  // namespace tonadex::phones
