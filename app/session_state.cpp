@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <iterator>
 #include <optional>
-#include <ranges>
 #include <utility>
+#include <vector>
 
 #include "app/control_table.h"
 #include "app/form1.h"
@@ -64,9 +65,11 @@ std::optional<std::array<int, kCount>> Numbers(std::string_view text) {
   return numbers;
 }
 
-auto KeptControls() {
-  return std::views::filter(Controls(),
-                            [](const ControlInfo& info) { return !info.kept.name.empty(); });
+std::vector<ControlInfo> KeptControls() {
+  std::vector<ControlInfo> kept;
+  std::ranges::copy_if(Controls(), std::back_inserter(kept),
+                       [](const ControlInfo& info) { return !info.kept.name.empty(); });
+  return kept;
 }
 
 // Length that two intervals share.

@@ -3,14 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstddef>
-#include <string>
-#include <string_view>
 
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "nokia3210/phone_tables.h"
 #include "tests/core/table.h"
+#include "tests/core/test_melody.h"
 
 namespace tonadex::nokia3210 {
 namespace {
@@ -64,7 +62,7 @@ TEST(CNokia, ReadsWhatIsTypedAndShowsWhatIsRead) {
   ExpectConverts(NoteKind::kComposer, "c4,8d8,e", "4c0 8d4 4e1", kOctaveLog);
 }
 
-TEST(PhoneTables, MapsOctavesAndKeys) {
+TEST(PhoneTables, MapsOctaves) {
   ErrorLog log;
   std::string octaves;
   for (const std::string_view octave :
@@ -109,14 +107,10 @@ TEST(CNotes, CountsFromOne) {
 
 // A scanner with quadratic time would need hours for these patterns.
 TEST(CNokia, ReadsMegabytesOfGarbageInOneGo) {
-  constexpr std::size_t kSize = 2'000'000;
   for (const std::string_view pattern :
        {"("sv, "(hold "sv, "(hold("sv, "1"sv, "c2"sv, "c2222"sv, "."sv, "c.#"sv, "Tempo="sv, "x"sv,
         "-"sv, "c2("sv, "\0"sv, "x "sv, "(c)"sv, "c,"sv}) {
-    std::string text;
-    while (text.size() < kSize) {
-      text += pattern;
-    }
+    const std::string text = test::Repeated(pattern, 500'000);
     for (const NoteKind kind : {NoteKind::kRTTTL, NoteKind::kComposer}) {
       CNokia converter;
       converter.ShowType = kind;
