@@ -64,8 +64,8 @@ inline constexpr std::array<std::uint8_t, NoteCodes::kNoLength> kLengths = {1, 2
 inline constexpr auto kLengthOf = [] {
   std::array<std::uint8_t, 256> lengths{};
   lengths.fill(NoteCodes::kNoLength);
-  for (std::uint8_t i = 0; i < kLengths.size(); ++i) {
-    lengths[kLengths[i]] = i;
+  for (std::size_t i = 0; i < kLengths.size(); ++i) {
+    lengths[kLengths[i]] = static_cast<std::uint8_t>(i);
   }
   return lengths;
 }();
@@ -112,7 +112,8 @@ class NoteList {
     return note.octave != NoteCodes::kOther ? note.octave : ToNumber(defaultOctave_);
   }
   std::int16_t WholeOctave(const NoteCodes& note) const {
-    return note.octave != NoteCodes::kOther ? note.octave : ToInt16(ToNumber(defaultOctave_));
+    return note.octave != NoteCodes::kOther ? std::int16_t{note.octave}
+                                            : ToInt16(ToNumber(defaultOctave_));
   }
 
  private:
