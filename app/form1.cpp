@@ -450,8 +450,7 @@ bool Form1::FollowPlaying(double ms) {
 
 void Form1::teclearButton_Click() {
   RefreshRepertoire();
-  if (teclearButton.enabled &&
-      OpenGuide(resultRow_, resultModel_, textresultado.text, resultMelody_)) {
+  if (teclearButton.enabled && OpenGuide(resultRow_, resultModel_, resultLine_)) {
     navbanner.visible = false;  // its room is the guide's
     ShowPage(kTypingPage);
   }

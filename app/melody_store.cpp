@@ -135,11 +135,18 @@ std::string MelodyStore::Write(std::string_view text, bool again) const {
   std::error_code ignored;  // a missing folder shows in the next step
   fs::create_directories(melodies_, ignored);
   const std::string bytes = Stored(line);
-  const auto make = [&](const fs::path& free) {
+  // A file with this content may be "name 2" although "name" has been deleted.
+  const auto look = [&](const fs::path& candidate) {
     std::string there;
-    core::SkipErrors([&] { there = core::UndoSharpEscape(files::ReadMelodyLine(free)); });
-    return there == line && !again ? files::CreateResult::kCreated : files::Create(free, bytes);
+    core::SkipErrors([&] { there = core::UndoSharpEscape(files::ReadMelodyLine(candidate)); });
+    return there == line                                         ? files::CreateResult::kCreated
+           : candidate == file || fs::exists(candidate, ignored) ? files::CreateResult::kExists
+                                                                 : files::CreateResult::kFailed;
   };
+  if (const auto found = again ? std::nullopt : files::MakeUnderFreeName(file, look)) {
+    return NameIn(found, kNotSaved);
+  }
+  const auto make = [&](const fs::path& free) { return files::Create(free, bytes); };
   return NameIn(files::MakeUnderFreeName(file, make), kNotSaved);
 }
 

@@ -9,7 +9,9 @@
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
+#include "import/recognise.h"
 #include "json/conversion.h"
+#include "phones/rtttl_check.h"
 
 namespace tonadex::cli {
 namespace {
@@ -141,9 +143,22 @@ bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& 
   }
   ShowMessages(context, messages.messages, input.name + ": ");
   if (!parsed) {
+    NameCommandFor(context, input);
     Fail(context, ExitCode::kNotConverted);
   }
   return parsed;
+}
+
+void NameCommandFor(Context& context, const MelodyInput& input) {
+  using import::FileKind;
+  const FileKind kind = import::RecogniseFile(input.line);
+  if (kind != FileKind::kRtttl && kind != FileKind::kUnknown) {
+    context.err << input.name << ": parece " << core::ToUtf8(import::KindName(kind))
+                << "; lo lee «tonadex-cli importar»\n";
+  } else if (phones::CheckRtttl(core::UndoSharpEscape(input.line)).verdict !=
+             phones::Verdict::kGood) {
+    context.err << input.name << ": no es RTTTL correcto; prueba con «tonadex-cli arreglar»\n";
+  }
 }
 
 void ShowMessages(Context& context, const std::vector<core::Message>& messages,

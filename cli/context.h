@@ -91,6 +91,10 @@ void ForEachMelody(Context& context, const std::vector<std::string>& files,
 // code and returns false; the notes that were read are in `melody`.
 bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& melody);
 
+// Names, on the error stream, the command that reads such a melody: "importar" for the file of
+// another format, "arreglar" for RTTTL with faults. Nothing for a melody without faults.
+void NameCommandFor(Context& context, const MelodyInput& input);
+
 // Writes each message on a line of the error stream, after `before`.
 void ShowMessages(Context& context, const std::vector<core::Message>& messages,
                   std::string_view before = {});

@@ -115,7 +115,8 @@ ExitCode CodeOf(phones::Outcome outcome, bool allModels) {
   }
 }
 
-void ConvertOne(Context& context, const Arguments& arguments, const MelodyInput& input,
+// Returns whether the melody could not be read, or not completely.
+bool ConvertOne(Context& context, const Arguments& arguments, const MelodyInput& input,
                 const std::string& model) {
   using phones::Outcome;
   core::RTTTLMelody melody;
@@ -155,6 +156,8 @@ void ConvertOne(Context& context, const Arguments& arguments, const MelodyInput&
   } else if (conversion.page) {
     SaveResult(output, model, conversion.page->result);
   }
+  return conversion.outcome == Outcome::kIncomplete ||
+         conversion.outcome == Outcome::kCannotConvert;
 }
 
 void ConvertFiles(Context& context, const Arguments& arguments,
@@ -164,12 +167,16 @@ void ConvertFiles(Context& context, const Arguments& arguments,
   }
   bool first = true;
   ForEachMelody(context, arguments.words, [&](const MelodyInput& input) {
+    bool unread = false;
     for (const std::string& model : models) {
       if (!first && !arguments.json && !arguments.resultOnly) {
         context.out << "\n----\n\n";
       }
       first = false;
-      ConvertOne(context, arguments, input, model);
+      unread = ConvertOne(context, arguments, input, model) || unread;
+    }
+    if (unread && !arguments.json) {
+      NameCommandFor(context, input);
     }
   });
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "core/melody_file.h"
 #include "core/rtttl_writer.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
@@ -60,11 +61,7 @@ Reading ReadComposer(std::string_view text) {
 
 // Converts the voice that is probably the tune, whole and not transposed.
 Reading ReadMidi(std::string_view bytes) {
-  const auto read = midi::ReadSmf(bytes);
-  if (const auto* fault = std::get_if<midi::SmfFault>(&read)) {
-    RefuseFile({fault->sentence});
-  }
-  const auto& file = std::get<midi::SmfFile>(read);
+  const midi::SmfFile file = midi::ReadSmf(bytes);
   const std::vector<midi::SmfVoice> voices = midi::VoicesOf(file);
   const auto tune = std::ranges::find(voices, true, &midi::SmfVoice::tune);
   if (tune == voices.end()) {
@@ -169,7 +166,9 @@ OpenedFile OpenMelodyFile(std::string_view bytes, std::string_view fileName) {
   if (reader != kReaders.end()) {
     opened.melodies.push_back(Read(*reader, bytes, fileName));
   } else if (opened.kind == FileKind::kRtttl) {
-    for (phones::RepairedMelody& melody : phones::RepairRtttl(phones::FromPasted(bytes))) {
+    // Stored files escape "#"; to undo that is no repair.
+    const std::string text = core::UndoSharpEscape(phones::FromPasted(bytes));
+    for (phones::RepairedMelody& melody : phones::RepairRtttl(text)) {
       opened.melodies.push_back({std::move(melody.text), std::move(melody.changes)});
     }
   }

@@ -68,9 +68,15 @@ bool IsMotorolaSms(std::string_view text) {
   return in.TakeWord("l") && in.Number() && in.Take('&') && core::IsDigit(in.Next());
 }
 
+bool IsText(std::string_view text) {
+  return !core::Contains(text, std::string_view("\0", 1));
+}
+
+// A picture or program may have colons; only text in UTF-16 has zero bytes.
 bool IsRtttl(std::string_view text) {
   const std::size_t colon = text.find(':');
-  return colon != std::string_view::npos && text.find(':', colon + 1) != std::string_view::npos;
+  return (IsText(text) || text.starts_with("\xFF\xFE")) && colon != std::string_view::npos &&
+         text.find(':', colon + 1) != std::string_view::npos;
 }
 
 bool ConsistsOf(std::string_view text, std::string_view characters) {
@@ -95,10 +101,6 @@ bool IsComposer(std::string_view text) {
   converter.Convert();
   const auto faults = std::ranges::count(converter.ConversionErrors(), '[');
   return converter.NoteCount() > static_cast<std::size_t>(faults);
-}
-
-bool IsText(std::string_view text) {
-  return !core::Contains(text, std::string_view("\0", 1));
 }
 
 struct KindRow {

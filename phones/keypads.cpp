@@ -6,6 +6,7 @@
 
 #include "core/windows1252.h"
 #include "phones/catalogue.h"
+#include "phones/formats.h"
 
 namespace tonadex::phones {
 namespace {
@@ -83,11 +84,9 @@ const Keypad* FindKeypad(std::string_view model) {
   return found == kKeypads.end() ? nullptr : &*found;
 }
 
-const KeypadKey* FindKey(const Keypad& keypad, char sign) {
-  const auto found = std::ranges::find_if(keypad.keys, [sign](const KeypadKey& key) {
-    return key.signs.find(sign) != std::string_view::npos;
-  });
-  return found == keypad.keys.end() ? nullptr : &*found;
+std::string_view TypedModel(std::string_view model) {
+  const CatalogueRow* phone = FindModel(model);
+  return phone != nullptr && phone->code == kComposerCode ? " Pulsaciones" : model;
 }
 
 }  // namespace tonadex::phones

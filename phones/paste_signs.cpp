@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -19,65 +20,38 @@ using namespace core::literals;
 constexpr std::size_t kLongestEntity = 10, kLongestTag = 200;
 constexpr std::string_view kEscapedByPercent = " #,:=.;\r\n";
 
-struct Sign {
-  char32_t character;
+// Replaced characters. Full-width letters and the blanks of U+2000 to U+200A are handled by code.
+struct Signs {
+  std::u32string_view characters;
   std::string_view plain;
 };
+constexpr Signs kSigns[] = {
+    {U"\u2010\u2011\u2012\u2013\u2014\u2212", "-"},
+    {U"\u00B4\u2018\u2019", "'"},
+    {U"\u00AB\u00BB\u201C\u201D\u201E", "\""},
+    {U"\x82\u201A\u3001", ","},  // 0x82 is Windows-1252's low comma, decoded wrongly
+    {U"\u00A0\u00B7\u2022\u2026\u202F\u205F\u3000", " "},
+    {U"\x85\u2028\u2029", "\n"},
+    {U"\u00AD\u2060\uFEFF", ""},
+    {U"\u266D", "b"},
+    {U"\u266F", "#"},
+};
 
-// Replacements, first those of Windows-1252 characters. Full-width letters and the blanks of U+2000
-// to U+200A are handled by code.
-constexpr auto kSigns = std::to_array<Sign>({
-    {0x82, ","},   // mojibake of Windows-1252's low comma
-    {0x85, "\n"},  // next line
-    {0xA0, " "},   // no-break space
-    {0xAB, "\""},
-    {0xAD, ""},
-    {0xB4, "'"},
-    {0xB7, " "},
-    {0xBB, "\""},
-    {0x2010, "-"},
-    {0x2011, "-"},
-    {0x2012, "-"},
-    {0x2013, "-"},
-    {0x2014, "-"},
-    {0x2018, "'"},
-    {0x2019, "'"},
-    {0x201A, ","},
-    {0x201C, "\""},
-    {0x201D, "\""},
-    {0x201E, "\""},
-    {0x2022, " "},
-    {0x2026, " "},
-    {0x2028, "\n"},
-    {0x2029, "\n"},
-    {0x202F, " "},
-    {0x205F, " "},
-    {0x2060, ""},
-    {0x2212, "-"},
-    {0x266D, "b"},
-    {0x266F, "#"},
-    {0x3000, " "},
-    {0x3001, ","},
-    {0xFEFF, ""},
-    // Cyrillic letters that look like those of notes
-    {0x0430, "a"},
-    {0x0432, "b"},
-    {0x0435, "e"},
-    {0x043E, "o"},
-    {0x0440, "p"},
-    {0x0441, "c"},
-    {0x0410, "A"},
-    {0x0412, "B"},
-    {0x0415, "E"},
-    {0x0420, "P"},
-    {0x0421, "C"},
-});
+// Cyrillic letters that look like those of notes, and the letters meant.
+constexpr std::u32string_view kCyrillic =
+    U"\u0430\u0432\u0435\u043E\u0440\u0441\u0410\u0412\u0415\u0420\u0421";
+constexpr std::string_view kLatin = "abeopcABEPC";
+static_assert(kCyrillic.size() == kLatin.size());
 
 // The replacement of a character; nullopt when it is not replaced.
 std::optional<std::string> Plain(char32_t character) {
-  const auto sign = std::ranges::find(kSigns, character, &Sign::character);
-  if (sign != kSigns.end()) {
-    return std::string(sign->plain);
+  for (const Signs& signs : kSigns) {
+    if (signs.characters.find(character) != signs.characters.npos) {
+      return std::string(signs.plain);
+    }
+  }
+  if (const std::size_t at = kCyrillic.find(character); at != kCyrillic.npos) {
+    return std::string(1, kLatin[at]);
   }
   if (character >= 0xFF01 && character <= 0xFF5E) {  // full-width forms of "!" to "~"
     return std::string(1, static_cast<char>(character - 0xFEE0));
@@ -97,22 +71,14 @@ std::string PlainOrSame(char32_t character) {
   return Plain(character).value_or(std::string(1, core::FromUnicode(character)));
 }
 
-std::optional<std::uint32_t> ReadCode(std::string_view digits, std::uint32_t base) {
+std::optional<std::uint32_t> ReadCode(std::string_view digits, int base) {
   std::uint32_t code = 0;
-  for (const char c : digits) {
-    const char lower = core::ToLower(c);
-    const int digit = core::IsDigit(c)               ? c - '0'
-                      : lower >= 'a' && lower <= 'f' ? lower - 'a' + 10
-                                                     : 99;
-    if (digit >= static_cast<int>(base) || code > 0x10FFFF) {
-      return std::nullopt;
-    }
-    code = code * base + static_cast<std::uint32_t>(digit);
-  }
-  return digits.empty() ? std::nullopt : std::optional(code);
+  const char* const end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, code, base);
+  return error == std::errc() && stop == end ? std::optional(code) : std::nullopt;
 }
 
-// Characters at the beginning of a text, and their replacement.
+// The replacement of the characters at the beginning of a text.
 struct Piece {
   std::size_t length = 0;  // of the replaced characters; 0: nothing is replaced
   std::string plain;
@@ -122,30 +88,22 @@ Piece Entity(std::string_view text) {
   struct Name {
     std::string_view name, plain;
   };
-  constexpr auto kNames = std::to_array<Name>({{"amp", "&"},
-                                               {"quot", "\""},
-                                               {"apos", "'"},
-                                               {"lt", "<"},
-                                               {"gt", ">"},
-                                               {"nbsp", " "},
-                                               {"num", "#"},
-                                               {"sharp", "#"},
-                                               {"flat", "b"},
-                                               {"colon", ":"},
-                                               {"aacute", u8"á"_w},
-                                               {"eacute", u8"é"_w},
-                                               {"iacute", u8"í"_w},
-                                               {"oacute", u8"ó"_w},
-                                               {"uacute", u8"ú"_w},
-                                               {"ntilde", u8"ñ"_w},
-                                               {"uuml", u8"ü"_w}});
+  constexpr Name kNames[] = {
+      {"amp", "&"},        {"quot", "\""},      {"apos", "'"},       {"ldquo", "\""},
+      {"rdquo", "\""},     {"bdquo", "\""},     {"laquo", "\""},     {"raquo", "\""},
+      {"lsquo", "'"},      {"rsquo", "'"},      {"ndash", "-"},      {"mdash", "-"},
+      {"minus", "-"},      {"hellip", " "},     {"bull", " "},       {"comma", ","},
+      {"equals", "="},     {"period", "."},     {"lt", "<"},         {"gt", ">"},
+      {"nbsp", " "},       {"num", "#"},        {"sharp", "#"},      {"flat", "b"},
+      {"colon", ":"},      {"aacute", u8"á"_w}, {"eacute", u8"é"_w}, {"iacute", u8"í"_w},
+      {"oacute", u8"ó"_w}, {"uacute", u8"ú"_w}, {"ntilde", u8"ñ"_w}, {"uuml", u8"ü"_w}};
   const std::size_t end = text.substr(0, kLongestEntity).find(';');
   if (end == text.npos) {
     return {};
   }
   const std::string name = core::ToLower(text.substr(1, end - 1));
-  const auto known = std::ranges::find(kNames, name, &Name::name);
-  if (known != kNames.end()) {
+  const auto* known = std::ranges::find(kNames, name, &Name::name);
+  if (known != std::end(kNames)) {
     const bool capital = core::ToLower(text[1]) != text[1];
     return {end + 1, capital ? core::ToUpper(known->plain) : std::string(known->plain)};
   }

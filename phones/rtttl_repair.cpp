@@ -130,12 +130,8 @@ std::string_view ValueOf(const PastedMelody& source, char key) {
 
 // The number at the beginning of a value.
 std::optional<double> NumberIn(std::string_view value) {
-  std::optional<double> number;
-  const std::size_t end = std::min(value.find_first_not_of("0123456789."), value.size());
-  if (end > 0) {
-    core::SkipErrors([&] { number = core::ToNumber(value.substr(0, end)); });
-  }
-  return number;
+  value = value.substr(0, value.find_first_not_of("0123456789."));
+  return value.empty() ? std::nullopt : core::FindNumber(value);
 }
 
 struct Settings {
@@ -159,8 +155,7 @@ Settings SettingsOf(const PastedMelody& source, std::vector<std::string>& change
   }
   const std::string_view tempo = ValueOf(source, 'b');
   if (const auto number = NumberIn(tempo); number && *number > 0) {
-    settings.tempo =
-        tempo.substr(0, std::min(tempo.find_first_not_of("0123456789."), tempo.size()));
+    settings.tempo = tempo.substr(0, tempo.find_first_not_of("0123456789."));
   } else if (number) {
     settings.tempo = std::to_string(kSlowestTempo);
   } else {
@@ -186,6 +181,18 @@ bool BeginsNote(std::string_view note, std::string_view word) {
          (core::IsDigit(note.back()) || word.size() > 1 || word < "4" || word > "7");
 }
 
+// Replaces by blanks the dashes that only separate notes ("8c - 8d"). One after a duration ("8-"),
+// or alone between commas, is a pause.
+std::string WithoutSeparatingDashes(std::string_view piece) {
+  std::string text(piece);
+  for (std::size_t at = piece.find('-'); at != piece.npos; at = piece.find('-', at + 1)) {
+    const std::size_t start = piece.substr(0, at).find_last_not_of("0123456789.") + 1;
+    const bool pause = start < at && (start == 0 || !IsAlphanumeric(piece[start - 1]));
+    text[at] = pause ? '-' : ' ';
+  }
+  return core::Trim(piece, kBlanks) == "-" ? "-" : text;
+}
+
 // Assembles the notes section of one melody.
 class NoteWriter {
  public:
@@ -196,12 +203,12 @@ class NoteWriter {
   void AddPiece(std::string_view piece) {
     std::string item;
     bool empty = true;
-    core::ForEachPiece(piece, kBlanks, [&](std::string_view word) {
+    core::ForEachPiece(WithoutSeparatingDashes(piece), kBlanks, [&](std::string_view word) {
       if (word.empty()) {
         return;
       }
       empty = false;
-      if (IsNote(item) && (IsNote(word) || BeginsNote(item, word))) {
+      if (IsNote(item) && (IsNote(core::Trim(word, "\"'")) || BeginsNote(item, word))) {
         AddItem(std::exchange(item, {}));
         ++parted_;
       }

@@ -1,6 +1,7 @@
 #include "server/handler.h"
 
 #include <algorithm>
+#include <charconv>
 #include <utility>
 
 #include "core/text.h"
@@ -63,15 +64,8 @@ std::string_view UpToAmpersand(std::string_view value) {
 enum class Escapes { kOfLines, kNone, kAll };
 constexpr Escapes kReadings[] = {Escapes::kOfLines, Escapes::kNone, Escapes::kAll};
 
-int HexDigit(char c) {
-  return c >= '0' && c <= '9'   ? c - '0'
-         : c >= 'a' && c <= 'f' ? c - 'a' + 10
-         : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                : -1;
-}
-
 // The characters that clients and the socket loop escape: blanks and control characters.
-bool EndsLine(int code) {
+bool EndsLine(unsigned code) {
   return code <= ' ' || code == 0x7F;
 }
 
@@ -79,12 +73,11 @@ std::string Undo(std::string_view text, Escapes escapes) {
   std::string plain;
   plain.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool room = text[i] == '%' && i + 2 < text.size();
-    const int high = room ? HexDigit(text[i + 1]) : -1;
-    const int low = room ? HexDigit(text[i + 2]) : -1;
-    const int code = high >= 0 && low >= 0 ? high * 16 + low : -1;
-    if (code >= 0 &&
-        (escapes == Escapes::kAll || (escapes == Escapes::kOfLines && EndsLine(code)))) {
+    const char* const digits = text.data() + i + 1;
+    unsigned code = 0;
+    const bool escape = text[i] == '%' && i + 2 < text.size() &&
+                        std::from_chars(digits, digits + 2, code, 16).ptr == digits + 2;
+    if (escape && (escapes == Escapes::kAll || (escapes == Escapes::kOfLines && EndsLine(code)))) {
       plain += static_cast<char>(code);
       i += 2;
     } else {

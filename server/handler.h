@@ -27,12 +27,15 @@ inline constexpr int kAskAgain = -1;  // for maxAgeSeconds: caches must revalida
 inline constexpr std::string_view kTextType = "text/plain; charset=windows-1252";
 inline constexpr std::string_view kHtmlType = "text/html; charset=utf-8";
 
+struct FixedBody;
+
 struct Reply {
   int status = 200;
   std::string_view contentType = kTextType;
   std::vector<SharedText> body = {};  // sent one after the other
   int maxAgeSeconds = 0;              // how long a cache may keep it
   std::string fields = {};            // further header fields, each "Name: value\r\n"
+  const FixedBody* fixed = nullptr;   // the body, if it never changes (delivery.h)
 };
 
 Reply TextReply(int status, std::string_view text);

@@ -53,6 +53,7 @@ inline constexpr std::size_t kMaxRememberedAddresses = 10'000;
 inline constexpr int kDatabaseConnections = 16;       // per server, half of its threads
 inline constexpr int kDatabaseWaitMs = 2'000;         // for a free connection
 inline constexpr int kDatabaseUseMs = 8'000;          // for one use; then the connection is closed
+inline constexpr int kDatabaseCheckMs = 2'000;        // for the check of /salud
 inline constexpr int kDatabaseUpgradeMs = 3'600'000;  // for creating or upgrading the schema
 inline constexpr int kDatabaseRetryMs = 500;  // between attempts to connect while it is unreachable
 inline constexpr int kDatabaseWatchMs = 250;  // between checks for uses that take too long

@@ -1,10 +1,10 @@
 #include "server/web_files.h"
 
 #include <algorithm>
+#include <array>
 
-#include "server/compression.h"
+#include "server/delivery.h"
 #include "server/embedded_file.h"
-#include "server/etag.h"
 
 namespace tonadex::server {
 namespace {
@@ -30,24 +30,25 @@ constexpr std::string_view kSecurityFields =
 
 }  // namespace
 
+FixedBody EmbeddedBody(std::string_view name) {
+  return MakeFixedBody(std::string(EmbeddedFile(name)),
+                       std::string(EmbeddedFile(std::string(name) + ".gz")));
+}
+
 std::optional<Reply> WebReply(const Request& request, std::string_view path) {
+  static const auto bodies = [] {
+    std::array<FixedBody, std::size(kFiles)> made;
+    std::ranges::transform(kFiles, made.begin(), EmbeddedBody, &WebFile::name);
+    return made;
+  }();
   const auto file = std::ranges::find(kFiles, path, &WebFile::path);
   if (file == std::end(kFiles)) {
     return std::nullopt;
   }
-  const bool packed = AcceptsGzip(request.acceptEncoding);
-  Reply reply = TextReply(200, EmbeddedFile(std::string(file->name) + (packed ? ".gz" : "")));
-  reply.contentType = file->type;
+  Reply reply = FixedReply(bodies[static_cast<std::size_t>(file - kFiles)], file->type);
   reply.maxAgeSeconds = kMaxAgeSeconds;
   reply.fields = kSecurityFields;
-  reply.fields += kVaryField;
-  reply = WithETag(std::move(reply), request.ifNoneMatch);
-  reply.fields += packed && reply.status == 200 ? kGzipField : "";
-  return reply;
-}
-
-std::string ContractText() {
-  return std::string(EmbeddedFile("openapi.json"));
+  return Delivered(std::move(reply), request);
 }
 
 }  // namespace tonadex::server

@@ -122,11 +122,7 @@ Part MidiPage::Layout() {
 MidiPage::MidiPage(SharedState& state) : state_(state) {}
 
 void MidiPage::ReadMidiFile(std::string_view bytes, std::string_view name) {
-  auto read = midi::ReadSmf(bytes);
-  if (const midi::SmfFault* fault = std::get_if<midi::SmfFault>(&read)) {
-    throw core::RunTimeError(core::ErrorNumber::kInvalidArgument, fault->sentence);
-  }
-  midi::SmfFile& file = std::get<midi::SmfFile>(read);
+  midi::SmfFile file = midi::ReadSmf(bytes);
   std::vector<midi::SmfVoice> voices = midi::VoicesOf(file);
   if (voices.empty()) {
     throw core::RunTimeError(core::ErrorNumber::kInvalidArgument, std::string(kNoNotes));

@@ -341,7 +341,7 @@ void RepertoirePage::RefreshRepertoire() {
   copyButton.enabled = !stale && !textresultado.text.empty() && !phones::SavesFile(resultModel_);
   saveAsButton.enabled = selected && !line_.empty();
   teclearButton.enabled = teclearButton.checked =
-      !stale && !textresultado.text.empty() && phones::FindKeypad(resultModel_) != nullptr;
+      !stale && !textresultado.text.empty() && phones::FindKeypad(phones::TypedModel(resultModel_)) != nullptr;
   picconvertir.checked = !teclearButton.checked;
 }
 
@@ -708,7 +708,6 @@ void RepertoirePage::ConvertSelectedMelody() {
     resultFile_ = last_ = file;
     resultLine_ = line_ = line;
     resultModel_ = state_.program.gPhoneModel;
-    resultMelody_ = state_.program.gMelody;
     resultGroups_ = NoteGroups(resultModel_, page->result, state_.program.gMelody);
   }
 }

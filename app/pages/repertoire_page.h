@@ -94,8 +94,7 @@ class RepertoirePage {
   // The selected melody's text, with "#" for sharps.
   std::string SelectedMelody() const;
 
-  std::string resultRow_, resultModel_;  // of what the result panel shows
-  core::RTTTLMelody resultMelody_;       // as its conversion left it
+  std::string resultRow_, resultModel_, resultLine_;  // of what the result panel shows
 
  private:
   enum class Entry { kNone, kName, kSemitones };
@@ -124,7 +123,7 @@ class RepertoirePage {
   std::string askedFile_;                                               // which the entry is for
   std::vector<std::pair<std::filesystem::path, std::string>> deleted_;  // in the bin; the old names
   bool converted_ = false;
-  std::string resultShown_, resultFile_, resultLine_;  // of what the result panel shows
+  std::string resultShown_, resultFile_;  // of what the result panel shows
   std::vector<int> resultGroups_;                      // of each note of the result's melody, or -1
   bool folded_ = false;                                // the instructions
 };

@@ -17,6 +17,7 @@
 #include "core/windows1252.h"
 #include "files/write.h"
 #include "midi/playback.h"
+#include "phones/conversion.h"
 #include "phones/phone_description.h"
 
 namespace tonadex::app {
@@ -242,15 +243,15 @@ TypingPage::TypingPage(SharedState& state) : state_(state) {
   keyTimer.interval = kTickMs;
 }
 
-bool TypingPage::OpenGuide(std::string_view row, std::string_view model, std::string_view result,
-                           const core::RTTTLMelody& melody) {
-  if (!guide_.Open(model, result, melody)) {
+bool TypingPage::OpenGuide(std::string_view row, std::string_view model, std::string_view rtttl) {
+  const std::string_view typed = phones::TypedModel(model);
+  const auto page = phones::ConvertQuietly(melody_, rtttl, typed);
+  if (!page || !guide_.Open(typed, page->result, melody_)) {
     return false;
   }
   row_ = row;
-  melody_ = melody;
-  guideTitle.caption = melody.Name + ", para " + phones::PhoneName(model);
-  guideDrawing = MelodyDrawing(melody.Text, model);
+  guideTitle.caption = SheetTitle(rtttl, phones::PhoneName(model), melody_.Beats);
+  guideDrawing = MelodyDrawing(melody_.Text, typed);
   shownMs_ = 0;
   keyTimer.enabled = true;
   SoundNote();

@@ -54,10 +54,8 @@ class TypingPage {
   static Part WideLayout();  // a larger keypad, nothing wider than the eye takes in
 
  protected:
-  // Returns false when there is nothing to type. `row` is the melody's row in the repertoire,
-  // `melody` is as the conversion left it.
-  bool OpenGuide(std::string_view row, std::string_view model, std::string_view result,
-                 const core::RTTTLMelody& melody);
+  // Returns false when there is nothing to type. `row` is the melody's row in the repertoire.
+  bool OpenGuide(std::string_view row, std::string_view model, std::string_view rtttl);
   void CloseGuide();
   void RefreshTyping();
 

@@ -8,8 +8,7 @@
 #include "phones/catalogue.h"
 #include "phones/phone_finder.h"
 #include "server/api/call.h"
-#include "server/compression.h"
-#include "server/etag.h"
+#include "server/delivery.h"
 #include "server/limits.h"
 #include "server/web_files.h"
 
@@ -20,6 +19,11 @@ using namespace core::literals;
 
 enum class Body { kNone, kText, kAny };
 
+Reply Contract(const Call&) {
+  static const FixedBody contract = EmbeddedBody("openapi.json");
+  return FixedReply(contract, kJsonType);
+}
+
 // One row per path and method, as in openapi.json. A path that ends in "/" is a prefix: the rest of
 // the target is an argument.
 struct Endpoint {
@@ -29,7 +33,7 @@ struct Endpoint {
   bool conversion = false;  // subject to the rate limit for conversions
 };
 constexpr Endpoint kEndpoints[] = {
-    {"/openapi.json", Body::kNone, [](const Call&) { return JsonReply(ContractText()); }},
+    {"/openapi.json", Body::kNone, Contract},
     {"/modelos", Body::kNone, Models},
     {"/formatos", Body::kNone, FileFormats},
     {"/buscar", Body::kNone, FindMelodies},
@@ -160,11 +164,8 @@ Reply AnswerApi(const Request& request, std::string_view path, std::string_view 
   const Endpoint* endpoint = FindEndpoint(path);
   Reply reply = endpoint == nullptr ? ProblemReply(404)
                                     : Answer(*endpoint, request, path, query, store, conversions);
-  if (!request.post) {
-    reply = WithETag(std::move(reply), request.ifNoneMatch);
-    reply.fields += "Access-Control-Allow-Origin: *\r\n";
-  }
-  return Compressed(std::move(reply), request.acceptEncoding);
+  reply.fields += request.post ? "" : "Access-Control-Allow-Origin: *\r\n";
+  return Delivered(std::move(reply), request);
 }
 
 std::string AllowField(std::string_view path) {

@@ -51,35 +51,37 @@ Connections::Connections(const std::string& address, std::function<void(pqxx::co
       report_(std::move(report)),
       watcher_([this](const std::stop_token& stop) { Watch(stop); }) {
   try {
-    Take();
+    Take(Clock::time_point::max());
   } catch (const StoreAway&) {
     // Already reported; Run tries again later.
   }
 }
 
 // Takes an idle connection or opens one. While the database is unreachable only one thread tries.
-std::shared_ptr<Connections::Session> Connections::Take() {
+std::shared_ptr<Connections::Session> Connections::Take(Clock::time_point end) {
   std::unique_lock lock(mutex_);
-  const auto now = Clock::now();
-  if (away_ && now < nextTry_) {
-    throw StoreAway(reason_);
-  }
+  const auto isAway = [this] { return away_ && Clock::now() < nextTry_; };
   const auto isFree = [this] { return !idle_.empty() || open_ < kDatabaseConnections; };
-  if (!freed_.wait_until(lock, now + milliseconds(kDatabaseWaitMs), isFree)) {
+  const auto waitEnd = std::min(end, Clock::now() + milliseconds(kDatabaseWaitMs));
+  if (!freed_.wait_until(lock, waitEnd, [&] { return isAway() || isFree(); })) {
     throw StoreAway("todas las conexiones con la base de datos están ocupadas");
+  }
+  if (isAway()) {
+    throw StoreAway(reason_);
   }
   std::unique_ptr<Session> session;
   if (idle_.empty()) {
     ++open_;
-    nextTry_ = now + milliseconds(kDatabaseUseMs);
+    nextTry_ = Clock::now() + milliseconds(kDatabaseUseMs);
     lock.unlock();
     session = Connect();
     lock.lock();
   } else {
     session = std::move(idle_.back());
     idle_.pop_back();
-    WatchOver(*session, kDatabaseUseMs);
+    busy_.push_back(session.get());
   }
+  session->deadline = std::min(end, Clock::now() + milliseconds(kDatabaseUseMs));
   return {session.release(), [this](Session* used) { GiveBack(used); }};
 }
 
@@ -92,28 +94,28 @@ std::unique_ptr<Connections::Session> Connections::Connect() {
     {
       const std::lock_guard lock(mutex_);
       prepared = prepared_;
-      WatchOver(*session, prepared ? kDatabaseUseMs : kDatabaseUpgradeMs);
+      session->deadline =
+          Clock::now() + milliseconds(prepared ? kDatabaseUseMs : kDatabaseUpgradeMs);
+      busy_.push_back(session.get());
     }
     if (!prepared) {
       prepare_(session->connection);
     }
     const std::lock_guard lock(mutex_);
     prepared_ = true;
-    session->deadline = Clock::now() + milliseconds(kDatabaseUseMs);
     if (std::exchange(away_, false)) {
       report_("la base de datos responde de nuevo");
     }
     return session;
-  } catch (const pqxx::broken_connection& failure) {
+  } catch (const std::exception& failure) {
     const std::lock_guard lock(mutex_);
     std::erase(busy_, session.get());
     --open_;
-    SetAway(FirstLine(failure.what()));
-    throw StoreAway(reason_);
-  } catch (const std::exception&) {
-    const std::lock_guard lock(mutex_);
-    std::erase(busy_, session.get());
-    --open_;
+    if (dynamic_cast<const pqxx::broken_connection*>(&failure) != nullptr) {
+      SetAway(FirstLine(failure.what()));
+      throw StoreAway(reason_);
+    }
+    freed_.notify_one();
     throw;
   }
 }
@@ -155,14 +157,10 @@ void Connections::Judge(Session& session, const pqxx::failure& failure, bool aga
 void Connections::SetAway(const std::string& reason) {
   reason_ = reason;
   nextTry_ = Clock::now() + milliseconds(kDatabaseRetryMs);
+  freed_.notify_all();  // those that wait for a connection fail at once
   if (!std::exchange(away_, true)) {
     report_("no se llega a la base de datos: " + reason);
   }
-}
-
-void Connections::WatchOver(Session& session, int limit) {
-  session.deadline = Clock::now() + milliseconds(limit);
-  busy_.push_back(&session);
 }
 
 void Connections::Watch(const std::stop_token& stop) {

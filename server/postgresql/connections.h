@@ -33,16 +33,20 @@ class Connections {
 
   // Returns use(connection, again). If the connection is lost, `use` is called once more on a new
   // one with `again` true; whether the first call has committed is then unknown. Throws StoreAway
-  // when the database is unreachable or a statement takes too long; pqxx::sql_error when it rejects
-  // a statement for another reason.
+  // when the database is unreachable or a statement takes too long, or a connection is lost after
+  // `end`; pqxx::sql_error when it rejects a statement for another reason. A connection is waited
+  // for and used until `end` at most; opening a new one may take the time-out of libpq longer.
   template <typename Use>
-  auto Run(Use use) {
+  auto Run(Use use, Clock::time_point end = Clock::time_point::max()) {
     for (bool again = false;; again = true) {
-      const std::shared_ptr<Session> session = Take();
+      const std::shared_ptr<Session> session = Take(end);
       try {
         return use(session->connection, again);
       } catch (const pqxx::failure& failure) {
         Judge(*session, failure, again);
+        if (Clock::now() >= end) {
+          throw StoreAway(failure.what());
+        }
       }
     }
   }
@@ -60,13 +64,12 @@ class Connections {
     Clock::time_point deadline;
   };
 
-  std::shared_ptr<Session> Take();
+  std::shared_ptr<Session> Take(Clock::time_point end);
   std::unique_ptr<Session> Connect();
   void GiveBack(Session* session);
   void Judge(Session& session, const pqxx::failure& failure, bool again);
   void SetAway(const std::string& reason);
   void Watch(const std::stop_token& stop);
-  void WatchOver(Session& session, int milliseconds);
 
   const std::string address_;
   const std::function<void(pqxx::connection&)> prepare_;

@@ -148,12 +148,14 @@ struct PostgresqlStore::State {
 
   // Connections::Run for reading statements.
   template <typename Use>
-  auto Read(Use use) {
+  auto Read(Use use, Clock::time_point end = Clock::time_point::max()) {
     try {
-      return connections.Run([&](pqxx::connection& connection, bool) {
-        pqxx::nontransaction work(connection);
-        return use(work);
-      });
+      return connections.Run(
+          [&](pqxx::connection& connection, bool) {
+            pqxx::nontransaction work(connection);
+            return use(work);
+          },
+          end);
     } catch (const pqxx::sql_error& error) {
       throw StoreAway(error.what());
     }
@@ -180,7 +182,8 @@ PostgresqlStore::~PostgresqlStore() = default;
 
 bool PostgresqlStore::Reachable() const noexcept {
   try {
-    return state_->Read([](auto& work) { return work.exec(sql::kAlive).size() == 1; });
+    return state_->Read([](auto& work) { return work.exec(sql::kAlive).size() == 1; },
+                        Clock::now() + std::chrono::milliseconds(kDatabaseCheckMs));
   } catch (const std::exception&) {
     return false;
   }

@@ -9,7 +9,7 @@ namespace tonadex::server::sql {
 // Appended to the database's URI: time-outs of a hanging connection, durability of commits, and
 // limits of statements, which the database enforces so that it does not go on with abandoned ones.
 inline constexpr const char* kSessionParameters =
-    "client_encoding=UTF8&fallback_application_name=tonadex-server&connect_timeout=3"
+    "client_encoding=UTF8&fallback_application_name=tonadex-server&connect_timeout=2"
     "&keepalives_idle=30&keepalives_interval=5&keepalives_count=3&tcp_user_timeout=8000"
     "&options=-c%20statement_timeout%3D5000%20-c%20idle_in_transaction_session_timeout%3D5000"
     "%20-c%20synchronous_commit%3Don";

@@ -35,12 +35,14 @@ void ReportNoDisplay(QtMsgType type, const QMessageLogContext&, const QString&) 
   }
 }
 
-// Answered before a screen is needed.
-bool AsksForVersion(int argc, char** argv) {
-  return std::find(argv, argv + argc, std::string_view("--version")) != argv + argc;
+bool Has(int argc, char** argv, std::string_view argument) {
+  return std::find(argv, argv + argc, argument) != argv + argc;
 }
 
-void PrepareEnvironment() {
+void PrepareEnvironment(int argc, char** argv) {
+  if (Has(argc, argv, "--ayuda") || Has(argc, argv, "-h")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");  // the help needs no screen
+  }
   // The browser's sandbox refuses to work for root; for everyone else it stays on.
   if (geteuid() == 0) {
     qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
@@ -80,11 +82,11 @@ void LoadTranslations(QApplication& application) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (AsksForVersion(argc, argv)) {
+  if (Has(argc, argv, "--version")) {
     std::puts("tonadex " TONADEX_VERSION);
     return 0;
   }
-  PrepareEnvironment();
+  PrepareEnvironment(argc, argv);
   qInstallMessageHandler(ReportNoDisplay);
   QApplication application(argc, argv);
   qInstallMessageHandler(nullptr);

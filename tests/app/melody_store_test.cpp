@@ -81,8 +81,10 @@ TEST_F(Store, ReplacesNoOtherMelody) {
   EXPECT_EQ(store.Restore(store.Delete("Vals.22"), "Vals.22"), "Vals.22");
   EXPECT_EQ(Held(), before);
   const auto binned = store.Delete("Vals.22");
+  EXPECT_EQ(store.Save(other), "Vals 2.22") << "it is there already";
   folder.Write("m/Vals.22", other);
   EXPECT_EQ(store.Restore(binned, "Vals.22"), "Vals 3.22");
+  EXPECT_EQ(store.Rename("Vals 3.24", "Vals 2"), "Vals 2 2.24") << "an equal one stays";
 }
 
 TEST_F(Store, RenamesMelodyAndFile) {

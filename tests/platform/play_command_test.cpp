@@ -41,7 +41,8 @@ TEST_F(ReproducirTest, PlaysToTheEndAndTellsWhatIsWrong) {
             std::string("1 Reproduciendo Vals\n! "
                         "-: Error encontrado al separar la nota #2\n"
                         "Comprueba que el RTTL sea correcto\n\n"
-                        "Asegurate también de que no hay dos\ncomas (,,) consecutivas\n") +
+                        "Asegurate también de que no hay dos\ncomas (,,) consecutivas\n"
+                        "-: no es RTTTL correcto; prueba con «tonadex-cli arreglar»\n") +
                 kSilentNote);
   EXPECT_TRUE(Play("Vals:d=16,o=5,b=0:c").starts_with("1 ! "));
   EXPECT_TRUE(std::filesystem::is_empty(folder / "tonadex"));  // no MIDI file is left
