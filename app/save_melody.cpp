@@ -5,14 +5,15 @@
 
 #include "app/melody_notes.h"
 #include "app/pdf.h"
-#include "app/result_file_name.h"
 #include "app/typing_sheet.h"
 #include "app/words.h"
+#include "core/melody_file.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "files/paths.h"
 #include "files/write.h"
+#include "net/file_name.h"
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
 #include "phones/file_formats.h"
@@ -113,6 +114,16 @@ std::vector<phones::TypingStep> StepsOf(std::string_view result) {
 std::string ExtensionOf(const std::filesystem::path& file) {
   const std::string extension = core::ToLower(files::TextFromPath(file.extension()));
   return extension.empty() ? extension : extension.substr(1);
+}
+
+std::string FileStem(std::string_view row) {
+  std::string name(core::RowStem(row));
+  for (char& c : name) {
+    if (!net::IsSafeFileName(std::string_view(&c, 1)) && c != ' ' && c != '.') {
+      c = '_';
+    }
+  }
+  return !name.empty() && net::IsSafeFileName(name + ".x") ? name : "melodia";
 }
 
 std::string SheetPdf(std::string_view rtttl, std::string_view model) {
