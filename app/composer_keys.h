@@ -17,6 +17,8 @@ struct ComposerKey {
 // Keys in the order of the row: 1 to 7, 0, 8, 9, *, #.
 inline constexpr std::size_t kKeyCount = 12;
 const std::array<ComposerKey, kKeyCount>& ComposerKeys();
+// Behind them, a key that locks: while it is down, the others count as held.
+inline constexpr ComposerKey kHoldKey = {"( )", "mantener", "Mantener pulsada"};
 
 struct ComposerText {
   std::string text;

@@ -38,12 +38,12 @@ struct MenuItem {
   std::string_view shortcut = {};  // "F2"; works while the list has the focus
   Handler handler = nullptr;
   bool needsRow = true;   // greyed while no row is selected
-  const char* icon = "";  // of one that is a button on each row, too
+  const char* icon = "";  // of an entry that is also a button on each row
 };
 
 enum class Font { kBody, kSmall, kTitle, kHeading };
 
-// What of a control outlasts the program: its `value`, for numbers in a range, else its text.
+// What is saved of a control between two runs: its `value` if there is a range, else its text.
 struct KeptValue {
   std::string_view name = {};  // in the file of the state; "" for nothing
   int lowest = 0, highest = 0;
@@ -72,7 +72,7 @@ struct ControlInfo {
   Control Form1::*below = nullptr;       // of a line: the list that the Down key leads to
   Drawing Form1::*drawing = nullptr;     // of a kDrawing,
   std::span<const MenuItem> menu = {};   // of a list
-  std::int16_t menuPage = kNoPage;       // where it has the menu
+  std::int16_t menuPage = kNoPage;       // the page on which it has the menu
   Sounding sounds = Sounding::kNothing;  // which follows this melody while it sounds
   Picture (Form1::*picture)(double width, double height) const = nullptr;  // of a kShapes
   KeptValue kept = {};
@@ -114,10 +114,8 @@ constexpr ControlInfo Words(std::string_view name, Control Form1::*member, std::
 // The button of a page that opens melody files.
 constexpr ControlInfo Open(Look look, std::string_view name, Control Form1::*member,
                            std::string_view caption, Handler click) {
-  ControlInfo button =
-      Button(look, name, member, caption, "", words::kOpenHelp, click, words::kOpenHelp);
-  button.shortcut = "Ctrl+O";
-  return button;
+  return WithKeys(
+      Button(look, name, member, caption, "", words::kOpenHelp, click, words::kOpenHelp), "Ctrl+O");
 }
 
 constexpr ControlInfo View(std::string_view name, Control Form1::*member, Drawing Form1::*drawing,
@@ -126,6 +124,13 @@ constexpr ControlInfo View(std::string_view name, Control Form1::*member, Drawin
   view.drawing = drawing;
   view.sounds = sounds;
   return view;
+}
+
+constexpr ControlInfo Shapes(std::string_view name, Control Form1::*member,
+                             Picture (Form1::*picture)(double, double) const, Handler click) {
+  ControlInfo row = Row(Look::kShapes, name, member, {}, {Event::kClick, click});
+  row.picture = picture;
+  return row;
 }
 
 // Every control of the window. No row holds txtcompoTempo_KeyPress and keyRow_KeyPressed, which

@@ -23,15 +23,22 @@ std::string_view Control::LooseText() const {
   return listIndex < 0 && text != kNothingChosen ? std::string_view(text) : std::string_view();
 }
 
-std::string Control::LineAt(std::size_t row) const {
-  return RowLine((row < shown.size() ? shown : rows)[row].text);
+int Control::SelectedLine() const {
+  return LooseText().empty() ? listIndex : static_cast<int>(rows.size());
+}
+
+std::string Control::LineAt(std::size_t line) const {
+  return RowLine(line == rows.size() ? text : (line < shown.size() ? shown : rows)[line].text);
 }
 
 // The file, where the line does not name it.
-std::string Control::HelpAt(std::size_t row) const {
-  const ListRow at = rows[row];
-  return RowLine(row < shown.size() ? core::MelodyFileName(at.text, at.itemData)
-                                    : std::string(at.text));
+std::string Control::HelpAt(std::size_t line) const {
+  return line < shown.size() ? RowLine(core::MelodyFileName(rows[line].text, rows[line].itemData))
+                             : LineAt(line);
+}
+
+bool Control::HasLinesOf(const Control& other) const {
+  return rows == other.rows && shown == other.shown && LooseText() == other.LooseText();
 }
 
 void Control::Clear() {

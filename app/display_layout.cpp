@@ -10,8 +10,8 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::size_t kMarginGap = 2, kColumnGap = 2;
-constexpr std::size_t kSpareRoom = 8;  // the part of the room that even columns may cost
-constexpr std::size_t kWholeRun = 16;  // a longer run of characters is parted between notes
+constexpr std::size_t kSpareRoom = 8;  // wider columns may cost this fraction (1/8) of the room
+constexpr std::size_t kWholeRun = 16;  // a longer run of characters is split between notes
 constexpr int kSmallestFit = 20, kLargestFit = 36,
               kFitStep = 2;  // pixels, where nobody has chosen
 
@@ -19,9 +19,9 @@ std::size_t SizeOf(const ResultGroup& group) {
   return group.text.to - group.text.from;
 }
 
-// Width of the columns, gap included, in which two thirds of the groups or more fit into one; a
-// longer group takes several. The widest that needs little more room than the best: groups that
-// take two columns make the lines hard to follow.
+// The width of the columns including their gap. At least two thirds of the groups fit into one
+// column; a longer group takes several, which is hard to follow, so that the result is the widest
+// column that needs little more room than the best one.
 std::size_t ColumnWidth(const std::vector<ResultGroup>& groups) {
   std::vector<std::size_t> sizes(groups.size());
   std::ranges::transform(groups, sizes.begin(), SizeOf);
@@ -69,8 +69,8 @@ class Layouter {
     column_ = c == '\n' ? 0 : column_ + 1;
   }
 
-  // What stands in the result up to `end`, where a group of `room` characters follows: its line
-  // ends, one where the group does not fit, or its blanks.
+  // Adds what separates the groups in the result up to `end`: its line ends, or a line break if the
+  // next group, of `room` characters, does not fit, or blanks.
   void PutGap(std::size_t end, std::size_t room) {
     const std::string_view gap = result_.substr(at_, end - at_);
     std::size_t width = gap.size();
@@ -131,7 +131,7 @@ class Layouter {
   std::size_t column_ = 0;
 };
 
-// Where a group's line begins in the shown text.
+// Index in the shown text of the beginning of a group's line.
 std::size_t LineOf(const DisplayText& shown, int group) {
   const std::size_t from = shown.groups[static_cast<std::size_t>(group)].from;
   return from == 0 ? 0 : shown.text.rfind('\n', from - 1) + 1;  // npos + 1 is 0
@@ -145,8 +145,8 @@ bool IsLetter(std::string_view text, std::size_t at) {
   return at < text.size() && ((text[at] | 0x20) >= 'a') && ((text[at] | 0x20) <= 'z');
 }
 
-// Where the first note of a run without blanks ends: "*4#c3.", "C#-3", "+G". A sharp
-// or a minus stands before the letter that it belongs to, or between it and a figure.
+// Length of the first note of a run without blanks: "*4#c3.", "C#-3", "+G". A "#" or "-" that
+// precedes a letter begins the next note.
 std::size_t NoteEnd(std::string_view run) {
   bool letter = false;
   std::size_t at = run.substr(0, kWholeRun).find(':') + 1;  // behind "MELODY:", 0 without it
@@ -161,7 +161,7 @@ std::size_t NoteEnd(std::string_view run) {
   return at;
 }
 
-// Whether a run without blanks is one of many notes, behind a word such as "MELODY:".
+// Whether a run without blanks consists of many notes, maybe after a word such as "MELODY:".
 bool IsNotes(std::string_view run) {
   constexpr std::string_view kNotes = "abcdefghprABCDEFGHPR0123456789*+#-&.:;";
   return run.size() > kWholeRun && run.find_first_not_of(kNotes, run.find(':') + 1) == run.npos;

@@ -4,10 +4,11 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-// A result on the phone's display: lines that tear no group apart, numbers at their margin, the
-// mark on one group and type that fills its place. All texts are Windows-1252.
+// A result as the phone's display shows it: lines broken between groups, numbered at the margin,
+// one group marked, in a font size that fills the display. All texts are Windows-1252.
 namespace tonadex::app {
 
 struct TextRange {
@@ -17,72 +18,73 @@ struct TextRange {
   friend bool operator==(const TextRange&, const TextRange&) = default;
 };
 
-// A run of a result's text that is not to be torn apart at a line's end. Ranges in the result.
+// A part of a result that a line break should not split. Both ranges index the result's text.
 struct ResultGroup {
   TextRange text;  // without the blanks around it
-  TextRange held;  // keys to be held down, "(…)" with its parentheses: set heavier; or empty
+  TextRange held;  // keys to be held down, "(…)" with the parentheses, drawn bold; or empty
 
   friend bool operator==(const ResultGroup&, const ResultGroup&) = default;
 };
 
-// The groups of a result in order: split at blanks and line ends, and behind ","; where many notes
-// stand without anything between them, each is a group.
+// The groups of a result in order, separated by blanks, line ends and commas (which end a group).
+// In a long run of notes without separators each note is a group.
 std::vector<ResultGroup> ResultGroups(std::string_view result);
 
 struct DisplayText {
-  std::string text;                 // lines parted by LF
-  std::vector<std::size_t> origin;  // where each character of `text`, and its end, stands in the
-                                    // result
+  std::string text;                 // lines separated by LF
+  std::vector<std::size_t> origin;  // for each character of `text` and its end: index in the result
   std::vector<TextRange> groups;    // in `text`, in order
-  std::vector<TextRange> held;      // set heavier
-  std::vector<TextRange> margin;    // the numbers at the lines' beginnings
+  std::vector<TextRange> held;      // drawn bold
+  std::vector<TextRange> margin;    // the numbers at the beginnings of the lines
 
   friend bool operator==(const DisplayText&, const DisplayText&) = default;
 };
 
-// Lays the groups out in lines of at most `columns` characters. `counted` puts the number of a
-// line's first group at its margin and begins the groups in columns. A group that no line can hold
-// is broken where it must be.
+// Lays out the groups in lines of at most `columns` characters. If `counted`, each line begins with
+// the number of its first group, and the groups are aligned in columns. Only a group that is longer
+// than a line is split.
 DisplayText LayOutDisplay(std::string_view result, const std::vector<ResultGroup>& groups,
                           bool counted, std::size_t columns);
 
-// How the arrow keys, Home, End and the page keys move the mark.
+// The movements of the mark by arrow keys, Home, End (in the line) and the page keys.
 enum class Move { kPrevious, kNext, kUp, kDown, kLineBegin, kLineEnd, kFirst, kLast };
 
 // The group that `move` marks after `marked` (-1 for none); -1 where there are no groups.
 int MovedMark(const DisplayText& shown, int marked, Move move);
 
-// What a toolkit measures of the display's type, in its own pixels.
+// Measures of the display's font, in the toolkit's pixels.
 struct TypeMeasure {
   double character = 1, line = 1;  // width and height
 };
 
-// What the display shows. Until someone chooses a size, the type is as large as the place allows,
-// within limits.
+// The state of the display. Until the user chooses a font size, it is the largest one, within
+// limits, at which the whole result is visible.
 class ResultDisplay {
  public:
   using Measure = std::function<TypeMeasure(int pixels)>;
   explicit ResultDisplay(Measure measure) : measure_(std::move(measure)) {}
 
-  // True when the text has to be drawn anew.
+  // These return true if the text must be redrawn.
   bool SetResult(std::string result, std::vector<ResultGroup> groups, bool counted);
-  bool SetPlace(double width, double height);  // what is there for the text
-  bool SetPixelSize(int pixels);               // what the user chooses
-  bool LayOut();                               // after other type
+  bool SetPlace(double width, double height);  // the text's area, in the toolkit's pixels
+  bool SetPixelSize(int pixels);               // the user's choice
+  bool LayOut();                               // after the font has changed
 
   const std::string& result() const { return result_; }
   const DisplayText& shown() const { return shown_; }
   int PixelSize() const { return pixels_; }
   int ChosenPixelSize() const { return chosen_ ? pixels_ : 0; }
-  // A sentence in the result's place and type.
+  // A sentence laid out like a result, in the present font size.
   DisplayText Sentence(std::string_view words) const;
-  // The part of the result that the characters of `range` show.
+  // The part of the result that `range` of the shown text stands for.
   std::string Part(TextRange range) const;
 
   int marked() const { return marked_; }  // a group, -1 for none
-  // True when another group is marked now.
+  // These return true if another group is marked now.
   bool Mark(int group);
-  bool MarkAt(std::size_t position);  // the group at this character of the shown text
+  bool MarkAt(std::size_t position);  // the group at this index of the shown text
+  // Marks the group that sounds, -1 for none; only a change moves a mark that the user has set.
+  bool Follow(int group) { return std::exchange(followed_, group) != group && Mark(group); }
 
  private:
   std::size_t ColumnsOf(const TypeMeasure& type) const;
@@ -95,7 +97,7 @@ class ResultDisplay {
   int pixels_ = 20;
   bool chosen_ = false;
   DisplayText shown_;
-  int marked_ = -1;
+  int marked_ = -1, followed_ = -1;
 };
 
 }  // namespace tonadex::app

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "app/layout.h"
@@ -78,13 +79,13 @@ constexpr auto kRows = std::to_array<ControlInfo>({
 });
 
 constexpr auto kPages = std::to_array<Page>({
-    {kSearchPage, &SearchPage::Layout, nullptr, true},
+    {kSearchPage, &SearchPage::Layout, false, true},
     {kStartUpPage, &WebPage::Layout},
-    {kRepertoirePage, &RepertoirePage::Layout, &RepertoirePage::WideLayout},
+    {kRepertoirePage, &RepertoirePage::Layout, true},
     {kInternetPage, &WebPage::Layout},
     {kOptionsPage, &OptionsPage::Layout},
-    {kStartPage, &StartPage::Layout, &StartPage::WideLayout},
-    {kTypingPage, &TypingPage::Layout, &TypingPage::WideLayout},
+    {kStartPage, &StartPage::Layout, true},
+    {kTypingPage, &TypingPage::Layout, true},
     {kMidiPage, &MidiPage::Layout},
 });
 
@@ -157,7 +158,7 @@ std::span<const Page> Pages() {
 
 Part PageLayout(std::int16_t page, int width) {
   const auto found = std::ranges::find(kPages, page, &Page::number);
-  return found == kPages.end() ? Column({}) : found->LayoutFor(width)();
+  return found == kPages.end() ? Column({}) : found->layout(found->IsWide(width));
 }
 
 Part WindowLayout(Part page) {
@@ -167,16 +168,13 @@ Part WindowLayout(Part page) {
           .Gap(look::kFieldGap)
           .Margins(look::kGrid, 0, 0);
   bar.frame = Part::Frame::kBar;
-  Part banner =
-      Row({The(&F::navbanner).Weight(1).Heights(look::kBannerHeight, look::kBannerHeight)})
-          .Margins(look::kPageMargin, look::kGrid, 0);
   // The waiting line overlaps the top of the page.
   Part foot = Row({The(&F::playingText).Weight(1), The(&F::silentLabel), The(&F::playingPosition),
                    The(&F::stopButton)})
                   .Gap(look::kPageMargin)
                   .Margins(look::kPageMargin, look::kGrid, look::kGrid);
   foot.frame = Part::Frame::kBar;
-  return Column({std::move(bar), The(&F::waitingLine).Heights(0, 0), std::move(banner),
+  return Column({std::move(bar), The(&F::waitingLine).Heights(0, 0), WebPage::BannerLayout(),
                  std::move(page).Weight(1).Scrolls(), std::move(foot)})
       .Gap(0);
 }
@@ -212,7 +210,7 @@ Form1::Form1(Program& theProgram)
   saveTimer.enabled = false;
   saveTimer.interval = kSaveMs;
   session_.Restore(*this);
-  ChooseVoice(beepChoice.value);
+  UseVoice();
   txtmelodiacompo_Change();
   txtrtttlsube_Change();
 }
@@ -243,9 +241,7 @@ void Form1::Form_Load() {
     ocultapagina();
   }
   paginaactual = kStartUpPage;
-  WebBrowser1.visible = true;
-  navbanner.visible = false;
-  Navigate(WebBrowser1, net::StartPageAddress(program.gVersion));
+  Browse(net::StartPageAddress(program.gVersion));
   formReady_ = true;
 }
 
@@ -270,10 +266,7 @@ void Form1::ocultapagina() {
     (this->*member).visible = false;
   }
   if (paginaactual == kOptionsPage) {
-    cmbformatos.visible = false;
-  }
-  if (paginaactual == kOptionsPage && formReady_) {
-    SaveModel();
+    CloseOptions(formReady_);
   }
   if (paginaactual == kTypingPage) {
     CloseGuide();
@@ -288,7 +281,6 @@ bool Form1::LeaveFor(std::int16_t page) {
   if (paginaactual == page) {
     return false;
   }
-  navbanner.visible = true;
   NavigateBanner();
   return true;
 }
@@ -299,6 +291,7 @@ void Form1::ShowPage(std::int16_t page) {
     (this->*member).visible = true;
   }
   paginaactual = page;
+  ShowBanner(page != kTypingPage && page != kMidiPage);  // whose room it would take
 }
 
 void Form1::cmdinicio_Click() {
@@ -314,8 +307,7 @@ void Form1::cmdbuscar_Click() {
   RenameMark(program.ProgramFolder());
   if (LeaveFor(kSearchPage)) {
     ShowPage(kSearchPage);
-    List1.Clear();
-    serverLine.caption.clear();
+    ClearSearch();
   }
 }
 
@@ -346,10 +338,6 @@ void Form1::saveComposed_Click() {
   if (BuildComposedMelody()) {
     KeepMelody(melodiasube);
   }
-}
-
-void Form1::saveRtttl_Click() {
-  KeepMelody(txtrtttlsube.text);
 }
 
 void Form1::keepNewest_Click() {
@@ -387,10 +375,9 @@ void Form1::addButton_Click() {
 
 void Form1::editItem_Click() {
   std::string text;
-  if (!List1.SelectedText().empty() && Try(kNotOpened, [&] { text = SelectedMelody(); })) {
+  if (!SelectedName().empty() && Try(kNotOpened, [&] { text = SelectedMelody(); })) {
     cmdinicio_Click();
     EditRtttl(std::move(text));
-    focusNext = &Form1::txtrtttlsube;
   }
 }
 
@@ -399,20 +386,16 @@ void Form1::cmd906_Click() {
     return;
   }
   if (paginaactual != kStartUpPage) {  // which shows WebBrowser1 already
-    WebBrowser1.visible = true;
-    navbanner.visible = false;
     ocultapagina();
   }
-  Navigate(WebBrowser1, net::kInternetPagePath);
+  Browse(net::kInternetPagePath);
   paginaactual = kInternetPage;
 }
 
 void Form1::cmdopciones_Click() {
   if (LeaveFor(kOptionsPage)) {
     ShowPage(kOptionsPage);
-    cmbformatos.visible = true;
-    RestoreSavedModel();
-    focusNext = &Form1::phoneSearch;
+    OpenOptions();
   }
 }
 
@@ -420,18 +403,14 @@ void Form1::cmdayuda_Click() {
   program.services.shell.OpenHelp(program.ProgramFolder() / kHelpFile);
 }
 
-bool Form1::ShowPlaying(const core::Message& message) {
+Control Form1::*Form1::ShowPlaying(const core::Message& message) {
   if (sounding == Sounding::kNothing || message.title != midi::kPlayingTitle) {
-    return false;
+    return nullptr;
   }
   playing_ = true;
   playingText.caption = RowLine(message.text);
   FollowPlaying(0);
-  return true;
-}
-
-void Form1::stopButton_Click() {
-  playing_ = false;
+  return &Form1::stopButton;
 }
 
 bool Form1::FollowPlaying(double ms) {
@@ -439,19 +418,14 @@ bool Form1::FollowPlaying(double ms) {
   const std::string position =
       TimeInWords(ms < soundLength ? ms / 1000 : length) + " de " + TimeInWords(length);
   const bool silent = program.services.sequencer.IsSilent();
-  const int marked = sounding == Sounding::kRepertoire ? ResultGroupAt(ms) : -1;
-  const bool changed = position != playingPosition.caption || silent != silentLabel.visible ||
-                       marked != textresultado.marked;
+  const bool changed = position != playingPosition.caption || silent != silentLabel.visible;
   playingPosition.caption = position;
   silentLabel.visible = silent;
-  textresultado.marked = marked;
-  return changed;
+  return MarkSounding(sounding == Sounding::kRepertoire ? ms : -1) || changed;
 }
 
 void Form1::teclearButton_Click() {
-  RefreshRepertoire();
-  if (teclearButton.enabled && OpenGuide(resultRow_, resultModel_, resultLine_)) {
-    navbanner.visible = false;  // its room is the guide's
+  if (const ShownResult* result = ResultToType(); result != nullptr && OpenGuide(*result)) {
     ShowPage(kTypingPage);
   }
 }
@@ -461,31 +435,19 @@ void Form1::typeItem_Click() {
   teclearButton_Click();
 }
 
-void Form1::leaveGuide_Click() {
-  navbanner.visible = true;
-  ShowPage(kRepertoirePage);
-}
-
 void Form1::OpenMidiFile(std::string_view bytes, std::string_view name) {
   if (paginaactual != kMidiPage) {
     beforeMidi_ = paginaactual;
   }
   if (Try(kNotOpened, [&] { ReadMidiFile(bytes, name); }) && paginaactual != kMidiPage) {
-    navbanner.visible = false;  // its room is the voices'
     ShowPage(kMidiPage);
-    focusNext = &Form1::midiVoices;
   }
 }
 
 void Form1::useMidi_Click() {
-  const std::string text = midiText.text;
+  const std::string text = MidiMelody();
   cmdinicio_Click();
   EditRtttl(text);
-  focusNext = &Form1::txtrtttlsube;
-}
-
-void Form1::saveMidi_Click() {
-  KeepMelody(std::string(midiText.text));
 }
 
 void Form1::leaveMidi_Click() {
@@ -501,22 +463,25 @@ void Form1::List1_DblClick() {
   }
 }
 
+bool Form1::Allows(const ControlInfo& list, const MenuItem& item) const {
+  return paginaactual == list.menuPage && item.handler != nullptr &&
+         (!item.needsRow || (this->*list.member).listIndex >= 0);
+}
+
 void Form1::Refresh() {
   // The guide is part of the repertoire.
   const std::int16_t shown = paginaactual == kTypingPage ? kRepertoirePage : paginaactual;
   const auto page = std::ranges::find(kPages, paginaactual, &Page::number);
-  navbanner.hasRoom = page != kPages.end() && page->banner;
+  RefreshBanner(page != kPages.end() && page->banner);
   for (const ControlInfo& info : Rows()) {
     (this->*info.member).checked = info.leadsTo != kNoPage && info.leadsTo == shown;
   }
-  // The options page saves the model only when it is left.
-  phoneButton.caption =
-      phones::PhoneName(paginaactual == kOptionsPage ? cmbformatos.text : program.gPhoneModel);
+  phoneButton.caption = phones::PhoneName(ChosenModel());
   waitingLine.visible = waitingLine.checked = program.busy;
   playingText.visible = playingPosition.visible = stopButton.visible = playing_;
   if (!playing_) {
     silentLabel.visible = false;
-    textresultado.marked = -1;
+    MarkSounding(-1);
   }
   saveTimer.enabled = session_.Note(*this);
   RefreshSearch();

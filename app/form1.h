@@ -65,13 +65,13 @@ class Form1 : public SharedState,
   void cmdayuda_Click();
   // To the typing guide of the result that the repertoire page shows, and back.
   void teclearButton_Click();
-  void leaveGuide_Click();
+  void leaveGuide_Click() { ShowPage(kRepertoirePage); }
   void typeItem_Click();  // converts the selected melody first
   // The selected melody into the box for RTTTL texts.
   void editItem_Click();
   // What is composed, or the RTTTL text, becomes a file of the repertoire, which is shown.
   void saveComposed_Click();
-  void saveRtttl_Click();
+  void saveRtttl_Click() { KeepMelody(TypedRtttl()); }
   void keepNewest_Click();  // the selected one of the server's newest melodies
   // Files dropped on the window, or opened: their melodies are added to the repertoire. A single
   // MIDI file is shown instead, for the user to choose from its voices.
@@ -82,7 +82,7 @@ class Form1 : public SharedState,
   void OpenMidiFile(std::string_view bytes, std::string_view name);
   // The melody made of it into the box for RTTTL texts, or into the repertoire; or back.
   void useMidi_Click();
-  void saveMidi_Click();
+  void saveMidi_Click() { KeepMelody(MidiMelody()); }
   void leaveMidi_Click();
   // Enter or a double click on a row: plays in the repertoire, downloads on the search page.
   void List1_DblClick();
@@ -91,13 +91,17 @@ class Form1 : public SharedState,
 
   void ocultapagina();
 
-  // True for the message box that is shown while a melody plays: the window then shows its bar
-  // instead, until `playing` ends. Any other message is a box.
-  bool ShowPlaying(const core::Message& message);
+  // For the message box that is shown while a melody plays: the window then shows its bar instead,
+  // until `playing` ends. Returns the bar's button, which gets the focus; nullptr for any other
+  // message, which is to be a box.
+  Control Form1::*ShowPlaying(const core::Message& message);
   bool playing() const { return playing_; }
-  void stopButton_Click();
+  void stopButton_Click() { playing_ = false; }
   // The melody has come this far, ms: updates the bar and the display. False when nothing changed.
   bool FollowPlaying(double ms);
+
+  // Whether the entry of a list's menu can be chosen now.
+  bool Allows(const ControlInfo& list, const MenuItem& item) const;
 
   // Updates all derived properties of the controls; call it before drawing.
   void Refresh();
@@ -106,6 +110,7 @@ class Form1 : public SharedState,
   Control waitingLine;  // while a request runs
   Control phoneButton;  // the chosen phone: "Nokia 3210, 3310 …" or "Elige tu móvil"
   Control saveTimer;    // enabled by the first change after a save
+  bool SavesSoon() const { return saveTimer.enabled; }
   // Where the window stood when the program last ended; then a shell keeps it up to date.
   WindowPlace windowPlace;
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "core/runtime_error.h"
+#include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
@@ -34,34 +35,15 @@ bool EndsLine(char16_t c) {
   return c == u'\n' || c == u'\r' || c == u'\u2029' || c == u'\uFDD0' || c == u'\uFDD1';
 }
 
-// A character as it is compared in a search: a small letter without accents, any blank a blank.
-// The letters are those of Windows-1252.
+// A character as it is compared in a search: a small letter without accents, any blank a blank. A
+// character that Windows-1252 lacks stays as it is.
 char16_t Fold(char16_t c) {
-  constexpr std::u16string_view kLetters =  // from U+00C0 to U+00DF
-      u"aaaaaa\u00E6ceeeeiiii\u00F0nooooo\u00D7\u00F8uuuuy\u00FE\u00DF";
   if (c <= u' ' || c == u'\u00A0' || c == u'\u2028' || EndsLine(c)) {
     return u' ';
   }
-  if (c >= u'A' && c <= u'Z') {
-    return static_cast<char16_t>(c + (u'a' - u'A'));
-  }
-  if (c >= u'\u00C0' && c <= u'\u00FF' && c != u'\u00F7') {
-    return c == u'\u00FF' ? u'y' : kLetters[c % 32];
-  }
-  switch (c) {
-    case u'\u0152':
-      return u'\u0153';
-    case u'\u0160':
-    case u'\u0161':
-      return u's';
-    case u'\u017D':
-    case u'\u017E':
-      return u'z';
-    case u'\u0178':
-      return u'y';
-    default:
-      return c;
-  }
+  const char byte = core::FromUnicode(c);
+  const std::string folded = core::Fold({&byte, 1});
+  return byte == '?' ? c : static_cast<char16_t>(core::ToUnicode(core::Code(folded[0])));
 }
 
 std::u16string Folded(std::u16string_view text) {
@@ -99,25 +81,23 @@ std::span<const HelpButton> HelpButtons() {
   return kButtons;
 }
 
-HelpSource ReadHelp(const std::filesystem::path& file) {
-  std::string source;
-  const bool readable = core::SkipErrors([&] { source = files::ReadBytes(file); });
-  if (readable && rtf::LooksLikeRtf(source)) {
-    return {std::move(source), true};
+void HelpBook::Read(const std::filesystem::path& file) {
+  const bool readable = core::SkipErrors([&] { source_ = files::ReadBytes(file); });
+  found_ = readable && rtf::LooksLikeRtf(source_);
+  if (!found_) {
+    source_ = FailurePage(readable ? "El fichero no es una ayuda de Tonadex:"
+                                   : "No se encuentra el fichero de la ayuda, o no se puede leer:",
+                          files::TextFromPath(file));
   }
-  return {FailurePage(readable ? "El archivo no es una ayuda de Tonadex:"
-                               : "No se encuentra el archivo de la ayuda, o no se puede leer:",
-                      files::TextFromPath(file)),
-          false};
 }
 
 void HelpBook::Open(const std::filesystem::path& file) {
-  if (source_.found && file == file_) {
+  if (found_ && file == file_) {
     return;
   }
-  source_ = ReadHelp(file);
+  Read(file);
   file_ = file;
-  manual_ = rtf::ReadRtf(source_.rtf);
+  manual_ = rtf::ReadRtf(source_);
   visited_ = {0};
   visit_ = 0;
   Draw();
@@ -170,11 +150,6 @@ void HelpBook::FindHeadings(std::u16string_view drawn) {
   }
 }
 
-int HelpBook::SectionAt(std::size_t position) const {
-  const auto after = std::ranges::upper_bound(headings_, position, {}, &Heading::position);
-  return headings_.empty() ? -1 : std::max(0, static_cast<int>(after - headings_.begin()) - 1);
-}
-
 void HelpBook::FindHits() {
   hits_.clear();
   for (std::size_t at = wanted_.empty() ? folded_.npos : folded_.find(wanted_); at != folded_.npos;
@@ -224,7 +199,9 @@ void HelpBook::ScrollTo(std::size_t position) {
 
 void HelpBook::Scrolled() {
   if (!drawing_) {
-    page_.DrawSection(SectionAt(page_.Top()));
+    const auto after = std::ranges::upper_bound(headings_, page_.Top(), {}, &Heading::position);
+    const int section = std::max(0, static_cast<int>(after - headings_.begin()) - 1);
+    page_.DrawSection(headings_.empty() ? -1 : section);
   }
 }
 
@@ -234,17 +211,15 @@ bool HelpBook::Can(HelpCommand command) const {
       return visit_ > 0;
     case HelpCommand::kForward:
       return visit_ + 1 < visited_.size();
-    case HelpCommand::kPrevious:
-    case HelpCommand::kNext:
-      return !hits_.empty();
     case HelpCommand::kSmaller:
       return zoomStep_ > kLeastZoom;
+    case HelpCommand::kNormal:
+      return true;
     case HelpCommand::kLarger:
       return zoomStep_ < kMostZoom;
-    case HelpCommand::kNormal:
-      break;
+    default:
+      return !hits_.empty();
   }
-  return true;
 }
 
 void HelpBook::Run(HelpCommand command) {

@@ -14,13 +14,6 @@
 // visited and the zoom.
 namespace tonadex::app {
 
-// A rich text's source: the file's, or else a page that says why it cannot be shown.
-struct HelpSource {
-  std::string rtf;
-  bool found = false;
-};
-HelpSource ReadHelp(const std::filesystem::path& file);
-
 enum class HelpCommand {
   kBack,
   kForward,
@@ -80,11 +73,10 @@ class HelpBook {
   // The page was scrolled.
   void Scrolled();
 
-  const std::string& source() const { return source_.rtf; }
+  // Rich text, in Windows-1252.
+  const std::string& source() const { return source_; }
   const rtf::Document& manual() const { return manual_; }
   const std::vector<Heading>& headings() const { return headings_; }
-  // The section that a position belongs to, 0 before the first one; -1 without headings.
-  int SectionAt(std::size_t position) const;
 
   const std::vector<std::size_t>& hits() const { return hits_; }  // positions, rising
   std::size_t HitLength() const { return wanted_.size(); }
@@ -96,13 +88,15 @@ class HelpBook {
   double Zoom() const;  // 1 for the normal size
 
  private:
+  void Read(const std::filesystem::path& file);
   void Draw();
   void FindHeadings(std::u16string_view drawn);
   void FindHits();
   void ScrollTo(std::size_t position);
 
   HelpPage& page_;
-  HelpSource source_;
+  std::string source_;  // of the file, or of a page that says why it cannot be shown
+  bool found_ = false;
   std::filesystem::path file_;
   rtf::Document manual_;
   std::u16string folded_, wanted_;

@@ -34,6 +34,14 @@ std::string ListItem(std::string_view text) {
 
 }  // namespace
 
+std::span<const inicio::Line> inicio::Lines() {
+  static constexpr Line kLines[] = {
+      {"Label1", &inicio::Label1, {36, 104, 350, 24}, Font::kBody},
+      {"Frame1", &inicio::Frame1, {36, 178, 350, 56}, Font::kSmall},
+  };
+  return kLines;
+}
+
 inicio::inicio(Program& program) : program_(program) {
   Label1.caption = kDesignVersion;
   Frame1.caption = kFirstRunNote;

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <string_view>
 
+#include "app/control_table.h"
 #include "app/controls.h"
+#include "app/picture.h"
 #include "app/program.h"
 
 namespace tonadex::app {
@@ -12,6 +16,15 @@ namespace tonadex::app {
 // Form_Load, shows it and closes the splash.
 class inicio {
  public:
+  // A label of the splash, its place and the size of its type.
+  struct Line {
+    std::string_view name;
+    Control inicio::*label;
+    Box place;
+    Font type;
+  };
+  static std::span<const Line> Lines();
+
   explicit inicio(Program& program);
   inicio(const inicio&) = delete;
   inicio& operator=(const inicio&) = delete;
@@ -19,6 +32,7 @@ class inicio {
   // `window` is the splash's window handle. Never throws.
   void Form_Load(std::intptr_t window);
   void Timer1_Timer();
+  const Control& Timer() const { return Timer1; }
 
   Control Label1;  // the version: "Beta 0.8" unless ver.dat says otherwise
   Control Frame1;  // the note for a first run; its caption is the text

@@ -27,9 +27,9 @@ struct Part {
   int weight = 0;  // share of the space that the parts without weight leave
   int leastWidth = 0, mostWidth = kUnbounded, leastHeight = 0, mostHeight = kUnbounded;
   Frame frame = Frame::kNone;
-  bool scrolls = false;  // when the contents are too high; Place scrolls the outermost part alone
-  bool wraps = false;    // a row too narrow for its parts goes on in further lines
-  bool shrinks = false;  // a control that is cut off before others have no room
+  bool scrolls = false;  // if its contents are too high; Place scrolls only the outermost such part
+  bool wraps = false;    // a row that continues on further lines when it is too narrow
+  bool shrinks = false;  // a control that is shortened when its row is too narrow
 
   Part Weight(int share) && { return weight = share, std::move(*this); }
   Part Gap(int distance) && { return gap = distance, std::move(*this); }
@@ -55,15 +55,15 @@ Part Column(std::vector<Part> parts);
 Part Card(std::vector<Part> parts);  // a column on a card
 Part Stretch();
 Part Field(Control Form1::*label, Part field);  // a label above its field
-Part Centred(Part part, int widest);            // in the middle of what is wider
+Part Centred(Part part, int widest);            // centred in a wider area
 
 struct Page {
   std::int16_t number;
-  Part (*layout)();
-  Part (*wide)() = nullptr;  // of the same controls, from look::kWideWidth on
-  bool banner = false;       // what it says belongs here
+  Part (*layout)(bool wide);  // of the same controls, whether `wide` or not
+  bool hasWide = false;       // the layout differs from look::kWideWidth on
+  bool banner = false;        // the server's banner is shown above the page
 
-  auto LayoutFor(int width) const { return wide && width >= look::kWideWidth ? wide : layout; }
+  bool IsWide(int width) const { return hasWide && width >= look::kWideWidth; }
 };
 // Pages 2 and 5 have the same layout.
 std::span<const Page> Pages();
@@ -78,7 +78,7 @@ Part WindowLayout(Part page);
 std::vector<Control Form1::*> ControlsIn(const Part& tree);
 std::vector<Control Form1::*> PageControls(std::int16_t page);
 
-// One part of a row or a column along it, with what it gets.
+// The extent of a part along its row or column: limits and weight are given, the rest is computed.
 struct Share {
   int least = 0, most = 0, weight = 0;
   bool stretch = false;
@@ -86,8 +86,9 @@ struct Share {
   int line = 0;          // of a row that wraps
 };
 // Parts without weight get their least size; the others share the rest by weight, each within its
-// limits. A row that `wraps` and is too narrow breaks before its stretches, then wherever it must;
-// a line behind a stretch stands at the end. Returns the number of lines.
+// limits. A row that `wraps` and is too narrow begins a new line at each stretch and wherever the
+// next part does not fit; from a line that begins with a stretch on, lines are right-aligned.
+// Returns the number of lines.
 int ShareOut(std::span<Share> shares, int gap, int total, bool wraps = false);
 
 struct Size {
@@ -113,8 +114,8 @@ struct Placed {
 int HeightFor(const Form1& form, const Part& tree, int width, double scale, const Measure& measure);
 
 // Places every visible control of the tree in the area, in pixels; `scale` is the number of pixels
-// per device-independent pixel. Hidden controls take no space. What scrolls is moved up by
-// `scrolled` pixels where it is higher than its place.
+// per device-independent pixel. Hidden controls take no space. The part that scrolls is
+// moved up by `scrolled` pixels if it is higher than its area.
 std::vector<Placed> Place(const Form1& form, const Part& tree, const Rect& area, double scale,
                           const Measure& measure, int scrolled = 0);
 

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstdint>
 
-// Measures and colours that the windows have on every toolkit, chosen once here. Distances are
-// device-independent pixels, multiples of the grid where they can be.
+// Measures and colours of the windows, the same with every toolkit. Distances are in
+// device-independent pixels, most of them multiples of the grid.
 namespace tonadex::app::look {
 
 inline constexpr int kGrid = 8;
@@ -16,26 +16,27 @@ inline constexpr int kCardPadding = 2 * kGrid;
 inline constexpr int kBannerHeight = 44;
 inline constexpr int kLowestView = 80, kTallestView = 280;  // of a melody's drawing
 inline constexpr int kRadius = 6;
-inline constexpr int kLeastLink = 56;    // of a button that gives way
-inline constexpr int kMeasure = 720;     // the widest that something to read or to fill in becomes
-inline constexpr int kWideWidth = 1240;  // from here on a page stands in more columns
+inline constexpr int kLeastLink = 56;    // minimum width of a button that shrinks
+inline constexpr int kMeasure = 720;     // maximum width of texts and forms
+inline constexpr int kWideWidth = 1240;  // from this width on pages have more columns
 
 // The main window when it opens and at its smallest.
 inline constexpr int kFirstWidth = 1000, kFirstHeight = 700;
 inline constexpr int kLeastWidth = 900, kLeastHeight = 600;
 
-inline constexpr int kFollowMs = 30;    // between two looks at where a melody sounds
-inline constexpr int kCopiedMs = 1500;  // how long the button says so
-inline constexpr int kHoldMs = 600;     // as long as a phone takes a key for held
+inline constexpr int kFollowMs = 30;    // between two updates of a playing melody's position
+inline constexpr int kCopiedMs = 1500;  // how long the copy button says "Copiado"
+inline constexpr int kHoldMs = 600;     // a key pressed this long counts as held
 
-// The one scale of type, by app::Font, px: body, small, title, heading.
+// Font sizes in px, by app::Font: body, small, title, heading.
 inline constexpr std::array<int, 4> kType = {14, 12, 18, 28};
-// The display's type, px.
+// Limits of the display's font size, px.
 inline constexpr int kSmallestType = 16, kLargestType = 40;
 
 using Rgb = std::uint32_t;  // 0xRRGGBB
 
-// Where the system names no colours of its own: the window's ground, what stands on it, and text.
+// Base colours for systems that define none: the window's background, that of cards and fields on
+// it, and text.
 struct Grounds {
   Rgb window, card, text;
 };
@@ -45,7 +46,7 @@ inline constexpr Grounds kDarkGrounds = {.window = 0x1B1F1D, .card = 0x242926, .
 // Colours that no system palette names.
 struct Tones {
   Rgb accent;      // the one accent: marks, links, the sounding note
-  Rgb accentText;  // on a ground of the accent
+  Rgb accentText;  // text on the accent
   Rgb good, bad;   // the live check's sentence
   Rgb displayGround, displayInk;
 };
@@ -62,7 +63,7 @@ inline constexpr Tones kDarkTones = {.accent = 0x5CC49A,
                                      .displayGround = 0x0F1A10,
                                      .displayInk = 0xC2E2AB};
 
-// How strong the mixed colours are, 0 to 1.
+// The proportions of mixed colours, 0 to 1.
 struct Shares {
   double border, hover, muted, faint;  // of the text
   double wash;                         // of the accent
@@ -72,7 +73,8 @@ inline constexpr Shares kLightShares = {0.2, 0.06, 0.72, 0.63, 0.13, 0.75, 0.4};
 inline constexpr Shares kDarkShares = {0.24, 0.06, 0.74, 0.58, 0.18, 0.75, 0.4};
 inline constexpr Shares kContrastShares = {1, 0, 1, 1, 0, 1, 1};
 
-// `share` of `over` on `under`; three bytes in any order.
+// The mixture of two colours; `share` is the proportion of `over`. Works for any order of the
+// bytes.
 constexpr Rgb Blend(Rgb over, Rgb under, double share) {
   Rgb mixed = 0;
   for (const int shift : {0, 8, 16}) {
@@ -90,19 +92,19 @@ inline double Luminance(Rgb colour) {
   return 0.2126 * linear(16) + 0.7152 * linear(8) + 0.0722 * linear(0);
 }
 
-// From 1 (alike) to 21 (black on white); type needs kReadable.
+// Contrast ratio, from 1 (equal) to 21 (black on white). Text needs kReadable.
 inline double Contrast(Rgb a, Rgb b) {
   const auto [low, high] = std::minmax({Luminance(a), Luminance(b)});
   return (high + 0.05) / (low + 0.05);
 }
 inline constexpr double kReadable = 4.5;
 
-// A contrast theme's colours are the user's own choice: nothing is mixed from them. `mark` and
-// `onMark` are the colours of what is selected.
+// A contrast theme's colours are the user's choice, so they are not mixed. `mark` and `onMark` are
+// the background and the text of what is selected.
 constexpr Tones ContrastTones(const Grounds& grounds, Rgb mark, Rgb onMark) {
   return {mark, onMark, grounds.text, grounds.text, grounds.window, grounds.text};
 }
-// Whether grounds are those of a contrast theme, where the system does not say.
+// Whether the base colours look like a contrast theme, for systems that do not report one.
 inline bool IsStrong(const Grounds& grounds) {
   return std::min(Contrast(grounds.text, grounds.window), Contrast(grounds.text, grounds.card)) >
          20;
@@ -112,9 +114,9 @@ inline bool IsStrong(const Grounds& grounds) {
 template <typename Colour>
 struct Colours {
   Colour window, card, text;
-  Colour border, hover, muted, faint;  // faint: text of what is disabled
+  Colour border, hover, muted, faint;  // faint: disabled text
   Colour accent, accentText;
-  Colour accentHover, accentWash;  // the wash is the ground of what is selected
+  Colour accentHover, accentWash;  // accentWash: background of what is selected
   Colour good, bad;
   Colour displayGround, displayInk, displayFaint, displayEdge;
 };

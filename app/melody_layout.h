@@ -6,8 +6,8 @@
 
 #include "app/melody_notes.h"
 
-// Where the parts of a melody's drawing lie in a rectangle: shells only paint them. All distances
-// are device-independent pixels from the picture's upper left corner.
+// The layout of a melody's drawing in a rectangle, which the shells paint. All distances are in
+// device-independent pixels from the upper left corner.
 namespace tonadex::app {
 
 struct Box {
@@ -19,8 +19,8 @@ struct Box {
 };
 
 struct PictureSize {
-  double width = 0, height = 0;  // what is there for the picture, without a scroll bar
-  double name = 0;               // a note's name as the shell writes it
+  double width = 0, height = 0;  // of the picture, without a scroll bar
+  double name = 0;               // width of a note's name in the shell's font
 
   friend bool operator==(const PictureSize&, const PictureSize&) = default;
 };
@@ -43,8 +43,8 @@ struct PictureMark {
   std::string_view name = {};  // valid as long as the picture has its drawing
 };
 
-// Time runs to the right and pitch upward. The whole melody is in view where its shortest note has
-// room for its name, else it is longer than the picture and scrolls.
+// Time runs to the right and pitch upward. The whole melody is in view if its shortest note is wide
+// enough for its name; else the picture scrolls.
 class MelodyPicture {
  public:
   // Another melody: scrolled to its beginning, with no sounding note.

@@ -33,7 +33,7 @@ constexpr std::string_view kTooLong = u8"la melodía es demasiado larga"_w;
 constexpr std::string_view kNotSaved =
     u8"no se puede escribir en la carpeta de melodías: quizá el disco esté lleno o protegido"_w;
 constexpr std::string_view kNotBinned =
-    u8"no se puede llevar a la papelera: quizá el disco esté lleno o protegido"_w;
+    u8"no se puede mover a la papelera: quizá el disco esté lleno o protegido"_w;
 constexpr std::string_view kUnreadable = "no se puede leer o pasa de 16 MiB";
 constexpr std::string_view kNotRead = "el fichero ya no se puede leer";
 

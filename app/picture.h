@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/melody_layout.h"
@@ -42,14 +43,27 @@ struct Shape {
   bool bold = false;
   bool mono = false;  // in a monospaced font
   Align align = Align::kLeft;
-  int hit = -1;  // what a click on it means to the page; -1: the same as beside it
+  int hit = -1;  // what a click on it reports to the page; -1: what lies below it decides
 
   friend bool operator==(const Shape&, const Shape&) = default;
 };
 
 using Picture = std::vector<Shape>;
 
-// The `hit` of what lies uppermost at a place, -1 for none.
+// Builders of shapes.
+inline Shape Filled(const Box& box, Ink ink, double radius = 0, int hit = -1) {
+  return {.kind = Shape::Kind::kFilled, .box = box, .ink = ink, .radius = radius, .hit = hit};
+}
+inline Shape Frame(const Box& box, Ink ink, double width, double radius) {
+  return {.kind = Shape::Kind::kFrame, .box = box, .ink = ink, .size = width, .radius = radius};
+}
+inline Shape Text(std::string words, const Box& box, double size, Ink ink,
+                  Shape::Align align = Shape::Align::kCentre, bool bold = false) {
+  return {
+      .box = box, .ink = ink, .size = size, .text = std::move(words), .bold = bold, .align = align};
+}
+
+// The `hit` of the uppermost shape with one at a point, -1 for none.
 inline int HitAt(const Picture& picture, double x, double y) {
   int hit = -1;
   for (const Shape& shape : picture) {

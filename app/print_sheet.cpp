@@ -1,6 +1,6 @@
 #include "app/print_sheet.h"
 
-#include "app/result_file_name.h"
+#include "app/save_melody.h"
 #include "core/text.h"
 #include "phones/formats.h"
 

@@ -5,14 +5,15 @@
 
 #include "app/melody_notes.h"
 #include "app/pdf.h"
-#include "app/result_file_name.h"
 #include "app/typing_sheet.h"
 #include "app/words.h"
+#include "core/melody_file.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "files/paths.h"
 #include "files/write.h"
+#include "net/file_name.h"
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
 #include "phones/file_formats.h"
@@ -119,6 +120,16 @@ std::string SheetTitle(std::string_view rtttl, std::string_view phone, std::stri
   std::string title(core::Trim(rtttl.substr(0, rtttl.find(':'))));
   title.append(phone.empty() ? "" : ", para ").append(phone);
   return title.append(tempo.empty() ? "" : ", tempo ").append(tempo);
+}
+
+std::string FileStem(std::string_view row) {
+  std::string name(core::RowStem(row));
+  for (char& c : name) {
+    if (!net::IsSafeFileName(std::string_view(&c, 1)) && c != ' ' && c != '.') {
+      c = '_';
+    }
+  }
+  return !name.empty() && net::IsSafeFileName(name + ".x") ? name : "melodia";
 }
 
 std::string SheetPdf(std::string_view rtttl, std::string_view model) {

@@ -18,6 +18,10 @@ std::string SheetTitle(std::string_view rtttl, std::string_view phone, std::stri
 // The melody on a sheet, with what the model needs to be typed, as the bytes of a PDF file.
 std::string SheetPdf(std::string_view rtttl, std::string_view model);
 
+// The proposal for a file of a melody, without extension: the row's stem, where characters that a
+// file name cannot hold become "_".
+std::string FileStem(std::string_view row);
+
 // The extension in lower case; "" for a name without one.
 std::string ExtensionOf(const std::filesystem::path& file);
 

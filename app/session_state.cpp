@@ -48,19 +48,16 @@ std::optional<std::string> Unescaped(std::string_view escaped) {
   return value;
 }
 
-// Reads numbers separated by blanks; nullopt for anything else.
-template <std::size_t kCount>
-std::optional<std::array<int, kCount>> Numbers(std::string_view text) {
-  std::array<int, kCount> numbers{};
-  const char* at = text.data();
-  const char* const end = at + text.size();
-  for (std::size_t i = 0; i < kCount; ++i) {
-    const auto [next, error] = std::from_chars(at, end, numbers[i]);
-    const bool last = i + 1 == kCount;
-    if (error != std::errc() || (last ? next != end : next == end || *next != ' ')) {
-      return std::nullopt;
+// Numbers separated by single blanks; none when the text holds anything else.
+std::vector<int> Numbers(std::string_view text) {
+  std::vector<int> numbers;
+  const char* const end = text.data() + text.size();
+  for (const char* at = text.data(); at <= end; ++at) {
+    const auto [next, error] = std::from_chars(at, end, numbers.emplace_back());
+    if (error != std::errc() || (next != end && *next != ' ')) {
+      return {};
     }
-    at = next + 1;
+    at = next;
   }
   return numbers;
 }
@@ -133,25 +130,23 @@ SessionState::SessionState(std::filesystem::path file) : file_(std::move(file)) 
 
 void SessionState::Restore(Form1& form) {
   values_ = ReadState(files::ReadWhole(file_).value_or(""));
-  const auto numbers = [this]<std::size_t kCount>(std::string_view name, std::array<int, kCount>) {
-    const auto found = values_.find(name);
-    return found == values_.end() ? std::nullopt : Numbers<kCount>(found->second);
-  };
   for (const ControlInfo& info : KeptControls()) {
     const KeptValue& kept = info.kept;
     Control& control = form.*info.member;
-    if (const auto number = numbers(kept.name, std::array<int, 1>{}); kept.IsNumber()) {
-      const bool valid = number && (*number)[0] >= kept.lowest && (*number)[0] <= kept.highest;
-      control.value = valid ? (*number)[0] : control.value;
-    } else if (const auto text = values_.find(kept.name); text != values_.end()) {
-      control.SetText(text->second);
+    const auto found = values_.find(kept.name);
+    if (found == values_.end()) {
+      continue;
+    }
+    if (!kept.IsNumber()) {
+      control.SetText(found->second);
+    } else if (const std::vector<int> n = Numbers(found->second);
+               n.size() == 1 && n[0] >= kept.lowest && n[0] <= kept.highest) {
+      control.value = n[0];
     }
   }
-  if (const auto place = numbers(kWindow, std::array<int, 5>{})) {
-    const auto& [left, top, width, height, maximised] = *place;
-    if (width > 0 && height > 0) {
-      form.windowPlace = {{left, top, width, height}, maximised != 0};
-    }
+  const std::vector<int> place = Numbers(values_[std::string(kWindow)]);
+  if (place.size() == 5 && place[2] > 0 && place[3] > 0) {
+    form.windowPlace = {{place[0], place[1], place[2], place[3]}, place[4] != 0};
   }
   Note(form);
   changed_ = false;  // defaults need not be saved

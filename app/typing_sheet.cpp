@@ -1,7 +1,6 @@
 #include "app/typing_sheet.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <utility>
 
@@ -12,12 +11,13 @@ namespace tonadex::app {
 namespace {
 
 using namespace core::literals;
-using Kind = Shape::Kind;
 
 constexpr double kWidth = kSheetWidth - 2 * kSheetMargin;
 constexpr double kFoot = kSheetHeight - kSheetMargin;
 constexpr double kLine = 1.3;  // line height as a multiple of the font size
-constexpr double kTitlePoints = 20, kMostKeyPoints = 28, kPointStep = 2;
+constexpr double kTitlePoints = 20, kPointStep = 2;
+constexpr double kLeastKeyPoints = 18,
+                 kMostKeyPoints = 28;  // of groups as wide as the page or less
 constexpr double kNumberPoints = 9, kNumberGap = 5, kColumnGap = 16;
 constexpr double kKeyWidth = 80, kKeyHeight = 36, kKeyGap = 4, kKeyPadding = 3;
 constexpr double kLabelPoints = 12, kWordPoints = 8;
@@ -51,7 +51,7 @@ void AppendKeypad(Picture& page, const phones::Keypad& keypad, double x, double 
   for (const phones::KeypadKey& key : keypad.keys) {
     const Box box = {x + key.column * (kKeyWidth + kKeyGap), y + key.row * (kKeyHeight + kKeyGap),
                      kKeyWidth, kKeyHeight};
-    page.push_back({.kind = Kind::kFrame, .box = box, .ink = Ink::kMuted, .radius = kKeyPadding});
+    page.push_back(Frame(box, Ink::kMuted, 1, kKeyPadding));
     const double left = box.x + kKeyPadding, most = kKeyWidth - 2 * kKeyPadding;
     page.push_back(Text(std::string(key.signs), left, box.y + kKeyPadding, kLabelPoints, most));
     if (!key.word.empty()) {
@@ -69,10 +69,9 @@ void AppendDrawing(Picture& page, const Drawing& drawing, const Box& place) {
   for (const DrawnNote& note : drawing.notes) {
     if (!note.pause) {
       page.push_back(
-          {.kind = Kind::kFilled,
-           .box = {place.x + note.start * perMs, place.y + (drawing.highest - note.pitch) * step,
-                   std::max(kLeastWidth, note.length * perMs - kGap), kNoteHeight},
-           .ink = Ink::kMuted});
+          Filled({place.x + note.start * perMs, place.y + (drawing.highest - note.pitch) * step,
+                  std::max(kLeastWidth, note.length * perMs - kGap), kNoteHeight},
+                 Ink::kMuted));
     }
   }
 }

@@ -13,8 +13,6 @@ namespace tonadex::app {
 
 inline constexpr double kSheetWidth = 595.3, kSheetHeight = 841.9;
 inline constexpr double kSheetMargin = 42.5;  // 15 mm
-inline constexpr double kLeastKeyPoints =
-    18;  // minimum font size of groups that fit the page's width
 
 struct TypingSheet {
   std::string title;             // "PequeñaSerenata, para Nokia"

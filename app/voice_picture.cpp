@@ -99,7 +99,6 @@ std::vector<VoiceRoll> VoiceRolls(const midi::SmfFile& file,
 
 Picture VoicesPicture(const std::vector<VoiceRoll>& rolls, int selected, double width,
                       double height) {
-  using Kind = Shape::Kind;
   const Rows rows = RowsIn(rolls.size(), selected, height);
   Picture picture;
   for (std::size_t i = 0; i < rows.count; ++i) {
@@ -107,27 +106,19 @@ Picture VoicesPicture(const std::vector<VoiceRoll>& rolls, int selected, double 
     const bool chosen = std::cmp_equal(voice, selected);
     const double top = rows.top + static_cast<double>(i) * rows.height;
     const Box row = {kPad, top, width - 2 * kPad, rows.height - 2};
-    picture.push_back({.kind = Kind::kFilled,
-                       .box = row,
-                       .ink = chosen ? Ink::kAccentWash : Ink::kWindow,
-                       .radius = 6,
-                       .hit = static_cast<int>(voice)});
-    picture.push_back({.box = {row.x + kPad, row.y, kNumber - kPad, row.height},
-                       .ink = chosen ? Ink::kText : Ink::kMuted,
-                       .size = 14,
-                       .text = std::to_string(voice + 1),
-                       .bold = chosen});
+    picture.push_back(
+        Filled(row, chosen ? Ink::kAccentWash : Ink::kWindow, 6, static_cast<int>(voice)));
+    picture.push_back(Text(std::to_string(voice + 1),
+                           {row.x + kPad, row.y, kNumber - kPad, row.height}, 14,
+                           chosen ? Ink::kText : Ink::kMuted, Shape::Align::kLeft, chosen));
     const Box staff = {row.x + kNumber, row.y + kPad / 2, row.width - kNumber - kPad,
                        row.height - kPad};
     const double lane = std::max(kThinnest, staff.height / kLanes);
     for (const RollMark& mark : rolls[voice]) {
-      picture.push_back(
-          {.kind = Kind::kFilled,
-           .box = {staff.x + mark.start * staff.width,
-                   staff.y + (1 - mark.height) * (staff.height - lane),
-                   std::max(kThinnest, (mark.end - mark.start) * staff.width - 1), lane - 1},
-           .ink = chosen ? Ink::kAccent : Ink::kFaint,
-           .radius = 1});
+      const double x = staff.x + mark.start * staff.width;
+      const double y = staff.y + (1 - mark.height) * (staff.height - lane);
+      const double length = std::max(kThinnest, (mark.end - mark.start) * staff.width - 1);
+      picture.push_back(Filled({x, y, length, lane - 1}, chosen ? Ink::kAccent : Ink::kFaint, 1));
     }
   }
   return picture;

@@ -31,8 +31,6 @@ inline constexpr std::string_view kGoToSearch = u8"Buscar melodías en el servid
 inline constexpr std::string_view kChoosePhone = u8"Elegir mi móvil"_w;
 inline constexpr std::string_view kBeatsPerMinute = "pulsos/min";
 inline constexpr std::string_view kDrawing = u8"Dibujo de la melodía"_w;
-inline constexpr std::string_view kHeldKey = "Mantener pulsada";
-inline constexpr std::string_view kHeldKeyShort = "mantener";  // under the key
 inline constexpr std::string_view kNoWebView = u8"No se puede mostrar la página."_w;
 inline constexpr std::string_view kNoWebViewHint =
     u8"Lo demás funciona: elige tu móvil en Opciones; escucha y convierte tus melodías en Repertorio."_w;

@@ -58,15 +58,15 @@ std::uint64_t AddUp(const std::string& bytes) {
 }
 
 std::uint64_t Read(const std::string& bytes) {
-  return std::get<midi::SmfFile>(midi::ReadSmf(bytes)).tracks.front().notes.size();
+  return midi::ReadSmf(bytes).tracks.front().notes.size();
 }
 
 std::uint64_t ReadVoices(const std::string& bytes) {
-  return midi::VoicesOf(std::get<midi::SmfFile>(midi::ReadSmf(bytes))).size();
+  return midi::VoicesOf(midi::ReadSmf(bytes)).size();
 }
 
 std::uint64_t MakeMelody(const std::string& bytes) {
-  const auto file = std::get<midi::SmfFile>(midi::ReadSmf(bytes));
+  const auto file = midi::ReadSmf(bytes);
   for (const midi::SmfVoice& voice : midi::VoicesOf(file)) {
     if (voice.tune) {
       return core::RtttlText(midi::MelodyOf(file, voice, {.name = "x", .mostNotes = 50}).melody)

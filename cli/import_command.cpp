@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "app/melody_store.h"
-#include "app/result_file_name.h"
+#include "app/save_melody.h"
 #include "cli/commands.h"
 #include "cli/import_files.h"
 #include "cli/import_midi.h"

@@ -1,7 +1,6 @@
 #include "cli/import_midi.h"
 
 #include <algorithm>
-#include <variant>
 
 #include "core/rtttl_writer.h"
 #include "core/windows1252.h"
@@ -32,11 +31,8 @@ const midi::SmfVoice& ChosenVoice(const std::vector<midi::SmfVoice>& voices,
 
 std::vector<import::OpenedMelody> OpenMidi(Context& context, const Arguments& arguments,
                                            const std::string& file, const std::string& bytes) {
-  const auto read = midi::ReadSmf(bytes);
-  if (const midi::SmfFault* fault = std::get_if<midi::SmfFault>(&read)) {
-    throw Failure{ExitCode::kNotConverted, file + ": " + core::ToUtf8(fault->sentence)};
-  }
-  const midi::SmfFile& smf = std::get<midi::SmfFile>(read);
+  midi::SmfFile smf;
+  FailOnError(ExitCode::kNotConverted, file + ": ", [&] { smf = midi::ReadSmf(bytes); });
   const std::vector<midi::SmfVoice> voices = midi::VoicesOf(smf);
   if (voices.empty()) {
     throw Failure{ExitCode::kNotConverted, file + ": el fichero MIDI no tiene ninguna nota"};

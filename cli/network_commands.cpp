@@ -151,17 +151,15 @@ void DownloadOne(Context& context, Server& server, const fs::path& folder, const
                  const std::string& name) {
   const std::string fileName = core::FromUtf8(name);
   const std::size_t stop = fileName.rfind('.');
-  std::int32_t number = 0;
-  if (stop == fileName.npos || !net::IsSafeFileName(fileName) || !core::SkipErrors([&] {
-        number = core::ToInt32(core::ToNumber(fileName.substr(stop + 1)));
-      })) {
+  const auto number = core::FindInt32(fileName.substr(stop + 1));  // npos + 1 is 0
+  if (stop == fileName.npos || !net::IsSafeFileName(fileName) || !number) {
     throw Failure{ExitCode::kWrongUse, name + ": no es un nombre de melodía (nombre.número)"};
   }
   const std::string reply = server.Get(net::MelodyAddress(fileName));
   server.ThrowIfRefused(ExitCode::kNotConverted, name + ": ");
   std::string text;
   const std::string row = " (" + fileName.substr(0, stop) + ")";
-  if (!net::DownloadMelody([&](std::string_view) { return reply; }, folder, bin, row, number,
+  if (!net::DownloadMelody([&](std::string_view) { return reply; }, folder, bin, row, *number,
                            text)) {
     throw Failure{ExitCode::kSystemFailed, name + ": no se puede escribir en la carpeta"};
   }

@@ -97,25 +97,6 @@ std::string ReadMelodyLine(const std::filesystem::path& file) {
   return core::FromOutside(std::string_view(line).substr(0, core::kMaxLineBytes));
 }
 
-std::optional<std::string> ReadLine(std::istream& input, std::size_t maxBytes) {
-  std::streambuf& buffer = *input.rdbuf();
-  if (buffer.sgetc() == kEndOfInput) {
-    return std::nullopt;
-  }
-  std::string line = ReadFirstLine(input, maxBytes);
-  int next = buffer.sgetc();
-  while (!EndsLine(next)) {
-    next = buffer.snextc();
-  }
-  if (next == '\r' && buffer.snextc() != '\n') {
-    return line;
-  }
-  if (next != kEndOfInput) {
-    buffer.sbumpc();
-  }
-  return line;
-}
-
 std::string ReadFirstLine(std::istream& input, std::size_t maxBytes) {
   std::streambuf& buffer = *input.rdbuf();
   std::string line;

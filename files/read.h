@@ -44,10 +44,6 @@ std::string ReadFirstLine(const std::filesystem::path& file, std::size_t maxByte
 // core::kMaxLineBytes. The sharp escape is left in place. Errors: as ReadFirstLine.
 std::string ReadMelodyLine(const std::filesystem::path& file);
 
-// Reads a line and its end; nullopt at the end of the input. A line longer than maxBytes is read to
-// its end and cut to maxBytes + 1 bytes.
-std::optional<std::string> ReadLine(std::istream& input, std::size_t maxBytes);
-
 // The first line of an input, "" when it is empty. Reads no more than maxBytes + 1 bytes, so that
 // it returns on endless input.
 std::string ReadFirstLine(std::istream& input, std::size_t maxBytes);

@@ -39,13 +39,13 @@ CreateResult Create(const std::filesystem::path& file, std::string_view bytes,
 CreateResult MoveToNewName(const std::filesystem::path& from, const std::filesystem::path& to);
 
 // Makes a file under a name that is free: tries the name itself, then "stem 2.extension" and so on
-// as long as `make` gives kExists. The file, or nothing where it failed.
+// as long as `make` returns kExists. Returns the file's path; nullopt when `make` returns kFailed.
 using Make = std::function<CreateResult(const std::filesystem::path& file)>;
 std::optional<std::filesystem::path> MakeUnderFreeName(const std::filesystem::path& file,
                                                        const Make& make);
 
-// Puts a file, or a copy of it, into a folder that is made when it is missing, under a free name.
-// Where it lies now, or nothing: then the file is where it was.
+// Moves or copies a file into a folder, under a free name; creates the folder if it is missing.
+// Returns the new path; nullopt on failure, and then the file has not been moved.
 std::optional<std::filesystem::path> MoveInto(const std::filesystem::path& folder,
                                               const std::filesystem::path& file);
 std::optional<std::filesystem::path> CopyInto(const std::filesystem::path& folder,
@@ -68,7 +68,7 @@ void RemoveTemporaryFiles(const std::filesystem::path& folder);  // all of a fol
 // end of the scope.
 class TemporaryFile {
  public:
-  // `Failure` says whether it could be created.
+  // Failure() is set if it could not be created.
   explicit TemporaryFile(const std::filesystem::path& target, Access access = Access::kUsual);
   ~TemporaryFile();
   TemporaryFile(const TemporaryFile&) = delete;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "core/windows1252.h"
 #include "formats/note_length.h"
@@ -26,20 +27,13 @@ void AppendNumber(std::size_t number, int size, std::string& bytes) {
   }
 }
 
-// The samples from the end of `samples` to this time.
-void AppendTone(double hertz, double untilMs, std::string& samples) {
-  const auto end = static_cast<std::size_t>(untilMs * kRate / 1000);
-  const std::size_t start = samples.size();
-  for (std::size_t i = start; i < end; ++i) {
-    const double periods = static_cast<double>(i - start) * hertz / kRate;
-    const double fade = std::min(1.0, static_cast<double>(end - i) / kFadeSamples);
-    const double wave = hertz == 0 ? 0 : periods - std::floor(periods) < 0.5 ? 1 : -1;
-    samples += static_cast<char>(std::lround(kSilence + wave * kLoudness * fade));
-  }
-}
+struct Tone {
+  double hertz;  // 0 for a pause
+  double endMs;  // since the beginning of the melody
+};
 
-std::string Samples(const core::RTTTLMelody& melody) {
-  std::string samples;
+std::vector<Tone> TonesOf(const core::RTTTLMelody& melody) {
+  std::vector<Tone> tones;
   double ms = 0;
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
     const int semitone = SemitoneOf(note);
@@ -51,15 +45,30 @@ std::string Samples(const core::RTTTLMelody& melody) {
       RefuseFile({u8"la melodía dura más de diez minutos"_w});
     }
     const double octave = melody.Notes.Octave(note);
-    AppendTone(semitone < 0 ? 0 : kC0Hz * std::exp2(octave + semitone / 12.0), ms, samples);
+    tones.push_back({semitone < 0 ? 0 : kC0Hz * std::exp2(octave + semitone / 12.0), ms});
   }
-  return samples;
+  return tones;
+}
+
+// The samples from the end of `samples` to that of the tone.
+void AppendTone(const Tone& tone, std::string& samples) {
+  const auto end = static_cast<std::size_t>(tone.endMs * kRate / 1000);
+  const std::size_t start = samples.size();
+  for (std::size_t i = start; i < end; ++i) {
+    const double periods = static_cast<double>(i - start) * tone.hertz / kRate;
+    const double fade = std::min(1.0, static_cast<double>(end - i) / kFadeSamples);
+    const double wave = tone.hertz == 0 ? 0 : periods - std::floor(periods) < 0.5 ? 1 : -1;
+    samples += static_cast<char>(std::lround(kSilence + wave * kLoudness * fade));
+  }
 }
 
 }  // namespace
 
 std::string BeepWav(const core::RTTTLMelody& melody) {
-  const std::string samples = Samples(melody);
+  std::string samples;
+  for (const Tone& tone : TonesOf(melody)) {
+    AppendTone(tone, samples);
+  }
   std::string bytes = "RIFF";
   AppendNumber(36 + samples.size(), 4, bytes);
   bytes += "WAVEfmt ";

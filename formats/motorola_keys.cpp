@@ -26,16 +26,8 @@ struct LetterKey {
   std::size_t presses;
 };
 
-constexpr std::array kLetterKeys = std::to_array<LetterKey>({
-    {'a', '2', 1},
-    {'b', '2', 2},
-    {'c', '2', 3},
-    {'d', '3', 1},
-    {'e', '3', 2},
-    {'f', '3', 3},
-    {'g', '4', 1},
-    {'p', '4', 2},
-});
+constexpr LetterKey kLetterKeys[] = {{'a', '2', 1}, {'b', '2', 2}, {'c', '2', 3}, {'d', '3', 1},
+                                     {'e', '3', 2}, {'f', '3', 3}, {'g', '4', 1}, {'p', '4', 2}};
 
 // By NoteCodes::length.
 constexpr auto kRests = [] {
@@ -73,8 +65,8 @@ void AppendGroup(const core::NoteList& notes, const core::NoteCodes& note, std::
     keys.append(octave, '1');
     phone.octave = octave;
   }
-  const auto found = std::ranges::find(kLetterKeys, note.letter, &LetterKey::letter);
-  phone.letter = found == kLetterKeys.end() ? phone.letter : *found;
+  const auto* found = std::ranges::find(kLetterKeys, note.letter, &LetterKey::letter);
+  phone.letter = found == std::end(kLetterKeys) ? phone.letter : *found;
   keys.append(phone.letter.presses, phone.letter.key);
   if (note.IsSharp()) {
     keys += '7';

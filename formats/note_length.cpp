@@ -16,20 +16,11 @@ constexpr int kTableTempo = 125;  // tempo of both tables
 // In ms, indexed by NoteCodes::length; the 62.5 ms of a thirty-second are rounded up.
 constexpr std::array<int, core::kLengths.size()> kBaseLengths = {2000, 1000, 500, 250, 125, 63};
 
-constexpr std::array kBands = std::to_array<Band>({
-    {85, 5, false},
-    {110, 5, true},
-    {160, 4, false},
-    {218, 4, true},
-    {317, 3, false},
-    {437, 3, true},
-    {605, 2, false},
-    {875, 2, true},
-    {1255, 1, false},
-    {1750, 1, true},
-    {3005, 0, false},
-    {std::numeric_limits<std::int16_t>::max(), 0, true},
-});
+constexpr Band kBands[] = {
+    {85, 5, false},  {110, 5, true},   {160, 4, false},
+    {218, 4, true},  {317, 3, false},  {437, 3, true},
+    {605, 2, false}, {875, 2, true},   {1255, 1, false},
+    {1750, 1, true}, {3005, 0, false}, {std::numeric_limits<std::int16_t>::max(), 0, true}};
 static_assert(std::ranges::is_sorted(kBands, {}, &Band::upToMs));
 
 const Band& BandOf(std::int16_t lengthMs) {

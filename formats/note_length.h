@@ -20,7 +20,7 @@ inline constexpr double kWholeNoteMs = 240000;
 // Exact length in milliseconds of a note of 1/duration, times 1.5 when dotted.
 double ExactNoteLengthMs(double duration, double tempo, bool dotted);
 
-// Whether the number is one of the durations that phones know: 1, 2, 4, 8, 16, 32.
+// Whether the number is one of the durations that phones have: 1, 2, 4, 8, 16, 32.
 bool IsPhoneDuration(double duration);
 
 // Length in whole milliseconds (half to even), scaled from the table for tempo 125, in which a

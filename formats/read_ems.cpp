@@ -14,13 +14,12 @@ constexpr int kEMelodyOctave = 5;
 constexpr int kLongestLength = 5;  // digit of a thirty-second
 
 constexpr std::string_view kNoEnd = u8"El fichero no tiene final: puede faltar música."_w;
-constexpr std::string_view kForever = u8"Lo que se repite sin fin se ha escrito una sola vez."_w;
 
-// Skipped wherever a note can stand.
+// These words are skipped wherever a note is allowed.
 constexpr std::string_view kCommands[] = {"ledon",   "ledoff", "vibeon",
                                           "vibeoff", "backon", "backoff"};
 
-// The RTTTL octave of an octave digit, of kNoMark where there is none.
+// Returns the RTTTL octave for an octave digit, or for kNoMark.
 using OctaveOf = int (*)(int digit);
 constexpr int kNoMark = -1;
 
@@ -70,7 +69,7 @@ class IMelodyNotes {
       in_.Fail();
     }
     if (*times == 0) {
-      reading_.Remark(kForever);
+      reading_.RemarkEndless();
     }
     auto& notes = reading_.melody.notes;
     const std::size_t start = *repeated_, size = notes.size() - start;

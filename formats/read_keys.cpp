@@ -37,7 +37,8 @@ double DurationOf(Scanner& in, char key, const Presses& presses) {
   return LengthOf(presses[times]);
 }
 
-// Blanks part the groups: without them other makes' keys would be notes, too.
+// Blanks separate the groups; without this rule the keys of other makes would also be read as
+// notes.
 void EndGroup(Scanner& in) {
   if (!in.AtBlank()) {
     in.Fail();
@@ -45,15 +46,10 @@ void EndGroup(Scanner& in) {
 }
 
 Reading ReadSamsungKeys(const Samsung& phone, std::string_view text) {
-  Reading reading;
-  reading.SetTempo({}, kAssumedTempo);
-  NoteLine line(reading);
-  Scanner in(text);
-  while (!in.AtEnd()) {
+  return ReadNotes(text, [&phone](Scanner& in, NoteLine& line, Reading& reading) {
     if (phone.pauseKey == phone.durationKey ? in.Take('0') : in.Peek() == phone.pauseKey) {
       line.Add(kPause, DurationOf(in, phone.pauseKey, phone.pauses));
-      EndGroup(in);
-      continue;
+      return EndGroup(in);
     }
     const std::optional<int> natural = TakeNatural(in);
     if (!natural) {
@@ -68,19 +64,14 @@ Reading ReadSamsungKeys(const Samsung& phone, std::string_view text) {
     line.Add(Pitch(*natural + sharp, octave, reading),
              DurationOf(in, phone.durationKey, phone.notes));
     EndGroup(in);
-  }
-  return reading;
+  });
 }
 
 }  // namespace
 
 Reading ReadNokiaKeys(std::string_view text) {
-  Reading reading;
-  reading.SetTempo({}, kAssumedTempo);
-  NoteLine line(reading);
-  Scanner in(text);
   int level = 2, octave = 0;  // a quarter, the lowest octave
-  while (!in.AtEnd()) {
+  return ReadNotes(text, [&](Scanner& in, NoteLine& line, Reading& reading) {
     const bool held = in.Take('(');
     const bool pause = !held && in.Take('0');
     const std::optional<int> natural = pause ? 0 : TakeNatural(in);
@@ -94,8 +85,7 @@ Reading ReadNokiaKeys(std::string_view text) {
     const double length = Modified(kWhole / (1 << changed), held ? Modifier::kDotted : Modifier{});
     if (pause) {  // the phone returns to the duration before it
       line.Add(kPause, length);
-      EndGroup(in);
-      continue;
+      return EndGroup(in);
     }
     level = changed;
     const int sharp = in.Take('#') ? 1 : 0;
@@ -106,8 +96,7 @@ Reading ReadNokiaKeys(std::string_view text) {
     octave = (octave + stars) % 3;
     line.Add(Pitch(*natural + sharp, kNokiaOctave + octave, reading), length);
     EndGroup(in);
-  }
-  return reading;
+  });
 }
 
 Reading ReadSamsungKeys1(std::string_view text) {

@@ -17,7 +17,6 @@ using namespace core::literals;
 constexpr std::size_t kHeaderSize = 6, kEntrySize = 4;
 constexpr int kNoteKind = 4, kLowestOctave = 4, kLowestNote = 1;
 constexpr int kMaxEntryMs = 0xFFFF;  // a longer note is split
-constexpr int kSlowest = 25, kFastest = 900;
 constexpr double kRoundingMs = 1;
 
 struct Entry {
@@ -83,7 +82,7 @@ Fit BestFit(const std::vector<Entry>& entries) {
     ++lengths[entry.ms];
   }
   Fit best;
-  for (int tempo = kSlowest; tempo <= kFastest; ++tempo) {
+  for (int tempo = kSlowestTempo; tempo <= kFastestTempo; ++tempo) {
     const Fit fit = FitOf(tempo, lengths);
     best = fit.cost < best.cost ? fit : best;
   }

@@ -35,7 +35,7 @@ std::string WithoutBlanks(std::string_view text) {
   return plain;
 }
 
-// The characters behind "&&".
+// Compares the two check characters after "&&" with those of the notes.
 void CheckEnd(std::string_view text, Scanner& in, Reading& reading) {
   if (!in.Take('&') || !in.Take('&') || in.AtEnd()) {
     reading.Remark(kCut);
@@ -83,12 +83,8 @@ Reading ReadMotorolaSms(std::string_view text) {
 }
 
 Reading ReadMotorolaKeys(std::string_view text) {
-  Reading reading;
-  reading.SetTempo({}, kAssumedTempo);
-  NoteLine line(reading);
-  Scanner in(text);
   int octave = 2, code = 1;
-  while (!in.AtEnd()) {
+  return ReadNotes(text, [&](Scanner& in, NoteLine& line, Reading& reading) {
     const int ones = in.Run('1');
     octave = ones == 0 ? octave : ones;
     const auto* key = std::ranges::find(kLetterKeys, in.Peek(), &LetterKey::key);
@@ -108,8 +104,7 @@ Reading ReadMotorolaKeys(std::string_view text) {
     }
     line.Add(letter == 'p' ? kPause : Pitch(*SemitoneOfLetter(letter) + sharp, octave + 4, reading),
              LengthOf(kKeyDurations[static_cast<std::size_t>(code)]));
-  }
-  return reading;
+  });
 }
 
 }  // namespace tonadex::formats

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <map>
 #include <optional>
 
@@ -15,7 +16,6 @@ namespace {
 using namespace core::literals;
 using namespace ott;
 
-constexpr std::string_view kForever = u8"Lo que se repite sin fin se ha escrito una sola vez."_w;
 constexpr unsigned kEndless = 15;
 constexpr unsigned kLongestLength = 5, kLastNote = 12;
 
@@ -101,7 +101,7 @@ class OttReader {
       }
     }
     if (loop == kEndless) {
-      reading_.Remark(kForever);
+      reading_.RemarkEndless();
     }
     for (unsigned times = loop == kEndless ? 0 : loop;; --times) {
       std::ranges::for_each(patterns_[id], [this](const Instruction& each) { Play(each); });
@@ -159,38 +159,31 @@ class OttReader {
   std::array<std::vector<Instruction>, 4> patterns_;
 };
 
-int HexValue(char c) {
-  return core::IsDigit(c)       ? c - '0'
-         : c >= 'A' && c <= 'F' ? c - 'A' + 10
-         : c >= 'a' && c <= 'f' ? c - 'a' + 10
-                                : -1;
-}
-
 // The bytes of hexadecimal digits; blanks and line ends are skipped. `number` is the message's.
 std::string BytesOfHex(std::string_view digits, std::size_t number) {
   std::string bytes;
-  int high = -1;
+  unsigned high = 0;
+  bool half = false;  // the first digit of a byte has been read
   for (const char c : digits) {
     if (c == ' ' || c == '\r' || c == '\n' || c == '\t') {
       continue;
     }
-    const int value = HexValue(c);
-    if (value < 0) {
+    unsigned value = 0;
+    if (std::from_chars(&c, &c + 1, value, 16).ptr == &c) {
       RefuseFile({"mensaje ", std::to_string(number), ", byte ", std::to_string(bytes.size() + 1),
                   u8": «"_w, std::string_view(&c, 1), u8"» no es una cifra hexadecimal"_w});
     }
-    if (high < 0) {
-      high = value;
-    } else {
+    if (half) {
       bytes += static_cast<char>(high * 16 + value);
-      high = -1;
     }
+    high = value;
+    half = !half;
   }
   return bytes;
 }
 
 constexpr std::string_view kSckl = "//SCKL";
-constexpr std::size_t kAloneHeader = 4, kJoinedHeader = 14;  // digits behind "//SCKL"
+constexpr std::size_t kAloneHeader = 4, kJoinedHeader = 14;  // digits after "//SCKL"
 
 }  // namespace
 

@@ -4,10 +4,10 @@
 
 #include "formats/reading.h"
 
-// Readers of what the writers of this folder write, one for each. They read what other programs
-// write in the same formats, too. All throw core::RunTimeError with a Spanish sentence (lower case,
-// without a full stop) that says where the text or the bytes are damaged, and that the melody has
-// too many notes. Formats without a name leave it empty, those without a tempo have kAssumedTempo.
+// One reader for each writer of this folder; they also read files of other programs in the same
+// formats. All throw core::RunTimeError with a Spanish sentence (lower case, without a full stop):
+// for damage it says where, and a melody can have too many notes. A format without names leaves the
+// name empty; one without tempos gets kAssumedTempo.
 // Texts are Windows-1252.
 namespace tonadex::formats {
 

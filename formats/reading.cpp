@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "core/number.h"
-#include "core/rtttl.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
@@ -18,31 +17,14 @@ using namespace core::literals;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::size_t kMostDigits = 4, kMostQuoted = 12;
-constexpr int kSlowest = 25, kFastest = 900;
 constexpr int kLowestOctave = 1, kHighestOctave = 8;
 constexpr double kTolerance = 0.25;  // in sixty-fourths: nearer to a sum of lengths is that sum
 
-struct Length {
-  int units;
-  int duration;
-  bool dotted;
-};
-
-// Longest first.
-constexpr auto kNoteLengths = [] {
-  std::array<Length, 2 * core::kLengths.size()> lengths;
-  for (std::size_t i = 0; i < core::kLengths.size(); ++i) {
-    const int plain = 64 / core::kLengths[i];
-    lengths[2 * i] = {plain * 3 / 2, core::kLengths[i], true};
-    lengths[2 * i + 1] = {plain, core::kLengths[i], false};
-  }
-  return lengths;
-}();
 constexpr int kShortest = kNoteLengths.back().units;
 
 // The longest note that leaves nothing or enough for a pause.
-const Length& LongestIn(int units) {
-  return *std::ranges::find_if(kNoteLengths, [units](const Length& length) {
+const NoteLength& LongestIn(int units) {
+  return *std::ranges::find_if(kNoteLengths, [units](const NoteLength& length) {
     const int rest = units - length.units;
     return rest == 0 || rest >= kShortest;
   });
@@ -56,9 +38,13 @@ void Reading::Remark(std::string_view sentence) {
   }
 }
 
+void Reading::RemarkEndless() {
+  Remark(u8"Lo que se repite sin fin se ha escrito una sola vez."_w);
+}
+
 void Reading::SetTempo(std::string_view text, int otherwise) {
   const std::optional<double> number = core::FindNumber(text);
-  if (!core::Trim(text).empty() && number && *number >= kSlowest && *number <= kFastest) {
+  if (!core::Trim(text).empty() && number && *number >= kSlowestTempo && *number <= kFastestTempo) {
     melody.tempo = core::ToInt16(*number);
     return;
   }
@@ -68,7 +54,12 @@ void Reading::SetTempo(std::string_view text, int otherwise) {
 }
 
 std::string Joined(std::initializer_list<std::string_view> parts) {
+  std::size_t size = 0;
+  for (const std::string_view part : parts) {
+    size += part.size();
+  }
   std::string text;
+  text.reserve(size);  // allocates once
   for (const std::string_view part : parts) {
     text += part;
   }
@@ -184,7 +175,7 @@ core::PlainNote Pitch(int semitone, int octave, Reading& reading) {
 }
 
 bool IsOneLength(int units) {
-  return std::ranges::find(kNoteLengths, units, &Length::units) != kNoteLengths.end();
+  return std::ranges::find(kNoteLengths, units, &NoteLength::units) != kNoteLengths.end();
 }
 
 double Modified(double length, Modifier modifier) {
@@ -209,8 +200,8 @@ void NoteLine::Add(core::PlainNote pitch, double length) {
     return;
   }
   for (core::PlainNote next = pitch; written_ < end; next = kPause) {
-    const Length& longest = LongestIn(std::min(end - written_, 1 << 20));
-    next.length = longest.duration;
+    const NoteLength& longest = LongestIn(std::min(end - written_, 1 << 20));
+    next.length = longest.length;
     next.dotted = longest.dotted;
     Append(next);
     written_ += longest.units;

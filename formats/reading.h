@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <initializer_list>
 #include <optional>
@@ -7,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/rtttl.h"
 #include "core/rtttl_writer.h"
 
 // What the readers of file formats share. Texts are Windows-1252.
@@ -22,16 +24,18 @@ struct Reading {
   core::PlainMelody melody;
   std::vector<std::string> remarks;  // Spanish sentences: what was assumed or could not be kept
 
-  // Each sentence once.
+  // Adds the sentence unless it is there already.
   void Remark(std::string_view sentence);
-  // The tempo, or for "" and a number that phones do not know the given one, with a remark.
+  void RemarkEndless();  // an endless repetition was written once
+  // Sets the tempo to the number in `text`. For "" or a tempo that phones do not play it sets
+  // `otherwise` and adds a remark.
   void SetTempo(std::string_view text, int otherwise);
 };
 
-// The parts of a sentence as one text.
+// Concatenates the parts.
 std::string Joined(std::initializer_list<std::string_view> parts);
 
-// Throws core::RunTimeError (kInvalidArgument) with a sentence of these parts.
+// Throws core::RunTimeError (kInvalidArgument); the parts form its sentence.
 [[noreturn]] void RefuseFile(std::initializer_list<std::string_view> parts);
 [[noreturn]] void RefuseTooLong();  // for more than kMostNotes
 
@@ -42,18 +46,18 @@ class Scanner {
   explicit Scanner(std::string_view text, std::size_t at = 0) : text_(text), at_(at) {}
 
   bool AtEnd() { return Peek() == '\0'; }
-  // Whether a blank or the end of the text separates what was taken last from what follows.
+  // Whether the last character taken is followed by a blank or by the end of the text.
   bool AtBlank();
   // NUL at the end; a NUL in the text reads as "?", which no format has.
   char Peek();
   char Next();
   bool Take(char c);
   bool TakeWord(std::string_view lowerCase);
-  // How many of the same character follow, without blanks between them; takes them.
+  // Takes all successive occurrences of the character, without blanks in between; returns how many.
   int Run(char c);
   // Takes a number of at most four digits.
   std::optional<int> Number();
-  // Throws a sentence with the line, the position and what stands there.
+  // Throws a sentence with the line, the position in it, and the text found there.
   [[noreturn]] void Fail();
 
  private:
@@ -65,15 +69,18 @@ class Scanner {
 // around it; "" when there is none. Ignores case.
 std::string HeaderValue(std::string_view text, std::string_view key);
 
-// Offset behind the key of that line; npos when there is none.
+// Offset of the value in that line; npos when there is no such line.
 std::size_t BehindKey(std::string_view text, std::string_view key);
 
 // A natural's semitone above c, 0 to 11; nullopt for another letter than a to g.
 std::optional<int> SemitoneOfLetter(char lowerCase);
 
-// A note of any accidental and octave as RTTTL can have it; an octave out of range is moved to the
-// nearest with a remark.
+// The note for a semitone above or below the octave's c. An octave outside 1 to 8 becomes the
+// nearest one, with a remark.
 core::PlainNote Pitch(int semitone, int octave, Reading& reading);
+
+// The range of tempos that phones play; lengths at other tempos may overflow.
+inline constexpr int kSlowestTempo = 25, kFastestTempo = 900;
 
 inline constexpr core::PlainNote kPause = {};
 inline constexpr double kWhole = 64;  // the unit of NoteLine is a sixty-fourth
@@ -83,15 +90,31 @@ constexpr double LengthOf(int duration) {
   return kWhole / duration;
 }
 
+// The lengths of a note in RTTTL, the longest first.
+struct NoteLength {
+  int units;   // sixty-fourths
+  int length;  // as PlainNote::length
+  bool dotted;
+};
+inline constexpr auto kNoteLengths = [] {
+  std::array<NoteLength, 2 * core::kLengths.size()> lengths;
+  for (std::size_t i = 0; i < core::kLengths.size(); ++i) {
+    const int plain = 64 / core::kLengths[i];
+    lengths[2 * i] = {plain * 3 / 2, core::kLengths[i], true};
+    lengths[2 * i + 1] = {plain, core::kLengths[i], false};
+  }
+  return lengths;
+}();
+
 // Whether one note, plain or dotted, has this length in sixty-fourths.
 bool IsOneLength(int units);
 
 enum class Modifier { kNone, kDotted, kDoubleDotted, kTwoThirds };
 double Modified(double length, Modifier modifier);
 
-// Appends notes of any length to a melody. A note that RTTTL cannot write is as long as the longest
-// one below it, and the rest is a pause. What no sum of lengths matches is moved to the next
-// thirty-second; the errors do not add up.
+// Appends notes of any length to a melody. A length that RTTTL lacks is written as the longest note
+// that fits, and pauses for the rest. An end that no sum of lengths reaches is moved to the nearest
+// thirty-second, counted from the beginning, so that errors do not add up.
 class NoteLine {
  public:
   explicit NoteLine(Reading& reading) : reading_(reading) {}
@@ -105,5 +128,18 @@ class NoteLine {
   double exact_ = 0;
   int written_ = 0;
 };
+
+// Reads a text that consists of notes alone: calls `readOne` until its end.
+template <typename ReadOne>
+Reading ReadNotes(std::string_view text, ReadOne readOne) {
+  Reading reading;
+  reading.SetTempo({}, kAssumedTempo);
+  NoteLine line(reading);
+  Scanner in(text);
+  while (!in.AtEnd()) {
+    readOne(in, line, reading);
+  }
+  return reading;
+}
 
 }  // namespace tonadex::formats

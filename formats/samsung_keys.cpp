@@ -23,22 +23,10 @@ struct Presses {
 // Presses of the duration key by NoteCodes::length. Type 1 uses the note column for pauses too.
 // dotRest is a rest of half the note's length (a sixteenth for a thirty-second note), which
 // replaces the dot.
-constexpr std::array kPresses1 = std::to_array<Presses>({
-    {2, 2, 1},
-    {1, 1, 0},
-    {0, 0, 4},
-    {4, 4, 3},
-    {3, 3, 3},
-    {3, 3, 3},
-});
-constexpr std::array kPresses2 = std::to_array<Presses>({
-    {4, 4, 0},
-    {3, 4, 0},
-    {0, 1, 0},
-    {1, 2, 0},
-    {2, 3, 0},
-    {2, 3, 0},
-});
+constexpr std::array<Presses, 6> kPresses1 = {
+    {{2, 2, 1}, {1, 1, 0}, {0, 0, 4}, {4, 4, 3}, {3, 3, 3}, {3, 3, 3}}};
+constexpr std::array<Presses, 6> kPresses2 = {
+    {{4, 4, 0}, {3, 4, 0}, {0, 1, 0}, {1, 2, 0}, {2, 3, 0}, {2, 3, 0}}};
 
 struct Type {
   const std::array<Presses, 6>& presses;

@@ -78,7 +78,7 @@ class Patterns {
  public:
   explicit Patterns(std::size_t tempo) : tempo_(tempo) {}
 
-  // `scale` is none for a pause.
+  // `scale` is nullopt for a pause.
   void Add(Instruction note, std::optional<int> scale) {
     if (patterns_.empty() || patterns_.back().size() + kMostDoubled > kMostInstructions) {
       patterns_.push_back({TempoOf(tempo_)});

@@ -13,10 +13,10 @@ namespace tonadex::formats {
 
 inline constexpr std::size_t kMostTitleLetters = 15;
 
-// The bytes of the ringtone for a parsed melody. What the format cannot hold is said in `warnings`,
-// a line each: a title of more than 15 letters, a tempo that is not one of its 32, octaves other
-// than 4 to 7, durations that phones do not know (left out), and how many messages it takes.
-// Errors: invalid argument for a melody of more notes than four patterns of 255 hold, type
+// The bytes of the ringtone for a parsed melody. Appends a line to `warnings` for everything that
+// the format cannot hold: a title of more than 15 letters, a tempo that is not one of its 32,
+// octaves other than 4 to 7, durations that phones lack (left out); and for more than one text
+// message. Errors: invalid argument for a melody of more notes than four patterns of 255 hold, type
 // mismatch.
 std::string OttBytes(const core::RTTTLMelody& melody, std::string& warnings);
 

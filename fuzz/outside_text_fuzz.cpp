@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <sstream>
 #include <string>
 
 #include "core/melody_file.h"
@@ -9,7 +8,6 @@
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "files/read.h"
 #include "fuzz/require.h"
 
 // Any bytes as external text: both conversions, case, lines and the strings made from a stored
@@ -17,7 +15,6 @@
 namespace {
 
 namespace core = tonadex::core;
-namespace files = tonadex::files;
 
 void CheckConversions(const std::string& bytes) {
   const std::string text = core::FromOutside(bytes);
@@ -35,21 +32,6 @@ void CheckConversions(const std::string& bytes) {
           "case does not settle");
 }
 
-void CheckLines(const std::string& bytes) {
-  constexpr std::size_t kMaxBytes = 100;
-  std::istringstream whole(bytes);
-  std::istringstream cut(bytes);
-  std::size_t taken = 0;
-  while (const auto line = files::ReadLine(whole, bytes.size())) {
-    taken += line->size();
-    const auto shortened = files::ReadLine(cut, kMaxBytes);
-    Require(shortened && *shortened == line->substr(0, kMaxBytes + 1), "a line cut elsewhere");
-  }
-  Require(!files::ReadLine(cut, kMaxBytes), "another number of lines");
-  const auto ends = std::ranges::count_if(bytes, [](char c) { return c == '\r' || c == '\n'; });
-  Require(taken + static_cast<std::size_t>(ends) == bytes.size(), "bytes lost between lines");
-}
-
 void CheckRow(const std::string& bytes) {
   const std::string line = core::UndoSharpEscape(bytes.substr(0, bytes.find('\n')));
   core::SkipErrors([&] {
@@ -65,7 +47,6 @@ void CheckRow(const std::string& bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(data, data + size);
   CheckConversions(bytes);
-  CheckLines(bytes);
   CheckRow(bytes);
   return 0;
 }

@@ -9,7 +9,7 @@
 // Plays melodies on the MIDI sequencer under the alias "mR2M", at most one at a time.
 namespace tonadex::midi {
 
-// What plays: the melody's own instrument, or a square wave as a phone's beeper has it.
+// The sound: the melody's instrument, or a square wave like that of a phone's beeper.
 enum class Voice { kInstrument, kBeep };
 
 // The MIDI file that is played: like the one for a phone, with the chosen voice, and with a gap

@@ -12,7 +12,7 @@ class Sequencer {
   virtual ~Sequencer() = default;
   // Returns at once: 0 on success, else an error number. Never throws. "close" stops the sound.
   virtual int SendString(std::string_view command) = 0;
-  // Whether what plays is known to be inaudible, for want of a device or of sounds.
+  // Whether the melody is known to be inaudible, because there is no device or no soundfont.
   virtual bool IsSilent() const { return false; }
 };
 

@@ -13,6 +13,7 @@
 
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "formats/reading.h"
 #include "midi/smf_own.h"
 
 namespace tonadex::midi {
@@ -23,31 +24,15 @@ using namespace core::literals;
 // Positions and lengths are in sixty-fourths of a whole note: a dotted thirty-second is three.
 constexpr std::uint32_t kUnitsPerQuarter = 16;
 constexpr std::int64_t kStep = 2;  // notes are placed on thirty-seconds
-constexpr int kSlowest = 25, kFastest = 900;
+using formats::kFastestTempo, formats::kSlowestTempo;
 constexpr int kUsuallySlowest = 40, kUsuallyFastest = 250;
 constexpr int kMostDoublings = 20;  // enough for every tempo of a file
 constexpr std::string_view kEndsInBar = u8"Acaba en el compás "_w;
 constexpr std::int64_t kLeastPause = 4;
 constexpr double kTickRounding = 1e-3;  // ticks computed from positions may not be integers
 
-// All lengths of a note or pause, the longest first.
-struct Length {
-  std::int64_t units;
-  int length;
-  bool dotted;
-};
-constexpr auto kLengths = std::to_array<Length>({{96, 1, true},
-                                                 {64, 1, false},
-                                                 {48, 2, true},
-                                                 {32, 2, false},
-                                                 {24, 4, true},
-                                                 {16, 4, false},
-                                                 {12, 8, true},
-                                                 {8, 8, false},
-                                                 {6, 16, true},
-                                                 {4, 16, false},
-                                                 {3, 32, true},
-                                                 {2, 32, false}});
+using Length = formats::NoteLength;
+constexpr auto& kLengths = formats::kNoteLengths;
 
 const Length& LongestUpTo(std::int64_t units) {
   const auto found =
@@ -291,7 +276,7 @@ void MoveOctaves(SmfMelody& result, const SmfChoice& choice) {
 
 int TempoOf(std::uint32_t microseconds, double scale) {
   return static_cast<int>(
-      std::clamp<double>(std::round(60e6 / microseconds * scale), kSlowest, kFastest));
+      std::clamp<double>(std::round(60e6 / microseconds * scale), kSlowestTempo, kFastestTempo));
 }
 
 // Chooses the reading with the shortest text; on a tie the file's own. A lost note costs as much as
@@ -306,13 +291,13 @@ Reading ShortestReading(std::span<const Stroke> strokes, std::uint32_t division,
     const int doublings = i % 2 == 0 ? -i / 2 : (i + 1) / 2;
     const Reading reading{.scale = std::ldexp(1.0, doublings)};
     const double tempo = 60e6 / microseconds * reading.scale;
-    if (tempo < kSlowest || tempo > kFastest) {
+    if (tempo < kSlowestTempo || tempo > kFastestTempo) {
       continue;
     }
     const bool unusual = tempo < kUsuallySlowest || tempo > kUsuallyFastest;
     const PlacedVoice placed = Place(strokes, Grid(division, reading), reading.scale);
     const Written written = Write(placed.strokes, core::kMaxParts, false);
-    const std::size_t cost = core::RtttlText({"", kSlowest, written.notes}).size() +
+    const std::size_t cost = core::RtttlText({"", kSlowestTempo, written.notes}).size() +
                              kLostCost * placed.lost + kMovedCost * placed.moved +
                              (unusual ? kTempoCost : 0);
     if (cost < least) {

@@ -5,6 +5,7 @@
 
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "formats/reading.h"
 
 namespace tonadex::midi {
 namespace {
@@ -42,8 +43,7 @@ class Bytes {
   std::string_view Take(std::size_t count) {
     if (count > bytes_.size()) {
       const std::size_t missing = count - bytes_.size();
-      Refuse(SmfProblem::kCut,
-             (missing == 1 ? "falta " : "faltan ") + core::Counted(missing, "byte", "bytes"));
+      Refuse((missing == 1 ? "falta " : "faltan ") + core::Counted(missing, "byte", "bytes"));
     }
     const std::string_view taken = bytes_.substr(0, count);
     bytes_.remove_prefix(count);
@@ -73,17 +73,13 @@ class Bytes {
         return number;
       }
     }
-    Refuse(SmfProblem::kEvent, u8"un tiempo o un tamaño de más de cuatro bytes"_w, start);
+    Refuse(u8"un tiempo o un tamaño de más de cuatro bytes"_w, start);
   }
 
-  [[noreturn]] void Refuse(SmfProblem problem, std::string_view what) const {
-    Refuse(problem, what, at_);
-  }
-  [[noreturn]] void Refuse(SmfProblem problem, std::string_view what, std::size_t at) const {
-    std::string sentence(kDamaged);
-    sentence += track_ == 0 ? "" : " en la pista " + std::to_string(track_);
-    sentence += ", byte " + std::to_string(at) + ": ";
-    throw SmfFault{problem, at, track_, sentence.append(what)};
+  [[noreturn]] void Refuse(std::string_view what) const { Refuse(what, at_); }
+  [[noreturn]] void Refuse(std::string_view what, std::size_t at) const {
+    const std::string track = track_ == 0 ? "" : " en la pista " + std::to_string(track_);
+    formats::RefuseFile({kDamaged, track, ", byte ", std::to_string(at), ": ", what});
   }
 
  private:
@@ -113,7 +109,7 @@ class TrackReader {
     while (!ended_ && !bytes_.AtEnd()) {
       now_ += bytes_.VariableNumber();
       if (now_ > kMaxTicks) {
-        bytes_.Refuse(SmfProblem::kTrackTime, "la pista dura demasiado");
+        bytes_.Refuse("la pista dura demasiado");
       }
       ReadEvent();
     }
@@ -135,7 +131,7 @@ class TrackReader {
     const std::uint8_t byte = bytes_.Byte();
     const std::uint8_t status = byte >= 0x80 ? byte : running_;
     if (status == 0) {
-      bytes_.Refuse(SmfProblem::kEvent, u8"un dato sin suceso que lo anuncie"_w, start);
+      bytes_.Refuse(u8"un dato sin suceso que lo anuncie"_w, start);
     }
     if (status == 0xFF) {
       const std::uint8_t type = bytes_.Byte();
@@ -148,7 +144,7 @@ class TrackReader {
       running_ = status;
       ReadChannelEvent(status, byte >= 0x80 ? DataByte() : byte);
     } else {
-      bytes_.Refuse(SmfProblem::kEvent, "un suceso que no cabe en un fichero", start);
+      bytes_.Refuse("un suceso que no cabe en un fichero", start);
     }
   }
 
@@ -156,7 +152,7 @@ class TrackReader {
     const std::size_t at = bytes_.At();
     const std::uint8_t byte = bytes_.Byte();
     if (byte >= 0x80) {
-      bytes_.Refuse(SmfProblem::kEvent, u8"un suceso donde tenía que haber un dato"_w, at);
+      bytes_.Refuse(u8"un suceso donde tenía que haber un dato"_w, at);
     }
     return byte;
   }
@@ -224,7 +220,7 @@ std::uint32_t ReadSmpteTime(const Bytes& bytes, std::uint32_t division, SmfFile&
   const std::uint32_t frames = 256 - (division >> 8);
   const std::uint32_t ticks = division & 0xFF;
   if ((frames != 24 && frames != 25 && frames != 29 && frames != 30) || ticks == 0) {
-    bytes.Refuse(SmfProblem::kHeader, u8"división de tiempo desconocida"_w, bytes.At() - 2);
+    bytes.Refuse(u8"división de tiempo desconocida"_w, bytes.At() - 2);
   }
   const std::uint32_t second = ticks * (frames == 29 ? 30 : frames);
   const std::uint32_t halves = second % 2 == 0 ? 1 : 2;
@@ -241,18 +237,17 @@ struct Header {
 Header ReadHeader(Bytes& bytes, SmfFile& file) {
   const std::uint32_t size = bytes.Number(4);
   if (size < kLeastHeader) {
-    bytes.Refuse(SmfProblem::kHeader, "la cabecera es demasiado corta", bytes.At() - 4);
+    bytes.Refuse("la cabecera es demasiado corta", bytes.At() - 4);
   }
   const std::uint32_t format = bytes.Number(2);
   if (format > 2) {
-    bytes.Refuse(SmfProblem::kHeader, "el formato " + std::to_string(format) + " no existe",
-                 bytes.At() - 2);
+    bytes.Refuse("el formato " + std::to_string(format) + " no existe", bytes.At() - 2);
   }
   file.format = static_cast<int>(format);
   Header header{.tracks = bytes.Number(2)};
   file.division = bytes.Number(2);
   if (file.division == 0) {
-    bytes.Refuse(SmfProblem::kHeader, u8"división de tiempo desconocida"_w, bytes.At() - 2);
+    bytes.Refuse(u8"división de tiempo desconocida"_w, bytes.At() - 2);
   }
   if (file.division >= 0x8000) {
     header.microseconds = ReadSmpteTime(bytes, file.division, file);
@@ -268,9 +263,8 @@ SmfFile ReadFile(std::string_view content, std::size_t start) {
   const Header header = ReadHeader(bytes, file);
   while (file.tracks.size() < header.tracks) {
     if (bytes.AtEnd()) {
-      bytes.Refuse(SmfProblem::kCut, "el principio anuncia " +
-                                         core::Counted(header.tracks, "pista", "pistas") +
-                                         " y hay " + std::to_string(file.tracks.size()));
+      bytes.Refuse("el principio anuncia " + core::Counted(header.tracks, "pista", "pistas") +
+                   " y hay " + std::to_string(file.tracks.size()));
     }
     const std::size_t number = file.tracks.size() + 1;
     bytes.EnterTrack(number);
@@ -290,10 +284,6 @@ SmfFile ReadFile(std::string_view content, std::size_t start) {
   return file;
 }
 
-SmfFault FaultOf(SmfProblem problem, std::string_view sentence) {
-  return {problem, 0, 0, std::string(sentence)};
-}
-
 // The changes of one kind that apply to a track.
 template <typename Change>
 std::vector<Change> ChangesFor(const SmfFile& file, std::size_t track,
@@ -311,22 +301,17 @@ std::vector<Change> ChangesFor(const SmfFile& file, std::size_t track,
 
 }  // namespace
 
-std::variant<SmfFile, SmfFault> ReadSmf(std::string_view bytes) {
+SmfFile ReadSmf(std::string_view bytes) {
   if (bytes.size() > kMaxSmfBytes) {
-    return FaultOf(SmfProblem::kTooLong,
-                   "el fichero MIDI pasa de " + std::to_string(kMaxSmfBytes >> 20) + " MB");
+    formats::RefuseFile({"el fichero MIDI pasa de ", std::to_string(kMaxSmfBytes >> 20), " MB"});
   }
   const bool riff =
       bytes.starts_with("RIFF") && bytes.size() > kRiffHeader && bytes.substr(8, 4) == "RMID";
   const std::size_t start = riff ? kRiffHeader : 0;
   if (!bytes.substr(start).starts_with(kMark)) {
-    return FaultOf(SmfProblem::kNoMidi, u8"no es un fichero MIDI: no empieza por «MThd»"_w);
+    formats::RefuseFile({u8"no es un fichero MIDI: no empieza por «MThd»"_w});
   }
-  try {
-    return ReadFile(bytes.substr(start), start);
-  } catch (SmfFault& fault) {
-    return std::move(fault);
-  }
+  return ReadFile(bytes.substr(start), start);
 }
 
 std::vector<SmfTempo> TemposFor(const SmfFile& file, std::size_t track) {

@@ -6,7 +6,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 // Reader of Standard MIDI Files, formats 0, 1 and 2, also inside a RIFF file (.rmi). Texts are
@@ -60,26 +59,12 @@ struct SmfFile {
   std::vector<SmfTrack> tracks;
 };
 
-enum class SmfProblem {
-  kTooLong,    // more than kMaxSmfBytes
-  kNoMidi,     // not a MIDI file
-  kHeader,     // header values that the format does not define
-  kCut,        // the file, a track or an event ends too early
-  kEvent,      // invalid event
-  kTrackTime,  // a track longer than 2^31 ticks
-};
-
-struct SmfFault {
-  SmfProblem problem = SmfProblem::kNoMidi;
-  std::size_t byte = 0;   // offset in the file, from 0
-  std::size_t track = 0;  // counted from 1; 0 outside the tracks
-  std::string sentence;   // describes the fault in Spanish; lower case, without a full stop
-};
-
 // Reads the whole file. Skips sysex events, meta events that do not affect the notes, unknown
 // chunks, and bytes after the last track or after the end of a track. A note struck again while it
-// sounds ends there; one that is never released ends with its track.
-std::variant<SmfFile, SmfFault> ReadSmf(std::string_view bytes);
+// sounds ends there; one that is never released ends with its track. Throws core::RunTimeError
+// (invalid argument) with a Spanish sentence (lower case, without a full stop) that says where the
+// file is damaged.
+SmfFile ReadSmf(std::string_view bytes);
 
 // The tempo and metre changes that apply to a track, by time: those of all tracks, or in a file of
 // format 2 only its own.

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kDrumChannel = 9;
 
-// Words in track names (folded), and how much they speak for the voice being the tune.
+// Words in track names (folded), and how much each adds to the rating of the voice as the tune.
 struct Hint {
   std::string_view word;
   double worth;
@@ -66,6 +66,20 @@ double MonophonicPart(std::span<const SmfNote> notes) {
   return static_cast<double>(alone) / static_cast<double>(notes.size());
 }
 
+// The share of the file's bars, taken as four quarter notes long, in which a note starts. A tune
+// goes through the piece; an introduction or a solo does not. `notes` are ordered by start.
+double PlayedPart(std::span<const SmfNote> notes, const SmfFile& file) {
+  const std::uint64_t bar = std::uint64_t{4} * file.division;
+  std::uint64_t last = 0, played = 0;
+  for (const SmfTrack& track : file.tracks) {
+    last = std::max<std::uint64_t>(last, track.notes.empty() ? 0 : track.notes.back().start / bar);
+  }
+  for (std::size_t i = 0; i < notes.size(); ++i) {
+    played += i == 0 || notes[i].start / bar != notes[i - 1].start / bar ? 1u : 0u;
+  }
+  return static_cast<double>(played) / static_cast<double>(last + 1);
+}
+
 double MeanKey(std::span<const SmfNote> notes) {
   double sum = 0;
   for (const SmfNote& note : notes) {
@@ -90,13 +104,13 @@ Programs ProgramsOf(const SmfFile& file) {
 }
 
 // How likely a voice is the tune: by its track's name, lyrics, few overlapping notes, high pitch,
-// and number of notes compared with the file's busiest voice.
+// number of notes compared with the file's busiest voice, and bars in which it plays.
 double TuneWorth(const SmfFile& file, const SmfVoice& voice, std::size_t mostNotes) {
   const std::vector<SmfNote> notes = NotesOf(file, voice);
   const double share = static_cast<double>(notes.size()) / static_cast<double>(mostNotes);
   return NameWorth(voice.name) + (file.tracks[voice.track].hasLyrics ? 2 : 0) +
          2 * MonophonicPart(notes) + std::clamp((MeanKey(notes) - 48) / 18, -1.0, 2.0) +
-         2 * std::min(3 * share, 1.0) +
+         2 * std::min(3 * share, 1.0) + 3 * std::min(1.5 * PlayedPart(notes, file), 1.0) +
          (voice.program == kNoProgram ? 0 : FamilyWorth(voice.program));
 }
 

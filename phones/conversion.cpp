@@ -1,11 +1,11 @@
 #include "phones/conversion.h"
 
 #include <algorithm>
-#include <initializer_list>
 
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "formats/reading.h"
 #include "phones/formats.h"
 #include "phones/outputs.h"
 
@@ -14,6 +14,7 @@ namespace {
 
 using namespace core::literals;
 using core::Icon;
+using formats::Joined;
 
 constexpr std::string_view kNoModel =
     u8"Selecciona el modelo de tu móvil en el apartado de opciones para poder usar el programa"_w;
@@ -25,20 +26,6 @@ std::string HeaderTempo(std::string_view text) {
   copy.Text = text;
   core::SkipErrors([&copy] { core::ParseRTTTLHeader(copy); });
   return copy.Beats;
-}
-
-// Allocates once.
-std::string Joined(std::initializer_list<std::string_view> parts) {
-  std::size_t size = 0;
-  for (const std::string_view part : parts) {
-    size += part.size();
-  }
-  std::string joined;
-  joined.reserve(size);
-  for (const std::string_view part : parts) {
-    joined += part;
-  }
-  return joined;
 }
 
 ConversionPage Page(const Format& format, std::string_view row, Job& job) {

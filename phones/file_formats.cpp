@@ -73,7 +73,7 @@ constexpr auto kFileFormats = std::to_array<FileFormat>({
     {"wav", "wav", "Sonido", "", Wav, u8"diez minutos, con el pitido de un móvil"_w},
 });
 
-// The reason that the last message gives.
+// Throws the text of the last message as the reason.
 [[noreturn]] void RefuseMelody(const core::RecordingMessages& messages) {
   formats::RefuseFile({kUnreadable, messages.messages.empty()
                                         ? ""

@@ -8,11 +8,11 @@
 
 #include "core/rtttl.h"
 
-// Every kind of file that a melody can become, for the windows and the terminal. Texts are
+// The file formats to which a melody can be converted, for the windows and the terminal. Texts are
 // Windows-1252.
 namespace tonadex::phones {
 
-// Gives the bytes for a parsed melody and appends to `notices` what the file cannot hold of it.
+// Returns the bytes for a parsed melody and appends to `notices` what the format cannot hold of it.
 using FileWriter = std::string (*)(const core::RTTTLMelody& melody, std::string& notices);
 
 struct FileFormat {
@@ -26,9 +26,9 @@ struct FileFormat {
 
 std::span<const FileFormat> FileFormats();
 
-// nullptr for an unknown name. The sheet, which is a drawing, is not among them.
+// The format of this name; nullptr for an unknown one. The printed sheet is not in the table.
 const FileFormat* FindFileFormat(std::string_view name);
-// The one for a model of the catalogue, compared exactly; nullptr when there is none.
+// The format of a model of the catalogue, compared exactly; nullptr for an unknown model.
 const FileFormat* FileFormatOf(std::string_view model);
 
 // One format of each extension: the model's, then the first ones of the other extensions.
@@ -36,7 +36,7 @@ std::vector<const FileFormat*> FormatsToSave(std::string_view model);
 
 struct MelodyFileBytes {
   std::string bytes;
-  std::string notices;  // lines of CR LF; of the phones' formats with their instructions
+  std::string notices;  // lines ended by CR LF; those of phone formats include instructions
 };
 
 // The file for an RTTTL text with "#" for sharps; shows no message. Errors: core::RunTimeError with

@@ -89,11 +89,4 @@ std::string_view TypedModel(std::string_view model) {
   return phone != nullptr && phone->code == kComposerCode ? " Pulsaciones" : model;
 }
 
-const KeypadKey* FindKey(const Keypad& keypad, char sign) {
-  const auto found = std::ranges::find_if(keypad.keys, [sign](const KeypadKey& key) {
-    return key.signs.find(sign) != std::string_view::npos;
-  });
-  return found == keypad.keys.end() ? nullptr : &*found;
-}
-
 }  // namespace tonadex::phones

@@ -28,7 +28,4 @@ const Keypad* FindKeypad(std::string_view model);
 // composer shows, otherwise the model itself.
 std::string_view TypedModel(std::string_view model);
 
-// The key for a character of the result; nullptr when there is none.
-const KeypadKey* FindKey(const Keypad& keypad, char sign);
-
 }  // namespace tonadex::phones

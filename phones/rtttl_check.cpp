@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <optional>
 
 #include "core/message_box.h"
 #include "core/number.h"
@@ -49,25 +48,18 @@ struct Setting {
   std::string_view missing, unread, invalid;
 };
 
-std::optional<double> FindNumber(std::string_view text) {
-  std::optional<double> number;
-  core::SkipErrors([&] { number = core::ToNumber(text); });
-  return number;
-}
-
 bool IsDuration(std::string_view value) {
-  return std::ranges::any_of(kDurations,
-                             [value](int known) { return value == std::to_string(known); });
+  return std::ranges::find(formats::kDurationTexts, value) != formats::kDurationTexts.end();
 }
 
 bool IsOctave(std::string_view value) {
-  const double octave = FindNumber(value).value_or(0);
+  const double octave = core::FindNumber(value).value_or(0);
   return octave == std::floor(octave) && octave >= kLowestOctave && octave <= kHighestOctave &&
          value.size() <= 8;
 }
 
 bool IsTempo(std::string_view value) {
-  return FindNumber(value).value_or(0) > 0;
+  return core::FindNumber(value).value_or(0) > 0;
 }
 
 constexpr std::array<Setting, 3> kSettings = {{

@@ -9,6 +9,7 @@
 #include "core/rtttl.h"
 #include "core/text.h"
 #include "core/windows1252.h"
+#include "formats/note_length.h"
 #include "formats/pitch.h"
 
 namespace tonadex::phones {
@@ -68,10 +69,6 @@ int Number(std::string_view digits) {
 
 std::optional<int> NumberOrNone(std::string_view digits) {
   return digits.empty() ? std::nullopt : std::optional(Number(digits));
-}
-
-bool IsDuration(int number) {
-  return std::ranges::find(kDurations, number) != kDurations.end();
 }
 
 bool IsOctave(int number) {
@@ -135,7 +132,7 @@ std::string PitchOf(const MeantNote& note) {
 }
 
 std::string NoteFault(std::string_view item, const MeantNote& note) {
-  if (note.duration && !IsDuration(*note.duration)) {
+  if (note.duration && !formats::IsPhoneDuration(*note.duration)) {
     return std::string(u8"la duración "_w) + Quoted(std::to_string(*note.duration)) +
            std::string(u8" no es 1, 2, 4, 8, 16 ni 32"_w);
   }
@@ -244,7 +241,7 @@ std::string MendedItem(MeantNote note, int octave) {
 }
 
 int NearestDuration(int duration) {
-  return *std::ranges::min_element(kDurations, {}, [duration](int known) {
+  return *std::ranges::min_element(core::kLengths, {}, [duration](int known) {
     return std::pair(std::abs(known - duration), -known);
   });
 }

@@ -1,19 +1,19 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "formats/reading.h"
+
 // What a person means by one item of the notes section, and whether the parser reads it so. Texts
 // are Windows-1252.
 namespace tonadex::phones {
 
-inline constexpr std::array<int, 6> kDurations = {1, 2, 4, 8, 16, 32};
-inline constexpr int kLowestOctave = 1, kHighestOctave = 8;    // in a note, as parsed
-inline constexpr int kSlowestTempo = 25, kFastestTempo = 900;  // of phones; others may overflow
+inline constexpr int kLowestOctave = 1, kHighestOctave = 8;  // in a note, as parsed
+using formats::kFastestTempo, formats::kSlowestTempo;
 
 // A note as meant. In an item marks may be anywhere and numbers out of range, as in "8.c9#".
 struct MeantNote {
@@ -41,7 +41,7 @@ std::string ItemFault(std::string_view item);
 // usual name of their pitch. `octave` is the header's.
 std::string MendedItem(MeantNote note, int octave);
 
-// The nearest of kDurations; on a tie the shorter note.
+// The nearest duration of a phone; on a tie the shorter note.
 int NearestDuration(int duration);
 
 // The octave, or for one out of range the lowest or highest that phones play, 4 or 7.

@@ -1,7 +1,6 @@
 #include "phones/rtttl_paste.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <utility>
 
@@ -14,18 +13,10 @@ namespace {
 constexpr std::string_view kBlanks = " \t\n";
 
 // Accepted names of the settings.
-constexpr std::array<std::pair<std::string_view, char>, 12> kKeys = {{{"d", 'd'},
-                                                                      {"dur", 'd'},
-                                                                      {"duration", 'd'},
-                                                                      {"duracion", 'd'},
-                                                                      {"o", 'o'},
-                                                                      {"oct", 'o'},
-                                                                      {"octave", 'o'},
-                                                                      {"octava", 'o'},
-                                                                      {"b", 'b'},
-                                                                      {"bpm", 'b'},
-                                                                      {"beat", 'b'},
-                                                                      {"tempo", 'b'}}};
+constexpr std::pair<std::string_view, char> kKeys[] = {
+    {"d", 'd'}, {"dur", 'd'}, {"duration", 'd'}, {"duracion", 'd'},
+    {"o", 'o'}, {"oct", 'o'}, {"octave", 'o'},   {"octava", 'o'},
+    {"b", 'b'}, {"bpm", 'b'}, {"beat", 'b'},     {"tempo", 'b'}};
 
 // The setting around an equals sign; its key is 0 when there is none.
 Field FieldAt(std::string_view text, std::size_t equals) {
@@ -40,8 +31,8 @@ Field FieldAt(std::string_view text, std::size_t equals) {
   }
   const std::string word = core::Fold(text.substr(start, keyEnd - start));
   Field field{start, equals + 1, 0, {}};
-  const auto known = std::ranges::find(kKeys, word, [](const auto& key) { return key.first; });
-  if (known != kKeys.end()) {
+  const auto* known = std::ranges::find(kKeys, word, [](const auto& key) { return key.first; });
+  if (known != std::end(kKeys)) {
     field.key = known->second;
   } else if (word.size() == 1 && !core::IsDigit(word[0])) {
     field.key = word[0];

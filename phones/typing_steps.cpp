@@ -63,12 +63,8 @@ constexpr std::array kRules = std::to_array<Rules>({
 struct DurationName {
   std::string_view duration, name;
 };
-constexpr std::array kDurationNames = std::to_array<DurationName>({{"1", "redonda"},
-                                                                   {"2", "blanca"},
-                                                                   {"4", "negra"},
-                                                                   {"8", "corchea"},
-                                                                   {"16", "semicorchea"},
-                                                                   {"32", "fusa"}});
+constexpr DurationName kDurationNames[] = {{"1", "redonda"}, {"2", "blanca"},       {"4", "negra"},
+                                           {"8", "corchea"}, {"16", "semicorchea"}, {"32", "fusa"}};
 
 constexpr std::array<std::string_view, kHighest> kOctaveNames = {
     "octava grave", "octava media", "octava aguda", "octava muy aguda"};
@@ -93,8 +89,8 @@ std::string InWords(const TypedNote& note) {
     words = std::string(u8"«"_w) + note.letter + std::string(u8"», que no es una nota"_w);
   }
   words += note.sharp && !note.pause ? " sostenido" : "";
-  const auto name = std::ranges::find(kDurationNames, note.duration, &DurationName::duration);
-  if (name == kDurationNames.end()) {
+  const auto* name = std::ranges::find(kDurationNames, note.duration, &DurationName::duration);
+  if (name == std::end(kDurationNames)) {
     words.append(u8", duración «"_w).append(note.duration).append(u8"»"_w);
   } else {
     words.append(", ").append(name->name);

@@ -11,7 +11,7 @@
 namespace tonadex::phones {
 
 struct KeyPress {
-  char key;           // a character of the result, see FindKey
+  char key;           // a character of the result, see KeypadKey::signs
   int times = 1;      // successive presses
   bool hold = false;  // held down for kHoldSeconds instead
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdint>
 #include <utility>
 
@@ -34,14 +35,6 @@ constexpr bool IsLow(char16_t unit) {
 constexpr bool IsNoText(char16_t unit) {
   return (unit < 0x20 && unit != kTab) || unit == 0x7F || unit == 0x2029 || unit >= 0xFFFE ||
          unit == 0xFFFC || (unit >= 0xFDD0 && unit <= 0xFDEF);
-}
-
-constexpr int HexDigit(char c) {
-  if (core::IsDigit(c)) {
-    return c - '0';
-  }
-  const int letter = c | 0x20;
-  return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
 }
 
 // The destination of a group's text.
@@ -94,7 +87,6 @@ class Reader {
   RunFormat& Characters() { return state_.run; }
   ParagraphFormat& Format() { return state_.paragraph; }
   Document& Result() { return document_; }
-  void Enter(Destination destination) { state_.destination = destination; }
   void Skip() { skipped_ = 1; }
   void SkipBytes(int count);
   void Character(char16_t unit);
@@ -104,14 +96,20 @@ class Reader {
   void BreakPage();
   void SetStyle(int style);
   void SetHeading(int level);
-  void SetTabKind(TabKind kind) { tabKind_ = kind; }
   void AddTab(int position);
-  void StartBorder(std::uint8_t sides) { borderSides_ = sides; }
   template <typename Change>
   void ChangeBorders(Change change);
-  void SetColourPart(std::uint8_t Colour::*part, int value);
   std::optional<Colour> ColourAt(int index) const;
-  void SetFontFamily(FontFamily family);
+  // One for each type of property; `value` is the control word's number.
+  void Set(bool RunFormat::*flag, int value) { state_.run.*flag = value != 0; }
+  void Set(bool ParagraphFormat::*flag, int value) { state_.paragraph.*flag = value != 0; }
+  void Set(Script script, int value) { state_.run.script = value != 0 ? script : Script::kNormal; }
+  void Set(Alignment alignment, int /*value*/) { state_.paragraph.alignment = alignment; }
+  void Set(Destination destination, int /*value*/) { state_.destination = destination; }
+  void Set(TabKind kind, int /*value*/) { tabKind_ = kind; }
+  void Set(std::uint8_t borderSides, int /*value*/) { borderSides_ = borderSides; }
+  void Set(FontFamily family, int value);
+  void Set(std::uint8_t Colour::*part, int value);
 
  private:
   void OpenGroup();
@@ -160,24 +158,13 @@ void NewParagraph(Reader& reader, int /*value*/) {
 void NewPage(Reader& reader, int /*value*/) {
   reader.BreakPage();
 }
-void Underline(Reader& reader, int value) {
-  reader.Characters().underline = value != 0;
-}
 void Ground(Reader& reader, int value) {
   reader.Characters().ground = reader.ColourAt(value);
 }
 
-template <bool RunFormat::*kFlag>
-void SetFlag(Reader& reader, int value) {
-  reader.Characters().*kFlag = value != 0;
-}
-template <Script kScript>
-void SetScript(Reader& reader, int value) {
-  reader.Characters().script = value != 0 ? kScript : Script::kNormal;
-}
-template <Alignment kAlignment>
-void Align(Reader& reader, int /*value*/) {
-  reader.Format().alignment = kAlignment;
+template <auto kProperty>
+void Set(Reader& reader, int value) {
+  reader.Set(kProperty, value);
 }
 template <int ParagraphFormat::*kField>
 void SetIndent(Reader& reader, int value) {
@@ -195,26 +182,6 @@ void SetPage(Reader& reader, int value) {
 template <int Page::*kField>
 void SetMargin(Reader& reader, int value) {
   reader.Result().page.*kField = Spacing(value);
-}
-template <FontFamily kFamily>
-void SetFamily(Reader& reader, int /*value*/) {
-  reader.SetFontFamily(kFamily);
-}
-template <TabKind kKind>
-void SetTab(Reader& reader, int /*value*/) {
-  reader.SetTabKind(kKind);
-}
-template <Destination kDestination>
-void EnterDestination(Reader& reader, int /*value*/) {
-  reader.Enter(kDestination);
-}
-template <std::uint8_t Colour::*kPart>
-void ColourPart(Reader& reader, int value) {
-  reader.SetColourPart(kPart, value);
-}
-template <std::uint8_t kSides>
-void BorderAt(Reader& reader, int /*value*/) {
-  reader.StartBorder(kSides);
 }
 // A line style sets the default width, 15 twips.
 void BorderLine(Reader& reader, int /*value*/) {
@@ -254,38 +221,33 @@ struct NamedCharacter {
   std::string_view name;
   char16_t unit;
 };
+// Control symbols that stand for a character, and the characters.
+constexpr std::string_view kSymbols = "~-_\t";
+constexpr std::u16string_view kSymbolUnits = u"\u00A0\u00AD\u2011\t";
 // Control words that stand for a character; each can be the fallback after a \u.
-constexpr auto kNamedCharacters = std::to_array<NamedCharacter>({
-    {"bullet", u'\u2022'},
-    {"emdash", u'\u2014'},
-    {"emspace", u'\u2003'},
-    {"endash", u'\u2013'},
-    {"enspace", u'\u2002'},
-    {"ldblquote", u'\u201C'},
-    {"lquote", u'\u2018'},
-    {"qmspace", u'\u2005'},
-    {"rdblquote", u'\u201D'},
-    {"rquote", u'\u2019'},
-    {"tab", kTab},
-});
+constexpr NamedCharacter kNamedCharacters[] = {
+    {"bullet", u'\u2022'}, {"emdash", u'\u2014'},  {"emspace", u'\u2003'},
+    {"endash", u'\u2013'}, {"enspace", u'\u2002'}, {"ldblquote", u'\u201C'},
+    {"lquote", u'\u2018'}, {"qmspace", u'\u2005'}, {"rdblquote", u'\u201D'},
+    {"rquote", u'\u2019'}, {"tab", kTab}};
 
 // Sorted by name for binary search.
 constexpr auto kWords = std::to_array<ControlWord>({
-    {"b", 1, SetFlag<&RunFormat::bold>},
+    {"b", 1, Set<&RunFormat::bold>},
     {kRawBytes, 0, [](Reader& r, int v) { r.SkipBytes(v); }},
-    {"blue", 0, ColourPart<&Colour::blue>},
-    {"box", 0, BorderAt<kBox>},
-    {"brdrb", 0, BorderAt<Bit(kBottom)>},
+    {"blue", 0, Set<&Colour::blue>},
+    {"box", 0, Set<kBox>},
+    {"brdrb", 0, Set<Bit(kBottom)>},
     {"brdrcf", 0, BorderColour},
     {"brdrdash", 0, BorderLine},
     {"brdrdb", 0, BorderLine},
     {"brdrdot", 0, BorderLine},
     {"brdrhair", 0, BorderLine},
-    {"brdrl", 0, BorderAt<Bit(kLeft)>},
+    {"brdrl", 0, Set<Bit(kLeft)>},
     {"brdrnone", 0, NoBorder},
-    {"brdrr", 0, BorderAt<Bit(kRight)>},
+    {"brdrr", 0, Set<Bit(kRight)>},
     {"brdrs", 0, BorderLine},
-    {"brdrt", 0, BorderAt<Bit(kTop)>},
+    {"brdrt", 0, Set<Bit(kTop)>},
     {"brdrth", 0, BorderLine},
     {"brdrw", 15, BorderWidth},
     {"brsp", 0, BorderSpace},
@@ -294,21 +256,21 @@ constexpr auto kWords = std::to_array<ControlWord>({
     {"cell", 0, [](Reader& r, int) { r.Character(kTab); }},
     {"cf", 0, [](Reader& r, int v) { r.Characters().colour = r.ColourAt(v); }},
     {"chcbpat", 0, Ground},
-    {"colortbl", 0, EnterDestination<Destination::kColours>},
+    {"colortbl", 0, Set<Destination::kColours>},
     {"deff", 0, [](Reader& r, int v) { r.Result().defaultFont = std::max(v, 0); }},
     {"f", 0, [](Reader& r, int v) { r.Characters().font = std::max(v, 0); }},
     {"fi", 0, SetIndent<&ParagraphFormat::first>},
-    {"fmodern", 0, SetFamily<FontFamily::kFixed>},
-    {"fonttbl", 0, EnterDestination<Destination::kFonts>},
-    {"froman", 0, SetFamily<FontFamily::kSerif>},
+    {"fmodern", 0, Set<FontFamily::kFixed>},
+    {"fonttbl", 0, Set<Destination::kFonts>},
+    {"froman", 0, Set<FontFamily::kSerif>},
     {"fs", kDefaultHalfPoints,
      [](Reader& r, int v) { r.Characters().halfPoints = std::clamp(v, 2, kMaxHalfPoints); }},
-    {"fswiss", 0, SetFamily<FontFamily::kSans>},
-    {"green", 0, ColourPart<&Colour::green>},
+    {"fswiss", 0, Set<FontFamily::kSans>},
+    {"green", 0, Set<&Colour::green>},
     {"highlight", 0, Ground},
-    {"i", 1, SetFlag<&RunFormat::italic>},
-    {"keep", 1, [](Reader& r, int v) { r.Format().keepTogether = v != 0; }},
-    {"keepn", 1, [](Reader& r, int v) { r.Format().keepWithNext = v != 0; }},
+    {"i", 1, Set<&RunFormat::italic>},
+    {"keep", 1, Set<&ParagraphFormat::keepTogether>},
+    {"keepn", 1, Set<&ParagraphFormat::keepWithNext>},
     {"li", 0, SetIndent<&ParagraphFormat::left>},
     {"lin", 0, SetIndent<&ParagraphFormat::left>},
     {"line", 0, [](Reader& r, int) { r.Character(kLineBreak); }},
@@ -319,22 +281,22 @@ constexpr auto kWords = std::to_array<ControlWord>({
     {"nosupersub", 0, [](Reader& r, int) { r.Characters().script = Script::kNormal; }},
     {"outlinelevel", 0, [](Reader& r, int v) { r.SetHeading(std::clamp(v, -1, kMaxHeading) + 1); }},
     {"page", 0, NewPage},
-    {"pagebb", 1, [](Reader& r, int v) { r.Format().pageBefore = v != 0; }},
+    {"pagebb", 1, Set<&ParagraphFormat::pageBefore>},
     {"paperh", 0, SetPage<&Page::height>},
     {"paperw", 0, SetPage<&Page::width>},
     {"par", 0, NewParagraph},
     {"pard", 0,
      [](Reader& r, int) {
        r.Format() = {};
-       r.SetTabKind(TabKind::kLeft);
-       r.StartBorder(0);
+       r.Set(TabKind::kLeft, 0);
+       r.Set(std::uint8_t{0}, 0);
      }},
     {"plain", 0, [](Reader& r, int) { r.Characters() = {}; }},
-    {"qc", 0, Align<Alignment::kCentre>},
-    {"qj", 0, Align<Alignment::kJustify>},
-    {"ql", 0, Align<Alignment::kLeft>},
-    {"qr", 0, Align<Alignment::kRight>},
-    {"red", 0, ColourPart<&Colour::red>},
+    {"qc", 0, Set<Alignment::kCentre>},
+    {"qj", 0, Set<Alignment::kJustify>},
+    {"ql", 0, Set<Alignment::kLeft>},
+    {"qr", 0, Set<Alignment::kRight>},
+    {"red", 0, Set<&Colour::red>},
     {"ri", 0, SetIndent<&ParagraphFormat::right>},
     {"rin", 0, SetIndent<&ParagraphFormat::right>},
     {"row", 0, NewParagraph},
@@ -344,24 +306,24 @@ constexpr auto kWords = std::to_array<ControlWord>({
     {"sect", 0, NewPage},
     {"shading", 0, Shade},
     {"sl", 0, SetIndent<&ParagraphFormat::lineHeight>},
-    {"slmult", 0, [](Reader& r, int v) { r.Format().lineFactor = v != 0; }},
-    {"strike", 1, SetFlag<&RunFormat::strike>},
-    {"stylesheet", 0, EnterDestination<Destination::kStyles>},
-    {"sub", 1, SetScript<Script::kSub>},
-    {"super", 1, SetScript<Script::kSuper>},
-    {"tqc", 0, SetTab<TabKind::kCentre>},
-    {"tqdec", 0, SetTab<TabKind::kDecimal>},
-    {"tqr", 0, SetTab<TabKind::kRight>},
+    {"slmult", 0, Set<&ParagraphFormat::lineFactor>},
+    {"strike", 1, Set<&RunFormat::strike>},
+    {"stylesheet", 0, Set<Destination::kStyles>},
+    {"sub", 1, Set<Script::kSub>},
+    {"super", 1, Set<Script::kSuper>},
+    {"tqc", 0, Set<TabKind::kCentre>},
+    {"tqdec", 0, Set<TabKind::kDecimal>},
+    {"tqr", 0, Set<TabKind::kRight>},
     {"tx", 0, [](Reader& r, int v) { r.AddTab(v); }},
     {"u", 0, [](Reader& r, int v) { r.Unicode(v); }},
     {"uc", 1, [](Reader& r, int v) { r.SetFallback(v); }},
-    {"ul", 1, Underline},
-    {"uld", 1, Underline},
-    {"uldash", 1, Underline},
-    {"uldb", 1, Underline},
+    {"ul", 1, Set<&RunFormat::underline>},
+    {"uld", 1, Set<&RunFormat::underline>},
+    {"uldash", 1, Set<&RunFormat::underline>},
+    {"uldb", 1, Set<&RunFormat::underline>},
     {"ulnone", 0, [](Reader& r, int) { r.Characters().underline = false; }},
-    {"ulw", 1, Underline},
-    {"v", 1, SetFlag<&RunFormat::hidden>},
+    {"ulw", 1, Set<&RunFormat::underline>},
+    {"v", 1, Set<&RunFormat::hidden>},
 });
 
 static_assert(std::ranges::is_sorted(kWords, {}, &ControlWord::name));
@@ -445,45 +407,24 @@ void Reader::Symbol(char symbol) {
     Skip();
   }
   groupStart_ = false;
-  switch (symbol) {
-    case '\'':
-      HexCharacter();
-      break;
-    case '\\':
-    case '{':
-    case '}':
-      Byte(symbol);
-      break;
-    case '~':
-      Character(u'\u00A0');
-      break;
-    case '-':
-      Character(u'\u00AD');
-      break;
-    case '_':
-      Character(u'\u2011');
-      break;
-    case '\t':
-      Character(kTab);
-      break;
-    case '\r':
-    case '\n':
-      EndParagraph();
-      break;
-    default:
-      break;
+  if (symbol == '\'') {
+    HexCharacter();
+  } else if (symbol == '\\' || symbol == '{' || symbol == '}') {
+    Byte(symbol);
+  } else if (symbol == '\r' || symbol == '\n') {
+    EndParagraph();
+  } else if (const std::size_t at = kSymbols.find(symbol); at != kSymbols.npos) {
+    Character(kSymbolUnits[at]);
   }
 }
 
 void Reader::HexCharacter() {
-  if (source_.size() - at_ < 2) {
-    return;
-  }
-  const int high = HexDigit(source_[at_]);
-  const int low = HexDigit(source_[at_ + 1]);
-  if (high >= 0 && low >= 0) {
+  const char* const digits = source_.data() + at_;
+  unsigned code = 0;
+  if (source_.size() - at_ >= 2 &&
+      std::from_chars(digits, digits + 2, code, 16).ptr == digits + 2) {
     at_ += 2;
-    Byte(static_cast<char>(high * 16 + low));
+    Byte(static_cast<char>(code));
   }
 }
 
@@ -501,8 +442,8 @@ void Reader::Word() {
   if (skipped_ > 0 && name != kRawBytes) {
     return;
   }
-  const auto character = std::ranges::find(kNamedCharacters, name, &NamedCharacter::name);
-  if (character != kNamedCharacters.end()) {
+  const auto* character = std::ranges::find(kNamedCharacters, name, &NamedCharacter::name);
+  if (character != std::end(kNamedCharacters)) {
     Character(character->unit);
   } else if (const ControlWord* word = FindWord(name)) {
     pendingFallback_ = 0;
@@ -648,7 +589,7 @@ void Reader::ChangeBorders(Change change) {
   }
 }
 
-void Reader::SetColourPart(std::uint8_t Colour::*part, int value) {
+void Reader::Set(std::uint8_t Colour::*part, int value) {
   if (state_.destination == Destination::kColours) {
     colour_ = colour_.value_or(Colour{});
     (*colour_).*part = static_cast<std::uint8_t>(std::clamp(value, 0, 255));
@@ -662,7 +603,7 @@ std::optional<Colour> Reader::ColourAt(int index) const {
   return document_.colours[static_cast<std::size_t>(index)];
 }
 
-void Reader::SetFontFamily(FontFamily family) {
+void Reader::Set(FontFamily family, int /*value*/) {
   if (state_.destination == Destination::kFonts) {
     document_.fonts[std::max(state_.run.font, 0)].family = family;
   }

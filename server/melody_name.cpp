@@ -45,10 +45,9 @@ std::optional<std::uint32_t> ParseNumber(std::string_view digits) {
 
 // Whether the text is a number from `least` to `most`, short enough for a header.
 bool IsHeaderNumber(std::string_view text, double least, double most) {
-  double number = 0;
-  return !text.empty() && text.size() <= kMaxHeaderValueBytes &&
-         core::SkipErrors([&] { number = core::ToNumber(text); }) && number >= least &&
-         number <= most;
+  const std::optional<double> number = core::FindNumber(text);
+  return !text.empty() && text.size() <= kMaxHeaderValueBytes && number && *number >= least &&
+         *number <= most;
 }
 
 bool IsPlayable(const core::RTTTLMelody& melody) {

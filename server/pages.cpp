@@ -1,9 +1,7 @@
 #include "server/pages.h"
 
-#include <charconv>
-#include <cstdint>
-
 #include "core/text.h"
+#include "core/version.h"
 #include "core/windows1252.h"
 #include "net/listing.h"
 #include "server/limits.h"
@@ -130,32 +128,12 @@ std::string NewsCard(const Store& store) {
          "</section>\n";
 }
 
-// Takes the next component of a dotted version; 0 at its end.
-std::uint32_t TakeNumber(std::string_view& version) {
-  std::uint32_t number = 0;
-  std::from_chars(version.data(), version.data() + version.size(), number);
-  const std::size_t dot = version.find('.');
-  version = dot == version.npos ? "" : version.substr(dot + 1);
-  return number;
-}
-
-bool IsOlder(std::string_view version, std::string_view than) {
-  while (!version.empty() || !than.empty()) {
-    const std::uint32_t left = TakeNumber(version);
-    const std::uint32_t right = TakeNumber(than);
-    if (left != right) {
-      return left < right;
-    }
-  }
-  return false;
-}
-
 std::string VersionSentence(std::string_view version) {
   const std::string current = Escaped(TONADEX_VERSION);
   if (version.empty()) {
     return "La versión actual es la " + current + ".";
   }
-  if (IsOlder(version, TONADEX_VERSION)) {
+  if (core::IsOlderVersion(version, TONADEX_VERSION)) {
     return "Hay una versión nueva, la " + current + ". Tú tienes la " + Escaped(version) + ".";
   }
   return "Tienes la última versión (" + Escaped(version) + ").";

@@ -36,12 +36,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Label("midiVoicesLabel", &F::midiVoicesLabel, "&Voces del fichero", &F::midiVoices),
     Row(Look::kList, "midiVoices", &F::midiVoices, "Voces del fichero",
         {Event::kClick, &F::midiVoices_Click}, {Event::kActivate, &F::listenMidi_Click}),
-    [] {
-      ControlInfo row = Row(Look::kShapes, "midiVoicesView", &F::midiVoicesView, {},
-                            {Event::kClick, &F::midiVoicesView_Click});
-      row.picture = &F::MidiVoicesPicture;
-      return row;
-    }(),
+    Shapes("midiVoicesView", &F::midiVoicesView, &F::MidiVoicesPicture, &F::midiVoicesView_Click),
     Label("midiBarLabel", &F::midiBarLabel, kFirstBar, &F::midiBar),
     Row(Look::kLine, "midiBar", &F::midiBar, u8"Primer compás"_w,
         {Event::kChange, &F::midiChoice_Change}),
@@ -61,12 +56,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     View("midiView", &F::midiView, &F::midiDrawing, Sounding::kMidi),
     Row(Look::kNotices, "midiText", &F::midiText, u8"La melodía en RTTTL"_w),
     Row(Look::kNotices, "midiRemarks", &F::midiRemarks, u8"Lo que cambia en la melodía"_w),
-    [] {
-      ControlInfo button = Button(Look::kButton, "leaveMidi", &F::leaveMidi, "Vo&lver", "",
-                                  "Dejar el fichero MIDI", &F::leaveMidi_Click);
-      button.shortcut = "Esc";
-      return button;
-    }(),
+    WithKeys(Button(Look::kButton, "leaveMidi", &F::leaveMidi, "Vo&lver", "",
+                    "Dejar el fichero MIDI", &F::leaveMidi_Click),
+             "Esc"),
     Button(Look::kButton, "listenMidi", &F::listenMidi, "&Escuchar", "reproducir",
            u8"Escuchar la melodía que sale"_w, &F::listenMidi_Click),
     Button(Look::kButton, "useMidi", &F::useMidi, "&Usar", "",
@@ -89,7 +81,7 @@ std::span<const ControlInfo> MidiPage::Rows() {
   return kRows;
 }
 
-Part MidiPage::Layout() {
+Part MidiPage::Layout(bool /*wide*/) {
   const auto choice = [](Control F::*label, Control F::*field) {
     return Field(label, The(field).Weight(1)).Widths(kLeastField, Part::kUnbounded);
   };
@@ -119,14 +111,8 @@ Part MidiPage::Layout() {
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
 }
 
-MidiPage::MidiPage(SharedState& state) : state_(state) {}
-
 void MidiPage::ReadMidiFile(std::string_view bytes, std::string_view name) {
-  auto read = midi::ReadSmf(bytes);
-  if (const midi::SmfFault* fault = std::get_if<midi::SmfFault>(&read)) {
-    throw core::RunTimeError(core::ErrorNumber::kInvalidArgument, fault->sentence);
-  }
-  midi::SmfFile& file = std::get<midi::SmfFile>(read);
+  midi::SmfFile file = midi::ReadSmf(bytes);
   std::vector<midi::SmfVoice> voices = midi::VoicesOf(file);
   if (voices.empty()) {
     throw core::RunTimeError(core::ErrorNumber::kInvalidArgument, std::string(kNoNotes));
@@ -167,10 +153,6 @@ void MidiPage::SelectVoice(int voice) {
   midiChoice_Change();
 }
 
-void MidiPage::midiVoices_Click() {
-  SelectVoice(midiVoices.listIndex);
-}
-
 void MidiPage::midiVoicesView_Click() {
   if (midiVoicesView.value >= 0) {
     SelectVoice(midiVoicesView.value);
@@ -178,14 +160,14 @@ void MidiPage::midiVoicesView_Click() {
 }
 
 void MidiPage::midiChoice_Change() {
-  const auto index = static_cast<std::size_t>(midiVoices.listIndex);
+  const midi::SmfVoice* voice = midiVoices.SelectedOf(voices_);
   midiText.text.clear();
   midiRemarks.text.clear();
   midiDrawing = {};
-  if (index >= voices_.size()) {
+  if (voice == nullptr) {
     return;
   }
-  const midi::SmfMelody made = midi::MelodyOf(file_, voices_[index], Choice());
+  const midi::SmfMelody made = midi::MelodyOf(file_, *voice, Choice());
   midiBarLabel.caption = std::string(kFirstBar) + ", de " + std::to_string(made.bars);
   midiBar.invitation = std::to_string(made.firstBar);
   if (made.melody.notes.empty()) {
@@ -206,18 +188,6 @@ void MidiPage::Choose(Control& choice, int value) {
   choice.value = value;
   midiChoice_Change();
 }
-void MidiPage::highestTaken_Click() {
-  Choose(firstTaken, 0);
-}
-void MidiPage::firstTaken_Click() {
-  Choose(firstTaken, 1);
-}
-void MidiPage::phonesOctaves_Click() {
-  Choose(filesOctaves, 0);
-}
-void MidiPage::filesOctaves_Click() {
-  Choose(filesOctaves, 1);
-}
 
 void MidiPage::listenMidi_Click() {
   if (!midiText.text.empty()) {
@@ -236,13 +206,8 @@ void MidiPage::RefreshMidi() {
   phonesOctaves.checked = !filesOctaves.checked;
   midiNotes.invitation = "todas";
   midiTitle.caption = "De un fichero MIDI: " + name_;
-  const auto index = static_cast<std::size_t>(midiVoices.listIndex);
-  const bool selected = index < voices_.size();
-  midiVoice.caption = midiVoicesView.text = selected ? midi::VoiceText(voices_[index]) : "";
-}
-
-Picture MidiPage::MidiVoicesPicture(double width, double height) const {
-  return VoicesPicture(rolls_, midiVoices.listIndex, width, height);
+  const midi::SmfVoice* voice = midiVoices.SelectedOf(voices_);
+  midiVoice.caption = midiVoicesView.text = voice == nullptr ? "" : midi::VoiceText(*voice);
 }
 
 }  // namespace tonadex::app

@@ -16,20 +16,22 @@ namespace tonadex::app {
 // Makes a melody of a MIDI file: shows its voices, of which one is chosen, and the result.
 class MidiPage {
  public:
-  explicit MidiPage(SharedState& state);
+  explicit MidiPage(SharedState& state) : state_(state) {}
 
-  void midiVoices_Click();
+  void midiVoices_Click() { SelectVoice(midiVoices.listIndex); }
   void midiVoicesView_Click();
   // Makes the result anew.
   void midiChoice_Change();
-  void highestTaken_Click();
-  void firstTaken_Click();
-  void phonesOctaves_Click();
-  void filesOctaves_Click();
+  void highestTaken_Click() { Choose(firstTaken, 0); }
+  void firstTaken_Click() { Choose(firstTaken, 1); }
+  void phonesOctaves_Click() { Choose(filesOctaves, 0); }
+  void filesOctaves_Click() { Choose(filesOctaves, 1); }
   void listenMidi_Click();
 
   // The voices one under the other. Empty while no file is open.
-  Picture MidiVoicesPicture(double width, double height) const;
+  Picture MidiVoicesPicture(double width, double height) const {
+    return VoicesPicture(rolls_, midiVoices.listIndex, width, height);
+  }
 
   Drawing midiDrawing;  // of the result
 
@@ -42,12 +44,14 @@ class MidiPage {
   Control leaveMidi, listenMidi, useMidi, saveMidi;
 
   static std::span<const ControlInfo> Rows();
-  static Part Layout();
+  static Part Layout(bool wide);
 
  protected:
   // `name` is the file's, with or without its extension. Errors: invalid argument when it is
   // damaged or has no notes, with a sentence that says where.
   void ReadMidiFile(std::string_view bytes, std::string_view name);
+  // The RTTTL text made of it, "" for none.
+  const std::string& MidiMelody() const { return midiText.text; }
   void CloseMidi();
   void RefreshMidi();
 

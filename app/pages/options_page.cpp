@@ -25,8 +25,6 @@ using F = Form1;
 constexpr int kWidestCard = 860, kTallestCard = 720;
 constexpr int kSearchWidth = 220, kLowestList = 96;
 
-constexpr std::string_view kNokia = "Nokia", kNokiaKeys = " Pulsaciones",
-                           kNokiaShown = "3210,3310,3330,3390,8250", kNokiaSend = " RTTTL (cable)";
 // Its equal neighbours are heard as two.
 constexpr std::string_view kTrial = "Prueba:d=8,o=6,b=160:c,e,g,g,4c7";
 constexpr std::string_view kNothingFound = u8"Ningún móvil con ese nombre"_w;
@@ -81,7 +79,7 @@ std::span<const ControlInfo> OptionsPage::Rows() {
   return kRows;
 }
 
-Part OptionsPage::Layout() {
+Part OptionsPage::Layout(bool /*wide*/) {
   using look::kGrid, look::kPageMargin;
   const auto list = [](Control F::*label, Control F::*rows, int share) {
     return Field(label, The(rows).Weight(share).Heights(kLowestList));
@@ -135,7 +133,7 @@ void OptionsPage::RefreshOptions() {
     control->visible = here && nokia;
   }
   const phones::Format* format = phones::FindFormat(model);
-  keysChoice.checked = model == kNokiaKeys;
+  keysChoice.checked = format != nullptr && format->code == "NKEY";
   shownChoice.checked = format != nullptr && format->code == phones::kComposerCode;
   sendChoice.checked = format != nullptr && format->code.starts_with("NRTL");
   beepChoice.checked = beepChoice.value != 0;
@@ -158,8 +156,7 @@ void OptionsPage::MarkChosen() {
   const bool phone = phones::FindModel(model) != nullptr && !phones::IsFormatModel(model);
   formatList.SetText(phone ? "" : model);
   const auto has = [&model](const phones::PhoneChoice& choice) { return choice.model == model; };
-  const auto marked = static_cast<std::size_t>(modelList.listIndex);
-  if (modelList.listIndex < 0 || marked >= listed_.size() || !has(listed_[marked])) {
+  if (const auto* marked = modelList.SelectedOf(listed_); marked == nullptr || !has(*marked)) {
     const auto first = std::ranges::find_if(listed_, has);
     modelList.Select(static_cast<int>(first - listed_.begin()));
   }
@@ -182,10 +179,6 @@ void OptionsPage::Choose(std::string_view brand, std::string_view model) {
   cmbformatos.SetText(model);
 }
 
-void OptionsPage::phoneSearch_Change() {
-  ListPhones();
-}
-
 void OptionsPage::phoneSearch_Enter() {
   if (!listed_.empty()) {
     modelList.Select(0);
@@ -194,43 +187,36 @@ void OptionsPage::phoneSearch_Enter() {
 }
 
 void OptionsPage::modelList_Click() {
-  const int index = modelList.listIndex;
-  if (index >= 0 && static_cast<std::size_t>(index) < listed_.size()) {
-    const phones::PhoneChoice& phone = listed_[static_cast<std::size_t>(index)];
-    Choose(phone.brand, phone.model);
+  if (const phones::PhoneChoice* phone = modelList.SelectedOf(listed_)) {
+    Choose(phone->brand, phone->model);
   }
 }
 
-void OptionsPage::formatList_Click() {
-  cmbformatos.SetText(formatList.text);
-}
-
-void OptionsPage::keysChoice_Click() {
-  Choose(kNokia, kNokiaKeys);
-}
-void OptionsPage::shownChoice_Click() {
-  Choose(kNokia, kNokiaShown);
-}
-void OptionsPage::sendChoice_Click() {
-  Choose(kNokia, kNokiaSend);
+void OptionsPage::UseVoice() {
+  state_.program.voice = beepChoice.value != 0 ? midi::Voice::kBeep : midi::Voice::kInstrument;
 }
 
 void OptionsPage::ChooseVoice(int beep) {
   beepChoice.value = beep;
-  state_.program.voice = beep != 0 ? midi::Voice::kBeep : midi::Voice::kInstrument;
+  UseVoice();
 }
 
-void OptionsPage::instrumentChoice_Click() {
-  ChooseVoice(0);
-}
-void OptionsPage::beepChoice_Click() {
-  ChooseVoice(1);
-}
 void OptionsPage::trySoundButton_Click() {
   core::RTTTLMelody melody;
   core::InitMelody(melody, state_.program.services.shell.TempPath());
   melody.Text = kTrial;
   state_.Play(Sounding::kTrial, melody);
+}
+
+const std::string& OptionsPage::ChosenModel() const {
+  return state_.paginaactual == kOptionsPage ? cmbformatos.text : state_.program.gPhoneModel;
+}
+
+void OptionsPage::CloseOptions(bool save) {
+  cmbformatos.visible = false;
+  if (save) {
+    SaveModel();
+  }
 }
 
 void OptionsPage::SaveModel() {
@@ -255,7 +241,8 @@ void OptionsPage::cmbmarcas_Click() {
   ListPhones();
 }
 
-void OptionsPage::RestoreSavedModel() {
+void OptionsPage::OpenOptions() {
+  cmbformatos.visible = true;
   std::vector<std::string> brands;
   state_.program.PhoneCatalogue = phones::LoadPhoneCatalogue(brands);
   cmbmarcas.Clear();
@@ -274,6 +261,7 @@ void OptionsPage::RestoreSavedModel() {
     cmbformatos.SetText(saved);
   }
   ListPhones();
+  state_.focusNext = &F::phoneSearch;
 }
 
 }  // namespace tonadex::app

@@ -20,17 +20,17 @@ class OptionsPage {
   void FillModelList();
 
   // Lists in modelList the phones of all makes that match what is typed.
-  void phoneSearch_Change();
+  void phoneSearch_Change() { ListPhones(); }
   void phoneSearch_Enter();  // chooses the first of them
   void modelList_Click();
-  void formatList_Click();
+  void formatList_Click() { cmbformatos.SetText(formatList.text); }
   // What to get for a Nokia.
-  void keysChoice_Click();
-  void shownChoice_Click();
-  void sendChoice_Click();
+  void keysChoice_Click() { Choose(kNokia, " Pulsaciones"); }
+  void shownChoice_Click() { Choose(kNokia, "3210,3310,3330,3390,8250"); }
+  void sendChoice_Click() { Choose(kNokia, " RTTTL (cable)"); }
   // What melodies are played with.
-  void instrumentChoice_Click();
-  void beepChoice_Click();
+  void instrumentChoice_Click() { ChooseVoice(0); }
+  void beepChoice_Click() { ChooseVoice(1); }
   void trySoundButton_Click();
 
   Control optionsTitle, optionsPicture, optionsSentence;
@@ -44,15 +44,24 @@ class OptionsPage {
   Control Label4, formatList;  // the formats among them
 
   static std::span<const ControlInfo> Rows();
-  static Part Layout();
+  static Part Layout(bool wide);
 
  protected:
-  void RestoreSavedModel();
+  // Fills the page, which is shown, with the saved model.
+  void OpenOptions();
+  void CloseOptions(bool save);
   void SaveModel();
+  // The model selected on this page while it is shown, which is saved when it is left, else the
+  // saved one.
+  const std::string& ChosenModel() const;
   void RefreshOptions();
-  void ChooseVoice(int beep);  // 1: beep, 0: instrument
+  // Plays with what beepChoice says.
+  void UseVoice();
 
  private:
+  static constexpr std::string_view kNokia = "Nokia";
+
+  void ChooseVoice(int beep);  // 1: beep, 0: instrument
   void Choose(std::string_view brand, std::string_view model);
   void ListPhones();
   void MarkChosen();

@@ -24,8 +24,6 @@
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
-#include "files/write.h"
-#include "formats/pitch.h"
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
 #include "phones/formats.h"
@@ -135,9 +133,9 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kSlider, "sizeSlider", &F::sizeSlider, words::kTextSize,
         {Event::kChange, &F::sizeSlider_Change}, {}, words::kTextSize),
     Words("largeType", &F::largeType, "A", Font::kTitle, Tone::kMuted),
-    Mark("limitMark", &F::limitMark, u8"Enseñar en el dibujo las notas que no caben en el móvil"_w,
+    Mark("limitMark", &F::limitMark, u8"Mostrar en el dibujo las notas que no caben en el móvil"_w,
          &F::limitMark_Click),
-    Mark("rangeMark", &F::rangeMark, u8"Enseñar en el dibujo las notas que el móvil no alcanza"_w,
+    Mark("rangeMark", &F::rangeMark, u8"Mostrar en el dibujo las notas que el móvil no alcanza"_w,
          &F::rangeMark_Click),
     Mark("wordsMark", &F::wordsMark, u8"Las teclas están en Opciones: Pulsaciones"_w,
          &F::cmdopciones_Click),
@@ -194,8 +192,42 @@ std::vector<int> NoteGroups(std::string_view model, std::string_view result,
   return found;
 }
 
+int Semitones(std::string_view text) {
+  const std::int32_t number = core::FindInt32(text).value_or(0);
+  if (number == 0 || std::abs(number) > phones::kMostSemitones) {
+    throw core::RunTimeError(core::ErrorNumber::kInvalidArgument, std::string(kNoSemitones));
+  }
+  return number;
+}
+
+class SaveDialogQuestion : public phones::SaveFileQuestion {
+ public:
+  explicit SaveDialogQuestion(Program& program) : program_(program) {}
+
+  std::optional<std::string> AskSaveFile(const phones::SaveRequest& request) override {
+    clsOpenSave dialog(program_.services.fileDialogs);
+    dialog.hWnd = static_cast<std::int32_t>(program_.window);
+    dialog.DefaultExt = request.DefaultExt;
+    dialog.DialogTitle = request.DialogTitle;
+    dialog.SetFilter(request.Filter);
+    dialog.InitDir = files::TextFromPath(program_.ProgramFolder());
+    dialog.FilterIndex = request.FilterIndex;
+    dialog.CancelError = request.CancelError;
+    return dialog.ShowSave() == kDialogCancelled ? std::nullopt : std::optional(dialog.FileName);
+  }
+
+ private:
+  Program& program_;
+};
+
+}  // namespace
+
+std::span<const ControlInfo> RepertoirePage::Rows() {
+  return kRows;
+}
+
 // The result is the heart of the page; the drawing and the notices stand under it or beside it.
-Part Arranged(bool wide) {
+Part RepertoirePage::Layout(bool wide) {
   Part list = Column({
                          The(&F::repertoireFilter),
                          The(&F::List1).Weight(1),
@@ -254,48 +286,6 @@ Part Arranged(bool wide) {
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
 }
 
-int Semitones(std::string_view text) {
-  const std::int32_t number = core::FindInt32(text).value_or(0);
-  if (number == 0 || std::abs(number) > phones::kMostSemitones) {
-    throw core::RunTimeError(core::ErrorNumber::kInvalidArgument, std::string(kNoSemitones));
-  }
-  return number;
-}
-
-class SaveDialogQuestion : public phones::SaveFileQuestion {
- public:
-  explicit SaveDialogQuestion(Program& program) : program_(program) {}
-
-  std::optional<std::string> AskSaveFile(const phones::SaveRequest& request) override {
-    clsOpenSave dialog(program_.services.fileDialogs);
-    dialog.hWnd = static_cast<std::int32_t>(program_.window);
-    dialog.DefaultExt = request.DefaultExt;
-    dialog.DialogTitle = request.DialogTitle;
-    dialog.SetFilter(request.Filter);
-    dialog.InitDir = files::TextFromPath(program_.ProgramFolder());
-    dialog.FilterIndex = request.FilterIndex;
-    dialog.CancelError = request.CancelError;
-    return dialog.ShowSave() == kDialogCancelled ? std::nullopt : std::optional(dialog.FileName);
-  }
-
- private:
-  Program& program_;
-};
-
-}  // namespace
-
-std::span<const ControlInfo> RepertoirePage::Rows() {
-  return kRows;
-}
-
-Part RepertoirePage::Layout() {
-  return Arranged(false);
-}
-
-Part RepertoirePage::WideLayout() {
-  return Arranged(true);
-}
-
 RepertoirePage::RepertoirePage(SharedState& state) : state_(state) {
   picimprimir.enabled = false;
   copiedTimer.enabled = false;
@@ -323,9 +313,9 @@ void RepertoirePage::RefreshRepertoire() {
   const bool selected = !state_.List1.SelectedText().empty();
   staleButton.visible = here && stale;
   staleButton.enabled = selected;
-  const phones::CatalogueRow* phone = phones::FindModel(resultModel_);
+  const phones::CatalogueRow* phone = phones::FindModel(result_.model);
   staleButton.caption =
-      "De " + resultShown_ + (phone == nullptr ? "" : ", para " + std::string(phone->brand)) +
+      "De " + result_.name + (phone == nullptr ? "" : ", para " + std::string(phone->brand)) +
       (selected ? ". Convertir de nuevo" : std::string(u8". Elige una melodía"_w));
   for (Control* control : {&lbltextresult, &textresultado, &Textavisos, &texttempo}) {
     control->enabled = !stale;
@@ -338,17 +328,23 @@ void RepertoirePage::RefreshRepertoire() {
   Textavisos.visible = here && !folded_;
   foldButton.tone = Tone::kMuted;
   foldButton.caption = folded_ ? words::kUnfold : words::kFold;
-  copyButton.enabled = !stale && !textresultado.text.empty() && !phones::SavesFile(resultModel_);
+  copyButton.enabled = !stale && !textresultado.text.empty() && !phones::SavesFile(result_.model);
   saveAsButton.enabled = selected && !line_.empty();
   teclearButton.enabled = teclearButton.checked =
-      !stale && !textresultado.text.empty() && phones::FindKeypad(phones::TypedModel(resultModel_)) != nullptr;
+      !stale && !textresultado.text.empty() &&
+      phones::FindKeypad(phones::TypedModel(result_.model)) != nullptr;
   picconvertir.checked = !teclearButton.checked;
+}
+
+int RepertoirePage::NoteLimit() const {
+  const phones::Format* format = phones::FindFormat(state_.program.gPhoneModel);
+  return format == nullptr ? 0 : static_cast<int>(format->noteLimit);
 }
 
 void RepertoirePage::RefreshMarks() {
   const bool here = state_.paginaactual == kRepertoirePage;
   const phones::Format* format = phones::FindFormat(state_.program.gPhoneModel);
-  const int limit = format == nullptr ? 0 : static_cast<int>(format->noteLimit);
+  const int limit = NoteLimit();
   const int beyond = limit == 0 ? 0 : repertoireDrawing.written - limit;
   limitMark.visible = here && beyond > 0;
   limitMark.caption = core::Counted(static_cast<std::size_t>(std::max(beyond, 0)), "nota no cabe",
@@ -369,35 +365,31 @@ void RepertoirePage::ShowNext(const std::function<bool(const DrawnNote&)>& meant
 }
 
 void RepertoirePage::limitMark_Click() {
-  const phones::Format* format = phones::FindFormat(state_.program.gPhoneModel);
-  const int limit = format == nullptr ? 0 : static_cast<int>(format->noteLimit);
-  ShowNext([limit](const DrawnNote& note) { return note.number >= limit; });
+  ShowNext([limit = NoteLimit()](const DrawnNote& note) { return note.number >= limit; });
 }
 
 void RepertoirePage::rangeMark_Click() {
   ShowNext([](const DrawnNote& note) { return note.outside; });
 }
 
-void RepertoirePage::foldButton_Click() {
-  folded_ = !folded_;
+const ShownResult* RepertoirePage::ResultToType() {
+  RefreshRepertoire();
+  return teclearButton.enabled ? &result_ : nullptr;
 }
 
-int RepertoirePage::ResultGroupAt(double ms) const {
+bool RepertoirePage::MarkSounding(double ms) {
   const int index = NoteAt(repertoireDrawing, ms);
-  if (index < 0 || IsStale()) {
-    return -1;
+  int group = -1;
+  if (index >= 0 && !IsStale()) {
+    const auto note =
+        static_cast<std::size_t>(repertoireDrawing.notes[static_cast<std::size_t>(index)].number);
+    group = note < result_.groups.size() ? result_.groups[note] : -1;
   }
-  const auto note =
-      static_cast<std::size_t>(repertoireDrawing.notes[static_cast<std::size_t>(index)].number);
-  return note < resultGroups_.size() ? resultGroups_[note] : -1;
-}
-
-std::vector<ResultGroup> RepertoirePage::ResultGroupsShown() const {
-  return ResultGroups(textresultado.text);
+  return std::exchange(textresultado.marked, group) != group;
 }
 
 bool RepertoirePage::ResultIsCounted() const {
-  const phones::Format* format = phones::FindFormat(resultModel_);
+  const phones::Format* format = phones::FindFormat(result_.model);
   return format != nullptr &&
          (format->kind == phones::Kind::kKeys || format->kind == phones::Kind::kNotes);
 }
@@ -415,10 +407,6 @@ void RepertoirePage::copiedTimer_Timer() {
 
 void RepertoirePage::saveAsButton_Click() {
   SaveMelodyAs(state_.program.services.fileDialogs, line_, state_.program.gPhoneModel);
-}
-
-void RepertoirePage::sizeSlider_Change() {
-  textresultado.value = sizeSlider.value;
 }
 
 // Failing steps are skipped until the first row has its number; after that the first failure ends
@@ -569,9 +557,9 @@ void RepertoirePage::List1_Click() {
 }
 
 bool RepertoirePage::IsStale() const {
-  return !resultFile_.empty() &&
-         (SelectedName() != resultFile_ || state_.program.gPhoneModel != resultModel_ ||
-          (last_ == resultFile_ && line_ != resultLine_));
+  return !result_.file.empty() &&
+         (SelectedName() != result_.file || state_.program.gPhoneModel != result_.model ||
+          (last_ == result_.file && line_ != result_.line));
 }
 
 // ---- The menu on a row --------------------------------------------------------------------------
@@ -598,18 +586,6 @@ void RepertoirePage::Copy(int semitones) {
   }
 }
 
-void RepertoirePage::duplicateItem_Click() {
-  Copy(0);
-}
-
-void RepertoirePage::octaveUpItem_Click() {
-  Copy(formats::kSemitones);
-}
-
-void RepertoirePage::octaveDownItem_Click() {
-  Copy(-formats::kSemitones);
-}
-
 void RepertoirePage::Ask(Entry what) {
   askedFile_ = SelectedName();
   if (askedFile_.empty()) {
@@ -619,14 +595,6 @@ void RepertoirePage::Ask(Entry what) {
   entryLabel.caption = what == Entry::kName ? kNewName : kHowManySemitones;
   entryBox.text = what == Entry::kName ? line_.substr(0, line_.find(':')) : "";
   state_.focusNext = &F::entryBox;
-}
-
-void RepertoirePage::renameItem_Click() {
-  Ask(Entry::kName);
-}
-
-void RepertoirePage::transposeItem_Click() {
-  Ask(Entry::kSemitones);
 }
 
 void RepertoirePage::entryButton_Click() {
@@ -703,12 +671,13 @@ void RepertoirePage::ConvertSelectedMelody() {
     textresultado.text = page->result;
     Textavisos.text = page->notices;
     texttempo.text = page->tempo;
-    resultRow_ = row;
-    resultShown_ = shown;
-    resultFile_ = last_ = file;
-    resultLine_ = line_ = line;
-    resultModel_ = state_.program.gPhoneModel;
-    resultGroups_ = NoteGroups(resultModel_, page->result, state_.program.gMelody);
+    last_ = file;
+    line_ = line;
+    const Program& program = state_.program;
+    result_ = {row,          program.gPhoneModel,
+               page->result, program.gMelody,
+               shown,        file,
+               line,         NoteGroups(program.gPhoneModel, page->result, program.gMelody)};
   }
 }
 

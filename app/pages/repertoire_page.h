@@ -12,8 +12,17 @@
 #include "app/melody_notes.h"
 #include "app/melody_store.h"
 #include "app/pages/page.h"
+#include "formats/pitch.h"
 
 namespace tonadex::app {
+
+// What the result panel shows.
+struct ShownResult {
+  std::string row, model, text;  // row of the repertoire, model text, the phone's result
+  core::RTTTLMelody melody;      // as its conversion left it
+  std::string name, file, line;  // what the list calls the melody; its file and its text
+  std::vector<int> groups;       // of each note of the melody its group of the result, or -1
+};
 
 // The user's melodies: listing, playing, converting, printing.
 class RepertoirePage {
@@ -31,16 +40,16 @@ class RepertoirePage {
   void limitMark_Click();
   void rangeMark_Click();
   // Hides or shows the instructions.
-  void foldButton_Click();
+  void foldButton_Click() { folded_ = !folded_; }
   // Filters the list: rows that contain all words of the box.
   void repertoireFilter_Change();
   void repertoireFilter_Enter();
   // The menu on a row.
-  void renameItem_Click();
-  void duplicateItem_Click();
-  void octaveUpItem_Click();
-  void octaveDownItem_Click();
-  void transposeItem_Click();
+  void renameItem_Click() { Ask(Entry::kName); }
+  void duplicateItem_Click() { Copy(0); }
+  void octaveUpItem_Click() { Copy(formats::kSemitones); }
+  void octaveDownItem_Click() { Copy(-formats::kSemitones); }
+  void transposeItem_Click() { Ask(Entry::kSemitones); }
   void deleteItem_Click();
   void openFolderItem_Click();
   // The line below the list that asks for a name or a number.
@@ -53,12 +62,12 @@ class RepertoirePage {
   void copyButton_Click();
   void copiedTimer_Timer();
   void saveAsButton_Click();
-  void sizeSlider_Change();
+  void sizeSlider_Change() { textresultado.value = sizeSlider.value; }
 
   Drawing repertoireDrawing;  // of the selected row
 
   // The groups of the result, which lines do not break, and whether they are key presses.
-  std::vector<ResultGroup> ResultGroupsShown() const;
+  std::vector<ResultGroup> ResultGroupsShown() const { return ResultGroups(textresultado.text); }
   bool ResultIsCounted() const;
 
   Control repertoireFilter, goToSearchButton;
@@ -75,15 +84,16 @@ class RepertoirePage {
   Control Label1, texttempo, tempoUnit;      // tempo
 
   static std::span<const ControlInfo> Rows();
-  static Part Layout();
-  static Part WideLayout();  // drawing and notices beside the result
+  static Part Layout(bool wide);  // drawing and notices beside the result
 
  protected:
   void FillRepertoire();
   void RefreshRepertoire();
-  // The group of the display whose note sounds at this time, where the display shows the selected
-  // melody for the chosen phone; -1 for none.
-  int ResultGroupAt(double ms) const;
+  // The result to be typed; nullptr for one that is out of date or has no keys.
+  const ShownResult* ResultToType();
+  // Marks the group whose note sounds at this time, if the display shows the selected melody for
+  // the chosen phone; a negative time marks none. False when nothing changed.
+  bool MarkSounding(double ms);
   MelodyStore Store() const;
   // Runs `work`; on failure shows a message that begins with `failure`, and returns false.
   static bool Try(std::string_view failure, const std::function<void()>& work);
@@ -93,8 +103,7 @@ class RepertoirePage {
   void SelectLast();
   // The selected melody's text, with "#" for sharps.
   std::string SelectedMelody() const;
-
-  std::string resultRow_, resultModel_, resultLine_;  // of what the result panel shows
+  std::string SelectedName() const;  // of its file, "" when no row is selected
 
  private:
   enum class Entry { kNone, kName, kSemitones };
@@ -102,8 +111,8 @@ class RepertoirePage {
   using FolderState =
       std::vector<std::pair<std::filesystem::path, std::filesystem::file_time_type>>;
 
-  std::string SelectedName() const;
   std::filesystem::path SelectedFile() const;
+  int NoteLimit() const;  // of the chosen phone, 0 for none
   void RefreshMarks();
   void ShowNext(const std::function<bool(const DrawnNote&)>& meant);
   FolderState LookAtFolder() const;
@@ -123,9 +132,8 @@ class RepertoirePage {
   std::string askedFile_;                                               // which the entry is for
   std::vector<std::pair<std::filesystem::path, std::string>> deleted_;  // in the bin; the old names
   bool converted_ = false;
-  std::string resultShown_, resultFile_;  // of what the result panel shows
-  std::vector<int> resultGroups_;                      // of each note of the result's melody, or -1
-  bool folded_ = false;                                // the instructions
+  ShownResult result_;
+  bool folded_ = false;  // the instructions
 };
 
 }  // namespace tonadex::app

@@ -55,7 +55,7 @@ std::span<const ControlInfo> SearchPage::Rows() {
   return kRows;
 }
 
-Part SearchPage::Layout() {
+Part SearchPage::Layout(bool /*wide*/) {
   Part search = Column({
       Row({The(&F::txtbuscar).Weight(1), The(&F::picabuscar), The(&F::picazar)}),
       The(&F::List1).Weight(1),
@@ -63,6 +63,11 @@ Part SearchPage::Layout() {
   });
   return Centred(std::move(search), look::kMeasure)
       .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+}
+
+void SearchPage::ClearSearch() {
+  state_.List1.Clear();
+  serverLine.caption.clear();
 }
 
 void SearchPage::RefreshSearch() {

@@ -21,9 +21,10 @@ class SearchPage {
   Control serverLine;  // that the server failed, and what follows; "" while it has not
 
   static std::span<const ControlInfo> Rows();
-  static Part Layout();
+  static Part Layout(bool wide);
 
  protected:
+  void ClearSearch();
   void RefreshSearch();
 
  private:

@@ -187,9 +187,7 @@ std::span<const ControlInfo> StartPage::Rows() {
   return kRows;
 }
 
-namespace {
-
-Part Arranged(bool wide) {
+Part StartPage::Layout(bool wide) {
   const auto view = [](Control F::*drawing, int lowest) {
     return The(drawing).Weight(3).Heights(lowest, look::kTallestView);
   };
@@ -242,16 +240,6 @@ Part Arranged(bool wide) {
                  look::kMeasure + kWidestSide + kWidestNews + 2 * gap)
       .Margins(look::kPageMargin, look::kGrid, look::kGrid)
       .Scrolls();
-}
-
-}  // namespace
-
-Part StartPage::Layout() {
-  return Arranged(false);
-}
-
-Part StartPage::WideLayout() {
-  return Arranged(true);
 }
 
 StartPage::StartPage(SharedState& state) : state_(state) {
@@ -488,21 +476,24 @@ void StartPage::repairButton_Click() {
 }
 
 void StartPage::repairList_Click() {
-  const int index = repairList.listIndex;
-  if (index >= 0 && static_cast<std::size_t>(index) < repairs_.size()) {
-    repairNotices.text = RepairWords(repairs_[static_cast<std::size_t>(index)]);
+  if (const auto* repair = repairList.SelectedOf(repairs_)) {
+    repairNotices.text = RepairWords(*repair);
   }
 }
 
 void StartPage::applyRepairButton_Click() {
-  const int index = repairList.listIndex;
-  if (index >= 0 && static_cast<std::size_t>(index) < repairs_.size()) {
-    EditRtttl(std::move(repairs_[static_cast<std::size_t>(index)].text));
+  if (auto* repair = repairList.SelectedOf(repairs_)) {
+    ReplaceRtttl(std::move(repair->text));
     state_.focusNext = saveRtttl.enabled ? &F::saveRtttl : &F::txtrtttlsube;
   }
 }
 
 void StartPage::EditRtttl(std::string text) {
+  ReplaceRtttl(std::move(text));
+  state_.focusNext = &F::txtrtttlsube;
+}
+
+void StartPage::ReplaceRtttl(std::string text) {
   std::string before = txtrtttlsube.text;
   SetRtttl(std::move(text));
   unrepaired_ = before == txtrtttlsube.text ? std::string() : std::move(before);

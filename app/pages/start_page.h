@@ -72,16 +72,16 @@ class StartPage {
   Control rtf;  // the converted RTTTL notes; never shown
 
   static std::span<const ControlInfo> Rows();
-  static Part Layout();
-  static Part WideLayout();
+  static Part Layout(bool wide);
 
  protected:
   // The text of the selected one of the server's newest melodies; "" after a message to the user.
   std::string NewestMelody();
   // Sets melodiasube to the composer's melody as RTTTL; false after a message to the user.
   bool BuildComposedMelody();
-  // Puts a text into txtrtttlsube; what stood there can be brought back.
+  // Puts a text into txtrtttlsube, which gets the focus; what stood there can be brought back.
   void EditRtttl(std::string text);
+  const std::string& TypedRtttl() const { return txtrtttlsube.text; }
   // The check and the drawing of txtrtttlsube; what was proposed and mended stays.
   void CheckRtttlBox();
   nokia3210::CNokia& Converter();
@@ -89,6 +89,7 @@ class StartPage {
 
  private:
   void SetRtttl(std::string text);
+  void ReplaceRtttl(std::string text);
 
   std::vector<phones::RepairedMelody> repairs_;  // proposed; empty when nothing is
   std::string unrepaired_;                       // what the box held before; "" for nothing

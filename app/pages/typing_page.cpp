@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <utility>
 
 #include "app/form1.h"
 #include "app/layout.h"
 #include "app/pdf.h"
-#include "app/result_file_name.h"
 #include "app/save_melody.h"
 #include "app/typing_sheet.h"
 #include "app/words.h"
@@ -25,7 +23,6 @@ namespace {
 
 using namespace core::literals;
 using F = Form1;
-using Kind = Shape::Kind;
 using Align = Shape::Align;
 
 constexpr int kLowestStep = 250, kLeastKeypad = 260, kMostKeypad = 460, kPaceWidth = 72;
@@ -45,17 +42,11 @@ constexpr ControlInfo Step(std::string_view name, Control F::*member, std::strin
                            Look look, Handler click, std::string_view shortcut) {
   return WithKeys(Button(look, name, member, caption, "", "", click), shortcut);
 }
-constexpr ControlInfo Shapes(std::string_view name, Control F::*member,
-                             Picture (F::*picture)(double, double) const) {
-  ControlInfo row = Row(Look::kShapes, name, member, {}, {Event::kClick, &F::nextGroup_Click});
-  row.picture = picture;
-  return row;
-}
 
 constexpr auto kRows = std::to_array<ControlInfo>({
     Words("guideTitle", &F::guideTitle, "", Font::kHeading),
-    Shapes("stepView", &F::stepView, &F::StepPicture),
-    Shapes("keypadView", &F::keypadView, &F::KeypadPicture),
+    Shapes("stepView", &F::stepView, &F::StepPicture, &F::nextGroup_Click),
+    Shapes("keypadView", &F::keypadView, &F::KeypadPicture, &F::nextGroup_Click),
     View("guideView", &F::guideView, &F::guideDrawing, Sounding::kNothing),
     Step("firstGroup", &F::firstGroup, "Al &principio", Look::kButton, &F::firstGroup_Click,
          "Home"),
@@ -81,26 +72,21 @@ constexpr auto kRows = std::to_array<ControlInfo>({
            u8"Imprimir los grupos numerados y el teclado"_w, &F::printSheet_Click),
     Button(Look::kButton, "openSheet", &F::openSheet, "Abrir", "", "Abrir la hoja guardada",
            &F::openSheet_Click),
-    Button(Look::kButton, "showSheet", &F::showSheet, u8"Enseñar en &carpeta"_w, "",
+    Button(Look::kButton, "showSheet", &F::showSheet, u8"Mostrar en la &carpeta"_w, "",
            "Abrir la carpeta de la hoja guardada", &F::showSheet_Click),
     Step("leaveGuide", &F::leaveGuide, "&Volver", Look::kButton, &F::leaveGuide_Click, "Esc"),
     Row(Look::kTimer, "keyTimer", &F::keyTimer, "", {Event::kTick, &F::keyTimer_Timer}),
 });
 
-Shape Text(std::string words, const Box& box, double size, Ink ink, Align align = Align::kCentre) {
-  return {.box = box, .ink = ink, .size = size, .text = std::move(words), .align = align};
-}
 Shape Bold(Shape text) {
   return text.bold = true, text;
 }
 Shape Mono(Shape text) {
   return text.mono = true, text;
 }
-Shape Filled(const Box& box, Ink ink, double radius) {
-  return {.kind = Kind::kFilled, .box = box, .ink = ink, .radius = radius};
-}
-Shape Frame(const Box& box, Ink ink, double width, double radius) {
-  return {.kind = Kind::kFrame, .box = box, .ink = ink, .size = width, .radius = radius};
+
+int WithinBounds(int seconds) {
+  return std::clamp(seconds, kLeastSeconds, kMostSeconds);
 }
 
 std::string GroupWords(const phones::TypingStep& step) {
@@ -188,10 +174,8 @@ void AddKey(Picture& picture, const phones::KeypadKey& key, const Box& box, cons
                                 face.ink, Align::kRight)));
   }
   for (const std::string_view words : {held ? press : word, second}) {
-    Shape text =
-        Text(std::string(words), {upper.x, y, upper.width, line}, size, face.ink, Align::kLeft);
-    text.bold = held;
-    picture.push_back(std::move(text));
+    picture.push_back(Text(std::string(words), {upper.x, y, upper.width, line}, size, face.ink,
+                           Align::kLeft, held));
     y += line;
   }
 }
@@ -202,9 +186,7 @@ std::span<const ControlInfo> TypingPage::Rows() {
   return kRows;
 }
 
-namespace {
-
-Part Arranged(bool wide) {
+Part TypingPage::Layout(bool wide) {
   Part step = The(&F::stepView).Weight(7).Heights(kLowestStep);
   Part keypad = The(&F::keypadView)
                     .Weight(wide ? 6 : 4)
@@ -228,30 +210,21 @@ Part Arranged(bool wide) {
       .Scrolls();
 }
 
-}  // namespace
-
-Part TypingPage::Layout() {
-  return Arranged(false);
-}
-
-Part TypingPage::WideLayout() {
-  return Arranged(true);
-}
-
 TypingPage::TypingPage(SharedState& state) : state_(state) {
   keyTimer.enabled = false;
   keyTimer.interval = kTickMs;
 }
 
-bool TypingPage::OpenGuide(std::string_view row, std::string_view model, std::string_view rtttl) {
-  const std::string_view typed = phones::TypedModel(model);
-  const auto page = phones::ConvertQuietly(melody_, rtttl, typed);
-  if (!page || !guide_.Open(typed, page->result, melody_)) {
+bool TypingPage::OpenGuide(const ShownResult& result) {
+  ShownResult typed = result;
+  typed.model = phones::TypedModel(result.model);
+  const auto page = phones::ConvertQuietly(typed.melody, result.line, typed.model);
+  if (!page || !guide_.Open(typed.model, page->result, typed.melody)) {
     return false;
   }
-  row_ = row;
-  guideTitle.caption = SheetTitle(rtttl, phones::PhoneName(model), melody_.Beats);
-  guideDrawing = MelodyDrawing(melody_.Text, typed);
+  guideTitle.caption = SheetTitle(result.line, phones::PhoneName(result.model), typed.melody.Beats);
+  guideDrawing = MelodyDrawing(typed.melody.Text, typed.model);
+  result_ = std::move(typed);
   shownMs_ = 0;
   keyTimer.enabled = true;
   SoundNote();
@@ -274,6 +247,7 @@ void TypingPage::RefreshTyping() {
   goOnButton.caption = goesOn_ ? kStop : kGoOn;
   goOnButton.enabled = goesOn_ || nextGroup.enabled;
   soundNotes.checked = soundNotes.value != 0;
+  seconds_ = WithinBounds(seconds_);
   pace.caption = "cada " + std::to_string(seconds_) + " s";
   fasterButton.enabled = seconds_ > kLeastSeconds;
   slowerButton.enabled = seconds_ < kMostSeconds;
@@ -304,11 +278,11 @@ void TypingPage::SoundNote() {
       (before != nullptr && before->note == step->note)) {
     return;
   }
-  const core::RTTTLNote note = melody_.Notes[static_cast<std::size_t>(step->note)];
+  const core::RTTTLNote note = result_.melody.Notes[static_cast<std::size_t>(step->note)];
   if (!core::IsPause(note)) {
     core::RTTTLMelody alone;
     core::InitMelody(alone, state_.program.services.shell.TempPath());
-    alone.Text = "x:d=4,o=5,b=" + melody_.Beats + ":";
+    alone.Text = "x:d=4,o=5,b=" + result_.melody.Beats + ":";
     alone.Text.append(note.Duration).append(note.Note).append(note.Dotted ? "." : "");
     alone.Text.append(note.Octave);
     sounds_ = core::ParseRTTTL(alone) == core::kParsed &&
@@ -327,22 +301,9 @@ void TypingPage::soundNotes_Click() {
   SoundNote();
 }
 
-void TypingPage::nextGroup_Click() {
-  Go(GuideMove::kNext);
-}
-void TypingPage::previousGroup_Click() {
-  Go(GuideMove::kPrevious);
-}
-void TypingPage::firstGroup_Click() {
-  Go(GuideMove::kFirst);
-}
-void TypingPage::lastGroup_Click() {
-  Go(GuideMove::kLast);
-}
-
 void TypingPage::keyTimer_Timer() {
   shownMs_ += kTickMs;
-  if (goesOn_ && shownMs_ >= static_cast<std::uint32_t>(seconds_) * 1000) {
+  if (goesOn_ && shownMs_ >= static_cast<std::uint32_t>(WithinBounds(seconds_)) * 1000) {
     Go(GuideMove::kNext);
     goesOn_ = guide_.Group(1) != nullptr;
   }
@@ -352,21 +313,12 @@ void TypingPage::goOnButton_Click() {
   goesOn_ = !goesOn_;
   shownMs_ = 0;
 }
-void TypingPage::fasterButton_Click() {
-  ChangePace(seconds_ - 1);
-}
-void TypingPage::slowerButton_Click() {
-  ChangePace(seconds_ + 1);
-}
-void TypingPage::ChangePace(int seconds) {
-  seconds_ = std::clamp(seconds, kLeastSeconds, kMostSeconds);
-}
 
 // ---- The sheet ----------------------------------------------------------------------------------
 
 void TypingPage::saveSheet_Click() {
   auto choice = state_.program.services.fileDialogs.AskSaveAs(
-      words::kSaveAs, FileStem(row_) + ".pdf", std::array{std::string(kPdfFilter)});
+      words::kSaveAs, FileStem(result_.row) + ".pdf", std::array{std::string(kPdfFilter)});
   if (!choice) {
     return;
   }
@@ -379,7 +331,7 @@ void TypingPage::saveSheet_Click() {
 }
 
 void TypingPage::printSheet_Click() {
-  state_.program.services.RichTextBox1.PrintPages(Sheet(), FileStem(row_));
+  state_.program.services.RichTextBox1.PrintPages(Sheet(), FileStem(result_.row));
 }
 
 void TypingPage::openSheet_Click() {

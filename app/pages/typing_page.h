@@ -2,11 +2,10 @@
 
 #include <filesystem>
 #include <span>
-#include <string>
-#include <vector>
 
 #include "app/melody_notes.h"
 #include "app/pages/page.h"
+#include "app/pages/repertoire_page.h"
 #include "app/picture.h"
 #include "app/typing_guide.h"
 
@@ -17,17 +16,17 @@ class TypingPage {
  public:
   explicit TypingPage(SharedState& state);
 
-  void nextGroup_Click();
-  void previousGroup_Click();
-  void firstGroup_Click();
-  void lastGroup_Click();
+  void nextGroup_Click() { Go(GuideMove::kNext); }
+  void previousGroup_Click() { Go(GuideMove::kPrevious); }
+  void firstGroup_Click() { Go(GuideMove::kFirst); }
+  void lastGroup_Click() { Go(GuideMove::kLast); }
   void keyTimer_Timer();
   // Each note sounds when it is shown.
   void soundNotes_Click();
   // Automatic advance and its pace.
   void goOnButton_Click();
-  void fasterButton_Click();
-  void slowerButton_Click();
+  void fasterButton_Click() { --seconds_; }
+  void slowerButton_Click() { ++seconds_; }
   // The sheet as a PDF, which can then be opened or shown in its folder, or printed.
   void saveSheet_Click();
   void printSheet_Click();
@@ -50,26 +49,23 @@ class TypingPage {
   Control keyTimer;
 
   static std::span<const ControlInfo> Rows();
-  static Part Layout();
-  static Part WideLayout();  // a larger keypad, nothing wider than the eye takes in
+  static Part Layout(bool wide);  // a larger keypad, nothing wider than the eye takes in
 
  protected:
-  // Returns false when there is nothing to type. `row` is the melody's row in the repertoire.
-  bool OpenGuide(std::string_view row, std::string_view model, std::string_view rtttl);
+  // Returns false when there is nothing to type.
+  bool OpenGuide(const ShownResult& result);
   void CloseGuide();
   void RefreshTyping();
 
  private:
   void Go(GuideMove move);
-  void ChangePace(int seconds);
   void SoundNote();
   void HushNote();
   Paper Sheet() const;
 
   SharedState& state_;
   TypingGuide guide_;
-  std::string row_;              // of the repertoire
-  core::RTTTLMelody melody_;     // of the guide
+  ShownResult result_;           // which the guide leads through
   bool sounds_ = false;          // a note was started
   std::filesystem::path saved_;  // the sheet as PDF; empty before it is saved
   std::uint32_t shownMs_ = 0;    // time since the group is shown

@@ -6,7 +6,6 @@
 #include "app/form1.h"
 #include "app/layout.h"
 #include "core/windows1252.h"
-#include "net/addresses.h"
 
 namespace tonadex::app {
 namespace {
@@ -29,8 +28,13 @@ std::span<const ControlInfo> WebPage::Rows() {
   return kRows;
 }
 
-Part WebPage::Layout() {
+Part WebPage::Layout(bool /*wide*/) {
   return Column({The(&F::WebBrowser1).Weight(1)});
+}
+
+Part WebPage::BannerLayout() {
+  return Row({The(&F::navbanner).Weight(1).Heights(look::kBannerHeight, look::kBannerHeight)})
+      .Margins(look::kPageMargin, look::kGrid, 0);
 }
 
 WebPage::WebPage(SharedState& state) : state_(state) {
@@ -47,18 +51,16 @@ void WebPage::Navigate(Control& view, std::string_view path) {
   }
 }
 
-void WebPage::NavigateBanner() {
-  Navigate(navbanner, net::kBannerPath);
+void WebPage::Browse(std::string_view path) {
+  WebBrowser1.visible = true;
+  navbanner.visible = false;
+  Navigate(WebBrowser1, path);
 }
 
 void WebPage::Timer1_Timer() {
   if (navbanner.visible) {
     NavigateBanner();
   }
-}
-
-void WebPage::navbanner_BeforeNavigate() {
-  NavigateBanner();
 }
 
 }  // namespace tonadex::app

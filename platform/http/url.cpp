@@ -20,24 +20,12 @@ constexpr Scheme kSchemes[] = {{"http://", "80", false}, {"https://", "443", tru
 
 // Servers and proxies reject these in a request line; everything else is sent unchanged.
 std::string EscapeTarget(std::string_view typed) {
+  constexpr std::string_view kRejected(" \r\n\0", 4);
+  constexpr std::string_view kEscapes[] = {"%20", "%0D", "%0A", "%00"};
   std::string target;
-  for (const char c : typed) {
-    switch (c) {
-      case ' ':
-        target += "%20";
-        break;
-      case '\r':
-        target += "%0D";
-        break;
-      case '\n':
-        target += "%0A";
-        break;
-      case '\0':
-        target += "%00";
-        break;
-      default:
-        target += c;
-    }
+  for (const char& c : typed) {
+    const std::size_t at = kRejected.find(c);
+    target += at == kRejected.npos ? std::string_view(&c, 1) : kEscapes[at];
   }
   return target;
 }

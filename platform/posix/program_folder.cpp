@@ -9,7 +9,7 @@
 #include <system_error>
 #include <vector>
 
-#include "core/text.h"
+#include "core/version.h"
 #include "files/paths.h"
 #include "files/read.h"
 #include "files/write.h"
@@ -77,23 +77,6 @@ bool Renew(const fs::path& folder, const fs::path& installed) {
   return done;
 }
 
-// The numbers in a version: 1, 0, 12 for "1.0.12". Very large numbers are limited.
-std::vector<int> VersionNumbers(std::string_view text) {
-  std::vector<int> numbers;
-  bool within = false;
-  for (const char c : text) {
-    const bool digit = core::IsDigit(c);
-    if (digit && !within) {
-      numbers.push_back(0);
-    }
-    if (digit && numbers.back() < 1'000'000) {
-      numbers.back() = numbers.back() * 10 + (c - '0');
-    }
-    within = digit;
-  }
-  return numbers;
-}
-
 }  // namespace
 
 fs::path ProgramFolderPath() {
@@ -139,7 +122,7 @@ bool SeedProgramFolder(const fs::path& folder, const fs::path& installed) {
   }
   const fs::path marker = folder / kMarker;
   const auto seeded = files::ReadWhole(marker);
-  if (seeded && VersionNumbers(*version) <= VersionNumbers(*seeded)) {
+  if (seeded && !core::IsOlderVersion(*seeded, *version)) {
     return true;
   }
   const bool done = seeded ? Renew(folder, installed) : CopyAllMissing(folder, installed);

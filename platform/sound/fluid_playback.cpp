@@ -30,10 +30,10 @@ constexpr std::chrono::duration<double> kBuffered{kPeriodFrames * (kPeriods + 0.
 
 // State shared by a playback and its worker thread. The worker creates and destroys all FluidSynth
 // objects; other threads only stop the player, while holding the lock.
-class Sounding {
+class Sounding : public Playback {
  public:
   // Stops a melody, or prevents one that is starting from sounding.
-  void Stop() {
+  void Stop() override {
     const std::lock_guard lock(mutex_);
     stopped_ = true;
     if (engine_ != nullptr) {
@@ -48,12 +48,12 @@ class Sounding {
     return stopped_;
   }
 
-  bool IsSilent() {
+  bool IsSilent() override {
     const std::lock_guard lock(mutex_);
     return silent_;
   }
 
-  double PositionMs() {
+  double PositionMs() override {
     const std::lock_guard lock(mutex_);
     const Clock::time_point now = Clock::now();
     if (!begin_ && now >= made_ + kStartLimit) {
@@ -155,17 +155,6 @@ void Sound(const SoundOptions& options, const std::string& midiBytes, Sounding& 
   sounding.RunSilent();
 }
 
-class FluidPlayback : public Playback {
- public:
-  explicit FluidPlayback(std::shared_ptr<Sounding> sounding) : sounding_(std::move(sounding)) {}
-  void Stop() override { sounding_->Stop(); }
-  double PositionMs() const override { return sounding_->PositionMs(); }
-  bool IsSilent() const override { return sounding_->IsSilent(); }
-
- private:
-  std::shared_ptr<Sounding> sounding_;
-};
-
 class FluidSoundPlayer : public Player {
  public:
   explicit FluidSoundPlayer(SoundOptions options) : options_(std::move(options)) {}
@@ -177,7 +166,7 @@ class FluidSoundPlayer : public Player {
     }
   }
 
-  std::unique_ptr<Playback> Start(std::string midiBytes) override {
+  std::shared_ptr<Playback> Start(std::string midiBytes) override {
     latest_ = std::make_shared<Sounding>();
     try {
       worker_ = std::jthread([options = options_, midi = std::move(midiBytes), sounding = latest_,
@@ -192,7 +181,7 @@ class FluidSoundPlayer : public Player {
       latest_->RunSilent();
       latest_->End();
     }
-    return std::make_unique<FluidPlayback>(latest_);
+    return latest_;
   }
 
  private:

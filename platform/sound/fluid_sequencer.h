@@ -38,7 +38,7 @@ class FluidSequencer : public midi::Sequencer {
   std::unique_ptr<Player> player_;
   std::optional<std::string> alias_;  // of the open device
   std::string midi_;                  // bytes of its file
-  std::unique_ptr<Playback> playback_;
+  std::shared_ptr<Playback> playback_;
 };
 
 }  // namespace tonadex::platform

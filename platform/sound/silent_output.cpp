@@ -12,10 +12,10 @@ using Clock = std::chrono::steady_clock;
 class SilentPlayback : public Playback {
  public:
   void Stop() override {}
-  double PositionMs() const override {
+  double PositionMs() override {
     return std::chrono::duration<double, std::milli>(Clock::now() - begun_).count();
   }
-  bool IsSilent() const override { return true; }
+  bool IsSilent() override { return true; }
 
  private:
   Clock::time_point begun_ = Clock::now();
@@ -23,8 +23,8 @@ class SilentPlayback : public Playback {
 
 class SilentPlayer : public Player {
  public:
-  std::unique_ptr<Playback> Start(std::string /*midiBytes*/) override {
-    return std::make_unique<SilentPlayback>();
+  std::shared_ptr<Playback> Start(std::string /*midiBytes*/) override {
+    return std::make_shared<SilentPlayback>();
   }
 };
 

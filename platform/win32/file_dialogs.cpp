@@ -56,6 +56,19 @@ bool Run(Dialog dialog, app::FileDialogRecord& record) {
   return true;
 }
 
+// A dialog of this program over its active window. It writes paths to `file`; both strings must
+// outlive it.
+OPENFILENAMEW NewDialog(const std::wstring& title, std::wstring& file, DWORD flags) {
+  OPENFILENAMEW dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = GetActiveWindow();
+  dialog.lpstrFile = file.data();
+  dialog.nMaxFile = static_cast<DWORD>(file.size());
+  dialog.lpstrTitle = title.c_str();
+  dialog.Flags = flags | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
+  return dialog;
+}
+
 }  // namespace
 
 bool WindowsFileDialogs::GetSaveFileName(app::FileDialogRecord& record) {
@@ -73,40 +86,28 @@ std::optional<app::SaveChoice> WindowsFileDialogs::AskSaveAs(std::string_view ti
   file.resize(kLongestPath);
   std::wstring filters;
   for (const std::string& kind : kinds) {
-    // "Texto (*.txt)": the pattern stands in the brackets.
+    // The pattern is in the brackets: "Texto (*.txt)".
     const std::wstring described = ToWide(kind);
     const std::size_t bracket = std::min(described.rfind(L'('), described.size() - 1);
     filters +=
         described + L'\0' + described.substr(bracket + 1, described.size() - bracket - 2) + L'\0';
   }
   const std::wstring words = ToWide(title);
-  OPENFILENAMEW dialog{};
-  dialog.lStructSize = sizeof dialog;
-  dialog.hwndOwner = GetActiveWindow();
+  OPENFILENAMEW dialog = NewDialog(words, file, OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST);
   dialog.lpstrFilter = filters.c_str();
   dialog.nFilterIndex = 1;
-  dialog.lpstrFile = file.data();
-  dialog.nMaxFile = static_cast<DWORD>(file.size());
-  dialog.lpstrTitle = words.c_str();
-  dialog.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
   if (GetSaveFileNameW(&dialog) == 0) {
     return std::nullopt;
   }
   return app::SaveChoice{file.c_str(), std::max<std::size_t>(1, dialog.nFilterIndex) - 1};
 }
 
-// The system gives the folder and, where several were chosen, the names behind it.
+// The dialog returns one path, or the folder followed by the names of several files.
 std::vector<std::filesystem::path> WindowsFileDialogs::AskOpen(std::string_view title) {
   std::wstring chosen(kLongestPath, L'\0');
   const std::wstring words = ToWide(title);
-  OPENFILENAMEW dialog{};
-  dialog.lStructSize = sizeof dialog;
-  dialog.hwndOwner = GetActiveWindow();
-  dialog.lpstrFile = chosen.data();
-  dialog.nMaxFile = static_cast<DWORD>(chosen.size());
-  dialog.lpstrTitle = words.c_str();
-  dialog.Flags =
-      OFN_ALLOWMULTISELECT | OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
+  OPENFILENAMEW dialog =
+      NewDialog(words, chosen, OFN_ALLOWMULTISELECT | OFN_EXPLORER | OFN_FILEMUSTEXIST);
   std::vector<std::filesystem::path> paths;
   if (GetOpenFileNameW(&dialog) == 0) {
     return paths;

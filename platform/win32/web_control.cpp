@@ -105,6 +105,11 @@ struct WebControl::Site final : IOleClientSite,
   HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) override { return S_OK; }
   HRESULT STDMETHODCALLTYPE TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
   // IDocHostUIHandler
+  template <typename Out>
+  static HRESULT Nothing(Out** out) {
+    *out = nullptr;
+    return S_FALSE;
+  }
   HRESULT STDMETHODCALLTYPE ShowContextMenu(DWORD, POINT*, IUnknown*, IDispatch*) override {
     return S_OK;  // no menu
   }
@@ -131,17 +136,12 @@ struct WebControl::Site final : IOleClientSite,
   HRESULT STDMETHODCALLTYPE GetDropTarget(IDropTarget*, IDropTarget**) override {
     return E_NOTIMPL;
   }
-  HRESULT STDMETHODCALLTYPE GetExternal(IDispatch** out) override {
-    *out = nullptr;
-    return S_FALSE;
-  }
+  HRESULT STDMETHODCALLTYPE GetExternal(IDispatch** out) override { return Nothing(out); }
   HRESULT STDMETHODCALLTYPE TranslateUrl(DWORD, OLECHAR*, OLECHAR** out) override {
-    *out = nullptr;
-    return S_FALSE;
+    return Nothing(out);
   }
   HRESULT STDMETHODCALLTYPE FilterDataObject(IDataObject*, IDataObject** out) override {
-    *out = nullptr;
-    return S_FALSE;
+    return Nothing(out);
   }
   // IDocHostShowUI: suppresses message boxes of scripts; a question is answered with "no".
   HRESULT STDMETHODCALLTYPE ShowMessage(HWND, LPOLESTR, LPOLESTR, DWORD kind, LPOLESTR, DWORD,

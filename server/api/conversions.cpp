@@ -19,6 +19,7 @@
 #include "phones/rtttl_repair.h"
 #include "phones/smf_choice.h"
 #include "server/api/call.h"
+#include "server/delivery.h"
 #include "server/limits.h"
 
 namespace tonadex::server {
@@ -60,13 +61,11 @@ phones::RepairedMelody Named(std::string rtttl, std::vector<std::string> changes
 
 // Appends an object for each voice of a MIDI file: its description and the melody made of it.
 void AppendVoices(std::string& json, std::string_view midi, const midi::SmfChoice& choice) {
-  const auto read = midi::ReadSmf(midi);
-  const auto* file = std::get_if<midi::SmfFile>(&read);
-  std::vector<midi::SmfVoice> voices =
-      file == nullptr ? std::vector<midi::SmfVoice>() : midi::VoicesOf(*file);
+  const midi::SmfFile file = midi::ReadSmf(midi);
+  std::vector<midi::SmfVoice> voices = midi::VoicesOf(file);
   voices.resize(std::min(voices.size(), kMostVoices));
   for (const midi::SmfVoice& voice : voices) {
-    midi::SmfMelody made = midi::MelodyOf(*file, voice, choice);
+    midi::SmfMelody made = midi::MelodyOf(file, voice, choice);
     json::AppendJson(json += json.ends_with('[') ? R"({"voz":)" : R"(,{"voz":)",
                      midi::VoiceText(voice));
     json.append(R"(,"melodia":)").append(voice.tune ? "true," : "false,");
@@ -78,8 +77,9 @@ void AppendVoices(std::string& json, std::string_view midi, const midi::SmfChoic
 }  // namespace
 
 Reply Models(const Call&) {
-  static const std::string catalogue = json::CatalogueJson();  // slow: converts all examples
-  return JsonReply(catalogue);
+  // Slow: converts all examples.
+  static const FixedBody catalogue = MakeFixedBody(json::CatalogueJson());
+  return FixedReply(catalogue, kJsonType);
 }
 
 Reply Convert(const Call& call) {

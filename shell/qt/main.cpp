@@ -107,9 +107,7 @@ int main(int argc, char** argv) {
                                 QStringLiteral("Muestra esta ayuda."));
   const QCommandLineOption version(QStringLiteral("version"),
                                    QStringLiteral("Muestra la versión."));
-  arguments.addOption(server);
-  arguments.addOption(version);
-  arguments.addOption(help);
+  arguments.addOptions({server, version, help});
   arguments.addPositionalArgument(QStringLiteral("ficheros"),
                                   QStringLiteral("Melodías de cualquier formato, para abrirlas."),
                                   QStringLiteral("[FICHERO…]"));

@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPainter>
-#include <QPainterPath>
 #include <QScreen>
 #include <QTimer>
 
@@ -13,9 +12,9 @@
 namespace tonadex::shell {
 namespace {
 
-QLabel* Words(QWidget* parent, const char* name, const QFont& font, const QRect& place) {
+QLabel* Words(QWidget* parent, const QString& name, const QFont& font, const QRect& place) {
   auto* label = new QLabel(parent);
-  label->setObjectName(QLatin1String(name));
+  label->setObjectName(name);
   label->setFont(font);
   label->setWordWrap(true);
   label->setGeometry(place);
@@ -39,14 +38,14 @@ Splash::Splash(app::Program& program)
   QFont large = theme.title;
   large.setPixelSize(52);
   large.setWeight(QFont::Bold);
-  auto* title = Words(this, "title", large, QRect(32, 40, 360, 64));
+  auto* title = Words(this, QStringLiteral("title"), large, QRect(32, 40, 360, 64));
   title->setText(windowTitle());
-  QFont plain = theme.body;
-  plain.setPixelSize(kType[0]);
-  version_ = Words(this, "Label1", plain, QRect(36, 104, 350, 24));
-  plain.setPixelSize(kType[1]);
-  firstRun_ = Words(this, "Frame1", plain, QRect(36, 180, 350, 48));
-  timer_->setObjectName(QStringLiteral("Timer1"));
+  for (const auto& [name, label, place, type] : app::inicio::Lines()) {
+    QFont plain = theme.body;
+    plain.setPixelSize(kType[static_cast<std::size_t>(type)]);
+    lines_.push_back(Words(this, ToQString(name), plain,
+                           QRectF(place.x, place.y, place.width, place.height).toRect()));
+  }
   connect(timer_, &QTimer::timeout, this, &Splash::Tick);
 }
 
@@ -67,13 +66,15 @@ void Splash::Tick() {
 }
 
 void Splash::Draw() {
-  version_->setText(ToQString(model_.Label1.caption));
-  firstRun_->setText(ToQString(model_.Frame1.caption));
-  firstRun_->setVisible(model_.Frame1.visible);
-  if (!model_.Timer1.enabled) {
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    const app::Control& control = model_.*app::inicio::Lines()[i].label;
+    lines_[i]->setText(ToQString(control.caption));
+    lines_[i]->setVisible(control.visible);
+  }
+  if (!model_.Timer().enabled) {
     timer_->stop();
   } else if (!timer_->isActive()) {
-    timer_->start(static_cast<int>(model_.Timer1.interval));
+    timer_->start(static_cast<int>(model_.Timer().interval));
   }
 }
 

@@ -32,8 +32,7 @@ class Splash : public QWidget {
   app::Program& program_;
   app::inicio model_;
   std::vector<app::Box> pattern_;
-  QLabel* version_;
-  QLabel* firstRun_;
+  std::vector<QLabel*> lines_;  // as inicio::Lines() has them
   QTimer* timer_;
 };
 

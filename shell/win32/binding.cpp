@@ -31,8 +31,7 @@ void KeepScrollBarInNeed(HWND edit) {
     if (message != WM_PAINT) {
       return std::nullopt;
     }
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
+    auto info = Sized<SCROLLINFO>();
     info.fMask = SIF_RANGE | SIF_PAGE;
     GetScrollInfo(window, SB_VERT, &info);
     const bool needed = info.nMax - info.nMin >= static_cast<int>(info.nPage) && info.nPage != 0;
@@ -109,6 +108,31 @@ HWND MakeSlider(HWND parent, int id) {
   return slider;
 }
 
+// Of the controls that need no object of their own; null for a timer and for storage.
+HWND MakeWindow(const ControlInfo& info, HWND parent, int id, const Theme& theme) {
+  if (app::IsButton(info.look)) {
+    return MakeButton(parent, id, info.look, info.icon, theme);
+  }
+  if (app::IsTextBox(info.look)) {
+    return MakeEdit(info.look, parent, id);
+  }
+  switch (info.look) {
+    case Look::kLabel:
+      return MakeLabel(info, parent, id);
+    case Look::kComboBox:
+      return MakeChild(L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL,
+                       parent, id);
+    case Look::kPicture:
+      return MakePicture(info, parent, id, theme);
+    case Look::kSlider:
+      return MakeSlider(parent, id);
+    case Look::kBusyLine:
+      return MakeBusyLine(parent, id, theme);
+    default:
+      return nullptr;
+  }
+}
+
 // ---- Drawing and reading back -------------------------------------------------------------------
 
 void DrawComboBox(HWND box, const Control& control) {
@@ -149,25 +173,17 @@ void DrawTimer(BoundControl& bound, const Control& control, HWND parent) {
 }
 
 void DrawContent(BoundControl& bound, const Control& control, const app::Form1& form) {
+  if (app::IsButton(bound.info->look)) {
+    SetText(bound.window, control.caption + (control.text.empty() ? "" : "\r\n" + control.text));
+    SetTone(bound.window, control.tone);
+    return SetChecked(bound.window, control.checked);
+  }
   switch (bound.info->look) {
     case Look::kLabel:
     case Look::kBusyLine:
       return SetText(bound.window, control.caption);
-    case Look::kNavigation:
-    case Look::kLink:
-    case Look::kButton:
-    case Look::kPrimary:
-    case Look::kChoice:
-    case Look::kMark:
-      SetText(bound.window, control.caption);
-      SetTone(bound.window, control.tone);
-      return SetChecked(bound.window, control.checked);
-    case Look::kCard:
-      return SetText(bound.window,
-                     control.caption + (control.text.empty() ? "" : "\r\n" + control.text));
     case Look::kLine:
-      SendMessageW(bound.window, EM_SETCUEBANNER, TRUE,
-                   reinterpret_cast<LPARAM>(platform::ToWide(control.invitation).c_str()));
+      Send(bound.window, EM_SETCUEBANNER, TRUE, platform::ToWide(control.invitation).c_str());
       [[fallthrough]];
     case Look::kReading:
     case Look::kNotices:
@@ -225,6 +241,8 @@ Binding::Binding(app::Form1& form, HWND parent, const Theme& theme, Dispatch dis
     }
     if (info.leadsTo != app::kNoPage) {
       SetSpokenTab(window, false);
+    } else if (app::IsButton(info.look) && !info.shortcut.empty()) {
+      GiveFocusBack(window);
     }
     if (window != nullptr && bound_.back().browser == nullptr) {
       RepaintFrameWithFocus(window, parent_);
@@ -237,45 +255,30 @@ BoundControl Binding::Make(const ControlInfo& info) {
   BoundControl bound{};
   bound.info = &info;
   const int id = bound.Id();
+  const auto make = [&]<typename Widget>(std::unique_ptr<Widget>& widget, auto... more) {
+    widget = std::make_unique<Widget>(parent_, id, theme_, more...);
+    bound.window = widget->window();
+  };
   switch (info.look) {
-    case Look::kLabel:
-      bound.window = MakeLabel(info, parent_, id);
-      break;
-    case Look::kNavigation:
-    case Look::kLink:
-    case Look::kCard:
-    case Look::kButton:
-    case Look::kPrimary:
-    case Look::kChoice:
-    case Look::kMark:
-      bound.window = MakeButton(parent_, id, info.look, info.icon, theme_);
-      if (info.look != Look::kNavigation && !info.shortcut.empty()) {
-        GiveFocusBack(bound.window);
-      }
-      break;
-    case Look::kLine:
-    case Look::kReading:
-    case Look::kArea:
-    case Look::kNotices:
-      bound.window = MakeEdit(info.look, parent_, id);
-      if (info.look == Look::kArea) {
-        bound.waves = std::make_unique<FaultWaves>(bound.window, theme_);
-      }
-      break;
     case Look::kDisplay:
-      bound.display = std::make_unique<PhoneDisplay>(parent_, id, theme_);
-      bound.window = bound.display->window();
+      make(bound.display);
       break;
     case Look::kList:
-      bound.list = std::make_unique<RowList>(parent_, id, theme_);
+      make(bound.list);
       bound.list->SetButtons(info.menu, [this](const app::MenuItem& item) {
         dispatch_([this, &item] { (form_.*item.handler)(); });
       });
-      bound.window = bound.list->window();
       break;
-    case Look::kComboBox:
-      bound.window = MakeChild(
-          L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL, parent_, id);
+    case Look::kDrawing:
+      make(bound.view);
+      break;
+    case Look::kShapes:
+      make(bound.shapes);
+      break;
+    case Look::kKeys:
+      make(bound.keys, [this](std::string_view key, bool held) {
+        dispatch_([this, key, held] { form_.keyRow_KeyPressed(key, held); });
+      });
       break;
     case Look::kPage:
     case Look::kBanner: {
@@ -287,33 +290,11 @@ BoundControl Binding::Make(const ControlInfo& info) {
       SetWindowLongPtrW(bound.window, GWLP_ID, id);
       break;
     }
-    case Look::kPicture:
-      bound.window = MakePicture(info, parent_, id, theme_);
-      break;
-    case Look::kDrawing:
-      bound.view = std::make_unique<MelodyView>(parent_, id, theme_);
-      bound.window = bound.view->window();
-      break;
-    case Look::kShapes:
-      bound.shapes = std::make_unique<ShapeView>(parent_, id, theme_);
-      bound.window = bound.shapes->window();
-      break;
-    case Look::kSlider:
-      bound.window = MakeSlider(parent_, id);
-      break;
-    case Look::kKeys:
-      bound.keys =
-          std::make_unique<KeyRow>(parent_, id, theme_, [this](std::string_view key, bool held) {
-            dispatch_([this, key, held] { form_.keyRow_KeyPressed(key, held); });
-          });
-      bound.window = bound.keys->window();
-      break;
-    case Look::kBusyLine:
-      bound.window = MakeBusyLine(parent_, id, theme_);
-      break;
-    case Look::kTimer:
-    case Look::kStorage:
-      break;
+    default:
+      bound.window = MakeWindow(info, parent_, id, theme_);
+  }
+  if (info.look == Look::kArea) {
+    bound.waves = std::make_unique<FaultWaves>(bound.window, theme_);
   }
   return bound;
 }
@@ -420,19 +401,13 @@ void Binding::Command(int id, int notification) {
     return;
   }
   const BoundControl& bound = bound_[static_cast<std::size_t>(index)];
+  if (app::IsButton(bound.info->look) || bound.info->look == Look::kShapes) {
+    if (notification == BN_CLICKED) {
+      Raise(bound, Event::kClick);
+    }
+    return;
+  }
   switch (bound.info->look) {
-    case Look::kNavigation:
-    case Look::kLink:
-    case Look::kCard:
-    case Look::kButton:
-    case Look::kPrimary:
-    case Look::kChoice:
-    case Look::kMark:
-    case Look::kShapes:
-      if (notification == BN_CLICKED) {
-        Raise(bound, Event::kClick);
-      }
-      break;
     case Look::kLine:
     case Look::kArea:
       if (notification == EN_CHANGE) {

@@ -30,7 +30,7 @@ constexpr std::string_view kContentsWords = "Contenido";
 constexpr std::string_view kTextWords = "Texto de la ayuda";
 constexpr std::string_view kDeeper = "    ";
 constexpr double kMark = 0.3;             // of the accent on the page
-constexpr std::size_t kMarkedHits = 300;  // each mark splits a run of the control's text
+constexpr std::size_t kMarkedHits = 300;  // each mark splits a run of text, which is slow
 
 bool Down(int key) {
   return GetKeyState(key) < 0;
@@ -138,8 +138,7 @@ void HelpWindow::DrawHits() {
   Send(text_, EM_EXGETSEL, 0, &selected);
   Send(text_, EM_GETSCROLLPOS, 0, &place);
   Send(text_, WM_SETREDRAW, FALSE);
-  CHARFORMAT2W format{};
-  format.cbSize = sizeof format;
+  auto format = Sized<CHARFORMAT2W>();
   format.dwMask = CFM_BACKCOLOR;
   format.dwEffects = CFE_AUTOBACKCOLOR;
   Send(text_, EM_SETCHARFORMAT, SCF_ALL, &format);
@@ -269,7 +268,7 @@ void HelpWindow::LayOut() {
     } else if (command == app::HelpCommand::kSmaller) {
       place(hitCount_, theme_.Px(kHitsWidth));
     }
-    place(buttons_[i], ButtonSize(buttons_[i], theme_).cx);
+    place(buttons_[i], ButtonSize(buttons_[i], theme_).width);
   }
   MoveWindow(contents_->window(), gap, top, left - 2 * gap, height - gap, TRUE);
   MoveWindow(text_, left, top, std::max(1, static_cast<int>(area.right) - left), height, TRUE);

@@ -63,6 +63,14 @@ HWND MakeChild(const wchar_t* kind, DWORD style, HWND parent, int id);
 // An empty one, whose behaviour is hooked.
 HWND MakeBareWindow(HWND parent, DWORD style, int id);
 
+// One of the system's structs that begin with their own size.
+template <typename T>
+T Sized() {
+  T sized{};
+  sized.cbSize = sizeof sized;
+  return sized;
+}
+
 inline RECT ClientArea(HWND window) {
   RECT area{};
   GetClientRect(window, &area);

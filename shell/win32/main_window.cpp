@@ -22,7 +22,6 @@ namespace {
 
 namespace words = app::words;
 using app::Event;
-using app::Form1;
 using app::Look;
 using platform::Send;
 
@@ -36,6 +35,10 @@ struct NamedKey {
 constexpr NamedKey kNamedKeys[] = {{"Esc", VK_ESCAPE}, {"Return", VK_RETURN},  {"Space", VK_SPACE},
                                    {"Left", VK_LEFT},  {"Right", VK_RIGHT},    {"Home", VK_HOME},
                                    {"End", VK_END},    {"Backspace", VK_BACK}, {"Del", VK_DELETE}};
+
+void RedrawAll(HWND window) {
+  RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
 
 WPARAM KeyOf(std::string_view name) {
   const auto named = std::ranges::find(kNamedKeys, name, &NamedKey::name);
@@ -129,8 +132,7 @@ void MainWindow::RestorePlace() {
     return;
   }
   const RECT box{known.left, known.top, known.left + known.width, known.top + known.height};
-  MONITORINFO screen{};
-  screen.cbSize = sizeof screen;
+  auto screen = Sized<MONITORINFO>();
   GetMonitorInfoW(MonitorFromRect(&box, MONITOR_DEFAULTTONEAREST), &screen);
   const RECT& area = screen.rcWork;
   const app::Rect areas[] = {{area.left, area.top, area.right - area.left, area.bottom - area.top}};
@@ -151,7 +153,7 @@ void MainWindow::NotePlace() {
   const RECT& box = place.rcNormalPosition;
   form_.windowPlace = {{box.left, box.top, box.right - box.left, box.bottom - box.top},
                        place.showCmd == SW_SHOWMAXIMIZED};
-  if (!form_.saveTimer.enabled) {
+  if (!form_.SavesSoon()) {
     Run([] {});
   }
 }
@@ -310,7 +312,7 @@ bool MainWindow::Shortcut(const MSG& message) {
     }
     for (const app::MenuItem& item : bound.info->menu) {
       if (IsShortcut(item.shortcut, control, message.wParam) && GetFocus() == bound.window &&
-          Allows(bound, item)) {
+          form_.Allows(*bound.info, item)) {
         Run([&] { (form_.*item.handler)(); });
         return true;
       }
@@ -356,11 +358,6 @@ bool MainWindow::GoToField(WPARAM mnemonic) {
 
 // ---- The menu on a list's row -------------------------------------------------------------------
 
-bool MainWindow::Allows(const BoundControl& list, const app::MenuItem& item) const {
-  return form_.paginaactual == list.info->menuPage && item.handler != nullptr &&
-         (!item.needsRow || list.list->Selected() >= 0);
-}
-
 // `place` on the screen; both -1 for the keyboard's menu key.
 void MainWindow::ShowMenu(const BoundControl& list, POINT place) {
   if (form_.paginaactual != list.info->menuPage) {
@@ -376,7 +373,9 @@ void MainWindow::ShowMenu(const BoundControl& list, POINT place) {
   const HMENU menu = CreatePopupMenu();
   UINT id = 0;
   for (const app::MenuItem& item : list.info->menu) {
-    const UINT state = item.caption.empty() ? MF_SEPARATOR : Allows(list, item) ? 0 : MF_GRAYED;
+    const UINT state = item.caption.empty()             ? MF_SEPARATOR
+                       : form_.Allows(*list.info, item) ? 0
+                                                        : MF_GRAYED;
     AppendMenuW(menu, state, ++id, EntryText(item).c_str());
   }
   const int chosen =
@@ -424,8 +423,7 @@ bool MainWindow::EnterKey() {
 
 // The model filters each typed character before the tempo box gets it.
 void MainWindow::FilterTempo() {
-  COMBOBOXINFO info{};
-  info.cbSize = sizeof info;
+  auto info = Sized<COMBOBOXINFO>();
   GetComboBoxInfo(binding_->The(Look::kComboBox).window, &info);
   ImmAssociateContext(info.hwndItem, nullptr);  // an input method would bypass the filter
   HookWindow(
@@ -458,7 +456,7 @@ void MainWindow::Draw() {
   pageDrawn_ = form_.paginaactual;
   if (frozen) {
     Send(window_, WM_SETREDRAW, TRUE);
-    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    RedrawAll(window_);
   }
   const HWND focus = GetFocus();
   if (newPage || (focus != nullptr && IsChild(window_, focus) != 0 &&
@@ -493,8 +491,7 @@ void MainWindow::LayOutPage() {
   RECT area = ClientArea(window_);
   const LONG needed = NeededHeight(*binding_, theme_, form_, static_cast<int>(area.right));
   scrolled_ = std::clamp(scrolled_, 0, static_cast<int>(std::max(LONG{0}, needed - area.bottom)));
-  SCROLLINFO bar{};
-  bar.cbSize = sizeof bar;
+  auto bar = Sized<SCROLLINFO>();
   bar.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
   bar.nMax = static_cast<int>(needed) - 1;
   bar.nPage = static_cast<UINT>(area.bottom);
@@ -506,7 +503,7 @@ void MainWindow::LayOutPage() {
   if (frames != frames_) {
     frames_ = std::move(frames);
     // What lies on a card has its ground.
-    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    RedrawAll(window_);
   }
   DrawHints();
   const int size = binding_->The(Look::kDisplay).display->PixelSize();
@@ -516,12 +513,11 @@ void MainWindow::LayOutPage() {
 void MainWindow::ScrollTo(int top) {
   scrolled_ = top;
   LayOutPage();
-  RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  RedrawAll(window_);
 }
 
 void MainWindow::ScrollBy(WPARAM request) {
-  SCROLLINFO bar{};
-  bar.cbSize = sizeof bar;
+  auto bar = Sized<SCROLLINFO>();
   bar.fMask = SIF_ALL;
   GetScrollInfo(window_, SB_VERT, &bar);
   const int line = theme_.control, page = static_cast<int>(bar.nPage) - line;
@@ -630,39 +626,39 @@ void MainWindow::ChangeTheme(UINT dotsPerInch) {
   ApplyTheme(window_, theme_);
   binding_->ThemeChanged();
   LayOutPage();
-  RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  RedrawAll(window_);
+}
+
+TTTOOLINFOW MainWindow::Tool(UINT_PTR id, UINT flags) const {
+  auto tool = Sized<TTTOOLINFOW>();
+  tool.uFlags = TTF_SUBCLASS | flags;
+  tool.hwnd = window_;
+  tool.uId = id;
+  return tool;
 }
 
 void MainWindow::AddTooltips() {
   tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
                           WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_, nullptr,
                           GetModuleHandleW(nullptr), nullptr);
-  const auto add = [&](HWND window, std::string_view words) {
-    std::wstring text = platform::ToWide(words);
-    TTTOOLINFOW tool{};
-    tool.cbSize = sizeof tool;
-    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    tool.hwnd = window_;
-    tool.uId = reinterpret_cast<UINT_PTR>(window);
-    tool.lpszText = text.data();
-    if (window != nullptr && !text.empty()) {
-      Send(tips_, TTM_ADDTOOLW, 0, &tool);
+  const auto add = [this](HWND window, wchar_t* text) {
+    TTTOOLINFOW tool = Tool(reinterpret_cast<UINT_PTR>(window), TTF_IDISHWND);
+    tool.lpszText = text;
+    Send(tips_, TTM_ADDTOOLW, 0, &tool);
+  };
+  const auto addWords = [&add](HWND window, std::string_view words) {
+    if (window != nullptr && !words.empty()) {
+      add(window, platform::ToWide(words).data());
     }
   };
   for (const BoundControl& bound : binding_->Controls()) {
-    add(bound.window, bound.info->help);
+    addWords(bound.window, bound.info->help);
     if (bound.list != nullptr) {
       bound.list->SetTips(tips_);
-      TTTOOLINFOW tool{};
-      tool.cbSize = sizeof tool;
-      tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-      tool.hwnd = window_;
-      tool.uId = reinterpret_cast<UINT_PTR>(bound.window);
-      tool.lpszText = LPSTR_TEXTCALLBACKW;
-      Send(tips_, TTM_ADDTOOLW, 0, &tool);
+      add(bound.window, LPSTR_TEXTCALLBACKW);
     }
   }
-  binding_->The(Look::kKeys).keys->ForEachKey(add);
+  binding_->The(Look::kKeys).keys->ForEachKey(addWords);
 }
 
 // The row under the mouse, in the list whose tooltip asks.
@@ -711,14 +707,10 @@ void MainWindow::GiveUpBy(const MSG& input) {
 void MainWindow::DrawHints() {
   for (const BoundControl& bound : binding_->Controls()) {
     const app::Control& control = form_.*bound.info->member;
-    TTTOOLINFOW tool{};
-    tool.cbSize = sizeof tool;
-    tool.uFlags = TTF_SUBCLASS;
-    tool.hwnd = window_;
-    tool.uId = static_cast<UINT_PTR>(bound.Id());
     if (control.whyDisabled.empty()) {
       continue;
     }
+    TTTOOLINFOW tool = Tool(static_cast<UINT_PTR>(bound.Id()));
     Send(tips_, TTM_DELTOOLW, 0, &tool);
     if (!control.enabled && control.visible) {
       std::wstring text = platform::ToWide(control.whyDisabled);
@@ -736,19 +728,20 @@ void MainWindow::Navigate(app::WebViewId view, std::string_view url) {
 
 // Returns when the bar was dismissed. False for a message that is to be a box.
 bool MainWindow::ShowPlaying(const core::Message& message) {
-  if (!loaded_ || !form_.ShowPlaying(message)) {
+  const auto button = loaded_ ? form_.ShowPlaying(message) : nullptr;
+  if (button == nullptr) {
     return false;
   }
-  const HWND focus = GetFocus();
+  const HWND focus = GetFocus(), stop = binding_->Window(button);
   Draw();
-  SetFocus(binding_->Window(&Form1::stopButton));
+  SetFocus(stop);
   SetTimer(window_, kFollowTimer, kFollowMs, nullptr);
   MSG next;
   while (form_.playing()) {
     if (GetMessageW(&next, nullptr, 0, 0) <= 0) {  // the program ends
       PostQuitMessage(static_cast<int>(next.wParam));
       form_.stopButton_Click();
-    } else if (!BarInput(next)) {
+    } else if (!BarInput(next, stop)) {
       DispatchMessageW(&next);
     }
   }
@@ -763,7 +756,7 @@ bool MainWindow::ShowPlaying(const core::Message& message) {
 
 // Of the input in the window the bar takes the keys that dismiss it and the mouse on its button;
 // the rest is lost. True when the message is done.
-bool MainWindow::BarInput(const MSG& message) {
+bool MainWindow::BarInput(const MSG& message, HWND stop) {
   if (message.hwnd != window_ && IsChild(window_, message.hwnd) == 0) {
     return false;
   }
@@ -775,7 +768,6 @@ bool MainWindow::BarInput(const MSG& message) {
     Close();
   }
   const bool mouse = message.message >= WM_MOUSEFIRST && message.message <= WM_MOUSELAST;
-  const HWND stop = binding_->Window(&Form1::stopButton);
   return key || (mouse && message.message != WM_MOUSEMOVE && message.hwnd != stop);
 }
 

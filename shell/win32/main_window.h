@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
 #include <shellapi.h>
 
 #include <functional>
@@ -60,17 +61,17 @@ class MainWindow {
   void DrawBusy();
   void FollowMelody();
   bool ShowPlaying(const core::Message& message);
-  bool BarInput(const MSG& message);
+  bool BarInput(const MSG& message, HWND stop);
   void Paint();
   LRESULT ColourOf(HDC context, HWND control, UINT message) const;
   void ChangeTheme(UINT dotsPerInch);
+  TTTOOLINFOW Tool(UINT_PTR id, UINT flags = 0) const;  // of a tooltip
   void AddTooltips();
   void DrawHints();
 
   bool Shortcut(const MSG& message);
   bool EnterKey();
   bool GoToList();
-  bool Allows(const BoundControl& list, const app::MenuItem& item) const;
   void ShowMenu(const BoundControl& list, POINT place);
   void TakeFiles(HDROP dropped);
   std::optional<LRESULT> TellTip(NMHDR& about);

@@ -17,6 +17,9 @@ constexpr int kLineWidth = 100, kAreaPadding = 6, kDroppedRows = 10;
 
 // The natural size of a window that may be `width` wide; the layout applies the model's limits.
 app::Size Measure(const BoundControl& bound, const Theme& theme, int width) {
+  if (app::IsButton(bound.info->look)) {
+    return ButtonSize(bound.window, theme);
+  }
   switch (bound.info->look) {
     case Look::kLabel: {
       const std::wstring text = WindowText(bound.window);
@@ -24,16 +27,6 @@ app::Size Measure(const BoundControl& bound, const Theme& theme, int width) {
                                   bound.info->field != nullptr ? PlainWords(text) : text, width);
       return {static_cast<int>(words.cx) + theme.Px(2),
               std::max(static_cast<int>(words.cy), theme.LineOf(bound.info->font))};
-    }
-    case Look::kNavigation:
-    case Look::kLink:
-    case Look::kCard:
-    case Look::kButton:
-    case Look::kPrimary:
-    case Look::kChoice:
-    case Look::kMark: {
-      const SIZE size = ButtonSize(bound.window, theme);
-      return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
     }
     case Look::kLine:
     case Look::kReading:
@@ -55,8 +48,7 @@ app::Size Measure(const BoundControl& bound, const Theme& theme, int width) {
 
 // Whether the parent paints a frame around the window.
 bool HasFrame(Look look) {
-  return look == Look::kLine || look == Look::kReading || look == Look::kArea ||
-         look == Look::kNotices || look == Look::kList || look == Look::kDisplay;
+  return app::IsTextBox(look) || look == Look::kList || look == Look::kDisplay;
 }
 
 RECT Within(const BoundControl& bound, RECT box, const Theme& theme) {

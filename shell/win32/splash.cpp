@@ -56,8 +56,8 @@ void Splash::Tick() {
 }
 
 void Splash::Draw() {
-  if (model_.Timer1.enabled) {
-    SetTimer(window_, kTimer, model_.Timer1.interval, nullptr);
+  if (model_.Timer().enabled) {
+    SetTimer(window_, kTimer, model_.Timer().interval, nullptr);
   } else {
     KillTimer(window_, kTimer);
   }
@@ -80,25 +80,26 @@ void Splash::Paint() {
   const BufferedPaint paint(window_);
   Fill(paint.get(), paint.area(), kGround);
   const double scale = theme_.dpi / 96.0;
+  const auto pixels = [scale](const app::Box& box) {
+    return RECT{static_cast<LONG>(box.x * scale), static_cast<LONG>(box.y * scale),
+                static_cast<LONG>(box.right() * scale), static_cast<LONG>(box.bottom() * scale)};
+  };
   for (const app::Box& bar : pattern_) {
-    const RECT place{static_cast<LONG>(bar.x * scale), static_cast<LONG>(bar.y * scale),
-                     static_cast<LONG>(bar.right() * scale),
-                     static_cast<LONG>(bar.bottom() * scale)};
     const int radius = static_cast<int>(std::min(bar.width, bar.height) / 2 * scale);
-    RoundedBox(paint.get(), place, radius, Blend(kInk, kGround, kSplash.pattern), 0, 0);
+    RoundedBox(paint.get(), pixels(bar), radius, Blend(kInk, kGround, kSplash.pattern), 0, 0);
   }
-  const auto words = [&](const std::string& text, int top, int height, HFONT font) {
-    Words(paint.get(), platform::ToWide(text),
-          {theme_.Px(36), theme_.Px(top), theme_.Px(kSplash.width - 32), theme_.Px(top + height)},
-          font, kInk, DT_LEFT | DT_WORDBREAK | DT_NOPREFIX);
+  const auto words = [&](std::string_view text, const app::Box& place, const Font& font) {
+    Words(paint.get(), platform::ToWide(text), pixels(place), font.get(), kInk,
+          DT_LEFT | DT_WORDBREAK | DT_NOPREFIX);
   };
   const Font large(CreateFontW(-theme_.Px(52), 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE,
                                DEFAULT_CHARSET, 0, 0, CLEARTYPE_QUALITY, DEFAULT_PITCH,
                                L"Segoe UI"));
-  words(std::string(app::words::kWindowTitle), 36, 68, large.get());
-  words(model_.Label1.caption, 106, 24, theme_.body.get());
-  if (model_.Frame1.visible) {
-    words(model_.Frame1.caption, 176, 60, theme_.small.get());
+  words(app::words::kWindowTitle, {36, 36, 350, 68}, large);
+  for (const auto& [name, label, place, type] : app::inicio::Lines()) {
+    if ((model_.*label).visible) {
+      words((model_.*label).caption, place, theme_.FontOf(type));
+    }
   }
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "shell/win32/drawing.h"
+#include "shell/win32/hook.h"
 
 namespace tonadex::shell {
 namespace {
@@ -29,8 +30,7 @@ Colours ContrastColours() {
 }
 
 bool HasContrastTheme() {
-  HIGHCONTRASTW contrast{};
-  contrast.cbSize = sizeof contrast;
+  auto contrast = Sized<HIGHCONTRASTW>();
   return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) != 0 &&
          (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
 }
@@ -97,6 +97,14 @@ const Font& Theme::FontOf(app::Font font) const {
 
 int Theme::LineOf(app::Font font) const {
   return TextSize(FontOf(font).get(), L"X", kAnyWidth).cy;
+}
+
+void PaintCard(HWND view, HDC context, const Theme& theme) {
+  const RECT area = ClientArea(view);
+  FillRect(context, &area, GroundUnder(view, context));
+  const bool focus = GetFocus() == view;
+  RoundedBox(context, area, theme.Px(kRadius), theme.colours.card,
+             focus ? theme.colours.accent : theme.colours.border, theme.Px(focus ? 2 : 1));
 }
 
 void ApplyTheme(HWND window, const Theme& theme) {

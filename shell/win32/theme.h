@@ -8,7 +8,7 @@
 #include "app/look.h"
 #include "shell/win32/handles.h"
 
-// Type, spacing and colour of the program, chosen once here.
+// Fonts, measures and colours of the windows.
 namespace tonadex::shell {
 
 using namespace app::look;
@@ -39,6 +39,9 @@ struct Theme {
 constexpr COLORREF SystemColour(Rgb colour) {
   return RGB(colour >> 16 & 0xFF, colour >> 8 & 0xFF, colour & 0xFF);
 }
+
+// Paints a view's ground: a card, framed in the accent while the view has the focus.
+void PaintCard(HWND view, HDC context, const Theme& theme);
 
 // Gives a window of the system's own (title bar, scroll bars) the theme's light or dark look.
 void ApplyTheme(HWND window, const Theme& theme);

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "app/result_file_name.h"
 #include "app/rtttl_check.h"
+#include "app/save_melody.h"
 #include "core/windows1252.h"
 #include "net/file_name.h"
 #include "tests/core/table.h"

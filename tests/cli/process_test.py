@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""The program as a process: memory, pipes and full disks. Usage: process_test.py CLI MORE_KIB
+"""The program as a process: memory, pipes and full disks, and its MIDI files in another one. Usage: process_test.py CLI MORE_KIB
 MORE_KIB: what a huge input may take besides the libraries"""
 import os
+import re
 import resource
+import shutil
 import signal
 import subprocess
 import sys
@@ -62,7 +64,22 @@ def check_old_file(home):
     assert len(list(home.iterdir())) == 2, "a temporary file is left"
 
 
-for check in (check_memory, check_old_file):
+def check_midi(home):
+    """timidity finds the notes, at 25 ms a tick: 19 and 14 ticks of notes, 19 of rest, 5 of the last note."""
+    if not shutil.which("timidity"):
+        return print("timidity is not installed")
+    (home / "m").write_text("x:d=4,o=5,b=125:c,8d#.,p,16a6,p")
+    (home / "empty.cfg").write_text("\n")
+    subprocess.run([CLI, "midi", home / "m", "-o", home / "m.mid"], check=True, stdout=subprocess.DEVNULL)
+    trace = subprocess.run(["timidity", "-c", home / "empty.cfg", "--verbose=5", "--trace", "-id", "-Or", "-o", "/dev/null",
+                            home / "m.mid"], stdout=subprocess.PIPE, stderr=subprocess.STDOUT).stdout.decode()
+    events = re.findall(r"Midi Event (\d+): ME_NOTE(ON|OFF) (\d+ \d+ \d+)", trace)
+    assert [(round(int(samples) / 44.1), *what) for samples, *what in events] == [
+        (0, "ON", "0 60 100"), (475, "OFF", "0 60 0"), (475, "ON", "0 63 100"), (825, "OFF", "0 63 0"),
+        (1300, "ON", "0 81 100"), (1425, "OFF", "0 81 0")], trace
+
+
+for check in (check_memory, check_old_file, check_midi):
     with tempfile.TemporaryDirectory() as home:
         check(Path(home))
 check_pipes()

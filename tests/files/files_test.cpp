@@ -3,7 +3,6 @@
 #include <atomic>
 #include <future>
 #include <set>
-#include <sstream>
 
 #include "core/melody_file.h"
 #include "core/windows1252.h"
@@ -29,23 +28,6 @@ using namespace std::string_view_literals;
 using namespace std::string_literals;
 using namespace core::literals;
 using test::ErrorOf;
-
-std::string Lines(std::string_view bytes, std::size_t maxBytes) {
-  std::istringstream input{std::string(bytes)};
-  std::string all;
-  while (const auto line = ReadLine(input, maxBytes)) {
-    all += "[" + *line + "]";
-  }
-  return all;
-}
-
-TEST(ReadLine, EndsAtEveryKindOfLineEnd) {
-  EXPECT_EQ(Lines("", 9), "");
-  EXPECT_EQ(Lines("a\rb\nc\r\nd", 9), "[a][b][c][d]");
-  EXPECT_EQ(Lines("a\n\r\n\n\r\r", 9), "[a][][][][]");
-  EXPECT_EQ(Lines("a\0b\n\xFF"sv, 9), "[a\0b][\xFF]"sv);
-  EXPECT_EQ(Lines("abc\nabcd\nabcdef\nx", 3), "[abc][abcd][abcd][x]") << "cut to one byte more";
-}
 
 TEST(ReadMelodyLine, TakesTheFirstLineInEitherEncoding) {
   const test::TempFolder folder;

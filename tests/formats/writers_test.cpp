@@ -115,23 +115,15 @@ TEST(MotorolaIMelodyKeys, BringsTheMelodyToTempo125) {
   EXPECT_NE(warnings.find("convertido de 63 a 125.\r\n"), std::string::npos);
 }
 
-// The warnings that name note numbers.
-std::string WithoutLength(std::string_view numbers) {
-  std::string sentences;
-  for (const std::string_view number : core::SplitText(numbers, ' ')) {
-    sentences += number.empty()
-                     ? ""
-                     : "La nota # " + std::string(number) + " no tiene una duración válida\r\n";
-  }
-  return sentences;
-}
+// The finding of the formats whose result is a file.
+const Row kFileWords = ReadRow("|||d=La nota # % no tiene una duración válida");
 
 TEST(KwsBytes, WritesMergedEntries) {
   for (const Row& row : Table("Kws")) {
     std::string warnings;
     const auto bytes = KwsBytes(ParsedMelody(row[0]), warnings);
     EXPECT_EQ(bytes ? Hex(*bytes) : "none", row[1]) << row[0];
-    EXPECT_EQ(core::ToUtf8(warnings), WithoutLength(row[2])) << row[0];
+    EXPECT_EQ(core::ToUtf8(warnings), Findings(kFileWords, row[2])) << row[0];
   }
 }
 
@@ -142,7 +134,7 @@ TEST(TriumMdyText, NamesNotesTheGermanWay) {
     core::RTTTLMelody melody = MelodyOf(row[0]);
     std::string warnings;
     EXPECT_EQ(TriumMdyText(melody, warnings), want);
-    EXPECT_EQ(core::ToUtf8(warnings), WithoutLength(row[2])) << row[0];
+    EXPECT_EQ(core::ToUtf8(warnings), Findings(kFileWords, row[2])) << row[0];
   }
 }
 

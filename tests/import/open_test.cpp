@@ -8,12 +8,11 @@
 #include "core/rtttl_writer.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
-#include "formats/kws.h"
 #include "formats/octave_range.h"
 #include "formats/pitch.h"
 #include "formats/smart_messaging.h"
 #include "import/open_melody.h"
-#include "phones/conversion.h"
+#include "phones/file_formats.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/melodies.h"
@@ -47,24 +46,12 @@ struct Octaves {
 constexpr Octaves kSame{0, 99, 0}, kThree{5, 2}, kThreeFrom4{4, 2}, kFour{5, 3}, kTwo{5, 1},
     kSms{5, 2, 5}, kIMelodyKeys{5, 3, -1, true}, kTrium{5, 1, 5}, kSmart{4, 3, 4};
 
-std::string ForModel(const std::string& model, const std::string& rtttl) {
-  core::RTTTLMelody melody = test::MelodyOf(rtttl);
-  phones::NoSaveFile none;
-  return phones::ConvertSelectedMelody(melody, model, "x", none).page.value().result;
-}
-
-std::string Ott(const std::string& rtttl) {
-  std::string warnings;
-  return formats::OttBytes(test::ParsedMelody(rtttl), warnings);
-}
-
-std::string Kws(const std::string& rtttl) {
-  std::string warnings;
-  return formats::KwsBytes(test::ParsedMelody(rtttl), warnings).value();
+std::string Written(std::string_view format, const std::string& rtttl) {
+  return phones::WriteMelodyFile(*phones::FindFileFormat(format), rtttl).bytes;
 }
 
 struct Format {
-  std::string_view name;  // the phone model, or the function that writes it
+  std::string_view name;  // of the file format
   FileKind kind;
   Lengths notes, pauses;
   Octaves octave = kSame;
@@ -85,31 +72,22 @@ constexpr Lengths kMotorola = Undotted({32, 32, 16, 16, 4, 4});
 
 // What reads back of a melody, by format.
 const Format kFormats[] = {
-    {" RTTTL (cable)", FileKind::kRtttl, kExact, kExact, kSame, 100, true},
-    {" RTTTL (cable-Tempo125)", FileKind::kRtttl, kExact, kExact, kSame, 100, true, 125},
-    {" Compositor", FileKind::kComposer, kExact, kExact, kThree},
-    {" Pulsaciones", FileKind::kKeys, kExact, kPlain, kThree},
-    {" EMelody", FileKind::kEMelody, kEMelody, kEMelody, kTwo},
-    {" IMelody", FileKind::kIMelody, kExact, kIMelodyPauses, kFour, 100, true},
-    {" Pulsaciones tipo 1", FileKind::kKeys, kSamsung, kSamsung, kThreeFrom4, 0, false, 0, 4,
-     kSamsung1Rests},
-    {" Pulsaciones tipo 2", FileKind::kKeys, kSamsung, kSamsung2Pauses, kThreeFrom4, 0, false, 0,
-     4},
-    {" Motorola por SMS", FileKind::kMotorolaSms, kPlain, kPlain, kSms, 0, false, 0, 0, kNoRests,
-     35},
-    {" Motorola Pulsaciones Tipo 1", FileKind::kKeys, kMotorola, kMotorola, kThree, 0, false, 0, 5},
-    {" Motorola iMelody", FileKind::kIMelodyKeys, kExact, kIMelodyPauses, kIMelodyKeys, 0, false,
+    {"rtttl", FileKind::kRtttl, kExact, kExact, kSame, 100, true},
+    {"rtttl125", FileKind::kRtttl, kExact, kExact, kSame, 100, true, 125},
+    {"compositor", FileKind::kComposer, kExact, kExact, kThree},
+    {"nokia", FileKind::kKeys, kExact, kPlain, kThree},
+    {"emy", FileKind::kEMelody, kEMelody, kEMelody, kTwo},
+    {"imy", FileKind::kIMelody, kExact, kIMelodyPauses, kFour, 100, true},
+    {"samsung1", FileKind::kKeys, kSamsung, kSamsung, kThreeFrom4, 0, false, 0, 4, kSamsung1Rests},
+    {"samsung2", FileKind::kKeys, kSamsung, kSamsung2Pauses, kThreeFrom4, 0, false, 0, 4},
+    {"motorola", FileKind::kMotorolaSms, kPlain, kPlain, kSms, 0, false, 0, 0, kNoRests, 35},
+    {"motorola1", FileKind::kKeys, kMotorola, kMotorola, kThree, 0, false, 0, 5},
+    {"motorola-imelody", FileKind::kIMelodyKeys, kExact, kIMelodyPauses, kIMelodyKeys, 0, false,
      125, 5, kNoRests, 10'000, false},
-    {"MDY (cable)", FileKind::kTriumMdy, kExact, kExact, kTrium, 100, true, 100},
+    {"mdy", FileKind::kTriumMdy, kExact, kExact, kTrium, 100, true, 100},
     {"ott", FileKind::kOtt, kExact, kExact, kSmart, 15, true, 112},
     {"sckl", FileKind::kSckl, kExact, kExact, kSmart, 15, true, 112},
 };
-
-std::string Written(const Format& format, const std::string& rtttl) {
-  return format.name == "ott"    ? Ott(rtttl)
-         : format.name == "sckl" ? formats::ScklText(Ott(rtttl))
-                                 : ForModel(std::string(format.name), rtttl);
-}
 
 struct Sound {
   int pitch = -1;  // in semitones; -1 for a pause
@@ -175,7 +153,7 @@ TEST(ReadBack, GivesWhatTheFormatHolds) {
     int read = 0;
     for (const std::string& melody : test::Melodies()) {
       const std::string rtttl = AtTempo(melody, format.tempo);
-      const std::string written = Written(format, rtttl);
+      const std::string written = Written(format.name, rtttl);
       SCOPED_TRACE(std::string(format.name) + "\n" + rtttl + "\n" + written);
       OpenedFile opened;
       try {
@@ -222,7 +200,7 @@ std::vector<Onset> Onsets(const std::string& rtttl) {
 TEST(ReadBack, KeepsTheTimesOfKws) {
   for (const std::string& rtttl : test::Melodies()) {
     SCOPED_TRACE(rtttl);
-    const OpenedFile opened = OpenMelodyFile(Kws(rtttl), "Fichero.2.bin");
+    const OpenedFile opened = OpenMelodyFile(Written("kws", rtttl), "Fichero.2.bin");
     ASSERT_EQ(opened.kind, FileKind::kKws);
     SCOPED_TRACE(opened.melodies.at(0).text);
     const auto want = Onsets(rtttl), got = Onsets(opened.melodies[0].text);
@@ -249,7 +227,7 @@ TEST(Gammu, ReadsOurSmartMessages) {
   const std::string ott = (folder / "m.ott").string(), text = (folder / "m.rtttl").string();
   for (const std::string& rtttl : test::Shelf()) {
     SCOPED_TRACE(rtttl);
-    folder.Write("m.ott", Ott(rtttl));
+    folder.Write("m.ott", Written("ott", rtttl));
     const std::string command = "LC_ALL=C.UTF-8 timeout 10 gammu copyringtone " + ott + " " + text +
                                 " RTTL > " + text + ".log 2>&1 </dev/null";
     ASSERT_EQ(std::system(command.c_str()), 0) << folder.Read("m.rtttl.log");

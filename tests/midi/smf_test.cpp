@@ -8,6 +8,8 @@
 #include <random>
 #include <sstream>
 
+#include "core/runtime_error.h"
+#include "core/windows1252.h"
 #include "files/read.h"
 #include "midi/smf_melody.h"
 #include "tests/core/table.h"
@@ -22,13 +24,6 @@ namespace {
 namespace fs = std::filesystem;
 using test::SmfOf;
 
-SmfFile FileOf(std::string_view bytes) {
-  auto read = ReadSmf(bytes);
-  const SmfFault* fault = std::get_if<SmfFault>(&read);
-  EXPECT_EQ(fault, nullptr) << core::ToUtf8(fault->sentence);
-  return fault == nullptr ? std::get<SmfFile>(std::move(read)) : SmfFile{};
-}
-
 std::string BytesOf(const std::string& row) {
   std::string bytes;
   std::istringstream words(row);
@@ -41,11 +36,13 @@ std::string BytesOf(const std::string& row) {
   return bytes;
 }
 
-std::string Show(const std::variant<SmfFile, SmfFault>& read) {
-  if (const SmfFault* fault = std::get_if<SmfFault>(&read)) {
-    return core::ToUtf8(fault->sentence);
+std::string Show(std::string_view bytes) {
+  SmfFile file;
+  try {
+    file = ReadSmf(bytes);
+  } catch (const core::RunTimeError& error) {
+    return core::ToUtf8(error.what());
   }
-  const SmfFile& file = std::get<SmfFile>(read);
   std::string text = std::to_string(file.format) + "/" + std::to_string(file.division);
   for (const SmfTrack& track : file.tracks) {
     text += " \"" + track.name + "\":";
@@ -60,11 +57,11 @@ std::string Show(const std::variant<SmfFile, SmfFault>& read) {
 TEST(ReadSmf, ReadsAndRefuses) {
   for (const test::Row& row : test::Table("Files of others")) {
     const std::string bytes = BytesOf(row[0]);
-    EXPECT_EQ(Show(ReadSmf(bytes)), row[1]) << row[0];
+    EXPECT_EQ(Show(bytes), row[1]) << row[0];
     const std::string riff = "RIFF" + std::string(4, '\0') + "RMIDdata" + std::string(4, '\0');
-    EXPECT_EQ(ReadSmf(riff + bytes).index(), ReadSmf(bytes).index());
+    EXPECT_EQ(Show(riff + bytes).substr(0, 30), row[1].substr(0, 30));
   }
-  EXPECT_EQ(Show(ReadSmf(std::string(kMaxSmfBytes + 1, '\0'))), "el fichero MIDI pasa de 4 MB");
+  EXPECT_EQ(Show(std::string(kMaxSmfBytes + 1, '\0')), "el fichero MIDI pasa de 4 MB");
 }
 
 // Random notes in up to four tracks; those of one key and channel do not touch.
@@ -90,7 +87,7 @@ TEST(ReadSmf, FindsTheNotesThatWereWritten) {
   std::mt19937 random(1);
   for (int files = 0; files < 500; ++files) {
     const auto tracks = AnyTracks(random);
-    const SmfFile file = FileOf(SmfOf(tracks, 96));
+    const SmfFile file = ReadSmf(SmfOf(tracks, 96));
     ASSERT_EQ(file.tracks.size(), tracks.size());
     for (std::size_t i = 0; i < tracks.size(); ++i) {
       ASSERT_EQ(file.tracks[i].notes, tracks[i]);
@@ -107,11 +104,10 @@ TEST(ReadSmf, BearsDamagedFiles) {
       bytes[random() % bytes.size()] = static_cast<char>(random());
     }
     bytes.resize(random() % 3 == 0 ? random() % bytes.size() : bytes.size());
-    const auto read = ReadSmf(bytes);
-    const auto* file = std::get_if<SmfFile>(&read);
-    ASSERT_TRUE(file != nullptr || std::get<SmfFault>(read).byte <= bytes.size());
-    for (const SmfVoice& voice : file == nullptr ? std::vector<SmfVoice>() : VoicesOf(*file)) {
-      const SmfMelody made = MelodyOf(*file, voice, {.name = "x", .mostNotes = 50});
+    SmfFile file;
+    core::SkipErrors([&] { file = ReadSmf(bytes); });
+    for (const SmfVoice& voice : VoicesOf(file)) {
+      const SmfMelody made = MelodyOf(file, voice, {.name = "x", .mostNotes = 50});
       ASSERT_LE(made.melody.notes.size(), 50u);
       ASSERT_EQ(test::ParsedMelody(core::RtttlText(made.melody)).Notes.size(),
                 made.melody.notes.size());
@@ -128,7 +124,7 @@ TEST(MelodyOf, MakesOneVoiceOfMany) {
       words.ignore(1) >> key;
       notes.push_back({start, start + length, static_cast<std::uint8_t>(key), 0, 64});
     }
-    const SmfFile file = FileOf(SmfOf({notes}, 48));
+    const SmfFile file = ReadSmf(SmfOf({notes}, 48));
     SmfChoice choice{.name = "x"};
     choice.taken = row[4].empty() ? choice.taken : Taken::kFirst;
     choice.firstBar = row[2].empty() ? choice.firstBar : std::stoul(row[2]);
@@ -184,7 +180,7 @@ TEST(MelodyOf, KeepsEveryNoteWithinHalfAThirtySecond) {
                        static_cast<std::uint8_t>(24 + random() % 72), 0, 64});
       now += length;
     }
-    const SmfFile file = FileOf(SmfOf({notes}, static_cast<int>(division)));
+    const SmfFile file = ReadSmf(SmfOf({notes}, static_cast<int>(division)));
     const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), {.name = "x"});
     const double scale = made.melody.tempo / 120.0;
     const std::vector<Sounding> sounding = SoundingOf(made.melody.notes);
@@ -200,7 +196,7 @@ TEST(MelodyOf, KeepsEveryNoteWithinHalfAThirtySecond) {
 }
 
 TEST(MelodyOf, TakesTheTempoThatLastsLongest) {
-  SmfFile file = FileOf(SmfOf({{{0, 96, 60, 0, 64}, {96, 960, 62, 0, 64}}}, 96));
+  SmfFile file = ReadSmf(SmfOf({{{0, 96, 60, 0, 64}, {96, 960, 62, 0, 64}}}, 96));
   file.tracks[0].tempos = {{0, 600000}, {96, 400000}, {480, 600000}, {500, 400000}};
   const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), {.name = "x"});
   EXPECT_EQ(made.melody.tempo % 75, 0) << "150 beats, or half";
@@ -208,7 +204,7 @@ TEST(MelodyOf, TakesTheTempoThatLastsLongest) {
 }
 
 TEST(VoicesOf, GuessesTheTune) {
-  std::vector<SmfNote> tune, chords, bass, drums;
+  std::vector<SmfNote> tune, chords, bass, drums, solo;
   for (std::uint32_t beat = 0; beat < 64; ++beat) {
     const std::uint32_t at = beat * 96;
     tune.push_back({at, at + 90, static_cast<std::uint8_t>(72 + beat % 7), 0, 64});
@@ -217,12 +213,13 @@ TEST(VoicesOf, GuessesTheTune) {
     }
     bass.push_back({at, at + 48, 36, 2, 64});
     drums.push_back({at, at + 10, 80, 9, 64});
+    solo.push_back({beat * 16, beat * 16 + 16, 96, 3, 64});  // in three bars of sixteen
   }
-  SmfFile file = FileOf(SmfOf({chords, drums, bass, tune}, 96));
+  SmfFile file = ReadSmf(SmfOf({chords, drums, bass, tune, solo}, 96));
   file.tracks[0].name = "Piano";
   file.tracks[0].programs[1] = 0;
   const std::vector<SmfVoice> voices = VoicesOf(file);
-  ASSERT_EQ(voices.size(), 4u);
+  ASSERT_EQ(voices.size(), 5u);
   EXPECT_EQ(core::ToUtf8(VoiceText(voices[0])),
             "Piano (Piano de cola), canal 2, 192 notas, de do 5 a sol 5");
   EXPECT_TRUE(voices[3].tune);
@@ -242,7 +239,7 @@ TEST(MelodyOf, ReadsOwnFilesBackExactly) {
     core::InitMelody(melody, "");
     melody.Text = rtttl;
     core::ParseRTTTL(melody);
-    const SmfFile file = FileOf(MidiFileBytes(melody));
+    const SmfFile file = ReadSmf(MidiFileBytes(melody));
     const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), {.name = "x"});
     EXPECT_EQ(std::to_string(made.melody.tempo), melody.Beats);
     EXPECT_EQ(SoundingOf(made.melody.notes), SoundingOf(test::PlainNotes(rtttl)));
@@ -257,10 +254,9 @@ Tracks NotesInCsv(const fs::path& csv) {
   std::array<std::ptrdiff_t, kChannels * 128> sounding{};
   std::ifstream in(csv, std::ios::binary);
   for (std::string line; std::getline(in, line);) {
-    std::size_t track = 0;
-    std::uint32_t tick = 0, channel = 0, key = 0, velocity = 0;
+    std::uint32_t track = 0, tick = 0, channel = 0, key = 0, velocity = 0;
     std::array<char, 20> name{};
-    std::sscanf(line.c_str(), "%zu, %u, %19[^,], %u, %u, %u", &track, &tick, name.data(), &channel,
+    std::sscanf(line.c_str(), "%u, %u, %19[^,], %u, %u, %u", &track, &tick, name.data(), &channel,
                 &key, &velocity);
     const std::string_view event = name.data();
     const auto end = [&](std::ptrdiff_t& note) {
@@ -305,9 +301,7 @@ TEST(FilesOfOthers, HaveTheNotesThatAnotherProgramFinds) {
       continue;
     }
     SCOPED_TRACE(file);
-    const auto read = ReadSmf(*files::ReadWhole(file));
-    ASSERT_TRUE(std::holds_alternative<SmfFile>(read)) << std::get<SmfFault>(read).sentence;
-    const SmfFile& ours = std::get<SmfFile>(read);
+    const SmfFile ours = ReadSmf(*files::ReadWhole(file));
     const std::string midicsv = midiFiles + "/usr/bin/midicsv " + file.string() + " " + csv;
     ASSERT_EQ(std::system(midicsv.c_str()), 0);
     const Tracks tracks = NotesInCsv(csv);

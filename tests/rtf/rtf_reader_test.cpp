@@ -153,11 +153,7 @@ TEST(ReadRtf, CutsLongParagraphs) {
     }
     EXPECT_LE(text.size(), kMaxParagraphText);
     EXPECT_TRUE(i > 3 || text.ends_with(u' '));
-    EXPECT_EQ(format.before, i == 0 ? 20 : 0);
-    EXPECT_EQ(format.pageBefore, i == 0);
-    EXPECT_EQ(format.first, i == 0 ? 40 : 0);
-    EXPECT_EQ(format.heading, i == 0 ? 1 : 0);
-    EXPECT_EQ(format.after, i == last ? 30 : 0);
+    EXPECT_EQ(Words(format), i == 0 ? "h1 fi40 sb20 page" : i == last ? "sa30" : "");
     all += text;
   }
   EXPECT_EQ(Utf8(all), words + words + one);

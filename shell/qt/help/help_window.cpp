@@ -28,7 +28,7 @@ namespace {
 
 constexpr int kGrid = 8;
 constexpr int kContentsWidth = 260;
-constexpr int kColumn = 46;  // widths of an "m": no longer lines than the eye can follow
+constexpr int kColumn = 46;  // maximum length of a line, in widths of an "m"
 constexpr int kMargin = 3 * kGrid;
 constexpr double kReadingSize = 1.1;  // of the program's own type
 constexpr auto kContentsStyle =
@@ -198,7 +198,7 @@ std::u16string HelpWindow::DrawManual() {
   return text_->document()->toRawText().toStdU16String();
 }
 
-// Long lines tire: a wide window gives the text a wider margin at the right.
+// Limits the length of lines by the right margin.
 void HelpWindow::SetColumn() {
   QFont font = QApplication::font();
   font.setPointSizeF(font.pointSizeF() * kReadingSize * book_.Zoom());

@@ -5,7 +5,9 @@
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QHash>
+#include <QPainter>
 #include <QProxyStyle>
+#include <QWidget>
 #include <algorithm>
 
 #include "app/control_table.h"
@@ -223,6 +225,14 @@ Theme CurrentTheme() {
   theme.mono.setPointSizeF(theme.body.pointSizeF());
   theme.controlHeight = std::max(36, QFontMetrics(theme.body).height() + 2 * kGrid);
   return theme;
+}
+
+void PaintCard(QPainter& painter, const QWidget& view, const Theme& theme) {
+  const bool focus = view.hasFocus();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(focus ? theme.accent : theme.border, focus ? 2 : 1));
+  painter.setBrush(theme.card);
+  painter.drawRoundedRect(QRectF(view.rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
 }
 
 void ApplyTheme(QApplication& application, bool dark) {

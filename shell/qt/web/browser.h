@@ -8,8 +8,8 @@ class QWidget;
 
 namespace tonadex::shell {
 
-// The browser in a WebPane. Its libraries take longer to load than the splash takes to be painted,
-// so it is a module that the program loads afterwards, and that a system may lack.
+// The browser in a WebPane. Its libraries load slowly, so it is a module that the program loads
+// after painting the splash; it may not be installed.
 class Browser {
  public:
   struct Events {
@@ -20,7 +20,7 @@ class Browser {
   virtual ~Browser() = default;
   virtual QWidget* View() = 0;
   virtual void Load(const QUrl& url) = 0;
-  // What stands behind the page, and the colours that the page is asked for.
+  // Sets the background behind the page, and whether the page is asked for dark colours.
   virtual void SetColours(const QColor& ground, bool dark) = 0;
 };
 

@@ -16,52 +16,19 @@ int HeightOf(const QLayoutItem& item, int width, bool least) {
 
 }  // namespace
 
-FlowLayout::~FlowLayout() {
-  for (const Item& each : items_) {
-    delete each.item;
-  }
-}
-
-void FlowLayout::Insert(int index, QWidget* widget, int weight) {
-  addChildWidget(widget);
-  const auto at = std::min(static_cast<std::ptrdiff_t>(index), std::ssize(items_));
-  items_.insert(items_.begin() + at, {new QWidgetItem(widget), weight});
-  invalidate();
-}
-
-void FlowLayout::Add(QLayout* layout, int weight) {
-  addChildLayout(layout);
-  items_.push_back({layout, weight});
-}
-
-void FlowLayout::AddStretch(int weight) {
-  items_.push_back({new QSpacerItem(0, 0, QSizePolicy::Expanding, QSizePolicy::Minimum), weight});
-}
-
-QLayoutItem* FlowLayout::itemAt(int index) const {
-  return index >= 0 && index < count() ? items_[static_cast<std::size_t>(index)].item : nullptr;
-}
-
-QLayoutItem* FlowLayout::takeAt(int index) {
-  QLayoutItem* item = itemAt(index);
-  if (item != nullptr) {
-    items_.erase(items_.begin() + index);
-  }
-  return item;
-}
-
 std::vector<QLayoutItem*> FlowLayout::Shown(int width, std::vector<app::Share>& shares) const {
   std::vector<QLayoutItem*> shown;
-  for (const auto& [item, weight] : items_) {
-    const bool stretch = item->spacerItem() != nullptr;
-    if (stretch || !item->isEmpty()) {
+  for (int i = 0; i < count(); ++i) {
+    QLayoutItem* item = itemAt(i);
+    const bool isStretch = item->spacerItem() != nullptr;
+    if (isStretch || !item->isEmpty()) {
       const int least = item->minimumSize().width();
-      const int wanted = weight > 0 ? least : std::max(least, item->sizeHint().width());
+      const int wanted = stretch(i) > 0 ? least : std::max(least, item->sizeHint().width());
       shown.push_back(item);
       shares.push_back({.least = wanted,
                         .most = std::max(wanted, item->maximumSize().width()),
-                        .weight = weight,
-                        .stretch = stretch});
+                        .weight = stretch(i),
+                        .stretch = isStretch});
     }
   }
   app::ShareOut(shares, spacing(), width, true);
@@ -88,8 +55,8 @@ int FlowLayout::Height(int width, bool least) const {
 
 QSize FlowLayout::sizeHint() const {
   int width = -spacing();
-  for (const Item& each : items_) {
-    width += each.item->isEmpty() ? 0 : each.item->sizeHint().width() + spacing();
+  for (int i = 0; i < count(); ++i) {
+    width += itemAt(i)->isEmpty() ? 0 : itemAt(i)->sizeHint().width() + spacing();
   }
   const QMargins margins = contentsMargins();
   width += margins.left() + margins.right();
@@ -98,18 +65,19 @@ QSize FlowLayout::sizeHint() const {
 
 QSize FlowLayout::minimumSize() const {
   QSize least;
-  for (const Item& each : items_) {
-    least = each.item->isEmpty() ? least : least.expandedTo(each.item->minimumSize());
+  for (int i = 0; i < count(); ++i) {
+    least = itemAt(i)->isEmpty() ? least : least.expandedTo(itemAt(i)->minimumSize());
   }
   const QMargins margins = contentsMargins();
   return least + QSize(margins.left() + margins.right(), margins.top() + margins.bottom());
 }
 
 Qt::Orientations FlowLayout::expandingDirections() const {
-  const bool high = std::ranges::any_of(items_, [](const Item& each) {
-    return !each.item->isEmpty() && each.item->expandingDirections().testFlag(Qt::Vertical);
-  });
-  return high ? Qt::Horizontal | Qt::Vertical : Qt::Orientations(Qt::Horizontal);
+  Qt::Orientations directions = Qt::Horizontal;
+  for (int i = 0; i < count(); ++i) {
+    directions |= itemAt(i)->isEmpty() ? Qt::Orientations() : itemAt(i)->expandingDirections();
+  }
+  return directions;
 }
 
 void FlowLayout::setGeometry(const QRect& place) {

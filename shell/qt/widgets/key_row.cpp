@@ -5,49 +5,41 @@
 #include <QPushButton>
 #include <algorithm>
 
-#include "app/composer_keys.h"
-#include "app/words.h"
 #include "shell/qt/text.h"
 #include "shell/qt/theme/theme.h"
 
 namespace tonadex::shell {
 
-KeyRow::KeyRow(QWidget* parent)
-    : QWidget(parent), hold_(new QPushButton(QStringLiteral("( )"), this)) {
+KeyRow::KeyRow(QWidget* parent) : QWidget(parent), hold_(new QPushButton(this)) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum);
-  const Theme theme = CurrentTheme();
   for (const app::ComposerKey& key : app::ComposerKeys()) {
-    const QString sign = ToQString(key.label);
-    auto* button = new QPushButton(sign, this);
-    button->setProperty("key", true);
-    QFont font = theme.body;
+    auto* button = new QPushButton(this);
+    QFont font = CurrentTheme().body;
     font.setWeight(QFont::DemiBold);
     button->setFont(font);
-    button->setToolTip(ToQString(key.help));
-    button->setAccessibleName(ToQString(key.help));
     connect(button, &QPushButton::pressed, this, [this] { down_.start(); });
-    connect(button, &QPushButton::clicked, this, [this, sign] {
+    connect(button, &QPushButton::clicked, this, [this, sign = ToQString(key.label)] {
       const bool shift = QApplication::keyboardModifiers() & Qt::ShiftModifier;
       const bool longPress = down_.isValid() && down_.elapsed() >= kHoldMs;
       down_.invalidate();
       emit KeyPressed(sign, hold_->isChecked() || shift || longPress);
     });
-    Add(button, ToQString(key.word));
-    first_ = first_ == nullptr ? button : first_;
+    Add(button, key);
   }
   hold_->setCheckable(true);
-  hold_->setProperty("key", true);
-  hold_->setToolTip(ToQString(app::words::kHeldKey));
-  hold_->setAccessibleName(ToQString(app::words::kHeldKey));
-  Add(hold_, ToQString(app::words::kHeldKeyShort));
+  Add(hold_, app::kHoldKey);
 }
 
-void KeyRow::Add(QPushButton* button, const QString& words) {
-  auto* label = new QLabel(words, this);
-  label->setFont(CurrentTheme().small);
-  label->setAlignment(Qt::AlignHCenter);
-  label->setProperty("muted", true);
-  keys_.push_back({button, label});
+void KeyRow::Add(QPushButton* button, const app::ComposerKey& key) {
+  button->setText(ToQString(key.label));
+  button->setToolTip(ToQString(key.help));
+  button->setAccessibleName(ToQString(key.help));
+  button->setProperty("key", true);
+  auto* words = new QLabel(ToQString(key.word), this);
+  words->setFont(CurrentTheme().small);
+  words->setAlignment(Qt::AlignHCenter);
+  words->setProperty("muted", true);
+  keys_.push_back({button, words});
 }
 
 QSize KeyRow::Key::Least() const {
@@ -95,10 +87,6 @@ void KeyRow::resizeEvent(QResizeEvent* event) {
     place.setHeight(upper);
     keys_[i].button->setGeometry(place);
   }
-}
-
-QWidget* KeyRow::Last() const {
-  return hold_;
 }
 
 }  // namespace tonadex::shell

@@ -4,21 +4,22 @@
 #include <QWidget>
 #include <vector>
 
-class QLabel;
+#include "app/composer_keys.h"
+
 class QPushButton;
 
 namespace tonadex::shell {
 
-// The phone's keys as a row of buttons with the word of each under its sign. A key is held by
-// keeping the button down, with Shift, or while the last button is switched on. A row too narrow
-// for its words becomes several.
+// The phone's keys as a row of buttons, each with its word below. A key counts as held when it is
+// kept down, together with Shift, or while the last button is checked. If the words do not fit into
+// one row, there are several.
 class KeyRow : public QWidget {
   Q_OBJECT
  public:
   explicit KeyRow(QWidget* parent = nullptr);
-  // The last widget of the row, for the tab order, and the first.
-  QWidget* First() const { return first_; }
-  QWidget* Last() const;
+  // The first and the last key, for the tab order.
+  QWidget* First() const { return keys_.front().button; }
+  QWidget* Last() const { return keys_.back().button; }
 
   bool hasHeightForWidth() const override { return true; }
   int heightForWidth(int width) const override;
@@ -33,16 +34,13 @@ class KeyRow : public QWidget {
 
  private:
   struct Key {
-    QPushButton* button;
-    QLabel* words;
+    QWidget *button, *words;
     QSize Least() const;
   };
-  void Add(QPushButton* button, const QString& words);
+  void Add(QPushButton* button, const app::ComposerKey& key);
   std::vector<QRect> Places(int width) const;
 
   std::vector<Key> keys_;
-
-  QWidget* first_ = nullptr;
   QPushButton* hold_;
   QElapsedTimer down_;
 };

@@ -117,10 +117,7 @@ void MelodyView::ScrollBy(int pixels) {
 void MelodyView::paintEvent(QPaintEvent*) {
   const Theme theme = CurrentTheme();
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(hasFocus() ? theme.accent : theme.border, hasFocus() ? 2 : 1));
-  painter.setBrush(theme.card);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
+  PaintCard(painter, *this, theme);
   QPainterPath inside;
   inside.addRoundedRect(QRectF(rect()).adjusted(2, 2, -2, -2), kRadius, kRadius);
   painter.setClipPath(inside);

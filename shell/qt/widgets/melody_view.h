@@ -3,7 +3,6 @@
 #include <QWidget>
 
 #include "app/melody_layout.h"
-#include "shell/qt/theme/theme.h"
 
 class QScrollBar;
 

@@ -94,17 +94,16 @@ void PhoneDisplay::Mark(int group) {
 }
 
 void PhoneDisplay::Follow(int group) {
-  if (group == followed_) {
-    return;
-  }
-  followed_ = group;
-  Mark(group);
-  if (MarkedGroup() >= 0) {
+  if (display_.Follow(group)) {
+    DrawMark();
     GoToMark();
   }
 }
 
 void PhoneDisplay::GoToMark() {
+  if (MarkedGroup() < 0) {
+    return;
+  }
   QTextCursor cursor = Select(display_.shown().groups[static_cast<std::size_t>(MarkedGroup())]);
   cursor.setPosition(cursor.anchor());
   setTextCursor(cursor);  // scrolls there and tells screen readers

@@ -17,20 +17,20 @@ class PhoneDisplay : public QPlainTextEdit {
   void SetResult(const std::string& result, std::vector<app::ResultGroup> groups, bool counted);
   // The result as it was given, whatever is drawn.
   const std::string& Text() const { return display_.result(); }
-  // What is shown instead of an empty result.
+  // Sets the text shown while there is no result.
   void SetInvitation(const QString& sentence);
 
-  // Takes the height that is left and asks for none.
+  // The layout gives the display what height remains.
   QSize sizeHint() const override { return {QPlainTextEdit::sizeHint().width(), minimumHeight()}; }
   QSize minimumSizeHint() const override {
     return {QPlainTextEdit::minimumSizeHint().width(), minimumHeight()};
   }
   int PixelSize() const { return display_.PixelSize(); }
-  // What the user chose, 0 while the text has the size that fits.
+  // The size that the user chose, 0 while the text has the largest size that fits.
   int ChosenPixelSize() const { return display_.ChosenPixelSize(); }
   void SetPixelSize(int pixels);
 
-  // Marks the group whose note sounds and brings it into view; -1 takes that mark away.
+  // Marks the group whose note sounds and scrolls it into view; -1 removes that mark.
   void Follow(int group);
   // 0-based marked group, -1 for none.
   int MarkedGroup() const { return display_.marked(); }
@@ -58,7 +58,6 @@ class PhoneDisplay : public QPlainTextEdit {
   void GoToMark();
 
   app::ResultDisplay display_;
-  int followed_ = -1;
   QString invitation_;
 };
 

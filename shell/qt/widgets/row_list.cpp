@@ -69,32 +69,28 @@ class RowDelegate : public QStyledItemDelegate {
 }  // namespace
 
 bool RowsModel::SetRows(const app::Control& control) {
-  const std::string_view loose = control.LooseText();
-  if (control.rows == list_.rows && control.shown == list_.shown && loose == loose_) {
+  if (list_.HasLinesOf(control)) {
     return false;
   }
   beginResetModel();
-  list_.rows = control.rows;
-  list_.shown = control.shown;
-  loose_ = loose;
+  list_ = control;
   endResetModel();
   return true;
 }
 
 int RowsModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(Rows().size()) + (loose_.empty() ? 0 : 1);
+  return parent.isValid() ? 0 : static_cast<int>(list_.Lines());
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
   const auto at = static_cast<std::size_t>(index.row());
-  const bool loose = at == Rows().size();
   switch (role) {
     case Qt::DisplayRole:
-      return ToQString(loose ? app::RowLine(loose_) : list_.LineAt(at));
+      return ToQString(list_.LineAt(at));
     case Qt::ToolTipRole:
-      return ToQString(loose ? app::RowLine(loose_) : list_.HelpAt(at));
+      return ToQString(list_.HelpAt(at));
     case kHintRole:
-      return !loose && Rows()[at].hint;
+      return list_.IsHint(at);
     default:
       return {};
   }
@@ -112,15 +108,13 @@ RowList::RowList(QWidget* parent) : QListView(parent), model_(new RowsModel(this
 
 void RowList::SetControl(const app::Control& control) {
   setting_ = true;
-  const std::string_view loose = control.LooseText();
   if (const QString words = ToQString(control.invitation); words != invitation_) {
     invitation_ = words;
     viewport()->update();
   }
   const bool fresh = model_->SetRows(control);
   if (fresh || SelectedRow() != control.listIndex) {
-    const int row = loose.empty() ? control.listIndex : static_cast<int>(control.rows.size());
-    setCurrentIndex(model_->index(row));  // -1 clears the selection
+    setCurrentIndex(model_->index(control.SelectedLine()));  // -1 clears the selection
   }
   setting_ = false;
 }

@@ -10,7 +10,7 @@
 
 namespace tonadex::shell {
 
-// The rows of a list control, any number of them.
+// The lines of a list control.
 class RowsModel : public QAbstractListModel {
   Q_OBJECT
  public:
@@ -18,7 +18,7 @@ class RowsModel : public QAbstractListModel {
 
   enum Roles { kHintRole = Qt::UserRole };
 
-  // True when the rows differ from those before. A loose text becomes one more row at the end.
+  // True when the lines differ from those before.
   bool SetRows(const app::Control& control);
   const app::ListRows& Rows() const { return list_.rows; }
 
@@ -26,27 +26,25 @@ class RowsModel : public QAbstractListModel {
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
-  app::Control list_;  // its rows alone
-  std::string loose_;
+  app::Control list_;  // as drawn
 };
 
-// A list of one column that draws a list control and gives back its selected row. A text of the
-// control that is in no row is shown as one more row.
+// Shows the lines of a list control and returns its selected row.
 class RowList : public QListView {
   Q_OBJECT
  public:
   explicit RowList(QWidget* parent = nullptr);
 
   void SetControl(const app::Control& control);
-  // Those entries that have an icon become buttons at the end of each row.
+  // Shows the entries that have an icon as buttons on each row.
   void SetButtons(std::span<const app::MenuItem> menu);
   const std::vector<const app::MenuItem*>& Buttons() const { return buttons_; }
-  // The place of a button in its row's.
+  // The rectangle of a button in the rectangle of its row.
   QRect ButtonPlace(const QRect& row, std::size_t button) const;
-  // A list takes the height that is left and asks for two rows.
+  // Two rows; the layout gives the list what height remains.
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
-  // -1 also while the loose text is marked.
+  // -1 for none, also while the line of a text without row is selected.
   int SelectedRow() const;
   const app::ListRows& Rows() const { return model_->Rows(); }
 

@@ -75,10 +75,7 @@ void ShapeView::Update() {
 void ShapeView::paintEvent(QPaintEvent*) {
   const Theme theme = CurrentTheme();
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(hasFocus() ? theme.accent : theme.border, hasFocus() ? 2 : 1));
-  painter.setBrush(theme.card);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
+  PaintCard(painter, *this, theme);
   for (const app::Shape& shape : picture_) {
     Paint(painter, shape, theme);
   }

@@ -7,7 +7,7 @@
 
 namespace tonadex::shell {
 
-// A picture made of shapes on a card.
+// A picture of shapes on a card.
 class ShapeView : public QWidget {
   Q_OBJECT
  public:
@@ -15,10 +15,10 @@ class ShapeView : public QWidget {
 
   explicit ShapeView(QWidget* parent = nullptr);
 
-  // Draws it anew where it changed. `spoken`: what it shows, for screen readers.
+  // Repaints the picture if it has changed. `spoken` describes it to screen readers.
   void SetPicture(const Source& source, const QString& spoken);
   const app::Picture& Shown() const { return picture_; }
-  // What the last click hit.
+  // The `hit` of the shape that was clicked last, -1 for none.
   int Hit() const { return hit_; }
 
  signals:

@@ -6,8 +6,8 @@
 
 namespace tonadex::shell {
 
-// Says over the top of every page that the program waits and how to end that, under a slim line in
-// which a part moves. Hidden while nothing is awaited.
+// Covers the top of the page while a request runs: a moving bar, and below it a text that says how
+// to cancel the request.
 class WaitingLine : public QLabel {
   Q_OBJECT
  public:

@@ -9,24 +9,24 @@ namespace tonadex::shell {
 
 class Browser;
 
-// A web view whose browser is made when it is first seen, or by Prepare. Without the browser's
-// module, and while a page cannot be reached, it shows a sentence instead.
+// A web view whose browser is created when it is first shown, or by Prepare. Without the browser's
+// module, and if a page cannot be loaded, it shows a sentence instead.
 class WebPane : public QStackedWidget {
   Q_OBJECT
  public:
   enum class Kind { kPage, kBanner };
   explicit WebPane(Kind kind, QWidget* parent = nullptr);
 
-  // Makes the browser. The first one of a window must be made before the window shows: it changes
-  // how the window is drawn, and a standing window would be made anew.
+  // Creates the browser. The first one of a window must be created before the window is shown: it
+  // changes how the window is drawn, so that a shown window would be created again.
   void Prepare();
   // Windows-1252, as the program composed it. (Re)loads.
   void Navigate(std::string_view address);
   const std::string& Address() const { return address_; }
 
  signals:
-  // A click wanted to lead away from the banner; the view stays where it is. What a page tries by
-  // itself is stopped and not told.
+  // The user clicked a link in the banner, which is not followed. Navigation that the page starts
+  // by itself is stopped without this signal.
   void LeaveAttempted();
 
  protected:

@@ -18,7 +18,6 @@
 #include <QTimer>
 #include <QToolButton>
 #include <algorithm>
-#include <array>
 
 #include "shell/qt/text.h"
 #include "shell/qt/theme/icons.h"
@@ -330,21 +329,12 @@ QWidget* MakeWidget(const ControlInfo& info) {
 
 // ---- Drawing and reading back, by class of widget -----------------------------------------------
 
-// Labels, buttons and lines of text.
-template <typename TextWidget>
-void DrawText(TextWidget& widget, std::string_view words) {
-  const QString text = ToQString(words);
-  if (widget.text() != text) {
-    widget.setText(text);
-  }
-}
-
+// Setting the same text again would move the cursor.
 void DrawLine(QLineEdit& line, const Control& control) {
-  const QString invitation = ToQString(control.invitation);
-  if (line.placeholderText() != invitation) {
-    line.setPlaceholderText(invitation);
+  line.setPlaceholderText(ToQString(control.invitation));
+  if (const QString text = ToQString(control.text); line.text() != text) {
+    line.setText(text);
   }
-  DrawText(line, control.text);
 }
 
 // With places to break words that a line may not hold, such as names without blanks.
@@ -374,10 +364,7 @@ void DrawTone(QWidget& widget, const Control& control) {
 
 void DrawLabel(QLabel& label, const Control& control) {
   DrawTone(label, control);
-  const QString words = Breakable(ToQString(control.caption));
-  if (label.text() != words) {
-    label.setText(words);
-  }
+  label.setText(Breakable(ToQString(control.caption)));
 }
 
 // As one step that the user can undo.
@@ -437,7 +424,7 @@ void DrawDisplay(PhoneDisplay& display, const Control& control, const Form1& for
 }
 
 void DrawButton(QAbstractButton& button, const Control& control, const ControlInfo& info) {
-  DrawText(button, control.caption);
+  button.setText(ToQString(control.caption));
   DrawTone(button, control);
   if (auto* card = dynamic_cast<CardButton*>(&button)) {
     card->SetLine(ToQString(control.text));
@@ -462,11 +449,8 @@ void DrawComboBox(QComboBox& box, const Control& control) {
       box.addItem(ToQString(row.text));
     }
   }
-  if (box.currentIndex() != control.listIndex) {
-    box.setCurrentIndex(control.listIndex);
-  }
-  const QString text = ToQString(control.text);
-  if (box.currentText() != text) {
+  box.setCurrentIndex(control.listIndex);
+  if (const QString text = ToQString(control.text); box.currentText() != text) {
     box.setEditText(text);
   }
 }
@@ -533,9 +517,7 @@ void DrawObject(const BoundControl& bound, const Control& control, const Form1& 
   } else if (auto* waiting = qobject_cast<WaitingLine*>(&widget)) {
     waiting->SetBusy(control.checked);
   }
-  if (widget.isHidden() == control.Shows()) {
-    widget.setVisible(control.Shows());
-  }
+  widget.setVisible(control.Shows());
 }
 
 void CopyInObject(const BoundControl& bound, Control& control) {
@@ -569,30 +551,28 @@ void CopyInObject(const BoundControl& bound, Control& control) {
 
 using Fire = std::function<void()>;
 
+// Connects the signal if the object has this type.
+template <typename Sender, typename Signal>
+bool ConnectIf(QObject* object, Signal signal, const Fire& fire) {
+  auto* sender = qobject_cast<Sender*>(object);
+  return sender != nullptr && QObject::connect(sender, signal, sender, fire);
+}
+
 void ConnectEvent(QObject* object, Event event, const Fire& fire) {
-  if (auto* button = qobject_cast<QAbstractButton*>(object)) {
-    QObject::connect(button, &QAbstractButton::clicked, button, fire);
-  } else if (auto* list = qobject_cast<RowList*>(object)) {
-    QObject::connect(list, event == Event::kActivate ? &RowList::RowActivated : &RowList::RowChosen,
-                     list, fire);
-  } else if (auto* timer = qobject_cast<QTimer*>(object)) {
-    QObject::connect(timer, &QTimer::timeout, timer, fire);
-  } else if (auto* shapes = qobject_cast<ShapeView*>(object)) {
-    QObject::connect(shapes, &ShapeView::Clicked, shapes, fire);
-  } else if (auto* pane = qobject_cast<WebPane*>(object)) {
-    QObject::connect(pane, &WebPane::LeaveAttempted, pane, fire);
-  } else if (auto* slider = qobject_cast<QSlider*>(object)) {
-    QObject::connect(slider, &QSlider::valueChanged, slider, fire);
-  } else if (auto* line = qobject_cast<QLineEdit*>(object)) {
-    if (event == Event::kEnter) {
-      QObject::connect(line, &QLineEdit::returnPressed, line, fire);
-    } else {
-      QObject::connect(line, &QLineEdit::textChanged, line, fire);
-    }
-  } else if (auto* area = qobject_cast<QPlainTextEdit*>(object)) {
-    QObject::connect(area, &QPlainTextEdit::textChanged, area, fire);
-  } else if (auto* box = qobject_cast<QComboBox*>(object)) {
-    QObject::connect(box, &QComboBox::editTextChanged, box, fire);
+  if (event == Event::kActivate) {
+    ConnectIf<RowList>(object, &RowList::RowActivated, fire);
+  } else if (event == Event::kEnter) {
+    ConnectIf<QLineEdit>(object, &QLineEdit::returnPressed, fire);
+  } else {
+    ConnectIf<QAbstractButton>(object, &QAbstractButton::clicked, fire) ||
+        ConnectIf<RowList>(object, &RowList::RowChosen, fire) ||
+        ConnectIf<QTimer>(object, &QTimer::timeout, fire) ||
+        ConnectIf<ShapeView>(object, &ShapeView::Clicked, fire) ||
+        ConnectIf<WebPane>(object, &WebPane::LeaveAttempted, fire) ||
+        ConnectIf<QSlider>(object, &QSlider::valueChanged, fire) ||
+        ConnectIf<QLineEdit>(object, &QLineEdit::textChanged, fire) ||
+        ConnectIf<QPlainTextEdit>(object, &QPlainTextEdit::textChanged, fire) ||
+        ConnectIf<QComboBox>(object, &QComboBox::editTextChanged, fire);
   }
 }
 
@@ -662,13 +642,12 @@ void Binding::Connect(const BoundControl& bound, const Dispatch& dispatch) {
 void Binding::ConnectMenu(const BoundControl& bound, const Dispatch& dispatch) {
   auto* list = qobject_cast<RowList*>(bound.object);
   const ControlInfo& info = *bound.info;
-  const auto allows = [this, list, &info](const app::MenuItem& item) {
-    return form_.paginaactual == info.menuPage && (!item.needsRow || list->SelectedRow() >= 0);
-  };
-  const auto run = [this, dispatch, allows](const app::MenuItem& item) {
-    if (allows(item)) {
-      dispatch([this, &item] { (form_.*item.handler)(); });
-    }
+  const auto run = [this, dispatch, &info](const app::MenuItem& item) {
+    dispatch([this, &item, &info] {
+      if (form_.Allows(info, item)) {
+        (form_.*item.handler)();
+      }
+    });
   };
   for (const app::MenuItem& item : info.menu) {
     auto* key = new QShortcut(QKeySequence(ToQString(item.shortcut)), list);
@@ -689,7 +668,7 @@ void Binding::ConnectMenu(const BoundControl& bound, const Dispatch& dispatch) {
           item.caption.empty() ? menu->addSeparator() : menu->addAction(ToQString(item.caption));
       action->setShortcut(QKeySequence(ToQString(item.shortcut)));
       action->setShortcutContext(Qt::WidgetShortcut);  // the list's own key does it
-      action->setEnabled(allows(item));
+      action->setEnabled(form_.Allows(info, item));
       QObject::connect(action, &QAction::triggered, list, [run, &item] { run(item); });
     }
     menu->popup(place);

@@ -19,8 +19,8 @@ struct BoundControl {
   QWidget* widget;  // `object` as a widget, nullptr for a timer
 };
 
-// Ties every control of the model to one widget of the same name. It knows how the kinds of
-// controls are drawn and read back, and nothing of what they mean.
+// Binds each control of the model to one widget of the same name: draws it and reads it back by its
+// look, without knowing what it means.
 class Binding {
  public:
   using Handler = std::function<void()>;
@@ -34,9 +34,9 @@ class Binding {
   QWidget* Widget(app::Control app::Form1::*member) const;
   QObject* Object(app::Control app::Form1::*member) const;
 
-  // What the user typed and chose, into the model.
+  // Copies what the user typed and chose into the model.
   void CopyIn();
-  // The model's state onto the widgets; what is as it should be is left alone.
+  // Updates the widgets that differ from the model.
   void Draw();
 
  private:

@@ -8,7 +8,6 @@
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QPlainTextEdit>
 #include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -31,7 +30,6 @@ namespace tonadex::shell {
 namespace {
 
 namespace words = app::words;
-using app::Form1;
 using app::Look;
 
 // The only control that is drawn so.
@@ -107,7 +105,7 @@ void MainWindow::NotePlace() {
   }
   const QRect place = isMaximized() ? normalGeometry() : geometry();
   form_.windowPlace = {{place.x(), place.y(), place.width(), place.height()}, isMaximized()};
-  if (!form_.saveTimer.enabled) {
+  if (!form_.SavesSoon()) {
     QMetaObject::invokeMethod(
         this, [this] { Run([] {}); }, Qt::QueuedConnection);
   }
@@ -368,11 +366,12 @@ class MainWindow::BarInput : public QObject {
 
 // Returns when the bar was dismissed. False for a message that is to be a box.
 bool MainWindow::ShowPlaying(const core::Message& message) {
-  if (!loaded_ || !form_.ShowPlaying(message)) {
+  const auto button = loaded_ ? form_.ShowPlaying(message) : nullptr;
+  if (button == nullptr) {
     return false;
   }
   const QPointer<QWidget> focus = QApplication::focusWidget();
-  QWidget* stop = binding_.Widget(&Form1::stopButton);
+  QWidget* stop = binding_.Widget(button);
   BarInput input(this, stop, [this] { Run([this] { form_.stopButton_Click(); }); });
   Draw();
   stop->setFocus(Qt::OtherFocusReason);

@@ -2,7 +2,6 @@
 
 #include <QWidget>
 #include <functional>
-#include <memory>
 #include <optional>
 
 #include "app/form1.h"

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QScrollArea>
 #include <algorithm>
+#include <utility>
 
 #include "shell/qt/theme/theme.h"
 #include "shell/qt/widgets/flow_layout.h"
@@ -35,30 +36,6 @@ bool IsBounded(const Part& part) {
          part.mostHeight < Part::kUnbounded;
 }
 
-void Insert(QLayout* box, int index, QWidget* widget, int weight) {
-  if (auto* line = qobject_cast<QBoxLayout*>(box)) {
-    line->insertWidget(index, widget, weight);
-  } else {
-    static_cast<FlowLayout*>(box)->Insert(index, widget, weight);
-  }
-}
-
-void AddStretch(QLayout* box, int weight) {
-  if (auto* line = qobject_cast<QBoxLayout*>(box)) {
-    line->addStretch(weight);
-  } else {
-    static_cast<FlowLayout*>(box)->AddStretch(weight);
-  }
-}
-
-void AddLayout(QLayout* box, QLayout* inner, int weight) {
-  if (auto* line = qobject_cast<QBoxLayout*>(box)) {
-    line->addLayout(inner, weight);
-  } else {
-    static_cast<FlowLayout*>(box)->Add(inner, weight);
-  }
-}
-
 QWidget* Framed(const Part& part, QLayout* box) {
   auto* frame = new QFrame;
   frame->setLayout(box);
@@ -82,12 +59,12 @@ QWidget* Framed(const Part& part, QLayout* box) {
 }  // namespace
 
 Pages::Pages(const Binding& binding, QWidget* window) : binding_(binding) {
-  Built frame{nullptr, window, {}};
+  Built frame{nullptr, false, window, {}};
   for (const app::Page& page : app::Pages()) {
-    for (const auto layout : {page.wide, page.layout}) {
-      if (layout != nullptr && std::ranges::find(pages_, layout, &Built::layout) == pages_.end()) {
-        Built built{layout, nullptr, {}};
-        const Part part = layout();
+    for (const bool wide : {true, false}) {
+      if (page.hasWide >= wide && Find(page, wide) == nullptr) {
+        Built built{page.layout, wide, nullptr, {}};
+        const Part part = page.layout(wide);
         built.widget = Framed(part, Box(part, built));
         built.widget->hide();
         pages_.push_back(std::move(built));
@@ -97,14 +74,10 @@ Pages::Pages(const Binding& binding, QWidget* window) : binding_(binding) {
   window->setLayout(Box(app::WindowLayout({.kind = Part::Kind::kPage}), frame));
 }
 
-QLayout* Pages::Box(const Part& part, Built& page) {
-  QLayout* box = nullptr;
-  if (part.wraps) {
-    box = new FlowLayout;
-  } else {
-    box = new QBoxLayout(part.kind == Part::Kind::kRow ? QBoxLayout::LeftToRight
-                                                       : QBoxLayout::TopToBottom);
-  }
+QBoxLayout* Pages::Box(const Part& part, Built& page) {
+  auto* box = part.wraps                         ? new FlowLayout
+              : part.kind == Part::Kind::kColumn ? new QBoxLayout(QBoxLayout::TopToBottom)
+                                                 : new QBoxLayout(QBoxLayout::LeftToRight);
   box->setContentsMargins(part.marginX, part.marginTop, part.marginX, part.marginBottom);
   box->setSpacing(part.gap);
   for (const Part& each : part.parts) {
@@ -113,7 +86,7 @@ QLayout* Pages::Box(const Part& part, Built& page) {
   return box;
 }
 
-void Pages::Add(QLayout* box, const Part& part, Built& page) {
+void Pages::Add(QBoxLayout* box, const Part& part, Built& page) {
   switch (part.kind) {
     case Part::Kind::kControl: {
       QWidget* widget = binding_.Widget(part.control);
@@ -123,27 +96,25 @@ void Pages::Add(QLayout* box, const Part& part, Built& page) {
       }
       SetBounds(widget, part);
       if (auto* label = qobject_cast<QLabel*>(widget)) {
-        const auto* line = qobject_cast<QBoxLayout*>(box);
-        label->setWordWrap(part.weight > 0 ||
-                           (line != nullptr && line->direction() == QBoxLayout::TopToBottom));
+        label->setWordWrap(part.weight > 0 || box->direction() == QBoxLayout::TopToBottom);
       }
       page.leaves.push_back({box, box->count(), widget, part});
-      Insert(box, box->count(), widget, part.weight);
+      box->addWidget(widget, part.weight);
       break;
     }
     case Part::Kind::kStretch:
-      AddStretch(box, part.weight);
+      box->addStretch(part.weight);
       break;
     case Part::Kind::kPage:
       for (const Built& built : pages_) {
-        Insert(box, box->count(), built.widget, 1);
+        box->addWidget(built.widget, 1);
       }
       break;
     case Part::Kind::kRow:
     case Part::Kind::kColumn: {
-      QLayout* inner = Box(part, page);
+      QBoxLayout* inner = Box(part, page);
       if (part.frame == Part::Frame::kNone && !part.scrolls && !IsBounded(part)) {
-        AddLayout(box, inner, part.weight);
+        box->addLayout(inner, part.weight);
         break;
       }
       QWidget* widget = Framed(part, inner);
@@ -151,7 +122,7 @@ void Pages::Add(QLayout* box, const Part& part, Built& page) {
       if (part.frame == Part::Frame::kBar) {
         bars_.push_back({widget, app::ControlsIn(part)});
       }
-      Insert(box, box->count(), widget, part.weight);
+      box->addWidget(widget, part.weight);
     }
   }
 }
@@ -163,22 +134,27 @@ void Pages::ShowBars(const app::Form1& form) const {
   }
 }
 
+const Pages::Built* Pages::Find(const app::Page& page, bool wide) const {
+  const auto found = std::ranges::find_if(pages_, [&](const Built& built) {
+    return built.layout == page.layout && built.wide == wide;
+  });
+  return found == pages_.end() ? nullptr : &*found;
+}
+
 bool Pages::Show(std::int16_t page, int pixels) {
   const int width = qRound(pixels / CurrentTheme().scale);
   const auto wanted = std::ranges::find(app::Pages(), page, &app::Page::number);
-  if (wanted == app::Pages().end() || wanted->LayoutFor(width) == shown_) {
+  const Built* built = wanted == app::Pages().end() ? shown_ : Find(*wanted, wanted->IsWide(width));
+  if (built == std::exchange(shown_, built)) {
     return false;
   }
-  shown_ = wanted->LayoutFor(width);
-  for (const Built& built : pages_) {
-    built.widget->setVisible(built.layout == shown_);
-    if (built.layout == shown_) {
-      for (const Leaf& leaf : built.leaves) {
-        if (leaf.box->indexOf(leaf.widget) < 0) {
-          SetBounds(leaf.widget, leaf.part);
-          Insert(leaf.box, leaf.index, leaf.widget, leaf.part.weight);
-        }
-      }
+  for (const Built& each : pages_) {
+    each.widget->setVisible(&each == shown_);
+  }
+  for (const Leaf& leaf : shown_->leaves) {
+    if (leaf.box->indexOf(leaf.widget) < 0) {
+      SetBounds(leaf.widget, leaf.part);
+      leaf.box->insertWidget(leaf.index, leaf.widget, leaf.part.weight);
     }
   }
   return true;

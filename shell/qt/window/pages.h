@@ -5,7 +5,7 @@
 #include "app/layout.h"
 #include "shell/qt/window/binding.h"
 
-class QLayout;
+class QBoxLayout;
 
 namespace tonadex::shell {
 
@@ -19,23 +19,27 @@ class Pages {
   void ShowBars(const app::Form1& form) const;
   // True when another layout than before is shown: of another page, or for another width.
   bool Show(std::int16_t page, int pixels);
-  app::Part Shown() const { return shown_ == nullptr ? app::Column({}) : shown_(); }
+  app::Part Shown() const {
+    return shown_ == nullptr ? app::Column({}) : shown_->layout(shown_->wide);
+  }
 
  private:
   struct Leaf {
-    QLayout* box;
+    QBoxLayout* box;
     int index;
     QWidget* widget;
     app::Part part;
   };
   struct Built {
-    app::Part (*layout)();
+    app::Part (*layout)(bool wide);
+    bool wide;
     QWidget* widget;
     std::vector<Leaf> leaves;
   };
 
-  QLayout* Box(const app::Part& part, Built& page);
-  void Add(QLayout* box, const app::Part& part, Built& page);
+  const Built* Find(const app::Page& page, bool wide) const;
+  QBoxLayout* Box(const app::Part& part, Built& page);
+  void Add(QBoxLayout* box, const app::Part& part, Built& page);
 
   const Binding& binding_;
   struct Bar {
@@ -44,7 +48,7 @@ class Pages {
   };
   std::vector<Built> pages_;
   std::vector<Bar> bars_;
-  app::Part (*shown_)() = nullptr;
+  const Built* shown_ = nullptr;  // of `pages_`, which is complete
 };
 
 }  // namespace tonadex::shell

@@ -221,7 +221,7 @@ void SetTone(HWND button, app::Tone tone) {
   }
 }
 
-SIZE ButtonSize(HWND button, const Theme& theme) {
+app::Size ButtonSize(HWND button, const Theme& theme) {
   const Face* face = FaceOf(button);
   const std::wstring caption = PlainWords(WindowText(button));
   if (face->look == Look::kNavigation) {

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "app/controls.h"
+#include "app/layout.h"
 #include "shell/win32/theme.h"
 
 namespace tonadex::shell {
@@ -19,8 +19,8 @@ void SetChecked(HWND button, bool checked);
 // The colour of a mark.
 void SetTone(HWND button, app::Tone tone);
 
-// The size that the caption needs.
-SIZE ButtonSize(HWND button, const Theme& theme);
+// The size that the caption needs, in pixels.
+app::Size ButtonSize(HWND button, const Theme& theme);
 int KeyHeight(const Theme& theme);
 
 }  // namespace tonadex::shell

@@ -9,12 +9,12 @@
 
 namespace tonadex::shell {
 
-// Underlines ranges of a multi-line edit control in waves, over what the control itself paints. Its
-// text must end lines in CR LF and its font must be of one width.
+// Draws wavy lines under ranges of a multi-line edit control. Its lines must end in CR LF, and its
+// font must be monospaced.
 class FaultWaves {
  public:
   FaultWaves(HWND edit, const Theme& theme);
-  // Of the text that the control holds now.
+  // The ranges are those of the control's present text.
   void Show(const std::vector<core::TextRange>& faults);
 
  private:

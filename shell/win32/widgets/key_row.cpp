@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/words.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
@@ -13,10 +12,8 @@
 namespace tonadex::shell {
 namespace {
 
-app::ComposerKey KeyAt(std::size_t index) {
-  return index < app::kKeyCount
-             ? app::ComposerKeys()[index]
-             : app::ComposerKey{"( )", app::words::kHeldKeyShort, app::words::kHeldKey};
+const app::ComposerKey& KeyAt(std::size_t index) {
+  return index < app::kKeyCount ? app::ComposerKeys()[index] : app::kHoldKey;
 }
 
 }  // namespace
@@ -42,9 +39,9 @@ KeyRow::KeyRow(HWND parent, int id, const Theme& theme, Pressed pressed)
   });
 }
 
-void KeyRow::ForEachKey(const std::function<void(HWND, std::string_view)>& told) const {
+void KeyRow::ForEachKey(const std::function<void(HWND, std::string_view)>& visit) const {
   for (std::size_t i = 0; i < kCount; ++i) {
-    told(keys_[i], KeyAt(i).help);
+    visit(keys_[i], KeyAt(i).help);
   }
 }
 

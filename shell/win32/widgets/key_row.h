@@ -21,9 +21,9 @@ class KeyRow {
   KeyRow(HWND parent, int id, const Theme& theme, Pressed pressed);
 
   HWND window() const { return window_; }
-  // Calls `told` with each key and its help text.
-  void ForEachKey(const std::function<void(HWND key, std::string_view help)>& told) const;
-  // Of one row when each key's word fits, else of two.
+  // Calls `visit` with each key and its help text (Windows-1252).
+  void ForEachKey(const std::function<void(HWND key, std::string_view help)>& visit) const;
+  // In pixels: of one row if the word of each key fits into it, else of two.
   int Height(int width) const;
 
  private:

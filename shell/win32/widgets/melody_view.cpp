@@ -5,11 +5,6 @@
 #include "shell/win32/window_text.h"
 
 namespace tonadex::shell {
-namespace {
-
-using Gdiplus::REAL;
-
-}  // namespace
 
 MelodyView::MelodyView(HWND parent, int id, const Theme& theme)
     : window_(MakeBareWindow(parent, WS_TABSTOP | WS_HSCROLL, id)), theme_(theme) {
@@ -21,9 +16,7 @@ MelodyView::MelodyView(HWND parent, int id, const Theme& theme)
 
 void MelodyView::SetDrawing(const app::Drawing& drawing, const std::wstring& invitation) {
   if (drawing.notes == picture_.drawing().notes && invitation == invitation_) {
-    if (picture_.Show(drawing.shown)) {
-      ScrollTo(picture_.scrolled());
-    }
+    Show(picture_.Show(drawing.shown));
     return;  // where it was scrolled to, and the sounding note, stay
   }
   invitation_ = invitation;
@@ -33,14 +26,8 @@ void MelodyView::SetDrawing(const app::Drawing& drawing, const std::wstring& inv
   InvalidateRect(window_, nullptr, FALSE);
 }
 
-void MelodyView::SetPosition(double ms) {
-  if (picture_.Follow(ms)) {
-    ScrollTo(picture_.scrolled());
-  }
-}
-
-void MelodyView::Mark(int note) {
-  if (picture_.Mark(note)) {
+void MelodyView::Show(bool changed) {
+  if (changed) {
     ScrollTo(picture_.scrolled());
   }
 }
@@ -82,11 +69,8 @@ std::optional<LRESULT> MelodyView::Handle(UINT message, WPARAM wide, LPARAM) {
   return std::nullopt;
 }
 
-double MelodyView::Scale() const {
-  return theme_.dpi / 96.0;
-}
-
 Gdiplus::RectF MelodyView::RectOf(const app::Box& box) const {
+  using Gdiplus::REAL;
   const double scale = Scale();
   return {static_cast<REAL>(box.x * scale), static_cast<REAL>(box.y * scale),
           static_cast<REAL>(box.width * scale), static_cast<REAL>(box.height * scale)};
@@ -94,13 +78,11 @@ Gdiplus::RectF MelodyView::RectOf(const app::Box& box) const {
 
 // The client area leaves the scroll bar out.
 void MelodyView::FitPicture() {
-  RECT area{};
-  GetClientRect(window_, &area);
+  const RECT area = ClientArea(window_);
   picture_.SetSize({area.right / Scale(), area.bottom / Scale(),
                     TextWidth(theme_.small.get(), L"sol") / Scale()});
   const double page = picture_.Page(), overflow = picture_.Overflow();
-  SCROLLINFO info{};
-  info.cbSize = sizeof info;
+  auto info = Sized<SCROLLINFO>();
   info.fMask = SIF_RANGE | SIF_PAGE;
   info.nMax = overflow > 0 ? static_cast<int>(page + overflow) - 1 : 0;
   info.nPage = static_cast<UINT>(page);
@@ -117,7 +99,7 @@ void MelodyView::ScrollTo(double position) {
 
 void MelodyView::Scroll(WORD how) {
   const double at = picture_.scrolled(), step = app::MelodyPicture::kScrollStep;
-  SCROLLINFO info{};
+  auto info = Sized<SCROLLINFO>();
   switch (how) {
     case SB_LINELEFT:
       return ScrollTo(at - step);
@@ -129,7 +111,6 @@ void MelodyView::Scroll(WORD how) {
       return ScrollTo(at + picture_.Page());
     case SB_THUMBTRACK:
     case SB_THUMBPOSITION:
-      info.cbSize = sizeof info;
       info.fMask = SIF_TRACKPOS;
       GetScrollInfo(window_, SB_HORZ, &info);
       return ScrollTo(info.nTrackPos);
@@ -141,10 +122,7 @@ void MelodyView::Scroll(WORD how) {
 void MelodyView::Paint() {
   const BufferedPaint paint(window_);
   RECT area = paint.area();
-  FillRect(paint.get(), &area, GroundUnder(window_, paint.get()));
-  const bool focus = GetFocus() == window_;
-  RoundedBox(paint.get(), area, theme_.Px(kRadius), theme_.colours.card,
-             focus ? theme_.colours.accent : theme_.colours.border, theme_.Px(focus ? 2 : 1));
+  PaintCard(window_, paint.get(), theme_);
   Gdiplus::Graphics graphics(paint.get());
   graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
   InflateRect(&area, -theme_.Px(2), -theme_.Px(2));

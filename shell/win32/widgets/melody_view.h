@@ -18,21 +18,22 @@ class MelodyView {
   MelodyView(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
-  // `invitation` stands in an empty one.
+  // `invitation` is shown while there are no notes.
   void SetDrawing(const app::Drawing& drawing, const std::wstring& invitation);
   // Marks the note that sounds at `ms` and keeps it in view; negative for none.
-  void SetPosition(double ms);
+  void SetPosition(double ms) { Show(picture_.Follow(ms)); }
   // Marks a note by its index, -1 for none, in the same way.
-  void Mark(int note);
+  void Mark(int note) { Show(picture_.Mark(note)); }
 
  private:
   std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
   void Paint();
   void PaintMark(Gdiplus::Graphics& graphics, HDC context, const app::PictureMark& mark) const;
   void PaintName(HDC context, const app::PictureMark& mark, const Gdiplus::RectF& box) const;
-  double Scale() const;  // pixels per device-independent pixel
+  double Scale() const { return theme_.dpi / 96.0; }  // pixels per device-independent pixel
   Gdiplus::RectF RectOf(const app::Box& box) const;
   void FitPicture();
+  void Show(bool changed);
   void ScrollTo(double position);
   void Scroll(WORD how);
 

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "platform/win32/rich_edit.h"
+#include "platform/win32/send.h"
 #include "platform/win32/system_services.h"
 #include "platform/win32/wide_text.h"
 #include "rtf/rtf_escape.h"
@@ -15,6 +16,8 @@
 
 namespace tonadex::shell {
 namespace {
+
+using platform::Send;
 
 constexpr int kPadding = 10;
 constexpr double kLineSpacing = 1.15;
@@ -37,7 +40,7 @@ PhoneDisplay::PhoneDisplay(HWND parent, int id, const Theme& theme)
       theme_(theme),
       display_([this](int pixels) { return MeasureType(pixels); }) {
   SetWindowLongPtrW(window_, GWLP_ID, id);
-  SendMessageW(window_, EM_SETTARGETDEVICE, 0, 1);  // lines end where ours do
+  Send(window_, EM_SETTARGETDEVICE, 0, 1);  // lines end where ours do
   ThemeChanged();
   HookWindow(window_, [this](HWND, UINT message, WPARAM wide, LPARAM data) {
     return Handle(message, wide, data);
@@ -45,7 +48,7 @@ PhoneDisplay::PhoneDisplay(HWND parent, int id, const Theme& theme)
 }
 
 void PhoneDisplay::ThemeChanged() {
-  SendMessageW(window_, EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(theme_.colours.displayGround));
+  Send(window_, EM_SETBKGNDCOLOR, 0, theme_.colours.displayGround);
   ApplyTheme(window_, theme_);
   display_.LayOut();
   Draw();
@@ -81,23 +84,22 @@ app::TypeMeasure PhoneDisplay::MeasureType(int pixels) const {
 }
 
 void PhoneDisplay::LayOut() {
-  RECT area{};
-  GetClientRect(window_, &area);
+  RECT area = ClientArea(window_);
   InflateRect(&area, -theme_.Px(kPadding), -theme_.Px(kPadding));
   const bool changed = display_.SetPlace(area.right - area.left, area.bottom - area.top);
   if (changed || display_.result().empty()) {
     Draw();
   }
-  SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&area));
+  Send(window_, EM_SETRECT, 0, &area);
 }
 
 void PhoneDisplay::Draw() {
   RECT inner{};
-  SendMessageW(window_, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&inner));
+  Send(window_, EM_GETRECT, 0, &inner);
   platform::SetRichEditSource(
       window_,
       Source(display_.result().empty() ? display_.Sentence(invitation_) : display_.shown()));
-  SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&inner));
+  Send(window_, EM_SETRECT, 0, &inner);
   // A scroll bar that came and went meanwhile may have hidden the ends of the lines.
   InvalidateRect(window_, nullptr, TRUE);
 }
@@ -186,9 +188,8 @@ bool PhoneDisplay::MoveMark(WPARAM key) {
       {VK_LEFT, Move::kPrevious}, {VK_RIGHT, Move::kNext},     {VK_UP, Move::kUp},
       {VK_DOWN, Move::kDown},     {VK_HOME, Move::kLineBegin}, {VK_END, Move::kLineEnd},
       {VK_PRIOR, Move::kFirst},   {VK_NEXT, Move::kLast}};
-  const auto& groups = display_.shown().groups;
   const auto move = kMoves.find(key);
-  if (move == kMoves.end() || groups.empty()) {
+  if (move == kMoves.end() || display_.shown().groups.empty()) {
     return false;
   }
   Mark(MovedMark(display_.shown(), display_.marked(), move->second));
@@ -197,20 +198,19 @@ bool PhoneDisplay::MoveMark(WPARAM key) {
 }
 
 void PhoneDisplay::GoToMark() {
+  if (display_.marked() < 0) {
+    return;
+  }
   const auto& groups = display_.shown().groups;
   const auto at = static_cast<LONG>(groups[static_cast<std::size_t>(display_.marked())].from);
   CHARRANGE range{at, at};
-  SendMessageW(window_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
-  SendMessageW(window_, EM_SCROLLCARET, 0, 0);
+  Send(window_, EM_EXSETSEL, 0, &range);
+  Send(window_, EM_SCROLLCARET);
 }
 
 void PhoneDisplay::Follow(int group) {
-  if (group == followed_) {
-    return;
-  }
-  followed_ = group;
-  Mark(group);
-  if (display_.marked() >= 0) {
+  if (display_.Follow(group)) {
+    InvalidateRect(window_, nullptr, FALSE);
     GoToMark();
   }
 }
@@ -223,7 +223,7 @@ void PhoneDisplay::Mark(int group) {
 
 void PhoneDisplay::MarkAt(POINT place) {
   POINTL point{place.x, place.y};
-  const auto at = SendMessageW(window_, EM_CHARFROMPOS, 0, reinterpret_cast<LPARAM>(&point));
+  const auto at = Send(window_, EM_CHARFROMPOS, 0, &point);
   if (at >= 0 && display_.MarkAt(static_cast<std::size_t>(at))) {
     InvalidateRect(window_, nullptr, FALSE);
   }
@@ -239,10 +239,8 @@ void PhoneDisplay::PaintMark() const {
   const app::TextRange& group =
       display_.shown().groups[static_cast<std::size_t>(display_.marked())];
   POINTL from{}, to{};
-  SendMessageW(window_, EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&from),
-               static_cast<LPARAM>(group.from));
-  SendMessageW(window_, EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&to),
-               static_cast<LPARAM>(group.to));
+  Send(window_, EM_POSFROMCHAR, &from, group.from);
+  Send(window_, EM_POSFROMCHAR, &to, group.to);
   if (to.y == from.y) {
     const Brush both(CreateSolidBrush(theme_.colours.displayInk ^ theme_.colours.displayGround));
     const HDC context = GetDC(window_);
@@ -256,7 +254,7 @@ void PhoneDisplay::PaintMark() const {
 
 void PhoneDisplay::CopySelection() const {
   CHARRANGE selection{};
-  SendMessageW(window_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+  Send(window_, EM_EXGETSEL, 0, &selection);
   const std::string part = display_.Part(
       {static_cast<std::size_t>(selection.cpMin), static_cast<std::size_t>(selection.cpMax)});
   if (!part.empty()) {

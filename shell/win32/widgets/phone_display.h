@@ -7,13 +7,12 @@
 #include <vector>
 
 #include "app/display_layout.h"
-#include "app/look.h"
 #include "shell/win32/theme.h"
 
 namespace tonadex::shell {
 
-// The result on a phone's display: read and copied, never typed into. The group under the pointer,
-// or reached with the keys, is marked.
+// The result on a phone's display, for reading and copying. The group under the pointer, or reached
+// with the keys, is marked. Texts are Windows-1252.
 class PhoneDisplay {
  public:
   PhoneDisplay(HWND parent, int id, const Theme& theme);
@@ -21,14 +20,14 @@ class PhoneDisplay {
   HWND window() const { return window_; }
   // `counted`: groups are keys or notes, numbered at the margin and in columns.
   void SetResult(const std::string& text, std::vector<app::ResultGroup> groups, bool counted);
-  // What it says while there is no result.
+  // Sets the text shown while there is no result.
   void SetInvitation(const std::string& invitation);
-  // Device-independent, kSmallestType to kLargestType.
+  // The font size in device-independent pixels, kSmallestType to kLargestType.
   void SetPixelSize(int pixels);
   int PixelSize() const { return display_.PixelSize(); }
-  // What the user chose, 0 while the text has the size that fits.
+  // The size that the user chose, 0 while the text has the largest size that fits.
   int ChosenPixelSize() const { return display_.ChosenPixelSize(); }
-  // Marks the group whose note sounds and brings it into view; -1 takes that mark away.
+  // Marks the group whose note sounds and scrolls it into view; -1 removes that mark.
   void Follow(int group);
   void ThemeChanged();
   // The result itself, as "Copiar" gives it.
@@ -51,7 +50,6 @@ class PhoneDisplay {
   const Theme& theme_;
   app::ResultDisplay display_;
   std::string invitation_;
-  int followed_ = -1;
 };
 
 }  // namespace tonadex::shell

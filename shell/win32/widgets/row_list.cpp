@@ -4,8 +4,8 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <string_view>
 
+#include "platform/win32/send.h"
 #include "platform/win32/wide_text.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
@@ -13,6 +13,8 @@
 
 namespace tonadex::shell {
 namespace {
+
+using platform::Send;
 
 constexpr DWORD kTypingMs = 1000;  // what is typed after that begins anew
 
@@ -31,35 +33,24 @@ RowList::RowList(HWND parent, int id, const Theme& theme)
 }
 
 void RowList::ThemeChanged() {
-  SendMessageW(window_, LB_SETITEMHEIGHT, 0, theme_.line + theme_.Px(kGrid));
+  Send(window_, LB_SETITEMHEIGHT, 0, theme_.line + theme_.Px(kGrid));
   ApplyTheme(window_, theme_);
 }
 
 void RowList::Draw(const app::Control& control) {
-  const std::string_view loose = control.LooseText();
-  const std::wstring invitation = platform::ToWide(control.invitation);
-  if (loose != loose_ || list_.rows != control.rows || list_.shown != control.shown ||
-      invitation != invitation_) {
-    list_.rows = control.rows;
-    list_.shown = control.shown;
-    loose_ = loose;
-    invitation_ = invitation;
-    SendMessageW(window_, LB_SETCOUNT, list_.rows.size() + (loose_.empty() ? 0 : 1), 0);
+  if (!list_.HasLinesOf(control) || list_.invitation != control.invitation) {
+    list_ = control;
+    Send(window_, LB_SETCOUNT, list_.Lines());
     InvalidateRect(window_, nullptr, TRUE);
   }
-  const int marked = loose.empty() ? control.listIndex : static_cast<int>(list_.rows.size());
-  if (SendMessageW(window_, LB_GETCURSEL, 0, 0) != marked) {
-    SendMessageW(window_, LB_SETCURSEL, static_cast<WPARAM>(marked), 0);
+  if (Send(window_, LB_GETCURSEL) != control.SelectedLine()) {
+    Send(window_, LB_SETCURSEL, control.SelectedLine());
   }
 }
 
 int RowList::Selected() const {
-  const auto row = static_cast<int>(SendMessageW(window_, LB_GETCURSEL, 0, 0));
+  const auto row = static_cast<int>(Send(window_, LB_GETCURSEL));
   return row < static_cast<int>(list_.rows.size()) ? row : -1;
-}
-
-std::wstring RowList::TextAt(std::size_t row) const {
-  return platform::ToWide(row < list_.rows.size() ? list_.LineAt(row) : app::RowLine(loose_));
 }
 
 // The system's list has no texts to find a row by, or to read one out.
@@ -69,7 +60,7 @@ std::optional<LRESULT> RowList::Handle(UINT message, WPARAM wide, LPARAM data) {
       PaintRow(*reinterpret_cast<const DRAWITEMSTRUCT*>(data));
       return TRUE;
     case WM_PAINT:
-      if (list_.rows.empty() && loose_.empty()) {
+      if (list_.Lines() == 0) {
         const LRESULT result = DefSubclassProc(window_, message, wide, data);
         PaintInvitation();
         return result;
@@ -78,7 +69,7 @@ std::optional<LRESULT> RowList::Handle(UINT message, WPARAM wide, LPARAM data) {
     case WM_MOUSEMOVE:
       if (const std::size_t row = RowAt({GET_X_LPARAM(data), GET_Y_LPARAM(data)}); row != under_) {
         under_ = row;
-        SendMessageW(tips_, TTM_POP, 0, 0);
+        Send(tips_, TTM_POP);
       }
       break;
     case WM_LBUTTONUP:
@@ -101,10 +92,10 @@ std::optional<LRESULT> RowList::Handle(UINT message, WPARAM wide, LPARAM data) {
       break;
     case LB_GETTEXTLEN:
     case LB_GETTEXT: {
-      if (wide >= list_.rows.size() + (loose_.empty() ? 0 : 1)) {
+      if (wide >= list_.Lines()) {
         return LB_ERR;
       }
-      const std::wstring text = TextAt(wide);
+      const std::wstring text = platform::ToWide(list_.LineAt(wide));
       if (message == LB_GETTEXT) {
         std::copy_n(text.c_str(), text.size() + 1, reinterpret_cast<wchar_t*>(data));
       }
@@ -130,8 +121,8 @@ void RowList::FindTyped(wchar_t character) {
   for (std::size_t i = 0; i < count; ++i) {
     const std::size_t row = (from + i) % count;
     if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE,
-                       TextAt(row).substr(0, typed_.size()).c_str(), -1, typed_.c_str(),
-                       -1) == CSTR_EQUAL) {
+                       platform::ToWide(list_.LineAt(row)).substr(0, typed_.size()).c_str(), -1,
+                       typed_.c_str(), -1) == CSTR_EQUAL) {
       return Choose(row);
     }
   }
@@ -139,14 +130,13 @@ void RowList::FindTyped(wchar_t character) {
 
 // As the user does.
 void RowList::Choose(std::size_t row) const {
-  SendMessageW(window_, LB_SETCURSEL, row, 0);
-  SendMessageW(GetParent(window_), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window_), LBN_SELCHANGE),
-               reinterpret_cast<LPARAM>(window_));
+  Send(window_, LB_SETCURSEL, row);
+  Send(GetParent(window_), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window_), LBN_SELCHANGE), window_);
 }
 
 std::size_t RowList::RowAt(POINT place) const {
   const auto found =
-      static_cast<DWORD>(SendMessageW(window_, LB_ITEMFROMPOINT, 0, MAKELPARAM(place.x, place.y)));
+      static_cast<DWORD>(Send(window_, LB_ITEMFROMPOINT, 0, MAKELPARAM(place.x, place.y)));
   return HIWORD(found) != 0 ? list_.rows.size()
                             : std::min<std::size_t>(LOWORD(found), list_.rows.size());
 }
@@ -177,10 +167,10 @@ RECT RowList::ButtonPlace(const RECT& row, std::size_t button) const {
 const app::MenuItem* RowList::ButtonAt(POINT place) const {
   const std::size_t at = RowAt(place);
   RECT row{};
-  SendMessageW(window_, LB_GETITEMRECT, at, reinterpret_cast<LPARAM>(&row));
+  Send(window_, LB_GETITEMRECT, at, &row);
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
     const RECT button = ButtonPlace(row, i);
-    if (at < list_.rows.size() && !list_.rows[at].hint && PtInRect(&button, place) != 0) {
+    if (at < list_.rows.size() && !list_.IsHint(at) && PtInRect(&button, place) != 0) {
       return buttons_[i];
     }
   }
@@ -189,8 +179,7 @@ const app::MenuItem* RowList::ButtonAt(POINT place) const {
 
 POINT RowList::MenuPlace() const {
   RECT row{};
-  SendMessageW(window_, LB_GETITEMRECT, static_cast<WPARAM>(std::max(0, Selected())),
-               reinterpret_cast<LPARAM>(&row));
+  Send(window_, LB_GETITEMRECT, std::max(0, Selected()), &row);
   POINT place{row.left + theme_.Px(kPageMargin), row.bottom};
   ClientToScreen(window_, &place);
   return place;
@@ -202,29 +191,26 @@ std::wstring RowList::HelpUnderMouse() const {
 
 void RowList::PaintInvitation() const {
   const HDC context = GetDC(window_);
-  RECT area{};
-  GetClientRect(window_, &area);
+  RECT area = ClientArea(window_);
   InflateRect(&area, -theme_.Px(kPageMargin), -theme_.Px(kPageMargin));
-  Words(context, invitation_, area, theme_.body.get(), theme_.colours.muted,
+  Words(context, platform::ToWide(list_.invitation), area, theme_.body.get(), theme_.colours.muted,
         DT_LEFT | DT_WORDBREAK | DT_NOPREFIX);
   ReleaseDC(window_, context);
 }
 
 // "name (file)" with the file quieter, and a sentence for the user as one.
 void RowList::PaintRow(const DRAWITEMSTRUCT& item) const {
-  if (item.itemID > list_.rows.size() || (item.itemID == list_.rows.size() && loose_.empty())) {
+  if (item.itemID >= list_.Lines()) {
     return;
   }
-  const bool hint = item.itemID < list_.rows.size() && list_.rows[item.itemID].hint;
+  const bool hint = list_.IsHint(item.itemID);
   const bool selected = (item.itemState & ODS_SELECTED) != 0 && !hint;
-  const Brush ground(CreateSolidBrush(selected ? theme_.colours.accentWash : theme_.colours.card));
-  FillRect(item.hDC, &item.rcItem, ground.get());
+  Fill(item.hDC, item.rcItem, selected ? theme_.colours.accentWash : theme_.colours.card);
   RECT box = item.rcItem;
   if (selected) {
     RECT mark = box;
     mark.right = mark.left + theme_.Px(3);
-    const Brush accent(CreateSolidBrush(theme_.colours.accent));
-    FillRect(item.hDC, &mark, accent.get());
+    Fill(item.hDC, mark, theme_.colours.accent);
   }
   for (std::size_t i = 0; i < buttons_.size() && !hint; ++i) {
     RECT button = ButtonPlace(item.rcItem, i);
@@ -233,7 +219,7 @@ void RowList::PaintRow(const DRAWITEMSTRUCT& item) const {
     DrawIcon(item.hDC, buttons_[i]->icon, button, theme_.colours.accent);
   }
   box.left += theme_.Px(kGrid + 2);
-  const std::wstring text = TextAt(item.itemID);
+  const std::wstring text = platform::ToWide(list_.LineAt(item.itemID));
   const std::size_t split = hint ? std::wstring::npos : text.find(L" (");
   const std::wstring name = text.substr(0, split);
   const Font& font = hint ? theme_.small : selected ? theme_.bold : theme_.body;

@@ -13,36 +13,34 @@
 
 namespace tonadex::shell {
 
-// A list of rows that we hold and paint, any number of them, in the system's list box.
+// The system's list box, which stores no rows: it is painted from the model's, even millions.
 class RowList {
  public:
   RowList(HWND parent, int id, const Theme& theme);
 
-  // Those entries that have an icon become buttons at the end of each row, which is selected when
-  // one is pressed.
+  // Shows the entries that have an icon as buttons on each row. Pressing one selects its row.
   void SetButtons(std::span<const app::MenuItem> menu,
                   std::function<void(const app::MenuItem&)> press);
 
   HWND window() const { return window_; }
-  // Rows and selection as the model has them; its loose text stands below them, marked.
+  // Shows the lines and the selection of the control.
   void Draw(const app::Control& control);
   void ThemeChanged();
-  // The model's row, -1 for none.
+  // The selected row, -1 for none.
   int Selected() const;
   // Selects the row at a place of the window, as a click does.
   void SelectAt(POINT place);
   // Where a menu on the selected row begins, on the screen.
   POINT MenuPlace() const;
-  // What the tooltip says of the row under the mouse; it is closed when the mouse leaves the row.
+  // The tooltip of the row under the mouse; it closes when the mouse leaves the row.
   std::wstring HelpUnderMouse() const;
   void SetTips(HWND tips) { tips_ = tips; }
 
  private:
   std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
-  std::wstring TextAt(std::size_t row) const;
   void FindTyped(wchar_t character);
   void Choose(std::size_t row) const;
-  std::size_t RowAt(POINT place) const;  // as many as there are where there is none
+  std::size_t RowAt(POINT place) const;  // the number of rows if there is none
   RECT ButtonPlace(const RECT& row, std::size_t button) const;
   const app::MenuItem* ButtonAt(POINT place) const;
   void PaintRow(const DRAWITEMSTRUCT& item) const;
@@ -50,9 +48,7 @@ class RowList {
 
   HWND window_;
   const Theme& theme_;
-  app::Control list_;  // its rows alone
-  std::string loose_;
-  std::wstring invitation_;
+  app::Control list_;  // as drawn
   std::vector<const app::MenuItem*> buttons_;
   std::function<void(const app::MenuItem&)> press_;
   std::wstring typed_;  // of a row's beginning

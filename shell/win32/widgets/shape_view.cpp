@@ -58,8 +58,7 @@ std::optional<LRESULT> ShapeView::Handle(UINT message, LPARAM lParam) {
       return 1;
     case WM_SIZE:
       Update();
-      InvalidateRect(window_, nullptr, FALSE);
-      return 0;
+      [[fallthrough]];
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       InvalidateRect(window_, nullptr, FALSE);
@@ -78,11 +77,7 @@ std::optional<LRESULT> ShapeView::Handle(UINT message, LPARAM lParam) {
 
 void ShapeView::Paint() {
   const BufferedPaint paint(window_);
-  const RECT area = paint.area();
-  FillRect(paint.get(), &area, GroundUnder(window_, paint.get()));
-  const bool focus = GetFocus() == window_;
-  RoundedBox(paint.get(), area, theme_.Px(kRadius), theme_.colours.card,
-             focus ? theme_.colours.accent : theme_.colours.border, theme_.Px(focus ? 2 : 1));
+  PaintCard(window_, paint.get(), theme_);
   for (const app::Shape& shape : picture_) {
     PaintShape(paint.get(), shape);
   }

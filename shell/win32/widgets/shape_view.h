@@ -11,7 +11,7 @@
 
 namespace tonadex::shell {
 
-// A picture made of shapes on a card. A click tells the parent as that of a button does.
+// A picture of shapes on a card. A click sends BN_CLICKED to the parent, as a button does.
 class ShapeView {
  public:
   using Source = std::function<app::Picture(double width, double height)>;
@@ -19,9 +19,9 @@ class ShapeView {
   ShapeView(HWND parent, int id, const Theme& theme);
 
   HWND window() const { return window_; }
-  // What the last click hit.
+  // The `hit` of the shape that was clicked last, -1 for none.
   int Hit() const { return hit_; }
-  // Draws it anew where it changed. `spoken`: what it shows, for screen readers.
+  // Repaints the picture if it has changed. `spoken` describes it to screen readers (Windows-1252).
   void SetPicture(const Source& source, std::string_view spoken);
 
  private:
