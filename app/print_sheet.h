@@ -11,6 +11,10 @@ namespace tonadex::app {
 
 inline constexpr std::string_view kSheetTemplate = "print.rtf";  // in the program folder
 
+// Without any printer the sheet is saved among the user's documents: the path follows these words.
+inline constexpr std::string_view kNoPrinter =
+    "No hay ninguna impresora predeterminada.\r\nLa hoja est\xE1 guardada en:\r\n";
+
 // What the sheet shows, Windows-1252.
 struct SheetValues {
   std::string title;         // the melody's row

@@ -15,6 +15,7 @@
 #include <algorithm>
 
 #include "app/pdf.h"
+#include "app/print_sheet.h"
 #include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -29,8 +30,6 @@ namespace {
 using core::literals::operator""_w;
 
 constexpr auto kDocumentName = "Tonadex";
-constexpr std::string_view kNoPrinter =
-    u8"No hay ninguna impresora predeterminada.\r\nLa hoja está guardada en:\r\n"_w;
 constexpr int kPdfDotsPerInch = 1200;
 constexpr int kTwipsPerPoint = 20;
 constexpr int kSmallestText = 1440;  // twips; minimum width and height between the margins
@@ -172,7 +171,7 @@ void SaveNewPdf(const QString& name, const std::string& bytes) {
   if (result == files::CreateResult::kFailed) {
     Fail(u8"no se puede escribir el fichero «"_w, path);
   }
-  std::string text(kNoPrinter);
+  std::string text(app::kNoPrinter);
   text += FromQString(QDir::toNativeSeparators(path));
   core::MsgBox(text, core::Icon::kInformation);
 }

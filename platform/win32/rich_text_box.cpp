@@ -1,6 +1,7 @@
 #include "platform/win32/rich_text_box.h"
 
 #include <richedit.h>
+#include <shlobj.h>
 #include <winspool.h>
 
 #include <algorithm>
@@ -8,9 +9,14 @@
 #include <string>
 #include <utility>
 
+#include "app/pdf.h"
+#include "app/print_sheet.h"
+#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
+#include "files/paths.h"
 #include "files/read.h"
+#include "files/write.h"
 #include "platform/win32/rich_edit.h"
 #include "platform/win32/send.h"
 #include "platform/win32/wide_text.h"
@@ -26,18 +32,42 @@ constexpr int kTwipsPerInch = 1440;
 constexpr int kUnitsPerPoint = 20;  // of the pages of shapes
 constexpr UINT kUtf16 = 1200;       // number of the code page
 
+constexpr std::string_view kNoAnswer = "la impresora no responde";
+
+// "" when there is no printer.
+std::wstring DefaultPrinter() {
+  DWORD size = 0;
+  GetDefaultPrinterW(nullptr, &size);
+  std::wstring name(size, L'\0');
+  return size != 0 && GetDefaultPrinterW(name.data(), &size) != 0 ? name : std::wstring();
+}
+
+// Saves the sheet in the user's documents folder under a name that is still free.
+void SaveSheet(std::string_view name, std::string_view extension, std::string_view bytes) {
+  wchar_t* documents = nullptr;
+  SHGetKnownFolderPath(FOLDERID_Documents, KF_FLAG_CREATE, nullptr, &documents);
+  const std::filesystem::path folder(documents == nullptr ? L"" : documents);
+  CoTaskMemFree(documents);
+  std::filesystem::path file;
+  auto result = files::CreateResult::kExists;
+  for (int number = 1; result == files::CreateResult::kExists; ++number) {
+    const std::string again = number == 1 ? "" : " (" + std::to_string(number) + ")";
+    file = folder / ToWide(std::string(name) + again + std::string(extension));
+    result = files::Create(file, bytes);
+  }
+  if (result == files::CreateResult::kFailed) {
+    throw RunTimeError(ErrorNumber::kDeviceFailure,
+                       "no se puede escribir el fichero " + files::TextFromPath(file));
+  }
+  core::MsgBox(std::string(app::kNoPrinter) + files::TextFromPath(file), core::Icon::kInformation);
+}
+
 class PrinterContext {
  public:
-  PrinterContext() {
-    DWORD size = 0;
-    GetDefaultPrinterW(nullptr, &size);
-    std::wstring name(size, L'\0');
-    if (size != 0 && GetDefaultPrinterW(name.data(), &size) != 0) {
-      context_ = CreateDCW(L"WINSPOOL", name.c_str(), nullptr, nullptr);
-    }
+  explicit PrinterContext(const std::wstring& name)
+      : context_(CreateDCW(L"WINSPOOL", name.c_str(), nullptr, nullptr)) {
     if (context_ == nullptr) {
-      throw RunTimeError(ErrorNumber::kDeviceFailure,
-                         std::string(u8"no hay ninguna impresora en la que imprimir"_w));
+      throw RunTimeError(ErrorNumber::kDeviceFailure, std::string(kNoAnswer));
     }
   }
   ~PrinterContext() { DeleteDC(context_); }
@@ -92,7 +122,7 @@ void PrintJob(const PrinterContext& printer, const std::wstring& name, const Pag
   good = good && pages();
   good = EndDoc(printer.get()) > 0 && good;
   if (!good) {
-    throw RunTimeError(ErrorNumber::kDeviceFailure, std::string(u8"la impresora no responde"_w));
+    throw RunTimeError(ErrorNumber::kDeviceFailure, std::string(kNoAnswer));
   }
 }
 
@@ -176,12 +206,22 @@ void RichEditBox::SetTextRTF(std::string_view source) {
 }
 
 void RichEditBox::SelPrint(std::string_view name) {
-  const PrinterContext printer;
+  const std::wstring found = DefaultPrinter();
+  if (found.empty()) {
+    SaveSheet(name, ".rtf", TextRTF());
+    return;
+  }
+  const PrinterContext printer(found);
   PrintJob(printer, ToWide(name), [&] { return PrintText(Control(), printer); });
 }
 
 void RichEditBox::PrintPages(const app::Paper& paper, std::string_view name) {
-  const PrinterContext printer;
+  const std::wstring found = DefaultPrinter();
+  if (found.empty()) {
+    SaveSheet(name, ".pdf", app::PdfFile(paper));
+    return;
+  }
+  const PrinterContext printer(found);
   PrintJob(printer, ToWide(name), [&] {
     return std::ranges::all_of(paper.pages, [&](const app::Picture& page) {
       if (StartPage(printer.get()) <= 0) {
