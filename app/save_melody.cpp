@@ -126,15 +126,15 @@ std::string FileStem(std::string_view row) {
   return !name.empty() && net::IsSafeFileName(name + ".x") ? name : "melodia";
 }
 
+std::string SheetTitle(std::string_view rtttl, std::string_view phone, std::string_view tempo) {
+  std::string title(core::Trim(rtttl.substr(0, rtttl.find(':'))));
+  title.append(phone.empty() ? "" : ", para ").append(phone);
+  return title.append(tempo.empty() ? "" : ", tempo ").append(tempo);
+}
+
 std::string SheetPdf(std::string_view rtttl, std::string_view model) {
-  core::RecordingMessages unread;
-  const core::ScopedMessageSink sink(unread);
   core::RTTTLMelody melody;
-  core::InitMelody(melody, {});
-  melody.Text = rtttl;
-  const std::string name(rtttl.substr(0, rtttl.find(':')));
-  phones::NoSaveFile none;
-  const auto page = phones::ConvertSelectedMelody(melody, model, name, none).page;
+  const auto page = phones::ConvertQuietly(melody, rtttl, model);
   const std::string result =
       page && phones::FindFormat(model) != nullptr ? page->result : std::string(rtttl);
   const phones::Keypad* keypad = phones::FindKeypad(model);
@@ -142,7 +142,7 @@ std::string SheetPdf(std::string_view rtttl, std::string_view model) {
       keypad == nullptr ? StepsOf(result) : phones::TypingSteps(model, result, melody);
   const phones::CatalogueRow* phone = phones::FindModel(model);
   return PdfFile(
-      LayOutTypingSheet({name + (phone == nullptr ? "" : ", para " + std::string(phone->brand)),
+      LayOutTypingSheet({SheetTitle(rtttl, phone == nullptr ? "" : phone->brand, melody.Beats),
                          keypad, steps, MelodyDrawing(std::string(rtttl), std::string(model))}));
 }
 

@@ -12,6 +12,9 @@ namespace tonadex::app {
 // the file. A box says before what the file cannot hold, or why there is none.
 void SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl, std::string_view model);
 
+// "El Vals, para Nokia, tempo 140": the tempo is set on the phone by hand. Leaves out what is "".
+std::string SheetTitle(std::string_view rtttl, std::string_view phone, std::string_view tempo);
+
 // The melody on a sheet, with what the model needs to be typed, as the bytes of a PDF file.
 std::string SheetPdf(std::string_view rtttl, std::string_view model);
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <iterator>
 #include <optional>
-#include <ranges>
 #include <utility>
 #include <vector>
 
@@ -62,9 +62,11 @@ std::vector<int> Numbers(std::string_view text) {
   return numbers;
 }
 
-auto KeptControls() {
-  return std::views::filter(Controls(),
-                            [](const ControlInfo& info) { return !info.kept.name.empty(); });
+std::vector<ControlInfo> KeptControls() {
+  std::vector<ControlInfo> kept;
+  std::ranges::copy_if(Controls(), std::back_inserter(kept),
+                       [](const ControlInfo& info) { return !info.kept.name.empty(); });
+  return kept;
 }
 
 // Length that two intervals share.

@@ -90,4 +90,14 @@ Conversion ConvertSelectedMelody(core::RTTTLMelody& melody, std::string_view mod
   return conversion;
 }
 
+std::optional<ConversionPage> ConvertQuietly(core::RTTTLMelody& melody, std::string_view rtttl,
+                                             std::string_view model) {
+  core::RecordingMessages unread;
+  const core::ScopedMessageSink sink(unread);
+  core::InitMelody(melody, {});
+  melody.Text = rtttl;
+  NoSaveFile none;
+  return ConvertSelectedMelody(melody, model, "", none).page;
+}
+
 }  // namespace tonadex::phones

@@ -69,4 +69,8 @@ struct Conversion {
 Conversion ConvertSelectedMelody(core::RTTTLMelody& melody, std::string_view model,
                                  std::string_view row, SaveFileQuestion& ask);
 
+// Converts a text without messages or questions; `melody` is the record as the conversion left it.
+std::optional<ConversionPage> ConvertQuietly(core::RTTTLMelody& melody, std::string_view rtttl,
+                                             std::string_view model);
+
 }  // namespace tonadex::phones

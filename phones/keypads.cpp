@@ -6,6 +6,7 @@
 
 #include "core/windows1252.h"
 #include "phones/catalogue.h"
+#include "phones/formats.h"
 
 namespace tonadex::phones {
 namespace {
@@ -81,6 +82,11 @@ const Keypad* FindKeypad(std::string_view model) {
   const auto found =
       std::ranges::find(kKeypads, phone == nullptr ? "" : phone->code, &Keypad::code);
   return found == kKeypads.end() ? nullptr : &*found;
+}
+
+std::string_view TypedModel(std::string_view model) {
+  const CatalogueRow* phone = FindModel(model);
+  return phone != nullptr && phone->code == kComposerCode ? " Pulsaciones" : model;
 }
 
 const KeypadKey* FindKey(const Keypad& keypad, char sign) {

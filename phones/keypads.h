@@ -24,6 +24,10 @@ struct Keypad {
 // The keypad of a model, compared exactly; nullptr when its result is not keys to press.
 const Keypad* FindKeypad(std::string_view model);
 
+// The model that gives the keys for typing what `model` gives: the Nokia's keys for what its
+// composer shows, otherwise the model itself.
+std::string_view TypedModel(std::string_view model);
+
 // The key for a character of the result; nullptr when there is none.
 const KeypadKey* FindKey(const Keypad& keypad, char sign);
 

@@ -122,23 +122,15 @@ Piece Entity(std::string_view text) {
   struct Name {
     std::string_view name, plain;
   };
-  constexpr auto kNames = std::to_array<Name>({{"amp", "&"},
-                                               {"quot", "\""},
-                                               {"apos", "'"},
-                                               {"lt", "<"},
-                                               {"gt", ">"},
-                                               {"nbsp", " "},
-                                               {"num", "#"},
-                                               {"sharp", "#"},
-                                               {"flat", "b"},
-                                               {"colon", ":"},
-                                               {"aacute", u8"á"_w},
-                                               {"eacute", u8"é"_w},
-                                               {"iacute", u8"í"_w},
-                                               {"oacute", u8"ó"_w},
-                                               {"uacute", u8"ú"_w},
-                                               {"ntilde", u8"ñ"_w},
-                                               {"uuml", u8"ü"_w}});
+  constexpr auto kNames = std::to_array<Name>(
+      {{"amp", "&"},        {"quot", "\""},      {"apos", "'"},       {"ldquo", "\""},
+       {"rdquo", "\""},     {"bdquo", "\""},     {"laquo", "\""},     {"raquo", "\""},
+       {"lsquo", "'"},      {"rsquo", "'"},      {"ndash", "-"},      {"mdash", "-"},
+       {"minus", "-"},      {"hellip", " "},     {"bull", " "},       {"comma", ","},
+       {"equals", "="},     {"period", "."},     {"lt", "<"},         {"gt", ">"},
+       {"nbsp", " "},       {"num", "#"},        {"sharp", "#"},      {"flat", "b"},
+       {"colon", ":"},      {"aacute", u8"á"_w}, {"eacute", u8"é"_w}, {"iacute", u8"í"_w},
+       {"oacute", u8"ó"_w}, {"uacute", u8"ú"_w}, {"ntilde", u8"ñ"_w}, {"uuml", u8"ü"_w}});
   const std::size_t end = text.substr(0, kLongestEntity).find(';');
   if (end == text.npos) {
     return {};

@@ -4,7 +4,6 @@
 #include <array>
 #include <optional>
 
-#include "core/message_box.h"
 #include "core/rtttl.h"
 #include "core/text.h"
 #include "core/windows1252.h"
@@ -107,13 +106,8 @@ std::string ExampleResult(std::string_view model) {
   if (FindModel(model) == nullptr || SavesFile(model)) {
     return {};
   }
-  core::RecordingMessages unread;
-  const core::ScopedMessageSink sink(unread);
   core::RTTTLMelody melody;
-  core::InitMelody(melody, {});
-  melody.Text = kExample;
-  NoSaveFile question;
-  const auto page = ConvertSelectedMelody(melody, model, "x", question).page;
+  const auto page = ConvertQuietly(melody, kExample, model);
   return page ? std::string(core::Trim(page->result)) : std::string();
 }
 

@@ -93,7 +93,7 @@ std::vector<Header> FindHeaders(std::string_view text) {
 bool GoesOn(std::string_view line) {
   std::ptrdiff_t notes = 0;
   std::ptrdiff_t words = 0;
-  core::ForEachPiece(line, ",;| \t", [&](std::string_view piece) {
+  core::ForEachPiece(line, ",;| \t\"'", [&](std::string_view piece) {
     if (IsNote(piece)) {
       ++notes;
     } else if (piece.find_first_not_of("0123456789#.") != piece.npos) {

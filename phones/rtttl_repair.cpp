@@ -201,7 +201,7 @@ class NoteWriter {
         return;
       }
       empty = false;
-      if (IsNote(item) && (IsNote(word) || BeginsNote(item, word))) {
+      if (IsNote(item) && (IsNote(core::Trim(word, "\"'")) || BeginsNote(item, word))) {
         AddItem(std::exchange(item, {}));
         ++parted_;
       }

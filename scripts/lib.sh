@@ -15,7 +15,7 @@ test_packages=(
   "${test_libraries[@]}"
   xvfb xauth xdotool xclip
   cups cups-client cups-filters poppler-utils
-  timidity gammu procps openssl postgresql
+  gammu procps openssl postgresql
   python3-jsonschema python3-selenium chromium chromium-driver
   appstream desktop-file-utils man-db shared-mime-info
 )

@@ -331,7 +331,8 @@ void RepertoirePage::RefreshRepertoire() {
   copyButton.enabled = !stale && !textresultado.text.empty() && !phones::SavesFile(result_.model);
   saveAsButton.enabled = selected && !line_.empty();
   teclearButton.enabled = teclearButton.checked =
-      !stale && !textresultado.text.empty() && phones::FindKeypad(result_.model) != nullptr;
+      !stale && !textresultado.text.empty() &&
+      phones::FindKeypad(phones::TypedModel(result_.model)) != nullptr;
   picconvertir.checked = !teclearButton.checked;
 }
 
@@ -672,11 +673,9 @@ void RepertoirePage::ConvertSelectedMelody() {
     texttempo.text = page->tempo;
     last_ = file;
     line_ = line;
-    const Program& program = state_.program;
-    result_ = {row,          program.gPhoneModel,
-               page->result, program.gMelody,
-               shown,        file,
-               line,         NoteGroups(program.gPhoneModel, page->result, program.gMelody)};
+    const std::string& model = state_.program.gPhoneModel;
+    result_ = {row,  model, shown,
+               file, line,  NoteGroups(model, page->result, state_.program.gMelody)};
   }
 }
 

@@ -49,7 +49,7 @@ constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no
 constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
-constexpr int kTempoWidth = 96, kLowestNotes = 44, kLowestDrawing = 56;
+constexpr int kTempoWidth = 96, kLowestNotes = 44, kTwoRows = 60, kLowestDrawing = 56;
 constexpr int kLeastCard = 504, kLeastSide = 280, kLowestNews = 48, kLowestChanges = 80,
               kWidestSide = 600, kWidestNews = 480;
 
@@ -211,7 +211,7 @@ Part StartPage::Layout(bool wide) {
       notes(&F::labelformatortttl, &F::txtrtttlsube),
       Row({The(&F::rtttlCheckLabel).Weight(1), The(&F::repairButton), The(&F::undoRepairButton)}),
       The(&F::repairLabel),
-      The(&F::repairList).Weight(2).Heights(kLowestNotes),
+      The(&F::repairList).Weight(2).Heights(kTwoRows),
       The(&F::repairNotices).Weight(8).Heights(kLowestChanges),
       Row({Stretch(), The(&F::cancelRepairButton), The(&F::applyRepairButton)}).Wraps(),
       view(&F::rtttlView, look::kLowestView),
@@ -472,6 +472,7 @@ void StartPage::repairButton_Click() {
                             : std::string(kChangesFound);
   repairList.Select(0);
   repairList_Click();
+  state_.focusNext = repairs_.size() > 1 ? &F::repairList : &F::applyRepairButton;
 }
 
 void StartPage::repairList_Click() {
@@ -482,19 +483,21 @@ void StartPage::repairList_Click() {
 
 void StartPage::applyRepairButton_Click() {
   if (auto* repair = repairList.SelectedOf(repairs_)) {
-    ReplaceRtttl(std::move(repair->text));
+    EditRtttl(std::move(repair->text));
+    state_.focusNext = saveRtttl.enabled ? &F::saveRtttl : &F::txtrtttlsube;
   }
 }
 
 void StartPage::EditRtttl(std::string text) {
-  ReplaceRtttl(std::move(text));
   state_.focusNext = &F::txtrtttlsube;
-}
-
-void StartPage::ReplaceRtttl(std::string text) {
   std::string before = txtrtttlsube.text;
   SetRtttl(std::move(text));
   unrepaired_ = before == txtrtttlsube.text ? std::string() : std::move(before);
+}
+
+void StartPage::cancelRepairButton_Click() {
+  repairs_.clear();
+  state_.focusNext = &F::txtrtttlsube;
 }
 
 void StartPage::undoRepairButton_Click() {

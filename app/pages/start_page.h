@@ -37,7 +37,7 @@ class StartPage {
   void repairButton_Click();
   void repairList_Click();  // several melodies were pasted: which one
   void applyRepairButton_Click();
-  void cancelRepairButton_Click() { repairs_.clear(); }
+  void cancelRepairButton_Click();
   void undoRepairButton_Click();
   // Lists what came to the server last, once.
   void newsTimer_Timer();
@@ -89,7 +89,6 @@ class StartPage {
 
  private:
   void SetRtttl(std::string text);
-  void ReplaceRtttl(std::string text);
 
   std::vector<phones::RepairedMelody> repairs_;  // proposed; empty when nothing is
   std::string unrepaired_;                       // what the box held before; "" for nothing

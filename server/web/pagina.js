@@ -419,12 +419,12 @@ async function convert() {
 }
 
 function showConversion() {
-  const row = form(), { resultado, pasos, mensajes, avisos } = conversion;
+  const row = form(), { resultado, pasos, mensajes, avisos, tempo } = conversion;
   $('r-titulo').textContent = 'Para ' + phone.nombre;
   $('r-entrada').textContent = row.entrada;
   // A file result is just saved: the program's questions about where to save do not apply here.
   $('r-mensajes').textContent = row.clase === 'fichero' ? '' : mensajes.join(' ');
-  $('r-avisos').textContent = avisos.replace(/\r\n/g, '\n').trim();
+  $('r-avisos').textContent = avisos.replace(/\r\n/g, '\n').trim() + (tempo && '\nTempo: ' + tempo);
   $('teclear').hidden = pasos.length === 0;
   $('copiar').hidden = $('resultado').hidden = !resultado;
   $('imprimir').hidden = !resultado;
@@ -582,7 +582,7 @@ function showStep() {
     : step.teclas.map((key) => el('span', {}, el('b', { textContent: key.tecla }), pressed(key))));
   $('g-palabras').textContent = step.palabras;
   const next = steps().slice(at + 1, at + 4).map((other) => el('span', { textContent: other.grupo || '–' }));
-  $('g-despues').replaceChildren(next.length ? 'Después ' : 'Es el último grupo.', ...next);
+  $('g-despues').replaceChildren(next.length ? 'Después ' : `Es el último grupo. Tempo: ${conversion.tempo}`, ...next);
   $('g-pantalla').hidden = !step.pantalla;
   $('g-pantalla').lastElementChild.textContent = step.pantalla || '';
   $('g-teclado').replaceChildren(...form().teclado.teclas.map((key) => {
@@ -647,6 +647,7 @@ function listen() {
   on('p-abrir', 'click', () => $('fichero').click());
   on('fichero', 'change', (event) => { openFile(event.target.files[0]); event.target.value = ''; });
   on('tocar', 'click', () => sounding ? stop() : play());
+  on('aviso', 'click', () => say(''));
   on('c-busca', 'click', () => $('texto').focus());
   for (const id of ['movil', 'r-movil', 'c-movil']) on(id, 'click', askPhone);
   on('m-texto', 'input', listPhones);

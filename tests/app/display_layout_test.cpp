@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "tests/core/table.h"
+#include "tests/core/test_melody.h"
 
 namespace tonadex::app {
 namespace {
@@ -95,34 +96,18 @@ TEST(DisplayLayout, CopiesTheResultAndNotItsLayout) {
   }
 }
 
-// One letter per move: Previous, Next, Up, Down, line Begin, line End, First, Last.
+// One letter per move, then the group that is marked: Previous, Next, Up, Down, line Begin, line
+// End, First, Last.
 TEST(DisplayLayout, TheMarkMovesFromGroupToGroup) {
-  // 0 1 2 / 3 / 4 5
-  const DisplayText shown = Shown("aa bb cc\nd\nee ff", false, 40);
-  ASSERT_EQ(shown.groups.size(), 6U);
+  const DisplayText shown = Shown("aa bb cc\nd\nee ff", false, 40);  // 0 1 2 / 3 / 4 5
   const std::string_view letters = "PNUDBEFL";
-  for (const auto& [moves, want] : {std::pair{"N", 0},
-                                    {"P", 5},
-                                    {"D", 0},
-                                    {"NP", 0},
-                                    {"NNN", 2},
-                                    {"LN", 5},
-                                    {"NND", 3},
-                                    {"NNDD", 4},
-                                    {"LU", 3},
-                                    {"LUU", 0},
-                                    {"FU", 0},
-                                    {"LD", 5},
-                                    {"FE", 2},
-                                    {"FEB", 0},
-                                    {"LB", 4},
-                                    {"FED", 3},
-                                    {"FDDEUL", 5}}) {
+  for (const std::string_view moves : core::SplitText(
+           "N0 P5 D0 NP0 NNN2 LN5 NND3 NNDD4 LU3 LUU0 FU0 LD5 FE2 FEB0 LB4 FED3 FDDEUL5", ' ')) {
     int marked = -1;
-    for (const char letter : std::string_view(moves)) {
+    for (const char letter : moves.substr(0, moves.size() - 1)) {
       marked = MovedMark(shown, marked, static_cast<Move>(letters.find(letter)));
     }
-    EXPECT_EQ(marked, want) << moves;
+    EXPECT_EQ(marked, moves.back() - '0') << moves;
   }
   EXPECT_EQ(MovedMark({}, -1, Move::kNext), -1);
 }
@@ -141,10 +126,7 @@ TEST(DisplayLayout, ThePointerMarksTheGroupUnderIt) {
 
 TEST(DisplayLayout, FillsItsPlaceUntilSomeoneChoosesASize) {
   ResultDisplay display = Display();
-  std::string melody;
-  for (int note = 0; note < 200; ++note) {
-    melody += "288** ";
-  }
+  const std::string melody = test::Repeated("288** ", 200);
   EXPECT_EQ(display.ChosenPixelSize(), 0);
   display.SetResult(melody, ResultGroups(melody), true);
   int before = 0;

@@ -114,80 +114,6 @@ TEST(CmdopcionesClick, RestoresTheSavedModel) {
   }
 }
 
-TEST_F(Form1Window, APhoneIsFoundByItsNumberAndSavedOnClosing) {
-  form.cmdopciones_Click();
-  const auto listed = [this] {
-    std::string names;
-    for (const ListRow row : form.modelList.rows) {
-      names.append(names.empty() ? "" : ", ").append(row.text);
-    }
-    return names;
-  };
-  EXPECT_EQ(listed(), "3210, 3310, 3330, 3390, 8250");
-  const std::pair<std::string_view, std::string_view> searches[] = {
-      {"3310", "Nokia 3310"},
-      {"T68", "Ericsson T68m, Ericsson T68u, Ericsson T68i"},
-      {"nokia puls", "Nokia Pulsaciones"},
-      {"v60i", "Motorola v60i"},
-      {"310", ""}};
-  for (const auto& [typed, found] : searches) {
-    form.phoneSearch.text = typed;
-    form.phoneSearch_Change();
-    EXPECT_EQ(listed(), found) << typed;
-  }
-  form.phoneSearch.text = "t68i";
-  form.phoneSearch_Change();
-  form.phoneSearch_Enter();
-  EXPECT_EQ(form.cmbmarcas.text + form.cmbformatos.text, "EricssonT65,T68u,T68i,T300");
-  form.Refresh();
-  EXPECT_EQ(form.modelList.text + form.formatList.text, "Ericsson T68i");
-  EXPECT_TRUE(form.formatList.rows.empty());
-  EXPECT_FALSE(form.keysChoice.visible);
-  form.cmbmarcas.Select(0);
-  form.cmbmarcas_Click();
-  form.modelList.Select(1);
-  form.modelList_Click();
-  form.Refresh();
-  EXPECT_TRUE(form.shownChoice.visible && form.shownChoice.checked && !form.keysChoice.checked);
-  EXPECT_EQ(form.modelList.text, "3310");
-  EXPECT_EQ(form.formatList.rows.size(), 4u);
-  form.formatList.Select(3);
-  form.formatList_Click();
-  form.Refresh();
-  EXPECT_TRUE(form.keysChoice.checked);
-  EXPECT_EQ(form.formatList.text + form.modelList.text, " Pulsaciones");
-  EXPECT_EQ(form.exampleLabel.caption, "Por ejemplo: 18 3 (5)9 0 48#* 199");
-  form.Form_QueryUnload();
-  EXPECT_EQ(test.registry.values["2147483648/tonadex\\/modelo"].data, " Pulsaciones");
-}
-
-TEST_F(Form1Window, MarksSayWhatDoesNotFitThePhone) {
-  std::string notes;
-  for (int i = 0; i < 49; ++i) {
-    notes += "c,";
-  }
-  test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=100:" + notes + "c8,p8,c,d");
-  test.program.gPhoneModel = " Pulsaciones";
-  form.cmdrepertorio_Click();
-  form.List1.Select(0);
-  form.List1_Click();
-  form.Refresh();
-  EXPECT_EQ(form.limitMark.caption, "3 notas no caben");
-  EXPECT_EQ(form.rangeMark.caption, "2 fuera de alcance");
-  EXPECT_TRUE(form.limitMark.visible && form.rangeMark.visible && !form.wordsMark.visible);
-  std::vector<int> shown;
-  for (int i = 0; i < 3; ++i) {
-    form.rangeMark_Click();
-    shown.push_back(form.repertoireDrawing.shown);
-  }
-  EXPECT_EQ(shown, (std::vector{49, 50, -1}));
-  form.limitMark_Click();
-  EXPECT_EQ(form.repertoireDrawing.shown, 50);
-  form.foldButton_Click();
-  form.Refresh();
-  EXPECT_FALSE(form.Textavisos.visible);
-}
-
 TEST_F(Form1Window, TheDisplayFollowsTheMelodyOfItsResultAlone) {
   test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=60:c,p,8e.,c");
   form.cmdrepertorio_Click();
@@ -282,13 +208,9 @@ TEST_F(Form1Window, ListsOneRowForEachFileOfTheRepertoire) {
 
 // The melody is marked as sounding while its message box is open.
 TEST_F(Form1Window, MarksTheMelodyThatSounds) {
-  struct Watch : core::MessageSink {
-    explicit Watch(const Form1& window) : form(window) {}
-    void Show(const core::Message&) override { seen.push_back(form.sounding); }
-    const Form1& form;
-    std::vector<Sounding> seen;
-  } watch(form);
-  const core::ScopedMessageSink sink(watch);
+  std::vector<Sounding> seen;
+  WhileShown look([&](const core::Message&) { seen.push_back(form.sounding); });
+  const core::ScopedMessageSink sink(look);
   test.folder.Write("melodias/vals.120", "Vals:d=4,o=5,b=100:c");
   form.cmdrepertorio_Click();
   form.List1.Select(0);
@@ -298,9 +220,15 @@ TEST_F(Form1Window, MarksTheMelodyThatSounds) {
   form.txtcomponombremelodia.text = "x";
   form.txtmelodiacompo.text = "4c1";
   form.cmdscuchacumpo_Click();
-  EXPECT_EQ(watch.seen,
-            (std::vector{Sounding::kRepertoire, Sounding::kRtttl, Sounding::kComposer}));
+  EXPECT_EQ(seen, (std::vector{Sounding::kRepertoire, Sounding::kRtttl, Sounding::kComposer}));
   EXPECT_EQ(form.sounding, Sounding::kNothing);
+}
+
+TEST_F(Form1Window, ListsFortyOfTheNewestMelodies) {
+  form.cmdinicio_Click();
+  test.http.replies.emplace_back(test::Repeated("a (a.1)498", 41));
+  form.newsTimer_Timer();
+  EXPECT_EQ(form.newsList.rows.size(), 40u);
 }
 
 TEST_F(Form1Window, WarnsBeyondFiftyNotes) {

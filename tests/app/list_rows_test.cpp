@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/form1.h"
+#include "tests/core/test_melody.h"
 #include "tests/support/test_program.h"
 
 namespace {
@@ -54,10 +55,7 @@ TEST(ListRows, AListingNeedsThreeTimesItsSizeBesides) {
   for (const std::string record : {")498", "a (b.c)498", "Melodia (melodia.120)498"}) {
     test::TestProgram test;
     Form1 form(test.program);
-    std::string reply;
-    for (int i = 0; i < 100'000; ++i) {
-      reply += record;
-    }
+    std::string reply = test::Repeated(record, 100'000);
     const std::size_t size = reply.size();
     test.http.replies.emplace_back(std::move(reply));
     const std::size_t before = allocated;

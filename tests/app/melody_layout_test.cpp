@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/core/test_melody.h"
+
 namespace tonadex::app {
 namespace {
 
@@ -29,11 +31,7 @@ std::vector<Box> NotesInView(const MelodyPicture& picture) {
 }
 
 std::string ManyNotes() {
-  std::string notes = "c";
-  for (int i = 0; i < 100; ++i) {
-    notes += ",16c,p,2a#.6";
-  }
-  return notes;
+  return "c" + test::Repeated(",16c,p,2a#.6", 100);
 }
 
 TEST(MelodyPicture, NotesStandInOrderHigherOnesHigherAndNoneOutside) {

@@ -83,6 +83,7 @@ TEST_F(Store, ReplacesNoOtherMelody) {
   const auto binned = store.Delete("Vals.22");
   folder.Write("m/Vals.22", other);
   EXPECT_EQ(store.Restore(binned, "Vals.22"), "Vals 3.22");
+  EXPECT_EQ(store.Rename("Vals 3.24", "Vals 2"), "Vals 2 2.24") << "an equal one stays";
 }
 
 TEST_F(Store, RenamesMelodyAndFile) {

@@ -52,8 +52,16 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
 
   template <Event event>
   void Raise(const Row& row) {
-    const auto handler = HandlerOf(*FindControl(row[0]), event);
-    ASSERT_NE(handler, nullptr);
+    ASSERT_TRUE(Handle(row[0], event));
+  }
+  bool Handle(const std::string& name, Event event) {
+    const auto handler = HandlerOf(*FindControl(name), event);
+    if (handler != nullptr) {
+      Run(handler);
+    }
+    return handler != nullptr;
+  }
+  void Run(Handler handler) {
     const int error = test::ErrorOf([&] { (form.*handler)(); });
     failure_ = error == 0 ? "" : "error " + std::to_string(error) + "\n";
     form.Refresh();
@@ -97,7 +105,6 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
              std::to_string(asked.nFilterIndex);
     });
     add("help", test.shell.help, [](const auto& file) { return file.string(); });
-    times("events", test.shell.doEvents);
     times("saved", test.registry.writes);
     times("end", test.shell.ends);
     core::ReplaceAll(effects, "http://servidor", "");
@@ -123,7 +130,9 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
           {"clipboard", test.shell.clipboard},
           {"faults", Faults()},
           {"count", form.composerCheck.sentence},
-          {"repertoire notes", std::to_string(form.repertoireDrawing.notes.size())}};
+          {"events", std::to_string(test.shell.doEvents)},
+          {"repertoire notes", std::to_string(form.repertoireDrawing.notes.size())},
+          {"marked note", std::to_string(form.repertoireDrawing.shown)}};
       return values.at(name);
     }
     const Control& control = Named(name.substr(0, dot));
@@ -139,9 +148,7 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
                                               {"caption", control.caption},
                                               {"address", control.address},
                                               {"invitation", control.invitation},
-                                              {"visible", control.visible ? "yes" : "no"},
                                               {"index", std::to_string(control.listIndex)},
-                                              {"enabled", control.enabled ? "yes" : "no"},
                                               {"shown", shown},
                                               {"help", help},
                                               {"rows", rows}}
@@ -170,15 +177,34 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
     form.txtcompoTempo.text = row[1];
     form.txtmelodiacompo.text = row[2];
     form.lblMsg.caption = "before";
+    Run(&Form1::txtmelodiacompo_Change);
   }
-  void Type(const Row& row) { Named(row[0]).text = core::FromUtf8(row[1]); }
-  void Select(const Row& row) { Named(row[0]).Select(std::stoi(row[1])); }
+  void Type(const Row& row) {
+    Named(row[0]).text = core::FromUtf8(row[1]);
+    Handle(row[0], Event::kChange);
+  }
+  void Select(const Row& row) {
+    Named(row[0]).Select(std::stoi(row[1]));
+    Handle(row[0], Event::kClick);
+  }
+  template <bool Control::*flag, bool want>
+  void Expect(const Row& row) {
+    for (const std::string_view name : core::SplitText(row[0], ' ')) {
+      EXPECT_EQ(Named(std::string(name)).*flag, want) << name;
+    }
+  }
   void File(const Row& row) {
-    test.folder.Write(files::PathFromText(core::FromUtf8(row[0])), core::FromUtf8(row[1]));
+    for (std::size_t i = 0; i < row.fields.size(); i += 2) {
+      test.folder.Write(files::PathFromText(core::FromUtf8(row[i])), core::FromUtf8(row[i + 1]));
+    }
   }
   void Gone(const Row& row) { std::filesystem::remove_all(test.folder / row[0]); }
   void Holds(const Row& row) { EXPECT_EQ(core::ToUtf8(test.folder.Read(row[0])), row[1]); }
-  void Is(const Row& row) { EXPECT_EQ(core::ToUtf8(Value(row[0])), row[1]); }
+  void Is(const Row& row) {
+    for (std::size_t i = 0; i < row.fields.size(); i += 2) {
+      EXPECT_EQ(core::ToUtf8(Value(row[i])), row[i + 1]) << row[i];
+    }
+  }
   void Phone(const Row& row) { test.program.gPhoneModel = row[0]; }
   void Reply(const Row& row) {
     test.http.replies.emplace_back(row[0]);
@@ -195,27 +221,34 @@ class Form1Scenario : public testing::TestWithParam<Scenario> {
 
   test::TestProgram test;
   Form1 form{test.program};
-  const std::map<std::string, Step> verbs = {{"start", &Form1Scenario::Start},
-                                             {"load", &Form1Scenario::Load},
-                                             {"compose", &Form1Scenario::Compose},
-                                             {"type", &Form1Scenario::Type},
-                                             {"select", &Form1Scenario::Select},
-                                             {"file", &Form1Scenario::File},
-                                             {"gone", &Form1Scenario::Gone},
-                                             {"holds", &Form1Scenario::Holds},
-                                             {"is", &Form1Scenario::Is},
-                                             {"phone", &Form1Scenario::Phone},
-                                             {"reply", &Form1Scenario::Reply},
-                                             {"answer", &Form1Scenario::Answer},
-                                             {"broken", &Form1Scenario::Broken},
-                                             {"choose", &Form1Scenario::Choose},
-                                             {"close", &Form1Scenario::QueryUnload},
-                                             {"webviews", &Form1Scenario::WebViews},
-                                             {"click", &Form1Scenario::Raise<Event::kClick>},
-                                             {"activate", &Form1Scenario::Raise<Event::kActivate>},
-                                             {"change", &Form1Scenario::Raise<Event::kChange>},
-                                             {"tick", &Form1Scenario::Raise<Event::kTick>},
-                                             {"lead", &Form1Scenario::Raise<Event::kNavigation>}};
+  const std::map<std::string, Step> verbs = {
+      {"start", &Form1Scenario::Start},
+      {"load", &Form1Scenario::Load},
+      {"compose", &Form1Scenario::Compose},
+      {"type", &Form1Scenario::Type},
+      {"select", &Form1Scenario::Select},
+      {"file", &Form1Scenario::File},
+      {"gone", &Form1Scenario::Gone},
+      {"holds", &Form1Scenario::Holds},
+      {"is", &Form1Scenario::Is},
+      {"phone", &Form1Scenario::Phone},
+      {"reply", &Form1Scenario::Reply},
+      {"answer", &Form1Scenario::Answer},
+      {"broken", &Form1Scenario::Broken},
+      {"choose", &Form1Scenario::Choose},
+      {"close", &Form1Scenario::QueryUnload},
+      {"webviews", &Form1Scenario::WebViews},
+      {"click", &Form1Scenario::Raise<Event::kClick>},
+      {"activate", &Form1Scenario::Raise<Event::kActivate>},
+      {"enter", &Form1Scenario::Raise<Event::kEnter>},
+      {"tick", &Form1Scenario::Raise<Event::kTick>},
+      {"lead", &Form1Scenario::Raise<Event::kNavigation>},
+      {"visible", &Form1Scenario::Expect<&Control::visible, true>},
+      {"hidden", &Form1Scenario::Expect<&Control::visible, false>},
+      {"enabled", &Form1Scenario::Expect<&Control::enabled, true>},
+      {"disabled", &Form1Scenario::Expect<&Control::enabled, false>},
+      {"checked", &Form1Scenario::Expect<&Control::checked, true>},
+      {"unchecked", &Form1Scenario::Expect<&Control::checked, false>}};
 
  private:
   std::string failure_;

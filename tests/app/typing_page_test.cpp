@@ -41,9 +41,10 @@ class TypingPageTest : public testing::Test {
   Form1 form{test.program};
 };
 
-TEST_F(TypingPageTest, IsOfferedForKeysAloneAndThenComesFirst) {
+TEST_F(TypingPageTest, IsOfferedForWhatIsTypedAndThenComesFirst) {
   for (const auto& [model, keys] : {std::pair{" Pulsaciones", true},
-                                    {"3210,3310,3330,3390,8250", false},
+                                    {"3210,3310,3330,3390,8250", true},
+                                    {" RTTTL (cable)", false},
                                     {" Motorola Pulsaciones Tipo 1", true}}) {
     Teclear("c,d,e", model);
     EXPECT_EQ(form.teclearButton.enabled, keys) << model;
@@ -152,6 +153,9 @@ TEST_F(TypingPageTest, EachNoteSoundsWhileItIsShownAndThisIsRemembered) {
   sounds("8e.6");
   form.leaveGuide_Click();
   EXPECT_EQ(test.sequencer.commands.back(), "close mR2M");
+  Teclear("2d.6,c", "A200,A288,Q300");
+  form.nextGroup_Click();
+  EXPECT_EQ(test.sequencer.commands.back(), "close mR2M") << "a dot that is a group of its own";
   EXPECT_TRUE(test.boxes.messages.empty());
   form.saveTimer_Timer();
   EXPECT_EQ(Form1(test.program).soundNotes.value, 1);
@@ -172,7 +176,7 @@ TEST_F(TypingPageTest, TheSheetIsSavedUnderTheMelodysNameAndOpened) {
   Step();
   EXPECT_FALSE(form.openSheet.visible);
   const std::filesystem::path file = test.folder / u8"señal.pdf";
-  test.fileDialogs.answers = {files::TextFromPath(file)};
+  test.fileDialogs.answers = {files::TextFromPath(test.folder / u8"señal")};
   form.saveSheet_Click();
   Step();
   EXPECT_EQ(test.fileDialogs.proposed.back(), "vals.pdf");

@@ -1,19 +1,17 @@
-#include "core/rtttl.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
+#include "core/rtttl_writer.h"
+#include "core/windows1252.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
+#include "tests/support/melodies.h"
 
 namespace tonadex::core {
 namespace {
 
-using test::MelodyOf;
-using test::Repeated;
-using test::Row;
-using test::Table;
+using namespace test;
 
 // Notes as "duration/pitch/octave": "8/c#/5." is a dotted one, "//" an empty one.
 std::string Show(const RTTTLNote& note) {
@@ -55,7 +53,7 @@ TEST(ParseRTTTL, AppliesNoDefaults) {
 }
 
 TEST(ParseRTTTL, LeavesCopiesOfTheRecordAlone) {
-  RTTTLMelody melody = test::ParsedMelody("x:d=4,o=5,b=9:c,d#");
+  RTTTLMelody melody = ParsedMelody("x:d=4,o=5,b=9:c,d#");
   const RTTTLMelody copy = melody;
   melody.Text = "x:d=8,o=6,b=9:e,f.";
   ParseRTTTL(melody);
@@ -87,24 +85,22 @@ TEST(ParseRTTTLNote, ReadsByPosition) {
 }
 
 TEST(ShowRTTTLError, SaysWhatTheCodeMeans) {
-  for (const Row& row : Table("Error boxes")) {
-    const test::Boxes boxes;
+  ExpectRows("Error boxes", [](const Row& row) {
+    const Boxes boxes;
     ShowRTTTLError(static_cast<std::int16_t>(std::stoi(row[0])));
-    EXPECT_EQ(boxes.Text(), row[1]);
-  }
+    return boxes.Text();
+  });
 }
 
 TEST(InitMelody, LeavesNothingOfAnotherMelody) {
-  RTTTLMelody melody = test::ParsedMelody("otra:d=8,o=7,b=11:c,d");
+  RTTTLMelody melody = ParsedMelody("otra:d=8,o=7,b=11:c,d");
   melody.FileName = "a.mid";
   InitMelody(melody, "/tmp/");
-  EXPECT_EQ(melody.FileName + "|" + melody.TempFolder, "a.mid|/tmp/");
-  EXPECT_EQ(melody.Instrument, 99);
-  EXPECT_EQ(melody.Beats + "|" + melody.DefaultDuration + "|" + melody.DefaultOctave, "63|4|5");
-  EXPECT_EQ(melody.Credits,
-            "(c) 2026 Los autores de Tonadex\r\nhttp://tonadex.example/\r\n"
-            "http://tonadex.example/melodias");
-  EXPECT_EQ(melody.TrackName, "MIDI by Tonadex v" TONADEX_VERSION);
+  EXPECT_EQ(melody.FileName + "|" + melody.TempFolder + "|" + std::to_string(melody.Instrument) +
+                "|" + melody.Beats + "|" + melody.DefaultDuration + "|" + melody.DefaultOctave +
+                "|" + melody.Credits + "|" + melody.TrackName,
+            "a.mid|/tmp/|99|63|4|5|(c) 2026 Los autores de Tonadex\r\nhttp://tonadex.example/\r\n"
+            "http://tonadex.example/melodias|MIDI by Tonadex v" TONADEX_VERSION);
   EXPECT_EQ(melody.Notes.size(), 5001u);
   EXPECT_EQ(Show(melody.Notes[0]) + Show(melody.Notes[5000]), "////");
   const std::string name = melody.Name;
@@ -113,6 +109,47 @@ TEST(InitMelody, LeavesNothingOfAnotherMelody) {
   EXPECT_EQ(melody.DefaultDuration + "|" + melody.DefaultOctave + "|" + melody.Beats, "4|5|225");
   EXPECT_EQ(melody.Notes.size(), 50u);
   EXPECT_EQ(std::ranges::count(melody.Text, '\n'), 0);
+}
+
+TEST(RtttlText, ParsesBackToTheSameNotes) {
+  std::mt19937 random(14);
+  for (int melodies = 0; melodies < 2000; ++melodies) {
+    const PlainMelody melody = AnyMelody(random, 1, 8);
+    const std::string text = RtttlText(melody);
+    ASSERT_TRUE(text.starts_with(melody.name + ":"));
+    ASSERT_EQ(ParsedMelody(text).Beats, std::to_string(melody.tempo));
+    ASSERT_EQ(PlainNotes(text), melody.notes) << text;
+  }
+}
+
+// Writes the parsed notes again with every other pair of defaults.
+TEST(RtttlText, IsShortestWithItsDefaults) {
+  std::mt19937 random(15);
+  for (int melodies = 0; melodies < 300; ++melodies) {
+    const std::string text = RtttlText(AnyMelody(random, 1, 8));
+    const RTTTLMelody read = ParsedMelody(text);
+    for (const int duration : kLengths) {
+      for (int octave = 1; octave <= 8; ++octave) {
+        std::string other = read.Name + ":d=" + std::to_string(duration) +
+                            ",o=" + std::to_string(octave) + ",b=" + read.Beats + ":";
+        for (const RTTTLNote& note : read.Notes) {
+          other += note.Duration == std::to_string(duration) ? "" : note.Duration;
+          other.append(note.Note).append(note.Dotted ? "." : "");
+          other += IsPause(note) || note.Octave == std::to_string(octave) ? "" : note.Octave;
+          other += ',';
+        }
+        ASSERT_LE(text.size(), other.size() - 1) << text << "\n" << other;
+      }
+    }
+  }
+}
+
+TEST(RtttlText, KeepsTheNameReadable) {
+  const auto named = [](std::string_view name) {
+    return RtttlText({.name = std::string(name), .tempo = 63, .notes = {{.semitone = 0}}});
+  };
+  EXPECT_EQ(named("a:b\r\nc"), "a b  c:d=4,o=5,b=63:c");
+  EXPECT_EQ(named(" :"), u8"melodía:d=4,o=5,b=63:c"_w);
 }
 
 }  // namespace

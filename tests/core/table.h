@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -35,8 +37,8 @@ inline Row ReadRow(std::string line) {
 }
 
 // The rows below "[section]" of the layer's table.txt (UTF-8). Fields are separated by "|" and
-// trimmed; "_" is a blank that is kept, "
-// " CR LF, "\n" LF and "\x00" any byte; lines that start with "//" are comments.
+// trimmed; "_" is a blank that is kept, "¶" CR LF, "\n" LF and "\x00" any byte; lines that start
+// with "//" are comments.
 inline std::vector<Row> Table(std::string_view section, const char* file = TONADEX_TABLE) {
   std::vector<Row> rows;
   std::ifstream in(file);
@@ -52,6 +54,14 @@ inline std::vector<Row> Table(std::string_view section, const char* file = TONAD
     throw std::runtime_error("no rows in section " + std::string(section));
   }
   return rows;
+}
+
+// Compares `result` of each row of the section with the row's field `column`.
+template <typename Result>
+void ExpectRows(std::string_view section, Result result, std::size_t column = 1) {
+  for (const Row& row : Table(section)) {
+    EXPECT_EQ(result(row), row[column]) << section << ": " << row[0];
+  }
 }
 
 }  // namespace tonadex::test

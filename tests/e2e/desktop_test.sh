@@ -142,8 +142,6 @@ xdotool type --delay 20 "Otra:d=4,o=5,b=100:c,d#,8e."
 keys alt+l
 answer_box Tonadex "Melodia subida correctamente."
 grep -qF "c,djuh9hay,8e." "$folder/servidor/Otra.27" || fail "el servidor no tiene el texto RTTTL"
-keys alt+l
-answer_box Tonadex "existia"
 
 echo "Buscar y descargar"
 keys ctrl+2
@@ -164,9 +162,6 @@ stop_playing reproducir
 keys alt+c
 tab_to "las pulsaciones" "$presses"
 picture repertorio
-tab_to "los avisos" "En el compositor de tu Nokia debes pulsar las teclas que se indican para poder introducir la melodía en tu móvil
-Al introducir las notas rodeadas entre paréntesis, debes mantener pulsada esta tecla durante 3 segundos
-Los espacios sólo sirven para facilitar la lectura, no debes introducirlos en tu móvil"
 keys alt+m
 answer_box Tonadex ".pdf"
 find "$home" -name '*.pdf' -exec pdftotext -raw {} - \; | grep -qF "${presses% }" || fail "no hay hoja"

@@ -184,13 +184,8 @@ TEST(HttpClientGet, PumpsInTheCallersThreadAndTellsProgress) {
 // outcome.
 std::string LeftThroughThePump(const std::string& url, milliseconds interval) {
   int left = interval.count() == 0 ? 1 : 3;
-  const platform::HttpCallbacks hooks{.pump =
-                                          [&left] {
-                                            if (--left == 0) {
-                                              throw TransferError("dejado");
-                                            }
-                                          },
-                                      .progress = {}};
+  platform::HttpCallbacks hooks;
+  hooks.pump = [&left] { --left == 0 ? throw TransferError("dejado") : void(); };
   HttpLimits limits;
   limits.pumpInterval = interval;
   HttpClient client(hooks, limits);
@@ -224,7 +219,10 @@ TEST(HttpClientGet, IsLeftThroughThePumpAtEveryStage) {
 
 // Without cancellation, a silent server would hold the request for half a minute.
 TEST(HttpBackgroundGet, RunsBesideItsCallerAndEndsWithIt) {
-  RawServer server(Says(WithLength(2, "ab")));
+  RawServer server([](const RawSocket& client) {
+    std::this_thread::sleep_for(milliseconds(300));
+    client.Send(WithLength(2, "ab"));
+  });
   RawServer silent([](const RawSocket& client) { client.ReadAll(); });
   const auto start = std::chrono::steady_clock::now();
   platform::HttpBackgroundGet request;

@@ -2,19 +2,24 @@
 
 #include <array>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
 #include <random>
 #include <sstream>
-#include <tuple>
 
+#include "files/read.h"
 #include "midi/smf_melody.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/midi/smf_bytes.h"
 #include "tests/support/melodies.h"
+#include "tests/support/temp_folder.h"
 
 namespace tonadex::midi {
 namespace {
 
+namespace fs = std::filesystem;
 using test::SmfOf;
 
 SmfFile FileOf(std::string_view bytes) {
@@ -28,12 +33,9 @@ std::string BytesOf(const std::string& row) {
   std::string bytes;
   std::istringstream words(row);
   for (std::string word; words >> word;) {
-    if (word.find_first_not_of("0123456789ABCDEF") != std::string::npos) {
-      bytes += word;
-      continue;
-    }
-    for (std::size_t i = 0; i < word.size(); i += 2) {
-      bytes += static_cast<char>(std::stoi(word.substr(i, 2), nullptr, 16));
+    const bool hex = word.find_first_not_of("0123456789ABCDEF") == std::string::npos;
+    for (std::size_t i = 0; i < word.size(); i += hex ? 2 : 1) {
+      bytes += hex ? static_cast<char>(std::stoi(word.substr(i, 2), nullptr, 16)) : word[i];
     }
   }
   return bytes;
@@ -117,25 +119,6 @@ TEST(ReadSmf, BearsDamagedFiles) {
   }
 }
 
-SmfChoice ChoiceOf(const std::string& wishes) {
-  SmfChoice choice{.name = "x"};
-  std::istringstream words(wishes);
-  for (std::string word; words >> word;) {
-    const std::string value = word.substr(word.find('=') + 1);
-    if (word == "primera") {
-      choice.taken = Taken::kFirst;
-    } else if (word.starts_with("compas")) {
-      choice.firstBar = std::stoul(value);
-    } else if (word.starts_with("notas")) {
-      choice.mostNotes = std::stoul(value);
-    } else {
-      choice.lowestOctave = value.front() - '0';
-      choice.octaves = value.back() - '0';
-    }
-  }
-  return choice;
-}
-
 TEST(MelodyOf, MakesOneVoiceOfMany) {
   for (const test::Row& row : test::Table("Voices to melodies")) {
     std::vector<SmfNote> notes;
@@ -146,26 +129,35 @@ TEST(MelodyOf, MakesOneVoiceOfMany) {
       notes.push_back({start, start + length, static_cast<std::uint8_t>(key), 0, 64});
     }
     const SmfFile file = FileOf(SmfOf({notes}, 48));
-    const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), ChoiceOf(row[1]));
+    SmfChoice choice{.name = "x"};
+    choice.taken = row[4].empty() ? choice.taken : Taken::kFirst;
+    choice.firstBar = row[2].empty() ? choice.firstBar : std::stoul(row[2]);
+    choice.mostNotes = row[3].empty() ? choice.mostNotes : std::stoul(row[3]);
+    choice.lowestOctave = row[5].empty() ? choice.lowestOctave : row[5].front() - '0';
+    choice.octaves = row[5].empty() ? choice.octaves : row[5].back() - '0';
+    const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), choice);
     std::string text = made.melody.notes.empty() ? "(none)" : core::RtttlText(made.melody);
     for (const std::string& remark : made.remarks) {
       text += " ; " + core::ToUtf8(remark);
     }
-    EXPECT_EQ(text, row[2]) << row[0];
+    EXPECT_EQ(text, row[1]) << row[0];
   }
 }
 
 // Start and length of each note in thirty-seconds, and its key.
 struct Sounding {
-  double start, length;
+  double start, length;  // from the first note
   int key;
+
+  friend bool operator==(const Sounding&, const Sounding&) = default;
 };
-std::vector<Sounding> SoundingOf(const core::PlainMelody& melody) {
+std::vector<Sounding> SoundingOf(const std::vector<core::PlainNote>& notes) {
   std::vector<Sounding> sounding;
   double now = 0;
-  for (const core::PlainNote& note : melody.notes) {
+  for (const core::PlainNote& note : notes) {
     const double length = 32.0 / note.length * (note.dotted ? 1.5 : 1);
     if (note.semitone >= 0) {
+      now = sounding.empty() ? 0 : now;
       sounding.push_back({now, length, 12 * note.octave + note.semitone});
     }
     now += length;
@@ -195,7 +187,7 @@ TEST(MelodyOf, KeepsEveryNoteWithinHalfAThirtySecond) {
     const SmfFile file = FileOf(SmfOf({notes}, static_cast<int>(division)));
     const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), {.name = "x"});
     const double scale = made.melody.tempo / 120.0;
-    const std::vector<Sounding> sounding = SoundingOf(made.melody);
+    const std::vector<Sounding> sounding = SoundingOf(made.melody.notes);
     ASSERT_EQ(sounding.size(), notes.size()) << division;
     const double before = std::floor(notes[0].start / unit * scale + 0.5);
     for (std::size_t i = 0; i < notes.size(); ++i) {
@@ -242,7 +234,9 @@ TEST(VoicesOf, GuessesTheTune) {
 // The program's own files read back to the same notes, except for pauses at both ends and the
 // excess of pauses beyond a dotted whole note.
 TEST(MelodyOf, ReadsOwnFilesBackExactly) {
-  for (const std::string& rtttl : test::Shelf()) {
+  std::vector<std::string> melodies = test::Shelf();
+  melodies.push_back("x:d=32,o=5,b=100:c.,d,e.,4f");
+  for (const std::string& rtttl : melodies) {
     SCOPED_TRACE(rtttl);
     core::RTTTLMelody melody;
     core::InitMelody(melody, "");
@@ -250,21 +244,85 @@ TEST(MelodyOf, ReadsOwnFilesBackExactly) {
     core::ParseRTTTL(melody);
     const SmfFile file = FileOf(MidiFileBytes(melody));
     const SmfMelody made = MelodyOf(file, VoicesOf(file).front(), {.name = "x"});
-    core::PlainMelody written;
-    for (const core::NoteCodes& note : melody.Notes.Codes()) {
-      const bool pause = note.letter == 'p';
-      const int number = pause ? 0 : NumberOf(melody.Notes, note);
-      written.notes.push_back(
-          {pause ? -1 : number % 12, pause ? 5 : number / 12, note.duration, note.dotted});
-    }
-    const auto want = SoundingOf(written), read = SoundingOf(made.melody);
     EXPECT_EQ(std::to_string(made.melody.tempo), melody.Beats);
-    ASSERT_EQ(read.size(), want.size());
-    for (std::size_t i = 0; i < want.size(); ++i) {
-      ASSERT_EQ((std::tuple(read[i].key, read[i].length, read[i].start - read[0].start)),
-                (std::tuple(want[i].key, want[i].length, want[i].start - want[0].start)));
+    EXPECT_EQ(SoundingOf(made.melody.notes), SoundingOf(test::PlainNotes(rtttl)));
+  }
+}
+
+using Tracks = std::vector<std::vector<SmfNote>>;
+
+// Parses lines like "2, 480, Note_on_c, 0, 60, 64".
+Tracks NotesInCsv(const fs::path& csv) {
+  Tracks tracks;
+  std::array<std::ptrdiff_t, kChannels * 128> sounding{};
+  std::ifstream in(csv, std::ios::binary);
+  for (std::string line; std::getline(in, line);) {
+    std::size_t track = 0;
+    std::uint32_t tick = 0, channel = 0, key = 0, velocity = 0;
+    std::array<char, 20> name{};
+    std::sscanf(line.c_str(), "%zu, %u, %19[^,], %u, %u, %u", &track, &tick, name.data(), &channel,
+                &key, &velocity);
+    const std::string_view event = name.data();
+    const auto end = [&](std::ptrdiff_t& note) {
+      if (note >= 0) {
+        tracks.at(track - 1)[static_cast<std::size_t>(std::exchange(note, -1))].end = tick;
+      }
+    };
+    if (event == "Start_track") {
+      tracks.resize(track);
+      sounding.fill(-1);
+    } else if (event == "End_track") {
+      std::ranges::for_each(sounding, end);
+    } else if (event == "Note_on_c" || event == "Note_off_c") {
+      std::ptrdiff_t& note = sounding.at(channel * 128 + key);
+      end(note);
+      if (event == "Note_on_c" && velocity > 0) {
+        note = std::ssize(tracks.at(track - 1));
+        tracks.at(track - 1).push_back({tick, tick, static_cast<std::uint8_t>(key),
+                                        static_cast<std::uint8_t>(channel),
+                                        static_cast<std::uint8_t>(velocity)});
+      }
     }
   }
+  return tracks;
+}
+
+// MIDI files from packages of Debian: midicsv finds the same notes.
+TEST(FilesOfOthers, HaveTheNotesThatAnotherProgramFinds) {
+  const std::string midiFiles = TONADEX_MIDI_FILES,
+                    fetch =
+                        fs::path(TONADEX_TABLE).replace_filename("fetch_midi_files.sh").string();
+  if (std::system((fetch + " " + midiFiles + " > /dev/null 2>&1").c_str()) != 0) {
+    GTEST_SKIP() << "The packages with MIDI files cannot be fetched: no network, or apt-get "
+                    "update has not been run.";
+  }
+  const test::TempFolder folder;
+  const std::string csv = (folder / "csv").string();
+  std::size_t files = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(midiFiles)) {
+    const fs::path& file = entry.path();
+    if (!entry.is_regular_file() || (file.extension() != ".mid" && file.extension() != ".midi")) {
+      continue;
+    }
+    SCOPED_TRACE(file);
+    const auto read = ReadSmf(*files::ReadWhole(file));
+    ASSERT_TRUE(std::holds_alternative<SmfFile>(read)) << std::get<SmfFault>(read).sentence;
+    const SmfFile& ours = std::get<SmfFile>(read);
+    const std::string midicsv = midiFiles + "/usr/bin/midicsv " + file.string() + " " + csv;
+    ASSERT_EQ(std::system(midicsv.c_str()), 0);
+    const Tracks tracks = NotesInCsv(csv);
+    ASSERT_EQ(ours.tracks.size(), tracks.size());
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+      ASSERT_EQ(ours.tracks[i].notes, tracks[i]) << "track " << i + 1;
+    }
+    const auto voices = VoicesOf(ours);
+    const auto tune = std::ranges::find(voices, true, &SmfVoice::tune);
+    ASSERT_NE(tune, voices.end());
+    const SmfMelody made = MelodyOf(ours, *tune, {.name = "x", .mostNotes = 50});
+    EXPECT_GE(made.melody.notes.size(), 4u);
+    ++files;
+  }
+  EXPECT_GE(files, 30u);
 }
 
 }  // namespace

@@ -1,29 +1,33 @@
+// The catalogue of phones, conversions for them and the steps to type these. That the keys give the
+// melody is tested in tests/import, which reads them back.
 #include "phones/conversion.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <random>
 
 #include "phones/catalogue.h"
 #include "phones/formats.h"
+#include "phones/keypads.h"
+#include "phones/phone_description.h"
+#include "phones/phone_finder.h"
+#include "phones/typing_steps.h"
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/support/fakes.h"
+#include "tests/support/melodies.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::phones {
 namespace {
 
-using test::Boxes;
-using test::Hex;
+using namespace test;
 
 constexpr std::array<std::string_view, 7> kOutcomes = {
     "(converted)", "(incomplete)",     "(no model)",    "(cancelled)",
     "(refused)",   "(cannot convert)", "(disk failure)"};
-
-std::string Words(Outcome outcome) {
-  return std::string(kOutcomes.at(static_cast<std::size_t>(outcome)));
-}
 
 Conversion Converted(std::string_view text, std::string_view model, SaveFileQuestion& ask) {
   core::RTTTLMelody melody;
@@ -34,16 +38,16 @@ Conversion Converted(std::string_view text, std::string_view model, SaveFileQues
 
 // Title, result, notices and tempo, concatenated; the outcome if there is no page.
 std::string Convert(std::string_view text, std::string_view model,
-                    SaveFileQuestion&& ask = test::FakeSaveQuestion()) {
+                    SaveFileQuestion&& ask = FakeSaveQuestion()) {
   const auto [outcome, page, messages] = Converted(text, model, ask);
   return page ? core::ToUtf8(page->title + "\n" + page->result + "\n" + page->notices + "\n" +
                              page->tempo)
-              : Words(outcome);
+              : std::string(kOutcomes.at(static_cast<std::size_t>(outcome)));
 }
 
 TEST(ConvertSelectedMelody, FillsTheWholePage) {
   const Boxes boxes;
-  for (const test::Row& row : test::Table("Pages")) {
+  for (const Row& row : Table("Pages")) {
     EXPECT_EQ(Convert("Vals:d=4,o=5,b=125:8c#,2d.6,p", core::FromUtf8(row[0])),
               row[1] + "\n" + row[2] + "\n" + row[3] + "\n" + row[4]);
   }
@@ -73,9 +77,9 @@ std::string Expanded(std::string text) {
 }
 
 TEST(ConvertSelectedMelody, EachParseReportsItsOwnErrors) {
-  for (const test::Row& row : test::Table("Reports")) {
+  for (const Row& row : Table("Reports")) {
     const Boxes boxes;
-    test::FakeSaveQuestion cancel;
+    FakeSaveQuestion cancel;
     const auto [outcome, page, messages] = Converted(row[0], row[1], cancel);
     EXPECT_EQ(outcome, Outcome::kIncomplete) << row[0] << row[1];
     EXPECT_TRUE(page) << row[0] << row[1];
@@ -85,7 +89,7 @@ TEST(ConvertSelectedMelody, EachParseReportsItsOwnErrors) {
 }
 
 TEST(ConvertSelectedMelody, SaysWhyItCannotConvert) {
-  for (const test::Row& row : test::Table("Refusals")) {
+  for (const Row& row : Table("Refusals")) {
     const Boxes boxes;
     EXPECT_EQ(Convert(row[0], row[1]), "(cannot convert)");
     ASSERT_EQ(boxes.recorded.messages.size(), 1u) << row[0];
@@ -93,45 +97,37 @@ TEST(ConvertSelectedMelody, SaysWhyItCannotConvert) {
     EXPECT_NE(boxes.Text().find(row[2], 36), std::string::npos) << boxes.Text();
   }
   const Boxes boxes;  // nothing was parsed, so the octave is not used
-  core::RTTTLMelody fresh = test::MelodyOf("x:y");
-  test::FakeSaveQuestion cancel;
+  core::RTTTLMelody fresh = MelodyOf("x:y");
+  FakeSaveQuestion cancel;
   EXPECT_FALSE(ConvertSelectedMelody(fresh, " Compositor", "", cancel).page);
   EXPECT_EQ(boxes.Text().find(Expanded("%?|!No se puede convertir")), 0u);
 }
 
 // Each note contains the header's duration: thirty thousand digits would give 150 MB.
 TEST(ConvertSelectedMelody, RefusesLongDefaults) {
-  const std::string notes = ",b=120:" + test::Repeated("c,", 5000) + "c";
-  const std::string digits(30000, '9');
+  const Boxes boxes;
   for (const CatalogueRow& row : CatalogueRows()) {
-    for (const std::string& header : {"d=" + digits + ",o=5", "d=4,o=5." + digits}) {
-      test::FakeSaveQuestion answer("unwritten");
-      const std::string text = "x:" + header + notes;
-      const Conversion conversion = Converted(text, row.model, answer);
-      if (row.code == "NRTLNOMOD") {
-        EXPECT_EQ(conversion.page->result, text);
-        continue;
-      }
-      EXPECT_EQ(Words(conversion.outcome), "(cannot convert)") << row.model;
-      EXPECT_TRUE(
-          core::ToUtf8(conversion.messages.back().text).ends_with("…» pasa de 8 caracteres"))
-          << row.model << core::ToUtf8(conversion.messages.back().text);
+    for (const std::string header : {"x:d=123456789,o=5", "x:d=4,o=5.0000000"}) {
+      const std::string page =
+          Convert(header + ",b=120:c", row.model, FakeSaveQuestion("unwritten"));
+      EXPECT_EQ(page == "(cannot convert)", row.code != "NRTLNOMOD") << row.model;
     }
   }
+  EXPECT_TRUE(boxes.Text().ends_with("…» pasa de 8 caracteres")) << boxes.Text();
   EXPECT_TRUE(Convert("x:d=4,o=5.000000,b=9:c", " Pulsaciones").starts_with("Melodia"));
   // With a blank before it, the setting is read only by the second parse.
   EXPECT_EQ(Convert("x:d=4, o=5.0000000,b=9:c", " Pulsaciones"), "(cannot convert)");
 }
 
 TEST(ConvertSelectedMelody, SavesFiles) {
-  const test::TempFolder folder;
+  const TempFolder folder;
   const std::string file = (folder / "file").string();
-  for (const test::Row& row : test::Table("Saved files")) {
+  for (const Row& row : Table("Saved files")) {
     SCOPED_TRACE(row[0] + row[1]);
     folder.Write("file", "before");
-    test::FakeSaveQuestion answer(row[2] == "cancel"    ? std::nullopt
-                                  : row[2] == "nowhere" ? std::optional(file + "/a")
-                                                        : std::optional(file));
+    FakeSaveQuestion answer(row[2] == "cancel"    ? std::nullopt
+                            : row[2] == "nowhere" ? std::optional(file + "/a")
+                                                  : std::optional(file));
     const Boxes boxes;
     std::string page = Convert(row[1], row[0], std::move(answer));
     core::ReplaceAll(page, "\r\n", "¶");
@@ -146,6 +142,179 @@ TEST(ConvertSelectedMelody, SavesFiles) {
                                                            : "Grabar MIDI| (*.mid)|*.mid||2");
   }
   EXPECT_TRUE(SavesFile(" KWS") && SavesFile("MIDI (cable)") && !SavesFile(" Compositor"));
+}
+
+// Every saved model restores its brand, except that EMS lists models of other makes as well and the
+// brand of the two generic Samsung formats is not restored.
+TEST(PhoneCatalogue, EveryModelRestoresItsBrand) {
+  std::vector<std::string> brands = {"kept"};
+  const PhoneCatalogue catalogue = LoadPhoneCatalogue(brands);
+  EXPECT_EQ(brands,
+            (std::vector<std::string>{"kept", "Nokia", "Kyocera", "Samsung", "EMS", "Motorola",
+                                      "Ericsson", "Mitsubishi Trium", "Siemens"}));
+  std::string codes;
+  for (std::size_t i = 0; i < CatalogueRows().size(); ++i) {
+    const CatalogueRow& row = CatalogueRows()[i];
+    EXPECT_EQ(catalogue.rows[i],
+              std::string(row.brand) + "^" + std::string(row.model) + "^" + std::string(row.code));
+    const auto brand = RestoredBrand(row.model);
+    EXPECT_EQ(brand ? brands.at(*brand + 1) : "Samsung", row.brand) << row.model;
+    EXPECT_EQ(brand.has_value(), !row.model.starts_with(" Pulsaciones tipo")) << row.model;
+    codes.append(row.code).append(" ");
+  }
+  EXPECT_EQ(codes,
+            "NRTLNOMOD NRTL NCOM NCOM NKEY EMSE EMSI EMSE EMSE EMSI KKWS KKWS SAM1 SAM1 SAM1 SAM1 "
+            "SAM2 SAM2 SAM2 MOTS MOTK MOTI MOTS MOTK MOTI MOTI MOTI mdy midi ");
+  ExpectRows("Labels", [](const Row& row) { return FormatLabel(row[0]); });
+}
+
+TEST(PhoneCatalogue, ListsAndRestoresExactly) {
+  std::vector<std::string> ignored;
+  PhoneCatalogue catalogue = LoadPhoneCatalogue(ignored);
+  EXPECT_EQ(ModelsOfBrand(catalogue, "EMS"),
+            (std::vector<std::string_view>{" EMelody", " IMelody"}));
+  EXPECT_EQ(ModelsOfBrand(catalogue, "Nokia").size(), 5u);
+  catalogue.rows[400] = "Nokia^a^b^c";
+  catalogue.rows[401] = "Nokia^a";
+  catalogue.rows[500] = "Nokia^ last^x";
+  EXPECT_EQ(ModelsOfBrand(catalogue, "Nokia").back(), " last");
+  EXPECT_EQ(ModelsOfBrand(catalogue, "Nokia").size(), 6u);
+  for (const std::string_view brand : {"nokia", "Nokia ", "", "Mitsubishi"}) {
+    EXPECT_TRUE(ModelsOfBrand(catalogue, brand).empty()) << brand;
+  }
+  for (const std::string_view type : {" Pulsaciones Tipo 1", " Pulsaciones Tipo 2"}) {
+    EXPECT_EQ(RestoredBrand(type), 2u);
+  }
+  EXPECT_FALSE(RestoredBrand("") || RestoredBrand("EMelody"));
+}
+
+TEST(FindPhones, TakesLooseNames) {
+  ExpectRows("Phones", [](const Row& row) {
+    std::string models;
+    for (const CatalogueRow& found : FindPhones(row[0])) {
+      models.append("[").append(found.model).append("]");
+    }
+    return models;
+  });
+}
+
+TEST(PhoneDescription, NamesThePhoneAndWhatItGets) {
+  ExpectRows("Words", [](auto& row) { return core::ToUtf8(PhoneName(row[0])); });
+  ExpectRows(
+      "Words", [](auto& row) { return core::ToUtf8(PhoneGets(row[0])); }, 2);
+}
+
+using Steps = std::vector<TypingStep>;
+
+struct Typed {
+  std::string result;
+  Steps steps;
+};
+
+Typed ConvertAndTakeApart(const std::string& rtttl, std::string_view model) {
+  const Boxes boxes;
+  NoSaveFile ask;
+  core::RTTTLMelody melody = MelodyOf(rtttl);
+  const auto page = ConvertSelectedMelody(melody, model, "", ask).page;
+  const std::string result = page ? page->result : "";
+  return {result, TypingSteps(model, result, melody)};
+}
+
+// Melodies that parse, whether or not a phone can play them.
+std::vector<std::string> OddMelodies() {
+  std::mt19937 random(2002);
+  const std::vector<std::string> parts[] = {
+      {"", "2", "16", "3", "64", "81"},
+      {"c", "h", "p", "p#", "x", "*", "r", "9", "0", "(", ")", "e#", "#", "."},
+      {"", "#", ".", ".#"},
+      {"", "1", "4", "5", "6", "8"}};
+  std::vector<std::string> melodies(150, "x:d=4,o=5,b=125:");
+  for (std::string& melody : melodies) {
+    for (std::size_t notes = 1 + random() % 50; notes > 0; --notes) {
+      for (const std::vector<std::string>& part : parts) {
+        melody += part[random() % part.size()];
+      }
+      melody += ',';
+    }
+  }
+  return melodies;
+}
+
+// One model of each format of key presses.
+constexpr std::array<std::string_view, 5> kModels = {" Pulsaciones", " Motorola Pulsaciones Tipo 1",
+                                                     " Motorola iMelody", " Pulsaciones tipo 1",
+                                                     " Pulsaciones tipo 2"};
+
+std::string Joined(const Steps& steps) {
+  std::string all;
+  for (const TypingStep& step : steps) {
+    all += step.group + step.after;
+  }
+  return all;
+}
+
+TEST(TypingSteps, JoinedAreTheResultAndSpeakOfEveryNoteInItsTurn) {
+  std::vector<std::string> melodies = OddMelodies();
+  melodies.push_back("x:d=4,o=10,b=125:c8,c8,c8,c7,c7,c7,c,c#");  // iMelody keys with an octave 10
+  const std::size_t odd = melodies.size();
+  std::ranges::copy(Melodies(), std::back_inserter(melodies));
+  int converted = 0;
+  for (std::size_t i = 0; i < melodies.size(); ++i) {
+    const std::string& melody = melodies[i];
+    for (const std::string_view model : kModels) {
+      const auto [result, steps] = ConvertAndTakeApart(melody, model);
+      ASSERT_EQ(Joined(steps), result) << melody << model;
+      converted += result.empty() ? 0 : 1;
+      int last = -1;
+      for (const TypingStep& step : steps) {
+        std::string pressed;
+        for (const auto& [key, times, hold] : step.keys) {
+          pressed +=
+              hold ? std::string{'(', key, ')'} : std::string(static_cast<std::size_t>(times), key);
+        }
+        ASSERT_TRUE(pressed == step.group || step.group == "()" + pressed) << step.group << model;
+        ASSERT_FALSE(step.words.empty()) << melody << model;
+        const bool dot = step.words == "silencio, en lugar del puntillo";
+        ASSERT_TRUE(i < odd || step.note == last + (dot ? 0 : 1)) << melody << model;
+        last = step.note;
+        for (const KeyPress& press : step.keys) {
+          ASSERT_TRUE(i < odd || FindKey(*FindKeypad(model), press.key)) << press.key << model;
+        }
+      }
+      ASSERT_TRUE(i < odd || last + 1 == std::ranges::count(melody, ',') - 1) << melody << model;
+    }
+  }
+  EXPECT_GT(converted, 500);
+}
+
+TEST(TypingSteps, TakeAnyTextApartInLinearTime) {
+  const core::RTTTLMelody melody = ParsedMelody("c,p");
+  for (const std::string_view model : kModels) {
+    for (const std::string& text : {Repeated("1 ", 100'000), std::string("(("), std::string(" "),
+                                    std::string("*"), std::string()}) {
+      EXPECT_EQ(Joined(TypingSteps(model, text, melody)), text) << model;
+    }
+  }
+  EXPECT_EQ(TypingSteps(" Pulsaciones", Repeated("1 ", 100'000), melody).size(), 100'000u);
+  EXPECT_TRUE(TypingSteps(" Compositor", "4c1 ", melody).empty());
+  EXPECT_EQ(std::ranges::count_if(CatalogueRows(),
+                                  [](const auto& row) { return FindKeypad(row.model) != nullptr; }),
+            14);
+}
+
+// The display of the steps, note by note, equals the composer result of the same melody, except for
+// the dots of pauses, whose key is not held.
+TEST(TypingSteps, ShowTheComposerNotation) {
+  for (const auto& melodies : {Melodies(), OddMelodies()}) {
+    for (const std::string& melody : melodies) {
+      std::string shown;
+      for (const TypingStep& step : ConvertAndTakeApart(melody, kModels[0]).steps) {
+        shown += step.display + step.after;
+      }
+      std::string notation = ConvertAndTakeApart(melody, " Compositor").result;
+      ASSERT_EQ(shown, core::ReplaceAll(notation, ".-", "-")) << melody;
+    }
+  }
 }
 
 }  // namespace

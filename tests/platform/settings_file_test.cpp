@@ -84,13 +84,13 @@ TEST(SettingsFile, AFailureLeavesTheOldFileAndNothingElse) {
 
 TEST(SettingsFile, LiesInTheConfigurationFolder) {
   const test::ScopedVariable home("HOME", "/casa");
-  for (const std::optional<std::string>& unusable :
-       {std::optional<std::string>(), std::optional<std::string>("relative")}) {
-    const test::ScopedVariable config("XDG_CONFIG_HOME", unusable);
-    EXPECT_EQ(SettingsFile::DefaultPath(), "/casa/.config/tonadex/ajustes.ini");
+  for (const auto& [config, folder] :
+       {std::pair<std::optional<std::string>, std::string>{std::nullopt, "/casa/.config"},
+        {"relative", "/casa/.config"},
+        {"/x y", "/x y"}}) {
+    const test::ScopedVariable set("XDG_CONFIG_HOME", config);
+    EXPECT_EQ(SettingsFile::DefaultPath(), folder + "/tonadex/ajustes.ini");
   }
-  const test::ScopedVariable config("XDG_CONFIG_HOME", "/x y");
-  EXPECT_EQ(SettingsFile::DefaultPath(), "/x y/tonadex/ajustes.ini");
 }
 
 }  // namespace

@@ -25,8 +25,11 @@ TEST(PrivateTempFolder, IsTheFirstThatACommandCanName) {
   folder.Write("file", "");
   fs::create_directories(folder / "link-run");
   fs::create_symlink(folder / "run", folder / "link-run/tonadex");
-  fs::create_directories(folder / "open-run/tonadex");
-  ::chmod((folder / "open-run/tonadex").c_str(), 0777);
+  for (const auto& [name, mode] :
+       {std::pair("group-run/tonadex", 0720), {"open-run/tonadex", 0702}}) {
+    fs::create_directories(folder / name);
+    ::chmod((folder / name).c_str(), static_cast<mode_t>(mode));
+  }
   const test::ScopedVariable tmp("TMPDIR", base);
   for (test::Row& row : test::Table("Temp folders")) {
     core::ReplaceAll(row.fields[0], "@", base);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kSource =
     R"({\rtf1\deff0{\fonttbl{\f0\fswiss Uno;}{\f1\fmodern Dos;}}{\colortbl;\red9\green99\blue199;})"
-    R"(\pard\s1\qc\li720\fi-360\tx540\tx1440\sb240\sa120 T\'edtulo\par)"
+    R"(\pard\s1\qc\li720\ri300\fi-360\tx540\tx1440\sb240\sa120 T\'edtulo\par)"
     R"(\pard\qj\fs20 a{\b\i\ul\cf1\f1\fs30 b}{\super 2}\line c\par)"
     R"(\pard\li360\box\brdrs\brdrw20\cbpat1 d\par e\par\pard\sb400 f\par})";
 
@@ -35,9 +35,10 @@ TEST(FillTextDocument, OnPaper) {
   const QTextBlockFormat format = title.blockFormat();
   EXPECT_EQ(format.headingLevel(), 1);
   EXPECT_EQ(format.alignment(), Qt::AlignHCenter);
-  EXPECT_EQ((std::array{Twips(format.leftMargin()), Twips(format.textIndent()),
-                        Twips(format.topMargin()), Twips(format.bottomMargin())}),
-            (std::array{720.0, -360.0, 240.0, 120.0}));
+  EXPECT_EQ((std::array{Twips(format.leftMargin()), Twips(format.rightMargin()),
+                        Twips(format.textIndent()), Twips(format.topMargin()),
+                        Twips(format.bottomMargin())}),
+            (std::array{720.0, 300.0, -360.0, 240.0, 120.0}));
   // Tab stops count from the start of the line; the hanging indent is one of them.
   ASSERT_EQ(format.tabPositions().size(), 3);
   EXPECT_EQ(Twips(format.tabPositions()[0].position), 180);

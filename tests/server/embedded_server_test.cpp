@@ -39,6 +39,8 @@ TEST(EmbeddedServer, BeginsWithTheFirstMelodies) {
   first.Write("vals.29", "Vals:d=4,o=5,b=63:c,djuh9hay\r\n");
   const EmbeddedServer server(home / "servidor", first.path());
   EXPECT_EQ(Get(server, "/tonos/vals.29"), "Vals:d=4,o=5,b=63:c,djuh9hay\r\n");
+  EXPECT_NE(Get(server, "/").find("web/pagina.js"), string::npos) << "the page";
+  EXPECT_NE(Get(server, "/api/v1/buscar?texto=vals").find("vals.29"), string::npos);
   Get(server, UploadPath(string(u8"Mi ñandú"_w)));
   EXPECT_EQ(Get(server, net::SearchAddress(u8"MI ÑANDU"_w)), u8"Mi ñandú (Mi ñandú.28)498"_w);
 }

@@ -88,20 +88,30 @@ TEST(Handle, TakesAndGivesNamesAsTypedOrEncoded) {
   }
 }
 
-TEST(Handle, TakesNoBodyOutsideTheInterface) {
+class EmptyShelf : public testing::Test {
+ protected:
+  Reply Ask(const string& target, bool post = false, const std::function<bool()>& abandoned = {}) {
+    return Handle({target, "client", {}, 1, abandoned, post}, shelf);
+  }
   const TempFolder folder;
-  Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+  Shelf shelf{folder.path(), ShelfAccess::kReadOnly};
+};
+
+TEST_F(EmptyShelf, TakesNoBodyOutsideTheInterface) {
   for (const char* target : {"/", "/azar.php", "/tonos/x.1", "/api"}) {
-    EXPECT_EQ(Handle({target, "client", {}, 1, {}, true}, shelf).status, 405) << target;
+    EXPECT_EQ(Ask(target, true).status, 405) << target;
   }
 }
 
-TEST(Handle, StopsASearchThatNobodyWaitsFor) {
-  const TempFolder folder;
-  Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
-  for (const bool gone : {false, true}) {
-    EXPECT_EQ(Handle({"/listatonos.php", "client", {}, 1, [&] { return gone; }}, shelf).status,
-              gone ? 503 : 200);
+TEST_F(EmptyShelf, StopsASearchThatNobodyWaitsFor) {
+  EXPECT_EQ(Ask("/listatonos.php", false, [] { return false; }).status, 200);
+  EXPECT_EQ(Ask("/listatonos.php", false, [] { return true; }).status, 503);
+}
+
+TEST_F(EmptyShelf, HasPagesThatMayBeKeptForAMinute) {
+  for (const char* page : {"/banners.php", "/mini906.php", "/mini.php?version=1"}) {
+    EXPECT_EQ(Ask(page).maxAgeSeconds, 60) << page;
+    EXPECT_EQ(Ask(page).contentType, kHtmlType) << page;
   }
 }
 
@@ -128,21 +138,10 @@ TEST(Pages, EscapeWhatComesFromOutside) {
   EXPECT_NE(BannerPage(large).find("1.235 melodías<"), string::npos) << BannerPage(large);
 }
 
-TEST(Pages, MayBeKeptForAMinute) {
-  const TempFolder folder;
-  Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
-  for (const char* page : {"/banners.php", "/mini906.php", "/mini.php?version=1"}) {
-    const Reply reply = Handle({page, "client", {}, 1}, shelf);
-    EXPECT_EQ(reply.maxAgeSeconds, 60) << page;
-    EXPECT_EQ(reply.contentType, kHtmlType) << page;
-  }
-}
-
 // Colours and font size are those of the window that contains the pages.
-TEST(StartPage, LooksAsTheWindowDoes) {
+TEST_F(EmptyShelf, HasPagesThatLookAsTheWindowDoes) {
   namespace look = app::look;
-  const TempFolder folder;
-  const string page = StartPage(Shelf(folder.path(), ShelfAccess::kReadOnly), "");
+  const string page = StartPage(shelf, "");
   const auto code = [](look::Rgb colour) {
     std::array<char, 8> text{};
     std::snprintf(text.data(), text.size(), "#%06x", colour);
@@ -161,13 +160,11 @@ TEST(StartPage, LooksAsTheWindowDoes) {
   for (const int pixels : {look::kType[0], look::kType[2], look::kType[3]}) {
     EXPECT_TRUE(core::Contains(page, std::to_string(pixels) + "px")) << pixels;
   }
-  EXPECT_TRUE(core::Contains(BannerPage(Shelf(folder.path(), ShelfAccess::kReadOnly)),
-                             "height: " + std::to_string(look::kBannerHeight) + "px"));
+  EXPECT_TRUE(
+      core::Contains(BannerPage(shelf), "height: " + std::to_string(look::kBannerHeight) + "px"));
 }
 
-TEST(StartPage, SaysWhetherTheVersionIsCurrent) {
-  const TempFolder folder;
-  const Shelf shelf(folder.path(), ShelfAccess::kReadOnly);
+TEST_F(EmptyShelf, SaysWhetherTheVersionIsCurrent) {
   for (test::Row row : test::Table("Versions")) {
     for (string& field : row.fields) {
       core::ReplaceAll(field, "%", TONADEX_VERSION);

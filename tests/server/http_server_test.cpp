@@ -100,6 +100,16 @@ TEST(HttpServer, TellsAClientThatWaitsToSendTheBody) {
   EXPECT_TRUE(client.ReadUntil("/x ab").ends_with("/x ab"));
 }
 
+TEST(HttpServer, TakesARequestThatArrivesByteByByte) {
+  HttpServer server({}, Echo);
+  const RawSocket client = RawSocket::Connect(server.Port());
+  for (const char byte : Get("/x", "Connection: close\r\n")) {
+    client.Send(string(1, byte));
+    std::this_thread::sleep_for(milliseconds(2));
+  }
+  EXPECT_TRUE(client.ReadAll().ends_with("/x"));
+}
+
 TEST(HttpServer, TurnsAnExceptionIntoAReply) {
   HttpServer server({}, [](const Request&) -> Reply { throw std::runtime_error("x"); });
   EXPECT_EQ(Ask(server.Port(), "/"), Refusal("500"));
@@ -297,54 +307,6 @@ TEST(HttpServer, LimitsUploadsByTheAddressThatTheProxyWrote) {
               row[2])
         << row[1];
   }
-}
-
-TEST(HttpServer, LogsOneLineForEachRequestWithoutItsQuery) {
-  std::mutex mutex;
-  string log;
-  ServerOptions options;
-  options.behindProxy = true;
-  options.served = [&](const Exchange& exchange) {
-    const string line = LogLine(exchange);
-    const std::lock_guard lock(mutex);
-    const std::size_t blank = line.find(' ');
-    EXPECT_EQ(blank, string("0000-00-00T00:00:00.000Z").size());
-    EXPECT_EQ(line.rfind('.'), line.size() - 3);  // milliseconds have two decimals
-    log.append(line.substr(blank + 1, line.rfind(' ') - blank - 1)) += '\n';
-  };
-  {
-    HttpServer server(options, Echo);
-    Ask(server.Port(), "/listatonos.php?cadenadebusqueda=secreto", "X-Forwarded-For: 9.9.9.1\r\n");
-    Ask(server.Port(), "/a\xE1\x01 HTTP/1.1");
-    Converse(server.Port(), "rubbish\r\n\r\n");
-  }
-  EXPECT_EQ(log,
-            "9.9.9.1 GET /listatonos.php 200 40\n"
-            "127.0.0.1 GET /a%E1%01%20HTTP/1.1 200 17\n"
-            "127.0.0.1 - - 400 27\n");
-}
-
-TEST(HttpServer, LetsRepliesUnderWayEndWhenItStops) {
-  std::promise<void> asked;
-  HttpServer server({}, [&](const Request& request) {
-    asked.set_value();
-    std::this_thread::sleep_for(milliseconds(100));
-    return Echo(request);
-  });
-  auto reply = std::async(std::launch::async, [&] { return Ask(server.Port(), "/x"); });
-  asked.get_future().wait();
-  server.Stop();
-  EXPECT_EQ(reply.get(), "200 /x");
-  EXPECT_THROW(RawSocket::Connect(server.Port()), std::runtime_error);
-}
-
-TEST(HttpServer, SaysThatItCannotListen) {
-  HttpServer server({}, Echo);
-  ServerOptions options;
-  options.port = server.Port();
-  EXPECT_THROW(HttpServer(options, Echo), std::runtime_error);
-  options.address = "no address";
-  EXPECT_THROW(HttpServer(options, Echo), std::runtime_error);
 }
 
 }  // namespace

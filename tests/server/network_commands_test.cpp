@@ -7,6 +7,7 @@
 
 #include "server/embedded_server.h"
 #include "tests/cli/run_cli.h"
+#include "tests/http/raw_socket.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex {
@@ -24,6 +25,10 @@ TEST(NetworkCommands, SearchDownloadAndUpload) {
   ::unsetenv("TONADEX_SERVIDOR");
   ASSERT_EQ(::mkfifo((home / "servidor.txt").c_str(), 0600), 0) << "must not be waited for";
   EXPECT_EQ(test::RunCli({"buscar", "ñu"}).out, "Mi ñu.24\tMi ñu\n") << "the folder's own server";
+  const test::RawServer portal(
+      [](const test::RawSocket& client) { client.Send("HTTP/1.1 502 Bad Gateway\r\n\r\n<html>"); });
+  EXPECT_EQ(test::RunCli({"azar", "--servidor", portal.Base()}).err,
+            "tonadex-cli: el servidor rechaza la petición\n");
   ::unsetenv("TONADEX_HOME");
 }
 

@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
-"""The operation of a real tonadex-server: health, metrics, log, signals, settings. Usage: operation_test.py SERVER"""
+"""The operation of a real tonadex-server: health, metrics, log, signals, settings.
+Usage: operation_test.py SERVER [KILLS]   KILLS: how often a server is killed among uploads"""
 import collections
+import contextlib
 import http.client
 import json
 import os
@@ -12,12 +14,15 @@ import subprocess
 import sys
 import tempfile
 import threading
+import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 from running_server import RunningServer
+from uploads import Uploaders, check_all_there, download, melody, records
 
 SERVER = sys.argv[1]
+KILLS = int(sys.argv[2]) if len(sys.argv) > 2 else 4
 MELODIES = {"vals.29": "Vals:d=4,o=5,b=63:c"}
 UPLOAD = "Mía:d=4,o=5,b=100:c,d,e"
 SAMPLE = re.compile(r'([a-z_]+)(?:\{((?:[a-z]+="[^"\\\n]*",?)+)\})? (\d+(?:\.\d+)?(?:e-?\d+)?)')
@@ -85,9 +90,11 @@ def metrics(server):
 
 
 def check_counts(server, home):
-    for request, _, status in REQUESTS:
-        assert exchange(server.port, request)[0] == status, request[:80]
-    samples = {}
+    sizes, samples = collections.Counter(), {}
+    for request, route, status in REQUESTS:
+        got, body = exchange(server.port, request)
+        assert got == status, request[:80]
+        sizes[route] += len(body)
     while sum(v for (n, l), v in samples.items() if n == "tonadex_peticiones_total"
               and ("ruta", "/metricas") not in l) < len(REQUESTS):  # counted after its reply is sent
         samples = metrics(server)
@@ -97,6 +104,7 @@ def check_counts(server, home):
         buckets = [v for (n, l), v in samples.items() if n.endswith("_bucket") and ("ruta", route) in l]
         assert buckets == sorted(buckets) and buckets[-1] == count, (route, buckets)
         assert samples["tonadex_duracion_segundos_count", (("ruta", route),)] == count
+        assert samples["tonadex_bytes_total", (("ruta", route),)] == sizes[route], route
     assert samples["tonadex_subidas_total", ()] == 1
     assert samples["tonadex_melodias", ()] == 2
     assert samples["tonadex_almacen_disponible", ()] == 1
@@ -173,17 +181,77 @@ def check_stop(server):
 
 
 def check_settings(home):
-    """The command line takes precedence over variables; invalid values are reported."""
-    for arguments, variables, said, code in [
-            ([], {"TONADEX_PUERTO": "mucho"}, "no es válido: TONADEX_PUERTO", 2),
-            (["--puerto", "x"], {"TONADEX_PUERTO": "0"}, "no es válido: --puerto", 2),
-            ([], {"TONADEX_PROXY": "quizá"}, "no es válido: TONADEX_PROXY", 2),
-            ([], {"TONADEX_CONEXIONES": "0"}, "no es válido: TONADEX_CONEXIONES", 2),
-            (["--conexiones-por-cliente=65536"], {}, "no es válido: --conexiones-por-cliente", 2),
-            (["--puerto=0"], {"TONADEX_DIRECCION": "aquí"}, "no se puede escuchar en aquí", 1)]:
-        done = subprocess.run([SERVER, "--carpeta", home / "otra", *arguments], env={**os.environ, **variables},
-                              capture_output=True, text=True, timeout=60)
-        assert done.returncode == code and said in done.stderr, (arguments, variables, done)
+    """The command line takes precedence over variables; what cannot be used is reported."""
+    with socket.create_server(("127.0.0.1", 0)) as other:
+        port = str(other.getsockname()[1])
+        (home / "file").write_text("")
+        for arguments, variables, said, code in [
+                ([], {"TONADEX_PUERTO": "mucho"}, "no es válido: TONADEX_PUERTO\nPrueba «tonadex-server --help»", 2),
+                (["--puerto", "x"], {"TONADEX_PUERTO": "0"}, "no es válido: --puerto", 2),
+                ([], {"TONADEX_PROXY": "quizá"}, "no es válido: TONADEX_PROXY", 2),
+                ([], {"TONADEX_CONEXIONES": "0"}, "no es válido: TONADEX_CONEXIONES", 2),
+                (["--conexiones-por-cliente=65536"], {}, "no es válido: --conexiones-por-cliente", 2),
+                (["--puerto=0"], {"TONADEX_DIRECCION": "aquí"}, "no se puede escuchar en aquí", 1),
+                (["--puerto", port], {}, f"127.0.0.1, puerto {port}: otro programa usa ya ese puerto", 1),
+                (["--puerto=0"], {"TONADEX_CARPETA": str(home / "file")}, "file»: no es una carpeta", 1),
+                (["--puerto=0", "--registro", home], {}, f"no se puede escribir el registro «{home}»", 1)]:
+            variables = {**os.environ, "TONADEX_CARPETA": str(home / "otra"), **variables}
+            done = subprocess.run([SERVER, *arguments], env=variables, capture_output=True, text=True, timeout=60)
+            assert done.returncode == code and said in done.stderr, (arguments, done)
+
+
+def check_folder(home):
+    """The server removes what a killed one left, keeps its folder to itself and leaves no port behind."""
+    folder = home / "servidor"
+    folder.mkdir(parents=True)
+    os.mkfifo(folder / ".puerto", 0o600)  # must not block
+    unfinished = {".tdx-" + 32 * "f": "half", ".subida-1": "half"}
+    with RunningServer(SERVER, home, unfinished) as server:
+        assert (folder / ".puerto").read_text().strip() == str(server.port)
+        assert not any((folder / name).exists() for name in unfinished)
+        second = subprocess.run([SERVER, "--puerto", "0", "--carpeta", folder], capture_output=True, timeout=60)
+        assert second.returncode == 1 and exchange(server.port, get("/azar.php")) == (200, b"")
+    assert server.process.returncode == 0 and not (folder / ".puerto").exists()
+    line = r"\d{4}(-\d\d){2}T\d\d(:\d\d){2}\.\d{3}Z 127\.0\.0\.1 GET /azar\.php 200 0 \d+\.\d\d\n"
+    assert re.fullmatch(line, (home / "requests").read_text())
+
+
+def check_unread_log():
+    """Nobody need read standard error: it may be closed, full, or without a reader."""
+    full, left = os.pipe(), os.pipe()
+    os.set_blocking(full[1], False)
+    with contextlib.suppress(BlockingIOError):
+        while os.write(full[1], b"x"):
+            pass
+    os.set_blocking(full[1], True)
+    os.close(left[0])
+    for error in (None, full[1], left[1]):
+        with tempfile.TemporaryDirectory() as place:
+            with RunningServer(SERVER, place, {}, log="", error=error) as server:
+                for _ in range(10):
+                    assert exchange(server.port, get("/azar.php")) == (200, b"")
+                # No file got the descriptor of a closed stream.
+                assert (Path(place) / "servidor/.candado").read_text() == ""
+            assert server.process.returncode == 0, error
+
+
+def check_kills(home):
+    """A killed server loses nothing that it has acknowledged, and serves nothing half."""
+    rounds = []
+    for number in range(KILLS):
+        with RunningServer(SERVER, home, {}, more=["--proxy"]) as server:
+            rounds.append(Uploaders([server, server], f"ronda{number:04}"))
+            while len(rounds[-1].acknowledged) < 12:  # each waits for the disk
+                time.sleep(0.01)
+            server.process.kill()
+            rounds[-1].end()
+    with RunningServer(SERVER, home, {}, more=["--proxy"]) as server:
+        for uploaders in rounds:
+            check_all_there([server], uploaders)
+        for record in records(server, "/todoslostonos.php"):
+            name = record.split(" (")[0]
+            assert download(server, name) == (200, melody(name)[1]), name
+    print(f"{KILLS} kills, {sum(len(each.acknowledged) for each in rounds)} acknowledged uploads, all there")
 
 
 with tempfile.TemporaryDirectory() as place:
@@ -194,6 +262,9 @@ with tempfile.TemporaryDirectory() as place:
         check_reload(running, home)
         check_stop(running)
     check_settings(home)
+    check_folder(home / "folder")
+    check_unread_log()
+    check_kills(home / "kills")
 with tempfile.TemporaryDirectory() as place, RunningServer(SERVER, place, MELODIES) as running:
     shutil.rmtree(Path(place) / "servidor")
     assert exchange(running.port, get("/salud"))[0] == 503

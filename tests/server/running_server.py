@@ -6,7 +6,8 @@ from pathlib import Path
 
 
 class RunningServer:
-    def __init__(self, program, home, melodies, read_only=False, more=(), variables={}):
+    def __init__(self, program, home, melodies, read_only=False, more=(), variables={}, log=None,
+                 error=subprocess.STDOUT):
         folder = Path(home) / "servidor"
         folder.mkdir(parents=True, exist_ok=True)
         for name, text in melodies.items():
@@ -16,8 +17,8 @@ class RunningServer:
         self.output = open(Path(home) / "log", "w+b")
         self.process = subprocess.Popen(
             [program, "--puerto", "0", "--carpeta", folder, "--estanteria", "", "--registro",
-             Path(home) / "requests", *more], stdout=self.output, stderr=subprocess.STDOUT,
-            env={**os.environ, **variables})
+             Path(home) / "requests" if log is None else log, *more], stdout=self.output, stderr=error,
+            env={**os.environ, **variables}, preexec_fn=None if error else lambda: os.close(2))
         self.port = self.wait_for_port(Path(home) / "log")
 
     def wait_for_port(self, log):

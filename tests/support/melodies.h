@@ -1,14 +1,13 @@
 #pragma once
 
-#include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "core/rtttl_writer.h"
 #include "data/shelf.h"
+#include "formats/pitch.h"
 
 // Melodies for tests of the formats.
 namespace tonadex::test {
@@ -24,27 +23,41 @@ inline std::vector<std::string> Shelf() {
 
 // Random notes of every duration and pitch, and pauses, with octaves and tempos that phones
 // support.
-inline std::vector<std::string> Generated() {
-  std::mt19937 random(14);
+inline core::PlainMelody AnyMelody(std::mt19937& random, int lowest = 4, int highest = 7) {
   const auto number = [&random](int most) {
     return static_cast<int>(random() % static_cast<unsigned>(most));
   };
-  std::vector<std::string> melodies;
-  for (int i = 0; i < 200; ++i) {
-    core::PlainMelody melody = {"Melodia " + std::to_string(i), 40 + number(360), {}};
-    const int lowest = 4 + number(2), span = 1 + number(8 - lowest);
-    for (int notes = 1 + number(120); notes >= 0; --notes) {
-      melody.notes.push_back({number(8) == 0 && notes > 0 ? -1 : number(12), lowest + number(span),
-                              1 << number(6), number(4) == 0});
-    }
-    melodies.push_back(core::RtttlText(melody));
+  core::PlainMelody melody = {"Melodia " + std::to_string(number(200)), 40 + number(360), {}};
+  lowest += number(highest - lowest + 1);
+  const int span = highest - lowest + 1, lengths = 1 + number(6);
+  for (int notes = 1 + number(120); notes >= 0; --notes) {
+    const bool pause = number(8) == 0 && notes > 0;
+    melody.notes.push_back({pause ? -1 : number(12), pause ? 5 : lowest + number(span),
+                            32 >> number(lengths), number(4) == 0});
   }
-  return melodies;
+  return melody;
+}
+
+// The notes of an RTTTL text.
+inline std::vector<core::PlainNote> PlainNotes(const std::string& rtttl) {
+  core::RTTTLMelody melody;
+  melody.Text = rtttl;
+  core::ParseRTTTL(melody);
+  std::vector<core::PlainNote> notes;
+  for (const core::NoteCodes& note : melody.Notes.Codes()) {
+    const bool pause = core::IsPause(note);
+    notes.push_back({pause ? -1 : formats::SemitoneOf(note), pause ? 5 : note.octave, note.duration,
+                     note.dotted});
+  }
+  return notes;
 }
 
 inline std::vector<std::string> Melodies() {
   std::vector<std::string> melodies = Shelf();
-  std::ranges::copy(Generated(), std::back_inserter(melodies));
+  std::mt19937 random(14);
+  for (int i = 0; i < 200; ++i) {
+    melodies.push_back(core::RtttlText(AnyMelody(random)));
+  }
   return melodies;
 }
 

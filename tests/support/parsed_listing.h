@@ -23,14 +23,11 @@ struct Listing {
 };
 
 inline Listing ParseListing(std::string_view reply, bool stemAlone) {
-  Listing listing;
+  std::vector<ListingRow> rows;
   const ListingEnd end = ReadListing(reply, stemAlone, [&](std::string_view text, auto number) {
-    listing.rows.push_back({std::string(text), number});
+    rows.push_back({std::string(text), number});
   });
-  listing.rest = end.rest;
-  listing.record = end.record;
-  listing.number = end.number;
-  return listing;
+  return {rows, std::string(end.rest), end.record, std::string(end.number)};
 }
 
 }  // namespace tonadex::net

@@ -1,13 +1,11 @@
 #!/usr/bin/env python3
 """Drives the page of a real tonadex-server in Chromium, as a smartphone and as a computer shows it,
-light and dark. Usage: page_test.py SERVER CLI BUILD_FOLDER [PICTURE_FOLDER]"""
+light and dark. Usage: page_test.py SERVER BUILD_FOLDER [PICTURE_FOLDER]"""
 import base64
-import os
 import shutil
 import subprocess
 import sys
 import tempfile
-import time
 import urllib.request
 from pathlib import Path
 
@@ -23,8 +21,8 @@ sys.path.insert(0, str(Path(__file__).parent.parent / "server"))
 from midi import midi_file
 from running_server import RunningServer
 
-SERVER, CLI, BUILD = sys.argv[1], sys.argv[2], Path(sys.argv[3])
-PICTURES = Path(sys.argv[4]) if len(sys.argv) > 4 else None
+SERVER, BUILD = sys.argv[1], Path(sys.argv[2])
+PICTURES = Path(sys.argv[3]) if len(sys.argv) > 3 else None
 VALS = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g"
 # Names that would run as script if the page inserted them as HTML; the server stores them like
 # others. The first ones cannot be uploaded and are written to the folder.
@@ -140,7 +138,6 @@ def listen(page):
     page.js("played.length = 0")
     page.press("#tocar")
     page.until(lambda: page.js("return document.querySelectorAll('#dibujo .suena').length") == 1, "a note followed")
-    page.picture("suena")
     played = page.js("return played")
     start = played[0][1]
     pitches = [[round(value), round(1000 * (at - start))] for value, at in played if value > 1]
@@ -153,7 +150,6 @@ def listen(page):
 
 def download(page):
     page.press(".menu summary")
-    page.picture("descargar")
     for button in page.browser.find_elements(By.CSS_SELECTOR, ".menu button"):
         if ".mid)" in button.text:
             button.click()
@@ -189,7 +185,6 @@ def type_it(page, axe):
     assert "mantén 3 s" in page.text("#g-grupo") and page.text("#g-pantalla b") == "8.e2"
     pressed = [key.text.split("\n")[0] for key in page.browser.find_elements(By.CSS_SELECTOR, "#g-teclado .pulsa")]
     assert pressed == ["3", "*"], pressed
-    page.picture("teclear3")
     swipe(page, 150)
     page.until(lambda: page.text("#g-lugar") == "2 de 5", "back by a swipe")
     page.press("#guia [data-cierra]")
@@ -234,7 +229,6 @@ def print_sheet(page):
 
 def without_script(port):
     page = Page(port, 390, 844, "light", "--blink-settings=scriptEnabled=false")
-    page.picture("sin-script")
     assert page.one("noscript a[download]").is_displayed() and not page.one("#todo").is_displayed()
     page.one("#sin").send_keys("vals" + Keys.ENTER)
     page.until(lambda: "Vals (vals.34)" in page.text("body"), "the listing")
@@ -349,45 +343,21 @@ def visit(port, view, works):
         page.browser.quit()
 
 
-def on_server(axe, port):
-    works = [lambda page: page.judge("inicio", axe), lambda page: find_and_open(page, "vals", "Vals"), listen, download,
-             lambda page: choose_phone(page, "nokia puls", axe), lambda page: type_it(page, axe),
-             lambda page: paste(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe), unreachable,
-             hostile]
-    for view in VIEWS:
-        visit(port, view, works)
-    without_script(port)
-
-
-def inside_a_program(axe):
-    """The server embedded in tonadex-cli, which runs while the program waits for melodies to upload."""
-    with tempfile.TemporaryDirectory() as home:
-        folder = Path(home) / "servidor"
-        folder.mkdir()
-        (folder / "vals.34").write_text(VALS)
-        program = subprocess.Popen([CLI, "subir"], stdin=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                                   env={**os.environ, "TONADEX_HOME": home, "TONADEX_SERVIDOR": ""})
-        while not (folder / ".puerto").exists():
-            assert program.poll() is None
-            time.sleep(0.1)
-        try:
-            visit(int((folder / ".puerto").read_text()), VIEWS[0],
-                  [lambda page: find_and_open(page, "vals", "Vals"), download, lambda page: choose_phone(page, "nokia puls", axe),
-                   lambda page: type_it(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe)])
-        finally:
-            program.communicate()
-
-
 def main():
     axe = axe_script()
     if axe is None:
         print("axe-core cannot be fetched: the page is not checked for accessibility")
+    works = [lambda page: page.judge("inicio", axe), lambda page: find_and_open(page, "vals", "Vals"), listen, download,
+             lambda page: choose_phone(page, "nokia puls", axe), lambda page: type_it(page, axe),
+             lambda page: paste(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe), unreachable,
+             hostile]
     melodies = {"vals.34": VALS, "marcha.30": "Marcha:d=8,o=5,b=90:c,d,e,f"}
     for number, name in enumerate(HOSTILE):
         melodies[f"raro{number}.{30 + number}"] = stored(name)
     with tempfile.TemporaryDirectory() as home, RunningServer(SERVER, home, melodies) as server:
-        on_server(axe, server.port)
-    inside_a_program(axe)
+        for view in VIEWS:
+            visit(server.port, view, works)
+        without_script(server.port)
 
 
 main()

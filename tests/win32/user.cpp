@@ -120,20 +120,6 @@ void ClickRow(HWND list, int row) {
   ClickAt(list, 30, (row - top) * height + height / 2);
 }
 
-void ClickScreen(int x, int y) {
-  constexpr int kWhole = 0x10000;  // width and height of the screen in these units
-  INPUT click[2]{};
-  for (INPUT& half : click) {
-    half.type = INPUT_MOUSE;
-    half.mi.dx = MulDiv(x, kWhole, GetSystemMetrics(SM_CXSCREEN));
-    half.mi.dy = MulDiv(y, kWhole, GetSystemMetrics(SM_CYSCREEN));
-    half.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE;
-  }
-  click[0].mi.dwFlags |= MOUSEEVENTF_LEFTDOWN;
-  click[1].mi.dwFlags |= MOUSEEVENTF_LEFTUP;
-  SendInput(2, click, sizeof click[0]);
-}
-
 void Type(const std::wstring& text) {
   for (const wchar_t character : text) {
     SendKey(0, character, KEYEVENTF_UNICODE);
@@ -152,13 +138,10 @@ void Press(WORD key, const std::vector<WORD>& held) {
   }
 }
 
-std::string AnswerBox(DWORD process, std::string* title) {
+std::string AnswerBox(DWORD process) {
   const HWND box = WaitForWindow(kDialogClass, process);
   if (box == nullptr) {
     return "(no message box)";
-  }
-  if (title != nullptr) {
-    *title = TextIn(box);
   }
   const std::string text = TextIn(GetDlgItem(box, kBoxText));
   PostMessageW(box, WM_COMMAND, IDOK, 0);

@@ -28,9 +28,6 @@ std::string TextIn(HWND window);  // Windows-1252
 // Clicks the middle of a window, or a position in it.
 void Click(HWND window);
 void ClickAt(HWND window, int x, int y);
-// Clicks with the system's mouse, for parts that do not receive mouse messages. Press and release
-// contain the position, because Wine moves the pointer back to where the X server has it.
-void ClickScreen(int x, int y);
 // Clicks a row of a list box.
 void ClickRow(HWND list, int row);
 void Type(const std::wstring& text);
@@ -39,6 +36,6 @@ inline const std::vector<WORD> kAlt{VK_MENU}, kCtrl{VK_CONTROL}, kAltGr{VK_LCONT
 void Press(WORD key, const std::vector<WORD>& held = {});
 
 // Waits for a message box of the process, returns its text and closes it.
-std::string AnswerBox(DWORD process, std::string* title = nullptr);
+std::string AnswerBox(DWORD process);
 
 }  // namespace tonadex::test

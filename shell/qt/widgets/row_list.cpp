@@ -149,6 +149,12 @@ QSize RowList::sizeHint() const {
           std::max(minimumHeight(), 2 * (fontMetrics().height() + kGrid))};
 }
 
+// The selected row stays in view when the list is laid out after its row was selected.
+void RowList::resizeEvent(QResizeEvent* event) {
+  QListView::resizeEvent(event);
+  scrollTo(currentIndex());
+}
+
 int RowList::SelectedRow() const {
   const int row = currentIndex().isValid() ? currentIndex().row() : -1;
   return row < static_cast<int>(Rows().size()) ? row : -1;

@@ -64,6 +64,7 @@ class RowList : public QListView {
   void focusInEvent(QFocusEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   const app::MenuItem* ButtonAt(const QPoint& place) const;
