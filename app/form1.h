@@ -88,6 +88,8 @@ class Form1 : public SharedState,
   void List1_DblClick();
   // Writes down what is to survive the end of the program.
   void saveTimer_Timer();
+  // Whether there are changes that it will write.
+  bool SavesSoon() const { return saveTimer.enabled; }
 
   void ocultapagina();
 
@@ -110,7 +112,6 @@ class Form1 : public SharedState,
   Control waitingLine;  // while a request runs
   Control phoneButton;  // the chosen phone: "Nokia 3210, 3310 …" or "Elige tu móvil"
   Control saveTimer;    // enabled by the first change after a save
-  bool SavesSoon() const { return saveTimer.enabled; }
   // Where the window stood when the program last ended; then a shell keeps it up to date.
   WindowPlace windowPlace;
 

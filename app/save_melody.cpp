@@ -116,12 +116,6 @@ std::string ExtensionOf(const std::filesystem::path& file) {
   return extension.empty() ? extension : extension.substr(1);
 }
 
-std::string SheetTitle(std::string_view rtttl, std::string_view phone, std::string_view tempo) {
-  std::string title(core::Trim(rtttl.substr(0, rtttl.find(':'))));
-  title.append(phone.empty() ? "" : ", para ").append(phone);
-  return title.append(tempo.empty() ? "" : ", tempo ").append(tempo);
-}
-
 std::string FileStem(std::string_view row) {
   std::string name(core::RowStem(row));
   for (char& c : name) {
@@ -130,6 +124,12 @@ std::string FileStem(std::string_view row) {
     }
   }
   return !name.empty() && net::IsSafeFileName(name + ".x") ? name : "melodia";
+}
+
+std::string SheetTitle(std::string_view rtttl, std::string_view phone, std::string_view tempo) {
+  std::string title(core::Trim(rtttl.substr(0, rtttl.find(':'))));
+  title.append(phone.empty() ? "" : ", para ").append(phone);
+  return title.append(tempo.empty() ? "" : ", tempo ").append(tempo);
 }
 
 std::string SheetPdf(std::string_view rtttl, std::string_view model) {

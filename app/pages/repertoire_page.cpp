@@ -673,11 +673,9 @@ void RepertoirePage::ConvertSelectedMelody() {
     texttempo.text = page->tempo;
     last_ = file;
     line_ = line;
-    const Program& program = state_.program;
-    result_ = {row,          program.gPhoneModel,
-               page->result, program.gMelody,
-               shown,        file,
-               line,         NoteGroups(program.gPhoneModel, page->result, program.gMelody)};
+    const std::string& model = state_.program.gPhoneModel;
+    result_ = {row,  model, shown,
+               file, line,  NoteGroups(model, page->result, state_.program.gMelody)};
   }
 }
 

@@ -18,8 +18,7 @@ namespace tonadex::app {
 
 // What the result panel shows.
 struct ShownResult {
-  std::string row, model, text;  // row of the repertoire, model text, the phone's result
-  core::RTTTLMelody melody;      // as its conversion left it
+  std::string row, model;        // row of the repertoire, model text
   std::string name, file, line;  // what the list calls the melody; its file and its text
   std::vector<int> groups;       // of each note of the melody its group of the result, or -1
 };
@@ -89,7 +88,7 @@ class RepertoirePage {
  protected:
   void FillRepertoire();
   void RefreshRepertoire();
-  // The result to be typed; nullptr for one that is out of date or has no keys.
+  // The result to be typed; nullptr if it is out of date or not typed by keys.
   const ShownResult* ResultToType();
   // Marks the group whose note sounds at this time, if the display shows the selected melody for
   // the chosen phone; a negative time marks none. False when nothing changed.

@@ -483,17 +483,13 @@ void StartPage::repairList_Click() {
 
 void StartPage::applyRepairButton_Click() {
   if (auto* repair = repairList.SelectedOf(repairs_)) {
-    ReplaceRtttl(std::move(repair->text));
+    EditRtttl(std::move(repair->text));
     state_.focusNext = saveRtttl.enabled ? &F::saveRtttl : &F::txtrtttlsube;
   }
 }
 
 void StartPage::EditRtttl(std::string text) {
-  ReplaceRtttl(std::move(text));
   state_.focusNext = &F::txtrtttlsube;
-}
-
-void StartPage::ReplaceRtttl(std::string text) {
   std::string before = txtrtttlsube.text;
   SetRtttl(std::move(text));
   unrepaired_ = before == txtrtttlsube.text ? std::string() : std::move(before);

@@ -89,7 +89,6 @@ class StartPage {
 
  private:
   void SetRtttl(std::string text);
-  void ReplaceRtttl(std::string text);
 
   std::vector<phones::RepairedMelody> repairs_;  // proposed; empty when nothing is
   std::string unrepaired_;                       // what the box held before; "" for nothing

@@ -85,10 +85,6 @@ Shape Mono(Shape text) {
   return text.mono = true, text;
 }
 
-int WithinBounds(int seconds) {
-  return std::clamp(seconds, kLeastSeconds, kMostSeconds);
-}
-
 std::string GroupWords(const phones::TypingStep& step) {
   return step.group.empty() ? std::string(kNoKeys) : step.group;
 }
@@ -216,15 +212,14 @@ TypingPage::TypingPage(SharedState& state) : state_(state) {
 }
 
 bool TypingPage::OpenGuide(const ShownResult& result) {
-  ShownResult typed = result;
-  typed.model = phones::TypedModel(result.model);
-  const auto page = phones::ConvertQuietly(typed.melody, result.line, typed.model);
-  if (!page || !guide_.Open(typed.model, page->result, typed.melody)) {
+  const std::string_view typed = phones::TypedModel(result.model);
+  const auto page = phones::ConvertQuietly(melody_, result.line, typed);
+  if (!page || !guide_.Open(typed, page->result, melody_)) {
     return false;
   }
-  guideTitle.caption = SheetTitle(result.line, phones::PhoneName(result.model), typed.melody.Beats);
-  guideDrawing = MelodyDrawing(typed.melody.Text, typed.model);
-  result_ = std::move(typed);
+  row_ = result.row;
+  guideTitle.caption = SheetTitle(result.line, phones::PhoneName(result.model), melody_.Beats);
+  guideDrawing = MelodyDrawing(melody_.Text, typed);
   shownMs_ = 0;
   keyTimer.enabled = true;
   SoundNote();
@@ -247,7 +242,6 @@ void TypingPage::RefreshTyping() {
   goOnButton.caption = goesOn_ ? kStop : kGoOn;
   goOnButton.enabled = goesOn_ || nextGroup.enabled;
   soundNotes.checked = soundNotes.value != 0;
-  seconds_ = WithinBounds(seconds_);
   pace.caption = "cada " + std::to_string(seconds_) + " s";
   fasterButton.enabled = seconds_ > kLeastSeconds;
   slowerButton.enabled = seconds_ < kMostSeconds;
@@ -278,11 +272,11 @@ void TypingPage::SoundNote() {
       (before != nullptr && before->note == step->note)) {
     return;
   }
-  const core::RTTTLNote note = result_.melody.Notes[static_cast<std::size_t>(step->note)];
+  const core::RTTTLNote note = melody_.Notes[static_cast<std::size_t>(step->note)];
   if (!core::IsPause(note)) {
     core::RTTTLMelody alone;
     core::InitMelody(alone, state_.program.services.shell.TempPath());
-    alone.Text = "x:d=4,o=5,b=" + result_.melody.Beats + ":";
+    alone.Text = "x:d=4,o=5,b=" + melody_.Beats + ":";
     alone.Text.append(note.Duration).append(note.Note).append(note.Dotted ? "." : "");
     alone.Text.append(note.Octave);
     sounds_ = core::ParseRTTTL(alone) == core::kParsed &&
@@ -303,7 +297,7 @@ void TypingPage::soundNotes_Click() {
 
 void TypingPage::keyTimer_Timer() {
   shownMs_ += kTickMs;
-  if (goesOn_ && shownMs_ >= static_cast<std::uint32_t>(WithinBounds(seconds_)) * 1000) {
+  if (goesOn_ && shownMs_ >= static_cast<std::uint32_t>(seconds_) * 1000) {
     Go(GuideMove::kNext);
     goesOn_ = guide_.Group(1) != nullptr;
   }
@@ -314,11 +308,15 @@ void TypingPage::goOnButton_Click() {
   shownMs_ = 0;
 }
 
+void TypingPage::ChangePace(int seconds) {
+  seconds_ = std::clamp(seconds_ + seconds, kLeastSeconds, kMostSeconds);
+}
+
 // ---- The sheet ----------------------------------------------------------------------------------
 
 void TypingPage::saveSheet_Click() {
   auto choice = state_.program.services.fileDialogs.AskSaveAs(
-      words::kSaveAs, FileStem(result_.row) + ".pdf", std::array{std::string(kPdfFilter)});
+      words::kSaveAs, FileStem(row_) + ".pdf", std::array{std::string(kPdfFilter)});
   if (!choice) {
     return;
   }
@@ -331,7 +329,7 @@ void TypingPage::saveSheet_Click() {
 }
 
 void TypingPage::printSheet_Click() {
-  state_.program.services.RichTextBox1.PrintPages(Sheet(), FileStem(result_.row));
+  state_.program.services.RichTextBox1.PrintPages(Sheet(), FileStem(row_));
 }
 
 void TypingPage::openSheet_Click() {

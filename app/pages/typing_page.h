@@ -25,8 +25,8 @@ class TypingPage {
   void soundNotes_Click();
   // Automatic advance and its pace.
   void goOnButton_Click();
-  void fasterButton_Click() { --seconds_; }
-  void slowerButton_Click() { ++seconds_; }
+  void fasterButton_Click() { ChangePace(-1); }
+  void slowerButton_Click() { ChangePace(1); }
   // The sheet as a PDF, which can then be opened or shown in its folder, or printed.
   void saveSheet_Click();
   void printSheet_Click();
@@ -59,13 +59,15 @@ class TypingPage {
 
  private:
   void Go(GuideMove move);
+  void ChangePace(int seconds);
   void SoundNote();
   void HushNote();
   Paper Sheet() const;
 
   SharedState& state_;
   TypingGuide guide_;
-  ShownResult result_;           // which the guide leads through
+  std::string row_;              // of the repertoire
+  core::RTTTLMelody melody_;     // as the conversion left it
   bool sounds_ = false;          // a note was started
   std::filesystem::path saved_;  // the sheet as PDF; empty before it is saved
   std::uint32_t shownMs_ = 0;    // time since the group is shown
