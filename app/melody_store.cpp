@@ -139,9 +139,11 @@ std::string MelodyStore::Write(std::string_view text, bool again) const {
   const auto look = [&](const fs::path& candidate) {
     std::string there;
     core::SkipErrors([&] { there = core::UndoSharpEscape(files::ReadMelodyLine(candidate)); });
-    return there == line                                         ? files::CreateResult::kCreated
-           : candidate == file || fs::exists(candidate, ignored) ? files::CreateResult::kExists
-                                                                 : files::CreateResult::kFailed;
+    if (there == line) {
+      return files::CreateResult::kCreated;
+    }
+    const bool goesOn = candidate == file || fs::exists(candidate, ignored);
+    return goesOn ? files::CreateResult::kExists : files::CreateResult::kFailed;
   };
   if (const auto found = again ? std::nullopt : files::MakeUnderFreeName(file, look)) {
     return NameIn(found, kNotSaved);

@@ -5,15 +5,18 @@
 #include <string_view>
 
 #include "app/rich_text.h"
+#include "core/windows1252.h"
 
 // The printed sheet: an RTF template with five placeholder words.
 namespace tonadex::app {
+
+using namespace core::literals;
 
 inline constexpr std::string_view kSheetTemplate = "print.rtf";  // in the program folder
 
 // Without any printer the sheet is saved among the user's documents: the path follows these words.
 inline constexpr std::string_view kNoPrinter =
-    "No hay ninguna impresora predeterminada.\r\nLa hoja est\xE1 guardada en:\r\n";
+    u8"No hay ninguna impresora predeterminada.\r\nLa hoja está guardada en:\r\n"_w;
 
 // What the sheet shows, Windows-1252.
 struct SheetValues {
