@@ -29,6 +29,14 @@ using namespace std::string_literals;
 using namespace core::literals;
 using test::ErrorOf;
 
+TEST(ReadFirstLine, EndsAtALineEndOrOneByteBeyondItsBound) {
+  for (const auto& [bytes, line] :
+       {std::pair{"", ""}, {"\na", ""}, {"a\rb", "a"}, {"abc\nd", "abc"}, {"abcde", "abcd"}}) {
+    std::istringstream input{bytes};
+    EXPECT_EQ(ReadFirstLine(input, 3), line);
+  }
+}
+
 TEST(ReadMelodyLine, TakesTheFirstLineInEitherEncoding) {
   const test::TempFolder folder;
   for (const std::string_view bytes :
