@@ -3,6 +3,7 @@
 #include <atomic>
 #include <future>
 #include <set>
+#include <sstream>
 
 #include "core/melody_file.h"
 #include "core/windows1252.h"
