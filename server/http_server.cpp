@@ -294,8 +294,9 @@ asio::awaitable<bool> HttpServer::State::WriteReply(beast::tcp_stream& stream, c
                                                     bool keepAlive, bool bodyToo) {
   const std::string head = ReplyHead(reply, keepAlive);
   std::string_view first = head;
-  for (std::size_t i = 0; i == 0 || (bodyToo && i < reply.body.size()); ++i) {
-    std::string_view rest = bodyToo ? std::string_view(*reply.body[i]) : std::string_view();
+  const std::size_t texts = bodyToo ? reply.body.size() : 0;  // 0 for a 304, too
+  for (std::size_t i = 0; i == 0 || i < texts; ++i) {
+    std::string_view rest = i < texts ? std::string_view(*reply.body[i]) : std::string_view();
     do {
       const std::string_view slice = rest.substr(0, kSliceBytes);
       const std::array<asio::const_buffer, 2> buffers = {asio::buffer(first.data(), first.size()),

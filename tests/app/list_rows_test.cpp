@@ -17,9 +17,12 @@ std::size_t allocated = 0;  // bytes allocated in total, freed ones included
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   allocated += size;
-  if (void* place = std::malloc(size == 0 ? 1 : size)) {
+  return std::malloc(size == 0 ? 1 : size);
+}
+void* operator new(std::size_t size) {
+  if (void* place = operator new(size, std::nothrow)) {
     return place;
   }
   throw std::bad_alloc();
