@@ -88,8 +88,7 @@ TEST(Handle, TakesAndGivesNamesAsTypedOrEncoded) {
   }
 }
 
-class EmptyShelf : public testing::Test {
- protected:
+struct EmptyShelf : testing::Test {
   Reply Ask(const string& target, bool post = false, const std::function<bool()>& abandoned = {}) {
     return Handle({target, "client", {}, 1, abandoned, post}, shelf);
   }
