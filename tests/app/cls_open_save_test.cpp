@@ -12,8 +12,7 @@ namespace {
 
 using namespace std::string_literals;
 
-class ClsOpenSave : public testing::Test {
- protected:
+struct ClsOpenSave : testing::Test {
   test::FakeFileDialogs dialogs;
   clsOpenSave dialog{dialogs};
 };

@@ -28,8 +28,7 @@ bool Overlap(const Rect& a, const Rect& b) {
          b.top < a.top + a.height;
 }
 
-class LayoutTest : public testing::Test {
- protected:
+struct LayoutTest : testing::Test {
   // `height` 0: the height that the page needs, minus `missing`.
   std::vector<Placed> PlaceIn(int width, int height, double scale = 1, int times = 1,
                               int missing = 0, int scrolled = 0) {

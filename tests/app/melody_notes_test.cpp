@@ -100,8 +100,7 @@ TEST(MelodyDrawing, MarksWhatTheNoticesName) {
       if (!seen.insert(phone.code).second) {
         continue;
       }
-      core::RTTTLMelody melody;
-      melody.Text = rtttl;
+      core::RTTTLMelody melody = test::MelodyOf(rtttl);
       core::RecordingMessages boxes;
       const core::ScopedMessageSink sink(boxes);
       const auto page = phones::ConvertSelectedMelody(melody, phone.model, "x", noFile).page;

@@ -19,8 +19,7 @@
 namespace tonadex::app {
 namespace {
 
-class Store : public testing::Test {
- protected:
+struct Store : testing::Test {
   // The melodies of the folder, in UTF-8, as "file=text;".
   std::string Held(const char* name = "m") const {
     std::map<std::string, std::string> held;

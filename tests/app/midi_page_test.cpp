@@ -26,8 +26,7 @@ std::string ThreeVoices() {
   return test::SmfOf({chords, drums, tune}, 48);
 }
 
-class MidiPageTest : public testing::Test {
- protected:
+struct MidiPageTest : testing::Test {
   void Open(const std::string& bytes) {
     test.program.gPhoneModel = "3210,3310,3330,3390,8250";
     form.Form_Load();

@@ -44,8 +44,7 @@ std::vector<Scenario> Scenarios() {
   return scenarios;
 }
 
-class Form1Scenario : public testing::TestWithParam<Scenario> {
- protected:
+struct Form1Scenario : testing::TestWithParam<Scenario> {
   using Step = void (Form1Scenario::*)(const Row&);
 
   Control& Named(const std::string& name) { return form.*FindControl(name)->member; }

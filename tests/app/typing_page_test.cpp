@@ -16,8 +16,7 @@ namespace {
 
 using namespace core::literals;
 
-class TypingPageTest : public testing::Test {
- protected:
+struct TypingPageTest : testing::Test {
   // Converts the repertoire's only melody for this model and opens the guide.
   void Teclear(const std::string& notes, const std::string& model = " Pulsaciones") {
     test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=60:" + notes);

@@ -62,13 +62,8 @@ void ExpectLegible(const Paper& paper, double leastPoints) {
 }
 
 TEST(TypingSheet, HoldsEveryGroupLegiblyOnAsFewPagesAsItCan) {
-  struct {
-    std::string_view model;
-    std::string_view group;
-    int notes;
-    std::size_t pages;
-    double leastPoints;
-  } constexpr kSheets[] = {
+  // Model, keys of each note, notes, pages, least size in points.
+  constexpr std::tuple<std::string_view, std::string_view, int, std::size_t, double> kSheets[] = {
       {" Pulsaciones", "(3)9**", 8, 1, 28},
       {" Pulsaciones", "(3)9**", 50, 1, 18},
       {" Pulsaciones tipo 1", "2#88****", 100, 2, 18},

@@ -13,9 +13,7 @@ namespace tonadex::app {
 namespace {
 
 TEST(FileStem, IsAFileNameOfTheRow) {
-  for (const test::Row& row : test::Table("File names")) {
-    EXPECT_EQ(FileStem(row[0]), row[1]);
-  }
+  test::ExpectRows("File names", [](const test::Row& row) { return FileStem(row[0]); });
 }
 
 TEST(RtttlCheck, NamesTheFirstFault) {

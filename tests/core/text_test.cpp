@@ -18,16 +18,9 @@
 namespace tonadex::core {
 namespace {
 
+using test::AllBytes;
 using test::ErrorOf;
 using test::Repeated;
-
-std::string AllBytes() {
-  std::string bytes;
-  for (int code = 0; code < 256; ++code) {
-    bytes += static_cast<char>(code);
-  }
-  return bytes;
-}
 
 TEST(Fold, BringsEveryByteToLowerCaseWithoutAccents) {
   EXPECT_EQ(ToUtf8(Fold("AZaz09@[`{")), "azaz09@[`{");

@@ -10,6 +10,7 @@
 
 #include "platform/http/background_get.h"
 #include "tests/core/table.h"
+#include "tests/core/test_melody.h"
 #include "tests/http/raw_socket.h"
 
 namespace tonadex {
@@ -98,10 +99,7 @@ TEST(HttpClientGet, GivesTheWholeBodyOrFails) {
     SCOPED_TRACE(row[0]);
     ExpectOutcome(Says(row[0]), row[1]);
   }
-  std::string bytes;
-  for (int byte = 0; byte < 256; ++byte) {
-    bytes += static_cast<char>(byte);
-  }
+  const std::string bytes = test::AllBytes();
   ExpectOutcome(Says(WithLength(256, bytes)), bytes);
   ExpectOutcome(Says("HTTP/1.1 200 OK\r\n\r\n" + bytes), bytes);
   ExpectOutcome(Drip, "gotera");

@@ -94,8 +94,7 @@ TEST(WriteMidiFile, AnyFailureIsMinusOne) {
 }
 
 // Records message boxes and sequencer commands in order.
-class Stage : public core::MessageSink {
- public:
+struct Stage : core::MessageSink {
   void Show(const core::Message& message) override {
     sequencer.commands.push_back((message.icon == core::Icon::kInformation ? "i[" : "[") +
                                  message.title + "]" + message.text);

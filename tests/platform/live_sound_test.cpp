@@ -16,8 +16,7 @@
 namespace tonadex::platform {
 namespace {
 
-class LiveSoundTest : public testing::Test {
- protected:
+struct LiveSoundTest : testing::Test {
   void Play(std::string_view melody) {
     ASSERT_EQ(test::WriteMelody(folder / "m.mid", melody), midi::kMidiWritten);
     sequencer.emplace(SoundOptions{{"pipewire", "file:" + (folder / "heard.raw").string()},

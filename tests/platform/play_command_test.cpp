@@ -20,8 +20,7 @@ namespace {
 constexpr const char* kSilentNote =
     "tonadex-cli: no hay dispositivo de sonido: la melodía avanza en silencio\n";
 
-class ReproducirTest : public testing::Test {
- protected:
+struct ReproducirTest : testing::Test {
   static std::string Play(const std::string& melody, std::vector<std::string> arguments = {}) {
     arguments.insert(arguments.begin(), {"reproducir", "-"});
     const test::Outcome outcome = test::RunCli(arguments, melody);

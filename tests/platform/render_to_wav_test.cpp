@@ -16,8 +16,7 @@ namespace {
 
 constexpr std::size_t kWavHeader = 44;
 
-class RenderToWavTest : public testing::Test {
- protected:
+struct RenderToWavTest : testing::Test {
   RenderResult Render(std::string_view melody, std::int16_t instrument = test::kPiano) {
     EXPECT_EQ(test::WriteMelody(folder / "m.mid", melody, instrument), midi::kMidiWritten);
     const RenderResult result = RenderToWav(folder / "m.mid", folder / "m.wav");

@@ -18,8 +18,7 @@ double MsSince(Clock::time_point begun) {
   return std::chrono::duration<double, std::milli>(Clock::now() - begun).count();
 }
 
-class FluidSequencerTest : public testing::Test {
- protected:
+struct FluidSequencerTest : testing::Test {
   FluidSequencerTest() { EXPECT_EQ(test::WriteMelody(file), midi::kMidiWritten); }
   std::string OpenCommand(const std::string& name) const {
     return "open " + name + " type sequencer alias mR2M";

@@ -167,8 +167,7 @@ TEST(Binding, TabGoesInReadingOrder) {
 }
 
 // Every page, with a conversion result, at each window and font size.
-class WindowSizeTest : public testing::TestWithParam<std::tuple<int, int, double>> {
- protected:
+struct WindowSizeTest : testing::TestWithParam<std::tuple<int, int, double>> {
   WindowSizeTest() { SetType(std::get<2>(GetParam())); }
   ~WindowSizeTest() override { SetType(1); }
   void SetType(double factor) {

@@ -31,8 +31,7 @@ std::string Manual() {
   return source + "\\pard Pulsaci\\'d3N y \\'d1and\\'fa\\par}";
 }
 
-class HelpWindowTest : public testing::Test {
- protected:
+struct HelpWindowTest : testing::Test {
   HelpWindowTest() {
     folder.Write("TONADEX.HLP", Manual());
     window.Open(folder / "TONADEX.HLP");

@@ -26,8 +26,7 @@ std::string PdfText(const std::filesystem::path& file) {
 }
 
 // CUPS_SERVER in CMakeLists.txt makes sure that these tests find no printer.
-class RichTextBoxTest : public testing::Test {
- protected:
+struct RichTextBoxTest : testing::Test {
   RichTextBoxTest() {
     qputenv("HOME", folder.path().c_str());
     qputenv("XDG_CONFIG_HOME", (folder / "config").c_str());
