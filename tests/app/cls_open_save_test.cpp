@@ -7,8 +7,7 @@
 #include "core/runtime_error.h"
 #include "tests/support/fakes.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::cls_open_save_test {
 
 using namespace std::string_literals;
 
@@ -52,5 +51,4 @@ TEST_F(ClsOpenSave, FailsBeforeTheDialogForANameThatDoesNotFit) {
   EXPECT_EQ(dialogs.asked.size(), 1u);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::cls_open_save_test

@@ -7,8 +7,7 @@
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::display_layout_test {
 
 std::string Of(std::string_view text, const TextRange& range) {
   return std::string(text.substr(range.from, range.to - range.from));
@@ -129,5 +128,4 @@ TEST(DisplayLayout, FillsItsPlaceUntilSomeoneChoosesASize) {
   EXPECT_EQ(display.ChosenPixelSize(), 40);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::display_layout_test

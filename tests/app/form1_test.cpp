@@ -16,8 +16,7 @@
 #include "tests/core/test_melody.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::form1_test {
 
 struct Form1Window : testing::Test {
   void SetUp() override {
@@ -249,5 +248,4 @@ TEST(PressKey, ActsAsThePhone) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::form1_test

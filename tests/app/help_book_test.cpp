@@ -7,8 +7,7 @@
 #include "rtf/rtf_reader.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::help_book_test {
 
 using Places = std::vector<std::size_t>;
 
@@ -150,5 +149,4 @@ TEST(HelpBook, SaysWhyItCannotBeShownAndTriesAgain) {
   EXPECT_EQ(rtf::PlainText(page.book.manual()), u"x\n");
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::help_book_test

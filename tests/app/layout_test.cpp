@@ -9,8 +9,7 @@
 #include "tests/midi/smf_bytes.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::layout_test {
 
 // A fake toolkit with characters of 8 by 16 pixels, multiplied by `times`: labels wrap, buttons and
 // text lines are 36 pixels high.
@@ -156,5 +155,4 @@ TEST_F(LayoutTest, TheDisplayIsTheHeartOfItsPage) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::layout_test

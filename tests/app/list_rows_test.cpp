@@ -32,8 +32,7 @@ void* operator new(std::size_t size) {
   std::free(place);
 }
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::list_rows_test {
 
 TEST(ListRows, ACopyIsSharedUntilOneOfThemChanges) {
   ListRows rows = {{"uno", 1}, {"", 2, true}};
@@ -66,5 +65,4 @@ TEST(ListRows, AListingNeedsThreeTimesItsSizeBesides) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::list_rows_test

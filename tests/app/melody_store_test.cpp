@@ -16,8 +16,7 @@
 #include "tests/support/full_disk.h"
 #endif
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::melody_store_test {
 
 struct Store : testing::Test {
   // The melodies of the folder, in UTF-8, as "file=text;".
@@ -148,5 +147,4 @@ TEST_F(Store, KeepsWhatCannotGoToTheBin) {
   EXPECT_EQ(Held(), before);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::melody_store_test

@@ -7,8 +7,7 @@
 #include "tests/midi/smf_bytes.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::midi_page_test {
 
 using namespace core::literals;
 
@@ -119,5 +118,4 @@ TEST_F(MidiPageTest, SaysWhereAFileIsDamaged) {
             "!No se ha podido abrir la melodía: el fichero MIDI no tiene ninguna nota.");
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::midi_page_test

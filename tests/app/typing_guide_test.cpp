@@ -4,8 +4,7 @@
 
 #include "tests/core/test_melody.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::typing_guide_test {
 
 constexpr std::string_view kModel = " Pulsaciones";
 constexpr std::string_view kResult = "1 2 (3)9** 4 5 ";
@@ -106,5 +105,4 @@ TEST(LitAt, PressesOneKeyAfterTheOther) {
   EXPECT_EQ(LitAt({}, 5).press, nullptr);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::typing_guide_test

@@ -11,8 +11,7 @@
 #include "tests/core/test_melody.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::typing_page_test {
 
 using namespace core::literals;
 
@@ -194,5 +193,4 @@ TEST_F(TypingPageTest, TheSheetIsSavedUnderTheMelodysNameAndOpened) {
 }
 #endif
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::typing_page_test

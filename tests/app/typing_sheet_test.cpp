@@ -5,8 +5,7 @@
 #include "app/pdf.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::typing_sheet_test {
 
 // The pages of a melody with this number of notes, each with these keys.
 Paper Pages(std::string_view model, const std::string& result, int notes) {
@@ -85,5 +84,4 @@ TEST(TypingSheet, HoldsEveryGroupLegiblyOnAsFewPagesAsItCan) {
   ExpectLegible(Pages(" Motorola Pulsaciones Tipo 1", test::Repeated("0", 88) + " 2 ", 2), 5);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::typing_sheet_test

@@ -9,8 +9,7 @@
 #include "net/file_name.h"
 #include "tests/core/table.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::window_words_test {
 
 TEST(FileStem, IsAFileNameOfTheRow) {
   test::ExpectRows("File names", [](const test::Row& row) { return FileStem(row[0]); });
@@ -28,5 +27,4 @@ TEST(RtttlCheck, NamesTheFirstFault) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::window_words_test

@@ -15,8 +15,7 @@
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::core {
-namespace {
+namespace tonadex::core::text_test {
 
 using test::AllBytes;
 using test::ErrorOf;
@@ -175,5 +174,4 @@ TEST(RepertoireRow, IsNameAndStemThatNameTheFile) {
   EXPECT_EQ(UndoSharpEscape("8cjuh9hay.5,juh9ha,JUH9HAY"), "8c#.5,juh9ha,JUH9HAY");
 }
 
-}  // namespace
-}  // namespace tonadex::core
+}  // namespace tonadex::core::text_test

@@ -20,8 +20,7 @@
 #include "tests/support/full_disk.h"
 #endif
 
-namespace tonadex::files {
-namespace {
+namespace tonadex::files::files_test {
 
 namespace fs = std::filesystem;
 using namespace std::string_view_literals;
@@ -252,5 +251,4 @@ TEST(Replace, FollowsLinksAndKeepsPermissions) {
 }
 #endif
 
-}  // namespace
-}  // namespace tonadex::files
+}  // namespace tonadex::files::files_test

@@ -13,8 +13,7 @@
 #include "tests/core/test_melody.h"
 #include "tests/http/raw_socket.h"
 
-namespace tonadex {
-namespace {
+namespace tonadex::http_client_test {
 
 using net::TransferError;
 using platform::HttpClient;
@@ -243,5 +242,4 @@ TEST(HttpBackgroundGet, RunsBesideItsCallerAndEndsWithIt) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25));
 }
 
-}  // namespace
-}  // namespace tonadex
+}  // namespace tonadex::http_client_test

@@ -10,8 +10,7 @@
 #include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::midi {
-namespace {
+namespace tonadex::midi::midi_file_test {
 
 using namespace test;
 
@@ -164,5 +163,4 @@ TEST(PlayMelody, NamesTheFileThatItCannotWrite) {
   EXPECT_EQ(melody.FileName, file) << "kept on a failure";
 }
 
-}  // namespace
-}  // namespace tonadex::midi
+}  // namespace tonadex::midi::midi_file_test

@@ -13,8 +13,7 @@
 #include "tests/platform/sounding_melody.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::live_sound_test {
 
 struct LiveSoundTest : testing::Test {
   void Play(std::string_view melody) {
@@ -70,5 +69,4 @@ TEST_F(LiveSoundTest, CloseWhileStartingKeepsItSilent) {
   EXPECT_EQ(test::LengthMs(Heard()), 0);
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::live_sound_test

@@ -10,8 +10,7 @@
 #include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::program_folder_test {
 
 namespace fs = std::filesystem;
 
@@ -119,5 +118,4 @@ TEST(ProgramFolderPath, FollowsTheEnvironment) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::program_folder_test

@@ -11,8 +11,7 @@
 #include "tests/platform/sounding_melody.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::render_to_wav_test {
 
 constexpr std::size_t kWavHeader = 44;
 
@@ -106,5 +105,4 @@ TEST_F(RenderToWavTest, AFailureLeavesTheFileThatWasThere) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 4);
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::render_to_wav_test

@@ -9,8 +9,7 @@
 #include "tests/platform/sounding_melody.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::sequencer_test {
 
 using Clock = std::chrono::steady_clock;
 
@@ -104,5 +103,4 @@ TEST_F(FluidSequencerTest, OrdersNeverWait) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::sequencer_test

@@ -8,8 +8,7 @@
 #include "tests/platform/environment.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::settings_file_test {
 
 constexpr std::string_view kKey = "tonadex\\";
 
@@ -91,5 +90,4 @@ TEST(SettingsFile, LiesInTheConfigurationFolder) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::settings_file_test

@@ -19,8 +19,7 @@
 #include "tests/qt/window_fixture.h"
 #include "tests/support/binding_checks.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::binding_test {
 
 using app::ControlInfo;
 using app::Event;
@@ -217,5 +216,4 @@ INSTANTIATE_TEST_SUITE_P(Windows, WindowSizeTest,
                                          std::tuple{1024, 768, 1.5}, std::tuple{1600, 1000, 1.0},
                                          std::tuple{1280, 800, 2.0}));
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::binding_test

@@ -9,8 +9,7 @@
 #include "shell/qt/widgets/phone_display.h"
 #include "shell/qt/widgets/row_list.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::widgets_test {
 
 using shell::PhoneDisplay;
 
@@ -97,5 +96,4 @@ TEST(Text, IsTheNearestThatTheCodePageHas) {
   EXPECT_EQ(shell::FromQString(QStringLiteral("€日𝄞♯’")), "\x80??#\x92");
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::widgets_test

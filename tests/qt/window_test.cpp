@@ -25,8 +25,7 @@
 #include "tests/midi/smf_bytes.h"
 #include "tests/qt/window_fixture.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::window_test {
 
 using namespace core::literals;
 using shell::RowList;
@@ -464,5 +463,4 @@ TEST(QtFileDialogs, AskAsTheRecordSays) {
   EXPECT_EQ(record.lpstrFileTitle, u8"canción.kws"_w);
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::window_test

@@ -13,8 +13,7 @@
 #include "shell/qt/help/paper_colours.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::shell {
-namespace {
+namespace tonadex::shell::help_window_test {
 
 // Two chapters of two sections each; every section fills a page.
 std::string Manual() {
@@ -124,5 +123,4 @@ TEST(PaperColours, ReadableOnAnyGround) {
   EXPECT_EQ(TintedGround("#dbe8d3", "#ffffff"), QColor("#dbe8d3"));
 }
 
-}  // namespace
-}  // namespace tonadex::shell
+}  // namespace tonadex::shell::help_window_test

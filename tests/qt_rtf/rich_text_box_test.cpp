@@ -13,8 +13,7 @@
 #include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::rich_text_box_test {
 
 using core::literals::operator""_w;
 
@@ -104,5 +103,4 @@ TEST_F(RichTextBoxTest, AnySheetPrints) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::rich_text_box_test

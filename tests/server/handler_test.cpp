@@ -19,8 +19,7 @@
 #include "tests/server/ask.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::server {
-namespace {
+namespace tonadex::server::handler_test {
 
 using namespace core::literals;
 using std::string;
@@ -172,5 +171,4 @@ TEST_F(EmptyShelf, SaysWhetherTheVersionIsCurrent) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::server
+}  // namespace tonadex::server::handler_test

@@ -20,8 +20,7 @@
 #include "tests/server/ask.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::server {
-namespace {
+namespace tonadex::server::http_server_test {
 
 using std::string;
 using std::chrono::milliseconds;
@@ -303,5 +302,4 @@ TEST(HttpServer, LimitsUploadsByTheAddressThatTheProxyWrote) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::server
+}  // namespace tonadex::server::http_server_test

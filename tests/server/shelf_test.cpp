@@ -13,8 +13,7 @@
 #include "tests/support/parsed_listing.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::server {
-namespace {
+namespace tonadex::server::shelf_test {
 
 using namespace core::literals;
 using std::string;
@@ -158,5 +157,4 @@ TEST(FillEmptyShelf, FillsOnceAndGoesOnAfterAnInterruption) {
   EXPECT_TRUE(fs::is_directory(parent / "leer"));
 }
 
-}  // namespace
-}  // namespace tonadex::server
+}  // namespace tonadex::server::shelf_test
