@@ -7,6 +7,7 @@
 
 #include "midi/note_times.h"
 #include "midi/playback.h"
+#include "tests/core/test_melody.h"
 #include "tests/platform/rendered_sound.h"
 #include "tests/platform/sounding_melody.h"
 #include "tests/support/temp_folder.h"
@@ -34,9 +35,7 @@ TEST_F(RenderToWavTest, EveryNoteSoundsAtItsTimeAndEveryRestIsSilent) {
        {test::kMelody, std::string_view("x:d=4,o=5,b=100:2.c,1p,1p,1p,e,2p,8g#,1p")}) {
     SCOPED_TRACE(text);
     ASSERT_EQ(Render(text), RenderResult::kDone);
-    core::RTTTLMelody melody;
-    melody.Text = text;
-    ASSERT_EQ(core::ParseRTTTL(melody), core::kParsed);
+    const core::RTTTLMelody melody = test::ParsedMelody(text);
     std::vector<midi::NoteTime> want = midi::NoteTimes(melody);
     std::erase_if(want, [](const auto& time) { return time.number == midi::kPauseNumber; });
     for (std::size_t i = 0; i < want.size(); ++i) {
