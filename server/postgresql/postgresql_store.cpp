@@ -131,7 +131,8 @@ struct FullText {
 // The result of an upload whose statement was rejected; throws StoreAway for other errors.
 UploadResult ResultOf(const pqxx::sql_error& error) {
   const std::string& code = error.sqlstate();
-  if (code == "25006" || code == "42501") {  // a replica; no privilege to write
+  // A replica; no privilege to write, an error whose code libpqxx leaves out.
+  if (code == "25006" || dynamic_cast<const pqxx::insufficient_privilege*>(&error) != nullptr) {
     return UploadResult::kReadOnly;
   }
   if (code.starts_with("53")) {  // insufficient resources: disk, memory

@@ -174,7 +174,8 @@ void DrawTimer(BoundControl& bound, const Control& control, HWND parent) {
 
 void DrawContent(BoundControl& bound, const Control& control, const app::Form1& form) {
   if (app::IsButton(bound.info->look)) {
-    SetText(bound.window, control.caption + (control.text.empty() ? "" : "\r\n" + control.text));
+    const bool more = bound.info->look == Look::kCard && !control.text.empty();
+    SetText(bound.window, control.caption + (more ? "\r\n" + control.text : ""));
     SetTone(bound.window, control.tone);
     return SetChecked(bound.window, control.checked);
   }

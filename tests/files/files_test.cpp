@@ -3,6 +3,7 @@
 #include <atomic>
 #include <future>
 #include <set>
+#include <sstream>
 
 #include "core/melody_file.h"
 #include "core/windows1252.h"
@@ -27,6 +28,14 @@ using namespace std::string_view_literals;
 using namespace std::string_literals;
 using namespace core::literals;
 using test::ErrorOf;
+
+TEST(ReadFirstLine, EndsAtALineEndOrOneByteBeyondItsBound) {
+  for (const auto& [bytes, line] :
+       {std::pair{"", ""}, {"\na", ""}, {"a\rb", "a"}, {"abc\nd", "abc"}, {"abcde", "abcd"}}) {
+    std::istringstream input{bytes};
+    EXPECT_EQ(ReadFirstLine(input, 3), line);
+  }
+}
 
 TEST(ReadMelodyLine, TakesTheFirstLineInEitherEncoding) {
   const test::TempFolder folder;

@@ -115,7 +115,7 @@ TEST(PlayMelody, PlaysWhileItsBoxIsUp) {
   stage.sequencer.result = 275;  // error numbers of the sequencer are ignored
   core::RTTTLMelody melody = MelodyOf("Vals:d=4,o=5,b=63:c,");
   melody.FileName = "mine.mid";
-  const std::string file = (stage.folder / "rtlTmpFile.mid").string();
+  const std::string file = stage.folder.path().string() + "/rtlTmpFile.mid";
   const std::vector<std::string> want = {
       "close mR2M", "open " + file + " type sequencer alias mR2M", "play mR2M notify",
       "i[Reproduciendo]Reproduciendo melodia: Vals", "close mR2M"};
@@ -155,7 +155,7 @@ TEST(PlayMelody, ReportsABadNoteAndPlaysTheRest) {
 TEST(PlayMelody, NamesTheFileThatItCannotWrite) {
   Stage stage;
   core::RTTTLMelody melody = MelodyOf("c");
-  const std::string file = (stage.folder / "none/rtlTmpFile.mid").string();
+  const std::string file = stage.folder.path().string() + "/none/rtlTmpFile.mid";
   EXPECT_EQ(stage.Play(melody, "none/"),
             std::vector{"[Tonadex]No se pudo crear el archivo temporal.\r\nPor favor, borra el "
                         "siguiente fichero y vuelve a intentarlo:\r\n" +

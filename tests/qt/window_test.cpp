@@ -124,12 +124,12 @@ TEST(MainWindow, TheGuideIsWalkedThroughByItsKeys) {
   QTest::mouseClick(t.Widget("previousGroup"), Qt::LeftButton);
   press(Qt::Key_Space);
   EXPECT_EQ(view->Picture().sounding(), 2) << "a click leaves the keys to the guide";
-  t.Widget("lastGroup")->setFocus();
-  press(Qt::Key_Space);
-  EXPECT_EQ(view->Picture().sounding(), 3) << "a button that has the focus is pressed";
-  t.Widget("previousGroup")->setFocus();
-  press(Qt::Key_Return);
-  EXPECT_EQ(view->Picture().sounding(), 2);
+  for (const auto& [name, key, at] :
+       {std::tuple("firstGroup", Qt::Key_Return, 0), {"lastGroup", Qt::Key_Space, 3}}) {
+    t.Widget(name)->setFocus();
+    press(key);
+    EXPECT_EQ(view->Picture().sounding(), at) << "a button that has the focus is pressed";
+  }
   press(Qt::Key_Escape);
   EXPECT_EQ(t.form.paginaactual, app::kRepertoirePage);
 }
@@ -169,7 +169,10 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   QTest::keyClick(list, Qt::Key_Delete);
   EXPECT_EQ(list->Rows().size(), 2U);
 
+  t.SelectRow(1);
   QTest::keyClick(&t.window, Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClick(t.Widget("repertoireFilter"), Qt::Key_Down);
+  EXPECT_EQ(selected(), "Vals") << "the selection is kept";
   QTest::keyClicks(t.Widget("repertoireFilter"), "ai");
   EXPECT_EQ(list->Rows().size(), 1U);
   QTest::keyClick(t.Widget("repertoireFilter"), Qt::Key_Down);

@@ -98,6 +98,12 @@ def check_the_same_answers(home, database, store):
         assert len(set(records(shared, "/azar.php"))) == 10
         assert upload(shared, "Tras borrar") == 200
         assert records(shared, "/todoslostonos.php")[-1] == f"Tras borrar ({melody('Tras borrar')[0]}"
+        for code, status in (("25006", 403), ("42501", 403), ("53100", 500)):  # a replica, no privilege, a full disk
+            database.sql(f"CREATE OR REPLACE FUNCTION refuse() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RAISE SQLSTATE "
+                         f"'{code}'; END $$; CREATE OR REPLACE TRIGGER refuse BEFORE INSERT ON tonadex_melody "
+                         "EXECUTE FUNCTION refuse()")
+            assert upload(shared, f"Negada {code}") == status, code
+        database.sql("DROP FUNCTION refuse CASCADE")
 
 
 def check_schema(database, store):

@@ -209,9 +209,12 @@ def by_itself(page):
     pitches = [round(value) for value, _ in page.js("return played") if value > 1]
     assert pitches == [262, 311, 659, 392], pitches  # a pause is silent
     page.press("#g-oir")
-    for key, place in ((Keys.HOME, "1 de 5"), (Keys.END, "5 de 5"), (Keys.HOME, "1 de 5")):
-        page.one("#guia").send_keys(key)
-        assert page.text("#g-lugar") == place, key
+    for focus, key, place in (("#guia", Keys.HOME, 1), ("#guia", Keys.END, 5), ("#g-antes", Keys.ENTER, 4), ("#guia", Keys.END, 5)):
+        page.one(focus).send_keys(key)
+        assert page.text("#g-lugar") == f"{place} de 5", key
+    page.press("#guia [data-cierra]")
+    page.press("#teclear")  # after the last group it begins again
+    assert page.text("#g-lugar") == "1 de 5"
 
 
 def print_sheet(page):
@@ -260,14 +263,14 @@ def drop(page, axe):
     midi = midi_file([("Bajo", [36, 43, 36, 43]), ("Flauta", [88, 86, 84, 83, 84, 86])])
     imelody = b"BEGIN:IMELODY\r\nVERSION:1.2\r\nFORMAT:CLASS1.0\r\nMELODY:*4c3d3\r\nEND:IMELODY\r\n"
     for name, contents, place, words in (
-            ("Dos.mid", midi, "#lista", "Flauta\nparece la melodía"), ("Tono.imy", imelody, "#nombre", "Tono"),
+            ("Dos.mid", midi, "#lista li:first-child", "Flauta\nparece la melodía"), ("Tono.imy", imelody, "#nombre", "Tono"),
             ("Nada.bin", bytes(99), "#aviso", "no se reconoce"), ("Todo.mid", 20 << 20, "#aviso", "demasiado grande")):
         page.js("const files = new DataTransfer(), bytes = arguments[1];"
                 "files.items.add(new File([bytes.length ? Uint8Array.from(bytes) : new Uint8Array(bytes)], arguments[0]));"
                 "dispatchEvent(new DragEvent('drop', { dataTransfer: files, cancelable: true }))",
                 name, contents if isinstance(contents, int) else list(contents))
         page.until(lambda: words in page.text(place), name)
-        if place == "#lista":
+        if name == "Dos.mid":
             page.judge("voces", axe)
             page.press("#lista li:first-child button")
             page.until(lambda: page.text("#nombre") == "Dos", name)
@@ -299,7 +302,15 @@ def share(page, axe):
     page.press("#e-subir")
     page.until(lambda: "¡Gracias!" in page.text("#e-dicho"), "the upload")
     page.press("#enlace [data-cierra]")
+    page.press("#compartir")
+    assert "ya está en el servidor" in page.text("#e-dicho")
+    page.press("#enlace [data-cierra]")
     find_and_open(page, name.lower(), name)
+
+
+def full_list(page):
+    page.one("#texto").send_keys("cien")
+    page.until(lambda: page.text("#cuenta") == "100 melodías o más", "a full list")
 
 
 def hostile(page):
@@ -340,11 +351,12 @@ def main():
     axe = axe_script()
     if axe is None:
         print("axe-core cannot be fetched: the page is not checked for accessibility")
-    works = [lambda page: page.judge("inicio", axe), lambda page: find_and_open(page, "vals", "Vals"), listen, download,
+    works = [lambda page: page.judge("inicio", axe), full_list, lambda page: find_and_open(page, "vals", "Vals"), listen, download,
              lambda page: choose_phone(page, "nokia puls", axe), lambda page: type_it(page, axe),
              lambda page: paste(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe), unreachable,
              hostile]
     melodies = {"vals.34": VALS, "marcha.30": "Marcha:d=8,o=5,b=90:c,d,e,f"}
+    melodies |= {f"cien{number}.30": stored("Cien") for number in range(100)}
     for number, name in enumerate(HOSTILE):
         melodies[f"raro{number}.{30 + number}"] = stored(name)
     with tempfile.TemporaryDirectory() as home, RunningServer(SERVER, home, melodies) as server:

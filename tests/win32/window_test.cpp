@@ -253,9 +253,12 @@ class GivingUp : public WindowTest {
 TEST_F(GivingUp, EscEndsARequestThatTheWindowShows) {
   Start(server.argument);
   Search();
-  RECT line{};
-  GetClientRect(Of(&Form1::waitingLine), &line);
-  EXPECT_GT(line.bottom, 12) << "room for its words";
+  const auto hasRoom = [&] {
+    RECT line{};
+    GetClientRect(Of(&Form1::waitingLine), &line);
+    return line.bottom > 12;
+  };
+  EXPECT_TRUE(WaitUntil(hasRoom)) << "for its words";
   Press(VK_ESCAPE);
   EXPECT_TRUE(Waits(false));
   EXPECT_NE(IsWindowEnabled(window), 0) << "there is nothing to say";
