@@ -7,13 +7,11 @@
 #include "core/runtime_error.h"
 #include "tests/support/fakes.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::cls_open_save_test {
 
 using namespace std::string_literals;
 
-class ClsOpenSave : public testing::Test {
- protected:
+struct ClsOpenSave : testing::Test {
   test::FakeFileDialogs dialogs;
   clsOpenSave dialog{dialogs};
 };
@@ -53,5 +51,4 @@ TEST_F(ClsOpenSave, FailsBeforeTheDialogForANameThatDoesNotFit) {
   EXPECT_EQ(dialogs.asked.size(), 1u);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::cls_open_save_test

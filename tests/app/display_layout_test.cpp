@@ -7,8 +7,7 @@
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::display_layout_test {
 
 std::string Of(std::string_view text, const TextRange& range) {
   return std::string(text.substr(range.from, range.to - range.from));
@@ -29,39 +28,25 @@ std::string Groups(std::string_view result) {
 }
 
 TEST(ResultGroups, KeepGroupsWhole) {
-  for (const test::Row& row : test::Table("Groups")) {
-    EXPECT_EQ(Groups(row[0]), row[1]);
-  }
+  test::ExpectRows("Groups", [](const test::Row& row) { return Groups(row[0]); });
 }
 
 DisplayText Shown(std::string_view result, bool counted, std::size_t columns) {
   return LayOutDisplay(result, ResultGroups(result), counted, columns);
 }
 
-struct Case {
-  std::string_view name, result;
-  bool counted;
-  std::size_t columns;
-  std::string_view want;
-};
-
-constexpr Case kCases[] = {
-    {"OneLine", "4c1  8d1 ", false, 20, "4c1  8d1 "},
-    {"WrapsBetweenGroups", "4c1 8d1 2e1", false, 8, "4c1 8d1\n2e1"},
-    {"NumbersTheLines", "22 333 (4) 55", true, 12, "1  22   333\n3  (4)  55"},
-    {"LongGroupsTakeTwoColumns", "22 3 44 55555 6 (7)", true, 15,
-     "1  22   3    44\n4  55555     6\n6  (7)"},
-    {"FewLongerGroupsWidenTheColumns", "1 1 1 1 22 1 22 1", true, 20,
-     "1  1   1   1   1\n5  22  1   22  1"},
-    {"BreaksBehindCommasWithoutABlank", "x:d=4:c,d,e", false, 8, "x:d=4:c,\nd,e"},
-    {"KeepsTheResultsOwnLines", "BEGIN:X\r\n\r\nEND:X\r", false, 40, "BEGIN:X\n\nEND:X\n"},
-    {"BreaksWhatNoLineHolds", "abcdefghij", false, 4, "abcd\nefgh\nij"},
-    {"Empty", "", true, 10, ""},
-};
-
 TEST(DisplayLayout, TearsNoGroupApart) {
-  for (const Case& c : kCases) {
-    EXPECT_EQ(Shown(c.result, c.counted, c.columns).text, c.want) << c.name;
+  for (const auto& [result, counted, columns, want] :
+       {std::tuple{"4c1  8d1 ", false, 20u, "4c1  8d1 "},
+        {"4c1 8d1 2e1", false, 8, "4c1 8d1\n2e1"},
+        {"22 333 (4) 55", true, 12, "1  22   333\n3  (4)  55"},
+        {"22 3 44 55555 6 (7)", true, 15, "1  22   3    44\n4  55555     6\n6  (7)"},
+        {"1 1 1 1 22 1 22 1", true, 20, "1  1   1   1   1\n5  22  1   22  1"},
+        {"x:d=4:c,d,e", false, 8, "x:d=4:c,\nd,e"},
+        {"BEGIN:X\r\n\r\nEND:X\r", false, 40, "BEGIN:X\n\nEND:X\n"},
+        {"abcdefghij", false, 4, "abcd\nefgh\nij"},
+        {"", true, 10, ""}}) {
+    EXPECT_EQ(Shown(result, counted, columns).text, want) << result;
   }
 }
 
@@ -143,5 +128,4 @@ TEST(DisplayLayout, FillsItsPlaceUntilSomeoneChoosesASize) {
   EXPECT_EQ(display.ChosenPixelSize(), 40);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::display_layout_test

@@ -16,11 +16,9 @@
 #include "tests/core/test_melody.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::form1_test {
 
-class Form1Window : public testing::Test {
- protected:
+struct Form1Window : testing::Test {
   void SetUp() override {
     form.Form_Load();
     test.webViews.log.clear();
@@ -51,8 +49,7 @@ class Form1Window : public testing::Test {
   Form1 form{test.program};
 };
 
-class WhileShown : public core::MessageSink {
- public:
+struct WhileShown : core::MessageSink {
   explicit WhileShown(std::function<void(const core::Message&)> look) : look_(std::move(look)) {}
   void Show(const core::Message& message) override { look_(message); }
 
@@ -156,18 +153,6 @@ TEST_F(Form1Window, ReportsWhatNoHandlerCatches) {
   EXPECT_EQ(test.program.exitCode, 1);
 }
 
-TEST_F(Form1Window, DropsEventsWhileARequestRuns) {
-  form.cmdbuscar_Click();
-  std::vector<bool> busy;
-  test.program.busyChanged = [&] { busy.push_back(test.program.busy); };
-  test.http.during = [&] {
-    EXPECT_TRUE(RunHandler(test.program, [&] { form.cmdrepertorio_Click(); }));
-  };
-  EXPECT_TRUE(RunHandler(test.program, [&] { form.picazar_Click(); }));
-  EXPECT_EQ(form.paginaactual, 1);
-  EXPECT_EQ(busy, (std::vector<bool>{true, false}));
-}
-
 // A cancelled download writes no file, shows no message box, and starts no further request.
 TEST_F(Form1Window, ACancelledRequestHasNoEffect) {
   for (const bool close : {false, true}) {
@@ -190,20 +175,6 @@ TEST_F(Form1Window, ACancelledRequestHasNoEffect) {
   EXPECT_NO_THROW(CheckGivenUp(test.program)) << "the request was given up, not the next one";
   test.program.closing = true;
   EXPECT_THROW(Request(test.program, "/"), RequestGivenUp);
-}
-
-TEST_F(Form1Window, ListsOneRowForEachFileOfTheRepertoire) {
-  for (const test::Row& row : test::Table("Files")) {
-    std::filesystem::remove_all(test.folder / "melodias");
-    test.folder.Write("melodias/" + row[0], row[1]);
-    form.cmdbuscar_Click();
-    form.cmdrepertorio_Click();
-    std::string rows;
-    for (const ListRow& each : form.List1.rows) {
-      rows += std::string(each.text) + "=" + std::to_string(each.itemData) + ";";
-    }
-    EXPECT_EQ(rows, row[2]) << row[0];
-  }
 }
 
 // The melody is marked as sounding while its message box is open.
@@ -277,5 +248,4 @@ TEST(PressKey, ActsAsThePhone) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::form1_test

@@ -7,8 +7,7 @@
 #include "rtf/rtf_reader.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::help_book_test {
 
 using Places = std::vector<std::size_t>;
 
@@ -63,19 +62,17 @@ TEST(HelpBook, HeadingsAreWholeLines) {
 }
 
 TEST(HelpBook, FindsWithoutAccentsOrCaseInPlace) {
-  const struct {
-    std::u16string text, wanted;
-    Places hits;
-  } cases[] = {{u"Más MAS masmas", u"MÁS", {0, 4, 8, 11}},
-               {u"aaaa", u"aa", {0, 2}},
-               {u"a", u"", {}},
-               {u"ÁÑü\u2029\u00A0ß\tŒ€÷×", u"anu  ß œ€÷×", {0}},
-               {u"ñandú", u"ÑANDU", {0}},
-               {u"ŠŽŸÿÐÞ", u"szyyðþ", {0}}};
-  for (const auto& c : cases) {
-    Page page(c.text);
-    page.book.Search(c.wanted);
-    EXPECT_EQ(page.hits, c.hits);
+  const std::tuple<std::u16string, std::u16string, Places> cases[] = {
+      {u"Más MAS masmas", u"MÁS", {0, 4, 8, 11}},
+      {u"aaaa", u"aa", {0, 2}},
+      {u"a", u"", {}},
+      {u"ÁÑü\u2029\u00A0ß\tŒ€÷×", u"anu  ß œ€÷×", {0}},
+      {u"ñandú", u"ÑANDU", {0}},
+      {u"ŠŽŸÿÐÞ", u"szyyðþ", {0}}};
+  for (const auto& [text, wanted, hits] : cases) {
+    Page page(text);
+    page.book.Search(wanted);
+    EXPECT_EQ(page.hits, hits);
   }
 }
 
@@ -152,5 +149,4 @@ TEST(HelpBook, SaysWhyItCannotBeShownAndTriesAgain) {
   EXPECT_EQ(rtf::PlainText(page.book.manual()), u"x\n");
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::help_book_test

@@ -9,8 +9,7 @@
 #include "tests/core/table.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::inicio_test {
 
 TEST(Inicio, LastsOneInterval) {
   test::TestProgram test;
@@ -56,5 +55,4 @@ TEST(Inicio, TakesTheSavedModel) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::inicio_test

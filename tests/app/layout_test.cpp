@@ -9,8 +9,7 @@
 #include "tests/midi/smf_bytes.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::layout_test {
 
 // A fake toolkit with characters of 8 by 16 pixels, multiplied by `times`: labels wrap, buttons and
 // text lines are 36 pixels high.
@@ -28,8 +27,7 @@ bool Overlap(const Rect& a, const Rect& b) {
          b.top < a.top + a.height;
 }
 
-class LayoutTest : public testing::Test {
- protected:
+struct LayoutTest : testing::Test {
   // `height` 0: the height that the page needs, minus `missing`.
   std::vector<Placed> PlaceIn(int width, int height, double scale = 1, int times = 1,
                               int missing = 0, int scrolled = 0) {
@@ -157,5 +155,4 @@ TEST_F(LayoutTest, TheDisplayIsTheHeartOfItsPage) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::layout_test

@@ -35,8 +35,7 @@ void* operator new(std::size_t size) {
   std::free(place);
 }
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::list_rows_test {
 
 TEST(ListRows, ACopyIsSharedUntilOneOfThemChanges) {
   ListRows rows = {{"uno", 1}, {"", 2, true}};
@@ -69,5 +68,4 @@ TEST(ListRows, AListingNeedsThreeTimesItsSizeBesides) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::list_rows_test

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tonadex::app::look {
-namespace {
+namespace tonadex::app::look::look_test {
 
 // Each text colour and the backgrounds on which it is drawn.
 TEST(Look, EveryInkCanBeReadOnItsGrounds) {
@@ -40,5 +39,4 @@ TEST(Look, EveryInkCanBeReadOnItsGrounds) {
   EXPECT_FALSE(IsStrong(kLightGrounds) || IsStrong(kDarkGrounds));
 }
 
-}  // namespace
-}  // namespace tonadex::app::look
+}  // namespace tonadex::app::look::look_test

@@ -4,8 +4,7 @@
 
 #include "tests/core/test_melody.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::melody_layout_test {
 
 constexpr PictureSize kSizes[] = {{200, 80, 20}, {500, 150, 20}, {1200, 220, 33}};
 
@@ -97,5 +96,4 @@ TEST(MelodyPicture, ABarLineStandsBeforeEachFourthQuarter) {
   EXPECT_EQ(MelodyPicture().Marks().size(), kStaffLines);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::melody_layout_test

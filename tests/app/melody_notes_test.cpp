@@ -18,8 +18,7 @@
 #include "tests/support/fakes.h"
 #include "tests/support/melodies.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::melody_notes_test {
 
 // "start+length name/pitch" of each note, "." after a dotted one, "!" after one outside the range.
 std::string Notes(const Drawing& drawing) {
@@ -100,8 +99,7 @@ TEST(MelodyDrawing, MarksWhatTheNoticesName) {
       if (!seen.insert(phone.code).second) {
         continue;
       }
-      core::RTTTLMelody melody;
-      melody.Text = rtttl;
+      core::RTTTLMelody melody = test::MelodyOf(rtttl);
       core::RecordingMessages boxes;
       const core::ScopedMessageSink sink(boxes);
       const auto page = phones::ConvertSelectedMelody(melody, phone.model, "x", noFile).page;
@@ -169,5 +167,4 @@ TEST(NoteAt, FollowsThePlayback) {
   EXPECT_EQ(NoteAt({}, 0), -1);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::melody_notes_test

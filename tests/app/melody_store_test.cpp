@@ -16,11 +16,9 @@
 #include "tests/support/full_disk.h"
 #endif
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::melody_store_test {
 
-class Store : public testing::Test {
- protected:
+struct Store : testing::Test {
   // The melodies of the folder, in UTF-8, as "file=text;".
   std::string Held(const char* name = "m") const {
     std::map<std::string, std::string> held;
@@ -149,5 +147,4 @@ TEST_F(Store, KeepsWhatCannotGoToTheBin) {
   EXPECT_EQ(Held(), before);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::melody_store_test

@@ -7,8 +7,7 @@
 #include "tests/midi/smf_bytes.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::midi_page_test {
 
 using namespace core::literals;
 
@@ -26,8 +25,7 @@ std::string ThreeVoices() {
   return test::SmfOf({chords, drums, tune}, 48);
 }
 
-class MidiPageTest : public testing::Test {
- protected:
+struct MidiPageTest : testing::Test {
   void Open(const std::string& bytes) {
     test.program.gPhoneModel = "3210,3310,3330,3390,8250";
     form.Form_Load();
@@ -120,5 +118,4 @@ TEST_F(MidiPageTest, SaysWhereAFileIsDamaged) {
             "!No se ha podido abrir la melodía: el fichero MIDI no tiene ninguna nota.");
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::midi_page_test

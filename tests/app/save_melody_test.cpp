@@ -13,8 +13,7 @@
 #include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::save_melody_test {
 
 // Long enough that its keys are valid for only one make.
 constexpr std::string_view kMelody =
@@ -77,5 +76,4 @@ TEST(SaveMelodyAs, ReplacesNoFileThatTheDialogDidNotAskAbout) {
   EXPECT_EQ(folder.Read("m.rtttl"), kMelody);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::save_melody_test

@@ -17,8 +17,7 @@
 #include "tests/core/test_melody.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::scenario_test {
 
 using test::Row;
 
@@ -44,8 +43,7 @@ std::vector<Scenario> Scenarios() {
   return scenarios;
 }
 
-class Form1Scenario : public testing::TestWithParam<Scenario> {
- protected:
+struct Form1Scenario : testing::TestWithParam<Scenario> {
   using Step = void (Form1Scenario::*)(const Row&);
 
   Control& Named(const std::string& name) { return form.*FindControl(name)->member; }
@@ -276,5 +274,4 @@ TEST_P(Form1Scenario, HasTheseEffectsAndNoOthers) {
 INSTANTIATE_TEST_SUITE_P(Window, Form1Scenario, testing::ValuesIn(Scenarios()),
                          [](const auto& tested) { return tested.param.name; });
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::scenario_test

@@ -6,8 +6,7 @@
 #include "core/windows1252.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::session_state_test {
 
 using namespace core::literals;
 
@@ -94,5 +93,4 @@ TEST(SessionState, AWindowComesBackToAScreen) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::session_state_test

@@ -4,8 +4,7 @@
 
 #include "tests/core/test_melody.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::typing_guide_test {
 
 constexpr std::string_view kModel = " Pulsaciones";
 constexpr std::string_view kResult = "1 2 (3)9** 4 5 ";
@@ -31,16 +30,13 @@ TEST(TypingGuide, LeadsFromGroupToGroup) {
   EXPECT_EQ(Shown(guide), "");
   ASSERT_TRUE(OpenAt(guide, "c,d,e.6,f,g"));
   EXPECT_EQ(Shown(guide), "[1] 2 (3)9** 4 1 de 5");
-  struct {
-    GuideMove move;
-    bool changed;
-    std::string_view shown;
-  } constexpr kMoves[] = {{GuideMove::kPrevious, false, "[1] 2 (3)9** 4 1 de 5"},
-                          {GuideMove::kNext, true, "1 [2] (3)9** 4 5 2 de 5"},
-                          {GuideMove::kLast, true, "4 [5] 5 de 5"},
-                          {GuideMove::kNext, false, "4 [5] 5 de 5"},
-                          {GuideMove::kPrevious, true, "(3)9** [4] 5 4 de 5"},
-                          {GuideMove::kFirst, true, "[1] 2 (3)9** 4 1 de 5"}};
+  constexpr std::tuple<GuideMove, bool, std::string_view> kMoves[] = {
+      {GuideMove::kPrevious, false, "[1] 2 (3)9** 4 1 de 5"},
+      {GuideMove::kNext, true, "1 [2] (3)9** 4 5 2 de 5"},
+      {GuideMove::kLast, true, "4 [5] 5 de 5"},
+      {GuideMove::kNext, false, "4 [5] 5 de 5"},
+      {GuideMove::kPrevious, true, "(3)9** [4] 5 4 de 5"},
+      {GuideMove::kFirst, true, "[1] 2 (3)9** 4 1 de 5"}};
   for (const auto& [move, changed, shown] : kMoves) {
     EXPECT_EQ(guide.Move(move), changed) << shown;
     EXPECT_EQ(Shown(guide), shown);
@@ -109,5 +105,4 @@ TEST(LitAt, PressesOneKeyAfterTheOther) {
   EXPECT_EQ(LitAt({}, 5).press, nullptr);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::typing_guide_test

@@ -11,13 +11,11 @@
 #include "tests/core/test_melody.h"
 #include "tests/support/test_program.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::typing_page_test {
 
 using namespace core::literals;
 
-class TypingPageTest : public testing::Test {
- protected:
+struct TypingPageTest : testing::Test {
   // Converts the repertoire's only melody for this model and opens the guide.
   void Teclear(const std::string& notes, const std::string& model = " Pulsaciones") {
     test.folder.Write("melodias/vals.20", "Vals:d=4,o=5,b=60:" + notes);
@@ -195,5 +193,4 @@ TEST_F(TypingPageTest, TheSheetIsSavedUnderTheMelodysNameAndOpened) {
 }
 #endif
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::typing_page_test

@@ -5,8 +5,7 @@
 #include "app/pdf.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::typing_sheet_test {
 
 // The pages of a melody with this number of notes, each with these keys.
 Paper Pages(std::string_view model, const std::string& result, int notes) {
@@ -62,13 +61,8 @@ void ExpectLegible(const Paper& paper, double leastPoints) {
 }
 
 TEST(TypingSheet, HoldsEveryGroupLegiblyOnAsFewPagesAsItCan) {
-  struct {
-    std::string_view model;
-    std::string_view group;
-    int notes;
-    std::size_t pages;
-    double leastPoints;
-  } constexpr kSheets[] = {
+  // Model, keys of each note, notes, pages, least size in points.
+  constexpr std::tuple<std::string_view, std::string_view, int, std::size_t, double> kSheets[] = {
       {" Pulsaciones", "(3)9**", 8, 1, 28},
       {" Pulsaciones", "(3)9**", 50, 1, 18},
       {" Pulsaciones tipo 1", "2#88****", 100, 2, 18},
@@ -90,5 +84,4 @@ TEST(TypingSheet, HoldsEveryGroupLegiblyOnAsFewPagesAsItCan) {
   ExpectLegible(Pages(" Motorola Pulsaciones Tipo 1", test::Repeated("0", 88) + " 2 ", 2), 5);
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::typing_sheet_test

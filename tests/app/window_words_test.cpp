@@ -9,13 +9,10 @@
 #include "net/file_name.h"
 #include "tests/core/table.h"
 
-namespace tonadex::app {
-namespace {
+namespace tonadex::app::window_words_test {
 
 TEST(FileStem, IsAFileNameOfTheRow) {
-  for (const test::Row& row : test::Table("File names")) {
-    EXPECT_EQ(FileStem(row[0]), row[1]);
-  }
+  test::ExpectRows("File names", [](const test::Row& row) { return FileStem(row[0]); });
 }
 
 TEST(RtttlCheck, NamesTheFirstFault) {
@@ -30,5 +27,4 @@ TEST(RtttlCheck, NamesTheFirstFault) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::app
+}  // namespace tonadex::app::window_words_test

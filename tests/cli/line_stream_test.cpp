@@ -6,8 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-namespace tonadex::cli {
-namespace {
+namespace tonadex::cli::line_stream_test {
 
 constexpr std::string_view kModel = " Compositor";
 
@@ -78,5 +77,4 @@ TEST(ConvertLines, TakesEndlessAndEmptyLines) {
             "Melodia Mi fila para Nokia en formato de compositor.");
 }
 
-}  // namespace
-}  // namespace tonadex::cli
+}  // namespace tonadex::cli::line_stream_test

@@ -9,8 +9,7 @@
 #include "tests/core/test_melody.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::cli {
-namespace {
+namespace tonadex::cli::run_test {
 
 using test::Outcome;
 using test::RunCli;
@@ -95,5 +94,4 @@ TEST(Cli, ReadsHostileFiles) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::cli
+}  // namespace tonadex::cli::run_test

@@ -8,8 +8,7 @@
 #include "tests/core/test_melody.h"
 #include "tests/support/melodies.h"
 
-namespace tonadex::core {
-namespace {
+namespace tonadex::core::rtttl_test {
 
 using namespace test;
 
@@ -152,5 +151,4 @@ TEST(RtttlText, KeepsTheNameReadable) {
   EXPECT_EQ(named(" :"), u8"melodía:d=4,o=5,b=63:c"_w);
 }
 
-}  // namespace
-}  // namespace tonadex::core
+}  // namespace tonadex::core::rtttl_test

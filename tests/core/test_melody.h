@@ -64,11 +64,9 @@ int ErrorOf(Step step) {
 // The number that `step` returns, or "error 6" for a run-time error.
 template <typename Step>
 std::string NumberOrError(Step step) {
-  try {
-    return std::to_string(step());
-  } catch (const core::RunTimeError& error) {
-    return "error " + std::to_string(static_cast<int>(error.number));
-  }
+  std::string number;
+  const int error = ErrorOf([&] { number = std::to_string(step()); });
+  return error == 0 ? number : "error " + std::to_string(error);
 }
 
 // "4D 54 68" for "MTh".
@@ -82,6 +80,14 @@ inline std::string Hex(std::string_view bytes) {
     hex += kDigits[code % 16u];
   }
   return hex;
+}
+
+inline std::string AllBytes() {
+  std::string bytes;
+  for (int code = 0; code < 256; ++code) {
+    bytes += static_cast<char>(code);
+  }
+  return bytes;
 }
 
 inline std::string Repeated(std::string_view text, int times) {

@@ -15,19 +15,11 @@
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::core {
-namespace {
+namespace tonadex::core::text_test {
 
+using test::AllBytes;
 using test::ErrorOf;
 using test::Repeated;
-
-std::string AllBytes() {
-  std::string bytes;
-  for (int code = 0; code < 256; ++code) {
-    bytes += static_cast<char>(code);
-  }
-  return bytes;
-}
 
 TEST(Fold, BringsEveryByteToLowerCaseWithoutAccents) {
   EXPECT_EQ(ToUtf8(Fold("AZaz09@[`{")), "azaz09@[`{");
@@ -182,5 +174,4 @@ TEST(RepertoireRow, IsNameAndStemThatNameTheFile) {
   EXPECT_EQ(UndoSharpEscape("8cjuh9hay.5,juh9ha,JUH9HAY"), "8c#.5,juh9ha,JUH9HAY");
 }
 
-}  // namespace
-}  // namespace tonadex::core
+}  // namespace tonadex::core::text_test

@@ -21,8 +21,7 @@
 #include "tests/support/full_disk.h"
 #endif
 
-namespace tonadex::files {
-namespace {
+namespace tonadex::files::files_test {
 
 namespace fs = std::filesystem;
 using namespace std::string_view_literals;
@@ -261,5 +260,4 @@ TEST(Replace, FollowsLinksAndKeepsPermissions) {
 }
 #endif
 
-}  // namespace
-}  // namespace tonadex::files
+}  // namespace tonadex::files::files_test

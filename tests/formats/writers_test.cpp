@@ -18,8 +18,7 @@
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::formats {
-namespace {
+namespace tonadex::formats::writers_test {
 
 using namespace test;
 
@@ -219,5 +218,4 @@ TEST(OctaveRange, IsPlacedAroundTheTwoMostUsedOctaves) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::formats
+}  // namespace tonadex::formats::writers_test

@@ -10,10 +10,10 @@
 
 #include "platform/http/background_get.h"
 #include "tests/core/table.h"
+#include "tests/core/test_melody.h"
 #include "tests/http/raw_socket.h"
 
-namespace tonadex {
-namespace {
+namespace tonadex::http_client_test {
 
 using net::TransferError;
 using platform::HttpClient;
@@ -98,10 +98,7 @@ TEST(HttpClientGet, GivesTheWholeBodyOrFails) {
     SCOPED_TRACE(row[0]);
     ExpectOutcome(Says(row[0]), row[1]);
   }
-  std::string bytes;
-  for (int byte = 0; byte < 256; ++byte) {
-    bytes += static_cast<char>(byte);
-  }
+  const std::string bytes = test::AllBytes();
   ExpectOutcome(Says(WithLength(256, bytes)), bytes);
   ExpectOutcome(Says("HTTP/1.1 200 OK\r\n\r\n" + bytes), bytes);
   ExpectOutcome(Drip, "gotera");
@@ -245,5 +242,4 @@ TEST(HttpBackgroundGet, RunsBesideItsCallerAndEndsWithIt) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25));
 }
 
-}  // namespace
-}  // namespace tonadex
+}  // namespace tonadex::http_client_test

@@ -17,8 +17,6 @@ class RawSocket {
  public:
   explicit RawSocket(int handle) : handle_(handle) {}
   RawSocket(RawSocket&& other) noexcept : handle_(other.handle_) { other.handle_ = -1; }
-  RawSocket(const RawSocket&) = delete;
-  RawSocket& operator=(const RawSocket&) = delete;
   ~RawSocket();
 
   // Connects from 127.0.0.`host`.
@@ -42,10 +40,7 @@ class RawServer {
   using Answer = std::function<void(const RawSocket& client)>;
   explicit RawServer(Answer answer);
   ~RawServer();
-  RawServer(const RawServer&) = delete;
-  RawServer& operator=(const RawServer&) = delete;
 
-  std::uint16_t port() const { return port_; }
   std::string Base() const { return "http://127.0.0.1:" + std::to_string(port_); }
   // The request lines received so far.
   std::vector<std::string> RequestLines();

@@ -18,8 +18,7 @@
 #include "tests/support/melodies.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::import {
-namespace {
+namespace tonadex::import::open_test {
 
 // The lengths that read back for the six durations, plain and dotted, in sixty-fourths of a whole
 // note.
@@ -256,5 +255,4 @@ TEST(OpenMelodyFile, ReadsWhatOthersWriteAndSaysWhereItIsDamaged) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::import
+}  // namespace tonadex::import::open_test

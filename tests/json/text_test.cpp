@@ -11,8 +11,7 @@
 #include "json/conversion.h"
 #include "json/melody.h"
 
-namespace tonadex::json {
-namespace {
+namespace tonadex::json::text_test {
 
 // Every character alone, and texts in which runs of plain and escaped characters alternate.
 TEST(AppendJson, WritesWhatTheLibraryWrites) {
@@ -49,5 +48,4 @@ TEST(Json, SaysWhereAFaultIsAndWhatANoteAndAKeyAre) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::json
+}  // namespace tonadex::json::text_test

@@ -10,8 +10,7 @@
 #include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::midi {
-namespace {
+namespace tonadex::midi::midi_file_test {
 
 using namespace test;
 
@@ -94,8 +93,7 @@ TEST(WriteMidiFile, AnyFailureIsMinusOne) {
 }
 
 // Records message boxes and sequencer commands in order.
-class Stage : public core::MessageSink {
- public:
+struct Stage : core::MessageSink {
   void Show(const core::Message& message) override {
     sequencer.commands.push_back((message.icon == core::Icon::kInformation ? "i[" : "[") +
                                  message.title + "]" + message.text);
@@ -165,5 +163,4 @@ TEST(PlayMelody, NamesTheFileThatItCannotWrite) {
   EXPECT_EQ(melody.FileName, file) << "kept on a failure";
 }
 
-}  // namespace
-}  // namespace tonadex::midi
+}  // namespace tonadex::midi::midi_file_test

@@ -18,8 +18,7 @@
 #include "tests/support/melodies.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::midi {
-namespace {
+namespace tonadex::midi::smf_test {
 
 namespace fs = std::filesystem;
 using test::SmfOf;
@@ -319,5 +318,4 @@ TEST(FilesOfOthers, HaveTheNotesThatAnotherProgramFinds) {
   EXPECT_GE(files, 30u);
 }
 
-}  // namespace
-}  // namespace tonadex::midi
+}  // namespace tonadex::midi::smf_test

@@ -16,8 +16,7 @@
 #include "tests/support/parsed_listing.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::net {
-namespace {
+namespace tonadex::net::net_test {
 
 using namespace std::string_view_literals;
 
@@ -177,5 +176,4 @@ TEST(ConfiguredServer, IsCleanedAndTheFileComesLast) {
   EXPECT_EQ(ConfiguredServer(" http://b/ ", folder.path()), "http://b");
 }
 
-}  // namespace
-}  // namespace tonadex::net
+}  // namespace tonadex::net::net_test

@@ -10,8 +10,7 @@
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::nokia3210 {
-namespace {
+namespace tonadex::nokia3210::cnokia_test {
 
 using namespace std::string_view_literals;
 
@@ -117,5 +116,4 @@ TEST(CNokia, ReadsMegabytesOfGarbageInOneGo) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::nokia3210
+}  // namespace tonadex::nokia3210::cnokia_test

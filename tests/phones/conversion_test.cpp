@@ -15,8 +15,7 @@
 #include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::phones {
-namespace {
+namespace tonadex::phones::conversion_test {
 
 using namespace test;
 
@@ -199,5 +198,4 @@ TEST(PhoneDescription, NamesThePhoneAndWhatItGets) {
       "Words", [](auto& row) { return core::ToUtf8(PhoneGets(row[0])); }, 2);
 }
 
-}  // namespace
-}  // namespace tonadex::phones
+}  // namespace tonadex::phones::conversion_test

@@ -18,8 +18,7 @@
 #include "tests/core/test_melody.h"
 #include "tests/support/melodies.h"
 
-namespace tonadex::phones {
-namespace {
+namespace tonadex::phones::rtttl_test {
 
 using std::string;
 
@@ -213,5 +212,4 @@ TEST(Shelf, HoldsMelodiesThatEveryPhoneTakes) {
   EXPECT_GE(std::ranges::count_if(rows, &data::ShelfRow::InRepertoire), 30);
 }
 
-}  // namespace
-}  // namespace tonadex::phones
+}  // namespace tonadex::phones::rtttl_test

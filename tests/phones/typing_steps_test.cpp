@@ -15,8 +15,7 @@
 #include "tests/core/test_melody.h"
 #include "tests/support/melodies.h"
 
-namespace tonadex::phones {
-namespace {
+namespace tonadex::phones::typing_steps_test {
 
 using namespace test;
 
@@ -189,5 +188,4 @@ TEST(TypingSteps, ShowTheComposerNotation) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::phones
+}  // namespace tonadex::phones::typing_steps_test

@@ -13,11 +13,9 @@
 #include "tests/platform/sounding_melody.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::live_sound_test {
 
-class LiveSoundTest : public testing::Test {
- protected:
+struct LiveSoundTest : testing::Test {
   void Play(std::string_view melody) {
     ASSERT_EQ(test::WriteMelody(folder / "m.mid", melody), midi::kMidiWritten);
     sequencer.emplace(SoundOptions{{"pipewire", "file:" + (folder / "heard.raw").string()},
@@ -71,5 +69,4 @@ TEST_F(LiveSoundTest, CloseWhileStartingKeepsItSilent) {
   EXPECT_EQ(test::LengthMs(Heard()), 0);
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::live_sound_test

@@ -14,14 +14,12 @@
 #include "tests/platform/environment.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::cli {
-namespace {
+namespace tonadex::cli::play_command_test {
 
 constexpr const char* kSilentNote =
     "tonadex-cli: no hay dispositivo de sonido: la melodía avanza en silencio\n";
 
-class ReproducirTest : public testing::Test {
- protected:
+struct ReproducirTest : testing::Test {
   static std::string Play(const std::string& melody, std::vector<std::string> arguments = {}) {
     arguments.insert(arguments.begin(), {"reproducir", "-"});
     const test::Outcome outcome = test::RunCli(arguments, melody);
@@ -102,5 +100,4 @@ TEST_F(ReproducirTest, WritesASoundFileOnlyForAWholeMelody) {
             "3 ! tonadex-cli: " + nowhere + ": no se puede escribir el fichero de sonido\n");
 }
 
-}  // namespace
-}  // namespace tonadex::cli
+}  // namespace tonadex::cli::play_command_test

@@ -10,8 +10,7 @@
 #include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::program_folder_test {
 
 namespace fs = std::filesystem;
 
@@ -31,8 +30,7 @@ std::string Contents(const test::TempFolder& folder, const fs::path& below) {
   return all;
 }
 
-class SeedProgramFolderTest : public testing::Test {
- protected:
+struct SeedProgramFolderTest : testing::Test {
   SeedProgramFolderTest() {
     Install("1.9.0");
     folder.Write("data/print.rtf", "P");
@@ -51,15 +49,7 @@ class SeedProgramFolderTest : public testing::Test {
   test::TempFolder folder;
 };
 
-TEST_F(SeedProgramFolderTest, FirstStartAddsWhatIsMissing) {
-  folder.Write("home/melodias/vals.120", "mine");
-  ASSERT_TRUE(Seed());
-  EXPECT_EQ(Home(),
-            ".tonadex-datos=1.9.0;TONADEX.HLP=help 1.9.0;melodias/jota.90=J;"
-            "melodias/vals.120=mine;noactualiza.tdx=;print.rtf=P;ver.dat=1.9.0;");
-}
-
-TEST_F(SeedProgramFolderTest, GoesOnWhenTheDiskHasRoomAgain) {
+TEST_F(SeedProgramFolderTest, AddsWhatIsMissingOnceTheDiskHasRoom) {
   {
     const test::FullDisk full(1);
     EXPECT_FALSE(Seed());
@@ -113,21 +103,19 @@ TEST(PrepareProgramFolder, RemovesWhatAKilledProgramLeft) {
 }
 
 TEST(ProgramFolderPath, FollowsTheEnvironment) {
-  const struct {
-    std::optional<std::string> own, data;
-    fs::path want;
-  } cases[] = {{"/o w", "/d", "/o w"},
-               {"o", "/d", fs::current_path() / "o"},
-               {"", "/d", "/d/tonadex"},
-               {std::nullopt, "d", "/casa/.local/share/tonadex"},
-               {std::nullopt, std::nullopt, "/casa/.local/share/tonadex"}};
+  using Variable = std::optional<std::string>;
+  const std::tuple<Variable, Variable, fs::path> cases[] = {
+      {"/o w", "/d", "/o w"},
+      {"o", "/d", fs::current_path() / "o"},
+      {"", "/d", "/d/tonadex"},
+      {std::nullopt, "d", "/casa/.local/share/tonadex"},
+      {std::nullopt, std::nullopt, "/casa/.local/share/tonadex"}};
   const test::ScopedVariable home("HOME", "/casa");
-  for (const auto& c : cases) {
-    const test::ScopedVariable own("TONADEX_HOME", c.own);
-    const test::ScopedVariable data("XDG_DATA_HOME", c.data);
-    EXPECT_EQ(ProgramFolderPath(), c.want);
+  for (const auto& [ownFolder, dataFolder, want] : cases) {
+    const test::ScopedVariable own("TONADEX_HOME", ownFolder);
+    const test::ScopedVariable data("XDG_DATA_HOME", dataFolder);
+    EXPECT_EQ(ProgramFolderPath(), want);
   }
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::program_folder_test

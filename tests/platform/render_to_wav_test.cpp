@@ -7,17 +7,16 @@
 
 #include "midi/note_times.h"
 #include "midi/playback.h"
+#include "tests/core/test_melody.h"
 #include "tests/platform/rendered_sound.h"
 #include "tests/platform/sounding_melody.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::render_to_wav_test {
 
 constexpr std::size_t kWavHeader = 44;
 
-class RenderToWavTest : public testing::Test {
- protected:
+struct RenderToWavTest : testing::Test {
   RenderResult Render(std::string_view melody, std::int16_t instrument = test::kPiano) {
     EXPECT_EQ(test::WriteMelody(folder / "m.mid", melody, instrument), midi::kMidiWritten);
     const RenderResult result = RenderToWav(folder / "m.mid", folder / "m.wav");
@@ -36,9 +35,7 @@ TEST_F(RenderToWavTest, EveryNoteSoundsAtItsTimeAndEveryRestIsSilent) {
        {test::kMelody, std::string_view("x:d=4,o=5,b=100:2.c,1p,1p,1p,e,2p,8g#,1p")}) {
     SCOPED_TRACE(text);
     ASSERT_EQ(Render(text), RenderResult::kDone);
-    core::RTTTLMelody melody;
-    melody.Text = text;
-    ASSERT_EQ(core::ParseRTTTL(melody), core::kParsed);
+    const core::RTTTLMelody melody = test::ParsedMelody(text);
     std::vector<midi::NoteTime> want = midi::NoteTimes(melody);
     std::erase_if(want, [](const auto& time) { return time.number == midi::kPauseNumber; });
     for (std::size_t i = 0; i < want.size(); ++i) {
@@ -107,5 +104,4 @@ TEST_F(RenderToWavTest, AFailureLeavesTheFileThatWasThere) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 4);
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::render_to_wav_test

@@ -9,8 +9,7 @@
 #include "tests/platform/sounding_melody.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::sequencer_test {
 
 using Clock = std::chrono::steady_clock;
 
@@ -18,8 +17,7 @@ double MsSince(Clock::time_point begun) {
   return std::chrono::duration<double, std::milli>(Clock::now() - begun).count();
 }
 
-class FluidSequencerTest : public testing::Test {
- protected:
+struct FluidSequencerTest : testing::Test {
   FluidSequencerTest() { EXPECT_EQ(test::WriteMelody(file), midi::kMidiWritten); }
   std::string OpenCommand(const std::string& name) const {
     return "open " + name + " type sequencer alias mR2M";
@@ -105,5 +103,4 @@ TEST_F(FluidSequencerTest, OrdersNeverWait) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::sequencer_test

@@ -4,11 +4,11 @@
 #include <sys/stat.h>
 
 #include "tests/core/table.h"
+#include "tests/core/test_melody.h"
 #include "tests/platform/environment.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::settings_file_test {
 
 constexpr std::string_view kKey = "tonadex\\";
 
@@ -24,10 +24,7 @@ bool Set(SettingsFile& settings, std::string_view data, std::string_view name = 
 TEST(SettingsFile, KeepsEveryTextByteForByteInReadableUtf8) {
   const test::TempFolder folder;
   const auto file = folder / "a/b/ajustes.ini";
-  std::string all;
-  for (int byte = 0; byte < 256; ++byte) {
-    all += static_cast<char>(byte);
-  }
+  const std::string all = test::AllBytes();
   for (const std::string& text : {std::string(" Nokia 3310 "), std::string(), all, all + all}) {
     SettingsFile written(file);
     ASSERT_TRUE(Set(written, text));
@@ -93,5 +90,4 @@ TEST(SettingsFile, LiesInTheConfigurationFolder) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::settings_file_test

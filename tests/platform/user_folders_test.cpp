@@ -9,8 +9,7 @@
 #include "tests/platform/environment.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::user_folders_test {
 
 namespace fs = std::filesystem;
 
@@ -45,5 +44,4 @@ TEST(PrivateTempFolder, IsTheFirstThatACommandCanName) {
   EXPECT_EQ(status.st_mode & 07777, 0700u);
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::user_folders_test

@@ -19,8 +19,7 @@
 #include "tests/qt/window_fixture.h"
 #include "tests/support/binding_checks.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::binding_test {
 
 using app::ControlInfo;
 using app::Event;
@@ -167,8 +166,7 @@ TEST(Binding, TabGoesInReadingOrder) {
 }
 
 // Every page, with a conversion result, at each window and font size.
-class WindowSizeTest : public testing::TestWithParam<std::tuple<int, int, double>> {
- protected:
+struct WindowSizeTest : testing::TestWithParam<std::tuple<int, int, double>> {
   WindowSizeTest() { SetType(std::get<2>(GetParam())); }
   ~WindowSizeTest() override { SetType(1); }
   void SetType(double factor) {
@@ -218,5 +216,4 @@ INSTANTIATE_TEST_SUITE_P(Windows, WindowSizeTest,
                                          std::tuple{1024, 768, 1.5}, std::tuple{1600, 1000, 1.0},
                                          std::tuple{1280, 800, 2.0}));
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::binding_test

@@ -9,8 +9,7 @@
 #include <QtTest>
 #include <map>
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::web_pane_test {
 
 using shell::WebPane;
 
@@ -214,5 +213,4 @@ TEST(WebPane, ItsPagesSpeak) {
   QAccessible::setActive(false);
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::web_pane_test

@@ -25,8 +25,7 @@
 #include "tests/midi/smf_bytes.h"
 #include "tests/qt/window_fixture.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::window_test {
 
 using namespace core::literals;
 using shell::RowList;
@@ -259,17 +258,6 @@ TEST(MainWindow, TheCloseButtonIsRememberedWhileAHandlerPaints) {
   EXPECT_EQ(t.test.shell.ends, 1);
 }
 
-TEST(MainWindow, EnterPressesTheButtonThatHasTheFocus) {
-  TestWindow t;
-  t.window.show();
-  for (const auto& [key, name, page] : {std::tuple(Qt::Key_Return, "cmdbuscar", app::kSearchPage),
-                                        {Qt::Key_Enter, "cmdopciones", app::kOptionsPage}}) {
-    t.Widget(name)->setFocus();
-    QTest::keyClick(t.Widget(name), key);
-    EXPECT_EQ(t.form.paginaactual, page);
-  }
-}
-
 // Text as dead keys, input methods and unusual keyboards send it.
 TEST(MainWindow, TheTempoBoxTakesThreeDigitsHoweverTheyAreTyped) {
   constexpr std::tuple<const char8_t*, const char*, int> kRows[] = {
@@ -372,7 +360,7 @@ TEST(MainWindow, ThePhonesKeysComposeAndTheDrawingFollows) {
   EXPECT_NE(shell::FromQString(notes->toPlainText()), "");
 }
 
-TEST(MainWindow, ShortcutsLeadToThePages) {
+TEST(MainWindow, ShortcutsAndEnterLeadToThePages) {
   TestWindow t;
   t.window.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&t.window));
@@ -385,6 +373,13 @@ TEST(MainWindow, ShortcutsLeadToThePages) {
     QTest::keyClick(&t.window, key, Qt::ControlModifier);
     EXPECT_EQ(t.form.paginaactual, page);
   }
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+    t.Click("cmdopciones");
+    t.Widget("cmdbuscar")->setFocus();
+    QTest::keyClick(t.Widget("cmdbuscar"), key);
+    EXPECT_EQ(t.form.paginaactual, app::kSearchPage);
+  }
+  t.Click("cmdopciones");
   QTest::keyClick(&t.window, Qt::Key_F1);
   EXPECT_EQ(t.test.shell.help, std::vector{t.test.folder / "TONADEX.HLP"});
   QTest::keyClick(&t.window, Qt::Key_Escape);
@@ -471,5 +466,4 @@ TEST(QtFileDialogs, AskAsTheRecordSays) {
   EXPECT_EQ(record.lpstrFileTitle, u8"canción.kws"_w);
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::window_test

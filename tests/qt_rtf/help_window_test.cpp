@@ -14,8 +14,7 @@
 #include "shell/qt/help/paper_colours.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::shell {
-namespace {
+namespace tonadex::shell::help_window_test {
 
 // Two chapters of two sections each; every section fills a page.
 std::string Manual() {
@@ -32,8 +31,7 @@ std::string Manual() {
   return source + "\\pard Pulsaci\\'d3N y \\'d1and\\'fa\\par}";
 }
 
-class HelpWindowTest : public testing::Test {
- protected:
+struct HelpWindowTest : testing::Test {
   HelpWindowTest() {
     folder.Write("TONADEX.HLP", Manual());
     window.Open(folder / "TONADEX.HLP");
@@ -126,5 +124,4 @@ TEST(PaperColours, ReadableOnAnyGround) {
   EXPECT_EQ(TintedGround("#dbe8d3", "#ffffff"), QColor("#dbe8d3"));
 }
 
-}  // namespace
-}  // namespace tonadex::shell
+}  // namespace tonadex::shell::help_window_test

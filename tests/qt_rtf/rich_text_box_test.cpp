@@ -13,8 +13,7 @@
 #include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::rich_text_box_test {
 
 using core::literals::operator""_w;
 
@@ -26,8 +25,7 @@ std::string PdfText(const std::filesystem::path& file) {
 }
 
 // CUPS_SERVER in CMakeLists.txt makes sure that these tests find no printer.
-class RichTextBoxTest : public testing::Test {
- protected:
+struct RichTextBoxTest : testing::Test {
   RichTextBoxTest() {
     qputenv("HOME", folder.path().c_str());
     qputenv("XDG_CONFIG_HOME", (folder / "config").c_str());
@@ -105,5 +103,4 @@ TEST_F(RichTextBoxTest, AnySheetPrints) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::rich_text_box_test

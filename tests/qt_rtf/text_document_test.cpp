@@ -8,8 +8,7 @@
 
 #include "rtf/rtf_reader.h"
 
-namespace tonadex::platform {
-namespace {
+namespace tonadex::platform::text_document_test {
 
 constexpr std::string_view kSource =
     R"({\rtf1\deff0{\fonttbl{\f0\fswiss Uno;}{\f1\fmodern Dos;}}{\colortbl;\red9\green99\blue199;})"
@@ -84,5 +83,4 @@ TEST(FillTextDocument, OnTheScreen) {
   EXPECT_EQ(FormatAt(document, u'b').foreground().color(), QColor(9, 99, 199).lighter());
 }
 
-}  // namespace
-}  // namespace tonadex::platform
+}  // namespace tonadex::platform::text_document_test

@@ -8,8 +8,7 @@
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 
-namespace tonadex::rtf {
-namespace {
+namespace tonadex::rtf::rtf_reader_test {
 
 using test::Repeated;
 
@@ -169,5 +168,4 @@ TEST(ReadRtf, DeepNestingRestoresFormats) {
             "[]()a(i)b()d");
 }
 
-}  // namespace
-}  // namespace tonadex::rtf
+}  // namespace tonadex::rtf::rtf_reader_test

@@ -14,8 +14,7 @@
 #include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::server {
-namespace {
+namespace tonadex::server::embedded_server_test {
 
 using namespace core::literals;
 using std::string;
@@ -119,5 +118,4 @@ TEST(EmbeddedServer, AnswersThisMachinesProgramsAndItsOwnPagesAlone) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::server
+}  // namespace tonadex::server::embedded_server_test

@@ -19,8 +19,7 @@
 #include "tests/server/ask.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::server {
-namespace {
+namespace tonadex::server::handler_test {
 
 using namespace core::literals;
 using std::string;
@@ -88,8 +87,7 @@ TEST(Handle, TakesAndGivesNamesAsTypedOrEncoded) {
   }
 }
 
-class EmptyShelf : public testing::Test {
- protected:
+struct EmptyShelf : testing::Test {
   Reply Ask(const string& target, bool post = false, const std::function<bool()>& abandoned = {}) {
     return Handle({target, "client", {}, 1, abandoned, post}, shelf);
   }
@@ -173,5 +171,4 @@ TEST_F(EmptyShelf, SaysWhetherTheVersionIsCurrent) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::server
+}  // namespace tonadex::server::handler_test

@@ -9,8 +9,7 @@
 #include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex::server {
-namespace {
+namespace tonadex::server::melody_folder_test {
 
 using std::string;
 using test::TempFolder;
@@ -164,5 +163,4 @@ TEST(StoredIndex, NeverChangesWhatTheFolderSays) {
   EXPECT_GT(remembered, 400u);
 }
 
-}  // namespace
-}  // namespace tonadex::server
+}  // namespace tonadex::server::melody_folder_test

@@ -9,8 +9,7 @@
 #include "tests/core/table.h"
 #include "tests/support/parsed_listing.h"
 
-namespace tonadex::server {
-namespace {
+namespace tonadex::server::melody_name_test {
 
 using std::string;
 
@@ -60,5 +59,4 @@ TEST(UploadFault, NamesTheFault) {
   }
 }
 
-}  // namespace
-}  // namespace tonadex::server
+}  // namespace tonadex::server::melody_name_test

@@ -10,8 +10,7 @@
 #include "tests/http/raw_socket.h"
 #include "tests/support/temp_folder.h"
 
-namespace tonadex {
-namespace {
+namespace tonadex::network_commands_test {
 
 TEST(NetworkCommands, SearchDownloadAndUpload) {
   const test::TempFolder home;
@@ -32,5 +31,4 @@ TEST(NetworkCommands, SearchDownloadAndUpload) {
   ::unsetenv("TONADEX_HOME");
 }
 
-}  // namespace
-}  // namespace tonadex
+}  // namespace tonadex::network_commands_test

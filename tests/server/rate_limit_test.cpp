@@ -7,8 +7,7 @@
 #include "server/limits.h"
 #include "tests/core/table.h"
 
-namespace tonadex::server {
-namespace {
+namespace tonadex::server::rate_limit_test {
 
 using std::chrono::seconds;
 
@@ -31,5 +30,4 @@ TEST(RateLimit, RemembersSoManyAddressesAndForgetsTheIdle) {
   EXPECT_TRUE(limit.Allow("one more", now + seconds(61)));
 }
 
-}  // namespace
-}  // namespace tonadex::server
+}  // namespace tonadex::server::rate_limit_test

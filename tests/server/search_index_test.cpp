@@ -14,8 +14,7 @@
 #include "tests/core/test_melody.h"
 #include "tests/server/ask.h"
 
-namespace tonadex::server {
-namespace {
+namespace tonadex::server::search_index_test {
 
 using std::string;
 
@@ -112,5 +111,4 @@ TEST(SearchIndex, StaysAsItIsWhenACopyGrows) {
   EXPECT_TRUE(index.Search("vals", 9999, [] { return true; }).empty());
 }
 
-}  // namespace
-}  // namespace tonadex::server
+}  // namespace tonadex::server::search_index_test

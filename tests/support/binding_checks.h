@@ -14,8 +14,7 @@
 namespace tonadex::test {
 
 // The bound controls as the user sees and operates them. Texts are Windows-1252.
-class Screen {
- public:
+struct Screen {
   virtual ~Screen() = default;
   virtual void Draw() = 0;
   virtual void CopyIn() = 0;

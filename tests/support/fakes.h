@@ -26,8 +26,7 @@
 // Fakes of the platform that record the calls.
 namespace tonadex::test {
 
-class FakeRegistry : public app::Registry {
- public:
+struct FakeRegistry : app::Registry {
   std::optional<app::RegistryValue> QueryValue(std::uint32_t root, std::string_view key,
                                                std::string_view name) override {
     const auto found = values.find(Path(root, key, name));
@@ -95,8 +94,7 @@ class FakeFileDialogs : public app::FileDialogs {
 };
 
 // Answers a conversion's save dialog with a path, or cancels it, and records it.
-class FakeSaveQuestion : public phones::SaveFileQuestion {
- public:
+struct FakeSaveQuestion : phones::SaveFileQuestion {
   explicit FakeSaveQuestion(std::optional<std::string> chosen = std::nullopt)
       : file(std::move(chosen)) {}
   std::optional<std::string> AskSaveFile(const phones::SaveRequest& request) override {
@@ -109,8 +107,7 @@ class FakeSaveQuestion : public phones::SaveFileQuestion {
   std::string asked;
 };
 
-class FakeSequencer : public midi::Sequencer {
- public:
+struct FakeSequencer : midi::Sequencer {
   int SendString(std::string_view command) override {
     commands.emplace_back(command);
     return result;
@@ -121,8 +118,7 @@ class FakeSequencer : public midi::Sequencer {
 };
 
 // Answers each request with the next of `replies`; an empty or missing one is a failed transfer.
-class ScriptedHttp : public net::HttpGet {
- public:
+struct ScriptedHttp : net::HttpGet {
   std::string Get(std::string_view url) override {
     urls.emplace_back(url);
     if (during) {
@@ -165,8 +161,7 @@ class ScriptedBackgroundGet : public net::BackgroundGet {
   std::optional<Reply> reply_;
 };
 
-class FakeWebViews : public app::WebViews {
- public:
+struct FakeWebViews : app::WebViews {
   void Navigate(app::WebViewId view, std::string_view url) override {
     log.push_back((view == app::WebViewId::kNavbanner ? "navbanner " : "WebBrowser1 ") +
                   std::string(url));
@@ -180,8 +175,7 @@ class FakeWebViews : public app::WebViews {
 };
 
 // Reads the template from disk and records what is printed.
-class FakeRichTextBox : public app::RichTextBox {
- public:
+struct FakeRichTextBox : app::RichTextBox {
   void LoadFile(const std::filesystem::path& file) override { source = files::ReadBytes(file); }
   std::string TextRTF() const override { return source; }
   void SetTextRTF(std::string_view newSource) override { source = newSource; }
@@ -201,13 +195,10 @@ class FakeRichTextBox : public app::RichTextBox {
   bool noPrinter = false;
 };
 
-class FakeShell : public app::ShellServices {
- public:
-  explicit FakeShell(std::filesystem::path folder) : programFolder(std::move(folder)) {
-    tempPath = (programFolder / "temp").string() + '/';
-  }
+struct FakeShell : app::ShellServices {
+  explicit FakeShell(std::filesystem::path folder) : programFolder(std::move(folder)) {}
   std::filesystem::path ProgramFolder() const override { return programFolder; }
-  std::string TempPath() const override { return tempPath; }
+  std::string TempPath() const override { return (programFolder / "temp").string() + '/'; }
   void SetTopMost(std::intptr_t window) override { topMost.push_back(window); }
   void DoEvents() override { ++doEvents; }
   void Beep() override { ++beeps; }
@@ -219,7 +210,6 @@ class FakeShell : public app::ShellServices {
   void End() override { ++ends; }
 
   std::filesystem::path programFolder;
-  std::string tempPath;
   std::string clipboard;
   std::vector<std::intptr_t> topMost;
   std::vector<std::filesystem::path> help, opened;  // folders end in "/."

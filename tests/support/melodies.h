@@ -8,6 +8,7 @@
 #include "core/rtttl_writer.h"
 #include "data/shelf.h"
 #include "formats/pitch.h"
+#include "tests/core/test_melody.h"
 
 // Melodies for tests of the formats.
 namespace tonadex::test {
@@ -40,9 +41,7 @@ inline core::PlainMelody AnyMelody(std::mt19937& random, int lowest = 4, int hig
 
 // The notes of an RTTTL text.
 inline std::vector<core::PlainNote> PlainNotes(const std::string& rtttl) {
-  core::RTTTLMelody melody;
-  melody.Text = rtttl;
-  core::ParseRTTTL(melody);
+  const core::RTTTLMelody melody = ParsedMelody(rtttl);
   std::vector<core::PlainNote> notes;
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
     const bool pause = core::IsPause(note);

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Drives the page of a real tonadex-server in Chromium, as a smartphone and as a computer shows it,
-light and dark. Usage: page_test.py SERVER BUILD_FOLDER [PICTURE_FOLDER]"""
+light and dark. Usage: page_test.py SERVER BUILD_FOLDER"""
 import base64
 import shutil
 import subprocess
@@ -22,7 +22,6 @@ from midi import midi_file
 from running_server import RunningServer
 
 SERVER, BUILD = sys.argv[1], Path(sys.argv[2])
-PICTURES = Path(sys.argv[3]) if len(sys.argv) > 3 else None
 VALS = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g"
 # Names that would run as script if the page inserted them as HTML; the server stores them like
 # others. The first ones cannot be uploaded and are written to the folder.
@@ -94,17 +93,12 @@ class Page:
             return element.is_displayed() and element.is_enabled() and [element.click()]
         self.until(clicked, css)
 
-    def picture(self, what):
-        if PICTURES:
-            self.browser.save_screenshot(str(PICTURES / f"{self.name}-{what}.png"))
-
     def resize(self, width, height):
         self.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
             "width": width, "height": height, "deviceScaleFactor": 1, "mobile": width < 600})
 
     def judge(self, what, axe):
         """axe-core finds nothing, nothing is wider than the window, and all buttons are large enough for a finger."""
-        self.picture(what)
         for width in (360, 1920, self.width):
             self.resize(width, self.height)
             wide = self.js("return [...document.querySelectorAll('html, dialog[open], dialog[open] *')]"
@@ -347,7 +341,6 @@ def visit(port, view, works):
                                              if entry["level"] == "SEVERE" and entry["source"] != "network"]
         assert faults == [], (page.name, faults)
     except BaseException:
-        page.picture("fallo")
         print(page.js("return faults"), page.browser.get_log("browser"), page.text("#aviso"))
         raise
     finally:
