@@ -142,6 +142,7 @@ const search = tried(async () => {
 // Lists the faults of the pasted text, and `changes` that led to it.
 const check = tried(async (changes = []) => {
   const text = $('pegado').value;
+  kept.set('pegado', text);
   const result = text.trim() ? await ask('comprobar', text) : { frase: '', fallos: [] };
   if (text !== $('pegado').value) return;
   $('p-frase').textContent = result.frase;
@@ -643,6 +644,8 @@ function listen() {
   $('g-cada').replaceChildren(...Array.from({ length: 10 }, (_, second) => el('option',
     { value: second + 1, textContent: `cada ${second + 1} s` })));
   wish({});
+  $('pegado').value = kept.get('pegado') || '';
+  check();
   const on = (id, event, work) => $(id).addEventListener(event, tried(work));
   on('texto', 'input', later(search, 150));
   on('b-forma', 'submit', (event) => { event.preventDefault(); search(); });

@@ -258,6 +258,7 @@ def paste(page, axe):
     assert page.js("return location.hash").startswith("#Roto:d=4,o=5,b=100:c,8e")
     page.until(lambda: "«9e» pasa a «8e»." in page.js("return document.querySelector('#p-fallos').textContent"), "the changes")
     page.browser.get(page.base)
+    assert page.one("#pegado").get_property("value").startswith("Roto:d=4"), "what is written survives a reload"
     page.press("#propia summary")
     with tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
         file.write(VALS + "\n\n" + VALS.replace("Vals", "Dos") + "\n")
@@ -288,6 +289,7 @@ def drag(page):
     """What the browser itself drops: a folder, and text into the box."""
     page.browser.get(page.base)
     page.press("#propia summary")
+    page.one("#pegado").clear()
     box = page.one("#pegado").rect
     text = [{"mimeType": "text/plain", "data": VALS}]
     for data, holds in (({"files": [str(BUILD)], "items": []}, lambda: "no una carpeta" in page.text("#aviso")),
