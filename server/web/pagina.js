@@ -698,7 +698,9 @@ function listen() {
     if (!ofFiles(event)) return;
     event.preventDefault();
     document.body.classList.remove('suelta');
-    openFile(event.dataTransfer.files[0]);
+    const [file, another] = event.dataTransfer.files;
+    if (another) say('Suelta los ficheros de uno en uno.');
+    else openFile(file);
   });
   const menu = document.querySelector('.menu');
   document.addEventListener('click', (event) => { if (!menu.contains(event.target)) menu.open = false; });

@@ -286,13 +286,14 @@ def drop(page, axe):
 
 
 def drag(page):
-    """What the browser itself drops: a folder, and text into the box."""
+    """What the browser itself drops: a folder, several files, and text into the box."""
     page.browser.get(page.base)
     page.press("#propia summary")
     page.one("#pegado").clear()
     box = page.one("#pegado").rect
     text = [{"mimeType": "text/plain", "data": VALS}]
     for data, holds in (({"files": [str(BUILD)], "items": []}, lambda: "no una carpeta" in page.text("#aviso")),
+                        ({"files": [SERVER, __file__], "items": []}, lambda: "de uno en uno" in page.text("#aviso")),
                         ({"items": text}, lambda: VALS in page.js("return document.querySelector('#pegado').value"))):
         def dropped():
             for kind in ("dragEnter", "dragOver", "dragOver", "drop"):
