@@ -108,12 +108,11 @@ void PaintCard(HWND view, HDC context, const Theme& theme) {
 }
 
 void ApplyTheme(HWND window, const Theme& theme) {
-  if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_CHILD) != 0) {
-    SetWindowTheme(window, theme.dark ? L"DarkMode_Explorer" : nullptr, nullptr);
-    return;
+  SetWindowTheme(window, theme.dark ? L"DarkMode_Explorer" : nullptr, nullptr);  // scroll bars
+  if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_CHILD) == 0) {
+    const BOOL dark = theme.dark ? TRUE : FALSE;
+    DwmSetWindowAttribute(window, kDarkTitleBar, &dark, sizeof dark);
   }
-  const BOOL dark = theme.dark ? TRUE : FALSE;
-  DwmSetWindowAttribute(window, kDarkTitleBar, &dark, sizeof dark);
 }
 
 }  // namespace tonadex::shell
