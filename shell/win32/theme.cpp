@@ -26,7 +26,10 @@ Colours ContrastColours() {
   const Grounds grounds{window, window, GetSysColor(COLOR_WINDOWTEXT)};
   const Tones tones =
       ContrastTones(grounds, GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHTTEXT));
-  return MixColours(grounds, tones, kContrastShares, [](Rgb colour) { return COLORREF{colour}; });
+  Colours colours =
+      MixColours(grounds, tones, kContrastShares, [](Rgb colour) { return COLORREF{colour}; });
+  colours.faint = GetSysColor(COLOR_GRAYTEXT);
+  return colours;
 }
 
 bool HasContrastTheme() {
