@@ -111,11 +111,11 @@ constexpr ControlInfo Words(std::string_view name, Control Form1::*member, std::
   return {name, member, Look::kLabel, caption, "", {}, {}, {}, {}, nullptr, font, tone, right};
 }
 
-// The button of a page that opens melody files.
+// Opens melody files on every page, also where no button does.
+inline constexpr std::string_view kOpenKeys = "Ctrl+O";
 constexpr ControlInfo Open(Look look, std::string_view name, Control Form1::*member,
                            std::string_view caption, Handler click) {
-  return WithKeys(
-      Button(look, name, member, caption, "", words::kOpenHelp, click, words::kOpenHelp), "Ctrl+O");
+  return Button(look, name, member, caption, "", words::kOpenHelp, click, words::kOpenHelp);
 }
 
 constexpr ControlInfo View(std::string_view name, Control Form1::*member, Drawing Form1::*drawing,

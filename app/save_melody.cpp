@@ -58,9 +58,14 @@ struct Meant {
   std::filesystem::path file;
 };
 Meant WhatIsMeant(const std::vector<Kind>& kinds, const SaveChoice& choice) {
-  const std::string typed = ExtensionOf(choice.file);
+  // Windows drops the dots and blanks at the end of a name.
+  auto name = choice.file.filename().native();
+  while (name.size() > 1 && (name.back() == '.' || name.back() == ' ')) {
+    name.pop_back();
+  }
+  std::filesystem::path file = std::filesystem::path(choice.file).replace_filename(name);
+  const std::string typed = ExtensionOf(file);
   const Kind& chosen = kinds[std::min(choice.kind, kinds.size() - 1)];
-  std::filesystem::path file = choice.file;
   if (typed.empty()) {
     return {chosen, file += "." + chosen.extension};
   }
@@ -72,23 +77,24 @@ Meant WhatIsMeant(const std::vector<Kind>& kinds, const SaveChoice& choice) {
 }
 
 // The dialog has asked about the file that was typed, but not about one of another extension: that
-// is saved under a free name, which a box says.
-void Write(const std::filesystem::path& typed, const std::filesystem::path& file,
-           const std::string& bytes) {
-  if (typed == file) {
-    if (!core::SkipErrors([&] { files::WriteBytes(file, bytes); })) {
-      core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
-    }
-    return;
+// is saved under a free name, which a box says. Returns the file, if it was written.
+std::optional<std::filesystem::path> Write(const std::filesystem::path& typed,
+                                           const std::filesystem::path& file,
+                                           const std::string& bytes) {
+  std::optional<std::filesystem::path> written;
+  if (typed != file) {
+    written = files::MakeUnderFreeName(
+        file, [&](const std::filesystem::path& free) { return files::Create(free, bytes); });
+  } else if (core::SkipErrors([&] { files::WriteBytes(file, bytes); })) {
+    written = file;
   }
-  const auto written = files::MakeUnderFreeName(
-      file, [&](const std::filesystem::path& free) { return files::Create(free, bytes); });
   if (!written) {
     core::MsgBox(words::kNotSaved, core::Icon::kExclamation);
   } else if (*written != file) {
     core::MsgBox(std::string(kSavedAs) + files::TextFromPath(written->filename()) + ".",
                  core::Icon::kInformation);
   }
+  return written;
 }
 
 // The result's groups as steps: words, or the notes of RTTTL.
@@ -146,7 +152,8 @@ std::string SheetPdf(std::string_view rtttl, std::string_view model) {
                          keypad, steps, MelodyDrawing(std::string(rtttl), std::string(model))}));
 }
 
-void SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl, std::string_view model) {
+std::optional<std::filesystem::path> SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl,
+                                                  std::string_view model) {
   const std::vector<Kind> kinds = KindsFor(model);
   std::vector<std::string> shown;
   std::ranges::transform(kinds, std::back_inserter(shown), &Kind::shown);
@@ -154,7 +161,7 @@ void SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl, std::string_view
   const auto choice =
       dialogs.AskSaveAs(words::kSaveAs, name + "." + kinds.front().extension, shown);
   if (!choice) {
-    return;
+    return std::nullopt;
   }
   const auto [kind, file] = WhatIsMeant(kinds, *choice);
   try {
@@ -167,9 +174,10 @@ void SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl, std::string_view
     if (!melody.notices.empty() && kind.format->write != nullptr) {
       core::MsgBox(melody.notices, core::Icon::kInformation);
     }
-    Write(choice->file, file, melody.bytes);
+    return Write(choice->file, file, melody.bytes);
   } catch (const core::RunTimeError& error) {
     core::MsgBox(std::string(kCannotSave) + error.what() + ".", core::Icon::kExclamation);
+    return std::nullopt;
   }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,8 +11,10 @@
 namespace tonadex::app {
 
 // Asks where to save an RTTTL text and as what, the format of the phone's `model` first, and writes
-// the file. A box says before what the file cannot hold, or why there is none.
-void SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl, std::string_view model);
+// the file. A box says before what the file cannot hold, or why there is none. Returns the file,
+// if it was written.
+std::optional<std::filesystem::path> SaveMelodyAs(FileDialogs& dialogs, std::string_view rtttl,
+                                                  std::string_view model);
 
 // "El Vals, para Nokia, tempo 140": the tempo is set on the phone by hand. Leaves out what is "".
 std::string SheetTitle(std::string_view rtttl, std::string_view phone, std::string_view tempo);

@@ -55,6 +55,7 @@ constexpr std::string_view kNotCopied = "No se ha podido hacer la copia: ";
 constexpr std::string_view kNotDeleted = u8"No se ha podido borrar la melodía: "_w;
 constexpr std::string_view kNotRestored = u8"No se ha podido recuperar la melodía: "_w;
 constexpr std::string_view kNoSemitones = u8"hace falta un número de -36 a 36, y no 0"_w;
+constexpr std::string_view kSaved = "Guardado: ";
 constexpr std::string_view kNewName = "Nombre nuevo";
 constexpr std::string_view kHowManySemitones = u8"Semitonos, de -36 a 36 (12 son una octava)"_w;
 constexpr std::uint32_t kFolderMs = 1000;
@@ -69,7 +70,7 @@ constexpr MenuItem kMenu[] = {
     {"&Duplicar", "", &F::duplicateItem_Click},
     {"&Subir una octava", "", &F::octaveUpItem_Click},
     {"&Bajar una octava", "", &F::octaveDownItem_Click},
-    {u8"&Transportar…"_w, "", &F::transposeItem_Click},
+    {u8"Trans&portar…"_w, "", &F::transposeItem_Click},
     {},
     {"B&orrar", "Del", &F::deleteItem_Click},
     {"&Abrir la carpeta", "", &F::openFolderItem_Click, false},
@@ -129,6 +130,7 @@ constexpr auto kRows = std::to_array<ControlInfo>({
     Row(Look::kTimer, "copiedTimer", &F::copiedTimer, "", {Event::kTick, &F::copiedTimer_Timer}),
     Button(Look::kButton, "saveAsButton", &F::saveAsButton, words::kSaveAs, "guardar", "",
            &F::saveAsButton_Click),
+    Words("savedText", &F::savedText, "", Font::kBody, Tone::kGood),
     Words("smallType", &F::smallType, "A", Font::kSmall, Tone::kMuted),
     Row(Look::kSlider, "sizeSlider", &F::sizeSlider, words::kTextSize,
         {Event::kChange, &F::sizeSlider_Change}, {}, words::kTextSize),
@@ -264,6 +266,7 @@ Part RepertoirePage::Layout(bool wide) {
   result.push_back(Row({The(&F::copyButton), The(&F::saveAsButton), Stretch(), The(&F::smallType),
                         The(&F::sizeSlider).Widths(kSliderWidth, kSliderWidth), The(&F::largeType)})
                        .Wraps());
+  result.push_back(The(&F::savedText));
   std::vector<Part> columns;
   columns.push_back(std::move(list));
   if (wide) {
@@ -331,6 +334,7 @@ void RepertoirePage::RefreshRepertoire() {
   foldButton.caption = folded_ ? words::kUnfold : words::kFold;
   copyButton.enabled = !stale && !textresultado.text.empty() && !phones::SavesFile(result_.model);
   saveAsButton.enabled = selected && !line_.empty();
+  savedText.visible = here && !savedText.caption.empty();
   teclearButton.enabled = teclearButton.checked =
       !stale && !textresultado.text.empty() &&
       phones::FindKeypad(phones::TypedModel(result_.model)) != nullptr;
@@ -407,7 +411,10 @@ void RepertoirePage::copiedTimer_Timer() {
 }
 
 void RepertoirePage::saveAsButton_Click() {
-  SaveMelodyAs(state_.program.services.fileDialogs, line_, state_.program.gPhoneModel);
+  const auto file =
+      SaveMelodyAs(state_.program.services.fileDialogs, line_, state_.program.gPhoneModel);
+  savedText.caption =
+      file ? std::string(kSaved) + files::TextFromPath(file->filename()) : std::string();
 }
 
 // Failing steps are skipped until the first row has its number; after that the first failure ends
@@ -544,6 +551,7 @@ std::string RepertoirePage::SelectedMelody() const {
 
 void RepertoirePage::List1_Click() {
   repertoireDrawing = {};
+  savedText.caption.clear();
   if (state_.paginaactual != kRepertoirePage) {
     return;
   }

@@ -77,7 +77,7 @@ class RepertoirePage {
   Control lbltextresult, repertoireView, textresultado;  // the result and its title
   Control limitMark, rangeMark,
       wordsMark;  // what does not fit the phone; that the result is not keys
-  Control copyButton, copiedTimer, saveAsButton;
+  Control copyButton, copiedTimer, saveAsButton, savedText;
   Control smallType, sizeSlider, largeType;  // the font size of the result
   Control Label2, foldButton, Textavisos;    // instructions and notices
   Control Label1, texttempo, tempoUnit;      // tempo

@@ -257,18 +257,18 @@ void HelpWindow::LayOut() {
             height = std::max(1, static_cast<int>(area.bottom) - top);
   // From the left: back and forward, the search with its arrows and hits; the zoom last.
   int x = gap;
-  const auto place = [&](HWND part, int width) {
-    MoveWindow(part, x, gap, width, theme_.control, TRUE);
+  const auto place = [&](HWND part, int width, int high) {
+    MoveWindow(part, x, gap + (theme_.control - high) / 2, width, high, TRUE);
     x += width + gap;
   };
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
     const app::HelpCommand command = app::HelpButtons()[i].command;
     if (command == app::HelpCommand::kPrevious) {
-      place(search_, left);
+      place(search_, left, theme_.line + theme_.Px(4));  // a field writes at its top
     } else if (command == app::HelpCommand::kSmaller) {
-      place(hitCount_, theme_.Px(kHitsWidth));
+      place(hitCount_, theme_.Px(kHitsWidth), theme_.control);
     }
-    place(buttons_[i], ButtonSize(buttons_[i], theme_).width);
+    place(buttons_[i], ButtonSize(buttons_[i], theme_).width, theme_.control);
   }
   MoveWindow(contents_->window(), gap, top, left - 2 * gap, height - gap, TRUE);
   MoveWindow(text_, left, top, std::max(1, static_cast<int>(area.right) - left), height, TRUE);

@@ -185,7 +185,7 @@ std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wide, LPARAM data
       }
       return std::nullopt;
     case WM_DROPFILES:
-      TakeFiles(reinterpret_cast<HDROP>(wide));
+      Open(DroppedFiles(reinterpret_cast<HDROP>(wide)));
       return 0;
     case WM_NOTIFY:
       return TellTip(*reinterpret_cast<NMHDR*>(data));
@@ -303,6 +303,10 @@ bool MainWindow::Shortcut(const MSG& message) {
   // AltGr, which types characters, is reported as Ctrl and Alt together.
   const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
   const bool escape = message.wParam == VK_ESCAPE;
+  if (IsShortcut(app::kOpenKeys, control, message.wParam)) {
+    Run([this] { form_.addButton_Click(); });
+    return true;
+  }
   for (const BoundControl& bound : binding_->Controls()) {
     if (IsShortcut(bound.info->shortcut, control, message.wParam) &&
         IsWindowVisible(bound.window) != 0 && IsWindowEnabled(bound.window) != 0 &&
@@ -386,7 +390,7 @@ void MainWindow::ShowMenu(const BoundControl& list, POINT place) {
   }
 }
 
-void MainWindow::TakeFiles(HDROP dropped) {
+std::vector<std::filesystem::path> DroppedFiles(HDROP dropped) {
   std::vector<std::filesystem::path> paths;
   for (UINT i = 0, count = DragQueryFileW(dropped, 0xFFFFFFFF, nullptr, 0); i < count; ++i) {
     std::wstring path(DragQueryFileW(dropped, i, nullptr, 0) + std::size_t{1}, L'\0');
@@ -395,7 +399,7 @@ void MainWindow::TakeFiles(HDROP dropped) {
     paths.emplace_back(path);
   }
   DragFinish(dropped);
-  Open(paths);
+  return paths;
 }
 
 void MainWindow::Open(const std::vector<std::filesystem::path>& files) {

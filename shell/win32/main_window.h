@@ -19,6 +19,9 @@
 
 namespace tonadex::shell {
 
+// The files dropped on a window; frees the handle.
+std::vector<std::filesystem::path> DroppedFiles(HDROP dropped);
+
 // The main window: Form1's model in native controls.
 class MainWindow {
  public:
@@ -73,7 +76,6 @@ class MainWindow {
   bool EnterKey();
   bool GoToList();
   void ShowMenu(const BoundControl& list, POINT place);
-  void TakeFiles(HDROP dropped);
   std::optional<LRESULT> TellTip(NMHDR& about);
   bool GoToField(WPARAM mnemonic);
   void FilterTempo();

@@ -26,7 +26,10 @@ Colours ContrastColours() {
   const Grounds grounds{window, window, GetSysColor(COLOR_WINDOWTEXT)};
   const Tones tones =
       ContrastTones(grounds, GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHTTEXT));
-  return MixColours(grounds, tones, kContrastShares, [](Rgb colour) { return COLORREF{colour}; });
+  Colours colours =
+      MixColours(grounds, tones, kContrastShares, [](Rgb colour) { return COLORREF{colour}; });
+  colours.faint = GetSysColor(COLOR_GRAYTEXT);
+  return colours;
 }
 
 bool HasContrastTheme() {
@@ -108,12 +111,11 @@ void PaintCard(HWND view, HDC context, const Theme& theme) {
 }
 
 void ApplyTheme(HWND window, const Theme& theme) {
-  if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_CHILD) != 0) {
-    SetWindowTheme(window, theme.dark ? L"DarkMode_Explorer" : nullptr, nullptr);
-    return;
+  SetWindowTheme(window, theme.dark ? L"DarkMode_Explorer" : nullptr, nullptr);  // scroll bars
+  if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_CHILD) == 0) {
+    const BOOL dark = theme.dark ? TRUE : FALSE;
+    DwmSetWindowAttribute(window, kDarkTitleBar, &dark, sizeof dark);
   }
-  const BOOL dark = theme.dark ? TRUE : FALSE;
-  DwmSetWindowAttribute(window, kDarkTitleBar, &dark, sizeof dark);
 }
 
 }  // namespace tonadex::shell

@@ -80,14 +80,23 @@ TEST_F(Form1Window, ShowsTheControlsOfEachPageAlone) {
   }
 }
 
+void ExpectNewMnemonic(std::set<char>& used, std::string_view caption) {
+  const std::size_t mark = caption.find('&') + 1;
+  EXPECT_TRUE(mark == 0 || used.insert(core::ToLower(caption[mark])).second) << caption;
+}
+
 TEST_F(Form1Window, HasNoMnemonicTwice) {
   for (const std::int16_t page :
        {kSearchPage, kRepertoirePage, kOptionsPage, kStartPage, kTypingPage, kMidiPage}) {
     std::set<char> used;
     for (const auto member : ControlsIn(WindowLayout(PageLayout(page)))) {
-      const std::string& caption = (form.*member).caption;
-      const std::size_t mark = caption.find('&') + 1;
-      EXPECT_TRUE(mark == 0 || used.insert(core::ToLower(caption[mark])).second) << caption;
+      ExpectNewMnemonic(used, (form.*member).caption);
+    }
+  }
+  for (const ControlInfo& info : Controls()) {
+    std::set<char> used;
+    for (const MenuItem& item : info.menu) {
+      ExpectNewMnemonic(used, item.caption);
     }
   }
 }

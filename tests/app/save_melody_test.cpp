@@ -43,13 +43,13 @@ TEST(SaveMelodyAs, WritesEachKindForPhonesOfEachFormat) {
       const std::string extension = ExtensionIn(kinds[i]);
       SCOPED_TRACE(testing::Message() << phone.model << " " << kinds[i]);
       EXPECT_TRUE(extensions.insert(extension).second) << "two kinds of one extension";
-      // A typed name, without extension, and the proposed name, which keeps its own.
+      // A typed name, one that ends in a dot, and the proposed name, which keeps its own.
       const std::string name = "m" + std::to_string(i);
       const std::size_t way = extension == "txt" ? 1 + i % 2 : i % 3;
       dialogs.chosen = way == 0 ? 0 : i;
       dialogs.answers = {
           files::TextFromPath(folder / (name + (way == 0   ? "." + extension
-                                                : way == 1 ? ""
+                                                : way == 1 ? ". "
                                                            : "." + ExtensionIn(kinds.front()))))};
       SaveMelodyAs(dialogs, kMelody, phone.model);
       const std::string bytes = folder.Read(name + "." + extension);

@@ -91,6 +91,7 @@ TEST_F(TypingPageTest, ThePicturesHoldAllOfEveryStep) {
       for (const auto& [width, height] :
            {std::pair{300.0, 270.0}, {520.0, 270.0}, {1400.0, 700.0}}) {
         double largest = 0;
+        bool saysLast = false;
         for (const Picture& picture :
              {form.StepPicture(width, height), form.KeypadPicture(width, height)}) {
           EXPECT_FALSE(picture.empty());
@@ -99,9 +100,11 @@ TEST_F(TypingPageTest, ThePicturesHoldAllOfEveryStep) {
                         shape.box.bottom() <= height + 0.1)
                 << model << ": " << shape.text;
             largest = std::max(largest, shape.size);
+            saysLast = saysLast || shape.text.starts_with("Es el ");
           }
         }
         EXPECT_GE(largest, kLarge);
+        EXPECT_EQ(saysLast, group + 1 == groups);
       }
       form.nextGroup_Click();
     }

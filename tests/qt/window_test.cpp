@@ -372,7 +372,9 @@ TEST(MainWindow, ShortcutsAndEnterLeadToThePages) {
   for (const auto& [key, page] : kPages) {
     QTest::keyClick(&t.window, key, Qt::ControlModifier);
     EXPECT_EQ(t.form.paginaactual, page);
+    QTest::keyClick(&t.window, Qt::Key_O, Qt::ControlModifier);
   }
+  EXPECT_EQ(t.test.fileDialogs.proposed, std::vector<std::string>(5, "(open)"));
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
     t.Click("cmdopciones");
     t.Widget("cmdbuscar")->setFocus();

@@ -1,8 +1,14 @@
 #include "shell/win32/binding.h"
 
 #include <gtest/gtest.h>
+#include <richedit.h>
+
+#include <shlobj.h>
+
+#include <algorithm>
 
 #include "platform/win32/wide_text.h"
+#include "shell/win32/main_window.h"
 #include "tests/support/binding_checks.h"
 #include "tests/win32/user.h"
 
@@ -86,6 +92,53 @@ TEST(WindowsBinding, PastedSignsKeepTheirMeaning) {
   SetWindowTextW(t.binding.Window(&app::Form1::txtrtttlsube), L"c\x266F,\x2019");
   t.CopyIn();
   EXPECT_EQ(t.form.txtrtttlsube.text, "c#,\x92");
+}
+
+TEST(WindowsBinding, TheCursorIsReadBackWithTheText) {
+  BoundForm t;
+  const HWND notes = t.binding.Window(&app::Form1::txtmelodiacompo);
+  SetWindowTextW(notes, L"8c1 4d1");
+  SendMessageW(notes, EM_SETSEL, 1, 4);
+  t.CopyIn();
+  EXPECT_EQ(t.form.txtmelodiacompo.cursor, 4u);
+}
+
+TEST(WindowsBinding, DrawingDoesNotRestartATimer) {
+  BoundForm t;
+  t.form.copiedTimer.enabled = true;
+  const auto ticks = [&, id = t.binding.Of(&app::Form1::copiedTimer).Id()] {
+    t.Draw();
+    MSG tick{};
+    return PeekMessageW(&tick, t.parent, WM_TIMER, WM_TIMER, PM_REMOVE) != 0 &&
+           tick.wParam == static_cast<WPARAM>(id);
+  };
+  EXPECT_TRUE(WaitUntil(ticks, 5 * t.form.copiedTimer.interval));
+}
+
+TEST(WindowsBinding, ALineOfTheDisplayEndsWithinItsArea) {
+  BoundForm t;
+  t.form.cmdrepertorio_Click();
+  t.form.Refresh();
+  t.Draw();
+  const HWND display = t.binding.Window(&app::Form1::textresultado);
+  SetWindowPos(display, nullptr, 0, 0, 669, 300, SWP_NOZORDER);  // the line fills it
+  RECT area{}, window{};
+  SendMessageW(display, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
+  GetClientRect(display, &window);
+  EXPECT_EQ(area.right, window.right - area.left);
+}
+
+TEST(WindowsWindow, TakesTheWholePathsOfDroppedFiles) {
+  const std::wstring dropped(L"C:\\uno.txt\0C:\\ñ\0", 16);
+  const HGLOBAL memory =
+      GlobalAlloc(GHND, sizeof(DROPFILES) + (dropped.size() + 1) * sizeof(wchar_t));
+  auto* const files = static_cast<DROPFILES*>(GlobalLock(memory));
+  files->pFiles = sizeof(DROPFILES);
+  files->fWide = TRUE;
+  std::ranges::copy(dropped, reinterpret_cast<wchar_t*>(files + 1));
+  GlobalUnlock(memory);
+  EXPECT_EQ(shell::DroppedFiles(static_cast<HDROP>(memory)),
+            (std::vector<std::filesystem::path>{L"C:\\uno.txt", L"C:\\ñ"}));
 }
 
 TEST(WindowsBinding, ATextThatNoRowHoldsStaysAsItIs) {

@@ -100,6 +100,8 @@ TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
   // A click on the marked make lists its models again.
   ClickRow(Of(&Form1::cmbmarcas), 0);
   EXPECT_TRUE(ListSays(&Form1::formatList, LB_GETCURSEL, 0));
+  Press('O', kCtrl);
+  EXPECT_NE(WaitForWindow(L"#32770", program->id()), nullptr) << "opens files on each page";
 }
 
 TEST_F(WindowTest, TheGuideIsWalkedThroughByItsKeys) {
@@ -131,6 +133,10 @@ TEST_F(WindowTest, TheGuideIsWalkedThroughByItsKeys) {
   EXPECT_TRUE(stands("2 de 4")) << "a click leaves the keys to the guide";
   Click(Of(&Form1::keypadView));
   EXPECT_TRUE(stands("3 de 4"));
+  AttachThreadInput(GetCurrentThreadId(), GetWindowThreadProcessId(window, nullptr), TRUE);
+  SetFocus(Of(&Form1::previousGroup));
+  Press(VK_SPACE);
+  EXPECT_TRUE(stands("2 de 4")) << "a focused button keeps its keys";
   Press(VK_ESCAPE);
   EXPECT_TRUE(Shows(&Form1::textresultado));
 }
@@ -201,6 +207,11 @@ TEST_F(WindowTest, TheRepertoireIsKeptInOrder) {
   ASSERT_NE(WaitForWindow(L"#32768", program->id()), nullptr);
   Press('D');
   EXPECT_TRUE(list(LB_GETCOUNT, 3));
+  for (const int next : {1, 0}) {
+    Sleep(1'100);  // what is typed after a second begins anew
+    Type(L"a");
+    EXPECT_TRUE(list(LB_GETCURSEL, next));
+  }
   Press(VK_F2);
   ASSERT_TRUE(Shows(&Form1::entryBox));
   Press(VK_ESCAPE);

@@ -193,6 +193,8 @@ void MainWindow::AddShortcuts() {
       });
     }
   }
+  connect(new QShortcut(QKeySequence(ToQString(app::kOpenKeys)), this), &QShortcut::activated, this,
+          [this] { Run([this] { form_.addButton_Click(); }); });
   connect(new QShortcut(QKeySequence(QKeySequence::Quit), this), &QShortcut::activated, this,
           &QWidget::close);
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);

@@ -83,24 +83,30 @@ app::TypeMeasure PhoneDisplay::MeasureType(int pixels) const {
           kLineSpacing * TextSize(font.get(), L"0", kAnyWidth).cy};
 }
 
-void PhoneDisplay::LayOut() {
+RECT PhoneDisplay::TextArea() const {
   RECT area = ClientArea(window_);
   InflateRect(&area, -theme_.Px(kPadding), -theme_.Px(kPadding));
+  return area;
+}
+
+void PhoneDisplay::LayOut() {
+  const RECT area = TextArea();
   const bool changed = display_.SetPlace(area.right - area.left, area.bottom - area.top);
   if (changed || display_.result().empty()) {
     Draw();
+  } else {
+    Send(window_, EM_SETRECT, 0, &area);
   }
-  Send(window_, EM_SETRECT, 0, &area);
 }
 
 void PhoneDisplay::Draw() {
-  RECT inner{};
-  Send(window_, EM_GETRECT, 0, &inner);
   platform::SetRichEditSource(
       window_,
       Source(display_.result().empty() ? display_.Sentence(invitation_) : display_.shown()));
-  Send(window_, EM_SETRECT, 0, &inner);
-  // A scroll bar that came and went meanwhile may have hidden the ends of the lines.
+  // A scroll bar that came and went meanwhile has changed the area, and may have hidden the ends of
+  // the lines.
+  const RECT area = TextArea();
+  Send(window_, EM_SETRECT, 0, &area);
   InvalidateRect(window_, nullptr, TRUE);
 }
 

@@ -37,6 +37,7 @@ class PhoneDisplay {
   std::optional<LRESULT> Handle(UINT message, WPARAM wide, LPARAM data);
   app::TypeMeasure MeasureType(int pixels) const;
   void LayOut();
+  RECT TextArea() const;  // within the window
   void Draw();
   std::string Source(const app::DisplayText& shown) const;
   bool MoveMark(WPARAM key);

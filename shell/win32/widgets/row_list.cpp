@@ -42,6 +42,7 @@ void RowList::Draw(const app::Control& control) {
     list_ = control;
     Send(window_, LB_SETCOUNT, list_.Lines());
     InvalidateRect(window_, nullptr, TRUE);
+    Send(tips_, TTM_POP);  // it may name a row that is gone
   }
   if (Send(window_, LB_GETCURSEL) != control.SelectedLine()) {
     Send(window_, LB_SETCURSEL, control.SelectedLine());
