@@ -69,9 +69,10 @@ constexpr MenuItem kMenu[] = {
     {"&Duplicar", "", &F::duplicateItem_Click},
     {"&Subir una octava", "", &F::octaveUpItem_Click},
     {"&Bajar una octava", "", &F::octaveDownItem_Click},
-    {u8"&Transportar…"_w, "", &F::transposeItem_Click},
+    {u8"Trans&portar…"_w, "", &F::transposeItem_Click},
     {},
     {"B&orrar", "Del", &F::deleteItem_Click},
+    {u8"Rec&uperar de la papelera…"_w, "", &F::recoverItem_Click, false},
     {"&Abrir la carpeta", "", &F::openFolderItem_Click, false},
 };
 

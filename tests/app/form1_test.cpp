@@ -88,6 +88,12 @@ TEST_F(Form1Window, HasNoMnemonicTwice) {
       const std::string& caption = (form.*member).caption;
       const std::size_t mark = caption.find('&') + 1;
       EXPECT_TRUE(mark == 0 || used.insert(core::ToLower(caption[mark])).second) << caption;
+      std::set<char> inMenu;
+      for (const MenuItem& item : InfoOf(member).menu) {
+        const std::size_t at = item.caption.find('&') + 1;
+        EXPECT_TRUE(at == 0 || inMenu.insert(core::ToLower(item.caption[at])).second)
+            << item.caption;
+      }
     }
   }
 }
