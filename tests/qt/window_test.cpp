@@ -87,6 +87,9 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
 }
 
 TEST(MainWindow, AClickInThePictureOfAMidiFileSelectsAVoice) {
+  const QFont usual = QApplication::font();
+  const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
+  QApplication::setFont(QFont(usual.family(), 2 * usual.pointSize()));
   TestWindow t;
   t.window.show();
   const std::vector<midi::SmfNote> low = {{0, 96, 48, 0, 64}}, high = {{0, 48, 72, 1, 64}};
@@ -99,6 +102,18 @@ TEST(MainWindow, AClickInThePictureOfAMidiFileSelectsAVoice) {
   QTest::mouseClick(view, Qt::LeftButton, {},
                     QPointF(second->box.x + 5, second->box.y + 5).toPoint());
   EXPECT_EQ(t.window.findChild<RowList*>("midiVoices")->SelectedRow(), 1);
+  QCoreApplication::processEvents();
+  const auto place = [&t](const QWidget* widget) {
+    return QRect(widget->mapTo(&t.window, QPoint()), widget->size());
+  };
+  constexpr std::pair<const char*, const char*> kRows[] = {{"midiVoices", "midiBar"},
+                                                           {"midiBar", "midiView"},
+                                                           {"phonesOctaves", "midiView"},
+                                                           {"midiView", "midiText"}};
+  for (const auto& [above, below] : kRows) {
+    EXPECT_FALSE(place(t.Widget(above)).intersects(place(t.Widget(below))))
+        << above << " and " << below << " in large type";
+  }
 }
 
 // The typing guide, controlled only by the keyboard.
