@@ -49,8 +49,10 @@ class FileDialogs {
   // Windows-1252.
   virtual std::optional<SaveChoice> AskSaveAs(std::string_view title, std::string_view name,
                                               std::span<const std::string> kinds) = 0;
-  // Asks for files to read; none when the user cancelled.
-  virtual std::vector<std::filesystem::path> AskOpen(std::string_view title) = 0;
+  // Asks for files to read; none when the user cancelled. Starts in `folder`; if that is empty or
+  // missing, where files were opened last, or in the user's documents folder.
+  virtual std::vector<std::filesystem::path> AskOpen(std::string_view title,
+                                                     const std::filesystem::path& folder) = 0;
 };
 
 }  // namespace tonadex::app

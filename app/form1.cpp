@@ -34,6 +34,7 @@ constexpr std::string_view kNotOpened = u8"No se ha podido abrir la melodía: "_
 constexpr std::string_view kNotOpenedFiles = u8"No se ha podido abrir:"_w;
 constexpr std::string_view kOpenedWithRemarks = "Abierto, con estos avisos:";
 constexpr std::string_view kAddTitle = u8"Abrir melodías de cualquier formato"_w;
+constexpr std::string_view kRecoverTitle = u8"Recuperar melodías de la papelera"_w;
 constexpr std::size_t kMostLines = 12;
 constexpr std::string_view kMoreLines = u8"…"_w;
 constexpr std::string_view kHelpFile = "TONADEX.HLP";
@@ -366,11 +367,19 @@ void Form1::FilesDropped(std::span<const std::filesystem::path> paths) {
   }
 }
 
-void Form1::addButton_Click() {
-  const auto files = program.services.fileDialogs.AskOpen(kAddTitle);
+void Form1::AskForFiles(std::string_view title, const std::filesystem::path& folder) {
+  const auto files = program.services.fileDialogs.AskOpen(title, folder);
   if (!files.empty()) {
     FilesDropped(files);
   }
+}
+
+void Form1::addButton_Click() {
+  AskForFiles(kAddTitle, {});
+}
+
+void Form1::recoverItem_Click() {
+  AskForFiles(kRecoverTitle, program.BinFolder());
 }
 
 void Form1::editItem_Click() {

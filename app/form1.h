@@ -77,6 +77,8 @@ class Form1 : public SharedState,
   // MIDI file is shown instead, for the user to choose from its voices.
   void FilesDropped(std::span<const std::filesystem::path> paths);
   void addButton_Click();
+  // Melodies deleted or replaced before, chosen from the bin. Their files stay there.
+  void recoverItem_Click();
   // Shows the voices of a MIDI file, of which the user makes a melody; a message box when the file
   // is damaged or has no notes. `name` is the file's.
   void OpenMidiFile(std::string_view bytes, std::string_view name);
@@ -120,6 +122,7 @@ class Form1 : public SharedState,
   static std::span<const ControlInfo> Rows();  // of the navigation row and that bar
 
  private:
+  void AskForFiles(std::string_view title, const std::filesystem::path& folder);
   void ShowInRepertoire(const std::string& file);
   void KeepMelody(std::string_view text);
   bool LeaveFor(std::int16_t page);

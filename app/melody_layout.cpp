@@ -34,7 +34,7 @@ void AddNote(std::vector<PictureMark>& marks, const DrawnNote& note, const Box& 
   marks.push_back({note.outside ? Shape::kHatched : Shape::kNote, box, opacity, sounds});
   if (note.dotted) {
     constexpr double kAcross = 2 * kDotRadius;
-    const double right = box.right() - 1 + kDotRadius, middle = box.y - kDotRise;
+    const double right = box.right() - kDotRadius, middle = box.y - kDotRise;
     marks.push_back(
         {Shape::kDot, {right - kAcross, middle - kDotRadius, kAcross, kAcross}, 1, sounds});
   }

@@ -28,7 +28,8 @@ constexpr std::size_t kLongestText = 99'999;  // a file's number has five digits
 constexpr std::string_view kNoMelody = u8"no es una melodía RTTTL"_w;
 constexpr std::string_view kNoName = u8"la melodía necesita un nombre"_w;
 constexpr std::string_view kStop = u8"el nombre no puede llevar puntos ni «:»"_w;
-constexpr std::string_view kUnusableName = u8"ese nombre no sirve para un fichero"_w;
+constexpr std::string_view kUnusableName =
+    u8"ese nombre no sirve para un fichero: prueba con otro o con uno más corto"_w;
 constexpr std::string_view kTooLong = u8"la melodía es demasiado larga"_w;
 constexpr std::string_view kNotSaved =
     u8"no se puede escribir en la carpeta de melodías: quizá el disco esté lleno o protegido"_w;

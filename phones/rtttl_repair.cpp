@@ -211,6 +211,8 @@ class NoteWriter {
       if (IsNote(item) && (IsNote(core::Trim(word, "\"'")) || BeginsNote(item, word))) {
         AddItem(std::exchange(item, {}));
         ++parted_;
+      } else if (IsNote(item) && NotesMeant(CleanItem(item + std::string(word))).empty()) {
+        AddItem(std::exchange(item, {}));  // words behind the last note
       }
       // Text longer than any note cannot be one and is not stored completely.
       item += item.size() > kLongestItem ? std::string_view() : word;

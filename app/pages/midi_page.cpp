@@ -108,7 +108,8 @@ Part MidiPage::Layout(bool /*wide*/) {
                     Row({The(&F::leaveMidi), Stretch(), The(&F::listenMidi), The(&F::useMidi),
                          The(&F::saveMidi)}),
                 })
-      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin);
+      .Margins(look::kPageMargin, look::kGrid, look::kPageMargin)
+      .Scrolls();
 }
 
 void MidiPage::ReadMidiFile(std::string_view bytes, std::string_view name) {

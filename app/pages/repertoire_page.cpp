@@ -73,6 +73,7 @@ constexpr MenuItem kMenu[] = {
     {u8"Trans&portar…"_w, "", &F::transposeItem_Click},
     {},
     {"B&orrar", "Del", &F::deleteItem_Click},
+    {u8"Rec&uperar de la papelera…"_w, "", &F::recoverItem_Click, false},
     {"&Abrir la carpeta", "", &F::openFolderItem_Click, false},
 };
 

@@ -49,7 +49,7 @@ constexpr std::string_view kDrawnTempo = "125";  // while the tempo box holds no
 constexpr std::array<std::string_view, 10> kUsualTempos = {"63",  "80",  "100", "112", "125",
                                                            "140", "160", "180", "200", "225"};
 constexpr std::string_view kFirstTempo = "125";
-constexpr int kTempoWidth = 96, kLowestNotes = 44, kTwoRows = 60, kLowestDrawing = 56;
+constexpr int kTempoWidth = 96, kLowestNotes = 44, kTwoRows = 60, kLowestDrawing = 48;
 constexpr int kLeastCard = 504, kLeastSide = 280, kLowestNews = 48, kLowestChanges = 80,
               kWidestSide = 600, kWidestNews = 480;
 
@@ -214,7 +214,7 @@ Part StartPage::Layout(bool wide) {
       The(&F::repairList).Weight(2).Heights(kTwoRows),
       The(&F::repairNotices).Weight(8).Heights(kLowestChanges),
       Row({Stretch(), The(&F::cancelRepairButton), The(&F::applyRepairButton)}).Wraps(),
-      view(&F::rtttlView, look::kLowestView),
+      view(&F::rtttlView, kLowestDrawing),
       Row({Stretch(), The(&F::cmdscuchartttl), The(&F::cmdsubirmelortttl), The(&F::saveRtttl)})
           .Wraps(),
   });
@@ -226,7 +226,7 @@ Part StartPage::Layout(bool wide) {
     columns.push_back(std::move(news).Weight(5).Widths(0, kWidestNews));
   } else {
     columns.push_back(std::move(composer).Weight(6).Widths(kLeastCard, Part::kUnbounded));
-    columns.push_back(Column({std::move(rtttl).Weight(3), std::move(news).Weight(2)})
+    columns.push_back(Column({std::move(rtttl).Weight(5), std::move(news).Weight(2)})
                           .Weight(5)
                           .Widths(kLeastSide, Part::kUnbounded));
   }

@@ -36,7 +36,7 @@ constexpr std::size_t kLongWord = 11;              // longer words on a key take
 constexpr std::string_view kNoKeys = "ninguna tecla";
 constexpr std::string_view kSeen = "En la pantalla debe verse: ";
 constexpr std::string_view kPdfFilter = "PDF (*.pdf)";
-constexpr std::string_view kAllTyped = u8"Es el último: después, guarda la melodía en el móvil."_w;
+constexpr std::string_view kLast = u8"Es lo último: después, guarda la melodía en el móvil."_w;
 constexpr std::string_view kBefore = "Antes", kAfter = u8"Después"_w;
 
 constexpr ControlInfo Step(std::string_view name, Control F::*member, std::string_view caption,
@@ -253,6 +253,9 @@ void TypingPage::RefreshTyping() {
                       : guide_.Position() + ": " + KeysInWords(*step) + ". " + step->words +
                             (step->display.empty() ? "" : ". ") +
                             (step->display.empty() ? "" : std::string(kSeen)) + step->display;
+  if (step != nullptr && guide_.at() == last) {
+    stepView.text.append(". ").append(kLast);
+  }
   keypadView.text = u8"Teclado del móvil"_w;
 }
 
@@ -377,7 +380,7 @@ Picture TypingPage::StepPicture(double width, double height) const {
   const Box after = row(32, 14);
   AddNeighbours(picture, kAfter, guide_, 1, kGroupsAhead, after, unit);
   if (guide_.Group(1) == nullptr) {
-    picture.push_back(Text(std::string(kAllTyped), after, 14 * unit, Ink::kMuted));
+    picture.push_back(Text(std::string(kLast), after, 14 * unit, Ink::kMuted));
   }
   const Box bar = row(8, 0);
   picture.push_back(Filled(bar, Ink::kBorder, bar.height / 2));

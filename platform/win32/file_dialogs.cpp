@@ -103,11 +103,13 @@ std::optional<app::SaveChoice> WindowsFileDialogs::AskSaveAs(std::string_view ti
 }
 
 // The dialog returns one path, or the folder followed by the names of several files.
-std::vector<std::filesystem::path> WindowsFileDialogs::AskOpen(std::string_view title) {
+std::vector<std::filesystem::path> WindowsFileDialogs::AskOpen(
+    std::string_view title, const std::filesystem::path& folder) {
   std::wstring chosen(kLongestPath, L'\0');
   const std::wstring words = ToWide(title);
   OPENFILENAMEW dialog =
       NewDialog(words, chosen, OFN_ALLOWMULTISELECT | OFN_EXPLORER | OFN_FILEMUSTEXIST);
+  dialog.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
   std::vector<std::filesystem::path> paths;
   if (GetOpenFileNameW(&dialog) == 0) {
     return paths;

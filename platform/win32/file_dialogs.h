@@ -10,7 +10,8 @@ class WindowsFileDialogs : public app::FileDialogs {
   bool GetSaveFileName(app::FileDialogRecord& record) override;
   bool GetOpenFileName(app::FileDialogRecord& record) override;
   // Owned by the active window.
-  std::vector<std::filesystem::path> AskOpen(std::string_view title) override;
+  std::vector<std::filesystem::path> AskOpen(std::string_view title,
+                                             const std::filesystem::path& folder) override;
   std::optional<app::SaveChoice> AskSaveAs(std::string_view title, std::string_view name,
                                            std::span<const std::string> kinds) override;
 };

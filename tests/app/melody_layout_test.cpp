@@ -35,7 +35,10 @@ std::string ManyNotes() {
 
 TEST(MelodyPicture, NotesStandInOrderHigherOnesHigherAndNoneOutside) {
   for (const PictureSize& size : kSizes) {
-    const MelodyPicture picture = Picture("8c3,c#3,16b3,c,1a8", size);
+    const MelodyPicture picture = Picture("8c.3,c#3,16b3,c,1a8", size);
+    const std::vector<Box> dots = BoxesOf(picture, PictureMark::Shape::kDot);
+    ASSERT_EQ(dots.size(), 1U);
+    EXPECT_LE(dots[0].right(), picture.NoteBox(0).right()) << "it is no part of the next name";
     for (std::size_t i = 0; i < 5; ++i) {
       const Box box = picture.NoteBox(i);
       EXPECT_TRUE(box.y >= 0 && box.bottom() <= size.height && box.x >= 0);

@@ -58,7 +58,8 @@ TEST_F(TypingPageTest, SaysWhatToPressAndWhatThePhoneShows) {
   Teclear("c,e.6");
   form.nextGroup_Click();
   EXPECT_EQ(Step(), std::string(u8"2 de 2: 3 mantén 3 s, *. mi, negra, con puntillo, octava media. "
-                                u8"En la pantalla debe verse: 4.e2"_w));
+                                u8"En la pantalla debe verse: 4.e2. "
+                                u8"Es lo último: después, guarda la melodía en el móvil."_w));
   EXPECT_FALSE(form.nextGroup.enabled);
   EXPECT_EQ(form.guideView.listIndex, 1);
 }

@@ -9,6 +9,8 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QtTest>
 
 #include "app/words.h"
@@ -58,7 +60,7 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
   t.test.program.gPhoneModel = " Pulsaciones";
   t.Click("picconvertir");
   const auto* display = t.window.findChild<shell::PhoneDisplay*>();
-  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) {
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space, Qt::Key_Q}) {
     bool seen = false;
     QTimer::singleShot(0, qApp, [&] {
       EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "the bar stands for the box";
@@ -70,7 +72,8 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
       QTest::mouseClick(t.Widget("cmdinicio"), Qt::LeftButton);  // ignored, as under a message box
       EXPECT_EQ(t.form.paginaactual, 3);
       seen = t.Widget("stopButton")->isVisible();
-      QTest::keyClick(QApplication::focusWidget(), key);
+      QTest::keyClick(QApplication::focusWidget(), key,
+                      key == Qt::Key_Q ? Qt::ControlModifier : Qt::NoModifier);
     });
     QTest::keyClick(t.Widget("List1"), Qt::Key_Return);
     EXPECT_TRUE(seen);
@@ -84,6 +87,9 @@ TEST(MainWindow, EnterOnTheListPlaysAndTheDrawingFollows) {
 }
 
 TEST(MainWindow, AClickInThePictureOfAMidiFileSelectsAVoice) {
+  const QFont usual = QApplication::font();
+  const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
+  QApplication::setFont(QFont(usual.family(), 2 * usual.pointSize()));
   TestWindow t;
   t.window.show();
   const std::vector<midi::SmfNote> low = {{0, 96, 48, 0, 64}}, high = {{0, 48, 72, 1, 64}};
@@ -96,6 +102,18 @@ TEST(MainWindow, AClickInThePictureOfAMidiFileSelectsAVoice) {
   QTest::mouseClick(view, Qt::LeftButton, {},
                     QPointF(second->box.x + 5, second->box.y + 5).toPoint());
   EXPECT_EQ(t.window.findChild<RowList*>("midiVoices")->SelectedRow(), 1);
+  QCoreApplication::processEvents();
+  const auto place = [&t](const QWidget* widget) {
+    return QRect(widget->mapTo(&t.window, QPoint()), widget->size());
+  };
+  constexpr std::pair<const char*, const char*> kRows[] = {{"midiVoices", "midiBar"},
+                                                           {"midiBar", "midiView"},
+                                                           {"phonesOctaves", "midiView"},
+                                                           {"midiView", "midiText"}};
+  for (const auto& [above, below] : kRows) {
+    EXPECT_FALSE(place(t.Widget(above)).intersects(place(t.Widget(below))))
+        << above << " and " << below << " in large type";
+  }
 }
 
 // The typing guide, controlled only by the keyboard.
@@ -151,11 +169,10 @@ TEST(MainWindow, TheRepertoireIsKeptInOrder) {
   EXPECT_EQ(selected(), "Vals");
   EXPECT_EQ(list->currentIndex().data(Qt::ToolTipRole), "vals.20");
   QTest::keyClick(list, Qt::Key_Up);
-  QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
-  QApplication::sendEvent(list, &asked);
+  QTest::keyClick(list, Qt::Key_F10, Qt::ShiftModifier);
   auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
   ASSERT_NE(menu, nullptr);
-  EXPECT_EQ(menu->actions().size(), 13);
+  EXPECT_EQ(menu->actions().size(), 14);
   menu->actions().at(6)->trigger();
   menu->close();
   EXPECT_EQ(selected(), "Aire 2");
@@ -205,11 +222,13 @@ TEST(MainWindow, TheServersNewestMelodiesHaveButtonsOnTheirRows) {
 
 // The requests of each page that sends any.
 TEST(MainWindow, EscAndCloseEndARequestAndTheWaitingLineSaysSo) {
-  constexpr std::tuple<const char*, const char*, bool> kWays[] = {
-      {"cmdbuscar", "picabuscar", false},
-      {"cmdinicio", "cmdsubirmelortttl", false},
-      {"cmdinicio", "cmdsubirmelortttl", true}};
-  for (const auto& [page, button, close] : kWays) {
+  constexpr std::tuple<const char*, const char*, Qt::Key> kWays[] = {
+      {"cmdbuscar", "picabuscar", Qt::Key_Escape},
+      {"cmdinicio", "cmdsubirmelortttl", Qt::Key_Escape},
+      {"cmdinicio", "cmdsubirmelortttl", Qt::Key_Q},
+      {"cmdinicio", "cmdsubirmelortttl", Qt::Key_Close}};
+  for (const auto& [page, button, key] : kWays) {
+    const bool close = key != Qt::Key_Escape;
     TestWindow t;
     t.window.show();
     t.Click(page);
@@ -217,7 +236,7 @@ TEST(MainWindow, EscAndCloseEndARequestAndTheWaitingLineSaysSo) {
     auto* line = t.window.findChild<shell::WaitingLine*>();
     ASSERT_NE(line, nullptr);
     EXPECT_FALSE(line->isVisible());
-    t.test.http.during = [&t, line, close = close] {
+    t.test.http.during = [&t, line, key = key] {
       EXPECT_TRUE(line->isVisible());
       EXPECT_TRUE(t.window.rect().contains(line->geometry()));
       EXPECT_EQ(line->text(), shell::ToQString(app::words::kWaiting));
@@ -227,8 +246,11 @@ TEST(MainWindow, EscAndCloseEndARequestAndTheWaitingLineSaysSo) {
       for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QApplication::postEvent(t.Widget("cmdopciones"), new QKeyEvent(type, Qt::Key_Space, {}));
       }
-      QTimer::singleShot(0, &t.window, [&t, close] {
-        close ? static_cast<void>(t.window.close()) : QTest::keyClick(&t.window, Qt::Key_Escape);
+      QTimer::singleShot(0, &t.window, [&t, key] {
+        key == Qt::Key_Close
+            ? static_cast<void>(t.window.close())
+            : QTest::keyClick(&t.window, key,
+                              key == Qt::Key_Q ? Qt::ControlModifier : Qt::NoModifier);
       });
       t.repainting.Once(shell::Repainting::Input::kLost);
       EXPECT_TRUE(t.window.isVisible());
@@ -361,7 +383,11 @@ TEST(MainWindow, ThePhonesKeysComposeAndTheDrawingFollows) {
 }
 
 TEST(MainWindow, ShortcutsAndEnterLeadToThePages) {
+  constexpr const char* kText = "Himno a la Alegria:d=4,o=5,b=140:8e,8e,8f,8g,8g,8f,8e,8d,8c,8c";
   TestWindow t;
+  t.AddMelody("vals.20", "Vals:d=4,o=5,b=60:c,e");
+  t.test.program.gPhoneModel = " Compositor";
+  t.window.resize(shell::kLeastWidth, shell::kLeastHeight);
   t.window.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&t.window));
   constexpr std::pair<Qt::Key, int> kPages[] = {{Qt::Key_1, app::kStartPage},
@@ -373,6 +399,12 @@ TEST(MainWindow, ShortcutsAndEnterLeadToThePages) {
     QTest::keyClick(&t.window, key, Qt::ControlModifier);
     EXPECT_EQ(t.form.paginaactual, page);
     QTest::keyClick(&t.window, Qt::Key_O, Qt::ControlModifier);
+    qobject_cast<QPlainTextEdit*>(t.Widget("txtrtttlsube"))->setPlainText(kText);
+    QCoreApplication::processEvents();
+    for (const QScrollArea* area : t.window.findChildren<QScrollArea*>()) {
+      EXPECT_TRUE(!area->isVisible() || area->verticalScrollBar()->maximum() == 0)
+          << "page " << page << ": " << area->verticalScrollBar()->maximum() << " px too high";
+    }
   }
   EXPECT_EQ(t.test.fileDialogs.proposed, std::vector<std::string>(5, "(open)"));
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {

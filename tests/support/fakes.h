@@ -67,8 +67,10 @@ class FakeFileDialogs : public app::FileDialogs {
     return app::SaveChoice{path, chosen};
   }
 
-  std::vector<std::filesystem::path> AskOpen(std::string_view) override {
-    const auto file = AskSaveAs({}, "(open)", {});
+  std::vector<std::filesystem::path> AskOpen(std::string_view,
+                                             const std::filesystem::path& folder) override {
+    const std::string in = folder.empty() ? "" : " " + folder.filename().string();
+    const auto file = AskSaveAs({}, "(open" + in + ")", {});
     return file ? std::vector{file->file} : std::vector<std::filesystem::path>();
   }
 

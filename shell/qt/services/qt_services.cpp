@@ -93,10 +93,13 @@ class Repainting::InputFilter : public QObject {
   explicit InputFilter(const Repainting& owner) : owner_(owner) {}
   bool eventFilter(QObject*, QEvent* event) override {
     // While Esc is a shortcut of the window, it arrives as ShortcutOverride without a key press.
-    const bool pressed =
-        event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-    if (pressed && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && owner_.escape) {
-      owner_.escape();
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride) {
+      const auto* key = static_cast<QKeyEvent*>(event);
+      if (key->key() == Qt::Key_Escape && owner_.escape) {
+        owner_.escape();
+      } else if (key->keyCombination() == kQuitKey && owner_.quit) {
+        owner_.quit();
+      }
     }
     return IsInput(*event);
   }
@@ -164,9 +167,19 @@ std::optional<app::SaveChoice> QtFileDialogs::AskSaveAs(std::string_view title,
   return app::SaveChoice{file.toStdU16String(), static_cast<std::size_t>(kind)};
 }
 
-std::vector<std::filesystem::path> QtFileDialogs::AskOpen(std::string_view title) {
-  const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-  const QStringList files = QFileDialog::getOpenFileNames(hooks_.window, ToQString(title), folder);
+// A folder that does not exist would be proposed as the name of a file.
+std::vector<std::filesystem::path> QtFileDialogs::AskOpen(std::string_view title,
+                                                          const std::filesystem::path& folder) {
+  const QStringList starts = {
+      QString::fromStdU16String(folder.u16string()), folder.empty() ? opened_ : QString(),
+      QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), QDir::homePath()};
+  const auto start = std::ranges::find_if(
+      starts, [](const QString& path) { return !path.isEmpty() && QDir(path).exists(); });
+  const QStringList files = QFileDialog::getOpenFileNames(
+      hooks_.window, ToQString(title), start == starts.end() ? QString() : *start);
+  if (folder.empty() && !files.isEmpty()) {
+    opened_ = QFileInfo(files.constFirst()).path();
+  }
   std::vector<std::filesystem::path> paths;
   for (const QString& file : files) {
     paths.emplace_back(file.toStdU16String());

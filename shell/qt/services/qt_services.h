@@ -27,6 +27,9 @@ struct WindowHooks {
   QPointer<WebPane> page, banner;
 };
 
+// The toolkit knows it on some desktops only.
+inline constexpr QKeyCombination kQuitKey = Qt::CTRL | Qt::Key_Q;
+
 // Repaints the windows while a handler runs; no other handler starts.
 class Repainting {
  public:
@@ -43,9 +46,9 @@ class Repainting {
   // True while Once runs: events must not reach handlers then.
   bool Active() const { return active_; }
 
-  // Esc, the one key that is not lost. The close button of a window is not lost either: it sends
-  // the window a close event, as the end of the session does.
-  std::function<void()> escape;
+  // Esc and Ctrl+Q, the keys that are not lost. The close button of a window is not lost either: it
+  // sends the window a close event, as the end of the session does.
+  std::function<void()> escape, quit;
 
  private:
   class InputFilter;
@@ -69,10 +72,12 @@ class QtFileDialogs : public app::FileDialogs {
   bool GetOpenFileName(app::FileDialogRecord& record) override;
   std::optional<app::SaveChoice> AskSaveAs(std::string_view title, std::string_view name,
                                            std::span<const std::string> kinds) override;
-  std::vector<std::filesystem::path> AskOpen(std::string_view title) override;
+  std::vector<std::filesystem::path> AskOpen(std::string_view title,
+                                             const std::filesystem::path& folder) override;
 
  private:
   WindowHooks& hooks_;
+  QString opened_;  // the folder of the files opened last
 };
 
 class QtShellServices : public app::ShellServices {

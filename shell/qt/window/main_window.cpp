@@ -66,13 +66,14 @@ MainWindow::MainWindow(app::Program& program, WindowHooks& hooks, Repainting& re
   hooks_.banner = The<WebPane>(Look::kBanner, binding_);
   program_.busyChanged = [this] { DrawBusy(); };
   repainting_.escape = [this] { app::GiveUpRequest(program_); };
+  repainting_.quit = [this] { close(); };
   ConnectParts();
   AddShortcuts();
 }
 
 MainWindow::~MainWindow() {
   program_.busyChanged = nullptr;
-  repainting_.escape = nullptr;
+  repainting_.escape = repainting_.quit = nullptr;
   hooks_.draw = nullptr;
   hooks_.showInWindow = nullptr;
 }
@@ -195,8 +196,7 @@ void MainWindow::AddShortcuts() {
   }
   connect(new QShortcut(QKeySequence(ToQString(app::kOpenKeys)), this), &QShortcut::activated, this,
           [this] { Run([this] { form_.addButton_Click(); }); });
-  connect(new QShortcut(QKeySequence(QKeySequence::Quit), this), &QShortcut::activated, this,
-          &QWidget::close);
+  connect(new QShortcut(kQuitKey, this), &QShortcut::activated, this, &QWidget::close);
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
     for (const BoundControl& bound : binding_.Controls()) {
@@ -312,10 +312,10 @@ void MainWindow::DrawBusy() {
 }
 
 // The input that reaches the window while its bar stands in for a message box: the bar's button by
-// the mouse; Enter, Esc and the space bar press it.
+// the mouse; Enter, Esc and the space bar press it; Ctrl+Q closes the window.
 class MainWindow::BarInput : public QObject {
  public:
-  BarInput(const QWidget* window, QWidget* stop, std::function<void()> press)
+  BarInput(QWidget* window, QWidget* stop, std::function<void()> press)
       : window_(window), stop_(stop), press_(std::move(press)) {}
 
   bool eventFilter(QObject* watched, QEvent* event) override {
@@ -348,7 +348,12 @@ class MainWindow::BarInput : public QObject {
 
  private:
   bool Press(QEvent* event) {
-    switch (static_cast<QKeyEvent*>(event)->key()) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->keyCombination() == kQuitKey) {
+      window_->close();
+      return true;
+    }
+    switch (key->key()) {
       case Qt::Key_Return:
       case Qt::Key_Enter:
       case Qt::Key_Escape:
@@ -361,8 +366,7 @@ class MainWindow::BarInput : public QObject {
     return true;
   }
 
-  const QWidget* window_;
-  QWidget* stop_;
+  QWidget *window_, *stop_;
   std::function<void()> press_;
 };
 
