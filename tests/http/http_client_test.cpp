@@ -12,6 +12,7 @@
 #include "tests/core/table.h"
 #include "tests/core/test_melody.h"
 #include "tests/http/raw_socket.h"
+#include "tests/support/eventually.h"
 
 namespace tonadex::http_client_test {
 
@@ -228,11 +229,8 @@ TEST(HttpBackgroundGet, RunsBesideItsCallerAndEndsWithIt) {
   EXPECT_FALSE(request.Take());
   request.Start(server.Base() + "/");
   std::optional<net::BackgroundGet::Reply> reply;
-  while (!reply && std::chrono::steady_clock::now() - start < std::chrono::seconds(20)) {
-    std::this_thread::sleep_for(milliseconds(5));
-    reply = request.Take();
-  }
-  ASSERT_TRUE(reply && reply->came);
+  ASSERT_TRUE(test::Eventually([&] { return (reply = request.Take()).has_value(); }));
+  EXPECT_TRUE(reply->came);
   EXPECT_EQ(reply->body, "ab");
   EXPECT_FALSE(request.Take());
   {

@@ -6,8 +6,7 @@
 #include "tests/support/binding_checks.h"
 #include "tests/win32/user.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::binding_test {
 
 using app::ControlInfo;
 using app::Event;
@@ -93,5 +92,4 @@ TEST(WindowsBinding, ATextThatNoRowHoldsStaysAsItIs) {
   CheckForeignText(t.test, t.form, t);
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::binding_test
