@@ -36,10 +36,8 @@ TEST(MelodyDrawing, GivesTimesAndPitches) {
   const Drawing drawing = MelodyDrawing("x:d=4,o=5,b=120:c,8f#.6,p,2h4,16a#");
   EXPECT_EQ(Notes(drawing),
             "0+500 do/60|500+375 fa#/78.|875+500 -|1375+1000 si/59|2375+125 la#/70|");
-  EXPECT_EQ(drawing.length, 2500);
-  EXPECT_EQ(drawing.barLength, 2000);
-  EXPECT_EQ(drawing.lowest, 59);
-  EXPECT_EQ(drawing.highest, 78);
+  EXPECT_EQ(std::tuple(drawing.length, drawing.barLength), std::tuple(2500, 2000));
+  EXPECT_EQ(std::tuple(drawing.lowest, drawing.highest), std::tuple(59, 78));
   EXPECT_EQ(DrawingInWords(drawing), "5 notas y pausas, 3 segundos, de si 4 a fa# 6");
 }
 

@@ -56,10 +56,6 @@ class WindowTest : public testing::Test {
   bool ListSays(app::Control Form1::*list, UINT question, int answer) const {
     return Eventually([&] { return SendMessageW(Of(list), question, 0, 0) == answer; });
   }
-  DWORD Close() {
-    PostMessageW(window, WM_CLOSE, 0, 0);
-    return program->WaitForEnd();
-  }
   // Clicks the rows of the brand and of the number or format.
   void ChoosePhone(int brand, app::Control Form1::*list, int row) {
     Click(Of(&Form1::cmdopciones));
@@ -90,7 +86,8 @@ TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
   EXPECT_TRUE(
       Reads(&Form1::lbltextresult, "Melodia Prueba (prueba) para Nokia en formato de compositor."));
   EXPECT_EQ(TextIn(Of(&Form1::textresultado)), "1  4c1    8.#d2  2-     4g1 ");
-  EXPECT_EQ(Close(), 0U);
+  PostMessageW(window, WM_CLOSE, 0, 0);
+  EXPECT_EQ(program->WaitForEnd(), 0U);
 
   Start();
   EXPECT_EQ(TextIn(Of(&Form1::phoneButton)), std::string(u8"Nokia 3210, 3310 …"_w));
@@ -252,12 +249,10 @@ class GivingUp : public WindowTest {
 TEST_F(GivingUp, EscEndsARequestThatTheWindowShows) {
   Start(server.argument);
   Search();
-  const auto hasRoom = [&] {
+  EXPECT_TRUE(Eventually([&] {
     RECT line{};
-    GetClientRect(Of(&Form1::waitingLine), &line);
-    return line.bottom > 12;
-  };
-  EXPECT_TRUE(Eventually(hasRoom)) << "for its words";
+    return GetClientRect(Of(&Form1::waitingLine), &line) != 0 && line.bottom > 12;
+  })) << "room for its words";
   Press(VK_ESCAPE);
   EXPECT_TRUE(Waits(false));
   EXPECT_NE(IsWindowEnabled(window), 0) << "there is nothing to say";
