@@ -1,7 +1,6 @@
 // modelos, comprobar, arreglar and midi.
 
 #include <algorithm>
-#include <array>
 
 #include "cli/commands.h"
 #include "core/melody_file.h"

@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "core/message_box.h"
 #include "core/rtttl.h"
 #include "core/text.h"
 #include "fuzz/require.h"

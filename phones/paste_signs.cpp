@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cstdint>
 #include <optional>
-#include <utility>
 
 #include "core/melody_file.h"
 #include "core/text.h"

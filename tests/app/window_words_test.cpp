@@ -1,12 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <string_view>
-
 #include "app/rtttl_check.h"
 #include "app/save_melody.h"
 #include "core/windows1252.h"
-#include "net/file_name.h"
 #include "tests/core/table.h"
 
 namespace tonadex::app::window_words_test {

@@ -11,6 +11,7 @@
 #include "server/file_system.h"
 #include "tests/core/table.h"
 #include "tests/server/ask.h"
+#include "tests/support/eventually.h"
 #include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 

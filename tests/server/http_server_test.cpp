@@ -9,7 +9,6 @@
 #include <csignal>
 #include <deque>
 #include <future>
-#include <mutex>
 #include <string>
 #include <thread>
 
@@ -18,6 +17,7 @@
 #include "server/shelf.h"
 #include "tests/core/table.h"
 #include "tests/server/ask.h"
+#include "tests/support/eventually.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::server::http_server_test {

@@ -12,6 +12,8 @@ namespace tonadex::net {
 struct ListingRow {
   std::string text;
   std::int32_t number = 0;
+
+  friend bool operator==(const ListingRow&, const ListingRow&) = default;
 };
 
 // A parsed listing with its rows collected.

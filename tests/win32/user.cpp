@@ -4,7 +4,6 @@
 
 #include "platform/win32/wide_text.h"
 #include "shell/win32/binding.h"
-#include "shell/win32/window_text.h"
 
 namespace tonadex::test {
 namespace {

@@ -6,10 +6,8 @@
 #include <functional>
 #include <memory>
 
-#include "app/layout.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "platform/win32/wide_text.h"
 #include "tests/midi/smf_bytes.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_program.h"
