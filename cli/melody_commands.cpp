@@ -12,6 +12,7 @@
 #include "json/text.h"
 #include "midi/mMidiLibOut.h"
 #include "phones/catalogue.h"
+#include "phones/paste_signs.h"
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
 

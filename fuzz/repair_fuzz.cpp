@@ -10,6 +10,7 @@
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
 #include "phones/formats.h"
+#include "phones/paste_signs.h"
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
 

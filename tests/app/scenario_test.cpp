@@ -54,6 +54,12 @@ struct Form1Scenario : testing::TestWithParam<Scenario> {
       ASSERT_TRUE(Handle(std::string(name), event)) << name;
     }
   }
+  // Clicks the buttons that the row names after its other fields, if any.
+  void ThenClick(const Row& row, std::size_t others) {
+    if (row.fields.size() > others) {
+      Raise<Event::kClick>({{row[others]}});
+    }
+  }
   bool Handle(const std::string& name, Event event) {
     const auto handler = HandlerOf(*FindControl(name), event);
     if (handler != nullptr) {
@@ -181,14 +187,17 @@ struct Form1Scenario : testing::TestWithParam<Scenario> {
     form.txtmelodiacompo.text = row[2];
     form.lblMsg.caption = "before";
     Run(&Form1::txtmelodiacompo_Change);
+    ThenClick(row, 3);
   }
   void Type(const Row& row) {
     Named(row[0]).text = core::FromUtf8(row[1]);
     Handle(row[0], Event::kChange);
+    ThenClick(row, 2);
   }
   void Select(const Row& row) {
     Named(row[0]).Select(std::stoi(row[1]));
     Handle(row[0], Event::kClick);
+    ThenClick(row, 2);
   }
   void File(const Row& row) {
     for (std::size_t i = 0; i < row.fields.size(); i += 2) {
@@ -216,6 +225,7 @@ struct Form1Scenario : testing::TestWithParam<Scenario> {
   }
   void Answer(const Row& row) {
     test.fileDialogs.answers = {files::TextFromPath(test.folder / row[0])};
+    ThenClick(row, 1);
   }
   void Broken(const Row& row) {
     (row[0] == "printer" ? test.richText.noPrinter : test.webViews.broken) = true;

@@ -11,6 +11,7 @@
 #include "core/windows1252.h"
 #include "data/shelf.h"
 #include "formats/octave_range.h"
+#include "phones/paste_signs.h"
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
 #include "phones/transpose.h"

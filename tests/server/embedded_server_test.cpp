@@ -30,10 +30,6 @@ string UploadPath(const string& name) {
   return net::UploadAddress(net::UploadKey(name, text), text);
 }
 
-void WaitForRole(const EmbeddedServer& server, EmbeddedRole role) {
-  ASSERT_TRUE(test::Eventually([&] { return server.Role() == role; }));
-}
-
 TEST(EmbeddedServer, BeginsWithTheFirstMelodies) {
   const TempFolder first, home;
   first.Write("vals.29", "Vals:d=4,o=5,b=63:c,djuh9hay\r\n");
@@ -56,7 +52,7 @@ TEST(EmbeddedServer, IsSharedByTwoProgramsAndOutlivesTheFirst) {
   Get(second, UploadPath("Una"));
   EXPECT_EQ(Get(*first, "/todoslostonos.php"), "Una (Una.23)498");
   first.reset();
-  WaitForRole(second, EmbeddedRole::kHost);
+  EXPECT_TRUE(test::Eventually([&] { return second.Role() == EmbeddedRole::kHost; }));
   EXPECT_EQ(second.BaseAddress(), address);
   Get(second, UploadPath("Dos"));
   EXPECT_EQ(Get(second, "/todoslostonos.php"), "Una (Una.23)498Dos (Dos.23)498");
@@ -86,7 +82,7 @@ TEST(EmbeddedServer, ReadsWhileTheFoldersOwnerDoesNotListen) {
   EXPECT_EQ(Get(server, UploadPath("Una")), "Este servidor solo deja leer.");
   const string address = server.BaseAddress();
   owner.reset();
-  WaitForRole(server, EmbeddedRole::kHost);
+  EXPECT_TRUE(test::Eventually([&] { return server.Role() == EmbeddedRole::kHost; }));
   EXPECT_EQ(server.BaseAddress(), address);
   Get(server, UploadPath("Una"));
   EXPECT_EQ(Get(server, "/listatonos.php?cadenadebusqueda=una"), "Una (Una.23)498");
