@@ -291,7 +291,7 @@ void Form1::ShowPage(std::int16_t page) {
     (this->*member).visible = true;
   }
   paginaactual = page;
-  ShowBanner(page != kTypingPage && page != kMidiPage);  // whose room it would take
+  ShowBanner();
 }
 
 void Form1::cmdinicio_Click() {

@@ -1,7 +1,10 @@
 #include "app/print_sheet.h"
 
 #include "app/save_melody.h"
+#include "core/message_box.h"
 #include "core/text.h"
+#include "files/paths.h"
+#include "files/write.h"
 #include "phones/formats.h"
 
 namespace tonadex::app {
@@ -23,6 +26,17 @@ void PrintSheet(RichTextBox& box, const std::filesystem::path& sheetTemplate,
   Fill(box, "cambiamelodia", values.melody);
   Fill(box, "cambiamodelo", phones::FormatLabel(values.model));
   box.SelPrint(FileStem(values.title));
+}
+
+void SaveSheet(const std::filesystem::path& file, std::string_view bytes) {
+  std::error_code ignored;  // a missing folder shows in the next step
+  std::filesystem::create_directories(file.parent_path(), ignored);
+  const auto saved = files::MakeUnderFreeName(
+      file, [&](const std::filesystem::path& free) { return files::Create(free, bytes); });
+  if (!saved) {
+    files::FailToWrite(file);
+  }
+  core::MsgBox(std::string(kNoPrinter) + files::TextFromPath(*saved), core::Icon::kInformation);
 }
 
 }  // namespace tonadex::app

@@ -14,7 +14,7 @@ using namespace core::literals;
 
 inline constexpr std::string_view kSheetTemplate = "print.rtf";  // in the program folder
 
-// Without any printer the sheet is saved among the user's documents: the path follows these words.
+// The path follows these words.
 inline constexpr std::string_view kNoPrinter =
     u8"No hay ninguna impresora predeterminada.\r\nLa hoja está guardada en:\r\n"_w;
 
@@ -32,5 +32,10 @@ struct SheetValues {
 // cannot be read or nothing prints.
 void PrintSheet(RichTextBox& box, const std::filesystem::path& sheetTemplate,
                 const SheetValues& values);
+
+// What a computer without any printer does: saves the sheet as `file`, or under the next free name,
+// in a folder that it makes when it is missing, and says where in a box. Errors:
+// core::RunTimeError when the file cannot be written.
+void SaveSheet(const std::filesystem::path& file, std::string_view bytes);
 
 }  // namespace tonadex::app

@@ -171,6 +171,19 @@ TextEnds SplitEnds(std::string_view text, char delimiter) {
   return ends;
 }
 
+std::string Joined(std::initializer_list<std::string_view> parts) {
+  std::size_t size = 0;
+  for (const std::string_view part : parts) {
+    size += part.size();
+  }
+  std::string text;
+  text.reserve(size);  // allocates once
+  for (const std::string_view part : parts) {
+    text += part;
+  }
+  return text;
+}
+
 std::string Counted(std::size_t count, std::string_view one, std::string_view many) {
   return std::to_string(count).append(" ").append(count == 1 ? one : many);
 }

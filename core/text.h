@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -81,6 +82,9 @@ void ForEachPiece(std::string_view text, std::string_view separators, Use use) {
     start = end + 1;
   }
 }
+
+// Concatenates the parts.
+std::string Joined(std::initializer_list<std::string_view> parts);
 
 // "1 nota", "3 notas"
 std::string Counted(std::size_t count, std::string_view one, std::string_view many);

@@ -173,10 +173,14 @@ std::optional<fs::path> CopyInto(const fs::path& folder, const fs::path& file) {
 
 void WriteBytes(const fs::path& file, std::string_view bytes) {
   if (!WriteNamed(file, bytes)) {
-    throw core::RunTimeError(core::ErrorNumber::kDeviceFailure,
-                             std::string(u8"no se puede escribir el fichero «"_w) +
-                                 TextFromPath(file) + std::string(u8"»"_w));
+    FailToWrite(file);
   }
+}
+
+void FailToWrite(const fs::path& file) {
+  throw core::RunTimeError(core::ErrorNumber::kDeviceFailure,
+                           std::string(u8"no se puede escribir el fichero «"_w) +
+                               TextFromPath(file) + std::string(u8"»"_w));
 }
 
 bool IsTemporaryName(std::string_view name) {

@@ -54,6 +54,7 @@ std::optional<std::filesystem::path> CopyInto(const std::filesystem::path& folde
 // As Replace, for a file that the user named: writes in place to devices, to pipes and to a
 // writable file in a folder that is not writable. Errors: device failure.
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);
+[[noreturn]] void FailToWrite(const std::filesystem::path& file);  // the error of it
 
 // Whether it is the name of a temporary file.
 bool IsTemporaryName(std::string_view name);

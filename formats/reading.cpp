@@ -49,25 +49,12 @@ void Reading::SetTempo(std::string_view text, int otherwise) {
     return;
   }
   melody.tempo = otherwise;
-  Remark(Joined({u8"El fichero no dice un tempo que sirva: se ha puesto "_w,
-                 std::to_string(otherwise), "."}));
-}
-
-std::string Joined(std::initializer_list<std::string_view> parts) {
-  std::size_t size = 0;
-  for (const std::string_view part : parts) {
-    size += part.size();
-  }
-  std::string text;
-  text.reserve(size);  // allocates once
-  for (const std::string_view part : parts) {
-    text += part;
-  }
-  return text;
+  Remark(core::Joined({u8"El fichero no dice un tempo que sirva: se ha puesto "_w,
+                       std::to_string(otherwise), "."}));
 }
 
 void RefuseFile(std::initializer_list<std::string_view> parts) {
-  throw core::RunTimeError(core::ErrorNumber::kInvalidArgument, Joined(parts));
+  throw core::RunTimeError(core::ErrorNumber::kInvalidArgument, core::Joined(parts));
 }
 
 void RefuseTooLong() {

@@ -32,9 +32,6 @@ struct Reading {
   void SetTempo(std::string_view text, int otherwise);
 };
 
-// Concatenates the parts.
-std::string Joined(std::initializer_list<std::string_view> parts);
-
 // Throws core::RunTimeError (kInvalidArgument); the parts form its sentence.
 [[noreturn]] void RefuseFile(std::initializer_list<std::string_view> parts);
 [[noreturn]] void RefuseTooLong();  // for more than kMostNotes

@@ -68,7 +68,7 @@ std::size_t NearestTempo(double tempo) {
 }
 
 void Warn(std::string& warnings, std::initializer_list<std::string_view> parts) {
-  warnings.append(Joined(parts)).append(core::kCrLf);
+  warnings.append(core::Joined(parts)).append(core::kCrLf);
 }
 
 // The patterns of the notes, each with its tempo and octave at the start.

@@ -20,7 +20,6 @@ namespace tonadex::import {
 namespace {
 
 using namespace core::literals;
-using formats::Joined;
 using formats::Reading;
 using formats::RefuseFile;
 
@@ -71,8 +70,8 @@ Reading ReadMidi(std::string_view bytes) {
   midi::SmfMelody melody = midi::MelodyOf(file, *tune, {});
   Reading reading = {std::move(melody.melody), std::move(melody.remarks)};
   if (voices.size() > 1) {
-    reading.Remark(Joined({"De ", std::to_string(voices.size()),
-                           " voces se ha tomado esta: ", midi::VoiceText(*tune), "."}));
+    reading.Remark(core::Joined({"De ", std::to_string(voices.size()),
+                                 " voces se ha tomado esta: ", midi::VoiceText(*tune), "."}));
   }
   return reading;
 }
@@ -110,7 +109,7 @@ Reading ReadKeys(std::string_view text) {
   if (core::Contains(makers, " o ")) {
     RefuseFile({u8"no se sabe de qué móvil son las teclas: pueden ser de "_w, makers});
   }
-  found->Remark(Joined({"Las teclas son de ", makers, "."}));
+  found->Remark(core::Joined({"Las teclas son de ", makers, "."}));
   return *found;
 }
 

@@ -92,6 +92,11 @@ const CatalogueRow* FindModel(std::string_view model) {
   return found == kPhones.end() ? nullptr : &*found;
 }
 
+std::string_view ModelOfCode(std::string_view code) {
+  const auto found = std::ranges::find(kPhones, code, &CatalogueRow::code);
+  return found == kPhones.end() ? std::string_view() : found->model;
+}
+
 std::vector<std::string_view> ModelsOfBrand(const PhoneCatalogue& catalogue,
                                             std::string_view brand) {
   std::vector<std::string_view> models;

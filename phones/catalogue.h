@@ -38,6 +38,9 @@ std::span<const CatalogueRow> CatalogueRows();
 // The row of a model text, compared exactly; nullptr when it is not in the catalogue.
 const CatalogueRow* FindModel(std::string_view model);
 
+// The first model text with this format code; "" when there is none.
+std::string_view ModelOfCode(std::string_view code);
+
 // Model texts of a brand (compared exactly) in table order.
 std::vector<std::string_view> ModelsOfBrand(const PhoneCatalogue& catalogue,
                                             std::string_view brand);

@@ -5,7 +5,6 @@
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "formats/reading.h"
 #include "phones/formats.h"
 #include "phones/outputs.h"
 
@@ -14,7 +13,6 @@ namespace {
 
 using namespace core::literals;
 using core::Icon;
-using formats::Joined;
 
 constexpr std::string_view kNoModel =
     u8"Selecciona el modelo de tu móvil en el apartado de opciones para poder usar el programa"_w;
@@ -30,13 +28,13 @@ std::string HeaderTempo(std::string_view text) {
 
 ConversionPage Page(const Format& format, std::string_view row, Job& job) {
   ConversionPage page;
-  page.title = Joined({"Melodia ", row, format.titleSuffix});
+  page.title = core::Joined({"Melodia ", row, format.titleSuffix});
   page.result = std::move(job.result);
   if (format.output == AsLoaded) {  // no writer: no warnings, and the melody is not parsed
     page.notices = format.instruction;
     page.tempo = HeaderTempo(job.melody.Text);
   } else {
-    page.notices = Joined({format.instruction, core::kCrLf, job.notices});
+    page.notices = core::Joined({format.instruction, core::kCrLf, job.notices});
     page.tempo = job.melody.Beats;
   }
   return page;

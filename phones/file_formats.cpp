@@ -50,7 +50,7 @@ constexpr auto kFileFormats = std::to_array<FileFormat>({
     {"rtttl125", "rtttl", "RTTTL con tempo 125", "NRTL", nullptr, ""},
     {"compositor", "txt", "Texto del compositor de Nokia", kComposerCode, nullptr,
      "tres octavas, sin tempo"},
-    {"nokia", "txt", "Pulsaciones para Nokia", "NKEY", nullptr, "tres octavas, sin tempo"},
+    {"nokia", "txt", "Pulsaciones para Nokia", kKeysCode, nullptr, "tres octavas, sin tempo"},
     {"imy", "imy", "iMelody", "EMSI", nullptr, "cuatro octavas"},
     {"emy", "emy", "EMelody", "EMSE", nullptr, "dos octavas y dos duraciones, sin puntillos"},
     {"mid", "mid", "MIDI", "midi", Midi, ""},

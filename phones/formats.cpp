@@ -37,7 +37,7 @@ constexpr Octaves k1To8 = {OctaveRange::kBetween, 1, 8};
 // In the order of the catalogue's codes. The sheet labels keep their unusual capital letters and
 // missing full stops, because printed sheets have always had them.
 constexpr auto kFormats = std::to_array<Format>({
-    {"NRTLNOMOD", AsLoaded, Kind::kText, "rtttl", kEvery, kEvery, 0, "Nokia>RTTTL.",
+    {kRtttlCode, AsLoaded, Kind::kText, "rtttl", kEvery, kEvery, 0, "Nokia>RTTTL.",
      " para Nokia en formato RTTTL.", kSendRtttl, u8"La melodía en RTTTL tal como está"_w,
      ", para enviar por cable o SMS"},
     {"NRTL", AtTempo125, Kind::kText, "rtttl", kEvery, kEvery, 0, "Nokia>RTTTL, tempo 125.",
@@ -49,7 +49,7 @@ constexpr auto kFormats = std::to_array<Format>({
      u8"correctamente esta melodía. Recuerda que no son las teclas que tienes que "
      u8"pulsar, sino lo que aparece al pulsarlas."_w,
      "Lo que aparece en el compositor", ""},
-    {"NKEY", InRange<formats::NokiaKeyPresses>, Kind::kKeys, "txt", kThreeAround, k4To7,
+    {kKeysCode, InRange<formats::NokiaKeyPresses>, Kind::kKeys, "txt", kThreeAround, k4To7,
      kComposerNotes, "Nokia>Pulsaciones.", " para Nokia para introducir mediante pulsaciones.",
      u8"En el compositor de tu Nokia debes pulsar las teclas que se indican para "
      u8"poder introducir la melodía en tu móvil"_w,

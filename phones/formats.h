@@ -6,8 +6,11 @@
 // The formats that phones accept, one row for each format code of the catalogue.
 namespace tonadex::phones {
 
-// The format whose results are what a Nokia shows, not its keys.
+// The formats of a Nokia: the keys to press, what it shows for them, and the stored melody
+// unchanged.
+inline constexpr std::string_view kKeysCode = "NKEY";
 inline constexpr std::string_view kComposerCode = "NCOM";
+inline constexpr std::string_view kRtttlCode = "NRTLNOMOD";
 
 // Capacity of a Nokia's composer, in notes and pauses.
 inline constexpr std::size_t kComposerNotes = 50;

@@ -72,8 +72,9 @@ constexpr Keypad Pad(std::string_view code, std::span<const KeypadKey> keys) {
   return {code, static_cast<int>(keys.size()) / kColumns, kColumns, keys};
 }
 
-constexpr std::array kKeypads = {Pad("NKEY", kNokia), Pad("MOTK", kMotorola), Pad("MOTI", kIMelody),
-                                 Pad("SAM1", kSamsung1), Pad("SAM2", kSamsung2)};
+constexpr std::array kKeypads = {Pad(kKeysCode, kNokia), Pad("MOTK", kMotorola),
+                                 Pad("MOTI", kIMelody), Pad("SAM1", kSamsung1),
+                                 Pad("SAM2", kSamsung2)};
 
 }  // namespace
 
@@ -86,7 +87,7 @@ const Keypad* FindKeypad(std::string_view model) {
 
 std::string_view TypedModel(std::string_view model) {
   const CatalogueRow* phone = FindModel(model);
-  return phone != nullptr && phone->code == kComposerCode ? " Pulsaciones" : model;
+  return phone != nullptr && phone->code == kComposerCode ? ModelOfCode(kKeysCode) : model;
 }
 
 }  // namespace tonadex::phones

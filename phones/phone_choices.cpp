@@ -37,10 +37,10 @@ constexpr std::string_view kMotorolaWay =
     u8"En el móvil: entra en el menú de tonos, busca «Mis tonos» y elige crear un tono nuevo; el "
     u8"nombre cambia con el modelo."_w;
 constexpr auto kWays = std::to_array<Way>({
-    {"NRTLNOMOD", u8"No se teclea: se manda al móvil por cable o SMS."_w},
+    {kRtttlCode, u8"No se teclea: se manda al móvil por cable o SMS."_w},
     {"NRTL", u8"No se teclea: se manda al móvil por cable o SMS."_w},
-    {"NCOM", kNokiaWay},
-    {"NKEY", kNokiaWay},
+    {kComposerCode, kNokiaWay},
+    {kKeysCode, kNokiaWay},
     {"EMSE", kEricssonWay},
     {"EMSI", kEricssonWay},
     {"KKWS", kSend},

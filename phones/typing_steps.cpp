@@ -9,6 +9,7 @@
 #include "formats/nokia_composer.h"
 #include "formats/note_length.h"
 #include "formats/pitch.h"
+#include "phones/formats.h"
 #include "phones/keypads.h"
 
 namespace tonadex::phones {
@@ -54,7 +55,7 @@ struct Rules {
 };
 
 constexpr std::array kRules = std::to_array<Rules>({
-    {"NKEY", NokiaOctave, kLow, true, true, false},
+    {kKeysCode, NokiaOctave, kLow, true, true, false},
     {"MOTK", MotorolaOctave, kMiddle, false, false, false},
     {"SAM1", SamsungOctave, kMiddle, false, true, true},
     {"SAM2", SamsungOctave, kMiddle, false, false, false},

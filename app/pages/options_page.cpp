@@ -133,7 +133,7 @@ void OptionsPage::RefreshOptions() {
     control->visible = here && nokia;
   }
   const phones::Format* format = phones::FindFormat(model);
-  keysChoice.checked = format != nullptr && format->code == "NKEY";
+  keysChoice.checked = format != nullptr && format->code == phones::kKeysCode;
   shownChoice.checked = format != nullptr && format->code == phones::kComposerCode;
   sendChoice.checked = format != nullptr && format->code.starts_with("NRTL");
   beepChoice.checked = beepChoice.value != 0;

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "app/pages/page.h"
+#include "phones/catalogue.h"
+#include "phones/formats.h"
 #include "phones/phone_choices.h"
 
 namespace tonadex::app {
@@ -25,9 +27,9 @@ class OptionsPage {
   void modelList_Click();
   void formatList_Click() { cmbformatos.SetText(formatList.text); }
   // What to get for a Nokia.
-  void keysChoice_Click() { Choose(kNokia, " Pulsaciones"); }
-  void shownChoice_Click() { Choose(kNokia, "3210,3310,3330,3390,8250"); }
-  void sendChoice_Click() { Choose(kNokia, " RTTTL (cable)"); }
+  void keysChoice_Click() { Choose(kNokia, phones::ModelOfCode(phones::kKeysCode)); }
+  void shownChoice_Click() { Choose(kNokia, phones::ModelOfCode(phones::kComposerCode)); }
+  void sendChoice_Click() { Choose(kNokia, phones::ModelOfCode(phones::kRtttlCode)); }
   // What melodies are played with.
   void instrumentChoice_Click() { ChooseVoice(0); }
   void beepChoice_Click() { ChooseVoice(1); }

@@ -29,7 +29,7 @@ class WebPage {
   // Shows a page of the server (its path) in WebBrowser1, without the banner.
   void Browse(std::string_view path);
   void NavigateBanner() { Navigate(navbanner, net::kBannerPath); }
-  void ShowBanner(bool shown) { navbanner.visible = shown; }
+  void ShowBanner() { navbanner.visible = true; }
   void RefreshBanner(bool hasRoom) { navbanner.hasRoom = hasRoom; }
 
  private:

@@ -16,7 +16,6 @@
 
 #include "app/pdf.h"
 #include "app/print_sheet.h"
-#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/read.h"
@@ -155,25 +154,10 @@ std::string PdfBytes(const rtf::Document& source) {
   return buffer.data().toStdString();
 }
 
-// In the user's documents folder, under a name that is still free.
-void SaveNewPdf(const QString& name, const std::string& bytes) {
-  const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-  folder.mkpath(".");
-  QString path = folder.filePath(name + ".pdf");
-  auto result = files::CreateResult::kExists;
-  for (int number = 2;; ++number) {
-    result = files::Create(path.toStdU16String(), bytes);
-    if (result != files::CreateResult::kExists) {
-      break;
-    }
-    path = folder.filePath(QString("%1 (%2).pdf").arg(name).arg(number));
-  }
-  if (result == files::CreateResult::kFailed) {
-    Fail(u8"no se puede escribir el fichero «"_w, path);
-  }
-  std::string text(app::kNoPrinter);
-  text += FromQString(QDir::toNativeSeparators(path));
-  core::MsgBox(text, core::Icon::kInformation);
+void SaveNewPdf(std::string_view name, std::string_view bytes) {
+  const QDir documents(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  const QString file = documents.filePath(ToQString(name) + ".pdf");
+  app::SaveSheet(file.toStdU16String(), bytes);
 }
 
 void PaintShape(QPainter& painter, const app::Shape& shape) {
@@ -262,7 +246,7 @@ void QtRichTextBox::SelPrint(std::string_view name) {
   if (!printer.isNull()) {
     PrintOn(printer, document, ToQString(name));
   } else if (target_.printer.empty()) {
-    SaveNewPdf(ToQString(name), PdfBytes(document));
+    SaveNewPdf(name, PdfBytes(document));
   } else {
     Fail(u8"no existe la impresora «"_w, ToQString(target_.printer));
   }
@@ -271,7 +255,7 @@ void QtRichTextBox::SelPrint(std::string_view name) {
 void QtRichTextBox::PrintPages(const app::Paper& paper, std::string_view name) {
   const QPrinterInfo info = QPrinterInfo::defaultPrinter();
   if (info.isNull()) {
-    SaveNewPdf(ToQString(name), app::PdfFile(paper));
+    SaveNewPdf(name, app::PdfFile(paper));
     return;
   }
   QPrinter printer(info, QPrinter::HighResolution);

@@ -11,12 +11,10 @@
 
 #include "app/pdf.h"
 #include "app/print_sheet.h"
-#include "core/message_box.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
-#include "files/write.h"
 #include "platform/win32/rich_edit.h"
 #include "platform/win32/send.h"
 #include "platform/win32/wide_text.h"
@@ -42,24 +40,12 @@ std::wstring DefaultPrinter() {
   return size != 0 && GetDefaultPrinterW(name.data(), &size) != 0 ? name : std::wstring();
 }
 
-// Saves the sheet in the user's documents folder under a name that is still free.
-void SaveSheet(std::string_view name, std::string_view extension, std::string_view bytes) {
+void SaveSheet(std::string_view name, std::string_view bytes) {
   wchar_t* documents = nullptr;
   SHGetKnownFolderPath(FOLDERID_Documents, KF_FLAG_CREATE, nullptr, &documents);
   const std::filesystem::path folder(documents == nullptr ? L"" : documents);
   CoTaskMemFree(documents);
-  std::filesystem::path file;
-  auto result = files::CreateResult::kExists;
-  for (int number = 1; result == files::CreateResult::kExists; ++number) {
-    const std::string again = number == 1 ? "" : " (" + std::to_string(number) + ")";
-    file = folder / ToWide(std::string(name) + again + std::string(extension));
-    result = files::Create(file, bytes);
-  }
-  if (result == files::CreateResult::kFailed) {
-    throw RunTimeError(ErrorNumber::kDeviceFailure,
-                       "no se puede escribir el fichero " + files::TextFromPath(file));
-  }
-  core::MsgBox(std::string(app::kNoPrinter) + files::TextFromPath(file), core::Icon::kInformation);
+  app::SaveSheet(folder / files::PathFromText(name), bytes);
 }
 
 class PrinterContext {
@@ -208,7 +194,7 @@ void RichEditBox::SetTextRTF(std::string_view source) {
 void RichEditBox::SelPrint(std::string_view name) {
   const std::wstring found = DefaultPrinter();
   if (found.empty()) {
-    SaveSheet(name, ".rtf", TextRTF());
+    SaveSheet(std::string(name) + ".rtf", TextRTF());
     return;
   }
   const PrinterContext printer(found);
@@ -218,7 +204,7 @@ void RichEditBox::SelPrint(std::string_view name) {
 void RichEditBox::PrintPages(const app::Paper& paper, std::string_view name) {
   const std::wstring found = DefaultPrinter();
   if (found.empty()) {
-    SaveSheet(name, ".pdf", app::PdfFile(paper));
+    SaveSheet(std::string(name) + ".pdf", app::PdfFile(paper));
     return;
   }
   const PrinterContext printer(found);

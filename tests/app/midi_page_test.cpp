@@ -103,7 +103,6 @@ TEST_F(MidiPageTest, TheMelodyGoesIntoTheBoxOrTheRepertoire) {
   EXPECT_EQ(form.paginaactual, kMidiPage);
   form.leaveMidi_Click();
   EXPECT_EQ(form.paginaactual, kRepertoirePage);
-  EXPECT_TRUE(form.navbanner.visible);
   EXPECT_TRUE(form.MidiVoicesPicture(600, 200).empty());
 }
 

@@ -60,7 +60,7 @@ TEST_F(RichTextBoxTest, WithoutPrintersToTheUsersDocuments) {
   box.SelPrint("vals");
   ASSERT_EQ(messages.messages.size(), 2u);
   const std::filesystem::path first = folder / "Mis papeles/vals.pdf";
-  const std::filesystem::path second = folder / "Mis papeles/vals (2).pdf";
+  const std::filesystem::path second = folder / "Mis papeles/vals 2.pdf";
   EXPECT_EQ(PdfText(first), "Señal");
   EXPECT_EQ(PdfText(second), "Señal");
   EXPECT_EQ(messages.messages[1],
