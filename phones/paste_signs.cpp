@@ -9,7 +9,6 @@
 #include "core/melody_file.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "phones/rtttl_repair.h"
 
 namespace tonadex::phones {
 namespace {
