@@ -16,6 +16,8 @@
 namespace tonadex::cli {
 namespace {
 
+using import::FileKind;
+
 // A repertoire file's number has at most five digits.
 bool IsRepertoireName(std::string_view fileName) {
   const std::size_t stop = fileName.find('.');
@@ -25,6 +27,18 @@ bool IsRepertoireName(std::string_view fileName) {
   const std::string_view number = fileName.substr(stop + 1);
   return !number.empty() && number.size() <= 5 &&
          number.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+std::string ReadByImport(const std::string& file, FileKind kind) {
+  return file + ": parece " + core::ToUtf8(import::KindName(kind)) +
+         "; lo lee «tonadex-cli importar»";
+}
+
+// The converters read something into any bytes.
+void RefuseBinary(const std::string& file, FileKind kind) {
+  if (import::IsBinary(kind)) {
+    throw Failure{ExitCode::kNotConverted, ReadByImport(file, kind)};
+  }
 }
 
 std::string RowOf(const std::filesystem::path& file, std::string_view line) {
@@ -108,6 +122,20 @@ std::string ReadAll(Context& context, const std::string& file, std::size_t most)
   return bytes;
 }
 
+std::string ReadText(Context& context, const std::string& file, std::size_t most) {
+  std::string bytes = ReadAll(context, file, most);
+  const FileKind kind = import::RecogniseFile(bytes);
+  RefuseBinary(file, kind);
+  if (kind == FileKind::kUnknown) {
+    return "";
+  }
+  // Text of another format may also hold RTTTL: a page that shows a melody for several phones.
+  if (kind != FileKind::kRtttl && kind != FileKind::kComposer) {
+    context.err << ReadByImport(file, kind) << '\n';
+  }
+  return bytes;
+}
+
 MelodyInput ReadMelody(Context& context, const std::string& file) {
   std::ifstream opened;
   const std::string bytes =
@@ -116,6 +144,7 @@ MelodyInput ReadMelody(Context& context, const std::string& file) {
     throw Failure{ExitCode::kNotConverted,
                   file + ": la primera línea pasa de 1 MiB y no puede ser una melodía"};
   }
+  RefuseBinary(file, import::RecogniseFile(bytes));
   const std::string line = core::FromOutside(bytes);
   return {file, line, RowOf(ArgumentPath(file), line)};
 }
@@ -150,11 +179,9 @@ bool ParseMelody(Context& context, const MelodyInput& input, core::RTTTLMelody& 
 }
 
 void NameCommandFor(Context& context, const MelodyInput& input) {
-  using import::FileKind;
   const FileKind kind = import::RecogniseFile(input.line);
   if (kind != FileKind::kRtttl && kind != FileKind::kUnknown) {
-    context.err << input.name << ": parece " << core::ToUtf8(import::KindName(kind))
-                << "; lo lee «tonadex-cli importar»\n";
+    context.err << ReadByImport(input.name, kind) << '\n';
   } else if (phones::CheckRtttl(core::UndoSharpEscape(input.line)).verdict !=
              phones::Verdict::kGood) {
     context.err << input.name << ": no es RTTTL correcto; prueba con «tonadex-cli arreglar»\n";

@@ -69,6 +69,11 @@ std::istream& OpenInput(Context& context, const std::string& file, std::ifstream
 // bytes.
 std::string ReadAll(Context& context, const std::string& file, std::size_t most);
 
+// The whole of a text file, "" if it is binary. If it is of another format than RTTTL and composer
+// text, names the command that reads it: as a Failure for a binary format, else on the error
+// stream.
+std::string ReadText(Context& context, const std::string& file, std::size_t most);
+
 // A melody of the command line: the first line of a file, or of standard input for "-".
 struct MelodyInput {
   std::string name;  // the argument, UTF-8
@@ -77,7 +82,7 @@ struct MelodyInput {
                      // text before the first ":"
 };
 
-// Throws Failure, also for a line of more than core::kMaxLineBytes.
+// Throws Failure, also for a binary melody file and a line of more than core::kMaxLineBytes.
 MelodyInput ReadMelody(Context& context, const std::string& file);
 
 // The files, or "-" (standard input) when none is named.

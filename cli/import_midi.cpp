@@ -23,8 +23,7 @@ const midi::SmfVoice& ChosenVoice(const std::vector<midi::SmfVoice>& voices,
     throw Failure{ExitCode::kNotConverted, file + ": no hay voz " + std::to_string(number) +
                                                ", las hay de 1 a " + std::to_string(voices.size())};
   }
-  const auto tune = std::ranges::find(voices, true, &midi::SmfVoice::tune);
-  return number > 0 ? voices[number - 1] : tune == voices.end() ? voices.front() : *tune;
+  return number > 0 ? voices[number - 1] : *std::ranges::find(voices, true, &midi::SmfVoice::tune);
 }
 
 }  // namespace
@@ -34,8 +33,9 @@ std::vector<import::OpenedMelody> OpenMidi(Context& context, const Arguments& ar
   midi::SmfFile smf;
   FailOnError(ExitCode::kNotConverted, file + ": ", [&] { smf = midi::ReadSmf(bytes); });
   const std::vector<midi::SmfVoice> voices = midi::VoicesOf(smf);
-  if (voices.empty()) {
-    throw Failure{ExitCode::kNotConverted, file + ": el fichero MIDI no tiene ninguna nota"};
+  const std::string fault = core::ToUtf8(midi::WhyNoTune(voices));
+  if (voices.empty() || (!fault.empty() && !arguments.voices && arguments.voice == 0)) {
+    throw Failure{ExitCode::kNotConverted, file + ": el fichero MIDI " + fault};
   }
   if (arguments.voices) {
     ListVoices(context, voices);

@@ -75,7 +75,7 @@ std::string_view FirstMelody(std::string_view text) {
 void Check(Context& context, const Arguments& arguments) {
   for (const std::string& file : FilesOrInput(arguments.words)) {
     Attempt(context, [&] {
-      const std::string text = core::FromOutside(ReadAll(context, file, kLongestPaste));
+      const std::string text = core::FromOutside(ReadText(context, file, kLongestPaste));
       const phones::MelodyCheck check =
           phones::CheckRtttl(core::UndoSharpEscape(FirstMelody(text)));
       if (check.verdict == phones::Verdict::kGood) {
@@ -97,7 +97,7 @@ void Repair(Context& context, const Arguments& arguments) {
   for (const std::string& file : FilesOrInput(arguments.words)) {
     Attempt(context, [&] {
       const auto melodies =
-          phones::RepairRtttl(phones::FromPasted(ReadAll(context, file, kLongestPaste)));
+          phones::RepairRtttl(phones::FromPasted(ReadText(context, file, kLongestPaste)));
       for (const phones::RepairedMelody& melody : melodies) {
         if (arguments.json) {
           std::string object = "{" + json::JsonMembers({{"fichero", file}}) + ",";

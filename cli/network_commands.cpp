@@ -66,8 +66,12 @@ class Progress {
 };
 
 // The server's error reply as a sentence for the user; HTML pages and long texts are left out.
-std::string RefusalWords(const std::string& reply) {
+std::string RefusalWords(int status, const std::string& reply) {
   constexpr std::size_t kLongest = 200;
+  if (status / 100 == 3) {
+    return "la dirección del servidor ha cambiado (código " + std::to_string(status) +
+           "): puede que ahora empiece por https://";
+  }
   const bool sentence = !reply.empty() && reply.size() < kLongest && !core::Contains(reply, "<");
   return sentence ? "el servidor contesta: " + ForTerminal(reply)
                   : "el servidor rechaza la petición";
@@ -94,7 +98,7 @@ class Server {
   // any status.)
   void ThrowIfRefused(ExitCode code, const std::string& before) const {
     if (http_.LastStatus() != kGood) {
-      throw Failure{code, before + RefusalWords(reply_)};
+      throw Failure{code, before + RefusalWords(http_.LastStatus(), reply_)};
     }
   }
 

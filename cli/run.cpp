@@ -124,7 +124,9 @@ std::vector<Command> Commands(Context& context, Arguments& a, const HeavyCommand
        {{"melodias", "MELODIA", "Nombre.número, como lo muestra buscar", &a.words, true},
         server,
         {"--carpeta", "CARPETA", "Carpeta en la que se guardan", &a.folder}},
-       doing(Download)},
+       doing(Download),
+       "Lo que una descarga sustituye queda en «papelera», al lado del repertorio o dentro de\n"
+       "--carpeta."},
       {"subir", "Sube melodías RTTTL al servidor", {files, server}, doing(Upload)},
       {"imprimir",
        "Imprime la hoja de una melodía convertida, para guardarla junto al móvil",

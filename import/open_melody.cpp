@@ -65,7 +65,7 @@ Reading ReadMidi(std::string_view bytes) {
   const std::vector<midi::SmfVoice> voices = midi::VoicesOf(file);
   const auto tune = std::ranges::find(voices, true, &midi::SmfVoice::tune);
   if (tune == voices.end()) {
-    return {};
+    RefuseFile({midi::WhyNoTune(voices)});
   }
   midi::SmfMelody melody = midi::MelodyOf(file, *tune, {});
   Reading reading = {std::move(melody.melody), std::move(melody.remarks)};

@@ -140,6 +140,11 @@ FileKind RecogniseFile(std::string_view bytes) {
   return row == kKinds.end() ? FileKind::kUnknown : row->kind;
 }
 
+bool IsBinary(FileKind kind) {
+  const auto row = std::ranges::find(kKinds, kind, &KindRow::kind);
+  return row != kKinds.end() && row->ofBytes;
+}
+
 std::string_view KindName(FileKind kind) {
   const auto row = std::ranges::find(kKinds, kind, &KindRow::kind);
   return row == kKinds.end() ? std::string_view() : row->name;

@@ -24,6 +24,9 @@ enum class FileKind {
 // neither text nor a known format. Text may be UTF-8 or Windows-1252. Never throws.
 FileKind RecogniseFile(std::string_view bytes);
 
+// Whether its files are bytes, which no other format can be mixed with.
+bool IsBinary(FileKind kind);
+
 // The format's Spanish name, as in "texto del compositor de Nokia". Windows-1252; "" for kUnknown.
 std::string_view KindName(FileKind kind);
 

@@ -167,6 +167,15 @@ std::vector<SmfVoice> VoicesOf(const SmfFile& file) {
   return voices;
 }
 
+std::string_view WhyNoTune(const std::vector<SmfVoice>& voices) {
+  if (voices.empty()) {
+    return "no tiene ninguna nota";
+  }
+  return std::ranges::any_of(voices, &SmfVoice::tune)
+             ? ""
+             : u8"solo tiene percusión: de ella no sale ninguna melodía"_w;
+}
+
 std::vector<SmfNote> NotesOf(const SmfFile& file, const SmfVoice& voice) {
   std::vector<SmfNote> notes;
   std::ranges::copy_if(file.tracks[voice.track].notes, std::back_inserter(notes),

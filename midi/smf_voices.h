@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "midi/smf_reader.h"
@@ -23,6 +24,10 @@ struct SmfVoice {
 
 // By track, then channel.
 std::vector<SmfVoice> VoicesOf(const SmfFile& file);
+
+// Why the voices of a file give no melody: the rest of a Spanish sentence about the file, "" if one
+// of them is the tune.
+std::string_view WhyNoTune(const std::vector<SmfVoice>& voices);
 
 // The voice's notes by start; of simultaneous ones the highest first.
 std::vector<SmfNote> NotesOf(const SmfFile& file, const SmfVoice& voice);

@@ -132,20 +132,23 @@ const search = tried(async () => {
   searching = new AbortController();
   const texto = $('texto').value.trim();
   const { melodias } = await ask('buscar' + query({ texto, maximo: 100 }), undefined, searching.signal);
-  showList(melodias, !texto ? 'Lo último que ha llegado'
+  showList(melodias, !texto ? (melodias.length ? 'Lo último que ha llegado' : 'Todavía no hay ninguna melodía. Sube la primera.')
     : melodias.length === 0 ? 'No hay ninguna. Prueba con menos palabras, o solo con su principio.'
       : counted(melodias.length) + (melodias.length === 100 ? ' o más' : ''));
 }, 'cuenta');
 
 // ---- Own melodies -------------------------------------------------------------------------------
 
-const check = tried(async () => {
+// Lists the faults of the pasted text, and `changes` that led to it.
+const check = tried(async (changes = []) => {
   const text = $('pegado').value;
+  kept.set('pegado', text);
   const result = text.trim() ? await ask('comprobar', text) : { frase: '', fallos: [] };
   if (text !== $('pegado').value) return;
   $('p-frase').textContent = result.frase;
   $('p-frase').className = result.correcta ? 'bien' : 'mal';
-  $('p-fallos').replaceChildren(...result.fallos.slice(1, 6).map((fault) => el('li', { textContent: fault.frase })));
+  $('p-fallos').replaceChildren(...[...result.fallos.slice(1, 6).map((fault) => fault.frase), ...changes]
+    .map((textContent) => el('li', { textContent })));
   $('p-usar').disabled = !result.correcta;
   $('p-arreglar').hidden = result.correcta || !text.trim();
 });
@@ -166,13 +169,17 @@ function take({ melodias, voces = [] }, where) {
     return;
   }
   $('pegado').value = found[0].rtttl;
-  check();
-  say(found[0].cambios.slice(0, 3).join(' ') || 'No había nada que arreglar.');
+  const { cambios } = found[0];
+  check(cambios);
+  say(cambios.slice(0, 3).join(' ') + (cambios.length > 3 ? ' Y más, debajo de lo pegado.' : '') || 'No había nada que arreglar.');
   open(found[0].rtttl);
 }
 
 const openFile = tried(async (file) => {
   if (!file) return;
+  await file.slice(0, 1).arrayBuffer().catch(() => { // fetch would blame the connection
+    throw new Error('No se puede leer: elige un fichero, no una carpeta.');
+  });
   const about = phone ? { fichero: file.name, modelo: form().modelo } : { fichero: file.name };
   take(await ask('importar' + query(about), file, undefined, 'application/octet-stream'), file.name);
 });
@@ -637,6 +644,8 @@ function listen() {
   $('g-cada').replaceChildren(...Array.from({ length: 10 }, (_, second) => el('option',
     { value: second + 1, textContent: `cada ${second + 1} s` })));
   wish({});
+  $('pegado').value = kept.get('pegado') || '';
+  check();
   const on = (id, event, work) => $(id).addEventListener(event, tried(work));
   on('texto', 'input', later(search, 150));
   on('b-forma', 'submit', (event) => { event.preventDefault(); search(); });
@@ -678,12 +687,20 @@ function listen() {
   addEventListener('hashchange', show);
   addEventListener('beforeprint', fillSheet);
   addEventListener('resize', later(() => { if (rtttl && !sounding) $('dibujo').replaceChildren(picture()); }, 200));
-  addEventListener('dragover', (event) => { event.preventDefault(); document.body.classList.add('suelta'); });
+  const ofFiles = (event) => event.dataTransfer.types.includes('Files'); // the browser drops text into boxes
+  addEventListener('dragover', (event) => {
+    if (!ofFiles(event)) return;
+    event.preventDefault();
+    document.body.classList.add('suelta');
+  });
   addEventListener('dragleave', (event) => { if (!event.relatedTarget) document.body.classList.remove('suelta'); });
   addEventListener('drop', (event) => {
+    if (!ofFiles(event)) return;
     event.preventDefault();
     document.body.classList.remove('suelta');
-    openFile(event.dataTransfer.files[0]);
+    const [file, another] = event.dataTransfer.files;
+    if (another) say('Suelta los ficheros de uno en uno.');
+    else openFile(file);
   });
   const menu = document.querySelector('.menu');
   document.addEventListener('click', (event) => { if (!menu.contains(event.target)) menu.open = false; });

@@ -7,6 +7,7 @@
 #include "midi/mMidiLibOut.h"
 #include "tests/cli/run_cli.h"
 #include "tests/core/test_melody.h"
+#include "tests/midi/smf_bytes.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::cli::run_test {
@@ -28,6 +29,8 @@ TEST(Cli, AnswersAndTellsTheShellWhatWentWrong) {
   core::RTTTLMelody melody = test::ParsedMelody(kGood);
   melody.TrackName = "MIDI by Tonadex";
   folder.Write("m.mid", midi::MidiFileBytes(melody));
+  folder.Write("drums.mid", test::SmfOf({{{0, 12, 40, 9, 64}}}, 48));
+  folder.Write("photo", std::string("\x89PNG\r\n\0a:d=4,o=5:c,d,e", 23));
   folder.Write("cut.mid", midi::MidiFileBytes(melody).substr(0, 50));
   test::ExpectRuns("Runs", folder.path().string() + "/");
   EXPECT_EQ(RunCli({}).code, 2);

@@ -24,10 +24,16 @@ TEST(NetworkCommands, SearchDownloadAndUpload) {
   ::unsetenv("TONADEX_SERVIDOR");
   ASSERT_EQ(::mkfifo((home / "servidor.txt").c_str(), 0600), 0) << "must not be waited for";
   EXPECT_EQ(test::RunCli({"buscar", "ñu"}).out, "Mi ñu.24\tMi ñu\n") << "the folder's own server";
-  const test::RawServer portal(
-      [](const test::RawSocket& client) { client.Send("HTTP/1.1 502 Bad Gateway\r\n\r\n<html>"); });
-  EXPECT_EQ(test::RunCli({"azar", "--servidor", portal.Base()}).err,
-            "tonadex-cli: el servidor rechaza la petición\n");
+  for (const auto& [reply, words] :
+       {std::pair("502 Bad Gateway\r\n\r\n<html>", "el servidor rechaza la petición"),
+        std::pair("301 Moved\r\nLocation: https://x/\r\n\r\nMoved",
+                  "la dirección del servidor ha cambiado (código 301): puede que ahora empiece por "
+                  "https://")}) {
+    const test::RawServer portal(
+        [&](const test::RawSocket& client) { client.Send("HTTP/1.1 " + std::string(reply)); });
+    EXPECT_EQ(test::RunCli({"azar", "--servidor", portal.Base()}).err,
+              "tonadex-cli: " + std::string(words) + "\n");
+  }
   ::unsetenv("TONADEX_HOME");
 }
 

@@ -6,6 +6,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 import urllib.request
 from pathlib import Path
 
@@ -22,7 +23,7 @@ from midi import midi_file
 from running_server import RunningServer
 
 SERVER, BUILD = sys.argv[1], Path(sys.argv[2])
-VALS = "Vals:d=4,o=5,b=120:c,8d#,8e.6,2p,g"
+VALS = "Vals:d=4,o=5,b=10:c,8d#,8e.6,2p,g"  # plays longer than the page is waited for
 # Names that would run as script if the page inserted them as HTML; the server stores them like
 # others. The first ones cannot be uploaded and are written to the folder.
 HOSTILE = ["<img src=x onerror=ran=1>", "<svg onload=ran=1>", "\"><b id=ran>", "{{7*7}}${7*7}"]
@@ -136,7 +137,7 @@ def listen(page):
     start = played[0][1]
     pitches = [[round(value), round(1000 * (at - start))] for value, at in played if value > 1]
     # c5, d#5, e6 and, after the pause, g5: Hz and ms.
-    assert pitches == [[262, 0], [311, 500], [659, 750], [392, 2125]], pitches
+    assert pitches == [[262, 0], [311, 6000], [659, 9000], [392, 25500]], pitches
     page.press("#tocar")
     assert page.js("return document.querySelectorAll('#dibujo .suena').length") == 0
     assert page.text("#tocar") == "Escuchar"
@@ -232,6 +233,12 @@ def without_script(port):
     page.browser.quit()
 
 
+def without_melodies(port):
+    page = Page(port, 390, 844, "light")
+    page.until(lambda: "Todavía no hay ninguna" in page.text("#cuenta"), "the empty shelf")
+    page.browser.quit()
+
+
 def swipe(page, by):
     box = page.one("#g-palabras").rect
     x, y = box["x"] + box["width"] / 2, box["y"] + box["height"] / 2
@@ -249,7 +256,9 @@ def paste(page, axe):
     page.press("#p-arreglar")
     page.until(lambda: page.text("#nombre") == "Roto", "the repaired melody")
     assert page.js("return location.hash").startswith("#Roto:d=4,o=5,b=100:c,8e")
+    page.until(lambda: "«9e» pasa a «8e»." in page.js("return document.querySelector('#p-fallos').textContent"), "the changes")
     page.browser.get(page.base)
+    assert page.one("#pegado").get_property("value").startswith("Roto:d=4"), "what is written survives a reload"
     page.press("#propia summary")
     with tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
         file.write(VALS + "\n\n" + VALS.replace("Vals", "Dos") + "\n")
@@ -274,6 +283,25 @@ def drop(page, axe):
             page.judge("voces", axe)
             page.press("#lista li:first-child button")
             page.until(lambda: page.text("#nombre") == "Dos", name)
+
+
+def drag(page):
+    """What the browser itself drops: a folder, several files, and text into the box."""
+    page.browser.get(page.base)
+    page.press("#propia summary")
+    page.one("#pegado").clear()
+    box = page.one("#pegado").rect
+    text = [{"mimeType": "text/plain", "data": VALS}]
+    for data, holds in (({"files": [str(BUILD)], "items": []}, lambda: "no una carpeta" in page.text("#aviso")),
+                        ({"files": [SERVER, __file__], "items": []}, lambda: "de uno en uno" in page.text("#aviso")),
+                        ({"items": text}, lambda: VALS in page.js("return document.querySelector('#pegado').value"))):
+        def dropped():
+            for kind in ("dragEnter", "dragOver", "dragOver", "drop"):
+                page.browser.execute_cdp_cmd("Input.dispatchDragEvent", {
+                    "type": kind, "x": box["x"] + 9, "y": box["y"] + 9, "data": {**data, "dragOperationsMask": 1}})
+                time.sleep(0.2)  # nothing is dropped before the page has answered that it may be
+            return holds()
+        page.until(dropped, str(data))
 
 
 def unreachable(page):
@@ -353,7 +381,7 @@ def main():
         print("axe-core cannot be fetched: the page is not checked for accessibility")
     works = [lambda page: page.judge("inicio", axe), full_list, lambda page: find_and_open(page, "vals", "Vals"), listen, download,
              lambda page: choose_phone(page, "nokia puls", axe), lambda page: type_it(page, axe),
-             lambda page: paste(page, axe), lambda page: drop(page, axe), lambda page: share(page, axe), unreachable,
+             lambda page: paste(page, axe), lambda page: drop(page, axe), drag, lambda page: share(page, axe), unreachable,
              hostile]
     melodies = {"vals.34": VALS, "marcha.30": "Marcha:d=8,o=5,b=90:c,d,e,f"}
     melodies |= {f"cien{number}.30": stored("Cien") for number in range(100)}
@@ -363,6 +391,8 @@ def main():
         for view in VIEWS:
             visit(server.port, view, works)
         without_script(server.port)
+    with tempfile.TemporaryDirectory() as home, RunningServer(SERVER, home, {}) as server:
+        without_melodies(server.port)
 
 
 main()
