@@ -99,12 +99,10 @@ TEST(DownloadMelody, StoresTheReplyOrWhatWasHeld) {
 TEST(DownloadMelody, StoresNothingOutsideTheFolderOrThatNoListingCouldShow) {
   Server server;
   server.http.replies.assign(6, "x");
-  for (const auto& [row, number] : {std::pair{"a (../evil)", 1},
-                                    {"a (CON)", 1},
-                                    {"../evil", 1},
-                                    {"v (x.99999999999)", 0},
-                                    {"v (x)", 123456},
-                                    {"v (.x)", 1}}) {
+  constexpr std::pair<const char*, int> kRows[] = {{"a (../evil)", 1}, {"a (CON)", 1},
+                                                   {"../evil", 1},     {"v (x.99999999999)", 0},
+                                                   {"v (x)", 123456},  {"v (.x)", 1}};
+  for (const auto& [row, number] : kRows) {
     EXPECT_FALSE(server.Download(row, number)) << row;
   }
   EXPECT_EQ(server.http.urls.front(), "http://s/tonos/../evil.1");

@@ -108,14 +108,10 @@ TEST_F(WindowTest, TheGuideIsWalkedThroughByItsKeys) {
     return Eventually([&] { return TextIn(Of(&Form1::stepView)).starts_with(at); });
   };
   EXPECT_TRUE(stands("1 de 4: "));
-  for (const auto& [key, at] : {std::pair<WORD, std::string_view>(VK_SPACE, "2 de 4"),
-                                {VK_RETURN, "3 de 4"},
-                                {VK_LEFT, "2 de 4"},
-                                {VK_RIGHT, "3 de 4"},
-                                {VK_BACK, "2 de 4"},
-                                {VK_END, "4 de 4"},
-                                {VK_HOME, "1 de 4"},
-                                {VK_SPACE, "2 de 4"}}) {
+  constexpr std::pair<WORD, std::string_view> kKeys[] = {
+      {VK_SPACE, "2 de 4"}, {VK_RETURN, "3 de 4"}, {VK_LEFT, "2 de 4"}, {VK_RIGHT, "3 de 4"},
+      {VK_BACK, "2 de 4"},  {VK_END, "4 de 4"},    {VK_HOME, "1 de 4"}, {VK_SPACE, "2 de 4"}};
+  for (const auto& [key, at] : kKeys) {
     Press(key);
     EXPECT_TRUE(stands(at)) << key << TextIn(Of(&Form1::stepView));
   }
