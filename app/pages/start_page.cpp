@@ -264,7 +264,7 @@ void StartPage::RefreshStart() {
   repairButton.visible = here && !proposed && unrepaired_.empty();
   undoRepairButton.visible = here && !proposed && !unrepaired_.empty();
   repairList.visible = proposed && repairs_.size() > 1;
-  // While repairs are proposed, the only buttons are those that accept or reject them.
+  // While repairs are proposed, the box offers only to accept or reject them.
   for (Control* control : {&rtttlCheckLabel, &cmdscuchartttl, &cmdsubirmelortttl}) {
     control->visible = here && !proposed;
   }
