@@ -12,7 +12,7 @@ namespace tonadex::cli {
 // The arguments of the chosen command, in UTF-8; each command uses some of them (run.cpp).
 struct Arguments {
   std::optional<std::string> phone, model, output, format;
-  std::string file, row, brand, wav, pdf, printer, server, folder;
+  std::string file, row, brand, wav, pdf, printer, server, folder, semitones;
   std::vector<std::string> words;  // files, search words or melody names
   bool allModels = false, json = false, lines = false, resultOnly = false, steps = false,
        beep = false, instrument = false, intoRepertoire = false, voices = false;
@@ -30,6 +30,7 @@ void ConvertToFiles(Context& context, const Arguments& arguments);
 void Import(Context& context, const Arguments& arguments);
 void Check(Context& context, const Arguments& arguments);
 void Repair(Context& context, const Arguments& arguments);
+void Transpose(Context& context, const Arguments& arguments);
 void SaveMidi(Context& context, const Arguments& arguments);
 void PlayFile(Context& context, const Arguments& arguments);  // not on Windows
 void Search(Context& context, const Arguments& arguments);

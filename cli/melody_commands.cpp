@@ -1,9 +1,10 @@
-// modelos, comprobar, arreglar and midi.
+// modelos, comprobar, arreglar, transportar and midi.
 
 #include <algorithm>
 
 #include "cli/commands.h"
 #include "core/melody_file.h"
+#include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
@@ -15,6 +16,7 @@
 #include "phones/paste_signs.h"
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
+#include "phones/transpose.h"
 
 namespace tonadex::cli {
 namespace {
@@ -114,6 +116,21 @@ void Repair(Context& context, const Arguments& arguments) {
         context.err << file << kNoMelody;
         Fail(context, ExitCode::kNotConverted);
       }
+    });
+  }
+}
+
+void Transpose(Context& context, const Arguments& arguments) {
+  const auto semitones = core::FindInt32(arguments.semitones);
+  if (!semitones) {
+    throw Failure{ExitCode::kWrongUse, "«" + arguments.semitones + "» no es un número de semitonos"};
+  }
+  for (const std::string& file : FilesOrInput(arguments.words)) {
+    Attempt(context, [&] {
+      const std::string text = core::UndoSharpEscape(ReadMelody(context, file).line);
+      FailOnError(ExitCode::kNotConverted, file + ": ", [&] {
+        context.out << ForTerminal(phones::Transposed(text, *semitones)) << '\n';
+      });
     });
   }
 }

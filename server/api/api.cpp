@@ -45,6 +45,7 @@ constexpr Endpoint kEndpoints[] = {
     {"/notas", Body::kText, Notes, true},
     {"/comprobar", Body::kText, Check, true},
     {"/arreglar", Body::kText, Repair, true},
+    {"/transportar", Body::kText, Transpose, true},
     {"/importar", Body::kAny, Import, true},
     {"/fichero", Body::kText, MelodyFile, true},
     {"/qr", Body::kNone, QrCode},

@@ -50,6 +50,7 @@ Reply Steps(const Call& call);
 Reply Notes(const Call& call);
 Reply Check(const Call& call);
 Reply Repair(const Call& call);
+Reply Transpose(const Call& call);
 Reply Import(const Call& call);
 Reply FileFormats(const Call& call);
 Reply MelodyFile(const Call& call);

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "core/melody_file.h"
+#include "core/number.h"
 #include "core/rtttl_writer.h"
 #include "core/runtime_error.h"
 #include "core/windows1252.h"
@@ -19,6 +20,7 @@
 #include "phones/paste_signs.h"
 #include "phones/rtttl_repair.h"
 #include "phones/smf_choice.h"
+#include "phones/transpose.h"
 #include "server/api/call.h"
 #include "server/delivery.h"
 #include "server/limits.h"
@@ -120,6 +122,18 @@ Reply Check(const Call& call) {
 
 Reply Repair(const Call& call) {
   return JsonReply(json::RepairsJson(phones::RepairRtttl(phones::FromPasted(call.request.body))));
+}
+
+Reply Transpose(const Call& call) {
+  const auto semitones = core::FindInt32(call.parameters["semitonos"]);
+  if (!semitones) {
+    throw ApiProblem{400, std::string(u8"«semitonos» es un número de -36 a 36."_w)};
+  }
+  const phones::RepairedMelody moved =
+      Named(OrProblem(u8"La melodía no se puede transportar: "_w,
+                      [&] { return phones::Transposed(call.Melody(), *semitones); }),
+            {});
+  return JsonReply(json::RepairsJson({&moved, 1}));
 }
 
 // For a MIDI file the reply also lists its voices, each as a melody.

@@ -453,13 +453,24 @@ async function save(wanted) {
   const href = URL.createObjectURL(await ask('fichero' + query({ formato }), rtttl));
   el('a', { href, download: safeName() + '.' + extension }).click();
   setTimeout(() => URL.revokeObjectURL(href), 1000);
-  document.querySelector('.menu').open = false;
 }
 
 function listFormats() {
   $('formatos').replaceChildren(...formats.map(({ formato, nombre, extension, limites }) => el('li', {}, el('button',
     { type: 'button', onclick: tried(() => save(formato)) },
     `${nombre} (.${extension})`, el('small', { textContent: limites })))));
+}
+
+// ---- Transposing --------------------------------------------------------------------------------
+
+const tones = [[12, 'Una octava más agudo'], [1, 'Un semitono más agudo'], [-1, 'Un semitono más grave'],
+  [-12, 'Una octava más grave']];
+
+function listTones() {
+  $('tonos').replaceChildren(...tones.map(([semitonos, textContent]) => el('li', {}, el('button', {
+    type: 'button', textContent,
+    onclick: tried(async () => open((await ask('transportar' + query({ semitonos }), rtttl)).melodias[0].rtttl)),
+  }))));
 }
 
 // ---- Sharing ------------------------------------------------------------------------------------
@@ -644,6 +655,7 @@ function listen() {
   $('g-cada').replaceChildren(...Array.from({ length: 10 }, (_, second) => el('option',
     { value: second + 1, textContent: `cada ${second + 1} s` })));
   wish({});
+  listTones();
   $('pegado').value = kept.get('pegado') || '';
   check();
   const on = (id, event, work) => $(id).addEventListener(event, tried(work));
@@ -702,13 +714,16 @@ function listen() {
     if (another) say('Suelta los ficheros de uno en uno.');
     else openFile(file);
   });
-  const menu = document.querySelector('.menu');
-  document.addEventListener('click', (event) => { if (!menu.contains(event.target)) menu.open = false; });
-  menu.addEventListener('keydown', (event) => {
-    if (event.key !== 'Escape' || !menu.open) return;
-    menu.open = false;
-    menu.firstElementChild.focus();
-  });
+  for (const menu of document.querySelectorAll('.menu')) {
+    document.addEventListener('click', (event) => {
+      if (!menu.contains(event.target) || event.target.closest('li')) menu.open = false;
+    });
+    menu.addEventListener('keydown', (event) => {
+      if (event.key !== 'Escape' || !menu.open) return;
+      menu.open = false;
+      menu.firstElementChild.focus();
+    });
+  }
 }
 
 const AGAIN_MS = 5000;

@@ -61,6 +61,9 @@ EXCHANGES = [
     ("POST", "/importar?fichero=A%C3%B1o.txt", {}, "8c1 4.#d2 2-", 200, '"rtttl":"Año:d=4,o=5,b=125:8c'),
     ("POST", "/importar", {}, "MThd\0\0", 422, "dañado, byte 4"),
     ("POST", "/importar?modelo=nada", {}, VALS, 400, "«nada»"),
+    ("POST", "/transportar?semitonos=-12", TEXT, VALS, 200, '"rtttl":"' + VALS.replace("o=5", "o=4").replace(".6", ".5")),
+    ("POST", "/transportar?semitonos=dos", TEXT, VALS, 400, "-36 a 36"),
+    ("POST", "/transportar?semitonos=37", TEXT, VALS, 422, "36 semitonos"),
     ("POST", "/fichero?formato=mid", TEXT, VALS, 200, "MThd"),
     ("POST", "/fichero?formato=imy", TEXT, VALS, 200, "BEGIN:IMELODY"),
     ("POST", "/fichero?formato=kws", TEXT, VALS.replace("g", "g3"), 422, "octava"),
@@ -70,7 +73,7 @@ EXCHANGES = [
     ("GET", "/qr", {}, None, 400, "2953"),
 ]
 # What each function that takes a melody refuses; files may be of any type.
-for path in ("melodias", "convertir", "pasos", "notas", "comprobar", "arreglar", "importar", "fichero"):
+for path in ("melodias", "convertir", "pasos", "notas", "comprobar", "arreglar", "transportar", "importar", "fichero"):
     EXCHANGES += [("POST", "/" + path, CHUNKED, VALS, 411, "Content-Length"),
                   ("POST", "/" + path, TEXT, LARGE, 413, "256 KiB")]
     EXCHANGES += [("POST", "/" + path, FORM, VALS, 415, "text/plain")] if path != "importar" else []
@@ -249,7 +252,7 @@ def check_conversion_limit(contract):
     statuses = [contract.ask("POST", "/fichero?formato=wav", TEXT, VALS)[0] for _ in range(12)]
     statuses += [contract.ask("POST", "/importar", {}, LARGE[1:])[0] for _ in range(10)]
     assert statuses[0] == 200 and statuses[12] == 422 and statuses[-1] == 429, statuses
-    for path in ("convertir", "pasos", "notas", "comprobar", "arreglar", "importar", "fichero"):
+    for path in ("convertir", "pasos", "notas", "comprobar", "arreglar", "transportar", "importar", "fichero"):
         contract.check("POST", "/" + path, TEXT, LARGE[1:], 429, "Espera un minuto")
     contract.check("GET", "/buscar?texto=vals", {}, None, 200, "vals.29")
 

@@ -143,12 +143,22 @@ def listen(page):
     assert page.text("#tocar") == "Escuchar"
 
 
+def pick(page, items, words):
+    """Opens the menu that has the items, and clicks the one with the words."""
+    page.press(f".menu:has({items}) summary")
+    next(button for button in page.browser.find_elements(By.CSS_SELECTOR, items + " button") if words in button.text).click()
+
+
+def transpose(page):
+    before = page.js("return location.hash")
+    pick(page, "#tonos", "octava más grave")
+    page.until(lambda: ":d=4,o=4," in page.js("return decodeURIComponent(location.hash)"), "an octave lower")
+    pick(page, "#tonos", "octava más agud")
+    page.until(lambda: page.js("return location.hash") == before, "as it was")
+
+
 def download(page):
-    page.press(".menu summary")
-    for button in page.browser.find_elements(By.CSS_SELECTOR, ".menu button"):
-        if ".mid)" in button.text:
-            button.click()
-            break
+    pick(page, "#formatos", ".mid)")
     page.until(lambda: page.js("return saved") == ["Vals.mid"], "the MIDI file")
 
 
@@ -379,7 +389,7 @@ def main():
     axe = axe_script()
     if axe is None:
         print("axe-core cannot be fetched: the page is not checked for accessibility")
-    works = [lambda page: page.judge("inicio", axe), full_list, lambda page: find_and_open(page, "vals", "Vals"), listen, download,
+    works = [lambda page: page.judge("inicio", axe), full_list, lambda page: find_and_open(page, "vals", "Vals"), listen, transpose, download,
              lambda page: choose_phone(page, "nokia puls", axe), lambda page: type_it(page, axe),
              lambda page: paste(page, axe), lambda page: drop(page, axe), drag, lambda page: share(page, axe), unreachable,
              hostile]
