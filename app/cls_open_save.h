@@ -12,7 +12,7 @@ namespace tonadex::app {
 inline constexpr std::int16_t kDialogCancelled = -1;  // cancelled, with CancelError set
 inline constexpr std::int16_t kDialogClosed = 0;      // a choice, or cancelled without CancelError
 
-// The file dialogs behind a few properties. Texts are Windows-1252.
+// The file dialogs as a control with properties. Texts are Windows-1252.
 class clsOpenSave {
  public:
   explicit clsOpenSave(FileDialogs& dialogs) : dialogs_(dialogs) {}

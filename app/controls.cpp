@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "core/melody_file.h"
-#include "phones/rtttl_repair.h"
+#include "phones/paste_signs.h"
 
 namespace tonadex::app {
 namespace {

@@ -13,7 +13,8 @@
 // The controls of the window model: plain values that a shell draws and that handlers change.
 namespace tonadex::app {
 
-// The type of a control; the shell decides how it looks. Buttons and text boxes stand together.
+// The type of a control; the shell decides how it looks. The buttons follow one another here,
+// and so do the text boxes (IsButton, IsTextBox).
 enum class Look {
   kLabel,       // caption
   kNavigation,  // button of the navigation row: picture above the words; `checked` marks one

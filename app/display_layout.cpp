@@ -13,15 +13,15 @@ constexpr std::size_t kMarginGap = 2, kColumnGap = 2;
 constexpr std::size_t kSpareRoom = 8;  // wider columns may cost this fraction (1/8) of the room
 constexpr std::size_t kWholeRun = 16;  // a longer run of characters is split between notes
 constexpr int kSmallestFit = 20, kLargestFit = 36,
-              kFitStep = 2;  // pixels, where nobody has chosen
+              kFitStep = 2;  // pixels, until the user chooses
 
 std::size_t SizeOf(const ResultGroup& group) {
   return group.text.to - group.text.from;
 }
 
 // The width of the columns including their gap. At least two thirds of the groups fit into one
-// column; a longer group takes several, which is hard to follow, so that the result is the widest
-// column that needs little more room than the best one.
+// column; a longer group takes several, which is hard to follow. Returns the widest column that
+// needs little more room than the most compact one.
 std::size_t ColumnWidth(const std::vector<ResultGroup>& groups) {
   std::vector<std::size_t> sizes(groups.size());
   std::ranges::transform(groups, sizes.begin(), SizeOf);
@@ -149,7 +149,7 @@ bool IsLetter(std::string_view text, std::size_t at) {
 // precedes a letter begins the next note.
 std::size_t NoteEnd(std::string_view run) {
   bool letter = false;
-  std::size_t at = run.substr(0, kWholeRun).find(':') + 1;  // behind "MELODY:", 0 without it
+  std::size_t at = run.substr(0, kWholeRun).find(':') + 1;  // after "MELODY:"; 0 without it
   for (; at < run.size(); ++at) {
     const char c = run[at];
     const bool leads = c == '*' || c == '+' || ((c == '#' || c == '-') && IsLetter(run, at + 1));

@@ -37,11 +37,12 @@ struct SaveChoice {
   std::size_t kind = 0;  // index of the kind chosen
 };
 
-// The system's modal file dialogs. Both return false when the user cancelled or the dialog failed
-// (the record is then left as it was) and true after a choice, with the record refreshed.
+// The system's modal file dialogs.
 class FileDialogs {
  public:
   virtual ~FileDialogs() = default;
+  // These return true after a choice, with the record refreshed; false when the user cancelled or
+  // the dialog failed, and then the record is unchanged.
   virtual bool GetSaveFileName(FileDialogRecord& record) = 0;
   virtual bool GetOpenFileName(FileDialogRecord& record) = 0;
   // Asks where to save, and as one of `kinds` ("Texto (*.txt)"), of which the first is chosen at

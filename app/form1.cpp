@@ -97,7 +97,7 @@ std::string TimeInWords(double seconds) {
   return std::to_string(whole / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
 }
 
-// What a message box has room for.
+// As many lines as fit in a message box.
 std::string FirstLines(std::string_view lines) {
   std::size_t end = 0;
   for (std::size_t i = 0; i < kMostLines && end != std::string_view::npos; ++i) {
@@ -478,7 +478,7 @@ bool Form1::Allows(const ControlInfo& list, const MenuItem& item) const {
 }
 
 void Form1::Refresh() {
-  // The guide is part of the repertoire.
+  // In the guide the repertoire's button stays marked.
   const std::int16_t shown = paginaactual == kTypingPage ? kRepertoirePage : paginaactual;
   const auto page = std::ranges::find(kPages, paginaactual, &Page::number);
   RefreshBanner(page != kPages.end() && page->banner);

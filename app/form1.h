@@ -23,9 +23,8 @@ namespace tonadex::app {
 
 // The main window's model: the navigation row here, and the pages. A shell copies what the user did
 // into the controls (text, listIndex), calls the handlers through RunHandler, calls Refresh and
-// draws the controls. All texts are Windows-1252. The table of controls is in
-// control_table.h, their layout in layout.h. Handlers throw core::RunTimeError for errors that they
-// do not skip.
+// draws the controls. All texts are Windows-1252. The table of controls is in control_table.h,
+// their layout in layout.h. Handlers throw core::RunTimeError for errors that they do not skip.
 //
 // The names come from the program's first version:
 //   cmd, pic       button (pic: one with a picture)   lbl, label, Label   label
@@ -53,8 +52,9 @@ class Form1 : public SharedState,
 
   // Hides all pages but the start-up page and sends WebBrowser1 there.
   void Form_Load();
-  // The user closes the window: ends the program, or cancels the running request or the melody
-  // that plays and ends the program after it. Not to be called through RunHandler then.
+  // The user closes the window: saves the chosen model and the state and ends the program. While a
+  // melody plays or a request runs it cancels that instead, and the program ends when the waiting
+  // handler has returned. Call it directly then: RunHandler drops events while a request runs.
   void Form_QueryUnload();
 
   void cmdinicio_Click();
@@ -114,7 +114,7 @@ class Form1 : public SharedState,
   Control waitingLine;  // while a request runs
   Control phoneButton;  // the chosen phone: "Nokia 3210, 3310 …" or "Elige tu móvil"
   Control saveTimer;    // enabled by the first change after a save
-  // Where the window stood when the program last ended; then a shell keeps it up to date.
+  // Where the window was when the program last ended; from then on the shell keeps it up to date.
   WindowPlace windowPlace;
 
   Control playingText, silentLabel, playingPosition, stopButton;  // the bar while a melody plays

@@ -125,7 +125,7 @@ void HelpBook::Draw() {
   drawing_ = false;
 }
 
-// The same words may stand in a sentence: a heading is a whole line.
+// A heading is a whole line; the same words may also occur in a sentence.
 void HelpBook::FindHeadings(std::u16string_view drawn) {
   headings_.clear();
   std::size_t at = 0;

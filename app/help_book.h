@@ -24,8 +24,8 @@ enum class HelpCommand {
   kLarger
 };
 
-// The buttons of the window's bar; the search field stands behind the first two, the number of
-// hits behind the next two. The sign of kNormal is the zoom itself.
+// The buttons of the window's bar; the search field follows the first two, the number of hits
+// the next two. The sign of kNormal is the zoom itself.
 struct HelpButton {
   HelpCommand command;
   std::string_view name;  // of the part, for tests and aids

@@ -6,7 +6,7 @@
 
 #include "app/control_table.h"
 #include "app/controls.h"
-#include "app/picture.h"
+#include "app/melody_layout.h"
 #include "app/program.h"
 
 namespace tonadex::app {

@@ -19,7 +19,7 @@ void AddControls(const Part& part, std::vector<Control Form1::*>& controls) {
   }
 }
 
-// On one line, without the gaps.
+// Shares out one line; `total` does not include its gaps.
 void ShareLine(std::span<Share> shares, int total) {
   int room = total, asked = 0;
   for (Share& share : shares) {
@@ -187,7 +187,7 @@ class Solver {
     return shares;
   }
 
-  // Of the lines of a row.
+  // The heights of a row's lines.
   std::vector<int> LineHeights(const std::vector<const Part*>& parts,
                                const std::vector<Share>& widths) const {
     std::vector<int> heights;

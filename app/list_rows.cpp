@@ -14,7 +14,7 @@ using namespace core::literals;
 
 constexpr std::uint32_t kMostBytes = 0x7FFFFFFF;  // what a mark's end can hold
 
-// Drawing takes time for each character, and a file that is no melody makes a row of a mebibyte.
+// Drawing takes time per character, and a file that is no melody may have a first line of 1 MiB.
 constexpr std::size_t kMostShown = 500;
 
 }  // namespace

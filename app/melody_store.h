@@ -32,7 +32,7 @@ class MelodyStore {
   // Saves the melodies of files of any format. `last` is the file of the last one saved.
   struct Added {
     std::string last;
-    std::string refused;  // the names of files without any, and why, each behind CR LF
+    std::string refused;  // CR LF, then the name of a file without melodies and why, for each
     std::string remarks;  // likewise: what was assumed, mended or left out
   };
   void Add(std::span<const std::filesystem::path> files, Added& added) const;

@@ -32,7 +32,7 @@ constexpr std::string_view kSavedAs =
 constexpr std::string_view kSheetKind = "Hoja para imprimir (*.pdf)";
 constexpr std::string_view kSheetExtension = "pdf";
 
-// What a dialog offers; the sheet, without a format, is the last one.
+// A kind that the dialog offers. The last one is the sheet, which has no format.
 struct Kind {
   std::string shown, extension;
   const phones::FileFormat* format = nullptr;
@@ -50,9 +50,9 @@ std::vector<Kind> KindsFor(std::string_view model) {
   return kinds;
 }
 
-// The kind meant and the file with its extension. A known extension that was typed says what is
-// meant, but for texts, which any kind may be. The proposed one was not typed, so a kind that was
-// chosen goes before it.
+// The kind to write and the file with its extension. A typed extension selects its kind, except
+// "txt", which suits every kind. If the user chose another kind than the first, the first one's
+// extension comes from the proposed name and is replaced.
 struct Meant {
   const Kind& kind;
   std::filesystem::path file;
@@ -76,8 +76,8 @@ Meant WhatIsMeant(const std::vector<Kind>& kinds, const SaveChoice& choice) {
   return {meant == kinds.end() || typed == "txt" ? chosen : *meant, file};
 }
 
-// The dialog has asked about the file that was typed, but not about one of another extension: that
-// is saved under a free name, which a box says. Returns the file, if it was written.
+// The dialog has asked whether to replace the typed file, but not one with another extension: that
+// one is saved under a free name, and a message box says so. Returns the file, if it was written.
 std::optional<std::filesystem::path> Write(const std::filesystem::path& typed,
                                            const std::filesystem::path& file,
                                            const std::string& bytes) {

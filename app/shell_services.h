@@ -21,7 +21,7 @@ class ShellServices {
   }
   // Keeps the window above all others without moving or resizing it.
   virtual void SetTopMost(std::intptr_t window) = 0;
-  // Lets pending paint and input events run once.
+  // Draws what handlers have changed and handles pending paint events. No other handler starts.
   virtual void DoEvents() = 0;
   virtual void Beep() = 0;
   // Puts a text of Windows-1252 on the clipboard.

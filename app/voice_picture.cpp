@@ -12,7 +12,7 @@ constexpr std::size_t kColumns = 240, kLanes = 12;
 constexpr double kLowestRow = 30, kTallestRow = 88;
 constexpr double kPad = 6, kNumber = 32, kThinnest = 2;
 
-// Which voices a picture of this height shows, and where.
+// The voices that a picture of this height shows, and their place.
 struct Rows {
   std::size_t first, count;
   double top, height;

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstring>
 #include <fstream>
-#include <optional>
 #include <random>
 #include <string>
 #include <string_view>

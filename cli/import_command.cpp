@@ -7,7 +7,6 @@
 #include "cli/commands.h"
 #include "cli/import_files.h"
 #include "cli/import_midi.h"
-#include "core/runtime_error.h"
 #include "core/text.h"
 #include "core/windows1252.h"
 #include "files/paths.h"

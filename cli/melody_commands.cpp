@@ -1,7 +1,6 @@
 // modelos, comprobar, arreglar, transportar and midi.
 
 #include <algorithm>
-#include <array>
 
 #include "cli/commands.h"
 #include "core/melody_file.h"
@@ -14,6 +13,7 @@
 #include "json/text.h"
 #include "midi/mMidiLibOut.h"
 #include "phones/catalogue.h"
+#include "phones/paste_signs.h"
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
 #include "phones/transpose.h"
@@ -123,7 +123,8 @@ void Repair(Context& context, const Arguments& arguments) {
 void Transpose(Context& context, const Arguments& arguments) {
   const auto semitones = core::FindInt32(arguments.semitones);
   if (!semitones) {
-    throw Failure{ExitCode::kWrongUse, "«" + arguments.semitones + "» no es un número de semitonos"};
+    throw Failure{ExitCode::kWrongUse,
+                  "«" + arguments.semitones + "» no es un número de semitonos"};
   }
   for (const std::string& file : FilesOrInput(arguments.words)) {
     Attempt(context, [&] {

@@ -19,7 +19,7 @@
 #include "midi/mMidiLibOut.h"
 #include "midi/note_times.h"
 #include "midi/playback.h"
-#include "platform/posix/program_folder.h"
+#include "platform/common/program_folder.h"
 #include "platform/posix/user_folders.h"
 #include "platform/sound/fluid_sequencer.h"
 #include "platform/sound/render_to_wav.h"

@@ -21,7 +21,6 @@ constexpr std::size_t kLineSize = 75;  // longest iMelody line
 constexpr std::size_t kNoteSize = 7;   // longest note "*5#d2.", rounded up
 
 constexpr std::string_view kFinding = "ERROR: La nota # ";
-constexpr std::string_view kBadDuration = u8" no tiene una duración válida"_w;
 constexpr std::string_view kBadDigit = " no tiene una duracion valida.";  // without accents
 
 constexpr std::uint8_t kFirstShort = 3;  // NoteCodes::length of an eighth

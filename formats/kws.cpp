@@ -92,7 +92,7 @@ std::vector<Entry> MergedEntries(const core::RTTTLMelody& melody, std::string& w
     melody.Notes.Duration(note);  // throws for a duration that is not a number
     const std::uint8_t length = core::kLengthOf[note.duration];
     if (length == core::NoteCodes::kNoLength) {
-      AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, "La nota # ", number, kBadDuration);
       continue;
     }
     const std::int32_t ms = lengths(length, note.dotted);

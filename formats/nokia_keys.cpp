@@ -93,7 +93,7 @@ std::string NokiaKeyPresses(core::RTTTLMelody& melody, std::string& warnings,
                         u8" está fuera del rango de octavas"_w);
     }
     if (note.length == core::NoteCodes::kNoLength) {
-      AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, "La nota # ", number, kBadDuration);
     } else {
       phone.noteLevel = note.length;
     }

@@ -2,7 +2,6 @@
 #include <array>
 #include <charconv>
 #include <map>
-#include <optional>
 
 #include "core/text.h"
 #include "core/windows1252.h"

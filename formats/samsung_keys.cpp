@@ -126,7 +126,7 @@ std::string SamsungKeyPresses(const Type& type, core::RTTTLMelody& melody, std::
     }
     const Presses* known = FindPresses(type, note);
     if (known == nullptr) {
-      AppendNoteWarning(warnings, type.finding, number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, type.finding, number, kBadDuration);
     } else {
       memory.note = known->note;
     }

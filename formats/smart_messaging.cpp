@@ -1,9 +1,7 @@
 #include "formats/smart_messaging.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdint>
 
 #include "core/number.h"
 #include "core/text.h"
@@ -119,7 +117,7 @@ Patterns PatternsOf(const core::RTTTLMelody& melody, std::string& warnings) {
   for (const core::NoteCodes& note : melody.Notes.Codes()) {
     ++number;
     if (note.length == core::NoteCodes::kNoLength) {
-      AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, "La nota # ", number, kBadDuration);
     } else if (core::IsPause(note)) {
       patterns.Add(NoteOf(kPauseValue, note.length, note.dotted), std::nullopt);
     } else {

@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "core/message_box.h"
-#include "core/windows1252.h"
 #include "formats/note_length.h"
 #include "formats/note_warning.h"
 #include "formats/pieces.h"
@@ -13,8 +12,6 @@
 
 namespace tonadex::formats {
 namespace {
-
-using namespace core::literals;
 
 constexpr double kFirstHighOctave = 6;  // upper case from this octave on
 
@@ -106,7 +103,7 @@ std::string TriumMdyText(core::RTTTLMelody& melody, std::string& warnings) {
     melody.Notes.Duration(note);  // throws for a duration that is not a number
     const std::uint8_t length = core::kLengthOf[note.duration];
     if (length == core::NoteCodes::kNoLength) {
-      AppendNoteWarning(warnings, "La nota # ", number, u8" no tiene una duración válida"_w);
+      AppendNoteWarning(warnings, "La nota # ", number, kBadDuration);
     }
     const bool pause = core::IsPause(note);
     const int semitone = SemitoneOf(note);

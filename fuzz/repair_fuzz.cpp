@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "core/message_box.h"
 #include "core/rtttl.h"
 #include "core/text.h"
 #include "fuzz/require.h"
@@ -11,6 +10,7 @@
 #include "phones/catalogue.h"
 #include "phones/conversion.h"
 #include "phones/formats.h"
+#include "phones/paste_signs.h"
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
 

@@ -4,9 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "core/message_box.h"
 #include "core/rtttl.h"
 #include "core/runtime_error.h"
 #include "core/text.h"

@@ -10,7 +10,6 @@
 #include "core/text.h"
 #include "fuzz/require.h"
 #include "net/file_name.h"
-#include "net/upload.h"
 #include "server/limits.h"
 #include "server/melody_name.h"
 #include "server/search_index.h"

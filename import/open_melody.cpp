@@ -13,6 +13,7 @@
 #include "formats/smart_messaging.h"
 #include "midi/smf_melody.h"
 #include "nokia3210/cnokia.h"
+#include "phones/paste_signs.h"
 #include "phones/rtttl_repair.h"
 
 namespace tonadex::import {

@@ -9,7 +9,6 @@
 #include <map>
 #include <span>
 #include <string_view>
-#include <tuple>
 
 #include "core/text.h"
 #include "core/windows1252.h"

@@ -12,7 +12,7 @@
 // Every note starts at the thirty-second nearest to its time in the file, counted from the file's
 // beginning, so errors do not add up and triplets stay in their bar. It gets the longest plain or
 // dotted length that fits; the rest until the next note becomes pauses, because RTTTL has no ties.
-// A silence shorter than a sixteenth, or than a quarter of the time to the next note, is
+// A silence shorter than a sixteenth, or of at most a quarter of the time to the next note, is
 // articulation and not written as a pause. Pauses before the first note and after the last are left
 // out.
 //

@@ -5,8 +5,6 @@
 #include <optional>
 
 #include "core/message_box.h"
-#include "core/runtime_error.h"
-#include "core/text.h"
 #include "core/windows1252.h"
 #include "formats/beep_wav.h"
 #include "formats/kws.h"

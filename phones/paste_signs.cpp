@@ -5,12 +5,10 @@
 #include <charconv>
 #include <cstdint>
 #include <optional>
-#include <utility>
 
 #include "core/melody_file.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "phones/rtttl_repair.h"
 
 namespace tonadex::phones {
 namespace {

@@ -1,13 +1,10 @@
 #include "phones/rtttl_repair.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
 #include <optional>
 #include <unordered_set>
 #include <utility>
 
-#include "core/melody_file.h"
 #include "core/number.h"
 #include "core/runtime_error.h"
 #include "core/text.h"

@@ -21,10 +21,4 @@ struct RepairedMelody {
 // the text. Never throws, shows no message.
 std::vector<RepairedMelody> RepairRtttl(std::string_view pasted);
 
-// Converts bytes of unknown encoding (UTF-8 when valid, else Windows-1252; of UTF-16 with its mark,
-// which has zero bytes, the characters of Latin-1) to Windows-1252;
-// characters that it lacks are replaced by those meant: "♯" by "#", full-width and look-alike
-// letters by ASCII, blanks of any width by a blank.
-std::string FromPasted(std::string_view bytes);
-
 }  // namespace tonadex::phones

@@ -5,7 +5,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "server/exchange.h"
 #include "server/handler.h"
@@ -18,7 +17,7 @@ struct ServerOptions {
   std::uint16_t port = 0;             // 0 for any free port
   bool behindProxy = false;           // X-Forwarded-For names the client's address
   bool ownMachineOnly = false;        // refuses requests that a foreign web page causes
-  int threads = 0;                    // 0 for a number that suits the machine
+  int threads = 0;                    // 0: two for each processor core, at least four
   std::uint16_t maxConnections = kMaxConnections;
   // Per client address (an IPv6 network, /64, is one). Behind a proxy, from which all connections
   // come, it limits each client's simultaneous requests.

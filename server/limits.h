@@ -50,7 +50,7 @@ inline constexpr std::size_t kMaxRememberedAddresses = 10'000;
 
 // The database. A request whose statement takes longer, or that gets no connection, is answered
 // with a 503, after about twice kDatabaseUseMs at the latest.
-inline constexpr int kDatabaseConnections = 16;       // per server, half of its threads
+inline constexpr int kDatabaseConnections = 16;       // per server; it has twice as many threads
 inline constexpr int kDatabaseWaitMs = 2'000;         // for a free connection
 inline constexpr int kDatabaseUseMs = 8'000;          // for one use; then the connection is closed
 inline constexpr int kDatabaseCheckMs = 2'000;        // for the check of /salud

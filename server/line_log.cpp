@@ -1,6 +1,5 @@
 #include "server/line_log.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <utility>
 #ifdef _WIN32

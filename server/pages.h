@@ -9,7 +9,7 @@
 // for light and dark windows of any width.
 namespace tonadex::server {
 
-// The banner, 60 pixels high.
+// The banner, as high as the windows show it (kBannerHeight in app/look.h).
 std::string BannerPage(const Store& store);
 // How to write and share melodies, and news.
 std::string InternetPage(const Store& store);

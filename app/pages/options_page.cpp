@@ -25,7 +25,7 @@ using F = Form1;
 constexpr int kWidestCard = 860, kTallestCard = 720;
 constexpr int kSearchWidth = 220, kLowestList = 96;
 
-// Its equal neighbours are heard as two.
+// With two equal notes in a row, to show how they sound.
 constexpr std::string_view kTrial = "Prueba:d=8,o=6,b=160:c,e,g,g,4c7";
 constexpr std::string_view kNothingFound = u8"Ningún móvil con ese nombre"_w;
 constexpr std::string_view kNoNumbers = u8"De esta marca solo hay formatos"_w;
@@ -142,8 +142,8 @@ void OptionsPage::RefreshOptions() {
   MarkChosen();
 }
 
-// Marks the chosen model in the list that has it. Of a row with several numbers the one that was
-// clicked stays marked, and else the first.
+// Marks the chosen model in the list that has it. If its row has several numbers, the one that was
+// clicked stays marked, else the first.
 void OptionsPage::MarkChosen() {
   const std::string& model = cmbformatos.text;
   ListRows formats;

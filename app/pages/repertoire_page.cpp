@@ -230,7 +230,7 @@ std::span<const ControlInfo> RepertoirePage::Rows() {
   return kRows;
 }
 
-// The result is the heart of the page; the drawing and the notices stand under it or beside it.
+// The result gets the most room; the drawing and the notices are below it or, if `wide`, beside it.
 Part RepertoirePage::Layout(bool wide) {
   Part list = Column({
                          The(&F::repertoireFilter),

@@ -33,7 +33,7 @@ constexpr std::string_view kParenthesesMessage =
     u8"El nombre de la melodía no puede contener paréntesis"_w;
 constexpr std::string_view kParenthesesTitle = u8"Nombre no válido"_w;
 constexpr std::string_view kTooManyNotes = "ADVERTENCIA: La melodia tiene mas de 50 notas.";
-// Both buttons speak of uploading: deliberate.
+// Also shown by the button that plays, although it uploads nothing: deliberate.
 constexpr std::string_view kErrorsMessage =
     "La melodia no se ha subido pues ha habido algunos errores al leer la melodia:\r";
 constexpr std::string_view kErrorsTitle = "Errores en la melodia";
@@ -55,7 +55,7 @@ constexpr int kLeastCard = 504, kLeastSide = 280, kLowestNews = 48, kLowestChang
 
 constexpr std::string_view kApplyHelp = u8"Poner en el cuadro la melodía arreglada"_w;
 
-// A button that both boxes have; its help is its accessible name, to tell the two apart.
+// A button that both boxes have; the accessible names of the two differ: they are the tooltips.
 constexpr ControlInfo Action(std::string_view name, Control F::*member, std::string_view caption,
                              const char* icon, std::string_view help, Handler click,
                              Look look = Look::kButton) {
@@ -264,7 +264,7 @@ void StartPage::RefreshStart() {
   repairButton.visible = here && !proposed && unrepaired_.empty();
   undoRepairButton.visible = here && !proposed && !unrepaired_.empty();
   repairList.visible = proposed && repairs_.size() > 1;
-  // While a choice is shown, it alone asks for an answer.
+  // While repairs are proposed, the box offers only to accept or reject them.
   for (Control* control : {&rtttlCheckLabel, &cmdscuchartttl, &cmdsubirmelortttl}) {
     control->visible = here && !proposed;
   }
@@ -449,9 +449,9 @@ void StartPage::CheckRtttlBox() {
   }
   std::ranges::sort(txtrtttlsube.faults, {}, &core::TextRange::start);
   repairButton.enabled = rtttlCheck.verdict == Verdict::kBad;
-  // Without a name's end its handler fails, which ends the program.
+  // Without a ":" its handler throws, which ends the program.
   cmdsubirmelortttl.enabled = core::Contains(text, ":");
-  // What the server would refuse can be kept.
+  // The repertoire also takes melodies that the server would refuse.
   saveRtttl.enabled = phones::CheckRtttl(text).verdict == Verdict::kGood;
   cmdsubirmelortttl.whyDisabled = rtttlCheck.sentence;
   repairButton.whyDisabled = kNothingBad;

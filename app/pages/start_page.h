@@ -79,7 +79,7 @@ class StartPage {
   std::string NewestMelody();
   // Sets melodiasube to the composer's melody as RTTTL; false after a message to the user.
   bool BuildComposedMelody();
-  // Puts a text into txtrtttlsube, which gets the focus; what stood there can be brought back.
+  // Puts a text into txtrtttlsube, which gets the focus; its old content can be restored.
   void EditRtttl(std::string text);
   const std::string& TypedRtttl() const { return txtrtttlsube.text; }
   // The check and the drawing of txtrtttlsube; what was proposed and mended stays.

@@ -13,7 +13,6 @@
 #include <span>
 
 #include "core/windows1252.h"
-#include "files/paths.h"
 
 namespace tonadex::files::system {
 namespace {

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <vector>
 
 #include "net/http.h"
 #include "platform/http/tls.h"

@@ -1,9 +1,7 @@
 #include "platform/posix/program_folder.h"
 
 #include <array>
-#include <cstddef>
 #include <cstdlib>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>

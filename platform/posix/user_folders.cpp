@@ -6,8 +6,6 @@
 
 #include <cstdlib>
 #include <optional>
-#include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "core/windows1252.h"

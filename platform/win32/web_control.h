@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <functional>
-#include <memory>
 #include <string_view>
 
 namespace tonadex::platform {

@@ -33,22 +33,14 @@ struct Endpoint {
   bool conversion = false;  // subject to the rate limit for conversions
 };
 constexpr Endpoint kEndpoints[] = {
-    {"/openapi.json", Body::kNone, Contract},
-    {"/modelos", Body::kNone, Models},
-    {"/formatos", Body::kNone, FileFormats},
-    {"/buscar", Body::kNone, FindMelodies},
-    {"/azar", Body::kNone, RandomMelodies},
-    {"/melodias", Body::kText, StoreMelody},
-    {"/melodias/", Body::kNone, OneMelody},
-    {"/convertir", Body::kText, Convert, true},
-    {"/pasos", Body::kText, Steps, true},
-    {"/notas", Body::kText, Notes, true},
-    {"/comprobar", Body::kText, Check, true},
-    {"/arreglar", Body::kText, Repair, true},
-    {"/transportar", Body::kText, Transpose, true},
-    {"/importar", Body::kAny, Import, true},
-    {"/fichero", Body::kText, MelodyFile, true},
-    {"/qr", Body::kNone, QrCode},
+    {"/openapi.json", Body::kNone, Contract},       {"/modelos", Body::kNone, Models},
+    {"/formatos", Body::kNone, FileFormats},        {"/buscar", Body::kNone, FindMelodies},
+    {"/azar", Body::kNone, RandomMelodies},         {"/melodias", Body::kText, StoreMelody},
+    {"/melodias/", Body::kNone, OneMelody},         {"/convertir", Body::kText, Convert, true},
+    {"/pasos", Body::kText, Steps, true},           {"/notas", Body::kText, Notes, true},
+    {"/comprobar", Body::kText, Check, true},       {"/arreglar", Body::kText, Repair, true},
+    {"/transportar", Body::kText, Transpose, true}, {"/importar", Body::kAny, Import, true},
+    {"/fichero", Body::kText, MelodyFile, true},    {"/qr", Body::kNone, QrCode},
 };
 
 // Null when no row answers the path.

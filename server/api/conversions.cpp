@@ -17,6 +17,7 @@
 #include "json/text.h"
 #include "midi/smf_melody.h"
 #include "phones/file_formats.h"
+#include "phones/paste_signs.h"
 #include "phones/rtttl_repair.h"
 #include "phones/smf_choice.h"
 #include "phones/transpose.h"

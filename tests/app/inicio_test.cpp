@@ -4,8 +4,6 @@
 
 #include <string>
 
-#include "app/settings.h"
-#include "core/windows1252.h"
 #include "tests/core/table.h"
 #include "tests/support/test_program.h"
 

@@ -36,16 +36,13 @@ TEST(MelodyDrawing, GivesTimesAndPitches) {
   const Drawing drawing = MelodyDrawing("x:d=4,o=5,b=120:c,8f#.6,p,2h4,16a#");
   EXPECT_EQ(Notes(drawing),
             "0+500 do/60|500+375 fa#/78.|875+500 -|1375+1000 si/59|2375+125 la#/70|");
-  EXPECT_EQ(drawing.length, 2500);
-  EXPECT_EQ(drawing.barLength, 2000);
-  EXPECT_EQ(drawing.lowest, 59);
-  EXPECT_EQ(drawing.highest, 78);
+  EXPECT_EQ(std::tuple(drawing.length, drawing.barLength), std::tuple(2500, 2000));
+  EXPECT_EQ(std::tuple(drawing.lowest, drawing.highest), std::tuple(59, 78));
   EXPECT_EQ(DrawingInWords(drawing), "5 notas y pausas, 3 segundos, de si 4 a fa# 6");
 }
 
 TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
-  core::RecordingMessages boxes;
-  const core::ScopedMessageSink sink(boxes);
+  const test::Boxes boxes;
   EXPECT_EQ(Notes(MelodyDrawing("x:d=4,o=5,b=120:c,x,7c,9,p#,cjuh9hay")),
             "0+500 do/60|500+500 do/60|");
   for (const std::string_view text :
@@ -53,7 +50,7 @@ TEST(MelodyDrawing, LeavesOutWhatCannotBeRead) {
         "x:d=4,o=-1,b=9:c,d", "x:d=4,o=11,b=9:c", "x:d=4.0000000,o=5,b=9:c"}) {
     EXPECT_EQ(MelodyDrawing(text, " Pulsaciones"), Drawing{}) << text;
   }
-  EXPECT_TRUE(boxes.messages.empty());
+  EXPECT_EQ(boxes.Text(), "");
   EXPECT_EQ(DrawingInWords(MelodyDrawing("x:d=4,o=0,b=120:c,c#5")),
             "2 notas y pausas, 1 segundo, de do 0 a do# 5");
 }
@@ -100,14 +97,11 @@ TEST(MelodyDrawing, MarksWhatTheNoticesName) {
         continue;
       }
       core::RTTTLMelody melody = test::MelodyOf(rtttl);
-      core::RecordingMessages boxes;
-      const core::ScopedMessageSink sink(boxes);
+      const test::Boxes boxes;
       const auto page = phones::ConvertSelectedMelody(melody, phone.model, "x", noFile).page;
       std::string notices = page ? page->notices : "";
       const std::set<int> reported = Reported(notices);
-      for (const core::Message& box : boxes.messages) {
-        notices += box.text;
-      }
+      notices += boxes.Text();
       const Drawing drawing = MelodyDrawing(rtttl, phone.model);
       std::set<int> hatched;
       for (const DrawnNote& note : drawing.notes) {

@@ -44,13 +44,21 @@ std::vector<Scenario> Scenarios() {
 }
 
 struct Form1Scenario : testing::TestWithParam<Scenario> {
-  using Step = void (Form1Scenario::*)(const Row&);
+  using F = Form1Scenario;
+  using Step = void (F::*)(const Row&);
 
   Control& Named(const std::string& name) { return form.*FindControl(name)->member; }
 
-  template <Event event>
-  void Raise(const Row& row) {
-    ASSERT_TRUE(Handle(row[0], event));
+  void Raise(Event event, const Row& row) {
+    for (const std::string_view name : core::SplitText(row[0], ' ')) {
+      ASSERT_TRUE(Handle(std::string(name), event)) << name;
+    }
+  }
+  // Clicks the buttons that the row names after its other fields, if any.
+  void ThenClick(const Row& row, std::size_t others) {
+    if (row.fields.size() > others) {
+      Raise(Event::kClick, {{row[others]}});
+    }
   }
   bool Handle(const std::string& name, Event event) {
     const auto handler = HandlerOf(*FindControl(name), event);
@@ -61,7 +69,7 @@ struct Form1Scenario : testing::TestWithParam<Scenario> {
   }
   void Run(Handler handler) {
     const int error = test::ErrorOf([&] { (form.*handler)(); });
-    failure_ = error == 0 ? "" : "error " + std::to_string(error) + "\n";
+    failure_ += error == 0 ? "" : "error " + std::to_string(error) + "\n";
     form.Refresh();
   }
 
@@ -163,8 +171,11 @@ struct Form1Scenario : testing::TestWithParam<Scenario> {
 
   void Start(const Row& row) {
     form.Form_Load();
-    Raise<Event::kClick>(row);
+    Raise(Event::kClick, row);
     Effects();
+    if (row.fields.size() > 1) {
+      Select({{"List1", row[1]}});
+    }
   }
   void Load(const Row& row) {
     test.program.gVersion = row[0];
@@ -176,20 +187,17 @@ struct Form1Scenario : testing::TestWithParam<Scenario> {
     form.txtmelodiacompo.text = row[2];
     form.lblMsg.caption = "before";
     Run(&Form1::txtmelodiacompo_Change);
+    ThenClick(row, 3);
   }
   void Type(const Row& row) {
     Named(row[0]).text = core::FromUtf8(row[1]);
     Handle(row[0], Event::kChange);
+    ThenClick(row, 2);
   }
   void Select(const Row& row) {
     Named(row[0]).Select(std::stoi(row[1]));
     Handle(row[0], Event::kClick);
-  }
-  template <bool Control::*flag, bool want>
-  void Expect(const Row& row) {
-    for (const std::string_view name : core::SplitText(row[0], ' ')) {
-      EXPECT_EQ(Named(std::string(name)).*flag, want) << name;
-    }
+    ThenClick(row, 2);
   }
   void File(const Row& row) {
     for (std::size_t i = 0; i < row.fields.size(); i += 2) {
@@ -200,7 +208,14 @@ struct Form1Scenario : testing::TestWithParam<Scenario> {
   void Holds(const Row& row) { EXPECT_EQ(core::ToUtf8(test.folder.Read(row[0])), row[1]); }
   void Is(const Row& row) {
     for (std::size_t i = 0; i < row.fields.size(); i += 2) {
-      EXPECT_EQ(core::ToUtf8(Value(row[i])), row[i + 1]) << row[i];
+      if (const auto state = states.find(row[i]); state != states.end()) {
+        const auto& [flag, want] = state->second;
+        for (const std::string_view name : core::SplitText(row[i + 1], ' ')) {
+          EXPECT_EQ(Named(std::string(name)).*flag, want) << name;
+        }
+      } else {
+        EXPECT_EQ(core::ToUtf8(Value(row[i])), row[i + 1]) << row[i];
+      }
     }
   }
   void Phone(const Row& row) { test.program.gPhoneModel = row[0]; }
@@ -210,6 +225,7 @@ struct Form1Scenario : testing::TestWithParam<Scenario> {
   }
   void Answer(const Row& row) {
     test.fileDialogs.answers = {files::TextFromPath(test.folder / row[0])};
+    ThenClick(row, 1);
   }
   void Broken(const Row& row) {
     (row[0] == "printer" ? test.richText.noPrinter : test.webViews.broken) = true;
@@ -220,33 +236,21 @@ struct Form1Scenario : testing::TestWithParam<Scenario> {
   test::TestProgram test;
   Form1 form{test.program};
   const std::map<std::string, Step> verbs = {
-      {"start", &Form1Scenario::Start},
-      {"load", &Form1Scenario::Load},
-      {"compose", &Form1Scenario::Compose},
-      {"type", &Form1Scenario::Type},
-      {"select", &Form1Scenario::Select},
-      {"file", &Form1Scenario::File},
-      {"gone", &Form1Scenario::Gone},
-      {"holds", &Form1Scenario::Holds},
-      {"is", &Form1Scenario::Is},
-      {"phone", &Form1Scenario::Phone},
-      {"reply", &Form1Scenario::Reply},
-      {"answer", &Form1Scenario::Answer},
-      {"broken", &Form1Scenario::Broken},
-      {"choose", &Form1Scenario::Choose},
-      {"close", &Form1Scenario::QueryUnload},
-      {"webviews", &Form1Scenario::WebViews},
-      {"click", &Form1Scenario::Raise<Event::kClick>},
-      {"activate", &Form1Scenario::Raise<Event::kActivate>},
-      {"enter", &Form1Scenario::Raise<Event::kEnter>},
-      {"tick", &Form1Scenario::Raise<Event::kTick>},
-      {"lead", &Form1Scenario::Raise<Event::kNavigation>},
-      {"visible", &Form1Scenario::Expect<&Control::visible, true>},
-      {"hidden", &Form1Scenario::Expect<&Control::visible, false>},
-      {"enabled", &Form1Scenario::Expect<&Control::enabled, true>},
-      {"disabled", &Form1Scenario::Expect<&Control::enabled, false>},
-      {"checked", &Form1Scenario::Expect<&Control::checked, true>},
-      {"unchecked", &Form1Scenario::Expect<&Control::checked, false>}};
+      {"start", &F::Start},      {"load", &F::Load},     {"compose", &F::Compose},
+      {"type", &F::Type},        {"select", &F::Select}, {"file", &F::File},
+      {"gone", &F::Gone},        {"holds", &F::Holds},   {"is", &F::Is},
+      {"phone", &F::Phone},      {"reply", &F::Reply},   {"answer", &F::Answer},
+      {"broken", &F::Broken},    {"choose", &F::Choose}, {"close", &F::QueryUnload},
+      {"webviews", &F::WebViews}};
+  const std::map<std::string, Event> events = {{"click", Event::kClick},
+                                               {"activate", Event::kActivate},
+                                               {"enter", Event::kEnter},
+                                               {"tick", Event::kTick},
+                                               {"lead", Event::kNavigation}};
+  const std::map<std::string, std::pair<bool Control::*, bool>> states = {
+      {"visible", {&Control::visible, true}}, {"hidden", {&Control::visible, false}},
+      {"enabled", {&Control::enabled, true}}, {"disabled", {&Control::enabled, false}},
+      {"checked", {&Control::checked, true}}, {"unchecked", {&Control::checked, false}}};
 
  private:
   std::string failure_;
@@ -263,8 +267,11 @@ TEST_P(Form1Scenario, HasTheseEffectsAndNoOthers) {
     }
     check();
     SCOPED_TRACE(step);
-    const std::size_t verb = std::min(step.find(' '), step.size());
-    (this->*verbs.at(step.substr(0, verb)))(test::ReadRow(step.substr(verb)));
+    const std::size_t end = std::min(step.find(' '), step.size());
+    const std::string verb = step.substr(0, end);
+    const Row row = test::ReadRow(step.substr(end));
+    const auto event = events.find(verb);
+    event == events.end() ? (this->*verbs.at(verb))(row) : Raise(event->second, row);
     done = step;
     want.clear();
   }

@@ -99,14 +99,6 @@ TEST(IMelodyText, FoldsALineThatHasReached69Characters) {
             "MELODY:" + Repeated("c2", 31) + "\r\n" + Repeated("c2", 35) + "\r\nc2\r\nEND:IMELODY");
 }
 
-TEST(CheckCharacters, AreTheHexDigitsOfTheXor) {
-  std::string checks;
-  for (const std::string_view tokens : {"", "\x07", "\x5A", "\x0F", "\xFF", "aa", "O"}) {
-    checks += CheckCharacters(tokens) + " ";
-  }
-  EXPECT_EQ(checks, "00 77 5: ?? ?? 00 4? ");
-}
-
 TEST(MotorolaIMelodyKeys, BringsTheMelodyToTempo125) {
   core::RTTTLMelody melody = MelodyOf("x:d=4,o=5,b=63:c,8p,c#.");  // 992, 496, 1488 ms
   std::string warnings;

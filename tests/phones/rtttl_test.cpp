@@ -11,6 +11,7 @@
 #include "core/windows1252.h"
 #include "data/shelf.h"
 #include "formats/octave_range.h"
+#include "phones/paste_signs.h"
 #include "phones/rtttl_check.h"
 #include "phones/rtttl_repair.h"
 #include "phones/transpose.h"
@@ -41,10 +42,8 @@ TEST(CheckRtttl, MarksAndNamesEveryFault) {
       EXPECT_EQ(marked, row[3]) << row[0];
     }
   }
-}
-
-TEST(CheckRtttl, MarksTheCommaBeforeAnEmptyNote) {
-  EXPECT_EQ(CheckRtttl("V:d=4,o=5,b=9:c,,d").faults.front().where.start, 15u);
+  const RtttlFault empty = CheckRtttl("V:d=4,o=5,b=9:c,,d").faults.front();
+  EXPECT_EQ(empty.where.start, 15u) << "the comma before it is marked";
 }
 
 TEST(RepairRtttl, MendsWhatIsFoundOnTheNet) {

@@ -4,8 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "tests/support/eventually.h"
-
 namespace tonadex::test {
 
 // Sets or unsets an environment variable until the end of the scope.

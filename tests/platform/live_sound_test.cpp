@@ -8,9 +8,9 @@
 #include <thread>
 
 #include "platform/sound/fluid_sequencer.h"
-#include "tests/platform/environment.h"
 #include "tests/platform/rendered_sound.h"
 #include "tests/platform/sounding_melody.h"
+#include "tests/support/eventually.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::platform::live_sound_test {

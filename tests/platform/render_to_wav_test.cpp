@@ -6,7 +6,6 @@
 #include <string>
 
 #include "midi/note_times.h"
-#include "midi/playback.h"
 #include "tests/core/test_melody.h"
 #include "tests/platform/rendered_sound.h"
 #include "tests/platform/sounding_melody.h"
@@ -59,24 +58,6 @@ TEST_F(RenderToWavTest, TheInstrumentOfTheProgramIsHeardWithoutDistortion) {
   const double loudest = *std::max_element(samples.begin(), samples.end());
   EXPECT_GT(loudest, 0.2);
   EXPECT_LT(loudest, 0.95);
-}
-
-// Without the gap the second note would start while the first one is at full volume.
-TEST_F(RenderToWavTest, EqualNotesOfTheBeepAreHeardAsTwo) {
-  core::RTTTLMelody melody;
-  core::InitMelody(melody, "/nowhere/");
-  melody.Text = "x:d=2,o=5,b=120:a,a";
-  ASSERT_EQ(core::ParseRTTTL(melody), core::kParsed);
-  folder.Write("m.mid", midi::PlayedBytes(melody, midi::Voice::kBeep));
-  ASSERT_EQ(RenderToWav(folder / "m.mid", folder / "m.wav"), RenderResult::kDone);
-  samples = test::ReadSamples(folder / "m.wav", kWavHeader);
-  const double second = midi::NoteTimes(melody)[1].start;
-  double quietest = 1, loudest = 0;
-  for (double at = second - 60; at < second + 20; at += 2) {
-    quietest = std::min(quietest, test::Loudness(samples, at, 5));
-    loudest = std::max(loudest, test::Loudness(samples, at, 5));
-  }
-  EXPECT_LT(quietest, loudest / 2.5);
 }
 
 TEST_F(RenderToWavTest, OddMelodiesEnd) {

@@ -7,6 +7,7 @@
 #include "tests/core/table.h"
 #include "tests/platform/environment.h"
 #include "tests/platform/sounding_melody.h"
+#include "tests/support/eventually.h"
 #include "tests/support/temp_folder.h"
 
 namespace tonadex::platform::sequencer_test {

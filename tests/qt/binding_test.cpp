@@ -104,12 +104,7 @@ struct BoundForm : Screen {
 
 TEST(Binding, DrawsReadsBackAndReachesEveryHandler) {
   BoundForm t;
-  CheckBinding(t.form, t, t.dispatched);
-}
-
-TEST(Binding, ATextThatNoRowHoldsStaysAsItIs) {
-  BoundForm t;
-  CheckForeignText(t.test, t.form, t);
+  CheckBinding(t.test, t.form, t, t.dispatched);
 }
 
 // A control that the model shows is visible, with all its parent widgets.

@@ -5,7 +5,6 @@
 #include <QListView>
 #include <string>
 
-#include "core/message_box.h"
 #include "shell/qt/services/qt_services.h"
 #include "shell/qt/window/main_window.h"
 #include "tests/support/test_program.h"

@@ -38,11 +38,11 @@ std::string Words(const RunFormat& format) {
   for (const auto& [word, said] : {std::pair{"b", format.bold},
                                    {"i", format.italic},
                                    {"ul", format.underline},
-                                   {"strike", format.strike},
-                                   {"super", format.script == Script::kSuper},
-                                   {"sub", format.script == Script::kSub}}) {
+                                   {"strike", format.strike}}) {
     Say(words, word, said);
   }
+  Say(words, "super", format.script == Script::kSuper);
+  Say(words, "sub", format.script == Script::kSub);
   Say(words, "ink" + Text(format.colour.value_or(Colour{})), format.colour.has_value());
   Say(words, "ground" + Text(format.ground.value_or(Colour{})), format.ground.has_value());
   return words;
@@ -53,13 +53,10 @@ std::string Words(const ParagraphFormat& format) {
   static constexpr const char* kTabs[] = {"tab", "ctab", "rtab", "dtab"};
   static constexpr const char* kSides[] = {"top", "left", "bottom", "right"};
   std::string words = kAlignments[static_cast<std::size_t>(format.alignment)];
-  for (const auto& [word, value] : {std::pair{"h", format.heading},
-                                    {"s", format.style},
-                                    {"li", format.left},
-                                    {"ri", format.right},
-                                    {"fi", format.first},
-                                    {"sb", format.before},
-                                    {"sa", format.after}}) {
+  const std::pair<const char*, int> numbers[] = {
+      {"h", format.heading}, {"s", format.style},   {"li", format.left}, {"ri", format.right},
+      {"fi", format.first},  {"sb", format.before}, {"sa", format.after}};
+  for (const auto& [word, value] : numbers) {
     Say(words, word + std::to_string(value), value != 0);
   }
   Say(words, (format.lineFactor ? "lines" : "sl") + std::to_string(format.lineHeight),

@@ -12,7 +12,6 @@ from urllib.parse import quote
 
 import jsonschema
 
-sys.path.insert(0, str(Path(__file__).parent))
 from midi import midi_file
 from running_server import RunningServer
 

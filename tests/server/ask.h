@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "tests/http/raw_socket.h"
-#include "tests/support/eventually.h"
 
 // Sends bytes to a server and splits its replies.
 namespace tonadex::test {

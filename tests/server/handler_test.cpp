@@ -37,11 +37,13 @@ TEST(Handle, Answers) {
     const auto now = std::filesystem::last_write_time(folder / "servidor/anil.8");
     std::filesystem::last_write_time(folder / "servidor/vals.120", now - std::chrono::hours(1));
     Shelf shelf(folder / "servidor", ShelfAccess::kReadWrite);
-    const Reply reply = Handle({core::FromUtf8(row[0]), "client", {}, 1}, shelf);
-    EXPECT_EQ(std::to_string(reply.status), row[1]);
-    EXPECT_EQ(core::ToUtf8(Joined(reply.body)), row[2]);
-    EXPECT_EQ(reply.contentType, kTextType);
-    EXPECT_EQ(std::to_string(reply.maxAgeSeconds), row[3].empty() ? "0" : row[3]);
+    for (const std::string_view target : core::SplitText(row[0], ' ')) {
+      const Reply reply = Handle({core::FromUtf8(target), "client", {}, 1}, shelf);
+      EXPECT_EQ(std::to_string(reply.status), row[1]) << target;
+      EXPECT_EQ(core::ToUtf8(Joined(reply.body)), row[2]) << target;
+      EXPECT_EQ(reply.contentType, kTextType);
+      EXPECT_EQ(std::to_string(reply.maxAgeSeconds), row[3].empty() ? "0" : row[3]) << target;
+    }
   }
 }
 
@@ -64,8 +66,8 @@ string Encoded(const string& text) {
 }
 
 TEST(Handle, TakesAndGivesNamesAsTypedOrEncoded) {
-  for (const test::Row& row : test::Table("Sent names")) {
-    const string name = core::FromUtf8(row[0]);
+  for (const char* sent : {"Mi téma", "100%de rebaja", "Oferta%", "a%20b"}) {
+    const string name = core::FromUtf8(sent);
     const string text = name + ":d=4,o=5,b=100:c,djuh9hay,e";
     const string key = net::UploadKey(name, name + ":d=4,o=5,b=100:c,d#,e");
     for (const auto& write : {AsTyped, Encoded}) {

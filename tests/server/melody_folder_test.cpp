@@ -95,18 +95,15 @@ class Hand {
       const string name = Name();
       std::error_code ignored;
       const auto before = fs::last_write_time(folder_ / name, ignored);
-      switch (Below(4)) {
-        case 0:
-          fs::remove(folder_ / name);
-          break;
-        case 1:
-          fs::rename(folder_ / name, folder_ / Name(), ignored);
-          break;
-        default:
-          folder_.Write(name, std::to_string(10 + Below(90)) + ":d=4");
-          if (Below(2) == 0) {
-            fs::last_write_time(folder_ / name, before, ignored);
-          }
+      if (const std::size_t change = Below(4); change == 0) {
+        fs::remove(folder_ / name);
+      } else if (change == 1) {
+        fs::rename(folder_ / name, folder_ / Name(), ignored);
+      } else {
+        folder_.Write(name, std::to_string(10 + Below(90)) + ":d=4");
+        if (Below(2) == 0) {
+          fs::last_write_time(folder_ / name, before, ignored);
+        }
       }
     }
   }
@@ -114,21 +111,14 @@ class Hand {
   void ChangeIndex() {
     string bytes = folder_.Read(kIndex);
     const std::size_t at = Below(bytes.size());
-    switch (Below(7)) {
-      case 0:
-        bytes[at] = static_cast<char>(bytes[at] + 1 + int(Below(255)));
-        break;
-      case 1:
-        bytes.resize(at);
-        break;
-      case 2:
-        bytes.insert(at, 1 + Below(20), '\0');
-        break;
-      case 3:
-        bytes.swap(old_);  // an earlier index of this folder
-        break;
-      default:
-        return;
+    if (const std::size_t change = Below(7); change == 0) {
+      bytes[at] = static_cast<char>(bytes[at] + 1 + int(Below(255)));
+    } else if (change == 1) {
+      bytes.resize(at);
+    } else if (change == 2) {
+      bytes.insert(at, 1 + Below(20), '\0');
+    } else if (change == 3) {
+      bytes.swap(old_);  // an earlier index of this folder
     }
     folder_.Write(kIndex, bytes);
   }

@@ -5,7 +5,9 @@
 #include <string>
 
 #include "core/melody_file.h"
+#include "core/text.h"
 #include "core/windows1252.h"
+#include "net/upload.h"
 #include "tests/core/table.h"
 #include "tests/support/parsed_listing.h"
 
@@ -20,7 +22,9 @@ string Parsed(const string& fileName) {
 
 TEST(ParseMelodyName, TakesOrRefuses) {
   for (const test::Row& row : test::Table("Names")) {
-    EXPECT_EQ(Parsed(core::FromUtf8(row[0])), core::FromUtf8(row[1])) << row[0];
+    for (const std::string_view name : core::SplitText(row[0], ';')) {
+      EXPECT_EQ(Parsed(core::FromUtf8(name)), core::FromUtf8(row[1])) << name;
+    }
   }
   EXPECT_EQ(Parsed(string(197, 'x') + ".12"), string(197, 'x') + ",12");
   for (const string& refused : {string(198, 'x') + ".12", string(80, '\x80') + ".12",
@@ -53,9 +57,13 @@ TEST(Record, LeadsClientsBackToTheFile) {
 
 TEST(UploadFault, NamesTheFault) {
   for (const test::Row& row : test::Table("Uploads")) {
-    const string fault = core::ToUtf8(UploadFault(core::FromUtf8(row[0]), core::FromUtf8(row[1])));
-    EXPECT_TRUE(fault.starts_with(row[2])) << row[1] << ": " << fault;
-    EXPECT_EQ(fault.empty(), row[2].empty()) << row[1] << ": " << fault;
+    const string contents = core::FromUtf8(row[1]);
+    for (const std::string_view text : core::SplitText(contents, ';')) {
+      const string name = row[0] == "=" ? net::UploadKey("Tema", text) : core::FromUtf8(row[0]);
+      const string fault = core::ToUtf8(UploadFault(name, text));
+      EXPECT_TRUE(fault.starts_with(row[2])) << text << ": " << fault;
+      EXPECT_EQ(fault.empty(), row[2].empty()) << text << ": " << fault;
+    }
   }
 }
 

@@ -17,7 +17,6 @@ import threading
 import time
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).parent))
 from running_server import RunningServer
 from uploads import Uploaders, check_all_there, download, melody, records
 

@@ -12,7 +12,6 @@ import time
 from pathlib import Path
 from urllib.parse import quote
 
-sys.path.insert(0, str(Path(__file__).parent))
 from running_database import RunningDatabase
 from running_server import RunningServer
 from uploads import Uploaders, check_all_there, get, melody, records, upload

@@ -30,9 +30,11 @@ struct Screen {
   virtual void Do(app::Event event, const app::ControlInfo& info) = 0;
 };
 
-// Every control is drawn and read back, and every handler is called. `dispatched` counts the
-// handler calls of the binding.
-inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched) {
+// Every control is drawn and read back, and every handler is called; `dispatched` counts the
+// handler calls of the binding. A saved model that is missing from the catalogue selects no row and
+// is kept.
+inline void CheckBinding(TestProgram& test, app::Form1& form, Screen& screen,
+                         const int& dispatched) {
   const std::string text(core::FromUtf8("Canción ñ € «x»"));
   for (const app::ControlInfo& info : app::Controls()) {
     SCOPED_TRACE(info.name);
@@ -74,10 +76,6 @@ inline void CheckBinding(app::Form1& form, Screen& screen, const int& dispatched
       }
     }
   }
-}
-
-// A saved model that is missing from the catalogue selects no row and is kept.
-inline void CheckForeignText(TestProgram& test, app::Form1& form, Screen& screen) {
   test.program.gPhoneModel = "0";
   form.cmdopciones_Click();
   form.Refresh();

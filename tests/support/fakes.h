@@ -49,6 +49,16 @@ struct FakeRegistry : app::Registry {
   bool broken = false;  // writing fails
 };
 
+// The next of a fake's answers; none when there is no more.
+inline std::optional<std::string> TakeNext(std::deque<std::optional<std::string>>& answers) {
+  if (answers.empty()) {
+    return std::nullopt;
+  }
+  auto next = std::move(answers.front());
+  answers.pop_front();
+  return next;
+}
+
 // Answers each dialog with the next of `answers`; an empty or missing one cancels it.
 class FakeFileDialogs : public app::FileDialogs {
  public:
@@ -59,12 +69,8 @@ class FakeFileDialogs : public app::FileDialogs {
                                            std::span<const std::string> choices) override {
     proposed.emplace_back(name);
     offered.assign(choices.begin(), choices.end());
-    if (answers.empty() || !answers.front()) {
-      return std::nullopt;
-    }
-    const std::filesystem::path path = files::PathFromText(*answers.front());
-    answers.pop_front();
-    return app::SaveChoice{path, chosen};
+    const auto path = TakeNext(answers);
+    return path ? std::optional(app::SaveChoice{files::PathFromText(*path), chosen}) : std::nullopt;
   }
 
   std::vector<std::filesystem::path> AskOpen(std::string_view,
@@ -85,13 +91,12 @@ class FakeFileDialogs : public app::FileDialogs {
   bool Answer(std::string_view kind, app::FileDialogRecord& record) {
     kinds.emplace_back(kind);
     asked.push_back(record);
-    if (answers.empty() || !answers.front()) {
-      return false;
+    const auto path = TakeNext(answers);
+    if (path) {
+      record.lpstrFile = *path + std::string(3, '\0');
+      record.lpstrFileTitle = path->substr(path->find_last_of("/\\") + 1) + " ";
     }
-    record.lpstrFile = *answers.front() + std::string(3, '\0');
-    record.lpstrFileTitle = answers.front()->substr(answers.front()->find_last_of("/\\") + 1) + " ";
-    answers.pop_front();
-    return true;
+    return path.has_value();
   }
 };
 
@@ -126,11 +131,7 @@ struct ScriptedHttp : net::HttpGet {
     if (during) {
       during();
     }
-    std::optional<std::string> reply;
-    if (!replies.empty()) {
-      reply = std::move(replies.front());
-      replies.pop_front();
-    }
+    auto reply = TakeNext(replies);
     if (!reply) {
       throw net::TransferError("no se ha podido conectar");
     }

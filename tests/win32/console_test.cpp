@@ -3,8 +3,7 @@
 #include "tests/support/temp_folder.h"
 #include "tests/win32/windows_process.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::console_test {
 
 constexpr std::string_view kMelody = "Año Nuevo:d=4,o=5,b=100:c,8d#.6,2p";
 
@@ -31,5 +30,4 @@ TEST(Terminal, TakesStandardInputByteForByteAndNamesWhatItCannotFind) {
   EXPECT_NE(run.output.find("no hay ñ.1"), std::string::npos) << run.output;
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::console_test

@@ -8,8 +8,7 @@
 #include "tests/support/temp_folder.h"
 #include "tests/win32/user.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::dialog_test {
 
 constexpr int kNameEdit = 0x480, kNameCombo = 0x47C;  // ids in the system's dialog
 
@@ -22,7 +21,7 @@ HWND NameField(HWND dialog) {
 std::jthread Answer(const std::function<void(HWND)>& answer) {
   return std::jthread([answer] {
     const HWND dialog = WaitForWindow(L"#32770", GetCurrentProcessId());
-    if (dialog != nullptr && WaitUntil([&] { return NameField(dialog) != nullptr; })) {
+    if (dialog != nullptr && Eventually([&] { return NameField(dialog) != nullptr; })) {
       answer(dialog);
     }
   });
@@ -51,5 +50,4 @@ TEST(FileDialogs, GiveTheChosenNameBackFieldByField) {
   EXPECT_EQ(dialog.FilterIndex, 1);
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::dialog_test

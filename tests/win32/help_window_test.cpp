@@ -6,8 +6,7 @@
 #include "tests/support/temp_folder.h"
 #include "tests/win32/user.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::help_window_test {
 
 TEST(HelpWindow, MarksEveryHitAndTakesTheMarksAwayAgain) {
   const TempFolder folder;
@@ -38,5 +37,4 @@ TEST(HelpWindow, MarksEveryHitAndTakesTheMarksAwayAgain) {
   EXPECT_EQ(marked(), std::string(25, '.'));
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::help_window_test

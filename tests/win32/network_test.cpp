@@ -6,8 +6,7 @@
 #include "tests/support/test_program.h"
 #include "tests/win32/windows_process.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::network_test {
 
 // Over real sockets, with the embedded server as in the desktop program.
 TEST(Network, UploadsOverLoopbackAndFindsItAgain) {
@@ -30,5 +29,4 @@ TEST(Network, UploadsOverLoopbackAndFindsItAgain) {
   EXPECT_EQ(form.List1.rows[0].text, "Prueba") << test.boxes.messages.back().text;
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::network_test

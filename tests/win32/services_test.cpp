@@ -3,7 +3,6 @@
 
 #include "app/print_sheet.h"
 #include "app/settings.h"
-#include "core/message_box.h"
 #include "core/windows1252.h"
 #include "files/paths.h"
 #include "files/read.h"
@@ -14,11 +13,11 @@
 #include "platform/win32/web_control.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_registry.h"
+#include "tests/core/test_melody.h"
 #include "tests/support/temp_folder.h"
 #include "tests/win32/windows_process.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::services_test {
 
 using namespace core::literals;
 using app::kHkeyClassesRoot;
@@ -104,21 +103,19 @@ TEST(SystemServices, RepaintWithoutStartingAnythingElse) {
 
 TEST(RichEditBox, FillsTheSheetAndSavesItWithoutPrinter) {
   platform::RichEditBox box;
-  core::RecordingMessages said;
-  {
-    const core::ScopedMessageSink sink(said);
-    app::PrintSheet(box, BuildFile("share/tonadex/print.rtf"),
-                    {.title = std::string(u8"Cumpleaños (Cumple)"_w),
-                     .instructions = "Pulsa las teclas",
-                     .tempo = "125",
-                     .melody = "4c1 8d1",
-                     .model = " Compositor"});
-  }
+  const Boxes boxes;
+  app::PrintSheet(box, BuildFile("share/tonadex/print.rtf"),
+                  {.title = std::string(u8"Cumpleaños (Cumple)"_w),
+                   .instructions = "Pulsa las teclas",
+                   .tempo = "125",
+                   .melody = "4c1 8d1",
+                   .model = " Compositor"});
+  const auto& said = boxes.recorded.messages;
   const std::string source = box.TextRTF();
-  ASSERT_EQ(said.messages.size(), 1u);
-  ASSERT_TRUE(said.messages[0].text.starts_with(app::kNoPrinter)) << said.messages[0].text;
+  ASSERT_EQ(said.size(), 1u);
+  ASSERT_TRUE(said[0].text.starts_with(app::kNoPrinter)) << said[0].text;
   const std::filesystem::path saved =
-      files::PathFromText(said.messages[0].text.substr(app::kNoPrinter.size()));
+      files::PathFromText(said[0].text.substr(app::kNoPrinter.size()));
   EXPECT_EQ(files::ReadBytes(saved), source);
   std::filesystem::remove(saved);
   EXPECT_TRUE(source.starts_with("{\\rtf1"));
@@ -144,15 +141,11 @@ TEST(WebControl, StaysSilentWhereNoPageCanBeShown) {
 }
 
 TEST(WideText, EveryByteComesBackAndLinesEndAsWindowsWants) {
-  std::string bytes;
-  for (int code = 1; code < 256; ++code) {
-    bytes += static_cast<char>(code);
-  }
+  const std::string bytes = AllBytes().substr(1);
   EXPECT_EQ(platform::FromWide(platform::ToWide(bytes)), bytes);
   EXPECT_EQ(platform::FromWide(L"a\x4E00\xD83D\xDE00z"), "a??z");
   EXPECT_EQ(platform::ToWideLines("a\rb\nc\r\nd\r\r"), L"a\r\nb\r\nc\r\nd\r\n\r\n");
   EXPECT_EQ(platform::Utf8FromWide(platform::WideFromUtf8("año €")), "año €");
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::services_test

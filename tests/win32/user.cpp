@@ -4,7 +4,6 @@
 
 #include "platform/win32/wide_text.h"
 #include "shell/win32/binding.h"
-#include "shell/win32/window_text.h"
 
 namespace tonadex::test {
 namespace {
@@ -32,17 +31,13 @@ BOOL CALLBACK Look(HWND window, LPARAM data) {
   return TRUE;
 }
 
-void Send(INPUT input) {
-  SendInput(1, &input, sizeof input);
-}
-
 void SendKey(WORD key, wchar_t character, DWORD flags) {
   INPUT input{};
   input.type = INPUT_KEYBOARD;
   input.ki.wVk = key;
   input.ki.wScan = character;
   input.ki.dwFlags = flags;
-  Send(input);
+  SendInput(1, &input, sizeof input);
 }
 
 // Sends a key by its scan code, as the keyboard does. Wine uses only the scan code.
@@ -53,25 +48,12 @@ void SendPlace(WORD key, DWORD flags) {
 
 }  // namespace
 
-bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds) {
-  const ULONGLONG end = GetTickCount64() + milliseconds;
-  while (!condition()) {
-    if (GetTickCount64() > end) {
-      return false;
-    }
-    Sleep(15);
-  }
-  return true;
-}
-
-HWND WaitForWindow(const wchar_t* kind, DWORD process, DWORD milliseconds) {
+HWND WaitForWindow(const wchar_t* kind, DWORD process) {
   Search search{kind, process};
-  WaitUntil(
-      [&search] {
-        EnumWindows(Look, reinterpret_cast<LPARAM>(&search));
-        return search.found != nullptr;
-      },
-      milliseconds);
+  Eventually([&search] {
+    EnumWindows(Look, reinterpret_cast<LPARAM>(&search));
+    return search.found != nullptr;
+  });
   return search.found;
 }
 
@@ -93,7 +75,7 @@ std::string TextIn(HWND window) {
 // click.
 void ClickAt(HWND window, int x, int y) {
   HWND target = window;
-  WaitUntil([&] {
+  Eventually([&] {
     POINT place{x, y};
     ClientToScreen(window, &place);
     target = WindowFromPoint(place);
@@ -109,7 +91,7 @@ void ClickAt(HWND window, int x, int y) {
 
 void Click(HWND window) {
   RECT area{};
-  WaitUntil([&] { return GetClientRect(window, &area) != 0 && area.right > 8; });
+  Eventually([&] { return GetClientRect(window, &area) != 0 && area.right > 8; });
   GetClientRect(window, &area);
   ClickAt(window, area.right / 2, area.bottom / 2);
 }
@@ -145,7 +127,7 @@ std::string AnswerBox(DWORD process) {
   }
   const std::string text = TextIn(GetDlgItem(box, kBoxText));
   PostMessageW(box, WM_COMMAND, IDOK, 0);
-  WaitUntil([box] { return IsWindow(box) == 0; });
+  Eventually([box] { return IsWindow(box) == 0; });
   return text;
 }
 

@@ -2,23 +2,17 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "app/form1.h"
+#include "tests/support/eventually.h"
 
 // Finds windows, clicks and types like a user.
 namespace tonadex::test {
 
-// Long enough for a busy machine; usually far less is needed.
-inline constexpr DWORD kPatienceMs = 60'000;
-
-// Polls; true when the condition becomes true in time.
-bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = kPatienceMs);
-
 // The visible top-level window of this class and, unless 0, of this process; null after a time-out.
-HWND WaitForWindow(const wchar_t* kind, DWORD process = 0, DWORD milliseconds = kPatienceMs);
+HWND WaitForWindow(const wchar_t* kind, DWORD process = 0);
 
 // The window of a control in the main window.
 HWND ControlWindow(HWND mainWindow, app::Control app::Form1::*member);

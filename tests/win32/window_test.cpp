@@ -6,18 +6,15 @@
 #include <functional>
 #include <memory>
 
-#include "app/layout.h"
 #include "core/text.h"
 #include "core/windows1252.h"
-#include "platform/win32/wide_text.h"
 #include "tests/midi/smf_bytes.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_program.h"
 #include "tests/win32/user.h"
 #include "tests/win32/windows_process.h"
 
-namespace tonadex::test {
-namespace {
+namespace tonadex::test::window_test {
 
 using namespace core::literals;
 using app::Form1;
@@ -44,22 +41,18 @@ class WindowTest : public testing::Test {
     window = WaitForWindow(kMainClass, program->id());
     ASSERT_NE(window, nullptr);
     const HWND splash = FindWindowW(L"TonadexInicio", nullptr);
-    ASSERT_TRUE(WaitUntil([splash] { return IsWindow(splash) == 0; }));
+    ASSERT_TRUE(Eventually([splash] { return IsWindow(splash) == 0; }));
     SetForegroundWindow(window);
   }
   HWND Of(app::Control Form1::*member) const { return ControlWindow(window, member); }
   bool Shows(app::Control Form1::*member) const {
-    return WaitUntil([&] { return IsWindowVisible(Of(member)) != 0; });
+    return Eventually([&] { return IsWindowVisible(Of(member)) != 0; });
   }
   bool Reads(app::Control Form1::*member, std::string_view text) const {
-    return WaitUntil([&] { return TextIn(Of(member)) == text; });
+    return Eventually([&] { return TextIn(Of(member)) == text; });
   }
   bool ListSays(app::Control Form1::*list, UINT question, int answer) const {
-    return WaitUntil([&] { return SendMessageW(Of(list), question, 0, 0) == answer; });
-  }
-  DWORD Close() {
-    PostMessageW(window, WM_CLOSE, 0, 0);
-    return program->WaitForEnd();
+    return Eventually([&] { return SendMessageW(Of(list), question, 0, 0) == answer; });
   }
   // Clicks the rows of the brand and of the number or format.
   void ChoosePhone(int brand, app::Control Form1::*list, int row) {
@@ -91,7 +84,8 @@ TEST_F(WindowTest, ConvertsForTheChosenPhoneAndKeepsItAcrossARestart) {
   EXPECT_TRUE(
       Reads(&Form1::lbltextresult, "Melodia Prueba (prueba) para Nokia en formato de compositor."));
   EXPECT_EQ(TextIn(Of(&Form1::textresultado)), "1  4c1    8.#d2  2-     4g1 ");
-  EXPECT_EQ(Close(), 0U);
+  PostMessageW(window, WM_CLOSE, 0, 0);
+  EXPECT_EQ(program->WaitForEnd(), 0U);
 
   Start();
   EXPECT_EQ(TextIn(Of(&Form1::phoneButton)), std::string(u8"Nokia 3210, 3310 …"_w));
@@ -109,21 +103,17 @@ TEST_F(WindowTest, TheGuideIsWalkedThroughByItsKeys) {
   ChoosePhone(0, &Form1::formatList, 3);
   ChooseMelody();
   Click(Of(&Form1::picconvertir));
-  ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(Of(&Form1::teclearButton)) != 0; }));
+  ASSERT_TRUE(Eventually([&] { return IsWindowEnabled(Of(&Form1::teclearButton)) != 0; }));
   Press(VK_F5);
   ASSERT_TRUE(Shows(&Form1::stepView));
   const auto stands = [&](std::string_view at) {
-    return WaitUntil([&] { return TextIn(Of(&Form1::stepView)).starts_with(at); });
+    return Eventually([&] { return TextIn(Of(&Form1::stepView)).starts_with(at); });
   };
   EXPECT_TRUE(stands("1 de 4: "));
-  for (const auto& [key, at] : {std::pair<WORD, std::string_view>(VK_SPACE, "2 de 4"),
-                                {VK_RETURN, "3 de 4"},
-                                {VK_LEFT, "2 de 4"},
-                                {VK_RIGHT, "3 de 4"},
-                                {VK_BACK, "2 de 4"},
-                                {VK_END, "4 de 4"},
-                                {VK_HOME, "1 de 4"},
-                                {VK_SPACE, "2 de 4"}}) {
+  constexpr std::pair<WORD, std::string_view> kKeys[] = {
+      {VK_SPACE, "2 de 4"}, {VK_RETURN, "3 de 4"}, {VK_LEFT, "2 de 4"}, {VK_RIGHT, "3 de 4"},
+      {VK_BACK, "2 de 4"},  {VK_END, "4 de 4"},    {VK_HOME, "1 de 4"}, {VK_SPACE, "2 de 4"}};
+  for (const auto& [key, at] : kKeys) {
     Press(key);
     EXPECT_TRUE(stands(at)) << key << TextIn(Of(&Form1::stepView));
   }
@@ -215,7 +205,7 @@ TEST_F(WindowTest, TheRepertoireIsKeptInOrder) {
   Press(VK_F2);
   ASSERT_TRUE(Shows(&Form1::entryBox));
   Press(VK_ESCAPE);
-  ASSERT_TRUE(WaitUntil([&] { return !IsWindowVisible(Of(&Form1::entryBox)); }));
+  ASSERT_TRUE(Eventually([&] { return !IsWindowVisible(Of(&Form1::entryBox)); }));
   Press(VK_F2);
   ASSERT_TRUE(Reads(&Form1::entryBox, "Aire 2"));
   Type(L"Zambra");
@@ -250,7 +240,7 @@ struct MuteServer {
 class GivingUp : public WindowTest {
  protected:
   bool Waits(bool still = true) const {
-    return WaitUntil([&] { return (IsWindowVisible(Of(&Form1::waitingLine)) != 0) == still; });
+    return Eventually([&] { return (IsWindowVisible(Of(&Form1::waitingLine)) != 0) == still; });
   }
   void Search() {
     Press('B', kAlt);
@@ -264,12 +254,10 @@ class GivingUp : public WindowTest {
 TEST_F(GivingUp, EscEndsARequestThatTheWindowShows) {
   Start(server.argument);
   Search();
-  const auto hasRoom = [&] {
+  EXPECT_TRUE(Eventually([&] {
     RECT line{};
-    GetClientRect(Of(&Form1::waitingLine), &line);
-    return line.bottom > 12;
-  };
-  EXPECT_TRUE(WaitUntil(hasRoom)) << "for its words";
+    return GetClientRect(Of(&Form1::waitingLine), &line) != 0 && line.bottom > 12;
+  })) << "room for its words";
   Press(VK_ESCAPE);
   EXPECT_TRUE(Waits(false));
   EXPECT_NE(IsWindowEnabled(window), 0) << "there is nothing to say";
@@ -300,7 +288,7 @@ TEST_F(WindowTest, PlaysWhileItsBarIsUp) {
     Click(Of(&Form1::cmdinicio));  // ignored while a message box is open
     EXPECT_TRUE(Shows(&Form1::picreproducir));
     Press(key);
-    EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(Of(&Form1::stopButton)) == 0; }));
+    EXPECT_TRUE(Eventually([&] { return IsWindowVisible(Of(&Form1::stopButton)) == 0; }));
   }
   EXPECT_TRUE(std::filesystem::exists(std::filesystem::temp_directory_path() / "rtlTmpFile.mid"));
 }
@@ -308,7 +296,7 @@ TEST_F(WindowTest, PlaysWhileItsBarIsUp) {
 TEST_F(WindowTest, TheWindowsPlaceOutlivesAKilledProgram) {
   Start();
   SetWindowPos(window, nullptr, 20, 10, 1010, 710, SWP_NOZORDER);
-  ASSERT_TRUE(WaitUntil([&] {
+  ASSERT_TRUE(Eventually([&] {
     return core::Contains(folder.Read("estado.ini"), "20 10 1010 710");
   })) << folder.Read("estado.ini");
   program.reset();  // kills it
@@ -343,5 +331,4 @@ TEST_F(WindowTest, AnUnhandledErrorIsReportedAndEndsTheProgram) {
   EXPECT_EQ(program->WaitForEnd(), 1U);
 }
 
-}  // namespace
-}  // namespace tonadex::test
+}  // namespace tonadex::test::window_test

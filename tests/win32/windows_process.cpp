@@ -1,7 +1,5 @@
 #include "tests/win32/windows_process.h"
 
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include "tests/support/temp_folder.h"

@@ -210,7 +210,8 @@ void RowList::keyPressEvent(QKeyEvent* event) {
     return;
   }
   if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
-    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});  // this Qt sends it for Menu alone
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {},
+                            {});  // this Qt sends it for Menu alone
     return contextMenuEvent(&asked);
   }
   QListView::keyPressEvent(event);

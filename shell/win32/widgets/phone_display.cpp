@@ -12,7 +12,6 @@
 #include "rtf/rtf_escape.h"
 #include "shell/win32/drawing.h"
 #include "shell/win32/hook.h"
-#include "shell/win32/window_text.h"
 
 namespace tonadex::shell {
 namespace {
