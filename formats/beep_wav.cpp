@@ -17,8 +17,8 @@ using namespace core::literals;
 constexpr unsigned kRate = 22050;  // samples a second
 constexpr double kLongestMs = 600'000;
 constexpr double kFadeSamples = kRate / 100.0;
-constexpr double kSilence = 128, kLoudness = 60;         // of 8-bit samples
-constexpr double kC0Hz = 440 / 16 / 1.6817928305074290;  // a of octave 4 has 440 Hz, 9 above c
+constexpr double kSilence = 128, kLoudness = 60;           // of 8-bit samples
+constexpr double kC0Hz = 440.0 / 16 / 1.6817928305074290;  // a of octave 4 has 440 Hz, 9 above c
 
 // `size` bytes of a number, the lowest first.
 void AppendNumber(std::size_t number, int size, std::string& bytes) {

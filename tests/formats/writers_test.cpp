@@ -4,6 +4,8 @@
 #include <cmath>
 #include <map>
 
+#include "core/text.h"
+#include "formats/beep_wav.h"
 #include "formats/ems.h"
 #include "formats/kws.h"
 #include "formats/motorola_keys.h"
@@ -197,6 +199,19 @@ TEST(RtttlAtTempo125, RewritesDurations) {
     core::RTTTLMelody melody = MelodyOf(row[0]);
     return RtttlAtTempo125(melody);
   });
+}
+
+TEST(BeepWav, SoundsAtThePhonesPitch) {
+  for (const auto& [note, hertz] : {std::pair{"a", 440}, {"c5", 523}, {"c7", 2093}, {"p", 0}}) {
+    core::RTTTLMelody melody = MelodyOf(std::string("x:d=1,o=4,b=240:") + note);  // 1 s
+    ASSERT_EQ(core::ParseRTTTL(melody), core::kParsed);
+    const std::string wave = BeepWav(melody);
+    int periods = 0;
+    for (std::size_t i = 45; i < wave.size(); ++i) {
+      periods += core::Code(wave[i - 1]) < 128 && core::Code(wave[i]) >= 128 ? 1 : 0;
+    }
+    EXPECT_NEAR(periods, hertz, 1) << note;
+  }
 }
 
 TEST(OctaveRange, IsPlacedAroundTheTwoMostUsedOctaves) {
