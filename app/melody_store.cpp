@@ -84,7 +84,7 @@ std::string FileNameFor(std::string_view text) {
   if (text.size() > kLongestText) {
     Refuse(kTooLong);
   }
-  const std::string file = net::UploadKey(Stem(name), text);
+  std::string file = net::UploadKey(Stem(name), text);
   core::MelodyRow row;
   if (!net::IsSafeFileName(file) || file.starts_with('.') ||
       !core::SkipErrors([&] { row = core::RepertoireRow(text, file); }) ||
@@ -180,7 +180,7 @@ std::string MelodyStore::Rename(const std::string& file, std::string_view name) 
     fs::rename(from, to, ignored);
     return files::TextFromPath(to.filename());
   }
-  const std::string saved = Write(renamed, true);
+  std::string saved = Write(renamed, true);
   try {
     Delete(file);
   } catch (const core::RunTimeError&) {
@@ -197,20 +197,23 @@ std::string MelodyStore::Duplicate(const std::string& file, int semitones) const
     Refuse(kNoMelody);
   }
   const std::string notes = moved.substr(NameOf(moved).size());
-  std::string name = WithoutStopsInName(NameOf(text)) + " ";
+  const std::string name = WithoutStopsInName(NameOf(text));
+  const auto copy = [&](std::string_view sign, int number) {
+    return core::Joined({name, " ", sign, std::to_string(number), notes});
+  };
   if (semitones != 0) {
-    return Save(name + (semitones > 0 ? "+" : "") + std::to_string(semitones) + notes);
+    return Save(copy(semitones > 0 ? "+" : "", semitones));
   }
   // The first number for which there is no such file yet.
-  const auto taken = [this](const std::string& copy) {
+  const auto taken = [this](const std::string& melody) {
     std::error_code ignored;
-    return fs::exists(melodies_ / files::PathFromText(FileNameFor(copy)), ignored);
+    return fs::exists(melodies_ / files::PathFromText(FileNameFor(melody)), ignored);
   };
   int number = 2;
-  while (taken(name + std::to_string(number) + notes)) {
+  while (taken(copy("", number))) {
     ++number;
   }
-  return Save(name + std::to_string(number) + notes);
+  return Save(copy("", number));
 }
 
 void MelodyStore::Add(std::span<const fs::path> files, Added& added) const {

@@ -68,7 +68,7 @@ std::string PageCode(const Picture& page, double paperHeight) {
   for (const Shape& shape : page) {
     const Box& box = shape.box;
     const std::string grey = Number(GreyOf(shape.ink));
-    code += grey + "g " + grey + "G ";
+    code.append(grey).append("g ").append(grey).append("G ");
     if (shape.kind == Shape::Kind::kText) {
       code += TextCode(shape, paperHeight);
     } else {

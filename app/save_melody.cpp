@@ -43,8 +43,8 @@ std::vector<Kind> KindsFor(std::string_view model) {
   for (const phones::FileFormat* format : phones::FormatsToSave(model)) {
     std::string shown(format->label);
     shown.append(format->limits.empty() ? "" : ": ").append(format->limits);
-    const std::string extension(format->extension);
-    kinds.push_back({shown + " (*." + extension + ")", extension, format});
+    shown.append(" (*.").append(format->extension).append(")");
+    kinds.push_back({shown, std::string(format->extension), format});
   }
   kinds.push_back({std::string(kSheetKind), std::string(kSheetExtension)});
   return kinds;

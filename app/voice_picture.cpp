@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace tonadex::app {
@@ -91,9 +92,8 @@ std::vector<VoiceRoll> VoiceRolls(const midi::SmfFile& file,
                                   const std::vector<midi::SmfVoice>& voices) {
   const double ticks = LastTick(file);
   std::vector<VoiceRoll> rolls;
-  for (const midi::SmfVoice& voice : voices) {
-    rolls.push_back(RollOf(file, voice, ticks));
-  }
+  std::ranges::transform(voices, std::back_inserter(rolls),
+                         [&](const midi::SmfVoice& voice) { return RollOf(file, voice, ticks); });
   return rolls;
 }
 

@@ -36,7 +36,7 @@ std::string TemporaryName() {
 fs::path BehindLinks(fs::path file) {
   constexpr int kMaxLinks = 40;
   std::error_code failure;
-  const fs::path existing = fs::canonical(file, failure);
+  fs::path existing = fs::canonical(file, failure);
   if (!failure) {
     return existing;
   }

@@ -127,7 +127,8 @@ Patterns PatternsOf(const core::RTTTLMelody& melody, std::string& warnings) {
         continue;
       }
       const int semitone = *natural + (note.IsSharp() ? 1 : 0);
-      const int scale = ScaleOf(melody.Notes.Octave(note) + semitone / kSemitones, moved);
+      const int octaves = semitone / kSemitones;  // 1 for a raised b
+      const int scale = ScaleOf(melody.Notes.Octave(note) + octaves, moved);
       patterns.Add(
           NoteOf(static_cast<unsigned>(semitone % kSemitones) + 1, note.length, note.dotted),
           scale);

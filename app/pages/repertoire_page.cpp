@@ -440,7 +440,7 @@ void RepertoirePage::FillRepertoire() {
         line = files::ReadMelodyLine(state_.program.MelodyFolder() / files::PathFromText(file));
       });
       const std::string name = core::ScanName(line);
-      const std::string formed = name + " (" + file;
+      const std::string formed = core::Joined({name, " (", file});
       step([&] { stem = core::FormedStem(formed, name); });
       state_.List1.AddRow(core::RowText(name, stem));
       skipping = false;

@@ -101,7 +101,7 @@ TEST_F(TypingPageTest, ThePicturesHoldAllOfEveryStep) {
                         shape.box.bottom() <= height + 0.1)
                 << model << ": " << shape.text;
             largest = std::max(largest, shape.size);
-            saysLast = saysLast || shape.text.starts_with("Es el ");
+            saysLast = saysLast || shape.text.starts_with("Es lo ");
           }
         }
         EXPECT_GE(largest, kLarge);
