@@ -81,7 +81,7 @@ Qt::Orientations FlowLayout::expandingDirections() const {
 }
 
 void FlowLayout::setGeometry(const QRect& place) {
-  QLayout::setGeometry(place);
+  QLayout::setGeometry(place);  // NOLINT(bugprone-parent-virtual-call): a box would place one line
   const QRect inner = contentsRect();
   std::vector<app::Share> shares;
   const std::vector<QLayoutItem*> shown = Shown(inner.width(), shares);

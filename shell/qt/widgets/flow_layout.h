@@ -14,6 +14,7 @@ class FlowLayout : public QBoxLayout {
 
   QSize sizeHint() const override;
   QSize minimumSize() const override;
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call): a box would add the widths of one line
   QSize maximumSize() const override { return QLayout::maximumSize(); }
   bool hasHeightForWidth() const override { return true; }
   int heightForWidth(int width) const override { return Height(width, false); }

@@ -85,7 +85,7 @@ class CommandButton : public QPushButton {
  public:
   // As with FieldLabel.
   QSize sizeHint() const override {
-    return QPushButton::sizeHint() + QSize(qRound(kGrid / 2 * CurrentTheme().scale), 0);
+    return QPushButton::sizeHint() + QSize(qRound(kGrid * CurrentTheme().scale / 2), 0);
   }
   QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -169,7 +169,8 @@ class CardButton : public QPushButton {
     const QSize picture = IconSize() * 4 / 3;
     icon().paint(&painter, QRect(QPoint(kPageMargin, (height() - picture.height()) / 2), picture));
     QRect line = rect().adjusted(Left(), kGrid, -kGrid, -kGrid);
-    const auto write = [&](QFont font, const QColor& colour, const QString& words, int alignment) {
+    const auto write = [&](const QFont& font, const QColor& colour, const QString& words,
+                           int alignment) {
       painter.setFont(font);
       painter.setPen(colour);
       const QFontMetrics type(font);
